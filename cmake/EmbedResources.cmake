@@ -1,0 +1,13 @@
+# Writes HEADER with one string_view per file of FILES. Raw string literals are split, since compilers bound their length.
+set(text "// Generated from the files under resources/. Do not edit.\n#pragma once\n#include <string_view>\n\nnamespace ${NAMESPACE} {\n")
+foreach(file IN LISTS FILES)
+  get_filename_component(name "${file}" NAME)
+  string(REGEX REPLACE "[^A-Za-z0-9]" "_" name "${name}")
+  file(READ "${file}" content HEX)
+  string(REGEX REPLACE "(..)" "\\\\x\\1" content "${content}")
+  string(REGEX REPLACE "((\\\\x..\\\\x..\\\\x..\\\\x..\\\\x..\\\\x..\\\\x..\\\\x..)(\\\\x..\\\\x..\\\\x..\\\\x..\\\\x..\\\\x..\\\\x..\\\\x..)?)" "\\1\"\n    \"" content "${content}")
+  file(SIZE "${file}" size)
+  string(APPEND text "\n// ${name}\ninline constexpr std::string_view ${name}{\n    \"${content}\",\n    ${size}};\n")
+endforeach()
+string(APPEND text "\n} // namespace ${NAMESPACE}\n")
+file(WRITE "${HEADER}" "${text}")

@@ -1,0 +1,93 @@
+# How this project's targets are made: one library per folder of src/, one test program per folder of tests/.
+
+set(CMAKE_CXX_STANDARD 23)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+find_package(Threads REQUIRED)
+find_package(Boost 1.81 REQUIRED COMPONENTS json system)
+find_package(ICU REQUIRED COMPONENTS uc i18n)
+find_package(fmt REQUIRED)
+find_package(spdlog REQUIRED)
+find_package(PkgConfig REQUIRED)
+
+add_compile_options(-Wall -Wextra -Wpedantic -Werror -fno-omit-frame-pointer)
+# Paths in messages and debug information are relative to the checkout, so that builds are alike wherever it lies.
+add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=")
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # g++ 12 warns of moved-from strings and optionals that it has misread (GCC bugs 105329, 105562, 107852).
+  add_compile_options(-Wno-restrict -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-array-bounds -Wno-dangling-pointer)
+endif()
+add_compile_definitions(BOOST_ASIO_NO_DEPRECATED BOOST_ASIO_SEPARATE_COMPILATION BOOST_BEAST_SEPARATE_COMPILATION)
+if(TABWRIGHT_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -g1)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+if(TABWRIGHT_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  find_program(LLD_PROGRAM ld.lld-19)
+  if(LLD_PROGRAM)
+    add_link_options(--ld-path=${LLD_PROGRAM})
+  endif()
+endif()
+
+# tabwright_library(NAME DEPENDS folder... LIBRARIES target...)
+# The library of src/NAME: every source below the folder, linked to the named folders and nothing else of ours.
+function(tabwright_library name)
+  cmake_parse_arguments(arg "" "" "DEPENDS;LIBRARIES;EXCLUDE" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  if(arg_EXCLUDE)
+    list(FILTER sources EXCLUDE REGEX "${arg_EXCLUDE}")
+  endif()
+  if(sources)
+    add_library(tabwright_${name} STATIC ${sources})
+    set(scope PUBLIC)
+  else()
+    add_library(tabwright_${name} INTERFACE)
+    set(scope INTERFACE)
+  endif()
+  target_include_directories(tabwright_${name} ${scope} "${CMAKE_SOURCE_DIR}/src")
+  list(TRANSFORM arg_DEPENDS PREPEND tabwright_)
+  target_link_libraries(tabwright_${name} ${scope} ${arg_DEPENDS} ${arg_LIBRARIES} Threads::Threads)
+endfunction()
+
+# tabwright_resources(TARGET NAMESPACE file...)
+# Embeds resource files: each becomes `inline constexpr std::string_view` in the generated header
+# "<TARGET>Resources.h", named after the file (letters and digits, other characters as underscores).
+function(tabwright_resources target namespace)
+  set(header "${CMAKE_CURRENT_BINARY_DIR}/generated/${target}Resources.h")
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${ARGN} "${CMAKE_SOURCE_DIR}/cmake/EmbedResources.cmake")
+  add_custom_command(
+    OUTPUT "${header}"
+    COMMAND "${CMAKE_COMMAND}" "-DHEADER=${header}" "-DNAMESPACE=${namespace}" "-DFILES=${ARGN}" -P
+            "${CMAKE_SOURCE_DIR}/cmake/EmbedResources.cmake"
+    DEPENDS ${ARGN} "${CMAKE_SOURCE_DIR}/cmake/EmbedResources.cmake"
+    COMMENT "Embedding the resources of ${target}"
+    VERBATIM)
+  target_sources(${target} PRIVATE "${header}")
+  target_include_directories(${target} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/generated")
+endfunction()
+
+# tabwright_tests(NAME DEPENDS folder...)
+# The test program of tests/NAME.
+function(tabwright_tests name)
+  cmake_parse_arguments(arg "" "" "DEPENDS;LIBRARIES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(tabwright_${name}_tests ${sources})
+  list(TRANSFORM arg_DEPENDS PREPEND tabwright_)
+  target_link_libraries(tabwright_${name}_tests PRIVATE ${arg_DEPENDS} ${arg_LIBRARIES} GTest::gtest_main GTest::gmock)
+  target_include_directories(tabwright_${name}_tests PRIVATE "${CMAKE_SOURCE_DIR}/tests")
+  target_compile_definitions(tabwright_${name}_tests PRIVATE TABWRIGHT_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+  gtest_discover_tests(tabwright_${name}_tests DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}/" PROPERTIES TIMEOUT 120)
+endfunction()

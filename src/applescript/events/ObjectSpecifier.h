@@ -1,0 +1,79 @@
+#pragma once
+
+#include "applescript/events/FourCharCode.h"
+#include "applescript/values/Value.h"
+
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace tabwright::applescript {
+
+class ScriptableApplication;
+struct ObjectSpecifier;
+using SpecifierPointer = std::shared_ptr<const ObjectSpecifier>;
+
+/// Comparisons of a `whose` test. The negated forms are written with a logical `not` around.
+enum class TestOperator { equals, greaterThan, atLeast, lessThan, atMost, beginsWith, endsWith, contains, isContainedBy };
+
+/// The condition of a `whose`: a tree over the properties of the object under test.
+struct SpecifierTest {
+  enum class Kind { comparison, both, either, negation };
+  Kind kind = Kind::comparison;
+
+  // Kind::comparison: an operand is a specifier rooted in the object under test, or a plain value.
+  TestOperator comparison = TestOperator::equals;
+  Value left;
+  Value right;
+
+  // The others: one operand for `negation`, two or more for `both` and `either`.
+  std::vector<std::shared_ptr<const SpecifierTest>> operands;
+
+  /// Whether texts differ when only their case does (`considering case`).
+  bool considersCase = false;
+};
+
+/// The name of something inside an application: a chain of steps from the outermost object inwards.
+///
+/// Immutable and shared. `tab 3 of window id "8" of application "X"` is three nodes: `tab` by index 3 in `window` by id
+/// in the root. A specifier says nothing about whether the thing exists: the application finds that out when an event
+/// carries the specifier, and answers for one object with that object's specifier by id.
+struct ObjectSpecifier {
+  enum class Form {
+    application, ///< the root: the application itself. No container
+    tested,      ///< the root inside a `whose`: the object under test. No container, no application
+    property,    ///< the property `desiredClass` (its code) of the container
+    index,       ///< `key`: integer, 1-based, negative from the end. Also `first`, `last`
+    middle,      ///< the middle one
+    some,        ///< any one
+    every,       ///< all of them
+    name,        ///< `key`: text
+    id,          ///< `key`: text or integer
+    range,       ///< `key` thru `rangeEnd`: integers, or specifiers
+    before,      ///< the one before the container (`tab before tab 3`)
+    after,       ///< the one after the container
+    beginning,   ///< insertion point at the beginning of the container's elements (`at beginning of tabs of w`)
+    end,         ///< insertion point at the end
+  };
+
+  Form form = Form::application;
+  FourCharCode desiredClass = 0; ///< class of the element, or code of the property
+  SpecifierPointer container;    ///< null for the roots
+  Value key;
+  Value rangeEnd;
+  /// Condition on the elements that `form` picks from; null for none. `windows whose p` is Form::every with a test.
+  std::shared_ptr<const SpecifierTest> test;
+  /// The application addressed; the same in all nodes of a chain, null only below `tested`.
+  std::shared_ptr<ScriptableApplication> application;
+};
+
+[[nodiscard]] SpecifierPointer applicationRoot(std::shared_ptr<ScriptableApplication> application);
+/// `container` must not be null.
+[[nodiscard]] SpecifierPointer propertyOf(SpecifierPointer container, FourCharCode property);
+[[nodiscard]] SpecifierPointer elementByIndex(SpecifierPointer container, FourCharCode elementClass, std::int64_t index);
+[[nodiscard]] SpecifierPointer elementByID(SpecifierPointer container, FourCharCode elementClass, Value id);
+[[nodiscard]] SpecifierPointer elementByName(SpecifierPointer container, FourCharCode elementClass, std::string name);
+[[nodiscard]] SpecifierPointer everyElement(SpecifierPointer container, FourCharCode elementClass);
+
+} // namespace tabwright::applescript

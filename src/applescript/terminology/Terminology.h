@@ -1,0 +1,79 @@
+#pragma once
+
+#include "applescript/events/AppleEventMessage.h"
+#include "applescript/events/FourCharCode.h"
+
+#include <cstddef>
+#include <initializer_list>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace tabwright::applescript {
+
+/// A parameter of a command, by the words in front of it: `with properties`, `using`, `given`.
+struct ParameterTerm {
+  std::string_view words;
+  FourCharCode code = 0;
+};
+
+/// A row of a dictionary: words a script may write, and the code they stand for. Words are lower case except where the
+/// dictionary writes capitals (`URL`); comparison ignores case. Several words are separated by single blanks.
+struct Term {
+  enum class Kind {
+    className,   ///< `window`; `plural` holds `windows`
+    property,    ///< `active tab index`
+    enumerator,  ///< `command down`
+    command,     ///< `execute`; `event` and `parameters` are set
+  };
+  Kind kind = Kind::property;
+  std::string_view words;
+  FourCharCode code = 0;
+  std::string_view plural = {};
+  EventCode event = {};
+  std::span<const ParameterTerm> parameters = {};
+};
+
+/// The dictionary of an application, or the language's own.
+///
+/// A terminology is a constant table with an index: it is made once from rows that outlive it (tables with static
+/// storage), and never changes. Safe to read from several threads.
+class Terminology {
+public:
+  /// `rows` and all that they point to must outlive the terminology. Asserts that no words stand twice for different
+  /// codes of the same kind.
+  Terminology(std::string name, std::span<const Term> rows);
+
+  [[nodiscard]] const std::string& name() const { return name_; }
+  [[nodiscard]] std::span<const Term> rows() const { return rows_; }
+
+  struct Match {
+    const Term* term = nullptr;
+    bool isPlural = false;     ///< the plural of a class was written
+    std::size_t words = 0;     ///< how many words it took
+  };
+  /// The longest term that the given words begin with (any case), or nothing. A word may stand for a class and for a
+  /// property at once (`window`, `tab`): all matches of the longest length, in the table's order.
+  [[nodiscard]] std::vector<Match> longestMatch(std::span<const std::string_view> words) const;
+
+  /// The words for a code, for the printer and for messages; null when the table has none.
+  [[nodiscard]] const Term* findCode(Term::Kind kind, FourCharCode code) const;
+  [[nodiscard]] const Term* findCommand(EventCode event) const;
+
+private:
+  std::string name_;
+  std::span<const Term> rows_;
+  std::unordered_map<std::string, std::vector<Match>> byWords_; ///< folded words
+  std::size_t longest_ = 0;
+};
+
+/// The words of the language itself: classes (`text`, `list`), constants (`missing value`, `pi`, `linefeed`), text
+/// elements (`character`, `word`, `paragraph`, `text item`), properties (`length`, `class`, `contents`, `rest`,
+/// `reverse`, `text item delimiters`, parts of dates), the standard suite (`count`, `make`, `close`, `activate`,
+/// `quit`, `get`, `set`, `exists`, `window`, `name`, `id`, `index`, `bounds`, `visible`, `frontmost`, `version`) and
+/// the scripting additions (`delay`, `offset`, `random number`, `round`, `current date`, `log`, …).
+[[nodiscard]] const Terminology& languageTerminology();
+
+} // namespace tabwright::applescript

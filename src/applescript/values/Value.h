@@ -1,0 +1,165 @@
+#pragma once
+
+#include "applescript/events/FourCharCode.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace tabwright::applescript {
+
+class Value;
+struct List;
+struct Record;
+struct ObjectSpecifier;
+class Reference;
+class ScriptObject;
+class ForeignObject;
+
+/// Immutable UTF-8 text, shared between copies: passing a page's HTML around costs a pointer.
+class Text {
+public:
+  Text() = default;
+  explicit Text(std::string utf8) : shared_(std::make_shared<const std::string>(std::move(utf8))) {}
+  [[nodiscard]] const std::string& utf8() const { return shared_ ? *shared_ : emptyText(); }
+
+private:
+  static const std::string& emptyText() {
+    static const std::string empty;
+    return empty;
+  }
+  std::shared_ptr<const std::string> shared_;
+};
+
+/// A date as the language has it: seconds since 2001-01-01 00:00:00 on the wall clock of the local time zone.
+struct Date {
+  double seconds = 0;
+};
+
+/// The name of a class, such as `text`, `list`, `window`. `words` is what a dictionary calls it.
+struct ClassName {
+  FourCharCode code = 0;
+  std::string words;
+};
+
+/// A constant of an enumeration, such as `command down`, `yes`, `ignoring case`.
+struct Enumerator {
+  FourCharCode code = 0;
+  std::string words;
+};
+
+/// A value of the language: cheap to copy.
+///
+/// Lists and records are shared by their copies, as `set a to b` shares them; `deepCopy()` is what `copy` does. All
+/// other kinds are immutable. A default-made Value is `missing value`.
+///
+/// Two kinds are not values yet but ways to one:
+/// - an **object specifier** names something in an application, and is resolved by the application when an event needs
+///   it (ObjectSpecifier.h);
+/// - a **reference** names a place in the script itself, such as the item that a `repeat with … in` is at, and is
+///   looked through by nearly everything (Reference.h).
+///
+/// Not safe to use from two threads at once when lists or records are shared between them.
+class Value {
+public:
+  struct MissingValue {};
+  struct Null {};
+  using ListPointer = std::shared_ptr<List>;
+  using RecordPointer = std::shared_ptr<Record>;
+  using SpecifierPointer = std::shared_ptr<const ObjectSpecifier>;
+  using ReferencePointer = std::shared_ptr<const Reference>;
+  using ScriptPointer = std::shared_ptr<ScriptObject>;
+  using ForeignPointer = std::shared_ptr<ForeignObject>;
+  using ClassPointer = std::shared_ptr<const ClassName>;
+  using EnumeratorPointer = std::shared_ptr<const Enumerator>;
+
+  using Storage = std::variant<MissingValue, Null, bool, std::int64_t, double, Text, Date, ClassPointer,
+                               EnumeratorPointer, ListPointer, RecordPointer, SpecifierPointer, ReferencePointer,
+                               ScriptPointer, ForeignPointer>;
+
+  Value() = default;
+  Value(bool value) : storage_(value) {}
+  Value(int value) : storage_(std::int64_t{value}) {}
+  Value(std::int64_t value) : storage_(value) {}
+  Value(double value) : storage_(value) {}
+  Value(Text value) : storage_(std::move(value)) {}
+  Value(std::string utf8) : storage_(Text(std::move(utf8))) {}
+  Value(std::string_view utf8) : storage_(Text(std::string(utf8))) {}
+  Value(const char* utf8) : storage_(Text(std::string(utf8))) {}
+  Value(Date value) : storage_(value) {}
+  Value(ClassName value) : storage_(std::make_shared<const ClassName>(std::move(value))) {}
+  Value(Enumerator value) : storage_(std::make_shared<const Enumerator>(std::move(value))) {}
+  Value(ListPointer value) : storage_(std::move(value)) {}
+  Value(RecordPointer value) : storage_(std::move(value)) {}
+  Value(SpecifierPointer value) : storage_(std::move(value)) {}
+  Value(ReferencePointer value) : storage_(std::move(value)) {}
+  Value(ScriptPointer value) : storage_(std::move(value)) {}
+  Value(ForeignPointer value) : storage_(std::move(value)) {}
+  Value(ClassPointer value) : storage_(std::move(value)) {}
+  Value(EnumeratorPointer value) : storage_(std::move(value)) {}
+
+  static Value missing() { return {}; }
+  static Value null() {
+    Value value;
+    value.storage_ = Null{};
+    return value;
+  }
+  static Value list(std::vector<Value> items);
+
+  template <class Kind>
+  [[nodiscard]] bool is() const {
+    return std::holds_alternative<Kind>(storage_);
+  }
+  /// The alternative, or null when the value is of another kind.
+  template <class Kind>
+  [[nodiscard]] const Kind* get() const {
+    return std::get_if<Kind>(&storage_);
+  }
+  [[nodiscard]] const Storage& storage() const { return storage_; }
+
+  [[nodiscard]] bool isMissing() const { return is<MissingValue>(); }
+  [[nodiscard]] bool isNull() const { return is<Null>(); }
+  /// The text's bytes, or null when the value is no text.
+  [[nodiscard]] const std::string* text() const {
+    const auto* text = get<Text>();
+    return text ? &text->utf8() : nullptr;
+  }
+
+  /// Lists and records at every depth are made anew; everything else is shared.
+  [[nodiscard]] Value deepCopy() const;
+
+private:
+  Storage storage_;
+};
+
+/// The items of a list, shared by all values that hold it. 1-based in the language, 0-based here.
+struct List {
+  std::vector<Value> items;
+};
+
+/// A label of a record: a dictionary's property (its code), or a name of the script's own (code 0). Labels are equal
+/// when their codes are, or else when their names are, ignoring case; `name` keeps the spelling first shown.
+struct Label {
+  FourCharCode code = 0;
+  std::string name;
+
+  [[nodiscard]] bool sameAs(const Label& other) const;
+};
+
+/// The fields of a record in order, shared by all values that hold it. Labels are unique.
+struct Record {
+  std::vector<std::pair<Label, Value>> fields;
+
+  /// Null when there is no such field. Valid until the record changes.
+  [[nodiscard]] Value* find(const Label& label);
+  [[nodiscard]] const Value* find(const Label& label) const;
+  /// Replaces the field's value, or adds the field at the end.
+  void set(const Label& label, Value value);
+};
+
+} // namespace tabwright::applescript

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <exception>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace tabwright::platform {
+
+/// What a program may ask of a failure, beside its sentence: which catalogue it is from, and which case.
+struct FailureIdentity {
+  std::string type;          ///< the catalogue's name, such as "AppleScriptRuntimeError"
+  std::string caseName;      ///< the case, such as "tabNotFound"
+  std::optional<int> number; ///< the case's number, where the catalogue numbers its cases
+};
+
+/// The one base of everything this project throws.
+///
+/// Purpose: whoever hosts an action can show any failure to a user with `errorDescription()` alone, and can tell kinds
+/// apart with `identity()` without knowing the concrete type.
+///
+/// Failures of enums are made with `failure(...)`:
+///
+///     throw failure(AppleScriptRuntimeError::tabNotFound);
+///
+/// Foreign failures (errno, protocol errors) are translated into a subclass once, where they enter.
+class Failure : public std::exception {
+public:
+  /// The sentence shown to the user, UTF-8, never empty.
+  [[nodiscard]] virtual std::string errorDescription() const = 0;
+
+  /// Kind of the failure, for programs.
+  [[nodiscard]] virtual FailureIdentity identity() const = 0;
+
+  /// The sentence again, for loggers and debuggers. Valid as long as the failure lives.
+  [[nodiscard]] const char* what() const noexcept override {
+    try {
+      if (what_.empty())
+        what_ = errorDescription();
+      return what_.c_str();
+    } catch (...) {
+      return "failure";
+    }
+  }
+
+private:
+  mutable std::string what_;
+};
+
+/// A failure that is one case of an enum.
+///
+/// The enum's header declares, beside it and found by argument-dependent lookup:
+///
+///     std::string errorDescription(Kind kind, const std::string& detail);
+///     platform::FailureIdentity identity(Kind kind);
+///
+/// `detail` is the payload of cases that carry a text, and empty for the others.
+template <class Kind>
+class CatalogueFailure final : public Failure {
+public:
+  explicit CatalogueFailure(Kind kind, std::string detail = {}) : kind_(kind), detail_(std::move(detail)) {}
+
+  [[nodiscard]] Kind kind() const noexcept { return kind_; }
+  [[nodiscard]] const std::string& detail() const noexcept { return detail_; }
+
+  [[nodiscard]] std::string errorDescription() const override { return describe(kind_, detail_); }
+  [[nodiscard]] FailureIdentity identity() const override { return identify(kind_); }
+
+private:
+  // The members above hide the free functions of the same name, so the lookup happens out here.
+  static std::string describe(Kind kind, const std::string& detail);
+  static FailureIdentity identify(Kind kind);
+
+  Kind kind_;
+  std::string detail_;
+};
+
+namespace detail {
+template <class Kind>
+std::string describeByLookup(Kind kind, const std::string& text) {
+  return errorDescription(kind, text);
+}
+template <class Kind>
+FailureIdentity identifyByLookup(Kind kind) {
+  return identity(kind);
+}
+} // namespace detail
+
+template <class Kind>
+std::string CatalogueFailure<Kind>::describe(Kind kind, const std::string& detail) {
+  return detail::describeByLookup(kind, detail);
+}
+template <class Kind>
+FailureIdentity CatalogueFailure<Kind>::identify(Kind kind) {
+  return detail::identifyByLookup(kind);
+}
+
+/// Makes the thrown value of an enum's case: `throw failure(ScriptacularError::missingScript);`.
+template <class Kind>
+[[nodiscard]] CatalogueFailure<Kind> failure(Kind kind, std::string detail = {}) {
+  return CatalogueFailure<Kind>(kind, std::move(detail));
+}
+
+} // namespace tabwright::platform

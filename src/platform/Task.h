@@ -1,0 +1,12 @@
+#pragma once
+
+#include <boost/asio/awaitable.hpp>
+
+namespace tabwright::platform {
+
+/// A coroutine that yields a `T` or throws. Lazy: it starts when it is awaited or spawned. It runs on the executor of
+/// whoever awaits it and holds no thread while it is suspended. Cancellation arrives by Asio's cancellation slots.
+template <class T>
+using Task = boost::asio::awaitable<T>;
+
+} // namespace tabwright::platform

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/AppleEvent.h"
+#include "platform/Task.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+namespace tabwright::platform {
+
+/// One script file, ready to be run by an Apple event.
+class UserAppleScriptTask {
+public:
+  virtual ~UserAppleScriptTask() = default;
+
+  /// Runs the script's handler that the event names (keyword 'snam', parameters in the list of keyword '----') and
+  /// yields its result, or nothing when the handler returned nothing.
+  ///
+  /// Throws a `Failure` whose description is AppleScript's own ("execution error: SENTENCE (NUMBER)") when the script
+  /// doesn't compile or ends in an error. Cancelling the awaiting coroutine stops the script and ends in error -128.
+  /// The script has ended when this returns or throws; no thread of it is left.
+  virtual Task<std::optional<AppleEventDescriptor>> executeWithAppleEvent(AppleEvent event) = 0;
+};
+
+/// Makes script tasks. Safe to call from several threads.
+class UserAppleScriptTasks {
+public:
+  virtual ~UserAppleScriptTasks() = default;
+
+  /// Throws a `Failure` when the file can't be read.
+  virtual std::unique_ptr<UserAppleScriptTask> initWithURL(const std::filesystem::path& script) = 0;
+};
+
+} // namespace tabwright::platform
