@@ -39,6 +39,7 @@ struct RunLimits {
   std::size_t handlerDepth = 1000;          ///< error −2706
   std::size_t valueBytes = 1u << 30;        ///< one text or list grown beyond this: error −2707
   std::chrono::nanoseconds eventTimeout = std::chrono::seconds(120); ///< error −1712, unless `with timeout` says otherwise
+  std::size_t steps = 0; ///< statements and expressions evaluated in all; beyond them −128. 0: as many as it takes
 };
 
 /// A script that has been parsed and resolved, with the values of its properties. A run may change the properties;
@@ -62,8 +63,9 @@ public:
   [[nodiscard]] std::unique_ptr<Script> compile(std::string source);
   [[nodiscard]] std::vector<ScriptError> check(std::string source) const;
 
-  /// Runs the `run` handler, explicit or implicit, with its arguments. The result is the value of the last statement.
-  /// References are looked through and object specifiers left as they are. Throws ScriptError (Stage::execution).
+  /// Runs the `run` handler, explicit or implicit, with its arguments. The result is the value of the last statement, or
+  /// `nothing`. References are looked through at every depth and object specifiers left as they are; a script object in
+  /// the result is of use only while `script` lives. Throws ScriptError (Stage::execution).
   Value run(Script& script, std::vector<Value> arguments = {}, std::stop_token stop = {});
 
   /// Calls a handler by name (ignoring case) with positional arguments; error −1708 when the script has none.

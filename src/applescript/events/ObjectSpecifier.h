@@ -64,7 +64,8 @@ struct ObjectSpecifier {
   Value rangeEnd;
   /// Condition on the elements that `form` picks from; null for none. `windows whose p` is Form::every with a test.
   std::shared_ptr<const SpecifierTest> test;
-  /// The application addressed; the same in all nodes of a chain, null only below `tested`.
+  /// The application addressed; the same in all nodes of a chain. Null below `tested`, and in `current application`,
+  /// which is a Form::application that never leaves the script.
   std::shared_ptr<ScriptableApplication> application;
 };
 
@@ -75,5 +76,10 @@ struct ObjectSpecifier {
 [[nodiscard]] SpecifierPointer elementByID(SpecifierPointer container, FourCharCode elementClass, Value id);
 [[nodiscard]] SpecifierPointer elementByName(SpecifierPointer container, FourCharCode elementClass, std::string name);
 [[nodiscard]] SpecifierPointer everyElement(SpecifierPointer container, FourCharCode elementClass);
+
+/// The node without container that a chain hangs from.
+[[nodiscard]] const ObjectSpecifier& rootOf(const ObjectSpecifier& specifier);
+/// Whether the two name the same thing in the same words: equal steps of the same application. Asks no application.
+[[nodiscard]] bool sameSpecifier(const ObjectSpecifier& left, const ObjectSpecifier& right);
 
 } // namespace tabwright::applescript

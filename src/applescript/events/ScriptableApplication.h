@@ -22,6 +22,9 @@ public:
   /// The bundle identifier in its usual spelling; compared ignoring case.
   [[nodiscard]] virtual const std::string& bundleIdentifier() const = 0;
 
+  /// The dictionary that words its classes and properties in source form; null for none. Lives as long as this.
+  [[nodiscard]] virtual const Terminology* terminology() const { return nullptr; }
+
   /// Answers an event. `missing value` when there is nothing to answer.
   ///
   /// A specifier in the answer names one object by id. Throws ScriptError with AppleScript's number and a sentence

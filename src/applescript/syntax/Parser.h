@@ -4,6 +4,7 @@
 #include "applescript/events/ScriptableApplication.h"
 #include "applescript/syntax/Tree.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,6 +15,8 @@ namespace tabwright::applescript {
 struct ParserLimits {
   std::size_t sourceBytes = 64u << 20;
   std::size_t nesting = 500; ///< blocks and expressions inside each other
+  std::size_t height = 2000; ///< levels of one expression's tree: `a & b & c …` grows one level per operator
+  std::size_t errors = 50;   ///< after that many the rest of the text isn't looked at
 };
 
 /// What came of a text: a tree when there are no errors, else every error found, in source order, each with its range.

@@ -7,6 +7,7 @@
 #include "applescript/values/Value.h"
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,6 +23,7 @@ namespace tabwright::applescript {
 
 struct Expression;
 struct Statement;
+struct ScriptLayout;
 using ExpressionPointer = std::unique_ptr<Expression>;
 using StatementPointer = std::unique_ptr<Statement>;
 using Block = std::vector<StatementPointer>;
@@ -58,9 +60,13 @@ struct Expression {
 
   const Kind kind;
   SourceRange range;
+  /// Levels of the tree from here down. The parser bounds it (ParserLimits::height), so that whoever walks the tree by
+  /// recursion knows how deep it gets.
+  std::uint32_t height = 1;
 };
 
 /// A number, text, boolean, class name, enumerator, `missing value`, `null`, or a constant (`pi`, `return`, `tab`).
+/// `AppleScript`, as in `AppleScript's text item delimiters`, is the enumerator 'ascr'.
 struct Literal final : Expression {
   explicit Literal(Value value) : Expression(Kind::literal), value(std::move(value)) {}
   Value value;
@@ -78,12 +84,22 @@ struct RecordLiteral final : Expression {
   std::vector<std::pair<Label, ExpressionPointer>> fields;
 };
 
+/// A name of the script's own. `result` is one too: it stands for the value of the last statement unless the script
+/// binds it.
 struct Variable final : Expression {
   explicit Variable(std::string name) : Expression(Kind::variable), name(std::move(name)) {}
   /// As first spelled in the script; compared ignoring case.
   std::string name;
-  /// Resolver: a slot of the handler's frame, or −1 for a property or global of the script, found by name.
-  int slot = -1;
+  /// Resolver: where the variable lives.
+  enum class Place {
+    frame,  ///< in the handler's frame
+    cell,   ///< in the handler's frame, as a cell that references can hold on to
+    script, ///< a property or global of a script
+    result, ///< nowhere: the value of the last statement
+  };
+  Place place = Place::frame;
+  int slot = -1;       ///< index in the frame, or in the script's variables
+  int scriptDepth = 0; ///< Place::script: how many scripts outwards from the one that the handler is in
 };
 
 struct SimpleExpression final : Expression { // me, it, current application
@@ -120,12 +136,13 @@ struct ElementAccess final : Expression {
   ExpressionPointer container; ///< null: the target of the enclosing `tell`
 };
 
-/// `end of xs`, `beginning of tabs of w`, as in `set end of xs to v` and `make … at end of tabs of w`.
+/// `end of xs`, `beginning of tabs of w`, as in `set end of xs to v` and `make … at end of tabs of w`; `before tab 3 of w`
+/// and `after tab 3 of w` (`in front of`, `behind`), as in `make new tab at after tab 3 of w`.
 struct InsertionPoint final : Expression {
-  enum class Where { beginning, end };
+  enum class Where { beginning, end, before, after };
   InsertionPoint() : Expression(Kind::insertionPoint) {}
   Where where = Where::end;
-  ExpressionPointer container; ///< null: the target of the enclosing `tell`
+  ExpressionPointer container; ///< before, after: the element beside it. Null: the target of the enclosing `tell`
 };
 
 /// `a reference to x`, `ref x`.
@@ -173,6 +190,7 @@ struct HandlerCall final : Expression {
   ExpressionPointer direct;                                                ///< `f of x from a` : the direct parameter
   std::vector<std::pair<std::string, ExpressionPointer>> labelled;         ///< prepositions and `given` labels
   bool isLabelled = false;                                                 ///< which of the two forms was written
+  std::string foldedName;                                                  ///< Resolver: the key of handler tables
 };
 
 /// A command of a dictionary: `count windows`, `make new tab at end of tabs of w with properties {…}`, `delay 1`,
@@ -208,7 +226,7 @@ struct Statement {
     ifElse,     ///< If
     repeat,     ///< Repeat
     exitRepeat, ///< Simple
-    continueHandler, ///< Continue (`continue f(x)` of a script with a parent)
+    continueHandler, ///< ContinueStatement (`continue f(x)` of a script with a parent)
     tell,       ///< Tell
     tryBlock,   ///< Try
     returning,  ///< Return
@@ -234,6 +252,12 @@ struct Statement {
 
 struct SimpleStatement final : Statement { // exit repeat
   explicit SimpleStatement(Kind kind) : Statement(kind) {}
+};
+
+/// `continue f(x)`, `continue quit`: hands the call on to the parent of the script.
+struct ContinueStatement final : Statement {
+  ContinueStatement() : Statement(Kind::continueHandler) {}
+  ExpressionPointer call; ///< a HandlerCall or a Command
 };
 
 struct ExpressionStatement final : Statement {
@@ -285,6 +309,8 @@ struct Try final : Statement {
   Block body;
   bool hasHandler = false;
   std::unique_ptr<Variable> message, number, from, partialResult, to; ///< null where not bound
+  /// `on error number -128`: the handler takes errors of that number only. Then `number` is null.
+  ExpressionPointer onlyNumber;
   Block handler;
 };
 
@@ -314,6 +340,7 @@ struct Timeout final : Statement {
 
 struct Transaction final : Statement {
   Transaction() : Statement(Kind::transaction) {}
+  ExpressionPointer session; ///< null where not written
   Block body;
 };
 
@@ -345,13 +372,15 @@ struct Parameter {
 
 struct HandlerDefinition final : Statement {
   HandlerDefinition() : Statement(Kind::handler) {}
-  std::string name;                                       ///< "run" for the run handler
+  /// "run" for the run handler; "setValue:forKey:" for `on setValue:v forKey:k`, which ObjectiveCMessage calls.
+  std::string name;
   std::vector<Parameter> positional;
-  std::unique_ptr<Parameter> direct;                      ///< `on f of x from a`
+  /// `on f of x from a`; and, not labelled, the one parameter without brackets of `on run argv` and `on open files`.
+  std::unique_ptr<Parameter> direct;
   std::vector<std::pair<std::string, Parameter>> labelled;
   bool isLabelled = false;
   Block body;
-  /// Resolver: number of slots of a frame, parameters first.
+  /// Resolver: number of slots of a frame.
   int frameSize = 0;
 };
 
@@ -359,7 +388,8 @@ struct ScriptDefinition final : Statement {
   ScriptDefinition() : Statement(Kind::script) {}
   std::string name; ///< empty for `script … end script` without a name
   Block body;
-  HandlerDefinition* implicitRun = nullptr; ///< Resolver
+  const ScriptLayout* layout = nullptr; ///< Resolver
+  std::unique_ptr<Variable> binding;    ///< Resolver: the variable that the name stands for; null without a name
 };
 
 struct Use final : Statement {
@@ -369,6 +399,8 @@ struct Use final : Statement {
   std::string name;                   ///< framework, application, script
   std::optional<std::string> version; ///< `version "2.4"`
   std::string alias;                  ///< `use Safari : application "Safari"`
+  bool byID = false;                  ///< `use application id "ID"`
+  bool imports = true;                ///< false: `without importing`
 };
 
 // ---------------------------------------------------------------- the whole
@@ -380,6 +412,11 @@ struct Use final : Statement {
 struct SyntaxTree {
   std::string source;
   Block body;
+
+  /// Dictionaries whose words the script may use somewhere, the language's own among them.
+  std::vector<const Terminology*> terminologies;
+  /// Rows for commands written as raw codes (`«event coregetd»`), which no dictionary has.
+  std::deque<Term> rawCommands;
 };
 
 } // namespace tabwright::applescript

@@ -2,6 +2,7 @@
 
 #include "applescript/events/AppleEventMessage.h"
 #include "applescript/events/FourCharCode.h"
+#include "applescript/terminology/FoldedWords.h"
 
 #include <cstddef>
 #include <initializer_list>
@@ -34,6 +35,9 @@ struct Term {
   std::string_view plural = {};
   EventCode event = {};
   std::span<const ParameterTerm> parameters = {};
+  /// A command that takes no direct parameter (`current date`) leaves what follows it to the expression around it.
+  enum class DirectParameter { optional, none };
+  DirectParameter directParameter = DirectParameter::optional;
 };
 
 /// The dictionary of an application, or the language's own.
@@ -55,8 +59,13 @@ public:
     std::size_t words = 0;     ///< how many words it took
   };
   /// The longest term that the given words begin with (any case), or nothing. A word may stand for a class and for a
-  /// property at once (`window`, `tab`): all matches of the longest length, in the table's order.
-  [[nodiscard]] std::vector<Match> longestMatch(std::span<const std::string_view> words) const;
+  /// property at once (`window`, `tab`): all matches of the longest length, in the table's order. The answer lives as
+  /// long as the terminology.
+  [[nodiscard]] std::span<const Match> longestMatch(std::span<const std::string_view> words) const;
+  /// Words of the longest term: no more need be given to `longestMatch`.
+  [[nodiscard]] std::size_t longest() const { return longest_; }
+  /// Whether some term begins with that word.
+  [[nodiscard]] bool hasFirstWord(std::string_view word) const;
 
   /// The words for a code, for the printer and for messages; null when the table has none.
   [[nodiscard]] const Term* findCode(Term::Kind kind, FourCharCode code) const;
@@ -65,7 +74,14 @@ public:
 private:
   std::string name_;
   std::span<const Term> rows_;
-  std::unordered_map<std::string, std::vector<Match>> byWords_; ///< folded words
+  /// All terms of the same words.
+  struct Entry {
+    std::vector<std::string_view> words;
+    std::vector<Match> matches;
+  };
+  void add(std::string_view words, const Term& term, bool isPlural);
+  /// By first word, ignoring case; the entries of one first word from the longest to the shortest.
+  std::unordered_map<std::string_view, std::vector<Entry>, FoldedHash, FoldedEqual> byFirstWord_;
   std::size_t longest_ = 0;
 };
 

@@ -25,15 +25,25 @@ class ForeignObject;
 class Text {
 public:
   Text() = default;
-  explicit Text(std::string utf8) : shared_(std::make_shared<const std::string>(std::move(utf8))) {}
+  explicit Text(std::string utf8) : shared_(std::make_shared<std::string>(std::move(utf8))) {}
   [[nodiscard]] const std::string& utf8() const { return shared_ ? *shared_ : emptyText(); }
+
+  /// Whether both are copies of one text, so that they are equal without a look at their bytes.
+  [[nodiscard]] bool isSameObject(const Text& other) const { return shared_ == other.shared_; }
+  /// Grows this text where it is, when no copy of it is around to see that; false, and nothing done, else.
+  [[nodiscard]] bool appendUnshared(std::string_view utf8) {
+    if (!shared_ || shared_.use_count() != 1)
+      return false;
+    shared_->append(utf8);
+    return true;
+  }
 
 private:
   static const std::string& emptyText() {
     static const std::string empty;
     return empty;
   }
-  std::shared_ptr<const std::string> shared_;
+  std::shared_ptr<std::string> shared_; // changed by appendUnshared only
 };
 
 /// A date as the language has it: seconds since 2001-01-01 00:00:00 on the wall clock of the local time zone.
@@ -64,11 +74,15 @@ struct Enumerator {
 /// - a **reference** names a place in the script itself, such as the item that a `repeat with … in` is at, and is
 ///   looked through by nearly everything (Reference.h).
 ///
+/// `nothing` is what a statement or handler without a result leaves: it is the result of `Interpreter::run` and `call`
+/// then, and is never found in a list, a record, a parameter or a message.
+///
 /// Not safe to use from two threads at once when lists or records are shared between them.
 class Value {
 public:
   struct MissingValue {};
   struct Null {};
+  struct Nothing {};
   using ListPointer = std::shared_ptr<List>;
   using RecordPointer = std::shared_ptr<Record>;
   using SpecifierPointer = std::shared_ptr<const ObjectSpecifier>;
@@ -80,7 +94,7 @@ public:
 
   using Storage = std::variant<MissingValue, Null, bool, std::int64_t, double, Text, Date, ClassPointer,
                                EnumeratorPointer, ListPointer, RecordPointer, SpecifierPointer, ReferencePointer,
-                               ScriptPointer, ForeignPointer>;
+                               ScriptPointer, ForeignPointer, Nothing>;
 
   Value() = default;
   Value(bool value) : storage_(value) {}
@@ -109,6 +123,11 @@ public:
     value.storage_ = Null{};
     return value;
   }
+  static Value nothing() {
+    Value value;
+    value.storage_ = Nothing{};
+    return value;
+  }
   static Value list(std::vector<Value> items);
 
   template <class Kind>
@@ -120,17 +139,23 @@ public:
   [[nodiscard]] const Kind* get() const {
     return std::get_if<Kind>(&storage_);
   }
+  template <class Kind>
+  [[nodiscard]] Kind* get() {
+    return std::get_if<Kind>(&storage_);
+  }
   [[nodiscard]] const Storage& storage() const { return storage_; }
 
   [[nodiscard]] bool isMissing() const { return is<MissingValue>(); }
   [[nodiscard]] bool isNull() const { return is<Null>(); }
+  [[nodiscard]] bool isNothing() const { return is<Nothing>(); }
   /// The text's bytes, or null when the value is no text.
   [[nodiscard]] const std::string* text() const {
     const auto* text = get<Text>();
     return text ? &text->utf8() : nullptr;
   }
 
-  /// Lists and records at every depth are made anew; everything else is shared.
+  /// Lists and records at every depth are made anew; everything else is shared. Throws ScriptError −2706 or −2707 for
+  /// a value nested too deeply or too large to walk.
   [[nodiscard]] Value deepCopy() const;
 
 private:
@@ -140,6 +165,13 @@ private:
 /// The items of a list, shared by all values that hold it. 1-based in the language, 0-based here.
 struct List {
   std::vector<Value> items;
+
+  List() = default;
+  explicit List(std::vector<Value> items) : items(std::move(items)) {}
+  List(const List&) = delete;
+  List& operator=(const List&) = delete;
+  /// Lists in lists may be nested without bound; taking them down doesn't recurse.
+  ~List();
 };
 
 /// A label of a record: a dictionary's property (its code), or a name of the script's own (code 0). Labels are equal
@@ -154,6 +186,12 @@ struct Label {
 /// The fields of a record in order, shared by all values that hold it. Labels are unique.
 struct Record {
   std::vector<std::pair<Label, Value>> fields;
+
+  Record() = default;
+  explicit Record(std::vector<std::pair<Label, Value>> fields) : fields(std::move(fields)) {}
+  Record(const Record&) = delete;
+  Record& operator=(const Record&) = delete;
+  ~Record();
 
   /// Null when there is no such field. Valid until the record changes.
   [[nodiscard]] Value* find(const Label& label);

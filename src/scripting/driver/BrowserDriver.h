@@ -1,14 +1,13 @@
 #pragma once
 
+#include "platform/CallLimits.h"
 #include "platform/Failure.h"
 
 #include <boost/json/value.hpp>
 
-#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -49,17 +48,13 @@ struct BrowserSnapshot {
   std::string version; ///< the product's version, such as "156.0.8078.79"
 };
 
-/// How and until when a driver may wait.
-struct CallLimits {
-  std::chrono::steady_clock::time_point deadline = std::chrono::steady_clock::time_point::max();
-  std::stop_token stop;
-};
+using platform::CallLimits; ///< until when a driver may wait
 
 /// Why a browser could not do what was asked.
 enum class DriverFault {
-  notRunning,        ///< no such browser runs
-  notAccepting,      ///< it runs, but doesn't accept remote debugging
-  lost,              ///< it ended, or the connection broke, during the call or before
+  notRunning,        ///< no such browser runs. detail: its name
+  notAccepting,      ///< it runs, but doesn't accept remote debugging. detail: its name
+  lost,              ///< it ended, or the connection broke, during the call or before. detail: why, as a clause
   noSuchTab,         ///< detail: the id
   noSuchWindow,      ///< detail: the id
   tabClosed,         ///< the tab was closed during the call

@@ -1,0 +1,234 @@
+// The helper inside the browser. It tells the order of windows and tabs, which no protocol outside does, and carries out
+// commands on them. Whoever calls it, by whatever road, calls `tabwright.perform(name, parameters)`; the functions below
+// know nothing of their callers.
+//
+// Answers are {value} or {fault, detail}; `perform` never throws. Faults: "noSuchTab", "noSuchWindow", "refused".
+//
+// Changes: the counter in each snapshot grows with every change that the browser reports, and `changed` tells listeners.
+// A caller that has evaluated code here may leave a function named `tabwrightChanged` in the global object (a binding of
+// the debugging protocol does); it is called with the counter as text. A snapshot is as of one moment between its
+// request and its answer, so a caller may hold it until the next report only if none came while it was under way.
+"use strict";
+
+const unsetWindow = chrome.windows.WINDOW_ID_NONE;
+const windowTypes = ["normal", "popup", "panel", "app", "devtools"];
+
+// Kept over restarts of this worker, which the browser stops when it is idle, but not over restarts of the browser:
+// window ids mean nothing in the next one.
+const kept = {
+  order: [], // window ids, front first
+  names: {}, // window id -> the name that a script gave it
+};
+let changes = 0;
+
+// ---------------------------------------------------------------------------------------------------- remembering
+
+const isReady = restore();
+
+async function restore() {
+  const { order, names } = await chrome.storage.session.get(["order", "names"]);
+  if (names) kept.names = names;
+  if (order) {
+    // Windows that were focused while the session store was read are in front already.
+    kept.order = kept.order.concat(order.filter((id) => !kept.order.includes(id)));
+    return;
+  }
+  // The first start: the window focused last in front, the others by when their active tab was last shown.
+  const windows = await chrome.windows.getAll({ populate: true });
+  const lastShown = (window) => window.tabs?.find((tab) => tab.active)?.lastAccessed ?? 0;
+  windows.sort((left, right) => lastShown(right) - lastShown(left));
+  const last = await chrome.windows.getLastFocused().catch(() => undefined);
+  const seed = windows.map((window) => window.id);
+  kept.order = kept.order.concat(seed.filter((id) => !kept.order.includes(id)));
+  if (last && kept.order.includes(last.id)) toFront(last.id);
+}
+
+function remember() {
+  return chrome.storage.session.set({ order: kept.order, names: kept.names });
+}
+
+function toFront(id) {
+  if (kept.order[0] === id) return;
+  kept.order = [id, ...kept.order.filter((other) => other !== id)];
+}
+
+function changed() {
+  changes += 1;
+  globalThis.tabwrightChanged?.(String(changes));
+}
+
+// --------------------------------------------------------------------------------------------- listening to changes
+// All listeners are added while the script first runs: the browser starts the worker for an event only then.
+
+chrome.windows.onFocusChanged.addListener(async (id) => {
+  if (id === unsetWindow) return;
+  toFront(id);
+  changed();
+  await isReady;
+  await remember();
+});
+
+chrome.windows.onCreated.addListener(async (window) => {
+  if (window.focused) toFront(window.id);
+  else if (!kept.order.includes(window.id)) kept.order.splice(1, 0, window.id);
+  changed();
+  await isReady;
+  await remember();
+});
+
+chrome.windows.onRemoved.addListener(async (id) => {
+  changed();
+  await isReady;
+  kept.order = kept.order.filter((other) => other !== id);
+  delete kept.names[id];
+  await remember();
+});
+
+for (const event of [
+  chrome.windows.onBoundsChanged,
+  chrome.tabs.onActivated,
+  chrome.tabs.onAttached,
+  chrome.tabs.onCreated,
+  chrome.tabs.onDetached,
+  chrome.tabs.onMoved,
+  chrome.tabs.onRemoved,
+  chrome.tabs.onReplaced,
+  chrome.tabs.onUpdated,
+]) {
+  event.addListener(changed);
+}
+
+// ------------------------------------------------------------------------------------------------------- the snapshot
+
+// All windows front to back, with their tabs in strip order, and the protocol's target of each tab.
+async function snapshot() {
+  await isReady;
+  const [windows, targets] = await Promise.all([
+    chrome.windows.getAll({ populate: true, windowTypes }),
+    chrome.debugger.getTargets(),
+  ]);
+  const targetOfTab = new Map();
+  for (const target of targets) {
+    if (target.tabId !== undefined && target.type === "page") targetOfTab.set(target.tabId, target.id);
+  }
+  orderWindows(windows);
+  return {
+    helper: chrome.runtime.getManifest().version,
+    changes,
+    windows: windows.map((window) => ({
+      id: window.id,
+      type: window.type,
+      name: kept.names[window.id] ?? "",
+      incognito: window.incognito,
+      state: window.state,
+      bounds: [window.left, window.top, window.width, window.height],
+      // A developer tools window shows a page of the browser's own, which is not a tab to anybody.
+      tabs: (window.type === "devtools" ? [] : window.tabs ?? []).map((tab) => ({
+        id: tab.id,
+        title: tab.title ?? "",
+        url: tab.pendingUrl || tab.url || "",
+        loading: tab.status === "loading",
+        active: tab.active,
+        target: targetOfTab.get(tab.id) ?? "",
+      })),
+      title: window.type === "devtools" ? window.tabs?.[0]?.title ?? "" : "",
+    })),
+  };
+}
+
+// Sorts by the order of focus. Where exactly one window says that it has the focus, it is in front whatever events may
+// have been missed; without a desktop every window says so.
+function orderWindows(windows) {
+  const focused = windows.filter((window) => window.focused);
+  if (focused.length === 1) toFront(focused[0].id);
+  for (const window of windows) {
+    if (!kept.order.includes(window.id)) kept.order.push(window.id);
+  }
+  const places = new Map(kept.order.map((id, place) => [id, place]));
+  windows.sort((left, right) => places.get(left.id) - places.get(right.id));
+}
+
+// ------------------------------------------------------------------------------------------------------- the commands
+
+// An address that is not absolute would be taken as a path within this extension.
+function requireAddress(url) {
+  if (!URL.canParse(url)) throw new Error(`“${url}” is not an address`);
+  return url;
+}
+
+async function bringToFront(id) {
+  const window = await chrome.windows.get(id, { windowTypes });
+  const change = { focused: true };
+  if (window.state === "minimized") change.state = "normal";
+  await chrome.windows.update(id, change);
+  await isReady;
+  toFront(id);
+  changed();
+  await remember();
+}
+
+const commands = {
+  snapshot,
+
+  async makeTab({ window, index, url }) {
+    const properties = { windowId: window, active: true };
+    if (index !== undefined && index !== null) properties.index = index;
+    if (url) properties.url = requireAddress(url);
+    const tab = await chrome.tabs.create(properties);
+    return tab.id;
+  },
+
+  async makeWindow({ incognito, url }) {
+    const properties = { incognito, focused: true };
+    if (url) properties.url = requireAddress(url);
+    const window = await chrome.windows.create(properties);
+    if (!window) throw new Error("the browser does not show its private windows to the helper");
+    await isReady;
+    toFront(window.id);
+    changed();
+    await remember();
+    return window.id;
+  },
+
+  closeTab: ({ tab }) => chrome.tabs.remove(tab),
+  closeWindow: ({ window }) => chrome.windows.remove(window),
+
+  async activateTab({ tab }) {
+    await chrome.tabs.update(tab, { active: true });
+  },
+  async navigate({ tab, url }) {
+    await chrome.tabs.update(tab, { url: requireAddress(url) });
+  },
+  reload: ({ tab }) => chrome.tabs.reload(tab),
+
+  // At the end of the history nothing happens, as with the browser's own buttons.
+  async goInHistory({ tab, direction }) {
+    await chrome.tabs.get(tab);
+    const go = direction === "back" ? chrome.tabs.goBack : chrome.tabs.goForward;
+    await go.call(chrome.tabs, tab).catch(() => undefined);
+  },
+
+  raiseWindow: ({ window }) => bringToFront(window),
+
+  async setGivenName({ window, name }) {
+    await chrome.windows.get(window, { windowTypes });
+    await isReady;
+    if (name) kept.names[window] = name;
+    else delete kept.names[window];
+    changed();
+    await remember();
+  },
+};
+
+async function perform(name, parameters = {}) {
+  try {
+    return { value: (await commands[name](parameters)) ?? null };
+  } catch (error) {
+    const detail = error?.message ?? String(error);
+    if (/^No tab with id/.test(detail)) return { fault: "noSuchTab", detail };
+    if (/^No window with id/.test(detail)) return { fault: "noSuchWindow", detail };
+    return { fault: "refused", detail };
+  }
+}
+
+globalThis.tabwright = { perform };

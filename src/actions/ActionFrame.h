@@ -1,0 +1,135 @@
+#pragma once
+
+#include "actions/ActionServices.h"
+#include "actions/SecondsOf.h"
+#include "engine/TargetContext.h"
+#include "intents/ActionHost.h"
+#include "intents/Intent.h"
+#include "platform/Task.h"
+
+#include <boost/json/value.hpp>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tabwright::actions {
+
+using intents::Parameter;
+
+struct TabTarget;
+
+/// What all actions have in common: the order in which a run's steps happen, and the preconditions that an action
+/// declares instead of testing them.
+///
+/// An action's constructor declares what it needs; `run` does the work. The steps of `perform` are
+///
+///     1  the preconditions, in declared order; the first that fails ends the run with a `NeedsValue` or other failure
+///     2  `prepare`
+///     3  the self-timed quit is put off, and the run is counted
+///     4  `run`
+///     5  the pause, after a success
+///     6  the value
+///
+/// A failure ends the run where it happens; what was counted stays counted. One object serves one run.
+class ActionFrame : public intents::Intent {
+public:
+  /// Actions' full type names are this and the short name.
+  static constexpr std::string_view typeNamePrefix = "Oskel_Beta_";
+
+  /// Runs the action with its parameters as they are and yields its value as JSON of `resultType()`, null for nothing.
+  /// Throws `NeedsValue` for a missing value, else the failure of whatever went wrong. `host` outlives the run.
+  platform::Task<boost::json::value> perform(intents::ActionHost& host);
+
+  /// The finished program that `perform` would run, made without touching a browser, the clock or the counter. Throws
+  /// as the preconditions do, and `UsageError` for an action that runs no program or whose target is the frontmost
+  /// browser, which only a run can tell.
+  [[nodiscard]] std::string scriptText();
+
+protected:
+  /// What `run` came to. Only a success is followed by the pause.
+  struct Outcome {
+    enum class Success : bool { no, yes };
+
+    boost::json::value value;
+    Success success = Success::yes;
+  };
+
+  /// When a run is put on record (step 3): most actions validate first, a few count every attempt, some count inside
+  /// `run`, by calling `registerRun` there.
+  enum class Registration { afterPreconditions, beforePreconditions, insideRun };
+
+  ActionFrame(const ActionServices& services, std::string name, std::string_view table)
+      : Intent(std::move(name), table), services_(services) {}
+
+  // What an action declares in its constructor.
+
+  /// The text must hold something beside white space; it is used as it was entered.
+  void requireText(const Parameter<std::string>& text);
+  /// Any other condition: throws when it doesn't hold.
+  void require(std::function<void()> precondition) { preconditions_.push_back(std::move(precondition)); }
+  /// The browser to work in is that of the tab that the group of parameters names: `aimAt` and `takeTargetFrom` in one.
+  void aimAtTab(TabTarget& tab);
+  /// The browser to work in is the value of `targetContext` …
+  void aimAt(const Parameter<engine::TargetContext>& targetContext);
+  /// … but while `selection` is `choice`, `entity` (a tab or window) must have a value, and its browser replaces
+  /// `targetContext`. With another choice `entity` isn't looked at.
+  template <class Entity, class Selection>
+  void takeTargetFrom(const Parameter<Entity>& entity, const Parameter<Selection>& selection, Selection choice,
+                      Parameter<engine::TargetContext>& targetContext);
+  /// For actions without `targetContext`: the browser is that of the tab or window.
+  template <class Entity>
+  void aimAtOwnerOf(const Parameter<Entity>& entity);
+  /// Wait after a success for the seconds that an enum's raw value tells.
+  template <intents::DeclaredEnum Delay>
+  void pauseAfterSuccess(const Parameter<Delay>& delay);
+  void registerRuns(Registration moment) { registration_ = moment; }
+
+  // What an action's own steps use.
+
+  [[nodiscard]] const ActionServices& services() const { return services_; }
+  /// The browser to work in, once the preconditions hold.
+  [[nodiscard]] engine::TargetContext target() const { return aim_(); }
+  /// Step 3.
+  void registerRun();
+
+  // What an action overrides.
+
+  /// Step 2: what must happen before the run counts, such as asking the user. Nothing by default.
+  virtual platform::Task<void> prepare(intents::ActionHost& host);
+  /// Step 4: the work.
+  virtual platform::Task<Outcome> run(intents::ActionHost& host) = 0;
+  /// The program of a run, after the preconditions. Throws `UsageError` by default.
+  [[nodiscard]] virtual std::string buildScriptText() const;
+
+private:
+  void checkPreconditions() const;
+  platform::Task<void> pause();
+
+  const ActionServices& services_;
+  std::vector<std::function<void()>> preconditions_;
+  std::function<engine::TargetContext()> aim_;
+  std::function<double()> pauseSeconds_;
+  Registration registration_ = Registration::afterPreconditions;
+};
+
+template <class Entity, class Selection>
+void ActionFrame::takeTargetFrom(const Parameter<Entity>& entity, const Parameter<Selection>& selection,
+                                 Selection choice, Parameter<engine::TargetContext>& targetContext) {
+  require([&entity, &selection, choice, &targetContext] {
+    if (*selection == choice)
+      targetContext.set((*entity).targetContext);
+  });
+}
+
+template <class Entity>
+void ActionFrame::aimAtOwnerOf(const Parameter<Entity>& entity) {
+  aim_ = [&entity] { return (*entity).targetContext; };
+}
+
+template <intents::DeclaredEnum Delay>
+void ActionFrame::pauseAfterSuccess(const Parameter<Delay>& delay) {
+  pauseSeconds_ = [&delay] { return secondsOf(*delay); };
+}
+
+} // namespace tabwright::actions

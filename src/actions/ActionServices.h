@@ -1,0 +1,26 @@
+#pragma once
+
+#include "actions/ShutdownScheduler.h"
+#include "engine/ScriptacularServices.h"
+#include "intents/OptionsProvider.h"
+
+namespace tabwright::actions {
+
+/// Where the number of action runs is kept.
+class CallCounter {
+public:
+  virtual ~CallCounter() = default;
+
+  /// Adds 1 to `actionsCallCount`. Several runs may call it at once. Must not throw.
+  virtual void countCall() = 0;
+};
+
+/// What actions need of the world. The program makes one; it and all that it names outlive every action.
+struct ActionServices {
+  const engine::ScriptacularServices& scripts;
+  const intents::OptionsProvider& browserTargets; ///< choices and default of `targetContext`
+  ShutdownScheduler& shutdown;
+  CallCounter* callCounter = nullptr; ///< null: runs are not counted
+};
+
+} // namespace tabwright::actions

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <algorithm>
+#include <random>
+#include <utility>
+#include <vector>
+
+namespace tabwright::actions {
+
+/// Keeps the items that a list action was asked for: all, the first, the last, or one at random. `Option` is an enum with
+/// the cases `all`, `first`, `last` and `random`. An empty list stays empty.
+template <class Item, class Option>
+[[nodiscard]] std::vector<Item> selected(std::vector<Item> items, Option option) {
+  if (items.empty() || option == Option::all)
+    return items;
+  if (option == Option::last)
+    return {std::move(items.back())};
+  if (option == Option::random) {
+    std::random_device systemSource;
+    std::ranges::shuffle(items, systemSource);
+  }
+  return {std::move(items.front())};
+}
+
+} // namespace tabwright::actions

@@ -1,0 +1,89 @@
+#include "actions/SharedParameters.h"
+
+namespace tabwright::actions::shared {
+
+namespace {
+
+intents::LocalizedText generalKey(std::string_view parameter, std::string_view part) {
+  return {"intent.general.parameter." + std::string(parameter) + "." + std::string(part),
+          std::string(intents::tables::general)};
+}
+
+// A parameter whose title and description have keys of the shared scheme.
+template <class T>
+intents::ParameterSpec<T> generalParameter(std::string_view name) {
+  intents::ParameterSpec<T> spec{.name = name};
+  spec.title = generalKey(name, "title");
+  spec.description = generalKey(name, "description");
+  return spec;
+}
+
+std::string_view descriptionPart(TargetDescription description) {
+  switch (description) {
+  case TargetDescription::plain:
+    return "description";
+  case TargetDescription::tabSelection:
+    return "description.variant.tabSelection";
+  case TargetDescription::targetWindow:
+    return "description.variant.targetWindow";
+  }
+  return {};
+}
+
+} // namespace
+
+intents::ParameterSpec<engine::TargetContext> targetContext(const ActionServices& services,
+                                                            TargetDescription description) {
+  auto spec = generalParameter<engine::TargetContext>("targetContext");
+  spec.description = generalKey("targetContext", descriptionPart(description));
+  spec.requestDialog = {"requestValueDialog.targetContext", std::string(intents::tables::general)};
+  spec.options = &services.browserTargets;
+  return spec;
+}
+
+intents::ParameterSpec<TabSelectionOption> tabSelection() {
+  auto spec = generalParameter<TabSelectionOption>("tabSelection");
+  spec.defaultValue = TabSelectionOption::frontTab;
+  return spec;
+}
+
+intents::ParameterSpec<browserdata::BrowserTabEntity> targetTab() {
+  auto spec = generalParameter<browserdata::BrowserTabEntity>("targetTab");
+  spec.presence = intents::Presence::optional;
+  spec.requestDialog = generalKey("targetTab", "requestValueDialog");
+  spec.example = R"({"targetContext":"chromium","fullID":"org.chromium.chromium:8"})";
+  return spec;
+}
+
+intents::ParameterSpec<browserdata::BrowserWindowEntity> targetWindow() {
+  auto spec = generalParameter<browserdata::BrowserWindowEntity>("targetWindow");
+  spec.presence = intents::Presence::optional;
+  spec.requestDialog = generalKey("targetWindow", "requestValueDialog");
+  spec.example = R"({"targetContext":"chromium","fullID":"org.chromium.chromium:3"})";
+  return spec;
+}
+
+intents::ParameterSpec<std::string> cssSelector() {
+  auto spec = generalParameter<std::string>("cssSelector");
+  spec.requestDialog = generalKey("cssSelector", "requestValueDialog");
+  spec.textInput = literalInput();
+  spec.example = "button[type=submit]";
+  return spec;
+}
+
+intents::ParameterSpec<PauseOption> pauseAfterSucessInSeconds() {
+  auto spec = generalParameter<PauseOption>("pauseAfterSucessInSeconds");
+  spec.defaultValue = PauseOption::p00;
+  return spec;
+}
+
+intents::TextInputOptions literalInput() {
+  return {.keyboardType = intents::TextInputOptions::KeyboardType::asciiCapable,
+          .capitalization = intents::TextInputOptions::Capitalization::none,
+          .multiline = false,
+          .autocorrect = false,
+          .smartQuotes = false,
+          .smartDashes = false};
+}
+
+} // namespace tabwright::actions::shared

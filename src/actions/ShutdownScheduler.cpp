@@ -1,0 +1,12 @@
+#include "actions/ShutdownScheduler.h"
+
+#include "platform/Logger.h"
+
+namespace tabwright::actions {
+
+void NoScheduledShutdown::scheduleShutdown(std::function<void()> /*beforeQuit*/) {
+  static const platform::Logger log("DelayedShutdown");
+  log.debug("Not started by service/action, no shutdown scheduling");
+}
+
+} // namespace tabwright::actions

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "intents/EnumDeclaration.h"
+
+namespace tabwright::actions {
+
+/// Which tab of a browser an action works on.
+enum class TabSelectionOption {
+  frontTab,    ///< the front tab of the front window of the target browser
+  specificTab, ///< the tab held by the parameter `targetTab`
+};
+
+inline constexpr auto tabSelectionOptions = intents::enumTable<TabSelectionOption>({
+    {TabSelectionOption::frontTab, "frontTab"},
+    {TabSelectionOption::specificTab, "specificTab"},
+});
+
+constexpr intents::EnumDeclaration enumDeclaration(TabSelectionOption) {
+  return {"TabSelectionOption", intents::tables::standard, tabSelectionOptions};
+}
+
+} // namespace tabwright::actions

@@ -1,0 +1,139 @@
+#include "app/BrowserLauncher.h"
+
+#include "devtools/Discovery.h"
+#include "platform/FileFailure.h"
+#include "platform/linux/BaseDirectories.h"
+#include "platform/linux/BrowserExecutable.h"
+#include "platform/linux/RunningBrowsers.h"
+
+#include <fcntl.h>
+#include <fmt/core.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <condition_variable>
+#include <csignal>
+#include <mutex>
+#include <optional>
+#include <utility>
+
+// The browser is spawned, and from then on looked for as any running browser is: by its profile in the process table, and
+// by the port that it writes into the profile. So what this reports as ready is what a later command will find.
+
+namespace tabwright::app {
+namespace {
+
+using platform::BrowserFacts;
+using platform::RunningBrowser;
+
+std::optional<RunningBrowser> findRunning(const BrowserLaunch& launch) {
+  for (const RunningBrowser& browser : platform::RunningBrowsers().find(*launch.facts)) {
+    std::error_code error;
+    if (browser.profileDirectory == launch.profileDirectory ||
+        std::filesystem::equivalent(browser.profileDirectory, launch.profileDirectory, error))
+      return browser;
+  }
+  return std::nullopt;
+}
+
+bool accepts(const RunningBrowser& browser) {
+  return devtools::Discovery().endpoint(browser.profileDirectory, browser.process, browser.owner).has_value();
+}
+
+std::vector<std::string> commandLineOf(const BrowserLaunch& launch, const std::filesystem::path& executable) {
+  std::vector<std::string> words{executable.string(), "--user-data-dir=" + launch.profileDirectory.string(),
+                                 "--remote-debugging-port=0", "--no-first-run", "--no-default-browser-check"};
+  if (launch.isHeadless)
+    words.insert(words.end(), {"--headless=new", "--disable-gpu"});
+  if (::geteuid() == 0)
+    words.emplace_back("--no-sandbox"); // the browser's sandbox refuses to work for root
+  words.insert(words.end(), launch.switches.begin(), launch.switches.end());
+  if (!launch.address.empty())
+    words.push_back(launch.address);
+  return words;
+}
+
+pid_t spawnDetached(const std::vector<std::string>& words, const std::filesystem::path& logFile) {
+  std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
+  for (const std::string& word : words)
+    arguments.push_back(const_cast<char*>(word.c_str()));
+  arguments.push_back(nullptr);
+
+  posix_spawn_file_actions_t files;
+  posix_spawn_file_actions_init(&files);
+  posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, logFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  posix_spawn_file_actions_adddup2(&files, STDOUT_FILENO, STDERR_FILENO);
+  posix_spawnattr_t attributes;
+  posix_spawnattr_init(&attributes);
+  sigset_t none;
+  sigemptyset(&none);
+  posix_spawnattr_setsigmask(&attributes, &none);
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK);
+
+  pid_t process = 0;
+  const int error = ::posix_spawn(&process, arguments.front(), &files, &attributes, arguments.data(), environ);
+  posix_spawn_file_actions_destroy(&files);
+  posix_spawnattr_destroy(&attributes);
+  if (error != 0)
+    throw platform::FileFailure("start", words.front(), error);
+  return process;
+}
+
+// Ends when the stop is requested, else after the interval.
+bool pause(std::chrono::milliseconds interval, const std::stop_token& stop) {
+  std::mutex mutex;
+  std::condition_variable_any wake;
+  std::unique_lock lock(mutex);
+  return wake.wait_for(lock, stop, interval, [] { return false; }) || stop.stop_requested();
+}
+
+} // namespace
+
+LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem::path& logFile,
+                              std::chrono::seconds patience, std::stop_token stop) {
+  const std::optional<std::filesystem::path> executable = platform::findExecutable(*launch.facts);
+  if (!executable)
+    throw NoBrowser(fmt::format("{} isn’t installed: none of its programs is on the PATH.", launch.facts->name));
+  platform::ensurePrivateFolder(launch.profileDirectory);
+  platform::ensurePrivateFolder(logFile.parent_path());
+
+  const std::optional<RunningBrowser> before = findRunning(launch);
+  if (before && launch.address.empty() && accepts(*before))
+    return {.process = before->process, .wasRunning = true};
+  if (!before) // the port of an earlier run would only be in the way
+    std::filesystem::remove(launch.profileDirectory / "DevToolsActivePort");
+
+  const pid_t spawned = spawnDetached(commandLineOf(launch, *executable), logFile);
+  bool hasEnded = false;
+  const auto deadline = std::chrono::steady_clock::now() + patience;
+  for (;;) {
+    int status = 0;
+    if (!hasEnded && ::waitpid(spawned, &status, WNOHANG) == spawned) {
+      hasEnded = true;
+      if (!before)
+        throw NoBrowser(fmt::format("{} ended right after its start. What it said is in {}.", launch.facts->name,
+                                    logFile.string()));
+    }
+    // A second start with the same profile hands its address over to the first and ends.
+    const std::optional<RunningBrowser> running = findRunning(launch);
+    if (running && accepts(*running) && (!before || hasEnded))
+      return {.process = running->process, .wasRunning = before.has_value()};
+    const bool isLate = std::chrono::steady_clock::now() >= deadline;
+    if (pause(std::chrono::milliseconds(20), stop) || isLate) {
+      if (!hasEnded)
+        ::kill(spawned, SIGTERM);
+      throw NoBrowser(before ? fmt::format("{} already runs with the profile {}, but without remote debugging. Quit it, "
+                                           "and start it again with “tabwright browser {}”.",
+                                           launch.facts->name, launch.profileDirectory.string(), launch.facts->shortName)
+                             : fmt::format("{} didn’t accept a connection within {} seconds. What it said is in {}.",
+                                           launch.facts->name, patience.count(), logFile.string()));
+    }
+  }
+}
+
+} // namespace tabwright::app

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/BrowserTable.h"
+#include "platform/Failure.h"
+
+#include <chrono>
+#include <filesystem>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace tabwright::app {
+
+/// How a browser is to be started.
+struct BrowserLaunch {
+  const platform::BrowserFacts* facts = nullptr;
+  std::filesystem::path profileDirectory; ///< made with mode 0700 when it isn't there
+  bool isHeadless = false;
+  std::string address;               ///< empty: the browser's own start page
+  std::vector<std::string> switches; ///< passed on as they are
+};
+
+struct LaunchedBrowser {
+  pid_t process = 0;
+  bool wasRunning = false; ///< it ran with that profile already, and has only opened the address
+};
+
+/// No browser could be started, or it doesn't let itself be driven. The sentence says what to do.
+class NoBrowser final : public platform::Failure {
+public:
+  explicit NoBrowser(std::string sentence) : sentence_(std::move(sentence)) {}
+  [[nodiscard]] std::string errorDescription() const override { return sentence_; }
+  [[nodiscard]] platform::FailureIdentity identity() const override { return {"NoBrowser", "notStarted", {}}; }
+
+private:
+  std::string sentence_;
+};
+
+/// Starts a browser in a session of its own, with remote debugging on and its output in `logFile`, and returns when it
+/// accepts connections. The browser outlives this process.
+///
+/// Throws NoBrowser when it isn't installed, ends at once, or accepts nothing within `patience`; it is not left running
+/// then. A requested stop ends the wait likewise.
+[[nodiscard]] LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem::path& logFile,
+                                            std::chrono::seconds patience, std::stop_token stop);
+
+} // namespace tabwright::app

@@ -1,0 +1,64 @@
+#include "app/FailureReport.h"
+
+#include <boost/json/object.hpp>
+#include <boost/json/serialize.hpp>
+
+#include <algorithm>
+#include <string_view>
+
+// Kinds are told apart by the identity that every failure carries, so that this file needs to know no catalogue.
+
+namespace tabwright::app {
+namespace {
+
+struct Row {
+  std::string_view type;
+  std::string_view caseName; ///< empty: every case of the type
+  ExitCode exitCode;
+};
+
+constexpr Row rows[]{
+    {"UsageError", "", ExitCode::wrongUse},
+    {"NeedsValue", "", ExitCode::wrongUse},
+    {"ValueError", "", ExitCode::wrongUse},
+    {"NoBrowser", "", ExitCode::noBrowser},
+    {"ScriptacularError", "browserNotFound", ExitCode::noBrowser},
+    {"ScriptacularError", "javascriptFromAppleEventsDisabled", ExitCode::noBrowser},
+    {"DriverFault", "notRunning", ExitCode::noBrowser},
+    {"DriverFault", "notAccepting", ExitCode::noBrowser},
+    {"DriverFault", "lost", ExitCode::noBrowser},
+};
+
+// Numbers by which a script says that an application isn't there: not running, connection lost, not authorised.
+constexpr int unreachableNumbers[]{-600, -609, -1743};
+
+} // namespace
+
+ExitCode exitCodeOf(const platform::Failure& failure) {
+  const platform::FailureIdentity identity = failure.identity();
+  for (const Row& row : rows) {
+    if (row.type == identity.type && (row.caseName.empty() || row.caseName == identity.caseName))
+      return row.exitCode;
+  }
+  if (identity.type == "ScriptError" && identity.number && std::ranges::count(unreachableNumbers, *identity.number))
+    return ExitCode::noBrowser;
+  return ExitCode::failed;
+}
+
+FailureReport reportOf(const platform::Failure& failure, ReportForm form) {
+  FailureReport report{.exitCode = exitCodeOf(failure), .text = {}};
+  if (form == ReportForm::sentence) {
+    report.text = failure.errorDescription() + "\n";
+    return report;
+  }
+  const platform::FailureIdentity identity = failure.identity();
+  boost::json::object object;
+  object["type"] = identity.type;
+  object["case"] = identity.caseName;
+  object["number"] = identity.number ? boost::json::value(*identity.number) : boost::json::value(nullptr);
+  object["message"] = failure.errorDescription();
+  report.text = boost::json::serialize(object) + "\n";
+  return report;
+}
+
+} // namespace tabwright::app

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "app/ExitCode.h"
+#include "platform/Failure.h"
+
+#include <string>
+
+namespace tabwright::app {
+
+enum class ReportForm { sentence, json };
+
+/// What to tell the caller of a failure: its exit code, and what goes to standard error.
+///
+/// A sentence ends in a line feed; JSON is one object with `type`, `case`, `number` (null where the catalogue has none)
+/// and `message`.
+struct FailureReport {
+  ExitCode exitCode = ExitCode::failed;
+  std::string text;
+};
+[[nodiscard]] FailureReport reportOf(const platform::Failure& failure, ReportForm form);
+
+/// The exit code alone: 2 for wrong use and missing values, 3 where no browser could be reached, else 1.
+[[nodiscard]] ExitCode exitCodeOf(const platform::Failure& failure);
+
+} // namespace tabwright::app

@@ -1,0 +1,71 @@
+#include "app/Interruptible.h"
+
+#include <boost/asio/bind_cancellation_slot.hpp>
+#include <boost/asio/cancellation_signal.hpp>
+#include <boost/asio/co_spawn.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/post.hpp>
+#include <boost/asio/signal_set.hpp>
+
+#include <csignal>
+#include <thread>
+#include <utility>
+
+// One io_context runs on the calling thread: it waits for the signals and for the work, whichever is first, and always
+// for the work in the end.
+
+namespace tabwright::app {
+
+namespace asio = boost::asio;
+
+void runInterruptibly(platform::Task<void> task) {
+  asio::io_context context(1);
+  asio::signal_set signals(context, SIGINT, SIGTERM);
+  asio::cancellation_signal cancel;
+  bool wasInterrupted = false;
+  std::exception_ptr failure;
+
+  signals.async_wait([&](const boost::system::error_code& error, int) {
+    if (error)
+      return;
+    wasInterrupted = true;
+    cancel.emit(asio::cancellation_type::all);
+  });
+  asio::co_spawn(context, std::move(task), asio::bind_cancellation_slot(cancel.slot(), [&](std::exception_ptr thrown) {
+                   failure = std::move(thrown);
+                   signals.cancel();
+                 }));
+  context.run();
+  if (wasInterrupted && failure)
+    throw Interrupted();
+  if (failure)
+    std::rethrow_exception(failure);
+}
+
+void runInterruptibly(const std::function<void(std::stop_token)>& work) {
+  asio::io_context context(1);
+  asio::signal_set signals(context, SIGINT, SIGTERM);
+  std::stop_source stop;
+  std::exception_ptr failure;
+
+  signals.async_wait([&](const boost::system::error_code& error, int) {
+    if (!error)
+      stop.request_stop();
+  });
+  std::jthread thread([&] {
+    try {
+      work(stop.get_token());
+    } catch (...) {
+      failure = std::current_exception();
+    }
+    asio::post(context, [&] { signals.cancel(); });
+  });
+  context.run(); // until the signal wait has ended, be it by a signal
+  thread.join();
+  if (stop.stop_requested() && failure)
+    throw Interrupted();
+  if (failure)
+    std::rethrow_exception(failure);
+}
+
+} // namespace tabwright::app

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/Task.h"
+
+#include <exception>
+#include <functional>
+#include <optional>
+#include <stop_token>
+
+namespace tabwright::app {
+
+/// Thrown by the functions below when SIGINT or SIGTERM arrived; the work has ended by then.
+class Interrupted final : public std::exception {
+public:
+  [[nodiscard]] const char* what() const noexcept override { return "interrupted"; }
+};
+
+/// Runs a coroutine to its end on this thread. SIGINT and SIGTERM cancel it; the call returns only when it has ended.
+/// Rethrows what the coroutine throws, or Interrupted when it was cancelled by a signal.
+void runInterruptibly(platform::Task<void> task);
+
+/// Runs blocking work on a thread of its own, with a stop token that SIGINT and SIGTERM request. As above otherwise.
+void runInterruptibly(const std::function<void(std::stop_token)>& work);
+
+} // namespace tabwright::app

@@ -1,0 +1,75 @@
+#include "app/ParameterArguments.h"
+
+#include "app/TextInput.h"
+#include "intents/UsageError.h"
+#include "intents/ValueType.h"
+
+#include <fmt/core.h>
+
+#include <optional>
+#include <string_view>
+
+namespace tabwright::app {
+namespace {
+
+using intents::UsageError;
+using intents::ValueKind;
+
+// A browser is an entity too, but is named by a word, and "-" or "@" begin no such word.
+bool isReadFromFiles(const intents::ParameterBase* parameter) {
+  return parameter && (parameter->declaration().type.kind == ValueKind::entity ||
+                       parameter->declaration().type.kind == ValueKind::file);
+}
+
+bool isBoolean(const intents::ParameterBase* parameter) {
+  return parameter && parameter->declaration().type.kind == ValueKind::boolean;
+}
+
+std::string contentOf(const std::string& value) {
+  if (value == "-")
+    return readStandardInput();
+  if (value.starts_with("@"))
+    return readTextFile(value.substr(1));
+  return value;
+}
+
+} // namespace
+
+ParameterArguments readArguments(const host::Catalogue& catalogue, const std::string& action,
+                                 const std::vector<std::string>& words) {
+  const auto declared = catalogue.make(action);
+  ParameterArguments result;
+  for (std::size_t index = 0; index < words.size(); ++index) {
+    const std::string& word = words[index];
+    if (word == "--json") {
+      result.output = OutputForm::json;
+      continue;
+    }
+    if (word == "--help" || word == "-h") {
+      result.wantsHelp = true;
+      continue;
+    }
+    if (!word.starts_with("--") || word.size() == 2)
+      throw UsageError(fmt::format("“{}” belongs to no parameter. Parameters of {} are written --name value; “tabwright "
+                                   "actions {}” lists them.",
+                                   word, declared->name(), declared->name()));
+    const std::size_t equals = word.find('=');
+    std::string name = word.substr(2, equals == std::string::npos ? std::string::npos : equals - 2);
+    const intents::ParameterBase* parameter = declared->findParameter(name);
+    std::optional<std::string> value;
+    if (equals != std::string::npos)
+      value = word.substr(equals + 1);
+    else if (isBoolean(parameter) && (index + 1 == words.size() || words[index + 1].starts_with("--")))
+      value = "true";
+    else if (index + 1 < words.size())
+      value = words[++index];
+    else if (parameter)
+      throw UsageError(fmt::format("--{} needs a value behind it.", name));
+    if (value && isReadFromFiles(parameter))
+      value = contentOf(*value);
+    result.parameters.emplace_back(std::move(name), value.value_or(""));
+  }
+  return result;
+}
+
+} // namespace tabwright::app

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "intents/ActionHost.h"
+
+#include <optional>
+#include <string>
+
+namespace tabwright::app {
+
+/// The person at the terminal, as far as an action's host may ask them: questions go to standard error, answers come from
+/// standard input. Without a terminal on standard input there is nobody to ask.
+class TerminalHost final : public intents::ActionHost {
+public:
+  [[nodiscard]] static bool isTerminal();
+
+  /// Asks a question and yields the line typed; nothing when there is no terminal or the input has ended. Blocks.
+  [[nodiscard]] static std::optional<std::string> ask(const std::string& question);
+
+  /// Yes counts when the answer begins with "y" or "j" in either case; everything else is a refusal.
+  platform::Task<void> requestConfirmation(intents::LocalizedText question) override;
+};
+
+} // namespace tabwright::app

@@ -1,0 +1,43 @@
+#include "app/Composition.h"
+#include "app/commands/Commands.h"
+#include "host/ActionHelp.h"
+#include "host/JsonSchema.h"
+
+#include <boost/json/array.hpp>
+#include <boost/json/object.hpp>
+#include <boost/json/serialize.hpp>
+
+#include <iostream>
+
+namespace tabwright::app {
+namespace {
+
+boost::json::object descriptionOf(const actions::ActionFrame& action) {
+  boost::json::object description;
+  description["name"] = action.name();
+  description["title"] = action.title().text();
+  description["inputSchema"] = host::inputSchema(action);
+  description["outputSchema"] = host::outputSchema(action);
+  return description;
+}
+
+} // namespace
+
+ExitCode actions(const ActionsCommand& command) {
+  Composition composition;
+  const host::Catalogue& catalogue = composition.catalogue();
+  if (command.output == OutputForm::json) {
+    boost::json::array list;
+    for (const std::string& name : catalogue.names())
+      list.push_back(descriptionOf(*catalogue.make(name)));
+    if (command.name)
+      std::cout << boost::json::serialize(descriptionOf(*catalogue.make(*command.name))) << '\n';
+    else
+      std::cout << boost::json::serialize(list) << '\n';
+    return ExitCode::done;
+  }
+  std::cout << (command.name ? host::actionHelp(catalogue, *command.name) : host::catalogueHelp(catalogue));
+  return ExitCode::done;
+}
+
+} // namespace tabwright::app

@@ -1,0 +1,81 @@
+#include "app/BrowserLauncher.h"
+#include "app/Interruptible.h"
+#include "app/commands/Commands.h"
+#include "intents/UsageError.h"
+#include "platform/linux/BaseDirectories.h"
+
+#include <boost/json/object.hpp>
+#include <boost/json/serialize.hpp>
+#include <fmt/core.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <iostream>
+
+namespace tabwright::app {
+namespace {
+
+using platform::BrowserFacts;
+
+// A first start on a slow machine takes more than ten seconds.
+constexpr std::chrono::seconds patience{60};
+
+std::string lowerCased(std::string text) {
+  std::ranges::transform(text, text.begin(), [](unsigned char byte) { return std::tolower(byte); });
+  return text;
+}
+
+const BrowserFacts& requireBrowser(const std::string& wanted) {
+  const BrowserFacts* facts = platform::findBrowser(lowerCased(wanted));
+  if (facts && !facts->executables.empty())
+    return *facts;
+  std::string names;
+  for (const BrowserFacts& row : platform::browserTable) {
+    if (!row.executables.empty())
+      names += (names.empty() ? "" : ", ") + std::string(row.shortName);
+  }
+  throw intents::UsageError(fmt::format("There is no browser “{}” to start. Choose one of: {}.", wanted, names));
+}
+
+} // namespace
+
+ExitCode browser(const BrowserCommand& command) {
+  const BrowserFacts& facts = requireBrowser(command.browser);
+  const char* display = std::getenv("DISPLAY");
+  const char* wayland = std::getenv("WAYLAND_DISPLAY");
+  if (!command.isHeadless && (!display || !*display) && (!wayland || !*wayland))
+    throw NoBrowser(fmt::format("There is no desktop for {}’s windows: neither DISPLAY nor WAYLAND_DISPLAY is set. Start "
+                                "it without a window: tabwright browser {} --headless",
+                                facts.name, facts.shortName));
+
+  const BrowserLaunch launch{
+      .facts = &facts,
+      .profileDirectory = platform::dataHome() / "tabwright" / "browsers" / facts.shortName,
+      .isHeadless = command.isHeadless,
+      .address = command.address.value_or(""),
+      .switches = command.switches,
+  };
+  const std::filesystem::path logFile =
+      platform::stateHome() / "tabwright" / fmt::format("browser-{}.log", facts.shortName);
+
+  LaunchedBrowser launched;
+  runInterruptibly([&](std::stop_token stop) { launched = launchBrowser(launch, logFile, patience, std::move(stop)); });
+
+  if (command.output == OutputForm::json || ::isatty(STDOUT_FILENO) != 1) {
+    boost::json::object object;
+    object["targetContext"] = boost::json::object{{"id", facts.id}, {"name", facts.name}};
+    object["pid"] = launched.process;
+    object["profile"] = launch.profileDirectory.string();
+    object["wasRunning"] = launched.wasRunning;
+    std::cout << boost::json::serialize(object) << '\n';
+  } else {
+    std::cout << fmt::format("{} {} (process {}, profile {})\n", facts.name,
+                             launched.wasRunning ? "was running" : "is running", launched.process,
+                             launch.profileDirectory.string());
+  }
+  return ExitCode::done;
+}
+
+} // namespace tabwright::app

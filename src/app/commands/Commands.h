@@ -1,0 +1,58 @@
+#pragma once
+
+#include "app/ExitCode.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// The commands of `tabwright`, one file each. All throw `platform::Failure` for the command line to report, and
+/// `Interrupted` when a signal ended them.
+namespace tabwright::app {
+
+/// Whether a result is written for a person or for a program. Nothing given: for a person on a terminal.
+enum class OutputForm { automatic, json };
+
+struct RunCommand {
+  std::string name;
+  std::vector<std::string> parameters; ///< as they stand behind the name
+  OutputForm output = OutputForm::automatic;
+};
+/// `tabwright run`: performs an action and prints its result. Asks for a missing value when standard input is a terminal.
+ExitCode run(RunCommand command);
+
+struct ScriptCommand {
+  std::string name;
+  std::vector<std::string> parameters;
+};
+/// `tabwright script`: prints the program that the same run would write to its script file, and nothing else.
+ExitCode script(const ScriptCommand& command);
+
+struct ActionsCommand {
+  std::optional<std::string> name;
+  OutputForm output = OutputForm::automatic;
+};
+/// `tabwright actions`: the catalogue, or one action. As JSON: names with their titles, or the action's schemas.
+ExitCode actions(const ActionsCommand& command);
+
+struct AppleScriptCommand {
+  enum class Mode { run, check };
+  std::string file; ///< "-" for standard input
+  std::vector<std::string> arguments;
+  Mode mode = Mode::run;
+};
+/// `tabwright applescript`: runs a script and prints its result in source form, or checks its syntax.
+ExitCode appleScript(const AppleScriptCommand& command);
+
+struct BrowserCommand {
+  std::string browser;
+  std::optional<std::string> address;
+  bool isHeadless = false;
+  std::vector<std::string> switches; ///< passed on to the browser as they are
+  OutputForm output = OutputForm::automatic;
+};
+/// `tabwright browser`: starts a browser with a profile of its own and remote debugging on, and returns when it can be
+/// driven. The browser goes on running. One that runs already with that profile only opens the address.
+ExitCode browser(const BrowserCommand& command);
+
+} // namespace tabwright::app

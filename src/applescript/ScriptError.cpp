@@ -1,0 +1,37 @@
+// Number and sentence make the description that a failed run is known by; the place is kept apart from it.
+#include "applescript/ScriptError.h"
+
+#include <fmt/core.h>
+
+namespace tabwright::applescript {
+
+ScriptError::ScriptError(Stage stage, int number, std::string sentence, SourceRange range)
+    : stage_(stage), number_(number), sentence_(std::move(sentence)) {
+  if (range != SourceRange{})
+    range_ = range;
+}
+
+std::string ScriptError::message() const {
+  return application_ ? fmt::format("{} got an error: {}", *application_, sentence_) : sentence_;
+}
+
+ScriptError& ScriptError::raisedBy(std::string application) {
+  application_ = std::move(application);
+  return *this;
+}
+
+ScriptError& ScriptError::at(SourceRange range) {
+  if (!range_)
+    range_ = range;
+  return *this;
+}
+
+std::string ScriptError::errorDescription() const {
+  return fmt::format("{} error: {} ({})", stage_ == Stage::syntax ? "syntax" : "execution", message(), number_);
+}
+
+platform::FailureIdentity ScriptError::identity() const {
+  return {"ScriptError", stage_ == Stage::syntax ? "syntax" : "execution", number_};
+}
+
+} // namespace tabwright::applescript

@@ -1,0 +1,319 @@
+// `set` and `copy`. Lists and records are changed where they are, for all who share them. Two things are minded beside
+// the rules of the language: appending to a variable's list or text (`set x to x & y`) doesn't copy it when nobody else
+// can see it, and a list doesn't come to hold itself: what would close a ring is stored as a copy.
+#include "applescript/evaluate/Evaluator.h"
+
+#include "applescript/events/ObjectSpecifier.h"
+#include "applescript/values/Codes.h"
+#include "applescript/values/Dates.h"
+#include "applescript/values/Errors.h"
+#include "applescript/values/Reference.h"
+#include "applescript/values/SourceForm.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+
+namespace tabwright::applescript {
+
+namespace {
+
+// Looks at a bounded number of values: a ring that is longer than that is possible, and only costs its memory.
+bool leadsTo(const Value& value, const void* holder, int& looks) {
+  if (--looks < 0)
+    return false;
+  if (const auto* list = value.get<Value::ListPointer>()) {
+    return list->get() == holder || std::ranges::any_of((*list)->items, [&](const Value& item) {
+             return looks >= 0 && leadsTo(item, holder, looks);
+           });
+  }
+  if (const auto* record = value.get<Value::RecordPointer>()) {
+    return record->get() == holder || std::ranges::any_of((*record)->fields, [&](const auto& field) {
+             return looks >= 0 && leadsTo(field.second, holder, looks);
+           });
+  }
+  if (const auto* reference = value.get<Value::ReferencePointer>()) {
+    if (const auto* item = dynamic_cast<const ItemReference*>(reference->get()))
+      return leadsTo(Value(item->list()), holder, looks);
+    if (const auto* variable = dynamic_cast<const VariableReference*>(reference->get()))
+      return leadsTo(variable->variable(), holder, looks);
+  }
+  return false;
+}
+
+Value withoutRing(Value value, const void* holder) {
+  int looks = 100;
+  return leadsTo(value, holder, looks) ? lookThroughDeep(value, ForeignObjects::kept).deepCopy() : std::move(value);
+}
+
+const Expression& withoutParentheses(const Expression& expression) {
+  const Expression* inner = &expression;
+  while (inner->kind == Expression::Kind::parenthesized)
+    inner = static_cast<const Parenthesized&>(*inner).inner.get();
+  return *inner;
+}
+
+bool sameVariable(const Variable& left, const Expression& right) {
+  if (right.kind != Expression::Kind::variable || left.place == Variable::Place::result)
+    return false;
+  const auto& other = static_cast<const Variable&>(right);
+  return left.place == other.place && left.slot == other.slot && left.scriptDepth == other.scriptDepth;
+}
+
+bool joinsToText(const Value& value) { return !value.is<Value::ListPointer>() && !value.is<Value::RecordPointer>(); }
+
+} // namespace
+
+void Evaluator::assign(const Assignment& statement) {
+  const auto* variable = statement.target->kind == Expression::Kind::variable
+                             ? static_cast<const Variable*>(statement.target.get())
+                             : nullptr;
+  const bool isCopy = statement.form == Assignment::Form::copy;
+  if (variable && !isCopy && appendInPlace(*variable, *statement.value)) {
+    setResult(Value::nothing());
+    frame_->resultVariable = variable;
+    return;
+  }
+  Value value = evaluate(*statement.value);
+  if (isCopy)
+    value = lookThroughDeep(value, ForeignObjects::kept).deepCopy();
+  // What the last statement came to would be a second holder of the list that is being replaced.
+  setResult(Value::nothing());
+  if (variable) {
+    assignToVariable(*variable, std::move(value));
+    frame_->resultVariable = variable;
+    return;
+  }
+  assignTo(*statement.target, value);
+  setResult(std::move(value));
+}
+
+bool Evaluator::appendInPlace(const Variable& variable, const Expression& value) {
+  std::vector<const Expression*> parts;
+  const Expression* first = &value;
+  while (first->kind == Expression::Kind::binary &&
+         static_cast<const Binary*>(first)->op == Binary::Operator::concatenate) {
+    parts.push_back(static_cast<const Binary*>(first)->right.get());
+    first = static_cast<const Binary*>(first)->left.get();
+  }
+  if (parts.empty() || !sameVariable(variable, *first))
+    return false;
+  const bool isList = variableSlot(variable).is<Value::ListPointer>();
+  if (!isList && !variableSlot(variable).is<Text>())
+    return false;
+
+  // The parts are evaluated with the left side held, as the operator would; then the variable's own is let go of.
+  Value left = variableSlot(variable);
+  std::vector<Value> added;
+  for (auto part = parts.rbegin(); part != parts.rend(); ++part)
+    added.push_back(operand(**part));
+  Value& slot = variableSlot(variable);
+  const bool isUnchanged =
+      isList ? slot.is<Value::ListPointer>() && *slot.get<Value::ListPointer>() == *left.get<Value::ListPointer>()
+             : slot.is<Text>() && slot.get<Text>()->isSameObject(*left.get<Text>());
+  if (!isUnchanged || (!isList && !std::ranges::all_of(added, joinsToText))) {
+    for (const Value& part : added)
+      left = concatenate(std::move(left), part);
+    assignToVariable(variable, std::move(left));
+    return true;
+  }
+  if (!isList) {
+    std::string tail;
+    for (const Value& part : added)
+      tail += textOf(part, coercionContext());
+    checkSize(left.text()->size() + tail.size());
+    left = {};
+    frame_->result = {};
+    if (Text& text = *slot.get<Text>(); !text.appendUnshared(tail))
+      text = Text(text.utf8() + tail);
+    return true;
+  }
+  left = {};
+  if (frame_->resultVariable == nullptr)
+    frame_->result = {};
+  Value::ListPointer& list = *slot.get<Value::ListPointer>();
+  if (list.use_count() != 1)
+    list = std::make_shared<List>(list->items);
+  for (const Value& part : added) {
+    const Value::ListPointer items = listOf(part);
+    checkSize((list->items.size() + items->items.size()) * sizeof(Value));
+    list->items.insert(list->items.end(), items->items.begin(), items->items.end());
+  }
+  return true;
+}
+
+void Evaluator::assignTo(const Expression& target, Value value) {
+  using Kind = Expression::Kind;
+  switch (target.kind) {
+  case Kind::variable:
+    return assignToVariable(static_cast<const Variable&>(target), std::move(value));
+  case Kind::property:
+    return assignToProperty(static_cast<const PropertyAccess&>(target), std::move(value));
+  case Kind::element:
+    return assignToElement(static_cast<const ElementAccess&>(target), std::move(value));
+  case Kind::insertionPoint:
+    return assignToEnd(static_cast<const InsertionPoint&>(target), std::move(value));
+  case Kind::list:
+    return assignPattern(static_cast<const ListLiteral&>(target).items, value);
+  case Kind::record: {
+    const Value whole = plain(value);
+    for (const auto& [label, part] : static_cast<const RecordLiteral&>(target).fields)
+      assignTo(*part, propertyOf(whole, label, Mode::value));
+    return;
+  }
+  case Kind::parenthesized:
+    return assignTo(*static_cast<const Parenthesized&>(target).inner, std::move(value));
+  case Kind::literal:
+  case Kind::me:
+  case Kind::it:
+  case Kind::currentApplication:
+  case Kind::application:
+  case Kind::referenceTo:
+  case Kind::unary:
+  case Kind::binary:
+  case Kind::coercion:
+  case Kind::handlerCall:
+  case Kind::command:
+  case Kind::message:
+    throw errors::cannotSet(shortSourceForm(evaluate(target, Mode::designation)), value);
+  }
+}
+
+Value& Evaluator::variableSlot(const Variable& variable) {
+  switch (variable.place) {
+  case Variable::Place::frame:
+    return frame_->slots[static_cast<std::size_t>(variable.slot)];
+  case Variable::Place::cell: {
+    Value& slot = frame_->slots[static_cast<std::size_t>(variable.slot)];
+    if (!slot.is<Value::ReferencePointer>())
+      slot = Value::ReferencePointer(std::make_shared<const VariableReference>(variable.name));
+    return static_cast<const VariableReference&>(**slot.get<Value::ReferencePointer>()).variable();
+  }
+  case Variable::Place::script: {
+    ScriptObject* script = frame_->owner.get();
+    for (int depth = 0; depth < variable.scriptDepth; ++depth)
+      script = script->enclosing().get();
+    return script->variables[static_cast<std::size_t>(variable.slot)];
+  }
+  case Variable::Place::result:
+    break;
+  }
+  throw errors::undefinedVariable(variable.name);
+}
+
+Value Evaluator::readVariable(const Variable& variable) {
+  Value value = variable.place == Variable::Place::result ? result() : variableSlot(variable);
+  if (value.isNothing())
+    throw errors::undefinedVariable(variable.name);
+  return value;
+}
+
+void Evaluator::assignToVariable(const Variable& variable, Value value) {
+  if (variable.place == Variable::Place::result)
+    throw errors::cannotSet(variable.name, value);
+  Value& slot = variableSlot(variable);
+  // The former value may hold script objects and the like whose end changes the slots: it ends after the exchange.
+  const Value former = std::exchange(slot, std::move(value));
+}
+
+void Evaluator::bindOptional(const std::unique_ptr<Variable>& variable, Value value) {
+  if (variable)
+    assignToVariable(*variable, std::move(value));
+}
+
+void Evaluator::assignToProperty(const PropertyAccess& target, Value value) {
+  if (target.property.code == codes::textItemDelimiters) {
+    const Value delimiters = lookThroughDeep(value, ForeignObjects::unwrapped);
+    for (const Value& delimiter : listOf(delimiters)->items)
+      textOf(delimiter); // What is no text is refused now and not at the next use.
+    script_.textItemDelimiters = delimiters.deepCopy();
+    return;
+  }
+  Value container = target.container ? evaluate(*target.container, Mode::designation) : implicitTarget();
+  if (target.property.code == codes::contents && target.container) {
+    if (const auto* reference = container.get<Value::ReferencePointer>())
+      return (*reference)->assign(std::move(value));
+    if (const auto* specifier = container.get<Value::SpecifierPointer>()) {
+      setInApplication(*specifier, value);
+      return;
+    }
+    return assignTo(withoutParentheses(*target.container), std::move(value));
+  }
+  container = lookThrough(container);
+  if (const auto* specifier = container.get<Value::SpecifierPointer>();
+      specifier && (*specifier)->application && target.property.code != 0) {
+    setInApplication(applescript::propertyOf(*specifier, target.property.code), value);
+    return;
+  }
+  if (const auto* record = container.get<Value::RecordPointer>()) {
+    if (Value* field = (*record)->find(target.property)) {
+      const Value former = std::exchange(*field, withoutRing(std::move(value), record->get()));
+      return;
+    }
+  } else if (const auto* script = container.get<Value::ScriptPointer>()) {
+    if (Value* property = findProperty(**script, target.property)) {
+      const Value former = std::exchange(*property, std::move(value));
+      return;
+    }
+  } else if (const auto* date = container.get<Date>(); date && target.container) {
+    if (const auto changed = withDateProperty(*date, target.property.code, plain(value)))
+      return assignTo(withoutParentheses(*target.container), *changed);
+  }
+  throw errors::cannotSet(fmt::format("{} of {}", target.property.name, shortSourceForm(container)), value);
+}
+
+void Evaluator::assignToElement(const ElementAccess& target, Value value) {
+  const Value container =
+      lookThrough(target.container ? evaluate(*target.container, Mode::designation) : implicitTarget());
+  if (const auto* specifier = container.get<Value::SpecifierPointer>(); specifier && (*specifier)->application) {
+    const auto element = specifierElement(*specifier, target, Mode::designation);
+    if (const auto* place = element.get<Value::SpecifierPointer>()) {
+      setInApplication(*place, value);
+      return;
+    }
+  }
+  const auto* list = container.get<Value::ListPointer>();
+  const bool isOneItem = target.elementClass.code == codes::item && !target.test &&
+                         target.form != ElementAccess::Form::every && target.form != ElementAccess::Form::range;
+  if (!list || !isOneItem)
+    throw errors::cannotSet(fmt::format("{} of {}", classWords(target.elementClass), shortSourceForm(container)),
+                            value);
+  const std::size_t index = position((*list)->items.size(), target, keyOf(target), container);
+  const Value former = std::exchange((*list)->items[index], withoutRing(std::move(value), list->get()));
+}
+
+void Evaluator::assignToEnd(const InsertionPoint& target, Value value) {
+  const bool isBeside = target.where == InsertionPoint::Where::before || target.where == InsertionPoint::Where::after;
+  const Value container =
+      lookThrough(target.container ? evaluate(*target.container, Mode::designation) : implicitTarget());
+  if (container.is<Value::SpecifierPointer>()) {
+    const Value place = insertionPoint(target);
+    if (const auto* specifier = place.get<Value::SpecifierPointer>()) {
+      setInApplication(*specifier, value);
+      return;
+    }
+  }
+  const auto* list = container.get<Value::ListPointer>();
+  if (!list || isBeside)
+    throw errors::cannotSet(fmt::format("end of {}", shortSourceForm(container)), value);
+  std::vector<Value>& items = (*list)->items;
+  checkSize((items.size() + 1) * sizeof(Value));
+  items.insert(target.where == InsertionPoint::Where::end ? items.end() : items.begin(),
+               withoutRing(std::move(value), list->get()));
+}
+
+void Evaluator::assignPattern(const std::vector<ExpressionPointer>& targets, const Value& value) {
+  const Value whole = plain(value);
+  const auto* list = whole.get<Value::ListPointer>();
+  // Taken out first, so that `set {a, b} to {b, a}` and targets that change the list do what they say.
+  std::vector<Value> items;
+  for (std::size_t index = 0; index < targets.size(); ++index) {
+    if (!list || index >= (*list)->items.size())
+      throw errors::cannotGet(fmt::format("item {} of {}", index + 1, shortSourceForm(whole)));
+    items.push_back((*list)->items[index]);
+  }
+  for (std::size_t index = 0; index < targets.size(); ++index)
+    assignTo(*targets[index], std::move(items[index]));
+}
+
+} // namespace tabwright::applescript

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "applescript/syntax/Tree.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace tabwright::applescript {
+
+/// What a script's text says about the script objects made of it: names of their variables, handlers, and how the
+/// variables get their first values. Points into the tree.
+struct ScriptLayout {
+  struct VariableName {
+    Label label;
+    /// Properties, scripts in the script, and names that the script itself declares `global` are seen by its handlers
+    /// without further ado; the variables of its run handler only where a handler declares them.
+    bool isSeenByHandlers = false;
+  };
+  /// A property or a script in the script, in the order written: what makes the first value of a variable.
+  struct Initializer {
+    int index = 0;
+    const Expression* value = nullptr;         ///< of a property
+    const ScriptDefinition* script = nullptr; ///< or the script
+  };
+
+  std::string name;                    ///< empty for the whole script
+  ScriptLayout* enclosing = nullptr;   ///< the layout of the script around this one's text
+  std::vector<VariableName> variables; ///< by index
+  std::unordered_map<std::string, int> indexByName; ///< folded names
+  std::vector<Initializer> initializers;
+  std::unordered_map<std::string, const HandlerDefinition*> handlers; ///< folded names
+  std::vector<const Statement*> implicitRun; ///< statements outside of handlers, when there is no `on run`
+  int parentIndex = -1;                      ///< of the property `parent`
+
+  [[nodiscard]] std::optional<int> findVariable(std::string_view name) const;
+  [[nodiscard]] const HandlerDefinition* findHandler(const std::string& foldedName) const;
+};
+
+/// The layouts of a whole script, the outermost first.
+using ScriptLayouts = std::vector<std::unique_ptr<ScriptLayout>>;
+
+} // namespace tabwright::applescript

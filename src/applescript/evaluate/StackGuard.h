@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+
+namespace tabwright::applescript {
+
+/// Knows how much stack the current thread has left, so that recursion can end in an error before the stack does.
+class StackGuard {
+public:
+  /// Guards the thread it is made on.
+  StackGuard();
+
+  /// Whether less than `reserve` bytes are left.
+  [[nodiscard]] bool isExhausted() const {
+    return reinterpret_cast<std::size_t>(__builtin_frame_address(0)) < limit_;
+  }
+
+  /// Room for whatever is called without looking: application objects, Unicode functions, walks over nested values.
+  static constexpr std::size_t reserve = 768u << 10;
+
+private:
+  std::size_t limit_ = 0;
+};
+
+} // namespace tabwright::applescript

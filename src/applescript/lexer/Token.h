@@ -1,0 +1,63 @@
+#pragma once
+
+#include "applescript/lexer/Keyword.h"
+#include "applescript/syntax/SourceRange.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace tabwright::applescript {
+
+/// Signs of the language that are no words.
+enum class Symbol : std::uint8_t {
+  none,
+  openParenthesis,
+  closeParenthesis,
+  openBrace,
+  closeBrace,
+  comma,
+  colon,
+  ampersand,
+  plus,
+  minus,
+  times,
+  divide,
+  power,
+  equal,
+  notEqual,
+  less,
+  lessOrEqual,
+  greater,
+  greaterOrEqual,
+};
+
+/// One piece of a script's text.
+struct Token {
+  enum class Kind : std::uint8_t {
+    word,       ///< a name, a keyword, or a word of a dictionary: which of them, the parser decides
+    quotedName, ///< `|any text|`: always a name
+    number,     ///< `5`, `0.5`, `1.0E+3`
+    ordinal,    ///< `1st`, `22nd`
+    text,       ///< `"…"`
+    raw,        ///< `«class utf8»`
+    possessive, ///< `'s`
+    symbol,
+    lineEnd,
+    scriptEnd, ///< the last token
+    unknown,   ///< a character that begins nothing
+  };
+  Kind kind = Kind::unknown;
+  Keyword keyword = Keyword::none; ///< of a word
+  Symbol symbol = Symbol::none;    ///< of a symbol
+  bool spaceBefore = false;
+  SourceRange range;
+  /// Word: as first spelled in the script. Quoted name: what it names. Text: its value. Others: the source.
+  std::string_view text;
+
+  [[nodiscard]] bool is(Keyword other) const { return keyword == other && kind == Kind::word; }
+  [[nodiscard]] bool is(Symbol other) const { return symbol == other && kind == Kind::symbol; }
+  /// The end of the logical line.
+  [[nodiscard]] bool endsLine() const { return kind == Kind::lineEnd || kind == Kind::scriptEnd; }
+};
+
+} // namespace tabwright::applescript

@@ -1,0 +1,166 @@
+#include "applescript/syntax/Operators.h"
+
+#include <algorithm>
+
+// One row per spelling. A row is found by its first token; among rows with the same first token the longest that fits
+// wins, which is why the table needs no order.
+namespace tabwright::applescript {
+
+namespace {
+
+using enum Binary::Operator;
+using K = Keyword;
+
+constexpr OperatorRow sign(Binary::Operator op, Precedence precedence, Symbol symbol) {
+  return {op, precedence, symbol, {}};
+}
+constexpr OperatorRow words(Binary::Operator op, Precedence precedence, std::array<Keyword, 8> words) {
+  return {op, precedence, Symbol::none, words};
+}
+
+constexpr auto rows = std::to_array<OperatorRow>({
+    words(logicalOr, Precedence::logicalOr, {K::or_}),
+    words(logicalAnd, Precedence::logicalAnd, {K::and_}),
+
+    sign(equal, Precedence::equality, Symbol::equal),
+    words(equal, Precedence::equality, {K::is}),
+    words(equal, Precedence::equality, {K::equals}),
+    words(equal, Precedence::equality, {K::equal}),
+    words(equal, Precedence::equality, {K::equal, K::to}),
+    words(equal, Precedence::equality, {K::is, K::equal}),
+    words(equal, Precedence::equality, {K::is, K::equal, K::to}),
+    sign(notEqual, Precedence::equality, Symbol::notEqual),
+    words(notEqual, Precedence::equality, {K::is, K::not_}),
+    words(notEqual, Precedence::equality, {K::isnt}),
+    words(notEqual, Precedence::equality, {K::is, K::not_, K::equal}),
+    words(notEqual, Precedence::equality, {K::is, K::not_, K::equal, K::to}),
+    words(notEqual, Precedence::equality, {K::isnt, K::equal}),
+    words(notEqual, Precedence::equality, {K::isnt, K::equal, K::to}),
+    words(notEqual, Precedence::equality, {K::does, K::not_, K::equal}),
+    words(notEqual, Precedence::equality, {K::doesnt, K::equal}),
+
+    sign(less, Precedence::comparison, Symbol::less),
+    words(less, Precedence::comparison, {K::less, K::than}),
+    words(less, Precedence::comparison, {K::is, K::less, K::than}),
+    words(less, Precedence::comparison, {K::comes, K::before}),
+    words(less, Precedence::comparison, {K::is, K::not_, K::greater, K::than, K::or_, K::equal}),
+    words(less, Precedence::comparison, {K::is, K::not_, K::greater, K::than, K::or_, K::equal, K::to}),
+    words(less, Precedence::comparison, {K::isnt, K::greater, K::than, K::or_, K::equal}),
+    words(less, Precedence::comparison, {K::isnt, K::greater, K::than, K::or_, K::equal, K::to}),
+
+    sign(greater, Precedence::comparison, Symbol::greater),
+    words(greater, Precedence::comparison, {K::greater, K::than}),
+    words(greater, Precedence::comparison, {K::is, K::greater, K::than}),
+    words(greater, Precedence::comparison, {K::comes, K::after}),
+    words(greater, Precedence::comparison, {K::is, K::not_, K::less, K::than, K::or_, K::equal}),
+    words(greater, Precedence::comparison, {K::is, K::not_, K::less, K::than, K::or_, K::equal, K::to}),
+    words(greater, Precedence::comparison, {K::isnt, K::less, K::than, K::or_, K::equal}),
+    words(greater, Precedence::comparison, {K::isnt, K::less, K::than, K::or_, K::equal, K::to}),
+
+    sign(lessOrEqual, Precedence::comparison, Symbol::lessOrEqual),
+    words(lessOrEqual, Precedence::comparison, {K::less, K::than, K::or_, K::equal}),
+    words(lessOrEqual, Precedence::comparison, {K::less, K::than, K::or_, K::equal, K::to}),
+    words(lessOrEqual, Precedence::comparison, {K::is, K::less, K::than, K::or_, K::equal}),
+    words(lessOrEqual, Precedence::comparison, {K::is, K::less, K::than, K::or_, K::equal, K::to}),
+    words(lessOrEqual, Precedence::comparison, {K::is, K::not_, K::greater, K::than}),
+    words(lessOrEqual, Precedence::comparison, {K::isnt, K::greater, K::than}),
+    words(lessOrEqual, Precedence::comparison, {K::does, K::not_, K::come, K::after}),
+    words(lessOrEqual, Precedence::comparison, {K::doesnt, K::come, K::after}),
+
+    sign(greaterOrEqual, Precedence::comparison, Symbol::greaterOrEqual),
+    words(greaterOrEqual, Precedence::comparison, {K::greater, K::than, K::or_, K::equal}),
+    words(greaterOrEqual, Precedence::comparison, {K::greater, K::than, K::or_, K::equal, K::to}),
+    words(greaterOrEqual, Precedence::comparison, {K::is, K::greater, K::than, K::or_, K::equal}),
+    words(greaterOrEqual, Precedence::comparison, {K::is, K::greater, K::than, K::or_, K::equal, K::to}),
+    words(greaterOrEqual, Precedence::comparison, {K::is, K::not_, K::less, K::than}),
+    words(greaterOrEqual, Precedence::comparison, {K::isnt, K::less, K::than}),
+    words(greaterOrEqual, Precedence::comparison, {K::does, K::not_, K::come, K::before}),
+    words(greaterOrEqual, Precedence::comparison, {K::doesnt, K::come, K::before}),
+
+    words(contains, Precedence::comparison, {K::contains}),
+    words(contains, Precedence::comparison, {K::contain}),
+    words(doesNotContain, Precedence::comparison, {K::does, K::not_, K::contain}),
+    words(doesNotContain, Precedence::comparison, {K::doesnt, K::contain}),
+    words(isIn, Precedence::comparison, {K::is, K::in}),
+    words(isIn, Precedence::comparison, {K::is, K::contained, K::by}),
+    words(isNotIn, Precedence::comparison, {K::is, K::not_, K::in}),
+    words(isNotIn, Precedence::comparison, {K::isnt, K::in}),
+    words(isNotIn, Precedence::comparison, {K::is, K::not_, K::contained, K::by}),
+    words(isNotIn, Precedence::comparison, {K::isnt, K::contained, K::by}),
+    words(beginsWith, Precedence::comparison, {K::begins, K::with}),
+    words(beginsWith, Precedence::comparison, {K::begin, K::with}),
+    words(beginsWith, Precedence::comparison, {K::starts, K::with}),
+    words(beginsWith, Precedence::comparison, {K::start, K::with}),
+    words(endsWith, Precedence::comparison, {K::ends, K::with}),
+    words(endsWith, Precedence::comparison, {K::end, K::with}),
+
+    sign(concatenate, Precedence::concatenation, Symbol::ampersand),
+    sign(add, Precedence::addition, Symbol::plus),
+    sign(subtract, Precedence::addition, Symbol::minus),
+    sign(multiply, Precedence::multiplication, Symbol::times),
+    sign(divide, Precedence::multiplication, Symbol::divide),
+    words(integerDivide, Precedence::multiplication, {K::div}),
+    words(modulo, Precedence::multiplication, {K::mod}),
+    sign(power, Precedence::power, Symbol::power),
+});
+
+/// How many tokens the row's words take, or 0 when they don't stand there.
+std::size_t matchWords(const OperatorRow& row, std::span<const Token> tokens) {
+  std::size_t count = 0;
+  while (count < row.words.size() && row.words[count] != Keyword::none) {
+    if (count == tokens.size() || !tokens[count].is(row.words[count]))
+      return 0;
+    ++count;
+  }
+  return count;
+}
+
+} // namespace
+
+OperatorMatch matchOperator(std::span<const Token> tokens) {
+  OperatorMatch best;
+  const Token& first = tokens.front();
+  if (first.kind == Token::Kind::symbol) {
+    const auto row = std::ranges::find(rows, first.symbol, &OperatorRow::symbol);
+    return row == rows.end() ? best : OperatorMatch{&*row, 1};
+  }
+  if (first.kind != Token::Kind::word || first.keyword == Keyword::none)
+    return best;
+  for (const OperatorRow& row : rows) {
+    if (row.words.front() != first.keyword)
+      continue;
+    if (const std::size_t count = matchWords(row, tokens); count > best.tokens)
+      best = {&row, count};
+  }
+  return best;
+}
+
+std::string_view sourceForm(Binary::Operator op) {
+  switch (op) {
+  case add: return "+";
+  case subtract: return "-";
+  case multiply: return "*";
+  case divide: return "/";
+  case integerDivide: return "div";
+  case modulo: return "mod";
+  case power: return "^";
+  case concatenate: return "&";
+  case equal: return "is";
+  case notEqual: return "is not";
+  case less: return "<";
+  case lessOrEqual: return "≤";
+  case greater: return ">";
+  case greaterOrEqual: return "≥";
+  case contains: return "contains";
+  case doesNotContain: return "does not contain";
+  case isIn: return "is in";
+  case isNotIn: return "is not in";
+  case beginsWith: return "begins with";
+  case endsWith: return "ends with";
+  case logicalAnd: return "and";
+  case logicalOr: return "or";
+  }
+  return {};
+}
+
+} // namespace tabwright::applescript

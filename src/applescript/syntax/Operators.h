@@ -1,0 +1,49 @@
+#pragma once
+
+#include "applescript/lexer/Token.h"
+#include "applescript/syntax/Tree.h"
+
+#include <array>
+#include <cstdint>
+#include <initializer_list>
+#include <span>
+#include <string_view>
+
+/// The operators of the language: how tightly each binds, and in how many ways it may be written.
+namespace tabwright::applescript {
+
+/// From the loosest to the tightest.
+enum class Precedence : std::uint8_t {
+  lowest,
+  logicalOr,
+  logicalAnd,
+  logicalNot,
+  equality,
+  comparison,
+  coercion,
+  concatenation,
+  addition,
+  multiplication,
+  power,
+};
+
+/// One way to write an operator: a sign, or words in a row.
+struct OperatorRow {
+  Binary::Operator op;
+  Precedence precedence;
+  Symbol symbol = Symbol::none;
+  std::array<Keyword, 8> words = {}; ///< filled up with Keyword::none
+};
+
+/// What is printed for an operator.
+[[nodiscard]] std::string_view sourceForm(Binary::Operator op);
+
+/// The longest row that the tokens begin with, and how many tokens it takes; null when they begin with none. `as` is
+/// not among the rows: its right side is no expression.
+struct OperatorMatch {
+  const OperatorRow* row = nullptr;
+  std::size_t tokens = 0;
+};
+[[nodiscard]] OperatorMatch matchOperator(std::span<const Token> tokens);
+
+} // namespace tabwright::applescript

@@ -1,0 +1,246 @@
+#include "applescript/syntax/ScriptParser.h"
+
+#include <utility>
+
+// Chains of `of` and `'s`. `a of b of c` is read from the right (`a` of what `b of c` is), `c's b's a` from the left;
+// both become the same tree, the outermost access at the top and its container below.
+namespace tabwright::applescript {
+
+ExpressionPointer ScriptParser::parseChain() {
+  const Nesting nesting(*this);
+  const std::size_t start = offset();
+  ExpressionPointer node = parsePossessives(parsePrimary());
+  if (isOf() && canAttach(*node)) {
+    advance();
+    attach(node, parseChain());
+    setRange(*node, start);
+  }
+  if (token().is(Keyword::whose) || token().is(Keyword::where))
+    parseTest(node);
+  return node;
+}
+
+bool ScriptParser::isOf() const {
+  return (token().is(Keyword::of) || token().is(Keyword::in)) && !isStopped();
+}
+
+ExpressionPointer ScriptParser::parsePossessives(ExpressionPointer head) {
+  const std::size_t start = head->range.offset;
+  while (token().kind == Token::Kind::possessive) {
+    advance();
+    ExpressionPointer member = parseMember();
+    if (!canAttach(*member))
+      throw expectedError("variable name or property", "expression", token());
+    attach(member, std::move(head));
+    setRange(*member, start);
+    head = std::move(member);
+  }
+  return head;
+}
+
+// What may stand behind `'s`: a name of any kind, never a variable of the script.
+ExpressionPointer ScriptParser::parseMember() {
+  const Token& first = token();
+  const std::size_t start = offset();
+  if (isLabel())
+    return parseMessage();
+  const bool isName = first.kind == Token::Kind::word || first.kind == Token::Kind::quotedName;
+  if (isName && token(1).is(Symbol::openParenthesis) && !token(1).spaceBefore) { // even `string()` and `count()`
+    advance();
+    return parseCall(std::string(first.text), start);
+  }
+  if (first.kind != Token::Kind::word || isReserved(first.keyword) || startsLabelledArguments(first.text))
+    return parsePrimary();
+
+  const auto matches = scope_.match(rest());
+  if (matches.find(Term::Kind::className))
+    return parseTerm(matches);
+  if (const auto* property = matches.find(Term::Kind::property)) {
+    auto access = std::make_unique<PropertyAccess>();
+    access->property = {property->term->code, std::string(property->term->words)};
+    advance(property->words);
+    return finish(std::move(access), start);
+  }
+  auto access = std::make_unique<PropertyAccess>();
+  access->property = {0, std::string(first.text)};
+  advance();
+  return finish(std::move(access), start);
+}
+
+ExpressionPointer ScriptParser::parseMessage() {
+  const std::size_t start = offset();
+  auto message = std::make_unique<ObjectiveCMessage>();
+  while (isLabel()) {
+    message->parts.emplace_back(token().text);
+    advance(2);
+    message->arguments.push_back(parseExpression());
+  }
+  return finish(std::move(message), start);
+}
+
+ExpressionPointer ScriptParser::parseMy() {
+  const std::size_t start = offset();
+  advance();
+  const Token& name = token();
+  const bool isName = name.kind == Token::Kind::quotedName || name.kind == Token::Kind::word;
+  auto me = std::make_unique<SimpleExpression>(Expression::Kind::me);
+  me->range = tokens_[position_ - 1].range;
+  if (isName && token(1).is(Symbol::openParenthesis) && !(name.kind == Token::Kind::word && isReserved(name.keyword))) {
+    advance();
+    ExpressionPointer call = parseCall(std::string(name.text), start);
+    static_cast<HandlerCall&>(*call).target = HandlerCall::Target::me;
+    return call;
+  }
+  ExpressionPointer member;
+  if (isName && !isLabel() && scope_.isBound(name.text) && !startsLabelledArguments(name.text)) {
+    // A property of the script, whatever the dictionaries call by that name.
+    auto access = std::make_unique<PropertyAccess>();
+    const auto term = scope_.isInTell() ? std::nullopt : scope_.match(rest(), Term::Kind::property);
+    access->property = term ? Label{term->term->code, std::string(term->term->words)} : Label{0, std::string(name.text)};
+    advance(term ? term->words : 1);
+    member = finish(std::move(access), start);
+  } else {
+    member = parseMember();
+  }
+  if (member->kind == Expression::Kind::handlerCall &&
+      static_cast<const HandlerCall&>(*member).target == HandlerCall::Target::implicit) {
+    static_cast<HandlerCall&>(*member).target = HandlerCall::Target::me;
+    setRange(*member, start);
+    return member;
+  }
+  if (!canAttach(*member))
+    throw expectedError("variable name or property", describe(name), name);
+  attach(member, std::move(me));
+  setRange(*member, start);
+  return member;
+}
+
+ExpressionPointer ScriptParser::parseIts() {
+  const std::size_t start = offset();
+  advance();
+  const Token& first = token();
+  auto it = std::make_unique<SimpleExpression>(Expression::Kind::it);
+  it->range = tokens_[position_ - 1].range;
+  ExpressionPointer member = parseMember();
+  if (!canAttach(*member))
+    throw expectedError("variable name or property", describe(first), first);
+  attach(member, std::move(it));
+  setRange(*member, start);
+  return member;
+}
+
+// ----------------------------------------------------------------- containers
+
+bool ScriptParser::canAttach(const Expression& node) const {
+  switch (node.kind) {
+  case Expression::Kind::property: {
+    const auto& container = static_cast<const PropertyAccess&>(node).container;
+    return !container || canAttach(*container);
+  }
+  case Expression::Kind::element: {
+    const auto& container = static_cast<const ElementAccess&>(node).container;
+    return !container || canAttach(*container);
+  }
+  case Expression::Kind::insertionPoint: {
+    const auto& container = static_cast<const InsertionPoint&>(node).container;
+    return !container || canAttach(*container);
+  }
+  case Expression::Kind::handlerCall: {
+    const auto& call = static_cast<const HandlerCall&>(node);
+    return call.target == HandlerCall::Target::implicit || (call.object && canAttach(*call.object));
+  }
+  case Expression::Kind::message: {
+    const auto& receiver = static_cast<const ObjectiveCMessage&>(node).receiver;
+    return !receiver || canAttach(*receiver);
+  }
+  case Expression::Kind::variable:
+    return true;
+  case Expression::Kind::literal: {
+    const auto& literal = static_cast<const Literal&>(node);
+    return literal.value.is<Value::ClassPointer>() || literal.value.is<Value::EnumeratorPointer>() ||
+           !literal.words.empty();
+  }
+  default:
+    return false;
+  }
+}
+
+void ScriptParser::attach(ExpressionPointer& node, ExpressionPointer container) {
+  const auto into = [&](ExpressionPointer& place) {
+    if (place) {
+      attach(place, std::move(container));
+      setRange(*place, place->range.offset);
+    } else {
+      place = std::move(container);
+    }
+  };
+  const auto becomeProperty = [&](Label label) {
+    auto access = std::make_unique<PropertyAccess>();
+    access->range = node->range;
+    access->property = std::move(label);
+    access->container = std::move(container);
+    node = std::move(access);
+  };
+
+  switch (node->kind) {
+  case Expression::Kind::property:
+    into(static_cast<PropertyAccess&>(*node).container);
+    break;
+  case Expression::Kind::element:
+    into(static_cast<ElementAccess&>(*node).container);
+    break;
+  case Expression::Kind::insertionPoint:
+    into(static_cast<InsertionPoint&>(*node).container);
+    break;
+  case Expression::Kind::handlerCall:
+    static_cast<HandlerCall&>(*node).target = HandlerCall::Target::object;
+    into(static_cast<HandlerCall&>(*node).object);
+    break;
+  case Expression::Kind::message:
+    into(static_cast<ObjectiveCMessage&>(*node).receiver);
+    break;
+  case Expression::Kind::variable:
+    becomeProperty({0, static_cast<const Variable&>(*node).name});
+    break;
+  case Expression::Kind::literal: {
+    // A class names the property that holds one such thing (`text of x`); a constant is a name like any other here.
+    const auto& literal = static_cast<const Literal&>(*node);
+    if (const auto* name = literal.value.get<Value::ClassPointer>())
+      becomeProperty({(*name)->code, (*name)->words});
+    else if (const auto* constant = literal.value.get<Value::EnumeratorPointer>())
+      becomeProperty({0, (*constant)->words});
+    else
+      becomeProperty({0, literal.words});
+    break;
+  }
+  default:
+    break;
+  }
+  updateHeight(*node);
+}
+
+// ---------------------------------------------------------------------- whose
+
+// `name of every tab of w whose …`: the test belongs to the innermost reference that picks from several. Chains are
+// read from the right, so that is the first one asked.
+void ScriptParser::parseTest(ExpressionPointer& node) {
+  if (node->kind != Expression::Kind::element)
+    return;
+  auto& element = static_cast<ElementAccess&>(*node);
+  using enum ElementAccess::Form;
+  const bool isOrdinal = element.form == index && element.key && element.key->range.offset == element.range.offset;
+  const bool picks = element.form == every || element.form == first || element.form == last || element.form == some ||
+                     element.form == middle || isOrdinal;
+  if (!picks || element.test)
+    return;
+  const std::size_t start = element.range.offset;
+  advance();
+  insideTell(nullptr, [&] { element.test = parseExpression(); });
+  if (isOf() && canAttach(element)) { // `first tab whose (…) of w`
+    advance();
+    attach(node, parseChain());
+  }
+  setRange(*node, start);
+}
+
+} // namespace tabwright::applescript

@@ -1,0 +1,126 @@
+#include "applescript/syntax/ScriptParser.h"
+
+#include "applescript/syntax/Children.h"
+
+#include <utility>
+
+#include <fmt/core.h>
+
+// The parser's own tools: cursor, errors, ranges. What is parsed where: see ScriptParser.h.
+namespace tabwright::applescript {
+
+ParseResult parse(std::string source, const ApplicationDirectory& directory, const ParserLimits& limits) {
+  ParseResult result;
+  if (source.size() > limits.sourceBytes) {
+    result.errors.push_back(syntaxError(errorNumber::outOfMemory, "The script is too large.", {}));
+    return result;
+  }
+  auto tree = std::make_unique<SyntaxTree>();
+  tree->source = std::move(source);
+  ScriptParser parser(*tree, tokenize(tree->source), directory, limits);
+  result.errors = parser.run();
+  if (result.errors.empty())
+    result.tree = std::move(tree);
+  return result;
+}
+
+ScriptParser::ScriptParser(SyntaxTree& tree, TokenList tokens, const ApplicationDirectory& directory,
+                           const ParserLimits& limits)
+    : tree_(tree), list_(std::move(tokens)), tokens_(list_.tokens), directory_(directory), limits_(limits) {
+  tree_.terminologies.push_back(&languageTerminology());
+}
+
+std::vector<ScriptError> ScriptParser::run() {
+  errors_ = std::move(list_.errors);
+  findLabelledHandlers();
+  try {
+    tree_.body = parseScriptBody(true);
+  } catch (const EnoughErrors&) {
+    // What has been found is in errors_.
+  }
+  std::ranges::stable_sort(errors_, {}, [](const ScriptError& error) { return error.range()->offset; });
+  if (errors_.size() > limits_.errors)
+    errors_.erase(errors_.begin() + static_cast<std::ptrdiff_t>(limits_.errors), errors_.end());
+  return std::move(errors_);
+}
+
+ScriptParser::Nesting::Nesting(ScriptParser& parser) : parser_(parser) {
+  if (parser_.depth_ >= parser_.limits_.nesting) {
+    // Going on at the next line would only find `end`s without their blocks.
+    parser_.report(
+        syntaxError(errorNumber::syntaxError, "The script is nested too deeply.", parser_.token().range));
+    throw EnoughErrors();
+  }
+  ++parser_.depth_;
+}
+
+// --------------------------------------------------------------------- cursor
+
+void ScriptParser::require(Keyword keyword) {
+  if (!accept(keyword))
+    fail(fmt::format("“{}”", spelling(keyword)));
+}
+
+void ScriptParser::require(Symbol symbol, std::string_view expected) {
+  if (!accept(symbol))
+    fail(expected);
+}
+
+void ScriptParser::requireLineEnd() {
+  if (!token().endsLine())
+    fail("end of line");
+}
+
+void ScriptParser::skipLine() {
+  while (!token().endsLine())
+    advance();
+}
+
+bool ScriptParser::isLabel(std::size_t ahead) const {
+  const Token& first = token(ahead);
+  return (first.kind == Token::Kind::word || first.kind == Token::Kind::quotedName) && token(ahead + 1).is(Symbol::colon);
+}
+
+// --------------------------------------------------------------------- errors
+
+std::string ScriptParser::describeFound() const {
+  if (const auto matches = scope_.match(rest()); !matches.empty() && !isVariableDespite(matches))
+    return std::string(describe(matches.front()));
+  return describe(token());
+}
+
+void ScriptParser::fail(std::string_view expected) const {
+  throw expectedError(expected, describeFound(), token());
+}
+
+void ScriptParser::report(ScriptError error) {
+  errors_.push_back(std::move(error));
+  if (errors_.size() >= limits_.errors)
+    throw EnoughErrors();
+}
+
+// ---------------------------------------------------------------------- nodes
+
+SourceRange ScriptParser::rangeFrom(std::size_t startOffset) const {
+  const std::size_t end = position_ == 0 ? startOffset : tokens_[position_ - 1].range.end();
+  return {startOffset, end > startOffset ? end - startOffset : 0};
+}
+
+void ScriptParser::setRange(Expression& node, std::size_t startOffset) {
+  node.range = rangeFrom(startOffset);
+  updateHeight(node);
+}
+
+void ScriptParser::setRange(Statement& node, std::size_t startOffset) const {
+  node.range = rangeFrom(startOffset);
+}
+
+void ScriptParser::updateHeight(Expression& node) {
+  std::uint32_t below = 0;
+  forEachChild(node, [&](const Expression& child) { below = std::max(below, child.height); });
+  node.height = below + 1;
+  if (node.height > limits_.height)
+    throw syntaxError(errorNumber::syntaxError, "The expression is too complex.", node.range);
+}
+
+} // namespace tabwright::applescript

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "applescript/values/TextComparison.h"
+#include "applescript/values/Value.h"
+
+#include <optional>
+
+namespace tabwright::applescript {
+
+/// Comparisons of values, with references and foreign objects inside lists and records looked through. Object specifiers
+/// compare by what they say; no application is asked.
+
+/// `left is right`. Text and number are never equal, `1` and `1.0` are; lists are equal item by item, records when they
+/// have the same labels with equal values; `text`, `string` and `Unicode text` are one class.
+[[nodiscard]] bool equalValues(const Value& left, const Value& right, const TextAttributes& attributes);
+
+/// Negative, 0 or positive: the order of two numbers, texts or dates; a value of another kind on the right is coerced
+/// to the kind of the left one first. Throws ScriptError −1700 where there is no order.
+[[nodiscard]] int compareValues(const Value& left, const Value& right, const TextAttributes& attributes);
+
+/// `whole contains part` and its kin. Texts hold texts, lists hold rows of items (a single value counts as a list of
+/// one), records hold fields. A number in a comparison with text counts as its text. Throws ScriptError −1700 for
+/// values that hold nothing.
+[[nodiscard]] bool valueContains(const Value& whole, const Value& part, const TextAttributes& attributes);
+[[nodiscard]] bool valueBeginsWith(const Value& whole, const Value& part, const TextAttributes& attributes);
+[[nodiscard]] bool valueEndsWith(const Value& whole, const Value& part, const TextAttributes& attributes);
+
+} // namespace tabwright::applescript

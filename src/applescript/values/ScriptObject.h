@@ -1,0 +1,42 @@
+#pragma once
+
+#include "applescript/values/Value.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tabwright::applescript {
+
+struct ScriptLayout;
+
+/// A script as a value: the whole script, or what `script … end script` makes each time it is reached.
+///
+/// Holds the values of the properties and globals; their names and the handlers are the layout's, which belongs to the
+/// compiled Script. So a script object is of use only while that Script lives.
+class ScriptObject {
+public:
+  ScriptObject(const ScriptLayout& layout, std::shared_ptr<ScriptObject> enclosing);
+
+  [[nodiscard]] const ScriptLayout& layout() const { return layout_; }
+  /// The script object inside whose text this one stands; null for the whole script.
+  [[nodiscard]] const std::shared_ptr<ScriptObject>& enclosing() const { return enclosing_; }
+
+  /// By index of the layout; `nothing` where not defined yet.
+  std::vector<Value> variables;
+  /// Where messages go that this one has no handler for; `nothing` without a `parent` property.
+  Value parent = Value::nothing();
+
+  /// The script object of `parent`, null when it is none.
+  [[nodiscard]] ScriptObject* parentScript() const;
+  /// `«script NAME»`, or `«script»`.
+  [[nodiscard]] std::string description() const;
+  /// Lets go of all values, so that script objects that hold each other can end.
+  void clear();
+
+private:
+  const ScriptLayout& layout_;
+  std::shared_ptr<ScriptObject> enclosing_;
+};
+
+} // namespace tabwright::applescript

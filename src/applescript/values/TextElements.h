@@ -1,0 +1,48 @@
+#pragma once
+
+#include "applescript/values/TextComparison.h"
+#include "applescript/values/Value.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace tabwright::applescript {
+
+/// A stretch of a text, in bytes.
+struct TextRange {
+  std::size_t offset = 0;
+  std::size_t length = 0;
+};
+
+/// Paragraphs end at LF, CR, CR LF, U+2028 or U+2029; the end itself belongs to none. A text that ends with one has an
+/// empty last paragraph.
+[[nodiscard]] std::vector<TextRange> paragraphsOf(const std::string& text);
+/// Words by the rules of Unicode Standard Annex #29; blanks and punctuation between them belong to none.
+[[nodiscard]] std::vector<TextRange> wordsOf(const std::string& text);
+/// What stands between delimiters. Empty delimiters are passed over; with none left, each character is an item.
+[[nodiscard]] std::vector<TextRange> textItemsOf(const std::string& text, const std::vector<std::string>& delimiters,
+                                                 const TextAttributes& attributes);
+
+/// The user-perceived characters (extended grapheme clusters of Unicode Standard Annex #29) of a text by position.
+///
+/// Finding them takes a pass over the text, so the last text asked for is remembered: a loop over `character i of t`
+/// takes one pass in all.
+class CharacterIndex {
+public:
+  [[nodiscard]] std::size_t count(const Text& text);
+  /// `position` is 0-based and below the count.
+  [[nodiscard]] TextRange character(const Text& text, std::size_t position);
+  /// How many characters begin before a byte.
+  [[nodiscard]] std::size_t charactersBefore(const Text& text, std::size_t offset);
+
+private:
+  void prepare(const Text& text);
+
+  Text text_;
+  bool isPrepared_ = false;
+  bool isSingleBytes_ = false;           // each byte is a character: no boundaries are kept
+  std::vector<std::size_t> boundaries_;  // starts of the characters, and the end of the text
+};
+
+} // namespace tabwright::applescript

@@ -1,0 +1,100 @@
+// Copies share; the two things that walk a value here, copying it deeply and taking it down, mind that a script can nest
+// lists without bound: the copy is bounded, and the destructors hand nested values to a queue instead of recursing.
+#include "applescript/values/Value.h"
+
+#include "applescript/values/Names.h"
+#include "applescript/values/Traversal.h"
+
+namespace tabwright::applescript {
+
+namespace {
+
+// Values whose holders are being destroyed. The outermost destructor empties it, so the depth of nesting costs memory
+// and no stack.
+thread_local std::vector<Value>* dying = nullptr;
+
+bool holdsMore(const Value& value) {
+  return value.is<Value::ListPointer>() || value.is<Value::RecordPointer>() || value.is<Value::ReferencePointer>();
+}
+
+template <class Items, class ValueOf>
+void takeDown(Items& items, ValueOf valueOf) {
+  if (dying) {
+    for (auto& item : items) {
+      if (holdsMore(valueOf(item)))
+        dying->push_back(std::move(valueOf(item)));
+    }
+    return;
+  }
+  bool nested = false;
+  for (auto& item : items)
+    nested = nested || holdsMore(valueOf(item));
+  if (!nested)
+    return;
+  std::vector<Value> queue;
+  dying = &queue;
+  for (auto& item : items) {
+    if (holdsMore(valueOf(item)))
+      queue.push_back(std::move(valueOf(item)));
+  }
+  while (!queue.empty()) {
+    const Value last = std::move(queue.back());
+    queue.pop_back();
+  }
+  dying = nullptr;
+}
+
+} // namespace
+
+List::~List() {
+  takeDown(items, [](Value& item) -> Value& { return item; });
+}
+
+Record::~Record() {
+  takeDown(fields, [](std::pair<Label, Value>& field) -> Value& { return field.second; });
+}
+
+Value Value::list(std::vector<Value> items) { return std::make_shared<List>(std::move(items)); }
+
+Value Value::deepCopy() const {
+  if (const auto* list = get<ListPointer>()) {
+    const Traversal traversal;
+    auto copy = std::make_shared<List>();
+    copy->items.reserve((*list)->items.size());
+    for (const Value& item : (*list)->items)
+      copy->items.push_back(item.deepCopy());
+    return copy;
+  }
+  if (const auto* record = get<RecordPointer>()) {
+    const Traversal traversal;
+    auto copy = std::make_shared<Record>();
+    copy->fields.reserve((*record)->fields.size());
+    for (const auto& [label, value] : (*record)->fields)
+      copy->fields.emplace_back(label, value.deepCopy());
+    return copy;
+  }
+  return *this;
+}
+
+bool Label::sameAs(const Label& other) const {
+  return (code != 0 && code == other.code) || sameName(name, other.name);
+}
+
+Value* Record::find(const Label& label) { return const_cast<Value*>(std::as_const(*this).find(label)); }
+
+const Value* Record::find(const Label& label) const {
+  for (const auto& [own, value] : fields) {
+    if (own.sameAs(label))
+      return &value;
+  }
+  return nullptr;
+}
+
+void Record::set(const Label& label, Value value) {
+  if (Value* field = find(label))
+    *field = std::move(value);
+  else
+    fields.emplace_back(label, std::move(value));
+}
+
+} // namespace tabwright::applescript

@@ -1,0 +1,36 @@
+#include "browserdata/BrowserTabEntity.h"
+
+#include "engine/ScriptText.h"
+
+namespace tabwright::browserdata {
+
+using intents::PropertyPresence;
+
+BrowserTabEntity::BrowserTabEntity(const BrowserTabData& tab, const engine::TargetContext& context)
+    : targetContext(context), title(tab.tabTitle), url(tab.tabURL), htmlDocument(tab.htmlContent),
+      textContent(tab.textContent), selectionText(tab.pageSelectionText), isLoading(tab.isLoading),
+      isPrivate(tab.isPrivate), fullID(context.id + ":" + tab.tabID) {}
+
+std::string BrowserTabEntity::id() const { return engine::nativeID(fullID); }
+
+std::string BrowserTabEntity::displayRepresentation() const { return title + " [" + targetContext.name + "]"; }
+
+const intents::EntityDefinition<BrowserTabEntity>& BrowserTabEntity::definition() {
+  static const intents::EntityDefinition<BrowserTabEntity> definition(
+      "BrowserTabEntity",
+      {{"targetContext", &BrowserTabEntity::targetContext, PropertyPresence::needed},
+       {"title", &BrowserTabEntity::title},
+       {"url", &BrowserTabEntity::url},
+       {"htmlDocument", &BrowserTabEntity::htmlDocument},
+       {"textContent", &BrowserTabEntity::textContent},
+       {"selectionText", &BrowserTabEntity::selectionText},
+       {"selectionMD", &BrowserTabEntity::selectionMD},
+       {"isLoading", &BrowserTabEntity::isLoading},
+       {"isPrivate", &BrowserTabEntity::isPrivate},
+       {"fullID", &BrowserTabEntity::fullID, PropertyPresence::needed},
+       {"selectionRTFD", &BrowserTabEntity::selectionRTFD}},
+      [](const BrowserTabEntity& tab) { return tab.displayRepresentation(); });
+  return definition;
+}
+
+} // namespace tabwright::browserdata

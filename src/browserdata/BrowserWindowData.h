@@ -1,0 +1,37 @@
+#pragma once
+
+#include "browserdata/BrowserTabData.h"
+#include "engine/JSONDecoding.h"
+
+#include <boost/json/object.hpp>
+#include <boost/json/value.hpp>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tabwright::browserdata {
+
+/// What a script reports of one window with all its tabs. JSON keys are the field names.
+struct BrowserWindowData {
+  bool isPrivate = false;
+  bool isVisible = false;
+  BrowserTabData activeTab;
+  std::int64_t activeTabIndex = 0; ///< 1-based, of `activeTab` in the window
+  std::string windowID;            ///< the browser's own reference
+  std::int64_t windowIndex = 0;    ///< 1 is frontmost
+  std::string windowTitle;
+  std::vector<BrowserTabData> tabsList; ///< in the browser's order
+
+  friend bool operator==(const BrowserWindowData&, const BrowserWindowData&) = default;
+};
+
+/// The record as JSON, in the order of its fields. A field with its default leaves no key.
+[[nodiscard]] boost::json::object toJson(const BrowserWindowData& window);
+
+} // namespace tabwright::browserdata
+
+/// All fields but the two booleans are required. Keys that are no field, such as the scripts' `activeTabID`, are ignored.
+template <>
+struct tabwright::engine::JSONDecoding<tabwright::browserdata::BrowserWindowData> {
+  static tabwright::browserdata::BrowserWindowData from(const boost::json::value& json);
+};

@@ -1,0 +1,35 @@
+#include "browserdata/BrowserWindowEntity.h"
+
+#include "engine/ScriptText.h"
+
+namespace tabwright::browserdata {
+
+using intents::PropertyPresence;
+
+BrowserWindowEntity::BrowserWindowEntity(const BrowserWindowData& window, const engine::TargetContext& context)
+    : targetContext(context), windowTitle(window.windowTitle), activeTab(window.activeTab, context),
+      isPrivate(window.isPrivate), isVisible(window.isVisible), fullID(context.id + ":" + window.windowID) {
+  tabs.reserve(window.tabsList.size());
+  for (const BrowserTabData& tab : window.tabsList)
+    tabs.emplace_back(tab, context);
+}
+
+std::string BrowserWindowEntity::id() const { return engine::nativeID(fullID); }
+
+std::string BrowserWindowEntity::displayRepresentation() const { return windowTitle + " [" + targetContext.name + "]"; }
+
+const intents::EntityDefinition<BrowserWindowEntity>& BrowserWindowEntity::definition() {
+  static const intents::EntityDefinition<BrowserWindowEntity> definition(
+      "BrowserWindowEntity",
+      {{"targetContext", &BrowserWindowEntity::targetContext, PropertyPresence::needed},
+       {"windowTitle", &BrowserWindowEntity::windowTitle},
+       {"tabs", &BrowserWindowEntity::tabs},
+       {"activeTab", &BrowserWindowEntity::activeTab},
+       {"isPrivate", &BrowserWindowEntity::isPrivate},
+       {"isVisible", &BrowserWindowEntity::isVisible},
+       {"fullID", &BrowserWindowEntity::fullID, PropertyPresence::needed}},
+      [](const BrowserWindowEntity& window) { return window.displayRepresentation(); });
+  return definition;
+}
+
+} // namespace tabwright::browserdata

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "browserdata/BrowserTabEntity.h"
+#include "browserdata/BrowserWindowData.h"
+#include "engine/TargetContext.h"
+#include "intents/EntityDefinition.h"
+
+#include <string>
+#include <vector>
+
+namespace tabwright::browserdata {
+
+/// A window with its tabs as an action's result, and as the parameter of a later action, which looks at `fullID` and
+/// `targetContext` only.
+struct BrowserWindowEntity {
+  engine::TargetContext targetContext;
+  std::string windowTitle;
+  std::vector<BrowserTabEntity> tabs; ///< in the browser's order
+  BrowserTabEntity activeTab;         ///< a value of its own, beside the one in `tabs`
+  bool isPrivate = false;
+  bool isVisible = false;
+  std::string fullID; ///< context id, a colon, the browser's own reference: "com.apple.safari:17"
+
+  BrowserWindowEntity() = default;
+  /// The entity of a record from the browser `context`, which must have an id.
+  BrowserWindowEntity(const BrowserWindowData& window, const engine::TargetContext& context);
+
+  /// The browser's own reference: `fullID` without the context id.
+  [[nodiscard]] std::string id() const;
+  /// "TITLE [BROWSER]".
+  [[nodiscard]] std::string displayRepresentation() const;
+
+  [[nodiscard]] static const intents::EntityDefinition<BrowserWindowEntity>& definition();
+
+  friend bool operator==(const BrowserWindowEntity&, const BrowserWindowEntity&) = default;
+};
+
+} // namespace tabwright::browserdata

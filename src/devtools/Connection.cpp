@@ -1,0 +1,316 @@
+#include "devtools/Connection.h"
+
+#include "devtools/WireText.h"
+
+#include <boost/asio/connect.hpp>
+#include <boost/asio/executor_work_guard.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/post.hpp>
+#include <boost/beast/core/buffers_to_string.hpp>
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/websocket/stream.hpp>
+#include <boost/json/serialize.hpp>
+#include <fmt/core.h>
+
+#include <atomic>
+#include <deque>
+#include <mutex>
+#include <thread>
+#include <unordered_map>
+
+// One thread runs an I/O context with one websocket: it reads message after message, hands answers to their waiting calls
+// by id and events to the listener of their session, and writes what callers have queued. Callers only take a mutex, so a
+// call costs two hand-overs between threads. Whatever goes wrong on the channel ends in `lose`, which fails all that wait.
+
+namespace tabwright::devtools {
+
+namespace asio = boost::asio;
+namespace beast = boost::beast;
+using asio::ip::tcp;
+using boost::system::error_code;
+
+class Connection::Channel {
+public:
+  explicit Channel(Bounds bounds) : bounds_(bounds), socket_(context_), work_(context_.get_executor()) {}
+
+  ~Channel() { close(); }
+
+  void open(const Endpoint& endpoint, const platform::CallLimits& limits) {
+    const auto opening = std::make_shared<PendingCall>("connecting");
+    thread_ = std::thread([this] { run(); });
+    asio::post(context_, [this, opening, endpoint] { connect(endpoint, opening); });
+    opening->await(limits);
+  }
+
+  /// Ends the thread. Waiting calls fail; listeners are called no more when this returns.
+  void close() {
+    lose("it was closed");
+    context_.stop();
+    if (thread_.joinable())
+      thread_.join();
+  }
+
+  std::shared_ptr<PendingCall> send(std::string method, boost::json::object parameters, std::string_view session) {
+    const auto pending = std::make_shared<PendingCall>(method);
+    boost::json::object message;
+    const std::int64_t id = nextID_.fetch_add(1);
+    message["id"] = id;
+    message["method"] = method;
+    message["params"] = std::move(parameters);
+    if (!session.empty())
+      message["sessionId"] = session;
+    std::string text = boost::json::serialize(message);
+    if (text.size() > bounds_.sent) {
+      pending->fail(DevToolsFault::refused, fmt::format("{}: a message of {} bytes is too large", method, text.size()));
+      return pending;
+    }
+
+    const std::lock_guard lock(mutex_);
+    if (!isOpen_) {
+      pending->fail(DevToolsFault::lost, lossReason_);
+      return pending;
+    }
+    dropAbandoned();
+    waiting_[id] = pending;
+    const bool isIdle = queue_.empty();
+    queue_.push_back(std::move(text));
+    if (isIdle)
+      asio::post(context_, [this] { write(); });
+    return pending;
+  }
+
+  void listen(const std::string& session, std::function<void(const Event&)> listener) {
+    const std::lock_guard lock(mutex_);
+    listeners_[session] = std::make_shared<std::function<void(const Event&)>>(std::move(listener));
+  }
+
+  void stopListening(const std::string& session) {
+    const std::lock_guard lock(mutex_);
+    listeners_.erase(session);
+  }
+
+  [[nodiscard]] bool isOpen() const {
+    const std::lock_guard lock(mutex_);
+    return isOpen_;
+  }
+
+  [[nodiscard]] Traffic traffic() const { return {sent_.load(), received_.load()}; }
+  [[nodiscard]] const Bounds& bounds() const { return bounds_; }
+
+private:
+  void run() {
+    try {
+      context_.run();
+    } catch (const std::exception& error) {
+      lose(error.what());
+    }
+  }
+
+  void connect(const Endpoint& endpoint, const std::shared_ptr<PendingCall>& opening) {
+    const auto giveUp = [this, opening](const error_code& error) {
+      opening->fail(DevToolsFault::unreachable, error.message());
+      lose(error.message());
+    };
+    const tcp::endpoint address(asio::ip::address_v4::loopback(), endpoint.port);
+    socket_.next_layer().async_connect(address, [this, opening, endpoint, giveUp](error_code error) {
+      if (error)
+        return giveUp(error);
+      socket_.next_layer().set_option(tcp::no_delay(true), error);
+      socket_.read_message_max(bounds_.received);
+      socket_.write_buffer_bytes(std::size_t{64} << 10);
+      socket_.auto_fragment(false);
+      socket_.text(true);
+      const std::string host = fmt::format("127.0.0.1:{}", endpoint.port);
+      socket_.async_handshake(host, endpoint.path, [this, opening, giveUp](error_code refusal) {
+        if (refusal)
+          return giveUp(refusal);
+        {
+          const std::lock_guard lock(mutex_);
+          isOpen_ = true;
+        }
+        read();
+        opening->complete(boost::json::object{});
+      });
+    });
+  }
+
+  void read() {
+    socket_.async_read(buffer_, [this](error_code error, std::size_t) {
+      if (error)
+        return lose(reasonOf(error));
+      received_.fetch_add(1);
+      const auto bytes = buffer_.cdata();
+      try {
+        dispatch(parseMessage({static_cast<const char*>(bytes.data()), bytes.size()}));
+      } catch (const std::exception& unreadable) {
+        return lose(fmt::format("it sent what is not a message of the protocol ({})", unreadable.what()));
+      }
+      buffer_.clear();
+      constexpr std::size_t usual = std::size_t{1} << 20;
+      if (buffer_.capacity() > usual)
+        buffer_.shrink_to_fit();
+      read();
+    });
+  }
+
+  static std::string reasonOf(const error_code& error) {
+    if (error == beast::websocket::error::message_too_big || error == beast::websocket::error::buffer_overflow)
+      return "it sent a message that is too large";
+    if (error == beast::websocket::error::closed || error == asio::error::eof ||
+        error == asio::error::connection_reset)
+      return "the browser ended it";
+    return error.message();
+  }
+
+  void dispatch(boost::json::value message) {
+    boost::json::object& fields = message.as_object();
+    if (const boost::json::value* id = fields.if_contains("id"))
+      return answer(id->as_int64(), fields);
+
+    const std::string_view method = fields.at("method").as_string();
+    static const boost::json::object none;
+    const boost::json::value* parameters = fields.if_contains("params");
+    const Event event{method, parameters != nullptr ? parameters->as_object() : none};
+    const boost::json::value* session = fields.if_contains("sessionId");
+    if (method == "Target.detachedFromTarget")
+      session = event.parameters.if_contains("sessionId");
+    report(session != nullptr ? std::string(session->as_string()) : std::string(), event);
+  }
+
+  void answer(std::int64_t id, boost::json::object& fields) {
+    std::shared_ptr<PendingCall> pending;
+    {
+      const std::lock_guard lock(mutex_);
+      const auto found = waiting_.find(id);
+      if (found == waiting_.end())
+        return;
+      pending = found->second.lock();
+      waiting_.erase(found);
+    }
+    if (!pending)
+      return;
+    if (const boost::json::value* error = fields.if_contains("error")) {
+      const boost::json::object& description = error->as_object();
+      pending->complete(std::unexpected(ProtocolError{static_cast<int>(description.at("code").as_int64()),
+                                                      std::string(description.at("message").as_string())}));
+    } else {
+      pending->complete(std::move(fields.at("result").as_object()));
+    }
+  }
+
+  void report(const std::string& session, const Event& event) {
+    std::shared_ptr<std::function<void(const Event&)>> listener;
+    {
+      const std::lock_guard lock(mutex_);
+      const auto found = listeners_.find(session);
+      if (found == listeners_.end())
+        return;
+      listener = found->second;
+    }
+    (*listener)(event);
+  }
+
+  /// Writes the front of the queue; it stays there until it is out, which tells `send` that a write is under way.
+  void write() {
+    const std::string* text = nullptr;
+    {
+      const std::lock_guard lock(mutex_);
+      if (!isOpen_ || queue_.empty())
+        return;
+      text = &queue_.front();
+    }
+    socket_.async_write(asio::buffer(*text), [this](error_code error, std::size_t) {
+      if (error)
+        return lose(reasonOf(error));
+      sent_.fetch_add(1);
+      {
+        const std::lock_guard lock(mutex_);
+        queue_.pop_front();
+      }
+      write();
+    });
+  }
+
+  void lose(const std::string& reason) {
+    std::unordered_map<std::int64_t, std::weak_ptr<PendingCall>> waiting;
+    {
+      const std::lock_guard lock(mutex_);
+      if (lossReason_.empty())
+        lossReason_ = reason;
+      isOpen_ = false;
+      waiting.swap(waiting_);
+    }
+    for (const auto& [id, call] : waiting) {
+      if (const std::shared_ptr<PendingCall> pending = call.lock())
+        pending->fail(DevToolsFault::lost, lossReason_);
+    }
+    // Ends reading and writing; on a thread that isn't the context's, `close` stops the context instead.
+    if (std::this_thread::get_id() == thread_.get_id()) {
+      error_code ignored;
+      socket_.next_layer().close(ignored);
+    }
+  }
+
+  /// Forgets calls that nobody waits for any more and that the browser has never answered, now and then.
+  void dropAbandoned() {
+    constexpr std::size_t many = 512;
+    if (waiting_.size() >= many)
+      std::erase_if(waiting_, [](const auto& entry) { return entry.second.expired(); });
+  }
+
+  const Bounds bounds_;
+  asio::io_context context_{1};
+  beast::websocket::stream<tcp::socket, false> socket_;
+  asio::executor_work_guard<asio::io_context::executor_type> work_;
+  beast::flat_buffer buffer_;
+  std::thread thread_;
+  std::atomic<std::int64_t> nextID_{1};
+  std::atomic<std::uint64_t> sent_{0};
+  std::atomic<std::uint64_t> received_{0};
+
+  mutable std::mutex mutex_; // guards what follows
+  bool isOpen_ = false;
+  std::string lossReason_;
+  std::deque<std::string> queue_;
+  std::unordered_map<std::int64_t, std::weak_ptr<PendingCall>> waiting_;
+  std::unordered_map<std::string, std::shared_ptr<std::function<void(const Event&)>>> listeners_;
+};
+
+Connection::Connection(std::unique_ptr<Channel> channel) : channel_(std::move(channel)) {}
+
+Connection::~Connection() { channel_->close(); }
+
+std::shared_ptr<Connection> Connection::open(const Endpoint& endpoint, const platform::CallLimits& limits) {
+  return open(endpoint, limits, Bounds{});
+}
+
+std::shared_ptr<Connection> Connection::open(const Endpoint& endpoint, const platform::CallLimits& limits,
+                                             Bounds bounds) {
+  auto channel = std::make_unique<Channel>(bounds);
+  channel->open(endpoint, platform::boundedBy(limits, bounds.call));
+  return std::shared_ptr<Connection>(new Connection(std::move(channel)));
+}
+
+std::shared_ptr<PendingCall> Connection::send(std::string method, boost::json::object parameters,
+                                              std::string_view session) {
+  return channel_->send(std::move(method), std::move(parameters), session);
+}
+
+boost::json::object Connection::call(std::string method, boost::json::object parameters, std::string_view session,
+                                     const platform::CallLimits& limits) {
+  return send(std::move(method), std::move(parameters), session)
+      ->result(platform::boundedBy(limits, channel_->bounds().call));
+}
+
+void Connection::listen(const std::string& session, std::function<void(const Event&)> listener) {
+  channel_->listen(session, std::move(listener));
+}
+
+void Connection::stopListening(const std::string& session) { channel_->stopListening(session); }
+
+bool Connection::isOpen() const { return channel_->isOpen(); }
+Traffic Connection::traffic() const { return channel_->traffic(); }
+const Connection::Bounds& Connection::bounds() const { return channel_->bounds(); }
+
+} // namespace tabwright::devtools

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "devtools/Discovery.h"
+#include "devtools/PendingCall.h"
+#include "platform/CallLimits.h"
+
+#include <boost/json/object.hpp>
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace tabwright::devtools {
+
+/// Something that the browser reported of its own accord.
+struct Event {
+  std::string_view method; ///< such as "Page.javascriptDialogOpening"
+  const boost::json::object& parameters;
+};
+
+/// What went over a connection so far, for benchmarks.
+struct Traffic {
+  std::uint64_t sent = 0;     ///< messages to the browser
+  std::uint64_t received = 0; ///< messages from it, events among them
+};
+
+/// A connection to a browser: calls and events of the DevTools protocol over one websocket
+/// (https://chromedevtools.github.io/devtools-protocol/, flat sessions).
+///
+///     auto connection = Connection::open(endpoint, limits);
+///     boost::json::object version = connection->call("Browser.getVersion", {}, {}, limits);
+///
+/// Calls may be sent without waiting for those before them; the browser takes them up in order. When the channel breaks,
+/// every call under way and every later one fails with `lost` and the reason.
+///
+/// Safe to use from any thread. Listeners are called on the connection's own thread, one at a time, in the order of the
+/// browser's messages; they must not block, and must not drop the last reference to the connection.
+class Connection {
+public:
+  /// What bounds a connection.
+  struct Bounds {
+    std::size_t received = std::size_t{512} << 20; ///< bytes of the largest message taken; a larger one breaks the connection
+    std::size_t sent = std::size_t{128} << 20;     ///< bytes of the largest message sent; a larger one is refused
+    std::chrono::steady_clock::duration call = std::chrono::seconds(30); ///< how long a call without deadline may take
+  };
+
+  /// Connects, and shakes hands. Throws DevToolsFailure: unreachable, timedOut, stopped.
+  static std::shared_ptr<Connection> open(const Endpoint& endpoint, const platform::CallLimits& limits);
+  static std::shared_ptr<Connection> open(const Endpoint& endpoint, const platform::CallLimits& limits, Bounds bounds);
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  /// Sends a call and returns at once. `session` is empty for the browser itself. A call that can't be sent yields one
+  /// that has failed already. The answer is thrown away when the caller drops the result.
+  std::shared_ptr<PendingCall> send(std::string method, boost::json::object parameters, std::string_view session = {});
+
+  /// Sends a call and waits for its result. Throws DevToolsFailure.
+  boost::json::object call(std::string method, boost::json::object parameters, std::string_view session,
+                           const platform::CallLimits& limits);
+
+  /// Registers the listener of a session's events, in place of an earlier one. The event Target.detachedFromTarget goes
+  /// to the session that it speaks of. Events of sessions without listener are dropped.
+  void listen(const std::string& session, std::function<void(const Event&)> listener);
+  void stopListening(const std::string& session);
+
+  /// Whether calls can be expected to get through. Once false, false for ever.
+  [[nodiscard]] bool isOpen() const;
+  [[nodiscard]] Traffic traffic() const;
+  [[nodiscard]] const Bounds& bounds() const;
+
+private:
+  class Channel;
+  explicit Connection(std::unique_ptr<Channel> channel);
+  std::unique_ptr<Channel> channel_;
+};
+
+} // namespace tabwright::devtools

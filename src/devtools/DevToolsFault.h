@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/Failure.h"
+
+#include <string>
+
+namespace tabwright::devtools {
+
+/// Why something asked of a browser over the DevTools protocol failed.
+enum class DevToolsFault {
+  unreachable,   ///< no connection could be made. detail: why
+  lost,          ///< the connection broke. detail: why
+  refused,       ///< the browser answered with an error. detail: the method and the browser's words
+  timedOut,      ///< no answer by the deadline. detail: the method
+  stopped,       ///< a stop was requested while waiting
+  targetGone,    ///< the page was closed or the worker stopped, before or during the call
+  targetCrashed, ///< the page's process has crashed
+  dialogOpen,    ///< the page shows a dialog, and answers nothing until it is closed. detail: its text
+};
+
+[[nodiscard]] std::string errorDescription(DevToolsFault fault, const std::string& detail);
+[[nodiscard]] platform::FailureIdentity identity(DevToolsFault fault);
+
+using DevToolsFailure = platform::CatalogueFailure<DevToolsFault>;
+
+} // namespace tabwright::devtools

@@ -1,0 +1,41 @@
+#include "devtools/PendingCall.h"
+
+#include <fmt/core.h>
+
+namespace tabwright::devtools {
+
+PendingCall::Answer PendingCall::await(const platform::CallLimits& limits) {
+  std::unique_lock lock(mutex_);
+  const auto hasEnded = [this] { return answer_.has_value() || failure_.has_value(); };
+  ended_.wait_until(lock, limits.stop, limits.deadline, hasEnded);
+  if (failure_)
+    throw *failure_;
+  if (answer_)
+    return std::move(*answer_);
+  if (limits.stop.stop_requested())
+    throw platform::failure(DevToolsFault::stopped);
+  throw platform::failure(DevToolsFault::timedOut, method_);
+}
+
+boost::json::object PendingCall::result(const platform::CallLimits& limits) {
+  Answer answer = await(limits);
+  if (!answer)
+    throw platform::failure(DevToolsFault::refused, fmt::format("{}: {}", method_, answer.error().message));
+  return std::move(*answer);
+}
+
+void PendingCall::complete(Answer answer) {
+  const std::lock_guard lock(mutex_);
+  if (!answer_ && !failure_)
+    answer_ = std::move(answer);
+  ended_.notify_all();
+}
+
+void PendingCall::fail(DevToolsFault fault, std::string detail) {
+  const std::lock_guard lock(mutex_);
+  if (!answer_ && !failure_)
+    failure_.emplace(fault, std::move(detail));
+  ended_.notify_all();
+}
+
+} // namespace tabwright::devtools

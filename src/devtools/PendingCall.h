@@ -1,0 +1,51 @@
+#pragma once
+
+#include "devtools/DevToolsFault.h"
+#include "platform/CallLimits.h"
+
+#include <boost/json/object.hpp>
+
+#include <condition_variable>
+#include <expected>
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace tabwright::devtools {
+
+/// The error that a browser answered a call with (JSON-RPC 2.0, error object).
+struct ProtocolError {
+  int code = 0;
+  std::string message;
+};
+
+/// One call under way: sent, and to be waited for. Made by Connection::send.
+///
+/// Ends once, by the first of: the browser's answer, the loss of the connection, and `fail` by whoever knows that no
+/// answer will come. Later endings are ignored. Whoever drops the last reference gives up on the answer.
+/// Safe to use from any thread.
+class PendingCall {
+public:
+  using Answer = std::expected<boost::json::object, ProtocolError>;
+
+  explicit PendingCall(std::string method) : method_(std::move(method)) {}
+
+  /// Blocks until the call ends; yields the result, or the error that the browser answered with. To be called once.
+  /// Throws DevToolsFailure: what it was failed with; timedOut or stopped by the limits.
+  Answer await(const platform::CallLimits& limits);
+
+  /// The same, with the browser's error thrown as `refused`.
+  boost::json::object result(const platform::CallLimits& limits);
+
+  void complete(Answer answer);
+  void fail(DevToolsFault fault, std::string detail = {});
+
+private:
+  const std::string method_;
+  std::mutex mutex_;
+  std::condition_variable_any ended_;
+  std::optional<Answer> answer_;
+  std::optional<DevToolsFailure> failure_;
+};
+
+} // namespace tabwright::devtools

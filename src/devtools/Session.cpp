@@ -1,0 +1,212 @@
+#include "devtools/Session.h"
+
+#include <fmt/core.h>
+
+#include <mutex>
+#include <vector>
+
+// The session's state says why the page would not answer now. Events change it on the connection's thread and fail the
+// calls under way; a new call looks at it under the same mutex that it is registered under, so none slips between.
+
+namespace tabwright::devtools {
+
+namespace {
+
+std::string textOf(const boost::json::object& fields, std::string_view key) {
+  const boost::json::value* value = fields.if_contains(key);
+  return value != nullptr && value->is_string() ? std::string(value->as_string()) : std::string();
+}
+
+/// The JSON value of a Runtime.RemoteObject that was asked for by value.
+boost::json::value valueOf(boost::json::object& remote) {
+  const std::string type = textOf(remote, "type");
+  if (type == "function" || type == "symbol")
+    return nullptr;
+  if (textOf(remote, "unserializableValue") == "-0")
+    return 0;
+  boost::json::value* value = remote.if_contains("value");
+  return value != nullptr ? std::move(*value) : boost::json::value(nullptr);
+}
+
+std::string thrownText(const boost::json::object& details) {
+  const boost::json::value* thrown = details.if_contains("exception");
+  if (thrown != nullptr && thrown->is_object()) {
+    std::string description = textOf(thrown->as_object(), "description");
+    if (!description.empty())
+      return description;
+  }
+  return textOf(details, "text");
+}
+
+/// Codes of the protocol's errors (JSON-RPC 2.0, and the server's own).
+constexpr int serverError = -32000;
+constexpr int sessionNotFound = -32001;
+
+} // namespace
+
+struct Session::State {
+  const std::string targetID;
+  const std::string sessionID;
+  const Kind kind;
+
+  std::mutex mutex; // guards what follows
+  bool isDetached = false; // the browser has ended the session
+  bool isGone = false;
+  bool isCrashed = false;
+  std::optional<std::string> dialog; // its text while one is open
+  std::vector<std::weak_ptr<PendingCall>> pageCalls;
+  std::string bindingName;
+  std::function<void(const std::string&)> bindingListener;
+
+  State(std::string target, std::string session, Kind kindOfTarget)
+      : targetID(std::move(target)), sessionID(std::move(session)), kind(kindOfTarget) {}
+
+  /// Why the page would not answer now.
+  [[nodiscard]] std::optional<DevToolsFailure> obstacle() const {
+    if (isGone)
+      return platform::failure(DevToolsFault::targetGone);
+    if (isCrashed)
+      return platform::failure(DevToolsFault::targetCrashed);
+    if (dialog)
+      return platform::failure(DevToolsFault::dialogOpen, *dialog);
+    return std::nullopt;
+  }
+
+  void failPageCalls() {
+    const std::optional<DevToolsFailure> why = obstacle();
+    for (const std::weak_ptr<PendingCall>& call : pageCalls) {
+      if (const std::shared_ptr<PendingCall> pending = call.lock())
+        pending->fail(why->kind(), why->detail());
+    }
+    pageCalls.clear();
+  }
+
+  void take(const Event& event) {
+    std::unique_lock lock(mutex);
+    if (event.method == "Runtime.bindingCalled") {
+      if (textOf(event.parameters, "name") != bindingName || !bindingListener)
+        return;
+      const auto listener = bindingListener;
+      lock.unlock();
+      listener(textOf(event.parameters, "payload"));
+    } else if (event.method == "Page.javascriptDialogOpening") {
+      dialog = textOf(event.parameters, "message");
+      failPageCalls();
+    } else if (event.method == "Page.javascriptDialogClosed") {
+      dialog.reset();
+    } else if (event.method == "Inspector.targetCrashed") {
+      // What a stopped worker knew is gone, even if the browser starts it again under the same session.
+      (kind == Kind::worker ? isGone : isCrashed) = true;
+      dialog.reset();
+      failPageCalls();
+    } else if (event.method == "Inspector.targetReloadedAfterCrash") {
+      isCrashed = false;
+    } else if (event.method == "Target.detachedFromTarget") {
+      isDetached = true;
+      isGone = true;
+      failPageCalls();
+    }
+  }
+};
+
+std::shared_ptr<Session> Session::attach(std::shared_ptr<Connection> connection, const std::string& targetID, Kind kind,
+                                         const platform::CallLimits& limits) {
+  const boost::json::object reply =
+      connection->call("Target.attachToTarget", {{"targetId", targetID}, {"flatten", true}}, {}, limits);
+  const auto state = std::make_shared<State>(targetID, textOf(reply, "sessionId"), kind);
+  connection->listen(state->sessionID, [weak = std::weak_ptr(state)](const Event& event) {
+    if (const std::shared_ptr<State> still = weak.lock())
+      still->take(event);
+  });
+  std::shared_ptr<Session> session(new Session(std::move(connection), state));
+  if (kind == Kind::page) {
+    // Nobody waits for these: their answers come before those of the calls that follow. The first makes a crash known
+    // that has already happened, the second makes dialogs known; in a page with an open dialog it isn't answered.
+    session->send("Inspector.enable", {}, AnsweredBy::browser);
+    session->send("Page.enable", {}, AnsweredBy::browser);
+  }
+  return session;
+}
+
+Session::Session(std::shared_ptr<Connection> connection, std::shared_ptr<State> state)
+    : connection_(std::move(connection)), state_(std::move(state)) {}
+
+Session::~Session() {
+  connection_->stopListening(state_->sessionID);
+  const std::lock_guard lock(state_->mutex);
+  if (!state_->isDetached)
+    connection_->send("Target.detachFromTarget", {{"sessionId", state_->sessionID}});
+}
+
+std::shared_ptr<PendingCall> Session::send(std::string method, boost::json::object parameters, AnsweredBy answeredBy) {
+  const std::lock_guard lock(state_->mutex);
+  if (state_->isGone)
+    throw platform::failure(DevToolsFault::targetGone);
+  if (answeredBy == AnsweredBy::page) {
+    if (const std::optional<DevToolsFailure> why = state_->obstacle())
+      throw *why;
+  }
+  std::shared_ptr<PendingCall> pending = connection_->send(std::move(method), std::move(parameters), state_->sessionID);
+  if (answeredBy == AnsweredBy::page) {
+    std::erase_if(state_->pageCalls, [](const std::weak_ptr<PendingCall>& call) { return call.expired(); });
+    state_->pageCalls.push_back(pending);
+  }
+  return pending;
+}
+
+boost::json::object Session::call(std::string method, boost::json::object parameters, AnsweredBy answeredBy,
+                                  const platform::CallLimits& limits) {
+  const std::string name = method;
+  PendingCall::Answer answer = send(std::move(method), std::move(parameters), answeredBy)
+                                   ->await(platform::boundedBy(limits, connection_->bounds().call));
+  if (answer)
+    return std::move(*answer);
+  if (answer.error().code == sessionNotFound)
+    throw platform::failure(DevToolsFault::targetGone);
+  throw platform::failure(DevToolsFault::refused, fmt::format("{}: {}", name, answer.error().message));
+}
+
+Evaluation Session::evaluate(const std::string& javascript, const platform::CallLimits& limits) {
+  const platform::CallLimits bounded = platform::boundedBy(limits, connection_->bounds().call);
+  PendingCall::Answer answer =
+      send("Runtime.evaluate", {{"expression", javascript}, {"returnByValue", true}, {"awaitPromise", true}},
+           AnsweredBy::page)
+          ->await(bounded);
+  if (answer) {
+    if (const boost::json::value* thrown = answer->if_contains("exceptionDetails"))
+      return {nullptr, thrownText(thrown->as_object())};
+    return {valueOf(answer->at("result").as_object()), std::nullopt};
+  }
+
+  const ProtocolError& error = answer.error();
+  if (error.code == sessionNotFound)
+    throw platform::failure(DevToolsFault::targetGone);
+  if (error.code != serverError)
+    throw platform::failure(DevToolsFault::refused, fmt::format("Runtime.evaluate: {}", error.message));
+  // The browser says the same of a page that went elsewhere and of one that was closed.
+  if (error.message.find("navigated or closed") != std::string::npos) {
+    const PendingCall::Answer still =
+        connection_->send("Target.getTargetInfo", {{"targetId", state_->targetID}})->await(bounded);
+    if (!still)
+      throw platform::failure(DevToolsFault::targetGone);
+  }
+  return {nullptr, error.message};
+}
+
+void Session::bind(const std::string& name, std::function<void(const std::string&)> listener) {
+  {
+    const std::lock_guard lock(state_->mutex);
+    state_->bindingName = name;
+    state_->bindingListener = std::move(listener);
+  }
+  send("Runtime.addBinding", {{"name", name}}, AnsweredBy::browser);
+}
+
+bool Session::isAttached() const {
+  const std::lock_guard lock(state_->mutex);
+  return !state_->isGone && connection_->isOpen();
+}
+
+const std::string& Session::targetID() const { return state_->targetID; }
+
+} // namespace tabwright::devtools

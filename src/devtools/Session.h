@@ -1,0 +1,72 @@
+#pragma once
+
+#include "devtools/Connection.h"
+
+#include <boost/json/object.hpp>
+#include <boost/json/value.hpp>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace tabwright::devtools {
+
+/// What came of evaluating JavaScript.
+struct Evaluation {
+  boost::json::value value;             ///< JSON null where the value is undefined, or none that JSON can say
+  std::optional<std::string> exception; ///< why there is no value: what was thrown, or what kept the value from us
+};
+
+/// One target that we are attached to: a page of the browser, or a worker.
+///
+/// Calls that the page itself must answer (all that run JavaScript) fail at once when its process crashes, when it is
+/// closed, and when it opens a dialog, since it answers nothing then. Calls that the browser's main process answers for
+/// the page go through whatever the page does.
+///
+/// A dialog that was open before we attached can't be told from a page that is busy: such calls end by their deadline.
+///
+/// Safe to use from any thread. Dropping the last reference detaches.
+class Session {
+public:
+  enum class Kind {
+    page,  ///< has dialogs, and survives its process
+    worker ///< has none, and is over when it is stopped
+  };
+  enum class AnsweredBy { page, browser };
+
+  /// Attaches to a target. Throws DevToolsFailure; `refused` when there is no such target.
+  static std::shared_ptr<Session> attach(std::shared_ptr<Connection> connection, const std::string& targetID, Kind kind,
+                                         const platform::CallLimits& limits);
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  /// Evaluates JavaScript in the target's global scope, awaiting a promise, and gets the value as JSON: functions,
+  /// symbols and big integers give null, as do numbers that aren't finite and whatever is nested too deeply or in a
+  /// circle. An exception is an ordinary answer, and so is that the page went to another address meanwhile.
+  /// Throws DevToolsFailure: targetGone, targetCrashed, dialogOpen, lost, timedOut, stopped, refused.
+  Evaluation evaluate(const std::string& javascript, const platform::CallLimits& limits);
+
+  /// Calls a method of the protocol in this session. Throws DevToolsFailure, as above.
+  boost::json::object call(std::string method, boost::json::object parameters, AnsweredBy answeredBy,
+                           const platform::CallLimits& limits);
+
+  /// Has `listener` called whenever code in the target calls the global function `name`, which this adds to it. The
+  /// listener is called on the connection's thread with that function's argument.
+  void bind(const std::string& name, std::function<void(const std::string&)> listener);
+
+  /// False once the target is gone, or its worker has been stopped, or the connection is lost: attach anew then.
+  [[nodiscard]] bool isAttached() const;
+  [[nodiscard]] const std::string& targetID() const;
+
+private:
+  struct State;
+  Session(std::shared_ptr<Connection> connection, std::shared_ptr<State> state);
+  std::shared_ptr<PendingCall> send(std::string method, boost::json::object parameters, AnsweredBy answeredBy);
+
+  std::shared_ptr<Connection> connection_;
+  std::shared_ptr<State> state_;
+};
+
+} // namespace tabwright::devtools

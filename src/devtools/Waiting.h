@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/CallLimits.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+
+namespace tabwright::devtools {
+
+/// Waits for a moment before something is looked at again. Throws DevToolsFailure: timedOut when the deadline comes
+/// first (`what` names what is waited for), stopped at once when a stop is requested.
+void pause(std::chrono::milliseconds duration, const char* what, const platform::CallLimits& limits);
+
+/// Lets one thread at a time do something that takes long, while the others wait within their own limits.
+///
+///     const Turn::Holder holder = turn.take("connecting", limits);
+class Turn {
+public:
+  class Holder {
+  public:
+    explicit Holder(Turn* turn) : turn_(turn) {}
+    ~Holder();
+    Holder(const Holder&) = delete;
+    Holder& operator=(const Holder&) = delete;
+
+  private:
+    Turn* turn_;
+  };
+
+  /// Waits for the turn, which lasts as long as the holder. Throws DevToolsFailure: timedOut (naming `what`), stopped.
+  [[nodiscard]] Holder take(const char* what, const platform::CallLimits& limits);
+
+private:
+  std::mutex mutex_;
+  std::condition_variable_any released_;
+  bool isTaken_ = false;
+};
+
+} // namespace tabwright::devtools

@@ -1,0 +1,129 @@
+// Each piece is a resource file whose placeholders are filled in one pass, so that a user's text is never searched for
+// them.
+#include "engine/AppleScriptSnippets.h"
+
+#include "engine/PageLibrary.h"
+#include "engine/Scriptacular.h"
+#include "engine/ScriptText.h"
+#include "engine/TextTemplate.h"
+#include "engine/ULID.h"
+#include "engine/errors/AppleScriptRuntimeError.h"
+#include "platform/Logger.h"
+#include "tabwright_engineResources.h"
+
+#include <algorithm>
+#include <cmath>
+#include <initializer_list>
+#include <stdexcept>
+
+namespace tabwright::engine {
+namespace {
+
+const platform::Logger logger("AppleScriptSnippets");
+
+std::string numberOf(AppleScriptRuntimeError error) { return std::to_string(rawValue(error)); }
+
+std::string joinedLines(std::initializer_list<std::string_view> pieces) {
+  std::string text;
+  for (const std::string_view piece : pieces) {
+    if (!text.empty())
+      text += '\n';
+    text += piece;
+  }
+  return text;
+}
+
+const std::string& frontTabBinding() {
+  static const std::string text = TextTemplate(resources::frontTabBinding_applescript).fill({});
+  return text;
+}
+
+// One poll before the first interval, then one after each.
+std::string pollCount(double timeout, double interval) {
+  if (!std::isfinite(timeout) || !std::isfinite(interval) || interval <= 0)
+    throw std::invalid_argument("a job needs a finite timeout and an interval above zero");
+  constexpr double largestInteger = 536870911; // the script's integers have 30 bits
+  const double intervals = std::clamp(std::trunc(timeout / interval), -largestInteger, largestInteger - 1);
+  return std::to_string(static_cast<long>(intervals) + 1);
+}
+
+std::string jobCode(std::string_view js, const JobVariables& variables) {
+  static const TextTemplate code(resources::jobCode_js);
+  return code.fill({{"CANARY", variables.canary},
+                    {"RESULT", variables.result},
+                    {"PAGE_LIBRARY", pageLibrary()},
+                    {"JS", js},
+                    {"EMPTY_RESULT_MARKER", AppleScriptSnippets::emptyResultMarker()}});
+}
+
+} // namespace
+
+JobVariables JobVariables::fresh() {
+  std::string result = "__" + freshULID();
+  return {.result = std::move(result), .canary = "__" + freshULID()};
+}
+
+const std::string& AppleScriptSnippets::openWindowsCheck() {
+  static const std::string text =
+      TextTemplate(resources::openWindowsCheck_applescript)
+          .fill({{"NO_OPEN_WINDOWS", numberOf(AppleScriptRuntimeError::noOpenWindows)}});
+  return text;
+}
+
+std::string AppleScriptSnippets::requestedWindowCheck(std::string_view windowID) {
+  static const TextTemplate text(resources::requestedWindowCheck_applescript);
+  return text.fill(
+      {{"WINDOW_ID", windowID}, {"WINDOW_NOT_FOUND", numberOf(AppleScriptRuntimeError::windowNotFound)}});
+}
+
+std::string AppleScriptSnippets::tabLookup(std::string_view tabFullID) {
+  static const TextTemplate text(resources::tabLookup_applescript);
+  return text.fill(
+      {{"TAB_ID", nativeID(tabFullID)}, {"TAB_NOT_FOUND", numberOf(AppleScriptRuntimeError::tabNotFound)}});
+}
+
+std::string AppleScriptSnippets::jobForFrontTab(std::string_view js, double timeout, double interval) {
+  return joinedLines({openWindowsCheck(), frontTabBinding(), asyncJob(js, timeout, interval)});
+}
+
+std::string AppleScriptSnippets::jobForRequestedTab(std::string_view tabFullID, std::string_view js, double timeout,
+                                                    double interval) {
+  return joinedLines({openWindowsCheck(), tabLookup(tabFullID), asyncJob(js, timeout, interval)});
+}
+
+std::string AppleScriptSnippets::asyncJob(std::string_view js, double timeout, double interval) {
+  return asyncJob(js, timeout, interval, JobVariables::fresh());
+}
+
+std::string AppleScriptSnippets::asyncJob(std::string_view js, double timeout, double interval,
+                                          const JobVariables& variables) {
+  logger.debug("JS:\n{}", js);
+  static const TextTemplate job(resources::asyncJob_applescript);
+  return job.fill({{"JOB_CODE", escapeForLiteral(jobCode(js, variables))},
+                   {"POLL_COUNT", pollCount(timeout, interval)},
+                   {"CANARY", variables.canary},
+                   {"RESULT", variables.result},
+                   {"PAGE_LOAD_DURING_EXECUTION", numberOf(AppleScriptRuntimeError::pageLoadDuringExecution)},
+                   {"INTERVAL", textOfDouble(interval)}});
+}
+
+const std::string& AppleScriptSnippets::emptyResultMarker() {
+  static const std::string marker = "res" + freshULID();
+  return marker;
+}
+
+std::string AppleScriptSnippets::frontmostScriptText(std::span<const std::string> browserIDs) {
+  static const TextTemplate text(resources::frontmostLookup_applescript);
+  std::string list;
+  for (const std::string& id : browserIDs)
+    list += (list.empty() ? "\"" : ", \"") + id + "\"";
+  return text.fill({{"MAIN_HANDLER", mainHandlerName}, {"BROWSER_BUNDLE_IDS", list}});
+}
+
+std::string AppleScriptSnippets::permissionTriggerScript(std::string_view bundleID, std::string_view applicationName) {
+  static const TextTemplate text(resources::permissionTrigger_applescript);
+  return text.fill(
+      {{"MAIN_HANDLER", mainHandlerName}, {"BUNDLE_ID", bundleID}, {"APPLICATION_NAME", applicationName}});
+}
+
+} // namespace tabwright::engine

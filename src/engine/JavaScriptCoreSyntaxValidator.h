@@ -1,0 +1,14 @@
+#pragma once
+
+#include "engine/JavascriptSyntaxValidator.h"
+
+namespace tabwright::engine {
+
+/// The validator over WebKit's JavaScriptCore. The library is loaded at the first call, so that a program that validates
+/// nothing doesn't pay for it; where it isn't installed, every call throws a `Failure` that names it.
+class JavaScriptCoreSyntaxValidator final : public JavascriptSyntaxValidator {
+public:
+  [[nodiscard]] std::optional<std::string> validateJavascript(std::string_view js) override;
+};
+
+} // namespace tabwright::engine

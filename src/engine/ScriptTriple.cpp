@@ -1,0 +1,42 @@
+#include "engine/ScriptTriple.h"
+
+#include "engine/errors/AppleScriptRuntimeError.h"
+#include "engine/errors/ScriptacularError.h"
+#include "platform/Logger.h"
+
+namespace tabwright::engine {
+namespace {
+
+const platform::Logger logger("Scriptacular");
+
+} // namespace
+
+ScriptTriple ScriptTriple::decode(const platform::AppleEventDescriptor& result) {
+  if (result.numberOfItems() < 2) {
+    logger.error("resultEventDescriptor.numberOfItems: {}", result.numberOfItems());
+    throw platform::failure(ScriptacularError::malformedScriptResult);
+  }
+  const auto flag = result.descriptorAtIndex(1);
+  const auto version = result.descriptorAtIndex(2);
+  const auto payload = result.descriptorAtIndex(3);
+  if (!flag || !version || !payload) {
+    logger.error("Malformed script result: {}", result.description());
+    throw platform::failure(ScriptacularError::malformedScriptResult);
+  }
+  const bool isSuccess = flag->booleanValue();
+  if (logger.isOn(platform::LogLevel::debug))
+    logger.debug("Success?: {}, browser version: {}, payload: {}", isSuccess, version->description(),
+                 payload->description());
+  if (!isSuccess) {
+    const auto error = appleScriptRuntimeErrorWithRawValue(payload->int32Value());
+    throw platform::failure(error.value_or(AppleScriptRuntimeError::unknownError));
+  }
+  const std::optional<std::string> text = payload->stringValue();
+  if (!text) {
+    logger.error("Malformed script result: {}", result.description());
+    throw platform::failure(ScriptacularError::malformedScriptResult);
+  }
+  return {.browserVersion = version->stringValue(), .payload = *text};
+}
+
+} // namespace tabwright::engine

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "engine/JSONDecoding.h"
+#include "engine/ScriptacularServices.h"
+#include "engine/TargetContext.h"
+#include "engine/TemporaryScript.h"
+#include "platform/Task.h"
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace tabwright::engine {
+
+/// The handler of every generated program that its event calls.
+inline constexpr std::string_view mainHandlerName = "runWithVariables";
+
+/// Whom the main `tell` block of a script speaks to: the browser, or System Events in its place.
+enum class TellSystemEvents : bool { no, yes };
+
+/// One run of one script: assembles the program around an action's own lines, runs it, and decodes its result.
+///
+///     Scriptacular scriptacular(services, "return success(my getListOfTabs())", {}, target, TellSystemEvents::no);
+///     auto tabs = co_await scriptacular.run<std::vector<BrowserTabData>>();
+///
+/// It serves one run and one coroutine at a time. The result type is anything with a `JSONDecoding`.
+///
+/// Failures of a run, all thrown: `AppleScriptRuntimeError` (the script ended in `failure(n)`), `ScriptacularError`
+/// (the script couldn't be run, or its result has the wrong shape), `StringError::unableToDecodeJSON`, and any failure
+/// of the script itself that none of these fits, unchanged. The temporary file is gone in every case.
+class Scriptacular {
+public:
+  using Arguments = std::map<std::string, std::string>;
+
+  /// `args` are named values for the script: the keys become the parameter names of its main handler and must be
+  /// AppleScript identifiers; the values travel beside the text and may hold anything. `targetContext` must have an id.
+  Scriptacular(const ScriptacularServices& services, std::string appleScript, Arguments args,
+               TargetContext targetContext, TellSystemEvents tellSystemEvents);
+
+  /// One that runs complete programs only (the setup's and the frontmost lookup): no script of its own, the frontmost
+  /// browser as its target, `isOnboarding` true.
+  [[nodiscard]] static Scriptacular forOnboarding(const ScriptacularServices& services);
+
+  /// The action's own lines, the body of the main `tell` block.
+  const std::string& appleScript() const { return appleScript_; }
+  /// Ordered by key: the order of the main handler's parameters and of the event's values.
+  const Arguments& argsSorted() const { return args_; }
+  /// The browser aimed at; the actual one once `run` has resolved the frontmost.
+  const TargetContext& targetContext() const { return targetContext_; }
+  TellSystemEvents tellSystemEvents() const { return tellSystemEvents_; }
+  void setTellSystemEvents(TellSystemEvents value) { tellSystemEvents_ = value; }
+  /// True while the setup or the frontmost lookup run a script: no browser version is recorded then.
+  bool isOnboarding() const { return isOnboarding_; }
+
+  /// The finished program. Doesn't depend on anything but the fields above and has no effect but a line in the log.
+  [[nodiscard]] std::string buildScriptText() const;
+
+  /// Makes `targetContext` the actual browser if it is the frontmost one. `run` does this by itself.
+  platform::Task<void> resolveFrontmostBrowser();
+
+  /// Resolves the target, assembles, runs, decodes.
+  template <class T>
+  platform::Task<T> run() {
+    co_await resolveFrontmostBrowser();
+    std::string text = buildScriptText();
+    co_return co_await runScriptText<T>(std::move(text));
+  }
+
+  /// Runs a complete program as it stands.
+  template <class T>
+  platform::Task<T> runScriptText(std::string text) {
+    const TemporaryScript script = TemporaryScript::write(text, services_);
+    co_return co_await runTempScript<T>(script.path());
+  }
+
+  /// Runs one script file.
+  template <class T>
+  platform::Task<T> runTempScript(std::filesystem::path scriptURL) {
+    const std::string payload = co_await payloadOfScript(std::move(scriptURL));
+    co_return decodeJSON<T>(payload);
+  }
+
+private:
+  platform::Task<std::string> payloadOfScript(std::filesystem::path scriptURL);
+
+  ScriptacularServices services_;
+  std::string appleScript_;
+  Arguments args_;
+  TargetContext targetContext_;
+  TellSystemEvents tellSystemEvents_;
+  bool isOnboarding_ = false;
+};
+
+} // namespace tabwright::engine

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "crashreport/CrashReporter.h"
+#include "engine/BrowserVersionStore.h"
+#include "engine/FrontmostResolver.h"
+#include "platform/Clock.h"
+#include "platform/FileManager.h"
+#include "platform/UserAppleScriptTask.h"
+
+namespace tabwright::engine {
+
+/// What running a script needs of the world. The program makes one; everything it names outlives every `Scriptacular`,
+/// and may be used from several threads at once.
+struct ScriptacularServices {
+  platform::UserAppleScriptTasks& tasks;
+  platform::FileManager& files;
+  platform::Clock& clock;
+  crashreport::CrashReporter& crashReporter;
+  /// Null: a run against the frontmost browser ends in `AppleScriptRuntimeError::frontAppIsNotABrowser`.
+  FrontmostResolver* frontmostResolver = nullptr;
+  /// Null: versions are not recorded.
+  BrowserVersionStore* browserVersions = nullptr;
+};
+
+} // namespace tabwright::engine

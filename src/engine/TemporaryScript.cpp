@@ -1,0 +1,90 @@
+// The steps, each with its own failure: test the text, find the scripts folder, ensure the folder Temp, find a free name,
+// write. A taken name moves on to the next moment that a double can tell apart.
+#include "engine/TemporaryScript.h"
+
+#include "engine/ScriptText.h"
+#include "engine/errors/ScriptacularError.h"
+#include "platform/Logger.h"
+#include "platform/Whitespace.h"
+
+#include <cmath>
+#include <limits>
+#include <string>
+#include <utility>
+
+namespace tabwright::engine {
+namespace {
+
+using platform::Failure;
+using platform::FileKind;
+
+const platform::Logger logger("Scriptacular");
+
+[[noreturn]] void failWith(ScriptacularError error) {
+  logger.error("{}", errorDescription(error));
+  throw platform::failure(error);
+}
+
+std::filesystem::path scriptsFolder(platform::FileManager& files) {
+  try {
+    return files.applicationScriptsFolder();
+  } catch (const Failure&) {
+    failWith(ScriptacularError::unableToLocateApplicationScriptsFolder);
+  }
+}
+
+void ensureTempFolder(const std::filesystem::path& folder, const ScriptacularServices& services) {
+  const auto kind = services.files.kindOfFile(folder);
+  if (kind == FileKind::folder)
+    return;
+  if (kind)
+    failWith(ScriptacularError::unableToCreateTempFolder);
+  try {
+    services.files.createDirectory(folder);
+  } catch (const Failure& error) {
+    services.crashReporter.captureError(error);
+    failWith(ScriptacularError::unableToCreateTempFolder);
+  }
+}
+
+std::filesystem::path writeUnderFreeName(const std::filesystem::path& folder, std::string_view text,
+                                         const ScriptacularServices& services) {
+  try {
+    for (double time = services.clock.secondsSinceReferenceDate();;
+         time = std::nextafter(time, std::numeric_limits<double>::infinity())) {
+      std::filesystem::path file = folder / (textOfDouble(time) + ".applescript");
+      if (services.files.writeNewFileAtomically(file, text))
+        return file;
+    }
+  } catch (const Failure& error) {
+    services.crashReporter.captureError(error);
+    logger.error("{}", error.errorDescription());
+    throw platform::failure(ScriptacularError::unableToWrite);
+  }
+}
+
+} // namespace
+
+TemporaryScript TemporaryScript::write(std::string_view text, const ScriptacularServices& services) {
+  if (platform::isBlank(text)) {
+    logger.error("No script passed in during initialization");
+    throw platform::failure(ScriptacularError::missingScript);
+  }
+  const std::filesystem::path folder = scriptsFolder(services.files) / "Temp";
+  ensureTempFolder(folder, services);
+  return TemporaryScript(writeUnderFreeName(folder, text, services), services);
+}
+
+TemporaryScript::TemporaryScript(std::filesystem::path path, const ScriptacularServices& services)
+    : path_(std::move(path)), files_(services.files), crashReporter_(services.crashReporter) {}
+
+TemporaryScript::~TemporaryScript() {
+  try {
+    files_.remove(path_);
+  } catch (const std::exception& error) {
+    crashReporter_.captureError(error);
+    logger.error("{}", error.what());
+  }
+}
+
+} // namespace tabwright::engine

@@ -1,0 +1,169 @@
+// Help is laid out here and worded in the string catalogues: everything specific to an action comes from its declaration.
+#include "host/ActionHelp.h"
+
+#include "host/ExampleCommands.h"
+#include "intents/EntityDeclaration.h"
+#include "platform/StringCatalogue.h"
+
+#include <algorithm>
+#include <boost/json/serialize.hpp>
+
+namespace tabwright::host {
+
+namespace {
+
+using intents::ParameterDeclaration;
+using intents::ValueKind;
+
+constexpr std::size_t lineWidth = 80;
+
+std::size_t characterCount(std::string_view utf8) {
+  return static_cast<std::size_t>(std::ranges::count_if(
+      utf8, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
+}
+
+// The words of `text` in lines that begin with `indent` blanks.
+std::string wrapped(std::string_view text, std::size_t indent) {
+  const std::string margin(indent, ' ');
+  std::string lines;
+  std::string line;
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find(' ', start), text.size());
+    const std::string_view word = text.substr(start, end - start);
+    start = end + 1;
+    if (word.empty())
+      continue;
+    if (!line.empty() && indent + characterCount(line) + 1 + characterCount(word) > lineWidth) {
+      lines += margin + line + "\n";
+      line.clear();
+    }
+    line += (line.empty() ? "" : " ") + std::string(word);
+  }
+  return line.empty() ? lines : lines + margin + line + "\n";
+}
+
+// A summary sentence with its fields as <name>.
+std::string sentenceOf(const intents::Intent& action, const intents::SummaryRow& row) {
+  std::string sentence = action.summaryText(row).text();
+  for (const intents::ParameterBase* parameter : row.sentence) {
+    const std::string field = "${" + parameter->name() + "}";
+    if (const std::size_t place = sentence.find(field); place != std::string::npos)
+      sentence.replace(place, field.size(), "<" + parameter->name() + ">");
+  }
+  return sentence;
+}
+
+const intents::SummaryRow& mainRow(const intents::Intent& action) { return action.summary().current(); }
+
+std::string conditionOf(const intents::SummaryRow& row) {
+  std::string text;
+  for (const intents::SummaryCondition& condition : row.when)
+    text += (text.empty() ? "" : ", ") + condition.parameter->name() + " " + condition.caseName;
+  return text;
+}
+
+std::string choicesOf(const ParameterDeclaration& declaration) {
+  std::string lines;
+  if (declaration.type.kind == ValueKind::enumeration) {
+    const intents::EnumDeclaration& declared = *declaration.type.enumeration;
+    std::size_t widest = 0;
+    for (const intents::EnumCase& enumCase : declared.cases)
+      widest = std::max(widest, enumCase.name.size());
+    for (const intents::EnumCase& enumCase : declared.cases)
+      lines += "        " + std::string(enumCase.name) + std::string(widest - enumCase.name.size() + 2, ' ') +
+               declared.caption(enumCase).text() + "\n";
+  } else if (declaration.options) {
+    for (const intents::OptionSection& section : declaration.options->results()) {
+      std::string texts;
+      for (const intents::Option& option : section.options)
+        texts += (texts.empty() ? "" : ", ") + option.text + " (" + option.title + ")";
+      if (!texts.empty())
+        lines += wrapped(section.label + ": " + texts, 8);
+    }
+  }
+  return lines;
+}
+
+std::string defaultOf(const ParameterDeclaration& declaration) {
+  if (const auto offered = declaration.options ? declaration.options->defaultResult() : std::nullopt)
+    return offered->text;
+  if (!declaration.defaultValue)
+    return {};
+  const boost::json::string* text = declaration.defaultValue->if_string();
+  return text ? std::string(*text) : boost::json::serialize(*declaration.defaultValue);
+}
+
+// A type in the words of the user: enums and entities have captions, the rest goes by the type's own name.
+std::string captionOf(const intents::ValueType& type) {
+  if (type.kind == ValueKind::enumeration)
+    return type.enumeration->typeCaption().text();
+  if (type.kind == ValueKind::entity)
+    return type.entity->typeCaption.text();
+  return type.name();
+}
+
+std::string parameterHelp(const intents::Intent& action, const intents::ParameterBase& parameter) {
+  const ParameterDeclaration& declaration = parameter.declaration();
+  std::string help = "  --" + declaration.name + " <" + captionOf(declaration.type) + ">\n";
+  help += wrapped(declaration.title.text() + ": " + declaration.description.text(), 6);
+  help += choicesOf(declaration);
+  if (action.isAlwaysNeeded(parameter))
+    help += "      " + platform::localized("help.needed") + "\n";
+  if (const std::string text = defaultOf(declaration); !text.empty())
+    help += "      " + platform::localizedFormat("help.default", {text}) + "\n";
+  return help;
+}
+
+std::string resultHelp(const intents::ValueType& type) {
+  std::string help = "  " + (type.isList ? platform::localizedFormat("help.list", {captionOf(type)}) : captionOf(type)) + "\n";
+  if (type.kind != ValueKind::entity)
+    return help;
+  std::string names;
+  for (const intents::PropertyDeclaration& property : type.entity->properties)
+    names += (names.empty() ? "" : ", ") + std::string(property.name);
+  return help + wrapped(platform::localizedFormat("help.properties", {names}), 6);
+}
+
+std::string heading(std::string_view key) { return "\n" + platform::localized(key) + "\n"; }
+
+} // namespace
+
+std::string catalogueHelp(const Catalogue& catalogue) {
+  std::string help;
+  std::size_t widest = 0;
+  for (const std::string& name : catalogue.names())
+    widest = std::max(widest, name.size());
+  for (const std::string& name : catalogue.names()) {
+    const auto action = catalogue.make(name);
+    help += name + std::string(widest - name.size() + 2, ' ') + sentenceOf(*action, mainRow(*action)) + "\n";
+  }
+  return help;
+}
+
+std::string actionHelp(const Catalogue& catalogue, std::string_view name) {
+  const auto action = catalogue.make(name);
+  std::string help = action->name() + " - " + action->title().text() + "\n\n";
+
+  help += wrapped(sentenceOf(*action, mainRow(*action)), 2);
+  for (const intents::SummaryRow& row : action->summary().rows) {
+    if (&row == &mainRow(*action))
+      continue;
+    const std::string sentence = sentenceOf(*action, row);
+    help += wrapped(row.when.empty() ? platform::localizedFormat("help.otherwise", {sentence})
+                                     : platform::localizedFormat("help.with", {conditionOf(row), sentence}),
+                    2);
+  }
+
+  help += heading("help.parameters");
+  for (const intents::ParameterBase* parameter : action->parameters())
+    help += parameterHelp(*action, *parameter);
+
+  help += heading("help.result") + resultHelp(action->resultType());
+
+  help += heading("help.examples");
+  for (const ExampleCommand& example : exampleCommands(catalogue, name))
+    help += "  " + example.commandLine + "\n";
+  return help;
+}
+
+} // namespace tabwright::host

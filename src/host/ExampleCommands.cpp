@@ -1,0 +1,64 @@
+#include "host/ExampleCommands.h"
+
+#include <algorithm>
+
+namespace tabwright::host {
+
+namespace {
+
+std::string quotedForShell(const std::string& text) {
+  constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789%+,-./:=@_";
+  if (!text.empty() && text.find_first_not_of(plain) == std::string::npos)
+    return text;
+  std::string quoted = "'";
+  for (const char character : text)
+    quoted += character == '\'' ? std::string("'\\''") : std::string(1, character);
+  return quoted + "'";
+}
+
+enum class Fill { whatIsMissing, allExamples };
+
+// Gives parameters the example of their declaration, where they count at this point: setting a choice may make later ones
+// count.
+ExampleCommand completed(intents::Intent& action, ParameterTexts chosen, Fill fill) {
+  for (const auto& [name, text] : chosen)
+    action.findParameter(name)->setText(text);
+  ExampleCommand example{.parameters = std::move(chosen), .commandLine = "tabwright run " + action.name()};
+  for (intents::ParameterBase* parameter : action.parameters()) {
+    const std::string& text = parameter->declaration().example;
+    if (text.empty() || !action.summary().current().shows(*parameter) ||
+        (fill == Fill::whatIsMissing && parameter->hasValue()))
+      continue;
+    parameter->setText(text);
+    example.parameters.emplace_back(parameter->name(), text);
+  }
+  for (const auto& [name, text] : example.parameters)
+    example.commandLine += " --" + name + " " + quotedForShell(text);
+  return example;
+}
+
+} // namespace
+
+std::vector<ExampleCommand> exampleCommands(const Catalogue& catalogue, std::string_view name) {
+  const auto action = catalogue.make(name);
+  std::vector<ExampleCommand> examples;
+  const auto add = [&](ParameterTexts chosen, Fill fill) {
+    ExampleCommand example = completed(*catalogue.make(name), std::move(chosen), fill);
+    if (std::ranges::find(examples, example.commandLine, &ExampleCommand::commandLine) == examples.end())
+      examples.push_back(std::move(example));
+  };
+  add({}, Fill::whatIsMissing);
+  add({}, Fill::allExamples);
+  for (const intents::SummaryRow& row : action->summary().rows) {
+    ParameterTexts chosen;
+    for (const intents::SummaryCondition& condition : row.when) {
+      if (!condition.holds())
+        chosen.emplace_back(condition.parameter->name(), condition.caseName);
+    }
+    if (!chosen.empty())
+      add(std::move(chosen), Fill::whatIsMissing);
+  }
+  return examples;
+}
+
+} // namespace tabwright::host

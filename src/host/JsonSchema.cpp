@@ -1,0 +1,136 @@
+#include "host/JsonSchema.h"
+
+#include "intents/EntityDeclaration.h"
+
+#include <algorithm>
+#include <boost/json/array.hpp>
+
+namespace tabwright::host {
+
+namespace {
+
+using boost::json::array;
+using boost::json::object;
+using intents::ParameterBase;
+using intents::ParameterDeclaration;
+using intents::ValueKind;
+using intents::ValueType;
+
+object schemaOf(const ValueType& type);
+
+object schemaOfEnum(const intents::EnumDeclaration& declaration) {
+  array names;
+  for (const intents::EnumCase& enumCase : declaration.cases)
+    names.emplace_back(enumCase.name);
+  return {{"type", "string"}, {"enum", std::move(names)}};
+}
+
+object schemaOfEntity(const intents::EntityDeclaration& entity) {
+  object properties;
+  array needed;
+  for (const intents::PropertyDeclaration& property : entity.properties) {
+    object& schema = properties[property.name].emplace_object();
+    schema = schemaOf(property.type);
+    schema["title"] = property.title.text();
+    if (property.presence == intents::PropertyPresence::needed)
+      needed.emplace_back(property.name);
+  }
+  return {{"type", "object"},
+          {"properties", std::move(properties)},
+          {"required", std::move(needed)},
+          {"additionalProperties", false}};
+}
+
+object schemaOfItem(const ValueType& type) {
+  switch (type.kind) {
+  case ValueKind::nothing:
+    return {{"type", "null"}};
+  case ValueKind::text:
+    return {{"type", "string"}};
+  case ValueKind::boolean:
+    return {{"type", "boolean"}};
+  case ValueKind::integer:
+    return {{"type", "integer"}};
+  case ValueKind::enumeration:
+    return schemaOfEnum(*type.enumeration);
+  case ValueKind::entity:
+    return schemaOfEntity(*type.entity);
+  case ValueKind::file:
+    return {{"type", array{"object", "array", "string"}}};
+  }
+  return {};
+}
+
+object schemaOf(const ValueType& type) {
+  if (type.isList)
+    return {{"type", "array"}, {"items", schemaOfItem(type)}};
+  return schemaOfItem(type);
+}
+
+// Every offered text once: a running browser is also an installed one.
+array textsOf(const intents::OptionsProvider& provider) {
+  array texts;
+  for (const intents::OptionSection& section : provider.results()) {
+    for (const intents::Option& option : section.options) {
+      const boost::json::value text(option.text);
+      if (std::ranges::find(texts, text) == texts.end())
+        texts.push_back(text);
+    }
+  }
+  return texts;
+}
+
+std::string descriptionOf(const ParameterDeclaration& declaration) {
+  std::string description = declaration.description.text();
+  if (declaration.type.kind != ValueKind::enumeration)
+    return description;
+  const intents::EnumDeclaration& declared = *declaration.type.enumeration;
+  for (const intents::EnumCase& enumCase : declared.cases)
+    description += (enumCase.name == declared.cases.front().name ? " (" : "; ") + std::string(enumCase.name) + ": " +
+                   declared.caption(enumCase).text();
+  return description + ")";
+}
+
+object schemaOfParameter(const ParameterDeclaration& declaration) {
+  object schema{{"title", declaration.title.text()}, {"description", descriptionOf(declaration)}};
+  object type = schemaOf(declaration.type);
+  if (declaration.options) {
+    object text{{"type", "string"}, {"examples", textsOf(*declaration.options)}};
+    schema["anyOf"] = array{std::move(text), std::move(type)};
+  } else {
+    for (auto& [key, value] : type)
+      schema[key] = std::move(value);
+  }
+  if (declaration.defaultValue)
+    schema["default"] = *declaration.defaultValue;
+  else if (const auto offered = declaration.options ? declaration.options->defaultResult() : std::nullopt)
+    schema["default"] = offered->text;
+  return schema;
+}
+
+} // namespace
+
+object inputSchema(const intents::Intent& action) {
+  object properties;
+  array required;
+  for (const ParameterBase* parameter : action.parameters()) {
+    properties[parameter->name()] = schemaOfParameter(parameter->declaration());
+    if (action.isAlwaysNeeded(*parameter))
+      required.emplace_back(parameter->name());
+  }
+  object schema{{"type", "object"}, {"properties", std::move(properties)}};
+  if (!required.empty())
+    schema["required"] = std::move(required);
+  schema["additionalProperties"] = false;
+  return schema;
+}
+
+object outputSchema(const intents::Intent& action) {
+  const ValueType type = action.resultType();
+  object schema = schemaOf(type);
+  if (!type.isOptional)
+    return schema;
+  return {{"anyOf", array{std::move(schema), object{{"type", "null"}}}}};
+}
+
+} // namespace tabwright::host

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "intents/Intent.h"
+
+#include <boost/json/object.hpp>
+
+namespace tabwright::host {
+
+/// JSON Schema (draft 2020-12) of the object of an action's parameters, made from their declarations: an action is
+/// described to other programs in the same words as to users.
+///
+/// Enums list the names of their cases, with the captions in the description. A parameter with offered choices takes a
+/// text too, with the choices of this moment as examples. Required are the parameters that have no default and count
+/// whatever the others say. Texts are in the user's language.
+[[nodiscard]] boost::json::object inputSchema(const intents::Intent& action);
+
+/// JSON Schema of an action's result.
+[[nodiscard]] boost::json::object outputSchema(const intents::Intent& action);
+
+} // namespace tabwright::host

@@ -1,0 +1,75 @@
+// Edit distance (Levenshtein) by the usual table of two rows. A name that holds what was written counts as one error away,
+// so that "click" finds ClickElement.
+#include "host/NearestNames.h"
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
+namespace tabwright::host {
+
+namespace {
+
+std::string lowercased(std::string_view text) {
+  std::string lower(text);
+  for (char& character : lower)
+    character = character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+  return lower;
+}
+
+std::size_t editDistance(std::string_view from, std::string_view to) {
+  std::vector<std::size_t> above(to.size() + 1);
+  std::vector<std::size_t> row(to.size() + 1);
+  std::iota(above.begin(), above.end(), std::size_t{0});
+  for (std::size_t line = 0; line < from.size(); ++line) {
+    row[0] = line + 1;
+    for (std::size_t column = 0; column < to.size(); ++column) {
+      const std::size_t replaced = above[column] + (from[line] == to[column] ? 0 : 1);
+      row[column + 1] = std::min({replaced, above[column + 1] + 1, row[column] + 1});
+    }
+    std::swap(above, row);
+  }
+  return above.back();
+}
+
+} // namespace
+
+std::vector<std::string> nearestNames(std::string_view wanted, std::span<const std::string> names) {
+  constexpr std::size_t most = 3;
+  const std::string written = lowercased(wanted);
+  const std::size_t tolerance = std::max<std::size_t>(2, written.size() / 3);
+
+  std::vector<std::pair<std::size_t, std::size_t>> near; // distance and index: names equally near keep their order
+  for (std::size_t index = 0; index < names.size(); ++index) {
+    const std::string candidate = lowercased(names[index]);
+    const bool holdsIt = written.size() > 2 && candidate.find(written) != std::string::npos;
+    const std::size_t distance = holdsIt ? 1 : editDistance(written, candidate);
+    if (distance <= tolerance)
+      near.emplace_back(distance, index);
+  }
+  std::ranges::sort(near);
+
+  std::vector<std::string> best;
+  for (const auto& [distance, index] : near) {
+    if (best.size() < most)
+      best.push_back(names[index]);
+  }
+  return best;
+}
+
+std::string didYouMean(std::string_view wanted, std::span<const std::string> names, std::string_view otherwise) {
+  const std::vector<std::string> near = nearestNames(wanted, names);
+  if (near.empty())
+    return std::string(otherwise);
+  std::string sentence = " Did you mean ";
+  for (std::size_t index = 0; index < near.size(); ++index) {
+    if (index > 0)
+      sentence += index + 1 == near.size() ? " or " : ", ";
+    sentence += near[index];
+  }
+  return sentence + "?";
+}
+
+bool equalIgnoringCase(std::string_view left, std::string_view right) { return lowercased(left) == lowercased(right); }
+
+} // namespace tabwright::host

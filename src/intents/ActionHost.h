@@ -1,0 +1,28 @@
+#pragma once
+
+#include "intents/LocalizedText.h"
+#include "platform/Failure.h"
+#include "platform/Task.h"
+
+#include <string>
+
+namespace tabwright::intents {
+
+/// The user said no, or there was nobody to ask. The action has done nothing yet.
+class ConfirmationRefused final : public platform::Failure {
+public:
+  [[nodiscard]] std::string errorDescription() const override { return "The action was not confirmed"; }
+  [[nodiscard]] platform::FailureIdentity identity() const override { return {"ConfirmationRefused", "refused", {}}; }
+};
+
+/// Whoever hosts an action, as far as the action may speak to it while it runs.
+class ActionHost {
+public:
+  virtual ~ActionHost() = default;
+
+  /// Asks the user to allow what the action is about to do, and returns when the answer is yes.
+  /// Throws `ConfirmationRefused` otherwise. A host without a user to ask must refuse; it may not wait for ever.
+  virtual platform::Task<void> requestConfirmation(LocalizedText question) = 0;
+};
+
+} // namespace tabwright::intents

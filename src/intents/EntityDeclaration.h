@@ -1,0 +1,36 @@
+#pragma once
+
+#include "intents/LocalizedText.h"
+#include "intents/ValueType.h"
+
+#include <boost/json/value.hpp>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tabwright::intents {
+
+/// Whether a property must stand in an entity that a user wrote by hand. One that an action made has them all.
+enum class PropertyPresence { needed, mayBeLeftOut };
+
+/// One property of an entity: a key of its JSON object.
+struct PropertyDeclaration {
+  std::string_view name;
+  ValueType type;
+  LocalizedText title;
+  PropertyPresence presence = PropertyPresence::mayBeLeftOut;
+};
+
+/// What is known of an entity without its C++ type. An entity is a value that crosses to the host as a JSON object, and
+/// comes back as a parameter of a later action. Its properties keep their declared order.
+struct EntityDeclaration {
+  std::string_view name;
+  LocalizedText typeCaption; ///< `entity.NAME.typeDisplayRepresentation`
+  std::vector<PropertyDeclaration> properties;
+
+  /// One line that shows an entity to a user, from its JSON. Throws `ValueError` when it is none.
+  std::function<std::string(const boost::json::value&)> displayRepresentation;
+};
+
+} // namespace tabwright::intents

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "intents/Parameter.h"
+#include "intents/Summary.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tabwright::intents {
+
+/// What an action is to those who list, describe and fill it in: a name, typed parameters, a summary, a result type.
+///
+/// An action's class derives from it and declares each parameter once, as a member:
+///
+///     class Greet : public Intent {
+///     public:
+///       Greet() : Intent("Greet", "Intents-Demo") { summarise({{.key = "", .sentence = {&person}}}); }
+///       ValueType resultType() const override { return ValueTraits<std::string>::type(); }
+///       Parameter<std::string> person{*this, {.name = "person", .example = "Ann"}};
+///     };
+///
+/// Title and summary have the keys `intent.NAME.title.betaBuild` and `intent.NAME.parameterSummary.ROW ` (with the blank
+/// at the end) in the action's table. An object holds the parameter values of one run; it belongs to one thread at a
+/// time. It can't be copied or moved, since its parameters know it.
+class Intent {
+public:
+  virtual ~Intent() = default;
+  Intent(const Intent&) = delete;
+  Intent& operator=(const Intent&) = delete;
+
+  [[nodiscard]] const std::string& name() const { return name_; }
+  [[nodiscard]] const std::string& table() const { return table_; }
+  [[nodiscard]] LocalizedText title() const;
+  /// In declaration order.
+  [[nodiscard]] std::span<ParameterBase* const> parameters() const { return parameters_; }
+  [[nodiscard]] ParameterBase* findParameter(std::string_view name) const;
+  [[nodiscard]] const Summary& summary() const { return summary_; }
+  [[nodiscard]] LocalizedText summaryText(const SummaryRow& row) const;
+  [[nodiscard]] virtual ValueType resultType() const = 0;
+
+  /// The first parameter that must be given and hasn't been: required, shown by the summary as the values are now, and
+  /// without a value. Null when the action can run.
+  [[nodiscard]] const ParameterBase* missingParameter() const;
+  /// Whether the parameter must be given whatever the others say: required, without a value so far, and shown by every
+  /// form of the summary.
+  [[nodiscard]] bool isAlwaysNeeded(const ParameterBase& parameter) const;
+
+protected:
+  Intent(std::string name, std::string_view table) : name_(std::move(name)), table_(table) {}
+
+  /// Sets the summary, once, in the constructor. Its last row must have no condition: `std::logic_error`.
+  void summarise(std::vector<SummaryRow> rows);
+
+private:
+  friend ParameterBase;
+
+  std::string name_;
+  std::string table_;
+  std::vector<ParameterBase*> parameters_;
+  Summary summary_;
+};
+
+} // namespace tabwright::intents

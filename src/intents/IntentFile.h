@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace tabwright::intents {
+
+/// A file as a value: a parameter's JSON document, or a result's rich text.
+struct IntentFile {
+  std::string data;     ///< its bytes
+  std::string filename; ///< a plain name, without folders
+  std::string type;     ///< media type, such as "application/json"
+
+  friend bool operator==(const IntentFile&, const IntentFile&) = default;
+};
+
+} // namespace tabwright::intents

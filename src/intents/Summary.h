@@ -1,0 +1,45 @@
+#pragma once
+
+#include "intents/LocalizedText.h"
+#include "intents/Parameter.h"
+
+#include <boost/json/value.hpp>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tabwright::intents {
+
+/// True while an enum parameter has a certain case.
+struct SummaryCondition {
+  const ParameterBase* parameter;
+  std::string caseName;
+
+  [[nodiscard]] bool holds() const { return parameter->json() == boost::json::value(caseName); }
+};
+
+/// The condition that `parameter` has the case `value`.
+template <DeclaredEnum Enum>
+[[nodiscard]] SummaryCondition is(const Parameter<Enum>& parameter, Enum value) {
+  return {&parameter, std::string(enumCase(value).name)};
+}
+
+/// One form of an action's summary.
+struct SummaryRow {
+  std::vector<SummaryCondition> when; ///< all must hold; none stands for always
+  std::string key;                    ///< the last part of the sentence's key: "tabSelection.specificTab"
+  std::vector<const ParameterBase*> sentence; ///< stand in the sentence, as ${name}
+  std::vector<const ParameterBase*> further;  ///< shown beside it
+
+  [[nodiscard]] bool shows(const ParameterBase& parameter) const;
+};
+
+/// The sentence that tells what an action will do, with its parameters in it, and which parameters count at all for the
+/// values of others. The first row whose conditions hold is the one; the last row has no condition.
+struct Summary {
+  std::vector<SummaryRow> rows;
+
+  [[nodiscard]] const SummaryRow& current() const;
+};
+
+} // namespace tabwright::intents

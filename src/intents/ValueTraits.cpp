@@ -1,0 +1,115 @@
+// The readers of values that need no knowledge of their C++ type. Every refusal names what came and what may stand there.
+#include "intents/ValueTraits.h"
+
+#include "intents/EntityDeclaration.h"
+
+#include <algorithm>
+#include <array>
+#include <boost/json/parse.hpp>
+#include <charconv>
+
+namespace tabwright::intents {
+
+namespace {
+
+constexpr std::string_view wholeNumber = "a whole number";
+
+bool equalIgnoringCase(std::string_view left, std::string_view right) {
+  constexpr auto lower = [](char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+  };
+  return std::ranges::equal(left, right, {}, lower, lower);
+}
+
+std::string oneOf(const EnumDeclaration& declaration) {
+  std::string names = "one of ";
+  for (const EnumCase& enumCase : declaration.cases)
+    names += (enumCase.name == declaration.cases.front().name ? "" : ", ") + std::string(enumCase.name);
+  return names;
+}
+
+} // namespace
+
+std::string ValueTraits<std::string>::fromJson(const boost::json::value& json) {
+  if (const boost::json::string* text = json.if_string())
+    return std::string(*text);
+  throw ValueError::unsuitable(json, "a text");
+}
+
+bool ValueTraits<bool>::fromJson(const boost::json::value& json) {
+  if (const bool* value = json.if_bool())
+    return *value;
+  throw ValueError::unsuitable(json, "true or false");
+}
+
+bool ValueTraits<bool>::fromText(std::string_view text) {
+  const auto isAnyOf = [&](const auto& words) {
+    return std::ranges::any_of(words, [&](std::string_view word) { return equalIgnoringCase(word, text); });
+  };
+  if (isAnyOf(std::array<std::string_view, 3>{"true", "yes", "1"}))
+    return true;
+  if (isAnyOf(std::array<std::string_view, 3>{"false", "no", "0"}))
+    return false;
+  throw ValueError::unsuitable(text, "true or false (yes, no, 1 and 0 will do)");
+}
+
+std::int64_t ValueTraits<std::int64_t>::fromJson(const boost::json::value& json) {
+  boost::system::error_code failed;
+  const auto number = json.to_number<std::int64_t>(failed);
+  if (failed)
+    throw ValueError::unsuitable(json, wholeNumber);
+  return number;
+}
+
+std::int64_t ValueTraits<std::int64_t>::fromText(std::string_view text) {
+  std::int64_t number = 0;
+  const auto [end, failed] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (failed != std::errc{} || end != text.data() + text.size())
+    throw ValueError::unsuitable(text, wholeNumber);
+  return number;
+}
+
+std::size_t detail::indexOfCase(const EnumDeclaration& declaration, std::string_view nameOrRawValue) {
+  if (const EnumCase* found = declaration.find(nameOrRawValue))
+    return static_cast<std::size_t>(found - declaration.cases.data());
+  throw ValueError::unsuitable(nameOrRawValue, oneOf(declaration));
+}
+
+std::size_t detail::indexOfCase(const EnumDeclaration& declaration, const boost::json::value& json) {
+  if (const boost::json::string* text = json.if_string())
+    return indexOfCase(declaration, std::string_view(*text));
+  throw ValueError::unsuitable(json, oneOf(declaration));
+}
+
+boost::json::value detail::parseValue(std::string_view text, std::string_view expected) {
+  boost::system::error_code failed;
+  boost::json::value json = boost::json::parse(text, failed);
+  if (failed)
+    throw ValueError::unsuitable(text, expected);
+  return json;
+}
+
+const boost::json::value& detail::soleValue(const boost::json::value& json, std::string_view expected) {
+  const boost::json::array* list = json.if_array();
+  if (!list)
+    return json;
+  if (list->size() != 1)
+    throw ValueError("can't be a list of " + std::to_string(list->size()) + " items; give " + std::string(expected) +
+                     ".");
+  return list->front();
+}
+
+void refuseUnknownProperties(const EntityDeclaration& declaration, const boost::json::object& object) {
+  for (const auto& [key, value] : object) {
+    if (std::ranges::find(declaration.properties, std::string_view(key), &PropertyDeclaration::name) !=
+        declaration.properties.end())
+      continue;
+    std::string names;
+    for (const PropertyDeclaration& property : declaration.properties)
+      names += (names.empty() ? "" : ", ") + std::string(property.name);
+    throw ValueError("has no property \"" + std::string(key) + "\" as a " + std::string(declaration.name) +
+                     "; its properties are " + names + ".");
+  }
+}
+
+} // namespace tabwright::intents

@@ -1,0 +1,177 @@
+#pragma once
+
+#include "intents/EnumDeclaration.h"
+#include "intents/IntentFile.h"
+#include "intents/ValueError.h"
+#include "intents/ValueType.h"
+
+#include <boost/json/array.hpp>
+#include <boost/json/object.hpp>
+#include <boost/json/value.hpp>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace tabwright::intents {
+
+template <class Entity>
+class EntityDefinition;
+
+/// How a C++ type is a value of parameters, properties and results. Each specialisation has
+///
+///     static ValueType type();
+///     static boost::json::value toJson(const T& value);
+///     static T fromJson(const boost::json::value& json);   // strict about JSON types
+///     static T fromText(std::string_view text);            // as a person writes it on a command line
+///
+/// where the two readers throw `ValueError`, without the name of the parameter. Null is never a value: `toJson` gives it
+/// for no value only, and the callers of `fromJson` take it as none before they call.
+template <class T>
+struct ValueTraits;
+
+/// The result of an action that has none. Null in JSON.
+using Nothing = std::monostate;
+
+template <>
+struct ValueTraits<Nothing> {
+  static ValueType type() { return {}; }
+  static boost::json::value toJson(Nothing) { return nullptr; }
+};
+
+/// Text stands as it is: nothing is trimmed, nothing unescaped.
+template <>
+struct ValueTraits<std::string> {
+  static ValueType type() { return {.kind = ValueKind::text}; }
+  static boost::json::value toJson(const std::string& value) { return boost::json::value(value); }
+  static std::string fromJson(const boost::json::value& json);
+  static std::string fromText(std::string_view text) { return std::string(text); }
+};
+
+/// As text: true, yes, 1 and false, no, 0, ignoring case.
+template <>
+struct ValueTraits<bool> {
+  static ValueType type() { return {.kind = ValueKind::boolean}; }
+  static boost::json::value toJson(bool value) { return boost::json::value(value); }
+  static bool fromJson(const boost::json::value& json);
+  static bool fromText(std::string_view text);
+};
+
+/// Whole numbers. A JSON number with a fraction of zero counts as whole.
+template <>
+struct ValueTraits<std::int64_t> {
+  static ValueType type() { return {.kind = ValueKind::integer}; }
+  static boost::json::value toJson(std::int64_t value) { return boost::json::value(value); }
+  static std::int64_t fromJson(const boost::json::value& json);
+  static std::int64_t fromText(std::string_view text);
+};
+
+/// A file: the object `{"filename": ..., "type": ..., "data": ...}`, its data in base 64. It may be given by its content
+/// alone: a text, or in JSON any other object or list, which becomes a file of JSON.
+template <>
+struct ValueTraits<IntentFile> {
+  static ValueType type() { return {.kind = ValueKind::file}; }
+  static boost::json::value toJson(const IntentFile& value);
+  static IntentFile fromJson(const boost::json::value& json);
+  static IntentFile fromText(std::string_view text);
+};
+
+namespace detail {
+/// Index of the case of that name or raw value; throws `ValueError`.
+[[nodiscard]] std::size_t indexOfCase(const EnumDeclaration& declaration, std::string_view nameOrRawValue);
+[[nodiscard]] std::size_t indexOfCase(const EnumDeclaration& declaration, const boost::json::value& json);
+/// The JSON value that a text holds, or a `ValueError` that says so.
+[[nodiscard]] boost::json::value parseValue(std::string_view text, std::string_view expected);
+/// `json`, or its only item when it is a list of one: an action that lists things may feed one that takes one.
+[[nodiscard]] const boost::json::value& soleValue(const boost::json::value& json, std::string_view expected);
+} // namespace detail
+
+/// Throws a `ValueError` that names the first key which is no property, and what the properties are.
+void refuseUnknownProperties(const EntityDeclaration& declaration, const boost::json::object& object);
+
+/// Enums go by the names of their cases; a raw value is taken too.
+template <DeclaredEnum Enum>
+struct ValueTraits<Enum> {
+  static const EnumDeclaration& declaration() {
+    static const EnumDeclaration declaration = enumDeclaration(Enum{});
+    return declaration;
+  }
+  static ValueType type() { return {.kind = ValueKind::enumeration, .enumeration = &declaration()}; }
+  static boost::json::value toJson(Enum value) { return boost::json::value(enumCase(value).name); }
+  static Enum fromJson(const boost::json::value& json) {
+    return static_cast<Enum>(detail::indexOfCase(declaration(), json));
+  }
+  static Enum fromText(std::string_view text) { return static_cast<Enum>(detail::indexOfCase(declaration(), text)); }
+};
+
+/// A type with a static `definition()`.
+template <class Type>
+concept DefinedEntity = requires {
+  { Type::definition() } -> std::convertible_to<const EntityDefinition<Type>&>;
+};
+
+/// Entities are JSON objects, on a command line as text. Include `EntityDefinition.h` where these are used.
+template <DefinedEntity Entity>
+struct ValueTraits<Entity> {
+  static ValueType type() {
+    return {.kind = ValueKind::entity, .entity = &Entity::definition().declaration()};
+  }
+  static boost::json::value toJson(const Entity& value) { return Entity::definition().toJson(value); }
+  static Entity fromJson(const boost::json::value& json) {
+    return Entity::definition().fromJson(detail::soleValue(json, expected()));
+  }
+  static Entity fromText(std::string_view text) { return fromJson(detail::parseValue(text, expected())); }
+
+private:
+  static std::string expected() { return "one JSON object of the type " + type().name(); }
+};
+
+template <class T>
+struct ValueTraits<std::optional<T>> {
+  static ValueType type() {
+    ValueType type = ValueTraits<T>::type();
+    type.isOptional = true;
+    return type;
+  }
+  static boost::json::value toJson(const std::optional<T>& value) {
+    return value ? ValueTraits<T>::toJson(*value) : boost::json::value(nullptr);
+  }
+  static std::optional<T> fromJson(const boost::json::value& json) { return ValueTraits<T>::fromJson(json); }
+};
+
+template <class T>
+struct ValueTraits<std::vector<T>> {
+  static ValueType type() {
+    ValueType type = ValueTraits<T>::type();
+    type.isList = true;
+    return type;
+  }
+  static boost::json::value toJson(const std::vector<T>& values) {
+    boost::json::array list;
+    list.reserve(values.size());
+    for (const T& value : values)
+      list.push_back(ValueTraits<T>::toJson(value));
+    return list;
+  }
+  static std::vector<T> fromJson(const boost::json::value& json) {
+    const boost::json::array* list = json.if_array();
+    if (!list)
+      throw ValueError::unsuitable(json, "a " + type().name());
+    std::vector<T> values;
+    values.reserve(list->size());
+    for (const boost::json::value& item : *list) {
+      try {
+        values.push_back(ValueTraits<T>::fromJson(item));
+      } catch (const ValueError& error) {
+        throw error.within("item " + std::to_string(values.size() + 1));
+      }
+    }
+    return values;
+  }
+};
+
+} // namespace tabwright::intents

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/Failure.h"
+
+#include <filesystem>
+#include <string>
+
+namespace tabwright::platform {
+
+/// A file operation that the system refused, with its reason.
+///
+///     FileFailure("write", "/tmp/a.applescript", ENOSPC).errorDescription()
+///     // Couldn't write “/tmp/a.applescript”: No space left on device
+class FileFailure final : public Failure {
+public:
+  /// `operation` is a verb phrase that goes after "Couldn't"; `errorNumber` an errno value.
+  FileFailure(std::string operation, std::filesystem::path path, int errorNumber);
+
+  [[nodiscard]] const std::filesystem::path& path() const noexcept { return path_; }
+  [[nodiscard]] int errorNumber() const noexcept { return errorNumber_; }
+
+  [[nodiscard]] std::string errorDescription() const override;
+  /// Type "FileFailure", the operation as case, the errno value as number.
+  [[nodiscard]] FailureIdentity identity() const override;
+
+private:
+  std::string operation_;
+  std::filesystem::path path_;
+  int errorNumber_;
+};
+
+} // namespace tabwright::platform

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string_view>
+
+namespace tabwright::platform {
+
+enum class FileKind { folder, other };
+
+/// The few operations on files that running a script needs. Safe to use from any thread.
+///
+/// Every operation that can't do its work throws a `Failure` that names the operation, the path and the system's
+/// reason (see `FileFailure`).
+class FileManager {
+public:
+  virtual ~FileManager() = default;
+
+  /// The folder that the application may run scripts from; it is made when it isn't there.
+  [[nodiscard]] virtual std::filesystem::path applicationScriptsFolder() = 0;
+
+  /// What lies at `path`, following links; nothing when nothing does or it can't be seen. Never throws for that.
+  [[nodiscard]] virtual std::optional<FileKind> kindOfFile(const std::filesystem::path& path) = 0;
+
+  /// Makes one folder, open to its owner alone; its parent must exist. Making one that exists already is no error, so
+  /// that two runs may both find it missing.
+  virtual void createDirectory(const std::filesystem::path& path) = 0;
+
+  /// Writes a file of a new name, whole or not at all, readable by its owner alone. False, and nothing is changed, when
+  /// the name is taken.
+  [[nodiscard]] virtual bool writeNewFileAtomically(const std::filesystem::path& path, std::string_view content) = 0;
+
+  /// Removes a file. A missing one is a failure.
+  virtual void remove(const std::filesystem::path& path) = 0;
+};
+
+} // namespace tabwright::platform

@@ -1,0 +1,83 @@
+// A receiver over one spdlog logger whose sinks each have their own level. Categories are put into the text, since
+// spdlog's own logger names would need a logger per category.
+#include "platform/LogSinks.h"
+
+#include "platform/LogReceiver.h"
+#include "platform/linux/BaseDirectories.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <spdlog/logger.h>
+#include <spdlog/sinks/rotating_file_sink.h>
+#include <spdlog/sinks/stdout_sinks.h>
+
+namespace tabwright::platform {
+namespace {
+
+constexpr std::size_t bytesPerFile = 1'000'000;
+constexpr std::size_t oldFiles = 3;
+
+spdlog::level::level_enum spdlogLevel(LogLevel level) {
+  switch (level) {
+  case LogLevel::debug:
+    return spdlog::level::debug;
+  case LogLevel::info:
+    return spdlog::level::info;
+  case LogLevel::error:
+    return spdlog::level::err;
+  }
+  return spdlog::level::err;
+}
+
+std::shared_ptr<spdlog::sinks::sink> fileSink(const std::filesystem::path& file) {
+  try {
+    ensurePrivateFolder(file.parent_path());
+    return std::make_shared<spdlog::sinks::rotating_file_sink_mt>(file.string(), bytesPerFile, oldFiles);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "tabwright: no log file: %s\n", error.what());
+    return nullptr;
+  }
+}
+
+} // namespace
+
+std::filesystem::path defaultLogFile() { return stateHome() / "tabwright" / "tabwright.log"; }
+
+std::optional<LogLevel> logLevelNamed(std::string_view name) {
+  if (name == "debug")
+    return LogLevel::debug;
+  if (name == "info")
+    return LogLevel::info;
+  if (name == "error")
+    return LogLevel::error;
+  return std::nullopt;
+}
+
+void installLogSinks(const LogSinks& sinks) {
+  LogLevel lowest = LogLevel::error;
+  const auto logger = std::make_shared<spdlog::logger>("tabwright");
+  const auto add = [&](const std::shared_ptr<spdlog::sinks::sink>& sink, LogLevel level) {
+    sink->set_level(spdlogLevel(level));
+    logger->sinks().push_back(sink);
+    lowest = std::min(lowest, level);
+  };
+  if (sinks.file) {
+    if (const auto sink = fileSink(*sinks.file))
+      add(sink, sinks.fileLevel);
+  }
+  if (sinks.standardErrorLevel)
+    add(std::make_shared<spdlog::sinks::stderr_sink_mt>(), *sinks.standardErrorLevel);
+  if (logger->sinks().empty()) {
+    setLogReceiver(lowest, {});
+    return;
+  }
+  logger->set_level(spdlog::level::trace);
+  logger->set_pattern("[%Y-%m-%d %H:%M:%S.%e] [%l] %v");
+  logger->flush_on(spdlog::level::info);
+  setLogReceiver(lowest, [logger](LogLevel level, std::string_view category, std::string_view text) {
+    logger->log(spdlogLevel(level), "[{}] {}", category, text);
+  });
+}
+
+} // namespace tabwright::platform

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/Logger.h"
+
+#include <filesystem>
+#include <optional>
+#include <string_view>
+
+namespace tabwright::platform {
+
+/// Where the program's log goes. Nothing set: nowhere.
+struct LogSinks {
+  /// A file that lines are added to; it is rotated at one megabyte, three old ones are kept. Its folder is made.
+  std::optional<std::filesystem::path> file = std::nullopt;
+  LogLevel fileLevel = LogLevel::debug;
+  /// The lowest level that goes to standard error.
+  std::optional<LogLevel> standardErrorLevel = std::nullopt;
+};
+
+/// `tabwright/tabwright.log` in the XDG state home.
+[[nodiscard]] std::filesystem::path defaultLogFile();
+
+/// The level of the name "debug", "info" or "error"; nothing for others.
+[[nodiscard]] std::optional<LogLevel> logLevelNamed(std::string_view name);
+
+/// Sends the log to these sinks from now on. A file that can't be opened is told on standard error and left out: a
+/// program runs without its log.
+void installLogSinks(const LogSinks& sinks);
+
+} // namespace tabwright::platform

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "platform/StringCatalogue.h"
+
+#include <span>
+
+namespace tabwright::platform {
+
+/// The catalogue files under `resources/strings/`, as they were when the program was built.
+[[nodiscard]] std::span<const StringCatalogue::Source> embeddedStringCatalogues();
+
+} // namespace tabwright::platform

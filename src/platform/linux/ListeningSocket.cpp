@@ -1,0 +1,66 @@
+#include "platform/linux/ListeningSocket.h"
+
+#include <charconv>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <string>
+#include <system_error>
+
+namespace tabwright::platform {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Whether a listener at this address, written as the kernel does, would get a connection to 127.0.0.1.
+bool takesLoopback(const std::string& address) {
+  return address == "0100007F" || address == "00000000" ||      // 127.0.0.1, any
+         address == "00000000000000000000000000000000" ||       // any, of both kinds
+         address == "0000000000000000FFFF00000100007F";         // 127.0.0.1 mapped
+}
+
+void collectInodes(const fs::path& table, std::uint16_t port, std::set<std::string>& inodes) {
+  std::ifstream in(table);
+  std::string line;
+  std::getline(in, line); // the heading
+  while (std::getline(in, line)) {
+    std::istringstream fields(line);
+    std::string slot, local, remote, state, queues, timer, retransmits, owner, timeout, inode;
+    if (!(fields >> slot >> local >> remote >> state >> queues >> timer >> retransmits >> owner >> timeout >> inode))
+      continue;
+    constexpr const char* listening = "0A";
+    const std::size_t colon = local.find(':');
+    if (state != listening || colon == std::string::npos || !takesLoopback(local.substr(0, colon)))
+      continue;
+    unsigned number = 0;
+    std::from_chars(local.data() + colon + 1, local.data() + local.size(), number, 16);
+    if (number == port)
+      inodes.insert(inode);
+  }
+}
+
+} // namespace
+
+ListenerOwner ownerOfListener(std::uint16_t port, pid_t process, const fs::path& processes) {
+  std::set<std::string> inodes;
+  collectInodes(processes / "net" / "tcp", port, inodes);
+  collectInodes(processes / "net" / "tcp6", port, inodes);
+  if (inodes.empty())
+    return ListenerOwner::none;
+
+  std::error_code error;
+  for (fs::directory_iterator entry(processes / std::to_string(process) / "fd", error), end; !error && entry != end;
+       entry.increment(error)) {
+    std::error_code unreadable; // a descriptor that was closed meanwhile
+    const std::string target = fs::read_symlink(entry->path(), unreadable).string();
+    constexpr std::string_view socket = "socket:[";
+    if (target.starts_with(socket))
+      inodes.erase(target.substr(socket.size(), target.size() - socket.size() - 1));
+    if (inodes.empty())
+      return ListenerOwner::thisProcess;
+  }
+  return ListenerOwner::another;
+}
+
+} // namespace tabwright::platform

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+
+#include <sys/types.h>
+
+namespace tabwright::platform {
+
+enum class ListenerOwner {
+  none,        ///< nobody listens there
+  thisProcess, ///< every socket that could take the connection belongs to the process
+  another,     ///< a socket of another process could take it, or whose it is cannot be told
+};
+
+/// Who would take a connection to 127.0.0.1 at a TCP port: whether it is the given process.
+///
+/// Compares the inodes of the listening sockets (net/tcp and net/tcp6 of the process file system, proc(5)) with the open
+/// descriptors of the process. `processes` is where that file system is mounted. Throws nothing.
+[[nodiscard]] ListenerOwner ownerOfListener(std::uint16_t port, pid_t process,
+                                            const std::filesystem::path& processes = "/proc");
+
+} // namespace tabwright::platform

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/Clock.h"
+
+namespace tabwright::platform {
+
+/// The machine's clock. `sleep` waits on the steady clock, in the executor of the awaiting coroutine.
+class SystemClock final : public Clock {
+public:
+  [[nodiscard]] double secondsSinceReferenceDate() const override;
+  Task<void> sleep(std::chrono::nanoseconds duration) override;
+};
+
+} // namespace tabwright::platform

@@ -1,0 +1,44 @@
+#include "scripting/browser/BrowserApplication.h"
+
+#include "scripting/browser/DriverErrors.h"
+
+#include <utility>
+
+namespace tabwright::scripting {
+
+using applescript::Value;
+namespace events = applescript::events;
+
+BrowserApplication::BrowserApplication(const platform::BrowserFacts& facts, std::shared_ptr<BrowserDriver> driver,
+                                       BrowserHooks hooks, const ObjectModel& model)
+    : name_(facts.name), bundleIdentifier_(facts.id), driver_(std::move(driver)), hooks_(std::move(hooks)),
+      model_(model) {}
+
+Value BrowserApplication::handle(const applescript::AppleEventMessage& message) {
+  try {
+    BrowserScope scope(model_, shared_from_this(), message, *driver_, cache_, hooks_.isFrontmost);
+    if (auto answer = model_.answer(scope))
+      return std::move(*answer);
+    if (message.code == events::activate || message.code == events::run) {
+      activate(scope);
+      return Value::missing();
+    }
+    if (message.code == events::quit) {
+      if (driver_->isRunning())
+        driver_->quit(scope.limits());
+      return Value::missing();
+    }
+    return perform(scope);
+  } catch (const DriverFailure& failure) {
+    throw scriptError(failure, name_);
+  }
+}
+
+void BrowserApplication::activate(BrowserScope& scope) {
+  if (!driver_->isRunning() && hooks_.launch)
+    hooks_.launch();
+  else
+    driver_->activate(scope.limits());
+}
+
+} // namespace tabwright::scripting

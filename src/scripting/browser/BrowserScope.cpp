@@ -1,0 +1,59 @@
+#include "scripting/browser/BrowserScope.h"
+
+#include "scripting/model/Arguments.h"
+
+#include <charconv>
+#include <string>
+
+namespace tabwright::scripting {
+
+using applescript::fourCharCode;
+using applescript::Value;
+
+BrowserScope::BrowserScope(const ObjectModel& model, std::shared_ptr<applescript::ScriptableApplication> application,
+                           const applescript::AppleEventMessage& message, BrowserDriver& driver, SnapshotCache& cache,
+                           const std::function<bool()>& isFrontmost)
+    : EventScope(model, std::move(application), message), driver_(driver), cache_(cache), isFrontmost_(isFrontmost),
+      limits_{message.deadline, message.stop} {}
+
+const IndexedSnapshot& BrowserScope::snapshot() {
+  if (!snapshot_)
+    snapshot_ = cache_.take(driver_, limits_);
+  return *snapshot_;
+}
+
+const WindowState& BrowserScope::window(Object object) {
+  return snapshot().windows().at(static_cast<std::size_t>(object.first));
+}
+
+const TabState& BrowserScope::tab(Object object) {
+  return window(object).tabs.at(static_cast<std::size_t>(object.second));
+}
+
+applescript::SpecifierPointer BrowserScope::windowSpecifier(std::size_t position, Value id) {
+  if (lastWindow_ != position) {
+    lastSpecifier_ = applescript::elementByID(root(), fourCharCode("cwin"), std::move(id));
+    lastWindow_ = position;
+  }
+  return lastSpecifier_;
+}
+
+std::optional<std::int64_t> idNumber(const Value& value) {
+  if (const auto* integer = value.get<std::int64_t>())
+    return *integer;
+  const std::string* text = value.text();
+  if (text == nullptr) {
+    if (value.is<double>() && idText(value))
+      return requireInteger(value);
+    return std::nullopt;
+  }
+  // Ids are compared as texts, so "08" and " 8" are not the id 8.
+  const bool hasLeadingZero = text->size() > 1 && text->front() == '0';
+  std::int64_t number = 0;
+  const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), number);
+  if (hasLeadingZero || error != std::errc{} || end != text->data() + text->size())
+    return std::nullopt;
+  return number;
+}
+
+} // namespace tabwright::scripting

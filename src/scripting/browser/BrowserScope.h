@@ -1,0 +1,47 @@
+#pragma once
+
+#include "scripting/browser/IndexedSnapshot.h"
+#include "scripting/driver/BrowserDriver.h"
+#include "scripting/model/EventScope.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace tabwright::scripting {
+
+/// What both dictionaries of browsers see of an event: the driver, and one snapshot, taken when the event first needs it
+/// and the same until the event is answered. Objects are windows (`first` is the 0-based position in the snapshot) and
+/// tabs (`second` is the position in that window).
+class BrowserScope : public EventScope {
+public:
+  BrowserScope(const ObjectModel& model, std::shared_ptr<applescript::ScriptableApplication> application,
+               const applescript::AppleEventMessage& message, BrowserDriver& driver, SnapshotCache& cache,
+               const std::function<bool()>& isFrontmost);
+
+  [[nodiscard]] BrowserDriver& driver() const { return driver_; }
+  [[nodiscard]] const CallLimits& limits() const { return limits_; }
+  [[nodiscard]] bool isFrontmost() const { return isFrontmost_ && isFrontmost_(); }
+
+  [[nodiscard]] const IndexedSnapshot& snapshot();
+  [[nodiscard]] const WindowState& window(Object object);
+  [[nodiscard]] const TabState& tab(Object object);
+
+  /// Specifier by id of the window at a position; the last one made is kept, since tabs come window by window.
+  [[nodiscard]] applescript::SpecifierPointer windowSpecifier(std::size_t position, applescript::Value id);
+
+private:
+  BrowserDriver& driver_;
+  SnapshotCache& cache_;
+  const std::function<bool()>& isFrontmost_;
+  CallLimits limits_;
+  std::shared_ptr<const IndexedSnapshot> snapshot_;
+  std::optional<std::size_t> lastWindow_;
+  applescript::SpecifierPointer lastSpecifier_;
+};
+
+/// The number that an id is, given as text or number; nothing when it can't be one.
+[[nodiscard]] std::optional<std::int64_t> idNumber(const applescript::Value& value);
+
+} // namespace tabwright::scripting

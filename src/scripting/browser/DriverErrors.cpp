@@ -1,0 +1,57 @@
+#include "scripting/browser/DriverErrors.h"
+
+#include "scripting/model/EventErrors.h"
+
+#include <fmt/core.h>
+
+#include <string>
+
+namespace tabwright::scripting {
+
+using applescript::ScriptError;
+namespace errorNumber = applescript::errorNumber;
+
+namespace {
+
+std::string withoutSigns(std::string sentence) {
+  for (const std::string_view sign : {"-1728", "(-27"}) {
+    for (std::size_t at = sentence.find(sign); at != std::string::npos; at = sentence.find(sign, at))
+      sentence.replace(sentence.find('-', at), 1, "−");
+  }
+  return sentence;
+}
+
+} // namespace
+
+ScriptError scriptError(const DriverFailure& failure, std::string_view browserName) {
+  const std::string sentence = withoutSigns(failure.errorDescription());
+  switch (failure.kind()) {
+  case DriverFault::notRunning:
+    return eventError(errorNumber::applicationNotRunning, "Application isn’t running.");
+  case DriverFault::notAccepting: {
+    const bool namesBoth =
+        sentence.find("Apple Events") != std::string::npos && sentence.find("JavaScript") != std::string::npos;
+    return eventError(errorNumber::notAuthorised,
+                      namesBoth ? sentence
+                                : fmt::format("{} doesn’t accept JavaScript from Apple Events. {}", browserName, sentence));
+  }
+  case DriverFault::lost:
+    return eventError(errorNumber::connectionInvalid, "Connection is invalid.");
+  case DriverFault::noSuchTab:
+    return eventError(errorNumber::noSuchObject, fmt::format("Can’t get tab id \"{}\".", failure.detail()));
+  case DriverFault::noSuchWindow:
+    return eventError(errorNumber::noSuchObject, fmt::format("Can’t get window id \"{}\".", failure.detail()));
+  case DriverFault::timedOut:
+    return eventError(errorNumber::timedOut, "AppleEvent timed out.");
+  case DriverFault::stopped:
+    return eventError(errorNumber::userCancelled, "User canceled.");
+  case DriverFault::tabClosed:
+  case DriverFault::tabCrashed:
+  case DriverFault::dialogOpen:
+  case DriverFault::refused:
+    return eventError(errorNumber::handlerFailed, sentence);
+  }
+  return eventError(errorNumber::handlerFailed, sentence);
+}
+
+} // namespace tabwright::scripting

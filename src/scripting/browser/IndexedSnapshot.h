@@ -1,0 +1,55 @@
+#pragma once
+
+#include "applescript/values/Value.h"
+#include "scripting/driver/BrowserDriver.h"
+
+#include <cstddef>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+namespace tabwright::scripting {
+
+/// Where a tab is in a snapshot: 0-based positions.
+struct TabPosition {
+  std::size_t window = 0;
+  std::size_t tab = 0;
+};
+
+/// A snapshot with what makes each event on it cheap: positions by id, and ids as texts that answers share. A script
+/// that walks 1,000 tabs sends thousands of events about one snapshot. Immutable, readable from any thread.
+class IndexedSnapshot {
+public:
+  explicit IndexedSnapshot(std::shared_ptr<const BrowserSnapshot> snapshot);
+
+  [[nodiscard]] const std::shared_ptr<const BrowserSnapshot>& snapshot() const { return snapshot_; }
+  [[nodiscard]] const std::vector<WindowState>& windows() const { return snapshot_->windows; }
+
+  [[nodiscard]] std::optional<std::size_t> findWindow(WindowID id) const;
+  [[nodiscard]] std::optional<TabPosition> findTab(TabID id) const;
+  /// Both positions must be in range.
+  [[nodiscard]] const applescript::Text& windowIDText(std::size_t window) const { return windowTexts_[window]; }
+  [[nodiscard]] const applescript::Text& tabIDText(TabPosition at) const { return tabTexts_[at.window][at.tab]; }
+
+private:
+  std::shared_ptr<const BrowserSnapshot> snapshot_;
+  std::unordered_map<WindowID, std::size_t> windowPositions_;
+  std::unordered_map<TabID, TabPosition> tabPositions_;
+  std::vector<applescript::Text> windowTexts_;
+  std::vector<std::vector<applescript::Text>> tabTexts_;
+};
+
+/// Keeps the index of the snapshot last seen, so that it is made once per snapshot. Safe from any thread.
+class SnapshotCache {
+public:
+  /// The browser's windows as they are now, indexed. Throws DriverFailure.
+  [[nodiscard]] std::shared_ptr<const IndexedSnapshot> take(BrowserDriver& driver, const CallLimits& limits);
+
+private:
+  std::mutex mutex_;
+  std::shared_ptr<const IndexedSnapshot> last_;
+};
+
+} // namespace tabwright::scripting

@@ -1,0 +1,165 @@
+#include "scripting/chromium/ChromiumApplication.h"
+
+#include "scripting/browser/BrowserProperties.h"
+#include "scripting/browser/JSONValue.h"
+#include "scripting/browser/MakeRequest.h"
+#include "scripting/chromium/ChromiumClasses.h"
+#include "scripting/chromium/ChromiumTerminology.h"
+#include "scripting/model/Arguments.h"
+#include "scripting/model/Comparison.h"
+#include "scripting/model/EventErrors.h"
+
+#include <boost/json/value.hpp>
+
+#include <algorithm>
+
+#include <string>
+#include <utility>
+
+namespace tabwright::scripting {
+
+using applescript::fourCharCode;
+using applescript::Value;
+namespace events = applescript::events;
+namespace keywords = applescript::keywords;
+
+namespace {
+
+constexpr auto windowCode = fourCharCode("cwin");
+
+/// The tabs that a command is about; −1708 when it is about something else.
+std::vector<Object> tabsOf(BrowserScope& scope) {
+  const Value subject = scope.model().subject(scope);
+  std::vector<Object> objects = scope.model().objects(scope, subject);
+  for (const Object& object : objects) {
+    if (object.type != &chromiumTabClass())
+      throw notUnderstood(subject, scope.message().code, chromiumTerminology());
+  }
+  return objects;
+}
+
+Value execute(BrowserScope& scope) {
+  const Value* code = scope.message().parameter(chromium::javascript);
+  if (code == nullptr)
+    throw missingParameter("javascript");
+  const std::string javascript = requireText(*code);
+  const std::vector<Object> tabs = tabsOf(scope);
+  std::vector<Value> results;
+  for (const Object& tab : tabs)
+    results.push_back(valueOf(scope.driver().evaluate(scope.tab(tab).id, javascript, scope.limits())));
+  return results.size() == 1 ? results.front() : Value::list(std::move(results));
+}
+
+Value inEachTab(BrowserScope& scope, const auto& command) {
+  for (const Object& tab : tabsOf(scope))
+    command(scope.tab(tab).id);
+  return Value::missing();
+}
+
+Value close(BrowserScope& scope) {
+  const Value subject = scope.model().subject(scope);
+  for (const Object& object : scope.model().objects(scope, subject)) {
+    if (object.type == &chromiumTabClass())
+      scope.driver().closeTab(scope.tab(object).id, scope.limits());
+    else if (object.type == &chromiumWindowClass())
+      scope.driver().closeWindow(scope.window(object).id, scope.limits());
+    else
+      throw notUnderstood(subject, scope.message().code, chromiumTerminology());
+  }
+  return Value::missing();
+}
+
+applescript::SpecifierPointer windowByID(BrowserScope& scope, WindowID id) {
+  return applescript::elementByID(scope.root(), windowCode, Value(std::to_string(id)));
+}
+
+std::string textOr(const Value* value, std::string otherwise) {
+  return value != nullptr && !value->isMissing() ? requireText(*value) : std::move(otherwise);
+}
+
+Value makeWindow(BrowserScope& scope, const MakeRequest& request) {
+  const std::string mode = textOr(request.find(chromium::mode), "normal");
+  const bool isIncognito = sameIgnoringCase(mode, "incognito");
+  if (!isIncognito && !sameIgnoringCase(mode, "normal"))
+    throw eventError(applescript::errorNumber::handlerFailed,
+                     "The mode of a new window is \"normal\" or \"incognito\", not \"" + mode + "\".");
+  const WindowID id = scope.driver().makeWindow(isIncognito ? WindowMode::incognito : WindowMode::normal,
+                                                textOr(request.find(chromium::url), ""), scope.limits());
+  if (const std::string name = textOr(request.find(chromium::givenName), ""); !name.empty())
+    scope.driver().setGivenName(id, name, scope.limits());
+  if (const Value* bounds = request.find(fourCharCode("pbnd")))
+    scope.driver().setBounds(id, requireBounds(*bounds), scope.limits());
+  return Value(windowByID(scope, id));
+}
+
+Value makeTab(BrowserScope& scope, const MakeRequest& request) {
+  const Value application = Value(scope.root());
+  const InsertionPlace place =
+      request.place ? *request.place
+                    : InsertionPlace{scope.model().object(
+                                         scope, Value(applescript::elementByIndex(scope.root(), windowCode, 1))),
+                                     std::nullopt};
+  if (place.container.type != &chromiumWindowClass())
+    throw notUnderstood(application, scope.message().code, chromiumTerminology());
+  const TabID id = openTab(scope, place.container, place.position, textOr(request.find(chromium::url), ""));
+  return Value(applescript::elementByID(windowByID(scope, scope.window(place.container).id), chromium::tab,
+                                        Value(std::to_string(id))));
+}
+
+Value make(BrowserScope& scope) {
+  const MakeRequest request = readMakeRequest(scope);
+  if (request.elementClass == chromium::tab)
+    return makeTab(scope, request);
+  if (request.elementClass == windowCode || request.elementClass == fourCharCode("docu"))
+    return makeWindow(scope, request);
+  throw eventError(applescript::errorNumber::handlerFailed, "Only windows and tabs can be made.");
+}
+
+/// Opens addresses in new tabs of the front window that has tabs, or in a new window when there is none.
+Value open(BrowserScope& scope) {
+  const Value* target = scope.message().directObject ? &*scope.message().directObject : nullptr;
+  if (target == nullptr)
+    throw missingParameter("direct");
+  const auto* list = target->get<Value::ListPointer>();
+  for (const Value& address : list != nullptr ? (*list)->items : std::vector<Value>{*target}) {
+    const std::string url = requireText(address);
+    const auto& windows = scope.snapshot().windows();
+    const auto front = std::ranges::find_if(windows, [](const WindowState& window) { return !window.tabs.empty(); });
+    if (front == windows.end())
+      scope.driver().makeWindow(WindowMode::normal, url, scope.limits());
+    else
+      scope.driver().makeTab(front->id, std::nullopt, url, scope.limits());
+  }
+  return Value::missing();
+}
+
+} // namespace
+
+ChromiumApplication::ChromiumApplication(const platform::BrowserFacts& facts, std::shared_ptr<BrowserDriver> driver,
+                                         BrowserHooks hooks)
+    : BrowserApplication(facts, std::move(driver), std::move(hooks), chromiumModel()) {}
+
+Value ChromiumApplication::perform(BrowserScope& scope) {
+  const applescript::EventCode code = scope.message().code;
+  BrowserDriver& driver = scope.driver();
+  const CallLimits& limits = scope.limits();
+  if (code == chromium::execute)
+    return execute(scope);
+  if (code == events::make)
+    return make(scope);
+  if (code == events::close || code == events::remove)
+    return close(scope);
+  if (code == chromium::reload)
+    return inEachTab(scope, [&](TabID tab) { driver.reload(tab, limits); });
+  if (code == chromium::stop)
+    return inEachTab(scope, [&](TabID tab) { driver.stopLoading(tab, limits); });
+  if (code == chromium::goBack)
+    return inEachTab(scope, [&](TabID tab) { driver.goInHistory(tab, BrowserDriver::History::back, limits); });
+  if (code == chromium::goForward)
+    return inEachTab(scope, [&](TabID tab) { driver.goInHistory(tab, BrowserDriver::History::forward, limits); });
+  if (code == events::open || code == openLocation)
+    return open(scope);
+  throw notUnderstood(scope.model().subject(scope), code, chromiumTerminology());
+}
+
+} // namespace tabwright::scripting

@@ -1,0 +1,238 @@
+#include "scripting/driver/BrowserLink.h"
+
+#include "platform/Logger.h"
+#include "platform/linux/ProcessExit.h"
+#include "scripting/driver/HelperView.h"
+#include "scripting/driver/ProtocolView.h"
+
+#include <boost/json/serialize.hpp>
+#include <fmt/core.h>
+
+#include <chrono>
+#include <string_view>
+
+namespace tabwright::scripting {
+
+using devtools::DevToolsFailure;
+using devtools::DevToolsFault;
+using devtools::Session;
+using namespace std::chrono_literals;
+
+namespace {
+
+const platform::Logger log("BrowserLink");
+
+/// "156.0.8078.79" of "HeadlessChrome/156.0.8078.79".
+std::string versionOf(const boost::json::object& reply) {
+  const std::string product(reply.at("product").as_string());
+  return product.substr(product.find('/') + 1);
+}
+
+/// Whether an address names code to run in the page (the "javascript" scheme, compared ignoring case).
+bool isJavaScript(const std::string& url) {
+  constexpr std::string_view scheme = "javascript:";
+  return url.size() >= scheme.size() &&
+         std::equal(scheme.begin(), scheme.end(), url.begin(),
+                    [](char wanted, char given) { return wanted == (given >= 'A' && given <= 'Z' ? given + 32 : given); });
+}
+
+} // namespace
+
+std::shared_ptr<BrowserLink> BrowserLink::open(const platform::RunningBrowser& browser,
+                                               const devtools::Endpoint& endpoint,
+                                               const std::filesystem::path& helperDirectory,
+                                               const CallLimits& limits) {
+  std::shared_ptr<BrowserLink> link(new BrowserLink(browser, devtools::Connection::open(endpoint, limits)));
+  const auto version = link->connection_->send("Browser.getVersion", {});
+  try {
+    auto worker = std::make_unique<HelperWorker>(link->connection_,
+                                                 HelperPlace{helperDirectory, browser.profileDirectory},
+                                                 [changes = link->changes_] { changes->fetch_add(1); });
+    worker->prepare(limits);
+    link->view_ = std::make_unique<HelperView>(std::move(worker), versionOf(version->result(limits)));
+  } catch (const DevToolsFailure& failure) {
+    if (failure.kind() != DevToolsFault::refused)
+      throw;
+    log.error("The browser takes no helper, so the order of windows and tabs is a guess: {}", failure.detail());
+    link->view_ = std::make_unique<ProtocolView>(link->connection_, link->pages_, versionOf(version->result(limits)));
+  }
+  return link;
+}
+
+BrowserLink::BrowserLink(platform::RunningBrowser browser, std::shared_ptr<devtools::Connection> connection)
+    : browser_(std::move(browser)), connection_(std::move(connection)), pages_(connection_) {}
+
+BrowserLink::~BrowserLink() = default;
+
+// ---------------------------------------------------------------------------------------------------------- looking
+
+std::shared_ptr<const BrowserSnapshot> BrowserLink::snapshot(const CallLimits& limits) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (viewedAt_ == changes_->load() && disturbances_->load() == 0)
+      return viewed_.snapshot;
+  }
+  return look(limits).snapshot;
+}
+
+ViewedBrowser BrowserLink::look(const CallLimits& limits) {
+  const std::uint64_t before = changes_->load();
+  const bool mayHold = view_->reportsChanges() && disturbances_->load() == 0;
+  ViewedBrowser viewed = view_->look(limits);
+  const std::lock_guard lock(mutex_);
+  viewed_ = viewed;
+  viewedAt_.reset();
+  if (mayHold && disturbances_->load() == 0 && changes_->load() == before)
+    viewedAt_ = before;
+  return viewed;
+}
+
+/// The target of a tab as last seen, which holds for longer than the rest of a snapshot.
+std::optional<std::string> BrowserLink::findTarget(TabID tab) {
+  const std::lock_guard lock(mutex_);
+  const auto found = viewed_.targets.find(tab);
+  return found != viewed_.targets.end() ? std::optional(found->second) : std::nullopt;
+}
+
+std::shared_ptr<Session> BrowserLink::requirePage(TabID tab, const CallLimits& limits) {
+  if (const std::optional<std::string> target = findTarget(tab); target && !target->empty()) {
+    try {
+      return pages_.require(*target, limits);
+    } catch (const DevToolsFailure& failure) {
+      if (failure.kind() != DevToolsFault::refused)
+        throw;
+    }
+  }
+  // Not seen yet, closed meanwhile, or given another page by the browser.
+  const ViewedBrowser viewed = look(limits);
+  const auto found = viewed.targets.find(tab);
+  if (found == viewed.targets.end())
+    throw platform::failure(DriverFault::noSuchTab, std::to_string(tab));
+  if (found->second.empty())
+    throw platform::failure(DriverFault::refused, "the tab’s page is not loaded");
+  return pages_.require(found->second, limits);
+}
+
+// ---------------------------------------------------------------------------------------------------------- pages
+
+boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascript, const CallLimits& limits) {
+  const Disturbance disturbance(*this);
+  devtools::Evaluation evaluation = requirePage(tab, limits)->evaluate(javascript, limits);
+  if (evaluation.exception)
+    log.debug("JavaScript gave no value: {}", *evaluation.exception);
+  return std::move(evaluation.value);
+}
+
+void BrowserLink::navigate(TabID tab, const std::string& url, const CallLimits& limits) {
+  if (isJavaScript(url)) {
+    // The page itself is the only one that may follow such an address.
+    evaluate(tab, fmt::format("void (location.href = {})", boost::json::serialize(boost::json::string(url))), limits);
+    return;
+  }
+  const Disturbance disturbance(*this);
+  try {
+    view_->navigate(tab, url, limits);
+  } catch (const DriverFailure& failure) {
+    if (failure.kind() != DriverFault::refused || url.find(':') == std::string::npos)
+      throw;
+    // Some addresses are closed to the helper as an extension, but not to the protocol.
+    const boost::json::object reply =
+        requirePage(tab, limits)->call("Page.navigate", {{"url", url}}, Session::AnsweredBy::browser, limits);
+  }
+}
+
+void BrowserLink::stopLoading(TabID tab, const CallLimits& limits) {
+  const Disturbance disturbance(*this);
+  requirePage(tab, limits)->call("Page.stopLoading", {}, Session::AnsweredBy::browser, limits);
+}
+
+// ---------------------------------------------------------------------------------------------------------- windows
+
+void BrowserLink::closeWindow(WindowID window, const CallLimits& limits) {
+  const Disturbance disturbance(*this);
+  try {
+    view_->closeWindow(window, limits);
+  } catch (const DriverFailure& failure) {
+    if (failure.kind() != DriverFault::noSuchWindow || !closeDeveloperTools(window, limits))
+      throw;
+  }
+}
+
+/// The helper sees windows of developer tools, but may not close them.
+bool BrowserLink::closeDeveloperTools(WindowID window, const CallLimits& limits) {
+  const boost::json::object reply = connection_->call(
+      "Target.getTargets", {{"filter", boost::json::array{boost::json::object{}}}}, {}, limits);
+  for (const boost::json::value& info : reply.at("targetInfos").as_array()) {
+    if (info.at("type").as_string() == "tab" || !info.at("url").as_string().starts_with("devtools:"))
+      continue;
+    const boost::json::value& target = info.at("targetId");
+    const devtools::PendingCall::Answer answer =
+        connection_->send("Browser.getWindowForTarget", {{"targetId", target}})->await(platform::boundedBy(limits, 30s));
+    if (answer && answer->at("windowId").to_number<WindowID>() == window) {
+      connection_->call("Target.closeTarget", {{"targetId", target}}, {}, limits);
+      return true;
+    }
+  }
+  return false;
+}
+
+void BrowserLink::setBounds(WindowID window, WindowBounds bounds, const CallLimits& limits) {
+  const Disturbance disturbance(*this);
+  changeWindow(window, {{"left", bounds.left}, {"top", bounds.top}, {"width", bounds.width}, {"height", bounds.height}},
+               limits);
+}
+
+void BrowserLink::setShape(WindowID window, BrowserDriver::WindowShape shape, const CallLimits& limits) {
+  const Disturbance disturbance(*this);
+  switch (shape) {
+  case BrowserDriver::WindowShape::normal:
+    return changeWindow(window, {}, limits);
+  case BrowserDriver::WindowShape::minimized:
+    return changeWindow(window, {{"windowState", "minimized"}}, limits);
+  case BrowserDriver::WindowShape::fullScreen:
+    return changeWindow(window, {{"windowState", "fullscreen"}}, limits);
+  }
+}
+
+/// Every change of a window's shape or place starts from its normal state: the browser takes no other way. On a desktop
+/// the way back to normal takes the window manager a moment, during which the browser still refuses.
+void BrowserLink::changeWindow(WindowID window, boost::json::object bounds, const CallLimits& callLimits) {
+  const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
+  constexpr int attempts = 50;
+  for (int attempt = 1;; ++attempt) {
+    const auto restored = connection_->send(
+        "Browser.setWindowBounds", {{"windowId", window}, {"bounds", {{"windowState", "normal"}}}});
+    const auto changed =
+        bounds.empty() ? restored : connection_->send("Browser.setWindowBounds", {{"windowId", window}, {"bounds", bounds}});
+    devtools::PendingCall::Answer answer = restored->await(limits);
+    if (answer && !bounds.empty())
+      answer = changed->await(limits);
+    if (answer)
+      return;
+    if (answer.error().message.find("not found") != std::string::npos)
+      throw platform::failure(DriverFault::noSuchWindow, std::to_string(window));
+    if (answer.error().message.find("normal") == std::string::npos || attempt >= attempts)
+      throw platform::failure(DriverFault::refused, answer.error().message);
+    devtools::pause(20ms, "the window to become normal", limits);
+  }
+}
+
+void BrowserLink::quit(const CallLimits& callLimits) {
+  const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
+  try {
+    connection_->call("Browser.close", {}, {}, limits);
+  } catch (const DevToolsFailure& failure) {
+    if (failure.kind() != DevToolsFault::lost) // it may end before it answers
+      throw;
+  }
+  switch (platform::waitForExit(browser_.process, limits)) {
+  case platform::ProcessExit::ended:
+    return;
+  case platform::ProcessExit::timedOut:
+    throw platform::failure(DriverFault::timedOut);
+  case platform::ProcessExit::stopped:
+    throw platform::failure(DriverFault::stopped);
+  }
+}
+
+} // namespace tabwright::scripting

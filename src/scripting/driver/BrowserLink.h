@@ -1,0 +1,91 @@
+#pragma once
+
+#include "devtools/Discovery.h"
+#include "platform/linux/RunningBrowsers.h"
+#include "scripting/driver/BrowserView.h"
+#include "scripting/driver/PageSessions.h"
+
+#include <boost/json/value.hpp>
+
+#include <atomic>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace tabwright::scripting {
+
+/// One browser that we are connected to, from the first call to it until it ends: its view, its pages, and the snapshot
+/// that is held until something changes.
+///
+/// What holding guarantees: a snapshot was true at one moment after all our own commands and evaluations so far had
+/// ended. It is kept only while no change was reported, from before it was asked for; so it lags behind the user by no
+/// more than the time that the browser takes to report a change.
+///
+/// Throws DriverFailure and DevToolsFailure. Safe to use from any thread.
+class BrowserLink {
+public:
+  /// Connects; loads the helper where it isn't there. `browser` is the one that listens at the endpoint.
+  static std::shared_ptr<BrowserLink> open(const platform::RunningBrowser& browser, const devtools::Endpoint& endpoint,
+                                           const std::filesystem::path& helperDirectory, const CallLimits& limits);
+  ~BrowserLink();
+
+  [[nodiscard]] bool isOpen() const { return connection_->isOpen(); }
+  [[nodiscard]] const platform::RunningBrowser& browser() const { return browser_; }
+  [[nodiscard]] devtools::Traffic traffic() const { return connection_->traffic(); }
+
+  std::shared_ptr<const BrowserSnapshot> snapshot(const CallLimits& limits);
+  boost::json::value evaluate(TabID tab, const std::string& javascript, const CallLimits& limits);
+  void navigate(TabID tab, const std::string& url, const CallLimits& limits);
+  void stopLoading(TabID tab, const CallLimits& limits);
+  void closeWindow(WindowID window, const CallLimits& limits);
+  void setBounds(WindowID window, WindowBounds bounds, const CallLimits& limits);
+  void setShape(WindowID window, BrowserDriver::WindowShape shape, const CallLimits& limits);
+  /// Asks the browser to end, and waits until it has.
+  void quit(const CallLimits& limits);
+
+  /// Runs a command on the view; what was seen before it holds no more.
+  template <class Command>
+  auto command(Command&& command) {
+    const Disturbance disturbance(*this);
+    return command(*view_);
+  }
+
+private:
+  /// While one lives, something of ours may be changing the browser.
+  class Disturbance {
+  public:
+    explicit Disturbance(BrowserLink& link) : link_(link) { link_.disturbances_->fetch_add(1); }
+    ~Disturbance() {
+      link_.changes_->fetch_add(1);
+      link_.disturbances_->fetch_sub(1);
+    }
+    Disturbance(const Disturbance&) = delete;
+    Disturbance& operator=(const Disturbance&) = delete;
+
+  private:
+    BrowserLink& link_;
+  };
+
+  using Counter = std::shared_ptr<std::atomic<std::uint64_t>>;
+  BrowserLink(platform::RunningBrowser browser, std::shared_ptr<devtools::Connection> connection);
+  ViewedBrowser look(const CallLimits& limits);
+  std::optional<std::string> findTarget(TabID tab);
+  std::shared_ptr<devtools::Session> requirePage(TabID tab, const CallLimits& limits);
+  bool closeDeveloperTools(WindowID window, const CallLimits& limits);
+  void changeWindow(WindowID window, boost::json::object bounds, const CallLimits& limits);
+
+  const platform::RunningBrowser browser_;
+  std::shared_ptr<devtools::Connection> connection_;
+  PageSessions pages_;
+  const Counter changes_ = std::make_shared<std::atomic<std::uint64_t>>(0);
+  const Counter disturbances_ = std::make_shared<std::atomic<std::uint64_t>>(0);
+  std::unique_ptr<BrowserView> view_;
+
+  std::mutex mutex_; // guards what follows
+  ViewedBrowser viewed_;
+  std::optional<std::uint64_t> viewedAt_; // the count of changes that viewed_ holds for
+};
+
+} // namespace tabwright::scripting

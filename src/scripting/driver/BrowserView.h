@@ -1,0 +1,46 @@
+#pragma once
+
+#include "scripting/driver/BrowserDriver.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+
+namespace tabwright::scripting {
+
+/// A snapshot, and the protocol's name for the page in each of its tabs.
+struct ViewedBrowser {
+  std::shared_ptr<const BrowserSnapshot> snapshot;
+  std::unordered_map<TabID, std::string> targets; ///< empty text for a tab whose page is not loaded
+};
+
+/// How one connected browser's windows and tabs are seen and commanded: through the helper in the browser, or, where the
+/// browser does not take it, by the protocol alone.
+///
+/// All commands return when the change is made: a look that begins later shows it. They throw DriverFailure, or
+/// DevToolsFailure for what goes wrong on the way. Safe to use from any thread.
+class BrowserView {
+public:
+  virtual ~BrowserView() = default;
+
+  /// The windows as they are now, front to back.
+  virtual ViewedBrowser look(const CallLimits& limits) = 0;
+  /// Whether every change in the browser is reported to us, so that what was seen holds until then.
+  [[nodiscard]] virtual bool reportsChanges() const = 0;
+
+  virtual TabID makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
+                        const CallLimits& limits) = 0;
+  virtual WindowID makeWindow(WindowMode mode, const std::string& url, const CallLimits& limits) = 0;
+  virtual void closeTab(TabID tab, const CallLimits& limits) = 0;
+  virtual void closeWindow(WindowID window, const CallLimits& limits) = 0;
+  virtual void activateTab(TabID tab, const CallLimits& limits) = 0;
+  /// Starts loading an absolute address.
+  virtual void navigate(TabID tab, const std::string& url, const CallLimits& limits) = 0;
+  virtual void goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits) = 0;
+  virtual void reload(TabID tab, const CallLimits& limits) = 0;
+  virtual void raiseWindow(WindowID window, const CallLimits& limits) = 0;
+  virtual void setGivenName(WindowID window, const std::string& name, const CallLimits& limits) = 0;
+};
+
+} // namespace tabwright::scripting

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "devtools/Connection.h"
+#include "devtools/Discovery.h"
+#include "devtools/Waiting.h"
+#include "platform/BrowserTable.h"
+#include "platform/linux/RunningBrowsers.h"
+#include "scripting/driver/BrowserDriver.h"
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace tabwright::scripting {
+
+class BrowserLink;
+
+/// What a DevToolsDriver needs to know of the machine.
+struct DevToolsDriverParts {
+  std::filesystem::path helperDirectory; ///< the unpacked helper, absolute; the browser loads it from there
+  /// The browsers of the driver's kind that run now, the preferred one first. Called from any thread.
+  std::function<std::vector<platform::RunningBrowser>()> findRunning;
+  devtools::Discovery discovery{};
+};
+
+/// A browser of the Chromium family, reached over the DevTools protocol.
+///
+///     const platform::BrowserFacts& facts = *platform::findBrowser("chromium");
+///     DevToolsDriver driver(facts, {helperDirectory, [&] { return platform::RunningBrowsers().find(facts); }});
+///
+/// Connects on the first call, and again on the first call after its browser has ended. Among several running browsers of
+/// one kind it takes the first found that accepts remote debugging, and stays with it until that ends. The helper is
+/// loaded into the browser on the way. A call without a deadline of its own ends after 30 seconds.
+class DevToolsDriver final : public BrowserDriver {
+public:
+  /// `facts` is a row of the table, and outlives the driver.
+  DevToolsDriver(const platform::BrowserFacts& facts, DevToolsDriverParts parts);
+  ~DevToolsDriver() override;
+
+  [[nodiscard]] bool isRunning() override;
+  std::shared_ptr<const BrowserSnapshot> snapshot(const CallLimits& limits) override;
+  boost::json::value evaluate(TabID tab, const std::string& javascript, const CallLimits& limits) override;
+  TabID makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
+                const CallLimits& limits) override;
+  WindowID makeWindow(WindowMode mode, const std::string& url, const CallLimits& limits) override;
+  void closeTab(TabID tab, const CallLimits& limits) override;
+  void closeWindow(WindowID window, const CallLimits& limits) override;
+  void activateTab(TabID tab, const CallLimits& limits) override;
+  void navigate(TabID tab, const std::string& url, const CallLimits& limits) override;
+  void goInHistory(TabID tab, History direction, const CallLimits& limits) override;
+  void reload(TabID tab, const CallLimits& limits) override;
+  void stopLoading(TabID tab, const CallLimits& limits) override;
+  void raiseWindow(WindowID window, const CallLimits& limits) override;
+  void setBounds(WindowID window, WindowBounds bounds, const CallLimits& limits) override;
+  void setShape(WindowID window, WindowShape shape, const CallLimits& limits) override;
+  void setGivenName(WindowID window, const std::string& name, const CallLimits& limits) override;
+  void activate(const CallLimits& limits) override;
+  void quit(const CallLimits& limits) override;
+
+  /// What went over the present connection so far, for benchmarks; zero without one.
+  [[nodiscard]] devtools::Traffic traffic();
+
+private:
+  std::shared_ptr<BrowserLink> currentLink();
+  std::shared_ptr<BrowserLink> requireLink(const CallLimits& limits);
+  std::shared_ptr<BrowserLink> connect(const CallLimits& limits);
+  template <class Call>
+  auto withLink(const CallLimits& limits, const std::string& subject, Call&& call);
+  template <class Call>
+  void close(const CallLimits& limits, const std::string& subject, Call&& call);
+
+  const platform::BrowserFacts& facts_;
+  const DevToolsDriverParts parts_;
+  devtools::Turn connecting_;
+  std::mutex mutex_;
+  std::shared_ptr<BrowserLink> link_;
+};
+
+} // namespace tabwright::scripting

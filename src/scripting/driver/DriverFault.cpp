@@ -1,0 +1,82 @@
+#include "scripting/driver/BrowserDriver.h"
+
+#include "platform/BrowserTable.h"
+
+#include <fmt/core.h>
+
+#include <string_view>
+
+namespace tabwright::scripting {
+
+namespace {
+
+/// The command that starts a browser to drive; the table knows the browser by the name that the fault carries.
+std::string startCommand(const std::string& browserName) {
+  for (const platform::BrowserFacts& facts : platform::browserTable) {
+    if (facts.name == browserName)
+      return fmt::format("“tabwright browser {}”", facts.shortName);
+  }
+  return "“tabwright browser NAME”";
+}
+
+std::string_view orBrowser(const std::string& name) { return name.empty() ? std::string_view("The browser") : name; }
+
+std::string withReason(std::string_view sentence, const std::string& reason) {
+  return reason.empty() ? fmt::format("{}.", sentence) : fmt::format("{}: {}.", sentence, reason);
+}
+
+} // namespace
+
+std::string errorDescription(DriverFault fault, const std::string& detail) {
+  switch (fault) {
+  case DriverFault::notRunning:
+    return fmt::format("{} isn’t running. Start it with {}, or with the switch --remote-debugging-port=0.",
+                       orBrowser(detail), startCommand(detail));
+  case DriverFault::notAccepting:
+    // Whoever shows this looks for both “JavaScript” and “Apple Events” in it.
+    return fmt::format("{} doesn’t allow JavaScript from Apple Events: remote debugging is off in it. Switch it on at "
+                       "chrome://inspect/#remote-debugging, or start a browser that allows it with {}.",
+                       orBrowser(detail), startCommand(detail));
+  case DriverFault::lost:
+    return withReason("The connection to the browser was lost", detail);
+  case DriverFault::noSuchTab:
+    return fmt::format("There is no tab with the id {}.", detail);
+  case DriverFault::noSuchWindow:
+    return fmt::format("There is no window with the id {}.", detail);
+  case DriverFault::tabClosed:
+    return "The tab was closed before it could answer.";
+  case DriverFault::tabCrashed:
+    return "The tab’s page has crashed. Reload it.";
+  case DriverFault::dialogOpen:
+    return fmt::format("The page shows a dialog and answers nothing until it is closed: “{}”.", detail);
+  case DriverFault::timedOut:
+    return "The browser did not answer in time. Its page may be busy, or show a dialog.";
+  case DriverFault::stopped:
+    return "Waiting for the browser was stopped.";
+  case DriverFault::refused:
+    return withReason("The browser refused", detail);
+  }
+  return "The browser failed.";
+}
+
+platform::FailureIdentity identity(DriverFault fault) {
+  const auto name = [fault] {
+    switch (fault) {
+    case DriverFault::notRunning: return "notRunning";
+    case DriverFault::notAccepting: return "notAccepting";
+    case DriverFault::lost: return "lost";
+    case DriverFault::noSuchTab: return "noSuchTab";
+    case DriverFault::noSuchWindow: return "noSuchWindow";
+    case DriverFault::tabClosed: return "tabClosed";
+    case DriverFault::tabCrashed: return "tabCrashed";
+    case DriverFault::dialogOpen: return "dialogOpen";
+    case DriverFault::timedOut: return "timedOut";
+    case DriverFault::stopped: return "stopped";
+    case DriverFault::refused: return "refused";
+    }
+    return "";
+  };
+  return {"DriverFault", name(), std::nullopt};
+}
+
+} // namespace tabwright::scripting

@@ -1,0 +1,122 @@
+#include "scripting/driver/HelperView.h"
+
+#include <fmt/core.h>
+
+#include <string_view>
+
+// Each command is one call of the helper's function of the same name; the shapes of their parameters are in its worker.js.
+
+namespace tabwright::scripting {
+
+using Repeat = HelperWorker::Repeat;
+
+namespace {
+
+std::string textAt(const boost::json::object& fields, std::string_view key) {
+  return std::string(fields.at(key).as_string());
+}
+
+TabState readTab(const boost::json::object& fields) {
+  TabState tab;
+  tab.id = fields.at("id").to_number<TabID>();
+  tab.title = textAt(fields, "title");
+  tab.url = textAt(fields, "url");
+  tab.isLoading = fields.at("loading").as_bool();
+  return tab;
+}
+
+WindowState readWindow(const boost::json::object& fields, ViewedBrowser& viewed) {
+  WindowState window;
+  window.id = fields.at("id").to_number<WindowID>();
+  window.title = textAt(fields, "title");
+  window.givenName = textAt(fields, "name");
+  window.mode = fields.at("incognito").as_bool() ? WindowMode::incognito : WindowMode::normal;
+  const boost::json::array& bounds = fields.at("bounds").as_array();
+  window.bounds = {bounds.at(0).to_number<int>(), bounds.at(1).to_number<int>(), bounds.at(2).to_number<int>(),
+                   bounds.at(3).to_number<int>()};
+  const std::string state = textAt(fields, "state");
+  window.isMinimized = state == "minimized";
+  window.isFullScreen = state == "fullscreen" || state == "locked-fullscreen";
+  for (const boost::json::value& entry : fields.at("tabs").as_array()) {
+    const boost::json::object& tab = entry.as_object();
+    window.tabs.push_back(readTab(tab));
+    viewed.targets[window.tabs.back().id] = textAt(tab, "target");
+    if (tab.at("active").as_bool()) {
+      window.activeTabIndex = window.tabs.size();
+      window.title = window.tabs.back().title;
+    }
+  }
+  return window;
+}
+
+} // namespace
+
+ViewedBrowser readHelperSnapshot(const boost::json::value& answer, std::string version) {
+  ViewedBrowser viewed;
+  const auto snapshot = std::make_shared<BrowserSnapshot>();
+  snapshot->version = std::move(version);
+  try {
+    for (const boost::json::value& window : answer.at("windows").as_array())
+      snapshot->windows.push_back(readWindow(window.as_object(), viewed));
+  } catch (const std::exception& error) {
+    throw platform::failure(DriverFault::refused, fmt::format("the helper's snapshot can't be read ({})", error.what()));
+  }
+  viewed.snapshot = snapshot;
+  return viewed;
+}
+
+HelperView::HelperView(std::unique_ptr<HelperWorker> worker, std::string version)
+    : worker_(std::move(worker)), version_(std::move(version)) {}
+
+ViewedBrowser HelperView::look(const CallLimits& limits) {
+  return readHelperSnapshot(worker_->perform("snapshot", {}, Repeat::allowed, limits), version_);
+}
+
+TabID HelperView::makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
+                          const CallLimits& limits) {
+  boost::json::object parameters{{"window", window}, {"url", url}};
+  if (index)
+    parameters["index"] = *index;
+  return worker_->perform("makeTab", parameters, Repeat::never, limits).to_number<TabID>();
+}
+
+WindowID HelperView::makeWindow(WindowMode mode, const std::string& url, const CallLimits& limits) {
+  return worker_
+      ->perform("makeWindow", {{"incognito", mode == WindowMode::incognito}, {"url", url}}, Repeat::never, limits)
+      .to_number<WindowID>();
+}
+
+void HelperView::closeTab(TabID tab, const CallLimits& limits) {
+  worker_->perform("closeTab", {{"tab", tab}}, Repeat::never, limits);
+}
+
+void HelperView::closeWindow(WindowID window, const CallLimits& limits) {
+  worker_->perform("closeWindow", {{"window", window}}, Repeat::never, limits);
+}
+
+void HelperView::activateTab(TabID tab, const CallLimits& limits) {
+  worker_->perform("activateTab", {{"tab", tab}}, Repeat::allowed, limits);
+}
+
+void HelperView::navigate(TabID tab, const std::string& url, const CallLimits& limits) {
+  worker_->perform("navigate", {{"tab", tab}, {"url", url}}, Repeat::allowed, limits);
+}
+
+void HelperView::goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits) {
+  const char* name = direction == BrowserDriver::History::back ? "back" : "forward";
+  worker_->perform("goInHistory", {{"tab", tab}, {"direction", name}}, Repeat::never, limits);
+}
+
+void HelperView::reload(TabID tab, const CallLimits& limits) {
+  worker_->perform("reload", {{"tab", tab}}, Repeat::allowed, limits);
+}
+
+void HelperView::raiseWindow(WindowID window, const CallLimits& limits) {
+  worker_->perform("raiseWindow", {{"window", window}}, Repeat::allowed, limits);
+}
+
+void HelperView::setGivenName(WindowID window, const std::string& name, const CallLimits& limits) {
+  worker_->perform("setGivenName", {{"window", window}, {"name", name}}, Repeat::allowed, limits);
+}
+
+} // namespace tabwright::scripting

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "scripting/driver/BrowserView.h"
+#include "scripting/driver/HelperWorker.h"
+
+#include <boost/json/value.hpp>
+
+#include <memory>
+#include <string>
+
+namespace tabwright::scripting {
+
+/// Reads the helper's answer to `snapshot`: windows front to back, tabs in strip order, the target of each tab.
+/// Throws DriverFailure (`refused`) where the text has another shape.
+[[nodiscard]] ViewedBrowser readHelperSnapshot(const boost::json::value& answer, std::string version);
+
+/// The browser as its helper sees it. A look costs one round trip, whatever the number of tabs.
+class HelperView final : public BrowserView {
+public:
+  /// `version` is the browser's, which the helper doesn't know.
+  HelperView(std::unique_ptr<HelperWorker> worker, std::string version);
+
+  ViewedBrowser look(const CallLimits& limits) override;
+  [[nodiscard]] bool reportsChanges() const override { return true; }
+  TabID makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
+                const CallLimits& limits) override;
+  WindowID makeWindow(WindowMode mode, const std::string& url, const CallLimits& limits) override;
+  void closeTab(TabID tab, const CallLimits& limits) override;
+  void closeWindow(WindowID window, const CallLimits& limits) override;
+  void activateTab(TabID tab, const CallLimits& limits) override;
+  void navigate(TabID tab, const std::string& url, const CallLimits& limits) override;
+  void goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits) override;
+  void reload(TabID tab, const CallLimits& limits) override;
+  void raiseWindow(WindowID window, const CallLimits& limits) override;
+  void setGivenName(WindowID window, const std::string& name, const CallLimits& limits) override;
+
+private:
+  std::unique_ptr<HelperWorker> worker_;
+  const std::string version_;
+};
+
+} // namespace tabwright::scripting

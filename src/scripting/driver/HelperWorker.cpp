@@ -1,0 +1,274 @@
+#include "scripting/driver/HelperWorker.h"
+
+#include "platform/Logger.h"
+#include "scripting/driver/BrowserDriver.h"
+
+#include <boost/json/parse.hpp>
+#include <boost/json/serialize.hpp>
+#include <fmt/core.h>
+
+#include <chrono>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <sstream>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+// Finding the worker goes from cheap to dear: the session we have; a running worker; waking a worker that is installed
+// but asleep (a few milliseconds); loading the helper (some 80 ms), under a lock that holds between processes, and only
+// after looking again. A worker is taken once its script has run and its version is not older than ours.
+
+namespace tabwright::scripting {
+
+using devtools::DevToolsFailure;
+using devtools::DevToolsFault;
+using devtools::Session;
+using namespace std::chrono_literals;
+
+namespace {
+
+const platform::Logger log("HelperWorker");
+
+/// Follows from the public key in the helper's manifest: the first half of the key's SHA-256, hexadecimal digits as a–p.
+constexpr std::string_view helperID = "pjbehgeaikpfphapeepnoedabkdomakk";
+constexpr auto lookAgain = 5ms;
+
+std::string helperScope() { return fmt::format("chrome-extension://{}/", helperID); }
+
+std::string versionIn(const std::filesystem::path& directory) {
+  std::ifstream in(directory / "manifest.json", std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  boost::system::error_code error;
+  const boost::json::value manifest = boost::json::parse(text, error);
+  const boost::json::value* version =
+      !error && manifest.is_object() ? manifest.get_object().if_contains("version") : nullptr;
+  if (version == nullptr || !version->is_string())
+    throw platform::failure(DevToolsFault::refused, fmt::format("{} holds no helper", directory.string()));
+  return std::string(version->get_string());
+}
+
+std::vector<int> numbersOf(const std::string& version) {
+  std::vector<int> numbers;
+  std::istringstream in(version);
+  for (std::string part; std::getline(in, part, '.');)
+    numbers.push_back(std::atoi(part.c_str()));
+  return numbers;
+}
+
+bool isOlder(const std::string& version, const std::string& than) { return numbersOf(version) < numbersOf(than); }
+
+/// A lock on the profile's directory that holds between processes and leaves nothing behind. Where it can't be had (the
+/// directory can't be seen from here), two processes may load the helper twice, which costs time only.
+class ProfileLock {
+public:
+  ProfileLock(const std::filesystem::path& directory, const platform::CallLimits& limits)
+      : descriptor_(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+    try {
+      while (descriptor_ >= 0 && ::flock(descriptor_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+        devtools::pause(lookAgain, "the helper is being loaded by another process", limits);
+    } catch (...) {
+      ::close(descriptor_);
+      throw;
+    }
+  }
+  ~ProfileLock() {
+    if (descriptor_ >= 0)
+      ::close(descriptor_);
+  }
+  ProfileLock(const ProfileLock&) = delete;
+  ProfileLock& operator=(const ProfileLock&) = delete;
+
+private:
+  int descriptor_;
+};
+
+boost::json::array targetsOf(devtools::Connection& connection, std::string_view type,
+                             const platform::CallLimits& limits) {
+  boost::json::object reply = connection.call(
+      "Target.getTargets", {{"filter", boost::json::array{boost::json::object{{"type", type}}}}}, {}, limits);
+  return std::move(reply.at("targetInfos").as_array());
+}
+
+} // namespace
+
+HelperWorker::HelperWorker(std::shared_ptr<devtools::Connection> connection, HelperPlace place,
+                           std::function<void()> onChange)
+    : connection_(std::move(connection)), place_(std::move(place)), version_(versionIn(place_.directory)),
+      onChange_(std::move(onChange)) {}
+
+void HelperWorker::prepare(const platform::CallLimits& limits) { requireSession(limits); }
+
+boost::json::value HelperWorker::perform(const std::string& command, const boost::json::object& parameters,
+                                         Repeat repeat, const platform::CallLimits& limits) {
+  const std::string expression =
+      fmt::format("tabwright.perform(\"{}\", {})", command, boost::json::serialize(parameters));
+  devtools::Evaluation evaluation;
+  for (int attempt = 1;; ++attempt) {
+    try {
+      evaluation = requireSession(limits)->evaluate(expression, limits);
+      // A worker that is just starting has not run its script yet.
+      const bool isStarting = evaluation.exception && evaluation.exception->find("not defined") != std::string::npos;
+      if (!isStarting || attempt >= 3)
+        break;
+      const std::lock_guard lock(mutex_);
+      session_.reset();
+    } catch (const DevToolsFailure& failure) {
+      if (failure.kind() != DevToolsFault::targetGone)
+        throw;
+      if (repeat == Repeat::never)
+        throw platform::failure(DriverFault::lost, "the helper in the browser ended in the middle of a command");
+      if (attempt >= 3)
+        throw platform::failure(DriverFault::lost, "the helper in the browser ends again and again");
+    }
+  }
+  if (evaluation.exception)
+    throw platform::failure(DriverFault::refused, *evaluation.exception);
+
+  boost::json::object& answer = evaluation.value.as_object();
+  const boost::json::value* fault = answer.if_contains("fault");
+  if (fault == nullptr)
+    return std::move(answer.at("value"));
+  const auto subject = [&](std::string_view key) {
+    const boost::json::value* id = parameters.if_contains(key);
+    return id != nullptr ? boost::json::serialize(*id) : std::string();
+  };
+  if (fault->as_string() == "noSuchTab")
+    throw platform::failure(DriverFault::noSuchTab, subject("tab"));
+  if (fault->as_string() == "noSuchWindow")
+    throw platform::failure(DriverFault::noSuchWindow, subject("window"));
+  throw platform::failure(DriverFault::refused, std::string(answer.at("detail").as_string()));
+}
+
+std::shared_ptr<Session> HelperWorker::requireSession(const platform::CallLimits& callLimits) {
+  const platform::CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
+  const devtools::Turn::Holder holder = turn_.take("the helper is being prepared", limits);
+  {
+    const std::lock_guard lock(mutex_);
+    if (session_ && session_->isAttached())
+      return session_;
+  }
+  std::shared_ptr<Session> session = attachToRunning(limits);
+  if (!session)
+    session = wakeOrLoad(limits);
+  session->bind("tabwrightChanged", [onChange = onChange_](const std::string&) { onChange(); });
+  onChange_(); // what was seen before is of unknown age
+  const std::lock_guard lock(mutex_);
+  session_ = session;
+  return session;
+}
+
+/// The session of a worker that runs, of our version or a later one; null when there is none.
+std::shared_ptr<Session> HelperWorker::attachToRunning(const platform::CallLimits& limits) {
+  const std::string scope = helperScope();
+  std::string target;
+  for (const boost::json::value& info : targetsOf(*connection_, "service_worker", limits)) {
+    if (info.at("url").as_string().starts_with(scope))
+      target = info.at("targetId").as_string();
+  }
+  if (target.empty())
+    return nullptr;
+  try {
+    std::shared_ptr<Session> session = Session::attach(connection_, target, Session::Kind::worker, limits);
+    const std::string question = "globalThis.tabwright ? chrome.runtime.getManifest().version : ''";
+    for (;;) {
+      const devtools::Evaluation version = session->evaluate(question, limits);
+      if (version.value.is_string() && !version.value.get_string().empty())
+        return isOlder(std::string(version.value.get_string()), version_) ? nullptr : session;
+      devtools::pause(lookAgain, "the helper is starting", limits);
+    }
+  } catch (const DevToolsFailure& failure) {
+    // It ended while we were at it.
+    if (failure.kind() == DevToolsFault::targetGone || failure.kind() == DevToolsFault::refused)
+      return nullptr;
+    throw;
+  }
+}
+
+std::shared_ptr<Session> HelperWorker::wakeOrLoad(const platform::CallLimits& limits) {
+  const ProfileLock lock(place_.profileDirectory, limits);
+  if (std::shared_ptr<Session> session = attachToRunning(limits)) // another process was faster
+    return session;
+  if (isInstalled(limits)) {
+    wake(limits);
+    platform::CallLimits patience = limits;
+    patience.deadline = std::min(limits.deadline, std::chrono::steady_clock::now() + 3s);
+    try {
+      return awaitWorker(patience);
+    } catch (const DevToolsFailure& failure) {
+      if (failure.kind() != DevToolsFault::timedOut)
+        throw;
+      log.info("The helper does not wake; it is loaded anew.");
+    }
+  }
+  load(limits);
+  return awaitWorker(limits);
+}
+
+std::shared_ptr<Session> HelperWorker::awaitWorker(const platform::CallLimits& limits) {
+  for (;;) {
+    if (std::shared_ptr<Session> session = attachToRunning(limits))
+      return session;
+    devtools::pause(lookAgain, "the helper is starting", limits);
+  }
+}
+
+/// Whether the browser has the helper, in our version or a later one. A browser that can't tell counts as without: the
+/// helper is loaded again then, which also starts it.
+bool HelperWorker::isInstalled(const platform::CallLimits& limits) {
+  const devtools::PendingCall::Answer answer = connection_->send("Extensions.getExtensions", {})->await(limits);
+  if (!answer)
+    return false;
+  for (const boost::json::value& extension : answer->at("extensions").as_array()) {
+    if (extension.at("id").as_string() == helperID)
+      return extension.at("enabled").as_bool() &&
+             !isOlder(std::string(extension.at("version").as_string()), version_);
+  }
+  return false;
+}
+
+/// Asks for the worker to be started, which only a page can: one of the browser's ordinary profile, since the helper
+/// lives there and not in the private one; else one made for this, which is never shown.
+void HelperWorker::wake(const platform::CallLimits& limits) {
+  std::string page;
+  const devtools::PendingCall::Answer contexts = connection_->send("Target.getBrowserContexts", {})->await(limits);
+  const boost::json::value* ordinary = contexts ? contexts->if_contains("defaultBrowserContextId") : nullptr;
+  for (const boost::json::value& info : targetsOf(*connection_, "page", limits)) {
+    const boost::json::value* context = info.as_object().if_contains("browserContextId");
+    if (ordinary != nullptr && context != nullptr && *context == *ordinary)
+      page = info.at("targetId").as_string();
+  }
+  bool isOurs = false;
+  if (page.empty()) {
+    const boost::json::object made =
+        connection_->call("Target.createTarget", {{"url", "about:blank"}, {"hidden", true}}, {}, limits);
+    page = made.at("targetId").as_string();
+    isOurs = true;
+  }
+  try {
+    // Attached as if to a worker: nothing here concerns the page or its dialogs.
+    const std::shared_ptr<Session> session = Session::attach(connection_, page, Session::Kind::worker, limits);
+    session->call("ServiceWorker.enable", {}, Session::AnsweredBy::browser, limits);
+    session->call("ServiceWorker.startWorker", {{"scopeURL", helperScope()}}, Session::AnsweredBy::browser, limits);
+  } catch (const DevToolsFailure& failure) {
+    // The page was closed just now, or this browser has no such method: the caller has another way.
+    if (failure.kind() != DevToolsFault::refused && failure.kind() != DevToolsFault::targetGone)
+      throw;
+  }
+  if (isOurs)
+    connection_->send("Target.closeTarget", {{"targetId", page}});
+}
+
+void HelperWorker::load(const platform::CallLimits& limits) {
+  log.info("Loading the helper from {}.", place_.directory.string());
+  const boost::json::object reply =
+      connection_->call("Extensions.loadUnpacked",
+                        {{"path", place_.directory.string()}, {"enableInIncognito", true}}, {}, limits);
+  if (reply.at("id").as_string() != helperID)
+    throw platform::failure(DevToolsFault::refused, "the helper has another id than expected");
+}
+
+} // namespace tabwright::scripting

@@ -1,0 +1,22 @@
+#include "scripting/driver/PageSessions.h"
+
+namespace tabwright::scripting {
+
+std::shared_ptr<devtools::Session> PageSessions::require(const std::string& targetID,
+                                                         const platform::CallLimits& limits) {
+  {
+    const std::lock_guard lock(mutex_);
+    std::erase_if(sessions_, [](const auto& entry) { return !entry.second->isAttached(); });
+    const auto found = sessions_.find(targetID);
+    if (found != sessions_.end())
+      return found->second;
+  }
+  // Two threads may attach at once; that does no harm, and neither waits for the other's page.
+  std::shared_ptr<devtools::Session> session =
+      devtools::Session::attach(connection_, targetID, devtools::Session::Kind::page, limits);
+  const std::lock_guard lock(mutex_);
+  sessions_[targetID] = session;
+  return session;
+}
+
+} // namespace tabwright::scripting

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "devtools/Session.h"
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+
+namespace tabwright::scripting {
+
+/// The pages of one browser that we are attached to, each attached to once, when it is first needed.
+/// Safe to use from any thread.
+class PageSessions {
+public:
+  explicit PageSessions(std::shared_ptr<devtools::Connection> connection) : connection_(std::move(connection)) {}
+
+  /// The session of a target. Throws DevToolsFailure; `refused` when there is no such target.
+  std::shared_ptr<devtools::Session> require(const std::string& targetID, const platform::CallLimits& limits);
+
+private:
+  std::shared_ptr<devtools::Connection> connection_;
+  std::mutex mutex_;
+  std::unordered_map<std::string, std::shared_ptr<devtools::Session>> sessions_;
+};
+
+} // namespace tabwright::scripting

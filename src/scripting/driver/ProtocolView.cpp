@@ -1,0 +1,248 @@
+#include "scripting/driver/ProtocolView.h"
+
+#include "devtools/Waiting.h"
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+// A look lists the page targets in one call, asks for the window of each in calls that are all under way at once, and then
+// asks each page whether it is visible. What the protocol can't tell is kept here: who was seen first, who was in front.
+
+namespace tabwright::scripting {
+
+using devtools::DevToolsFailure;
+using devtools::DevToolsFault;
+using devtools::PendingCall;
+using devtools::Session;
+using namespace std::chrono_literals;
+
+namespace {
+
+std::string textOf(const boost::json::object& fields, std::string_view key) {
+  const boost::json::value* value = fields.if_contains(key);
+  return value != nullptr && value->is_string() ? std::string(value->as_string()) : std::string();
+}
+
+/// A page that is busy or shows a dialog doesn't say; it counts as not visible.
+bool isVisible(PageSessions& pages, const std::string& target, const CallLimits& limits) {
+  CallLimits patience = limits;
+  patience.deadline = std::min(limits.deadline, std::chrono::steady_clock::now() + 500ms);
+  try {
+    return pages.require(target, limits)->evaluate("document.visibilityState === 'visible'", patience).value == true;
+  } catch (const DevToolsFailure& failure) {
+    if (failure.kind() == DevToolsFault::lost || failure.kind() == DevToolsFault::stopped)
+      throw;
+    return false;
+  }
+}
+
+} // namespace
+
+ProtocolView::ProtocolView(std::shared_ptr<devtools::Connection> connection, PageSessions& pages, std::string version)
+    : connection_(std::move(connection)), pages_(pages), version_(std::move(version)) {}
+
+// ---------------------------------------------------------------------------------------------------------- looking
+
+/// 29 bits of the target's random name: small enough to be an integer of every script. Targets that share them take the
+/// next free number.
+TabID ProtocolView::tabOf(const std::string& target) {
+  const auto known = tabs_.find(target);
+  if (known != tabs_.end())
+    return known->second;
+  std::uint32_t number = 0;
+  std::from_chars(target.data(), target.data() + std::min<std::size_t>(target.size(), 8), number, 16);
+  TabID tab = number & 0x1FFFFFFF;
+  while (tab == 0 || (taken_.contains(tab) && taken_.at(tab) != target))
+    ++tab;
+  tabs_[target] = tab;
+  taken_[tab] = target;
+  return tab;
+}
+
+std::vector<ProtocolView::Page> ProtocolView::listPages(const CallLimits& limits) {
+  const boost::json::object reply = connection_->call("Target.getTargets", {}, {}, limits);
+  std::vector<Page> pages;
+  const std::lock_guard lock(mutex_);
+  for (const boost::json::value& info : reply.at("targetInfos").as_array()) {
+    const boost::json::object& fields = info.as_object();
+    if (textOf(fields, "type") != "page" || textOf(fields, "url").starts_with("devtools:"))
+      continue;
+    Page page{textOf(fields, "targetId"), textOf(fields, "title"), textOf(fields, "url"),
+              textOf(fields, "browserContextId"), 0};
+    page.tab = tabOf(page.target);
+    if (std::ranges::find(seen_, page.target) == seen_.end())
+      seen_.push_back(page.target);
+    pages.push_back(std::move(page));
+  }
+  std::erase_if(seen_, [&](const std::string& target) {
+    return std::ranges::none_of(pages, [&](const Page& page) { return page.target == target; });
+  });
+  std::ranges::sort(pages, {}, [&](const Page& page) { return std::ranges::find(seen_, page.target) - seen_.begin(); });
+  return pages;
+}
+
+ViewedBrowser ProtocolView::look(const CallLimits& callLimits) {
+  const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
+  const auto contexts = connection_->send("Target.getBrowserContexts", {});
+  const std::vector<Page> pages = listPages(limits);
+  std::vector<std::shared_ptr<PendingCall>> calls;
+  for (const Page& page : pages)
+    calls.push_back(connection_->send("Browser.getWindowForTarget", {{"targetId", page.target}}));
+  const PendingCall::Answer contextAnswer = contexts->await(limits);
+  const std::string ordinary = contextAnswer ? textOf(*contextAnswer, "defaultBrowserContextId") : std::string();
+
+  ViewedBrowser viewed;
+  const auto snapshot = std::make_shared<BrowserSnapshot>();
+  snapshot->version = version_;
+  for (std::size_t index = 0; index < pages.size(); ++index) {
+    const Page& page = pages[index];
+    const PendingCall::Answer answer = calls[index]->await(limits);
+    if (!answer) // closed meanwhile, or not in a window
+      continue;
+    const WindowID id = answer->at("windowId").to_number<WindowID>();
+    auto window = std::ranges::find(snapshot->windows, id, &WindowState::id);
+    if (window == snapshot->windows.end()) {
+      const boost::json::object& bounds = answer->at("bounds").as_object();
+      const auto number = [&](std::string_view key) { return bounds.at(key).to_number<int>(); };
+      WindowState state;
+      state.id = id;
+      state.mode = ordinary.empty() || page.context == ordinary ? WindowMode::normal : WindowMode::incognito;
+      state.bounds = {number("left"), number("top"), number("width"), number("height")};
+      state.isMinimized = textOf(bounds, "windowState") == "minimized";
+      state.isFullScreen = textOf(bounds, "windowState") == "fullscreen";
+      window = snapshot->windows.insert(snapshot->windows.end(), std::move(state));
+    }
+    window->tabs.push_back({page.tab, page.title, page.url, false});
+    viewed.targets[page.tab] = page.target;
+    if (window->activeTabIndex == 0 && isVisible(pages_, page.target, limits))
+      window->activeTabIndex = window->tabs.size();
+  }
+
+  const std::lock_guard lock(mutex_);
+  for (WindowState& window : snapshot->windows) {
+    window.activeTabIndex = std::max<std::size_t>(window.activeTabIndex, 1); // a minimised window shows none
+    window.title = window.tabs[window.activeTabIndex - 1].title;
+    if (const auto name = names_.find(window.id); name != names_.end())
+      window.givenName = name->second;
+    if (std::ranges::find(order_, window.id) == order_.end())
+      order_.push_back(window.id);
+  }
+  std::ranges::sort(snapshot->windows, {}, [&](const WindowState& window) {
+    return std::ranges::find(order_, window.id) - order_.begin();
+  });
+  viewed.snapshot = snapshot;
+  return viewed;
+}
+
+void ProtocolView::toFront(WindowID window) {
+  const std::lock_guard lock(mutex_);
+  std::erase(order_, window);
+  order_.insert(order_.begin(), window);
+}
+
+// ---------------------------------------------------------------------------------------------------------- finding
+
+std::string ProtocolView::requireTarget(TabID tab, const CallLimits& limits) {
+  for (const Page& page : listPages(limits)) {
+    if (page.tab == tab)
+      return page.target;
+  }
+  throw platform::failure(DriverFault::noSuchTab, std::to_string(tab));
+}
+
+std::string ProtocolView::activeTarget(WindowID id, const CallLimits& limits) {
+  const ViewedBrowser viewed = look(limits);
+  for (const WindowState& window : viewed.snapshot->windows) {
+    if (window.id == id)
+      return viewed.targets.at(window.tabs[window.activeTabIndex - 1].id);
+  }
+  throw platform::failure(DriverFault::noSuchWindow, std::to_string(id));
+}
+
+// ---------------------------------------------------------------------------------------------------------- commands
+
+/// The protocol opens a tab in the window used last, so that window is raised first; it can't be placed in the strip.
+TabID ProtocolView::makeTab(WindowID window, std::optional<std::size_t>, const std::string& url,
+                            const CallLimits& limits) {
+  raiseWindow(window, limits);
+  const boost::json::object reply =
+      connection_->call("Target.createTarget", {{"url", url.empty() ? "chrome://newtab/" : url}}, {}, limits);
+  const std::lock_guard lock(mutex_);
+  return tabOf(textOf(reply, "targetId"));
+}
+
+WindowID ProtocolView::makeWindow(WindowMode mode, const std::string& url, const CallLimits& limits) {
+  boost::json::object parameters{{"url", url.empty() ? "about:blank" : url}, {"newWindow", true}};
+  if (mode == WindowMode::incognito)
+    parameters["browserContextId"] =
+        textOf(connection_->call("Target.createBrowserContext", {}, {}, limits), "browserContextId");
+  const std::string target = textOf(connection_->call("Target.createTarget", parameters, {}, limits), "targetId");
+  const boost::json::object reply =
+      connection_->call("Browser.getWindowForTarget", {{"targetId", target}}, {}, limits);
+  const WindowID window = reply.at("windowId").to_number<WindowID>();
+  toFront(window);
+  return window;
+}
+
+void ProtocolView::closeTarget(const std::string& target, const CallLimits& callLimits) {
+  const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
+  connection_->call("Target.closeTarget", {{"targetId", target}}, {}, limits);
+  // It answers before the page is gone.
+  while (connection_->send("Target.getTargetInfo", {{"targetId", target}})->await(limits))
+    devtools::pause(5ms, "the page is closing", limits);
+}
+
+void ProtocolView::closeTab(TabID tab, const CallLimits& limits) { closeTarget(requireTarget(tab, limits), limits); }
+
+void ProtocolView::closeWindow(WindowID id, const CallLimits& limits) {
+  const ViewedBrowser viewed = look(limits);
+  const auto window = std::ranges::find(viewed.snapshot->windows, id, &WindowState::id);
+  if (window == viewed.snapshot->windows.end())
+    throw platform::failure(DriverFault::noSuchWindow, std::to_string(id));
+  for (const TabState& tab : window->tabs)
+    closeTarget(viewed.targets.at(tab.id), limits);
+}
+
+/// The protocol can't but raise the window with it.
+void ProtocolView::activateTab(TabID tab, const CallLimits& limits) {
+  connection_->call("Target.activateTarget", {{"targetId", requireTarget(tab, limits)}}, {}, limits);
+}
+
+void ProtocolView::navigate(TabID tab, const std::string& url, const CallLimits& limits) {
+  pages_.require(requireTarget(tab, limits), limits)
+      ->call("Page.navigate", {{"url", url}}, Session::AnsweredBy::browser, limits);
+}
+
+void ProtocolView::goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits) {
+  const std::shared_ptr<Session> page = pages_.require(requireTarget(tab, limits), limits);
+  const boost::json::object history = page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
+  const boost::json::array& entries = history.at("entries").as_array();
+  const std::int64_t step = direction == BrowserDriver::History::back ? -1 : 1;
+  const std::int64_t place = history.at("currentIndex").to_number<std::int64_t>() + step;
+  if (place < 0 || place >= static_cast<std::int64_t>(entries.size()))
+    return; // as with the browser's own buttons
+  page->call("Page.navigateToHistoryEntry", {{"entryId", entries[static_cast<std::size_t>(place)].at("id")}},
+             Session::AnsweredBy::browser, limits);
+}
+
+void ProtocolView::reload(TabID tab, const CallLimits& limits) {
+  pages_.require(requireTarget(tab, limits), limits)
+      ->call("Page.reload", {}, Session::AnsweredBy::browser, limits);
+}
+
+void ProtocolView::raiseWindow(WindowID window, const CallLimits& limits) {
+  connection_->call("Target.activateTarget", {{"targetId", activeTarget(window, limits)}}, {}, limits);
+  toFront(window);
+}
+
+void ProtocolView::setGivenName(WindowID window, const std::string& name, const CallLimits& limits) {
+  activeTarget(window, limits); // throws for a window that isn't there
+  const std::lock_guard lock(mutex_);
+  names_[window] = name;
+}
+
+} // namespace tabwright::scripting

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "scripting/driver/BrowserView.h"
+#include "scripting/driver/PageSessions.h"
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace tabwright::scripting {
+
+/// The browser as the protocol alone shows it, for one that takes no helper.
+///
+/// The protocol knows neither the order of windows nor that of tabs, so these are guesses, good enough to work with:
+/// windows and tabs stand in the order in which they were first seen, a window that we raised or made stands in front, and
+/// a window's active tab is one whose page says that it is visible. Tab ids are made from the protocol's own names, so
+/// another process sees the same. Given names last as long as the connection.
+class ProtocolView final : public BrowserView {
+public:
+  /// `pages` outlives this.
+  ProtocolView(std::shared_ptr<devtools::Connection> connection, PageSessions& pages, std::string version);
+
+  ViewedBrowser look(const CallLimits& limits) override;
+  [[nodiscard]] bool reportsChanges() const override { return false; }
+  TabID makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
+                const CallLimits& limits) override;
+  WindowID makeWindow(WindowMode mode, const std::string& url, const CallLimits& limits) override;
+  void closeTab(TabID tab, const CallLimits& limits) override;
+  void closeWindow(WindowID window, const CallLimits& limits) override;
+  void activateTab(TabID tab, const CallLimits& limits) override;
+  void navigate(TabID tab, const std::string& url, const CallLimits& limits) override;
+  void goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits) override;
+  void reload(TabID tab, const CallLimits& limits) override;
+  void raiseWindow(WindowID window, const CallLimits& limits) override;
+  void setGivenName(WindowID window, const std::string& name, const CallLimits& limits) override;
+
+private:
+  struct Page {
+    std::string target;
+    std::string title;
+    std::string url;
+    std::string context;
+    TabID tab = 0;
+  };
+  std::vector<Page> listPages(const CallLimits& limits);
+  TabID tabOf(const std::string& target);
+  std::string requireTarget(TabID tab, const CallLimits& limits);
+  std::string activeTarget(WindowID window, const CallLimits& limits);
+  void closeTarget(const std::string& target, const CallLimits& limits);
+  void toFront(WindowID window);
+
+  std::shared_ptr<devtools::Connection> connection_;
+  PageSessions& pages_;
+  const std::string version_;
+
+  std::mutex mutex_; // guards what follows
+  std::vector<std::string> seen_;                 // targets, the first seen first
+  std::unordered_map<std::string, TabID> tabs_;   // target -> tab
+  std::unordered_map<TabID, std::string> taken_;  // tab -> target
+  std::vector<WindowID> order_;                   // windows, front first
+  std::unordered_map<WindowID, std::string> names_;
+};
+
+} // namespace tabwright::scripting

@@ -1,0 +1,36 @@
+#include "scripting/model/Arguments.h"
+
+#include "applescript/values/Coercion.h"
+#include "scripting/model/EventErrors.h"
+
+#include <cmath>
+
+namespace tabwright::scripting {
+
+using applescript::Value;
+
+std::string requireText(const Value& value) {
+  if (value.isMissing() || value.isNull())
+    throw cannotMake(value, "text");
+  return applescript::textOf(value);
+}
+
+std::int64_t requireInteger(const Value& value) {
+  const auto* integer = value.get<std::int64_t>(); // nearly always
+  return integer != nullptr ? *integer : applescript::integerOf(value);
+}
+
+bool requireBoolean(const Value& value) { return applescript::booleanOf(value); }
+
+std::optional<std::string> idText(const Value& value) {
+  if (const std::string* text = value.text())
+    return *text;
+  if (const auto* integer = value.get<std::int64_t>())
+    return std::to_string(*integer);
+  const auto* real = value.get<double>();
+  if (real != nullptr && std::trunc(*real) == *real && std::abs(*real) < 9.0e15)
+    return std::to_string(static_cast<std::int64_t>(*real));
+  return std::nullopt;
+}
+
+} // namespace tabwright::scripting

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "applescript/values/Value.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace tabwright::scripting {
+
+/// Values as what a command or property wants, coerced as the language does it. Each throws ScriptError −1700
+/// ("Can’t make … into type …") for a value that has no such form; `missing value` and `null` have none.
+[[nodiscard]] std::string requireText(const applescript::Value& value);
+[[nodiscard]] std::int64_t requireInteger(const applescript::Value& value);
+[[nodiscard]] bool requireBoolean(const applescript::Value& value);
+
+/// The text by which ids and names are looked up: text as it is, whole numbers in digits; nothing for other kinds.
+[[nodiscard]] std::optional<std::string> idText(const applescript::Value& value);
+
+} // namespace tabwright::scripting

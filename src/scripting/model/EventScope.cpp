@@ -1,0 +1,31 @@
+#include "scripting/model/EventScope.h"
+
+namespace tabwright::scripting {
+
+using applescript::ObjectSpecifier;
+using applescript::SpecifierPointer;
+using applescript::Value;
+
+namespace {
+
+/// The root that the event's own specifiers hang from, so that answers can share it.
+SpecifierPointer rootOf(SpecifierPointer specifier) {
+  while (specifier && specifier->container)
+    specifier = specifier->container;
+  return specifier && specifier->form == ObjectSpecifier::Form::application ? specifier : nullptr;
+}
+
+} // namespace
+
+EventScope::EventScope(const ObjectModel& model, std::shared_ptr<applescript::ScriptableApplication> application,
+                       const applescript::AppleEventMessage& message)
+    : model_(model), message_(message) {
+  if (message.directObject) {
+    if (const auto* specifier = message.directObject->get<Value::SpecifierPointer>())
+      root_ = rootOf(*specifier);
+  }
+  if (!root_ || root_->application != application)
+    root_ = applescript::applicationRoot(std::move(application));
+}
+
+} // namespace tabwright::scripting

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "applescript/events/AppleEventMessage.h"
+#include "applescript/events/ObjectSpecifier.h"
+#include "applescript/events/ScriptableApplication.h"
+#include "scripting/model/ObjectClass.h"
+
+#include <memory>
+
+namespace tabwright::scripting {
+
+class ObjectModel;
+
+/// What one event sees of an application. Each application derives its own, holding the one snapshot that answers the
+/// event, and its tables cast the scope they are given back to that type. Lives on the stack of `handle`; one thread.
+class EventScope {
+public:
+  EventScope(const ObjectModel& model, std::shared_ptr<applescript::ScriptableApplication> application,
+             const applescript::AppleEventMessage& message);
+  virtual ~EventScope() = default;
+  EventScope(const EventScope&) = delete;
+  EventScope& operator=(const EventScope&) = delete;
+
+  [[nodiscard]] const ObjectModel& model() const { return model_; }
+  [[nodiscard]] const applescript::AppleEventMessage& message() const { return message_; }
+  /// Specifier of the application itself, the root of all others.
+  [[nodiscard]] const applescript::SpecifierPointer& root() const { return root_; }
+
+private:
+  const ObjectModel& model_;
+  const applescript::AppleEventMessage& message_;
+  applescript::SpecifierPointer root_;
+};
+
+/// Adapters for the tables: a function over an application's own scope as one over EventScope.
+template <class Scope, auto Get>
+Found reading(EventScope& scope, Object object) {
+  return Get(static_cast<Scope&>(scope), object);
+}
+template <class Scope, auto Set>
+void writing(EventScope& scope, Object object, const applescript::Value& value) {
+  Set(static_cast<Scope&>(scope), object, value);
+}
+
+} // namespace tabwright::scripting

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "applescript/events/FourCharCode.h"
+#include "applescript/events/ObjectSpecifier.h"
+#include "applescript/values/Value.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace tabwright::scripting {
+
+class EventScope;
+struct ObjectClass;
+
+/// One object of an application, valid for one event: its class, and two numbers with which the application finds it
+/// again (such as the positions of a window and of a tab in the snapshot that answers the event).
+struct Object {
+  const ObjectClass* type = nullptr;
+  std::int64_t first = 0;
+  std::int64_t second = 0;
+
+  friend bool operator==(const Object&, const Object&) = default;
+};
+
+/// What a specifier, or one step of it, leads to: a plain value, an object, or several of either (a step taken from
+/// several objects leads to a list of what it leads to from each).
+struct Found {
+  std::variant<applescript::Value, Object, std::vector<Found>> what;
+
+  Found(applescript::Value value) : what(std::move(value)) {}
+  Found(Object object) : what(object) {}
+  Found(std::vector<Found> list) : what(std::move(list)) {}
+};
+
+/// A property of a class. Functions throw ScriptError; the model turns what they throw into the event's error.
+struct PropertyRow {
+  applescript::FourCharCode code = 0;
+  Found (*get)(EventScope& scope, Object object) = nullptr;
+  /// Null for a property that can't be set. The value is no specifier, except one that names a single object.
+  void (*set)(EventScope& scope, Object object, const applescript::Value& value) = nullptr;
+};
+
+/// One kind of elements that the objects of a class contain, in their order.
+struct ElementRow {
+  const ObjectClass* type = nullptr;
+  std::size_t (*count)(EventScope& scope, Object container) = nullptr;
+  /// The element at a 0-based position below `count`.
+  Object (*at)(EventScope& scope, Object container, std::size_t position) = nullptr;
+  /// The element with an id or a name; nothing when there is none. Null: all elements are searched, by the properties
+  /// `id` and `name`, ids alike when their text forms are, names ignoring case.
+  std::optional<Object> (*byID)(EventScope& scope, Object container, const applescript::Value& id) = nullptr;
+  std::optional<Object> (*byName)(EventScope& scope, Object container, std::string_view name) = nullptr;
+};
+
+/// A class of an application's dictionary, described by tables with static storage. The rows give what the application
+/// can do; the properties `class`, `contents` and `properties` come by themselves.
+struct ObjectClass {
+  applescript::FourCharCode code = 0;
+  std::string_view words; ///< in the singular, as `class of` answers
+  std::span<const PropertyRow> properties;
+  std::span<const ElementRow> elements;
+  /// The object's one lasting specifier, by which answers name it.
+  applescript::SpecifierPointer (*specifier)(EventScope& scope, Object object) = nullptr;
+};
+
+} // namespace tabwright::scripting

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "applescript/events/AppleEventMessage.h"
+#include "applescript/events/ObjectSpecifier.h"
+#include "applescript/terminology/Terminology.h"
+#include "scripting/model/EventScope.h"
+#include "scripting/model/ObjectClass.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tabwright::scripting {
+
+/// A place among the elements of an object, where `make … at` puts something.
+struct InsertionPlace {
+  Object container;
+  std::optional<std::size_t> position; ///< 0-based, before which to insert; nothing: at the end
+};
+
+/// Resolves object specifiers against an application that is described by tables (ObjectClass.h), and answers the
+/// events that are alike in all applications: get, set, count and exists.
+///
+///     ObjectModel model(applicationClass, chromiumTerminology());
+///     BrowserScope scope(model, …, message);
+///     if (std::optional<Value> answer = model.answer(scope)) return *answer;
+///     for (Object tab : model.objects(scope, model.subject(scope))) …            // a command of the application's own
+///
+/// All forms of specifiers are understood: property, index (also negative), name, id, range, every, middle, some,
+/// before, after, with `whose` tests on any of them. A property of several objects is the list of its values.
+///
+/// Errors are ScriptErrors: −1728 for what isn't there ("Can’t get window 3."), −1719 for an index that can't be one,
+/// −10006 for what can't be set, −1708 for what isn't understood. Sentences name things in source form, without the
+/// application, which the evaluator puts in front.
+///
+/// Immutable; one model serves all threads.
+class ObjectModel {
+public:
+  /// Both must outlive the model.
+  ObjectModel(const ObjectClass& root, const applescript::Terminology& terminology)
+      : root_(root), terminology_(terminology) {}
+
+  [[nodiscard]] const applescript::Terminology& terminology() const { return terminology_; }
+
+  /// Answers get, set, count and exists; nothing for any other event.
+  [[nodiscard]] std::optional<applescript::Value> answer(EventScope& scope) const;
+
+  /// What the event is about: its direct object, else the subject of the enclosing `tell`, else the application.
+  [[nodiscard]] applescript::Value subject(EventScope& scope) const;
+
+  /// What a specifier leads to.
+  [[nodiscard]] Found resolve(EventScope& scope, const applescript::ObjectSpecifier& specifier,
+                              const Object* underTest = nullptr) const;
+
+  /// The objects that a value names (a specifier, or a list of such), in order, those of nested lists in a row.
+  /// Throws −1728 for anything that is no object.
+  [[nodiscard]] std::vector<Object> objects(EventScope& scope, const applescript::Value& value) const;
+  /// The one object that a value names; throws −1728 when it names none, or several.
+  [[nodiscard]] Object object(EventScope& scope, const applescript::Value& value) const;
+
+  /// The place that a specifier names: an insertion point, `before x`, `after x`, or an object, meaning its end.
+  [[nodiscard]] InsertionPlace place(EventScope& scope, const applescript::Value& value) const;
+
+  /// Position of an object among the elements of its class in a container, 0-based; nothing when it isn't there.
+  [[nodiscard]] std::optional<std::size_t> position(EventScope& scope, Object container, Object element) const;
+
+  /// A found thing as the answer of an event: objects as their specifiers, several as a list.
+  [[nodiscard]] applescript::Value value(EventScope& scope, const Found& found) const;
+
+  /// The code of a label: its own, or that of the dictionary's property with the label's words; 0 for other words.
+  [[nodiscard]] applescript::FourCharCode propertyCode(const applescript::Label& label) const;
+
+private:
+  Found step(EventScope& scope, const applescript::ObjectSpecifier& specifier, Object container,
+             const Object* underTest) const;
+  Found property(EventScope& scope, const applescript::ObjectSpecifier& specifier, Object object) const;
+  Found neighbour(EventScope& scope, const applescript::ObjectSpecifier& specifier, const Object* underTest) const;
+  Found range(EventScope& scope, const applescript::ObjectSpecifier& specifier, Object container,
+              const ElementRow& row, const Object* underTest) const;
+  std::int64_t boundary(EventScope& scope, const applescript::ObjectSpecifier& specifier, Object container,
+                        const applescript::Value& key, const Object* underTest) const;
+  std::optional<Object> find(EventScope& scope, const applescript::ObjectSpecifier& specifier, Object container,
+                             const ElementRow& row) const;
+  bool passes(EventScope& scope, const applescript::SpecifierTest& test, Object object) const;
+  applescript::Value operand(EventScope& scope, const applescript::Value& value, Object object) const;
+  std::optional<Object> parent(EventScope& scope, Object object) const;
+
+  applescript::Value get(EventScope& scope) const;
+  void set(EventScope& scope) const;
+  void setProperty(EventScope& scope, const applescript::ObjectSpecifier& specifier, Object object,
+                   const applescript::Value& value) const;
+  std::int64_t count(EventScope& scope) const;
+  bool exists(EventScope& scope) const;
+
+  const ObjectClass& root_;
+  const applescript::Terminology& terminology_;
+};
+
+} // namespace tabwright::scripting

@@ -1,0 +1,227 @@
+// The events that all applications answer alike, and what their own commands need of resolution: the objects that an
+// event is about, and the place that `make … at` names.
+#include "scripting/model/EventErrors.h"
+#include "scripting/model/ObjectModel.h"
+
+#include <algorithm>
+
+namespace tabwright::scripting {
+
+using applescript::fourCharCode;
+using applescript::ObjectSpecifier;
+using applescript::ScriptError;
+using applescript::Value;
+using Form = ObjectSpecifier::Form;
+namespace events = applescript::events;
+namespace keywords = applescript::keywords;
+namespace errorNumber = applescript::errorNumber;
+
+namespace {
+
+void gather(const Found& found, std::vector<Object>& objects, const ObjectSpecifier& specifier,
+            const applescript::Terminology& terminology) {
+  if (const auto* object = std::get_if<Object>(&found.what)) {
+    objects.push_back(*object);
+  } else if (const auto* list = std::get_if<std::vector<Found>>(&found.what)) {
+    for (const Found& each : *list)
+      gather(each, objects, specifier, terminology);
+  } else {
+    throw cannotGet(specifier, terminology);
+  }
+}
+
+std::int64_t leaves(const Found& found) {
+  const auto* list = std::get_if<std::vector<Found>>(&found.what);
+  if (list == nullptr)
+    return 1;
+  std::int64_t total = 0;
+  for (const Found& each : *list)
+    total += leaves(each);
+  return total;
+}
+
+bool isThere(const Found& found) {
+  if (const auto* value = std::get_if<Value>(&found.what))
+    return !value->isMissing();
+  if (const auto* list = std::get_if<std::vector<Found>>(&found.what))
+    return std::ranges::any_of(*list, isThere);
+  return true;
+}
+
+} // namespace
+
+std::optional<Value> ObjectModel::answer(EventScope& scope) const {
+  const applescript::EventCode code = scope.message().code;
+  if (code == events::get)
+    return get(scope);
+  if (code == events::set) {
+    set(scope);
+    return Value::missing();
+  }
+  if (code == events::count)
+    return Value(count(scope));
+  if (code == events::exists)
+    return Value(exists(scope));
+  return std::nullopt;
+}
+
+Value ObjectModel::subject(EventScope& scope) const {
+  if (scope.message().directObject)
+    return *scope.message().directObject;
+  if (scope.message().subject)
+    return Value(scope.message().subject);
+  return Value(scope.root());
+}
+
+Value ObjectModel::get(EventScope& scope) const {
+  const auto read = [&](const auto& self, const Value& target) -> Value {
+    if (const auto* specifier = target.get<Value::SpecifierPointer>())
+      return value(scope, resolve(scope, **specifier));
+    if (const auto* list = target.get<Value::ListPointer>()) {
+      std::vector<Value> items;
+      for (const Value& each : (*list)->items)
+        items.push_back(self(self, each));
+      return Value::list(std::move(items));
+    }
+    return target;
+  };
+  return read(read, subject(scope));
+}
+
+void ObjectModel::set(EventScope& scope) const {
+  const Value target = subject(scope);
+  const Value* given = scope.message().parameter(keywords::data);
+  if (given == nullptr)
+    throw missingParameter("to");
+  const auto* specifier = target.get<Value::SpecifierPointer>();
+  if (specifier == nullptr)
+    throw eventError(errorNumber::cannotSet, "Can’t set what is no object of the application.");
+  Value newValue = *given;
+  if (const auto* source = newValue.get<Value::SpecifierPointer>();
+      source != nullptr && (*source)->application == scope.root()->application)
+    newValue = value(scope, resolve(scope, **source));
+  if ((*specifier)->form != Form::property)
+    throw cannotSet(**specifier, newValue, terminology_);
+
+  std::vector<Object> owners;
+  gather(resolve(scope, *(*specifier)->container), owners, *(*specifier)->container, terminology_);
+  for (const Object& owner : owners)
+    setProperty(scope, **specifier, owner, newValue);
+}
+
+void ObjectModel::setProperty(EventScope& scope, const ObjectSpecifier& specifier, Object object,
+                              const Value& newValue) const {
+  const auto setOne = [&](applescript::FourCharCode code, const Value& to) {
+    const auto row = std::ranges::find(object.type->properties, code, &PropertyRow::code);
+    if (row == object.type->properties.end() || row->set == nullptr)
+      throw cannotSet(specifier, to, terminology_);
+    row->set(scope, object, to);
+  };
+  const auto* record = newValue.get<Value::RecordPointer>();
+  if (specifier.desiredClass != fourCharCode("pALL") || record == nullptr)
+    return setOne(specifier.desiredClass, newValue);
+  for (const auto& [label, field] : (*record)->fields)
+    setOne(propertyCode(label), field);
+}
+
+std::int64_t ObjectModel::count(EventScope& scope) const {
+  const Value target = subject(scope);
+  const auto* list = target.get<Value::ListPointer>();
+  if (list != nullptr)
+    return static_cast<std::int64_t>((*list)->items.size());
+  const auto* specifier = target.get<Value::SpecifierPointer>();
+  if (specifier == nullptr)
+    throw notUnderstood(target, events::count, terminology_);
+
+  if (const Value* kind = scope.message().parameter(keywords::elementClass)) {
+    const auto* name = kind->get<Value::ClassPointer>();
+    if (name != nullptr && (*name)->code != fourCharCode("cobj")) {
+      // `count each tab of window 1`; the direct object may be the container, or the elements themselves.
+      const bool isElements = (*specifier)->form != Form::property && (*specifier)->desiredClass == (*name)->code;
+      if (!isElements)
+        return leaves(resolve(scope, *applescript::everyElement(*specifier, (*name)->code)));
+    }
+  }
+  const Found found = resolve(scope, **specifier);
+  if (const auto* object = std::get_if<Object>(&found.what)) {
+    std::int64_t total = 0;
+    for (const ElementRow& row : object->type->elements)
+      total += static_cast<std::int64_t>(row.count(scope, *object));
+    return total;
+  }
+  if (const auto* plain = std::get_if<Value>(&found.what)) {
+    if (const auto* items = plain->get<Value::ListPointer>())
+      return static_cast<std::int64_t>((*items)->items.size());
+  }
+  return leaves(found);
+}
+
+bool ObjectModel::exists(EventScope& scope) const {
+  const Value target = subject(scope);
+  const auto* specifier = target.get<Value::SpecifierPointer>();
+  if (specifier == nullptr)
+    return !target.isMissing();
+  try {
+    return isThere(resolve(scope, **specifier));
+  } catch (const ScriptError& error) {
+    if (error.number() == errorNumber::noSuchObject || error.number() == errorNumber::invalidIndex)
+      return false;
+    throw;
+  }
+}
+
+std::vector<Object> ObjectModel::objects(EventScope& scope, const Value& target) const {
+  std::vector<Object> result;
+  if (const auto* list = target.get<Value::ListPointer>()) {
+    for (const Value& each : (*list)->items) {
+      const std::vector<Object> some = objects(scope, each);
+      result.insert(result.end(), some.begin(), some.end());
+    }
+    return result;
+  }
+  const auto* specifier = target.get<Value::SpecifierPointer>();
+  if (specifier == nullptr)
+    throw eventError(errorNumber::noSuchObject, "Can’t get what is no object of the application.");
+  gather(resolve(scope, **specifier), result, **specifier, terminology_);
+  return result;
+}
+
+Object ObjectModel::object(EventScope& scope, const Value& target) const {
+  const std::vector<Object> found = objects(scope, target);
+  if (found.size() == 1)
+    return found.front();
+  const auto* specifier = target.get<Value::SpecifierPointer>();
+  if (specifier != nullptr)
+    throw cannotGet(**specifier, terminology_);
+  throw eventError(errorNumber::noSuchObject, "Can’t get one object from a list of several.");
+}
+
+InsertionPlace ObjectModel::place(EventScope& scope, const Value& target) const {
+  const auto* pointer = target.get<Value::SpecifierPointer>();
+  if (pointer == nullptr)
+    return {object(scope, target), std::nullopt};
+  const ObjectSpecifier& specifier = **pointer;
+  const auto holder = [&](const applescript::SpecifierPointer& elements) {
+    const bool isElements = elements->form == Form::every && elements->container;
+    return object(scope, Value(isElements ? elements->container : elements));
+  };
+  switch (specifier.form) {
+  case Form::beginning:
+    return {holder(specifier.container), 0};
+  case Form::end:
+    return {holder(specifier.container), std::nullopt};
+  case Form::before:
+  case Form::after: {
+    const Object beside = object(scope, Value(specifier.container));
+    const auto container = parent(scope, beside);
+    const auto at = container ? position(scope, *container, beside) : std::nullopt;
+    if (!at)
+      throw cannotGet(specifier, terminology_);
+    return {*container, specifier.form == Form::after ? *at + 1 : *at};
+  }
+  default:
+    return {holder(*pointer), std::nullopt};
+  }
+}
+
+} // namespace tabwright::scripting

@@ -1,0 +1,120 @@
+#include "scripting/safari/SafariApplication.h"
+
+#include "scripting/browser/BrowserProperties.h"
+#include "scripting/browser/JSONValue.h"
+#include "scripting/browser/MakeRequest.h"
+#include "scripting/model/Arguments.h"
+#include "scripting/model/EventErrors.h"
+#include "scripting/safari/SafariClasses.h"
+#include "scripting/safari/SafariTerminology.h"
+
+#include <boost/json/value.hpp>
+
+#include <string>
+#include <utility>
+
+namespace tabwright::scripting {
+
+using applescript::fourCharCode;
+using applescript::Value;
+namespace events = applescript::events;
+
+namespace {
+
+constexpr auto windowCode = fourCharCode("cwin");
+
+/// `do javascript x in t`, or `do javascript x` inside `tell t`; t is a tab, or a document or window with a current tab.
+Value doJavaScript(BrowserScope& scope) {
+  if (!scope.message().directObject)
+    throw missingParameter("direct");
+  const std::string javascript = requireText(*scope.message().directObject);
+  Value target;
+  if (const Value* given = scope.message().parameter(safari::target))
+    target = *given;
+  else if (scope.message().subject && scope.message().subject->container)
+    target = Value(scope.message().subject);
+  else
+    throw missingParameter("in");
+
+  std::vector<Value> results;
+  for (const Object& object : scope.model().objects(scope, target)) {
+    const bool isTab = object.type == &safariTabClass();
+    const std::optional<Object> tab = isTab ? std::optional(object)
+                                      : object.type == &safariWindowClass() || object.type == &safariDocumentClass()
+                                          ? currentTabOf(scope, object)
+                                          : std::nullopt;
+    if (!tab)
+      throw notUnderstood(target, safari::doJavaScript, safariTerminology());
+    results.push_back(valueOf(scope.driver().evaluate(scope.tab(*tab).id, javascript, scope.limits())));
+  }
+  return results.size() == 1 ? results.front() : Value::list(std::move(results));
+}
+
+Value close(BrowserScope& scope) {
+  const Value subject = scope.model().subject(scope);
+  for (const Object& object : scope.model().objects(scope, subject)) {
+    if (object.type == &safariTabClass())
+      scope.driver().closeTab(scope.tab(object).id, scope.limits());
+    else if (object.type == &safariWindowClass() || object.type == &safariDocumentClass())
+      scope.driver().closeWindow(scope.window(object).id, scope.limits());
+    else
+      throw notUnderstood(subject, scope.message().code, safariTerminology());
+  }
+  return Value::missing();
+}
+
+std::string addressOf(const MakeRequest& request) {
+  const Value* url = request.find(safari::url);
+  return url != nullptr && !url->isMissing() ? requireText(*url) : std::string();
+}
+
+Value makeTab(BrowserScope& scope, const MakeRequest& request) {
+  const Object window =
+      request.place ? request.place->container
+                    : scope.model().object(scope, Value(applescript::elementByIndex(scope.root(), windowCode, 1)));
+  if (window.type != &safariWindowClass())
+    throw notUnderstood(Value(scope.root()), scope.message().code, safariTerminology());
+  const std::optional<std::size_t> position = request.place ? request.place->position : std::nullopt;
+  const TabID id = openTab(scope, window, position, addressOf(request));
+  // Tabs are named by position, so the one made has to be looked for.
+  const auto now = scope.driver().snapshot(scope.limits());
+  const WindowID windowID = scope.window(window).id;
+  for (const WindowState& each : now->windows) {
+    for (std::size_t tab = 0; tab < each.tabs.size(); ++tab) {
+      if (each.tabs[tab].id == id)
+        return Value(safariTabSpecifier(safariWindowSpecifier(scope, each.id), tab + 1));
+    }
+  }
+  return Value(safariTabSpecifier(safariWindowSpecifier(scope, windowID), scope.window(window).tabs.size() + 1));
+}
+
+Value make(BrowserScope& scope) {
+  const MakeRequest request = readMakeRequest(scope);
+  if (request.elementClass == safari::tab)
+    return makeTab(scope, request);
+  const bool isDocument = request.elementClass == fourCharCode("docu");
+  if (!isDocument && request.elementClass != windowCode)
+    throw eventError(applescript::errorNumber::handlerFailed, "Only documents, windows and tabs can be made.");
+  const WindowID id = scope.driver().makeWindow(WindowMode::normal, addressOf(request), scope.limits());
+  return isDocument ? Value(applescript::elementByID(scope.root(), fourCharCode("docu"), Value(id)))
+                    : Value(safariWindowSpecifier(scope, id));
+}
+
+} // namespace
+
+SafariApplication::SafariApplication(const platform::BrowserFacts& facts, std::shared_ptr<BrowserDriver> driver,
+                                     BrowserHooks hooks)
+    : BrowserApplication(facts, std::move(driver), std::move(hooks), safariModel()) {}
+
+Value SafariApplication::perform(BrowserScope& scope) {
+  const applescript::EventCode code = scope.message().code;
+  if (code == safari::doJavaScript)
+    return doJavaScript(scope);
+  if (code == events::make)
+    return make(scope);
+  if (code == events::close || code == events::remove)
+    return close(scope);
+  throw notUnderstood(scope.model().subject(scope), code, safariTerminology());
+}
+
+} // namespace tabwright::scripting

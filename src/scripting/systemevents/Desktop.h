@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace tabwright::scripting {
+
+struct DesktopWindow {
+  std::uint64_t id = 0; ///< the window system's own
+  std::string name;
+};
+
+/// A running application with windows, or one that is known to be an application without any.
+struct DesktopProcess {
+  pid_t pid = 0;
+  std::string name;             ///< as users know it, such as "Chromium"
+  std::string bundleIdentifier; ///< in lower case; the process's name for an application without one
+  bool isFrontmost = false;
+  bool isVisible = false;             ///< at least one window is shown
+  std::vector<DesktopWindow> windows; ///< front to back, iconified ones in their place
+};
+
+/// One entry of a menu bar or a menu.
+struct MenuEntry {
+  std::string name; ///< empty for a separator
+  bool isEnabled = true;
+  bool hasMenu = false; ///< whether a menu opens from it
+};
+
+/// The way to an entry from the menu bar: 0-based positions, of the menu bar item first. Empty: the menu bar itself.
+using MenuPath = std::span<const std::size_t>;
+
+enum class ModifierKey { command, option, control, shift };
+enum class Visibility { hidden, shown };
+enum class KeyTransition { down, up };
+
+/// The desktop from outside: its applications, their windows and menus, and the keyboard.
+///
+/// All calls may come from several threads, block briefly, and throw a platform::Failure with a sentence for the user
+/// when the desktop can't do what is asked. A process that is gone is no error of reading, and one of writing.
+class Desktop {
+public:
+  virtual ~Desktop() = default;
+
+  /// The running applications, frontmost first, then in the order of their frontmost windows.
+  [[nodiscard]] virtual std::vector<DesktopProcess> processes() = 0;
+
+  /// Brings the process's frontmost window to the front of the desktop and gives it the keyboard.
+  virtual void activate(pid_t process) = 0;
+  /// Hides all windows of a process, or shows them again. When it returns, the window system has done so, and the next
+  /// application is frontmost.
+  virtual void setVisible(pid_t process, Visibility visibility) = 0;
+
+  /// Entries of the menu bar (empty path) or of the menu that the entry at `path` opens, without opening it on the
+  /// screen. Empty for an entry without a menu.
+  [[nodiscard]] virtual std::vector<MenuEntry> menuEntries(pid_t process, MenuPath path) = 0;
+  /// Chooses a menu item, as a click on it would.
+  virtual void chooseMenuItem(pid_t process, MenuPath path) = 0;
+
+  /// Types a text into the application that has the keyboard, one character after the other, with modifiers held down.
+  virtual void keystroke(const std::string& text, std::span<const ModifierKey> modifiers) = 0;
+  /// Presses and releases the key of a macOS virtual key code (36 is return, 48 tab, 53 escape).
+  virtual void keyCode(int code, std::span<const ModifierKey> modifiers) = 0;
+  /// Presses modifier keys, or releases them.
+  virtual void modifiers(KeyTransition transition, std::span<const ModifierKey> keys) = 0;
+};
+
+} // namespace tabwright::scripting

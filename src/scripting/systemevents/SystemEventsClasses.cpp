@@ -1,0 +1,228 @@
+// The object tree of System Events: processes contain windows and one menu bar; the menu bar contains menu bar items, and
+// each entry that opens a menu contains that one menu, which contains menu items. A menu bar's own menus are those of
+// its items. Everything below the menu bar is named by its path of positions.
+#include "scripting/systemevents/SystemEventsClasses.h"
+
+#include "scripting/model/Arguments.h"
+#include "scripting/model/Comparison.h"
+#include "scripting/systemevents/SystemEventsScope.h"
+#include "scripting/systemevents/SystemEventsTerminology.h"
+
+#include <algorithm>
+
+namespace tabwright::scripting {
+
+using applescript::fourCharCode;
+using applescript::SpecifierPointer;
+using applescript::Value;
+
+namespace {
+
+using Path = std::vector<std::size_t>;
+
+template <auto Get>
+constexpr auto get = reading<SystemEventsScope, Get>;
+template <auto Set>
+constexpr auto put = writing<SystemEventsScope, Set>;
+
+SystemEventsScope& events(EventScope& scope) { return static_cast<SystemEventsScope&>(scope); }
+
+std::int64_t signedPosition(std::size_t position) { return static_cast<std::int64_t>(position); }
+
+SpecifierPointer processSpecifier(EventScope& scope, Object object) {
+  return applescript::elementByID(scope.root(), systemevents::applicationProcess,
+                                  Value(static_cast<std::int64_t>(events(scope).process(object).pid)));
+}
+
+// ----------------------------------------------------------------- menus
+
+extern const ObjectClass menuClass;
+extern const ObjectClass menuItemClass;
+
+Found entryName(SystemEventsScope& scope, Object entry) { return Value(scope.entry(entry).name); }
+Found entryEnabled(SystemEventsScope& scope, Object entry) { return Value(scope.entry(entry).isEnabled); }
+
+SpecifierPointer menuBarSpecifier(EventScope& scope, Object object) {
+  return applescript::elementByIndex(processSpecifier(scope, object), systemevents::menuBar, 1);
+}
+
+/// `menu item 2 of menu 1 of menu bar item 3 of menu bar 1 of process`, from the path outwards.
+SpecifierPointer entrySpecifier(EventScope& scope, Object object) {
+  SpecifierPointer specifier = menuBarSpecifier(scope, object);
+  bool isOnBar = true;
+  for (const std::size_t position : events(scope).path(object)) {
+    const auto code = isOnBar ? systemevents::menuBarItem : systemevents::menuItem;
+    if (!isOnBar)
+      specifier = applescript::elementByIndex(specifier, systemevents::menu, 1);
+    specifier = applescript::elementByIndex(specifier, code, signedPosition(position) + 1);
+    isOnBar = false;
+  }
+  return specifier;
+}
+
+SpecifierPointer menuSpecifier(EventScope& scope, Object menu) {
+  return applescript::elementByIndex(entrySpecifier(scope, menu), systemevents::menu, 1);
+}
+
+std::size_t entryCount(EventScope& scope, Object container) {
+  return events(scope).entries(container, events(scope).path(container)).size();
+}
+
+template <const ObjectClass& type>
+Object entryAt(EventScope& scope, Object container, std::size_t position) {
+  Path path = events(scope).path(container);
+  path.push_back(position);
+  return {&type, container.first, events(scope).numberOf(path)};
+}
+
+std::size_t ownMenuCount(EventScope& scope, Object entry) { return events(scope).entry(entry).hasMenu ? 1 : 0; }
+
+Object ownMenu(EventScope&, Object entry, std::size_t) { return {&menuClass, entry.first, entry.second}; }
+
+constexpr PropertyRow entryProperties[]{
+    {fourCharCode("pnam"), get<entryName>},
+    {systemevents::enabled, get<entryEnabled>},
+};
+
+constexpr ElementRow entryElements[]{{&menuClass, ownMenuCount, ownMenu}};
+constexpr ElementRow menuElements[]{{&menuItemClass, entryCount, entryAt<menuItemClass>}};
+
+constinit const ObjectClass menuClass{systemevents::menu, "menu", entryProperties, menuElements, menuSpecifier};
+constinit const ObjectClass menuItemClass{systemevents::menuItem, "menu item", entryProperties, entryElements,
+                                          entrySpecifier};
+constinit const ObjectClass menuBarItemClass{systemevents::menuBarItem, "menu bar item", entryProperties, entryElements,
+                                             entrySpecifier};
+
+Object menuOfBarItem(EventScope& scope, Object bar, std::size_t position) {
+  return {&menuClass, bar.first, entryAt<menuBarItemClass>(scope, bar, position).second};
+}
+
+constexpr ElementRow menuBarElements[]{
+    {&menuBarItemClass, entryCount, entryAt<menuBarItemClass>},
+    {&menuClass, entryCount, menuOfBarItem},
+};
+
+constinit const ObjectClass menuBarClass{systemevents::menuBar, "menu bar", {}, menuBarElements, menuBarSpecifier};
+
+// --------------------------------------------------------------- windows
+
+Found windowName(SystemEventsScope& scope, Object window) {
+  return Value(scope.process(window).windows.at(static_cast<std::size_t>(window.second)).name);
+}
+
+Found windowIndex(SystemEventsScope&, Object window) { return Value(window.second + 1); }
+
+SpecifierPointer windowSpecifier(EventScope& scope, Object window) {
+  return applescript::elementByIndex(processSpecifier(scope, window), fourCharCode("cwin"), window.second + 1);
+}
+
+constexpr PropertyRow windowProperties[]{
+    {fourCharCode("pnam"), get<windowName>},
+    {fourCharCode("pidx"), get<windowIndex>},
+};
+
+constinit const ObjectClass windowClass{fourCharCode("cwin"), "window", windowProperties, {}, windowSpecifier};
+
+// ------------------------------------------------------------- processes
+
+Found processName(SystemEventsScope& scope, Object process) { return Value(scope.process(process).name); }
+Found processBundleID(SystemEventsScope& scope, Object process) {
+  return Value(scope.process(process).bundleIdentifier);
+}
+Found processPID(SystemEventsScope& scope, Object process) {
+  return Value(static_cast<std::int64_t>(scope.process(process).pid));
+}
+Found processFrontmost(SystemEventsScope& scope, Object process) { return Value(scope.process(process).isFrontmost); }
+Found processVisible(SystemEventsScope& scope, Object process) { return Value(scope.process(process).isVisible); }
+Found processBackgroundOnly(SystemEventsScope&, Object) { return Value(false); }
+
+void setProcessFrontmost(SystemEventsScope& scope, Object process, const Value& value) {
+  if (requireBoolean(value))
+    scope.desktop().activate(scope.process(process).pid);
+}
+
+void setProcessVisible(SystemEventsScope& scope, Object process, const Value& value) {
+  scope.desktop().setVisible(scope.process(process).pid, requireBoolean(value) ? Visibility::shown : Visibility::hidden);
+}
+
+constexpr PropertyRow processProperties[]{
+    {fourCharCode("pnam"), get<processName>},
+    {systemevents::bundleIdentifier, get<processBundleID>},
+    {fourCharCode("ID  "), get<processPID>},
+    {systemevents::unixID, get<processPID>},
+    {fourCharCode("pisf"), get<processFrontmost>, put<setProcessFrontmost>},
+    {fourCharCode("pvis"), get<processVisible>, put<setProcessVisible>},
+    {systemevents::backgroundOnly, get<processBackgroundOnly>},
+};
+
+std::size_t windowCount(EventScope& scope, Object process) { return events(scope).process(process).windows.size(); }
+
+Object windowAt(EventScope&, Object process, std::size_t position) {
+  return {&windowClass, process.first, signedPosition(position)};
+}
+
+std::size_t menuBarCount(EventScope&, Object) { return 1; }
+
+Object menuBarAt(EventScope& scope, Object process, std::size_t) {
+  return {&menuBarClass, process.first, events(scope).numberOf({})};
+}
+
+constexpr ElementRow processElements[]{
+    {&windowClass, windowCount, windowAt},
+    {&menuBarClass, menuBarCount, menuBarAt},
+};
+
+constinit const ObjectClass applicationProcessClass{systemevents::applicationProcess, "application process",
+                                                    processProperties, processElements, processSpecifier};
+// Every process here is an application's, so the wider class has the same members.
+constinit const ObjectClass processClass{systemevents::process, "process", processProperties, processElements,
+                                         processSpecifier};
+
+// ----------------------------------------------------------- application
+
+std::size_t processCount(EventScope& scope, Object) { return events(scope).processes().size(); }
+
+Object processAt(EventScope&, Object, std::size_t position) {
+  return {&applicationProcessClass, signedPosition(position)};
+}
+
+/// By name, and else by bundle identifier: scripts address a browser's process by either.
+std::optional<Object> processByName(EventScope& scope, Object, std::string_view name) {
+  const std::vector<DesktopProcess>& processes = events(scope).processes();
+  for (const auto member : {&DesktopProcess::name, &DesktopProcess::bundleIdentifier}) {
+    const auto found =
+        std::ranges::find_if(processes, [&](const DesktopProcess& each) { return sameIgnoringCase(each.*member, name); });
+    if (found != processes.end())
+      return Object{&applicationProcessClass, found - processes.begin()};
+  }
+  return std::nullopt;
+}
+
+Found applicationName(SystemEventsScope&, Object) { return Value("System Events"); }
+Found applicationFrontmost(SystemEventsScope&, Object) { return Value(false); }
+
+constexpr PropertyRow applicationProperties[]{
+    {fourCharCode("pnam"), get<applicationName>},
+    {fourCharCode("pisf"), get<applicationFrontmost>},
+};
+
+constexpr ElementRow applicationElements[]{
+    {&applicationProcessClass, processCount, processAt, nullptr, processByName},
+    {&processClass, processCount, processAt, nullptr, processByName},
+};
+
+constexpr ObjectClass applicationClass{fourCharCode("capp"), "application", applicationProperties, applicationElements,
+                                       nullptr};
+
+} // namespace
+
+const ObjectModel& systemEventsModel() {
+  static const ObjectModel model(applicationClass, systemEventsTerminology());
+  return model;
+}
+
+bool isProcess(Object object) { return object.type == &applicationProcessClass || object.type == &processClass; }
+
+bool isMenuEntry(Object object) { return object.type == &menuItemClass || object.type == &menuBarItemClass; }
+
+} // namespace tabwright::scripting

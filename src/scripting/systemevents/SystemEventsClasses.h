@@ -1,0 +1,15 @@
+#pragma once
+
+#include "scripting/model/ObjectModel.h"
+
+namespace tabwright::scripting {
+
+/// The classes of the System Events dictionary as tables over SystemEventsScope: application, process, window, menu bar,
+/// menu bar item, menu, menu item.
+[[nodiscard]] const ObjectModel& systemEventsModel();
+
+/// What an object is, for the commands.
+[[nodiscard]] bool isProcess(Object object);
+[[nodiscard]] bool isMenuEntry(Object object);
+
+} // namespace tabwright::scripting

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "scripting/model/EventScope.h"
+#include "scripting/systemevents/Desktop.h"
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace tabwright::scripting {
+
+/// What System Events sees of an event: the processes as they were when the event first asked, and the menus that it has
+/// read so far, each read once. In objects, `first` is the process's position; `second` is a window's position, or the
+/// number of a menu path that this scope has handed out.
+class SystemEventsScope : public EventScope {
+public:
+  SystemEventsScope(const ObjectModel& model, std::shared_ptr<applescript::ScriptableApplication> application,
+                    const applescript::AppleEventMessage& message, Desktop& desktop)
+      : EventScope(model, std::move(application), message), desktop_(desktop) {}
+
+  [[nodiscard]] Desktop& desktop() const { return desktop_; }
+
+  [[nodiscard]] const std::vector<DesktopProcess>& processes();
+  [[nodiscard]] const DesktopProcess& process(Object object);
+
+  /// The path of an object of the menu bar; of a menu, that of the entry that opens it.
+  [[nodiscard]] const std::vector<std::size_t>& path(Object object) const;
+  /// The number of a path, the same for the same path.
+  [[nodiscard]] std::int64_t numberOf(const std::vector<std::size_t>& path);
+  /// Entries of the menu that opens at a path, of the menu bar at the empty path.
+  [[nodiscard]] const std::vector<MenuEntry>& entries(Object process, const std::vector<std::size_t>& path);
+  /// The entry at an object's path. The path must not be empty.
+  [[nodiscard]] const MenuEntry& entry(Object object);
+
+private:
+  Desktop& desktop_;
+  std::optional<std::vector<DesktopProcess>> processes_;
+  std::vector<std::vector<std::size_t>> paths_;
+  std::map<std::vector<std::size_t>, std::int64_t> numbers_;
+  std::map<std::pair<std::int64_t, std::vector<std::size_t>>, std::vector<MenuEntry>> menus_;
+};
+
+} // namespace tabwright::scripting

@@ -1,0 +1,34 @@
+#include "targets/BrowserTargetContextsProvider.h"
+
+#include "targets/SupportedBrowsers.h"
+#include "targets/TargetContextValue.h"
+
+#include <string>
+
+namespace tabwright::targets {
+
+namespace {
+
+intents::Option optionOf(const TargetContext& context) {
+  return {.value = intents::ValueTraits<TargetContext>::toJson(context),
+          .title = context.name,
+          .text = std::string(shortNameOf(context))};
+}
+
+} // namespace
+
+std::vector<intents::OptionSection> BrowserTargetContextsProvider::results() const {
+  std::vector<intents::OptionSection> collection;
+  for (const TargetContextManager::AppSection& section : manager_.sections({})) {
+    intents::OptionSection& options = collection.emplace_back(section.label);
+    for (const TargetContext& context : section.items)
+      options.options.push_back(optionOf(context));
+  }
+  return collection;
+}
+
+std::optional<intents::Option> BrowserTargetContextsProvider::defaultResult() const {
+  return optionOf(engine::frontmostTargetContext());
+}
+
+} // namespace tabwright::targets

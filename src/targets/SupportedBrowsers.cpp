@@ -1,0 +1,54 @@
+#include "targets/SupportedBrowsers.h"
+
+#include "platform/BrowserTable.h"
+
+#include <algorithm>
+#include <string>
+
+namespace tabwright::targets {
+
+namespace {
+
+constexpr std::string_view frontmostShortName = "frontmost";
+
+// Ids and names of the table are plain ASCII.
+std::string lowercased(std::string_view text) {
+  std::string lower(text);
+  std::ranges::transform(lower, lower.begin(), [](char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+  });
+  return lower;
+}
+
+} // namespace
+
+const std::vector<TargetContext>& supportedBrowsers() {
+  static const std::vector<TargetContext> browsers = [] {
+    std::vector<TargetContext> contexts;
+    for (const platform::BrowserFacts& facts : platform::browserTable)
+      contexts.push_back({lowercased(facts.id), std::string(facts.name)});
+    return contexts;
+  }();
+  return browsers;
+}
+
+std::optional<TargetContext> findTargetContext(std::string_view text) {
+  const std::string wanted = lowercased(text);
+  const TargetContext frontmost = engine::frontmostTargetContext();
+  if (wanted == frontmost.id || wanted == frontmost.name || wanted == frontmostShortName)
+    return frontmost;
+  for (const TargetContext& browser : supportedBrowsers()) {
+    if (wanted == browser.id || wanted == lowercased(browser.name) || wanted == shortNameOf(browser))
+      return browser;
+  }
+  return std::nullopt;
+}
+
+std::string_view shortNameOf(const TargetContext& context) {
+  if (context.id == engine::frontmostTargetContext().id)
+    return frontmostShortName;
+  const platform::BrowserFacts* facts = platform::findBrowser(context.id);
+  return facts ? facts->shortName : std::string_view(context.id);
+}
+
+} // namespace tabwright::targets

@@ -1,0 +1,59 @@
+#include "targets/TargetContextValue.h"
+
+#include "targets/SupportedBrowsers.h"
+
+#include <algorithm>
+#include <string>
+
+namespace tabwright::intents {
+
+namespace {
+
+std::string expected() {
+  std::string names = "one of frontmost";
+  for (const engine::TargetContext& browser : targets::supportedBrowsers())
+    names += ", " + std::string(targets::shortNameOf(browser));
+  return names + ", or an object with an id";
+}
+
+} // namespace
+
+const EntityDefinition<engine::TargetContext>& ValueTraits<engine::TargetContext>::definition() {
+  static const EntityDefinition<engine::TargetContext> definition(
+      "TargetContext",
+      {{"id", &engine::TargetContext::id, PropertyPresence::needed}, {"name", &engine::TargetContext::name}},
+      [](const engine::TargetContext& context) { return context.name; });
+  return definition;
+}
+
+engine::TargetContext ValueTraits<engine::TargetContext>::fromJson(const boost::json::value& json) {
+  if (const boost::json::string* text = json.if_string()) {
+    if (auto known = targets::findTargetContext(*text))
+      return *known;
+    throw ValueError::unsuitable(json, expected());
+  }
+  if (!json.is_object())
+    throw ValueError::unsuitable(json, expected());
+  engine::TargetContext context = definition().fromJson(json);
+  const auto known = targets::findTargetContext(context.id);
+  if (known)
+    context.id = known->id;
+  else // an application that this program doesn't know, named by whoever made the object
+    std::ranges::transform(context.id, context.id.begin(), [](unsigned char character) {
+      return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
+                                                  : static_cast<char>(character);
+    });
+  if (context.name.empty() && known)
+    context.name = known->name;
+  if (context.id.empty() || context.name.empty())
+    throw ValueError::unsuitable(json, expected());
+  return context;
+}
+
+engine::TargetContext ValueTraits<engine::TargetContext>::fromText(std::string_view text) {
+  if (auto known = targets::findTargetContext(text))
+    return *known;
+  return fromJson(detail::parseValue(text, expected()));
+}
+
+} // namespace tabwright::intents

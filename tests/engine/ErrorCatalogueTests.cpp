@@ -1,0 +1,49 @@
+// Spot checks of words and numbers: the tables themselves guard their order.
+#include "engine/errors/AppleScriptRuntimeError.h"
+#include "engine/errors/AxeError.h"
+#include "engine/errors/JavascriptError.h"
+#include "engine/errors/ScriptacularError.h"
+#include "engine/errors/StringError.h"
+
+#include <gtest/gtest.h>
+
+namespace tabwright::engine {
+namespace {
+
+TEST(ErrorCatalogue, HasTheNumbersThatScriptsUse) {
+  EXPECT_EQ(appleScriptRuntimeErrorWithRawValue(4), AppleScriptRuntimeError::pageLoadDuringExecution);
+  EXPECT_EQ(appleScriptRuntimeErrorWithRawValue(7), AppleScriptRuntimeError::windowNotFound);
+  EXPECT_EQ(appleScriptRuntimeErrorWithRawValue(8), std::nullopt);
+  EXPECT_EQ(appleScriptRuntimeErrorWithRawValue(-1), std::nullopt);
+  EXPECT_EQ(platform::failure(AppleScriptRuntimeError::tabNotFound).identity().number, 5);
+}
+
+TEST(ErrorCatalogue, SpeaksInItsOwnWords) {
+  EXPECT_EQ(platform::failure(AppleScriptRuntimeError::windowNotFound).errorDescription(),
+            "The requested window could not be found");
+  EXPECT_EQ(platform::failure(AxeError::windowNotFound).errorDescription(), "The requested window couldn't be found");
+  EXPECT_TRUE(errorDescription(ScriptacularError::javascriptFromAppleEventsDisabled)
+                  .starts_with("This action requires you to to allow \"JavaScript from Apple Events\" in your browser, "
+                               "see https://"));
+  EXPECT_TRUE(errorDescription(ScriptacularError::javascriptFromAppleEventsDisabled).ends_with("/-js"));
+  EXPECT_STREQ(platform::failure(ScriptacularError::missingScript).what(), "Missing job");
+  EXPECT_EQ(identity(ScriptacularError::unableToWrite).caseName, "unableToWrite");
+}
+
+TEST(ErrorCatalogue, FindsTheTextsOfItsSymbolicKeys) {
+  const std::string syntax = errorDescription(JavascriptError::syntaxException, "SyntaxError: 100%@");
+  EXPECT_TRUE(syntax.ends_with("SyntaxError: 100%@")) << syntax;
+  EXPECT_GT(syntax.size(), std::string("SyntaxError: 100%@").size());
+  for (const std::string& text : {syntax, errorDescription(JavascriptError::unableToParseJS),
+                                  errorDescription(StringError::unableToDecodeJSON)})
+    EXPECT_EQ(text.find("enum."), std::string::npos) << text;
+}
+
+TEST(ErrorCatalogue, FindsAxeErrorsByTheirSentence) {
+  EXPECT_EQ(axeErrorWithRawValue("The app doesn't have a menu bar"), AxeError::appHasNoMenuBar);
+  EXPECT_EQ(axeErrorWithRawValue("The app does not have a menu bar"), std::nullopt);
+  EXPECT_EQ(rawValue(AxeError::cantFullscreenFloatingWindows), "Floating windows don't support fullscreen");
+}
+
+} // namespace
+} // namespace tabwright::engine

@@ -1,0 +1,34 @@
+#include "engine/JavaScriptCoreSyntaxValidator.h"
+#include "support/LogCapture.h"
+
+#include <gtest/gtest.h>
+
+namespace tabwright::engine {
+namespace {
+
+TEST(JavascriptSyntaxValidator, AcceptsTheBodyOfAFunction) {
+  const testsupport::LogCapture log;
+  JavaScriptCoreSyntaxValidator validator;
+  for (const char* js : {"return 1", "", "const a = async () => await 1;\nreturn a()", "throw Error('not run')"})
+    EXPECT_EQ(validator.validateJavascript(js), std::nullopt) << js;
+  EXPECT_EQ(log.linesOf("debug JavascriptSyntaxValidator: sucess").size(), 4u);
+}
+
+TEST(JavascriptSyntaxValidator, TellsTheExceptionOfAMalformedText) {
+  const testsupport::LogCapture log;
+  JavaScriptCoreSyntaxValidator validator;
+  EXPECT_EQ(validator.validateJavascript("function("), "SyntaxError: Function statements must have a name.");
+  EXPECT_EQ(validator.validateJavascript("return ("), "SyntaxError: Unexpected token '}'");
+  EXPECT_EQ(validator.validateJavascript("await x"), "SyntaxError: Unexpected identifier 'x'");
+  EXPECT_NE(validator.validateJavascript("return 1 // swallows the end"), std::nullopt);
+  EXPECT_NE(validator.validateJavascript(std::string("return 'a\0'", 11) + "x y"), std::nullopt);
+  EXPECT_TRUE(log.holds("debug JavascriptSyntaxValidator: failure: SyntaxError: Function statements must have a name."));
+}
+
+TEST(JavascriptSyntaxValidator, DoesNotRunATextThatClosesTheFunction) {
+  JavaScriptCoreSyntaxValidator validator;
+  EXPECT_EQ(validator.validateJavascript("}); for (;;) {} (function() {"), std::nullopt);
+}
+
+} // namespace
+} // namespace tabwright::engine

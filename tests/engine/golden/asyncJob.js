@@ -1,0 +1,2 @@
+return clickPageElement("a[title=\"x\\y\"]")
+return [1]

@@ -1,0 +1,64 @@
+#include "platform/LogReceiver.h"
+#include "platform/LogSinks.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace tabwright::platform {
+namespace {
+
+class LoggerTest : public testing::Test {
+protected:
+  ~LoggerTest() override { setLogReceiver(LogLevel::error, {}); }
+  const Logger log{"Category"};
+};
+
+TEST_F(LoggerTest, WritesFromTheLowestLevelUpAndIsOffByDefault) {
+  EXPECT_FALSE(log.isOn(LogLevel::error));
+  std::vector<std::string> lines;
+  setLogReceiver(LogLevel::info, [&](LogLevel, std::string_view category, std::string_view text) {
+    lines.push_back(std::string(category) + "/" + std::string(text));
+  });
+  log.debug("{}", 1);
+  log.info("{} {{}}", 2);
+  log.error("{}", "{3}");
+  EXPECT_THAT(lines, testing::ElementsAre("Category/2 {}", "Category/{3}"));
+  setLogReceiver(LogLevel::debug, {});
+  log.error("dropped");
+  EXPECT_EQ(lines.size(), 2u);
+}
+
+TEST_F(LoggerTest, AddsLinesToAFileOfTheStateHome) {
+  std::string name = (std::filesystem::temp_directory_path() / "tabwright-log-XXXXXX").string();
+  const std::filesystem::path folder = mkdtemp(name.data());
+  const auto file = folder / "state" / "tabwright.log";
+  installLogSinks({.file = file, .fileLevel = LogLevel::info});
+  log.debug("quiet");
+  log.info("{} loud", "{}");
+  setLogReceiver(LogLevel::error, {});
+  std::ostringstream text;
+  text << std::ifstream(file).rdbuf();
+  EXPECT_THAT(text.str(), testing::ContainsRegex("^\\[[-0-9: .]+\\] \\[info\\] \\[Category\\] \\{\\} loud\n$"));
+  std::filesystem::remove_all(folder);
+}
+
+TEST_F(LoggerTest, RunsWithoutAFileThatCannotBeOpened) {
+  testing::internal::CaptureStderr();
+  installLogSinks({.file = "/dev/null/tabwright.log"});
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("no log file: Couldn't make the folder"));
+  EXPECT_FALSE(log.isOn(LogLevel::error));
+}
+
+TEST(LogLevelNamed, KnowsThreeNames) {
+  EXPECT_EQ(logLevelNamed("debug"), LogLevel::debug);
+  EXPECT_EQ(logLevelNamed("Error"), std::nullopt);
+}
+
+} // namespace
+} // namespace tabwright::platform

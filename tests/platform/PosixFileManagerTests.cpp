@@ -1,0 +1,97 @@
+#include "platform/FileFailure.h"
+#include "platform/linux/PosixFileManager.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <sys/stat.h>
+
+namespace tabwright::platform {
+namespace {
+
+class PosixFileManagerTest : public testing::Test {
+protected:
+  PosixFileManagerTest() {
+    std::string name = (std::filesystem::temp_directory_path() / "tabwright-files-XXXXXX").string();
+    folder = mkdtemp(name.data());
+  }
+  ~PosixFileManagerTest() override { std::filesystem::remove_all(folder); }
+
+  static std::string content(const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    std::ostringstream text;
+    text << stream.rdbuf();
+    return text.str();
+  }
+  static unsigned mode(const std::filesystem::path& path) {
+    struct stat facts{};
+    EXPECT_EQ(stat(path.c_str(), &facts), 0);
+    return facts.st_mode & 0777u;
+  }
+  template <class Act>
+  static int errorOf(Act act) {
+    try {
+      act();
+    } catch (const FileFailure& failure) {
+      return failure.errorNumber();
+    }
+    return 0;
+  }
+
+  std::filesystem::path folder;
+  PosixFileManager files;
+};
+
+TEST_F(PosixFileManagerTest, WritesANewFileForTheOwnerAlone) {
+  const auto file = folder / "a.applescript";
+  const std::string text(200'000, 'x');
+  EXPECT_EQ(files.kindOfFile(file), std::nullopt);
+  EXPECT_TRUE(files.writeNewFileAtomically(file, text));
+  EXPECT_EQ(content(file), text);
+  EXPECT_EQ(mode(file), 0600u);
+  EXPECT_EQ(files.kindOfFile(file), FileKind::other);
+  EXPECT_FALSE(files.writeNewFileAtomically(file, "other"));
+  EXPECT_EQ(content(file), text);
+  files.remove(file);
+  EXPECT_TRUE(std::filesystem::is_empty(folder));
+}
+
+TEST_F(PosixFileManagerTest, NamesOperationPathAndReasonOfAFailure) {
+  const auto missing = folder / "none" / "a";
+  EXPECT_EQ(errorOf([&] { static_cast<void>(files.writeNewFileAtomically(missing, "x")); }), ENOENT);
+  EXPECT_EQ(errorOf([&] { files.createDirectory(missing); }), ENOENT);
+  EXPECT_EQ(errorOf([&] { files.remove(missing); }), ENOENT);
+  try {
+    files.remove(missing);
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.errorDescription(), "Couldn't remove “" + missing.string() + "”: No such file or directory");
+    EXPECT_EQ(failure.identity().number, ENOENT);
+  }
+}
+
+TEST_F(PosixFileManagerTest, MakesAFolderOnce) {
+  files.createDirectory(folder / "Temp");
+  EXPECT_EQ(mode(folder / "Temp"), 0700u);
+  EXPECT_EQ(files.kindOfFile(folder / "Temp"), FileKind::folder);
+  EXPECT_NO_THROW(files.createDirectory(folder / "Temp"));
+  std::ofstream(folder / "file") << "x";
+  EXPECT_EQ(errorOf([&] { files.createDirectory(folder / "file"); }), EEXIST);
+}
+
+TEST_F(PosixFileManagerTest, KeepsScriptsInTheDataHome) {
+  const char* former = std::getenv("XDG_DATA_HOME");
+  const std::optional<std::string> kept = former ? std::optional<std::string>(former) : std::nullopt;
+  setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
+  EXPECT_EQ(files.applicationScriptsFolder(), folder / "data/tabwright/scripts");
+  EXPECT_EQ(mode(folder / "data/tabwright/scripts"), 0700u);
+  std::filesystem::remove_all(folder / "data");
+  std::ofstream(folder / "data") << "in the way";
+  EXPECT_EQ(errorOf([&] { static_cast<void>(files.applicationScriptsFolder()); }), ENOTDIR);
+  kept ? setenv("XDG_DATA_HOME", kept->c_str(), 1) : unsetenv("XDG_DATA_HOME");
+}
+
+} // namespace
+} // namespace tabwright::platform

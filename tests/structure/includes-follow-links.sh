@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# A folder of src/ includes only itself and the folders that its CMakeLists.txt names under DEPENDS.
+set -euo pipefail
+cd "$1/src"
+bad=0
+for folder in */; do
+  folder=${folder%/}
+  [ "$folder" = app ] && continue # the composition root may name everything
+  [ -f "$folder/CMakeLists.txt" ] || { echo "src/$folder has no CMakeLists.txt"; bad=1; continue; }
+  allowed=" $folder $(tr '\n' ' ' <"$folder/CMakeLists.txt" | sed -n 's/.*DEPENDS \([a-z ]*\).*/\1/p') "
+  while IFS=: read -r file line included; do
+    target=${included#*\"}
+    target=${target%%/*}
+    [ -d "$target" ] || continue # generated headers stand in no folder
+    case "$allowed" in
+      *" $target "*) ;;
+      *) echo "src/$file:$line includes $target/, which src/$folder/CMakeLists.txt does not depend on"; bad=1 ;;
+    esac
+  done < <(grep -rnE --include='*.h' --include='*.cpp' '^#include "[a-z]+/' "$folder" || true)
+done
+exit $bad
