@@ -45,6 +45,10 @@ struct RunLimits {
 /// A script that has been parsed and resolved, with the values of its properties. A run may change the properties;
 /// one Script belongs to one thread at a time.
 class Script;
+struct ScriptDeleter {
+  void operator()(Script* script) const;
+};
+using CompiledScript = std::unique_ptr<Script, ScriptDeleter>;
 
 /// Compiles and runs scripts of the language.
 ///
@@ -60,7 +64,7 @@ public:
   ~Interpreter();
 
   /// Throws the first syntax error; `check` shows all of them.
-  [[nodiscard]] std::unique_ptr<Script> compile(std::string source);
+  [[nodiscard]] CompiledScript compile(std::string source);
   [[nodiscard]] std::vector<ScriptError> check(std::string source) const;
 
   /// Runs the `run` handler, explicit or implicit, with its arguments. The result is the value of the last statement, or

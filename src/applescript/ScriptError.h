@@ -38,6 +38,7 @@ inline constexpr int duplicateProperty = -2751;
 inline constexpr int duplicateHandler = -2752;
 inline constexpr int undefinedVariable = -2753;
 inline constexpr int noResult = -2763;            ///< an expression came to nothing where a value is needed
+inline constexpr int invalidDate = -30720;         ///< `date "…"` with a text that is none
 inline constexpr int handlerFailed = -10000;
 inline constexpr int privilege = -10004;
 inline constexpr int cannotSet = -10006;

@@ -1,6 +1,7 @@
 // The two replacements are written out, since a regular expression would cost more than the rest of a script's making.
 #include "engine/ScriptText.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
@@ -16,19 +17,17 @@ bool holdsLineTerminator(std::string_view text) {
          text.find("\u2028") != std::string_view::npos || text.find("\u2029") != std::string_view::npos;
 }
 
+bool needsBackslash(char c) { return c == '\\' || c == '"'; }
+
 } // namespace
 
 std::string escapeForLiteral(std::string_view text) {
-  std::string escaped;
-  escaped.reserve(text.size() + text.size() / 8);
-  std::size_t start = 0;
-  for (std::size_t at = text.find_first_of("\\\""); at != std::string_view::npos;
-       at = text.find_first_of("\\\"", at + 1)) {
-    escaped += text.substr(start, at - start);
-    escaped += '\\';
-    start = at;
+  std::string escaped(text.size() + static_cast<std::size_t>(std::ranges::count_if(text, needsBackslash)), '\\');
+  auto out = escaped.begin();
+  for (const char c : text) {
+    out += needsBackslash(c) ? 1 : 0;
+    *out++ = c;
   }
-  escaped += text.substr(start);
   return escaped;
 }
 

@@ -1,9 +1,11 @@
 // Five bits make a character. The time's 48 bits fill ten characters with two leading zero bits, the randomness sixteen.
 #include "engine/ULID.h"
 
+#include <cerrno>
 #include <cstddef>
-#include <random>
 #include <string_view>
+#include <system_error>
+#include <unistd.h>
 
 namespace tabwright::engine {
 namespace {
@@ -28,10 +30,9 @@ std::string ulid(std::chrono::milliseconds sinceUnixEpoch, const std::array<std:
 }
 
 std::string freshULID() {
-  std::random_device source;
   std::array<std::uint8_t, 10> randomness{};
-  for (std::uint8_t& byte : randomness)
-    byte = static_cast<std::uint8_t>(source());
+  if (getentropy(randomness.data(), randomness.size()) != 0)
+    throw std::system_error(errno, std::generic_category(), "no random numbers for a ULID");
   return ulid(std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch()),
               randomness);
 }

@@ -42,6 +42,9 @@ public:
   /// Adds an item at the end. The descriptor must be a list.
   void append(AppleEventDescriptor item);
 
+  enum class Kind { null, boolean, integer, real, string, list, other };
+  [[nodiscard]] Kind kind() const { return static_cast<Kind>(value_.index()); }
+
   /// Items of a list; 0 for anything else.
   [[nodiscard]] std::size_t numberOfItems() const;
   /// The item at a 1-based index; nothing outside the list, and nothing if this is no list.
@@ -50,6 +53,11 @@ public:
   [[nodiscard]] bool booleanValue() const;
   /// The number, truncated towards zero; a text that holds a whole number gives it; anything else 0.
   [[nodiscard]] std::int32_t int32Value() const;
+  /// The number; 0 when this is none.
+  [[nodiscard]] double doubleValue() const {
+    const double* real = std::get_if<double>(&value_);
+    return real != nullptr ? *real : int32Value();
+  }
   /// The text, UTF-8; nothing when this is no text.
   [[nodiscard]] std::optional<std::string> stringValue() const;
   /// A readable form for logs.

@@ -107,6 +107,7 @@ bool Evaluator::appendInPlace(const Variable& variable, const Expression& value)
   std::vector<Value> added;
   for (auto part = parts.rbegin(); part != parts.rend(); ++part)
     added.push_back(operand(**part));
+  setResult(Value::nothing());
   Value& slot = variableSlot(variable);
   const bool isUnchanged =
       isList ? slot.is<Value::ListPointer>() && *slot.get<Value::ListPointer>() == *left.get<Value::ListPointer>()
@@ -123,14 +124,11 @@ bool Evaluator::appendInPlace(const Variable& variable, const Expression& value)
       tail += textOf(part, coercionContext());
     checkSize(left.text()->size() + tail.size());
     left = {};
-    frame_->result = {};
     if (Text& text = *slot.get<Text>(); !text.appendUnshared(tail))
       text = Text(text.utf8() + tail);
     return true;
   }
   left = {};
-  if (frame_->resultVariable == nullptr)
-    frame_->result = {};
   Value::ListPointer& list = *slot.get<Value::ListPointer>();
   if (list.use_count() != 1)
     list = std::make_shared<List>(list->items);

@@ -204,9 +204,11 @@ private:
   Value randomNumber(const Command& command);
   Value roundNumber(const Command& command);
   std::optional<Value> parameterOf(const Command& command, FourCharCode code);
+  Value asciiCharacter(const Command& command);
+  Value asciiNumber(const Command& command);
   double randomFraction();
 
-  // Bridge.cpp
+  // Bridge.cpp (and Bridge.h)
   Value bridgeName(std::string_view name);
   Value sendForeign(ForeignObject& receiver, std::string_view selector, std::vector<Value> arguments);
   Value evaluateMessage(const ObjectiveCMessage& message);

@@ -61,7 +61,7 @@ ExpressionPointer ScriptParser::parseCommand(const Term& term, std::size_t words
   auto command = std::make_unique<Command>();
   command->term = &term;
   advance(words);
-  activeCommands_.push_back(&term);
+  activeCommands_.push_back(command.get());
   parseArguments(*command);
   activeCommands_.pop_back();
   return finish(std::move(command), start);
@@ -91,10 +91,14 @@ void ScriptParser::parseArguments(Command& command) {
   }
 }
 
-ScriptParser::FoundParameter ScriptParser::findParameter(const Term& term, std::size_t ahead) const {
+ScriptParser::FoundParameter ScriptParser::findParameter(const Command& command, std::size_t ahead) const {
+  const Term& term = *command.term;
   FoundParameter best;
   if (token(ahead).kind != Token::Kind::word)
     return best;
+  const auto isGiven = [&](FourCharCode code) {
+    return std::ranges::any_of(command.parameters, [code](const auto& given) { return given.first.code == code; });
+  };
   for (const ParameterTerm& parameter : term.parameters) {
     std::string_view words = parameter.words;
     std::size_t count = 0;
@@ -107,26 +111,27 @@ ScriptParser::FoundParameter ScriptParser::findParameter(const Term& term, std::
       words = blank == std::string_view::npos ? std::string_view() : words.substr(blank + 1);
       ++count;
     }
+    matches = matches && !isGiven(parameter.code);
     if (matches && count > best.tokens)
       best = {&parameter, count};
   }
   if (best.term || !token(ahead).is(Keyword::in))
     return best;
   // A place may be given with `in` as well as with `at`.
-  const auto place = std::ranges::find_if(term.parameters, [](const ParameterTerm& parameter) {
-    return parameter.code == keywords::insertionLocation && parameter.words == "at";
+  const auto place = std::ranges::find_if(term.parameters, [&](const ParameterTerm& parameter) {
+    return parameter.code == keywords::insertionLocation && parameter.words == "at" && !isGiven(parameter.code);
   });
   return place == term.parameters.end() ? best : FoundParameter{&*place, 1};
 }
 
 bool ScriptParser::parseArgument(Command& command) {
-  const auto [parameter, tokens] = findParameter(*command.term);
+  const auto [parameter, tokens] = findParameter(command);
   if (!parameter)
     return false;
-  if (std::ranges::any_of(command.parameters, [&](const auto& given) { return given.first.code == parameter->code; }))
-    fail("end of line");
   advance(tokens);
-  command.parameters.emplace_back(*parameter, parseArgumentValue(parameter->code));
+  command.parameters.emplace_back(*parameter, nullptr); // from here its words don't end an expression any more
+  const std::size_t place = command.parameters.size() - 1;
+  command.parameters[place].second = parseArgumentValue(parameter->code);
   return true;
 }
 
@@ -145,19 +150,19 @@ ExpressionPointer ScriptParser::parseArgumentValue(FourCharCode code) {
 bool ScriptParser::parseSwitches(Command& command) {
   if (!token().is(Keyword::with) && !token().is(Keyword::without))
     return false;
-  if (!findParameter(*command.term, 1).term)
+  if (!findParameter(command, 1).term)
     return false;
   const bool value = token().is(Keyword::with);
   do {
     advance();
-    const auto [parameter, tokens] = findParameter(*command.term);
+    const auto [parameter, tokens] = findParameter(command);
     if (!parameter)
       fail("parameter name");
     auto literal = std::make_unique<Literal>(Value(value));
     literal->range = token().range;
     advance(tokens);
     command.parameters.emplace_back(*parameter, std::move(literal));
-  } while ((token().is(Symbol::comma) || token().is(Keyword::and_)) && findParameter(*command.term, 1).term);
+  } while ((token().is(Symbol::comma) || token().is(Keyword::and_)) && findParameter(command, 1).term);
   return true;
 }
 
@@ -167,7 +172,8 @@ ExpressionPointer ScriptParser::parseCount(std::size_t words) {
   const std::size_t start = offset();
   auto command = std::make_unique<Command>();
   command->term = scope_.findCommand(events::count);
-  advance(words + 1); // with `of`
+  command->form = Command::Form::withOf;
+  advance(words + 1);
   command->direct = parseChain();
   return finish(std::move(command), start);
 }

@@ -72,9 +72,9 @@ ExpressionPointer ScriptParser::parseElement(FoundClass found, std::size_t start
   if (next.is(Keyword::from) && !isStoppedAt(0)) { // `text from word 1 to word 3`
     advance();
     auto element = makeElement(Form::range, std::move(found));
-    element->key = parsePossessives(parsePrimary());
+    element->key = parseRangeEnd();
     require(Keyword::to);
-    element->rangeEnd = parsePossessives(parsePrimary());
+    element->rangeEnd = parseRangeEnd();
     return finish(std::move(element), startOffset);
   }
   if (canStartKey()) {
@@ -135,7 +135,7 @@ ExpressionPointer ScriptParser::parseInsertionPoint(InsertionPoint::Where where,
 
 bool ScriptParser::isStoppedAt(std::size_t ahead) const {
   return std::ranges::any_of(activeCommands_,
-                             [&](const Term* command) { return findParameter(*command, ahead).term != nullptr; });
+                             [&](const Command* command) { return findParameter(*command, ahead).term != nullptr; });
 }
 
 bool ScriptParser::canStartKey(std::size_t ahead) const {
@@ -163,6 +163,10 @@ bool ScriptParser::canStartKey(std::size_t ahead) const {
   default:
     return false;
   }
+}
+
+ExpressionPointer ScriptParser::parseRangeEnd() {
+  return token().is(Symbol::minus) ? parseKey() : parsePossessives(parsePrimary());
 }
 
 // A key is less than an expression: `item i of xs` is the item at `i`, not the item at `i of xs`.

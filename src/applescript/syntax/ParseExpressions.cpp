@@ -23,7 +23,7 @@ ExpressionPointer ScriptParser::parseBinary(Precedence lowest) {
       left = parseCoercion(std::move(left));
       continue;
     }
-    if (lowest <= Precedence::comparison) {
+    if (lowest <= Precedence::equality) {
       const bool isNegated = (token().is(Keyword::does) && token(1).is(Keyword::not_)) || token().is(Keyword::doesnt);
       const std::size_t verb = isNegated ? (token().is(Keyword::does) ? 2 : 1) : 0;
       if (token(verb).is(Keyword::exists) || token(verb).is(Keyword::exist)) {
@@ -32,7 +32,8 @@ ExpressionPointer ScriptParser::parseBinary(Precedence lowest) {
       }
       const bool isNot = token(1).is(Keyword::not_) || token().is(Keyword::isnt);
       const std::size_t state = token().is(Keyword::isnt) ? 1 : isNot ? 2 : 1;
-      if ((token().is(Keyword::is) || token().is(Keyword::isnt)) && token(state).is(Keyword::running)) {
+      if ((token().is(Keyword::is) || token().is(Keyword::isnt)) && token(state).is(Keyword::running) &&
+          left->kind != Expression::Kind::binary && left->kind != Expression::Kind::unary) {
         left = parseRunning(std::move(left), state + 1, isNot);
         continue;
       }
@@ -135,13 +136,9 @@ ExpressionPointer ScriptParser::parseExistence(ExpressionPointer operand, std::s
   auto command = std::make_unique<Command>();
   command->term = scope_.findCommand(events::exists);
   command->direct = std::move(operand);
+  command->form = Command::Form::objectFirst;
   ExpressionPointer result = finish(std::move(command), start);
-  if (!isNegated)
-    return result;
-  auto negation = std::make_unique<Unary>();
-  negation->op = Unary::Operator::logicalNot;
-  negation->operand = std::move(result);
-  return finish(std::move(negation), start);
+  return isNegated ? makeDenial(std::move(result)) : std::move(result);
 }
 
 // `application "X" is running` reads the property `running`.
@@ -152,12 +149,18 @@ ExpressionPointer ScriptParser::parseRunning(ExpressionPointer operand, std::siz
   property->property = {fourCharCode("prun"), "running"};
   property->container = std::move(operand);
   ExpressionPointer result = finish(std::move(property), start);
-  if (!isNegated)
-    return result;
-  auto negation = std::make_unique<Unary>();
-  negation->op = Unary::Operator::logicalNot;
-  negation->operand = std::move(result);
-  return finish(std::move(negation), start);
+  return isNegated ? makeDenial(std::move(result)) : std::move(result);
+}
+
+// `x does not exist` is `x exists is false`.
+ExpressionPointer ScriptParser::makeDenial(ExpressionPointer statement) {
+  const SourceRange range = statement->range;
+  auto denial = std::make_unique<Binary>();
+  denial->op = Binary::Operator::equal;
+  denial->left = std::move(statement);
+  denial->right = std::make_unique<Literal>(Value(false));
+  denial->right->range = range;
+  return finish(std::move(denial), range.offset);
 }
 
 bool ScriptParser::isStopped() const {

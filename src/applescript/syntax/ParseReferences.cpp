@@ -11,8 +11,9 @@ ExpressionPointer ScriptParser::parseChain() {
   const std::size_t start = offset();
   ExpressionPointer node = parsePossessives(parsePrimary());
   if (isOf() && canAttach(*node)) {
+    const Joint joint = token().is(Keyword::of) ? Joint::of : Joint::in;
     advance();
-    attach(node, parseChain());
+    attach(node, parseChain(), joint);
     setRange(*node, start);
   }
   if (token().is(Keyword::whose) || token().is(Keyword::where))
@@ -31,7 +32,7 @@ ExpressionPointer ScriptParser::parsePossessives(ExpressionPointer head) {
     ExpressionPointer member = parseMember();
     if (!canAttach(*member))
       throw expectedError("variable name or property", "expression", token());
-    attach(member, std::move(head));
+    attach(member, std::move(head), Joint::possessive);
     setRange(*member, start);
     head = std::move(member);
   }
@@ -91,17 +92,7 @@ ExpressionPointer ScriptParser::parseMy() {
     static_cast<HandlerCall&>(*call).target = HandlerCall::Target::me;
     return call;
   }
-  ExpressionPointer member;
-  if (isName && !isLabel() && scope_.isBound(name.text) && !startsLabelledArguments(name.text)) {
-    // A property of the script, whatever the dictionaries call by that name.
-    auto access = std::make_unique<PropertyAccess>();
-    const auto term = scope_.isInTell() ? std::nullopt : scope_.match(rest(), Term::Kind::property);
-    access->property = term ? Label{term->term->code, std::string(term->term->words)} : Label{0, std::string(name.text)};
-    advance(term ? term->words : 1);
-    member = finish(std::move(access), start);
-  } else {
-    member = parseMember();
-  }
+  ExpressionPointer member = parseMember();
   if (member->kind == Expression::Kind::handlerCall &&
       static_cast<const HandlerCall&>(*member).target == HandlerCall::Target::implicit) {
     static_cast<HandlerCall&>(*member).target = HandlerCall::Target::me;
@@ -110,7 +101,7 @@ ExpressionPointer ScriptParser::parseMy() {
   }
   if (!canAttach(*member))
     throw expectedError("variable name or property", describe(name), name);
-  attach(member, std::move(me));
+  attach(member, std::move(me), Joint::possessive);
   setRange(*member, start);
   return member;
 }
@@ -124,7 +115,7 @@ ExpressionPointer ScriptParser::parseIts() {
   ExpressionPointer member = parseMember();
   if (!canAttach(*member))
     throw expectedError("variable name or property", describe(first), first);
-  attach(member, std::move(it));
+  attach(member, std::move(it), Joint::possessive);
   setRange(*member, start);
   return member;
 }
@@ -165,13 +156,14 @@ bool ScriptParser::canAttach(const Expression& node) const {
   }
 }
 
-void ScriptParser::attach(ExpressionPointer& node, ExpressionPointer container) {
-  const auto into = [&](ExpressionPointer& place) {
+void ScriptParser::attach(ExpressionPointer& node, ExpressionPointer container, Joint joint) {
+  const auto into = [&](ExpressionPointer& place, auto& owner) {
     if (place) {
-      attach(place, std::move(container));
+      attach(place, std::move(container), joint);
       setRange(*place, place->range.offset);
     } else {
       place = std::move(container);
+      owner.joint = joint;
     }
   };
   const auto becomeProperty = [&](Label label) {
@@ -179,25 +171,29 @@ void ScriptParser::attach(ExpressionPointer& node, ExpressionPointer container) 
     access->range = node->range;
     access->property = std::move(label);
     access->container = std::move(container);
+    access->joint = joint;
     node = std::move(access);
   };
 
   switch (node->kind) {
   case Expression::Kind::property:
-    into(static_cast<PropertyAccess&>(*node).container);
+    into(static_cast<PropertyAccess&>(*node).container, static_cast<PropertyAccess&>(*node));
     break;
   case Expression::Kind::element:
-    into(static_cast<ElementAccess&>(*node).container);
+    into(static_cast<ElementAccess&>(*node).container, static_cast<ElementAccess&>(*node));
     break;
   case Expression::Kind::insertionPoint:
-    into(static_cast<InsertionPoint&>(*node).container);
+    into(static_cast<InsertionPoint&>(*node).container, static_cast<InsertionPoint&>(*node));
     break;
   case Expression::Kind::handlerCall:
     static_cast<HandlerCall&>(*node).target = HandlerCall::Target::object;
-    into(static_cast<HandlerCall&>(*node).object);
+    into(static_cast<HandlerCall&>(*node).object, static_cast<HandlerCall&>(*node));
     break;
   case Expression::Kind::message:
-    into(static_cast<ObjectiveCMessage&>(*node).receiver);
+    if (auto& receiver = static_cast<ObjectiveCMessage&>(*node).receiver)
+      attach(receiver, std::move(container), joint);
+    else
+      receiver = std::move(container);
     break;
   case Expression::Kind::variable:
     becomeProperty({0, static_cast<const Variable&>(*node).name});
@@ -237,8 +233,9 @@ void ScriptParser::parseTest(ExpressionPointer& node) {
   advance();
   insideTell(nullptr, [&] { element.test = parseExpression(); });
   if (isOf() && canAttach(element)) { // `first tab whose (…) of w`
+    const Joint joint = token().is(Keyword::of) ? Joint::of : Joint::in;
     advance();
-    attach(node, parseChain());
+    attach(node, parseChain(), joint);
   }
   setRange(*node, start);
 }

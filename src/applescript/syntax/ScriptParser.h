@@ -165,6 +165,7 @@ private:
   ExpressionPointer parseCoercion(ExpressionPointer operand);
   ExpressionPointer parseType();
   ExpressionPointer parseExistence(ExpressionPointer operand, std::size_t tokens, bool isNegated);
+  ExpressionPointer makeDenial(ExpressionPointer statement);
   ExpressionPointer parseRunning(ExpressionPointer operand, std::size_t tokens, bool isNegated);
   /// Whether the cursor is at something that belongs to a construct around the expression.
   [[nodiscard]] bool isStopped() const;
@@ -204,7 +205,7 @@ private:
   ExpressionPointer parseIts();
   [[nodiscard]] bool canAttach(const Expression& node) const;
   /// Puts a container around the innermost end of a reference: `name of first tab` and `w` give `name of first tab of w`.
-  void attach(ExpressionPointer& node, ExpressionPointer container);
+  void attach(ExpressionPointer& node, ExpressionPointer container, Joint joint);
   void parseTest(ExpressionPointer& node);
   [[nodiscard]] bool isOf() const;
 
@@ -221,6 +222,7 @@ private:
   ExpressionPointer parseOrdinal(std::int64_t number);
   ExpressionPointer parseInsertionPoint(InsertionPoint::Where where, std::size_t words);
   ExpressionPointer parseKey();
+  ExpressionPointer parseRangeEnd();
   [[nodiscard]] bool canStartKey(std::size_t ahead = 0) const;
   [[nodiscard]] bool isStoppedAt(std::size_t ahead) const;
   std::unique_ptr<ElementAccess> makeElement(ElementAccess::Form form, FoundClass found);
@@ -235,7 +237,7 @@ private:
     const ParameterTerm* term = nullptr;
     std::size_t tokens = 0;
   };
-  [[nodiscard]] FoundParameter findParameter(const Term& term, std::size_t ahead = 0) const;
+  [[nodiscard]] FoundParameter findParameter(const Command& command, std::size_t ahead = 0) const;
   ExpressionPointer parseCount(std::size_t words);
   ExpressionPointer parseCall(std::string name, std::size_t startOffset);
   ExpressionPointer parseLabelledCall(std::string name, std::size_t startOffset);
@@ -262,7 +264,7 @@ private:
   std::vector<Keyword> openBlocks_;
   WordScope scope_;
   /// Commands whose arguments are being read, since the last bracket: their parameters' words end an expression.
-  std::vector<const Term*> activeCommands_;
+  std::vector<const Command*> activeCommands_;
   FoldedNames labelledHandlers_; ///< `on f of x from a`, found before the parse
 };
 

@@ -7,7 +7,9 @@
 namespace tabwright::applescript {
 
 ScriptError syntaxError(int number, std::string sentence, SourceRange range) {
-  return {ScriptError::Stage::syntax, number, std::move(sentence), range};
+  ScriptError error(ScriptError::Stage::syntax, number, std::move(sentence));
+  error.at(range); // even an empty one at the very beginning
+  return error;
 }
 
 ScriptError expectedError(std::string_view expected, std::string_view found, const Token& token) {

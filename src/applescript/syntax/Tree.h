@@ -65,6 +65,9 @@ struct Expression {
   std::uint32_t height = 1;
 };
 
+/// How a reference was joined to its container: `name of w`, `name in w`, `w's name`. For the printer only.
+enum class Joint { of, in, possessive };
+
 /// A number, text, boolean, class name, enumerator, `missing value`, `null`, or a constant (`pi`, `return`, `tab`).
 /// `AppleScript`, as in `AppleScript's text item delimiters`, is the enumerator 'ascr'.
 struct Literal final : Expression {
@@ -120,6 +123,7 @@ struct PropertyAccess final : Expression {
   /// Code of a dictionary's property with its words, or code 0 and a name of the script's own.
   Label property;
   ExpressionPointer container; ///< null: the target of the enclosing `tell`
+  Joint joint = Joint::of;
 };
 
 /// `tab 3 of w`, `tab id "8" of w`, `tabs`, `every tab whose …`, `first window`, `characters 2 thru -1 of t`,
@@ -128,12 +132,14 @@ struct ElementAccess final : Expression {
   enum class Form { index, first, last, middle, some, every, name, id, range, before, after };
   ElementAccess() : Expression(Kind::element) {}
   Form form = Form::every;
+  bool isIndexWritten = false; ///< `tab index x`: by index whatever x is, also a text that holds a number
   ClassName elementClass;      ///< `words` as the dictionary has the singular
   ExpressionPointer key;       ///< index, name, id, or start of the range; a text or number decides at run time whether
                                ///< a bare `tab x` is by index or by name (Form::index is written for both)
   ExpressionPointer rangeEnd;  ///< Form::range only
   ExpressionPointer test;      ///< the `whose` condition, or null; inside it `it` and bare properties are the element's
   ExpressionPointer container; ///< null: the target of the enclosing `tell`
+  Joint joint = Joint::of;
 };
 
 /// `end of xs`, `beginning of tabs of w`, as in `set end of xs to v` and `make … at end of tabs of w`; `before tab 3 of w`
@@ -143,6 +149,7 @@ struct InsertionPoint final : Expression {
   InsertionPoint() : Expression(Kind::insertionPoint) {}
   Where where = Where::end;
   ExpressionPointer container; ///< before, after: the element beside it. Null: the target of the enclosing `tell`
+  Joint joint = Joint::of;
 };
 
 /// `a reference to x`, `ref x`.
@@ -185,6 +192,7 @@ struct HandlerCall final : Expression {
   HandlerCall() : Expression(Kind::handlerCall) {}
   Target target = Target::implicit;
   ExpressionPointer object; ///< Target::object only
+  Joint joint = Joint::of;
   std::string name;
   std::vector<ExpressionPointer> arguments;                                ///< positional
   ExpressionPointer direct;                                                ///< `f of x from a` : the direct parameter
@@ -201,6 +209,9 @@ struct Command final : Expression {
   const Term* term = nullptr;        ///< row of a terminology that outlives the tree
   ExpressionPointer direct;          ///< null when none was written
   std::vector<std::pair<ParameterTerm, ExpressionPointer>> parameters;
+  /// `count windows`; `count of windows`; `window 1 exists`. For the printer only.
+  enum class Form { plain, withOf, objectFirst };
+  Form form = Form::plain;
 };
 
 /// A message through the Objective-C bridge: `NSString's stringWithString:s`, `obj's setValue:v forKey:k`,

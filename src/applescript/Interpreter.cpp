@@ -1,0 +1,78 @@
+#include "applescript/Interpreter.h"
+
+#include "applescript/evaluate/Evaluator.h"
+
+#include <condition_variable>
+#include <ctime>
+#include <mutex>
+#include <random>
+
+namespace tabwright::applescript {
+
+namespace {
+
+void sleepUntilStopped(std::chrono::nanoseconds time, std::stop_token stop) {
+  std::mutex mutex;
+  std::condition_variable_any condition;
+  std::unique_lock lock(mutex);
+  condition.wait_for(lock, stop, time, [] { return false; });
+}
+
+double secondsOnWallClock() {
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  constexpr std::time_t secondsTo2001 = 978307200;
+  // Read as if it were universal time, the local calendar gives seconds on the wall clock.
+  return static_cast<double>(timegm(&local) - secondsTo2001);
+}
+
+double randomFraction() {
+  static thread_local std::mt19937_64 generator{std::random_device{}()};
+  return std::uniform_real_distribution<double>(0, 1)(generator);
+}
+
+} // namespace
+
+struct Interpreter::State {
+  Surroundings surroundings;
+  RunLimits limits;
+};
+
+Interpreter::Interpreter(Surroundings surroundings, RunLimits limits)
+    : state_(std::make_shared<State>(State{std::move(surroundings), limits})) {
+  Surroundings& world = state_->surroundings;
+  if (!world.sleep)
+    world.sleep = sleepUntilStopped;
+  if (!world.now)
+    world.now = secondsOnWallClock;
+  if (!world.random)
+    world.random = randomFraction;
+  if (!world.log)
+    world.log = [](std::string_view) {};
+}
+
+Interpreter::~Interpreter() = default;
+
+CompiledScript Interpreter::compile(std::string source) {
+  ParseResult parsed = parse(std::move(source), *state_->surroundings.directory);
+  if (!parsed.tree)
+    throw parsed.errors.front();
+  return CompiledScript(new Script(std::move(parsed.tree)));
+}
+
+std::vector<ScriptError> Interpreter::check(std::string source) const {
+  return parse(std::move(source), *state_->surroundings.directory).errors;
+}
+
+Value Interpreter::run(Script& script, std::vector<Value> arguments, std::stop_token stop) {
+  return Evaluator(state_->surroundings, state_->limits, script, std::move(stop)).run(std::move(arguments));
+}
+
+Value Interpreter::call(Script& script, std::string_view handler, std::vector<Value> arguments, std::stop_token stop) {
+  return Evaluator(state_->surroundings, state_->limits, script, std::move(stop)).call(handler, std::move(arguments));
+}
+
+void ScriptDeleter::operator()(Script* script) const { delete script; }
+
+} // namespace tabwright::applescript

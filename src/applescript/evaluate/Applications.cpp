@@ -1,0 +1,288 @@
+// The border to applications. Access to an object's properties and elements only makes its name longer, until a value is
+// needed: then one `get` carries the whole name. What the language can do on its own with a value (`length of name of w`,
+// `item 2 of name of windows`) is done here, after a `get` of the value.
+#include "applescript/evaluate/Evaluator.h"
+
+#include "applescript/evaluate/Restored.h"
+#include "applescript/evaluate/TestNeedsValues.h"
+#include "applescript/events/ObjectSpecifier.h"
+#include "applescript/events/ScriptableApplication.h"
+#include "applescript/values/ClassNames.h"
+#include "applescript/values/Codes.h"
+#include "applescript/values/Errors.h"
+#include "applescript/values/Reference.h"
+#include "applescript/values/SourceForm.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <new>
+
+namespace tabwright::applescript {
+
+namespace {
+
+using Form = ElementAccess::Form;
+using SpecifierForm = ObjectSpecifier::Form;
+
+// Properties that values of the language have and objects don't: of a specifier they mean its value's.
+bool isValueProperty(FourCharCode property, SpecifierForm form) {
+  switch (property) {
+  case codes::length:
+  case codes::reverse:
+  case codes::rest:
+    return form == SpecifierForm::property || form == SpecifierForm::every || form == SpecifierForm::range;
+  case codes::quotedForm:
+  case codes::className:
+  case codes::year:
+  case codes::month:
+  case codes::day:
+  case codes::weekday:
+  case codes::hours:
+  case codes::minutes:
+  case codes::seconds:
+  case codes::time:
+  case codes::dateString:
+  case codes::shortDateString:
+  case codes::timeString:
+    return form == SpecifierForm::property;
+  default:
+    return false;
+  }
+}
+
+bool isValueElement(FourCharCode elementClass, SpecifierForm form) {
+  const bool isTextPiece = elementClass == codes::character || elementClass == codes::word ||
+                           elementClass == codes::paragraph || elementClass == codes::textItem ||
+                           isTextClass(elementClass);
+  if (isTextPiece)
+    return form == SpecifierForm::property;
+  return elementClass == codes::item &&
+         (form == SpecifierForm::property || form == SpecifierForm::every || form == SpecifierForm::range);
+}
+
+std::shared_ptr<ObjectSpecifier> childOf(Value::SpecifierPointer container, FourCharCode desiredClass) {
+  auto specifier = std::make_shared<ObjectSpecifier>();
+  specifier->desiredClass = desiredClass;
+  specifier->application = container->application;
+  specifier->container = std::move(container);
+  return specifier;
+}
+
+} // namespace
+
+const Value& Evaluator::currentApplication() {
+  static const Value root{Value::SpecifierPointer(std::make_shared<const ObjectSpecifier>())};
+  return root;
+}
+
+Value Evaluator::evaluateApplication(const ApplicationReference& expression) {
+  if (const auto found = applications_.find(&expression); found != applications_.end())
+    return found->second;
+  const std::string designation = textOf(operand(*expression.designation), coercionContext());
+  const bool byID = expression.by == ApplicationReference::By::id;
+  const auto application =
+      byID ? surroundings_.directory->findByID(designation) : surroundings_.directory->findByName(designation);
+  if (!application)
+    throw errors::cannotGet(fmt::format("application {}{}", byID ? "id " : "", shortSourceForm(Value(designation))));
+  Value::SpecifierPointer root = applicationRoot(application);
+  if (expression.designation->kind == Expression::Kind::literal)
+    applications_.emplace(&expression, root);
+  return root;
+}
+
+Value Evaluator::get(const Value::SpecifierPointer& specifier) {
+  if (specifier->form == SpecifierForm::application || !specifier->application)
+    return specifier;
+  AppleEventMessage message;
+  message.code = events::get;
+  message.directObject = specifier;
+  return send(specifier->application, std::move(message));
+}
+
+Value Evaluator::setInApplication(const Value::SpecifierPointer& specifier, const Value& value) {
+  AppleEventMessage message;
+  message.code = events::set;
+  message.directObject = specifier;
+  message.parameters.emplace_back(keywords::data, outgoing(value));
+  return send(specifier->application, std::move(message));
+}
+
+Value Evaluator::outgoing(const Value& value) { return lookThroughDeep(value, ForeignObjects::unwrapped); }
+
+Value Evaluator::send(const std::shared_ptr<ScriptableApplication>& application, AppleEventMessage message) {
+  if (mustEnd())
+    throw errors::userCancelled();
+  if (const auto* target = frame_->target.get<Value::SpecifierPointer>(); target && (*target)->application)
+    message.subject = *target;
+  message.deadline = std::chrono::steady_clock::now() + eventTimeout_;
+  message.stop = stop_;
+  try {
+    return application->handle(message);
+  } catch (ScriptError& error) {
+    if (!error.application() && error.number() != errorNumber::userCancelled)
+      error.raisedBy(application->name());
+    throw;
+  } catch (const platform::Failure& failure) {
+    throw errors::of(errorNumber::handlerFailed, failure.errorDescription()).raisedBy(application->name());
+  }
+}
+
+Value Evaluator::specifierProperty(const Value::SpecifierPointer& container, const Label& property, Mode mode) {
+  const bool isRoot = container->form == SpecifierForm::application;
+  if (property.code == codes::contents)
+    return mode == Mode::value ? get(container) : Value(container);
+  if (isRoot && property.code == codes::className)
+    return ClassName{codes::application, "application"};
+  if (isRoot && !container->application) {
+    if (property.code == codes::name)
+      return surroundings_.ownName;
+    return bridgeName(property.name);
+  }
+  if (isRootedInTest(*container))
+    return applescript::propertyOf(container, property.code);
+  if (isRoot) {
+    // What is known without the application neither asks nor starts it.
+    if (property.code == codes::name)
+      return container->application->name();
+    if (property.code == codes::id)
+      return container->application->bundleIdentifier();
+    if (property.code == codes::running)
+      return container->application->isRunning();
+  }
+  if (property.code == 0)
+    throw errors::cannotGet(fmt::format("{} of {}", property.name, shortSourceForm(Value(container))))
+        .raisedBy(container->application->name());
+  if (isValueProperty(property.code, container->form))
+    return propertyOf(get(container), property, mode);
+  const Value::SpecifierPointer specifier = applescript::propertyOf(container, property.code);
+  return mode == Mode::value ? get(specifier) : Value(specifier);
+}
+
+Value Evaluator::specifierElement(const Value::SpecifierPointer& given, const ElementAccess& expression, Mode mode) {
+  Value::SpecifierPointer container = given;
+  if (!container->application && !isRootedInTest(*container)) {
+    throw errors::cannotGet(
+        fmt::format("{} of current application", classWords(expression.elementClass)));
+  }
+  if (!isRootedInTest(*container) && isValueElement(expression.elementClass.code, container->form)) {
+    // `first item of tabs of w` is the first tab, and still costs one event.
+    const bool isItemOfEvery = expression.elementClass.code == codes::item && container->form == SpecifierForm::every &&
+                               !(container->test && expression.test) && container->container;
+    if (!isItemOfEvery)
+      return elementOf(get(container), expression);
+  }
+  Value::SpecifierPointer specifier;
+  try {
+    specifier = elementSpecifier(container, expression);
+  } catch (const TestNeedsValues&) {
+    if (isRootedInTest(*container))
+      throw;
+    return filteredElement(container, expression);
+  }
+  return mode == Mode::value ? get(specifier) : Value(specifier);
+}
+
+Value::SpecifierPointer Evaluator::elementSpecifier(Value::SpecifierPointer container,
+                                                    const ElementAccess& expression) {
+  FourCharCode desiredClass = expression.elementClass.code;
+  std::shared_ptr<const SpecifierTest> test;
+  if (desiredClass == codes::item && container->form == SpecifierForm::every && container->container) {
+    desiredClass = container->desiredClass;
+    test = container->test;
+    container = Value::SpecifierPointer(container->container);
+  }
+  const auto specifier = childOf(std::move(container), desiredClass);
+  const ElementKey key = keyOf(expression);
+  specifier->key = outgoing(key.first);
+  switch (expression.form) {
+  case Form::index:
+    // A bare `tab x` is by index or by name, as the value of x decides.
+    specifier->form = specifier->key.text() && !expression.isIndexWritten ? SpecifierForm::name : SpecifierForm::index;
+    if (specifier->form == SpecifierForm::index)
+      specifier->key = integerOf(specifier->key);
+    break;
+  case Form::first:
+    specifier->form = SpecifierForm::index;
+    specifier->key = 1;
+    break;
+  case Form::last:
+    specifier->form = SpecifierForm::index;
+    specifier->key = -1;
+    break;
+  case Form::middle:
+    specifier->form = SpecifierForm::middle;
+    break;
+  case Form::some:
+    specifier->form = SpecifierForm::some;
+    break;
+  case Form::every:
+    specifier->form = SpecifierForm::every;
+    break;
+  case Form::name:
+    specifier->form = SpecifierForm::name;
+    break;
+  case Form::id:
+    specifier->form = SpecifierForm::id;
+    break;
+  case Form::range:
+    specifier->form = SpecifierForm::range;
+    specifier->rangeEnd = outgoing(key.last);
+    break;
+  case Form::before:
+    specifier->form = SpecifierForm::before;
+    break;
+  case Form::after:
+    specifier->form = SpecifierForm::after;
+    break;
+  }
+  specifier->test = expression.test ? specifierTest(*expression.test) : std::move(test);
+  return specifier;
+}
+
+// A condition that the application can't be asked: all elements are fetched, and each is put to the test here.
+Value Evaluator::filteredElement(const Value::SpecifierPointer& container, const ElementAccess& expression) {
+  const auto every = childOf(container, expression.elementClass.code);
+  every->form = SpecifierForm::every;
+  const Value all = get(every);
+  std::vector<Value> passing;
+  for (const Value& element : listOf(all)->items) {
+    if (passes(element, *expression.test))
+      passing.push_back(element);
+  }
+  return pick(passing, expression, keyOf(expression), Value(container));
+}
+
+Value Evaluator::insertionPoint(const InsertionPoint& expression) {
+  using Where = InsertionPoint::Where;
+  const Value container =
+      lookThrough(expression.container ? evaluate(*expression.container, Mode::designation) : implicitTarget());
+  const auto* place = container.get<Value::SpecifierPointer>();
+  const bool isEnd = expression.where == Where::end || expression.where == Where::beginning;
+  if (!place || !(*place)->application) {
+    const auto* list = container.get<Value::ListPointer>();
+    if (!list || !isEnd || (*list)->items.empty())
+      throw errors::cannotGet(fmt::format("{} of {}", expression.where == Where::beginning ? "beginning" : "end",
+                                          shortSourceForm(container)));
+    return expression.where == Where::end ? (*list)->items.back() : (*list)->items.front();
+  }
+  const bool isOfElements = isEnd && (*place)->form == SpecifierForm::every;
+  const auto specifier = childOf(*place, isOfElements ? (*place)->desiredClass : 0);
+  switch (expression.where) {
+  case Where::beginning:
+    specifier->form = SpecifierForm::beginning;
+    break;
+  case Where::end:
+    specifier->form = SpecifierForm::end;
+    break;
+  case Where::before:
+    specifier->form = SpecifierForm::before;
+    break;
+  case Where::after:
+    specifier->form = SpecifierForm::after;
+    break;
+  }
+  return Value::SpecifierPointer(specifier);
+}
+
+} // namespace tabwright::applescript

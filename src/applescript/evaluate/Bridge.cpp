@@ -1,0 +1,79 @@
+// Messages to objects behind the Objective-C bridge. Arguments travel with references looked through and foreign objects
+// as they are; failures of the bridge that aren't the language's own become its error for a failed handler.
+#include "applescript/evaluate/Bridge.h"
+
+#include "applescript/evaluate/Evaluator.h"
+#include "applescript/values/Errors.h"
+#include "applescript/values/Names.h"
+#include "applescript/values/Reference.h"
+#include "applescript/values/SourceForm.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+
+namespace tabwright::applescript {
+
+Value findInBridge(const ObjectiveCBridge* bridge, const std::string& name) {
+  if (bridge) {
+    if (auto found = bridge->named(name))
+      return std::move(*found);
+  }
+  throw errors::cannotGet(fmt::format("{} of current application", name));
+}
+
+Value Evaluator::bridgeName(std::string_view name) {
+  return findInBridge(surroundings_.objectiveC, std::string(name));
+}
+
+Value Evaluator::sendForeign(ForeignObject& receiver, std::string_view selector, std::vector<Value> arguments) {
+  if (mustEnd())
+    throw errors::userCancelled();
+  for (Value& argument : arguments)
+    argument = lookThroughDeep(argument, ForeignObjects::kept);
+  try {
+    return receiver.send(selector, arguments);
+  } catch (const ScriptError&) {
+    throw;
+  } catch (const platform::Failure& failure) {
+    throw errors::of(errorNumber::handlerFailed, failure.errorDescription());
+  }
+}
+
+// `alloc()` is the selector `alloc`; `f_(x)` and `f(x)` both are `f:`, `a_b_(x, y)` is `a:b:`.
+std::string Evaluator::selectorOf(const HandlerCall& call) {
+  std::string selector = call.name;
+  if (call.arguments.empty())
+    return selector;
+  if (selector.ends_with('_'))
+    std::ranges::replace(selector, '_', ':');
+  else
+    selector += ':';
+  return selector;
+}
+
+Value Evaluator::evaluateMessage(const ObjectiveCMessage& message) {
+  std::string selector;
+  for (const std::string& part : message.parts)
+    selector += part + ":";
+  const Value receiver =
+      message.receiver ? lookThrough(evaluate(*message.receiver, Mode::designation)) : Value(frame_->self);
+  std::vector<Value> arguments;
+  arguments.reserve(message.arguments.size());
+  for (const auto& argument : message.arguments)
+    arguments.push_back(evaluate(*argument));
+  if (const auto* foreign = receiver.get<Value::ForeignPointer>()) {
+    const Value::ForeignPointer held = *foreign;
+    return sendForeign(*held, selector, std::move(arguments));
+  }
+  if (const auto* script = receiver.get<Value::ScriptPointer>()) {
+    if (const FoundHandler found = findHandler(*script, foldedName(selector)); found.definition) {
+      Arguments passed;
+      passed.positional = std::move(arguments);
+      return invoke(found, *script, std::move(passed), selector);
+    }
+  }
+  throw errors::notUnderstood(shortSourceForm(receiver), selector);
+}
+
+} // namespace tabwright::applescript

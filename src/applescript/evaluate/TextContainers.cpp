@@ -1,0 +1,78 @@
+// Pieces of a text: characters, words, paragraphs, text items. A range of `text` is the stretch from the first to the last
+// of its characters; a range of anything else is the list of the pieces.
+#include "applescript/evaluate/Evaluator.h"
+
+#include "applescript/values/ClassNames.h"
+#include "applescript/values/Codes.h"
+#include "applescript/values/Reference.h"
+
+namespace tabwright::applescript {
+
+std::vector<std::string> Evaluator::delimiters() const {
+  std::vector<std::string> texts;
+  for (const Value& delimiter : listOf(script_.textItemDelimiters)->items)
+    texts.push_back(textOf(delimiter));
+  return texts;
+}
+
+std::vector<TextRange> Evaluator::textRanges(const Text& text, FourCharCode elementClass) {
+  switch (elementClass) {
+  case codes::word:
+    return wordsOf(text.utf8());
+  case codes::paragraph:
+    return paragraphsOf(text.utf8());
+  case codes::textItem:
+    return textItemsOf(text.utf8(), delimiters(), attributes_);
+  default: {
+    std::vector<TextRange> ranges(characters_.count(text));
+    for (std::size_t index = 0; index < ranges.size(); ++index)
+      ranges[index] = characters_.character(text, index);
+    return ranges;
+  }
+  }
+}
+
+Value Evaluator::textElement(const Text& text, const ElementAccess& expression) {
+  const FourCharCode code = expression.elementClass.code;
+  const std::string& utf8 = text.utf8();
+  if (isTextClass(code) && expression.form == ElementAccess::Form::every)
+    return text;
+  const ElementKey key = keyOf(expression);
+  const bool isCharacters = code == codes::character || code == codes::item || isTextClass(code);
+  const auto pieceAt = [&](TextRange range) { return Value(utf8.substr(range.offset, range.length)); };
+
+  // Characters are found by position, without a table of all of them.
+  if (isCharacters && expression.form != ElementAccess::Form::every) {
+    const std::size_t count = characters_.count(text);
+    if (expression.form != ElementAccess::Form::range)
+      return pieceAt(characters_.character(text, position(count, expression, key, Value(text))));
+    const auto [first, last] = positions(count, expression, key, Value(text));
+    if (isTextClass(code)) {
+      const std::size_t start = characters_.character(text, first).offset;
+      const TextRange end = characters_.character(text, last);
+      return pieceAt({start, end.offset + end.length - start});
+    }
+    std::vector<Value> pieces;
+    for (std::size_t index = first; index <= last; ++index)
+      pieces.push_back(pieceAt(characters_.character(text, index)));
+    return Value::list(std::move(pieces));
+  }
+
+  const std::vector<TextRange> ranges = textRanges(text, code);
+  if (expression.form != ElementAccess::Form::every && expression.form != ElementAccess::Form::range)
+    return pieceAt(ranges[position(ranges.size(), expression, key, Value(text))]);
+  std::size_t first = 0;
+  std::size_t end = ranges.size();
+  if (expression.form == ElementAccess::Form::range) {
+    const auto [low, high] = positions(ranges.size(), expression, key, Value(text));
+    first = low;
+    end = high + 1;
+  }
+  std::vector<Value> pieces;
+  pieces.reserve(end - first);
+  for (std::size_t index = first; index < end; ++index)
+    pieces.push_back(pieceAt(ranges[index]));
+  return Value::list(std::move(pieces));
+}
+
+} // namespace tabwright::applescript

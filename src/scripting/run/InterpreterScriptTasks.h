@@ -1,0 +1,33 @@
+#pragma once
+
+#include "applescript/Interpreter.h"
+#include "platform/UserAppleScriptTask.h"
+#include "scripting/run/ScriptThreads.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+
+namespace tabwright::scripting {
+
+/// Script tasks that run in this project's own interpreter, each script on a thread of its own while it runs.
+///
+///     InterpreterScriptTasks tasks(std::make_shared<applescript::Interpreter>(surroundings));
+///     auto task = tasks.initWithURL("/tmp/x.applescript");
+///     auto result = co_await task->executeWithAppleEvent(event);       // resumes on the coroutine's own executor
+///
+/// The file is read by `initWithURL`, and compiled on the script's thread. A run ends in the script's error, as it is: a
+/// ScriptError. A result without a form in Apple events (a record, an object of an application, `missing value`) comes
+/// as its source form.
+class InterpreterScriptTasks final : public platform::UserAppleScriptTasks {
+public:
+  explicit InterpreterScriptTasks(std::shared_ptr<applescript::Interpreter> interpreter, std::size_t mostThreads = 8);
+
+  std::unique_ptr<platform::UserAppleScriptTask> initWithURL(const std::filesystem::path& script) override;
+
+private:
+  std::shared_ptr<applescript::Interpreter> interpreter_;
+  std::shared_ptr<ScriptThreads> threads_;
+};
+
+} // namespace tabwright::scripting

@@ -1,0 +1,98 @@
+#include "scripting/run/ScriptThreads.h"
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+namespace tabwright::scripting {
+
+namespace {
+
+/// Address space, not memory: pages are taken as a script's recursion reaches them.
+constexpr std::size_t stackBytes = std::size_t{64} << 20;
+
+} // namespace
+
+class ScriptThreads::Job {
+public:
+  explicit Job(Work work) : work(std::move(work)) {}
+  Work work;
+  std::stop_source stop;
+};
+
+ScriptThreads::ScriptThreads(std::size_t mostThreads) : mostThreads_(std::max<std::size_t>(mostThreads, 1)) {}
+
+ScriptThreads::~ScriptThreads() {
+  {
+    const std::lock_guard lock(mutex_);
+    isClosing_ = true;
+    for (const auto& job : queue_)
+      job->stop.request_stop();
+    for (const auto& job : running_)
+      job->stop.request_stop();
+  }
+  wake_.notify_all();
+  for (const pthread_t thread : threads_)
+    pthread_join(thread, nullptr);
+}
+
+std::shared_ptr<ScriptThreads::Job> ScriptThreads::prepare(Work work) { return std::make_shared<Job>(std::move(work)); }
+
+void ScriptThreads::start(const std::shared_ptr<Job>& job) {
+  const std::lock_guard lock(mutex_);
+  if (idle_ <= queue_.size() && threads_.size() < mostThreads_)
+    addThread();
+  queue_.push_back(job);
+  wake_.notify_one();
+}
+
+void ScriptThreads::cancel(const std::shared_ptr<Job>& job) {
+  job->stop.request_stop();
+  {
+    const std::lock_guard lock(mutex_);
+    const auto waiting = std::ranges::find(queue_, job);
+    if (waiting == queue_.end())
+      return;
+    queue_.erase(waiting);
+  }
+  job->work(job->stop.get_token());
+}
+
+void ScriptThreads::addThread() {
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  pthread_attr_setstacksize(&attributes, stackBytes);
+  pthread_t thread{};
+  const int error = pthread_create(&thread, &attributes, threadMain, this);
+  pthread_attr_destroy(&attributes);
+  if (error == 0)
+    threads_.push_back(thread);
+  else if (threads_.empty())
+    throw std::system_error(error, std::generic_category(), "pthread_create: no thread for a script");
+}
+
+void* ScriptThreads::threadMain(void* threads) {
+  static_cast<ScriptThreads*>(threads)->serve();
+  return nullptr;
+}
+
+void ScriptThreads::serve() {
+  std::unique_lock lock(mutex_);
+  for (;;) {
+    ++idle_;
+    wake_.wait(lock, [&] { return isClosing_ || !queue_.empty(); });
+    --idle_;
+    if (queue_.empty())
+      return;
+    const std::shared_ptr<Job> job = std::move(queue_.front());
+    queue_.pop_front();
+    running_.push_back(job);
+    lock.unlock();
+    job->work(job->stop.get_token());
+    job->work = nullptr; // what it holds must not outlive the script
+    lock.lock();
+    std::erase(running_, job);
+  }
+}
+
+} // namespace tabwright::scripting

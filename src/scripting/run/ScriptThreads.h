@@ -1,0 +1,54 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <pthread.h>
+#include <stop_token>
+#include <vector>
+
+namespace tabwright::scripting {
+
+/// Threads for scripts. Scripts block, in `delay` and in calls of a browser, so each running one has a thread to itself;
+/// there is a bound on them, and scripts beyond it wait in a queue. Threads are made when needed and kept; their stacks
+/// are large, for scripts recurse.
+///
+/// Safe from several threads. The destructor stops all scripts, and returns when their threads have ended.
+class ScriptThreads {
+public:
+  /// Called once, on a thread of this. When the stop was requested before it began, it has to finish at once; then it
+  /// may be called by `cancel`, on the caller's thread. Must not throw.
+  using Work = std::function<void(std::stop_token)>;
+  class Job;
+
+  explicit ScriptThreads(std::size_t mostThreads = 8);
+  ~ScriptThreads();
+  ScriptThreads(const ScriptThreads&) = delete;
+  ScriptThreads& operator=(const ScriptThreads&) = delete;
+
+  [[nodiscard]] std::shared_ptr<Job> prepare(Work work);
+  /// Throws std::system_error when not even one thread can be made; the work has not been called then.
+  void start(const std::shared_ptr<Job>& job);
+  /// Requests a running job to stop; a waiting one leaves the queue and finishes here. Nothing happens to one that has
+  /// finished.
+  void cancel(const std::shared_ptr<Job>& job);
+
+private:
+  static void* threadMain(void* threads);
+  void serve();
+  void addThread();
+
+  const std::size_t mostThreads_;
+  std::mutex mutex_;
+  std::condition_variable wake_;
+  std::deque<std::shared_ptr<Job>> queue_;
+  std::vector<std::shared_ptr<Job>> running_;
+  std::vector<pthread_t> threads_;
+  std::size_t idle_ = 0;
+  bool isClosing_ = false;
+};
+
+} // namespace tabwright::scripting

@@ -1,0 +1,102 @@
+#include "browserdata/BrowserTabEntity.h"
+#include "browserdata/BrowserWindowEntity.h"
+#include "support/FailureText.h"
+
+#include <boost/json/parse.hpp>
+#include <boost/json/serialize.hpp>
+#include <gtest/gtest.h>
+
+namespace tabwright::browserdata {
+namespace {
+
+using testsupport::failureText;
+using TabTraits = intents::ValueTraits<BrowserTabEntity>;
+using WindowTraits = intents::ValueTraits<BrowserWindowEntity>;
+
+const engine::TargetContext safari{"com.apple.safari", "Safari"};
+const engine::TargetContext chromium{"org.chromium.chromium", "Chromium"};
+
+BrowserTabData tabRecord() {
+  BrowserTabData record;
+  record.tabID = "17:3";
+  record.tabTitle = "News";
+  record.tabURL = "https://news.test/";
+  record.isPrivate = true;
+  return record;
+}
+
+TEST(BrowserTabEntity, IsMadeOfARecordAndTheBrowserThatAnswered) {
+  const BrowserTabEntity tab(tabRecord(), safari);
+  EXPECT_EQ(tab.fullID, "com.apple.safari:17:3");
+  EXPECT_EQ(tab.id(), "17:3");
+  EXPECT_EQ(tab.displayRepresentation(), "News [Safari]");
+  EXPECT_EQ(boost::json::serialize(TabTraits::toJson(tab)),
+            R"({"targetContext":{"id":"com.apple.safari","name":"Safari"},"title":"News","url":"https://news.test/",)"
+            R"("selectionText":"","isLoading":false,"isPrivate":true,"fullID":"com.apple.safari:17:3"})");
+}
+
+TEST(BrowserTabEntity, KeepsTheDetailsOfADetailedRecord) {
+  BrowserTabData record = tabRecord();
+  record.htmlContent = "<html></html>";
+  record.textContent = "";
+  record.pageSelectionText = " sel ";
+  record.isLoading = true;
+  const BrowserTabEntity tab(record, safari);
+  EXPECT_EQ(tab.htmlDocument, "<html></html>");
+  EXPECT_EQ(tab.textContent, "");
+  EXPECT_EQ(tab.selectionText, " sel ");
+  EXPECT_TRUE(tab.isLoading);
+  EXPECT_EQ(TabTraits::fromJson(TabTraits::toJson(tab)), tab);
+}
+
+TEST(BrowserTabEntity, WrittenByHandNeedsOnlyReferenceAndBrowser) {
+  for (const std::string_view text :
+       {R"({"fullID":"org.chromium.chromium:8","targetContext":"chromium"})",
+        R"({"fullID":"org.chromium.chromium:8","targetContext":"org.chromium.Chromium"})",
+        R"([{"fullID":"org.chromium.chromium:8","targetContext":{"id":"org.chromium.Chromium","name":"Chromium"}}])"}) {
+    const BrowserTabEntity tab = TabTraits::fromText(text);
+    EXPECT_EQ(tab.targetContext, chromium) << text;
+    EXPECT_EQ(tab.id(), "8") << text;
+  }
+  EXPECT_EQ(failureText([] { return TabTraits::fromText(R"({"fullID":"x:1"})"); }), "lacks the property targetContext.");
+  EXPECT_EQ(failureText([] { return TabTraits::fromText(R"({"targetContext":"chromium","fullID":8})"); }),
+            "fullID can't be 8; give a text.");
+}
+
+TEST(BrowserTabEntity, AReferenceWithoutColonIsItsOwnId) {
+  BrowserTabEntity tab;
+  tab.fullID = "8";
+  EXPECT_EQ(tab.id(), "8");
+}
+
+TEST(BrowserWindowEntity, HoldsItsTabsInOrderAndCrossesBothWays) {
+  BrowserWindowData record;
+  record.windowID = "17";
+  record.windowTitle = "Work";
+  record.isVisible = true;
+  record.activeTab = tabRecord();
+  record.tabsList = {tabRecord(), tabRecord()};
+  record.tabsList[0].tabTitle = "First";
+  const BrowserWindowEntity window(record, safari);
+  EXPECT_EQ(window.fullID, "com.apple.safari:17");
+  EXPECT_EQ(window.id(), "17");
+  EXPECT_EQ(window.displayRepresentation(), "Work [Safari]");
+  EXPECT_EQ(window.tabs.at(0).title, "First");
+  EXPECT_EQ(window.tabs.at(1), window.activeTab);
+  EXPECT_EQ(WindowTraits::fromJson(WindowTraits::toJson(window)), window);
+}
+
+TEST(BrowserWindowEntity, AnEmptyTabInsideIsPointedAt) {
+  EXPECT_EQ(failureText([] {
+              return WindowTraits::fromText(R"({"targetContext":"safari","fullID":"a:1","tabs":[{"fullID":"a:2"}]})");
+            }),
+            "tabs.item 1 lacks the property targetContext.");
+}
+
+TEST(Entities, AreNoneOfTheOther) {
+  const BrowserTabEntity tab(tabRecord(), safari);
+  EXPECT_NE(failureText([&] { return WindowTraits::fromJson(TabTraits::toJson(tab)); }), "no failure");
+}
+
+} // namespace
+} // namespace tabwright::browserdata

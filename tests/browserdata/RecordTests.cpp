@@ -1,0 +1,88 @@
+#include "browserdata/BrowserTabData.h"
+#include "browserdata/BrowserWindowData.h"
+
+#include <boost/json/parse.hpp>
+#include <boost/json/serialize.hpp>
+#include <gtest/gtest.h>
+
+namespace tabwright::browserdata {
+namespace {
+
+// What is wrong with a record; empty when it can be decoded.
+template <class Record>
+std::string mismatchOf(std::string_view json) {
+  try {
+    static_cast<void>(engine::JSONDecoding<Record>::from(boost::json::parse(json)));
+    return {};
+  } catch (const engine::JSONMismatch& mismatch) {
+    const std::string text = mismatch.what();
+    return text.substr(0, text.find(':'));
+  }
+}
+
+constexpr std::string_view plainTab = R"({"tabID":"8","tabTitle":"News","tabURL":"https://news.test/"})";
+
+TEST(BrowserTabData, NeedsOnlyIdTitleAndURL) {
+  const auto tab = engine::JSONDecoding<BrowserTabData>::from(boost::json::parse(plainTab));
+  EXPECT_EQ(tab, (BrowserTabData{.htmlContent = {},
+                                 .pageSelectionText = "",
+                                 .pageSelectionHTML = "",
+                                 .tabID = "8",
+                                 .tabTitle = "News",
+                                 .tabURL = "https://news.test/",
+                                 .textContent = {}}));
+}
+
+TEST(BrowserTabData, NullIsAsGoodAsMissingWhereThereIsADefault) {
+  EXPECT_EQ(engine::JSONDecoding<BrowserTabData>::from(boost::json::parse(
+                R"({"htmlContent":null,"isLoading":null,"isPrivate":null,"pageSelectionText":null,
+                    "pageSelectionHTML":null,"tabID":"8","tabTitle":"News","tabURL":"https://news.test/",
+                    "textContent":null,"somethingElse":1})")),
+            engine::JSONDecoding<BrowserTabData>::from(boost::json::parse(plainTab)));
+}
+
+TEST(BrowserTabData, RefusesWrongTypesAndMissingFields) {
+  EXPECT_EQ(mismatchOf<BrowserTabData>(R"({"tabTitle":"","tabURL":""})"), "tabID");
+  EXPECT_EQ(mismatchOf<BrowserTabData>(R"({"tabID":"1","tabTitle":null,"tabURL":""})"), "tabTitle");
+  EXPECT_EQ(mismatchOf<BrowserTabData>(R"({"tabID":8,"tabTitle":"","tabURL":""})"), "tabID");
+  EXPECT_EQ(mismatchOf<BrowserTabData>(R"({"tabID":"8","tabTitle":"","tabURL":"","isLoading":"false"})"), "isLoading");
+  EXPECT_EQ(mismatchOf<BrowserTabData>(R"({"tabID":"8","tabTitle":"","tabURL":"","textContent":false})"),
+            "textContent");
+  EXPECT_NE(mismatchOf<BrowserTabData>(R"([])"), "");
+}
+
+TEST(BrowserTabData, IsWrittenWithoutDefaultsInTheOrderOfItsFields) {
+  for (const std::string_view json :
+       {plainTab,
+        std::string_view(R"({"htmlContent":"","isLoading":true,"isPrivate":true,"pageSelectionText":"a",)"
+                         R"("pageSelectionHTML":"<b>a</b>","tabID":"17:3","tabTitle":"","tabURL":"","textContent":"t"})")})
+    EXPECT_EQ(boost::json::serialize(toJson(engine::JSONDecoding<BrowserTabData>::from(boost::json::parse(json)))), json);
+}
+
+const std::string window = R"({"isVisible":true,"activeTab":)" + std::string(plainTab) +
+                           R"(,"activeTabIndex":1,"windowID":"3","windowIndex":2,"windowTitle":"News","tabsList":[)" +
+                           std::string(plainTab) + "]}";
+
+TEST(BrowserWindowData, IsReadAndWritten) {
+  boost::json::value json = boost::json::parse(window);
+  json.as_object()["activeTabID"] = "8"; // scripts add it; it is no field
+  const auto record = engine::JSONDecoding<BrowserWindowData>::from(json);
+  EXPECT_EQ(record.windowIndex, 2);
+  EXPECT_FALSE(record.isPrivate);
+  EXPECT_EQ(record.tabsList.size(), 1U);
+  EXPECT_EQ(boost::json::serialize(toJson(record)), window);
+}
+
+TEST(BrowserWindowData, NeedsAllButItsBooleans) {
+  for (const char* key : {"activeTab", "activeTabIndex", "windowID", "windowIndex", "windowTitle", "tabsList"}) {
+    boost::json::value json = boost::json::parse(window);
+    json.as_object().erase(key);
+    EXPECT_EQ(mismatchOf<BrowserWindowData>(boost::json::serialize(json)), key);
+  }
+  boost::json::value json = boost::json::parse(window);
+  json.as_object()["activeTab"] = ""; // what the scripts' template starts with
+  EXPECT_EQ(mismatchOf<BrowserWindowData>(boost::json::serialize(json)), "activeTab");
+}
+
+} // namespace
+} // namespace tabwright::browserdata

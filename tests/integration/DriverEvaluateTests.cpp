@@ -1,0 +1,94 @@
+#include "integration/DriverFixture.h"
+
+#include <boost/json/parse.hpp>
+#include <boost/json/serialize.hpp>
+
+namespace tabwright::scripting {
+
+TEST_F(DriverTest, ValuesComeAsJson) {
+  const TabID tab = open("data:text/html,<title>Värde</title>");
+  struct Case {
+    const char* javascript;
+    const char* json;
+  };
+  const Case cases[] = {
+      {"1 + 1", "2"},
+      {"1.5", "1.5E0"},
+      {"-0", "0"},
+      {"2 ** 53", "9007199254740992"},
+      {"NaN", "null"},
+      {"1 / 0", "null"},
+      {"12n", "null"},
+      {"true", "true"},
+      {"null", "null"},
+      {"undefined", "null"},
+      {"''", "\"\""},
+      {"document.title", "\"Värde\""},
+      {"'a\\nb\\u0000'", "\"a\\nb\\u0000\""},
+      {"'\\u{1F600}é'", "\"\U0001F600é\""},
+      {"'\\u{1F600}'.slice(0, 1) + 'x'", "\"\uFFFDx\""}, // half an emoji
+      {"[1, 'two', [null, undefined], NaN]", "[1,\"two\",[null,null],null]"},
+      {"({b: 1, a: {c: [true]}})", "{\"b\":1,\"a\":{\"c\":[true]}}"},
+      {"(() => 1)", "null"},
+      {"Symbol()", "null"},
+      {"const o = {}; o.o = o; o", "null"},
+      {"throw new Error('no')", "null"},
+      {"no syntax", "null"},
+      {"Promise.resolve({a: 1})", "{\"a\":1}"},
+      {"new Promise(done => setTimeout(() => done('late'), 20))", "\"late\""},
+      {"Promise.reject(1)", "null"},
+      {"let a = 1; a + 1", "2"},
+  };
+  for (const Case& each : cases)
+    EXPECT_EQ(boost::json::serialize(evaluate(tab, each.javascript)), each.json) << each.javascript;
+}
+
+TEST_F(DriverTest, CodeRunsInThePagesOwnWorld) {
+  const TabID tab = open("data:text/html,<script>var mine = 'page'</script>");
+  EXPECT_EQ(evaluate(tab, "mine"), "page");
+  evaluate(tab, "window.planted = [1, 2]");
+  EXPECT_EQ(makeDriver(chromium())->evaluate(tab, "planted.length", limits()), 2);
+}
+
+TEST_F(DriverTest, LongTextsComeWholeAndDeepValuesDoNotBreakTheConnection) {
+  const TabID tab = open("data:text/html,x");
+  const boost::json::value text = evaluate(tab, "'\\u{1F600}abc'.repeat(1000000)");
+  ASSERT_TRUE(text.is_string());
+  EXPECT_EQ(text.get_string().size(), 7U * 1000000U);
+  EXPECT_TRUE(text.get_string().ends_with("\U0001F600abc"));
+
+  evaluate(tab, "window.deep = n => { let o = 1; while (n--) o = [o]; return o }");
+  EXPECT_TRUE(evaluate(tab, "deep(200)").is_array());
+  EXPECT_EQ(evaluate(tab, "deep(5000)"), nullptr);
+  EXPECT_EQ(evaluate(tab, "'still ' + 'here'"), "still here");
+
+  // Long code goes the other way.
+  EXPECT_EQ(evaluate(tab, "'" + std::string(5'000'000, 'y') + "'.length"), 5'000'000);
+}
+
+TEST_F(DriverTest, APageThatGoesElsewhereMeanwhileGivesNull) {
+  support::PageServer server;
+  server.serve("/next", "<title>Next</title>");
+  const TabID tab = open("data:text/html,x");
+  EXPECT_EQ(evaluate(tab, "location.href = '" + server.url("/next") + "'; new Promise(() => {})"), nullptr);
+  eventually([&] { return evaluate(tab, "document.title") == "Next"; });
+}
+
+TEST_F(DriverTest, ManyThreadsShareOneDriver) {
+  const TabID tab = open("data:text/html,x");
+  std::vector<std::jthread> threads;
+  std::atomic<int> right{0};
+  for (int thread = 0; thread < 8; ++thread) {
+    threads.emplace_back([&, thread] {
+      for (int round = 0; round < 20; ++round) {
+        const int sum = thread * 1000 + round;
+        if (evaluate(tab, std::to_string(thread * 1000) + " + " + std::to_string(round)) == sum && find(tab))
+          ++right;
+      }
+    });
+  }
+  threads.clear();
+  EXPECT_EQ(right, 160);
+}
+
+} // namespace tabwright::scripting

@@ -1,0 +1,208 @@
+#include "integration/DriverFixture.h"
+
+#include "devtools/Connection.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <fstream>
+#include <future>
+
+#include <unistd.h>
+
+namespace tabwright::scripting {
+
+using namespace std::chrono_literals;
+using Debugging = support::ChromiumProcess::Debugging;
+
+// Every test here has limits of a minute, and a call without a deadline of its own takes 30 seconds: what is expected to
+// fail "at once" would otherwise give timedOut.
+
+TEST_F(DriverTest, ADialogFailsTheCallThatOpensItAndThoseAfterUntilItIsClosed) {
+  const TabID tab = open("data:text/html,x");
+  try {
+    evaluate(tab, "alert('Sure?')");
+    FAIL();
+  } catch (const DriverFailure& failure) {
+    EXPECT_EQ(failure.kind(), DriverFault::dialogOpen);
+    EXPECT_EQ(failure.detail(), "Sure?");
+  }
+  EXPECT_EQ(faultOf([&] { evaluate(tab, "1"); }), DriverFault::dialogOpen);
+  EXPECT_TRUE(find(tab)) << "the rest of the browser still answers";
+  driver().navigate(tab, "data:text/html,<title>after</title>", limits()); // which closes the dialog
+  eventually([&] {
+    try {
+      return evaluate(tab, "document.title") == "after";
+    } catch (const DriverFailure& failure) {
+      EXPECT_EQ(failure.kind(), DriverFault::dialogOpen);
+      return false;
+    }
+  });
+}
+
+TEST_F(DriverTest, ADialogFromBeforeEndsAtTheDeadline) {
+  const TabID tab = open("data:text/html,x");
+  EXPECT_EQ(faultOf([&] { evaluate(tab, "confirm('?')"); }), DriverFault::dialogOpen);
+  const std::unique_ptr<DevToolsDriver> other = makeDriver(chromium());
+  other->snapshot(limits());
+  EXPECT_EQ(faultOf([&] { other->evaluate(tab, "1", {std::chrono::steady_clock::now() + 300ms, {}}); }),
+            DriverFault::timedOut);
+}
+
+TEST_F(DriverTest, ACrashFailsAtOnceAndReloadingHeals) {
+  const TabID tab = open("data:text/html,<title>frail</title>");
+  auto waiting = std::async(std::launch::async, [&] { return faultOf([&] { evaluate(tab, "new Promise(() => {})"); }); });
+  evaluate(tab, "1");
+  driver().navigate(tab, "chrome://crash", limits());
+  EXPECT_EQ(waiting.get(), DriverFault::tabCrashed);
+  EXPECT_EQ(faultOf([&] { evaluate(tab, "1"); }), DriverFault::tabCrashed);
+  EXPECT_EQ(faultOf([&] { makeDriver(chromium())->evaluate(tab, "1", limits()); }), DriverFault::tabCrashed)
+      << "also for one that comes later";
+  driver().reload(tab, limits());
+  eventually([&] {
+    try {
+      return evaluate(tab, "document.title") == "frail";
+    } catch (const DriverFailure& failure) {
+      EXPECT_EQ(failure.kind(), DriverFault::tabCrashed);
+      return false;
+    }
+  });
+}
+
+TEST_F(DriverTest, ClosingATabFailsItsCallsAtOnce) {
+  const TabID tab = open("data:text/html,x");
+  auto waiting = std::async(std::launch::async, [&] { return faultOf([&] { evaluate(tab, "new Promise(() => {})"); }); });
+  evaluate(tab, "1");
+  driver().closeTab(tab, limits());
+  // The call may come only when the tab is gone already.
+  EXPECT_THAT(waiting.get(), testing::AnyOf(DriverFault::tabClosed, DriverFault::noSuchTab));
+  EXPECT_EQ(faultOf([&] { evaluate(tab, "1"); }), DriverFault::noSuchTab);
+}
+
+TEST_F(DriverTest, StopsAndDeadlinesEndACall) {
+  const TabID tab = open("data:text/html,x");
+  EXPECT_EQ(faultOf([&] { driver().evaluate(tab, "for (;;);", {std::chrono::steady_clock::now() + 100ms, {}}); }),
+            DriverFault::timedOut);
+  std::stop_source source;
+  CallLimits stoppable = limits();
+  stoppable.stop = source.get_token();
+  auto waiting =
+      std::async(std::launch::async, [&] { return faultOf([&] { driver().evaluate(tab, "1", stoppable); }); });
+  source.request_stop();
+  EXPECT_EQ(waiting.get(), DriverFault::stopped);
+  EXPECT_EQ(faultOf([&] { driver().reload(tab, stoppable); }), DriverFault::stopped);
+}
+
+TEST_F(DriverTest, AHelperWhoseWorkerWasStoppedIsWokenAndRemembers) {
+  const WindowID window = driver().makeWindow(WindowMode::normal, "about:blank", limits());
+  driver().setGivenName(window, "kept", limits());
+  const TabID tab = findWindow(window)->tabs.at(0).id;
+
+  const auto endpoint =
+      devtools::Discovery().endpoint(chromium().profileDirectory(), chromium().process(), ::geteuid()).value();
+  const auto connection = devtools::Connection::open(endpoint, limits());
+  for (int round = 0; round < 3; ++round) {
+    const boost::json::object targets = connection->call("Target.getTargets", {}, {}, limits());
+    std::string page;
+    for (const boost::json::value& info : targets.at("targetInfos").as_array()) {
+      if (info.at("type").as_string() == "page")
+        page = info.at("targetId").as_string();
+    }
+    const std::string session(
+        connection->call("Target.attachToTarget", {{"targetId", page}, {"flatten", true}}, {}, limits())
+            .at("sessionId")
+            .as_string());
+    connection->call("ServiceWorker.enable", {}, session, limits());
+    connection->call("ServiceWorker.stopAllWorkers", {}, session, limits());
+    EXPECT_EQ(findWindow(window)->givenName, "kept");
+    driver().activateTab(tab, limits());
+    EXPECT_EQ(makeDriver(chromium())->snapshot(limits())->windows.front().givenName, "kept");
+  }
+  driver().closeWindow(window, limits());
+}
+
+TEST_F(DriverTest, ADamagedOrForeignEndpointFileIsNotTrusted) {
+  const std::filesystem::path file = chromium().profileDirectory() / "DevToolsActivePort";
+  std::ifstream in(file);
+  const std::string right{std::istreambuf_iterator<char>(in), {}};
+  support::PageServer foreign;
+  const std::string foreignPort = foreign.url("").substr(std::string("http://127.0.0.1:").size());
+  const std::string path = right.substr(right.find('\n'));
+
+  for (const std::string& text : {std::string(), std::string("garbage"), "1" + path, foreignPort + path}) {
+    std::ofstream(file, std::ios::trunc) << text;
+    const std::unique_ptr<DevToolsDriver> fresh = makeDriver(chromium());
+    EXPECT_TRUE(fresh->isRunning());
+    EXPECT_EQ(faultOf([&] { fresh->snapshot(limits()); }), DriverFault::notAccepting) << text;
+  }
+  std::ofstream(file, std::ios::trunc) << right;
+  EXPECT_NO_THROW(makeDriver(chromium())->snapshot(limits()));
+}
+
+TEST(BrowserLifetime, AKilledBrowserFailsCallsAtOnceAndTheNextOneIsFound) {
+  auto chromium = std::make_unique<support::ChromiumProcess>();
+  DevToolsDriver driver(chromiumFacts(), {support::helperDirectory(), [&] { return chromium->find(); }});
+  const TabID tab = driver.snapshot({})->windows.at(0).tabs.at(0).id;
+  driver.evaluate(tab, "1", {});
+  const std::uint64_t sent = driver.traffic().sent;
+  auto waiting = std::async(std::launch::async,
+                            [&] { return faultOf([&] { driver.evaluate(tab, "new Promise(() => {})", {}); }); });
+  eventually([&] { return driver.traffic().sent > sent; });
+  chromium->kill();
+  EXPECT_EQ(waiting.get(), DriverFault::lost);
+  EXPECT_FALSE(driver.isRunning());
+  EXPECT_EQ(faultOf([&] { driver.snapshot({}); }), DriverFault::notRunning);
+
+  chromium = std::make_unique<support::ChromiumProcess>();
+  EXPECT_TRUE(driver.isRunning());
+  EXPECT_EQ(driver.snapshot({})->windows.size(), 1U);
+}
+
+TEST(BrowserLifetime, SeveralProcessesLoadTheHelperAtOnce) {
+  const support::ChromiumProcess chromium;
+  std::vector<std::future<std::size_t>> looks;
+  for (int index = 0; index < 6; ++index) {
+    looks.push_back(std::async(std::launch::async, [&] {
+      const std::unique_ptr<DevToolsDriver> driver = makeDriver(chromium);
+      std::size_t windows = 0;
+      for (int round = 0; round < 5; ++round)
+        windows += driver->snapshot({})->windows.size();
+      return windows;
+    }));
+  }
+  for (std::future<std::size_t>& look : looks)
+    EXPECT_EQ(look.get(), 5U);
+}
+
+TEST(BrowserLifetime, QuittingWaitsForTheEnd) {
+  const support::ChromiumProcess chromium;
+  const std::unique_ptr<DevToolsDriver> driver = makeDriver(chromium);
+  driver->quit({});
+  EXPECT_FALSE(driver->isRunning());
+  EXPECT_TRUE(chromium.find().empty());
+}
+
+TEST(BrowserLifetime, OneWithoutRemoteDebuggingSaysHowToSwitchItOn) {
+  const support::ChromiumProcess silent(Debugging::off);
+  try {
+    makeDriver(silent)->snapshot({});
+    FAIL();
+  } catch (const DriverFailure& failure) {
+    EXPECT_EQ(failure.kind(), DriverFault::notAccepting);
+    EXPECT_THAT(failure.errorDescription(),
+                testing::AllOf(testing::HasSubstr("JavaScript"), testing::HasSubstr("Apple Events"),
+                               testing::HasSubstr("chrome://inspect/#remote-debugging"),
+                               testing::HasSubstr("tabwright browser chromium")));
+  }
+
+  // Another one beside it that accepts is taken instead, whatever the order of their starts.
+  const support::ChromiumProcess accepting;
+  DevToolsDriver driver(chromiumFacts(), {support::helperDirectory(), [&] {
+                                            std::vector<platform::RunningBrowser> both = silent.find();
+                                            both.push_back(accepting.find().at(0));
+                                            return both;
+                                          }});
+  EXPECT_EQ(driver.snapshot({})->windows.size(), 1U);
+}
+
+} // namespace tabwright::scripting

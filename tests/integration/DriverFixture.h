@@ -1,0 +1,118 @@
+#pragma once
+
+#include "scripting/driver/DevToolsDriver.h"
+#include "support/ChromiumProcess.h"
+#include "support/PageServer.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+
+namespace tabwright::scripting {
+
+inline const platform::BrowserFacts& chromiumFacts() { return *platform::findBrowser("chromium"); }
+
+/// A driver of one particular browser process.
+inline std::unique_ptr<DevToolsDriver> makeDriver(const support::ChromiumProcess& chromium) {
+  return std::make_unique<DevToolsDriver>(
+      chromiumFacts(), DevToolsDriverParts{support::helperDirectory(), [&chromium] { return chromium.find(); }});
+}
+
+/// What a call failed with; a failed expectation where it didn't.
+inline DriverFault faultOf(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const DriverFailure& failure) {
+    return failure.kind();
+  }
+  ADD_FAILURE() << "no DriverFailure was thrown";
+  return DriverFault::refused;
+}
+
+/// Looks again and again until the condition holds; a failed expectation when it doesn't within 20 seconds.
+inline void eventually(const std::function<bool()>& condition) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (std::chrono::steady_clock::now() < deadline) {
+    if (condition())
+      return;
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  ADD_FAILURE() << "the condition never held";
+}
+
+/// Tests that share one browser; each opens what it needs and closes it again.
+class DriverTest : public testing::Test {
+protected:
+  static support::ChromiumProcess& chromium() {
+    static support::ChromiumProcess shared;
+    return shared;
+  }
+
+  void TearDown() override {
+    for (const TabID tab : opened_) {
+      try {
+        driver().closeTab(tab, limits());
+      } catch (const DriverFailure&) { // a test may have closed it
+      }
+    }
+  }
+
+  DevToolsDriver& driver() {
+    if (!driver_)
+      driver_ = makeDriver(chromium());
+    return *driver_;
+  }
+
+  /// Far enough away that only a hang reaches it.
+  static CallLimits limits() { return {std::chrono::steady_clock::now() + std::chrono::seconds(60), {}}; }
+
+  std::shared_ptr<const BrowserSnapshot> snapshot() { return driver().snapshot(limits()); }
+  WindowID frontWindow() { return snapshot()->windows.at(0).id; }
+
+  /// A new tab in the front window whose document is there.
+  TabID open(const std::string& url) {
+    const TabID tab = driver().makeTab(frontWindow(), std::nullopt, url, limits());
+    opened_.push_back(tab);
+    awaitLoaded(tab);
+    return tab;
+  }
+
+  void awaitLoaded(TabID tab) {
+    eventually([&] {
+      const std::optional<TabState> state = find(tab);
+      return state && !state->isLoading;
+    });
+  }
+
+  std::optional<TabState> find(TabID tab) {
+    for (const WindowState& window : snapshot()->windows) {
+      for (const TabState& state : window.tabs) {
+        if (state.id == tab)
+          return state;
+      }
+    }
+    return std::nullopt;
+  }
+
+  std::optional<WindowState> findWindow(WindowID id) {
+    for (const WindowState& window : snapshot()->windows) {
+      if (window.id == id)
+        return window;
+    }
+    return std::nullopt;
+  }
+
+  boost::json::value evaluate(TabID tab, const std::string& javascript) {
+    return driver().evaluate(tab, javascript, limits());
+  }
+
+private:
+  std::unique_ptr<DevToolsDriver> driver_;
+  std::vector<TabID> opened_;
+};
+
+} // namespace tabwright::scripting

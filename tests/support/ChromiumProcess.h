@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/linux/RunningBrowsers.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace tabwright::support {
+
+/// A headless Chromium with a fresh profile in a temporary directory, which ends with this object, and with this process
+/// however that ends.
+///
+///     ChromiumProcess chromium;                       // returns when it accepts remote debugging
+///     DevToolsDriver driver(facts, {helperDirectory(), chromium.finder()});
+class ChromiumProcess {
+public:
+  enum class Debugging { on, off };
+
+  /// Starts it. With debugging on, waits until it listens; with debugging off, until its process is seen. Throws
+  /// std::runtime_error when that takes more than a minute.
+  explicit ChromiumProcess(Debugging debugging = Debugging::on, const std::vector<std::string>& extraArguments = {});
+  ~ChromiumProcess();
+  ChromiumProcess(const ChromiumProcess&) = delete;
+  ChromiumProcess& operator=(const ChromiumProcess&) = delete;
+
+  [[nodiscard]] pid_t process() const { return process_; }
+  [[nodiscard]] const std::filesystem::path& profileDirectory() const { return profileDirectory_; }
+  /// This browser as the process file system tells of it; nothing once it has ended.
+  [[nodiscard]] std::vector<platform::RunningBrowser> find() const;
+  /// Ends it at once, as a crash would, and waits for that.
+  void kill();
+
+private:
+  void waitUntilReady(Debugging debugging);
+
+  std::filesystem::path profileDirectory_;
+  pid_t process_ = 0;
+};
+
+/// The helper of this checkout.
+[[nodiscard]] std::filesystem::path helperDirectory();
+
+} // namespace tabwright::support

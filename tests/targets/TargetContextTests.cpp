@@ -1,0 +1,114 @@
+#include "support/FailureText.h"
+#include "support/ModelBrowserProbe.h"
+#include "targets/BrowserTargetContextsProvider.h"
+#include "targets/SupportedBrowsers.h"
+#include "targets/TargetContextManager.h"
+#include "targets/TargetContextValue.h"
+
+#include <boost/json/parse.hpp>
+#include <gtest/gtest.h>
+
+namespace tabwright::targets {
+namespace {
+
+using testsupport::failureText;
+using testsupport::ModelBrowserProbe;
+using Traits = intents::ValueTraits<TargetContext>;
+
+const TargetContext chromium{"org.chromium.chromium", "Chromium"};
+const TargetContext safari{"com.apple.safari", "Safari"};
+const TargetContext vivaldi{"com.vivaldi.vivaldi", "Vivaldi"};
+
+TEST(SupportedBrowsers, StandInTheirFixedOrder) {
+  EXPECT_EQ(supportedBrowsers(), (std::vector<TargetContext>{{"com.brave.browser", "Brave Browser"},
+                                                             chromium,
+                                                             {"com.google.chrome", "Google Chrome"},
+                                                             {"com.microsoft.edgemac", "Microsoft Edge"},
+                                                             safari,
+                                                             vivaldi}));
+}
+
+TEST(TargetContext, IdentityCoversTheName) {
+  EXPECT_NE(chromium, (TargetContext{chromium.id, "Chromium Browser"}));
+  EXPECT_NE(std::hash<TargetContext>{}(chromium), std::hash<TargetContext>{}({chromium.id, "Chromium Browser"}));
+}
+
+TEST(TargetContext, IsReadFromWhateverAUserCallsIt) {
+  for (const std::string_view text :
+       {"chromium", "Chromium", "org.chromium.chromium", "org.chromium.Chromium", R"("chromium")",
+        R"({"id":"org.chromium.Chromium"})", R"({"id":"chromium"})", R"({"id":"org.chromium.chromium","name":null})"})
+    EXPECT_EQ(Traits::fromText(text), chromium) << text;
+  for (const std::string_view text : {"frontmost", ".focussed", "Frontmost Browser"})
+    EXPECT_EQ(Traits::fromText(text), engine::frontmostTargetContext()) << text;
+  EXPECT_EQ(Traits::fromText("google chrome").id, "com.google.chrome");
+}
+
+TEST(TargetContext, CrossesAsAnObjectBothWays) {
+  for (const TargetContext& context : {chromium, TargetContext{chromium.id, "Chromium Nightly"},
+                                       TargetContext{"org.example.reader", "Reader"}, engine::frontmostTargetContext()})
+    EXPECT_EQ(Traits::fromJson(Traits::toJson(context)), context);
+}
+
+TEST(TargetContext, RefusalsNameTheChoices) {
+  const std::string choices =
+      "; give one of frontmost, brave, chromium, chrome, edge, safari, vivaldi, or an object with an id.";
+  EXPECT_EQ(failureText([] { return Traits::fromText("firefox"); }), "can't be \"firefox\"" + choices);
+  EXPECT_EQ(failureText([] { return Traits::fromText(R"({"id":"org.unknown"})"); }),
+            R"(can't be {"id":"org.unknown"})" + choices)
+      << "an application that isn't supported must at least bring its name";
+  EXPECT_EQ(failureText([] { return Traits::fromText("7"); }), "can't be 7" + choices);
+  EXPECT_EQ(failureText([] { return Traits::fromText("{}"); }), "lacks the property id.");
+}
+
+TEST(TargetContextManager, SectionsComeInOrderAndMayBeEmpty) {
+  const ModelBrowserProbe bare{{}, {}};
+  const auto sections = TargetContextManager(bare).sections({});
+  ASSERT_EQ(sections.size(), 3U);
+  EXPECT_EQ(sections[0].label, "Dynamic");
+  EXPECT_EQ(sections[0].items, std::vector{engine::frontmostTargetContext()});
+  EXPECT_EQ(sections[1].label, "Running browsers");
+  EXPECT_TRUE(sections[1].items.empty());
+  EXPECT_EQ(sections[2].label, "Installed browsers");
+  EXPECT_TRUE(sections[2].items.empty());
+
+  const auto some = TargetContextManager(bare).sections({.dynamic = false, .running = false, .installed = true});
+  ASSERT_EQ(some.size(), 1U);
+  EXPECT_EQ(some[0].label, "Installed browsers");
+}
+
+TEST(TargetContextManager, InstalledIsLookedForOnceAndRunningEachTime) {
+  ModelBrowserProbe probe{{"vivaldi", "chromium"}, {"vivaldi"}};
+  const TargetContextManager manager(probe);
+  EXPECT_EQ(manager.installedBrowsers(), (std::vector{chromium, vivaldi}));
+  EXPECT_EQ(manager.runningBrowsers(), std::vector{vivaldi});
+  probe.installed = {};
+  probe.running = {"vivaldi", "chromium"};
+  EXPECT_EQ(manager.installedBrowsers(), (std::vector{chromium, vivaldi}));
+  EXPECT_EQ(manager.runningBrowsers(), (std::vector{chromium, vivaldi}));
+}
+
+TEST(TargetContextManager, ARunningBrowserIsFoundInTwoSections) {
+  const ModelBrowserProbe probe{{"chromium", "vivaldi"}, {"chromium"}};
+  const TargetContextManager manager(probe);
+  EXPECT_EQ(manager.entities(std::vector<std::string>{chromium.id}), (std::vector{chromium, chromium}));
+  EXPECT_EQ(manager.entities(std::vector<std::string>{".focussed", vivaldi.id}),
+            (std::vector{engine::frontmostTargetContext(), vivaldi}));
+  EXPECT_TRUE(manager.entities(std::vector<std::string>{safari.id}).empty());
+}
+
+TEST(BrowserTargetContextsProvider, OffersTitlesAndTextsThatReadAsTheValue) {
+  const ModelBrowserProbe probe{{"chrome"}, {"edge"}};
+  const TargetContextManager manager(probe);
+  const BrowserTargetContextsProvider provider(manager);
+  const auto sections = provider.results();
+  ASSERT_EQ(sections.size(), 3U);
+  EXPECT_EQ(sections[1].options.at(0).title, "Microsoft Edge");
+  EXPECT_EQ(provider.defaultResult()->value, Traits::toJson(engine::frontmostTargetContext()));
+  for (const auto& section : sections) {
+    for (const auto& option : section.options)
+      EXPECT_EQ(Traits::toJson(Traits::fromText(option.text)), option.value) << option.text;
+  }
+}
+
+} // namespace
+} // namespace tabwright::targets
