@@ -196,17 +196,6 @@ const commands = {
   async activateTab({ tab }) {
     await chrome.tabs.update(tab, { active: true });
   },
-  async navigate({ tab, url }) {
-    await chrome.tabs.update(tab, { url: requireAddress(url) });
-  },
-  reload: ({ tab }) => chrome.tabs.reload(tab),
-
-  // At the end of the history nothing happens, as with the browser's own buttons.
-  async goInHistory({ tab, direction }) {
-    await chrome.tabs.get(tab);
-    const go = direction === "back" ? chrome.tabs.goBack : chrome.tabs.goForward;
-    await go.call(chrome.tabs, tab).catch(() => undefined);
-  },
 
   raiseWindow: ({ window }) => bringToFront(window),
 

@@ -1,5 +1,5 @@
-// The steps of `perform` stand here in their order, once for all actions; preconditions and pause are functions that the
-// action's constructor left behind.
+// The steps of `perform` stand here in their order, once for all actions; preconditions and pause are functions that
+// the action's constructor left behind.
 #include "actions/ActionFrame.h"
 
 #include "actions/TabTarget.h"
@@ -8,6 +8,7 @@
 #include "platform/Whitespace.h"
 
 #include <boost/system/system_error.hpp>
+
 #include <chrono>
 
 namespace tabwright::actions {
@@ -52,9 +53,13 @@ void ActionFrame::registerRun() {
     services_.callCounter->countCall();
 }
 
-platform::Task<void> ActionFrame::prepare(intents::ActionHost& /*host*/) { co_return; }
+platform::Task<void> ActionFrame::prepare(intents::ActionHost& /*host*/) {
+  co_return;
+}
 
-std::string ActionFrame::buildScriptText() const { throw intents::UsageError(name() + " runs no script."); }
+std::string ActionFrame::buildScriptText() const {
+  throw intents::UsageError(name() + " runs no script.");
+}
 
 void ActionFrame::checkPreconditions() const {
   for (const std::function<void()>& precondition : preconditions_)

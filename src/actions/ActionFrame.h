@@ -8,6 +8,7 @@
 #include "platform/Task.h"
 
 #include <boost/json/value.hpp>
+
 #include <functional>
 #include <string>
 #include <string_view>

@@ -7,8 +7,8 @@
 
 namespace tabwright::actions {
 
-/// Keeps the items that a list action was asked for: all, the first, the last, or one at random. `Option` is an enum with
-/// the cases `all`, `first`, `last` and `random`. An empty list stays empty.
+/// Keeps the items that a list action was asked for: all, the first, the last, or one at random. `Option` is an enum
+/// with the cases `all`, `first`, `last` and `random`. An empty list stays empty.
 template <class Item, class Option>
 [[nodiscard]] std::vector<Item> selected(std::vector<Item> items, Option option) {
   if (items.empty() || option == Option::all)

@@ -4,6 +4,7 @@
 
 #include <boost/json/object.hpp>
 #include <boost/json/value.hpp>
+
 #include <optional>
 #include <string>
 
@@ -32,8 +33,8 @@ struct BrowserTabData {
 
 } // namespace tabwright::browserdata
 
-/// Id, title and URL are required, the rest may be missing or null. A wrong type is a mismatch everywhere; keys that are
-/// no field are ignored.
+/// Id, title and URL are required, the rest may be missing or null. A wrong type is a mismatch everywhere; keys that
+/// are no field are ignored.
 template <>
 struct tabwright::engine::JSONDecoding<tabwright::browserdata::BrowserTabData> {
   static tabwright::browserdata::BrowserTabData from(const boost::json::value& json);

@@ -11,9 +11,13 @@ BrowserTabEntity::BrowserTabEntity(const BrowserTabData& tab, const engine::Targ
       textContent(tab.textContent), selectionText(tab.pageSelectionText), isLoading(tab.isLoading),
       isPrivate(tab.isPrivate), fullID(context.id + ":" + tab.tabID) {}
 
-std::string BrowserTabEntity::id() const { return engine::nativeID(fullID); }
+std::string BrowserTabEntity::id() const {
+  return engine::nativeID(fullID);
+}
 
-std::string BrowserTabEntity::displayRepresentation() const { return title + " [" + targetContext.name + "]"; }
+std::string BrowserTabEntity::displayRepresentation() const {
+  return title + " [" + targetContext.name + "]";
+}
 
 const intents::EntityDefinition<BrowserTabEntity>& BrowserTabEntity::definition() {
   static const intents::EntityDefinition<BrowserTabEntity> definition(

@@ -5,6 +5,7 @@
 
 #include <boost/json/object.hpp>
 #include <boost/json/value.hpp>
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -30,7 +31,8 @@ struct BrowserWindowData {
 
 } // namespace tabwright::browserdata
 
-/// All fields but the two booleans are required. Keys that are no field, such as the scripts' `activeTabID`, are ignored.
+/// All fields but the two booleans are required. Keys that are no field, such as the scripts' `activeTabID`, are
+/// ignored.
 template <>
 struct tabwright::engine::JSONDecoding<tabwright::browserdata::BrowserWindowData> {
   static tabwright::browserdata::BrowserWindowData from(const boost::json::value& json);

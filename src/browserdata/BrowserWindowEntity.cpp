@@ -14,9 +14,13 @@ BrowserWindowEntity::BrowserWindowEntity(const BrowserWindowData& window, const 
     tabs.emplace_back(tab, context);
 }
 
-std::string BrowserWindowEntity::id() const { return engine::nativeID(fullID); }
+std::string BrowserWindowEntity::id() const {
+  return engine::nativeID(fullID);
+}
 
-std::string BrowserWindowEntity::displayRepresentation() const { return windowTitle + " [" + targetContext.name + "]"; }
+std::string BrowserWindowEntity::displayRepresentation() const {
+  return windowTitle + " [" + targetContext.name + "]";
+}
 
 const intents::EntityDefinition<BrowserWindowEntity>& BrowserWindowEntity::definition() {
   static const intents::EntityDefinition<BrowserWindowEntity> definition(

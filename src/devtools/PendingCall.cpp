@@ -24,6 +24,11 @@ boost::json::object PendingCall::result(const platform::CallLimits& limits) {
   return std::move(*answer);
 }
 
+bool PendingCall::hasEnded() {
+  const std::lock_guard lock(mutex_);
+  return answer_.has_value() || failure_.has_value();
+}
+
 void PendingCall::complete(Answer answer) {
   const std::lock_guard lock(mutex_);
   if (!answer_ && !failure_)

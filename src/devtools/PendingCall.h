@@ -37,6 +37,9 @@ public:
   /// The same, with the browser's error thrown as `refused`.
   boost::json::object result(const platform::CallLimits& limits);
 
+  /// Whether waiting would return at once.
+  [[nodiscard]] bool hasEnded();
+
   void complete(Answer answer);
   void fail(DevToolsFault fault, std::string detail = {});
 

@@ -52,6 +52,9 @@ public:
   boost::json::object call(std::string method, boost::json::object parameters, AnsweredBy answeredBy,
                            const platform::CallLimits& limits);
 
+  /// Sends a call and returns at once. Throws DevToolsFailure where `call` would throw at once.
+  std::shared_ptr<PendingCall> send(std::string method, boost::json::object parameters, AnsweredBy answeredBy);
+
   /// Has `listener` called whenever code in the target calls the global function `name`, which this adds to it. The
   /// listener is called on the connection's thread with that function's argument.
   void bind(const std::string& name, std::function<void(const std::string&)> listener);
@@ -63,7 +66,6 @@ public:
 private:
   struct State;
   Session(std::shared_ptr<Connection> connection, std::shared_ptr<State> state);
-  std::shared_ptr<PendingCall> send(std::string method, boost::json::object parameters, AnsweredBy answeredBy);
 
   std::shared_ptr<Connection> connection_;
   std::shared_ptr<State> state_;

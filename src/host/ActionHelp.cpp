@@ -1,12 +1,14 @@
-// Help is laid out here and worded in the string catalogues: everything specific to an action comes from its declaration.
+// Help is laid out here and worded in the string catalogues: everything specific to an action comes from its
+// declaration.
 #include "host/ActionHelp.h"
 
 #include "host/ExampleCommands.h"
 #include "intents/EntityDeclaration.h"
 #include "platform/StringCatalogue.h"
 
-#include <algorithm>
 #include <boost/json/serialize.hpp>
+
+#include <algorithm>
 
 namespace tabwright::host {
 
@@ -18,8 +20,8 @@ using intents::ValueKind;
 constexpr std::size_t lineWidth = 80;
 
 std::size_t characterCount(std::string_view utf8) {
-  return static_cast<std::size_t>(std::ranges::count_if(
-      utf8, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
+  return static_cast<std::size_t>(
+      std::ranges::count_if(utf8, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
 }
 
 // The words of `text` in lines that begin with `indent` blanks.
@@ -53,7 +55,9 @@ std::string sentenceOf(const intents::Intent& action, const intents::SummaryRow&
   return sentence;
 }
 
-const intents::SummaryRow& mainRow(const intents::Intent& action) { return action.summary().current(); }
+const intents::SummaryRow& mainRow(const intents::Intent& action) {
+  return action.summary().current();
+}
 
 std::string conditionOf(const intents::SummaryRow& row) {
   std::string text;
@@ -115,7 +119,8 @@ std::string parameterHelp(const intents::Intent& action, const intents::Paramete
 }
 
 std::string resultHelp(const intents::ValueType& type) {
-  std::string help = "  " + (type.isList ? platform::localizedFormat("help.list", {captionOf(type)}) : captionOf(type)) + "\n";
+  std::string help =
+      "  " + (type.isList ? platform::localizedFormat("help.list", {captionOf(type)}) : captionOf(type)) + "\n";
   if (type.kind != ValueKind::entity)
     return help;
   std::string names;
@@ -124,7 +129,9 @@ std::string resultHelp(const intents::ValueType& type) {
   return help + wrapped(platform::localizedFormat("help.properties", {names}), 6);
 }
 
-std::string heading(std::string_view key) { return "\n" + platform::localized(key) + "\n"; }
+std::string heading(std::string_view key) {
+  return "\n" + platform::localized(key) + "\n";
+}
 
 } // namespace
 

@@ -18,8 +18,8 @@ std::string quotedForShell(const std::string& text) {
 
 enum class Fill { whatIsMissing, allExamples };
 
-// Gives parameters the example of their declaration, where they count at this point: setting a choice may make later ones
-// count.
+// Gives parameters the example of their declaration, where they count at this point: setting a choice may make later
+// ones count.
 ExampleCommand completed(intents::Intent& action, ParameterTexts chosen, Fill fill) {
   for (const auto& [name, text] : chosen)
     action.findParameter(name)->setText(text);

@@ -15,9 +15,9 @@ struct ExampleCommand {
   std::string commandLine; ///< "tabwright run NAME --parameter value …", quoted for a POSIX shell
 };
 
-/// Runs of an action that show what it needs: one with as little as it takes, one with all its declared examples, and one
-/// for each other form of its summary that is reached by setting a choice. No two are alike. Each can be run as printed,
-/// given a browser that has what the examples name.
+/// Runs of an action that show what it needs: one with as little as it takes, one with all its declared examples, and
+/// one for each other form of its summary that is reached by setting a choice. No two are alike. Each can be run as
+/// printed, given a browser that has what the examples name.
 [[nodiscard]] std::vector<ExampleCommand> exampleCommands(const Catalogue& catalogue, std::string_view name);
 
 } // namespace tabwright::host

@@ -2,8 +2,9 @@
 
 #include "intents/EntityDeclaration.h"
 
-#include <algorithm>
 #include <boost/json/array.hpp>
+
+#include <algorithm>
 
 namespace tabwright::host {
 

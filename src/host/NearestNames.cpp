@@ -1,5 +1,5 @@
-// Edit distance (Levenshtein) by the usual table of two rows. A name that holds what was written counts as one error away,
-// so that "click" finds ClickElement.
+// Edit distance (Levenshtein) by the usual table of two rows. A name that holds what was written counts as one error
+// away, so that "click" finds ClickElement.
 #include "host/NearestNames.h"
 
 #include <algorithm>
@@ -70,6 +70,8 @@ std::string didYouMean(std::string_view wanted, std::span<const std::string> nam
   return sentence + "?";
 }
 
-bool equalIgnoringCase(std::string_view left, std::string_view right) { return lowercased(left) == lowercased(right); }
+bool equalIgnoringCase(std::string_view left, std::string_view right) {
+  return lowercased(left) == lowercased(right);
+}
 
 } // namespace tabwright::host

@@ -3,6 +3,7 @@
 #include "intents/Intent.h"
 
 #include <boost/json/object.hpp>
+
 #include <string>
 #include <utility>
 #include <variant>
@@ -18,13 +19,14 @@ using ParameterValues = std::variant<ParameterTexts, boost::json::object>;
 
 /// Fills an action's parameters; those not named keep their defaults, as do those given as JSON null.
 ///
-/// A text parameter takes a text as it is; enums take the name of a case or its raw value; booleans true, false, yes, no,
-/// 1 and 0 as texts; a browser its short name, name, id or object; tabs and windows the JSON that an action printed, or an
-/// object of at least `fullID` and `targetContext`. JSON values must have the JSON type of the parameter.
+/// A text parameter takes a text as it is; enums take the name of a case or its raw value; booleans true, false, yes,
+/// no, 1 and 0 as texts; a browser its short name, name, id or object; tabs and windows the JSON that an action
+/// printed, or an object of at least `fullID` and `targetContext`. JSON values must have the JSON type of the
+/// parameter.
 ///
-/// Throws `intents::UsageError`, having set some parameters and not others, for a name that the action doesn't have (with
-/// the nearest ones it has), a name given twice, and a value that doesn't fit (with what may stand there). Names go by
-/// letters; their case doesn't count.
+/// Throws `intents::UsageError`, having set some parameters and not others, for a name that the action doesn't have
+/// (with the nearest ones it has), a name given twice, and a value that doesn't fit (with what may stand there). Names
+/// go by letters; their case doesn't count.
 void readParameters(intents::Intent& action, const ParameterValues& values);
 
 } // namespace tabwright::host

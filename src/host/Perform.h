@@ -7,6 +7,7 @@
 #include "platform/Task.h"
 
 #include <boost/json/value.hpp>
+
 #include <string>
 #include <vector>
 
@@ -27,13 +28,13 @@ platform::Task<ActionResult> perform(const Catalogue& catalogue, std::string nam
                                      intents::ActionHost& host);
 
 /// The finished program of the same run, byte for byte as it would be written to the script file, without touching a
-/// browser. Throws as `perform` does before it runs anything, and `UsageError` for an action without a program and for the
-/// frontmost browser as the target.
+/// browser. Throws as `perform` does before it runs anything, and `UsageError` for an action without a program and for
+/// the frontmost browser as the target.
 [[nodiscard]] std::string scriptText(const Catalogue& catalogue, std::string_view name,
                                      const ParameterValues& parameters);
 
-/// A result as lines for a person: none for nothing, one for a value, one per item of a list. Entities are shown by their
-/// display text; a text stands as it is, line feeds included.
+/// A result as lines for a person: none for nothing, one for a value, one per item of a list. Entities are shown by
+/// their display text; a text stands as it is, line feeds included.
 [[nodiscard]] std::vector<std::string> linesOf(const ActionResult& result);
 
 } // namespace tabwright::host

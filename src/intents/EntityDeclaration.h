@@ -4,6 +4,7 @@
 #include "intents/ValueType.h"
 
 #include <boost/json/value.hpp>
+
 #include <functional>
 #include <string>
 #include <string_view>

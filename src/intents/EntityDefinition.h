@@ -5,6 +5,7 @@
 #include "intents/ValueTraits.h"
 
 #include <boost/json/object.hpp>
+
 #include <functional>
 #include <string>
 #include <string_view>
@@ -13,7 +14,8 @@
 
 namespace tabwright::intents {
 
-/// The definition of an entity's C++ type: each property once, with its member. Declaration and JSON, both ways, follow.
+/// The definition of an entity's C++ type: each property once, with its member. Declaration and JSON, both ways,
+/// follow.
 ///
 ///     const EntityDefinition<Person>& Person::definition() {
 ///       static const EntityDefinition<Person> definition(
@@ -22,16 +24,15 @@ namespace tabwright::intents {
 ///       return definition;
 ///     }
 ///
-/// Titles are the keys `entity.ENTITY.property.PROPERTY` of the table "Intents". A member of type `std::optional` has no
-/// key in the JSON as long as it has no value. Immutable once made, so any thread may use it.
+/// Titles are the keys `entity.ENTITY.property.PROPERTY` of the table "Intents". A member of type `std::optional` has
+/// no key in the JSON as long as it has no value. Immutable once made, so any thread may use it.
 template <class Entity>
 class EntityDefinition {
 public:
   class Property {
   public:
     template <class Member>
-    Property(std::string_view name, Member Entity::* member,
-             PropertyPresence presence = PropertyPresence::mayBeLeftOut)
+    Property(std::string_view name, Member Entity::* member, PropertyPresence presence = PropertyPresence::mayBeLeftOut)
         : declaration_{name, ValueTraits<Member>::type(), {}, presence},
           write_([member](const Entity& entity) { return ValueTraits<Member>::toJson(entity.*member); }),
           read_([member](Entity& entity, const boost::json::value& json) {
@@ -74,8 +75,8 @@ public:
     return object;
   }
 
-  /// Throws `ValueError` for anything but an object, a property of a wrong type, a needed one that is missing, and a key
-  /// that is no property. Null stands for a property that is left out.
+  /// Throws `ValueError` for anything but an object, a property of a wrong type, a needed one that is missing, and a
+  /// key that is no property. Null stands for a property that is left out.
   [[nodiscard]] Entity fromJson(const boost::json::value& json) const {
     const boost::json::object* object = json.if_object();
     if (!object)

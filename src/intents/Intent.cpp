@@ -9,7 +9,9 @@
 
 namespace tabwright::intents {
 
-std::string LocalizedText::text() const { return platform::localized(key, table); }
+std::string LocalizedText::text() const {
+  return platform::localized(key, table);
+}
 
 ParameterBase::ParameterBase(Intent& owner, ParameterDeclaration declaration) : declaration_(std::move(declaration)) {
   const std::string prefix = "intent." + owner.name() + ".parameter." + declaration_.name;
@@ -37,7 +39,9 @@ const SummaryRow& Summary::current() const {
       rows, [](const SummaryRow& row) { return std::ranges::all_of(row.when, &SummaryCondition::holds); });
 }
 
-LocalizedText Intent::title() const { return {"intent." + name_ + ".title.betaBuild", table_}; }
+LocalizedText Intent::title() const {
+  return {"intent." + name_ + ".title.betaBuild", table_};
+}
 
 ParameterBase* Intent::findParameter(std::string_view name) const {
   const auto found = std::ranges::find(parameters_, name, &ParameterBase::name);

@@ -21,9 +21,9 @@ namespace tabwright::intents {
 ///       Parameter<std::string> person{*this, {.name = "person", .example = "Ann"}};
 ///     };
 ///
-/// Title and summary have the keys `intent.NAME.title.betaBuild` and `intent.NAME.parameterSummary.ROW ` (with the blank
-/// at the end) in the action's table. An object holds the parameter values of one run; it belongs to one thread at a
-/// time. It can't be copied or moved, since its parameters know it.
+/// Title and summary have the keys `intent.NAME.title.betaBuild` and `intent.NAME.parameterSummary.ROW ` (with the
+/// blank at the end) in the action's table. An object holds the parameter values of one run; it belongs to one thread
+/// at a time. It can't be copied or moved, since its parameters know it.
 class Intent {
 public:
   virtual ~Intent() = default;

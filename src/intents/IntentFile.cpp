@@ -4,6 +4,7 @@
 #include "intents/ValueTraits.h"
 
 #include <boost/json/serialize.hpp>
+
 #include <cstdint>
 
 namespace tabwright::intents {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/json/value.hpp>
+
 #include <optional>
 #include <string>
 #include <vector>

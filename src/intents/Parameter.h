@@ -7,6 +7,7 @@
 #include "intents/ValueType.h"
 
 #include <boost/json/value.hpp>
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -133,9 +134,8 @@ private:
             .description = spec.description.value_or(LocalizedText{}),
             .requestDialog = spec.requestDialog,
             .presence = spec.presence,
-            .defaultValue = spec.defaultValue
-                                ? std::optional(ValueTraits<T>::toJson(*spec.defaultValue))
-                                : std::nullopt,
+            .defaultValue =
+                spec.defaultValue ? std::optional(ValueTraits<T>::toJson(*spec.defaultValue)) : std::nullopt,
             .options = spec.options,
             .textInput = spec.textInput,
             .example = std::string(spec.example)};

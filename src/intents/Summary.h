@@ -4,6 +4,7 @@
 #include "intents/Parameter.h"
 
 #include <boost/json/value.hpp>
+
 #include <functional>
 #include <string>
 #include <vector>
@@ -26,8 +27,8 @@ template <DeclaredEnum Enum>
 
 /// One form of an action's summary.
 struct SummaryRow {
-  std::vector<SummaryCondition> when; ///< all must hold; none stands for always
-  std::string key;                    ///< the last part of the sentence's key: "tabSelection.specificTab"
+  std::vector<SummaryCondition> when;         ///< all must hold; none stands for always
+  std::string key;                            ///< the last part of the sentence's key: "tabSelection.specificTab"
   std::vector<const ParameterBase*> sentence; ///< stand in the sentence, as ${name}
   std::vector<const ParameterBase*> further;  ///< shown beside it
 

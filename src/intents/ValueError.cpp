@@ -33,6 +33,8 @@ ValueError ValueError::within(std::string_view name) const {
   return outer;
 }
 
-std::string ValueError::errorDescription() const { return place_.empty() ? sentence_ : place_ + " " + sentence_; }
+std::string ValueError::errorDescription() const {
+  return place_.empty() ? sentence_ : place_ + " " + sentence_;
+}
 
 } // namespace tabwright::intents

@@ -3,6 +3,7 @@
 #include "platform/Failure.h"
 
 #include <boost/json/value.hpp>
+
 #include <string>
 #include <string_view>
 

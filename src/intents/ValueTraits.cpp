@@ -1,11 +1,13 @@
-// The readers of values that need no knowledge of their C++ type. Every refusal names what came and what may stand there.
+// The readers of values that need no knowledge of their C++ type. Every refusal names what came and what may stand
+// there.
 #include "intents/ValueTraits.h"
 
 #include "intents/EntityDeclaration.h"
 
+#include <boost/json/parse.hpp>
+
 #include <algorithm>
 #include <array>
-#include <boost/json/parse.hpp>
 #include <charconv>
 
 namespace tabwright::intents {

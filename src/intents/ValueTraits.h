@@ -8,6 +8,7 @@
 #include <boost/json/array.hpp>
 #include <boost/json/object.hpp>
 #include <boost/json/value.hpp>
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -29,8 +30,8 @@ class EntityDefinition;
 ///     static T fromJson(const boost::json::value& json);   // strict about JSON types
 ///     static T fromText(std::string_view text);            // as a person writes it on a command line
 ///
-/// where the two readers throw `ValueError`, without the name of the parameter. Null is never a value: `toJson` gives it
-/// for no value only, and the callers of `fromJson` take it as none before they call.
+/// where the two readers throw `ValueError`, without the name of the parameter. Null is never a value: `toJson` gives
+/// it for no value only, and the callers of `fromJson` take it as none before they call.
 template <class T>
 struct ValueTraits;
 
@@ -70,8 +71,8 @@ struct ValueTraits<std::int64_t> {
   static std::int64_t fromText(std::string_view text);
 };
 
-/// A file: the object `{"filename": ..., "type": ..., "data": ...}`, its data in base 64. It may be given by its content
-/// alone: a text, or in JSON any other object or list, which becomes a file of JSON.
+/// A file: the object `{"filename": ..., "type": ..., "data": ...}`, its data in base 64. It may be given by its
+/// content alone: a text, or in JSON any other object or list, which becomes a file of JSON.
 template <>
 struct ValueTraits<IntentFile> {
   static ValueType type() { return {.kind = ValueKind::file}; }
@@ -117,9 +118,7 @@ concept DefinedEntity = requires {
 /// Entities are JSON objects, on a command line as text. Include `EntityDefinition.h` where these are used.
 template <DefinedEntity Entity>
 struct ValueTraits<Entity> {
-  static ValueType type() {
-    return {.kind = ValueKind::entity, .entity = &Entity::definition().declaration()};
-  }
+  static ValueType type() { return {.kind = ValueKind::entity, .entity = &Entity::definition().declaration()}; }
   static boost::json::value toJson(const Entity& value) { return Entity::definition().toJson(value); }
   static Entity fromJson(const boost::json::value& json) {
     return Entity::definition().fromJson(detail::soleValue(json, expected()));

@@ -8,8 +8,8 @@
 
 namespace tabwright::targets {
 
-/// The choices of the parameter that says which browser an action aims at: a section per `AppSection`, and the frontmost
-/// browser as the default.
+/// The choices of the parameter that says which browser an action aims at: a section per `AppSection`, and the
+/// frontmost browser as the default.
 class BrowserTargetContextsProvider final : public intents::OptionsProvider {
 public:
   /// `manager` outlives the provider.

@@ -8,6 +8,8 @@ bool MachineProbe::isInstalled(const platform::BrowserFacts& browser) const {
   return platform::findExecutable(browser).has_value();
 }
 
-bool MachineProbe::isRunning(const platform::BrowserFacts& browser) const { return !running_.find(browser).empty(); }
+bool MachineProbe::isRunning(const platform::BrowserFacts& browser) const {
+  return !running_.find(browser).empty();
+}
 
 } // namespace tabwright::targets

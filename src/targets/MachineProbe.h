@@ -5,8 +5,8 @@
 
 namespace tabwright::targets {
 
-/// The machine that this process runs on: a browser is installed when one of its executables is on the PATH, and runs when
-/// the process file system shows it.
+/// The machine that this process runs on: a browser is installed when one of its executables is on the PATH, and runs
+/// when the process file system shows it.
 class MachineProbe final : public BrowserProbe {
 public:
   [[nodiscard]] bool isInstalled(const platform::BrowserFacts& browser) const override;

@@ -15,8 +15,8 @@ using engine::TargetContext;
 /// Knows which supported browsers are installed and which run, and offers them as targets of actions.
 ///
 /// The program makes one, over its probe of the machine. Installed browsers are looked for once, on first use, so one
-/// that is installed later shows up in the next process; running ones are looked for at every call. Safe to use from any
-/// thread.
+/// that is installed later shows up in the next process; running ones are looked for at every call. Safe to use from
+/// any thread.
 class TargetContextManager {
 public:
   /// A titled group of targets, unique and in order.

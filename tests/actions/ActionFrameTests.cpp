@@ -1,5 +1,4 @@
 #include "actions/ActionFrame.h"
-
 #include "actions/enums/PauseOption.h"
 #include "browserdata/BrowserTabEntity.h"
 #include "support/ActionBench.h"

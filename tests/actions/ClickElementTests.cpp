@@ -4,6 +4,7 @@
 #include "support/FailureText.h"
 
 #include <gtest/gtest.h>
+
 #include <regex>
 
 namespace tabwright::actions {
@@ -68,7 +69,8 @@ TEST_F(ClickElement, PassesTheSelectorUntrimmedAndEscaped) {
 }
 
 TEST_F(ClickElement, AsksForWhatIsMissingBeforeItCounts) {
-  const ParameterTexts incomplete[]{{}, {{"cssSelector", " \n"}}, {{"cssSelector", "a"}, {"tabSelection", "specificTab"}}};
+  const ParameterTexts incomplete[]{
+      {}, {{"cssSelector", " \n"}}, {{"cssSelector", "a"}, {"tabSelection", "specificTab"}}};
   const char* const questions[]{"cssSelector needs a value. Which element? Give its CSS selector.",
                                 "cssSelector needs a value. Which element? Give its CSS selector.",
                                 "targetTab needs a value. Which tab? Give one that another action returned."};
@@ -83,7 +85,8 @@ TEST_F(ClickElement, SucceedsAndPausesWhateverThePageAnswered) {
   for (const char* payload : {R"(["true"])", R"(["false"])", R"(["SyntaxError: no selector"])"}) {
     bench.steps.clear();
     bench.payload = payload;
-    EXPECT_TRUE(click({{"cssSelector", "a"}, {"targetContext", "brave"}, {"pauseAfterSucessInSeconds", "0.5"}}).is_null());
+    EXPECT_TRUE(
+        click({{"cssSelector", "a"}, {"targetContext", "brave"}, {"pauseAfterSucessInSeconds", "0.5"}}).is_null());
     EXPECT_EQ(bench.steps, (Steps{"schedule", "count", "run", "sleep 0.5"}));
   }
 }
@@ -121,9 +124,11 @@ TEST_F(ClickElement, ShowsTheProgramOfARunWithoutRunningIt) {
   click(parameters);
   EXPECT_EQ(withoutJobNames(shown), withoutJobNames(bench.scripts.at(0)));
 
-  EXPECT_EQ(failureText([&] { return host::scriptText(bench.catalogue, "ClickElement", ParameterTexts{{"cssSelector", "a"}}); }),
-            "Which browser is frontmost is found out only when ClickElement runs, and its script depends on the browser: "
-            "name one for targetContext, such as chromium.");
+  EXPECT_EQ(
+      failureText(
+          [&] { return host::scriptText(bench.catalogue, "ClickElement", ParameterTexts{{"cssSelector", "a"}}); }),
+      "Which browser is frontmost is found out only when ClickElement runs, and its script depends on the browser: "
+      "name one for targetContext, such as chromium.");
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "actions/enums/TabSelectionOption.h"
 
 #include <gtest/gtest.h>
+
 #include <string>
 
 namespace tabwright::actions {

@@ -3,6 +3,7 @@
 
 #include <boost/json/array.hpp>
 #include <gtest/gtest.h>
+
 #include <set>
 
 namespace tabwright::actions {
@@ -66,7 +67,9 @@ TEST_F(GetListOfTabs, FiltersByPrivacyURLAndTitle) {
   EXPECT_EQ(ids({{"urlFilter", "equals"}, {"pageURL", "https://nowhere.test/"}}), "");
 }
 
-TEST_F(GetListOfTabs, IgnoresTheTextOfAFilterThatIsOff) { EXPECT_EQ(ids({{"pageURL", "mail"}}), "1 2 3 4"); }
+TEST_F(GetListOfTabs, IgnoresTheTextOfAFilterThatIsOff) {
+  EXPECT_EQ(ids({{"pageURL", "mail"}}), "1 2 3 4");
+}
 
 TEST_F(GetListOfTabs, SelectsAfterFiltering) {
   EXPECT_EQ(ids({{"listElements", "first"}, {"tabPrivacy", "incognito"}}), "2");

@@ -58,7 +58,8 @@ TEST(BrowserTabEntity, WrittenByHandNeedsOnlyReferenceAndBrowser) {
     EXPECT_EQ(tab.targetContext, chromium) << text;
     EXPECT_EQ(tab.id(), "8") << text;
   }
-  EXPECT_EQ(failureText([] { return TabTraits::fromText(R"({"fullID":"x:1"})"); }), "lacks the property targetContext.");
+  EXPECT_EQ(failureText([] { return TabTraits::fromText(R"({"fullID":"x:1"})"); }),
+            "lacks the property targetContext.");
   EXPECT_EQ(failureText([] { return TabTraits::fromText(R"({"targetContext":"chromium","fullID":8})"); }),
             "fullID can't be 8; give a text.");
 }

@@ -53,10 +53,11 @@ TEST(BrowserTabData, RefusesWrongTypesAndMissingFields) {
 
 TEST(BrowserTabData, IsWrittenWithoutDefaultsInTheOrderOfItsFields) {
   for (const std::string_view json :
-       {plainTab,
-        std::string_view(R"({"htmlContent":"","isLoading":true,"isPrivate":true,"pageSelectionText":"a",)"
-                         R"("pageSelectionHTML":"<b>a</b>","tabID":"17:3","tabTitle":"","tabURL":"","textContent":"t"})")})
-    EXPECT_EQ(boost::json::serialize(toJson(engine::JSONDecoding<BrowserTabData>::from(boost::json::parse(json)))), json);
+       {plainTab, std::string_view(
+                      R"({"htmlContent":"","isLoading":true,"isPrivate":true,"pageSelectionText":"a",)"
+                      R"("pageSelectionHTML":"<b>a</b>","tabID":"17:3","tabTitle":"","tabURL":"","textContent":"t"})")})
+    EXPECT_EQ(boost::json::serialize(toJson(engine::JSONDecoding<BrowserTabData>::from(boost::json::parse(json)))),
+              json);
 }
 
 const std::string window = R"({"isVisible":true,"activeTab":)" + std::string(plainTab) +

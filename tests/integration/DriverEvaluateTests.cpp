@@ -6,7 +6,7 @@
 namespace tabwright::scripting {
 
 TEST_F(DriverTest, ValuesComeAsJson) {
-  const TabID tab = open("data:text/html,<title>Värde</title>");
+  const TabID tab = open("data:text/html;charset=utf-8,<title>Värde</title>");
   struct Case {
     const char* javascript;
     const char* json;

@@ -1,14 +1,12 @@
 #include "integration/DriverFixture.h"
 
-#include "devtools/Connection.h"
+#include "devtools/Session.h"
 
 #include <gmock/gmock.h>
 
 #include <csignal>
 #include <fstream>
 #include <future>
-
-#include <unistd.h>
 
 namespace tabwright::scripting {
 
@@ -19,7 +17,9 @@ using Debugging = support::ChromiumProcess::Debugging;
 // fail "at once" would otherwise give timedOut.
 
 TEST_F(DriverTest, ADialogFailsTheCallThatOpensItAndThoseAfterUntilItIsClosed) {
-  const TabID tab = open("data:text/html,x");
+  const TabID tab = open("data:text/html,<title>asks</title>");
+  const auto beside = devtools::Session::attach(connect(), pageTitled("asks"), devtools::Session::Kind::page, limits());
+  beside->evaluate("1", limits());
   try {
     evaluate(tab, "alert('Sure?')");
     FAIL();
@@ -29,10 +29,12 @@ TEST_F(DriverTest, ADialogFailsTheCallThatOpensItAndThoseAfterUntilItIsClosed) {
   }
   EXPECT_EQ(faultOf([&] { evaluate(tab, "1"); }), DriverFault::dialogOpen);
   EXPECT_TRUE(find(tab)) << "the rest of the browser still answers";
-  driver().navigate(tab, "data:text/html,<title>after</title>", limits()); // which closes the dialog
+
+  // As when the user closes it.
+  beside->call("Page.handleJavaScriptDialog", {{"accept", true}}, devtools::Session::AnsweredBy::browser, limits());
   eventually([&] {
     try {
-      return evaluate(tab, "document.title") == "after";
+      return evaluate(tab, "document.title") == "asks";
     } catch (const DriverFailure& failure) {
       EXPECT_EQ(failure.kind(), DriverFault::dialogOpen);
       return false;
@@ -98,22 +100,10 @@ TEST_F(DriverTest, AHelperWhoseWorkerWasStoppedIsWokenAndRemembers) {
   driver().setGivenName(window, "kept", limits());
   const TabID tab = findWindow(window)->tabs.at(0).id;
 
-  const auto endpoint =
-      devtools::Discovery().endpoint(chromium().profileDirectory(), chromium().process(), ::geteuid()).value();
-  const auto connection = devtools::Connection::open(endpoint, limits());
   for (int round = 0; round < 3; ++round) {
-    const boost::json::object targets = connection->call("Target.getTargets", {}, {}, limits());
-    std::string page;
-    for (const boost::json::value& info : targets.at("targetInfos").as_array()) {
-      if (info.at("type").as_string() == "page")
-        page = info.at("targetId").as_string();
-    }
-    const std::string session(
-        connection->call("Target.attachToTarget", {{"targetId", page}, {"flatten", true}}, {}, limits())
-            .at("sessionId")
-            .as_string());
-    connection->call("ServiceWorker.enable", {}, session, limits());
-    connection->call("ServiceWorker.stopAllWorkers", {}, session, limits());
+    const auto page = devtools::Session::attach(connect(), pageTitled("about:blank"), devtools::Session::Kind::page, limits());
+    page->call("ServiceWorker.enable", {}, devtools::Session::AnsweredBy::browser, limits());
+    page->call("ServiceWorker.stopAllWorkers", {}, devtools::Session::AnsweredBy::browser, limits());
     EXPECT_EQ(findWindow(window)->givenName, "kept");
     driver().activateTab(tab, limits());
     EXPECT_EQ(makeDriver(chromium())->snapshot(limits())->windows.front().givenName, "kept");

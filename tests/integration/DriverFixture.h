@@ -9,8 +9,11 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <source_location>
 #include <string>
 #include <thread>
+
+#include <unistd.h>
 
 namespace tabwright::scripting {
 
@@ -34,14 +37,15 @@ inline DriverFault faultOf(const std::function<void()>& call) {
 }
 
 /// Looks again and again until the condition holds; a failed expectation when it doesn't within 20 seconds.
-inline void eventually(const std::function<bool()>& condition) {
+inline void eventually(const std::function<bool()>& condition,
+                       std::source_location place = std::source_location::current()) {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
   while (std::chrono::steady_clock::now() < deadline) {
     if (condition())
       return;
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
-  ADD_FAILURE() << "the condition never held";
+  ADD_FAILURE_AT(place.file_name(), static_cast<int>(place.line())) << "the condition never held";
 }
 
 /// Tests that share one browser; each opens what it needs and closes it again.
@@ -108,6 +112,24 @@ protected:
 
   boost::json::value evaluate(TabID tab, const std::string& javascript) {
     return driver().evaluate(tab, javascript, limits());
+  }
+
+  /// A connection of the test's own, beside the driver's.
+  static std::shared_ptr<devtools::Connection> connect() {
+    const auto endpoint =
+        devtools::Discovery().endpoint(chromium().profileDirectory(), chromium().process(), ::geteuid());
+    return devtools::Connection::open(endpoint.value(), limits());
+  }
+
+  /// The protocol's name of a page with this title.
+  static std::string pageTitled(std::string_view title) {
+    const boost::json::object reply = connect()->call("Target.getTargets", {}, {}, limits());
+    for (const boost::json::value& info : reply.at("targetInfos").as_array()) {
+      if (info.at("type").as_string() == "page" && info.at("title").as_string() == title)
+        return std::string(info.at("targetId").as_string());
+    }
+    ADD_FAILURE() << "no page is titled " << title;
+    return {};
   }
 
 private:

@@ -1,6 +1,7 @@
 #include "intents/Intent.h"
 
 #include <gtest/gtest.h>
+
 #include <stdexcept>
 
 namespace tabwright::intents {
@@ -8,7 +9,9 @@ namespace {
 
 enum class Filter { off, on };
 constexpr auto filters = enumTable<Filter>({{Filter::off, "off"}, {Filter::on, "on"}});
-constexpr EnumDeclaration enumDeclaration(Filter) { return {"Filter", tables::enums, filters}; }
+constexpr EnumDeclaration enumDeclaration(Filter) {
+  return {"Filter", tables::enums, filters};
+}
 
 class Find final : public Intent {
 public:
@@ -18,8 +21,8 @@ public:
   }
   ValueType resultType() const override { return {}; }
 
-  Parameter<std::string> place{
-      *this, {.name = "place", .requestDialog = LocalizedText{"Where is it?"}, .example = "here"}};
+  Parameter<std::string> place{*this,
+                               {.name = "place", .requestDialog = LocalizedText{"Where is it?"}, .example = "here"}};
   Parameter<Filter> filter{*this, {.name = "filter", .defaultValue = Filter::off}};
   Parameter<std::string> text{*this, {.name = "text"}};
   Parameter<bool> deep{*this, {.name = "deep", .presence = Presence::optional, .title = LocalizedText{"Deeply"}}};
@@ -82,7 +85,9 @@ TEST(Intent, ARefusedValueLeavesTheOldOne) {
 
 TEST(Intent, ASummaryNeedsARowForEveryCase) {
   struct Open final : Intent {
-    Open() : Intent("Open", "") { summarise({{.when = {is(filter, Filter::on)}, .key = "", .sentence = {}, .further = {}}}); }
+    Open() : Intent("Open", "") {
+      summarise({{.when = {is(filter, Filter::on)}, .key = "", .sentence = {}, .further = {}}});
+    }
     ValueType resultType() const override { return {}; }
     Parameter<Filter> filter{*this, {.name = "filter", .defaultValue = Filter::off}};
   };

@@ -13,7 +13,9 @@ using testsupport::failureText;
 
 enum class Size { small, large };
 constexpr auto sizes = enumTable<Size>({{Size::small, "small", "0.5"}, {Size::large, "large"}});
-constexpr EnumDeclaration enumDeclaration(Size) { return {"Size", tables::enums, sizes}; }
+constexpr EnumDeclaration enumDeclaration(Size) {
+  return {"Size", tables::enums, sizes};
+}
 
 struct Parcel {
   std::string label;

@@ -10,8 +10,9 @@
 #include "targets/BrowserTargetContextsProvider.h"
 #include "targets/FrontmostBrowserResolver.h"
 
-#include <chrono>
 #include <fmt/core.h>
+
+#include <chrono>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -20,12 +21,9 @@
 
 namespace tabwright::testsupport {
 
-/// Everything an action needs, with script tasks that answer instead of running, and a record of what happened in order:
-/// "schedule", "count", "frontmost lookup", "run", "sleep 0.5".
-class ActionBench final : platform::Clock,
-                          actions::ShutdownScheduler,
-                          actions::CallCounter,
-                          intents::ActionHost {
+/// Everything an action needs, with script tasks that answer instead of running, and a record of what happened in
+/// order: "schedule", "count", "frontmost lookup", "run", "sleep 0.5".
+class ActionBench final : platform::Clock, actions::ShutdownScheduler, actions::CallCounter, intents::ActionHost {
 public:
   ActionBench() {
     tasks.onExecute = [this](const std::filesystem::path& script) { return execute(files.files.at(script)); };

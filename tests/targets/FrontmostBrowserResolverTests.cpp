@@ -1,5 +1,3 @@
-#include "targets/FrontmostBrowserResolver.h"
-
 #include "engine/AppleScriptSnippets.h"
 #include "engine/Scriptacular.h"
 #include "support/FailureText.h"
@@ -9,6 +7,7 @@
 #include "support/ModelScriptTasks.h"
 #include "support/RecordingCrashReporter.h"
 #include "support/RunTask.h"
+#include "targets/FrontmostBrowserResolver.h"
 
 #include <gtest/gtest.h>
 
@@ -34,11 +33,8 @@ protected:
   testsupport::MemoryFileManager files;
   testsupport::ModelScriptTasks tasks;
   testsupport::RecordingCrashReporter crashReporter;
-  engine::ScriptacularServices services{.tasks = tasks,
-                                        .files = files,
-                                        .clock = clock,
-                                        .crashReporter = crashReporter,
-                                        .frontmostResolver = &resolver};
+  engine::ScriptacularServices services{
+      .tasks = tasks, .files = files, .clock = clock, .crashReporter = crashReporter, .frontmostResolver = &resolver};
   std::vector<std::string> programs;
 };
 
@@ -52,7 +48,8 @@ TEST_F(FrontmostBrowser, IsTheTablesEntryOfTheIdThatTheScriptGives) {
 TEST_F(FrontmostBrowser, MustBeInstalled) {
   for (const char* id : {"\"com.google.chrome\"", "\"org.gnome.terminal\"", "\"\""}) {
     tasks.answerSuccess(id);
-    EXPECT_EQ(testsupport::failureText([&] { return resolved(); }), "The currently active app is not a supported browser");
+    EXPECT_EQ(testsupport::failureText([&] { return resolved(); }),
+              "The currently active app is not a supported browser");
   }
 }
 

@@ -1,8 +1,9 @@
 #include "actions/enums/StringFilterOption.h"
 
-#include <string>
 #include <unicode/locid.h>
 #include <unicode/unistr.h>
+
+#include <string>
 
 namespace tabwright::actions {
 

@@ -100,12 +100,12 @@ Value Evaluator::get(const Value::SpecifierPointer& specifier) {
   return send(specifier->application, std::move(message));
 }
 
-Value Evaluator::setInApplication(const Value::SpecifierPointer& specifier, const Value& value) {
+void Evaluator::setInApplication(const Value::SpecifierPointer& specifier, const Value& value) {
   AppleEventMessage message;
   message.code = events::set;
   message.directObject = specifier;
   message.parameters.emplace_back(keywords::data, outgoing(value));
-  return send(specifier->application, std::move(message));
+  send(specifier->application, std::move(message));
 }
 
 Value Evaluator::outgoing(const Value& value) { return lookThroughDeep(value, ForeignObjects::unwrapped); }

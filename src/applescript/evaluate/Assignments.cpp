@@ -223,7 +223,7 @@ void Evaluator::assignToProperty(const PropertyAccess& target, Value value) {
   if (target.property.code == codes::textItemDelimiters) {
     const Value delimiters = lookThroughDeep(value, ForeignObjects::unwrapped);
     for (const Value& delimiter : listOf(delimiters)->items)
-      textOf(delimiter); // What is no text is refused now and not at the next use.
+      static_cast<void>(textOf(delimiter)); // What is no text is refused now and not at the next use.
     script_.textItemDelimiters = delimiters.deepCopy();
     return;
   }

@@ -4,6 +4,7 @@
 #include "applescript/evaluate/Frame.h"
 #include "applescript/evaluate/Script.h"
 #include "applescript/evaluate/StackGuard.h"
+#include "applescript/events/ObjectSpecifier.h"
 #include "applescript/values/Coercion.h"
 #include "applescript/values/Comparison.h"
 #include "applescript/values/TextElements.h"
@@ -179,7 +180,7 @@ private:
   Value::SpecifierPointer elementSpecifier(Value::SpecifierPointer container, const ElementAccess& expression);
   Value filteredElement(const Value::SpecifierPointer& container, const ElementAccess& expression);
   Value insertionPoint(const InsertionPoint& expression);
-  Value setInApplication(const Value::SpecifierPointer& specifier, const Value& value);
+  void setInApplication(const Value::SpecifierPointer& specifier, const Value& value);
   Value get(const Value::SpecifierPointer& specifier);
   Value send(const std::shared_ptr<ScriptableApplication>& application, AppleEventMessage message);
   Value outgoing(const Value& value);

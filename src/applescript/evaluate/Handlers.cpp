@@ -59,7 +59,6 @@ Value Evaluator::runScript(const std::shared_ptr<ScriptObject>& script, std::vec
   Arguments passed;
   const HandlerDefinition& run = *found.definition;
   if (run.direct) {
-    passed.isLabelled = true;
     passed.direct = Value::list(std::move(arguments));
   } else if (run.positional.size() == 1) {
     passed.positional.push_back(Value::list(std::move(arguments)));

@@ -123,6 +123,10 @@ std::optional<Value> Evaluator::textProperty(const Text& text, FourCharCode prop
     return idOf(text.utf8());
   case codes::quotedForm:
     return quoted(text.utf8());
+  case codes::text:
+  case codes::string:
+  case codes::unicodeText:
+    return Value(text);
   default:
     return {};
   }

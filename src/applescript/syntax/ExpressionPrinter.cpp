@@ -1,15 +1,16 @@
 #include "applescript/syntax/ExpressionPrinter.h"
 
 #include "applescript/lexer/Keyword.h"
-#include "applescript/syntax/NumberForm.h"
 #include "applescript/syntax/Operators.h"
+#include "applescript/syntax/Prepositions.h"
+#include "applescript/values/Numbers.h"
 
 #include <algorithm>
 #include <cctype>
 #include <utility>
 
-// Brackets are nodes of the tree, so nothing here weighs precedences: what was parsed without brackets is printed
-// without.
+// Brackets, and the way a reference was joined to its container, are in the tree. So nothing here weighs precedences:
+// what was parsed without brackets is printed without, and parses again as it did.
 namespace tabwright::applescript {
 
 namespace {
@@ -43,6 +44,28 @@ std::string escaped(std::string_view value, char quote) {
   return text + quote;
 }
 
+/// Whether a test behind the reference would be its own (see ScriptParser::parseTest).
+bool takesTest(const Expression& expression) {
+  if (expression.kind == Expression::Kind::property) {
+    const auto& access = static_cast<const PropertyAccess&>(expression);
+    return access.container && access.joint != Joint::possessive && takesTest(*access.container);
+  }
+  if (expression.kind != Expression::Kind::element)
+    return false;
+  const auto& element = static_cast<const ElementAccess&>(expression);
+  using enum ElementAccess::Form;
+  if (element.form != index && element.form != name && element.form != id && element.form != range &&
+      element.form != before && element.form != after && !element.test)
+    return true;
+  return element.container && element.joint != Joint::possessive && takesTest(*element.container);
+}
+
+/// A key that can't stand directly behind a class.
+bool isReferenceKey(const Expression& key) {
+  return key.kind == Expression::Kind::element || key.kind == Expression::Kind::property ||
+         key.kind == Expression::Kind::message || key.kind == Expression::Kind::handlerCall;
+}
+
 } // namespace
 
 std::string ExpressionPrinter::text(std::string_view value) {
@@ -59,6 +82,13 @@ std::string ExpressionPrinter::name(std::string_view name) const {
 
 std::string ExpressionPrinter::label(const Label& label) const {
   return label.code == 0 ? name(label.name) : label.name;
+}
+
+std::string ExpressionPrinter::handlerName(std::string_view name) const {
+  const bool isCommand = std::ranges::any_of(languageTerminology().rows(), [&](const Term& term) {
+    return term.kind == Term::Kind::command && term.words == name;
+  });
+  return isCommand ? std::string(name) : this->name(name);
 }
 
 std::string ExpressionPrinter::print(const Expression& expression) const {
@@ -83,39 +113,45 @@ std::string ExpressionPrinter::print(const Expression& expression) const {
            print(*reference.designation);
   }
   case Expression::Kind::property:
-    return property(static_cast<const PropertyAccess&>(expression));
   case Expression::Kind::element:
-    return element(static_cast<const ElementAccess&>(expression));
   case Expression::Kind::insertionPoint:
-    return insertionPoint(static_cast<const InsertionPoint&>(expression));
+  case Expression::Kind::handlerCall:
+  case Expression::Kind::message: {
+    Parts pieces = parts(expression);
+    return std::move(pieces.head) + pieces.rest;
+  }
   case Expression::Kind::referenceTo:
     return "a reference to " + print(*static_cast<const ReferenceTo&>(expression).operand);
-  case Expression::Kind::unary: {
-    const auto& unary = static_cast<const Unary&>(expression);
-    const std::string operand = print(*unary.operand);
-    if (unary.op == Unary::Operator::logicalNot)
-      return "not " + operand;
-    const std::string sign = unary.op == Unary::Operator::negate ? "-" : "+";
-    return sign + (operand.starts_with('-') ? " " : "") + operand; // two signs without a blank begin a comment
-  }
-  case Expression::Kind::binary: {
-    const auto& binary = static_cast<const Binary&>(expression);
-    return print(*binary.left) + " " + std::string(sourceForm(binary.op)) + " " + print(*binary.right);
-  }
+  case Expression::Kind::unary:
+    return unary(static_cast<const Unary&>(expression));
+  case Expression::Kind::binary:
+    return binary(static_cast<const Binary&>(expression));
   case Expression::Kind::coercion: {
     const auto& coercion = static_cast<const Coercion&>(expression);
     return print(*coercion.operand) + " as " + print(*coercion.type);
   }
-  case Expression::Kind::handlerCall:
-    return call(static_cast<const HandlerCall&>(expression));
   case Expression::Kind::command:
     return command(static_cast<const Command&>(expression));
-  case Expression::Kind::message:
-    return message(static_cast<const ObjectiveCMessage&>(expression));
   case Expression::Kind::parenthesized:
     return "(" + print(*static_cast<const Parenthesized&>(expression).inner) + ")";
   }
   return {};
+}
+
+std::string ExpressionPrinter::unary(const Unary& unary) const {
+  const std::string operand = print(*unary.operand);
+  if (unary.op == Unary::Operator::logicalNot)
+    return "not " + operand;
+  const std::string sign = unary.op == Unary::Operator::negate ? "-" : "+";
+  return sign + (operand.starts_with('-') ? " " : "") + operand; // two signs without a blank begin a comment
+}
+
+std::string ExpressionPrinter::binary(const Binary& binary) const {
+  const std::string right = print(*binary.right);
+  std::string_view sign = sourceForm(binary.op);
+  if (binary.op == Binary::Operator::equal && right.starts_with("not ")) // not the operator `is not`
+    sign = "=";
+  return print(*binary.left) + " " + std::string(sign) + " " + right;
 }
 
 std::string ExpressionPrinter::literal(const Literal& literal) const {
@@ -127,7 +163,7 @@ std::string ExpressionPrinter::literal(const Literal& literal) const {
   if (const auto* integer = value.get<std::int64_t>())
     return std::to_string(*integer);
   if (const auto* real = value.get<double>())
-    return numberForm(*real);
+    return realText(*real);
   if (const auto* boolean = value.get<bool>())
     return *boolean ? "true" : "false";
   if (const auto* name = value.get<Value::ClassPointer>())
@@ -153,64 +189,159 @@ std::string ExpressionPrinter::record(const RecordLiteral& record) const {
 
 // ----------------------------------------------------------------- references
 
-std::string ExpressionPrinter::inContainer(std::string reference, const ExpressionPointer& container) const {
+ExpressionPrinter::Parts ExpressionPrinter::parts(const Expression& expression) const {
+  switch (expression.kind) {
+  case Expression::Kind::property: {
+    const auto& access = static_cast<const PropertyAccess&>(expression);
+    return joined(label(access.property), access.container, access.joint);
+  }
+  case Expression::Kind::element:
+    return element(static_cast<const ElementAccess&>(expression));
+  case Expression::Kind::insertionPoint:
+    return insertionPoint(static_cast<const InsertionPoint&>(expression));
+  case Expression::Kind::handlerCall:
+    return call(static_cast<const HandlerCall&>(expression));
+  case Expression::Kind::message:
+    return message(static_cast<const ObjectiveCMessage&>(expression));
+  default:
+    return {print(expression), {}};
+  }
+}
+
+ExpressionPrinter::Parts ExpressionPrinter::joined(std::string member, const ExpressionPointer& container,
+                                                   Joint joint) const {
   if (!container)
-    return reference;
+    return {std::move(member), {}};
+  if (joint != Joint::possessive)
+    return {std::move(member), (joint == Joint::of ? " of " : " in ") + print(*container)};
   if (container->kind == Expression::Kind::it)
-    return "its " + reference;
+    return {"its " + member, {}};
   if (container->kind == Expression::Kind::me)
-    return "my " + reference;
-  // What can't stand behind `of` without catching what follows it stands in front.
-  if (container->kind == Expression::Kind::message)
-    return print(*container) + "'s " + reference;
-  return std::move(reference) + " of " + print(*container);
+    return {"my " + member, {}};
+  Parts pieces = parts(*container);
+  pieces.head += "'s " + member;
+  return pieces;
 }
 
-std::string ExpressionPrinter::property(const PropertyAccess& access) const {
-  return inContainer(label(access.property), access.container);
+ExpressionPrinter::Parts ExpressionPrinter::element(const ElementAccess& element) const {
+  using Form = ElementAccess::Form;
+  const bool isRelative = element.form == Form::before || element.form == Form::after;
+  Parts pieces = isRelative ? Parts{elementWords(element), {}}
+                            : joined(elementWords(element), element.container, element.joint);
+  if (!element.test)
+    return pieces;
+  const std::string test = " whose " + print(*element.test);
+  // A container that picks from several itself would take the test for its own.
+  const bool isTakenInside = element.container && element.joint != Joint::possessive && takesTest(*element.container);
+  if (isTakenInside)
+    return {pieces.head + test + pieces.rest, {}};
+  return {pieces.head + pieces.rest + test, {}};
 }
 
-std::string ExpressionPrinter::element(const ElementAccess& element) const {
+std::string ExpressionPrinter::elementWords(const ElementAccess& element) const {
   using Form = ElementAccess::Form;
   const std::string& words = element.elementClass.words;
-  std::string reference;
   switch (element.form) {
   case Form::index:
-    reference = words + " " + print(*element.key);
-    break;
+    // Only an ordinal may have a test: `third tab whose …`.
+    return element.test ? print(*element.key) + "th " + words : words + " " + print(*element.key);
   case Form::name:
-    reference = words + " named " + print(*element.key);
-    break;
+    return words + " named " + print(*element.key);
   case Form::id:
-    reference = words + " id " + print(*element.key);
-    break;
+    return words + " id " + print(*element.key);
   case Form::first:
-    reference = "first " + words;
-    break;
+    return "first " + words;
   case Form::last:
-    reference = "last " + words;
-    break;
+    return "last " + words;
   case Form::middle:
-    reference = "middle " + words;
-    break;
+    return "middle " + words;
   case Form::some:
-    reference = "some " + words;
-    break;
+    return "some " + words;
   case Form::every:
-    reference = "every " + words;
-    break;
+    return "every " + words;
   case Form::range: {
-    const bool byElements = element.rangeKeysAreReferences();
-    reference = words + (byElements ? " from " : " ") + print(*element.key) + (byElements ? " to " : " thru ") +
-                print(*element.rangeEnd);
-    break;
+    const bool isByReference = isReferenceKey(*element.key) || isReferenceKey(*element.rangeEnd);
+    return words + (isByReference ? " from " : " ") + print(*element.key) + (isByReference ? " to " : " thru ") +
+           print(*element.rangeEnd);
   }
   case Form::before:
+    return words + " before " + print(*element.container);
   case Form::after:
-    reference = words + (element.form == Form::before ? " before " : " after ") + print(*element.container);
-    return element.test ? reference + " whose " + print(*element.test) : reference;
+    return words + " after " + print(*element.container);
   }
-  reference = inContainer(std::move(reference), element.container);
-  return element.test ? reference + " whose " + print(*element.test) : reference;
+  return {};
 }
+
+ExpressionPrinter::Parts ExpressionPrinter::insertionPoint(const InsertionPoint& point) const {
+  switch (point.where) {
+  case InsertionPoint::Where::beginning:
+    return joined("beginning", point.container, point.joint);
+  case InsertionPoint::Where::end:
+    return joined("end", point.container, point.joint);
+  case InsertionPoint::Where::before:
+    return {"before " + print(*point.container), {}};
+  case InsertionPoint::Where::after:
+    return {"after " + print(*point.container), {}};
+  }
+  return {};
+}
+
+// ---------------------------------------------------------- calls and commands
+
+ExpressionPrinter::Parts ExpressionPrinter::call(const HandlerCall& call) const {
+  std::string text = name(call.name);
+  if (call.isLabelled) {
+    if (call.direct)
+      text += " of " + print(*call.direct);
+    bool isGiven = false;
+    for (const auto& [label, value] : call.labelled) {
+      if (isPreposition(label) && !isGiven) {
+        text += " " + label + " " + print(*value);
+      } else {
+        text += (isGiven ? ", " : " given ") + name(label) + ":" + print(*value);
+        isGiven = true;
+      }
+    }
+  } else {
+    std::string arguments;
+    for (const auto& argument : call.arguments)
+      arguments += (arguments.empty() ? "" : ", ") + print(*argument);
+    text += "(" + arguments + ")";
+  }
+  switch (call.target) {
+  case HandlerCall::Target::implicit:
+    return {std::move(text), {}};
+  case HandlerCall::Target::me:
+    return {"my " + text, {}};
+  case HandlerCall::Target::object:
+    return joined(std::move(text), call.object, call.joint);
+  }
+  return {};
+}
+
+ExpressionPrinter::Parts ExpressionPrinter::message(const ObjectiveCMessage& message) const {
+  std::string text;
+  for (std::size_t i = 0; i < message.parts.size(); ++i)
+    text += (i == 0 ? "" : " ") + name(message.parts[i]) + ":" + print(*message.arguments[i]);
+  return joined(std::move(text), message.receiver, Joint::possessive);
+}
+
+std::string ExpressionPrinter::command(const Command& command) const {
+  std::string text(command.term->words);
+  if (command.form == Command::Form::objectFirst)
+    return print(*command.direct) + " " + text;
+  if (command.direct)
+    text += (command.form == Command::Form::withOf ? " of " : " ") + print(*command.direct);
+  const bool isRaw = text.starts_with("«");
+  bool isFirst = true;
+  for (const auto& [parameter, value] : command.parameters) {
+    if (isRaw)
+      text += (isFirst ? " given " : ", ") + std::string(parameter.words) + ":" + print(*value);
+    else
+      text += " " + std::string(parameter.words) + " " + print(*value);
+    isFirst = false;
+  }
+  return text;
+}
+
 } // namespace tabwright::applescript

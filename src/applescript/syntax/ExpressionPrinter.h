@@ -17,17 +17,26 @@ public:
   /// A name, in bars where a dictionary or the language has the word.
   [[nodiscard]] std::string name(std::string_view name) const;
   [[nodiscard]] std::string label(const Label& label) const;
+  [[nodiscard]] std::string handlerName(std::string_view name) const;
   [[nodiscard]] static std::string text(std::string_view value);
 
 private:
+  /// A reference in two pieces: what may still take a `'s` behind it, and ` of …`.
+  struct Parts {
+    std::string head;
+    std::string rest;
+  };
+  [[nodiscard]] Parts parts(const Expression& expression) const;
+  [[nodiscard]] Parts joined(std::string member, const ExpressionPointer& container, Joint joint) const;
+  [[nodiscard]] Parts element(const ElementAccess& element) const;
+  [[nodiscard]] std::string elementWords(const ElementAccess& element) const;
+  [[nodiscard]] Parts insertionPoint(const InsertionPoint& point) const;
+  [[nodiscard]] Parts call(const HandlerCall& call) const;
+  [[nodiscard]] Parts message(const ObjectiveCMessage& message) const;
   [[nodiscard]] std::string literal(const Literal& literal) const;
-  [[nodiscard]] std::string inContainer(std::string reference, const ExpressionPointer& container) const;
-  [[nodiscard]] std::string property(const PropertyAccess& access) const;
-  [[nodiscard]] std::string element(const ElementAccess& element) const;
-  [[nodiscard]] std::string insertionPoint(const InsertionPoint& point) const;
-  [[nodiscard]] std::string call(const HandlerCall& call) const;
+  [[nodiscard]] std::string unary(const Unary& unary) const;
+  [[nodiscard]] std::string binary(const Binary& binary) const;
   [[nodiscard]] std::string command(const Command& command) const;
-  [[nodiscard]] std::string message(const ObjectiveCMessage& message) const;
   [[nodiscard]] std::string list(const ListLiteral& list) const;
   [[nodiscard]] std::string record(const RecordLiteral& record) const;
 

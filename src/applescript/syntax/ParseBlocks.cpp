@@ -1,3 +1,4 @@
+#include "applescript/syntax/ConsideringWords.h"
 #include "applescript/syntax/ScriptParser.h"
 
 #include <array>
@@ -336,28 +337,12 @@ StatementPointer ScriptParser::parseConsidering() {
 }
 
 void ScriptParser::parseAttributes(std::vector<Considering::Attribute>& attributes) {
-  struct Row {
-    Considering::Attribute attribute;
-    Keyword first;
-    Keyword second = Keyword::none;
-  };
-  using enum Considering::Attribute;
-  static constexpr auto rows = std::to_array<Row>({
-      {textCase, Keyword::textCase},
-      {diacriticals, Keyword::diacriticals},
-      {expansion, Keyword::expansion},
-      {hyphens, Keyword::hyphens},
-      {punctuation, Keyword::punctuation},
-      {whiteSpace, Keyword::white, Keyword::space},
-      {numericStrings, Keyword::numeric, Keyword::strings},
-      {applicationResponses, Keyword::application, Keyword::responses},
-  });
   do {
     accept(Keyword::and_); // `case, hyphens, and punctuation`
-    const auto row = std::ranges::find_if(rows, [&](const Row& candidate) {
+    const auto row = std::ranges::find_if(consideringTable, [&](const ConsideringRow& candidate) {
       return token().is(candidate.first) && (candidate.second == Keyword::none || token(1).is(candidate.second));
     });
-    if (row == rows.end())
+    if (row == consideringTable.end())
       fail("application constant or consideration");
     advance(row->second == Keyword::none ? 1 : 2);
     attributes.push_back(row->attribute);

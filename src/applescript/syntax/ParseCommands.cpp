@@ -1,49 +1,12 @@
+#include "applescript/syntax/Prepositions.h"
 #include "applescript/syntax/ScriptParser.h"
-
 #include "applescript/terminology/FoldedWords.h"
 
-#include <array>
 #include <utility>
 
 // Commands of dictionaries and calls of the script's own handlers. A command's parameters begin with words of its row;
 // while its arguments are read, those words end an expression (`offset of "a" in "b"`: `in` is no container there).
 namespace tabwright::applescript {
-
-namespace {
-
-struct Preposition {
-  std::string_view name;
-  Keyword first;
-  Keyword second = Keyword::none;
-};
-constexpr auto prepositions = std::to_array<Preposition>({
-    {"about", Keyword::about},
-    {"above", Keyword::above},
-    {"against", Keyword::against},
-    {"apart from", Keyword::apart, Keyword::from},
-    {"around", Keyword::around},
-    {"aside from", Keyword::aside, Keyword::from},
-    {"at", Keyword::at},
-    {"below", Keyword::below},
-    {"beneath", Keyword::beneath},
-    {"beside", Keyword::beside},
-    {"between", Keyword::between},
-    {"by", Keyword::by},
-    {"for", Keyword::for_},
-    {"from", Keyword::from},
-    {"instead of", Keyword::instead, Keyword::of},
-    {"into", Keyword::into},
-    {"on", Keyword::on},
-    {"onto", Keyword::onto},
-    {"out of", Keyword::out, Keyword::of},
-    {"over", Keyword::over},
-    {"since", Keyword::since},
-    {"thru", Keyword::thru},
-    {"thru", Keyword::through},
-    {"to", Keyword::to},
-});
-
-} // namespace
 
 std::pair<std::string_view, std::size_t> ScriptParser::findPreposition(std::size_t ahead) const {
   for (const Preposition& row : prepositions) {

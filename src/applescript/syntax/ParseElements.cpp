@@ -65,7 +65,11 @@ ExpressionPointer ScriptParser::parseElement(FoundClass found, std::size_t start
   if (next.is(Keyword::id) && canStartKey(1))
     return finish(keyed(Form::id, 1), startOffset);
   if (next.is(Keyword::index) && canStartKey(1))
-    return finish(keyed(Form::index, 1), startOffset);
+  {
+    auto element = keyed(Form::index, 1);
+    element->isIndexWritten = true;
+    return finish(std::move(element), startOffset);
+  }
   if (next.is(Keyword::named) && canStartKey(1))
     return finish(keyed(Form::name, 1), startOffset);
 

@@ -1,6 +1,7 @@
 #include "applescript/syntax/ScriptParser.h"
 #include "applescript/terminology/language/ValueClasses.h"
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <utility>

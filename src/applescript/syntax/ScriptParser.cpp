@@ -38,7 +38,9 @@ std::vector<ScriptError> ScriptParser::run() {
   } catch (const EnoughErrors&) {
     // What has been found is in errors_.
   }
-  std::ranges::stable_sort(errors_, {}, [](const ScriptError& error) { return error.range()->offset; });
+  std::ranges::sort(errors_, {}, [](const ScriptError& error) {
+    return std::pair<std::size_t, const std::string&>(error.range()->offset, error.sentence());
+  });
   if (errors_.size() > limits_.errors)
     errors_.erase(errors_.begin() + static_cast<std::ptrdiff_t>(limits_.errors), errors_.end());
   return std::move(errors_);

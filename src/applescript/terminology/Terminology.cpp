@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <functional>
 #include <utility>
 
 // Terms are found by their first word, which nearly always settles that there is none; the few entries that share a
@@ -33,9 +34,7 @@ Terminology::Terminology(std::string name, std::span<const Term> rows) : name_(s
       add(term.plural, term, true);
   }
   for (auto& [word, entries] : byFirstWord_) {
-    std::ranges::stable_sort(entries, [](const Entry& left, const Entry& right) {
-      return left.words.size() > right.words.size();
-    });
+    std::ranges::sort(entries, std::greater(), [](const Entry& entry) { return entry.words.size(); });
     for (Entry& entry : entries) {
       for (Match& match : entry.matches)
         match.words = entry.words.size();

@@ -30,7 +30,7 @@ Value BrowserApplication::handle(const applescript::AppleEventMessage& message) 
     }
     return perform(scope);
   } catch (const DriverFailure& failure) {
-    throw scriptError(failure, name_);
+    throw scriptError(failure);
   }
 }
 

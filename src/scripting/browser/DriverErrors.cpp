@@ -23,20 +23,15 @@ std::string withoutSigns(std::string sentence) {
 
 } // namespace
 
-ScriptError scriptError(const DriverFailure& failure, std::string_view browserName) {
+ScriptError scriptError(const DriverFailure& failure) {
   const std::string sentence = withoutSigns(failure.errorDescription());
   switch (failure.kind()) {
   case DriverFault::notRunning:
-    return eventError(errorNumber::applicationNotRunning, "Application isn’t running.");
-  case DriverFault::notAccepting: {
-    const bool namesBoth =
-        sentence.find("Apple Events") != std::string::npos && sentence.find("JavaScript") != std::string::npos;
-    return eventError(errorNumber::notAuthorised,
-                      namesBoth ? sentence
-                                : fmt::format("{} doesn’t accept JavaScript from Apple Events. {}", browserName, sentence));
-  }
+    return eventError(errorNumber::applicationNotRunning, sentence);
+  case DriverFault::notAccepting:
+    return eventError(errorNumber::notAuthorised, sentence);
   case DriverFault::lost:
-    return eventError(errorNumber::connectionInvalid, "Connection is invalid.");
+    return eventError(errorNumber::connectionInvalid, sentence);
   case DriverFault::noSuchTab:
     return eventError(errorNumber::noSuchObject, fmt::format("Can’t get tab id \"{}\".", failure.detail()));
   case DriverFault::noSuchWindow:

@@ -3,8 +3,6 @@
 #include "applescript/ScriptError.h"
 #include "scripting/driver/BrowserDriver.h"
 
-#include <string_view>
-
 namespace tabwright::scripting {
 
 /// A driver's failure as the error that a script sees: AppleScript's number, and either AppleScript's own sentence (where
@@ -12,6 +10,6 @@ namespace tabwright::scripting {
 ///
 /// The driver's sentences may quote pages, so what the engine reads as a sign ("-1728", "(-27") is written with a
 /// typographic minus in them.
-[[nodiscard]] applescript::ScriptError scriptError(const DriverFailure& failure, std::string_view browserName);
+[[nodiscard]] applescript::ScriptError scriptError(const DriverFailure& failure);
 
 } // namespace tabwright::scripting

@@ -123,22 +123,40 @@ boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascrip
   return std::move(evaluation.value);
 }
 
-void BrowserLink::navigate(TabID tab, const std::string& url, const CallLimits& limits) {
+void BrowserLink::navigate(TabID tab, const std::string& url, const CallLimits& callLimits) {
   if (isJavaScript(url)) {
     // The page itself is the only one that may follow such an address.
-    evaluate(tab, fmt::format("void (location.href = {})", boost::json::serialize(boost::json::string(url))), limits);
+    evaluate(tab, fmt::format("void (location.href = {})", boost::json::serialize(boost::json::string(url))), callLimits);
     return;
   }
   const Disturbance disturbance(*this);
-  try {
-    view_->navigate(tab, url, limits);
-  } catch (const DriverFailure& failure) {
-    if (failure.kind() != DriverFault::refused || url.find(':') == std::string::npos)
-      throw;
-    // Some addresses are closed to the helper as an extension, but not to the protocol.
-    const boost::json::object reply =
-        requirePage(tab, limits)->call("Page.navigate", {{"url", url}}, Session::AnsweredBy::browser, limits);
-  }
+  const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
+  const std::shared_ptr<Session> page = requirePage(tab, limits);
+  // The browser answers when the page is there, which may take for ever; but it takes calls up in order, so the answer to
+  // the next one tells that this one has begun, and a refusal would have come before it.
+  const auto navigation = page->send("Page.navigate", {{"url", url}}, Session::AnsweredBy::browser);
+  page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
+  if (navigation->hasEnded())
+    navigation->result(limits);
+}
+
+/// By the entries themselves: the browser's own way back leaves out pages on which the user has done nothing.
+void BrowserLink::goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits) {
+  const Disturbance disturbance(*this);
+  const std::shared_ptr<Session> page = requirePage(tab, limits);
+  const boost::json::object history = page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
+  const boost::json::array& entries = history.at("entries").as_array();
+  const std::int64_t step = direction == BrowserDriver::History::back ? -1 : 1;
+  const std::int64_t place = history.at("currentIndex").to_number<std::int64_t>() + step;
+  if (place < 0 || place >= static_cast<std::int64_t>(entries.size()))
+    return; // as with the browser's own buttons
+  page->call("Page.navigateToHistoryEntry", {{"entryId", entries[static_cast<std::size_t>(place)].at("id")}},
+             Session::AnsweredBy::browser, limits);
+}
+
+void BrowserLink::reload(TabID tab, const CallLimits& limits) {
+  const Disturbance disturbance(*this);
+  requirePage(tab, limits)->call("Page.reload", {}, Session::AnsweredBy::browser, limits);
 }
 
 void BrowserLink::stopLoading(TabID tab, const CallLimits& limits) {

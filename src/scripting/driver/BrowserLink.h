@@ -38,6 +38,8 @@ public:
   std::shared_ptr<const BrowserSnapshot> snapshot(const CallLimits& limits);
   boost::json::value evaluate(TabID tab, const std::string& javascript, const CallLimits& limits);
   void navigate(TabID tab, const std::string& url, const CallLimits& limits);
+  void goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits);
+  void reload(TabID tab, const CallLimits& limits);
   void stopLoading(TabID tab, const CallLimits& limits);
   void closeWindow(WindowID window, const CallLimits& limits);
   void setBounds(WindowID window, WindowBounds bounds, const CallLimits& limits);

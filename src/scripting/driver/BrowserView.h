@@ -35,10 +35,6 @@ public:
   virtual void closeTab(TabID tab, const CallLimits& limits) = 0;
   virtual void closeWindow(WindowID window, const CallLimits& limits) = 0;
   virtual void activateTab(TabID tab, const CallLimits& limits) = 0;
-  /// Starts loading an absolute address.
-  virtual void navigate(TabID tab, const std::string& url, const CallLimits& limits) = 0;
-  virtual void goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits) = 0;
-  virtual void reload(TabID tab, const CallLimits& limits) = 0;
   virtual void raiseWindow(WindowID window, const CallLimits& limits) = 0;
   virtual void setGivenName(WindowID window, const std::string& name, const CallLimits& limits) = 0;
 };

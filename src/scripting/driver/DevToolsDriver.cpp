@@ -168,14 +168,11 @@ void DevToolsDriver::navigate(TabID tab, const std::string& url, const CallLimit
 }
 
 void DevToolsDriver::goInHistory(TabID tab, History direction, const CallLimits& limits) {
-  withLink(limits, std::to_string(tab), [&](BrowserLink& link) {
-    link.command([&](BrowserView& view) { view.goInHistory(tab, direction, limits); });
-  });
+  withLink(limits, std::to_string(tab), [&](BrowserLink& link) { link.goInHistory(tab, direction, limits); });
 }
 
 void DevToolsDriver::reload(TabID tab, const CallLimits& limits) {
-  withLink(limits, std::to_string(tab),
-           [&](BrowserLink& link) { link.command([&](BrowserView& view) { view.reload(tab, limits); }); });
+  withLink(limits, std::to_string(tab), [&](BrowserLink& link) { link.reload(tab, limits); });
 }
 
 void DevToolsDriver::stopLoading(TabID tab, const CallLimits& limits) {

@@ -98,19 +98,6 @@ void HelperView::activateTab(TabID tab, const CallLimits& limits) {
   worker_->perform("activateTab", {{"tab", tab}}, Repeat::allowed, limits);
 }
 
-void HelperView::navigate(TabID tab, const std::string& url, const CallLimits& limits) {
-  worker_->perform("navigate", {{"tab", tab}, {"url", url}}, Repeat::allowed, limits);
-}
-
-void HelperView::goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits) {
-  const char* name = direction == BrowserDriver::History::back ? "back" : "forward";
-  worker_->perform("goInHistory", {{"tab", tab}, {"direction", name}}, Repeat::never, limits);
-}
-
-void HelperView::reload(TabID tab, const CallLimits& limits) {
-  worker_->perform("reload", {{"tab", tab}}, Repeat::allowed, limits);
-}
-
 void HelperView::raiseWindow(WindowID window, const CallLimits& limits) {
   worker_->perform("raiseWindow", {{"window", window}}, Repeat::allowed, limits);
 }

@@ -212,28 +212,6 @@ void ProtocolView::activateTab(TabID tab, const CallLimits& limits) {
   connection_->call("Target.activateTarget", {{"targetId", requireTarget(tab, limits)}}, {}, limits);
 }
 
-void ProtocolView::navigate(TabID tab, const std::string& url, const CallLimits& limits) {
-  pages_.require(requireTarget(tab, limits), limits)
-      ->call("Page.navigate", {{"url", url}}, Session::AnsweredBy::browser, limits);
-}
-
-void ProtocolView::goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits) {
-  const std::shared_ptr<Session> page = pages_.require(requireTarget(tab, limits), limits);
-  const boost::json::object history = page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
-  const boost::json::array& entries = history.at("entries").as_array();
-  const std::int64_t step = direction == BrowserDriver::History::back ? -1 : 1;
-  const std::int64_t place = history.at("currentIndex").to_number<std::int64_t>() + step;
-  if (place < 0 || place >= static_cast<std::int64_t>(entries.size()))
-    return; // as with the browser's own buttons
-  page->call("Page.navigateToHistoryEntry", {{"entryId", entries[static_cast<std::size_t>(place)].at("id")}},
-             Session::AnsweredBy::browser, limits);
-}
-
-void ProtocolView::reload(TabID tab, const CallLimits& limits) {
-  pages_.require(requireTarget(tab, limits), limits)
-      ->call("Page.reload", {}, Session::AnsweredBy::browser, limits);
-}
-
 void ProtocolView::raiseWindow(WindowID window, const CallLimits& limits) {
   connection_->call("Target.activateTarget", {{"targetId", activeTarget(window, limits)}}, {}, limits);
   toFront(window);

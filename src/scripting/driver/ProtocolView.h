@@ -30,9 +30,6 @@ public:
   void closeTab(TabID tab, const CallLimits& limits) override;
   void closeWindow(WindowID window, const CallLimits& limits) override;
   void activateTab(TabID tab, const CallLimits& limits) override;
-  void navigate(TabID tab, const std::string& url, const CallLimits& limits) override;
-  void goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits) override;
-  void reload(TabID tab, const CallLimits& limits) override;
   void raiseWindow(WindowID window, const CallLimits& limits) override;
   void setGivenName(WindowID window, const std::string& name, const CallLimits& limits) override;
 

@@ -64,7 +64,7 @@ public:
       const auto executor = boost::asio::get_associated_executor(handler);
       const auto slot = boost::asio::get_associated_cancellation_slot(handler);
       auto completion = std::make_shared<Handler>(std::move(handler));
-      const auto complete = [completion, slot, guard = boost::asio::make_work_guard(executor)](
+      auto complete = [completion, slot, guard = boost::asio::make_work_guard(executor)](
                                 std::exception_ptr failure, Result result) mutable {
         boost::asio::post(guard.get_executor(),
                           [completion = std::move(completion), slot, failure, result = std::move(result)]() mutable {
@@ -96,8 +96,7 @@ public:
       try {
         threads->start(job);
       } catch (...) {
-        auto finish = complete;
-        finish(std::current_exception(), {});
+        complete(std::current_exception(), {});
       }
     };
     co_return co_await boost::asio::async_initiate<const boost::asio::use_awaitable_t<>&,
@@ -123,7 +122,7 @@ std::unique_ptr<platform::UserAppleScriptTask> InterpreterScriptTasks::initWithU
   if (file.is_open())
     source << file.rdbuf();
   if (!file.is_open() || file.bad())
-    throw platform::FileFailure("read", script, std::error_code(errno, std::generic_category()));
+    throw platform::FileFailure("read", script, errno);
   return std::make_unique<InterpreterScriptTask>(std::move(source).str(), interpreter_, threads_);
 }
 

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "applescript/Interpreter.h"
+#include "host/Catalogue.h"
+#include "platform/BrowserTable.h"
+#include "scripting/driver/DevToolsDriver.h"
+
+#include <memory>
+
+namespace tabwright::app {
+
+/// Everything the program is made of, put together: the one place that names every concrete type.
+///
+/// Making one touches nothing outside; parts that cost time are made when they are first asked for. Browsers are connected
+/// to by the first event that needs one. Safe to use from several threads once made. Scripts that run when it is
+/// destroyed are stopped.
+class Composition {
+public:
+  Composition();
+  ~Composition();
+  Composition(const Composition&) = delete;
+  Composition& operator=(const Composition&) = delete;
+
+  [[nodiscard]] const host::Catalogue& catalogue() const;
+  [[nodiscard]] applescript::Interpreter& interpreter();
+
+  /// The driver of a browser of the Chromium family, the same at each call; null when that browser is not installed and
+  /// doesn't run.
+  [[nodiscard]] std::shared_ptr<scripting::DevToolsDriver> driver(const platform::BrowserFacts& facts);
+
+private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+};
+
+} // namespace tabwright::app

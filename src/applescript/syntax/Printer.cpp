@@ -1,0 +1,351 @@
+#include "applescript/syntax/Printer.h"
+
+#include "applescript/syntax/ConsideringWords.h"
+#include "applescript/syntax/ExpressionPrinter.h"
+#include "applescript/syntax/Prepositions.h"
+
+#include <string_view>
+
+// Statements, one a line, indented by blocks. One-line forms stay on one line, down to the statement that opens a block
+// of its own (`tell x to tell y`).
+namespace tabwright::applescript {
+
+namespace {
+
+class StatementPrinter {
+public:
+  explicit StatementPrinter(const SyntaxTree& tree) : expressions_(tree) {}
+
+  std::string run(const SyntaxTree& tree) {
+    block(tree.body);
+    return std::move(out_);
+  }
+
+private:
+  void indent() { out_.append(depth_, '\t'); }
+  void line(std::string_view text) {
+    indent();
+    out_ += text;
+    out_ += '\n';
+  }
+  void block(const Block& body) {
+    for (const auto& statement : body) {
+      indent();
+      print(*statement);
+      out_ += '\n';
+    }
+  }
+  /// The rest of the line, the body, and `end` with its word.
+  void blockWithEnd(const Block& body, std::string_view closing) {
+    out_ += '\n';
+    inner(body);
+    indent();
+    out_ += "end ";
+    out_ += closing;
+  }
+  void inner(const Block& body) {
+    ++depth_;
+    block(body);
+    --depth_;
+  }
+  void add(std::string_view words, const ExpressionPointer& expression) {
+    if (!expression)
+      return;
+    out_ += words;
+    out_ += expressions_.print(*expression);
+  }
+  void add(std::string_view words, const std::unique_ptr<Variable>& variable) {
+    if (variable)
+      out_ += std::string(words) + expressions_.print(*variable);
+  }
+
+  void print(const Statement& statement);
+  void print(const If& statement);
+  void print(const Repeat& statement);
+  void print(const Tell& statement);
+  void print(const Try& statement);
+  void print(const RaiseError& statement);
+  void print(const Considering& statement);
+  void print(const Declare& statement);
+  void print(const HandlerDefinition& handler);
+  void print(const ScriptDefinition& script);
+  void print(const Use& use);
+  [[nodiscard]] std::string parameter(const Parameter& parameter) const;
+  [[nodiscard]] std::string parameters(const HandlerDefinition& handler) const;
+
+  ExpressionPrinter expressions_;
+  std::string out_;
+  std::size_t depth_ = 0;
+};
+
+void StatementPrinter::print(const Statement& statement) {
+  switch (statement.kind) {
+  case Statement::Kind::expression:
+    return add("", static_cast<const ExpressionStatement&>(statement).expression);
+  case Statement::Kind::set: {
+    const auto& assignment = static_cast<const Assignment&>(statement);
+    const bool isSet = assignment.form == Assignment::Form::set;
+    add(isSet ? "set " : "copy ", isSet ? assignment.target : assignment.value);
+    return add(" to ", isSet ? assignment.value : assignment.target);
+  }
+  case Statement::Kind::ifElse:
+    return print(static_cast<const If&>(statement));
+  case Statement::Kind::repeat:
+    return print(static_cast<const Repeat&>(statement));
+  case Statement::Kind::exitRepeat:
+    out_ += "exit repeat";
+    return;
+  case Statement::Kind::continueHandler:
+    return add("continue ", static_cast<const ContinueStatement&>(statement).call);
+  case Statement::Kind::tell:
+    return print(static_cast<const Tell&>(statement));
+  case Statement::Kind::tryBlock:
+    return print(static_cast<const Try&>(statement));
+  case Statement::Kind::returning:
+    out_ += "return";
+    return add(" ", static_cast<const Return&>(statement).value);
+  case Statement::Kind::error:
+    return print(static_cast<const RaiseError&>(statement));
+  case Statement::Kind::considering:
+    return print(static_cast<const Considering&>(statement));
+  case Statement::Kind::timeout: {
+    const auto& timeout = static_cast<const Timeout&>(statement);
+    add("with timeout of ", timeout.seconds);
+    out_ += " seconds";
+    return blockWithEnd(timeout.body, "timeout");
+  }
+  case Statement::Kind::transaction: {
+    const auto& transaction = static_cast<const Transaction&>(statement);
+    out_ += "with transaction";
+    add(" ", transaction.session);
+    return blockWithEnd(transaction.body, "transaction");
+  }
+  case Statement::Kind::usingTerms: {
+    const auto& usingTerms = static_cast<const UsingTerms&>(statement);
+    add("using terms from ", usingTerms.application);
+    return blockWithEnd(usingTerms.body, "using terms from");
+  }
+  case Statement::Kind::declare:
+    return print(static_cast<const Declare&>(statement));
+  case Statement::Kind::property: {
+    const auto& property = static_cast<const PropertyDefinition&>(statement);
+    out_ += "property " + expressions_.label(property.name);
+    return add(" : ", property.value);
+  }
+  case Statement::Kind::handler:
+    return print(static_cast<const HandlerDefinition&>(statement));
+  case Statement::Kind::script:
+    return print(static_cast<const ScriptDefinition&>(statement));
+  case Statement::Kind::use:
+    return print(static_cast<const Use&>(statement));
+  }
+}
+
+void StatementPrinter::print(const If& statement) {
+  bool isFirst = true;
+  for (const If::Branch& branch : statement.branches) {
+    if (!isFirst && statement.onOneLine)
+      out_ += " else ";
+    else if (!isFirst) {
+      indent();
+      out_ += "else ";
+    }
+    add("if ", branch.condition);
+    out_ += " then";
+    if (statement.onOneLine) {
+      out_ += ' ';
+      print(*branch.body.front());
+    } else {
+      out_ += '\n';
+      inner(branch.body);
+    }
+    isFirst = false;
+  }
+  if (statement.onOneLine) {
+    if (statement.otherwise) {
+      out_ += " else ";
+      print(*statement.otherwise->front());
+    }
+    return;
+  }
+  if (statement.otherwise) {
+    line("else");
+    inner(*statement.otherwise);
+  }
+  indent();
+  out_ += "end if";
+}
+
+void StatementPrinter::print(const Repeat& statement) {
+  out_ += "repeat";
+  switch (statement.form) {
+  case Repeat::Form::forever:
+    break;
+  case Repeat::Form::times:
+    add(" ", statement.condition);
+    out_ += " times";
+    break;
+  case Repeat::Form::whileTrue:
+    add(" while ", statement.condition);
+    break;
+  case Repeat::Form::untilTrue:
+    add(" until ", statement.condition);
+    break;
+  case Repeat::Form::range:
+    add(" with ", statement.variable);
+    add(" from ", statement.from);
+    add(" to ", statement.to);
+    add(" by ", statement.by);
+    break;
+  case Repeat::Form::items:
+    add(" with ", statement.variable);
+    add(" in ", statement.items);
+    break;
+  }
+  blockWithEnd(statement.body, "repeat");
+}
+
+void StatementPrinter::print(const Tell& statement) {
+  add("tell ", statement.target);
+  if (!statement.onOneLine)
+    return blockWithEnd(statement.body, "tell");
+  out_ += " to ";
+  print(*statement.body.front());
+}
+
+void StatementPrinter::print(const Try& statement) {
+  out_ += "try\n";
+  inner(statement.body);
+  if (statement.hasHandler) {
+    indent();
+    out_ += "on error";
+    add(" ", statement.message);
+    add(" number ", statement.number);
+    add(" number ", statement.onlyNumber);
+    add(" from ", statement.from);
+    add(" partial result ", statement.partialResult);
+    add(" to ", statement.to);
+    out_ += '\n';
+    inner(statement.handler);
+  }
+  indent();
+  out_ += "end try";
+}
+
+void StatementPrinter::print(const RaiseError& statement) {
+  out_ += "error";
+  add(" ", statement.message);
+  add(" number ", statement.number);
+  add(" from ", statement.from);
+  add(" partial result ", statement.partialResult);
+  add(" to ", statement.to);
+}
+
+void StatementPrinter::print(const Considering& statement) {
+  const auto attributes = [](const std::vector<Considering::Attribute>& list) {
+    std::string text;
+    for (const auto attribute : list)
+      text += (text.empty() ? " " : ", ") + std::string(consideringWords(attribute));
+    return text;
+  };
+  const bool considers = !statement.considered.empty();
+  const std::string_view kind = considers ? "considering" : "ignoring";
+  out_ += std::string(kind) + attributes(considers ? statement.considered : statement.ignored);
+  if (considers && !statement.ignored.empty())
+    out_ += " but ignoring" + attributes(statement.ignored);
+  blockWithEnd(statement.body, kind);
+}
+
+void StatementPrinter::print(const Declare& statement) {
+  std::string names;
+  for (const auto& variable : statement.variables)
+    names += (names.empty() ? " " : ", ") + expressions_.print(*variable);
+  out_ += (statement.scope == Declare::Scope::global ? "global" : "local") + names;
+}
+
+std::string StatementPrinter::parameter(const Parameter& parameter) const {
+  const std::string pattern = expressions_.print(*parameter.pattern);
+  return parameter.defaultValue ? pattern + " : " + expressions_.print(*parameter.defaultValue) : pattern;
+}
+
+std::string StatementPrinter::parameters(const HandlerDefinition& handler) const {
+  std::string text;
+  if (!handler.isLabelled) {
+    if (handler.direct)
+      return " " + parameter(*handler.direct);
+    for (const Parameter& positional : handler.positional)
+      text += (text.empty() ? "" : ", ") + parameter(positional);
+    return "(" + text + ")";
+  }
+  if (handler.direct)
+    text += " of " + parameter(*handler.direct);
+  bool isGiven = false;
+  for (const auto& [label, labelled] : handler.labelled) {
+    if (isPreposition(label) && !isGiven) {
+      text += " " + label + " " + parameter(labelled);
+    } else {
+      text += (isGiven ? ", " : " given ") + expressions_.name(label) + ":" + parameter(labelled);
+      isGiven = true;
+    }
+  }
+  return text;
+}
+
+void StatementPrinter::print(const HandlerDefinition& handler) {
+  if (handler.name.ends_with(':')) { // `on setValue:v forKey:k`
+    out_ += "on";
+    std::string_view parts = handler.name;
+    for (const Parameter& positional : handler.positional) {
+      const auto colon = parts.find(':');
+      out_ += " " + expressions_.name(parts.substr(0, colon)) + ":" + parameter(positional);
+      parts.remove_prefix(colon + 1);
+    }
+    return blockWithEnd(handler.body, "message");
+  }
+  const std::string name = expressions_.handlerName(handler.name);
+  out_ += "on " + name + parameters(handler);
+  blockWithEnd(handler.body, name);
+}
+
+void StatementPrinter::print(const ScriptDefinition& script) {
+  out_ += "script";
+  if (!script.name.empty())
+    out_ += " " + expressions_.name(script.name);
+  blockWithEnd(script.body, "script");
+}
+
+void StatementPrinter::print(const Use& use) {
+  out_ += "use ";
+  if (!use.alias.empty())
+    out_ += expressions_.name(use.alias) + " : ";
+  const std::string name = ExpressionPrinter::text(use.name);
+  switch (use.what) {
+  case Use::What::appleScript:
+    out_ += "AppleScript";
+    break;
+  case Use::What::scriptingAdditions:
+    out_ += "scripting additions";
+    break;
+  case Use::What::framework:
+    out_ += "framework " + name;
+    break;
+  case Use::What::application:
+    out_ += (use.byID ? "application id " : "application ") + name;
+    break;
+  case Use::What::script:
+    out_ += "script " + name;
+    break;
+  }
+  if (use.version)
+    out_ += " version " + ExpressionPrinter::text(*use.version);
+  if (!use.imports)
+    out_ += " without importing";
+}
+
+} // namespace
+
+std::string print(const SyntaxTree& tree) {
+  return StatementPrinter(tree).run(tree);
+}
+
+} // namespace tabwright::applescript

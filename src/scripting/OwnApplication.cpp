@@ -1,0 +1,42 @@
+#include "scripting/OwnApplication.h"
+
+#include "applescript/ScriptError.h"
+#include "scripting/model/EventErrors.h"
+
+#include <utility>
+
+namespace tabwright::scripting {
+
+using applescript::ObjectSpecifier;
+using applescript::Value;
+namespace events = applescript::events;
+
+OwnApplication::OwnApplication(std::string name, std::string bundleIdentifier, std::function<void()> activate)
+    : name_(std::move(name)), bundleIdentifier_(std::move(bundleIdentifier)), activate_(std::move(activate)) {}
+
+const applescript::Terminology* OwnApplication::terminology() const { return &applescript::languageTerminology(); }
+
+Value OwnApplication::handle(const applescript::AppleEventMessage& message) {
+  if (message.code == events::activate || message.code == events::run) {
+    if (activate_)
+      activate_();
+    return Value::missing();
+  }
+  const Value* target = message.directObject ? &*message.directObject : nullptr;
+  const auto* specifier = target != nullptr ? target->get<Value::SpecifierPointer>() : nullptr;
+  if (message.code == events::get && specifier != nullptr) {
+    if ((*specifier)->form == ObjectSpecifier::Form::application)
+      return *target;
+    const bool isOwn = (*specifier)->container && (*specifier)->container->form == ObjectSpecifier::Form::application;
+    if ((*specifier)->form == ObjectSpecifier::Form::property && isOwn) {
+      if ((*specifier)->desiredClass == applescript::fourCharCode("pnam"))
+        return Value(name_);
+      if ((*specifier)->desiredClass == applescript::fourCharCode("ID  "))
+        return Value(bundleIdentifier_);
+    }
+    throw cannotGet(**specifier, *terminology());
+  }
+  throw notUnderstood(target != nullptr ? *target : Value(name_), message.code, *terminology());
+}
+
+} // namespace tabwright::scripting

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "applescript/events/ScriptableApplication.h"
+
+#include <functional>
+#include <string>
+
+namespace tabwright::scripting {
+
+/// This program as an application that scripts can address: it has a name and can be activated, and nothing more.
+class OwnApplication final : public applescript::ScriptableApplication {
+public:
+  OwnApplication(std::string name, std::string bundleIdentifier, std::function<void()> activate);
+
+  [[nodiscard]] const std::string& name() const override { return name_; }
+  [[nodiscard]] const std::string& bundleIdentifier() const override { return bundleIdentifier_; }
+  [[nodiscard]] const applescript::Terminology* terminology() const override;
+  applescript::Value handle(const applescript::AppleEventMessage& message) override;
+  [[nodiscard]] bool isRunning() override { return true; }
+
+private:
+  std::string name_;
+  std::string bundleIdentifier_;
+  std::function<void()> activate_;
+};
+
+} // namespace tabwright::scripting

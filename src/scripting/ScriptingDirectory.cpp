@@ -1,0 +1,105 @@
+#include "scripting/ScriptingDirectory.h"
+
+#include "scripting/OwnApplication.h"
+#include "scripting/chromium/ChromiumApplication.h"
+#include "scripting/chromium/ChromiumTerminology.h"
+#include "scripting/model/Comparison.h"
+#include "scripting/safari/SafariApplication.h"
+#include "scripting/safari/SafariTerminology.h"
+#include "scripting/systemevents/SystemEventsApplication.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tabwright::scripting {
+
+using applescript::ScriptableApplication;
+using applescript::Terminology;
+using platform::BrowserFacts;
+
+namespace {
+
+const BrowserFacts* findFacts(std::string_view BrowserFacts::*column, std::string_view text) {
+  const auto row = std::ranges::find_if(platform::browserTable, [&](const BrowserFacts& facts) {
+    return sameIgnoringCase(facts.*column, text);
+  });
+  return row == platform::browserTable.end() ? nullptr : &*row;
+}
+
+const Terminology* terminologyOf(const BrowserFacts& facts) {
+  switch (facts.family) {
+  case platform::BrowserFamily::chromium:
+    return &chromiumTerminology();
+  case platform::BrowserFamily::safari:
+    return &safariTerminology();
+  }
+  return nullptr;
+}
+
+} // namespace
+
+ScriptingDirectory::ScriptingDirectory(ScriptingServices services)
+    : services_(std::move(services)), systemEvents_(std::make_shared<SystemEventsApplication>(services_.desktop)),
+      self_(std::make_shared<OwnApplication>(services_.ownName, services_.ownBundleIdentifier, services_.activateSelf)) {
+}
+
+const Terminology* ScriptingDirectory::terminologyByID(std::string_view bundleIdentifier) const {
+  for (const auto& application : {systemEvents_, self_}) {
+    if (sameIgnoringCase(application->bundleIdentifier(), bundleIdentifier))
+      return application->terminology();
+  }
+  const BrowserFacts* facts = findFacts(&BrowserFacts::id, bundleIdentifier);
+  return facts != nullptr ? terminologyOf(*facts) : nullptr;
+}
+
+const Terminology* ScriptingDirectory::terminologyByName(std::string_view name) const {
+  for (const auto& application : {systemEvents_, self_}) {
+    if (sameIgnoringCase(application->name(), name))
+      return application->terminology();
+  }
+  const BrowserFacts* facts = findFacts(&BrowserFacts::name, name);
+  return facts != nullptr ? terminologyOf(*facts) : nullptr;
+}
+
+std::shared_ptr<ScriptableApplication> ScriptingDirectory::findByID(std::string_view bundleIdentifier) {
+  for (const auto& application : {systemEvents_, self_}) {
+    if (sameIgnoringCase(application->bundleIdentifier(), bundleIdentifier))
+      return application;
+  }
+  const BrowserFacts* facts = findFacts(&BrowserFacts::id, bundleIdentifier);
+  return facts != nullptr ? browser(*facts) : nullptr;
+}
+
+std::shared_ptr<ScriptableApplication> ScriptingDirectory::findByName(std::string_view name) {
+  for (const auto& application : {systemEvents_, self_}) {
+    if (sameIgnoringCase(application->name(), name))
+      return application;
+  }
+  const BrowserFacts* facts = findFacts(&BrowserFacts::name, name);
+  return facts != nullptr ? browser(*facts) : nullptr;
+}
+
+std::shared_ptr<ScriptableApplication> ScriptingDirectory::browser(const BrowserFacts& facts) {
+  const std::lock_guard lock(mutex_);
+  std::shared_ptr<ScriptableApplication>& application = browsers_[facts.id];
+  if (application)
+    return application;
+  std::shared_ptr<BrowserDriver> driver = services_.makeDriver ? services_.makeDriver(facts) : nullptr;
+  if (!driver)
+    return nullptr;
+  BrowserHooks hooks;
+  if (services_.launch)
+    hooks.launch = [launch = services_.launch, &facts] { launch(facts); };
+  hooks.isFrontmost = [desktop = services_.desktop, &facts] {
+    return std::ranges::any_of(desktop->processes(), [&](const DesktopProcess& process) {
+      return process.isFrontmost && process.bundleIdentifier == facts.id;
+    });
+  };
+  if (facts.family == platform::BrowserFamily::safari)
+    application = std::make_shared<SafariApplication>(facts, std::move(driver), std::move(hooks));
+  else
+    application = std::make_shared<ChromiumApplication>(facts, std::move(driver), std::move(hooks));
+  return application;
+}
+
+} // namespace tabwright::scripting

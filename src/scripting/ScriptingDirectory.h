@@ -1,0 +1,52 @@
+#pragma once
+
+#include "applescript/events/ScriptableApplication.h"
+#include "platform/BrowserTable.h"
+#include "scripting/driver/BrowserDriver.h"
+#include "scripting/systemevents/Desktop.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+namespace tabwright::scripting {
+
+/// What the directory makes its applications of.
+struct ScriptingServices {
+  /// A driver for a browser; null when the browser isn't installed, or there is no way to it. Asked again until there is
+  /// one, then kept.
+  std::function<std::shared_ptr<BrowserDriver>(const platform::BrowserFacts&)> makeDriver;
+  /// Starts a browser that `activate` finds not running; throws when it can't. Empty: such an `activate` is error −600.
+  std::function<void(const platform::BrowserFacts&)> launch;
+  std::shared_ptr<Desktop> desktop; ///< required
+  /// This program as scripts address it, and what `activate` does to it; empty for nothing.
+  std::string ownName = "Tabwright";
+  std::string ownBundleIdentifier = "com.tabwright.tabwright";
+  std::function<void()> activateSelf;
+};
+
+/// The applications that scripts can speak to: the supported browsers, System Events, and this program. Ids and names are
+/// found in any case. Dictionaries are known for all of them, installed or not. Safe from several threads.
+class ScriptingDirectory final : public applescript::ApplicationDirectory {
+public:
+  explicit ScriptingDirectory(ScriptingServices services);
+
+  [[nodiscard]] const applescript::Terminology* terminologyByID(std::string_view bundleIdentifier) const override;
+  [[nodiscard]] const applescript::Terminology* terminologyByName(std::string_view name) const override;
+  [[nodiscard]] std::shared_ptr<applescript::ScriptableApplication> findByID(std::string_view bundleIdentifier) override;
+  [[nodiscard]] std::shared_ptr<applescript::ScriptableApplication> findByName(std::string_view name) override;
+
+private:
+  std::shared_ptr<applescript::ScriptableApplication> browser(const platform::BrowserFacts& facts);
+
+  ScriptingServices services_;
+  std::shared_ptr<applescript::ScriptableApplication> systemEvents_;
+  std::shared_ptr<applescript::ScriptableApplication> self_;
+  std::mutex mutex_;
+  std::map<std::string_view, std::shared_ptr<applescript::ScriptableApplication>> browsers_; ///< by id, once made
+};
+
+} // namespace tabwright::scripting

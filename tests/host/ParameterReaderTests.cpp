@@ -1,0 +1,108 @@
+#include "host/ParameterReader.h"
+#include "intents/UsageError.h"
+#include "support/ActionBench.h"
+#include "support/FailureText.h"
+
+#include <boost/json/parse.hpp>
+#include <boost/json/serialize.hpp>
+#include <gtest/gtest.h>
+
+namespace tabwright::host {
+namespace {
+
+class ParameterReader : public testing::Test {
+protected:
+  // All parameters of an action as they are after reading, as one JSON text, or the complaint.
+  std::string read(std::string_view actionName, const ParameterValues& values) {
+    const auto action = bench.catalogue.make(actionName);
+    const std::string failure = testsupport::failureText([&] {
+      readParameters(*action, values);
+      return 0;
+    });
+    if (failure != "no failure")
+      return failure;
+    boost::json::object all;
+    for (const intents::ParameterBase* parameter : action->parameters())
+      all[parameter->name()] = parameter->json();
+    return boost::json::serialize(all);
+  }
+
+  testsupport::ActionBench bench;
+};
+
+constexpr const char* defaults =
+    R"({"targetContext":{"id":".focussed","name":"frontmost browser"},"tabSelection":"frontTab","targetTab":null,)"
+    R"("cssSelector":null,"pauseAfterSucessInSeconds":"p00"})";
+constexpr const char* filledIn =
+    R"({"targetContext":{"id":"com.google.chrome","name":"Google Chrome"},"tabSelection":"specificTab",)"
+    R"("targetTab":{"targetContext":{"id":"com.brave.browser","name":"Brave Browser"},"title":"","url":"",)"
+    R"("isLoading":false,"isPrivate":false,"fullID":"com.brave.browser:8"},"cssSelector":"{\"a\":1}",)"
+    R"("pauseAfterSucessInSeconds":"p15"})";
+
+TEST_F(ParameterReader, KeepsDefaultsOfWhatIsNotGiven) {
+  EXPECT_EQ(read("ClickElement", ParameterTexts{}), defaults);
+  EXPECT_EQ(read("ClickElement", boost::json::object{}), defaults);
+  EXPECT_EQ(read("ClickElement", boost::json::object{{"tabSelection", nullptr}, {"cssSelector", nullptr}}), defaults);
+}
+
+TEST_F(ParameterReader, FillsInFromTextsAndFromJsonAlike) {
+  EXPECT_EQ(
+      read("ClickElement", ParameterTexts{{"TargetContext", "chrome"},
+                                          {"tabSelection", "specificTab"},
+                                          {"targettab", R"({"targetContext":"brave","fullID":"com.brave.browser:8"})"},
+                                          {"cssSelector", R"({"a":1})"},
+                                          {"pauseAfterSucessInSeconds", "1.5"}}),
+      filledIn);
+  EXPECT_EQ(read("ClickElement", boost::json::parse(R"({
+                   "targetContext": {"id": "com.google.Chrome"}, "tabSelection": "specificTab",
+                   "targetTab": {"targetContext": "brave", "fullID": "com.brave.browser:8"},
+                   "cssSelector": "{\"a\":1}", "pauseAfterSucessInSeconds": "p15"})")
+                                     .as_object()),
+            filledIn);
+}
+
+TEST_F(ParameterReader, ComplaintsNameTheParameterWhatCameAndWhatMayStandThere) {
+  struct Case {
+    ParameterValues values;
+    const char* complaint;
+  };
+  const Case cases[]{
+      {ParameterTexts{{"selector", "a"}}, "ClickElement has no parameter \"selector\". Did you mean cssSelector?"},
+      {ParameterTexts{{"targetTabs", "a"}}, "ClickElement has no parameter \"targetTabs\". Did you mean targetTab?"},
+      {ParameterTexts{{"colour", "red"}}, "ClickElement has no parameter \"colour\". Its parameters are targetContext, "
+                                          "tabSelection, targetTab, cssSelector, "
+                                          "pauseAfterSucessInSeconds."},
+      {boost::json::object{{"cssSelectro", "a"}},
+       "ClickElement has no parameter \"cssSelectro\". Did you mean cssSelector?"},
+      {ParameterTexts{{"cssSelector", "a"}, {"CSSSelector", "b"}}, "cssSelector is given twice."},
+      {ParameterTexts{{"tabSelection", "backTab"}},
+       "tabSelection can't be \"backTab\"; give one of frontTab, specificTab."},
+      {ParameterTexts{{"pauseAfterSucessInSeconds", "0.7"}},
+       "pauseAfterSucessInSeconds can't be \"0.7\"; give one of p00, p05, p10, p15, p20, p25, p30, p35, p40."},
+      {boost::json::object{{"cssSelector", 5}}, "cssSelector can't be 5; give a text."},
+      {boost::json::object{{"tabSelection", true}}, "tabSelection can't be true; give one of frontTab, specificTab."},
+      {ParameterTexts{{"targetContext", "netscape"}}, "targetContext can't be \"netscape\"; give one of frontmost, "
+                                                      "brave, chromium, chrome, edge, safari, vivaldi, or an "
+                                                      "object with an id."},
+      {ParameterTexts{{"targetTab", "8"}}, "targetTab can't be 8; give a JSON object of the type BrowserTabEntity."},
+      {ParameterTexts{{"targetTab", R"([{},{},{}])"}},
+       "targetTab can't be a list of 3 items; give one JSON object of the type BrowserTabEntity."},
+      {boost::json::object{{"targetTab", {{"targetContext", "chromium"}, {"fullID", "a:1"}, {"url", 7}}}},
+       "targetTab.url can't be 7; give a text."},
+      {boost::json::object{{"targetTab", {{"targetContext", "opera"}, {"fullID", "a:1"}}}},
+       "targetTab.targetContext can't be \"opera\"; give one of frontmost, brave, chromium, chrome, edge, safari, "
+       "vivaldi, "
+       "or an object with an id."},
+  };
+  for (const Case& one : cases)
+    EXPECT_EQ(read("ClickElement", one.values), one.complaint);
+}
+
+TEST_F(ParameterReader, WrongUseIsTellableFromOtherFailures) {
+  const auto action = bench.catalogue.make("ClickElement");
+  EXPECT_THROW(readParameters(*action, ParameterTexts{{"x", "y"}}), intents::UsageError);
+  EXPECT_THROW(readParameters(*action, ParameterTexts{{"tabSelection", "y"}}), intents::UsageError);
+}
+
+} // namespace
+} // namespace tabwright::host

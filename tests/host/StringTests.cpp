@@ -1,0 +1,161 @@
+// Texts and declarations, held against each other: each key that an action, enum or entity declares has a text, each
+// text belongs to a declaration, and summaries have exactly the fields that they declare.
+#include "actions/SharedParameters.h"
+#include "browserdata/BrowserWindowEntity.h"
+#include "support/ActionBench.h"
+
+#include <boost/json/parse.hpp>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <set>
+#include <sstream>
+
+namespace tabwright::host {
+namespace {
+
+using intents::LocalizedText;
+
+std::string contentOf(const std::filesystem::path& file) {
+  std::stringstream content;
+  content << std::ifstream(file, std::ios::binary).rdbuf();
+  return content.str();
+}
+
+// The shared parameters in all their variants, whether or not an action has them already.
+class EverySharedParameter final : public intents::Intent {
+public:
+  explicit EverySharedParameter(const actions::ActionServices& services)
+      : Intent("Shared", ""), plain(*this, actions::shared::targetContext(services)),
+        tab(*this, actions::shared::targetContext(services, actions::shared::TargetDescription::tabSelection)),
+        window(*this, actions::shared::targetContext(services, actions::shared::TargetDescription::targetWindow)) {}
+  intents::ValueType resultType() const override {
+    return intents::ValueTraits<std::vector<browserdata::BrowserWindowEntity>>::type();
+  }
+
+  intents::Parameter<engine::TargetContext> plain, tab, window;
+  intents::Parameter<actions::TabSelectionOption> tabSelection{*this, actions::shared::tabSelection()};
+  intents::Parameter<browserdata::BrowserTabEntity> targetTab{*this, actions::shared::targetTab()};
+  intents::Parameter<browserdata::BrowserWindowEntity> targetWindow{*this, actions::shared::targetWindow()};
+  intents::Parameter<std::string> cssSelector{*this, actions::shared::cssSelector()};
+  intents::Parameter<actions::PauseOption> pause{*this, actions::shared::pauseAfterSucessInSeconds()};
+};
+
+class Strings : public testing::Test {
+protected:
+  Strings() {
+    for (const std::string& name : bench.catalogue.names()) {
+      const auto action = bench.catalogue.make(name);
+      declare(action->title());
+      for (const intents::SummaryRow& row : action->summary().rows)
+        declare(action->summaryText(row));
+      declareParameters(*action);
+    }
+    declareParameters(EverySharedParameter(bench.services));
+  }
+
+  void declare(const LocalizedText& text) { declared[text.table].insert(text.key); }
+
+  void declareParameters(const intents::Intent& action) {
+    for (const intents::ParameterBase* parameter : action.parameters()) {
+      const intents::ParameterDeclaration& declaration = parameter->declaration();
+      declare(declaration.title);
+      declare(declaration.description);
+      if (declaration.requestDialog)
+        declare(*declaration.requestDialog);
+      declareType(declaration.type);
+    }
+    declareType(action.resultType());
+  }
+
+  void declareType(const intents::ValueType& type) {
+    if (type.enumeration) {
+      declare(type.enumeration->typeCaption());
+      for (const intents::EnumCase& enumCase : type.enumeration->cases)
+        declare(type.enumeration->caption(enumCase));
+    }
+    if (type.entity && declared[type.entity->typeCaption.table].insert(type.entity->typeCaption.key).second) {
+      for (const intents::PropertyDeclaration& property : type.entity->properties) {
+        declare(property.title);
+        declareType(property.type);
+      }
+    }
+  }
+
+  static boost::json::object tableOf(const std::string& name) {
+    const auto file = std::filesystem::path(TABWRIGHT_SOURCE_DIR) / "resources/strings/en" / (name + ".json");
+    return boost::json::parse(contentOf(file)).as_object();
+  }
+
+  testsupport::ActionBench bench;
+  std::map<std::string, std::set<std::string>> declared; // keys by table
+};
+
+TEST_F(Strings, EveryDeclaredKeyHasAText) {
+  for (const auto& [table, keys] : declared) {
+    const boost::json::object texts = tableOf(table);
+    for (const std::string& key : keys) {
+      const boost::json::value* text = texts.if_contains(key);
+      ASSERT_TRUE(text) << table << ": " << key;
+      EXPECT_FALSE(text->as_string().empty()) << table << ": " << key;
+    }
+  }
+}
+
+TEST_F(Strings, EveryTextBelongsToADeclaration) {
+  for (const auto& [table, keys] : declared) {
+    for (const auto& [key, text] : tableOf(table)) {
+      const bool isOfDeclarations = table != "Localizable" || key.starts_with("appEnum.");
+      EXPECT_TRUE(!isOfDeclarations || keys.contains(key)) << table << ": " << key;
+    }
+  }
+}
+
+TEST_F(Strings, TextsOfHelpAreUsed) {
+  std::string sources;
+  for (const char* folder : {"src/host", "src/intents"}) {
+    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(TABWRIGHT_SOURCE_DIR) / folder))
+      sources += contentOf(entry.path());
+  }
+  std::size_t count = 0;
+  for (const auto& [key, text] : tableOf("Localizable")) {
+    if (!key.starts_with("help.") && !key.starts_with("parameter."))
+      continue;
+    ++count;
+    EXPECT_NE(sources.find('"' + std::string(key) + '"'), std::string::npos) << key;
+  }
+  EXPECT_GT(count, 0U);
+}
+
+TEST_F(Strings, SummariesHoldTheirDeclaredFields) {
+  for (const std::string& name : bench.catalogue.names()) {
+    const auto action = bench.catalogue.make(name);
+    for (const intents::SummaryRow& row : action->summary().rows) {
+      std::multiset<std::string> expected;
+      for (const intents::ParameterBase* parameter : row.sentence)
+        expected.insert(parameter->name());
+      const std::string text = action->summaryText(row).text();
+      static const std::regex field(R"(\$\{(\w+)\})");
+      std::multiset<std::string> found;
+      for (std::sregex_iterator match(text.begin(), text.end(), field), end; match != end; ++match)
+        found.insert((*match)[1]);
+      EXPECT_EQ(found, expected) << text;
+    }
+  }
+}
+
+TEST_F(Strings, EveryParameterIsShownBySomeSummary) {
+  for (const std::string& name : bench.catalogue.names()) {
+    const auto action = bench.catalogue.make(name);
+    for (const intents::ParameterBase* parameter : action->parameters())
+      EXPECT_TRUE(std::ranges::any_of(action->summary().rows,
+                                      [&](const intents::SummaryRow& row) { return row.shows(*parameter); }))
+          << name << "." << parameter->name();
+  }
+}
+
+} // namespace
+} // namespace tabwright::host

@@ -1,0 +1,117 @@
+#include "integration/DriverFixture.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+namespace tabwright::scripting {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::unique_ptr<DevToolsDriver> makeDriverWith(const support::ChromiumProcess& chromium, const fs::path& helper) {
+  return std::make_unique<DevToolsDriver>(chromiumFacts(),
+                                          DevToolsDriverParts{helper, [&chromium] { return chromium.find(); }});
+}
+
+/// A copy of the helper that claims another version and says so in the names it gives.
+fs::path copyHelper(const fs::path& directory, const std::string& version) {
+  fs::copy(support::helperDirectory(), directory);
+  std::ifstream in(directory / "manifest.json");
+  std::string manifest{std::istreambuf_iterator<char>(in), {}};
+  const std::string key = "\"version\": \"";
+  const std::size_t start = manifest.find(key) + key.size();
+  manifest.replace(start, manifest.find('"', start) - start, version);
+  std::ofstream(directory / "manifest.json") << manifest;
+  return directory;
+}
+
+} // namespace
+
+TEST(HelperVersions, AnOlderHelperIsReplacedAndANewerOneIsKept) {
+  const support::ChromiumProcess chromium;
+  const fs::path newer = copyHelper(chromium.profileDirectory() / "newer", "99.1");
+  const fs::path older = copyHelper(chromium.profileDirectory() / "older", "0.9.9");
+  const auto version = [&] {
+    const auto endpoint =
+        devtools::Discovery().endpoint(chromium.profileDirectory(), chromium.process(), ::geteuid());
+    const boost::json::object reply =
+        devtools::Connection::open(endpoint.value(), {})->call("Extensions.getExtensions", {}, {}, {});
+    return std::string(reply.at("extensions").as_array().at(0).at("version").as_string());
+  };
+
+  EXPECT_EQ(makeDriverWith(chromium, older)->snapshot({})->windows.size(), 1U);
+  EXPECT_EQ(version(), "0.9.9");
+  EXPECT_EQ(makeDriverWith(chromium, newer)->snapshot({})->windows.size(), 1U);
+  EXPECT_EQ(version(), "99.1");
+  EXPECT_EQ(makeDriver(chromium)->snapshot({})->windows.size(), 1U);
+  EXPECT_EQ(version(), "99.1");
+}
+
+TEST(WithoutHelper, TheProtocolAloneDoesForTheCommonCommands) {
+  const support::ChromiumProcess chromium;
+  const std::unique_ptr<DevToolsDriver> driver = makeDriverWith(chromium, "/nonexistent");
+  const auto window = [&](WindowID id) -> std::optional<WindowState> {
+    const auto snapshot = driver->snapshot({});
+    const auto found = std::ranges::find(snapshot->windows, id, &WindowState::id);
+    return found != snapshot->windows.end() ? std::optional(*found) : std::nullopt;
+  };
+
+  const WindowID first = driver->snapshot({})->windows.at(0).id;
+  const TabID blank = window(first)->tabs.at(0).id;
+  const TabID tab = driver->makeTab(first, std::nullopt, "data:text/html,<title>Made</title>", {});
+  eventually([&] { return window(first)->activeTabIndex == 2 && window(first)->title == "Made"; });
+  EXPECT_EQ(driver->evaluate(tab, "document.title", {}), "Made");
+  EXPECT_EQ(makeDriverWith(chromium, "/nonexistent")->evaluate(tab, "1 + 1", {}), 2) << "ids hold in other processes";
+  driver->activateTab(blank, {});
+  eventually([&] { return window(first)->activeTabIndex == 1; });
+
+  const WindowID second = driver->makeWindow(WindowMode::incognito, "about:blank", {});
+  EXPECT_EQ(driver->snapshot({})->windows.front().id, second);
+  EXPECT_EQ(window(second)->mode, WindowMode::incognito);
+  driver->raiseWindow(first, {});
+  EXPECT_EQ(driver->snapshot({})->windows.front().id, first);
+  driver->setGivenName(second, "mine", {});
+  EXPECT_EQ(window(second)->givenName, "mine");
+  driver->closeWindow(second, {});
+  EXPECT_FALSE(window(second));
+
+  driver->closeTab(tab, {});
+  EXPECT_EQ(window(first)->tabs.size(), 1U);
+  EXPECT_EQ(faultOf([&] { driver->evaluate(tab, "1", {}); }), DriverFault::noSuchTab);
+  EXPECT_EQ(faultOf([&] { driver->raiseWindow(second, {}); }), DriverFault::noSuchWindow);
+}
+
+TEST_F(DriverTest, AWindowOfDeveloperToolsIsListedWithoutTabsAndCanBeClosed) {
+  const TabID tab = open("data:text/html,<title>inspected</title>");
+  const auto connection = connect();
+  const boost::json::object opened =
+      connection->call("Target.openDevTools", {{"targetId", pageTitled("inspected")}}, {}, limits());
+  const std::string target(opened.at("targetId").as_string());
+  {
+    const auto tools = devtools::Session::attach(connection, target, devtools::Session::Kind::page, limits());
+    eventually([&] {
+      return tools->evaluate("typeof InspectorFrontendHost?.setIsDocked === 'function'", limits()).value == true;
+    });
+    tools->evaluate("new Promise(done => InspectorFrontendHost.setIsDocked(false, done))", limits());
+  }
+  const auto tools = [&]() -> std::optional<WindowState> {
+    for (const WindowState& window : snapshot()->windows) {
+      if (window.tabs.empty())
+        return window;
+    }
+    return std::nullopt;
+  };
+  eventually([&] { return tools().has_value(); });
+  ASSERT_TRUE(tools());
+  EXPECT_EQ(tools()->activeTabIndex, 0U);
+  eventually([&] { return tools()->title.starts_with("DevTools"); });
+  driver().closeWindow(tools()->id, limits());
+  eventually([&] { return !tools(); });
+  EXPECT_TRUE(find(tab));
+}
+
+} // namespace tabwright::scripting
