@@ -58,7 +58,8 @@ function changed() {
 }
 
 // --------------------------------------------------------------------------------------------- listening to changes
-// All listeners are added while the script first runs: the browser starts the worker for an event only then.
+// All listeners are added while the script first runs: the browser starts the worker for an event only then. Without the
+// list of types, windows of developer tools would come and go unreported.
 
 chrome.windows.onFocusChanged.addListener(async (id) => {
   if (id === unsetWindow) return;
@@ -66,7 +67,7 @@ chrome.windows.onFocusChanged.addListener(async (id) => {
   changed();
   await isReady;
   await remember();
-});
+}, { windowTypes });
 
 chrome.windows.onCreated.addListener(async (window) => {
   if (window.focused) toFront(window.id);
@@ -74,7 +75,7 @@ chrome.windows.onCreated.addListener(async (window) => {
   changed();
   await isReady;
   await remember();
-});
+}, { windowTypes });
 
 chrome.windows.onRemoved.addListener(async (id) => {
   changed();
@@ -82,7 +83,7 @@ chrome.windows.onRemoved.addListener(async (id) => {
   kept.order = kept.order.filter((other) => other !== id);
   delete kept.names[id];
   await remember();
-});
+}, { windowTypes });
 
 for (const event of [
   chrome.windows.onBoundsChanged,

@@ -13,9 +13,8 @@
 #include "scripting/systemevents/LinuxDesktop.h"
 #include "targets/BrowserTargetContextsProvider.h"
 #include "targets/FrontmostBrowserResolver.h"
-#include "targets/PathProbe.h"
+#include "targets/MachineProbe.h"
 
-#include <cstdlib>
 #include <map>
 #include <mutex>
 #include <string>
@@ -25,20 +24,6 @@ namespace tabwright::app {
 namespace {
 
 using platform::BrowserFacts;
-
-std::vector<const BrowserFacts*> runningKinds() {
-  std::vector<const BrowserFacts*> kinds;
-  for (const BrowserFacts& facts : platform::browserTable) {
-    if (!platform::RunningBrowsers().find(facts).empty())
-      kinds.push_back(&facts);
-  }
-  return kinds;
-}
-
-std::string searchPath() {
-  const char* path = std::getenv("PATH");
-  return path ? path : "";
-}
 
 /// One driver per browser, made when it is first asked for.
 class Drivers {
@@ -86,7 +71,7 @@ struct Composition::Parts {
   platform::PosixFileManager files;
   platform::SystemClock clock;
   crashreport::LoggingCrashReporter crashReporter;
-  targets::PathProbe probe{searchPath(), runningKinds};
+  targets::MachineProbe probe;
   targets::TargetContextManager targetContexts{probe};
   targets::FrontmostBrowserResolver frontmost{targetContexts};
   targets::BrowserTargetContextsProvider browserTargets{targetContexts};

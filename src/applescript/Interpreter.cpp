@@ -73,6 +73,8 @@ Value Interpreter::call(Script& script, std::string_view handler, std::vector<Va
   return Evaluator(state_->surroundings, state_->limits, script, std::move(stop)).call(handler, std::move(arguments));
 }
 
-void ScriptDeleter::operator()(Script* script) const { delete script; }
+void ScriptDeleter::operator()(Script* script) const {
+  delete script;
+}
 
 } // namespace tabwright::applescript

@@ -19,8 +19,8 @@ namespace tabwright::applescript {
 
 /// What a running script needs of the world, all replaceable in tests.
 struct Surroundings {
-  ApplicationDirectory* directory = nullptr;       ///< required
-  const ObjectiveCBridge* objectiveC = nullptr;    ///< null: `use framework` finds no classes
+  ApplicationDirectory* directory = nullptr;    ///< required
+  const ObjectiveCBridge* objectiveC = nullptr; ///< null: `use framework` finds no classes
   /// Bundle identifier and name that `current application` and `me`'s own application answer to.
   std::string ownName = "Tabwright";
 
@@ -36,9 +36,10 @@ struct Surroundings {
 
 /// Bounds of a run: beyond them the script ends with an error of its own, never with a crash.
 struct RunLimits {
-  std::size_t handlerDepth = 1000;          ///< error −2706
-  std::size_t valueBytes = 1u << 30;        ///< one text or list grown beyond this: error −2707
-  std::chrono::nanoseconds eventTimeout = std::chrono::seconds(120); ///< error −1712, unless `with timeout` says otherwise
+  std::size_t handlerDepth = 1000;   ///< error −2706
+  std::size_t valueBytes = 1u << 30; ///< one text or list grown beyond this: error −2707
+  std::chrono::nanoseconds eventTimeout =
+      std::chrono::seconds(120); ///< error −1712, unless `with timeout` says otherwise
   std::size_t steps = 0; ///< statements and expressions evaluated in all; beyond them −128. 0: as many as it takes
 };
 
@@ -67,9 +68,9 @@ public:
   [[nodiscard]] CompiledScript compile(std::string source);
   [[nodiscard]] std::vector<ScriptError> check(std::string source) const;
 
-  /// Runs the `run` handler, explicit or implicit, with its arguments. The result is the value of the last statement, or
-  /// `nothing`. References are looked through at every depth and object specifiers left as they are; a script object in
-  /// the result is of use only while `script` lives. Throws ScriptError (Stage::execution).
+  /// Runs the `run` handler, explicit or implicit, with its arguments. The result is the value of the last statement,
+  /// or `nothing`. References are looked through at every depth and object specifiers left as they are; a script object
+  /// in the result is of use only while `script` lives. Throws ScriptError (Stage::execution).
   Value run(Script& script, std::vector<Value> arguments = {}, std::stop_token stop = {});
 
   /// Calls a handler by name (ignoring case) with positional arguments; error −1708 when the script has none.

@@ -19,9 +19,10 @@
 #include <thread>
 #include <unordered_map>
 
-// One thread runs an I/O context with one websocket: it reads message after message, hands answers to their waiting calls
-// by id and events to the listener of their session, and writes what callers have queued. Callers only take a mutex, so a
-// call costs two hand-overs between threads. Whatever goes wrong on the channel ends in `lose`, which fails all that wait.
+// One thread runs an I/O context with one websocket: it reads message after message, hands answers to their waiting
+// calls by id and events to the listener of their session, and writes what callers have queued. Callers only take a
+// mutex, so a call costs two hand-overs between threads. Whatever goes wrong on the channel ends in `lose`, which fails
+// all that wait.
 
 namespace tabwright::devtools {
 
@@ -157,8 +158,7 @@ private:
   static std::string reasonOf(const error_code& error) {
     if (error == beast::websocket::error::message_too_big || error == beast::websocket::error::buffer_overflow)
       return "it sent a message that is too large";
-    if (error == beast::websocket::error::closed || error == asio::error::eof ||
-        error == asio::error::connection_reset)
+    if (error == beast::websocket::error::closed || error == asio::error::eof || error == asio::error::connection_reset)
       return "the browser ended it";
     return error.message();
   }
@@ -178,7 +178,19 @@ private:
     report(session != nullptr ? std::string(session->as_string()) : std::string(), event);
   }
 
+  /// Reads the answer before looking for its call: one that can't be read must leave the call among those that hear of
+  /// the loss.
+  static PendingCall::Answer readAnswer(boost::json::object& fields) {
+    if (const boost::json::value* error = fields.if_contains("error")) {
+      const boost::json::object& description = error->as_object();
+      return std::unexpected(ProtocolError{static_cast<int>(description.at("code").as_int64()),
+                                           std::string(description.at("message").as_string())});
+    }
+    return std::move(fields.at("result").as_object());
+  }
+
   void answer(std::int64_t id, boost::json::object& fields) {
+    PendingCall::Answer read = readAnswer(fields);
     std::shared_ptr<PendingCall> pending;
     {
       const std::lock_guard lock(mutex_);
@@ -188,15 +200,8 @@ private:
       pending = found->second.lock();
       waiting_.erase(found);
     }
-    if (!pending)
-      return;
-    if (const boost::json::value* error = fields.if_contains("error")) {
-      const boost::json::object& description = error->as_object();
-      pending->complete(std::unexpected(ProtocolError{static_cast<int>(description.at("code").as_int64()),
-                                                      std::string(description.at("message").as_string())}));
-    } else {
-      pending->complete(std::move(fields.at("result").as_object()));
-    }
+    if (pending)
+      pending->complete(std::move(read));
   }
 
   void report(const std::string& session, const Event& event) {
@@ -279,7 +284,9 @@ private:
 
 Connection::Connection(std::unique_ptr<Channel> channel) : channel_(std::move(channel)) {}
 
-Connection::~Connection() { channel_->close(); }
+Connection::~Connection() {
+  channel_->close();
+}
 
 std::shared_ptr<Connection> Connection::open(const Endpoint& endpoint, const platform::CallLimits& limits) {
   return open(endpoint, limits, Bounds{});
@@ -307,10 +314,18 @@ void Connection::listen(const std::string& session, std::function<void(const Eve
   channel_->listen(session, std::move(listener));
 }
 
-void Connection::stopListening(const std::string& session) { channel_->stopListening(session); }
+void Connection::stopListening(const std::string& session) {
+  channel_->stopListening(session);
+}
 
-bool Connection::isOpen() const { return channel_->isOpen(); }
-Traffic Connection::traffic() const { return channel_->traffic(); }
-const Connection::Bounds& Connection::bounds() const { return channel_->bounds(); }
+bool Connection::isOpen() const {
+  return channel_->isOpen();
+}
+Traffic Connection::traffic() const {
+  return channel_->traffic();
+}
+const Connection::Bounds& Connection::bounds() const {
+  return channel_->bounds();
+}
 
 } // namespace tabwright::devtools

@@ -34,8 +34,8 @@ struct Traffic {
 ///     auto connection = Connection::open(endpoint, limits);
 ///     boost::json::object version = connection->call("Browser.getVersion", {}, {}, limits);
 ///
-/// Calls may be sent without waiting for those before them; the browser takes them up in order. When the channel breaks,
-/// every call under way and every later one fails with `lost` and the reason.
+/// Calls may be sent without waiting for those before them; the browser takes them up in order. When the channel
+/// breaks, every call under way and every later one fails with `lost` and the reason.
 ///
 /// Safe to use from any thread. Listeners are called on the connection's own thread, one at a time, in the order of the
 /// browser's messages; they must not block, and must not drop the last reference to the connection.
@@ -43,8 +43,9 @@ class Connection {
 public:
   /// What bounds a connection.
   struct Bounds {
-    std::size_t received = std::size_t{512} << 20; ///< bytes of the largest message taken; a larger one breaks the connection
-    std::size_t sent = std::size_t{128} << 20;     ///< bytes of the largest message sent; a larger one is refused
+    std::size_t received = std::size_t{512}
+                           << 20; ///< bytes of the largest message taken; a larger one breaks the connection
+    std::size_t sent = std::size_t{128} << 20; ///< bytes of the largest message sent; a larger one is refused
     std::chrono::steady_clock::duration call = std::chrono::seconds(30); ///< how long a call without deadline may take
   };
 

@@ -29,14 +29,22 @@ std::string errorDescription(DevToolsFault fault, const std::string& detail) {
 platform::FailureIdentity identity(DevToolsFault fault) {
   const auto name = [fault] {
     switch (fault) {
-    case DevToolsFault::unreachable: return "unreachable";
-    case DevToolsFault::lost: return "lost";
-    case DevToolsFault::refused: return "refused";
-    case DevToolsFault::timedOut: return "timedOut";
-    case DevToolsFault::stopped: return "stopped";
-    case DevToolsFault::targetGone: return "targetGone";
-    case DevToolsFault::targetCrashed: return "targetCrashed";
-    case DevToolsFault::dialogOpen: return "dialogOpen";
+    case DevToolsFault::unreachable:
+      return "unreachable";
+    case DevToolsFault::lost:
+      return "lost";
+    case DevToolsFault::refused:
+      return "refused";
+    case DevToolsFault::timedOut:
+      return "timedOut";
+    case DevToolsFault::stopped:
+      return "stopped";
+    case DevToolsFault::targetGone:
+      return "targetGone";
+    case DevToolsFault::targetCrashed:
+      return "targetCrashed";
+    case DevToolsFault::dialogOpen:
+      return "dialogOpen";
     }
     return "";
   };

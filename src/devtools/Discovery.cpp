@@ -9,7 +9,6 @@
 #include <cerrno>
 #include <charconv>
 #include <cstring>
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -47,7 +46,7 @@ std::expected<std::string, DiscoveryFailure> readTrusted(const std::filesystem::
       return fault(DiscoveryFault::absent, detail);
     return fault(error == ELOOP ? DiscoveryFault::untrusted : DiscoveryFault::unreadable, detail);
   }
-  struct stat status {};
+  struct stat status{};
   std::array<char, 256> buffer{};
   const bool isKnown = ::fstat(descriptor, &status) == 0;
   const ssize_t size = isKnown && S_ISREG(status.st_mode) ? ::read(descriptor, buffer.data(), buffer.size()) : 0;

@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
-
 #include <sys/types.h>
 
 namespace tabwright::devtools {
@@ -31,8 +30,8 @@ struct DiscoveryFailure {
   std::string detail; ///< the file and what is wrong with it, for the log
 };
 
-/// Reads the text of DevToolsActivePort strictly: a port from 1 to 65535 without sign or leading zero, a newline, and the
-/// path "/devtools/browser/" with a UUID; nothing before, between or behind, but for one newline at the end.
+/// Reads the text of DevToolsActivePort strictly: a port from 1 to 65535 without sign or leading zero, a newline, and
+/// the path "/devtools/browser/" with a UUID; nothing before, between or behind, but for one newline at the end.
 [[nodiscard]] std::expected<Endpoint, DiscoveryFailure> parseActivePort(std::string_view text);
 
 /// Finds the endpoint of a running browser by the file DevToolsActivePort in its user data directory.
@@ -45,8 +44,8 @@ public:
   explicit Discovery(std::filesystem::path processes = "/proc");
 
   /// The endpoint of the browser process that serves the profile, or why there is none. `owner` is that process' user.
-  [[nodiscard]] std::expected<Endpoint, DiscoveryFailure>
-  endpoint(const std::filesystem::path& profileDirectory, pid_t process, uid_t owner) const;
+  [[nodiscard]] std::expected<Endpoint, DiscoveryFailure> endpoint(const std::filesystem::path& profileDirectory,
+                                                                   pid_t process, uid_t owner) const;
 
 private:
   std::filesystem::path processes_;

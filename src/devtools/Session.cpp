@@ -49,7 +49,7 @@ struct Session::State {
   const std::string sessionID;
   const Kind kind;
 
-  std::mutex mutex; // guards what follows
+  std::mutex mutex;        // guards what follows
   bool isDetached = false; // the browser has ended the session
   bool isGone = false;
   bool isCrashed = false;
@@ -207,6 +207,8 @@ bool Session::isAttached() const {
   return !state_->isGone && connection_->isOpen();
 }
 
-const std::string& Session::targetID() const { return state_->targetID; }
+const std::string& Session::targetID() const {
+  return state_->targetID;
+}
 
 } // namespace tabwright::devtools

@@ -9,9 +9,9 @@ namespace tabwright::devtools {
 
 /// Reads one message of the protocol. Throws boost::system::system_error when it isn't JSON.
 ///
-/// JavaScript texts may hold half a surrogate pair (one that was cut in the middle of an emoji), which no UTF-8 text can:
-/// each becomes U+FFFD, as in the browser's own conversion of such texts to UTF-8 (Encoding Standard, "UTF-8 encode").
-/// Nesting is bounded above what the browser itself serialises.
+/// JavaScript texts may hold half a surrogate pair (one that was cut in the middle of an emoji), which no UTF-8 text
+/// can: each becomes U+FFFD, as in the browser's own conversion of such texts to UTF-8 (Encoding Standard, "UTF-8
+/// encode"). Nesting is bounded above what the browser itself serialises.
 [[nodiscard]] boost::json::value parseMessage(std::string_view text);
 
 /// JSON text with every \u escape that is half a surrogate pair replaced by \ufffd; all else as it stands.

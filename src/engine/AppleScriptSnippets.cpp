@@ -3,8 +3,8 @@
 #include "engine/AppleScriptSnippets.h"
 
 #include "engine/PageLibrary.h"
-#include "engine/Scriptacular.h"
 #include "engine/ScriptText.h"
+#include "engine/Scriptacular.h"
 #include "engine/TextTemplate.h"
 #include "engine/ULID.h"
 #include "engine/errors/AppleScriptRuntimeError.h"
@@ -21,7 +21,9 @@ namespace {
 
 const platform::Logger logger("AppleScriptSnippets");
 
-std::string numberOf(AppleScriptRuntimeError error) { return std::to_string(rawValue(error)); }
+std::string numberOf(AppleScriptRuntimeError error) {
+  return std::to_string(rawValue(error));
+}
 
 std::string joinedLines(std::initializer_list<std::string_view> pieces) {
   std::string text;
@@ -64,16 +66,14 @@ JobVariables JobVariables::fresh() {
 }
 
 const std::string& AppleScriptSnippets::openWindowsCheck() {
-  static const std::string text =
-      TextTemplate(resources::openWindowsCheck_applescript)
-          .fill({{"NO_OPEN_WINDOWS", numberOf(AppleScriptRuntimeError::noOpenWindows)}});
+  static const std::string text = TextTemplate(resources::openWindowsCheck_applescript)
+                                      .fill({{"NO_OPEN_WINDOWS", numberOf(AppleScriptRuntimeError::noOpenWindows)}});
   return text;
 }
 
 std::string AppleScriptSnippets::requestedWindowCheck(std::string_view windowID) {
   static const TextTemplate text(resources::requestedWindowCheck_applescript);
-  return text.fill(
-      {{"WINDOW_ID", windowID}, {"WINDOW_NOT_FOUND", numberOf(AppleScriptRuntimeError::windowNotFound)}});
+  return text.fill({{"WINDOW_ID", windowID}, {"WINDOW_NOT_FOUND", numberOf(AppleScriptRuntimeError::windowNotFound)}});
 }
 
 std::string AppleScriptSnippets::tabLookup(std::string_view tabFullID) {
@@ -122,8 +122,7 @@ std::string AppleScriptSnippets::frontmostScriptText(std::span<const std::string
 
 std::string AppleScriptSnippets::permissionTriggerScript(std::string_view bundleID, std::string_view applicationName) {
   static const TextTemplate text(resources::permissionTrigger_applescript);
-  return text.fill(
-      {{"MAIN_HANDLER", mainHandlerName}, {"BUNDLE_ID", bundleID}, {"APPLICATION_NAME", applicationName}});
+  return text.fill({{"MAIN_HANDLER", mainHandlerName}, {"BUNDLE_ID", bundleID}, {"APPLICATION_NAME", applicationName}});
 }
 
 } // namespace tabwright::engine

@@ -15,8 +15,8 @@ struct JobVariables {
   [[nodiscard]] static JobVariables fresh();
 };
 
-/// The fixed pieces of generated AppleScript. All are plain text without a line feed at the end; an action's script is a
-/// list of such pieces and its own lines, joined with one line feed.
+/// The fixed pieces of generated AppleScript. All are plain text without a line feed at the end; an action's script is
+/// a list of such pieces and its own lines, joined with one line feed.
 ///
 ///     AppleScriptSnippets::jobForFrontTab("return clickPageElement(\"a\")", 1.0, 0.2)
 ///
@@ -28,12 +28,12 @@ public:
   /// Ends the script in `noOpenWindows` unless the browser has a window.
   [[nodiscard]] static const std::string& openWindowsCheck();
 
-  /// Binds `nativeWindow` and `REQUESTED_WINDOW`, or ends the script in `windowNotFound`. `windowID` is a `nativeID` and
-  /// goes into the text as it is.
+  /// Binds `nativeWindow` and `REQUESTED_WINDOW`, or ends the script in `windowNotFound`. `windowID` is a `nativeID`
+  /// and goes into the text as it is.
   [[nodiscard]] static std::string requestedWindowCheck(std::string_view windowID);
 
-  /// Binds `tabID`, `nativeTab` and `nativeWindow`, or ends the script in `tabNotFound`. `tabFullID` is the full id of a
-  /// tab, context id included.
+  /// Binds `tabID`, `nativeTab` and `nativeWindow`, or ends the script in `tabNotFound`. `tabFullID` is the full id of
+  /// a tab, context id included.
   [[nodiscard]] static std::string tabLookup(std::string_view tabFullID);
 
   /// A whole script: checks for windows, binds the front variables, and runs `js` as a job in the front tab.
@@ -48,8 +48,8 @@ public:
   ///
   /// `js` is the body of an asynchronous function that may call the page library. What it returns arrives as a list of
   /// texts: nested lists flattened, numbers and booleans in their text form, anything else as empty text. A thrown
-  /// error arrives as its text, no value as `emptyResultMarker` alone. The script ends in `pageLoadDuringExecution` when
-  /// the page goes away; when time runs out it goes on behind the job.
+  /// error arrives as its text, no value as `emptyResultMarker` alone. The script ends in `pageLoadDuringExecution`
+  /// when the page goes away; when time runs out it goes on behind the job.
   [[nodiscard]] static std::string asyncJob(std::string_view js, double timeout, double interval);
   /// The same with given variable names.
   [[nodiscard]] static std::string asyncJob(std::string_view js, double timeout, double interval,

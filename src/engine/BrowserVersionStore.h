@@ -9,8 +9,8 @@ class BrowserVersionStore {
 public:
   virtual ~BrowserVersionStore() = default;
 
-  /// Called after each successful script of an action, from the thread that runs it; several may run at once. An id that
-  /// the store doesn't know is ignored. Must not throw.
+  /// Called after each successful script of an action, from the thread that runs it; several may run at once. An id
+  /// that the store doesn't know is ignored. Must not throw.
   virtual void setBrowserVersion(std::string_view id, std::string_view version) = 0;
 };
 

@@ -6,6 +6,7 @@
 #include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
 #include <boost/system/error_code.hpp>
+
 #include <cmath>
 
 namespace tabwright::engine {
@@ -112,7 +113,9 @@ void logDecodedPayload(const json::value& json) {
     logger.debug("{}", json::serialize(json));
 }
 
-void logDecodingFailure(const std::exception& error) { logger.error("{}", error.what()); }
+void logDecodingFailure(const std::exception& error) {
+  logger.error("{}", error.what());
+}
 
 } // namespace detail
 } // namespace tabwright::engine

@@ -5,6 +5,7 @@
 
 #include <boost/json/object.hpp>
 #include <boost/json/value.hpp>
+
 #include <concepts>
 #include <cstddef>
 #include <cstdint>

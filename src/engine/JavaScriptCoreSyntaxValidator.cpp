@@ -75,8 +75,8 @@ std::optional<std::string> JavaScriptCoreSyntaxValidator::validateJavascript(std
   const std::unique_ptr<JSCContext, decltype(unref)> context(library.contextNew(), unref);
   const std::string code = "(function() { " + std::string(js) + " })";
   JSCException* found = nullptr;
-  library.contextCheckSyntax(context.get(), code.data(), static_cast<gssize>(code.size()),
-                             JSC_CHECK_SYNTAX_MODE_SCRIPT, nullptr, 1, &found);
+  library.contextCheckSyntax(context.get(), code.data(), static_cast<gssize>(code.size()), JSC_CHECK_SYNTAX_MODE_SCRIPT,
+                             nullptr, 1, &found);
   const std::unique_ptr<JSCException, decltype(unref)> exception(found, unref);
   if (!exception) {
     logger.debug("sucess");

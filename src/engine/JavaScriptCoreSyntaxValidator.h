@@ -4,8 +4,8 @@
 
 namespace tabwright::engine {
 
-/// The validator over WebKit's JavaScriptCore. The library is loaded at the first call, so that a program that validates
-/// nothing doesn't pay for it; where it isn't installed, every call throws a `Failure` that names it.
+/// The validator over WebKit's JavaScriptCore. The library is loaded at the first call, so that a program that
+/// validates nothing doesn't pay for it; where it isn't installed, every call throws a `Failure` that names it.
 class JavaScriptCoreSyntaxValidator final : public JavascriptSyntaxValidator {
 public:
   [[nodiscard]] std::optional<std::string> validateJavascript(std::string_view js) override;

@@ -4,6 +4,8 @@
 
 namespace tabwright::engine {
 
-std::string_view pageLibrary() { return resources::pageLibrary_js; }
+std::string_view pageLibrary() {
+  return resources::pageLibrary_js;
+}
 
 } // namespace tabwright::engine

@@ -77,6 +77,8 @@ const TextTemplate& scriptLayers(std::string_view targetID) {
   return targetID == "com.apple.safari" ? safari : chromium;
 }
 
-std::string preparedBody(std::string_view appleScript) { return cleanLines(qualifyingResultCalls(appleScript)); }
+std::string preparedBody(std::string_view appleScript) {
+  return cleanLines(qualifyingResultCalls(appleScript));
+}
 
 } // namespace tabwright::engine

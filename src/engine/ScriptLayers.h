@@ -19,8 +19,8 @@ namespace tabwright::engine {
 /// Calls of the result handlers get a "my", since the lines stand in a `tell` block, where an unqualified call would go
 /// to the application: "return success()" becomes "return my success({})", "return success(" and "return failure("
 /// become "return my success(" and "return my failure(", inside of quotes too. Then each line loses blanks and tabs at
-/// both ends; lines that begin with "--" and lines of white space alone go. Text literals are not spared: the lines of a
-/// job's JavaScript are trimmed alike.
+/// both ends; lines that begin with "--" and lines of white space alone go. Text literals are not spared: the lines of
+/// a job's JavaScript are trimmed alike.
 [[nodiscard]] std::string preparedBody(std::string_view appleScript);
 
 } // namespace tabwright::engine

@@ -17,7 +17,9 @@ bool holdsLineTerminator(std::string_view text) {
          text.find("\u2028") != std::string_view::npos || text.find("\u2029") != std::string_view::npos;
 }
 
-bool needsBackslash(char c) { return c == '\\' || c == '"'; }
+bool needsBackslash(char c) {
+  return c == '\\' || c == '"';
+}
 
 } // namespace
 
@@ -45,7 +47,8 @@ std::string textOfDouble(double value) {
     return value < 0 ? "-inf" : "inf";
   // Shortest digits in the form d.ddde±xx, from which both layouts are made.
   char scientific[32];
-  const auto [end, error] = std::to_chars(scientific, scientific + sizeof scientific, value, std::chars_format::scientific);
+  const auto [end, error] =
+      std::to_chars(scientific, scientific + sizeof scientific, value, std::chars_format::scientific);
   const std::string_view shortest(scientific, error == std::errc() ? static_cast<std::size_t>(end - scientific) : 0);
   const std::size_t exponentMark = shortest.find('e');
   const int exponent = std::atoi(std::string(shortest.substr(exponentMark + 1)).c_str());

@@ -122,7 +122,8 @@ platform::Task<std::string> Scriptacular::payloadOfScript(std::filesystem::path 
   if (logger.isOn(platform::LogLevel::debug))
     logger.debug("Runtime result: {}", result->description());
   ScriptTriple triple = ScriptTriple::decode(*result);
-  if (services_.browserVersions && !isOnboarding_ && triple.browserVersion && !platform::isBlank(*triple.browserVersion))
+  if (services_.browserVersions && !isOnboarding_ && triple.browserVersion &&
+      !platform::isBlank(*triple.browserVersion))
     services_.browserVersions->setBrowserVersion(targetContext_.id, *triple.browserVersion);
   co_return std::move(triple.payload);
 }

@@ -17,7 +17,9 @@ struct TargetContext {
 };
 
 /// The promise of a browser: resolved when an action runs.
-[[nodiscard]] inline TargetContext frontmostTargetContext() { return {".focussed", "frontmost browser"}; }
+[[nodiscard]] inline TargetContext frontmostTargetContext() {
+  return {".focussed", "frontmost browser"};
+}
 
 } // namespace tabwright::engine
 

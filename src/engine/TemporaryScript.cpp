@@ -1,5 +1,5 @@
-// The steps, each with its own failure: test the text, find the scripts folder, ensure the folder Temp, find a free name,
-// write. A taken name moves on to the next moment that a double can tell apart.
+// The steps, each with its own failure: test the text, find the scripts folder, ensure the folder Temp, find a free
+// name, write. A taken name moves on to the next moment that a double can tell apart.
 #include "engine/TemporaryScript.h"
 
 #include "engine/ScriptText.h"

@@ -12,7 +12,8 @@ namespace tabwright::engine {
 ///     const TextTemplate greeting("Hello __NAME__!\n");
 ///     greeting.fill({{"NAME", "__NAME__"}})            // Hello __NAME__!
 ///
-/// The text is cut up once, so filling is one pass of copying, and what is filled in is never searched for placeholders.
+/// The text is cut up once, so filling is one pass of copying, and what is filled in is never searched for
+/// placeholders.
 class TextTemplate {
 public:
   struct Value {

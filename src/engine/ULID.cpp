@@ -1,4 +1,5 @@
-// Five bits make a character. The time's 48 bits fill ten characters with two leading zero bits, the randomness sixteen.
+// Five bits make a character. The time's 48 bits fill ten characters with two leading zero bits, the randomness
+// sixteen.
 #include "engine/ULID.h"
 
 #include <cerrno>

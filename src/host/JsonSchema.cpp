@@ -17,7 +17,10 @@ using intents::ParameterDeclaration;
 using intents::ValueKind;
 using intents::ValueType;
 
-object schemaOf(const ValueType& type);
+// A value that goes in may leave out what one that comes out always has, and may be a text that names it.
+enum class Direction { in, out };
+
+object schemaOf(const ValueType& type, Direction direction);
 
 object schemaOfEnum(const intents::EnumDeclaration& declaration) {
   array names;
@@ -26,23 +29,27 @@ object schemaOfEnum(const intents::EnumDeclaration& declaration) {
   return {{"type", "string"}, {"enum", std::move(names)}};
 }
 
-object schemaOfEntity(const intents::EntityDeclaration& entity) {
+object schemaOfEntity(const intents::EntityDeclaration& entity, Direction direction) {
   object properties;
   array needed;
   for (const intents::PropertyDeclaration& property : entity.properties) {
     object& schema = properties[property.name].emplace_object();
-    schema = schemaOf(property.type);
     schema["title"] = property.title.text();
-    if (property.presence == intents::PropertyPresence::needed)
+    for (auto& [key, value] : schemaOf(property.type, direction))
+      schema[key] = std::move(value);
+    if (direction == Direction::in ? property.presence == intents::PropertyPresence::needed : !property.type.isOptional)
       needed.emplace_back(property.name);
   }
-  return {{"type", "object"},
-          {"properties", std::move(properties)},
-          {"required", std::move(needed)},
-          {"additionalProperties", false}};
+  object schema{{"type", "object"},
+                {"properties", std::move(properties)},
+                {"required", std::move(needed)},
+                {"additionalProperties", false}};
+  if (direction == Direction::out || entity.textForm == intents::TextForm::none)
+    return schema;
+  return {{"anyOf", array{object{{"type", "string"}}, std::move(schema)}}};
 }
 
-object schemaOfItem(const ValueType& type) {
+object schemaOfItem(const ValueType& type, Direction direction) {
   switch (type.kind) {
   case ValueKind::nothing:
     return {{"type", "null"}};
@@ -55,17 +62,17 @@ object schemaOfItem(const ValueType& type) {
   case ValueKind::enumeration:
     return schemaOfEnum(*type.enumeration);
   case ValueKind::entity:
-    return schemaOfEntity(*type.entity);
+    return schemaOfEntity(*type.entity, direction);
   case ValueKind::file:
     return {{"type", array{"object", "array", "string"}}};
   }
   return {};
 }
 
-object schemaOf(const ValueType& type) {
+object schemaOf(const ValueType& type, Direction direction) {
   if (type.isList)
-    return {{"type", "array"}, {"items", schemaOfItem(type)}};
-  return schemaOfItem(type);
+    return {{"type", "array"}, {"items", schemaOfItem(type, direction)}};
+  return schemaOfItem(type, direction);
 }
 
 // Every offered text once: a running browser is also an installed one.
@@ -94,14 +101,10 @@ std::string descriptionOf(const ParameterDeclaration& declaration) {
 
 object schemaOfParameter(const ParameterDeclaration& declaration) {
   object schema{{"title", declaration.title.text()}, {"description", descriptionOf(declaration)}};
-  object type = schemaOf(declaration.type);
-  if (declaration.options) {
-    object text{{"type", "string"}, {"examples", textsOf(*declaration.options)}};
-    schema["anyOf"] = array{std::move(text), std::move(type)};
-  } else {
-    for (auto& [key, value] : type)
-      schema[key] = std::move(value);
-  }
+  for (auto& [key, value] : schemaOf(declaration.type, Direction::in))
+    schema[key] = std::move(value);
+  if (declaration.options)
+    schema["examples"] = textsOf(*declaration.options);
   if (declaration.defaultValue)
     schema["default"] = *declaration.defaultValue;
   else if (const auto offered = declaration.options ? declaration.options->defaultResult() : std::nullopt)
@@ -128,7 +131,7 @@ object inputSchema(const intents::Intent& action) {
 
 object outputSchema(const intents::Intent& action) {
   const ValueType type = action.resultType();
-  object schema = schemaOf(type);
+  object schema = schemaOf(type, Direction::out);
   if (!type.isOptional)
     return schema;
   return {{"anyOf", array{std::move(schema), object{{"type", "null"}}}}};

@@ -23,12 +23,16 @@ struct PropertyDeclaration {
   PropertyPresence presence = PropertyPresence::mayBeLeftOut;
 };
 
+/// Whether a text that names an entity is read as that entity, beside its object.
+enum class TextForm { none, names };
+
 /// What is known of an entity without its C++ type. An entity is a value that crosses to the host as a JSON object, and
 /// comes back as a parameter of a later action. Its properties keep their declared order.
 struct EntityDeclaration {
   std::string_view name;
   LocalizedText typeCaption; ///< `entity.NAME.typeDisplayRepresentation`
   std::vector<PropertyDeclaration> properties;
+  TextForm textForm = TextForm::none;
 
   /// One line that shows an entity to a user, from its JSON. Throws `ValueError` when it is none.
   std::function<std::string(const boost::json::value&)> displayRepresentation;

@@ -47,10 +47,11 @@ public:
   };
 
   EntityDefinition(std::string_view name, std::vector<Property> properties,
-                   std::function<std::string(const Entity&)> displayRepresentation)
+                   std::function<std::string(const Entity&)> displayRepresentation, TextForm textForm = TextForm::none)
       : properties_(std::move(properties)) {
     const std::string prefix = "entity." + std::string(name);
     declaration_.name = name;
+    declaration_.textForm = textForm;
     declaration_.typeCaption = {prefix + ".typeDisplayRepresentation", std::string(tables::general)};
     for (const Property& property : properties_) {
       declaration_.properties.push_back(property.declaration_);

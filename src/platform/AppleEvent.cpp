@@ -1,9 +1,10 @@
 // Readers look at the one alternative they are made for, plus the coercions that the header names; all else is neutral.
 #include "platform/AppleEvent.h"
 
+#include <fmt/core.h>
+
 #include <charconv>
 #include <cmath>
-#include <fmt/core.h>
 #include <limits>
 #include <type_traits>
 
@@ -76,7 +77,9 @@ AppleEventDescriptor AppleEventDescriptor::other(std::string description) {
   return descriptor;
 }
 
-void AppleEventDescriptor::append(AppleEventDescriptor item) { std::get<List>(value_).push_back(std::move(item)); }
+void AppleEventDescriptor::append(AppleEventDescriptor item) {
+  std::get<List>(value_).push_back(std::move(item));
+}
 
 std::size_t AppleEventDescriptor::numberOfItems() const {
   const List* items = std::get_if<List>(&value_);

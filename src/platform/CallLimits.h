@@ -5,8 +5,8 @@
 
 namespace tabwright::platform {
 
-/// How and until when a blocking call may wait. A call that takes these ends by the deadline, and at once when a stop is
-/// requested; which failure it throws then is told beside the call.
+/// How and until when a blocking call may wait. A call that takes these ends by the deadline, and at once when a stop
+/// is requested; which failure it throws then is told beside the call.
 struct CallLimits {
   std::chrono::steady_clock::time_point deadline = std::chrono::steady_clock::time_point::max();
   std::stop_token stop;

@@ -12,6 +12,8 @@ std::string FileFailure::errorDescription() const {
   return "Couldn't " + operation_ + " “" + path_.string() + "”: " + std::generic_category().message(errorNumber_);
 }
 
-FailureIdentity FileFailure::identity() const { return {"FileFailure", operation_, errorNumber_}; }
+FailureIdentity FileFailure::identity() const {
+  return {"FileFailure", operation_, errorNumber_};
+}
 
 } // namespace tabwright::platform

@@ -10,8 +10,8 @@ namespace tabwright::platform {
 /// Takes each line of the log: level, category, text. Called from any thread, also from several at once.
 using LogReceiver = std::function<void(LogLevel level, std::string_view category, std::string_view text)>;
 
-/// Makes `receiver` take all lines of `lowestLevel` and above in place of the one before. An empty receiver switches the
-/// log off, as it is when the program starts. Calls of the former one may still be under way in other threads.
+/// Makes `receiver` take all lines of `lowestLevel` and above in place of the one before. An empty receiver switches
+/// the log off, as it is when the program starts. Calls of the former one may still be under way in other threads.
 void setLogReceiver(LogLevel lowestLevel, LogReceiver receiver);
 
 } // namespace tabwright::platform

@@ -5,12 +5,13 @@
 #include "platform/LogReceiver.h"
 #include "platform/linux/BaseDirectories.h"
 
-#include <algorithm>
-#include <cstdio>
-#include <memory>
 #include <spdlog/logger.h>
 #include <spdlog/sinks/rotating_file_sink.h>
 #include <spdlog/sinks/stdout_sinks.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
 
 namespace tabwright::platform {
 namespace {
@@ -42,7 +43,9 @@ std::shared_ptr<spdlog::sinks::sink> fileSink(const std::filesystem::path& file)
 
 } // namespace
 
-std::filesystem::path defaultLogFile() { return stateHome() / "tabwright" / "tabwright.log"; }
+std::filesystem::path defaultLogFile() {
+  return stateHome() / "tabwright" / "tabwright.log";
+}
 
 std::optional<LogLevel> logLevelNamed(std::string_view name) {
   if (name == "debug")

@@ -1,14 +1,15 @@
-// Tables are kept in the order of the lookup: language by language, English last. Each is parsed under its own once-flag
-// when a lookup first comes to it.
+// Tables are kept in the order of the lookup: language by language, English last. Each is parsed under its own
+// once-flag when a lookup first comes to it.
 #include "platform/StringCatalogue.h"
 
 #include "platform/Logger.h"
 #include "platform/StringCatalogueSources.h"
 
-#include <algorithm>
 #include <boost/json/object.hpp>
 #include <boost/json/parse.hpp>
 #include <boost/json/value.hpp>
+
+#include <algorithm>
 #include <cstdlib>
 #include <mutex>
 #include <string>

@@ -46,8 +46,8 @@ private:
 };
 
 /// The languages that the environment asks for, best first: the value of the first variable set among LC_ALL,
-/// LC_MESSAGES and LANG, without its encoding, and then without its region: "de_AT.UTF-8" gives "de_AT" and "de". "C" and
-/// "POSIX" give none.
+/// LC_MESSAGES and LANG, without its encoding, and then without its region: "de_AT.UTF-8" gives "de_AT" and "de". "C"
+/// and "POSIX" give none.
 [[nodiscard]] std::vector<std::string> languagesOfEnvironment();
 
 /// `StringCatalogue::shared().localized(key, table)`.

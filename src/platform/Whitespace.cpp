@@ -1,11 +1,12 @@
 // Walks in from both ends, one code point at a time.
 #include "platform/Whitespace.h"
 
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <unicode/uchar.h>
-#include <unicode/utf8.h>
 
 namespace tabwright::platform {
 

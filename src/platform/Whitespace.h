@@ -9,6 +9,8 @@ namespace tabwright::platform {
 [[nodiscard]] std::string_view trimmingWhitespaceAndNewlines(std::string_view text);
 
 /// True for a text of nothing but white space and line breaks, the empty one included.
-[[nodiscard]] inline bool isBlank(std::string_view text) { return trimmingWhitespaceAndNewlines(text).empty(); }
+[[nodiscard]] inline bool isBlank(std::string_view text) {
+  return trimmingWhitespaceAndNewlines(text).empty();
+}
 
 } // namespace tabwright::platform

@@ -14,7 +14,9 @@ namespace events = applescript::events;
 OwnApplication::OwnApplication(std::string name, std::string bundleIdentifier, std::function<void()> activate)
     : name_(std::move(name)), bundleIdentifier_(std::move(bundleIdentifier)), activate_(std::move(activate)) {}
 
-const applescript::Terminology* OwnApplication::terminology() const { return &applescript::languageTerminology(); }
+const applescript::Terminology* OwnApplication::terminology() const {
+  return &applescript::languageTerminology();
+}
 
 Value OwnApplication::handle(const applescript::AppleEventMessage& message) {
   if (message.code == events::activate || message.code == events::run) {

@@ -19,10 +19,9 @@ using platform::BrowserFacts;
 
 namespace {
 
-const BrowserFacts* findFacts(std::string_view BrowserFacts::*column, std::string_view text) {
-  const auto row = std::ranges::find_if(platform::browserTable, [&](const BrowserFacts& facts) {
-    return sameIgnoringCase(facts.*column, text);
-  });
+const BrowserFacts* findFacts(std::string_view BrowserFacts::* column, std::string_view text) {
+  const auto row = std::ranges::find_if(
+      platform::browserTable, [&](const BrowserFacts& facts) { return sameIgnoringCase(facts.*column, text); });
   return row == platform::browserTable.end() ? nullptr : &*row;
 }
 
@@ -40,8 +39,8 @@ const Terminology* terminologyOf(const BrowserFacts& facts) {
 
 ScriptingDirectory::ScriptingDirectory(ScriptingServices services)
     : services_(std::move(services)), systemEvents_(std::make_shared<SystemEventsApplication>(services_.desktop)),
-      self_(std::make_shared<OwnApplication>(services_.ownName, services_.ownBundleIdentifier, services_.activateSelf)) {
-}
+      self_(
+          std::make_shared<OwnApplication>(services_.ownName, services_.ownBundleIdentifier, services_.activateSelf)) {}
 
 const Terminology* ScriptingDirectory::terminologyByID(std::string_view bundleIdentifier) const {
   for (const auto& application : {systemEvents_, self_}) {

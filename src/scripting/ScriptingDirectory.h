@@ -16,8 +16,8 @@ namespace tabwright::scripting {
 
 /// What the directory makes its applications of.
 struct ScriptingServices {
-  /// A driver for a browser; null when the browser isn't installed, or there is no way to it. Asked again until there is
-  /// one, then kept.
+  /// A driver for a browser; null when the browser isn't installed, or there is no way to it. Asked again until there
+  /// is one, then kept.
   std::function<std::shared_ptr<BrowserDriver>(const platform::BrowserFacts&)> makeDriver;
   /// Starts a browser that `activate` finds not running; throws when it can't. Empty: such an `activate` is error −600.
   std::function<void(const platform::BrowserFacts&)> launch;
@@ -28,15 +28,16 @@ struct ScriptingServices {
   std::function<void()> activateSelf;
 };
 
-/// The applications that scripts can speak to: the supported browsers, System Events, and this program. Ids and names are
-/// found in any case. Dictionaries are known for all of them, installed or not. Safe from several threads.
+/// The applications that scripts can speak to: the supported browsers, System Events, and this program. Ids and names
+/// are found in any case. Dictionaries are known for all of them, installed or not. Safe from several threads.
 class ScriptingDirectory final : public applescript::ApplicationDirectory {
 public:
   explicit ScriptingDirectory(ScriptingServices services);
 
   [[nodiscard]] const applescript::Terminology* terminologyByID(std::string_view bundleIdentifier) const override;
   [[nodiscard]] const applescript::Terminology* terminologyByName(std::string_view name) const override;
-  [[nodiscard]] std::shared_ptr<applescript::ScriptableApplication> findByID(std::string_view bundleIdentifier) override;
+  [[nodiscard]] std::shared_ptr<applescript::ScriptableApplication>
+  findByID(std::string_view bundleIdentifier) override;
   [[nodiscard]] std::shared_ptr<applescript::ScriptableApplication> findByName(std::string_view name) override;
 
 private:

@@ -22,7 +22,7 @@ const EntityDefinition<engine::TargetContext>& ValueTraits<engine::TargetContext
   static const EntityDefinition<engine::TargetContext> definition(
       "TargetContext",
       {{"id", &engine::TargetContext::id, PropertyPresence::needed}, {"name", &engine::TargetContext::name}},
-      [](const engine::TargetContext& context) { return context.name; });
+      [](const engine::TargetContext& context) { return context.name; }, TextForm::names);
   return definition;
 }
 

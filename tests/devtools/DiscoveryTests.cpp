@@ -1,12 +1,13 @@
 #include "devtools/Discovery.h"
-
 #include "support/ProcessTree.h"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
-
+#include <string>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace tabwright::devtools {
 
@@ -26,15 +27,34 @@ TEST(ParseActivePort, ReadsPortAndPath) {
 
 TEST(ParseActivePort, RefusesEverythingElse) {
   const std::string good = path;
-  for (const std::string& text : {
-           std::string(), std::string("\n"), std::string("37497"), "37497" + good, "0\n" + good, "65536\n" + good,
-           "-1\n" + good, "+1\n" + good, " 1\n" + good, "1 \n" + good, "01\n" + good, "0x1\n" + good, "1e3\n" + good,
-           "\n" + good, "37497\n", "37497\n/devtools/page/a89c6591-82a3-4ae8-a189-5cba8bdcc2e9",
-           "37497\n" + good.substr(1), "37497\n" + good + "0", "37497\n" + good.substr(0, good.size() - 1),
-           "37497\n" + good + "\n\n", "37497\n" + good + "\r\n", "37497\r\n" + good, "37497\n\n" + good,
-           "37497\n/devtools/browser/g89c6591-82a3-4ae8-a189-5cba8bdcc2e9",
-           "37497\n/devtools/browser/a89c6591-82a3-4ae8-a189-5cba8bdcc2e9?x=1",
-           "37497\n/devtools/browser/../a89c6591-82a3-4ae8-a189-5cba8bdcc2", std::string("37497\n\0", 7) + good}) {
+  const std::vector<std::string> texts{std::string(),
+                                       std::string("\n"),
+                                       std::string("37497"),
+                                       "37497" + good,
+                                       "0\n" + good,
+                                       "65536\n" + good,
+                                       "-1\n" + good,
+                                       "+1\n" + good,
+                                       " 1\n" + good,
+                                       "1 \n" + good,
+                                       "01\n" + good,
+                                       "0x1\n" + good,
+                                       "1e3\n" + good,
+                                       "\n" + good,
+                                       "37497\n",
+                                       "37497\n/devtools/page/a89c6591-82a3-4ae8-a189-5cba8bdcc2e9",
+                                       "37497\n" + good.substr(1),
+                                       "37497\n" + good + "0",
+                                       "37497\n" + good.substr(0, good.size() - 1),
+                                       "37497\n" + good + "\n\n",
+                                       "37497\n" + good + "\r\n",
+                                       "37497\r\n" + good,
+                                       "37497\n\n" + good,
+                                       "37497\n/devtools/browser/g89c6591-82a3-4ae8-a189-5cba8bdcc2e9",
+                                       "37497\n/devtools/browser/a89c6591-82a3-4ae8-a189-5cba8bdcc2e9?x=1",
+                                       "37497\n/devtools/browser/../a89c6591-82a3-4ae8-a189-5cba8bdcc2",
+                                       std::string("37497\n\0", 7) + good};
+  for (const std::string& text : texts) {
     const auto result = parseActivePort(text);
     ASSERT_FALSE(result) << text;
     EXPECT_EQ(result.error().fault, DiscoveryFault::malformed) << text;
@@ -47,9 +67,7 @@ protected:
 
   void writeFile(const std::string& text) { std::ofstream(file(), std::ios::trunc) << text; }
   std::filesystem::path file() const { return tree_.root() / "DevToolsActivePort"; }
-  auto find(uid_t owner = ::geteuid()) const {
-    return Discovery(tree_.root()).endpoint(tree_.root(), browser, owner);
-  }
+  auto find(uid_t owner = ::geteuid()) const { return Discovery(tree_.root()).endpoint(tree_.root(), browser, owner); }
   DiscoveryFault fault() const {
     const auto result = find();
     EXPECT_FALSE(result);

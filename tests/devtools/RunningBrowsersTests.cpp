@@ -1,7 +1,6 @@
-#include "platform/linux/RunningBrowsers.h"
-
 #include "platform/linux/BrowserExecutable.h"
 #include "platform/linux/ProcessExit.h"
+#include "platform/linux/RunningBrowsers.h"
 #include "support/ProcessTree.h"
 
 #include <gmock/gmock.h>
@@ -9,9 +8,8 @@
 
 #include <csignal>
 #include <fstream>
-#include <thread>
-
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace tabwright::platform {
@@ -42,7 +40,7 @@ TEST_F(RunningBrowsersTest, CountsMainProcessesOnly) {
   add(10, {"/usr/lib/chromium/chromium", "--user-data-dir=/p"});
   add(11, {"/usr/lib/chromium/chromium", "--type=renderer"});
   add(12, {"/usr/lib/chromium/chromium --type=zygote --user-data-dir=/p"}); // rewritten into one text
-  add(13, {});                                                             // ending: no command line left
+  add(13, {});                                                              // ending: no command line left
   tree_.addProcess(14, "/usr/lib/chromium/chrome_crashpad_handler", {"x"}, 100);
   tree_.addProcess(15, "/opt/google/chrome/chrome", {"chrome", "https://example.com/?a= --type=b"}, 100);
   fs::create_directories(tree_.root() / "16"); // vanished in between

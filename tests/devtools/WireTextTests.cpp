@@ -12,16 +12,16 @@ TEST(WireText, HalfSurrogatePairsBecomeReplacementCharacters) {
     const char* repaired;
   };
   const Case cases[] = {
-      {R"("a\ud83dz")", R"("a\ufffdz")"},                 // leading alone
-      {R"("\ude00")", R"("\ufffd")"},                     // trailing alone
-      {R"("\ud83d\ude00")", R"("\ud83d\ude00")"},         // a pair
+      {R"("a\ud83dz")", R"("a\ufffdz")"},         // leading alone
+      {R"("\ude00")", R"("\ufffd")"},             // trailing alone
+      {R"("\ud83d\ude00")", R"("\ud83d\ude00")"}, // a pair
       {R"("\uD83D\uDE00\uDE00")", R"("\uD83D\uDE00\ufffd")"},
       {R"("\ud83d\ud83d\ude00")", R"("\ufffd\ud83d\ude00")"},
-      {R"("\ud83d")", R"("\ufffd")"},                     // at the end
-      {R"("\\ud83d")", R"("\\ud83d")"},                   // an escaped backslash, and no escape
+      {R"("\ud83d")", R"("\ufffd")"},   // at the end
+      {R"("\\ud83d")", R"("\\ud83d")"}, // an escaped backslash, and no escape
       {R"("\\\ud83d")", R"("\\\ufffd")"},
       {R"("\ud7ff\ue000\u00d8")", R"("\ud7ff\ue000\u00d8")"}, // the neighbours
-      {"\"\\ud8", "\"\\ud8"},                             // cut off
+      {"\"\\ud8", "\"\\ud8"},                                 // cut off
       {"\\", "\\"},
       {"", ""},
   };

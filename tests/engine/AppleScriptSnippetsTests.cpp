@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
 #include <limits>
 #include <regex>
 #include <stdexcept>

@@ -34,8 +34,8 @@ TEST(ErrorCatalogue, FindsTheTextsOfItsSymbolicKeys) {
   const std::string syntax = errorDescription(JavascriptError::syntaxException, "SyntaxError: 100%@");
   EXPECT_TRUE(syntax.ends_with("SyntaxError: 100%@")) << syntax;
   EXPECT_GT(syntax.size(), std::string("SyntaxError: 100%@").size());
-  for (const std::string& text : {syntax, errorDescription(JavascriptError::unableToParseJS),
-                                  errorDescription(StringError::unableToDecodeJSON)})
+  for (const std::string& text :
+       {syntax, errorDescription(JavascriptError::unableToParseJS), errorDescription(StringError::unableToDecodeJSON)})
     EXPECT_EQ(text.find("enum."), std::string::npos) << text;
 }
 

@@ -51,7 +51,8 @@ TEST(JSONDecoding, ReadsFragmentsAndLists) {
 }
 
 TEST(JSONDecoding, ReadsRecordsWithTheirDefaults) {
-  const auto points = decodeJSON<std::vector<Point>>(R"([{"name" : "p", "x" : null, "more" : []}, {"name":"q","x":2,"isVisible":false}])");
+  const auto points = decodeJSON<std::vector<Point>>(
+      R"([{"name" : "p", "x" : null, "more" : []}, {"name":"q","x":2,"isVisible":false}])");
   ASSERT_EQ(points.size(), 2u);
   EXPECT_EQ(points[0].x, 7);
   EXPECT_TRUE(points[0].isVisible);

@@ -8,8 +8,8 @@
 
 namespace tabwright::testsupport {
 
-/// A JavaScript context without a document. JavaScriptCore is loaded by hand, as the program does it: linked in, it would
-/// take the test program's sanitized copies of library functions for its own.
+/// A JavaScript context without a document. JavaScriptCore is loaded by hand, as the program does it: linked in, it
+/// would take the test program's sanitized copies of library functions for its own.
 class JavaScriptContext {
 public:
   JavaScriptContext() : library_(Library::shared()), context_(library_.contextNew()) {}
@@ -17,8 +17,8 @@ public:
   JavaScriptContext(const JavaScriptContext&) = delete;
   JavaScriptContext& operator=(const JavaScriptContext&) = delete;
 
-  /// The value of the text as JSON ("undefined" where it has none), once the jobs it queued have run. Throws the text of
-  /// an exception.
+  /// The value of the text as JSON ("undefined" where it has none), once the jobs it queued have run. Throws the text
+  /// of an exception.
   std::string evaluate(const std::string& code) const {
     JSCValue* const value = library_.contextEvaluate(context_, code.data(), static_cast<gssize>(code.size()));
     const std::unique_ptr<JSCValue, decltype(library_.objectUnref)> owner(value, library_.objectUnref);

@@ -3,6 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
 namespace tabwright::engine {
 namespace {
 
@@ -22,7 +27,22 @@ TEST(JavascriptSyntaxValidator, TellsTheExceptionOfAMalformedText) {
   EXPECT_EQ(validator.validateJavascript("await x"), "SyntaxError: Unexpected identifier 'x'");
   EXPECT_NE(validator.validateJavascript("return 1 // swallows the end"), std::nullopt);
   EXPECT_NE(validator.validateJavascript(std::string("return 'a\0'", 11) + "x y"), std::nullopt);
-  EXPECT_TRUE(log.holds("debug JavascriptSyntaxValidator: failure: SyntaxError: Function statements must have a name."));
+  EXPECT_TRUE(
+      log.holds("debug JavascriptSyntaxValidator: failure: SyntaxError: Function statements must have a name."));
+}
+
+TEST(JavascriptSyntaxValidator, AnswersSeveralThreadsAtOnce) {
+  JavaScriptCoreSyntaxValidator validator;
+  std::atomic<int> refused = 0;
+  {
+    std::vector<std::jthread> threads;
+    for (int count = 0; count < 4; ++count)
+      threads.emplace_back([&] {
+        for (int round = 0; round < 10; ++round)
+          refused += validator.validateJavascript(round % 2 == 0 ? "return 1" : "return (") ? 1 : 0;
+      });
+  }
+  EXPECT_EQ(refused, 20);
 }
 
 TEST(JavascriptSyntaxValidator, DoesNotRunATextThatClosesTheFunction) {

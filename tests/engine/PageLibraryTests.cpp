@@ -43,9 +43,9 @@ TEST_F(PageLibrary, IsOneLineOfElevenFunctionsThatAScriptsCleanUpLeavesAlone) {
   EXPECT_EQ(text.find('\n'), std::string::npos);
   EXPECT_EQ(text.find("//"), std::string::npos);
   EXPECT_EQ(preparedBody(text), text + "\n");
-  for (const char* name : {"getAllLinks", "getAllImages", "cssSelectorFor", "getFormFieldValue", "setFormFieldValue",
-                           "setFormFields", "clickLinkLabelled", "clickPageElement", "scrollToPageElement",
-                           "waitForPageElement", "getSelectionAsHTML"})
+  for (const char* name :
+       {"getAllLinks", "getAllImages", "cssSelectorFor", "getFormFieldValue", "setFormFieldValue", "setFormFields",
+        "clickLinkLabelled", "clickPageElement", "scrollToPageElement", "waitForPageElement", "getSelectionAsHTML"})
     EXPECT_EQ(value(std::string("typeof ") + name), "\"function\"") << name;
 }
 
@@ -53,7 +53,8 @@ TEST_F(PageLibrary, MakesSelectors) {
   EXPECT_EQ(value(R"(cssSelectorFor('a"b\\', "elementNameAttribute"))"), R"("[name=\"a\\\"b\\\"]")");
   EXPECT_EQ(value(R"(cssSelectorFor("x", "elementIDAttribute"))"), R"("[id=\"x\"]")");
   EXPECT_EQ(value(R"(cssSelectorFor('a[href="x"]', "cssSelector"))"), R"("a[href=\"x\"]")");
-  EXPECT_EQ(value(R"(try { cssSelectorFor("x", "") } catch (e) { e.toString() })"), R"("Error: Invalid target strategy")");
+  EXPECT_EQ(value(R"(try { cssSelectorFor("x", "") } catch (e) { e.toString() })"),
+            R"("Error: Invalid target strategy")");
 }
 
 TEST_F(PageLibrary, ReadsFormFields) {
@@ -73,10 +74,12 @@ TEST_F(PageLibrary, SetsInputsByTheirType) {
            };)");
   EXPECT_EQ(value(R"(set(input("email"), "x", true, true))"),
             R"([true,null,null,["focus","selectAll","insertText false x","event change","submit"]])");
-  EXPECT_EQ(value(R"(set(input("text"), { a: 1 }))"), R"([true,null,null,["focus","selectAll","insertText false {\"a\":1}"]])");
+  EXPECT_EQ(value(R"(set(input("text"), { a: 1 }))"),
+            R"([true,null,null,["focus","selectAll","insertText false {\"a\":1}"]])");
   EXPECT_EQ(value(R"(set(input("date"), "2001-01-01"))"), R"([true,"2001-01-01",null,[]])");
-  EXPECT_EQ(value(R"([set(input("checkbox"), "YES")[2], set(input("checkbox"), "2")[2], set(input("checkbox"), true)[2]])"),
-            "[true,false,true]");
+  EXPECT_EQ(
+      value(R"([set(input("checkbox"), "YES")[2], set(input("checkbox"), "2")[2], set(input("checkbox"), true)[2]])"),
+      "[true,false,true]");
   EXPECT_EQ(value(R"(set(input("file"), "x", true, true))"), "[false,null,null,[]]");
   EXPECT_EQ(value(R"(set({ ...input(), tagName: "DIV" }, 7, true))"), R"([true,"7",null,["event change"]])");
   EXPECT_EQ(value(R"(set({ ...input(), tagName: "TEXTAREA" }, "t")[3].length)"), "3");
@@ -113,8 +116,9 @@ TEST_F(PageLibrary, ClicksTheFirstLinkOfALabel) {
   value(R"(var link = text => ({ innerText: text, dispatchEvent(event) {
              calls.push([text, event instanceof PointerEvent, event.name]); } });
            fields = { "a[href]": [link("Read more"), link(" more "), link("more")] };)");
-  EXPECT_EQ(value(R"([clickLinkLabelled(" more "), clickLinkLabelled("more", true), clickLinkLabelled("More"), calls])"),
-            R"([true,true,false,[["Read more",true,"click"],[" more ",true,"click"]]])");
+  EXPECT_EQ(
+      value(R"([clickLinkLabelled(" more "), clickLinkLabelled("more", true), clickLinkLabelled("More"), calls])"),
+      R"([true,true,false,[["Read more",true,"click"],[" more ",true,"click"]]])");
 }
 
 TEST_F(PageLibrary, ListsLinksAndImages) {

@@ -17,7 +17,9 @@ inline std::string fileText(const std::string& relativePath) {
 }
 
 /// A finished text that was written down by hand.
-inline std::string goldenText(const std::string& name) { return fileText("tests/engine/golden/" + name); }
+inline std::string goldenText(const std::string& name) {
+  return fileText("tests/engine/golden/" + name);
+}
 
 inline std::string replacingAll(std::string text, const std::string& from, const std::string& to) {
   for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))

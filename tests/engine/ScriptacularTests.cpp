@@ -201,11 +201,10 @@ TEST_F(ScriptacularRun, RefusesResultsOfTheWrongShape) {
     world.tasks.answer(result);
     EXPECT_EQ(failureOfRun(), malformed);
   }
-  EXPECT_THAT(log.linesOf("error"),
-              ElementsAre(errorLine + "resultEventDescriptor.numberOfItems: 0",
-                          errorLine + "resultEventDescriptor.numberOfItems: 1",
-                          errorLine + "resultEventDescriptor.numberOfItems: 0",
-                          errorLine + "resultEventDescriptor.numberOfItems: 0"));
+  EXPECT_THAT(log.linesOf("error"), ElementsAre(errorLine + "resultEventDescriptor.numberOfItems: 0",
+                                                errorLine + "resultEventDescriptor.numberOfItems: 1",
+                                                errorLine + "resultEventDescriptor.numberOfItems: 0",
+                                                errorLine + "resultEventDescriptor.numberOfItems: 0"));
   const testsupport::LogCapture pairs;
   world.tasks.answer(D::list({D::boolean(true), D::string("1")}));
   EXPECT_EQ(failureOfRun(), malformed);
@@ -217,13 +216,10 @@ TEST_F(ScriptacularRun, RefusesResultsOfTheWrongShape) {
 
 TEST_F(ScriptacularRun, ReadsFailureNumbers) {
   using D = AppleEventDescriptor;
-  const std::vector<std::pair<D, std::string>> rows{{D::integer(0), "frontAppIsNotABrowser"},
-                                                    {D::integer(5), "tabNotFound"},
-                                                    {D::integer(7), "windowNotFound"},
-                                                    {D::integer(8), "unknownError"},
-                                                    {D::integer(-1), "unknownError"},
-                                                    {D::integer(99), "unknownError"},
-                                                    {D::real(4.0), "pageLoadDuringExecution"}};
+  const std::vector<std::pair<D, std::string>> rows{
+      {D::integer(0), "frontAppIsNotABrowser"}, {D::integer(5), "tabNotFound"},   {D::integer(7), "windowNotFound"},
+      {D::integer(8), "unknownError"},          {D::integer(-1), "unknownError"}, {D::integer(99), "unknownError"},
+      {D::real(4.0), "pageLoadDuringExecution"}};
   for (const auto& [number, caseName] : rows) {
     world.tasks.answer(triple(false, D::string("120"), number));
     EXPECT_EQ(failureOfRun(), "AppleScriptRuntimeError." + caseName);
@@ -271,9 +267,10 @@ TEST_F(ScriptacularRun, RemovesTheFileOfACancelledRun) {
   };
   std::exception_ptr outcome;
   Scriptacular scriptacular = world.scriptacular();
-  boost::asio::co_spawn(context, scriptacular.run<std::string>(),
-                        boost::asio::bind_cancellation_slot(
-                            cancellation.slot(), [&](std::exception_ptr thrown, const std::string&) { outcome = thrown; }));
+  boost::asio::co_spawn(
+      context, scriptacular.run<std::string>(),
+      boost::asio::bind_cancellation_slot(cancellation.slot(),
+                                          [&](std::exception_ptr thrown, const std::string&) { outcome = thrown; }));
   context.run();
   EXPECT_THROW(std::rethrow_exception(outcome), boost::system::system_error);
   EXPECT_THAT(world.files.written, SizeIs(1));
@@ -289,7 +286,8 @@ TEST_F(ScriptacularRun, RemovesTheFileOfARunThatIsAbandoned) {
       co_return std::nullopt;
     };
     Scriptacular scriptacular = world.scriptacular();
-    boost::asio::co_spawn(context, scriptacular.run<std::string>(), [](const std::exception_ptr&, const std::string&) {});
+    boost::asio::co_spawn(context, scriptacular.run<std::string>(),
+                          [](const std::exception_ptr&, const std::string&) {});
     context.poll();
     EXPECT_THAT(world.files.files, SizeIs(1));
   }
@@ -329,7 +327,8 @@ TEST_F(ScriptacularRun, ResolvesTheFrontmostBrowserFirst) {
 TEST_F(ScriptacularRun, EndsWhenThereIsNoFrontmostBrowser) {
   ModelResolver resolver;
   resolver.isBrowserInFront = false;
-  for (FrontmostResolver* const given : {static_cast<FrontmostResolver*>(&resolver), static_cast<FrontmostResolver*>(nullptr)}) {
+  for (FrontmostResolver* const given :
+       {static_cast<FrontmostResolver*>(&resolver), static_cast<FrontmostResolver*>(nullptr)}) {
     ScriptacularServices services = world.services();
     services.frontmostResolver = given;
     Scriptacular scriptacular(services, "return success(true)", {}, frontmostTargetContext(), TellSystemEvents::no);

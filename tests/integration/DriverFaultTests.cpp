@@ -1,6 +1,5 @@
-#include "integration/DriverFixture.h"
-
 #include "devtools/Session.h"
+#include "integration/DriverFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -13,8 +12,8 @@ namespace tabwright::scripting {
 using namespace std::chrono_literals;
 using Debugging = support::ChromiumProcess::Debugging;
 
-// Every test here has limits of a minute, and a call without a deadline of its own takes 30 seconds: what is expected to
-// fail "at once" would otherwise give timedOut.
+// Every test here has limits of a minute, and a call without a deadline of its own takes 30 seconds: what is expected
+// to fail "at once" would otherwise give timedOut.
 
 TEST_F(DriverTest, ADialogFailsTheCallThatOpensItAndThoseAfterUntilItIsClosed) {
   const TabID tab = open("data:text/html,<title>asks</title>");
@@ -53,7 +52,8 @@ TEST_F(DriverTest, ADialogFromBeforeEndsAtTheDeadline) {
 
 TEST_F(DriverTest, ACrashFailsAtOnceAndReloadingHeals) {
   const TabID tab = open("data:text/html,<title>frail</title>");
-  auto waiting = std::async(std::launch::async, [&] { return faultOf([&] { evaluate(tab, "new Promise(() => {})"); }); });
+  auto waiting =
+      std::async(std::launch::async, [&] { return faultOf([&] { evaluate(tab, "new Promise(() => {})"); }); });
   evaluate(tab, "1");
   driver().navigate(tab, "chrome://crash", limits());
   EXPECT_EQ(waiting.get(), DriverFault::tabCrashed);
@@ -73,7 +73,8 @@ TEST_F(DriverTest, ACrashFailsAtOnceAndReloadingHeals) {
 
 TEST_F(DriverTest, ClosingATabFailsItsCallsAtOnce) {
   const TabID tab = open("data:text/html,x");
-  auto waiting = std::async(std::launch::async, [&] { return faultOf([&] { evaluate(tab, "new Promise(() => {})"); }); });
+  auto waiting =
+      std::async(std::launch::async, [&] { return faultOf([&] { evaluate(tab, "new Promise(() => {})"); }); });
   evaluate(tab, "1");
   driver().closeTab(tab, limits());
   // The call may come only when the tab is gone already.
@@ -101,7 +102,8 @@ TEST_F(DriverTest, AHelperWhoseWorkerWasStoppedIsWokenAndRemembers) {
   const TabID tab = findWindow(window)->tabs.at(0).id;
 
   for (int round = 0; round < 3; ++round) {
-    const auto page = devtools::Session::attach(connect(), pageTitled("about:blank"), devtools::Session::Kind::page, limits());
+    const auto page =
+        devtools::Session::attach(connect(), pageTitled("about:blank"), devtools::Session::Kind::page, limits());
     page->call("ServiceWorker.enable", {}, devtools::Session::AnsweredBy::browser, limits());
     page->call("ServiceWorker.stopAllWorkers", {}, devtools::Session::AnsweredBy::browser, limits());
     EXPECT_EQ(findWindow(window)->givenName, "kept");

@@ -12,12 +12,13 @@
 #include <source_location>
 #include <string>
 #include <thread>
-
 #include <unistd.h>
 
 namespace tabwright::scripting {
 
-inline const platform::BrowserFacts& chromiumFacts() { return *platform::findBrowser("chromium"); }
+inline const platform::BrowserFacts& chromiumFacts() {
+  return *platform::findBrowser("chromium");
+}
 
 /// A driver of one particular browser process.
 inline std::unique_ptr<DevToolsDriver> makeDriver(const support::ChromiumProcess& chromium) {

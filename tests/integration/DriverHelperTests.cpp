@@ -1,3 +1,4 @@
+#include "devtools/Session.h"
 #include "integration/DriverFixture.h"
 
 #include <gmock/gmock.h>
@@ -36,8 +37,7 @@ TEST(HelperVersions, AnOlderHelperIsReplacedAndANewerOneIsKept) {
   const fs::path newer = copyHelper(chromium.profileDirectory() / "newer", "99.1");
   const fs::path older = copyHelper(chromium.profileDirectory() / "older", "0.9.9");
   const auto version = [&] {
-    const auto endpoint =
-        devtools::Discovery().endpoint(chromium.profileDirectory(), chromium.process(), ::geteuid());
+    const auto endpoint = devtools::Discovery().endpoint(chromium.profileDirectory(), chromium.process(), ::geteuid());
     const boost::json::object reply =
         devtools::Connection::open(endpoint.value(), {})->call("Extensions.getExtensions", {}, {}, {});
     return std::string(reply.at("extensions").as_array().at(0).at("version").as_string());
@@ -91,13 +91,6 @@ TEST_F(DriverTest, AWindowOfDeveloperToolsIsListedWithoutTabsAndCanBeClosed) {
   const boost::json::object opened =
       connection->call("Target.openDevTools", {{"targetId", pageTitled("inspected")}}, {}, limits());
   const std::string target(opened.at("targetId").as_string());
-  {
-    const auto tools = devtools::Session::attach(connection, target, devtools::Session::Kind::page, limits());
-    eventually([&] {
-      return tools->evaluate("typeof InspectorFrontendHost?.setIsDocked === 'function'", limits()).value == true;
-    });
-    tools->evaluate("new Promise(done => InspectorFrontendHost.setIsDocked(false, done))", limits());
-  }
   const auto tools = [&]() -> std::optional<WindowState> {
     for (const WindowState& window : snapshot()->windows) {
       if (window.tabs.empty())
@@ -105,6 +98,16 @@ TEST_F(DriverTest, AWindowOfDeveloperToolsIsListedWithoutTabsAndCanBeClosed) {
     }
     return std::nullopt;
   };
+  // Docked, they belong to the inspected window, whose tab is still the inspected page.
+  eventually([&] {
+    const boost::json::object info = connection->call("Target.getTargetInfo", {{"targetId", target}}, {}, limits());
+    return info.at("targetInfo").at("type") == "page";
+  });
+  EXPECT_EQ(makeDriver(chromium())->evaluate(tab, "document.title", limits()), "inspected");
+  EXPECT_FALSE(tools());
+
+  const auto frontEnd = devtools::Session::attach(connection, target, devtools::Session::Kind::page, limits());
+  frontEnd->evaluate("InspectorFrontendHost.setIsDocked(false, () => {})", limits());
   eventually([&] { return tools().has_value(); });
   ASSERT_TRUE(tools());
   EXPECT_EQ(tools()->activeTabIndex, 0U);

@@ -92,7 +92,8 @@ TEST_F(DriverTest, NavigationShowsInTheNextSnapshotAndTheHistoryLeadsBack) {
   eventually([&] { return find(tab)->title == "A"; });
   driver().goInHistory(tab, BrowserDriver::History::forward, limits());
   eventually([&] { return find(tab)->title == "B"; });
-  EXPECT_NO_THROW(driver().goInHistory(tab, BrowserDriver::History::forward, limits())) << "nothing further is no fault";
+  EXPECT_NO_THROW(driver().goInHistory(tab, BrowserDriver::History::forward, limits()))
+      << "nothing further is no fault";
 
   awaitLoaded(tab);
   evaluate(tab, "window.mark = 1");
@@ -163,7 +164,8 @@ TEST_F(DriverTest, WhatDoesNotExistIsNamed) {
   constexpr TabID none = 987654321;
   EXPECT_EQ(faultOf([&] { evaluate(none, "1"); }), DriverFault::noSuchTab);
   EXPECT_EQ(faultOf([&] { driver().reload(none, limits()); }), DriverFault::noSuchTab);
-  EXPECT_EQ(faultOf([&] { driver().goInHistory(none, BrowserDriver::History::back, limits()); }), DriverFault::noSuchTab);
+  EXPECT_EQ(faultOf([&] { driver().goInHistory(none, BrowserDriver::History::back, limits()); }),
+            DriverFault::noSuchTab);
   EXPECT_EQ(faultOf([&] { driver().makeTab(none, {}, "", limits()); }), DriverFault::noSuchWindow);
   EXPECT_EQ(faultOf([&] { driver().closeWindow(none, limits()); }), DriverFault::noSuchWindow);
   EXPECT_EQ(faultOf([&] { driver().setGivenName(none, "x", limits()); }), DriverFault::noSuchWindow);
@@ -175,6 +177,8 @@ TEST_F(DriverTest, WhatDoesNotExistIsNamed) {
   }
 }
 
-TEST_F(DriverTest, TheVersionIsTheProducts) { EXPECT_THAT(snapshot()->version, testing::MatchesRegex("[0-9]+\\.[0-9.]+")); }
+TEST_F(DriverTest, TheVersionIsTheProducts) {
+  EXPECT_THAT(snapshot()->version, testing::MatchesRegex("[0-9]+\\.[0-9.]+"));
+}
 
 } // namespace tabwright::scripting

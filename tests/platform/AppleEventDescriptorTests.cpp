@@ -1,6 +1,7 @@
 #include "platform/AppleEvent.h"
 
 #include <gtest/gtest.h>
+
 #include <limits>
 
 namespace tabwright::platform {
@@ -32,8 +33,8 @@ TEST(AppleEventDescriptor, CoercesToNumbersAndBooleansWithoutFailing) {
 }
 
 TEST(AppleEventDescriptor, DescribesItselfForLogs) {
-  const D nested = D::list({D::boolean(true), D::string("a\"b"), D::list({D::integer(1), D::real(0.5)}), D(),
-                            D::other("missing value")});
+  const D nested = D::list(
+      {D::boolean(true), D::string("a\"b"), D::list({D::integer(1), D::real(0.5)}), D(), D::other("missing value")});
   EXPECT_EQ(nested.description(), "{true, \"a\\\"b\", {1, 0.5}, null, missing value}");
 }
 

@@ -1,11 +1,12 @@
 #include "platform/LogReceiver.h"
 #include "platform/LogSinks.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sstream>
 #include <string>
 #include <vector>

@@ -1,11 +1,12 @@
 #include "platform/FileFailure.h"
 #include "platform/linux/PosixFileManager.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sstream>
 #include <sys/stat.h>
 

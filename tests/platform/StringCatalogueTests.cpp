@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
 #include <cstdlib>
 
 namespace tabwright::platform {

@@ -5,13 +5,12 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <stdexcept>
-#include <system_error>
-#include <thread>
-
 #include <fcntl.h>
+#include <stdexcept>
 #include <sys/prctl.h>
 #include <sys/wait.h>
+#include <system_error>
+#include <thread>
 #include <unistd.h>
 
 namespace tabwright::support {
@@ -109,6 +108,8 @@ void ChromiumProcess::kill() {
   process_ = 0;
 }
 
-std::filesystem::path helperDirectory() { return fs::path(TABWRIGHT_SOURCE_DIR) / "resources" / "helper"; }
+std::filesystem::path helperDirectory() {
+  return fs::path(TABWRIGHT_SOURCE_DIR) / "resources" / "helper";
+}
 
 } // namespace tabwright::support

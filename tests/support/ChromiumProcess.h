@@ -4,14 +4,13 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
-
 #include <sys/types.h>
+#include <vector>
 
 namespace tabwright::support {
 
-/// A headless Chromium with a fresh profile in a temporary directory, which ends with this object, and with this process
-/// however that ends.
+/// A headless Chromium with a fresh profile in a temporary directory, which ends with this object, and with this
+/// process however that ends.
 ///
 ///     ChromiumProcess chromium;                       // returns when it accepts remote debugging
 ///     DevToolsDriver driver(facts, {helperDirectory(), chromium.finder()});

@@ -98,7 +98,9 @@ void PageServer::serve(const std::string& path, std::string body, std::string co
                                    contentType, body.size(), body));
 }
 
-void PageServer::neverAnswer(const std::string& path) { listener_->set(path, std::nullopt); }
+void PageServer::neverAnswer(const std::string& path) {
+  listener_->set(path, std::nullopt);
+}
 
 std::string PageServer::url(const std::string& path) const {
   return fmt::format("http://127.0.0.1:{}{}", listener_->port(), path);

@@ -2,9 +2,8 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
-
 #include <sys/types.h>
+#include <vector>
 
 namespace tabwright::support {
 

@@ -4,6 +4,7 @@
 
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/io_context.hpp>
+
 #include <exception>
 #include <optional>
 #include <stdexcept>

@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <iostream>
-#include <memory>
 #include <string_view>
 
 namespace tabwright::app {
@@ -60,7 +59,7 @@ ExitCode appleScript(const AppleScriptCommand& command) {
   }
 
   try {
-    const std::unique_ptr<applescript::Script> script = interpreter.compile(source);
+    const applescript::CompiledScript script = interpreter.compile(source);
     applescript::Value result;
     runInterruptibly([&](std::stop_token stop) {
       std::vector<applescript::Value> arguments(command.arguments.begin(), command.arguments.end());

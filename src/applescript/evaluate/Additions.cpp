@@ -64,10 +64,12 @@ Value Evaluator::offset(const Command& command) {
   return match ? static_cast<std::int64_t>(characters_.charactersBefore(text, match->offset)) + 1 : std::int64_t{0};
 }
 
-double Evaluator::randomFraction() { return std::clamp(surroundings_.random(), 0.0, std::nextafter(1.0, 0.0)); }
+double Evaluator::randomFraction() {
+  return std::clamp(surroundings_.random(), 0.0, std::nextafter(1.0, 0.0));
+}
 
-// A real from 0 to 1, or a number between two: an integer when both are, both ends included. A number alone is the upper
-// end, above 0.
+// A real from 0 to 1, or a number between two: an integer when both are, both ends included. A number alone is the
+// upper end, above 0.
 Value Evaluator::randomNumber(const Command& command) {
   const Value upTo = command.direct ? numberOf(operand(*command.direct)) : Value::nothing();
   const auto givenFrom = parameterOf(command, fromParameter);

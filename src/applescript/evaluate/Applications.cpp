@@ -1,9 +1,7 @@
-// The border to applications. Access to an object's properties and elements only makes its name longer, until a value is
-// needed: then one `get` carries the whole name. What the language can do on its own with a value (`length of name of w`,
-// `item 2 of name of windows`) is done here, after a `get` of the value.
+// The border to applications. Access to an object's properties and elements only makes its name longer, until a value
+// is needed: then one `get` carries the whole name. What the language can do on its own with a value (`length of name
+// of w`, `item 2 of name of windows`) is done here, after a `get` of the value.
 #include "applescript/evaluate/Evaluator.h"
-
-#include "applescript/evaluate/Restored.h"
 #include "applescript/evaluate/TestNeedsValues.h"
 #include "applescript/events/ObjectSpecifier.h"
 #include "applescript/events/ScriptableApplication.h"
@@ -11,6 +9,7 @@
 #include "applescript/values/Codes.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Reference.h"
+#include "applescript/values/Restored.h"
 #include "applescript/values/SourceForm.h"
 
 #include <fmt/core.h>
@@ -108,7 +107,9 @@ void Evaluator::setInApplication(const Value::SpecifierPointer& specifier, const
   send(specifier->application, std::move(message));
 }
 
-Value Evaluator::outgoing(const Value& value) { return lookThroughDeep(value, ForeignObjects::unwrapped); }
+Value Evaluator::outgoing(const Value& value) {
+  return lookThroughDeep(value, ForeignObjects::unwrapped);
+}
 
 Value Evaluator::send(const std::shared_ptr<ScriptableApplication>& application, AppleEventMessage message) {
   if (mustEnd())
@@ -162,8 +163,7 @@ Value Evaluator::specifierProperty(const Value::SpecifierPointer& container, con
 Value Evaluator::specifierElement(const Value::SpecifierPointer& given, const ElementAccess& expression, Mode mode) {
   Value::SpecifierPointer container = given;
   if (!container->application && !isRootedInTest(*container)) {
-    throw errors::cannotGet(
-        fmt::format("{} of current application", classWords(expression.elementClass)));
+    throw errors::cannotGet(fmt::format("{} of current application", classWords(expression.elementClass)));
   }
   if (!isRootedInTest(*container) && isValueElement(expression.elementClass.code, container->form)) {
     // `first item of tabs of w` is the first tab, and still costs one event.

@@ -2,7 +2,6 @@
 // the rules of the language: appending to a variable's list or text (`set x to x & y`) doesn't copy it when nobody else
 // can see it, and a list doesn't come to hold itself: what would close a ring is stored as a copy.
 #include "applescript/evaluate/Evaluator.h"
-
 #include "applescript/events/ObjectSpecifier.h"
 #include "applescript/values/Codes.h"
 #include "applescript/values/Dates.h"
@@ -60,7 +59,9 @@ bool sameVariable(const Variable& left, const Expression& right) {
   return left.place == other.place && left.slot == other.slot && left.scriptDepth == other.scriptDepth;
 }
 
-bool joinsToText(const Value& value) { return !value.is<Value::ListPointer>() && !value.is<Value::RecordPointer>(); }
+bool joinsToText(const Value& value) {
+  return !value.is<Value::ListPointer>() && !value.is<Value::RecordPointer>();
+}
 
 } // namespace
 
@@ -201,9 +202,14 @@ Value& Evaluator::variableSlot(const Variable& variable) {
 
 Value Evaluator::readVariable(const Variable& variable) {
   Value value = variable.place == Variable::Place::result ? result() : variableSlot(variable);
-  if (value.isNothing())
-    throw errors::undefinedVariable(variable.name);
-  return value;
+  if (!value.isNothing())
+    return value;
+  // A record's labels are no dictionary's words: in `items of rs whose n > 1` they look like variables.
+  if (const auto* record = frame_->target.get<Value::RecordPointer>()) {
+    if (const Value* field = (*record)->find({0, variable.name}))
+      return *field;
+  }
+  throw errors::undefinedVariable(variable.name);
 }
 
 void Evaluator::assignToVariable(const Variable& variable, Value value) {
@@ -222,8 +228,11 @@ void Evaluator::bindOptional(const std::unique_ptr<Variable>& variable, Value va
 void Evaluator::assignToProperty(const PropertyAccess& target, Value value) {
   if (target.property.code == codes::textItemDelimiters) {
     const Value delimiters = lookThroughDeep(value, ForeignObjects::unwrapped);
+    // What is no text is refused now and not at the next use.
+    if (!delimiters.is<Value::ListPointer>())
+      static_cast<void>(textOf(delimiters));
     for (const Value& delimiter : listOf(delimiters)->items)
-      static_cast<void>(textOf(delimiter)); // What is no text is refused now and not at the next use.
+      static_cast<void>(textOf(delimiter));
     script_.textItemDelimiters = delimiters.deepCopy();
     return;
   }

@@ -1,5 +1,5 @@
-// Messages to objects behind the Objective-C bridge. Arguments travel with references looked through and foreign objects
-// as they are; failures of the bridge that aren't the language's own become its error for a failed handler.
+// Messages to objects behind the Objective-C bridge. Arguments travel with references looked through and foreign
+// objects as they are; failures of the bridge that aren't the language's own become its error for a failed handler.
 #include "applescript/evaluate/Bridge.h"
 
 #include "applescript/evaluate/Evaluator.h"

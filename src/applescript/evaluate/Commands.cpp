@@ -3,11 +3,13 @@
 #include "applescript/evaluate/Commands.h"
 
 #include "applescript/evaluate/Evaluator.h"
+#include "applescript/evaluate/TestNeedsValues.h"
 #include "applescript/events/ObjectSpecifier.h"
 #include "applescript/events/ScriptableApplication.h"
 #include "applescript/values/ClassNames.h"
 #include "applescript/values/Codes.h"
 #include "applescript/values/Errors.h"
+#include "applescript/values/Names.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/SourceForm.h"
 
@@ -81,9 +83,9 @@ Value Evaluator::evaluateCommand(const Command& command) {
   case commandKey(additions::read):
   case commandKey(additions::clipboard):
   case commandKey(additions::setClipboard):
-    throw errors::of(errorNumber::privilege,
-                     fmt::format("A privilege violation occurred: “{}” isn’t available to scripts here.",
-                                 command.term->words));
+    throw errors::of(
+        errorNumber::privilege,
+        fmt::format("A privilege violation occurred: “{}” isn’t available to scripts here.", command.term->words));
   default:
     return sendCommand(command);
   }
@@ -145,6 +147,8 @@ Value Evaluator::exists(const Command& command) {
     throw;
   }
   const auto* specifier = value.get<Value::SpecifierPointer>();
+  if (specifier && isRootedInTest(**specifier))
+    throw TestNeedsValues();
   if (!specifier || !(*specifier)->application || (*specifier)->form == ObjectSpecifier::Form::application)
     return true;
   AppleEventMessage message;
@@ -171,12 +175,31 @@ Value Evaluator::commandParameter(const ParameterTerm& parameter, const Expressi
   return outgoing(evaluate(expression, isPlace ? Mode::designation : Mode::value));
 }
 
+// A handler of the script with a command's name: `on quit`, `on open x`.
+std::optional<Value> Evaluator::ownCommand(const Command& command, const std::optional<Value>& direct) {
+  const auto* script = frame_->target.get<Value::ScriptPointer>();
+  const std::shared_ptr<ScriptObject> receiver = script ? *script : frame_->self;
+  const FoundHandler found = findHandler(receiver, foldedName(command.term->words));
+  if (!found.definition)
+    return {};
+  Arguments arguments;
+  arguments.isLabelled = found.definition->isLabelled;
+  if (direct && found.definition->direct)
+    arguments.direct = *direct;
+  else if (direct)
+    arguments.positional.push_back(*direct);
+  return invoke(found, receiver, std::move(arguments), command.term->words);
+}
+
 Value Evaluator::sendCommand(const Command& command) {
   AppleEventMessage message;
   message.code = command.term->event;
   std::shared_ptr<ScriptableApplication> application;
   if (command.direct) {
     message.directObject = outgoing(evaluate(*command.direct, Mode::designation));
+    const auto* specifier = message.directObject->get<Value::SpecifierPointer>();
+    if (specifier && isRootedInTest(**specifier))
+      throw TestNeedsValues();
     application = applicationIn(*message.directObject);
   }
   for (const auto& [term, expression] : command.parameters)
@@ -186,9 +209,11 @@ Value Evaluator::sendCommand(const Command& command) {
     application = applicationIn(target);
   if (application)
     return send(application, std::move(message));
+  if (const auto own = ownCommand(command, message.directObject))
+    return *own;
   // `activate` and the like without a target are for the script's own host, which has nothing to do.
-  const bool isForHost = message.code == events::activate || message.code == additions::launch ||
-                         message.code == additions::reopen;
+  const bool isForHost =
+      message.code == events::activate || message.code == additions::launch || message.code == additions::reopen;
   if (isForHost && (!command.direct || message.directObject->is<Value::SpecifierPointer>()))
     return Value::nothing();
   throw errors::notUnderstood(shortSourceForm(message.directObject.value_or(target)), command.term->words);

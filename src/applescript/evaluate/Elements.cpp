@@ -1,8 +1,6 @@
-// Elements of values: items of lists, pieces of text (with TextContainers.cpp). The container is evaluated first, then the
-// key, once; `whose` and a class other than `item` narrow the candidates before one is picked.
+// Elements of values: items of lists, pieces of text (with TextContainers.cpp). The container is evaluated first, then
+// the key, once; `whose` and a class other than `item` narrow the candidates before one is picked.
 #include "applescript/evaluate/Evaluator.h"
-
-#include "applescript/evaluate/Restored.h"
 #include "applescript/events/ObjectSpecifier.h"
 #include "applescript/values/ClassNames.h"
 #include "applescript/values/Codes.h"
@@ -10,11 +8,11 @@
 #include "applescript/values/Errors.h"
 #include "applescript/values/ForeignObject.h"
 #include "applescript/values/Reference.h"
+#include "applescript/values/Restored.h"
 #include "applescript/values/SourceForm.h"
 
-#include <unicode/utf8.h>
-
 #include <fmt/core.h>
+#include <unicode/utf8.h>
 
 #include <algorithm>
 
@@ -115,8 +113,7 @@ Value Evaluator::elementOf(const Value& given, const ElementAccess& expression) 
   const Value container = plain(given);
   if (const auto* specifier = container.get<Value::SpecifierPointer>())
     return specifierElement(*specifier, expression, Mode::value);
-  if (const auto* text = container.get<Text>();
-      text && !expression.test && isTextElement(expression.elementClass.code))
+  if (const auto* text = container.get<Text>(); text && !expression.test && isTextElement(expression.elementClass.code))
     return textElement(*text, expression);
   if (const auto* list = container.get<Value::ListPointer>();
       list && !expression.test && expression.elementClass.code == codes::item) {

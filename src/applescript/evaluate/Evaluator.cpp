@@ -3,12 +3,12 @@
 // catches the error finds the innermost place in it, and evaluation pays two stores per node for that.
 #include "applescript/evaluate/Evaluator.h"
 
-#include "applescript/evaluate/Restored.h"
 #include "applescript/evaluate/TestNeedsValues.h"
 #include "applescript/events/ObjectSpecifier.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Names.h"
 #include "applescript/values/Reference.h"
+#include "applescript/values/Restored.h"
 
 #include <algorithm>
 #include <new>
@@ -109,7 +109,9 @@ Value Evaluator::evaluateOptional(const Expression& expression, Mode mode) {
   return value;
 }
 
-Value Evaluator::operand(const Expression& expression) { return plain(evaluate(expression)); }
+Value Evaluator::operand(const Expression& expression) {
+  return plain(evaluate(expression));
+}
 
 Value Evaluator::plain(Value value) {
   if (value.is<Value::ReferencePointer>() || value.is<Value::ForeignPointer>())

@@ -169,6 +169,7 @@ private:
 
   // TextContainers.cpp
   Value textElement(const Text& text, const ElementAccess& expression);
+  Value textBetweenElements(const Text& text, const ElementAccess& expression);
   std::vector<TextRange> textRanges(const Text& text, FourCharCode elementClass);
   std::vector<std::string> delimiters() const;
 
@@ -195,6 +196,7 @@ private:
   // Commands.cpp
   Value evaluateCommand(const Command& command);
   Value sendCommand(const Command& command);
+  std::optional<Value> ownCommand(const Command& command, const std::optional<Value>& direct);
   Value commandParameter(const ParameterTerm& parameter, const Expression& expression);
   Value count(const Command& command);
   Value countOf(const Value& value);

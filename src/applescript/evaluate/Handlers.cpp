@@ -1,8 +1,7 @@
-// Calls of the script's own handlers. A message goes to a script object; its handler is found there or along its parents.
-// The frame of the call knows both: `self`, who was sent the message, and `owner`, in whose text the handler stands.
+// Calls of the script's own handlers. A message goes to a script object; its handler is found there or along its
+// parents. The frame of the call knows both: `self`, who was sent the message, and `owner`, in whose text the handler
+// stands.
 #include "applescript/evaluate/Evaluator.h"
-
-#include "applescript/evaluate/Restored.h"
 #include "applescript/evaluate/TestNeedsValues.h"
 #include "applescript/events/ObjectSpecifier.h"
 #include "applescript/events/ScriptableApplication.h"
@@ -10,6 +9,7 @@
 #include "applescript/values/ForeignObject.h"
 #include "applescript/values/Names.h"
 #include "applescript/values/Reference.h"
+#include "applescript/values/Restored.h"
 #include "applescript/values/SourceForm.h"
 
 #include <fmt/core.h>
@@ -68,8 +68,7 @@ Value Evaluator::runScript(const std::shared_ptr<ScriptObject>& script, std::vec
   return invoke(found, script, std::move(passed), "run");
 }
 
-Evaluator::FoundHandler Evaluator::findHandler(const std::shared_ptr<ScriptObject>& script,
-                                               const std::string& folded) {
+Evaluator::FoundHandler Evaluator::findHandler(const std::shared_ptr<ScriptObject>& script, const std::string& folded) {
   std::shared_ptr<ScriptObject> object = script;
   for (int hops = 0; object && hops < 100; ++hops) {
     if (const HandlerDefinition* definition = object->layout().findHandler(folded))
@@ -137,7 +136,7 @@ Value Evaluator::callHandler(const HandlerCall& call) {
     }
   }
   const FoundHandler found = call.target == HandlerCall::Target::me ? findHandler(frame_->self, call.foldedName)
-                                                                   : findHandlerAround(call.foldedName);
+                                                                    : findHandlerAround(call.foldedName);
   if (!found.definition) {
     const auto* target = frame_->target.get<Value::SpecifierPointer>();
     if (call.target == HandlerCall::Target::implicit && target && (*target)->application)
@@ -182,19 +181,18 @@ void Evaluator::bindParameters(const HandlerDefinition& definition, Arguments ar
                                definition.positional.size()));
   for (std::size_t index = 0; index < definition.positional.size(); ++index) {
     const Parameter& parameter = definition.positional[index];
-    bindParameter(*parameter.pattern, index < given ? std::move(arguments.positional[index])
-                                                    : evaluate(*parameter.defaultValue));
+    bindParameter(*parameter.pattern,
+                  index < given ? std::move(arguments.positional[index]) : evaluate(*parameter.defaultValue));
   }
   if (definition.direct) {
     if (arguments.direct.isNothing() && !definition.direct->defaultValue)
       throw missing("direct");
-    bindParameter(*definition.direct->pattern, arguments.direct.isNothing()
-                                                   ? evaluate(*definition.direct->defaultValue)
-                                                   : std::move(arguments.direct));
+    bindParameter(*definition.direct->pattern, arguments.direct.isNothing() ? evaluate(*definition.direct->defaultValue)
+                                                                            : std::move(arguments.direct));
   }
   for (const auto& [label, parameter] : definition.labelled) {
-    const auto found = std::ranges::find_if(
-        arguments.labelled, [&](const auto& argument) { return sameName(argument.first, label); });
+    const auto found =
+        std::ranges::find_if(arguments.labelled, [&](const auto& argument) { return sameName(argument.first, label); });
     if (found != arguments.labelled.end())
       bindParameter(*parameter.pattern, std::move(found->second));
     else if (parameter.defaultValue)
@@ -204,6 +202,8 @@ void Evaluator::bindParameters(const HandlerDefinition& definition, Arguments ar
   }
 }
 
-void Evaluator::bindParameter(const Expression& pattern, Value value) { assignTo(pattern, std::move(value)); }
+void Evaluator::bindParameter(const Expression& pattern, Value value) {
+  assignTo(pattern, std::move(value));
+}
 
 } // namespace tabwright::applescript

@@ -1,6 +1,5 @@
 // Loops. Each round takes a step of its own, so that one with an empty body can be stopped too.
 #include "applescript/evaluate/Evaluator.h"
-
 #include "applescript/values/Errors.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/SourceForm.h"

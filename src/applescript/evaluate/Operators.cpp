@@ -1,7 +1,6 @@
 // Operators. Their operands are values: references are looked through and properties of objects read, but for `is` and
 // `is not`, which see the reference that a loop's variable holds.
 #include "applescript/evaluate/Evaluator.h"
-
 #include "applescript/evaluate/TestNeedsValues.h"
 #include "applescript/values/ClassNames.h"
 #include "applescript/values/Codes.h"
@@ -199,26 +198,27 @@ Value Evaluator::concatenate(Value left, const Value& right) {
 Value Evaluator::evaluateCoercion(const Coercion& expression) {
   const Value value = operand(*expression.operand);
   const Value type = operand(*expression.type);
-  const auto* alternatives = type.get<Value::ListPointer>();
-  const std::vector<Value> types = alternatives ? (*alternatives)->items : std::vector<Value>{type};
-  std::optional<ScriptError> refusal;
-  for (const Value& wanted : types) {
+  const auto coerceTo = [&](const Value& wanted) {
     const auto* className = wanted.get<Value::ClassPointer>();
     if (!className)
       throw errors::cannotMake(wanted, "class");
+    Value coerced = coerce(value, **className, coercionContext());
+    if (const std::string* text = coerced.text())
+      checkSize(text->size());
+    return coerced;
+  };
+  const auto* alternatives = type.get<Value::ListPointer>();
+  if (!alternatives)
+    return coerceTo(type);
+  for (const Value& wanted : (*alternatives)->items) {
     try {
-      Value coerced = coerce(value, **className, coercionContext());
-      if (const std::string* text = coerced.text())
-        checkSize(text->size());
-      return coerced;
+      return coerceTo(wanted);
     } catch (const ScriptError& error) {
       if (error.number() != errorNumber::cannotMake)
         throw;
-      // The sentence names what was to be coerced, not the item of it that was at fault.
-      refusal = error;
     }
   }
-  throw refusal ? *refusal : errors::cannotMake(value, shortSourceForm(type));
+  throw errors::cannotMake(value, shortSourceForm(type));
 }
 
 } // namespace tabwright::applescript

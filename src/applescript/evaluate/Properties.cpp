@@ -1,6 +1,5 @@
 // Properties of values of the language; those of application objects are Applications.cpp's.
 #include "applescript/evaluate/Evaluator.h"
-
 #include "applescript/events/ObjectSpecifier.h"
 #include "applescript/values/ClassNames.h"
 #include "applescript/values/Codes.h"
@@ -10,9 +9,8 @@
 #include "applescript/values/Reference.h"
 #include "applescript/values/SourceForm.h"
 
-#include <unicode/utf8.h>
-
 #include <fmt/core.h>
+#include <unicode/utf8.h>
 
 #include <algorithm>
 
@@ -41,7 +39,9 @@ std::string quoted(const std::string& text) {
 
 } // namespace
 
-Value Evaluator::implicitTarget() { return frame_->target.isNothing() ? Value(frame_->self) : frame_->target; }
+Value Evaluator::implicitTarget() {
+  return frame_->target.isNothing() ? Value(frame_->self) : frame_->target;
+}
 
 Value Evaluator::evaluateProperty(const PropertyAccess& expression, Mode mode) {
   const Label& property = expression.property;

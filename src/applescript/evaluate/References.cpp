@@ -1,9 +1,7 @@
 // `a reference to x`. What names something in an application is a specifier already; a place in the script becomes a
 // Reference; anything else is its own value. References may outlive the run, so they hold on to what they read from.
-#include "applescript/evaluate/Evaluator.h"
-
 #include "applescript/evaluate/Bridge.h"
-
+#include "applescript/evaluate/Evaluator.h"
 #include "applescript/events/ObjectSpecifier.h"
 #include "applescript/values/Codes.h"
 #include "applescript/values/Errors.h"

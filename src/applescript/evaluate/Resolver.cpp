@@ -1,8 +1,9 @@
 // Two steps per script: first its layout is collected (properties, handlers, scripts, globals declared outside of
-// handlers), since handlers may use what stands below them; then each handler's body is walked with a table of the names
-// seen so far. Nodes are walked by kind, without a default, so that a new kind of node can't be forgotten.
+// handlers), since handlers may use what stands below them; then each handler's body is walked with a table of the
+// names seen so far. Statements are walked by kind, without a default, so that a new kind can't be forgotten.
 #include "applescript/evaluate/Resolver.h"
 
+#include "applescript/syntax/Children.h"
 #include "applescript/values/Codes.h"
 #include "applescript/values/Names.h"
 
@@ -227,7 +228,8 @@ private:
   bool placeAmongScripts(Variable& variable, const std::string& folded) {
     int depth = 0;
     for (ScriptLayout* layout = script_; layout; layout = layout->enclosing, ++depth) {
-      if (const auto globals = globalsOf_.find(layout); globals != globalsOf_.end() && globals->second.contains(folded)) {
+      if (const auto globals = globalsOf_.find(layout);
+          globals != globalsOf_.end() && globals->second.contains(folded)) {
         placeGlobal(variable);
         return true;
       }
@@ -314,87 +316,13 @@ private:
   }
 
   void visit(Expression& expression) {
-    using Kind = Expression::Kind;
-    switch (expression.kind) {
-    case Kind::literal:
-    case Kind::me:
-    case Kind::it:
-    case Kind::currentApplication:
-      break;
-    case Kind::variable:
-      place(static_cast<Variable&>(expression));
-      break;
-    case Kind::list:
-      for (const auto& item : static_cast<ListLiteral&>(expression).items)
-        visit(item);
-      break;
-    case Kind::record:
-      for (const auto& field : static_cast<RecordLiteral&>(expression).fields)
-        visit(field.second);
-      break;
-    case Kind::application:
-      visit(static_cast<ApplicationReference&>(expression).designation);
-      break;
-    case Kind::property:
-      visit(static_cast<PropertyAccess&>(expression).container);
-      break;
-    case Kind::element: {
-      auto& element = static_cast<ElementAccess&>(expression);
-      visit(element.key);
-      visit(element.rangeEnd);
-      visit(element.test);
-      visit(element.container);
-      break;
-    }
-    case Kind::insertionPoint:
-      visit(static_cast<InsertionPoint&>(expression).container);
-      break;
-    case Kind::referenceTo: {
-      auto& reference = static_cast<ReferenceTo&>(expression);
-      visit(reference.operand);
-      noteReference(*reference.operand);
-      break;
-    }
-    case Kind::unary:
-      visit(static_cast<Unary&>(expression).operand);
-      break;
-    case Kind::binary:
-      visit(static_cast<Binary&>(expression).left);
-      visit(static_cast<Binary&>(expression).right);
-      break;
-    case Kind::coercion:
-      visit(static_cast<Coercion&>(expression).operand);
-      visit(static_cast<Coercion&>(expression).type);
-      break;
-    case Kind::handlerCall: {
-      auto& call = static_cast<HandlerCall&>(expression);
-      call.foldedName = foldedName(call.name);
-      visit(call.object);
-      for (const auto& argument : call.arguments)
-        visit(argument);
-      visit(call.direct);
-      for (const auto& argument : call.labelled)
-        visit(argument.second);
-      break;
-    }
-    case Kind::command: {
-      auto& command = static_cast<Command&>(expression);
-      visit(command.direct);
-      for (const auto& parameter : command.parameters)
-        visit(parameter.second);
-      break;
-    }
-    case Kind::message: {
-      auto& message = static_cast<ObjectiveCMessage&>(expression);
-      visit(message.receiver);
-      for (const auto& argument : message.arguments)
-        visit(argument);
-      break;
-    }
-    case Kind::parenthesized:
-      visit(static_cast<Parenthesized&>(expression).inner);
-      break;
-    }
+    if (expression.kind == Expression::Kind::variable)
+      return place(static_cast<Variable&>(expression));
+    forEachChild(expression, [&](Expression& child) { visit(child); });
+    if (expression.kind == Expression::Kind::referenceTo)
+      noteReference(*static_cast<ReferenceTo&>(expression).operand);
+    else if (expression.kind == Expression::Kind::handlerCall)
+      static_cast<HandlerCall&>(expression).foldedName = foldedName(static_cast<HandlerCall&>(expression).name);
   }
 
   void noteReference(const Expression& operand) {

@@ -4,8 +4,8 @@
 
 namespace tabwright::applescript {
 
-/// The pass between parsing and running: finds out for each variable of a tree where it lives, so that a run looks up no
-/// names, and fills in the tree's fields marked "Resolver".
+/// The pass between parsing and running: finds out for each variable of a tree where it lives, so that a run looks up
+/// no names, and fills in the tree's fields marked "Resolver".
 ///
 /// A handler's variables are its own, unless it declares them `global`, or they are properties of its script or of a
 /// script around that one. Statements outside of handlers make up the run handler, whose variables are globals of the

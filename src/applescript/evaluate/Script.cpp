@@ -17,8 +17,7 @@ Script::~Script() {
   }
 }
 
-std::shared_ptr<ScriptObject> Script::instantiate(const ScriptLayout& layout,
-                                                  std::shared_ptr<ScriptObject> enclosing) {
+std::shared_ptr<ScriptObject> Script::instantiate(const ScriptLayout& layout, std::shared_ptr<ScriptObject> enclosing) {
   auto object = std::make_shared<ScriptObject>(layout, std::move(enclosing));
   if (instances_.size() >= sweepAt_) {
     std::erase_if(instances_, [](const auto& instance) { return instance.expired(); });

@@ -9,8 +9,8 @@
 
 namespace tabwright::applescript {
 
-/// A compiled script between its runs: tree, layouts, the script object that holds its properties, and what is common to
-/// all script objects of it.
+/// A compiled script between its runs: tree, layouts, the script object that holds its properties, and what is common
+/// to all script objects of it.
 class Script {
 public:
   Script(std::unique_ptr<SyntaxTree> tree);
@@ -21,7 +21,8 @@ public:
   [[nodiscard]] const SyntaxTree& tree() const { return *tree_; }
   [[nodiscard]] const std::shared_ptr<ScriptObject>& object() const { return object_; }
 
-  /// Makes a script object; it is emptied at the latest when this Script ends, since script objects may hold each other.
+  /// Makes a script object; it is emptied at the latest when this Script ends, since script objects may hold each
+  /// other.
   [[nodiscard]] std::shared_ptr<ScriptObject> instantiate(const ScriptLayout& layout,
                                                           std::shared_ptr<ScriptObject> enclosing);
 

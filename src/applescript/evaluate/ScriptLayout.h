@@ -23,13 +23,13 @@ struct ScriptLayout {
   /// A property or a script in the script, in the order written: what makes the first value of a variable.
   struct Initializer {
     int index = 0;
-    const Expression* value = nullptr;         ///< of a property
+    const Expression* value = nullptr;        ///< of a property
     const ScriptDefinition* script = nullptr; ///< or the script
   };
 
-  std::string name;                    ///< empty for the whole script
-  ScriptLayout* enclosing = nullptr;   ///< the layout of the script around this one's text
-  std::vector<VariableName> variables; ///< by index
+  std::string name;                                 ///< empty for the whole script
+  ScriptLayout* enclosing = nullptr;                ///< the layout of the script around this one's text
+  std::vector<VariableName> variables;              ///< by index
   std::unordered_map<std::string, int> indexByName; ///< folded names
   std::vector<Initializer> initializers;
   std::unordered_map<std::string, const HandlerDefinition*> handlers; ///< folded names

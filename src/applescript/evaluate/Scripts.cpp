@@ -1,11 +1,10 @@
-// Script objects come to be when their text is reached: properties are evaluated in the order written, each seeing those
-// before it, and in a handler also the handler's variables.
+// Script objects come to be when their text is reached: properties are evaluated in the order written, each seeing
+// those before it, and in a handler also the handler's variables.
 #include "applescript/evaluate/Evaluator.h"
-
-#include "applescript/evaluate/Restored.h"
 #include "applescript/values/Codes.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Reference.h"
+#include "applescript/values/Restored.h"
 
 namespace tabwright::applescript {
 
@@ -24,8 +23,8 @@ void Evaluator::initialize(const std::shared_ptr<ScriptObject>& script) {
   const Restored<Value> target(frame_->target, Value::nothing());
   const ScriptLayout& layout = script->layout();
   for (const auto& initializer : layout.initializers) {
-    Value value = initializer.script ? Value(instantiate(*initializer.script->layout, script))
-                                     : evaluate(*initializer.value);
+    Value value =
+        initializer.script ? Value(instantiate(*initializer.script->layout, script)) : evaluate(*initializer.value);
     if (initializer.index == layout.parentIndex)
       script->parent = lookThrough(value);
     script->variables[static_cast<std::size_t>(initializer.index)] = std::move(value);

@@ -1,8 +1,7 @@
 #include "applescript/evaluate/StackGuard.h"
 
-#include <pthread.h>
-
 #include <algorithm>
+#include <pthread.h>
 
 namespace tabwright::applescript {
 

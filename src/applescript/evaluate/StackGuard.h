@@ -11,9 +11,7 @@ public:
   StackGuard();
 
   /// Whether less than `reserve` bytes are left.
-  [[nodiscard]] bool isExhausted() const {
-    return reinterpret_cast<std::size_t>(__builtin_frame_address(0)) < limit_;
-  }
+  [[nodiscard]] bool isExhausted() const { return reinterpret_cast<std::size_t>(__builtin_frame_address(0)) < limit_; }
 
   /// Room for whatever is called without looking: application objects, Unicode functions, walks over nested values.
   static constexpr std::size_t reserve = 768u << 10;

@@ -1,10 +1,10 @@
-// Statements that steer: each tells its block's runner whether to go on, to leave the loop, or to leave the handler. What
-// a block changes for its inside (the target, the timeout, what text comparison considers) is put back however it ends.
+// Statements that steer: each tells its block's runner whether to go on, to leave the loop, or to leave the handler.
+// What a block changes for its inside (the target, the timeout, what text comparison considers) is put back however it
+// ends.
 #include "applescript/evaluate/Evaluator.h"
-
-#include "applescript/evaluate/Restored.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Reference.h"
+#include "applescript/values/Restored.h"
 
 #include <fmt/core.h>
 
@@ -91,7 +91,9 @@ void Evaluator::setResult(Value value) {
   frame_->resultVariable = nullptr;
 }
 
-Value Evaluator::result() { return frame_->resultVariable ? variableSlot(*frame_->resultVariable) : frame_->result; }
+Value Evaluator::result() {
+  return frame_->resultVariable ? variableSlot(*frame_->resultVariable) : frame_->result;
+}
 
 bool Evaluator::condition(const Expression& expression) {
   const Value value = evaluate(expression);

@@ -1,13 +1,12 @@
-// `whose`. Of objects in an application, the condition becomes a tree that travels with the event: bare properties in it
-// are written as properties of the object under test, everything else is evaluated now. A condition that computes with
-// such a property can't travel (TestNeedsValues), and is evaluated here like that of a `whose` on a list.
+// `whose`. Of objects in an application, the condition becomes a tree that travels with the event: bare properties in
+// it are written as properties of the object under test, everything else is evaluated now. A condition that computes
+// with such a property can't travel (TestNeedsValues), and is evaluated here like that of a `whose` on a list.
 #include "applescript/evaluate/Evaluator.h"
-
-#include "applescript/evaluate/Restored.h"
 #include "applescript/evaluate/TestNeedsValues.h"
 #include "applescript/events/ObjectSpecifier.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Reference.h"
+#include "applescript/values/Restored.h"
 
 namespace tabwright::applescript {
 
@@ -80,8 +79,7 @@ std::shared_ptr<const SpecifierTest> Evaluator::buildComparison(const Binary& ex
   case Operator::logicalAnd:
   case Operator::logicalOr: {
     auto test = std::make_shared<SpecifierTest>();
-    test->kind =
-        expression.op == Operator::logicalAnd ? SpecifierTest::Kind::both : SpecifierTest::Kind::either;
+    test->kind = expression.op == Operator::logicalAnd ? SpecifierTest::Kind::both : SpecifierTest::Kind::either;
     test->operands = {buildTest(*expression.left), buildTest(*expression.right)};
     return test;
   }

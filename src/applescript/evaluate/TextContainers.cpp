@@ -1,10 +1,11 @@
-// Pieces of a text: characters, words, paragraphs, text items. A range of `text` is the stretch from the first to the last
-// of its characters; a range of anything else is the list of the pieces.
+// Pieces of a text: characters, words, paragraphs, text items. A range of `text` is the stretch from the first to the
+// last of its characters; a range of anything else is the list of the pieces.
 #include "applescript/evaluate/Evaluator.h"
-
 #include "applescript/values/ClassNames.h"
 #include "applescript/values/Codes.h"
 #include "applescript/values/Reference.h"
+
+#include <algorithm>
 
 namespace tabwright::applescript {
 
@@ -32,11 +33,41 @@ std::vector<TextRange> Evaluator::textRanges(const Text& text, FourCharCode elem
   }
 }
 
+namespace {
+
+bool isElement(const ExpressionPointer& key) {
+  return key && key->kind == Expression::Kind::element && !static_cast<const ElementAccess&>(*key).container;
+}
+
+} // namespace
+
+// `text from word 2 to word 4 of t`: the ends are elements of the same text.
+Value Evaluator::textBetweenElements(const Text& text, const ElementAccess& expression) {
+  const auto placeOf = [&](const Expression& end) {
+    const auto& element = static_cast<const ElementAccess&>(end);
+    const std::vector<TextRange> ranges = textRanges(text, element.elementClass.code);
+    return ranges[position(ranges.size(), element, keyOf(element), Value(text))];
+  };
+  const TextRange from = placeOf(*expression.key);
+  const TextRange to = placeOf(*expression.rangeEnd);
+  const std::size_t start = std::min(from.offset, to.offset);
+  const std::size_t end = std::max(from.offset + from.length, to.offset + to.length);
+  const Text between(text.utf8().substr(start, end - start));
+  if (isTextClass(expression.elementClass.code))
+    return between;
+  std::vector<Value> pieces;
+  for (const TextRange range : textRanges(between, expression.elementClass.code))
+    pieces.emplace_back(between.utf8().substr(range.offset, range.length));
+  return Value::list(std::move(pieces));
+}
+
 Value Evaluator::textElement(const Text& text, const ElementAccess& expression) {
   const FourCharCode code = expression.elementClass.code;
   const std::string& utf8 = text.utf8();
   if (isTextClass(code) && expression.form == ElementAccess::Form::every)
     return text;
+  if (expression.form == ElementAccess::Form::range && isElement(expression.key) && isElement(expression.rangeEnd))
+    return textBetweenElements(text, expression);
   const ElementKey key = keyOf(expression);
   const bool isCharacters = code == codes::character || code == codes::item || isTextClass(code);
   const auto pieceAt = [&](TextRange range) { return Value(utf8.substr(range.offset, range.length)); };

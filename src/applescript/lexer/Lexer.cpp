@@ -309,14 +309,12 @@ private:
   }
 
   void lexRaw() {
-    const auto end = source_.find("»", position_);
-    const auto lineEnd = source_.find_first_of("\r\n", position_);
-    if (end == std::string_view::npos || end > lineEnd) {
-      skipToLineEnd();
+    while (position_ < source_.size() && at(position_) != '\n' && at(position_) != '\r' && !startsWith("»"))
+      ++position_;
+    if (startsWith("»"))
+      position_ += 2;
+    else
       fail(errorNumber::syntaxError, "Expected “»” but found end of line.", {start_, 2});
-    } else {
-      position_ = end + 2;
-    }
     add(Token::Kind::raw);
   }
 

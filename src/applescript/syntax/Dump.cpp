@@ -91,10 +91,10 @@ private:
   static std::string of(const Expression& expression);
   static std::string of(const ExpressionPointer& expression) { return expression ? of(*expression) : "-"; }
   static std::string part(std::string_view name, const ExpressionPointer& expression) {
-    return expression ? fmt::format(" {} {}", name, of(*expression)) : std::string();
+    return expression ? fmt::format(" {}{}{}", name, name.empty() ? "" : " ", of(*expression)) : std::string();
   }
   static std::string part(std::string_view name, const std::unique_ptr<Variable>& variable) {
-    return variable ? fmt::format(" {} {}", name, of(*variable)) : std::string();
+    return variable ? fmt::format(" {}{}{}", name, name.empty() ? "" : " ", of(*variable)) : std::string();
   }
   static std::string of(const Parameter& parameter) {
     return of(parameter.pattern) + (parameter.defaultValue ? "=" + of(parameter.defaultValue) : "");
@@ -145,7 +145,7 @@ std::string Dumper::of(const Expression& expression) {
   }
   case Expression::Kind::element: {
     const auto& element = static_cast<const ElementAccess&>(expression);
-    return fmt::format("({} {}'{}'{}{}{}{})", formName(element.form), element.elementClass.words,
+    return fmt::format("({} {}'{}'{}{}{}{})", element.isIndexWritten ? "by-index" : formName(element.form), element.elementClass.words,
                        toString(element.elementClass.code), part("at", element.key), part("thru", element.rangeEnd),
                        part("whose", element.test), part("of", element.container));
   }

@@ -75,7 +75,10 @@ std::string ExpressionPrinter::text(std::string_view value) {
 std::string ExpressionPrinter::name(std::string_view name) const {
   const bool isTerm = std::ranges::any_of(
       tree_.terminologies, [&](const Terminology* terminology) { return terminology->hasFirstWord(name); });
-  if (isPlainName(name) && findKeyword(name) == Keyword::none && !isTerm)
+  const Keyword keyword = findKeyword(name);
+  const bool isHarmless = keyword == Keyword::none || keyword == Keyword::a || keyword == Keyword::current ||
+                          keyword == Keyword::result;
+  if (isPlainName(name) && isHarmless && !isTerm)
     return std::string(name);
   return escaped(name, '|');
 }
@@ -244,7 +247,9 @@ std::string ExpressionPrinter::elementWords(const ElementAccess& element) const 
   switch (element.form) {
   case Form::index:
     // Only an ordinal may have a test: `third tab whose …`.
-    return element.test ? print(*element.key) + "th " + words : words + " " + print(*element.key);
+    if (element.test)
+      return print(*element.key) + "th " + words;
+    return words + (element.isIndexWritten ? " index " : " ") + print(*element.key);
   case Form::name:
     return words + " named " + print(*element.key);
   case Form::id:

@@ -65,10 +65,7 @@ Block ScriptParser::parseBody(Keyword kind) {
 void ScriptParser::finishBlock(Keyword kind) {
   const std::string expected = fmt::format("“end” or “end {}”", closingWords(kind));
   if (!token().is(Keyword::end)) {
-    const bool isAtEnd = token().kind == Token::Kind::scriptEnd;
-    if (!(isAtEnd && endIsReported_))
-      report(expectedError(expected, describeFound(), token()));
-    endIsReported_ = endIsReported_ || isAtEnd;
+    report(expectedError(expected, describeFound(), token()));
     return;
   }
 
@@ -83,7 +80,7 @@ void ScriptParser::finishBlock(Keyword kind) {
   }
 
   // The wrong word: another block's `end`, which then closes that one, or a slip.
-  const std::string found = isBlockKind(word) ? fmt::format("“end {}”", closingWords(word.keyword)) : "“end”";
+  const std::string found = fmt::format("“end {}”", isBlockKind(word) ? closingWords(word.keyword) : word.text);
   report(syntaxError(errorNumber::syntaxError, fmt::format("Expected {} but found {}.", expected, found),
                      token().range.joinedWith(word.range)));
   const bool closesOuter =

@@ -19,7 +19,6 @@ std::pair<std::string_view, std::size_t> ScriptParser::findPreposition(std::size
 // ------------------------------------------------------------------- commands
 
 ExpressionPointer ScriptParser::parseCommand(const Term& term, std::size_t words) {
-  const Nesting nesting(*this);
   const std::size_t start = offset();
   auto command = std::make_unique<Command>();
   command->term = &term;
@@ -106,6 +105,9 @@ ExpressionPointer ScriptParser::parseArgumentValue(FourCharCode code) {
     if (auto found = acceptClass())
       return finish(std::make_unique<Literal>(Value(std::move(found->name))), start);
   }
+  const bool isPlace = token().is(Keyword::beginning) || token().is(Keyword::end);
+  if (code == keywords::insertionLocation && isPlace && !token(1).is(Keyword::of) && !token(1).is(Keyword::in))
+    return parseKey();
   return parseExpression();
 }
 

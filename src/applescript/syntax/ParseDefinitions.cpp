@@ -54,6 +54,8 @@ StatementPointer ScriptParser::parseDefinition() {
     return parseUse();
   if (token().is(Keyword::property) || token().is(Keyword::prop))
     return parsePropertyDefinition();
+  if (token(1).is(Keyword::error)) // `on error` without its `try`
+    fail("expression");
   return parseHandler();
 }
 
@@ -151,16 +153,13 @@ StatementPointer ScriptParser::parseHandler() {
 }
 
 void ScriptParser::finishHandlerBadly(const std::string& name) {
-  const bool isAtEnd = token().kind == Token::Kind::scriptEnd;
-  if (!(isAtEnd && endIsReported_)) {
-    const bool hasWord = token().is(Keyword::end);
-    const Token& found = token();
+  const std::string expected = name.empty() ? "“end”" : fmt::format("“end” or “end {}”", name);
+  if (token().is(Keyword::end))
     report(syntaxError(errorNumber::syntaxError,
-                       fmt::format("Expected “end” or “end {}” but found {}.", name,
-                                   hasWord ? fmt::format("“end {}”", token(1).text) : describeFound()),
-                       hasWord ? found.range.joinedWith(token(1).range) : found.range));
-  }
-  endIsReported_ = endIsReported_ || isAtEnd;
+                       fmt::format("Expected {} but found “end {}”.", expected, token(1).text),
+                       token().range.joinedWith(token(1).range)));
+  else
+    report(expectedError(expected, describeFound(), token()));
   if (token().is(Keyword::end) || token().is(Keyword::else_))
     skipLine();
 }

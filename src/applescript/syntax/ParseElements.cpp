@@ -62,10 +62,9 @@ ExpressionPointer ScriptParser::parseElement(FoundClass found, std::size_t start
     return element;
   };
   const Token& next = token();
-  if (next.is(Keyword::id) && canStartKey(1))
+  if (next.is(Keyword::id) && (canStartKey(1) || token(1).is(Symbol::openBrace))) // `string id {72, 105}`
     return finish(keyed(Form::id, 1), startOffset);
-  if (next.is(Keyword::index) && canStartKey(1))
-  {
+  if (next.is(Keyword::index) && canStartKey(1)) {
     auto element = keyed(Form::index, 1);
     element->isIndexWritten = true;
     return finish(std::move(element), startOffset);
@@ -90,6 +89,7 @@ ExpressionPointer ScriptParser::parseElement(FoundClass found, std::size_t start
     return finish(std::move(element), startOffset);
   }
   if (!found.isPlural && (next.is(Keyword::before) || next.is(Keyword::after))) { // `tab after tab 3`
+    const Nesting nesting(*this);
     auto element = makeElement(next.is(Keyword::before) ? Form::before : Form::after, std::move(found));
     advance();
     element->container = parseChain();
@@ -126,6 +126,7 @@ ExpressionPointer ScriptParser::parseOrdinal(std::int64_t number) {
 }
 
 ExpressionPointer ScriptParser::parseInsertionPoint(InsertionPoint::Where where, std::size_t words) {
+  const Nesting nesting(*this);
   const std::size_t start = offset();
   auto point = std::make_unique<InsertionPoint>();
   point->where = where;
@@ -170,7 +171,9 @@ bool ScriptParser::canStartKey(std::size_t ahead) const {
 }
 
 ExpressionPointer ScriptParser::parseRangeEnd() {
-  return token().is(Symbol::minus) ? parseKey() : parsePossessives(parsePrimary());
+  const Nesting nesting(*this);
+  const bool isPlace = token().is(Keyword::beginning) || token().is(Keyword::end);
+  return isPlace || token().is(Symbol::minus) ? parseKey() : parsePossessives(parsePrimary());
 }
 
 // A key is less than an expression: `item i of xs` is the item at `i`, not the item at `i of xs`.

@@ -3,7 +3,6 @@
 
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <utility>
 
 // Expressions without operators and containers: what a single word, literal or bracket begins.
@@ -125,9 +124,10 @@ ExpressionPointer ScriptParser::parseReservedWord() {
   case Keyword::tenth:
     return parseOrdinal(10);
   case Keyword::beginning:
-    return parseInsertionPoint(Where::beginning, 1);
-  case Keyword::end:
-    return parseInsertionPoint(Where::end, 1);
+  case Keyword::end: // alone only where a place is asked for: see parseArgumentValue, parseKey
+    if (token(1).is(Keyword::of) || token(1).is(Keyword::in))
+      return parseInsertionPoint(token().is(Keyword::end) ? Where::end : Where::beginning, 1);
+    break;
   case Keyword::before:
     return parseInsertionPoint(Where::before, 1);
   case Keyword::after:
@@ -286,9 +286,11 @@ ExpressionPointer ScriptParser::parseNumber() {
   }
   std::string plain(digits); // from_chars takes no sign in front of an exponent's digits but a minus
   std::erase(plain, '+');
-  double real = 0;
+  double real = 0; // stays when the number is too small
   const auto [end, error] = std::from_chars(plain.data(), plain.data() + plain.size(), real);
-  if (error == std::errc::result_out_of_range && !(std::abs(real) < 1))
+  const auto exponent = plain.find_first_of("eE");
+  const bool isLarge = exponent == std::string::npos ? plain.find('.') > 300 : plain[exponent + 1] != '-';
+  if (error == std::errc::result_out_of_range && isLarge)
     throw syntaxError(errorNumber::numericOverflow, "The number is too large.", token().range);
   return makeLiteral(Value(real), 1);
 }
@@ -315,13 +317,12 @@ bool ScriptParser::isLabelAhead() const {
 Label ScriptParser::parseLabel() {
   const Token& word = token();
   const auto matches = scope_.match(rest());
-  for (const Terminology::Match& match : matches) {
-    const bool isLabel = match.term->kind == Term::Kind::property || match.term->kind == Term::Kind::className;
-    if (isLabel && token(match.words).is(Symbol::colon)) {
-      const Term& term = *match.term;
-      advance(match.words);
-      return {term.code, std::string(term.words)};
-    }
+  const auto* match = matches.find(Term::Kind::property);
+  if (!match)
+    match = matches.find(Term::Kind::className);
+  if (match && token(match->words).is(Symbol::colon)) {
+    advance(match->words);
+    return {match->term->code, std::string(match->term->words)};
   }
   if (word.kind == Token::Kind::word && isReserved(word.keyword))
     fail("identifier");

@@ -7,10 +7,10 @@
 namespace tabwright::applescript {
 
 ExpressionPointer ScriptParser::parseChain() {
-  const Nesting nesting(*this);
   const std::size_t start = offset();
   ExpressionPointer node = parsePossessives(parsePrimary());
   if (isOf() && canAttach(*node)) {
+    const Nesting nesting(*this);
     const Joint joint = token().is(Keyword::of) ? Joint::of : Joint::in;
     advance();
     attach(node, parseChain(), joint);
@@ -45,6 +45,8 @@ ExpressionPointer ScriptParser::parseMember() {
   const std::size_t start = offset();
   if (isLabel())
     return parseMessage();
+  if (first.is(Keyword::end) || first.is(Keyword::beginning))
+    return parseKey();
   const bool isName = first.kind == Token::Kind::word || first.kind == Token::Kind::quotedName;
   if (isName && token(1).is(Symbol::openParenthesis) && !token(1).spaceBefore) { // even `string()` and `count()`
     advance();
@@ -80,6 +82,7 @@ ExpressionPointer ScriptParser::parseMessage() {
 }
 
 ExpressionPointer ScriptParser::parseMy() {
+  const Nesting nesting(*this);
   const std::size_t start = offset();
   advance();
   const Token& name = token();
@@ -107,6 +110,7 @@ ExpressionPointer ScriptParser::parseMy() {
 }
 
 ExpressionPointer ScriptParser::parseIts() {
+  const Nesting nesting(*this);
   const std::size_t start = offset();
   advance();
   const Token& first = token();

@@ -69,7 +69,9 @@ void ScriptParser::require(Symbol symbol, std::string_view expected) {
 }
 
 void ScriptParser::requireLineEnd() {
-  if (!token().endsLine())
+  // A block that lacks its `end` stops in front of a line that is not its own.
+  const bool isAtLineStart = position_ > 0 && tokens_[position_ - 1].kind == Token::Kind::lineEnd;
+  if (!token().endsLine() && !isAtLineStart)
     fail("end of line");
 }
 
@@ -96,6 +98,10 @@ void ScriptParser::fail(std::string_view expected) const {
 }
 
 void ScriptParser::report(ScriptError error) {
+  const std::size_t place = error.range()->offset;
+  if (place == lastErrorAt_) // one mistake shows in several ways
+    return;
+  lastErrorAt_ = place;
   errors_.push_back(std::move(error));
   if (errors_.size() >= limits_.errors)
     throw EnoughErrors();

@@ -259,7 +259,7 @@ private:
   std::size_t depth_ = 0;
   std::size_t nextMention_ = 0;
   std::size_t repeats_ = 0; ///< `repeat` blocks around the cursor, within the handler
-  bool endIsReported_ = false; ///< the script ended inside of a block: said once, not for every block around
+  std::size_t lastErrorAt_ = std::string::npos;
   std::vector<ScriptError> errors_;
   std::vector<Keyword> openBlocks_;
   WordScope scope_;

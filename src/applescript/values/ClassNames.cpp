@@ -44,7 +44,9 @@ struct ClassVisitor {
 
 } // namespace
 
-ClassName classOf(const Value& value) { return std::visit(ClassVisitor{}, value.storage()); }
+ClassName classOf(const Value& value) {
+  return std::visit(ClassVisitor{}, value.storage());
+}
 
 bool isTextClass(FourCharCode code) {
   return code == codes::text || code == codes::string || code == codes::unicodeText;

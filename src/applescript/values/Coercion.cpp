@@ -1,5 +1,5 @@
-// One function per target, and a table-like switch that names them. A value that is nested in a list of one is taken out
-// in one place, at the end of each attempt, before the error.
+// One function per target, and a table-like switch that names them. A value that is nested in a list of one is taken
+// out in one place, at the end of each attempt, before the error.
 #include "applescript/values/Coercion.h"
 
 #include "applescript/events/ObjectSpecifier.h"
@@ -157,7 +157,9 @@ std::int64_t integerOf(const Value& value) {
   return static_cast<std::int64_t>(whole);
 }
 
-double realOf(const Value& value) { return *asReal(numberOf(value)); }
+double realOf(const Value& value) {
+  return *asReal(numberOf(value));
+}
 
 bool booleanOf(const Value& value) {
   if (const auto* boolean = value.get<bool>())

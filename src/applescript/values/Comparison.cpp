@@ -68,16 +68,13 @@ struct EqualVisitor {
     return left == right || equalLists(*left, *right, attributes);
   }
   bool operator()(const Value::RecordPointer& left, const Value::RecordPointer& right) const {
-    return left == right ||
-           (left->fields.size() == right->fields.size() && hasFields(*left, *right, attributes));
+    return left == right || (left->fields.size() == right->fields.size() && hasFields(*left, *right, attributes));
   }
   bool operator()(const Value::SpecifierPointer& left, const Value::SpecifierPointer& right) const {
     return sameSpecifier(*left, *right);
   }
   bool operator()(const Value::ScriptPointer& left, const Value::ScriptPointer& right) const { return left == right; }
-  bool operator()(const Value::ForeignPointer& left, const Value::ForeignPointer& right) const {
-    return left == right;
-  }
+  bool operator()(const Value::ForeignPointer& left, const Value::ForeignPointer& right) const { return left == right; }
 };
 
 std::vector<Value> itemsOf(const Value& value) {

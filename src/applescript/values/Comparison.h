@@ -7,8 +7,8 @@
 
 namespace tabwright::applescript {
 
-/// Comparisons of values, with references and foreign objects inside lists and records looked through. Object specifiers
-/// compare by what they say; no application is asked.
+/// Comparisons of values, with references and foreign objects inside lists and records looked through. Object
+/// specifiers compare by what they say; no application is asked.
 
 /// `left is right`. Text and number are never equal, `1` and `1.0` are; lists are equal item by item, records when they
 /// have the same labels with equal values; `text`, `string` and `Unicode text` are one class.

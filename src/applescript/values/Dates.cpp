@@ -222,11 +222,17 @@ Date dateFrom(const CalendarDate& parts) {
   return {static_cast<double>(day) * secondsPerDay + parts.secondsOfDay};
 }
 
-std::optional<Date> dateFromText(std::string_view text, Date now) { return DateReader(text, now).read(); }
+std::optional<Date> dateFromText(std::string_view text, Date now) {
+  return DateReader(text, now).read();
+}
 
-std::optional<int> monthOf(const Enumerator& constant) { return positionOf(months, constant.code); }
+std::optional<int> monthOf(const Enumerator& constant) {
+  return positionOf(months, constant.code);
+}
 
-std::optional<int> weekdayOf(const Enumerator& constant) { return positionOf(weekdays, constant.code); }
+std::optional<int> weekdayOf(const Enumerator& constant) {
+  return positionOf(weekdays, constant.code);
+}
 
 namespace {
 
@@ -253,7 +259,9 @@ std::string timeText(Date date) {
                      hour < 12 ? "AM" : "PM");
 }
 
-std::string dateText(Date date) { return fmt::format("{} at {}", longDateText(date), timeText(date)); }
+std::string dateText(Date date) {
+  return fmt::format("{} at {}", longDateText(date), timeText(date));
+}
 
 std::optional<Value> dateProperty(Date date, FourCharCode property) {
   const CalendarDate parts = calendarDate(date);

@@ -22,9 +22,9 @@ struct CalendarDate {
 /// Months and days beyond their ends carry over: day 31 of February is in March.
 [[nodiscard]] Date dateFrom(const CalendarDate& parts);
 
-/// A date as text spells it: `2026-01-31 10:00:00` (ISO 8601, with blank or `T`), `1/31/2026 10:00 PM`, `January 31, 2026`,
-/// `31 January 2026`, `Saturday, January 31, 2026 at 10:00:00 AM`, or a time alone, which is on the day of `now`.
-/// Nothing for any other text.
+/// A date as text spells it: `2026-01-31 10:00:00` (ISO 8601, with blank or `T`), `1/31/2026 10:00 PM`, `January 31,
+/// 2026`, `31 January 2026`, `Saturday, January 31, 2026 at 10:00:00 AM`, or a time alone, which is on the day of
+/// `now`. Nothing for any other text.
 [[nodiscard]] std::optional<Date> dateFromText(std::string_view text, Date now);
 
 /// `Saturday, January 31, 2026 at 10:00:00 AM`, and its parts.

@@ -39,16 +39,24 @@ ScriptError notUnderstood(const std::string& subject, std::string_view message) 
   return of(errorNumber::notHandled, fmt::format("{} doesn’t understand the “{}” message.", subject, message));
 }
 
-ScriptError userCancelled() { return of(errorNumber::userCancelled, "User canceled."); }
+ScriptError userCancelled() {
+  return of(errorNumber::userCancelled, "User canceled.");
+}
 
-ScriptError divisionByZero() { return of(errorNumber::divisionByZero, "Can’t divide by zero."); }
+ScriptError divisionByZero() {
+  return of(errorNumber::divisionByZero, "Can’t divide by zero.");
+}
 
 ScriptError numericOverflow() {
   return of(errorNumber::numericOverflow, "The result of a numeric operation was too large.");
 }
 
-ScriptError stackOverflow() { return of(errorNumber::stackOverflow, "Stack overflow."); }
+ScriptError stackOverflow() {
+  return of(errorNumber::stackOverflow, "Stack overflow.");
+}
 
-ScriptError outOfMemory() { return of(errorNumber::outOfMemory, "Out of memory."); }
+ScriptError outOfMemory() {
+  return of(errorNumber::outOfMemory, "Out of memory.");
+}
 
 } // namespace tabwright::applescript::errors

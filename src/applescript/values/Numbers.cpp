@@ -144,7 +144,9 @@ Value calculate(Arithmetic operation, const Value& left, const Value& right) {
   return {};
 }
 
-Value negated(const Value& number) { return calculate(Arithmetic::subtract, 0, number); }
+Value negated(const Value& number) {
+  return calculate(Arithmetic::subtract, 0, number);
+}
 
 Value rounded(double value, Rounding direction) {
   switch (direction) {

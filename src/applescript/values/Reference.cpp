@@ -52,9 +52,13 @@ Value BridgeReference::value() const {
   return *found_;
 }
 
-void BridgeReference::assign(Value value) const { throw errors::cannotSet(description(), value); }
+void BridgeReference::assign(Value value) const {
+  throw errors::cannotSet(description(), value);
+}
 
-std::string BridgeReference::description() const { return fmt::format("{} of current application", name_); }
+std::string BridgeReference::description() const {
+  return fmt::format("{} of current application", name_);
+}
 
 Value lookThrough(const Value& value) {
   const auto* reference = value.get<Value::ReferencePointer>();

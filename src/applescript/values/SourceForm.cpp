@@ -11,6 +11,7 @@
 #include "applescript/values/Names.h"
 #include "applescript/values/Numbers.h"
 #include "applescript/values/Reference.h"
+#include "applescript/values/Restored.h"
 #include "applescript/values/ScriptObject.h"
 
 #include <fmt/core.h>
@@ -129,13 +130,17 @@ public:
     }
     if (specifier.test) {
       out_ += " whose ";
+      // What hangs from the object under test doesn't know its application.
+      const Restored<const Terminology*> terminology(
+          terminology_, specifier.application ? specifier.application->terminology() : terminology_);
       writeTest(*specifier.test);
     }
   }
 
 private:
   [[nodiscard]] const Term* find(const ObjectSpecifier& specifier, Term::Kind kind) const {
-    if (const Terminology* own = specifier.application ? specifier.application->terminology() : nullptr) {
+    const Terminology* own = specifier.application ? specifier.application->terminology() : terminology_;
+    if (own) {
       if (const Term* term = own->findCode(kind, specifier.desiredClass))
         return term;
     }
@@ -210,8 +215,8 @@ private:
     if (out_.size() > limit_ || depth_ > deepestShown)
       return;
     ++depth_;
-    constexpr std::array<std::string_view, 9> words{"is", ">", "≥", "<", "≤", "begins with", "ends with", "contains",
-                                                    "is in"};
+    constexpr std::array<std::string_view, 9> words{"is",          ">",         "≥",        "<",    "≤",
+                                                    "begins with", "ends with", "contains", "is in"};
     switch (test.kind) {
     case SpecifierTest::Kind::comparison:
       write(test.left);
@@ -238,6 +243,7 @@ private:
   std::string out_;
   std::size_t limit_;
   std::size_t depth_ = 0;
+  const Terminology* terminology_ = nullptr; ///< of the application whose objects are being put to a test
 };
 
 } // namespace
@@ -248,7 +254,9 @@ std::string sourceFormUpTo(const Value& value, std::size_t limit) {
   return writer.take();
 }
 
-std::string shortSourceForm(const Value& value) { return sourceFormUpTo(value, longestInSentence); }
+std::string shortSourceForm(const Value& value) {
+  return sourceFormUpTo(value, longestInSentence);
+}
 
 std::string sourceForm(const ObjectSpecifier& specifier) {
   SourceFormWriter writer(longestInSentence);
@@ -256,7 +264,9 @@ std::string sourceForm(const ObjectSpecifier& specifier) {
   return writer.take();
 }
 
-std::string sourceForm(const Value& value) { return sourceFormUpTo(value, std::size_t{64} << 20); }
+std::string sourceForm(const Value& value) {
+  return sourceFormUpTo(value, std::size_t{64} << 20);
+}
 
 std::string nameInSource(std::string_view name) {
   const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; };

@@ -1,6 +1,6 @@
 // Texts of ASCII letters, which nearly all are, are compared byte by byte. Everything else is made into a key first: a
-// row of code points, normalised, folded and stripped of what the attributes ignore. Folding is the simple one, code point
-// by code point, so that `findText` can tell lengths in the text itself.
+// row of code points, normalised, folded and stripped of what the attributes ignore. Folding is the simple one, code
+// point by code point, so that `findText` can tell lengths in the text itself.
 #include "applescript/values/TextComparison.h"
 
 #include <unicode/coll.h>
@@ -21,14 +21,18 @@ bool isASCII(std::string_view text) {
   return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+char lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
 
 bool ignoresOnlyCase(const TextAttributes& attributes) {
   return attributes.considersDiacriticals && attributes.considersHyphens && attributes.considersPunctuation &&
          attributes.considersWhiteSpace && !attributes.considersNumericStrings;
 }
 
-bool isHyphen(UChar32 c) { return u_charType(c) == U_DASH_PUNCTUATION || c == 0xAD; }
+bool isHyphen(UChar32 c) {
+  return u_charType(c) == U_DASH_PUNCTUATION || c == 0xAD;
+}
 
 bool isIgnored(UChar32 c, const TextAttributes& attributes) {
   if (!attributes.considersHyphens && isHyphen(c))
@@ -97,8 +101,7 @@ FoldedText folded(std::string_view text, std::size_t from, const TextAttributes&
 // One collator per thread and setting: opening one is slow, and using one from two threads isn't allowed.
 const icu::Collator* collatorFor(const TextAttributes& attributes) {
   static thread_local std::unique_ptr<icu::Collator> collators[4];
-  auto& collator =
-      collators[(attributes.considersCase ? 1U : 0U) + (attributes.considersNumericStrings ? 2U : 0U)];
+  auto& collator = collators[(attributes.considersCase ? 1U : 0U) + (attributes.considersNumericStrings ? 2U : 0U)];
   if (!collator) {
     UErrorCode status = U_ZERO_ERROR;
     collator.reset(icu::Collator::createInstance(icu::Locale::getRoot(), status));
@@ -128,7 +131,8 @@ int compareText(std::string_view left, std::string_view right, const TextAttribu
   if (textEquals(left, right, attributes))
     return 0;
   const auto unicode = [](const std::u32string& key) {
-    return icu::UnicodeString::fromUTF32(reinterpret_cast<const UChar32*>(key.data()), static_cast<int32_t>(key.size()));
+    return icu::UnicodeString::fromUTF32(reinterpret_cast<const UChar32*>(key.data()),
+                                         static_cast<int32_t>(key.size()));
   };
   const std::u32string leftKey = keyOf(left, attributes);
   const std::u32string rightKey = keyOf(right, attributes);

@@ -41,8 +41,8 @@ private:
 
   Text text_;
   bool isPrepared_ = false;
-  bool isSingleBytes_ = false;           // each byte is a character: no boundaries are kept
-  std::vector<std::size_t> boundaries_;  // starts of the characters, and the end of the text
+  bool isSingleBytes_ = false;          // each byte is a character: no boundaries are kept
+  std::vector<std::size_t> boundaries_; // starts of the characters, and the end of the text
 };
 
 } // namespace tabwright::applescript

@@ -7,8 +7,8 @@ namespace tabwright::applescript {
 /// Bounds a recursive walk over a value: lists may be nested as deep as a script likes, may share their parts so that a
 /// few of them unfold to billions, and may even come to hold themselves.
 ///
-/// Made at each level of the walk. Throws ScriptError −2706 when the walk gets too deep and −2707 when it takes too many
-/// steps in all. Walks of one thread count together while one is inside the other.
+/// Made at each level of the walk. Throws ScriptError −2706 when the walk gets too deep and −2707 when it takes too
+/// many steps in all. Walks of one thread count together while one is inside the other.
 class Traversal {
 public:
   Traversal();
@@ -17,7 +17,7 @@ public:
   Traversal& operator=(const Traversal&) = delete;
 
   static constexpr std::size_t deepest = 400;
-  static constexpr std::size_t mostSteps = std::size_t{1} << 25;
+  static constexpr std::size_t mostSteps = std::size_t{1} << 20; ///< lists and records walked into
 
 private:
   static thread_local std::size_t depth;

@@ -1,5 +1,6 @@
-// Copies share; the two things that walk a value here, copying it deeply and taking it down, mind that a script can nest
-// lists without bound: the copy is bounded, and the destructors hand nested values to a queue instead of recursing.
+// Copies share; the two things that walk a value here, copying it deeply and taking it down, mind that a script can
+// nest lists without bound: the copy is bounded, and the destructors hand nested values to a queue instead of
+// recursing.
 #include "applescript/values/Value.h"
 
 #include "applescript/values/Names.h"
@@ -54,7 +55,9 @@ Record::~Record() {
   takeDown(fields, [](std::pair<Label, Value>& field) -> Value& { return field.second; });
 }
 
-Value Value::list(std::vector<Value> items) { return std::make_shared<List>(std::move(items)); }
+Value Value::list(std::vector<Value> items) {
+  return std::make_shared<List>(std::move(items));
+}
 
 Value Value::deepCopy() const {
   if (const auto* list = get<ListPointer>()) {
@@ -80,7 +83,9 @@ bool Label::sameAs(const Label& other) const {
   return (code != 0 && code == other.code) || sameName(name, other.name);
 }
 
-Value* Record::find(const Label& label) { return const_cast<Value*>(std::as_const(*this).find(label)); }
+Value* Record::find(const Label& label) {
+  return const_cast<Value*>(std::as_const(*this).find(label));
+}
 
 const Value* Record::find(const Label& label) const {
   for (const auto& [own, value] : fields) {

@@ -41,7 +41,9 @@ consteval bool rowsStandAtTheirNumbers() {
 }
 static_assert(rowsStandAtTheirNumbers());
 
-const Row& rowOf(AppleScriptRuntimeError error) { return rows.at(static_cast<std::size_t>(rawValue(error))); }
+const Row& rowOf(AppleScriptRuntimeError error) {
+  return rows.at(static_cast<std::size_t>(rawValue(error)));
+}
 
 } // namespace
 

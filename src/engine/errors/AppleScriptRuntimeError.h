@@ -20,7 +20,9 @@ enum class AppleScriptRuntimeError : int {
 };
 
 /// The number in scripts.
-[[nodiscard]] constexpr int rawValue(AppleScriptRuntimeError error) { return static_cast<int>(error); }
+[[nodiscard]] constexpr int rawValue(AppleScriptRuntimeError error) {
+  return static_cast<int>(error);
+}
 /// The case of a number; nothing for a number that has none.
 [[nodiscard]] std::optional<AppleScriptRuntimeError> appleScriptRuntimeErrorWithRawValue(int rawValue);
 

@@ -38,11 +38,15 @@ consteval bool rowsStandInTheOrderOfTheCases() {
 }
 static_assert(rowsStandInTheOrderOfTheCases());
 
-const Row& rowOf(AxeError error) { return rows.at(static_cast<std::size_t>(error)); }
+const Row& rowOf(AxeError error) {
+  return rows.at(static_cast<std::size_t>(error));
+}
 
 } // namespace
 
-std::string_view rawValue(AxeError error) { return rowOf(error).rawValue; }
+std::string_view rawValue(AxeError error) {
+  return rowOf(error).rawValue;
+}
 
 std::optional<AxeError> axeErrorWithRawValue(std::string_view rawValue) {
   for (const Row& row : rows) {
@@ -52,7 +56,9 @@ std::optional<AxeError> axeErrorWithRawValue(std::string_view rawValue) {
   return std::nullopt;
 }
 
-std::string errorDescription(AxeError error, const std::string&) { return platform::localized(rawValue(error)); }
+std::string errorDescription(AxeError error, const std::string&) {
+  return platform::localized(rawValue(error));
+}
 
 platform::FailureIdentity identity(AxeError error) {
   return {"AxeError", std::string(rowOf(error).caseName), std::nullopt};

@@ -46,7 +46,9 @@ consteval bool rowsStandInTheOrderOfTheCases() {
 }
 static_assert(rowsStandInTheOrderOfTheCases());
 
-const Row& rowOf(ScriptacularError error) { return rows.at(static_cast<std::size_t>(error)); }
+const Row& rowOf(ScriptacularError error) {
+  return rows.at(static_cast<std::size_t>(error));
+}
 
 } // namespace
 

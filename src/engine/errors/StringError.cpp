@@ -8,6 +8,8 @@ std::string errorDescription(StringError, const std::string&) {
   return platform::localized("enum.StringError.unableToDecodeJSON", "Skeleton-Errors");
 }
 
-platform::FailureIdentity identity(StringError) { return {"StringError", "unableToDecodeJSON", std::nullopt}; }
+platform::FailureIdentity identity(StringError) {
+  return {"StringError", "unableToDecodeJSON", std::nullopt};
+}
 
 } // namespace tabwright::engine

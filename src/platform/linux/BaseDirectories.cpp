@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <pwd.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace tabwright::platform {
@@ -27,17 +28,24 @@ std::filesystem::path baseDirectory(const char* variable, const char* fallback) 
 
 } // namespace
 
-std::filesystem::path configHome() { return baseDirectory("XDG_CONFIG_HOME", ".config"); }
-std::filesystem::path dataHome() { return baseDirectory("XDG_DATA_HOME", ".local/share"); }
-std::filesystem::path stateHome() { return baseDirectory("XDG_STATE_HOME", ".local/state"); }
+std::filesystem::path configHome() {
+  return baseDirectory("XDG_CONFIG_HOME", ".config");
+}
+std::filesystem::path dataHome() {
+  return baseDirectory("XDG_DATA_HOME", ".local/share");
+}
+std::filesystem::path stateHome() {
+  return baseDirectory("XDG_STATE_HOME", ".local/state");
+}
 
 void ensurePrivateFolder(const std::filesystem::path& folder) {
-  if (folder.empty() || std::filesystem::is_directory(folder))
+  std::error_code ignored; // what can't be seen counts as missing, and making it tells why
+  if (folder.empty() || std::filesystem::is_directory(folder, ignored))
     return;
   ensurePrivateFolder(folder.parent_path());
   if (mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST)
     throw FileFailure("make the folder", folder, errno);
-  if (!std::filesystem::is_directory(folder))
+  if (!std::filesystem::is_directory(folder, ignored))
     throw FileFailure("make the folder", folder, ENOTDIR);
 }
 

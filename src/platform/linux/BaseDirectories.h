@@ -5,8 +5,8 @@
 namespace tabwright::platform {
 
 /// The user's base directories after the XDG Base Directory rules: the value of XDG_CONFIG_HOME, XDG_DATA_HOME and
-/// XDG_STATE_HOME where it is an absolute path, else `.config`, `.local/share` and `.local/state` in the home directory.
-/// Read from the environment at each call. The folders needn't exist.
+/// XDG_STATE_HOME where it is an absolute path, else `.config`, `.local/share` and `.local/state` in the home
+/// directory. Read from the environment at each call. The folders needn't exist.
 [[nodiscard]] std::filesystem::path configHome();
 [[nodiscard]] std::filesystem::path dataHome();
 [[nodiscard]] std::filesystem::path stateHome();

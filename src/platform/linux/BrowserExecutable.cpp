@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <system_error>
-
 #include <unistd.h>
 
 namespace tabwright::platform {

@@ -15,9 +15,9 @@ namespace {
 
 /// Whether a listener at this address, written as the kernel does, would get a connection to 127.0.0.1.
 bool takesLoopback(const std::string& address) {
-  return address == "0100007F" || address == "00000000" ||      // 127.0.0.1, any
-         address == "00000000000000000000000000000000" ||       // any, of both kinds
-         address == "0000000000000000FFFF00000100007F";         // 127.0.0.1 mapped
+  return address == "0100007F" || address == "00000000" || // 127.0.0.1, any
+         address == "00000000000000000000000000000000" ||  // any, of both kinds
+         address == "0000000000000000FFFF00000100007F";    // 127.0.0.1 mapped
 }
 
 void collectInodes(const fs::path& table, std::uint16_t port, std::set<std::string>& inodes) {

@@ -4,8 +4,8 @@
 
 namespace tabwright::platform {
 
-/// The real files. Scripts may run from `tabwright/scripts` in the XDG data home. Text is written in full before it gets
-/// its name, but not forced to the disk: a script file is of no use after a crash of the machine.
+/// The real files. Scripts may run from `tabwright/scripts` in the XDG data home. Text is written in full before it
+/// gets its name, but not forced to the disk: a script file is of no use after a crash of the machine.
 class PosixFileManager final : public FileManager {
 public:
   [[nodiscard]] std::filesystem::path applicationScriptsFolder() override;

@@ -5,15 +5,14 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
-#include <stop_token>
-
 #include <poll.h>
+#include <stop_token>
 #include <sys/eventfd.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-// A process file descriptor (pidfd_open(2)) becomes readable when its process ends, whoever its parent is; an event file
-// descriptor beside it lets a stop request end the wait.
+// A process file descriptor (pidfd_open(2)) becomes readable when its process ends, whoever its parent is; an event
+// file descriptor beside it lets a stop request end the wait.
 
 namespace tabwright::platform {
 

@@ -5,16 +5,16 @@
 #include <fstream>
 #include <iterator>
 #include <optional>
+#include <pwd.h>
 #include <string>
 #include <string_view>
-#include <system_error>
-
-#include <pwd.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
-// Each numbered directory is looked at in the order of cost: the executable's name sorts out nearly all of them, then the
-// owner, then the command line. A process may vanish between two reads; whatever cannot be read then is not running.
+// Each numbered directory is looked at in the order of cost: the executable's name sorts out nearly all of them, then
+// the owner, then the command line. A process may vanish between two reads; whatever cannot be read then is not
+// running.
 
 namespace tabwright::platform {
 
@@ -92,9 +92,8 @@ std::optional<std::string> switchValue(const std::vector<std::string>& arguments
 }
 
 bool hasSwitch(const std::vector<std::string>& arguments, const std::string& name) {
-  return std::ranges::any_of(arguments, [&](const std::string& argument) {
-    return argument == name || argument.starts_with(name + "=");
-  });
+  return std::ranges::any_of(
+      arguments, [&](const std::string& argument) { return argument == name || argument.starts_with(name + "="); });
 }
 
 std::string variable(const std::vector<std::string>& environment, const std::string& name) {
@@ -151,7 +150,7 @@ std::optional<RunningBrowser> look(const fs::path& process, const BrowserFacts& 
   if (name.empty() || std::ranges::find(facts.processNames, name) == facts.processNames.end())
     return std::nullopt;
 
-  struct stat status {};
+  struct stat status{};
   if (::stat(process.c_str(), &status) != 0 || (status.st_uid != geteuid() && geteuid() != 0))
     return std::nullopt;
 

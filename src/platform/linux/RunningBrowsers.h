@@ -4,9 +4,8 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <vector>
-
 #include <sys/types.h>
+#include <vector>
 
 namespace tabwright::platform {
 
@@ -15,14 +14,16 @@ struct RunningBrowser {
   pid_t process = 0;
   uid_t owner = 0;
   std::uint64_t startTime = 0; ///< clock ticks after boot; larger is later
-  std::filesystem::path profileDirectory; ///< its user data directory, absolute; may be missing for a moment after the start
+  std::filesystem::path
+      profileDirectory; ///< its user data directory, absolute; may be missing for a moment after the start
   bool isHeadless = false;
 };
 
 /// Finds the browsers that run now, in the process file system (proc(5)).
 ///
 /// A process counts when the base name of its executable is one of the browser's, it has no `--type=` switch (Chromium
-/// gives one to each of its helper processes), and it belongs to this user, or this user is root. Its profile is named by
+/// gives one to each of its helper processes), and it belongs to this user, or this user is root. Its profile is named
+/// by
 /// `--user-data-dir`, else it is the default directory below that process' own home.
 ///
 ///     RunningBrowsers browsers;

@@ -11,12 +11,22 @@ namespace tabwright::scripting {
 
 using applescript::Value;
 
-Found applicationFrontmost(BrowserScope& scope, Object) { return Value(scope.isFrontmost()); }
-Found applicationVersion(BrowserScope& scope, Object) { return Value(scope.snapshot().snapshot()->version); }
-Found applicationName(BrowserScope& scope, Object) { return Value(scope.root()->application->name()); }
-Found applicationRunning(BrowserScope& scope, Object) { return Value(scope.driver().isRunning()); }
+Found applicationFrontmost(BrowserScope& scope, Object) {
+  return Value(scope.isFrontmost());
+}
+Found applicationVersion(BrowserScope& scope, Object) {
+  return Value(scope.snapshot().snapshot()->version);
+}
+Found applicationName(BrowserScope& scope, Object) {
+  return Value(scope.root()->application->name());
+}
+Found applicationRunning(BrowserScope& scope, Object) {
+  return Value(scope.driver().isRunning());
+}
 
-Found windowIndex(BrowserScope&, Object window) { return Value(window.first + 1); }
+Found windowIndex(BrowserScope&, Object window) {
+  return Value(window.first + 1);
+}
 
 void setWindowIndex(BrowserScope& scope, Object window, const Value& value) {
   const auto& windows = scope.snapshot().windows();
@@ -40,7 +50,9 @@ Found windowName(BrowserScope& scope, Object window) {
   return Value(state.givenName.empty() ? state.title : state.givenName);
 }
 
-Found windowVisible(BrowserScope& scope, Object window) { return Value(!scope.window(window).isMinimized); }
+Found windowVisible(BrowserScope& scope, Object window) {
+  return Value(!scope.window(window).isMinimized);
+}
 
 void setWindowVisible(BrowserScope& scope, Object window, const Value& value) {
   scope.driver().setShape(scope.window(window).id,
@@ -49,13 +61,17 @@ void setWindowVisible(BrowserScope& scope, Object window, const Value& value) {
                           scope.limits());
 }
 
-Found windowMinimized(BrowserScope& scope, Object window) { return Value(scope.window(window).isMinimized); }
+Found windowMinimized(BrowserScope& scope, Object window) {
+  return Value(scope.window(window).isMinimized);
+}
 
 void setWindowMinimized(BrowserScope& scope, Object window, const Value& value) {
   setWindowVisible(scope, window, Value(!requireBoolean(value)));
 }
 
-Found windowZoomed(BrowserScope& scope, Object window) { return Value(scope.window(window).isFullScreen); }
+Found windowZoomed(BrowserScope& scope, Object window) {
+  return Value(scope.window(window).isFullScreen);
+}
 
 void setWindowZoomed(BrowserScope& scope, Object window, const Value& value) {
   scope.driver().setShape(scope.window(window).id,
@@ -83,17 +99,25 @@ void setWindowBounds(BrowserScope& scope, Object window, const Value& value) {
   scope.driver().setBounds(scope.window(window).id, requireBounds(value), scope.limits());
 }
 
-Found always(BrowserScope&, Object) { return Value(true); }
+Found always(BrowserScope&, Object) {
+  return Value(true);
+}
 
-Found tabURL(BrowserScope& scope, Object tab) { return Value(scope.tab(tab).url); }
+Found tabURL(BrowserScope& scope, Object tab) {
+  return Value(scope.tab(tab).url);
+}
 
 void setTabURL(BrowserScope& scope, Object tab, const Value& value) {
   scope.driver().navigate(scope.tab(tab).id, requireText(value), scope.limits());
 }
 
-Found tabTitle(BrowserScope& scope, Object tab) { return Value(scope.tab(tab).title); }
+Found tabTitle(BrowserScope& scope, Object tab) {
+  return Value(scope.tab(tab).title);
+}
 
-std::size_t countTabs(BrowserScope& scope, Object window) { return scope.window(window).tabs.size(); }
+std::size_t countTabs(BrowserScope& scope, Object window) {
+  return scope.window(window).tabs.size();
+}
 
 TabID openTab(BrowserScope& scope, Object window, std::optional<std::size_t> position, const std::string& url) {
   return scope.driver().makeTab(scope.window(window).id, position, url, scope.limits());

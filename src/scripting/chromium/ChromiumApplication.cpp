@@ -12,7 +12,6 @@
 #include <boost/json/value.hpp>
 
 #include <algorithm>
-
 #include <string>
 #include <utility>
 
@@ -92,17 +91,27 @@ Value makeWindow(BrowserScope& scope, const MakeRequest& request) {
   return Value(windowByID(scope, id));
 }
 
+/// The front window that has tabs; nothing when there is none.
+std::optional<Object> frontWindowWithTabs(BrowserScope& scope) {
+  const auto& windows = scope.snapshot().windows();
+  const auto front = std::ranges::find_if(windows, [](const WindowState& window) { return !window.tabs.empty(); });
+  if (front == windows.end())
+    return std::nullopt;
+  return Object{&chromiumWindowClass(), front - windows.begin()};
+}
+
 Value makeTab(BrowserScope& scope, const MakeRequest& request) {
-  const Value application = Value(scope.root());
-  const InsertionPlace place =
-      request.place ? *request.place
-                    : InsertionPlace{scope.model().object(
-                                         scope, Value(applescript::elementByIndex(scope.root(), windowCode, 1))),
-                                     std::nullopt};
-  if (place.container.type != &chromiumWindowClass())
-    throw notUnderstood(application, scope.message().code, chromiumTerminology());
-  const TabID id = openTab(scope, place.container, place.position, textOr(request.find(chromium::url), ""));
-  return Value(applescript::elementByID(windowByID(scope, scope.window(place.container).id), chromium::tab,
+  std::optional<InsertionPlace> place = request.place;
+  if (!place) {
+    const auto window = frontWindowWithTabs(scope);
+    if (!window)
+      throw cannotGet(*applescript::elementByIndex(scope.root(), windowCode, 1), chromiumTerminology());
+    place = InsertionPlace{*window, std::nullopt};
+  }
+  if (place->container.type != &chromiumWindowClass())
+    throw notUnderstood(Value(scope.root()), scope.message().code, chromiumTerminology());
+  const TabID id = openTab(scope, place->container, place->position, textOr(request.find(chromium::url), ""));
+  return Value(applescript::elementByID(windowByID(scope, scope.window(place->container).id), chromium::tab,
                                         Value(std::to_string(id))));
 }
 
@@ -123,12 +132,10 @@ Value open(BrowserScope& scope) {
   const auto* list = target->get<Value::ListPointer>();
   for (const Value& address : list != nullptr ? (*list)->items : std::vector<Value>{*target}) {
     const std::string url = requireText(address);
-    const auto& windows = scope.snapshot().windows();
-    const auto front = std::ranges::find_if(windows, [](const WindowState& window) { return !window.tabs.empty(); });
-    if (front == windows.end())
-      scope.driver().makeWindow(WindowMode::normal, url, scope.limits());
+    if (const auto front = frontWindowWithTabs(scope))
+      openTab(scope, *front, std::nullopt, url);
     else
-      scope.driver().makeTab(front->id, std::nullopt, url, scope.limits());
+      scope.driver().makeWindow(WindowMode::normal, url, scope.limits());
   }
   return Value::missing();
 }

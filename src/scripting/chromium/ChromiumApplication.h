@@ -6,8 +6,8 @@ namespace tabwright::scripting {
 
 /// A browser of the Chromium family as scripts see it: the family's published dictionary over any BrowserDriver.
 ///
-/// Ids of windows and tabs are texts ("8"), so that a script can compare them with the text ids it was given. A developer
-/// tools window is listed, has no tabs, and the active tab index 0.
+/// Ids of windows and tabs are texts ("8"), so that a script can compare them with the text ids it was given. A
+/// developer tools window is listed, has no tabs, and the active tab index 0.
 ///
 ///     auto browser = std::make_shared<ChromiumApplication>(*findBrowser("chromium"), driver);
 ///     // tell application "Chromium" to URL of active tab of window 1   → "https://example.com/"

@@ -27,8 +27,12 @@ TabPosition tabPosition(Object tab) {
 
 // ------------------------------------------------------------------ tabs
 
-Found tabID(BrowserScope& scope, Object tab) { return Value(scope.snapshot().tabIDText(tabPosition(tab))); }
-Found tabLoading(BrowserScope& scope, Object tab) { return Value(scope.tab(tab).isLoading); }
+Found tabID(BrowserScope& scope, Object tab) {
+  return Value(scope.snapshot().tabIDText(tabPosition(tab)));
+}
+Found tabLoading(BrowserScope& scope, Object tab) {
+  return Value(scope.tab(tab).isLoading);
+}
 
 applescript::SpecifierPointer windowSpecifier(BrowserScope& scope, std::int64_t position) {
   const auto at = static_cast<std::size_t>(position);
@@ -60,7 +64,9 @@ Found windowMode(BrowserScope& scope, Object window) {
   return Value(scope.window(window).mode == WindowMode::incognito ? "incognito" : "normal");
 }
 
-Found windowGivenName(BrowserScope& scope, Object window) { return Value(scope.window(window).givenName); }
+Found windowGivenName(BrowserScope& scope, Object window) {
+  return Value(scope.window(window).givenName);
+}
 
 void setWindowGivenName(BrowserScope& scope, Object window, const Value& value) {
   scope.driver().setGivenName(scope.window(window).id, requireText(value), scope.limits());
@@ -109,7 +115,9 @@ constexpr PropertyRow windowProperties[]{
     {fourCharCode("iszm"), get<always>},
 };
 
-std::size_t tabCount(EventScope& scope, Object window) { return countTabs(static_cast<BrowserScope&>(scope), window); }
+std::size_t tabCount(EventScope& scope, Object window) {
+  return countTabs(static_cast<BrowserScope&>(scope), window);
+}
 
 Object tabAt(EventScope&, Object window, std::size_t position) {
   return {&tabClass, window.first, static_cast<std::int64_t>(position)};
@@ -162,7 +170,11 @@ const ObjectModel& chromiumModel() {
   return model;
 }
 
-const ObjectClass& chromiumWindowClass() { return windowClass; }
-const ObjectClass& chromiumTabClass() { return tabClass; }
+const ObjectClass& chromiumWindowClass() {
+  return windowClass;
+}
+const ObjectClass& chromiumTabClass() {
+  return tabClass;
+}
 
 } // namespace tabwright::scripting

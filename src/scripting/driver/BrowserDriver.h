@@ -38,8 +38,8 @@ struct WindowState {
   WindowBounds bounds;
   bool isMinimized = false;
   bool isFullScreen = false;
-  std::vector<TabState> tabs;       ///< in strip order; empty for a developer tools window
-  std::size_t activeTabIndex = 0;   ///< 1-based; 0 for a window without tabs
+  std::vector<TabState> tabs;     ///< in strip order; empty for a developer tools window
+  std::size_t activeTabIndex = 0; ///< 1-based; 0 for a window without tabs
 };
 
 /// All windows of a browser at one moment, front to back. Immutable: whoever holds it may read it from any thread.
@@ -52,28 +52,28 @@ using platform::CallLimits; ///< until when a driver may wait
 
 /// Why a browser could not do what was asked.
 enum class DriverFault {
-  notRunning,        ///< no such browser runs. detail: its name
-  notAccepting,      ///< it runs, but doesn't accept remote debugging. detail: its name
-  lost,              ///< it ended, or the connection broke, during the call or before. detail: why, as a clause
-  noSuchTab,         ///< detail: the id
-  noSuchWindow,      ///< detail: the id
-  tabClosed,         ///< the tab was closed during the call
-  tabCrashed,        ///< the page's process has crashed
-  dialogOpen,        ///< the page shows a dialog and answers nothing until it is closed. detail: its text
-  timedOut,          ///< the deadline passed
-  stopped,           ///< a stop was requested
-  refused,           ///< the browser refused, detail: why
+  notRunning,   ///< no such browser runs. detail: its name
+  notAccepting, ///< it runs, but doesn't accept remote debugging. detail: its name
+  lost,         ///< it ended, or the connection broke, during the call or before. detail: why, as a clause
+  noSuchTab,    ///< detail: the id
+  noSuchWindow, ///< detail: the id
+  tabClosed,    ///< the tab was closed during the call
+  tabCrashed,   ///< the page's process has crashed
+  dialogOpen,   ///< the page shows a dialog and answers nothing until it is closed. detail: its text
+  timedOut,     ///< the deadline passed
+  stopped,      ///< a stop was requested
+  refused,      ///< the browser refused, detail: why
 };
 /// Sentences that say what to do, in the voice of this project; the scripting layer gives them AppleScript's numbers.
 [[nodiscard]] std::string errorDescription(DriverFault fault, const std::string& detail);
 [[nodiscard]] platform::FailureIdentity identity(DriverFault fault);
 using DriverFailure = platform::CatalogueFailure<DriverFault>;
 
-/// One real browser, reached by whatever way there is to it. The way (a debugging protocol, a helper in the browser) and
-/// the words of a scripting dictionary know nothing of each other; this interface is where they meet.
+/// One real browser, reached by whatever way there is to it. The way (a debugging protocol, a helper in the browser)
+/// and the words of a scripting dictionary know nothing of each other; this interface is where they meet.
 ///
-/// All calls block, may come from several threads at once, and throw DriverFailure. Every call ends by its deadline, and
-/// at once when the browser is lost, its tab crashes or closes, or a dialog opens in it: nothing waits for ever.
+/// All calls block, may come from several threads at once, and throw DriverFailure. Every call ends by its deadline,
+/// and at once when the browser is lost, its tab crashes or closes, or a dialog opens in it: nothing waits for ever.
 class BrowserDriver {
 public:
   virtual ~BrowserDriver() = default;
@@ -92,7 +92,8 @@ public:
 
   /// Opens a tab at the end of the window's strip, or at a 0-based index, showing `url` (empty: the new tab page), and
   /// makes it the window's active tab. Does not raise the window.
-  virtual TabID makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url, const CallLimits& limits) = 0;
+  virtual TabID makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
+                        const CallLimits& limits) = 0;
   /// Opens a window with one tab, in front.
   virtual WindowID makeWindow(WindowMode mode, const std::string& url, const CallLimits& limits) = 0;
   virtual void closeTab(TabID tab, const CallLimits& limits) = 0;

@@ -32,22 +32,22 @@ std::string versionOf(const boost::json::object& reply) {
 bool isJavaScript(const std::string& url) {
   constexpr std::string_view scheme = "javascript:";
   return url.size() >= scheme.size() &&
-         std::equal(scheme.begin(), scheme.end(), url.begin(),
-                    [](char wanted, char given) { return wanted == (given >= 'A' && given <= 'Z' ? given + 32 : given); });
+         std::equal(scheme.begin(), scheme.end(), url.begin(), [](char wanted, char given) {
+           return wanted == (given >= 'A' && given <= 'Z' ? given + 32 : given);
+         });
 }
 
 } // namespace
 
 std::shared_ptr<BrowserLink> BrowserLink::open(const platform::RunningBrowser& browser,
                                                const devtools::Endpoint& endpoint,
-                                               const std::filesystem::path& helperDirectory,
-                                               const CallLimits& limits) {
+                                               const std::filesystem::path& helperDirectory, const CallLimits& limits) {
   std::shared_ptr<BrowserLink> link(new BrowserLink(browser, devtools::Connection::open(endpoint, limits)));
   const auto version = link->connection_->send("Browser.getVersion", {});
   try {
-    auto worker = std::make_unique<HelperWorker>(link->connection_,
-                                                 HelperPlace{helperDirectory, browser.profileDirectory},
-                                                 [changes = link->changes_] { changes->fetch_add(1); });
+    auto worker =
+        std::make_unique<HelperWorker>(link->connection_, HelperPlace{helperDirectory, browser.profileDirectory},
+                                       [changes = link->changes_] { changes->fetch_add(1); });
     worker->prepare(limits);
     link->view_ = std::make_unique<HelperView>(std::move(worker), versionOf(version->result(limits)));
   } catch (const DevToolsFailure& failure) {
@@ -126,14 +126,15 @@ boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascrip
 void BrowserLink::navigate(TabID tab, const std::string& url, const CallLimits& callLimits) {
   if (isJavaScript(url)) {
     // The page itself is the only one that may follow such an address.
-    evaluate(tab, fmt::format("void (location.href = {})", boost::json::serialize(boost::json::string(url))), callLimits);
+    evaluate(tab, fmt::format("void (location.href = {})", boost::json::serialize(boost::json::string(url))),
+             callLimits);
     return;
   }
   const Disturbance disturbance(*this);
   const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
   const std::shared_ptr<Session> page = requirePage(tab, limits);
-  // The browser answers when the page is there, which may take for ever; but it takes calls up in order, so the answer to
-  // the next one tells that this one has begun, and a refusal would have come before it.
+  // The browser answers when the page is there, which may take for ever; but it takes calls up in order, so the answer
+  // to the next one tells that this one has begun, and a refusal would have come before it.
   const auto navigation = page->send("Page.navigate", {{"url", url}}, Session::AnsweredBy::browser);
   page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
   if (navigation->hasEnded())
@@ -178,14 +179,14 @@ void BrowserLink::closeWindow(WindowID window, const CallLimits& limits) {
 
 /// The helper sees windows of developer tools, but may not close them.
 bool BrowserLink::closeDeveloperTools(WindowID window, const CallLimits& limits) {
-  const boost::json::object reply = connection_->call(
-      "Target.getTargets", {{"filter", boost::json::array{boost::json::object{}}}}, {}, limits);
+  const boost::json::object reply =
+      connection_->call("Target.getTargets", {{"filter", boost::json::array{boost::json::object{}}}}, {}, limits);
   for (const boost::json::value& info : reply.at("targetInfos").as_array()) {
     if (info.at("type").as_string() == "tab" || !info.at("url").as_string().starts_with("devtools:"))
       continue;
     const boost::json::value& target = info.at("targetId");
-    const devtools::PendingCall::Answer answer =
-        connection_->send("Browser.getWindowForTarget", {{"targetId", target}})->await(platform::boundedBy(limits, 30s));
+    const devtools::PendingCall::Answer answer = connection_->send("Browser.getWindowForTarget", {{"targetId", target}})
+                                                     ->await(platform::boundedBy(limits, 30s));
     if (answer && answer->at("windowId").to_number<WindowID>() == window) {
       connection_->call("Target.closeTarget", {{"targetId", target}}, {}, limits);
       return true;
@@ -218,10 +219,11 @@ void BrowserLink::changeWindow(WindowID window, boost::json::object bounds, cons
   const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
   constexpr int attempts = 50;
   for (int attempt = 1;; ++attempt) {
-    const auto restored = connection_->send(
-        "Browser.setWindowBounds", {{"windowId", window}, {"bounds", {{"windowState", "normal"}}}});
-    const auto changed =
-        bounds.empty() ? restored : connection_->send("Browser.setWindowBounds", {{"windowId", window}, {"bounds", bounds}});
+    const auto restored =
+        connection_->send("Browser.setWindowBounds", {{"windowId", window}, {"bounds", {{"windowState", "normal"}}}});
+    const auto changed = bounds.empty()
+                             ? restored
+                             : connection_->send("Browser.setWindowBounds", {{"windowId", window}, {"bounds", bounds}});
     devtools::PendingCall::Answer answer = restored->await(limits);
     if (answer && !bounds.empty())
       answer = changed->await(limits);

@@ -15,8 +15,8 @@ struct ViewedBrowser {
   std::unordered_map<TabID, std::string> targets; ///< empty text for a tab whose page is not loaded
 };
 
-/// How one connected browser's windows and tabs are seen and commanded: through the helper in the browser, or, where the
-/// browser does not take it, by the protocol alone.
+/// How one connected browser's windows and tabs are seen and commanded: through the helper in the browser, or, where
+/// the browser does not take it, by the protocol alone.
 ///
 /// All commands return when the change is made: a look that begins later shows it. They throw DriverFailure, or
 /// DevToolsFailure for what goes wrong on the way. Safe to use from any thread.

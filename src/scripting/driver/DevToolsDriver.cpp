@@ -132,7 +132,8 @@ std::shared_ptr<const BrowserSnapshot> DevToolsDriver::snapshot(const CallLimits
 }
 
 boost::json::value DevToolsDriver::evaluate(TabID tab, const std::string& javascript, const CallLimits& limits) {
-  return withLink(limits, std::to_string(tab), [&](BrowserLink& link) { return link.evaluate(tab, javascript, limits); });
+  return withLink(limits, std::to_string(tab),
+                  [&](BrowserLink& link) { return link.evaluate(tab, javascript, limits); });
 }
 
 TabID DevToolsDriver::makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
@@ -158,9 +159,8 @@ void DevToolsDriver::closeWindow(WindowID window, const CallLimits& limits) {
 }
 
 void DevToolsDriver::activateTab(TabID tab, const CallLimits& limits) {
-  withLink(limits, std::to_string(tab), [&](BrowserLink& link) {
-    link.command([&](BrowserView& view) { view.activateTab(tab, limits); });
-  });
+  withLink(limits, std::to_string(tab),
+           [&](BrowserLink& link) { link.command([&](BrowserView& view) { view.activateTab(tab, limits); }); });
 }
 
 void DevToolsDriver::navigate(TabID tab, const std::string& url, const CallLimits& limits) {
@@ -180,9 +180,8 @@ void DevToolsDriver::stopLoading(TabID tab, const CallLimits& limits) {
 }
 
 void DevToolsDriver::raiseWindow(WindowID window, const CallLimits& limits) {
-  withLink(limits, "", [&](BrowserLink& link) {
-    link.command([&](BrowserView& view) { view.raiseWindow(window, limits); });
-  });
+  withLink(limits, "",
+           [&](BrowserLink& link) { link.command([&](BrowserView& view) { view.raiseWindow(window, limits); }); });
 }
 
 void DevToolsDriver::setBounds(WindowID window, WindowBounds bounds, const CallLimits& limits) {

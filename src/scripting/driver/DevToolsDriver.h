@@ -30,8 +30,8 @@ struct DevToolsDriverParts {
 ///     const platform::BrowserFacts& facts = *platform::findBrowser("chromium");
 ///     DevToolsDriver driver(facts, {helperDirectory, [&] { return platform::RunningBrowsers().find(facts); }});
 ///
-/// Connects on the first call, and again on the first call after its browser has ended. Among several running browsers of
-/// one kind it takes the first found that accepts remote debugging, and stays with it until that ends. The helper is
+/// Connects on the first call, and again on the first call after its browser has ended. Among several running browsers
+/// of one kind it takes the first found that accepts remote debugging, and stays with it until that ends. The helper is
 /// loaded into the browser on the way. A call without a deadline of its own ends after 30 seconds.
 class DevToolsDriver final : public BrowserDriver {
 public:

@@ -1,6 +1,5 @@
-#include "scripting/driver/BrowserDriver.h"
-
 #include "platform/BrowserTable.h"
+#include "scripting/driver/BrowserDriver.h"
 
 #include <fmt/core.h>
 
@@ -19,7 +18,9 @@ std::string startCommand(const std::string& browserName) {
   return "“tabwright browser NAME”";
 }
 
-std::string_view orBrowser(const std::string& name) { return name.empty() ? std::string_view("The browser") : name; }
+std::string_view orBrowser(const std::string& name) {
+  return name.empty() ? std::string_view("The browser") : name;
+}
 
 std::string withReason(std::string_view sentence, const std::string& reason) {
   return reason.empty() ? fmt::format("{}.", sentence) : fmt::format("{}: {}.", sentence, reason);
@@ -62,17 +63,28 @@ std::string errorDescription(DriverFault fault, const std::string& detail) {
 platform::FailureIdentity identity(DriverFault fault) {
   const auto name = [fault] {
     switch (fault) {
-    case DriverFault::notRunning: return "notRunning";
-    case DriverFault::notAccepting: return "notAccepting";
-    case DriverFault::lost: return "lost";
-    case DriverFault::noSuchTab: return "noSuchTab";
-    case DriverFault::noSuchWindow: return "noSuchWindow";
-    case DriverFault::tabClosed: return "tabClosed";
-    case DriverFault::tabCrashed: return "tabCrashed";
-    case DriverFault::dialogOpen: return "dialogOpen";
-    case DriverFault::timedOut: return "timedOut";
-    case DriverFault::stopped: return "stopped";
-    case DriverFault::refused: return "refused";
+    case DriverFault::notRunning:
+      return "notRunning";
+    case DriverFault::notAccepting:
+      return "notAccepting";
+    case DriverFault::lost:
+      return "lost";
+    case DriverFault::noSuchTab:
+      return "noSuchTab";
+    case DriverFault::noSuchWindow:
+      return "noSuchWindow";
+    case DriverFault::tabClosed:
+      return "tabClosed";
+    case DriverFault::tabCrashed:
+      return "tabCrashed";
+    case DriverFault::dialogOpen:
+      return "dialogOpen";
+    case DriverFault::timedOut:
+      return "timedOut";
+    case DriverFault::stopped:
+      return "stopped";
+    case DriverFault::refused:
+      return "refused";
     }
     return "";
   };

@@ -4,7 +4,8 @@
 
 #include <string_view>
 
-// Each command is one call of the helper's function of the same name; the shapes of their parameters are in its worker.js.
+// Each command is one call of the helper's function of the same name; the shapes of their parameters are in its
+// worker.js.
 
 namespace tabwright::scripting {
 
@@ -59,7 +60,8 @@ ViewedBrowser readHelperSnapshot(const boost::json::value& answer, std::string v
     for (const boost::json::value& window : answer.at("windows").as_array())
       snapshot->windows.push_back(readWindow(window.as_object(), viewed));
   } catch (const std::exception& error) {
-    throw platform::failure(DriverFault::refused, fmt::format("the helper's snapshot can't be read ({})", error.what()));
+    throw platform::failure(DriverFault::refused,
+                            fmt::format("the helper's snapshot can't be read ({})", error.what()));
   }
   viewed.snapshot = snapshot;
   return viewed;

@@ -8,15 +8,14 @@
 #include <fmt/core.h>
 
 #include <chrono>
+#include <fcntl.h>
 #include <fstream>
 #include <iterator>
 #include <optional>
 #include <sstream>
-#include <vector>
-
-#include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
+#include <vector>
 
 // Finding the worker goes from cheap to dear: the session we have; a running worker; waking a worker that is installed
 // but asleep (a few milliseconds); loading the helper (some 80 ms), under a lock that holds between processes, and only
@@ -33,11 +32,14 @@ namespace {
 
 const platform::Logger log("HelperWorker");
 
-/// Follows from the public key in the helper's manifest: the first half of the key's SHA-256, hexadecimal digits as a–p.
+/// Follows from the public key in the helper's manifest: the first half of the key's SHA-256, hexadecimal digits as
+/// a–p.
 constexpr std::string_view helperID = "pjbehgeaikpfphapeepnoedabkdomakk";
 constexpr auto lookAgain = 5ms;
 
-std::string helperScope() { return fmt::format("chrome-extension://{}/", helperID); }
+std::string helperScope() {
+  return fmt::format("chrome-extension://{}/", helperID);
+}
 
 std::string versionIn(const std::filesystem::path& directory) {
   std::ifstream in(directory / "manifest.json", std::ios::binary);
@@ -59,7 +61,9 @@ std::vector<int> numbersOf(const std::string& version) {
   return numbers;
 }
 
-bool isOlder(const std::string& version, const std::string& than) { return numbersOf(version) < numbersOf(than); }
+bool isOlder(const std::string& version, const std::string& than) {
+  return numbersOf(version) < numbersOf(than);
+}
 
 /// A lock on the profile's directory that holds between processes and leaves nothing behind. Where it can't be had (the
 /// directory can't be seen from here), two processes may load the helper twice, which costs time only.
@@ -100,7 +104,9 @@ HelperWorker::HelperWorker(std::shared_ptr<devtools::Connection> connection, Hel
     : connection_(std::move(connection)), place_(std::move(place)), version_(versionIn(place_.directory)),
       onChange_(std::move(onChange)) {}
 
-void HelperWorker::prepare(const platform::CallLimits& limits) { requireSession(limits); }
+void HelperWorker::prepare(const platform::CallLimits& limits) {
+  requireSession(limits);
+}
 
 boost::json::value HelperWorker::perform(const std::string& command, const boost::json::object& parameters,
                                          Repeat repeat, const platform::CallLimits& limits) {
@@ -224,8 +230,7 @@ bool HelperWorker::isInstalled(const platform::CallLimits& limits) {
     return false;
   for (const boost::json::value& extension : answer->at("extensions").as_array()) {
     if (extension.at("id").as_string() == helperID)
-      return extension.at("enabled").as_bool() &&
-             !isOlder(std::string(extension.at("version").as_string()), version_);
+      return extension.at("enabled").as_bool() && !isOlder(std::string(extension.at("version").as_string()), version_);
   }
   return false;
 }
@@ -264,9 +269,8 @@ void HelperWorker::wake(const platform::CallLimits& limits) {
 
 void HelperWorker::load(const platform::CallLimits& limits) {
   log.info("Loading the helper from {}.", place_.directory.string());
-  const boost::json::object reply =
-      connection_->call("Extensions.loadUnpacked",
-                        {{"path", place_.directory.string()}, {"enableInIncognito", true}}, {}, limits);
+  const boost::json::object reply = connection_->call(
+      "Extensions.loadUnpacked", {{"path", place_.directory.string()}, {"enableInIncognito", true}}, {}, limits);
   if (reply.at("id").as_string() != helperID)
     throw platform::failure(DevToolsFault::refused, "the helper has another id than expected");
 }

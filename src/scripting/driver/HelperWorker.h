@@ -23,8 +23,8 @@ struct HelperPlace {
 /// The helper inside one connected browser: its worker, found, woken, or loaded if need be.
 ///
 /// The browser stops the worker when nobody has used it for half a minute, loses it when it is updated, and has none at
-/// first. Several processes may see that at once: a lock on the profile lets one of them load the helper, and the others
-/// find it. A helper older than the one in the directory is replaced; a newer one is used as it is.
+/// first. Several processes may see that at once: a lock on the profile lets one of them load the helper, and the
+/// others find it. A helper older than the one in the directory is replaced; a newer one is used as it is.
 ///
 /// Safe to use from any thread.
 class HelperWorker {

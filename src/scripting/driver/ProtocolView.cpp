@@ -9,8 +9,9 @@
 #include <string_view>
 #include <utility>
 
-// A look lists the page targets in one call, asks for the window of each in calls that are all under way at once, and then
-// asks each page whether it is visible. What the protocol can't tell is kept here: who was seen first, who was in front.
+// A look lists the page targets in one call, asks for the window of each in calls that are all under way at once, and
+// then asks each page whether it is visible. What the protocol can't tell is kept here: who was seen first, who was in
+// front.
 
 namespace tabwright::scripting {
 
@@ -131,9 +132,8 @@ ViewedBrowser ProtocolView::look(const CallLimits& callLimits) {
     if (std::ranges::find(order_, window.id) == order_.end())
       order_.push_back(window.id);
   }
-  std::ranges::sort(snapshot->windows, {}, [&](const WindowState& window) {
-    return std::ranges::find(order_, window.id) - order_.begin();
-  });
+  std::ranges::sort(snapshot->windows, {},
+                    [&](const WindowState& window) { return std::ranges::find(order_, window.id) - order_.begin(); });
   viewed.snapshot = snapshot;
   return viewed;
 }
@@ -181,8 +181,7 @@ WindowID ProtocolView::makeWindow(WindowMode mode, const std::string& url, const
     parameters["browserContextId"] =
         textOf(connection_->call("Target.createBrowserContext", {}, {}, limits), "browserContextId");
   const std::string target = textOf(connection_->call("Target.createTarget", parameters, {}, limits), "targetId");
-  const boost::json::object reply =
-      connection_->call("Browser.getWindowForTarget", {{"targetId", target}}, {}, limits);
+  const boost::json::object reply = connection_->call("Browser.getWindowForTarget", {{"targetId", target}}, {}, limits);
   const WindowID window = reply.at("windowId").to_number<WindowID>();
   toFront(window);
   return window;
@@ -196,7 +195,9 @@ void ProtocolView::closeTarget(const std::string& target, const CallLimits& call
     devtools::pause(5ms, "the page is closing", limits);
 }
 
-void ProtocolView::closeTab(TabID tab, const CallLimits& limits) { closeTarget(requireTarget(tab, limits), limits); }
+void ProtocolView::closeTab(TabID tab, const CallLimits& limits) {
+  closeTarget(requireTarget(tab, limits), limits);
+}
 
 void ProtocolView::closeWindow(WindowID id, const CallLimits& limits) {
   const ViewedBrowser viewed = look(limits);

@@ -14,9 +14,9 @@ namespace tabwright::scripting {
 /// The browser as the protocol alone shows it, for one that takes no helper.
 ///
 /// The protocol knows neither the order of windows nor that of tabs, so these are guesses, good enough to work with:
-/// windows and tabs stand in the order in which they were first seen, a window that we raised or made stands in front, and
-/// a window's active tab is one whose page says that it is visible. Tab ids are made from the protocol's own names, so
-/// another process sees the same. Given names last as long as the connection.
+/// windows and tabs stand in the order in which they were first seen, a window that we raised or made stands in front,
+/// and a window's active tab is one whose page says that it is visible. Tab ids are made from the protocol's own names,
+/// so another process sees the same. Given names last as long as the connection.
 class ProtocolView final : public BrowserView {
 public:
   /// `pages` outlives this.
@@ -52,11 +52,11 @@ private:
   PageSessions& pages_;
   const std::string version_;
 
-  std::mutex mutex_; // guards what follows
-  std::vector<std::string> seen_;                 // targets, the first seen first
-  std::unordered_map<std::string, TabID> tabs_;   // target -> tab
-  std::unordered_map<TabID, std::string> taken_;  // tab -> target
-  std::vector<WindowID> order_;                   // windows, front first
+  std::mutex mutex_;                             // guards what follows
+  std::vector<std::string> seen_;                // targets, the first seen first
+  std::unordered_map<std::string, TabID> tabs_;  // target -> tab
+  std::unordered_map<TabID, std::string> taken_; // tab -> target
+  std::vector<WindowID> order_;                  // windows, front first
   std::unordered_map<WindowID, std::string> names_;
 };
 

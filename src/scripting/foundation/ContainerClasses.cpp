@@ -77,7 +77,7 @@ constexpr FoundationMethod dictionaryInitializers[]{
 };
 
 constexpr FoundationMethod dictionaryMethods[]{
-    {"allKeys", allKeys},         {"allValues", allValues},       {"count", dictionaryCount},
+    {"allKeys", allKeys},           {"allValues", allValues},      {"count", dictionaryCount},
     {"objectForKey:", valueForKey}, {"valueForKey:", valueForKey},
 };
 
@@ -89,7 +89,9 @@ constexpr FoundationMethod mutableDictionaryMethods[]{
 
 // ------------------------------------------------------------------ arrays
 
-Value emptyArray(FoundationObject& self, const Arguments&) { return makeObject(self.type(), FoundationArray{}); }
+Value emptyArray(FoundationObject& self, const Arguments&) {
+  return makeObject(self.type(), FoundationArray{});
+}
 
 Value arrayOf(FoundationObject& self, const Arguments& arguments) {
   return makeObject(self.type(), arrayArgument(arguments, 0));
@@ -102,9 +104,9 @@ Value arrayCount(FoundationObject& self, const Arguments&) {
 Value itemAt(const FoundationArray& array, std::int64_t index) {
   const auto count = static_cast<std::int64_t>(array.items.size());
   if (index < 0 || index >= count)
-    throw eventError(errorNumber::handlerFailed, count == 0
-                                                     ? fmt::format("index {} beyond bounds for empty array", index)
-                                                     : fmt::format("index {} beyond bounds [0 .. {}]", index, count - 1));
+    throw eventError(errorNumber::handlerFailed,
+                     count == 0 ? fmt::format("index {} beyond bounds for empty array", index)
+                                : fmt::format("index {} beyond bounds [0 .. {}]", index, count - 1));
   return bridged(array.items[static_cast<std::size_t>(index)]);
 }
 
@@ -151,8 +153,9 @@ constexpr FoundationMethod arrayInitializers[]{
 };
 
 constexpr FoundationMethod arrayMethods[]{
-    {"componentsJoinedByString:", joined}, {"count", arrayCount},           {"firstObject", firstObject},
-    {"lastObject", lastObject},            {"objectAtIndex:", objectAtIndex},
+    {"componentsJoinedByString:", joined}, {"count", arrayCount},
+    {"firstObject", firstObject},          {"lastObject", lastObject},
+    {"objectAtIndex:", objectAtIndex},
 };
 
 constexpr FoundationMethod mutableArrayMethods[]{{"addObject:", addObject}};

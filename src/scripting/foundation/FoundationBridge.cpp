@@ -12,9 +12,9 @@ using applescript::Value;
 namespace {
 
 constexpr const FoundationClass* foundationClasses[]{
-    &objectClass,           &stringClass,            &dictionaryClass,   &mutableDictionaryClass,
-    &arrayClass,            &mutableArrayClass,      &dataClass,         &jsonSerializationClass,
-    &numberClass,           &nullClass,              &dateClass,         &characterSetClass,
+    &objectClass, &stringClass,       &dictionaryClass, &mutableDictionaryClass,
+    &arrayClass,  &mutableArrayClass, &dataClass,       &jsonSerializationClass,
+    &numberClass, &nullClass,         &dateClass,       &characterSetClass,
 };
 
 struct FoundationConstant {
@@ -39,8 +39,8 @@ double systemNow() {
 } // namespace
 
 FoundationBridge::FoundationBridge(std::function<double()> now)
-    : environment_(std::make_shared<const FoundationEnvironment>(FoundationEnvironment{now ? std::move(now) : systemNow})) {
-}
+    : environment_(
+          std::make_shared<const FoundationEnvironment>(FoundationEnvironment{now ? std::move(now) : systemNow})) {}
 
 std::optional<Value> FoundationBridge::named(std::string_view name) const {
   for (const FoundationClass* type : foundationClasses) {

@@ -17,9 +17,10 @@ struct FoundationEnvironment;
 ///     // use framework "Foundation"
 ///     // (current application's NSString's stringWithString:"Ab")'s lowercaseString() as text   → "ab"
 ///
-/// A class is a table of selectors (FoundationObject.h); adding one is adding a row, and a table to `foundationClasses`.
-/// What comes back from a method is an opaque object, except the constants `null` and `missing value` (nil) and values
-/// without a class of their own here. Containers copy what is put into them, as bridging does, and keep their order.
+/// A class is a table of selectors (FoundationObject.h); adding one is adding a row, and a table to
+/// `foundationClasses`. What comes back from a method is an opaque object, except the constants `null` and `missing
+/// value` (nil) and values without a class of their own here. Containers copy what is put into them, as bridging does,
+/// and keep their order.
 ///
 /// Stateless but for the clock, so safe from several threads; an object belongs to one script.
 class FoundationBridge final : public applescript::ObjectiveCBridge {

@@ -5,9 +5,9 @@
 #include "applescript/ScriptError.h"
 #include "applescript/values/Coercion.h"
 #include "applescript/values/Names.h"
+#include "scripting/foundation/FoundationTime.h"
 #include "scripting/model/Arguments.h"
 #include "scripting/model/EventErrors.h"
-#include "scripting/foundation/FoundationTime.h"
 
 #include <fmt/core.h>
 
@@ -25,7 +25,7 @@ namespace {
 constexpr std::size_t fewEntries = 16;
 
 const FoundationMethod* findMethod(const FoundationClass& type,
-                                   std::span<const FoundationMethod> FoundationClass::*table,
+                                   std::span<const FoundationMethod> FoundationClass::* table,
                                    std::string_view selector) {
   for (const FoundationClass* each = &type; each != nullptr; each = each->superclass) {
     const auto method = std::ranges::find(each->*table, selector, &FoundationMethod::selector);
@@ -65,9 +65,8 @@ std::size_t FoundationDictionary::positionOf(std::string_view key) const {
     const auto found = positions_.find(std::string(key));
     return found == positions_.end() ? entries_.size() : found->second;
   }
-  const auto found = std::ranges::find(entries_, key, [](const Entry& entry) -> const std::string& {
-    return entry.first.name;
-  });
+  const auto found =
+      std::ranges::find(entries_, key, [](const Entry& entry) -> const std::string& { return entry.first.name; });
   return static_cast<std::size_t>(found - entries_.begin());
 }
 
@@ -151,7 +150,9 @@ std::optional<Value> FoundationObject::unwrapped() const {
   return std::nullopt;
 }
 
-std::string FoundationObject::description() const { return fmt::format("«class ocid» {}", type_.name); }
+std::string FoundationObject::description() const {
+  return fmt::format("«class ocid» {}", type_.name);
+}
 
 Value makeObject(const FoundationClass& type, FoundationPayload payload) {
   return Value(Value::ForeignPointer(std::make_shared<FoundationObject>(type, std::move(payload))));
@@ -175,7 +176,9 @@ Value bridged(const Value& value) {
   return value;
 }
 
-Value stored(const Value& value) { return value.deepCopy(); }
+Value stored(const Value& value) {
+  return value.deepCopy();
+}
 
 Value unbridged(const Value& value) {
   if (const auto* foreign = value.get<Value::ForeignPointer>()) {

@@ -39,8 +39,8 @@ struct FoundationClass {
   std::span<const FoundationMethod> methods = {};
 };
 
-/// The entries of a dictionary, in the order in which their keys first came. Keys differ when their case does. A key that
-/// was a record's label keeps the label, so that the way back gives the same record.
+/// The entries of a dictionary, in the order in which their keys first came. Keys differ when their case does. A key
+/// that was a record's label keeps the label, so that the way back gives the same record.
 class FoundationDictionary {
 public:
   using Entry = std::pair<applescript::Label, applescript::Value>;

@@ -10,9 +10,8 @@
 
 #include <boost/json/parse.hpp>
 #include <boost/json/value.hpp>
-#include <unicode/utf8.h>
-
 #include <fmt/core.h>
+#include <unicode/utf8.h>
 
 #include <algorithm>
 #include <charconv>

@@ -3,12 +3,11 @@
 #include "scripting/foundation/FoundationObject.h"
 #include "scripting/model/EventErrors.h"
 
+#include <fmt/core.h>
 #include <unicode/locid.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unicode/utf8.h>
-
-#include <fmt/core.h>
 
 namespace tabwright::scripting {
 
@@ -19,11 +18,17 @@ namespace {
 
 constexpr std::int64_t utf8Encoding = 4;
 
-const std::string& content(FoundationObject& self) { return self.as<Text>().utf8(); }
+const std::string& content(FoundationObject& self) {
+  return self.as<Text>().utf8();
+}
 
-Value string(std::string utf8) { return makeObject(stringClass, Text(std::move(utf8))); }
+Value string(std::string utf8) {
+  return makeObject(stringClass, Text(std::move(utf8)));
+}
 
-icu::UnicodeString unicode(const std::string& utf8) { return icu::UnicodeString::fromUTF8(utf8); }
+icu::UnicodeString unicode(const std::string& utf8) {
+  return icu::UnicodeString::fromUTF8(utf8);
+}
 
 Value fromUnicode(const icu::UnicodeString& text) {
   std::string utf8;
@@ -89,8 +94,8 @@ Value replacing(FoundationObject& self, const Arguments& arguments) {
 }
 
 bool isIn(CharacterSet set, UChar32 character) {
-  const bool isNewline = (character >= 0x0A && character <= 0x0D) || character == 0x85 || character == 0x2028 ||
-                         character == 0x2029;
+  const bool isNewline =
+      (character >= 0x0A && character <= 0x0D) || character == 0x85 || character == 0x2028 || character == 0x2029;
   const bool isWhitespace = character == '\t' || u_charType(character) == U_SPACE_SEPARATOR;
   switch (set) {
   case CharacterSet::whitespace:
@@ -141,10 +146,8 @@ constexpr FoundationMethod methods[]{
      [](FoundationObject& self, const Arguments& a) { return Value(content(self).ends_with(textArgument(a, 0))); }},
     {"isEqualToString:",
      [](FoundationObject& self, const Arguments& a) { return Value(content(self) == textArgument(a, 0)); }},
-    {"length",
-     [](FoundationObject& self, const Arguments&) {
-       return Value(static_cast<std::int64_t>(unicode(content(self)).length()));
-     }},
+    {"length", [](FoundationObject& self,
+                  const Arguments&) { return Value(static_cast<std::int64_t>(unicode(content(self)).length())); }},
     {"lowercaseString",
      [](FoundationObject& self, const Arguments&) {
        return fromUnicode(unicode(content(self)).toLower(icu::Locale::getRoot()));

@@ -13,20 +13,26 @@ namespace {
 
 // ------------------------------------------------------------------ object
 
-Value alloc(FoundationObject& self, const Arguments&) { return makeObject(self.type(), FoundationAllocated{}); }
+Value alloc(FoundationObject& self, const Arguments&) {
+  return makeObject(self.type(), FoundationAllocated{});
+}
 
 Value createNew(FoundationObject& self, const Arguments&) {
   return FoundationObject(self.type(), FoundationAllocated{}).send("init", {});
 }
 
-Value same(FoundationObject& self, const Arguments&) { return Value(Value::ForeignPointer(self.shared_from_this())); }
+Value same(FoundationObject& self, const Arguments&) {
+  return Value(Value::ForeignPointer(self.shared_from_this()));
+}
 
 constexpr FoundationMethod objectClassMethods[]{{"alloc", alloc}, {"new", createNew}};
 constexpr FoundationMethod objectMethods[]{{"copy", same}, {"self", same}};
 
 // ----------------------------------------------------------------- numbers
 
-const Value& number(FoundationObject& self) { return self.as<FoundationNumber>().value; }
+const Value& number(FoundationObject& self) {
+  return self.as<FoundationNumber>().value;
+}
 
 Value numberOf(FoundationObject&, const Arguments& arguments) {
   return makeObject(numberClass, FoundationNumber{unbridged(arguments[0])});
@@ -70,7 +76,9 @@ constexpr FoundationMethod numberMethods[]{
 
 // ------------------------------------------------------------ null and dates
 
-Value nullObject(FoundationObject&, const Arguments&) { return makeObject(nullClass, FoundationNull{}); }
+Value nullObject(FoundationObject&, const Arguments&) {
+  return makeObject(nullClass, FoundationNull{});
+}
 
 constexpr FoundationMethod nullClassMethods[]{{"null", nullObject}};
 

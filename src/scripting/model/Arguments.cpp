@@ -20,7 +20,9 @@ std::int64_t requireInteger(const Value& value) {
   return integer != nullptr ? *integer : applescript::integerOf(value);
 }
 
-bool requireBoolean(const Value& value) { return applescript::booleanOf(value); }
+bool requireBoolean(const Value& value) {
+  return applescript::booleanOf(value);
+}
 
 std::optional<std::string> idText(const Value& value) {
   if (const std::string* text = value.text())

@@ -9,7 +9,9 @@ namespace tabwright::scripting {
 using applescript::TestOperator;
 using applescript::Value;
 
-bool sameIgnoringCase(std::string_view left, std::string_view right) { return applescript::textEquals(left, right, {}); }
+bool sameIgnoringCase(std::string_view left, std::string_view right) {
+  return applescript::textEquals(left, right, {});
+}
 
 bool compare(TestOperator comparison, const Value& left, const Value& right, TextCase textCase) {
   const applescript::TextAttributes attributes{.considersCase = textCase == TextCase::considered};

@@ -33,18 +33,16 @@ ScriptError notUnderstood(const applescript::Value& subject, applescript::EventC
   const applescript::Term* command = terminology.findCommand(event);
   if (command == nullptr)
     command = applescript::languageTerminology().findCommand(event);
-  const std::string words =
-      command != nullptr
-          ? std::string(command->words)
-          : fmt::format("«event {}{}»", applescript::toString(event.eventClass), applescript::toString(event.eventID));
-  return eventError(errorNumber::notHandled, fmt::format("{} doesn’t understand the “{}” message.",
-                                                         valueText(subject, terminology), words));
+  const std::string words = command != nullptr ? std::string(command->words)
+                                               : fmt::format("«event {}{}»", applescript::toString(event.eventClass),
+                                                             applescript::toString(event.eventID));
+  return eventError(errorNumber::notHandled,
+                    fmt::format("{} doesn’t understand the “{}” message.", valueText(subject, terminology), words));
 }
 
 ScriptError cannotMake(const applescript::Value& value, std::string_view type) {
-  return eventError(
-      errorNumber::cannotMake,
-      fmt::format("Can’t make {} into type {}.", valueText(value, applescript::languageTerminology()), type));
+  return eventError(errorNumber::cannotMake, fmt::format("Can’t make {} into type {}.",
+                                                         valueText(value, applescript::languageTerminology()), type));
 }
 
 ScriptError missingParameter(std::string_view words) {

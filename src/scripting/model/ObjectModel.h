@@ -76,8 +76,8 @@ private:
              const Object* underTest) const;
   Found property(EventScope& scope, const applescript::ObjectSpecifier& specifier, Object object) const;
   Found neighbour(EventScope& scope, const applescript::ObjectSpecifier& specifier, const Object* underTest) const;
-  Found range(EventScope& scope, const applescript::ObjectSpecifier& specifier, Object container,
-              const ElementRow& row, const Object* underTest) const;
+  Found range(EventScope& scope, const applescript::ObjectSpecifier& specifier, Object container, const ElementRow& row,
+              const Object* underTest) const;
   std::int64_t boundary(EventScope& scope, const applescript::ObjectSpecifier& specifier, Object container,
                         const applescript::Value& key, const Object* underTest) const;
   std::optional<Object> find(EventScope& scope, const applescript::ObjectSpecifier& specifier, Object container,

@@ -62,10 +62,10 @@ public:
                   event = std::move(event)](auto handler) mutable {
       using Handler = decltype(handler);
       const auto executor = boost::asio::get_associated_executor(handler);
-      const auto slot = boost::asio::get_associated_cancellation_slot(handler);
+      auto slot = boost::asio::get_associated_cancellation_slot(handler);
       auto completion = std::make_shared<Handler>(std::move(handler));
-      auto complete = [completion, slot, guard = boost::asio::make_work_guard(executor)](
-                                std::exception_ptr failure, Result result) mutable {
+      auto complete = [completion, slot, guard = boost::asio::make_work_guard(executor)](std::exception_ptr failure,
+                                                                                         Result result) mutable {
         boost::asio::post(guard.get_executor(),
                           [completion = std::move(completion), slot, failure, result = std::move(result)]() mutable {
                             slot.clear();
@@ -73,17 +73,17 @@ public:
                           });
         guard.reset();
       };
-      const auto job = threads->prepare([source, interpreter, event = std::move(event),
-                                         complete](std::stop_token stop) mutable {
-        std::exception_ptr failure;
-        Result result;
-        try {
-          result = runScript(*interpreter, *source, event, std::move(stop));
-        } catch (...) {
-          failure = std::current_exception();
-        }
-        complete(failure, std::move(result));
-      });
+      const auto job =
+          threads->prepare([source, interpreter, event = std::move(event), complete](std::stop_token stop) mutable {
+            std::exception_ptr failure;
+            Result result;
+            try {
+              result = runScript(*interpreter, *source, event, std::move(stop));
+            } catch (...) {
+              failure = std::current_exception();
+            }
+            complete(failure, std::move(result));
+          });
       if (slot.is_connected()) {
         // Weak: the slot lives in the coroutine that the job's completion keeps.
         slot.assign([threads = std::weak_ptr(threads), job = std::weak_ptr(job)](boost::asio::cancellation_type) {
@@ -116,7 +116,8 @@ InterpreterScriptTasks::InterpreterScriptTasks(std::shared_ptr<applescript::Inte
                                                std::size_t mostThreads)
     : interpreter_(std::move(interpreter)), threads_(std::make_shared<ScriptThreads>(mostThreads)) {}
 
-std::unique_ptr<platform::UserAppleScriptTask> InterpreterScriptTasks::initWithURL(const std::filesystem::path& script) {
+std::unique_ptr<platform::UserAppleScriptTask>
+InterpreterScriptTasks::initWithURL(const std::filesystem::path& script) {
   std::ifstream file(script, std::ios::binary);
   std::ostringstream source;
   if (file.is_open())

@@ -16,9 +16,9 @@ namespace tabwright::scripting {
 ///     auto task = tasks.initWithURL("/tmp/x.applescript");
 ///     auto result = co_await task->executeWithAppleEvent(event);       // resumes on the coroutine's own executor
 ///
-/// The file is read by `initWithURL`, and compiled on the script's thread. A run ends in the script's error, as it is: a
-/// ScriptError. A result without a form in Apple events (a record, an object of an application, `missing value`) comes
-/// as its source form.
+/// The file is read by `initWithURL`, and compiled on the script's thread. A run ends in the script's error, as it is:
+/// a ScriptError. A result without a form in Apple events (a record, an object of an application, `missing value`)
+/// comes as its source form.
 class InterpreterScriptTasks final : public platform::UserAppleScriptTasks {
 public:
   explicit InterpreterScriptTasks(std::shared_ptr<applescript::Interpreter> interpreter, std::size_t mostThreads = 8);

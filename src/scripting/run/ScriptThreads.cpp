@@ -36,7 +36,9 @@ ScriptThreads::~ScriptThreads() {
     pthread_join(thread, nullptr);
 }
 
-std::shared_ptr<ScriptThreads::Job> ScriptThreads::prepare(Work work) { return std::make_shared<Job>(std::move(work)); }
+std::shared_ptr<ScriptThreads::Job> ScriptThreads::prepare(Work work) {
+  return std::make_shared<Job>(std::move(work));
+}
 
 void ScriptThreads::start(const std::shared_ptr<Job>& job) {
   const std::lock_guard lock(mutex_);

@@ -12,9 +12,9 @@
 
 namespace tabwright::scripting {
 
-/// Threads for scripts. Scripts block, in `delay` and in calls of a browser, so each running one has a thread to itself;
-/// there is a bound on them, and scripts beyond it wait in a queue. Threads are made when needed and kept; their stacks
-/// are large, for scripts recurse.
+/// Threads for scripts. Scripts block, in `delay` and in calls of a browser, so each running one has a thread to
+/// itself; there is a bound on them, and scripts beyond it wait in a queue. Threads are made when needed and kept;
+/// their stacks are large, for scripts recurse.
 ///
 /// Safe from several threads. The destructor stops all scripts, and returns when their threads have ended.
 class ScriptThreads {

@@ -23,7 +23,8 @@ namespace {
 
 constexpr auto windowCode = fourCharCode("cwin");
 
-/// `do javascript x in t`, or `do javascript x` inside `tell t`; t is a tab, or a document or window with a current tab.
+/// `do javascript x in t`, or `do javascript x` inside `tell t`; t is a tab, or a document or window with a current
+/// tab.
 Value doJavaScript(BrowserScope& scope) {
   if (!scope.message().directObject)
     throw missingParameter("direct");

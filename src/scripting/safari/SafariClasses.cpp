@@ -28,7 +28,9 @@ constexpr auto get = reading<BrowserScope, Get>;
 template <auto Set>
 constexpr auto put = writing<BrowserScope, Set>;
 
-BrowserScope& browser(EventScope& scope) { return static_cast<BrowserScope&>(scope); }
+BrowserScope& browser(EventScope& scope) {
+  return static_cast<BrowserScope&>(scope);
+}
 
 applescript::SpecifierPointer windowSpecifierAt(BrowserScope& scope, std::int64_t position) {
   const auto at = static_cast<std::size_t>(position);
@@ -37,7 +39,9 @@ applescript::SpecifierPointer windowSpecifierAt(BrowserScope& scope, std::int64_
 
 // ------------------------------------------------------------------ tabs
 
-Found tabIndex(BrowserScope&, Object tab) { return Value(tab.second + 1); }
+Found tabIndex(BrowserScope&, Object tab) {
+  return Value(tab.second + 1);
+}
 
 Found addressOrMissing(BrowserScope& scope, Object tab) {
   const std::string& url = scope.tab(tab).url;
@@ -77,8 +81,12 @@ Found ofCurrentTab(BrowserScope& scope, Object document, Found (*property)(Brows
   return tab ? property(scope, *tab) : Found(Value::missing());
 }
 
-Found documentURL(BrowserScope& scope, Object document) { return ofCurrentTab(scope, document, addressOrMissing); }
-Found documentSource(BrowserScope& scope, Object document) { return ofCurrentTab(scope, document, tabSource); }
+Found documentURL(BrowserScope& scope, Object document) {
+  return ofCurrentTab(scope, document, addressOrMissing);
+}
+Found documentSource(BrowserScope& scope, Object document) {
+  return ofCurrentTab(scope, document, tabSource);
+}
 
 void setDocumentURL(BrowserScope& scope, Object document, const Value& value) {
   if (const auto tab = currentTabOf(scope, document))
@@ -99,9 +107,13 @@ constexpr ObjectClass documentClass{documentCode, "document", documentProperties
 
 // --------------------------------------------------------------- windows
 
-Found windowID(BrowserScope& scope, Object window) { return Value(scope.window(window).id); }
+Found windowID(BrowserScope& scope, Object window) {
+  return Value(scope.window(window).id);
+}
 
-Found windowDocument(BrowserScope&, Object window) { return Object{&documentClass, window.first}; }
+Found windowDocument(BrowserScope&, Object window) {
+  return Object{&documentClass, window.first};
+}
 
 Found currentTab(BrowserScope& scope, Object window) {
   const auto tab = currentTabOf(scope, window);
@@ -144,7 +156,9 @@ constexpr PropertyRow windowProperties[]{
     {fourCharCode("iszm"), get<always>},
 };
 
-std::size_t tabCount(EventScope& scope, Object window) { return countTabs(browser(scope), window); }
+std::size_t tabCount(EventScope& scope, Object window) {
+  return countTabs(browser(scope), window);
+}
 
 Object tabAt(EventScope&, Object window, std::size_t position) {
   return {&tabClass, window.first, static_cast<std::int64_t>(position)};
@@ -220,8 +234,14 @@ const ObjectModel& safariModel() {
   return model;
 }
 
-const ObjectClass& safariWindowClass() { return windowClass; }
-const ObjectClass& safariDocumentClass() { return documentClass; }
-const ObjectClass& safariTabClass() { return tabClass; }
+const ObjectClass& safariWindowClass() {
+  return windowClass;
+}
+const ObjectClass& safariDocumentClass() {
+  return documentClass;
+}
+const ObjectClass& safariTabClass() {
+  return tabClass;
+}
 
 } // namespace tabwright::scripting

@@ -16,8 +16,8 @@ inline constexpr auto target = fourCharCode("dcnm"); ///< parameter `in` of `do 
 inline constexpr applescript::EventCode doJavaScript{fourCharCode("sfri"), fourCharCode("dojs")};
 } // namespace safari
 
-/// The words of Safari's dictionary, the standard suite's that it uses included. Its property `text` is left out: the word
-/// is the language's class far more often (`id as text`).
+/// The words of Safari's dictionary, the standard suite's that it uses included. Its property `text` is left out: the
+/// word is the language's class far more often (`id as text`).
 [[nodiscard]] const applescript::Terminology& safariTerminology();
 
 } // namespace tabwright::scripting

@@ -87,7 +87,8 @@ std::vector<DesktopProcess> LinuxDesktop::processes() {
   }
   if (!hasWindows && latest)
     find(*latest)->isFrontmost = true;
-  std::ranges::stable_partition(processes, &DesktopProcess::isFrontmost);
+  if (const auto front = std::ranges::find(processes, true, &DesktopProcess::isFrontmost); front != processes.end())
+    std::rotate(processes.begin(), front, front + 1);
   return processes;
 }
 
@@ -128,7 +129,9 @@ std::vector<MenuEntry> LinuxDesktop::menuEntries(pid_t, MenuPath) {
   throw platform::failure(DesktopFault::menusUnavailable);
 }
 
-void LinuxDesktop::chooseMenuItem(pid_t, MenuPath) { throw platform::failure(DesktopFault::menusUnavailable); }
+void LinuxDesktop::chooseMenuItem(pid_t, MenuPath) {
+  throw platform::failure(DesktopFault::menusUnavailable);
+}
 
 void LinuxDesktop::keystroke(const std::string&, std::span<const ModifierKey>) {
   throw platform::failure(DesktopFault::keysUnavailable);

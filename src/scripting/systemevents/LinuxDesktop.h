@@ -11,9 +11,9 @@ namespace tabwright::scripting {
 
 /// The desktop of this machine: processes and their windows from X11 and the process file system.
 ///
-/// A process is an application with windows, or a supported browser without any (one that runs headless). Where no window
-/// system is to be had, only the browsers are left, and the one started last counts as frontmost. Menus and keys are not
-/// served yet: those calls throw DesktopFailure.
+/// A process is an application with windows, or a supported browser without any (one that runs headless). Where no
+/// window system is to be had, only the browsers are left, and the one started last counts as frontmost. Menus and keys
+/// are not served yet: those calls throw DesktopFailure.
 class LinuxDesktop final : public Desktop {
 public:
   LinuxDesktop() = default;

@@ -112,7 +112,9 @@ Value perform(SystemEventsScope& scope) {
 
 SystemEventsApplication::SystemEventsApplication(std::shared_ptr<Desktop> desktop) : desktop_(std::move(desktop)) {}
 
-const applescript::Terminology* SystemEventsApplication::terminology() const { return &systemEventsTerminology(); }
+const applescript::Terminology* SystemEventsApplication::terminology() const {
+  return &systemEventsTerminology();
+}
 
 Value SystemEventsApplication::handle(const applescript::AppleEventMessage& message) {
   SystemEventsScope scope(systemEventsModel(), shared_from_this(), message, *desktop_);

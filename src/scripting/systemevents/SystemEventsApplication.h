@@ -10,8 +10,8 @@ namespace tabwright::scripting {
 
 /// System Events as scripts see it: the dictionary's processes, windows, menus and keys over any Desktop.
 ///
-/// `process "N"` finds a process by name or by bundle identifier. Answers name processes by their process id. Failures of
-/// the desktop come out as error −10000 with their own sentence. Safe from several threads, as the desktop is.
+/// `process "N"` finds a process by name or by bundle identifier. Answers name processes by their process id. Failures
+/// of the desktop come out as error −10000 with their own sentence. Safe from several threads, as the desktop is.
 class SystemEventsApplication final : public applescript::ScriptableApplication,
                                       public std::enable_shared_from_this<SystemEventsApplication> {
 public:

@@ -1,6 +1,6 @@
-// The object tree of System Events: processes contain windows and one menu bar; the menu bar contains menu bar items, and
-// each entry that opens a menu contains that one menu, which contains menu items. A menu bar's own menus are those of
-// its items. Everything below the menu bar is named by its path of positions.
+// The object tree of System Events: processes contain windows and one menu bar; the menu bar contains menu bar items,
+// and each entry that opens a menu contains that one menu, which contains menu items. A menu bar's own menus are those
+// of its items. Everything below the menu bar is named by its path of positions.
 #include "scripting/systemevents/SystemEventsClasses.h"
 
 #include "scripting/model/Arguments.h"
@@ -25,9 +25,13 @@ constexpr auto get = reading<SystemEventsScope, Get>;
 template <auto Set>
 constexpr auto put = writing<SystemEventsScope, Set>;
 
-SystemEventsScope& events(EventScope& scope) { return static_cast<SystemEventsScope&>(scope); }
+SystemEventsScope& events(EventScope& scope) {
+  return static_cast<SystemEventsScope&>(scope);
+}
 
-std::int64_t signedPosition(std::size_t position) { return static_cast<std::int64_t>(position); }
+std::int64_t signedPosition(std::size_t position) {
+  return static_cast<std::int64_t>(position);
+}
 
 SpecifierPointer processSpecifier(EventScope& scope, Object object) {
   return applescript::elementByID(scope.root(), systemevents::applicationProcess,
@@ -39,8 +43,12 @@ SpecifierPointer processSpecifier(EventScope& scope, Object object) {
 extern const ObjectClass menuClass;
 extern const ObjectClass menuItemClass;
 
-Found entryName(SystemEventsScope& scope, Object entry) { return Value(scope.entry(entry).name); }
-Found entryEnabled(SystemEventsScope& scope, Object entry) { return Value(scope.entry(entry).isEnabled); }
+Found entryName(SystemEventsScope& scope, Object entry) {
+  return Value(scope.entry(entry).name);
+}
+Found entryEnabled(SystemEventsScope& scope, Object entry) {
+  return Value(scope.entry(entry).isEnabled);
+}
 
 SpecifierPointer menuBarSpecifier(EventScope& scope, Object object) {
   return applescript::elementByIndex(processSpecifier(scope, object), systemevents::menuBar, 1);
@@ -75,9 +83,13 @@ Object entryAt(EventScope& scope, Object container, std::size_t position) {
   return {&type, container.first, events(scope).numberOf(path)};
 }
 
-std::size_t ownMenuCount(EventScope& scope, Object entry) { return events(scope).entry(entry).hasMenu ? 1 : 0; }
+std::size_t ownMenuCount(EventScope& scope, Object entry) {
+  return events(scope).entry(entry).hasMenu ? 1 : 0;
+}
 
-Object ownMenu(EventScope&, Object entry, std::size_t) { return {&menuClass, entry.first, entry.second}; }
+Object ownMenu(EventScope&, Object entry, std::size_t) {
+  return {&menuClass, entry.first, entry.second};
+}
 
 constexpr PropertyRow entryProperties[]{
     {fourCharCode("pnam"), get<entryName>},
@@ -110,7 +122,9 @@ Found windowName(SystemEventsScope& scope, Object window) {
   return Value(scope.process(window).windows.at(static_cast<std::size_t>(window.second)).name);
 }
 
-Found windowIndex(SystemEventsScope&, Object window) { return Value(window.second + 1); }
+Found windowIndex(SystemEventsScope&, Object window) {
+  return Value(window.second + 1);
+}
 
 SpecifierPointer windowSpecifier(EventScope& scope, Object window) {
   return applescript::elementByIndex(processSpecifier(scope, window), fourCharCode("cwin"), window.second + 1);
@@ -125,16 +139,24 @@ constinit const ObjectClass windowClass{fourCharCode("cwin"), "window", windowPr
 
 // ------------------------------------------------------------- processes
 
-Found processName(SystemEventsScope& scope, Object process) { return Value(scope.process(process).name); }
+Found processName(SystemEventsScope& scope, Object process) {
+  return Value(scope.process(process).name);
+}
 Found processBundleID(SystemEventsScope& scope, Object process) {
   return Value(scope.process(process).bundleIdentifier);
 }
 Found processPID(SystemEventsScope& scope, Object process) {
   return Value(static_cast<std::int64_t>(scope.process(process).pid));
 }
-Found processFrontmost(SystemEventsScope& scope, Object process) { return Value(scope.process(process).isFrontmost); }
-Found processVisible(SystemEventsScope& scope, Object process) { return Value(scope.process(process).isVisible); }
-Found processBackgroundOnly(SystemEventsScope&, Object) { return Value(false); }
+Found processFrontmost(SystemEventsScope& scope, Object process) {
+  return Value(scope.process(process).isFrontmost);
+}
+Found processVisible(SystemEventsScope& scope, Object process) {
+  return Value(scope.process(process).isVisible);
+}
+Found processBackgroundOnly(SystemEventsScope&, Object) {
+  return Value(false);
+}
 
 void setProcessFrontmost(SystemEventsScope& scope, Object process, const Value& value) {
   if (requireBoolean(value))
@@ -142,7 +164,8 @@ void setProcessFrontmost(SystemEventsScope& scope, Object process, const Value& 
 }
 
 void setProcessVisible(SystemEventsScope& scope, Object process, const Value& value) {
-  scope.desktop().setVisible(scope.process(process).pid, requireBoolean(value) ? Visibility::shown : Visibility::hidden);
+  scope.desktop().setVisible(scope.process(process).pid,
+                             requireBoolean(value) ? Visibility::shown : Visibility::hidden);
 }
 
 constexpr PropertyRow processProperties[]{
@@ -155,13 +178,17 @@ constexpr PropertyRow processProperties[]{
     {systemevents::backgroundOnly, get<processBackgroundOnly>},
 };
 
-std::size_t windowCount(EventScope& scope, Object process) { return events(scope).process(process).windows.size(); }
+std::size_t windowCount(EventScope& scope, Object process) {
+  return events(scope).process(process).windows.size();
+}
 
 Object windowAt(EventScope&, Object process, std::size_t position) {
   return {&windowClass, process.first, signedPosition(position)};
 }
 
-std::size_t menuBarCount(EventScope&, Object) { return 1; }
+std::size_t menuBarCount(EventScope&, Object) {
+  return 1;
+}
 
 Object menuBarAt(EventScope& scope, Object process, std::size_t) {
   return {&menuBarClass, process.first, events(scope).numberOf({})};
@@ -180,7 +207,9 @@ constinit const ObjectClass processClass{systemevents::process, "process", proce
 
 // ----------------------------------------------------------- application
 
-std::size_t processCount(EventScope& scope, Object) { return events(scope).processes().size(); }
+std::size_t processCount(EventScope& scope, Object) {
+  return events(scope).processes().size();
+}
 
 Object processAt(EventScope&, Object, std::size_t position) {
   return {&applicationProcessClass, signedPosition(position)};
@@ -190,16 +219,20 @@ Object processAt(EventScope&, Object, std::size_t position) {
 std::optional<Object> processByName(EventScope& scope, Object, std::string_view name) {
   const std::vector<DesktopProcess>& processes = events(scope).processes();
   for (const auto member : {&DesktopProcess::name, &DesktopProcess::bundleIdentifier}) {
-    const auto found =
-        std::ranges::find_if(processes, [&](const DesktopProcess& each) { return sameIgnoringCase(each.*member, name); });
+    const auto found = std::ranges::find_if(
+        processes, [&](const DesktopProcess& each) { return sameIgnoringCase(each.*member, name); });
     if (found != processes.end())
       return Object{&applicationProcessClass, found - processes.begin()};
   }
   return std::nullopt;
 }
 
-Found applicationName(SystemEventsScope&, Object) { return Value("System Events"); }
-Found applicationFrontmost(SystemEventsScope&, Object) { return Value(false); }
+Found applicationName(SystemEventsScope&, Object) {
+  return Value("System Events");
+}
+Found applicationFrontmost(SystemEventsScope&, Object) {
+  return Value(false);
+}
 
 constexpr PropertyRow applicationProperties[]{
     {fourCharCode("pnam"), get<applicationName>},
@@ -221,8 +254,12 @@ const ObjectModel& systemEventsModel() {
   return model;
 }
 
-bool isProcess(Object object) { return object.type == &applicationProcessClass || object.type == &processClass; }
+bool isProcess(Object object) {
+  return object.type == &applicationProcessClass || object.type == &processClass;
+}
 
-bool isMenuEntry(Object object) { return object.type == &menuItemClass || object.type == &menuBarItemClass; }
+bool isMenuEntry(Object object) {
+  return object.type == &menuItemClass || object.type == &menuBarItemClass;
+}
 
 } // namespace tabwright::scripting

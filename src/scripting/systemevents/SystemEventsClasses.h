@@ -4,8 +4,8 @@
 
 namespace tabwright::scripting {
 
-/// The classes of the System Events dictionary as tables over SystemEventsScope: application, process, window, menu bar,
-/// menu bar item, menu, menu item.
+/// The classes of the System Events dictionary as tables over SystemEventsScope: application, process, window, menu
+/// bar, menu bar item, menu, menu item.
 [[nodiscard]] const ObjectModel& systemEventsModel();
 
 /// What an object is, for the commands.

@@ -2,9 +2,6 @@
 // asked of the window manager by a message to the root window, and then awaited by watching the root's properties.
 #include "scripting/systemevents/WindowSystem.h"
 
-#include <xcb/xcb.h>
-#include <xcb/xcb_ewmh.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
@@ -13,13 +10,18 @@
 #include <optional>
 #include <poll.h>
 #include <utility>
+#include <xcb/xcb.h>
+#include <xcb/xcb_ewmh.h>
 
 namespace tabwright::scripting {
 
 namespace {
 
+struct FreeReply {
+  void operator()(void* reply) const { std::free(reply); }
+};
 template <class Reply>
-using ReplyPointer = std::unique_ptr<Reply, decltype([](Reply* reply) { std::free(reply); })>;
+using ReplyPointer = std::unique_ptr<Reply, FreeReply>;
 
 /// For how long a window manager is waited for. It answers within some milliseconds.
 constexpr auto patience = std::chrono::milliseconds(500);
@@ -204,8 +206,7 @@ std::vector<ClientWindow> WindowSystem::windows() {
   const std::lock_guard lock(connection_->mutex);
   std::vector<ClientWindow> result = connection_->windows();
   const auto settled = [&] {
-    return std::ranges::none_of(result, &ClientWindow::isShown) ||
-           std::ranges::any_of(result, &ClientWindow::isActive);
+    return std::ranges::none_of(result, &ClientWindow::isShown) || std::ranges::any_of(result, &ClientWindow::isActive);
   };
   if (!settled())
     connection_->await(activationGap, [&] {

@@ -20,8 +20,8 @@ struct ClientWindow {
 /// The windows of an X11 display, as its window manager tells of them (Extended Window Manager Hints 1.5, ICCCM 2.0);
 /// without a window manager, as the window tree and the input focus do.
 ///
-/// Calls are serialised by the object, so it may be used from several threads. When the display is lost, `windows` gives
-/// none and the rest does nothing.
+/// Calls are serialised by the object, so it may be used from several threads. When the display is lost, `windows`
+/// gives none and the rest does nothing.
 class WindowSystem {
 public:
   /// Connects to the display of that name (":0"; empty: the environment's). Null when there is none.

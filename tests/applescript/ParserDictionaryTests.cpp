@@ -1,0 +1,134 @@
+#include "applescript/ParserTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace tabwright::applescript::test {
+namespace {
+
+/// What a line means inside of a `tell` to an application.
+std::string inside(const std::string& application, const std::string& line) {
+  const std::string text = parsed("tell application \"" + application + "\"\n" + line + "\nend tell");
+  const std::string head = "tell (application \"" + application + "\")\n  ";
+  return text.starts_with(head) ? text.substr(head.size()) : text;
+}
+
+void expectInside(const std::string& application, const std::vector<ParserCase>& cases) {
+  for (const ParserCase& each : cases)
+    EXPECT_EQ(inside(application, each.source), each.expected) << each.source;
+}
+
+TEST(ParserDictionaries, GiveTheLongestTerm) {
+  expectInside("Google Chrome",
+               {
+                   {"active tab index of w", "(property active tab index'acTI' of w)"},
+                   {"id of active tab as text", "(as (property id'ID  ' of (property active tab'acTa')) class:text'ctxt')"},
+                   {"tab index i of w", "(by-index tab'CrTb' at i of w)"},
+                   {"tab i of w", "(index tab'CrTb' at i of w)"},
+                   {"tab id \"8\" of w", "(id tab'CrTb' at \"8\" of w)"},
+                   {"{given name:\"x\", URL:\"y\"}", "(record given name'GNam':\"x\" URL'URL ':\"y\")"},
+                   {"set given name of w to \"x\"", "set (property given name'GNam' of w) := \"x\""},
+               });
+  expectInside("System Events",
+               {
+                   {"click menu item 2 of menu 1 of menu bar item \"File\" of menu bar 1",
+                    "(command click'prcsclic' direct (index menu item'menI' at 2 of (index menu'menE' at 1 of (index "
+                    "menu bar item'mbri' at \"File\" of (index menu bar'mbar' at 1)))))"},
+                   {"key up {command, shift}",
+                    "(command key up'prcskeyU' direct (list constant:command'eCmd' constant:shift'eSft'))"},
+                   {"keystroke t using {command down, shift down}",
+                    "(command keystroke'prcskprs' direct t faal:(list constant:command down'Kcmd' constant:shift "
+                    "down'Ksft'))"},
+                   {"key code 36 using command down", "(command key code'prcskcod' direct 36 faal:constant:command "
+                                                      "down'Kcmd')"},
+                   {"first application process whose frontmost is true",
+                    "(first application process'pcap' whose (= (property frontmost'pisf') true))"},
+               });
+}
+
+TEST(ParserDictionaries, GiveCommandsTheirParameters) {
+  expectInside("Google Chrome",
+               {
+                   {"execute javascript js & \"x\"", "(command execute'CrSuExJa' JvSc:(& js \"x\"))"},
+                   {"execute tab 1 of w javascript js",
+                    "(command execute'CrSuExJa' direct (index tab'CrTb' at 1 of w) JvSc:js)"},
+                   {"make tab in w", "(command make'corecrel' kocl:class:tab'CrTb' insh:w)"},
+                   {"make new tab at end of tabs of w with properties {URL:u}",
+                    "(command make'corecrel' kocl:class:tab'CrTb' insh:(place end of (every tab'CrTb' of w)) "
+                    "prdt:(record URL'URL ':u))"},
+                   {"make new tab at after tab 3 of w",
+                    "(command make'corecrel' kocl:class:tab'CrTb' insh:(place after of (index tab'CrTb' at 3 of w)))"},
+                   {"make new tab at end", "(command make'corecrel' kocl:class:tab'CrTb' insh:(place end))"},
+                   {"make window with properties {mode:\"incognito\"}",
+                    "(command make'corecrel' kocl:class:window'cwin' prdt:(record mode'mode':\"incognito\"))"},
+                   {"close (first window whose title is \"x\")",
+                    "(command close'coreclos' direct (brackets (first window'cwin' whose (= (property title'titl') "
+                    "\"x\"))))"},
+               });
+}
+
+TEST(ParserDictionaries, GiveTestsToTheInnermostPick) {
+  expectInside("Google Chrome",
+               {
+                   {"windows whose active tab index > 0",
+                    "(every window'cwin' whose (> (property active tab index'acTI') 0))"},
+                   {"name of every tab of window 1 whose URL contains x and loading",
+                    "(property name'pnam' of (every tab'CrTb' whose (and (contains (property URL'URL ') x) (property "
+                    "loading'ldng')) of (index window'cwin' at 1)))"},
+                   {"tabs of windows where its mode is x",
+                    "(every tab'CrTb' of (every window'cwin' whose (= (property mode'mode' of it) x)))"},
+                   {"third tab whose (loading) of w",
+                    "(index tab'CrTb' at 3 whose (brackets (property loading'ldng')) of w)"},
+               });
+}
+
+TEST(ParserDictionaries, AreAskedFromTheInnermostTellOutwards) {
+  EXPECT_EQ(inside("Google Chrome", "tell application \"System Events\" to set frontmost to active tab"),
+            "tell-to (application \"System Events\")\n"
+            "    set (property frontmost'pisf') := (property active tab'acTa')");
+  EXPECT_EQ(inside("Safari", "tell application id \"COM.google.Chrome\" to get {tabs, URL, current tab}"),
+            "tell-to (application-id \"COM.google.Chrome\")\n"
+            "    (command get'coregetd' direct (list (every tab'CrTb') (property URL'URL ') (property current "
+            "tab'cTab')))");
+  EXPECT_EQ(inside("Google Chrome", "tell w to get title"),
+            "tell-to w\n    (command get'coregetd' direct (property title'titl'))");
+}
+
+TEST(ParserDictionaries, GiveWordsToLinesThatNameTheirApplication) {
+  EXPECT_EQ(parsed("URL of active tab of window 1 of application \"Google Chrome\"\nactive of x"),
+            "(property URL'URL ' of (property active tab'acTa' of (index window'cwin' at 1 of (application \"Google "
+            "Chrome\"))))\n(property active of x)");
+  EXPECT_EQ(parsed("using terms from application \"Safari\"\ncurrent tab of x\nend"),
+            "using-terms (application \"Safari\")\n  (property current tab'cTab' of x)");
+  EXPECT_EQ(parsed("use application \"Safari\"\ncurrent tab of x"),
+            "use 3 \"Safari\"\n(property current tab'cTab' of x)");
+}
+
+TEST(ParserDictionaries, LeaveGeneralWordsWhereTheTargetIsKnownAtRunTimeOnly) {
+  EXPECT_EQ(parsed("tell application id bundleID\nset tmp to id of first window\nset n to title\nactivate\nend tell"),
+            "tell (application-id bundleID)\n  set tmp := (property id'ID  ' of (first window'cwin'))\n"
+            "  set n := title\n  (command activate'miscactv')");
+}
+
+TEST(ParserDictionaries, LetVariablesHaveTheirWordsOutsideOfTells) {
+  for (const auto& [source, expected] : std::vector<ParserCase>{
+           {"repeat with URL in xs\nlog URL\nend repeat", "repeat-items URL in xs\n  (command log'ascrcmnt' direct URL)"},
+           {"set index to 3\nset x to item index of xs", "set index := 3\nset x := (index item'cobj' at index of xs)"},
+           {"set tab to 1\nlog tab & return", "set tab := 1\n(command log'ascrcmnt' direct (& tab return))"},
+           {"on f(name)\nname & name of x\nend f", "on f name\n  (& name (property name'pnam' of x))"},
+           {"set numbers to {1}\nset item 1 of numbers to 2",
+            "set numbers := (list 1)\nset (index item'cobj' at 1 of numbers) := 2"},
+           // What no statement has bound is the dictionary's.
+           {"log tab", "(command log'ascrcmnt' direct tab)"},
+           {"name", "(property name'pnam')"},
+       })
+    EXPECT_EQ(parsed(source), expected) << source;
+  // Inside of a tell the dictionary has its words, whatever is bound.
+  EXPECT_EQ(parsed("on f(title)\ntell application \"Google Chrome\" to get title\nend f"),
+            "on f title\n  tell-to (application \"Google Chrome\")\n"
+            "    (command get'coregetd' direct (property title'titl'))");
+}
+
+} // namespace
+} // namespace tabwright::applescript::test

@@ -1,0 +1,100 @@
+#include "applescript/ParserTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <vector>
+
+namespace tabwright::applescript::test {
+namespace {
+
+/// Parses, prints, parses again; the trees must be equal. Gives what was printed.
+std::string roundTrip(const std::string& source) {
+  const SyntaxDictionaries dictionaries;
+  const ParseResult first = parse(source, dictionaries);
+  if (!first.tree) {
+    ADD_FAILURE() << first.errors.front().errorDescription() << "\n" << source;
+    return {};
+  }
+  const std::string printed = print(*first.tree);
+  const ParseResult again = parse(printed, dictionaries);
+  if (!again.tree) {
+    ADD_FAILURE() << again.errors.front().errorDescription() << "\n" << printed;
+    return printed;
+  }
+  EXPECT_EQ(dump(*again.tree), dump(*first.tree)) << printed;
+  EXPECT_EQ(print(*again.tree), printed);
+  return printed;
+}
+
+TEST(Printer, LaysOutBlocks) {
+  EXPECT_EQ(roundTrip("on f(a)\nif a then\nreturn 1\nelse if b\nreturn 2\nelse\nrepeat 3 times\nbeep\nend\nend\nend"),
+            "on f(a)\n\tif a then\n\t\treturn 1\n\telse if b then\n\t\treturn 2\n\telse\n\t\trepeat 3 times\n\t\t\tbeep\n"
+            "\t\tend repeat\n\tend if\nend f\n");
+  EXPECT_EQ(roundTrip("tell application \"System Events\" to tell process \"Safari\"\nclick menu 1\nend"),
+            "tell application \"System Events\" to tell process \"Safari\"\n\tclick menu 1\nend tell\n");
+  EXPECT_EQ(roundTrip("try\nerror \"x\" number 3\non error m number n\nend"),
+            "try\n\terror \"x\" number 3\non error m number n\nend try\n");
+}
+
+TEST(Printer, WritesWhatParsesAgain) {
+  for (const auto& [source, printed] : std::vector<ParserCase>{
+           {"set x to |error| & |any text| & |tab|", "set x to |error| & |any text| & |tab|\n"},
+           {"c's b's a of d", "c's b's a of d\n"},
+           {"a's b of c's d", "a's b of c's d\n"},
+           {"count of xs > 0", "count of xs > 0\n"},
+           {"x exists and y does not exist", "x exists and y exists is false\n"},
+           {"a = not b", "a = not b\n"},
+           {"- -1", "- -1\n"},
+           {"{1.0E+20, 0.5, -3}", "{1.0E+20, 0.5, -3}\n"},
+           {"\"a\\\"\\\\\\tb\nc\"", "\"a\\\"\\\\\\tb\nc\"\n"},
+           {"windows whose x", "every window whose x\n"},
+           {"third window whose x", "3th window whose x\n"},
+           {"every window whose (x) of every window", "every window whose (x) of every window\n"},
+           {"offset of a's b in c", "offset of a's b in c\n"},
+           {"current application's X's y:1 z:2", "current application's X's y:1 z:2\n"},
+           {"on f of x from y given z:w\nend", "on f of x from y given z:w\nend f\n"},
+           {"on setA:x b:y\nend", "on setA:x b:y\nend message\n"},
+           {"use framework \"F\"", "use framework \"F\"\n"},
+           {"repeat with tab in xs\nend", "repeat with |tab| in xs\nend repeat\n"},
+       })
+    EXPECT_EQ(roundTrip(source), printed) << source;
+}
+
+std::string fileText(const std::filesystem::path& path) {
+  std::ostringstream text;
+  text << std::ifstream(path).rdbuf();
+  return text.str();
+}
+
+std::string replaced(std::string text, std::string_view from, std::string_view to) {
+  for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+    text.replace(at, from.size(), to);
+  return text;
+}
+
+/// The script texts that the engine assembles its programs from, their placeholders filled in.
+TEST(Printer, RoundTripsTheEnginesScripts) {
+  const std::filesystem::path folder = std::filesystem::path(TABWRIGHT_SOURCE_DIR) / "resources" / "engine";
+  std::size_t count = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    if (entry.path().extension() != ".applescript")
+      continue;
+    const bool isSafaris = entry.path().stem() == "safariLibrary";
+    std::string text = fileText(entry.path());
+    text = replaced(text, "__BROWSER_BUNDLE_ID__", isSafaris ? "com.apple.safari" : "com.google.chrome");
+    text = replaced(text, "__MAIN_RECEIVER_ID__", "com.google.chrome");
+    text = replaced(text, "__ARGKEYS__", "a, newUrl");
+    text = replaced(text, "__APPLESCRIPT__", "return success(my getFrontVars())");
+    SCOPED_TRACE(entry.path().filename());
+    EXPECT_FALSE(roundTrip(text).empty());
+    ++count;
+  }
+  EXPECT_GE(count, 5u);
+}
+
+} // namespace
+} // namespace tabwright::applescript::test

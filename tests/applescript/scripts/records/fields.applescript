@@ -1,0 +1,25 @@
+set r to {name:"n", tabID:7, |any text|:true}
+tabID of r --> 7
+TABID of r --> 7
+r's tabID --> 7
+name of r --> "n"
+|any text| of r --> true
+count of r --> 3
+r --> {name:"n", tabID:7, |any text|:true}
+missingOne of r --> error -1728 Can’t get missingOne of {name:"n", tabID:7, |any text|:true}.
+set tabID of r to "x" --> "x"
+set newOne of r to 1 --> error -10006 Can’t set newOne of {name:"n", tabID:7, |any text|:true} to 1.
+item 1 of r --> error -1728
+
+set r to {a:{b:{c:1}}}
+set c of b of a of r to 2
+r's a's b's c --> 2
+
+set r to {a:1, A:2}
+r --> {a:2}
+
+set tabsList to {}
+set r to {tabsList:{}}
+set end of tabsList of r to 5
+set end of tabsList of r to 6
+{tabsList of r, tabsList} --> {{5, 6}, {}}

@@ -1,0 +1,196 @@
+#include "support/ScriptBench.h"
+
+#include <boost/json/parse.hpp>
+#include <boost/json/serialize.hpp>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <fstream>
+#include <sstream>
+
+namespace {
+
+using namespace tabwright;
+using testing::HasSubstr;
+
+std::string resource(const std::string& name) {
+  const std::ifstream file(std::string(TABWRIGHT_SOURCE_DIR) + "/resources/engine/" + name + ".applescript");
+  std::ostringstream text;
+  text << file.rdbuf();
+  return std::move(text).str();
+}
+
+void replaceAll(std::string& text, const std::string& what, const std::string& with) {
+  for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size()))
+    text.replace(at, what.size(), with);
+}
+
+/// The runtime library's handlers, as generated programs call them, against the models.
+class RuntimeLibrary : public testing::TestWithParam<std::string>, protected testsupport::ScriptBench {
+protected:
+  RuntimeLibrary() {
+    browser->addWindow({{"A", "https://a.test/"}, {"B", "https://b.test/"}});
+    if (isChromium())
+      browser->addWindow({});
+    browser->addWindow({{"P", "https://p.test/"}}, scripting::WindowMode::incognito);
+    browser->page = [](scripting::TabID, const std::string& javascript) -> boost::json::value {
+      if (javascript.find("userAgent") != std::string::npos)
+        return "156";
+      if (javascript == "document.readyState")
+        return "interactive";
+      return boost::json::value("page: " + javascript.substr(0, 24));
+    };
+    desktop->add(9, "Safari", "com.apple.safari", {"A", "Private Browsing"});
+    desktop->menus = {{{}, {{"Safari", true, true}, {"Fichier", true, true}}},
+                      {{1}, {{"Nouvelle fenêtre", true, false}, {"Nouvelle fenêtre privée", true, false}}}};
+  }
+
+  static bool isChromium() { return GetParam() == "chromium"; }
+
+  /// Runs lines as the body of a program for the browser of this test.
+  applescript::Value result(const std::string& lines) {
+    const std::string id = isChromium() ? "org.chromium.chromium" : "com.apple.safari";
+    std::string program = resource("scriptPreludeBase") + "\n" + resource(GetParam() + "Library");
+    replaceAll(program, "__ARGKEYS__", "");
+    replaceAll(program, "__MAIN_RECEIVER_ID__", id);
+    replaceAll(program, "__BROWSER_BUNDLE_ID__", id);
+    replaceAll(program, "__APPLESCRIPT__", lines);
+    try {
+      const auto script = interpreter.compile(program);
+      return interpreter.call(*script, "runWithVariables");
+    } catch (const applescript::ScriptError& error) {
+      return fmt::format("error {}: {} at {}", error.number(), error.message(),
+                         error.range() ? program.substr(error.range()->offset, error.range()->length) : "?");
+    }
+  }
+  std::string perform(const std::string& lines) { return applescript::sourceForm(result(lines)); }
+
+  /// The JSON that the library makes of an expression, without its layout.
+  std::string json(const std::string& expression) {
+    const applescript::Value value = result("return my jsonStringify(" + expression + ")");
+    boost::json::error_code error;
+    const auto parsed = boost::json::parse(*value.text(), error);
+    return error ? *value.text() : boost::json::serialize(parsed);
+  }
+
+  std::string tabID(int index) const { return isChromium() ? std::to_string(index) : "101:" + std::to_string(index); }
+};
+
+TEST_P(RuntimeLibrary, WrapsResultsAndVersions) {
+  EXPECT_EQ(perform("return my success(true)"), R"({true, "156", "true"})");
+  EXPECT_EQ(perform("return my failure(5)"), R"({false, "156", 5})");
+  EXPECT_EQ(perform("set x to 1"), R"({false, "156", 0})");
+  browser->change([](auto& windows) { windows.clear(); });
+  EXPECT_EQ(perform("return my success({})"), "{true, \"\", \"[\n\n]\"}");
+}
+
+TEST_P(RuntimeLibrary, WritesNothingsAsJSONNull) {
+  EXPECT_EQ(json("{a:null, b:{c:null, d:\"null\"}, e:missing value}"),
+            R"({"a":null,"b":{"c":null,"d":"null"},"e":null})");
+  EXPECT_EQ(json("{null, {x:null}, {null, 1}}"), R"([null,{"x":null},[null,1]])");
+  EXPECT_THAT(json("{a:{null, 1}}"), HasSubstr("Invalid type in JSON write"));
+  EXPECT_EQ(perform("return my splitString(\"12345:3\", \":\")"), R"({"12345", "3"})");
+}
+
+TEST_P(RuntimeLibrary, DescribesWindowsAndTabs) {
+  const std::string tab =
+      R"({"htmlContent":"","isLoading":false,"isPrivate":false,"pageSelectionText":"",)"
+      R"("pageSelectionHTML":"","tabID":"ID","tabTitle":"T","tabURL":"https://t.test/","textContent":""})";
+  const auto tabText = [&](const std::string& id, const std::string& title) {
+    std::string text = tab;
+    replaceAll(text, "\"ID\"", "\"" + id + "\"");
+    replaceAll(text, "\"T\"", "\"" + title + "\"");
+    replaceAll(text, "t.test", std::string(1, static_cast<char>(std::tolower(title[0]))) + ".test");
+    return text;
+  };
+  EXPECT_EQ(json("my makeBrowserWindowData(front window)"),
+            R"({"activeTab":)" + tabText(tabID(1), "A") + R"(,"activeTabID":")" + tabID(1) +
+                R"(","activeTabIndex":1,"isPrivate":false,"isVisible":true,"tabsList":[)" + tabText(tabID(1), "A") +
+                "," + tabText(tabID(2), "B") + R"(],"windowID":"101","windowIndex":1,"windowTitle":"A"})");
+  const std::string all = json("my getListOfTabs()");
+  EXPECT_THAT(all, HasSubstr(tabText(tabID(2), "B")));
+  EXPECT_THAT(all, HasSubstr(R"("isPrivate":true)"));
+  EXPECT_EQ(boost::json::parse(json("my getListOfWindows()")).as_array().size(), 2U);
+}
+
+TEST_P(RuntimeLibrary, FindsWhatIsThere) {
+  EXPECT_EQ(perform("set {w, wid, t, tid} to my getFrontVars()\nreturn {wid as text, tid}"),
+            R"({"101", ")" + tabID(1) + "\"}");
+  EXPECT_EQ(perform("set {t, w} to my findNativeTabAndWindowForTabID(\"" + tabID(2) +
+                    "\")\nreturn {name of t, id of w as text}"),
+            R"({"B", "101"})");
+  EXPECT_EQ(perform("return my findNativeTabAndWindowForTabID(\"" + tabID(77) + "\") is null"), "true");
+  EXPECT_EQ(perform("return my findNativeWindowWithID(\"999\") is null"), "true");
+  EXPECT_EQ(perform("return name of my findNativeWindowWithID(\"101\")"), R"("A")");
+  const std::string details = json("my makeDetailedBrowserTabDataForID(\"" + tabID(1) + "\")");
+  EXPECT_THAT(details, HasSubstr(R"("htmlContent":"page: document.documentElement")"));
+  EXPECT_THAT(details, HasSubstr(R"("pageSelectionHTML":"page: (()=>{const e=window.get")"));
+  EXPECT_EQ(perform("return my makeDetailedBrowserTabDataForID(\"" + tabID(9) + "\") is null"), "true");
+}
+
+TEST_P(RuntimeLibrary, LooksPastDeveloperToolsAtTheFront) {
+  browser->addWindow({});
+  browser->change([](auto& windows) { std::ranges::rotate(windows, windows.end() - 1); });
+  EXPECT_EQ(perform("return item 2 of my getFrontVars() as text"), R"("101")");
+  EXPECT_EQ(perform("return my success(1)"), R"({true, "156", "1"})");
+}
+
+TEST_P(RuntimeLibrary, ActsOnTabsAndWindows) {
+  EXPECT_EQ(perform("set w to front window\nset t to my createTabInWindow(w, \"https://n.test/\")\nreturn URL of t"),
+            R"("https://n.test/")");
+  EXPECT_EQ(perform("set {t, w} to my findNativeTabAndWindowForTabID(\"" + tabID(2) +
+                    "\")\nmy focusTabAndWindow(t, w)\n"
+                    "return name of my findNativeWindowWithID(\"101\")"),
+            R"("B")");
+  EXPECT_EQ(browser->commands().back(), "activate");
+  EXPECT_EQ(perform("return my waitForTabReadyState(item 3 of my getFrontVars(), \"interactive\")"),
+            R"({true, "156", "true"})");
+  EXPECT_EQ(perform("return my waitForTabReadyState(item 3 of my getFrontVars(), \"complete\")"),
+            R"({true, "156", "false"})");
+}
+
+TEST_P(RuntimeLibrary, MakesPrivateWindowsByTheMenu) {
+  if (isChromium())
+    GTEST_SKIP() << "the other family makes them by its dictionary";
+  EXPECT_EQ(perform("return my __createPrivateWindow()"), "true");
+  EXPECT_THAT(desktop->deeds, testing::ElementsAre("choose 9 1/1"));
+  EXPECT_EQ(perform("return my __isPrivateWindow(window 1)"), "false");
+  EXPECT_EQ(perform("return my __isPrivateWindow(window 2)"), "true");
+}
+
+INSTANTIATE_TEST_SUITE_P(Families, RuntimeLibrary, testing::Values("chromium", "safari"),
+                         [](const auto& info) { return info.param; });
+
+TEST(GeneratedScripts, FindTheFrontmostBrowser) {
+  testsupport::ScriptBench bench;
+  bench.desktop->add(1, "Editor", "org.editor");
+  bench.desktop->add(2, "Chromium", "org.Chromium.chromium");
+  std::string program = resource("frontmostLookup");
+  replaceAll(program, "__MAIN_HANDLER__", "runWithVariables");
+  replaceAll(program, "__BROWSER_BUNDLE_IDS__", "\"com.apple.safari\", \"org.chromium.chromium\"");
+  const auto script = bench.interpreter.compile(program);
+  EXPECT_EQ(applescript::sourceForm(bench.interpreter.call(*script, "runWithVariables")),
+            R"({true, "", "\"org.chromium.chromium\""})");
+  EXPECT_THAT(bench.desktop->deeds, testing::ElementsAre("hide 1", "show 1", "activate 1"));
+}
+
+TEST(GeneratedScripts, TriggerThePermissionDialogs) {
+  testsupport::ScriptBench bench;
+  bench.browser->addWindow({{"A", "https://a.test/"}});
+  bench.desktop->add(1, "Editor", "org.editor");
+  bench.desktop->add(2, "Chromium", "org.chromium.chromium");
+  bench.desktop->menus = {{{}, {{"File", true, true}}}, {{0}, {{"New", true, false}}}};
+  std::string program = resource("permissionTrigger");
+  replaceAll(program, "__MAIN_HANDLER__", "runWithVariables");
+  replaceAll(program, "__BUNDLE_ID__", "org.chromium.chromium");
+  replaceAll(program, "__APPLICATION_NAME__", "Tabwright");
+  const auto script = bench.interpreter.compile(program);
+  EXPECT_EQ(applescript::sourceForm(bench.interpreter.call(*script, "runWithVariables")), R"({true, "", "true"})");
+  EXPECT_THAT(bench.desktop->deeds, testing::ElementsAre("activate 2"));
+  EXPECT_EQ(bench.ownActivations, 1);
+  EXPECT_EQ(bench.browser->snapshotsAsked, 1); // it went through to the last step
+}
+
+} // namespace

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "scripting/systemevents/Desktop.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tabwright::testsupport {
+
+/// A desktop in memory: the first visible process is frontmost. Menus are by path; what was done is written down.
+class ModelDesktop final : public scripting::Desktop {
+public:
+  std::vector<scripting::DesktopProcess> all; ///< front to back
+  std::map<std::vector<std::size_t>, std::vector<scripting::MenuEntry>> menus;
+  std::vector<std::string> deeds; ///< such as "activate 12", "choose 12 1/3", "type x command shift"
+
+  /// Adds a process behind the others.
+  void add(pid_t pid, std::string name, std::string bundleIdentifier,
+           const std::vector<std::string>& windowNames = {}) {
+    scripting::DesktopProcess process;
+    process.pid = pid;
+    process.name = std::move(name);
+    process.bundleIdentifier = std::move(bundleIdentifier);
+    process.isVisible = true;
+    for (const std::string& windowName : windowNames)
+      process.windows.push_back({1000 + process.windows.size(), windowName});
+    all.push_back(std::move(process));
+  }
+
+  std::vector<scripting::DesktopProcess> processes() override {
+    std::vector<scripting::DesktopProcess> now = all;
+    const auto front = std::ranges::find_if(now, &scripting::DesktopProcess::isVisible);
+    if (front != now.end())
+      front->isFrontmost = true;
+    return now;
+  }
+
+  void activate(pid_t pid) override {
+    deeds.push_back(fmt::format("activate {}", pid));
+    const auto process = std::ranges::find(all, pid, &scripting::DesktopProcess::pid);
+    process->isVisible = true;
+    std::rotate(all.begin(), process, process + 1);
+  }
+
+  void setVisible(pid_t pid, scripting::Visibility visibility) override {
+    const bool isShown = visibility == scripting::Visibility::shown;
+    deeds.push_back(fmt::format("{} {}", isShown ? "show" : "hide", pid));
+    std::ranges::find(all, pid, &scripting::DesktopProcess::pid)->isVisible = isShown;
+  }
+
+  std::vector<scripting::MenuEntry> menuEntries(pid_t, scripting::MenuPath path) override {
+    const auto found = menus.find({path.begin(), path.end()});
+    return found != menus.end() ? found->second : std::vector<scripting::MenuEntry>{};
+  }
+
+  void chooseMenuItem(pid_t pid, scripting::MenuPath path) override {
+    std::string text = fmt::format("choose {} ", pid);
+    for (std::size_t position = 0; position < path.size(); ++position)
+      text += fmt::format("{}{}", position == 0 ? "" : "/", path[position]);
+    deeds.push_back(text);
+  }
+
+  void keystroke(const std::string& text, std::span<const scripting::ModifierKey> keys) override {
+    deeds.push_back("type " + text + named(keys));
+  }
+  void keyCode(int code, std::span<const scripting::ModifierKey> keys) override {
+    deeds.push_back(fmt::format("key {}{}", code, named(keys)));
+  }
+  void modifiers(scripting::KeyTransition transition, std::span<const scripting::ModifierKey> keys) override {
+    deeds.push_back((transition == scripting::KeyTransition::down ? "down" : "up") + named(keys));
+  }
+
+private:
+  static std::string named(std::span<const scripting::ModifierKey> keys) {
+    std::string text;
+    for (const scripting::ModifierKey key : keys)
+      text += std::string(" ") + (key == scripting::ModifierKey::command   ? "command"
+                                  : key == scripting::ModifierKey::option  ? "option"
+                                  : key == scripting::ModifierKey::control ? "control"
+                                                                           : "shift");
+    return text;
+  }
+};
+
+} // namespace tabwright::testsupport
