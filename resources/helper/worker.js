@@ -157,15 +157,25 @@ function requireAddress(url) {
   return url;
 }
 
+// Puts a window in front in our order, once it has the focus. The desktop takes a moment for that, during which another
+// window still says that it is focused; where the desktop refuses, we do not wait for ever.
+async function settleInFront(id) {
+  for (let attempt = 0; attempt < 25; attempt += 1) {
+    if ((await chrome.windows.get(id, { windowTypes })).focused) break;
+    await new Promise((resolve) => setTimeout(resolve, 20));
+  }
+  await isReady;
+  toFront(id);
+  changed();
+  await remember();
+}
+
 async function bringToFront(id) {
   const window = await chrome.windows.get(id, { windowTypes });
   const change = { focused: true };
   if (window.state === "minimized") change.state = "normal";
   await chrome.windows.update(id, change);
-  await isReady;
-  toFront(id);
-  changed();
-  await remember();
+  await settleInFront(id);
 }
 
 const commands = {
@@ -184,10 +194,7 @@ const commands = {
     if (url) properties.url = requireAddress(url);
     const window = await chrome.windows.create(properties);
     if (!window) throw new Error("the browser does not show its private windows to the helper");
-    await isReady;
-    toFront(window.id);
-    changed();
-    await remember();
+    await settleInFront(window.id);
     return window.id;
   },
 

@@ -68,7 +68,7 @@ TEST(ParserDictionaries, GiveCommandsTheirParameters) {
                });
 }
 
-TEST(ParserDictionaries, GiveTestsToTheInnermostPick) {
+TEST(ParserDictionaries, GiveTestsToTheOutermostPick) {
   expectInside("Google Chrome",
                {
                    {"windows whose active tab index > 0",
@@ -76,8 +76,11 @@ TEST(ParserDictionaries, GiveTestsToTheInnermostPick) {
                    {"name of every tab of window 1 whose URL contains x and loading",
                     "(property name'pnam' of (every tab'CrTb' whose (and (contains (property URL'URL ') x) (property "
                     "loading'ldng')) of (index window'cwin' at 1)))"},
-                   {"tabs of windows where its mode is x",
-                    "(every tab'CrTb' of (every window'cwin' whose (= (property mode'mode' of it) x)))"},
+                   {"URL of first tab of front window where its mode is x",
+                    "(property URL'URL ' of (first tab'CrTb' whose (= (property mode'mode' of it) x) of (first "
+                    "window'cwin')))"},
+                   {"tabs of (windows whose mode is x)",
+                    "(every tab'CrTb' of (brackets (every window'cwin' whose (= (property mode'mode') x))))"},
                    {"third tab whose (loading) of w",
                     "(index tab'CrTb' at 3 whose (brackets (property loading'ldng')) of w)"},
                });

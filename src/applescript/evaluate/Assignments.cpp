@@ -31,12 +31,8 @@ bool leadsTo(const Value& value, const void* holder, int& looks) {
              return looks >= 0 && leadsTo(field.second, holder, looks);
            });
   }
-  if (const auto* reference = value.get<Value::ReferencePointer>()) {
-    if (const auto* item = dynamic_cast<const ItemReference*>(reference->get()))
-      return leadsTo(Value(item->list()), holder, looks);
-    if (const auto* variable = dynamic_cast<const VariableReference*>(reference->get()))
-      return leadsTo(variable->variable(), holder, looks);
-  }
+  if (const auto* reference = value.get<Value::ReferencePointer>())
+    return reference->get() == holder || leadsTo((*reference)->holder(), holder, looks);
   return false;
 }
 
@@ -216,6 +212,10 @@ void Evaluator::assignToVariable(const Variable& variable, Value value) {
   if (variable.place == Variable::Place::result)
     throw errors::cannotSet(variable.name, value);
   Value& slot = variableSlot(variable);
+  if (variable.place == Variable::Place::cell) {
+    const Value& cell = frame_->slots[static_cast<std::size_t>(variable.slot)];
+    value = withoutRing(std::move(value), cell.get<Value::ReferencePointer>()->get());
+  }
   // The former value may hold script objects and the like whose end changes the slots: it ends after the exchange.
   const Value former = std::exchange(slot, std::move(value));
 }

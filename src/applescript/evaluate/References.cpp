@@ -45,7 +45,8 @@ Value Evaluator::referenceToVariable(const Variable& variable) {
       return script->variables[index];
     };
     const auto write = [script, index](Value value) { script->variables[index] = std::move(value); };
-    return Value::ReferencePointer(std::make_shared<const ComputedReference>(variable.name, read, write));
+    return Value::ReferencePointer(
+        std::make_shared<const ComputedReference>(variable.name, Value(script), read, write));
   }
   case Variable::Place::frame:
   case Variable::Place::result:
@@ -87,7 +88,7 @@ Value Evaluator::referenceToProperty(const PropertyAccess& property) {
       throw errors::cannotSet(description, value);
     *variable = std::move(value);
   };
-  return Value::ReferencePointer(std::make_shared<const ComputedReference>(description, read, write));
+  return Value::ReferencePointer(std::make_shared<const ComputedReference>(description, container, read, write));
 }
 
 Value Evaluator::referenceToElement(const ElementAccess& element) {

@@ -4,6 +4,8 @@
 #include "applescript/values/Comparison.h"
 #include "applescript/values/Names.h"
 
+#include <utility>
+
 namespace tabwright::applescript {
 
 namespace {
@@ -27,6 +29,12 @@ bool sameApplication(const ObjectSpecifier& left, const ObjectSpecifier& right) 
 }
 
 } // namespace
+
+ObjectSpecifier::~ObjectSpecifier() {
+  // Each link is cut before it ends, as long as nobody else holds it.
+  while (container && container.use_count() == 1)
+    container = std::exchange(const_cast<ObjectSpecifier&>(*container).container, nullptr);
+}
 
 SpecifierPointer applicationRoot(std::shared_ptr<ScriptableApplication> application) {
   auto root = std::make_shared<ObjectSpecifier>();

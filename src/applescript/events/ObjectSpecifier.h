@@ -15,7 +15,17 @@ struct ObjectSpecifier;
 using SpecifierPointer = std::shared_ptr<const ObjectSpecifier>;
 
 /// Comparisons of a `whose` test. The negated forms are written with a logical `not` around.
-enum class TestOperator { equals, greaterThan, atLeast, lessThan, atMost, beginsWith, endsWith, contains, isContainedBy };
+enum class TestOperator {
+  equals,
+  greaterThan,
+  atLeast,
+  lessThan,
+  atMost,
+  beginsWith,
+  endsWith,
+  contains,
+  isContainedBy
+};
 
 /// The condition of a `whose`: a tree over the properties of the object under test.
 struct SpecifierTest {
@@ -67,12 +77,19 @@ struct ObjectSpecifier {
   /// The application addressed; the same in all nodes of a chain. Null below `tested`, and in `current application`,
   /// which is a Form::application that never leaves the script.
   std::shared_ptr<ScriptableApplication> application;
+
+  ObjectSpecifier() = default;
+  ObjectSpecifier(const ObjectSpecifier&) = default;
+  ObjectSpecifier& operator=(const ObjectSpecifier&) = default;
+  /// A script can make a chain as long as it likes; taking it down doesn't recurse.
+  ~ObjectSpecifier();
 };
 
 [[nodiscard]] SpecifierPointer applicationRoot(std::shared_ptr<ScriptableApplication> application);
 /// `container` must not be null.
 [[nodiscard]] SpecifierPointer propertyOf(SpecifierPointer container, FourCharCode property);
-[[nodiscard]] SpecifierPointer elementByIndex(SpecifierPointer container, FourCharCode elementClass, std::int64_t index);
+[[nodiscard]] SpecifierPointer elementByIndex(SpecifierPointer container, FourCharCode elementClass,
+                                              std::int64_t index);
 [[nodiscard]] SpecifierPointer elementByID(SpecifierPointer container, FourCharCode elementClass, Value id);
 [[nodiscard]] SpecifierPointer elementByName(SpecifierPointer container, FourCharCode elementClass, std::string name);
 [[nodiscard]] SpecifierPointer everyElement(SpecifierPointer container, FourCharCode elementClass);

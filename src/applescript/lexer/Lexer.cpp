@@ -269,7 +269,7 @@ private:
         position_ += 2;
       } else {
         fail(errorNumber::syntaxError, std::string("Expected “") + closing + "” but found unknown token.",
-             {position_, 1 + std::max<std::size_t>(decode(position_ + 1).second, 1)});
+             {position_, 1 + decode(position_ + 1).second});
         ++position_;
       }
       plain = position_;

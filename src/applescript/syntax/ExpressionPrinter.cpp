@@ -44,20 +44,11 @@ std::string escaped(std::string_view value, char quote) {
   return text + quote;
 }
 
-/// Whether a test behind the reference would be its own (see ScriptParser::parseTest).
-bool takesTest(const Expression& expression) {
-  if (expression.kind == Expression::Kind::property) {
-    const auto& access = static_cast<const PropertyAccess&>(expression);
-    return access.container && access.joint != Joint::possessive && takesTest(*access.container);
-  }
-  if (expression.kind != Expression::Kind::element)
-    return false;
-  const auto& element = static_cast<const ElementAccess&>(expression);
-  using enum ElementAccess::Form;
-  if (element.form != index && element.form != name && element.form != id && element.form != range &&
-      element.form != before && element.form != after && !element.test)
-    return true;
-  return element.container && element.joint != Joint::possessive && takesTest(*element.container);
+std::string_view ordinalEnding(std::int64_t number) {
+  const bool isTeen = number % 100 >= 11 && number % 100 <= 13;
+  if (isTeen || number % 10 > 3 || number % 10 == 0)
+    return "th";
+  return number % 10 == 1 ? "st" : number % 10 == 2 ? "nd" : "rd";
 }
 
 /// A key that can't stand directly behind a class.
@@ -233,22 +224,20 @@ ExpressionPrinter::Parts ExpressionPrinter::element(const ElementAccess& element
                             : joined(elementWords(element), element.container, element.joint);
   if (!element.test)
     return pieces;
-  const std::string test = " whose " + print(*element.test);
-  // A container that picks from several itself would take the test for its own.
-  const bool isTakenInside = element.container && element.joint != Joint::possessive && takesTest(*element.container);
-  if (isTakenInside)
-    return {pieces.head + test + pieces.rest, {}};
-  return {pieces.head + pieces.rest + test, {}};
+  return {pieces.head + pieces.rest + " whose " + print(*element.test), {}};
 }
 
 std::string ExpressionPrinter::elementWords(const ElementAccess& element) const {
   using Form = ElementAccess::Form;
-  const std::string& words = element.elementClass.words;
+  // `application 3` would name an application; its plural with a key is an element like any other.
+  const bool isApplication = element.elementClass.words == "application" && element.key && !element.isOrdinal;
+  const std::string words = isApplication ? "applications" : element.elementClass.words;
   switch (element.form) {
   case Form::index:
-    // Only an ordinal may have a test: `third tab whose …`.
-    if (element.test)
-      return print(*element.key) + "th " + words;
+    if (element.isOrdinal) {
+      const auto number = *static_cast<const Literal&>(*element.key).value.get<std::int64_t>();
+      return std::to_string(number) + std::string(ordinalEnding(number)) + " " + element.elementClass.words;
+    }
     return words + (element.isIndexWritten ? " index " : " ") + print(*element.key);
   case Form::name:
     return words + " named " + print(*element.key);

@@ -122,6 +122,7 @@ ExpressionPointer ScriptParser::parseOrdinal(std::int64_t number) {
   ExpressionPointer key = makeLiteral(Value(number), 1);
   auto element = makeElement(Form::index, requireClass());
   element->key = std::move(key);
+  element->isOrdinal = true;
   return finish(std::move(element), start);
 }
 

@@ -1,23 +1,69 @@
 #include "applescript/syntax/ScriptParser.h"
 
+#include <ranges>
 #include <utility>
 
 // Chains of `of` and `'s`. `a of b of c` is read from the right (`a` of what `b of c` is), `c's b's a` from the left;
 // both become the same tree, the outermost access at the top and its container below.
 namespace tabwright::applescript {
 
+namespace {
+
+Expression* containerOf(Expression& node) {
+  switch (node.kind) {
+  case Expression::Kind::property:
+    return static_cast<PropertyAccess&>(node).container.get();
+  case Expression::Kind::element:
+    return static_cast<ElementAccess&>(node).container.get();
+  default:
+    return nullptr;
+  }
+}
+
+bool picksFromSeveral(const Expression& node) {
+  if (node.kind != Expression::Kind::element)
+    return false;
+  const auto& element = static_cast<const ElementAccess&>(node);
+  if (element.test)
+    return false;
+  switch (element.form) {
+  case ElementAccess::Form::every:
+  case ElementAccess::Form::first:
+  case ElementAccess::Form::last:
+  case ElementAccess::Form::some:
+  case ElementAccess::Form::middle:
+    return true;
+  case ElementAccess::Form::index:
+    return element.isOrdinal;
+  case ElementAccess::Form::name:
+  case ElementAccess::Form::id:
+  case ElementAccess::Form::range:
+  case ElementAccess::Form::before:
+  case ElementAccess::Form::after:
+    return false;
+  }
+  return false;
+}
+
+} // namespace
+
 ExpressionPointer ScriptParser::parseChain() {
+  ExpressionPointer node = parseContained();
+  if (token().is(Keyword::whose) || token().is(Keyword::where))
+    parseTest(node);
+  return node;
+}
+
+ExpressionPointer ScriptParser::parseContained() {
   const std::size_t start = offset();
   ExpressionPointer node = parsePossessives(parsePrimary());
   if (isOf() && canAttach(*node)) {
     const Nesting nesting(*this);
     const Joint joint = token().is(Keyword::of) ? Joint::of : Joint::in;
     advance();
-    attach(node, parseChain(), joint);
+    attach(node, parseContained(), joint);
     setRange(*node, start);
   }
-  if (token().is(Keyword::whose) || token().is(Keyword::where))
-    parseTest(node);
   return node;
 }
 
@@ -221,25 +267,29 @@ void ScriptParser::attach(ExpressionPointer& node, ExpressionPointer container, 
 
 // ---------------------------------------------------------------------- whose
 
-// `name of every tab of w whose …`: the test belongs to the innermost reference that picks from several. Chains are
-// read from the right, so that is the first one asked.
+// `name of every tab of front window whose …`: the test belongs to the outermost reference that picks from several, so
+// it is the tabs that are tested.
 void ScriptParser::parseTest(ExpressionPointer& node) {
-  if (node->kind != Expression::Kind::element)
+  const std::size_t start = node->range.offset;
+  std::vector<Expression*> around;
+  Expression* picked = node.get();
+  while (picked && !picksFromSeveral(*picked)) {
+    around.push_back(picked);
+    picked = containerOf(*picked);
+  }
+  if (!picked)
     return;
-  auto& element = static_cast<ElementAccess&>(*node);
-  using enum ElementAccess::Form;
-  const bool isOrdinal = element.form == index && element.key && element.key->range.offset == element.range.offset;
-  const bool picks = element.form == every || element.form == first || element.form == last || element.form == some ||
-                     element.form == middle || isOrdinal;
-  if (!picks || element.test)
-    return;
-  const std::size_t start = element.range.offset;
+  auto& element = static_cast<ElementAccess&>(*picked);
   advance();
   insideTell(nullptr, [&] { element.test = parseExpression(); });
-  if (isOf() && canAttach(element)) { // `first tab whose (…) of w`
+  updateHeight(element);
+  for (Expression* outer : std::views::reverse(around))
+    updateHeight(*outer);
+  if (isOf() && canAttach(*node)) { // `first tab whose (…) of w`
+    const Nesting nesting(*this);
     const Joint joint = token().is(Keyword::of) ? Joint::of : Joint::in;
     advance();
-    attach(node, parseChain(), joint);
+    attach(node, parseContained(), joint);
   }
   setRange(*node, start);
 }

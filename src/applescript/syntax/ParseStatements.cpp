@@ -125,8 +125,9 @@ ExpressionPointer ScriptParser::parseTarget() {
   while (target->kind == Expression::Kind::parenthesized)
     target = std::move(static_cast<Parenthesized&>(*target).inner);
   requireTarget(*target, first);
-  if (target->kind == Expression::Kind::variable)
-    scope_.bind(static_cast<const Variable&>(*target).name);
+  const Token& last = tokens_[position_ - 1]; // its text lives as long as the parse; the node's may not
+  if (target->kind == Expression::Kind::variable && last.kind != Token::Kind::symbol)
+    scope_.bind(last.text);
   return target;
 }
 

@@ -198,6 +198,7 @@ private:
 
   // ---- References (ParseReferences.cpp, ParseElements.cpp)
   ExpressionPointer parseChain();
+  ExpressionPointer parseContained();
   ExpressionPointer parsePossessives(ExpressionPointer head);
   ExpressionPointer parseMember();
   ExpressionPointer parseMessage();

@@ -133,6 +133,7 @@ struct ElementAccess final : Expression {
   ElementAccess() : Expression(Kind::element) {}
   Form form = Form::every;
   bool isIndexWritten = false; ///< `tab index x`: by index whatever x is, also a text that holds a number
+  bool isOrdinal = false;      ///< `third tab`: Form::index too, but written so that a test may follow
   ClassName elementClass;      ///< `words` as the dictionary has the singular
   ExpressionPointer key;       ///< index, name, id, or start of the range; a text or number decides at run time whether
                                ///< a bare `tab x` is by index or by name (Form::index is written for both)

@@ -24,6 +24,8 @@ public:
   virtual void assign(Value value) const = 0;
   /// Source form of the place, such as `item 1 of {1, 2}`.
   [[nodiscard]] virtual std::string description() const = 0;
+  /// What it keeps alive to read from: a list, a record, a variable's value; `nothing` for anything else.
+  [[nodiscard]] virtual Value holder() const { return Value::nothing(); }
   /// Whether the two name one place.
   [[nodiscard]] virtual bool isSamePlace(const Reference& other) const { return this == &other; }
   /// Whether `is` looks through it too. A reference does that once it has been handed to a handler: for the handler,
@@ -46,7 +48,7 @@ public:
   [[nodiscard]] bool isSamePlace(const Reference& other) const override;
   [[nodiscard]] bool comparesAsValue() const override { return comparison_ == Comparison::byValue; }
   [[nodiscard]] Value::ReferencePointer asParameter(const Value::ReferencePointer& self) const override;
-  [[nodiscard]] const Value::ListPointer& list() const { return list_; }
+  [[nodiscard]] Value holder() const override { return list_; }
 
 private:
   Value::ListPointer list_;
@@ -59,9 +61,11 @@ private:
 class VariableReference final : public Reference {
 public:
   explicit VariableReference(std::string name) : name_(std::move(name)) {}
+  ~VariableReference() override { release(std::move(value_)); }
   [[nodiscard]] Value value() const override;
   void assign(Value value) const override { value_ = std::move(value); }
   [[nodiscard]] std::string description() const override { return name_; }
+  [[nodiscard]] Value holder() const override { return value_; }
   /// The variable itself; `nothing` while it isn't defined.
   [[nodiscard]] Value& variable() const { return value_; }
 
@@ -75,14 +79,17 @@ class ComputedReference final : public Reference {
 public:
   using Read = std::function<Value()>;
   using Write = std::function<void(Value)>;
-  ComputedReference(std::string description, Read read, Write write)
-      : description_(std::move(description)), read_(std::move(read)), write_(std::move(write)) {}
+  ComputedReference(std::string description, Value holder, Read read, Write write)
+      : description_(std::move(description)), holder_(std::move(holder)), read_(std::move(read)),
+        write_(std::move(write)) {}
   [[nodiscard]] Value value() const override { return read_(); }
   void assign(Value value) const override { write_(std::move(value)); }
   [[nodiscard]] std::string description() const override { return description_; }
+  [[nodiscard]] Value holder() const override { return holder_; }
 
 private:
   std::string description_;
+  Value holder_;
   Read read_;
   Write write_;
 };

@@ -19,10 +19,9 @@ std::string ScriptObject::description() const {
 }
 
 void ScriptObject::clear() {
-  // Moved out first: what their destruction sets off must not see this vector half empty.
-  const std::vector<Value> values = std::move(variables);
-  variables.assign(values.size(), Value::nothing());
-  const Value former = std::exchange(parent, Value::nothing());
+  for (Value& variable : variables)
+    release(std::exchange(variable, Value::nothing()));
+  release(std::exchange(parent, Value::nothing()));
 }
 
 } // namespace tabwright::applescript

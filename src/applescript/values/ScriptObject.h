@@ -17,6 +17,9 @@ struct ScriptLayout;
 class ScriptObject {
 public:
   ScriptObject(const ScriptLayout& layout, std::shared_ptr<ScriptObject> enclosing);
+  ~ScriptObject() { clear(); }
+  ScriptObject(const ScriptObject&) = delete;
+  ScriptObject& operator=(const ScriptObject&) = delete;
 
   [[nodiscard]] const ScriptLayout& layout() const { return layout_; }
   /// The script object inside whose text this one stands; null for the whole script.

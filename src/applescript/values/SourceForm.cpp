@@ -249,6 +249,11 @@ private:
 } // namespace
 
 std::string sourceFormUpTo(const Value& value, std::size_t limit) {
+  // The place of a reference is described by its list, which may hold references in turn.
+  static thread_local int nested = 0;
+  if (nested >= 10)
+    return "…";
+  const Restored<int> level(nested, nested + 1);
   SourceFormWriter writer(limit);
   writer.write(value);
   return writer.take();

@@ -15,29 +15,22 @@ namespace {
 thread_local std::vector<Value>* dying = nullptr;
 
 bool holdsMore(const Value& value) {
-  return value.is<Value::ListPointer>() || value.is<Value::RecordPointer>() || value.is<Value::ReferencePointer>();
+  return value.is<Value::ListPointer>() || value.is<Value::RecordPointer>() || value.is<Value::ReferencePointer>() ||
+         value.is<Value::ScriptPointer>();
 }
 
-template <class Items, class ValueOf>
-void takeDown(Items& items, ValueOf valueOf) {
+} // namespace
+
+void release(Value value) noexcept {
+  if (!holdsMore(value))
+    return;
   if (dying) {
-    for (auto& item : items) {
-      if (holdsMore(valueOf(item)))
-        dying->push_back(std::move(valueOf(item)));
-    }
+    dying->push_back(std::move(value));
     return;
   }
-  bool nested = false;
-  for (auto& item : items)
-    nested = nested || holdsMore(valueOf(item));
-  if (!nested)
-    return;
   std::vector<Value> queue;
   dying = &queue;
-  for (auto& item : items) {
-    if (holdsMore(valueOf(item)))
-      queue.push_back(std::move(valueOf(item)));
-  }
+  queue.push_back(std::move(value));
   while (!queue.empty()) {
     const Value last = std::move(queue.back());
     queue.pop_back();
@@ -45,14 +38,14 @@ void takeDown(Items& items, ValueOf valueOf) {
   dying = nullptr;
 }
 
-} // namespace
-
 List::~List() {
-  takeDown(items, [](Value& item) -> Value& { return item; });
+  for (Value& item : items)
+    release(std::move(item));
 }
 
 Record::~Record() {
-  takeDown(fields, [](std::pair<Label, Value>& field) -> Value& { return field.second; });
+  for (auto& field : fields)
+    release(std::move(field.second));
 }
 
 Value Value::list(std::vector<Value> items) {

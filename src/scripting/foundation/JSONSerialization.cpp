@@ -14,6 +14,7 @@
 #include <unicode/utf8.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -38,6 +39,13 @@ std::string_view foundationName(const Value& value) {
     return "NSConcreteData";
   return value.isNull() ? "null" : "NSAppleEventDescriptor";
 }
+
+constexpr auto plainBytes = [] {
+  std::array<bool, 256> plain{};
+  for (std::size_t byte = 0x20; byte < 0x80; ++byte)
+    plain[byte] = byte != '"' && byte != '\\';
+  return plain;
+}();
 
 class Writer {
 public:
@@ -147,11 +155,13 @@ private:
     std::size_t from = 0;
     for (std::size_t at = 0; at < text.size();) {
       const auto byte = static_cast<unsigned char>(text[at]);
-      if (byte >= 0x20 && byte < 0x80 && byte != '"' && byte != '\\' && !(byte == '/' && escapesSlashes_)) {
+      if (isPlain(byte)) {
         ++at;
-        continue;
-      }
-      if (byte >= 0x80) {
+      } else if (byte < 0x80) {
+        text_.append(text, from, at - from);
+        writeEscaped(byte);
+        from = ++at;
+      } else {
         auto next = static_cast<std::int32_t>(at);
         UChar32 character = 0;
         U8_NEXT(text.data(), next, static_cast<std::int32_t>(text.size()), character);
@@ -160,19 +170,19 @@ private:
           from = static_cast<std::size_t>(next);
         }
         at = static_cast<std::size_t>(next);
-        continue;
       }
-      text_.append(text, from, at - from);
-      writeEscaped(byte);
-      from = ++at;
     }
-    text_.append(text, from).append("\"");
+    text_.append(text, from);
+    text_ += '"';
   }
 
+  /// Whether a byte stands for itself.
+  bool isPlain(unsigned char byte) const { return plainBytes[byte] && !(byte == '/' && escapesSlashes_); }
+
   void writeEscaped(unsigned char byte) {
-    constexpr std::string_view plain = "\"\\/\b\f\n\r\t";
-    constexpr std::string_view letters = "\"\\/bfnrt";
-    if (const auto position = plain.find(static_cast<char>(byte)); position != std::string_view::npos)
+    constexpr std::string_view special = "/\"\\\n\t\r\b\f";
+    constexpr std::string_view letters = "/\"\\ntrbf";
+    if (const auto position = special.find(static_cast<char>(byte)); position != std::string_view::npos)
       (text_ += '\\') += letters[position];
     else
       text_ += fmt::format("\\u{:04x}", byte);

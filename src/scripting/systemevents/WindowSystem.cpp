@@ -86,7 +86,7 @@ struct WindowSystem::Connection {
     if (!isManaged) {
       const ReplyPointer<xcb_get_input_focus_reply_t> focus(
           xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
-      return focus ? focus->focus : XCB_WINDOW_NONE;
+      return focus ? focus->focus : xcb_window_t{XCB_WINDOW_NONE};
     }
     xcb_window_t window = XCB_WINDOW_NONE;
     if (xcb_ewmh_get_active_window_reply(&ewmh, xcb_ewmh_get_active_window(&ewmh, screen), &window, nullptr) == 0)
@@ -170,11 +170,13 @@ struct WindowSystem::Connection {
                    reinterpret_cast<const char*>(&message));
   }
 
+  /// Whether all of these are open, or all hidden and without the keyboard.
   bool allShown(const std::vector<std::uint32_t>& ids, bool shown) {
     const std::vector<ClientWindow> now = windows();
     return std::ranges::all_of(ids, [&](std::uint32_t id) {
       const auto window = std::ranges::find(now, id, &ClientWindow::id);
-      return window == now.end() || window->isShown == shown;
+      // A window that has just been hidden may be told as active for a moment more.
+      return window == now.end() || (window->isShown == shown && (shown || !window->isActive));
     });
   }
 };

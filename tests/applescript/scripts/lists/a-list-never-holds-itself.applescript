@@ -16,3 +16,27 @@ repeat with e in xs
 	set end of xs to e
 end repeat
 xs --> {1, 2, 1, 2}
+
+on f()
+	set x to 1
+	set x to a reference to x
+	return x
+end f
+f() --> 1
+
+set r to {a:0}
+set a of r to a reference to a of r
+r --> {a:0}
+
+set x to 1
+set x to a reference to x
+x + 1 --> error -2706
+
+set ys to {}
+repeat 200 times
+	set end of ys to 1
+end repeat
+set xs to {}
+set end of ys to xs
+set end of xs to a reference to item 1 of ys
+count of xs --> 1

@@ -17,3 +17,28 @@ repeat 40 times
 	set x to {x, x}
 end repeat
 copy x to y --> error -2707
+
+on link(x)
+	set y to x
+	return a reference to y
+end link
+set v to 1
+repeat 20000 times
+	set v to link(v)
+end repeat
+v + 1 --> error -2706
+set v to 0 --> 0
+
+on derive(base)
+	script
+		property parent : base
+	end script
+	return result
+end derive
+script first_
+end script
+set s to first_
+repeat 20000 times
+	set s to derive(s)
+end repeat
+set s to 0 --> 0
