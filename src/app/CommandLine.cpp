@@ -5,6 +5,7 @@
 #include "app/commands/Commands.h"
 #include "platform/LogSinks.h"
 #include "platform/Logger.h"
+#include "platform/linux/RunningBrowsers.h"
 
 #include <CLI/CLI.hpp>
 
@@ -114,6 +115,17 @@ bool installLog(const std::string& levelName) {
   return true;
 }
 
+// A browser that can't be reached may be one that doesn't run, which the failure's own words can't always tell.
+std::string_view hintFor(ExitCode exitCode) {
+  if (exitCode != ExitCode::noBrowser)
+    return "";
+  for (const platform::BrowserFacts& facts : platform::browserTable) {
+    if (!platform::RunningBrowsers().find(facts).empty())
+      return "";
+  }
+  return "No supported browser is running now. “tabwright browser chromium” starts one.\n";
+}
+
 ExitCode perform(const Choices& choices) {
   // Which form an action's error takes may stand behind its name.
   const bool isJson = choices.isJson || std::ranges::count(choices.run.parameters, "--json") > 0;
@@ -126,6 +138,8 @@ ExitCode perform(const Choices& choices) {
   } catch (const platform::Failure& failure) {
     const FailureReport report = reportOf(failure, isJson ? ReportForm::json : ReportForm::sentence);
     std::cerr << (isJson ? "" : "tabwright: ") << report.text;
+    if (!isJson)
+      std::cerr << hintFor(report.exitCode);
     return report.exitCode;
   } catch (const std::exception& error) {
     std::cerr << "tabwright: " << error.what() << '\n';

@@ -12,8 +12,8 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
-using testing::CommandOutcome;
-using testing::runTabwright;
+using testsupport::CommandOutcome;
+using testsupport::runTabwright;
 
 class CommandLine : public ::testing::Test {
 protected:

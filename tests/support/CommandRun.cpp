@@ -13,7 +13,7 @@
 #include <stdexcept>
 #include <string_view>
 
-namespace tabwright::testing {
+namespace tabwright::testsupport {
 namespace {
 
 struct Pipe {
@@ -123,4 +123,4 @@ CommandOutcome runTabwright(const std::vector<std::string>& arguments, const std
   return outcome;
 }
 
-} // namespace tabwright::testing
+} // namespace tabwright::testsupport

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace tabwright::testing {
+namespace tabwright::testsupport {
 
 struct CommandOutcome {
   int exitCode = -1; ///< 128 + signal when one ended it
@@ -17,4 +17,4 @@ struct CommandOutcome {
 [[nodiscard]] CommandOutcome runTabwright(const std::vector<std::string>& arguments, const std::string& input = {},
                                           const std::map<std::string, std::string>& environment = {});
 
-} // namespace tabwright::testing
+} // namespace tabwright::testsupport

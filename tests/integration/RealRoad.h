@@ -1,0 +1,119 @@
+#pragma once
+
+#include "DriverFixture.h"
+#include "actions/ActionServices.h"
+#include "applescript/Interpreter.h"
+#include "engine/Scriptacular.h"
+#include "host/Perform.h"
+#include "platform/linux/PosixFileManager.h"
+#include "platform/linux/SystemClock.h"
+#include "scripting/ScriptingDirectory.h"
+#include "scripting/foundation/FoundationBridge.h"
+#include "scripting/run/InterpreterScriptTasks.h"
+#include "support/ModelBrowserProbe.h"
+#include "support/ModelDesktop.h"
+#include "support/RecordingCrashReporter.h"
+#include "support/RunTask.h"
+#include "targets/BrowserTargetContextsProvider.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <utility>
+
+namespace tabwright::scripting {
+
+/// Everything between an action and the real browser, put together as the program does it. Both families' dictionaries
+/// speak to the one Chromium of the test program.
+class RealRoad : public DriverTest {
+protected:
+  RealRoad() {
+    scripts_ = std::filesystem::temp_directory_path() / ("tabwright-road-" + std::to_string(::getpid()));
+    ::setenv("XDG_DATA_HOME", scripts_.c_str(), 1);
+  }
+  ~RealRoad() override {
+    ::unsetenv("XDG_DATA_HOME");
+    std::filesystem::remove_all(scripts_);
+  }
+
+  static engine::TargetContext chromiumTarget() { return {"org.chromium.chromium", "Chromium"}; }
+  static engine::TargetContext safariTarget() { return {"com.apple.safari", "Safari"}; }
+
+  /// Which driver answers; the one of the shared browser unless a test says otherwise.
+  std::shared_ptr<BrowserDriver> answering = std::shared_ptr<BrowserDriver>(makeDriver(chromium()));
+
+  /// Runs lines in the main handler of a family's program and yields the triple's payload in the form of `T`.
+  template <class T>
+  T runLines(const engine::TargetContext& target, const std::string& lines) {
+    nameWindows();
+    engine::Scriptacular scriptacular(services_, lines, {}, target, engine::TellSystemEvents::no);
+    return testsupport::runTask(scriptacular.run<T>());
+  }
+
+  boost::json::value perform(const std::string& action, const host::ParameterTexts& parameters) {
+    nameWindows();
+    return testsupport::runTask(host::perform(catalogue_, action, parameters, nobody_)).value;
+  }
+
+  /// What a run failed with, as "Type.case"; a failed expectation where it didn't.
+  static std::string failureOf(const std::function<void()>& run) {
+    try {
+      run();
+    } catch (const platform::Failure& failure) {
+      const platform::FailureIdentity identity = failure.identity();
+      return identity.type + "." + identity.caseName;
+    }
+    ADD_FAILURE() << "nothing was thrown";
+    return {};
+  }
+
+  [[nodiscard]] bool leftNoScript() const {
+    const std::filesystem::path folder = scripts_ / "tabwright" / "scripts" / "Temp";
+    return std::filesystem::is_directory(folder) && std::filesystem::is_empty(folder);
+  }
+
+private:
+  class Nobody final : public intents::ActionHost {
+    platform::Task<void> requestConfirmation(intents::LocalizedText) override {
+      throw intents::ConfirmationRefused();
+      co_return;
+    }
+  };
+
+  // What Safari's process calls its windows, which tells private ones apart.
+  void nameWindows() {
+    std::vector<std::string> names;
+    try {
+      for (const WindowState& window : answering->snapshot(limits())->windows)
+        names.push_back(window.mode == WindowMode::incognito ? "Private" : window.title);
+    } catch (const DriverFailure&) { // the run will tell
+    }
+    desktop_->all.clear();
+    desktop_->add(1, "Safari", "com.apple.safari", names);
+  }
+
+  std::filesystem::path scripts_;
+  std::shared_ptr<testsupport::ModelDesktop> desktop_ = std::make_shared<testsupport::ModelDesktop>();
+  ScriptingDirectory directory_{{.makeDriver = [this](const platform::BrowserFacts&) { return answering; },
+                                 .launch = {},
+                                 .desktop = desktop_,
+                                 .activateSelf = {}}};
+  FoundationBridge bridge_;
+  InterpreterScriptTasks tasks_{std::make_shared<applescript::Interpreter>(applescript::Surroundings{
+      .directory = &directory_, .objectiveC = &bridge_, .sleep = {}, .now = {}, .random = {}, .log = {}})};
+  platform::PosixFileManager files_;
+  platform::SystemClock clock_;
+  testsupport::RecordingCrashReporter crashReporter_;
+  engine::ScriptacularServices services_{
+      .tasks = tasks_, .files = files_, .clock = clock_, .crashReporter = crashReporter_};
+  testsupport::ModelBrowserProbe probe_{{}, {}};
+  targets::TargetContextManager targetContexts_{probe_};
+  targets::BrowserTargetContextsProvider browserTargets_{targetContexts_};
+  actions::NoScheduledShutdown shutdown_;
+  actions::ActionServices actionServices_{
+      .scripts = services_, .browserTargets = browserTargets_, .shutdown = shutdown_};
+  host::Catalogue catalogue_{actionServices_};
+  Nobody nobody_;
+};
+
+} // namespace tabwright::scripting
