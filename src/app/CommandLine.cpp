@@ -41,23 +41,39 @@ struct Choices {
   [[nodiscard]] OutputForm output() const { return isJson ? OutputForm::json : OutputForm::automatic; }
 };
 
+// What stands behind an action's name is read later. “--help” there means the action, so the command has no flag of that
+// name, and takes it for its own only when no action is named.
+void takeTheRest(CLI::App& command) {
+  command.set_help_flag();
+  command.prefix_command();
+}
+
+std::vector<std::string> restOf(const CLI::App& command, const std::string& action) {
+  std::vector<std::string> rest = command.remaining();
+  if (!action.empty())
+    return rest;
+  if (rest == std::vector<std::string>{"--help"} || rest == std::vector<std::string>{"-h"})
+    throw CLI::CallForHelp();
+  throw CLI::RequiredError("NAME");
+}
+
 void declareRun(CLI::App& program, Choices& choices) {
   CLI::App* run = program.add_subcommand("run", "Run an action of the catalogue");
-  run->add_option("NAME", choices.run.name, "The action: “tabwright actions” lists them")->required();
+  run->add_option("NAME", choices.run.name, "The action: “tabwright actions” lists them");
   run->add_flag("--json", choices.isJson, "Print the result, or the error, as JSON");
   run->footer("Parameters follow the name: --name value. “tabwright actions NAME” tells which there are.");
-  run->prefix_command();
+  takeTheRest(*run);
   run->callback([&choices, run] {
-    choices.run.parameters = run->remaining();
+    choices.run.parameters = restOf(*run, choices.run.name);
     choices.run.output = choices.output();
     choices.chosen = [&choices] { return app::run(choices.run); };
   });
 
   CLI::App* script = program.add_subcommand("script", "Print the AppleScript program of a run, without running it");
-  script->add_option("NAME", choices.script.name, "The action")->required();
-  script->prefix_command();
+  script->add_option("NAME", choices.script.name, "The action");
+  takeTheRest(*script);
   script->callback([&choices, script] {
-    choices.script.parameters = script->remaining();
+    choices.script.parameters = restOf(*script, choices.script.name);
     choices.chosen = [&choices] { return app::script(choices.script); };
   });
 }
@@ -115,9 +131,9 @@ bool installLog(const std::string& levelName) {
   return true;
 }
 
-// A browser that can't be reached may be one that doesn't run, which the failure's own words can't always tell.
-std::string_view hintFor(ExitCode exitCode) {
-  if (exitCode != ExitCode::noBrowser)
+// A browser that can't be found may be one that doesn't run, which that failure's own words don't tell.
+std::string_view hintFor(const platform::Failure& failure) {
+  if (failure.identity().caseName != "browserNotFound")
     return "";
   for (const platform::BrowserFacts& facts : platform::browserTable) {
     if (!platform::RunningBrowsers().find(facts).empty())
@@ -139,7 +155,7 @@ ExitCode perform(const Choices& choices) {
     const FailureReport report = reportOf(failure, isJson ? ReportForm::json : ReportForm::sentence);
     std::cerr << (isJson ? "" : "tabwright: ") << report.text;
     if (!isJson)
-      std::cerr << hintFor(report.exitCode);
+      std::cerr << hintFor(failure);
     return report.exitCode;
   } catch (const std::exception& error) {
     std::cerr << "tabwright: " << error.what() << '\n';

@@ -20,16 +20,17 @@ void expectInside(const std::string& application, const std::vector<ParserCase>&
 }
 
 TEST(ParserDictionaries, GiveTheLongestTerm) {
-  expectInside("Google Chrome",
-               {
-                   {"active tab index of w", "(property active tab index'acTI' of w)"},
-                   {"id of active tab as text", "(as (property id'ID  ' of (property active tab'acTa')) class:text'ctxt')"},
-                   {"tab index i of w", "(by-index tab'CrTb' at i of w)"},
-                   {"tab i of w", "(index tab'CrTb' at i of w)"},
-                   {"tab id \"8\" of w", "(id tab'CrTb' at \"8\" of w)"},
-                   {"{given name:\"x\", URL:\"y\"}", "(record given name'GNam':\"x\" URL'URL ':\"y\")"},
-                   {"set given name of w to \"x\"", "set (property given name'GNam' of w) := \"x\""},
-               });
+  expectInside(
+      "Google Chrome",
+      {
+          {"active tab index of w", "(property active tab index'acTI' of w)"},
+          {"id of active tab as text", "(as (property id'ID  ' of (property active tab'acTa')) class:text'ctxt')"},
+          {"tab index i of w", "(by-index tab'CrTb' at i of w)"},
+          {"tab i of w", "(index tab'CrTb' at i of w)"},
+          {"tab id \"8\" of w", "(id tab'CrTb' at \"8\" of w)"},
+          {"{given name:\"x\", URL:\"y\"}", "(record given name'GNam':\"x\" URL'URL ':\"y\")"},
+          {"set given name of w to \"x\"", "set (property given name'GNam' of w) := \"x\""},
+      });
   expectInside("System Events",
                {
                    {"click menu item 2 of menu 1 of menu bar item \"File\" of menu bar 1",
@@ -69,21 +70,20 @@ TEST(ParserDictionaries, GiveCommandsTheirParameters) {
 }
 
 TEST(ParserDictionaries, GiveTestsToTheOutermostPick) {
-  expectInside("Google Chrome",
-               {
-                   {"windows whose active tab index > 0",
-                    "(every window'cwin' whose (> (property active tab index'acTI') 0))"},
-                   {"name of every tab of window 1 whose URL contains x and loading",
-                    "(property name'pnam' of (every tab'CrTb' whose (and (contains (property URL'URL ') x) (property "
-                    "loading'ldng')) of (index window'cwin' at 1)))"},
-                   {"URL of first tab of front window where its mode is x",
-                    "(property URL'URL ' of (first tab'CrTb' whose (= (property mode'mode' of it) x) of (first "
-                    "window'cwin')))"},
-                   {"tabs of (windows whose mode is x)",
-                    "(every tab'CrTb' of (brackets (every window'cwin' whose (= (property mode'mode') x))))"},
-                   {"third tab whose (loading) of w",
-                    "(index tab'CrTb' at 3 whose (brackets (property loading'ldng')) of w)"},
-               });
+  expectInside(
+      "Google Chrome",
+      {
+          {"windows whose active tab index > 0", "(every window'cwin' whose (> (property active tab index'acTI') 0))"},
+          {"name of every tab of window 1 whose URL contains x and loading",
+           "(property name'pnam' of (every tab'CrTb' whose (and (contains (property URL'URL ') x) (property "
+           "loading'ldng')) of (index window'cwin' at 1)))"},
+          {"URL of first tab of front window where its mode is x",
+           "(property URL'URL ' of (first tab'CrTb' whose (= (property mode'mode' of it) x) of (first "
+           "window'cwin')))"},
+          {"tabs of (windows whose mode is x)",
+           "(every tab'CrTb' of (brackets (every window'cwin' whose (= (property mode'mode') x))))"},
+          {"third tab whose (loading) of w", "(index tab'CrTb' at 3 whose (brackets (property loading'ldng')) of w)"},
+      });
 }
 
 TEST(ParserDictionaries, AreAskedFromTheInnermostTellOutwards) {
@@ -116,7 +116,8 @@ TEST(ParserDictionaries, LeaveGeneralWordsWhereTheTargetIsKnownAtRunTimeOnly) {
 
 TEST(ParserDictionaries, LetVariablesHaveTheirWordsOutsideOfTells) {
   for (const auto& [source, expected] : std::vector<ParserCase>{
-           {"repeat with URL in xs\nlog URL\nend repeat", "repeat-items URL in xs\n  (command log'ascrcmnt' direct URL)"},
+           {"repeat with URL in xs\nlog URL\nend repeat",
+            "repeat-items URL in xs\n  (command log'ascrcmnt' direct URL)"},
            {"set index to 3\nset x to item index of xs", "set index := 3\nset x := (index item'cobj' at index of xs)"},
            {"set tab to 1\nlog tab & return", "set tab := 1\n(command log'ascrcmnt' direct (& tab return))"},
            {"on f(name)\nname & name of x\nend f", "on f name\n  (& name (property name'pnam' of x))"},

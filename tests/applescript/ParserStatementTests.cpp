@@ -103,6 +103,10 @@ TEST(ParserStatements, KeepTheSpellingThatCameFirst) {
   });
 }
 
+TEST(ParserStatements, EndAtAnyKindOfLineEnd) {
+  EXPECT_EQ(parsed("\xEF\xBB\xBFif x\r\nreturn 1 ¬\r\n + 2\rend if\r\n"), "if x\n  return (+ 1 2)");
+}
+
 TEST(ParserStatements, HaveRangesInTheSource) {
   const std::string source = "-- é\nset x to a & 12";
   const SyntaxDictionaries dictionaries;

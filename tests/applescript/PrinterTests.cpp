@@ -31,9 +31,10 @@ std::string roundTrip(const std::string& source) {
 }
 
 TEST(Printer, LaysOutBlocks) {
-  EXPECT_EQ(roundTrip("on f(a)\nif a then\nreturn 1\nelse if b\nreturn 2\nelse\nrepeat 3 times\nbeep\nend\nend\nend"),
-            "on f(a)\n\tif a then\n\t\treturn 1\n\telse if b then\n\t\treturn 2\n\telse\n\t\trepeat 3 times\n\t\t\tbeep\n"
-            "\t\tend repeat\n\tend if\nend f\n");
+  EXPECT_EQ(
+      roundTrip("on f(a)\nif a then\nreturn 1\nelse if b\nreturn 2\nelse\nrepeat 3 times\nbeep\nend\nend\nend"),
+      "on f(a)\n\tif a then\n\t\treturn 1\n\telse if b then\n\t\treturn 2\n\telse\n\t\trepeat 3 times\n\t\t\tbeep\n"
+      "\t\tend repeat\n\tend if\nend f\n");
   EXPECT_EQ(roundTrip("tell application \"System Events\" to tell process \"Safari\"\nclick menu 1\nend"),
             "tell application \"System Events\" to tell process \"Safari\"\n\tclick menu 1\nend tell\n");
   EXPECT_EQ(roundTrip("try\nerror \"x\" number 3\non error m number n\nend"),

@@ -44,6 +44,12 @@ private:
 /// The dictionaries of SyntaxDictionaries, with a recording application behind each.
 class RecordingDirectory final : public ApplicationDirectory {
 public:
+  // Answers may name objects of the application that gives them.
+  ~RecordingDirectory() override {
+    chrome->answers.clear();
+    systemEvents->answers.clear();
+  }
+
   [[nodiscard]] const Terminology* terminologyByID(std::string_view id) const override {
     return dictionaries_.terminologyByID(id);
   }

@@ -7,7 +7,7 @@ for folder in */; do
   folder=${folder%/}
   [ "$folder" = app ] && continue # the composition root may name everything
   [ -f "$folder/CMakeLists.txt" ] || { echo "src/$folder has no CMakeLists.txt"; bad=1; continue; }
-  allowed=" $folder $(tr '\n' ' ' <"$folder/CMakeLists.txt" | sed -n 's/.*DEPENDS \([a-z ]*\).*/\1/p') "
+  allowed=" $folder $(sed -n 's/^ *DEPENDS \([a-z ]*\).*/\1/p' "$folder/CMakeLists.txt" | head -n 1) "
   while IFS=: read -r file line included; do
     target=${included#*\"}
     target=${target%%/*}

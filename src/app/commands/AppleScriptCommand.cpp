@@ -63,7 +63,7 @@ ExitCode appleScript(const AppleScriptCommand& command) {
     applescript::Value result;
     runInterruptibly([&](std::stop_token stop) {
       std::vector<applescript::Value> arguments(command.arguments.begin(), command.arguments.end());
-      result = interpreter.run(*script, {applescript::Value::list(std::move(arguments))}, std::move(stop));
+      result = interpreter.run(*script, std::move(arguments), std::move(stop));
     });
     if (!result.isMissing())
       std::cout << applescript::sourceForm(result) << '\n';

@@ -9,8 +9,9 @@ namespace tabwright::applescript {
 
 /// Words that the grammar itself knows.
 ///
-/// A reserved word can't name anything unless it stands in bars (`|error|`). The others have a meaning in certain places
-/// only (`index` behind a class, `times` behind `repeat n`) and are ordinary names elsewhere.
+/// A reserved word can't name anything unless it stands in bars (`|error|`). The others have a meaning in certain
+/// places only (`index` behind a class, `seconds` behind `with timeout of n`) and are ordinary names elsewhere.
+// clang-format off: many words a line
 enum class Keyword : std::uint8_t {
   none,
   // Reserved.
@@ -27,6 +28,7 @@ enum class Keyword : std::uint8_t {
   using_, version, white,
   count_ ///< how many there are
 };
+// clang-format on
 
 /// A keyword's spelling, and whether it is reserved.
 struct KeywordRow {
@@ -35,6 +37,7 @@ struct KeywordRow {
 };
 
 /// In the order of Keyword.
+// clang-format off: many words a line
 inline constexpr auto keywordTable = std::to_array<KeywordRow>({
     {Keyword::none, ""},
     {Keyword::about, "about"}, {Keyword::above, "above"}, {Keyword::after, "after"}, {Keyword::against, "against"},
@@ -77,6 +80,7 @@ inline constexpr auto keywordTable = std::to_array<KeywordRow>({
     {Keyword::textCase, "case"}, {Keyword::than, "than"}, {Keyword::use, "use"}, {Keyword::using_, "using"},
     {Keyword::version, "version"}, {Keyword::white, "white"},
 });
+// clang-format on
 
 namespace detail {
 consteval bool keywordsAreInOrder() {

@@ -3,15 +3,15 @@
 #include "applescript/syntax/SyntaxErrors.h"
 #include "applescript/terminology/FoldedWords.h"
 
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+#include <unicode/utf8.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <unordered_map>
 #include <utility>
-
-#include <unicode/uchar.h>
-#include <unicode/unistr.h>
-#include <unicode/utf8.h>
 
 // The source is walked once, byte by byte, decoding only what lies outside of ASCII. Every word is looked up in a table
 // of the names seen so far, so that a name carries the spelling it had first.
@@ -28,7 +28,8 @@ bool startsName(char32_t character) {
   return u_isalpha(static_cast<UChar32>(character));
 }
 bool continuesName(char32_t character) {
-  return startsName(character) || isDigit(character) || (character >= 0x80 && u_isdigit(static_cast<UChar32>(character)));
+  return startsName(character) || isDigit(character) ||
+         (character >= 0x80 && u_isdigit(static_cast<UChar32>(character)));
 }
 bool isApostrophe(char32_t character) {
   return character == '\'' || character == U'’';
@@ -234,7 +235,7 @@ private:
   /// `isn't`, `doesn't`: the word in front of the apostrophe has been read.
   Keyword lexContraction() {
     const std::string_view word = source_.substr(start_, position_ - start_);
-    const Keyword keyword = equalFolded(word, "isn")    ? Keyword::isnt
+    const Keyword keyword = equalFolded(word, "isn")     ? Keyword::isnt
                             : equalFolded(word, "doesn") ? Keyword::doesnt
                                                          : Keyword::none;
     const auto [apostrophe, length] = decode(position_);
@@ -321,42 +322,75 @@ private:
   bool lexSymbol(char32_t character, std::size_t length) {
     const char next = at(position_ + length);
     switch (character) {
-    case '(': addSymbol(Symbol::openParenthesis, length); return true;
-    case ')': addSymbol(Symbol::closeParenthesis, length); return true;
-    case '{': addSymbol(Symbol::openBrace, length); return true;
-    case '}': addSymbol(Symbol::closeBrace, length); return true;
-    case ',': addSymbol(Symbol::comma, length); return true;
-    case ':': addSymbol(Symbol::colon, length); return true;
-    case '&': addSymbol(Symbol::ampersand, length); return true;
-    case '+': addSymbol(Symbol::plus, length); return true;
-    case '-': addSymbol(Symbol::minus, length); return true;
+    case '(':
+      addSymbol(Symbol::openParenthesis, length);
+      return true;
+    case ')':
+      addSymbol(Symbol::closeParenthesis, length);
+      return true;
+    case '{':
+      addSymbol(Symbol::openBrace, length);
+      return true;
+    case '}':
+      addSymbol(Symbol::closeBrace, length);
+      return true;
+    case ',':
+      addSymbol(Symbol::comma, length);
+      return true;
+    case ':':
+      addSymbol(Symbol::colon, length);
+      return true;
+    case '&':
+      addSymbol(Symbol::ampersand, length);
+      return true;
+    case '+':
+      addSymbol(Symbol::plus, length);
+      return true;
+    case '-':
+      addSymbol(Symbol::minus, length);
+      return true;
     case '*':
-    case U'×': addSymbol(Symbol::times, length); return true;
-    case U'÷': addSymbol(Symbol::divide, length); return true;
+    case U'×':
+      addSymbol(Symbol::times, length);
+      return true;
+    case U'÷':
+      addSymbol(Symbol::divide, length);
+      return true;
     case '/':
       if (next == '=')
         addSymbol(Symbol::notEqual, 2);
       else
         addSymbol(Symbol::divide, 1);
       return true;
-    case '^': addSymbol(Symbol::power, length); return true;
-    case '=': addSymbol(Symbol::equal, length); return true;
-    case U'≠': addSymbol(Symbol::notEqual, length); return true;
+    case '^':
+      addSymbol(Symbol::power, length);
+      return true;
+    case '=':
+      addSymbol(Symbol::equal, length);
+      return true;
+    case U'≠':
+      addSymbol(Symbol::notEqual, length);
+      return true;
     case '<':
       if (next == '=')
         addSymbol(Symbol::lessOrEqual, 2);
       else
         addSymbol(Symbol::less, 1);
       return true;
-    case U'≤': addSymbol(Symbol::lessOrEqual, length); return true;
+    case U'≤':
+      addSymbol(Symbol::lessOrEqual, length);
+      return true;
     case '>':
       if (next == '=')
         addSymbol(Symbol::greaterOrEqual, 2);
       else
         addSymbol(Symbol::greater, 1);
       return true;
-    case U'≥': addSymbol(Symbol::greaterOrEqual, length); return true;
-    default: return false;
+    case U'≥':
+      addSymbol(Symbol::greaterOrEqual, length);
+      return true;
+    default:
+      return false;
     }
   }
 

@@ -2,10 +2,10 @@
 #include "applescript/syntax/Printer.h"
 #include "applescript/values/Numbers.h"
 
+#include <fmt/core.h>
+
 #include <array>
 #include <string_view>
-
-#include <fmt/core.h>
 
 // One statement a line, indented by two blanks per block; expressions as nested brackets with the node's kind in front.
 // Everything that makes two trees differ is shown, and nothing that doesn't: neither ranges nor the way a thing was
@@ -16,8 +16,9 @@ namespace {
 
 std::string_view operatorName(Binary::Operator op) {
   static constexpr auto names = std::to_array<std::string_view>(
-      {"+",  "-", "*",  "/", "div", "mod",      "^",                "&",     "=",        "≠",           "<",
-       "≤", ">", "≥", "contains", "does-not-contain", "is-in", "is-not-in", "begins-with", "ends-with", "and", "or"});
+      {"+",     "-",         "*",           "/",         "div", "mod", "^",        "&",
+       "=",     "≠",         "<",           "≤",         ">",   "≥",   "contains", "does-not-contain",
+       "is-in", "is-not-in", "begins-with", "ends-with", "and", "or"});
   static_assert(names.size() == static_cast<std::size_t>(Binary::Operator::logicalOr) + 1);
   return names[static_cast<std::size_t>(op)];
 }
@@ -145,9 +146,9 @@ std::string Dumper::of(const Expression& expression) {
   }
   case Expression::Kind::element: {
     const auto& element = static_cast<const ElementAccess&>(expression);
-    return fmt::format("({} {}'{}'{}{}{}{})", element.isIndexWritten ? "by-index" : formName(element.form), element.elementClass.words,
-                       toString(element.elementClass.code), part("at", element.key), part("thru", element.rangeEnd),
-                       part("whose", element.test), part("of", element.container));
+    return fmt::format("({} {}'{}'{}{}{}{})", element.isIndexWritten ? "by-index" : formName(element.form),
+                       element.elementClass.words, toString(element.elementClass.code), part("at", element.key),
+                       part("thru", element.rangeEnd), part("whose", element.test), part("of", element.container));
   }
   case Expression::Kind::insertionPoint: {
     const auto& point = static_cast<const InsertionPoint&>(expression);

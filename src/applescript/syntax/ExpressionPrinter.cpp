@@ -19,7 +19,8 @@ bool isPlainName(std::string_view name) {
   const auto isLetter = [](char character) {
     return std::isalnum(static_cast<unsigned char>(character)) || character == '_';
   };
-  return !name.empty() && !std::isdigit(static_cast<unsigned char>(name.front())) && std::ranges::all_of(name, isLetter);
+  return !name.empty() && !std::isdigit(static_cast<unsigned char>(name.front())) &&
+         std::ranges::all_of(name, isLetter);
 }
 
 std::string escaped(std::string_view value, char quote) {
@@ -67,8 +68,8 @@ std::string ExpressionPrinter::name(std::string_view name) const {
   const bool isTerm = std::ranges::any_of(
       tree_.terminologies, [&](const Terminology* terminology) { return terminology->hasFirstWord(name); });
   const Keyword keyword = findKeyword(name);
-  const bool isHarmless = keyword == Keyword::none || keyword == Keyword::a || keyword == Keyword::current ||
-                          keyword == Keyword::result;
+  const bool isHarmless =
+      keyword == Keyword::none || keyword == Keyword::a || keyword == Keyword::current || keyword == Keyword::result;
   if (isPlainName(name) && isHarmless && !isTerm)
     return std::string(name);
   return escaped(name, '|');
@@ -220,8 +221,8 @@ ExpressionPrinter::Parts ExpressionPrinter::joined(std::string member, const Exp
 ExpressionPrinter::Parts ExpressionPrinter::element(const ElementAccess& element) const {
   using Form = ElementAccess::Form;
   const bool isRelative = element.form == Form::before || element.form == Form::after;
-  Parts pieces = isRelative ? Parts{elementWords(element), {}}
-                            : joined(elementWords(element), element.container, element.joint);
+  Parts pieces =
+      isRelative ? Parts{elementWords(element), {}} : joined(elementWords(element), element.container, element.joint);
   if (!element.test)
     return pieces;
   return {pieces.head + pieces.rest + " whose " + print(*element.test), {}};

@@ -137,28 +137,50 @@ OperatorMatch matchOperator(std::span<const Token> tokens) {
 
 std::string_view sourceForm(Binary::Operator op) {
   switch (op) {
-  case add: return "+";
-  case subtract: return "-";
-  case multiply: return "*";
-  case divide: return "/";
-  case integerDivide: return "div";
-  case modulo: return "mod";
-  case power: return "^";
-  case concatenate: return "&";
-  case equal: return "is";
-  case notEqual: return "is not";
-  case less: return "<";
-  case lessOrEqual: return "≤";
-  case greater: return ">";
-  case greaterOrEqual: return "≥";
-  case contains: return "contains";
-  case doesNotContain: return "does not contain";
-  case isIn: return "is in";
-  case isNotIn: return "is not in";
-  case beginsWith: return "begins with";
-  case endsWith: return "ends with";
-  case logicalAnd: return "and";
-  case logicalOr: return "or";
+  case add:
+    return "+";
+  case subtract:
+    return "-";
+  case multiply:
+    return "*";
+  case divide:
+    return "/";
+  case integerDivide:
+    return "div";
+  case modulo:
+    return "mod";
+  case power:
+    return "^";
+  case concatenate:
+    return "&";
+  case equal:
+    return "is";
+  case notEqual:
+    return "is not";
+  case less:
+    return "<";
+  case lessOrEqual:
+    return "≤";
+  case greater:
+    return ">";
+  case greaterOrEqual:
+    return "≥";
+  case contains:
+    return "contains";
+  case doesNotContain:
+    return "does not contain";
+  case isIn:
+    return "is in";
+  case isNotIn:
+    return "is not in";
+  case beginsWith:
+    return "begins with";
+  case endsWith:
+    return "ends with";
+  case logicalAnd:
+    return "and";
+  case logicalOr:
+    return "or";
   }
   return {};
 }

@@ -1,8 +1,8 @@
 #include "applescript/syntax/ScriptParser.h"
 
-#include <utility>
-
 #include <fmt/core.h>
+
+#include <utility>
 
 // What a script is made of at its outermost level: properties, handlers, script objects, and its imports.
 namespace tabwright::applescript {
@@ -23,10 +23,9 @@ bool ScriptParser::startsDefinition() const {
 
 bool ScriptParser::startsUse() const {
   const Token& what = token(1);
-  return token().is(Keyword::use) &&
-         (what.is(Keyword::appleScript) || what.is(Keyword::scripting) || what.is(Keyword::framework) ||
-          what.is(Keyword::application) || what.is(Keyword::app) || what.is(Keyword::script) ||
-          token(2).is(Symbol::colon));
+  return token().is(Keyword::use) && (what.is(Keyword::appleScript) || what.is(Keyword::scripting) ||
+                                      what.is(Keyword::framework) || what.is(Keyword::application) ||
+                                      what.is(Keyword::app) || what.is(Keyword::script) || token(2).is(Symbol::colon));
 }
 
 Block ScriptParser::parseScriptBody(bool isWhole) {
@@ -67,8 +66,8 @@ void ScriptParser::checkDuplicates(const Block& body, bool isWhole) {
     if (statement->kind == Statement::Kind::handler) {
       const auto& name = static_cast<const HandlerDefinition&>(*statement).name;
       if (!name.empty() && !handlers.insert(name).second)
-        report(syntaxError(errorNumber::duplicateHandler, fmt::format("The handler {} is specified more than once.", name),
-                           statement->range));
+        report(syntaxError(errorNumber::duplicateHandler,
+                           fmt::format("The handler {} is specified more than once.", name), statement->range));
     } else if (statement->kind == Statement::Kind::property) {
       const auto& name = static_cast<const PropertyDefinition&>(*statement).name.name;
       if (!name.empty() && !properties.insert(name).second)
@@ -110,8 +109,8 @@ void ScriptParser::findLabelledHandlers() {
     if (!isFirst || !(tokens_[i].is(Keyword::on) || tokens_[i].is(Keyword::to)))
       continue;
     const Token& name = tokens_[i + 1];
-    const bool isName = name.kind == Token::Kind::quotedName ||
-                        (name.kind == Token::Kind::word && !isReserved(name.keyword));
+    const bool isName =
+        name.kind == Token::Kind::quotedName || (name.kind == Token::Kind::word && !isReserved(name.keyword));
     position_ = i + 2;
     if (isName && (token().is(Keyword::of) || token().is(Keyword::in) || token().is(Keyword::given) ||
                    findPreposition().second > 0))

@@ -79,8 +79,7 @@ ExpressionPointer ScriptParser::parseSigned() {
   const bool isMinus = accept(Symbol::minus);
   if (!isMinus)
     accept(Symbol::plus);
-  ExpressionPointer operand =
-      token().is(Symbol::minus) || token().is(Symbol::plus) ? parseSigned() : parseChain();
+  ExpressionPointer operand = token().is(Symbol::minus) || token().is(Symbol::plus) ? parseSigned() : parseChain();
   if (isMinus && operand->kind == Expression::Kind::literal) {
     const Value& value = static_cast<const Literal&>(*operand).value;
     const auto* integer = value.get<std::int64_t>();
@@ -120,9 +119,8 @@ ExpressionPointer ScriptParser::parseType() {
   // `reference` and `script` are reserved, and classes too.
   if (token().is(Keyword::reference) || token().is(Keyword::script)) {
     const bool isScript = token().is(Keyword::script);
-    return makeLiteral(Value(ClassName{isScript ? fourCharCode("scpt") : fourCharCode("obj "),
-                                       isScript ? "script" : "reference"}),
-                       1);
+    return makeLiteral(
+        Value(ClassName{isScript ? fourCharCode("scpt") : fourCharCode("obj "), isScript ? "script" : "reference"}), 1);
   }
   if (auto found = acceptClass())
     return finish(std::make_unique<Literal>(Value(std::move(found->name))), start);

@@ -1,9 +1,9 @@
 #include "applescript/syntax/ScriptParser.h"
 
+#include <unicode/unistr.h>
+
 #include <charconv>
 #include <utility>
-
-#include <unicode/unistr.h>
 
 // Codes in chevrons, which stand for terms that no dictionary at hand has: `«class utf8»`, `«property pnam»`,
 // `«constant ****yes »`, `«event coregetd» x given «class kocl»:y`, `«data utxt0041»`.
@@ -53,7 +53,8 @@ std::optional<std::string> readTextData(std::string_view digits) {
   if (type == "utxt" && bytes.size() % 2 == 0) {
     icu::UnicodeString wide;
     for (std::size_t i = 0; i < bytes.size(); i += 2)
-      wide += static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) << 8 | static_cast<unsigned char>(bytes[i + 1]));
+      wide +=
+          static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) << 8 | static_cast<unsigned char>(bytes[i + 1]));
     std::string text;
     return wide.toUTF8String(text);
   }

@@ -157,8 +157,8 @@ std::unique_ptr<Variable> ScriptParser::parseBinding() {
   while (token().is(Keyword::the))
     advance();
   const Token& name = token();
-  const bool isName =
-      name.kind == Token::Kind::quotedName || (name.kind == Token::Kind::word && !isReserved(name.keyword) && canBind());
+  const bool isName = name.kind == Token::Kind::quotedName ||
+                      (name.kind == Token::Kind::word && !isReserved(name.keyword) && canBind());
   if (!isName)
     fail("variable name");
   auto variable = std::make_unique<Variable>(std::string(name.text));

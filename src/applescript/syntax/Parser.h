@@ -31,6 +31,7 @@ struct ParseResult {
 /// Which words are the dictionary's depends on the enclosing `tell`: `directory` gives the terminology of applications
 /// that the text names literally; inside a `tell` whose target is only known at run time, the general words of
 /// languageTerminology() hold. The tree points into terminologies, so `directory` must outlive it.
-[[nodiscard]] ParseResult parse(std::string source, const ApplicationDirectory& directory, const ParserLimits& limits = {});
+[[nodiscard]] ParseResult parse(std::string source, const ApplicationDirectory& directory,
+                                const ParserLimits& limits = {});
 
 } // namespace tabwright::applescript

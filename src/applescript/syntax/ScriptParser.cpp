@@ -2,9 +2,9 @@
 
 #include "applescript/syntax/Children.h"
 
-#include <utility>
-
 #include <fmt/core.h>
+
+#include <utility>
 
 // The parser's own tools: cursor, errors, ranges. What is parsed where: see ScriptParser.h.
 namespace tabwright::applescript {
@@ -49,8 +49,7 @@ std::vector<ScriptError> ScriptParser::run() {
 ScriptParser::Nesting::Nesting(ScriptParser& parser) : parser_(parser) {
   if (parser_.depth_ >= parser_.limits_.nesting) {
     // Going on at the next line would only find `end`s without their blocks.
-    parser_.report(
-        syntaxError(errorNumber::syntaxError, "The script is nested too deeply.", parser_.token().range));
+    parser_.report(syntaxError(errorNumber::syntaxError, "The script is nested too deeply.", parser_.token().range));
     throw EnoughErrors();
   }
   ++parser_.depth_;
@@ -82,7 +81,8 @@ void ScriptParser::skipLine() {
 
 bool ScriptParser::isLabel(std::size_t ahead) const {
   const Token& first = token(ahead);
-  return (first.kind == Token::Kind::word || first.kind == Token::Kind::quotedName) && token(ahead + 1).is(Symbol::colon);
+  return (first.kind == Token::Kind::word || first.kind == Token::Kind::quotedName) &&
+         token(ahead + 1).is(Symbol::colon);
 }
 
 // --------------------------------------------------------------------- errors

@@ -21,11 +21,11 @@
 namespace tabwright::applescript {
 
 /// The parser behind `parse`: recursive descent over the tokens, one function per construct, spread over files by kind
-/// of construct (ParseBlocks, ParseStatements, ParseDefinitions, ParseExpressions, ParseReferences, ParseCommands, …).
+/// of construct (ParseBlocks, ParseStatements, ParseExpressions, ParseReferences, …).
 ///
 /// A parse function starts at the construct's first token and leaves the cursor behind its last. It throws the
-/// ScriptError of the first thing that doesn't fit; `parseStatements` and `parseHeader` catch, note the error, and go on
-/// at the next line.
+/// ScriptError of the first thing that doesn't fit; `parseStatements` and `parseHeader` catch, note the error, and go
+/// on at the next line.
 class ScriptParser {
 public:
   /// Fills in `tree.body` and the tables of `tree`, whose `source` is set and was cut into `tokens`.
@@ -114,6 +114,8 @@ private:
   StatementPointer parseTell();
   StatementPointer parseTry();
   void parseErrorHeader(Try& statement);
+
+  // ---- More blocks (ParseScopes.cpp)
   StatementPointer parseConsidering();
   void parseAttributes(std::vector<Considering::Attribute>& attributes);
   StatementPointer parseTimeout();
@@ -171,7 +173,7 @@ private:
   [[nodiscard]] bool isStopped() const;
   [[nodiscard]] bool canStartExpression() const;
 
-  // ---- Primaries (ParsePrimaries.cpp)
+  // ---- Primaries (ParsePrimaries.cpp, ParseLiterals.cpp, ParseRaw.cpp)
   ExpressionPointer parsePrimary();
   ExpressionPointer parseReservedWord();
   ExpressionPointer parseTerm(const TermMatches& matches);
@@ -205,7 +207,8 @@ private:
   ExpressionPointer parseMy();
   ExpressionPointer parseIts();
   [[nodiscard]] bool canAttach(const Expression& node) const;
-  /// Puts a container around the innermost end of a reference: `name of first tab` and `w` give `name of first tab of w`.
+  /// Puts a container around the innermost end of a reference: `name of first tab` and `w` give `name of first tab of
+  /// w`.
   void attach(ExpressionPointer& node, ExpressionPointer container, Joint joint);
   void parseTest(ExpressionPointer& node);
   [[nodiscard]] bool isOf() const;
@@ -276,8 +279,7 @@ bool ScriptParser::parseHeader(Parse parse) {
     return true;
   } catch (ScriptError& error) {
     report(std::move(error));
-    while (!token().endsLine())
-      advance();
+    skipLine();
     return false;
   }
 }

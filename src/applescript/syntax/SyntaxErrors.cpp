@@ -1,8 +1,8 @@
 #include "applescript/syntax/SyntaxErrors.h"
 
-#include <utility>
-
 #include <fmt/core.h>
+
+#include <utility>
 
 namespace tabwright::applescript {
 

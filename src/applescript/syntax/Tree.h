@@ -143,8 +143,8 @@ struct ElementAccess final : Expression {
   Joint joint = Joint::of;
 };
 
-/// `end of xs`, `beginning of tabs of w`, as in `set end of xs to v` and `make … at end of tabs of w`; `before tab 3 of w`
-/// and `after tab 3 of w` (`in front of`, `behind`), as in `make new tab at after tab 3 of w`.
+/// `end of xs`, `beginning of tabs of w`, as in `set end of xs to v` and `make … at end of tabs of w`; `before tab 3 of
+/// w` and `after tab 3 of w` (`in front of`, `behind`), as in `make new tab at after tab 3 of w`.
 struct InsertionPoint final : Expression {
   enum class Where { beginning, end, before, after };
   InsertionPoint() : Expression(Kind::insertionPoint) {}
@@ -168,11 +168,28 @@ struct Unary final : Expression {
 
 struct Binary final : Expression {
   enum class Operator {
-    add, subtract, multiply, divide, integerDivide, modulo, power,
+    add,
+    subtract,
+    multiply,
+    divide,
+    integerDivide,
+    modulo,
+    power,
     concatenate,
-    equal, notEqual, less, lessOrEqual, greater, greaterOrEqual,
-    contains, doesNotContain, isIn, isNotIn, beginsWith, endsWith,
-    logicalAnd, logicalOr,
+    equal,
+    notEqual,
+    less,
+    lessOrEqual,
+    greater,
+    greaterOrEqual,
+    contains,
+    doesNotContain,
+    isIn,
+    isNotIn,
+    beginsWith,
+    endsWith,
+    logicalAnd,
+    logicalOr,
   };
   Binary() : Expression(Kind::binary) {}
   Operator op = Operator::add;
@@ -195,11 +212,11 @@ struct HandlerCall final : Expression {
   ExpressionPointer object; ///< Target::object only
   Joint joint = Joint::of;
   std::string name;
-  std::vector<ExpressionPointer> arguments;                                ///< positional
-  ExpressionPointer direct;                                                ///< `f of x from a` : the direct parameter
-  std::vector<std::pair<std::string, ExpressionPointer>> labelled;         ///< prepositions and `given` labels
-  bool isLabelled = false;                                                 ///< which of the two forms was written
-  std::string foldedName;                                                  ///< Resolver: the key of handler tables
+  std::vector<ExpressionPointer> arguments;                        ///< positional
+  ExpressionPointer direct;                                        ///< `f of x from a` : the direct parameter
+  std::vector<std::pair<std::string, ExpressionPointer>> labelled; ///< prepositions and `given` labels
+  bool isLabelled = false;                                         ///< which of the two forms was written
+  std::string foldedName;                                          ///< Resolver: the key of handler tables
 };
 
 /// A command of a dictionary: `count windows`, `make new tab at end of tabs of w with properties {…}`, `delay 1`,
@@ -207,8 +224,8 @@ struct HandlerCall final : Expression {
 /// on its own and are no Command unless written.
 struct Command final : Expression {
   Command() : Expression(Kind::command) {}
-  const Term* term = nullptr;        ///< row of a terminology that outlives the tree
-  ExpressionPointer direct;          ///< null when none was written
+  const Term* term = nullptr; ///< row of a terminology that outlives the tree
+  ExpressionPointer direct;   ///< null when none was written
   std::vector<std::pair<ParameterTerm, ExpressionPointer>> parameters;
   /// `count windows`; `count of windows`; `window 1 exists`. For the printer only.
   enum class Form { plain, withOf, objectFirst };
@@ -233,25 +250,25 @@ struct Parenthesized final : Expression {
 
 struct Statement {
   enum class Kind {
-    expression, ///< ExpressionStatement
-    set,        ///< Assignment (`set`, `copy`)
-    ifElse,     ///< If
-    repeat,     ///< Repeat
-    exitRepeat, ///< Simple
+    expression,      ///< ExpressionStatement
+    set,             ///< Assignment (`set`, `copy`)
+    ifElse,          ///< If
+    repeat,          ///< Repeat
+    exitRepeat,      ///< Simple
     continueHandler, ///< ContinueStatement (`continue f(x)` of a script with a parent)
-    tell,       ///< Tell
-    tryBlock,   ///< Try
-    returning,  ///< Return
-    error,      ///< RaiseError
-    considering,///< Considering
-    timeout,    ///< Timeout
-    transaction,///< Transaction
-    usingTerms, ///< UsingTerms
-    declare,    ///< Declare (`global`, `local`)
-    property,   ///< PropertyDefinition
-    handler,    ///< HandlerDefinition
-    script,     ///< ScriptDefinition
-    use,        ///< Use
+    tell,            ///< Tell
+    tryBlock,        ///< Try
+    returning,       ///< Return
+    error,           ///< RaiseError
+    considering,     ///< Considering
+    timeout,         ///< Timeout
+    transaction,     ///< Transaction
+    usingTerms,      ///< UsingTerms
+    declare,         ///< Declare (`global`, `local`)
+    property,        ///< PropertyDefinition
+    handler,         ///< HandlerDefinition
+    script,          ///< ScriptDefinition
+    use,             ///< Use
   };
   explicit Statement(Kind kind) : kind(kind) {}
   virtual ~Statement() = default;
@@ -337,7 +354,16 @@ struct RaiseError final : Statement {
 };
 
 struct Considering final : Statement {
-  enum class Attribute { textCase, diacriticals, expansion, hyphens, punctuation, whiteSpace, numericStrings, applicationResponses };
+  enum class Attribute {
+    textCase,
+    diacriticals,
+    expansion,
+    hyphens,
+    punctuation,
+    whiteSpace,
+    numericStrings,
+    applicationResponses
+  };
   Considering() : Statement(Kind::considering) {}
   std::vector<Attribute> considered;
   std::vector<Attribute> ignored;

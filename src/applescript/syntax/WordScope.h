@@ -13,7 +13,8 @@
 
 namespace tabwright::applescript {
 
-/// The terms that some words begin with, all of the same length. A value of fixed size: it is made at nearly every word.
+/// The terms that some words begin with, all of the same length. A value of fixed size: it is made at nearly every
+/// word.
 class TermMatches {
 public:
   [[nodiscard]] bool empty() const { return size_ == 0; }
@@ -32,7 +33,8 @@ private:
   std::size_t size_ = 0;
 };
 
-/// What words mean at one place of a script: which dictionaries hold there, and which names the script itself has bound.
+/// What words mean at one place of a script: which dictionaries hold there, and which names the script itself has
+/// bound.
 ///
 /// Dictionaries are asked from the innermost `tell` outwards, then those of `use`, then the language's own, and last
 /// those of applications named later on the same line (`name of window 1 of application "X"`). The longest term wins;

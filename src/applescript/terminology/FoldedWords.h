@@ -5,7 +5,8 @@
 #include <string_view>
 #include <unordered_set>
 
-/// Words compared as the language compares them: ignoring the case of ASCII letters, which is all that dictionaries use.
+/// Words compared as the language compares them: ignoring the case of ASCII letters, which is all that dictionaries
+/// use.
 namespace tabwright::applescript {
 
 [[nodiscard]] constexpr char foldedLetter(char letter) {

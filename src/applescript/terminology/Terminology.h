@@ -24,10 +24,10 @@ struct ParameterTerm {
 /// dictionary writes capitals (`URL`); comparison ignores case. Several words are separated by single blanks.
 struct Term {
   enum class Kind {
-    className,   ///< `window`; `plural` holds `windows`
-    property,    ///< `active tab index`
-    enumerator,  ///< `command down`
-    command,     ///< `execute`; `event` and `parameters` are set
+    className,  ///< `window`; `plural` holds `windows`
+    property,   ///< `active tab index`
+    enumerator, ///< `command down`
+    command,    ///< `execute`; `event` and `parameters` are set
   };
   Kind kind = Kind::property;
   std::string_view words;
@@ -55,8 +55,8 @@ public:
 
   struct Match {
     const Term* term = nullptr;
-    bool isPlural = false;     ///< the plural of a class was written
-    std::size_t words = 0;     ///< how many words it took
+    bool isPlural = false; ///< the plural of a class was written
+    std::size_t words = 0; ///< how many words it took
   };
   /// The longest term that the given words begin with (any case), or nothing. A word may stand for a class and for a
   /// property at once (`window`, `tab`): all matches of the longest length, in the table's order. The answer lives as
