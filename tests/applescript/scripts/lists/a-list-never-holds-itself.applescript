@@ -31,12 +31,3 @@ r --> {a:0}
 set x to 1
 set x to a reference to x
 x + 1 --> error -2706
-
-set ys to {}
-repeat 200 times
-	set end of ys to 1
-end repeat
-set xs to {}
-set end of ys to xs
-set end of xs to a reference to item 1 of ys
-count of xs --> 1
