@@ -1,5 +1,5 @@
-// Warm actions against a browser that runs already ("tabwright browser chromium --headless"): the time of each, and what
-// went over the wire for it. Usage: tabwright_browser_bench [RUNS]
+// Warm actions against a browser that runs already ("tabwright browser chromium --headless"): the time of each, and
+// what went over the wire for it. Usage: tabwright_browser_bench [RUNS]
 #include "app/Composition.h"
 #include "app/Interruptible.h"
 #include "app/TerminalHost.h"
@@ -19,7 +19,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-double milliseconds(Clock::duration duration) { return std::chrono::duration<double, std::milli>(duration).count(); }
+double milliseconds(Clock::duration duration) {
+  return std::chrono::duration<double, std::milli>(duration).count();
+}
 
 double residentMegabytes() {
   std::ifstream status("/proc/self/status");

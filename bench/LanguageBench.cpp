@@ -19,7 +19,9 @@ std::string programOf(const std::string& action, const host::ParameterTexts& par
   return host::scriptText(composition.catalogue(), action, parameters);
 }
 
-std::string listProgram() { return programOf("GetListOfTabs", {{"targetContext", "chromium"}}); }
+std::string listProgram() {
+  return programOf("GetListOfTabs", {{"targetContext", "chromium"}});
+}
 std::string clickProgram() {
   return programOf("ClickElement", {{"targetContext", "chromium"}, {"cssSelector", "#switch"}});
 }
@@ -74,10 +76,14 @@ void runProgram(benchmark::State& state, const std::string& program, int tabs) {
   state.counters["evaluations"] = world.browser->evaluations / runs;
 }
 
-void clickElement(benchmark::State& state) { runProgram(state, clickProgram(), 3); }
+void clickElement(benchmark::State& state) {
+  runProgram(state, clickProgram(), 3);
+}
 BENCHMARK(clickElement)->Unit(benchmark::kMicrosecond);
 
-void listOfTabs(benchmark::State& state) { runProgram(state, listProgram(), static_cast<int>(state.range(0))); }
+void listOfTabs(benchmark::State& state) {
+  runProgram(state, listProgram(), static_cast<int>(state.range(0)));
+}
 BENCHMARK(listOfTabs)->Arg(3)->Arg(100)->Arg(1000)->Unit(benchmark::kMicrosecond);
 
 } // namespace

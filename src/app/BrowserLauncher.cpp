@@ -6,22 +6,22 @@
 #include "platform/linux/BrowserExecutable.h"
 #include "platform/linux/RunningBrowsers.h"
 
-#include <fcntl.h>
 #include <fmt/core.h>
-#include <spawn.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <condition_variable>
 #include <csignal>
+#include <fcntl.h>
 #include <mutex>
 #include <optional>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <utility>
 
-// The browser is spawned, and from then on looked for as any running browser is: by its profile in the process table, and
-// by the port that it writes into the profile. So what this reports as ready is what a later command will find.
+// The browser is spawned, and from then on looked for as any running browser is: by its profile in the process table,
+// and by the port that it writes into the profile. So what this reports as ready is what a later command will find.
 
 namespace tabwright::app {
 namespace {
@@ -127,11 +127,12 @@ LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem
     if (pause(std::chrono::milliseconds(20), stop) || isLate) {
       if (!hasEnded)
         ::kill(spawned, SIGTERM);
-      throw NoBrowser(before ? fmt::format("{} already runs with the profile {}, but without remote debugging. Quit it, "
-                                           "and start it again with “tabwright browser {}”.",
-                                           launch.facts->name, launch.profileDirectory.string(), launch.facts->shortName)
-                             : fmt::format("{} didn’t accept a connection within {} seconds. What it said is in {}.",
-                                           launch.facts->name, patience.count(), logFile.string()));
+      throw NoBrowser(before
+                          ? fmt::format("{} already runs with the profile {}, but without remote debugging. Quit it, "
+                                        "and start it again with “tabwright browser {}”.",
+                                        launch.facts->name, launch.profileDirectory.string(), launch.facts->shortName)
+                          : fmt::format("{} didn’t accept a connection within {} seconds. What it said is in {}.",
+                                        launch.facts->name, patience.count(), logFile.string()));
     }
   }
 }

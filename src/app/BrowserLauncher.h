@@ -7,9 +7,8 @@
 #include <filesystem>
 #include <stop_token>
 #include <string>
-#include <vector>
-
 #include <sys/types.h>
+#include <vector>
 
 namespace tabwright::app {
 

@@ -41,8 +41,8 @@ struct Choices {
   [[nodiscard]] OutputForm output() const { return isJson ? OutputForm::json : OutputForm::automatic; }
 };
 
-// What stands behind an action's name is read later. “--help” there means the action, so the command has no flag of that
-// name, and takes it for its own only when no action is named.
+// What stands behind an action's name is read later. “--help” there means the action, so the command has no flag of
+// that name, and takes it for its own only when no action is named.
 void takeTheRest(CLI::App& command) {
   command.set_help_flag();
   command.prefix_command();
@@ -93,7 +93,8 @@ void declareActions(CLI::App& program, Choices& choices) {
 void declareAppleScript(CLI::App& program, Choices& choices) {
   CLI::App* script = program.add_subcommand("applescript", "Run an AppleScript and print its result in source form");
   script->add_option("FILE", choices.appleScript.file, "The script; “-” reads standard input")->required();
-  script->add_option("ARGUMENT", choices.appleScript.arguments, "Passed to the script’s run handler as a list of texts");
+  script->add_option("ARGUMENT", choices.appleScript.arguments,
+                     "Passed to the script’s run handler as a list of texts");
   script->add_flag("--check", choices.checks, "Only check the syntax; show every error with its place");
   script->callback([&choices] {
     if (choices.checks)
@@ -103,8 +104,8 @@ void declareAppleScript(CLI::App& program, Choices& choices) {
 }
 
 void declareBrowser(CLI::App& program, Choices& choices) {
-  CLI::App* browser = program.add_subcommand(
-      "browser", "Start a browser to drive, with a profile of its own and remote debugging on");
+  CLI::App* browser =
+      program.add_subcommand("browser", "Start a browser to drive, with a profile of its own and remote debugging on");
   browser->add_option("NAME", choices.browser.browser, "chromium, chrome, edge, brave or vivaldi")->required();
   browser->add_option("ADDRESS", choices.address, "A page to open");
   browser->add_flag("--headless", choices.browser.isHeadless, "Without a window");

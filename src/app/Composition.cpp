@@ -85,8 +85,12 @@ struct Composition::Parts {
 Composition::Composition() : parts_(std::make_unique<Parts>()) {}
 Composition::~Composition() = default;
 
-const host::Catalogue& Composition::catalogue() const { return parts_->catalogue; }
-applescript::Interpreter& Composition::interpreter() { return *parts_->interpreter; }
+const host::Catalogue& Composition::catalogue() const {
+  return parts_->catalogue;
+}
+applescript::Interpreter& Composition::interpreter() {
+  return *parts_->interpreter;
+}
 
 std::shared_ptr<scripting::DevToolsDriver> Composition::driver(const BrowserFacts& facts) {
   return parts_->drivers.driver(facts);

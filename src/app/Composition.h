@@ -11,9 +11,9 @@ namespace tabwright::app {
 
 /// Everything the program is made of, put together: the one place that names every concrete type.
 ///
-/// Making one touches nothing outside; parts that cost time are made when they are first asked for. Browsers are connected
-/// to by the first event that needs one. Safe to use from several threads once made. Scripts that run when it is
-/// destroyed are stopped.
+/// Making one touches nothing outside; parts that cost time are made when they are first asked for. Browsers are
+/// connected to by the first event that needs one. Safe to use from several threads once made. Scripts that run when it
+/// is destroyed are stopped.
 class Composition {
 public:
   Composition();

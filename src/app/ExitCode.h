@@ -5,9 +5,9 @@ namespace tabwright::app {
 /// What the process tells its caller, as documented in the manual.
 enum class ExitCode : int {
   done = 0,
-  failed = 1,      ///< the action or the script failed
-  wrongUse = 2,    ///< an unknown name, a wrong value, a missing value
-  noBrowser = 3,   ///< no browser could be reached
+  failed = 1,    ///< the action or the script failed
+  wrongUse = 2,  ///< an unknown name, a wrong value, a missing value
+  noBrowser = 3, ///< no browser could be reached
   interrupted = 130,
 };
 

@@ -5,7 +5,6 @@
 #include "tabwright_appResources.h"
 
 #include <fmt/core.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstdint>
@@ -13,10 +12,11 @@
 #include <fstream>
 #include <string_view>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 
-// The folder is written under a name of this process's own and then renamed: it is there whole or not at all, and whoever
-// comes second finds it taken and throws its own away.
+// The folder is written under a name of this process's own and then renamed: it is there whole or not at all, and
+// whoever comes second finds it taken and throws its own away.
 
 namespace tabwright::app {
 namespace {

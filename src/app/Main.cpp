@@ -1,3 +1,5 @@
 #include "app/CommandLine.h"
 
-int main(int argumentCount, char** arguments) { return tabwright::app::runCommandLine(argumentCount, arguments); }
+int main(int argumentCount, char** arguments) {
+  return tabwright::app::runCommandLine(argumentCount, arguments);
+}

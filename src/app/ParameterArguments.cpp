@@ -50,9 +50,10 @@ ParameterArguments readArguments(const host::Catalogue& catalogue, const std::st
       continue;
     }
     if (!word.starts_with("--") || word.size() == 2)
-      throw UsageError(fmt::format("“{}” belongs to no parameter. Parameters of {} are written --name value; “tabwright "
-                                   "actions {}” lists them.",
-                                   word, declared->name(), declared->name()));
+      throw UsageError(
+          fmt::format("“{}” belongs to no parameter. Parameters of {} are written --name value; “tabwright "
+                      "actions {}” lists them.",
+                      word, declared->name(), declared->name()));
     const std::size_t equals = word.find('=');
     std::string name = word.substr(2, equals == std::string::npos ? std::string::npos : equals - 2);
     const intents::ParameterBase* parameter = declared->findParameter(name);

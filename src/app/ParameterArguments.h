@@ -16,9 +16,9 @@ struct ParameterArguments {
   bool wantsHelp = false;
 };
 
-/// Reads `--name value`, `--name=value`, and `--name` alone for a boolean parameter, which sets it to true. The value of
-/// a tab, window or file parameter may be `@FILE` or `-`, which stand for the content of that file or of standard input;
-/// a text is always taken as it is. `--json` and `--help` are the command's own.
+/// Reads `--name value`, `--name=value`, and `--name` alone for a boolean parameter, which sets it to true. The value
+/// of a tab, window or file parameter may be `@FILE` or `-`, which stand for the content of that file or of standard
+/// input; a text is always taken as it is. `--json` and `--help` are the command's own.
 ///
 /// Throws `UsageError` for an action that doesn't exist, a word that belongs to no parameter, a parameter without a
 /// value, and a file that can't be read.

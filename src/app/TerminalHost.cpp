@@ -1,12 +1,13 @@
 #include "app/TerminalHost.h"
 
-#include <unistd.h>
-
 #include <iostream>
+#include <unistd.h>
 
 namespace tabwright::app {
 
-bool TerminalHost::isTerminal() { return ::isatty(STDIN_FILENO) == 1; }
+bool TerminalHost::isTerminal() {
+  return ::isatty(STDIN_FILENO) == 1;
+}
 
 std::optional<std::string> TerminalHost::ask(const std::string& question) {
   if (!isTerminal())

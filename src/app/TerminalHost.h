@@ -7,8 +7,8 @@
 
 namespace tabwright::app {
 
-/// The person at the terminal, as far as an action's host may ask them: questions go to standard error, answers come from
-/// standard input. Without a terminal on standard input there is nobody to ask.
+/// The person at the terminal, as far as an action's host may ask them: questions go to standard error, answers come
+/// from standard input. Without a terminal on standard input there is nobody to ask.
 class TerminalHost final : public intents::ActionHost {
 public:
   [[nodiscard]] static bool isTerminal();

@@ -3,13 +3,13 @@
 #include "intents/UsageError.h"
 
 #include <fmt/core.h>
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <string_view>
+#include <unistd.h>
 
 namespace tabwright::app {
 namespace {
@@ -44,6 +44,8 @@ std::string readTextFile(const std::filesystem::path& path) {
   }
 }
 
-std::string readStandardInput() { return readAll(STDIN_FILENO, "standard input"); }
+std::string readStandardInput() {
+  return readAll(STDIN_FILENO, "standard input");
+}
 
 } // namespace tabwright::app

@@ -126,7 +126,7 @@ TEST_F(CommandLine, aPrintedProgramPassesItsOwnSyntaxCheck) {
 
 TEST_F(CommandLine, reportsAMissingBrowserWithItsOwnExitCode) {
   const CommandOutcome absent =
-      tabwright({"run", "GetListOfTabs", "--targetContext", "chromium", "--json"}, {}, {{"PATH", "/nowhere"}});
+      tabwright({"run", "GetListOfTabs", "--targetContext", "vivaldi", "--json"}, {}, {{"PATH", "/nowhere"}});
   EXPECT_EQ(absent.exitCode, 3) << absent.errors;
   EXPECT_THAT(absent.errors, HasSubstr("\"case\":\"browserNotFound\""));
   EXPECT_EQ(absent.output, "");
@@ -141,7 +141,7 @@ TEST_F(CommandLine, reportsAMissingBrowserWithItsOwnExitCode) {
 }
 
 TEST_F(CommandLine, leavesNoScriptBehindWhateverHappened) {
-  static_cast<void>(tabwright({"run", "GetListOfTabs", "--targetContext", "chromium"}, {}, {{"PATH", "/nowhere"}}));
+  static_cast<void>(tabwright({"run", "GetListOfTabs", "--targetContext", "vivaldi"}, {}, {{"PATH", "/nowhere"}}));
   const std::filesystem::path scripts = home() / ".local/share/tabwright/scripts/Temp";
   ASSERT_TRUE(std::filesystem::is_directory(scripts));
   EXPECT_TRUE(std::filesystem::is_empty(scripts));

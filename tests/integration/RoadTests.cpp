@@ -9,9 +9,9 @@
 namespace tabwright::scripting {
 namespace {
 
+using engine::AppleScriptSnippets;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using engine::AppleScriptSnippets;
 using Texts = std::vector<std::string>;
 
 support::PageServer& pages() {
@@ -50,9 +50,8 @@ TEST_F(Road, ClicksAnElementOfATabThatAnotherActionListed) {
   EXPECT_EQ(list.at(0).at("fullID").as_string(), "org.chromium.chromium:" + std::to_string(form));
   EXPECT_EQ(list.at(0).at("url").as_string(), pages().url("/form"));
 
-  perform("ClickElement", {{"tabSelection", "specificTab"},
-                           {"targetTab", boost::json::serialize(list)},
-                           {"cssSelector", "#go"}});
+  perform("ClickElement",
+          {{"tabSelection", "specificTab"}, {"targetTab", boost::json::serialize(list)}, {"cssSelector", "#go"}});
   EXPECT_EQ(lampOf(form), "on");
   EXPECT_NE(form, other);
 }
@@ -65,9 +64,10 @@ TEST_F(Road, ASelectorThatFindsNothingOrThrowsIsNoFailure) {
 
 TEST_F(Road, ATabThatIsGoneIsNotFound) {
   EXPECT_EQ(failureOf([&] {
-              perform("ClickElement", {{"tabSelection", "specificTab"},
-                                       {"targetTab", R"({"fullID":"org.chromium.chromium:1","targetContext":"chromium"})"},
-                                       {"cssSelector", "#go"}});
+              perform("ClickElement",
+                      {{"tabSelection", "specificTab"},
+                       {"targetTab", R"({"fullID":"org.chromium.chromium:1","targetContext":"chromium"})"},
+                       {"cssSelector", "#go"}});
             }),
             "AppleScriptRuntimeError.tabNotFound");
   EXPECT_TRUE(leftNoScript());
@@ -105,8 +105,8 @@ TEST_F(Road, ABrowserThatDiesDuringARunEndsIt) {
       eventually([&] { return answering->snapshot(limits())->windows.at(0).tabs.at(0).title == "busy"; });
       doomed.kill();
     });
-    runLines<Texts>(chromiumTarget(),
-                    AppleScriptSnippets::jobForFrontTab("document.title = 'busy'; await new Promise(() => {})", 60.0, 0.2));
+    runLines<Texts>(chromiumTarget(), AppleScriptSnippets::jobForFrontTab(
+                                          "document.title = 'busy'; await new Promise(() => {})", 60.0, 0.2));
   });
   EXPECT_EQ(failure.substr(0, 11), "ScriptError");
   EXPECT_TRUE(leftNoScript());
@@ -156,8 +156,8 @@ TEST_P(Library, MakesFocusesAndClosesTabs) {
                                 "set n to my createTabInWindow(w, \"data:text/html,<title>New</title>\")\n"
                                 "repeat 100 times\nif name of n is \"New\" then exit repeat\ndelay 0.1\nend repeat\n"
                                 "my focusTabAndWindow(t, w)\n"
-                                "set front to item 3 of my getFrontVars()\n"
-                                "set names to {name of n, name of front}\n"
+                                "set frontmostTab to item 3 of my getFrontVars()\n"
+                                "set names to {name of n, name of frontmostTab}\n"
                                 "close n\nreturn success((item 1 of names) & \"/\" & (item 2 of names))");
   EXPECT_EQ(made, "New/Form");
 }
@@ -171,9 +171,10 @@ TEST_P(Library, WaitsForAPageAndRunsJavaScript) {
 TEST_P(Library, TellsPrivateWindowsApart) {
   const WindowID window = driver().makeWindow(WindowMode::incognito, "data:text/html,<title>P</title>", limits());
   eventually([&] { return findWindow(window)->title == "P"; });
-  EXPECT_EQ(text("set n to 0\nrepeat with w in my getListOfWindows()\nif isPrivate of w then set n to n + 1\nend repeat\n"
-                 "return success(n as text)"),
-            "1");
+  EXPECT_EQ(
+      text("set n to 0\nrepeat with w in my getListOfWindows()\nif isPrivate of w then set n to n + 1\nend repeat\n"
+           "return success(n as text)"),
+      "1");
   const boost::json::value tabs =
       perform("GetListOfTabs", {{"targetContext", GetParam()}, {"tabPrivacy", "incognito"}});
   EXPECT_EQ(tabs.as_array().size(), 1U);

@@ -1,17 +1,16 @@
 #include "support/CommandRun.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
 #include <stdexcept>
 #include <string_view>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace tabwright::testsupport {
 namespace {

@@ -12,8 +12,8 @@ struct CommandOutcome {
   std::string errors;
 };
 
-/// Runs the `tabwright` under test with arguments, a standard input and changes to the environment (an empty value takes
-/// a variable away), and waits for its end. Neither input nor output is a terminal.
+/// Runs the `tabwright` under test with arguments, a standard input and changes to the environment (an empty value
+/// takes a variable away), and waits for its end. Neither input nor output is a terminal.
 [[nodiscard]] CommandOutcome runTabwright(const std::vector<std::string>& arguments, const std::string& input = {},
                                           const std::map<std::string, std::string>& environment = {});
 

@@ -7,12 +7,12 @@
 #include <boost/json/object.hpp>
 #include <boost/json/serialize.hpp>
 #include <fmt/core.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
 #include <iostream>
+#include <unistd.h>
 
 namespace tabwright::app {
 namespace {
@@ -46,9 +46,10 @@ ExitCode browser(const BrowserCommand& command) {
   const char* display = std::getenv("DISPLAY");
   const char* wayland = std::getenv("WAYLAND_DISPLAY");
   if (!command.isHeadless && (!display || !*display) && (!wayland || !*wayland))
-    throw NoBrowser(fmt::format("There is no desktop for {}’s windows: neither DISPLAY nor WAYLAND_DISPLAY is set. Start "
-                                "it without a window: tabwright browser {} --headless",
-                                facts.name, facts.shortName));
+    throw NoBrowser(
+        fmt::format("There is no desktop for {}’s windows: neither DISPLAY nor WAYLAND_DISPLAY is set. Start "
+                    "it without a window: tabwright browser {} --headless",
+                    facts.name, facts.shortName));
 
   const BrowserLaunch launch{
       .facts = &facts,

@@ -18,7 +18,8 @@ struct RunCommand {
   std::vector<std::string> parameters; ///< as they stand behind the name
   OutputForm output = OutputForm::automatic;
 };
-/// `tabwright run`: performs an action and prints its result. Asks for a missing value when standard input is a terminal.
+/// `tabwright run`: performs an action and prints its result. Asks for a missing value when standard input is a
+/// terminal.
 ExitCode run(RunCommand command);
 
 struct ScriptCommand {

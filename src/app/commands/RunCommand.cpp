@@ -8,10 +8,10 @@
 #include "intents/NeedsValue.h"
 
 #include <boost/json/serialize.hpp>
-#include <unistd.h>
 
 #include <iostream>
 #include <optional>
+#include <unistd.h>
 
 // A missing value is asked for and the action started again, until it has all it needs: nothing has run before that.
 
