@@ -41,6 +41,28 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   endif()
 endif()
 
+# Precompiled headers, for the presets that developers and CI rebuild all the time. The shipped program is built without
+# them, which proves that each file includes what it uses.
+if(TABWRIGHT_PRECOMPILE)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    add_compile_options("SHELL:-Xclang -fno-pch-timestamp") # ccache compares contents
+  endif()
+  add_library(tabwright_precompiled STATIC "${CMAKE_SOURCE_DIR}/cmake/precompiled/Common.cpp")
+  target_link_libraries(tabwright_precompiled PUBLIC Boost::json Boost::system spdlog::spdlog fmt::fmt ICU::uc ICU::i18n)
+  target_precompile_headers(tabwright_precompiled PRIVATE
+    <algorithm> <array> <charconv> <chrono> <cmath> <cstdint> <filesystem> <fstream> <functional> <map> <memory> <mutex>
+    <optional> <set> <span> <sstream> <stdexcept> <stop_token> <string> <string_view> <thread> <unordered_map> <utility>
+    <variant> <vector> <boost/asio/awaitable.hpp> <boost/asio/io_context.hpp> <boost/json.hpp> <fmt/core.h>
+    <fmt/format.h>)
+endif()
+
+function(tabwright_precompile target precompiled)
+  if(TABWRIGHT_PRECOMPILE)
+    target_precompile_headers(${target} REUSE_FROM ${precompiled})
+    target_compile_options(${target} PRIVATE $<TARGET_PROPERTY:${precompiled},INTERFACE_COMPILE_OPTIONS>)
+  endif()
+endfunction()
+
 # tabwright_library(NAME DEPENDS folder... LIBRARIES target...)
 # The library of src/NAME: every source below the folder, linked to the named folders and nothing else of ours.
 function(tabwright_library name)
@@ -51,6 +73,7 @@ function(tabwright_library name)
   endif()
   if(sources)
     add_library(tabwright_${name} STATIC ${sources})
+    tabwright_precompile(tabwright_${name} tabwright_precompiled)
     set(scope PUBLIC)
   else()
     add_library(tabwright_${name} INTERFACE)
@@ -80,6 +103,17 @@ endfunction()
 
 # tabwright_tests(NAME DEPENDS folder...)
 # The test program of tests/NAME.
+if(TABWRIGHT_PRECOMPILE AND TABWRIGHT_TESTS)
+  find_package(GTest REQUIRED)
+  add_library(tabwright_tests_precompiled STATIC "${CMAKE_SOURCE_DIR}/cmake/precompiled/Common.cpp")
+  target_link_libraries(tabwright_tests_precompiled PUBLIC tabwright_precompiled GTest::gtest GTest::gmock Threads::Threads)
+  target_compile_options(tabwright_tests_precompiled PUBLIC -O0) # matchers take longer to optimise than to run
+  target_precompile_headers(tabwright_tests_precompiled PRIVATE
+    <chrono> <filesystem> <fstream> <functional> <map> <memory> <optional> <string> <thread> <vector>
+    <boost/asio/awaitable.hpp> <boost/asio/io_context.hpp> <boost/asio/co_spawn.hpp> <boost/json.hpp> <fmt/format.h>
+    <gtest/gtest.h> <gmock/gmock.h>)
+endif()
+
 function(tabwright_tests name)
   cmake_parse_arguments(arg "" "" "DEPENDS;LIBRARIES" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
@@ -87,6 +121,7 @@ function(tabwright_tests name)
     return()
   endif()
   add_executable(tabwright_${name}_tests ${sources})
+  tabwright_precompile(tabwright_${name}_tests tabwright_tests_precompiled)
   list(TRANSFORM arg_DEPENDS PREPEND tabwright_)
   target_link_libraries(tabwright_${name}_tests PRIVATE ${arg_DEPENDS} ${arg_LIBRARIES} GTest::gtest_main GTest::gmock)
   target_include_directories(tabwright_${name}_tests PRIVATE "${CMAKE_SOURCE_DIR}/tests")

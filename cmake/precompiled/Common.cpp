@@ -1,0 +1,1 @@
+// Nothing: the precompiled headers need a source file to belong to.
