@@ -22,6 +22,8 @@ add_compile_options(-Wall -Wextra -Wpedantic -Werror -fno-omit-frame-pointer)
 add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=")
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # g++ 12 warns of moved-from strings and optionals that it has misread (GCC bugs 105329, 105562, 107852).
+  # And of coroutine frames, whose operators new and delete belong together though one of them was inlined.
+  add_compile_options(-Wno-mismatched-new-delete)
   add_compile_options(-Wno-restrict -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-array-bounds -Wno-dangling-pointer)
 endif()
 add_compile_definitions(BOOST_ASIO_NO_DEPRECATED BOOST_ASIO_SEPARATE_COMPILATION BOOST_BEAST_SEPARATE_COMPILATION)

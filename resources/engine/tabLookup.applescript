@@ -4,4 +4,4 @@ if nativeObjects is missing value or nativeObjects is null then
   return failure(__TAB_NOT_FOUND__)
 end if
 
-set {nativeTab, nativeWindow} to nativeObjects
+set __VARIABLES__ to nativeObjects

@@ -18,6 +18,7 @@ const windowTypes = ["normal", "popup", "panel", "app", "devtools"];
 const kept = {
   order: [], // window ids, front first
   names: {}, // window id -> the name that a script gave it
+  focusedAt: 0, // when a window of this browser last got the focus, in milliseconds since 1970
 };
 let changes = 0;
 
@@ -26,8 +27,9 @@ let changes = 0;
 const isReady = restore();
 
 async function restore() {
-  const { order, names } = await chrome.storage.session.get(["order", "names"]);
+  const { order, names, focusedAt } = await chrome.storage.session.get(Object.keys(kept));
   if (names) kept.names = names;
+  if (focusedAt) kept.focusedAt = Math.max(kept.focusedAt, focusedAt);
   if (order) {
     // Windows that were focused while the session store was read are in front already.
     kept.order = kept.order.concat(order.filter((id) => !kept.order.includes(id)));
@@ -37,6 +39,7 @@ async function restore() {
   const windows = await chrome.windows.getAll({ populate: true });
   const lastShown = (window) => window.tabs?.find((tab) => tab.active)?.lastAccessed ?? 0;
   windows.sort((left, right) => lastShown(right) - lastShown(left));
+  if (windows.length > 0) kept.focusedAt = Math.max(kept.focusedAt, lastShown(windows[0]));
   const last = await chrome.windows.getLastFocused().catch(() => undefined);
   const seed = windows.map((window) => window.id);
   kept.order = kept.order.concat(seed.filter((id) => !kept.order.includes(id)));
@@ -44,12 +47,17 @@ async function restore() {
 }
 
 function remember() {
-  return chrome.storage.session.set({ order: kept.order, names: kept.names });
+  return chrome.storage.session.set(kept);
 }
 
 function toFront(id) {
   if (kept.order[0] === id) return;
   kept.order = [id, ...kept.order.filter((other) => other !== id)];
+}
+
+function tookFocus(id) {
+  toFront(id);
+  kept.focusedAt = Date.now();
 }
 
 function changed() {
@@ -63,14 +71,14 @@ function changed() {
 
 chrome.windows.onFocusChanged.addListener(async (id) => {
   if (id === unsetWindow) return;
-  toFront(id);
+  tookFocus(id);
   changed();
   await isReady;
   await remember();
 }, { windowTypes });
 
 chrome.windows.onCreated.addListener(async (window) => {
-  if (window.focused) toFront(window.id);
+  if (window.focused) tookFocus(window.id);
   else if (!kept.order.includes(window.id)) kept.order.splice(1, 0, window.id);
   changed();
   await isReady;
@@ -116,6 +124,8 @@ async function snapshot() {
   return {
     helper: chrome.runtime.getManifest().version,
     changes,
+    // A browser in which the user is now cannot have been left before.
+    focusedAt: windows.some((window) => window.focused) ? Date.now() : kept.focusedAt,
     windows: windows.map((window) => ({
       id: window.id,
       type: window.type,
@@ -130,6 +140,8 @@ async function snapshot() {
         url: tab.pendingUrl || tab.url || "",
         loading: tab.status === "loading",
         active: tab.active,
+        // It still shows the empty document that every tab begins with.
+        opening: Boolean(tab.pendingUrl) && (!tab.url || tab.url === "about:blank"),
         target: targetOfTab.get(tab.id) ?? "",
       })),
       title: window.type === "devtools" ? window.tabs?.[0]?.title ?? "" : "",
@@ -165,7 +177,7 @@ async function settleInFront(id) {
     await new Promise((resolve) => setTimeout(resolve, 20));
   }
   await isReady;
-  toFront(id);
+  tookFocus(id);
   changed();
   await remember();
 }

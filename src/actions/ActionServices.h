@@ -1,6 +1,8 @@
 #pragma once
 
 #include "actions/ShutdownScheduler.h"
+#include "actions/WindowNames.h"
+#include "engine/JavascriptSyntaxValidator.h"
 #include "engine/ScriptacularServices.h"
 #include "intents/OptionsProvider.h"
 
@@ -20,7 +22,9 @@ struct ActionServices {
   const engine::ScriptacularServices& scripts;
   const intents::OptionsProvider& browserTargets; ///< choices and default of `targetContext`
   ShutdownScheduler& shutdown;
+  engine::JavascriptSyntaxValidator& javascriptValidator;
   CallCounter* callCounter = nullptr; ///< null: runs are not counted
+  WindowNames* windowNames = nullptr; ///< null: windows of Safari keep the titles that it gives them
 };
 
 } // namespace tabwright::actions

@@ -68,20 +68,8 @@ private:
 
   // An active filter without a text has the empty text to compare with.
   [[nodiscard]] bool passesFilters(const BrowserTabEntity& tab) const {
-    return hasPrivacy(tab) && passes(*urlFilter, tab.url, pageURL.value().value_or("")) &&
+    return hasPrivacy(tab, *tabPrivacy) && passes(*urlFilter, tab.url, pageURL.value().value_or("")) &&
            passes(*titleFilter, tab.title, pageTitle.value().value_or(""));
-  }
-
-  [[nodiscard]] bool hasPrivacy(const BrowserTabEntity& tab) const {
-    switch (*tabPrivacy) {
-    case TabPrivacy::any:
-      return true;
-    case TabPrivacy::standard:
-      return !tab.isPrivate;
-    case TabPrivacy::incognito:
-      return tab.isPrivate;
-    }
-    return false;
   }
 };
 

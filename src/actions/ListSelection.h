@@ -22,4 +22,19 @@ template <class Item, class Option>
   return {std::move(items.front())};
 }
 
+/// Whether a tab or window is of the kind that a list action was asked for. `Option` is an enum with the cases `any`,
+/// `standard` and `incognito`.
+template <class Item, class Option>
+[[nodiscard]] bool hasPrivacy(const Item& item, Option option) {
+  switch (option) {
+  case Option::any:
+    return true;
+  case Option::standard:
+    return !item.isPrivate;
+  case Option::incognito:
+    return item.isPrivate;
+  }
+  return false;
+}
+
 } // namespace tabwright::actions

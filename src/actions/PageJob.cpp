@@ -3,6 +3,8 @@
 #include "engine/AppleScriptSnippets.h"
 #include "engine/errors/JavascriptError.h"
 
+#include <algorithm>
+
 namespace tabwright::actions {
 
 std::string pageJob(const TabTarget& tab, std::string_view javascript, double timeout) {
@@ -20,6 +22,13 @@ const std::string& answerOf(const std::vector<std::string>& list) {
   if (list.empty())
     throw platform::failure(engine::JavascriptError::unableToParseJS);
   return list.front();
+}
+
+bool succeeded(const std::vector<std::string>& list) {
+  constexpr auto lower = [](char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+  };
+  return std::ranges::equal(answerOf(list), std::string_view("true"), {}, lower);
 }
 
 } // namespace tabwright::actions

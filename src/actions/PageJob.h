@@ -16,8 +16,16 @@ inline constexpr double pageJobInterval = 0.2;
 /// is returned arrives as a list of texts.
 [[nodiscard]] std::string pageJob(const TabTarget& tab, std::string_view javascript, double timeout = pageJobTimeout);
 
+/// A truth value as JavaScript writes it.
+[[nodiscard]] inline std::string javascriptText(bool value) {
+  return value ? "true" : "false";
+}
+
 /// What the one page function of a job returned, in its text form. Throws `JavascriptError::unableToParseJS` when the
 /// page gave nothing.
 [[nodiscard]] const std::string& answerOf(const std::vector<std::string>& list);
+
+/// Whether the page function reported success: its text is "true", in any case. Throws as `answerOf` does.
+[[nodiscard]] bool succeeded(const std::vector<std::string>& list);
 
 } // namespace tabwright::actions

@@ -51,7 +51,7 @@ intents::ParameterSpec<browserdata::BrowserTabEntity> targetTab() {
   auto spec = generalParameter<browserdata::BrowserTabEntity>("targetTab");
   spec.presence = intents::Presence::optional;
   spec.requestDialog = generalKey("targetTab", "requestValueDialog");
-  spec.example = R"({"targetContext":"chromium","fullID":"org.chromium.chromium:8"})";
+  spec.example = "chromium:8";
   return spec;
 }
 
@@ -59,7 +59,22 @@ intents::ParameterSpec<browserdata::BrowserWindowEntity> targetWindow() {
   auto spec = generalParameter<browserdata::BrowserWindowEntity>("targetWindow");
   spec.presence = intents::Presence::optional;
   spec.requestDialog = generalKey("targetWindow", "requestValueDialog");
-  spec.example = R"({"targetContext":"chromium","fullID":"org.chromium.chromium:3"})";
+  spec.example = "chromium:3";
+  return spec;
+}
+
+intents::ParameterSpec<browserdata::BrowserTabEntity> requiredTab() {
+  auto spec = targetTab();
+  spec.presence = intents::Presence::required;
+  spec.description.reset();
+  return spec;
+}
+
+intents::ParameterSpec<browserdata::BrowserWindowEntity> requiredWindow() {
+  auto spec = targetWindow();
+  spec.presence = intents::Presence::required;
+  spec.title.reset();
+  spec.description.reset();
   return spec;
 }
 
@@ -74,6 +89,26 @@ intents::ParameterSpec<std::string> cssSelector() {
 intents::ParameterSpec<PauseOption> pauseAfterSucessInSeconds() {
   auto spec = generalParameter<PauseOption>("pauseAfterSucessInSeconds");
   spec.defaultValue = PauseOption::p00;
+  return spec;
+}
+
+intents::ParameterSpec<FormFieldSelectionOption> formFieldSelection() {
+  auto spec = generalParameter<FormFieldSelectionOption>("formFieldSelection");
+  spec.title->table = intents::tables::webPages;
+  spec.description->table = intents::tables::webPages;
+  spec.defaultValue = FormFieldSelectionOption::elementNameAttribute;
+  return spec;
+}
+
+intents::ParameterSpec<bool> shouldFireChangeEvent() {
+  auto spec = generalParameter<bool>("shouldFireChangeEvent");
+  spec.defaultValue = false;
+  return spec;
+}
+
+intents::ParameterSpec<bool> shouldSubmitParentForm() {
+  auto spec = generalParameter<bool>("shouldSubmitParentForm");
+  spec.defaultValue = false;
   return spec;
 }
 

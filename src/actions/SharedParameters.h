@@ -1,6 +1,7 @@
 #pragma once
 
 #include "actions/ActionFrame.h"
+#include "actions/enums/FormFieldSelectionOption.h"
 #include "actions/enums/PauseOption.h"
 #include "actions/enums/TabSelectionOption.h"
 #include "browserdata/BrowserTabEntity.h"
@@ -11,7 +12,8 @@
 
 #include <string>
 
-/// The parameters that several actions have under one name, each declared once. Their texts lie in the table "Intents".
+/// The parameters that several actions have under one name, each declared once. Their texts lie in the table "Intents",
+/// those of `formFieldSelection` in "Intents-Web Pages".
 namespace tabwright::actions::shared {
 
 /// Which of its descriptions `targetContext` carries.
@@ -22,8 +24,15 @@ targetContext(const ActionServices& services, TargetDescription description = Ta
 [[nodiscard]] intents::ParameterSpec<TabSelectionOption> tabSelection();
 [[nodiscard]] intents::ParameterSpec<browserdata::BrowserTabEntity> targetTab();
 [[nodiscard]] intents::ParameterSpec<browserdata::BrowserWindowEntity> targetWindow();
+/// `targetTab` of actions that take nothing but a tab: it must have a value, and its description is the action's own.
+[[nodiscard]] intents::ParameterSpec<browserdata::BrowserTabEntity> requiredTab();
+/// `targetWindow` of actions that take nothing but a window. Title and description are the action's own.
+[[nodiscard]] intents::ParameterSpec<browserdata::BrowserWindowEntity> requiredWindow();
 [[nodiscard]] intents::ParameterSpec<std::string> cssSelector();
 [[nodiscard]] intents::ParameterSpec<PauseOption> pauseAfterSucessInSeconds();
+[[nodiscard]] intents::ParameterSpec<FormFieldSelectionOption> formFieldSelection();
+[[nodiscard]] intents::ParameterSpec<bool> shouldFireChangeEvent();
+[[nodiscard]] intents::ParameterSpec<bool> shouldSubmitParentForm();
 
 /// How fields for selectors, labels, field names and code behave: what is typed stays as it was typed.
 [[nodiscard]] intents::TextInputOptions literalInput();

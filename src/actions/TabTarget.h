@@ -8,8 +8,9 @@ namespace tabwright::actions {
 /// A member of an action's class, it enters them into the action in this order; `aimAtTab` in the action's constructor
 /// makes them count.
 struct TabTarget {
-  TabTarget(ActionFrame& action, const ActionServices& services)
-      : targetContext(action, shared::targetContext(services, shared::TargetDescription::tabSelection)),
+  TabTarget(ActionFrame& action, const ActionServices& services,
+            shared::TargetDescription description = shared::TargetDescription::tabSelection)
+      : targetContext(action, shared::targetContext(services, description)),
         tabSelection(action, shared::tabSelection()), targetTab(action, shared::targetTab()) {}
 
   Parameter<engine::TargetContext> targetContext;

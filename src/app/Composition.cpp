@@ -2,8 +2,9 @@
 
 #include "app/HelperFiles.h"
 #include "crashreport/LoggingCrashReporter.h"
+#include "engine/JavaScriptCoreSyntaxValidator.h"
 #include "platform/Logger.h"
-#include "platform/linux/BrowserExecutable.h"
+#include "platform/linux/InstalledBrowsers.h"
 #include "platform/linux/PosixFileManager.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "platform/linux/SystemClock.h"
@@ -11,30 +12,53 @@
 #include "scripting/foundation/FoundationBridge.h"
 #include "scripting/run/InterpreterScriptTasks.h"
 #include "scripting/systemevents/LinuxDesktop.h"
+#include "scripting/systemevents/RecentBrowsers.h"
 #include "targets/BrowserTargetContextsProvider.h"
 #include "targets/FrontmostBrowserResolver.h"
 #include "targets/MachineProbe.h"
 
+#include <algorithm>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace tabwright::app {
 namespace {
 
 using platform::BrowserFacts;
 
+/// Whether the browser is installed, or runs from somewhere else.
+bool isHere(const BrowserFacts& facts) {
+  const auto installed = platform::findInstalledBrowsers(platform::InstallationPlaces::ofThisProcess());
+  return std::ranges::find(installed, &facts) != installed.end() || !platform::RunningBrowsers().find(facts).empty();
+}
+
+std::vector<targets::RunningApplication> runningApplications(scripting::Desktop& desktop) {
+  std::vector<targets::RunningApplication> applications;
+  for (const scripting::DesktopProcess& process : desktop.processes())
+    applications.push_back({.bundleIdentifier = process.bundleIdentifier,
+                            .localizedName = process.name,
+                            .process = process.pid,
+                            .isFrontmost = process.isFrontmost});
+  return applications;
+}
+
 /// One driver per browser, made when it is first asked for.
 class Drivers {
 public:
+  explicit Drivers(std::shared_ptr<scripting::Desktop> desktop) : recentBrowsers_(std::move(desktop)) {}
+
   std::shared_ptr<scripting::DevToolsDriver> driver(const BrowserFacts& facts) {
     if (facts.family != platform::BrowserFamily::chromium)
       return nullptr;
     const std::scoped_lock lock(mutex_);
     std::shared_ptr<scripting::DevToolsDriver>& driver = drivers_[facts.id];
-    if (!driver && (platform::findExecutable(facts) || !platform::RunningBrowsers().find(facts).empty())) {
-      const auto findRunning = [&facts] { return platform::RunningBrowsers().find(facts); };
+    if (!driver && isHere(facts)) {
+      const auto findRunning = [browsers = recentBrowsers_, &facts] { return browsers.find(facts); };
       driver = std::make_shared<scripting::DevToolsDriver>(
           facts, scripting::DevToolsDriverParts{.helperDirectory = ensureHelperFiles(), .findRunning = findRunning});
     }
@@ -42,6 +66,7 @@ public:
   }
 
 private:
+  const scripting::RecentBrowsers recentBrowsers_;
   std::mutex mutex_;
   std::map<std::string_view, std::shared_ptr<scripting::DevToolsDriver>> drivers_;
 };
@@ -49,11 +74,12 @@ private:
 } // namespace
 
 struct Composition::Parts {
-  Drivers drivers;
+  std::shared_ptr<scripting::Desktop> desktop = std::make_shared<scripting::LinuxDesktop>();
+  Drivers drivers{desktop};
   scripting::ScriptingDirectory directory{{
       .makeDriver = [this](const BrowserFacts& facts) { return drivers.driver(facts); },
       .launch = {},
-      .desktop = std::make_shared<scripting::LinuxDesktop>(),
+      .desktop = desktop,
       .activateSelf = {},
   }};
   scripting::FoundationBridge bridge;
@@ -71,15 +97,25 @@ struct Composition::Parts {
   platform::PosixFileManager files;
   platform::SystemClock clock;
   crashreport::LoggingCrashReporter crashReporter;
-  targets::MachineProbe probe;
+  targets::MachineProbe probe{[desktop = desktop] { return runningApplications(*desktop); }};
   targets::TargetContextManager targetContexts{probe};
   targets::FrontmostBrowserResolver frontmost{targetContexts};
   targets::BrowserTargetContextsProvider browserTargets{targetContexts};
   engine::ScriptacularServices scripts{
       .tasks = tasks, .files = files, .clock = clock, .crashReporter = crashReporter, .frontmostResolver = &frontmost};
   actions::NoScheduledShutdown shutdown;
-  actions::ActionServices services{.scripts = scripts, .browserTargets = browserTargets, .shutdown = shutdown};
+  engine::JavaScriptCoreSyntaxValidator javascriptValidator;
+  actions::ActionServices services{.scripts = scripts,
+                                   .browserTargets = browserTargets,
+                                   .shutdown = shutdown,
+                                   .javascriptValidator = javascriptValidator};
   host::Catalogue catalogue{services};
+  targets::SupportedBrowsersProvider supportedBrowsers;
+  actions::ActionServices referenceServices{.scripts = scripts,
+                                            .browserTargets = supportedBrowsers,
+                                            .shutdown = shutdown,
+                                            .javascriptValidator = javascriptValidator};
+  host::Catalogue referenceCatalogue{referenceServices};
 };
 
 Composition::Composition() : parts_(std::make_unique<Parts>()) {}
@@ -88,6 +124,11 @@ Composition::~Composition() = default;
 const host::Catalogue& Composition::catalogue() const {
   return parts_->catalogue;
 }
+
+const host::Catalogue& Composition::referenceCatalogue() const {
+  return parts_->referenceCatalogue;
+}
+
 applescript::Interpreter& Composition::interpreter() {
   return *parts_->interpreter;
 }

@@ -6,6 +6,7 @@
 #include <ctime>
 #include <mutex>
 #include <random>
+#include <utility>
 
 namespace tabwright::applescript {
 
@@ -15,7 +16,7 @@ void sleepUntilStopped(std::chrono::nanoseconds time, std::stop_token stop) {
   std::mutex mutex;
   std::condition_variable_any condition;
   std::unique_lock lock(mutex);
-  condition.wait_for(lock, stop, time, [] { return false; });
+  condition.wait_for(lock, std::move(stop), time, [] { return false; });
 }
 
 double secondsOnWallClock() {

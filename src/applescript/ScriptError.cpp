@@ -11,8 +11,11 @@ ScriptError::ScriptError(Stage stage, int number, std::string sentence, SourceRa
     range_ = range;
 }
 
+ScriptError::ScriptError(int number, std::shared_ptr<const Sentence> sentence)
+    : stage_(Stage::execution), number_(number), wordless_(std::move(sentence)) {}
+
 std::string ScriptError::message() const {
-  return application_ ? fmt::format("{} got an error: {}", *application_, sentence_) : sentence_;
+  return application_ ? fmt::format("{} got an error: {}", *application_, sentence()) : sentence();
 }
 
 ScriptError& ScriptError::raisedBy(std::string application) {

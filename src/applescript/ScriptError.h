@@ -52,13 +52,22 @@ class ScriptError : public platform::Failure {
 public:
   enum class Stage { syntax, execution };
 
+  /// A sentence that is put into words when it is asked for: most errors that scripts catch are never read.
+  class Sentence {
+  public:
+    virtual ~Sentence() = default;
+    [[nodiscard]] virtual std::string text() const = 0;
+  };
+
   ScriptError(Stage stage, int number, std::string sentence, SourceRange range = {});
+  /// An error of execution.
+  ScriptError(int number, std::shared_ptr<const Sentence> sentence);
 
   [[nodiscard]] Stage stage() const { return stage_; }
   [[nodiscard]] int number() const { return number_; }
   /// The sentence as `on error text` binds it, with "NAME got an error: " in front when an application raised it.
   [[nodiscard]] std::string message() const;
-  [[nodiscard]] const std::string& sentence() const { return sentence_; }
+  [[nodiscard]] std::string sentence() const { return wordless_ ? wordless_->text() : sentence_; }
   [[nodiscard]] const std::optional<std::string>& application() const { return application_; }
   /// Nothing until the evaluator or the parser knows the place.
   [[nodiscard]] const std::optional<SourceRange>& range() const { return range_; }
@@ -80,6 +89,7 @@ private:
   Stage stage_;
   int number_;
   std::string sentence_;
+  std::shared_ptr<const Sentence> wordless_; // in place of `sentence_`
   std::optional<SourceRange> range_;
   std::optional<std::string> application_;
 };

@@ -1,5 +1,6 @@
 #include "browserdata/BrowserTabEntity.h"
 
+#include "browserdata/EntityReference.h"
 #include "engine/ScriptText.h"
 
 namespace tabwright::browserdata {
@@ -10,6 +11,20 @@ BrowserTabEntity::BrowserTabEntity(const BrowserTabData& tab, const engine::Targ
     : targetContext(context), title(tab.tabTitle), url(tab.tabURL), htmlDocument(tab.htmlContent),
       textContent(tab.textContent), selectionText(tab.pageSelectionText), isLoading(tab.isLoading),
       isPrivate(tab.isPrivate), fullID(context.id + ":" + tab.tabID) {}
+
+std::optional<BrowserTabEntity> BrowserTabEntity::fromReference(std::string_view text) {
+  const std::optional<EntityReference> reference = readReference(text);
+  if (!reference)
+    return std::nullopt;
+  BrowserTabEntity tab;
+  tab.targetContext = reference->targetContext;
+  tab.fullID = reference->fullID;
+  return tab;
+}
+
+void BrowserTabEntity::check() const {
+  requireReference(fullID);
+}
 
 std::string BrowserTabEntity::id() const {
   return engine::nativeID(fullID);
@@ -33,7 +48,8 @@ const intents::EntityDefinition<BrowserTabEntity>& BrowserTabEntity::definition(
        {"isPrivate", &BrowserTabEntity::isPrivate},
        {"fullID", &BrowserTabEntity::fullID, PropertyPresence::needed},
        {"selectionRTFD", &BrowserTabEntity::selectionRTFD}},
-      [](const BrowserTabEntity& tab) { return tab.displayRepresentation(); });
+      [](const BrowserTabEntity& tab) { return tab.displayRepresentation(); }, intents::TextForm::names,
+      {"title", "url", "isPrivate", "fullID"});
   return definition;
 }
 

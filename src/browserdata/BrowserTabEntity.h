@@ -8,6 +8,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace tabwright::browserdata {
 
@@ -32,6 +33,13 @@ struct BrowserTabEntity {
   BrowserTabEntity() = default;
   /// The entity of a record from the browser `context`, which must have an id.
   BrowserTabEntity(const BrowserTabData& tab, const engine::TargetContext& context);
+
+  /// The tab that a `fullID` alone refers to; its id may be the browser's short name, too: "chromium:8". Nothing for
+  /// other texts.
+  [[nodiscard]] static std::optional<BrowserTabEntity> fromReference(std::string_view text);
+
+  /// Throws `ValueError` for a `fullID` that can't be one: it goes into programs as it is.
+  void check() const;
 
   /// The browser's own reference: `fullID` without the context id.
   [[nodiscard]] std::string id() const;

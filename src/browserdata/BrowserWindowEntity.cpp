@@ -1,5 +1,6 @@
 #include "browserdata/BrowserWindowEntity.h"
 
+#include "browserdata/EntityReference.h"
 #include "engine/ScriptText.h"
 
 namespace tabwright::browserdata {
@@ -12,6 +13,20 @@ BrowserWindowEntity::BrowserWindowEntity(const BrowserWindowData& window, const 
   tabs.reserve(window.tabsList.size());
   for (const BrowserTabData& tab : window.tabsList)
     tabs.emplace_back(tab, context);
+}
+
+std::optional<BrowserWindowEntity> BrowserWindowEntity::fromReference(std::string_view text) {
+  const std::optional<EntityReference> reference = readReference(text);
+  if (!reference)
+    return std::nullopt;
+  BrowserWindowEntity window;
+  window.targetContext = reference->targetContext;
+  window.fullID = reference->fullID;
+  return window;
+}
+
+void BrowserWindowEntity::check() const {
+  requireReference(fullID);
 }
 
 std::string BrowserWindowEntity::id() const {
@@ -32,7 +47,8 @@ const intents::EntityDefinition<BrowserWindowEntity>& BrowserWindowEntity::defin
        {"isPrivate", &BrowserWindowEntity::isPrivate},
        {"isVisible", &BrowserWindowEntity::isVisible},
        {"fullID", &BrowserWindowEntity::fullID, PropertyPresence::needed}},
-      [](const BrowserWindowEntity& window) { return window.displayRepresentation(); });
+      [](const BrowserWindowEntity& window) { return window.displayRepresentation(); }, intents::TextForm::names,
+      {"windowTitle", "tabs", "isPrivate", "isVisible", "fullID"});
   return definition;
 }
 

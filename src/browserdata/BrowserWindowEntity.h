@@ -5,7 +5,9 @@
 #include "engine/TargetContext.h"
 #include "intents/EntityDefinition.h"
 
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tabwright::browserdata {
@@ -24,6 +26,13 @@ struct BrowserWindowEntity {
   BrowserWindowEntity() = default;
   /// The entity of a record from the browser `context`, which must have an id.
   BrowserWindowEntity(const BrowserWindowData& window, const engine::TargetContext& context);
+
+  /// The window that a `fullID` alone refers to; its id may be the browser's short name, too: "chromium:8". Nothing for
+  /// other texts.
+  [[nodiscard]] static std::optional<BrowserWindowEntity> fromReference(std::string_view text);
+
+  /// Throws `ValueError` for a `fullID` that can't be one: it goes into programs as it is.
+  void check() const;
 
   /// The browser's own reference: `fullID` without the context id.
   [[nodiscard]] std::string id() const;

@@ -229,11 +229,15 @@ private:
       if (error)
         return lose(reasonOf(error));
       sent_.fetch_add(1);
+      // Told under the lock: a `send` that finds the queue empty starts a write of its own.
+      bool hasMore = false;
       {
         const std::lock_guard lock(mutex_);
         queue_.pop_front();
+        hasMore = !queue_.empty();
       }
-      write();
+      if (hasMore)
+        write();
     });
   }
 

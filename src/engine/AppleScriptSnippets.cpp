@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <initializer_list>
 #include <stdexcept>
 
 namespace tabwright::engine {
@@ -23,21 +22,6 @@ const platform::Logger logger("AppleScriptSnippets");
 
 std::string numberOf(AppleScriptRuntimeError error) {
   return std::to_string(rawValue(error));
-}
-
-std::string joinedLines(std::initializer_list<std::string_view> pieces) {
-  std::string text;
-  for (const std::string_view piece : pieces) {
-    if (!text.empty())
-      text += '\n';
-    text += piece;
-  }
-  return text;
-}
-
-const std::string& frontTabBinding() {
-  static const std::string text = TextTemplate(resources::frontTabBinding_applescript).fill({});
-  return text;
 }
 
 // One poll before the first interval, then one after each.
@@ -76,14 +60,21 @@ std::string AppleScriptSnippets::requestedWindowCheck(std::string_view windowID)
   return text.fill({{"WINDOW_ID", windowID}, {"WINDOW_NOT_FOUND", numberOf(AppleScriptRuntimeError::windowNotFound)}});
 }
 
-std::string AppleScriptSnippets::tabLookup(std::string_view tabFullID) {
+const std::string& AppleScriptSnippets::frontVariables() {
+  static const std::string text = TextTemplate(resources::frontVariables_applescript).fill({});
+  return text;
+}
+
+std::string AppleScriptSnippets::tabLookup(std::string_view tabFullID, TabLookupBinds binds) {
   static const TextTemplate text(resources::tabLookup_applescript);
-  return text.fill(
-      {{"TAB_ID", nativeID(tabFullID)}, {"TAB_NOT_FOUND", numberOf(AppleScriptRuntimeError::tabNotFound)}});
+  return text.fill({{"TAB_ID", nativeID(tabFullID)},
+                    {"TAB_NOT_FOUND", numberOf(AppleScriptRuntimeError::tabNotFound)},
+                    {"VARIABLES", binds == TabLookupBinds::tab ? "{nativeTab}" : "{nativeTab, nativeWindow}"}});
 }
 
 std::string AppleScriptSnippets::jobForFrontTab(std::string_view js, double timeout, double interval) {
-  return joinedLines({openWindowsCheck(), frontTabBinding(), asyncJob(js, timeout, interval)});
+  return joinedLines(
+      {openWindowsCheck(), frontVariables(), "set nativeTab to FRONT_TAB", asyncJob(js, timeout, interval)});
 }
 
 std::string AppleScriptSnippets::jobForRequestedTab(std::string_view tabFullID, std::string_view js, double timeout,

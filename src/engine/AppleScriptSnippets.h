@@ -32,9 +32,16 @@ public:
   /// and goes into the text as it is.
   [[nodiscard]] static std::string requestedWindowCheck(std::string_view windowID);
 
-  /// Binds `tabID`, `nativeTab` and `nativeWindow`, or ends the script in `tabNotFound`. `tabFullID` is the full id of
-  /// a tab, context id included.
-  [[nodiscard]] static std::string tabLookup(std::string_view tabFullID);
+  /// Binds `FRONT_WINDOW`, `FRONT_WINDOW_ID`, `FRONT_TAB` and `FRONT_TAB_ID`. There must be a window.
+  [[nodiscard]] static const std::string& frontVariables();
+
+  /// Which variables `tabLookup` leaves behind, beside `tabID`.
+  enum class TabLookupBinds { tabAndWindow, tab };
+
+  /// Binds `tabID`, `nativeTab` and, unless told otherwise, `nativeWindow`, or ends the script in `tabNotFound`.
+  /// `tabFullID` is the full id of a tab, context id included.
+  [[nodiscard]] static std::string tabLookup(std::string_view tabFullID,
+                                             TabLookupBinds binds = TabLookupBinds::tabAndWindow);
 
   /// A whole script: checks for windows, binds the front variables, and runs `js` as a job in the front tab.
   [[nodiscard]] static std::string jobForFrontTab(std::string_view js, double timeout, double interval);

@@ -40,6 +40,16 @@ std::string nativeID(std::string_view fullID) {
   return std::string(fullID.substr(colon + 1));
 }
 
+std::string joinedLines(std::initializer_list<std::string_view> pieces) {
+  std::string text;
+  for (const std::string_view& piece : pieces) {
+    if (&piece != pieces.begin())
+      text += '\n';
+    text += piece;
+  }
+  return text;
+}
+
 std::string textOfDouble(double value) {
   if (std::isnan(value))
     return "nan";

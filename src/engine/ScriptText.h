@@ -1,5 +1,6 @@
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,9 @@ namespace tabwright::engine {
 ///
 ///     nativeID("com.apple.safari:17:3")    // 17:3
 [[nodiscard]] std::string nativeID(std::string_view fullID);
+
+/// The pieces of a script with a line feed between each two of them. An empty piece in the middle leaves an empty line.
+[[nodiscard]] std::string joinedLines(std::initializer_list<std::string_view> pieces);
 
 /// The shortest decimal text that reads back as `value`, always with a fraction: 0.2, 1.0, 788918400.123456. Values
 /// beyond 2^53 or below 0.0001 come with an exponent: 1e+16, 1e-05. Not a number is "nan", infinities "inf" and "-inf".

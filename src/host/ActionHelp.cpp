@@ -2,11 +2,10 @@
 // declaration.
 #include "host/ActionHelp.h"
 
+#include "host/ActionWords.h"
 #include "host/ExampleCommands.h"
 #include "intents/EntityDeclaration.h"
 #include "platform/StringCatalogue.h"
-
-#include <boost/json/serialize.hpp>
 
 #include <algorithm>
 
@@ -44,26 +43,8 @@ std::string wrapped(std::string_view text, std::size_t indent) {
   return line.empty() ? lines : lines + margin + line + "\n";
 }
 
-// A summary sentence with its fields as <name>.
-std::string sentenceOf(const intents::Intent& action, const intents::SummaryRow& row) {
-  std::string sentence = action.summaryText(row).text();
-  for (const intents::ParameterBase* parameter : row.sentence) {
-    const std::string field = "${" + parameter->name() + "}";
-    if (const std::size_t place = sentence.find(field); place != std::string::npos)
-      sentence.replace(place, field.size(), "<" + parameter->name() + ">");
-  }
-  return sentence;
-}
-
 const intents::SummaryRow& mainRow(const intents::Intent& action) {
   return action.summary().current();
-}
-
-std::string conditionOf(const intents::SummaryRow& row) {
-  std::string text;
-  for (const intents::SummaryCondition& condition : row.when)
-    text += (text.empty() ? "" : ", ") + condition.parameter->name() + " " + condition.caseName;
-  return text;
 }
 
 std::string choicesOf(const ParameterDeclaration& declaration) {
@@ -88,24 +69,6 @@ std::string choicesOf(const ParameterDeclaration& declaration) {
   return lines;
 }
 
-std::string defaultOf(const ParameterDeclaration& declaration) {
-  if (const auto offered = declaration.options ? declaration.options->defaultResult() : std::nullopt)
-    return offered->text;
-  if (!declaration.defaultValue)
-    return {};
-  const boost::json::string* text = declaration.defaultValue->if_string();
-  return text ? std::string(*text) : boost::json::serialize(*declaration.defaultValue);
-}
-
-// A type in the words of the user: enums and entities have captions, the rest goes by the type's own name.
-std::string captionOf(const intents::ValueType& type) {
-  if (type.kind == ValueKind::enumeration)
-    return type.enumeration->typeCaption().text();
-  if (type.kind == ValueKind::entity)
-    return type.entity->typeCaption.text();
-  return type.name();
-}
-
 std::string parameterHelp(const intents::Intent& action, const intents::ParameterBase& parameter) {
   const ParameterDeclaration& declaration = parameter.declaration();
   std::string help = "  --" + declaration.name + " <" + captionOf(declaration.type) + ">\n";
@@ -119,8 +82,7 @@ std::string parameterHelp(const intents::Intent& action, const intents::Paramete
 }
 
 std::string resultHelp(const intents::ValueType& type) {
-  std::string help =
-      "  " + (type.isList ? platform::localizedFormat("help.list", {captionOf(type)}) : captionOf(type)) + "\n";
+  std::string help = "  " + captionOf(type) + "\n";
   if (type.kind != ValueKind::entity)
     return help;
   std::string names;

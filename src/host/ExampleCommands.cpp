@@ -26,8 +26,12 @@ ExampleCommand completed(intents::Intent& action, ParameterTexts chosen, Fill fi
   ExampleCommand example{.parameters = std::move(chosen), .commandLine = "tabwright run " + action.name()};
   for (intents::ParameterBase* parameter : action.parameters()) {
     const std::string& text = parameter->declaration().example;
-    if (text.empty() || !action.summary().current().shows(*parameter) ||
-        (fill == Fill::whatIsMissing && parameter->hasValue()))
+    const intents::SummaryRow& row = action.summary().current();
+    // What may be left out is missing only where the sentence needs it.
+    const bool isMissing =
+        !parameter->hasValue() && (parameter->declaration().presence == intents::Presence::required ||
+                                   std::ranges::find(row.sentence, parameter) != row.sentence.end());
+    if (text.empty() || !row.shows(*parameter) || (fill == Fill::whatIsMissing && !isMissing))
       continue;
     parameter->setText(text);
     example.parameters.emplace_back(parameter->name(), text);

@@ -23,7 +23,7 @@ struct PropertyDeclaration {
   PropertyPresence presence = PropertyPresence::mayBeLeftOut;
 };
 
-/// Whether a text that names an entity is read as that entity, beside its object.
+/// Whether a text that names an entity (a short name, a reference) is read as that entity, beside its object.
 enum class TextForm { none, names };
 
 /// What is known of an entity without its C++ type. An entity is a value that crosses to the host as a JSON object, and
@@ -33,6 +33,7 @@ struct EntityDeclaration {
   LocalizedText typeCaption; ///< `entity.NAME.typeDisplayRepresentation`
   std::vector<PropertyDeclaration> properties;
   TextForm textForm = TextForm::none;
+  std::vector<std::string_view> columns; ///< the properties that a table of such entities shows, in this order
 
   /// One line that shows an entity to a user, from its JSON. Throws `ValueError` when it is none.
   std::function<std::string(const boost::json::value&)> displayRepresentation;

@@ -47,11 +47,13 @@ public:
   };
 
   EntityDefinition(std::string_view name, std::vector<Property> properties,
-                   std::function<std::string(const Entity&)> displayRepresentation, TextForm textForm = TextForm::none)
+                   std::function<std::string(const Entity&)> displayRepresentation, TextForm textForm = TextForm::none,
+                   std::vector<std::string_view> columns = {})
       : properties_(std::move(properties)) {
     const std::string prefix = "entity." + std::string(name);
     declaration_.name = name;
     declaration_.textForm = textForm;
+    declaration_.columns = std::move(columns);
     declaration_.typeCaption = {prefix + ".typeDisplayRepresentation", std::string(tables::general)};
     for (const Property& property : properties_) {
       declaration_.properties.push_back(property.declaration_);
@@ -77,7 +79,8 @@ public:
   }
 
   /// Throws `ValueError` for anything but an object, a property of a wrong type, a needed one that is missing, and a
-  /// key that is no property. Null stands for a property that is left out.
+  /// key that is no property, and whatever the entity's own `check()` throws where it has one. Null stands for a
+  /// property that is left out.
   [[nodiscard]] Entity fromJson(const boost::json::value& json) const {
     const boost::json::object* object = json.if_object();
     if (!object)
@@ -97,6 +100,8 @@ public:
         throw error.within(property.declaration_.name);
       }
     }
+    if constexpr (requires { entity.check(); })
+      entity.check();
     return entity;
   }
 

@@ -115,18 +115,42 @@ concept DefinedEntity = requires {
   { Type::definition() } -> std::convertible_to<const EntityDefinition<Type>&>;
 };
 
+/// An entity that a short text refers to, beside its object: `fromReference` gives nothing for a text that is none.
+template <class Type>
+concept ReferredEntity = DefinedEntity<Type> && requires(std::string_view text) {
+  { Type::fromReference(text) } -> std::convertible_to<std::optional<Type>>;
+};
+
 /// Entities are JSON objects, on a command line as text. Include `EntityDefinition.h` where these are used.
 template <DefinedEntity Entity>
 struct ValueTraits<Entity> {
   static ValueType type() { return {.kind = ValueKind::entity, .entity = &Entity::definition().declaration()}; }
   static boost::json::value toJson(const Entity& value) { return Entity::definition().toJson(value); }
   static Entity fromJson(const boost::json::value& json) {
-    return Entity::definition().fromJson(detail::soleValue(json, expected()));
+    const boost::json::value& value = detail::soleValue(json, expected());
+    if constexpr (ReferredEntity<Entity>) {
+      if (const boost::json::string* text = value.if_string())
+        return fromText(std::string_view(*text));
+    }
+    if (!value.is_object())
+      throw ValueError::unsuitable(value, expected());
+    return Entity::definition().fromJson(value);
   }
-  static Entity fromText(std::string_view text) { return fromJson(detail::parseValue(text, expected())); }
+  static Entity fromText(std::string_view text) {
+    if constexpr (ReferredEntity<Entity>) {
+      if (auto entity = Entity::fromReference(text))
+        return std::move(*entity);
+    }
+    const boost::json::value json = detail::parseValue(text, expected());
+    if (json.is_string())
+      throw ValueError::unsuitable(json, expected());
+    return fromJson(json);
+  }
 
 private:
-  static std::string expected() { return "one JSON object of the type " + type().name(); }
+  static std::string expected() {
+    return "one JSON object of the type " + type().name() + (ReferredEntity<Entity> ? ", or its fullID" : "");
+  }
 };
 
 template <class T>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <span>
 #include <string_view>
 
@@ -16,53 +17,54 @@ struct BrowserFacts {
   BrowserFamily family = BrowserFamily::chromium;
   std::span<const std::string_view> desktopEntries;     ///< ids of desktop entries, without ".desktop"
   std::span<const std::string_view> executables;        ///< names looked up on the PATH, best first
-  std::span<const std::string_view> processNames;       ///< base names of /proc/PID/exe
+  std::span<const std::string_view> programs;           ///< ends of /proc/PID/exe, see `findBrowserOfProgram`
   std::span<const std::string_view> profileDirectories; ///< default user data directories, below the home directory
   std::string_view windowClass;                         ///< class of WM_CLASS, compared ignoring case
 };
 
 namespace browserfacts {
-inline constexpr std::string_view braveEntries[]{"brave-browser", "com.brave.Browser", "brave"};
+inline constexpr std::string_view braveEntries[]{"brave-browser", "com.brave.Browser", "brave", "brave_brave"};
 inline constexpr std::string_view braveExecutables[]{"brave-browser", "brave-browser-stable", "brave"};
-inline constexpr std::string_view braveProcesses[]{"brave"};
+inline constexpr std::string_view bravePrograms[]{"brave"};
 inline constexpr std::string_view braveProfiles[]{".config/BraveSoftware/Brave-Browser",
-                                                  ".var/app/com.brave.Browser/config/BraveSoftware/Brave-Browser"};
+                                                  ".var/app/com.brave.Browser/config/BraveSoftware/Brave-Browser",
+                                                  "snap/brave/current/.config/BraveSoftware/Brave-Browser"};
 inline constexpr std::string_view chromiumEntries[]{"chromium", "chromium-browser", "org.chromium.Chromium",
                                                     "chromium_chromium"};
 inline constexpr std::string_view chromiumExecutables[]{"chromium", "chromium-browser"};
-inline constexpr std::string_view chromiumProcesses[]{"chromium", "chromium-browser"};
-inline constexpr std::string_view chromiumProfiles[]{".config/chromium",
-                                                     ".var/app/org.chromium.Chromium/config/chromium",
-                                                     "snap/chromium/common/chromium"};
+inline constexpr std::string_view chromiumPrograms[]{"chromium", "chromium-browser", "chromium/chrome",
+                                                     "chromium-browser/chrome", "chrome-linux/chrome"};
+inline constexpr std::string_view chromiumProfiles[]{
+    ".config/chromium", ".var/app/org.chromium.Chromium/config/chromium", "snap/chromium/common/chromium"};
 inline constexpr std::string_view chromeEntries[]{"google-chrome", "com.google.Chrome"};
 inline constexpr std::string_view chromeExecutables[]{"google-chrome", "google-chrome-stable"};
-inline constexpr std::string_view chromeProcesses[]{"chrome"};
+inline constexpr std::string_view chromePrograms[]{"chrome"};
 inline constexpr std::string_view chromeProfiles[]{".config/google-chrome",
                                                    ".var/app/com.google.Chrome/config/google-chrome"};
 inline constexpr std::string_view edgeEntries[]{"microsoft-edge", "com.microsoft.Edge"};
 inline constexpr std::string_view edgeExecutables[]{"microsoft-edge", "microsoft-edge-stable"};
-inline constexpr std::string_view edgeProcesses[]{"msedge"};
+inline constexpr std::string_view edgePrograms[]{"msedge"};
 inline constexpr std::string_view edgeProfiles[]{".config/microsoft-edge",
                                                  ".var/app/com.microsoft.Edge/config/microsoft-edge"};
 inline constexpr std::string_view vivaldiEntries[]{"vivaldi-stable", "com.vivaldi.Vivaldi", "vivaldi"};
 inline constexpr std::string_view vivaldiExecutables[]{"vivaldi", "vivaldi-stable"};
-inline constexpr std::string_view vivaldiProcesses[]{"vivaldi-bin", "vivaldi"};
+inline constexpr std::string_view vivaldiPrograms[]{"vivaldi-bin", "vivaldi"};
 inline constexpr std::string_view vivaldiProfiles[]{".config/vivaldi", ".var/app/com.vivaldi.Vivaldi/config/vivaldi"};
 } // namespace browserfacts
 
 /// The supported browsers, in the order in which they are offered. Safari has no face on this platform.
 inline constexpr std::array<BrowserFacts, 6> browserTable{{
     {"com.brave.browser", "Brave Browser", "brave", BrowserFamily::chromium, browserfacts::braveEntries,
-     browserfacts::braveExecutables, browserfacts::braveProcesses, browserfacts::braveProfiles, "Brave-browser"},
+     browserfacts::braveExecutables, browserfacts::bravePrograms, browserfacts::braveProfiles, "Brave-browser"},
     {"org.chromium.chromium", "Chromium", "chromium", BrowserFamily::chromium, browserfacts::chromiumEntries,
-     browserfacts::chromiumExecutables, browserfacts::chromiumProcesses, browserfacts::chromiumProfiles, "Chromium"},
+     browserfacts::chromiumExecutables, browserfacts::chromiumPrograms, browserfacts::chromiumProfiles, "Chromium"},
     {"com.google.chrome", "Google Chrome", "chrome", BrowserFamily::chromium, browserfacts::chromeEntries,
-     browserfacts::chromeExecutables, browserfacts::chromeProcesses, browserfacts::chromeProfiles, "Google-chrome"},
+     browserfacts::chromeExecutables, browserfacts::chromePrograms, browserfacts::chromeProfiles, "Google-chrome"},
     {"com.microsoft.edgemac", "Microsoft Edge", "edge", BrowserFamily::chromium, browserfacts::edgeEntries,
-     browserfacts::edgeExecutables, browserfacts::edgeProcesses, browserfacts::edgeProfiles, "Microsoft-edge"},
+     browserfacts::edgeExecutables, browserfacts::edgePrograms, browserfacts::edgeProfiles, "Microsoft-edge"},
     {"com.apple.safari", "Safari", "safari", BrowserFamily::safari, {}, {}, {}, {}, ""},
     {"com.vivaldi.vivaldi", "Vivaldi", "vivaldi", BrowserFamily::chromium, browserfacts::vivaldiEntries,
-     browserfacts::vivaldiExecutables, browserfacts::vivaldiProcesses, browserfacts::vivaldiProfiles, "Vivaldi-stable"},
+     browserfacts::vivaldiExecutables, browserfacts::vivaldiPrograms, browserfacts::vivaldiProfiles, "Vivaldi-stable"},
 }};
 
 /// The row of an id (in lower case) or a short name; null for others.
@@ -72,6 +74,24 @@ inline constexpr std::array<BrowserFacts, 6> browserTable{{
       return &facts;
   }
   return nullptr;
+}
+
+/// The row of a program by its path: the one with the longest of the `programs` that the path ends with, in whole
+/// components. So "/opt/google/chrome/chrome" is one browser and "/app/chromium/chrome" another. Null for others.
+[[nodiscard]] constexpr const BrowserFacts* findBrowserOfProgram(std::string_view path) {
+  const BrowserFacts* found = nullptr;
+  std::size_t longest = 0;
+  for (const BrowserFacts& facts : browserTable) {
+    for (const std::string_view program : facts.programs) {
+      const bool isEnd =
+          path.ends_with(program) && (path.size() == program.size() || path[path.size() - program.size() - 1] == '/');
+      if (isEnd && program.size() > longest) {
+        found = &facts;
+        longest = program.size();
+      }
+    }
+  }
+  return found;
 }
 
 } // namespace tabwright::platform

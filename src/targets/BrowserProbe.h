@@ -1,18 +1,31 @@
 #pragma once
 
-#include "platform/BrowserTable.h"
+#include "engine/TargetContext.h"
+
+#include <string>
+#include <sys/types.h>
+#include <vector>
 
 namespace tabwright::targets {
 
-/// What is asked of the machine about browsers. Safe to use from any thread; what can't be found out counts as no.
+/// An application with a face for the user, as it runs.
+struct RunningApplication {
+  std::string bundleIdentifier; ///< in any case; empty for an application without one
+  std::string localizedName;    ///< as the system shows it
+  pid_t process = 0;
+  bool isFrontmost = false; ///< at most one of all
+};
+
+/// What is asked of the machine about applications. Safe to use from any thread; never throws for what can't be found
+/// out, which is left out.
 class BrowserProbe {
 public:
   virtual ~BrowserProbe() = default;
 
-  /// Whether the browser can be started here.
-  [[nodiscard]] virtual bool isInstalled(const platform::BrowserFacts& browser) const = 0;
-  /// Whether at least one process of the browser serves this user at this moment.
-  [[nodiscard]] virtual bool isRunning(const platform::BrowserFacts& browser) const = 0;
+  /// The applications on the disk, at least those that may be browsers: bundle identifiers in any case, in any order.
+  [[nodiscard]] virtual std::vector<engine::TargetContext> installedApplications() const = 0;
+  /// The applications that run at this moment, at least the browsers that serve this user; the frontmost one first.
+  [[nodiscard]] virtual std::vector<RunningApplication> runningApplications() const = 0;
 };
 
 } // namespace tabwright::targets

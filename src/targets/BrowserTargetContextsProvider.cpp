@@ -31,4 +31,16 @@ std::optional<intents::Option> BrowserTargetContextsProvider::defaultResult() co
   return optionOf(engine::frontmostTargetContext());
 }
 
+std::vector<intents::OptionSection> SupportedBrowsersProvider::results() const {
+  intents::OptionSection section;
+  section.options.push_back(optionOf(engine::frontmostTargetContext()));
+  for (const TargetContext& browser : supportedBrowsers())
+    section.options.push_back(optionOf(browser));
+  return {std::move(section)};
+}
+
+std::optional<intents::Option> SupportedBrowsersProvider::defaultResult() const {
+  return optionOf(engine::frontmostTargetContext());
+}
+
 } // namespace tabwright::targets

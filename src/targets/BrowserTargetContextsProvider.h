@@ -22,4 +22,11 @@ private:
   const TargetContextManager& manager_;
 };
 
+/// The same choices wherever it is asked: the frontmost browser, and each supported one, installed or not.
+class SupportedBrowsersProvider final : public intents::OptionsProvider {
+public:
+  [[nodiscard]] std::vector<intents::OptionSection> results() const override;
+  [[nodiscard]] std::optional<intents::Option> defaultResult() const override;
+};
+
 } // namespace tabwright::targets

@@ -11,7 +11,8 @@ namespace {
 
 constexpr std::string_view frontmostShortName = "frontmost";
 
-// Ids and names of the table are plain ASCII.
+} // namespace
+
 std::string lowercased(std::string_view text) {
   std::string lower(text);
   std::ranges::transform(lower, lower.begin(), [](char character) {
@@ -19,8 +20,6 @@ std::string lowercased(std::string_view text) {
   });
   return lower;
 }
-
-} // namespace
 
 const std::vector<TargetContext>& supportedBrowsers() {
   static const std::vector<TargetContext> browsers = [] {

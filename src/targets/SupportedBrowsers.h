@@ -3,12 +3,16 @@
 #include "engine/TargetContext.h"
 
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace tabwright::targets {
 
 using engine::TargetContext;
+
+/// In lower case, ASCII letters only, as bundle identifiers are compared and names are sorted.
+[[nodiscard]] std::string lowercased(std::string_view text);
 
 /// The browsers that actions can aim at, in the order in which they are offered.
 [[nodiscard]] const std::vector<TargetContext>& supportedBrowsers();

@@ -3,27 +3,68 @@
 #include "targets/SupportedBrowsers.h"
 
 #include <algorithm>
+#include <utility>
+
+// Every bundle identifier is put into lower case where it enters, so that identifiers are compared as they are.
 
 namespace tabwright::targets {
 
-const std::vector<TargetContext>& TargetContextManager::installedBrowsers() const {
+namespace {
+
+bool isBlank(std::string_view text) {
+  return text.find_first_not_of(" \t\r\n\v\f") == std::string_view::npos;
+}
+
+/// An ordered set: by name ignoring case, of equal values the first.
+std::vector<TargetContext> orderedByName(const std::vector<TargetContext>& contexts) {
+  const auto key = [](const TargetContext& context) { return lowercased(context.name); };
+  std::vector<TargetContext> set;
+  for (const TargetContext& context : contexts) {
+    if (std::ranges::find(set, context) == set.end())
+      set.insert(std::ranges::upper_bound(set, key(context), {}, key), context);
+  }
+  return set;
+}
+
+} // namespace
+
+std::optional<TargetContext> targetContextOf(const RunningApplication& application) {
+  if (isBlank(application.bundleIdentifier) || isBlank(application.localizedName))
+    return std::nullopt;
+  return TargetContext{lowercased(application.bundleIdentifier), application.localizedName};
+}
+
+void TargetContextManager::findInstalled() const {
   std::call_once(installedOnce_, [this] {
-    for (std::size_t row = 0; row < platform::browserTable.size(); ++row) {
-      if (probe_.isInstalled(platform::browserTable[row]))
-        installedBrowsers_.push_back(supportedBrowsers()[row]);
-    }
+    std::vector<TargetContext> applications = probe_.installedApplications();
+    for (TargetContext& application : applications)
+      application.id = lowercased(application.id);
+    installedApps_ = orderedByName(applications);
+    std::ranges::copy_if(supportedBrowsers(), std::back_inserter(installedBrowsers_),
+                         [this](const TargetContext& browser) {
+                           return std::ranges::find(installedApps_, browser) != installedApps_.end();
+                         });
   });
+}
+
+const std::vector<TargetContext>& TargetContextManager::installedApps() const {
+  findInstalled();
+  return installedApps_;
+}
+
+const std::vector<TargetContext>& TargetContextManager::installedBrowsers() const {
+  findInstalled();
   return installedBrowsers_;
 }
 
 std::vector<TargetContext> TargetContextManager::runningBrowsers() const {
   std::vector<TargetContext> browsers;
-  for (std::size_t row = 0; row < platform::browserTable.size(); ++row) {
-    if (probe_.isRunning(platform::browserTable[row]))
-      browsers.push_back(supportedBrowsers()[row]);
+  for (const RunningApplication& application : probe_.runningApplications()) {
+    std::optional<TargetContext> context = targetContextOf(application);
+    if (context && std::ranges::find(supportedBrowsers(), context->id, &TargetContext::id) != supportedBrowsers().end())
+      browsers.push_back(std::move(*context));
   }
-  std::ranges::sort(browsers, {}, &TargetContext::name); // all names begin with a capital: their case needs no lowering
-  return browsers;
+  return orderedByName(browsers);
 }
 
 std::vector<TargetContextManager::AppSection> TargetContextManager::sections(Sections wanted) const {
@@ -37,13 +78,13 @@ std::vector<TargetContextManager::AppSection> TargetContextManager::sections(Sec
   return sections;
 }
 
-std::vector<TargetContext> TargetContextManager::entities(std::span<const std::string> ids) const {
-  std::vector<TargetContext> found;
-  for (const AppSection& section : sections({})) {
-    std::ranges::copy_if(section.items, std::back_inserter(found),
-                         [&](const TargetContext& context) { return std::ranges::find(ids, context.id) != ids.end(); });
-  }
-  return found;
+std::optional<RunningApplication> TargetContextManager::findApplication(std::string_view id) const {
+  std::vector<RunningApplication> applications = probe_.runningApplications();
+  const bool isAnyFront = id == engine::frontmostTargetContext().id;
+  const auto found = std::ranges::find_if(applications, [&](const RunningApplication& application) {
+    return isAnyFront ? application.isFrontmost : lowercased(application.bundleIdentifier) == id;
+  });
+  return found != applications.end() ? std::optional(std::move(*found)) : std::nullopt;
 }
 
 } // namespace tabwright::targets

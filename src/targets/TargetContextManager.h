@@ -4,19 +4,24 @@
 #include "targets/BrowserProbe.h"
 
 #include <mutex>
-#include <span>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tabwright::targets {
 
 using engine::TargetContext;
 
+/// The target that a running application is: its bundle identifier in lower case, and the name that the system shows.
+/// Nothing where either is blank.
+[[nodiscard]] std::optional<TargetContext> targetContextOf(const RunningApplication& application);
+
 /// Knows which supported browsers are installed and which run, and offers them as targets of actions.
 ///
-/// The program makes one, over its probe of the machine. Installed browsers are looked for once, on first use, so one
-/// that is installed later shows up in the next process; running ones are looked for at every call. Safe to use from
-/// any thread.
+/// The program makes one, over its probe of the machine. Installed applications are looked for once, on first use, so
+/// one that is installed later shows up in the next process; running ones are looked for at every call. Safe to use
+/// from any thread.
 class TargetContextManager {
 public:
   /// A titled group of targets, unique and in order.
@@ -35,19 +40,26 @@ public:
   /// `probe` outlives the manager.
   explicit TargetContextManager(const BrowserProbe& probe) : probe_(probe) {}
 
-  /// The supported browsers that are installed, in the order of `supportedBrowsers`.
+  /// The applications that were found on the disk, by name ignoring case; of equal ones the first.
+  [[nodiscard]] const std::vector<TargetContext>& installedApps() const;
+  /// The supported browsers that are among them, name included, in the order of `supportedBrowsers`.
   [[nodiscard]] const std::vector<TargetContext>& installedBrowsers() const;
-  /// The supported browsers that run now, by name.
+  /// The supported browsers that run now, each once, by the name that the system shows ignoring case.
   [[nodiscard]] std::vector<TargetContext> runningBrowsers() const;
   /// "Dynamic" with the frontmost entry, "Running browsers", "Installed browsers": those wanted, in this order, empty
   /// ones included.
   [[nodiscard]] std::vector<AppSection> sections(Sections wanted) const;
-  /// All values of all sections whose id is among `ids`, in section order: a running browser comes twice.
-  [[nodiscard]] std::vector<TargetContext> entities(std::span<const std::string> ids) const;
+
+  /// The application of this id (in lower case) that runs now, the first if there are several; for the id of the
+  /// frontmost entry whichever application is frontmost. Nothing when there is none.
+  [[nodiscard]] std::optional<RunningApplication> findApplication(std::string_view id) const;
 
 private:
+  void findInstalled() const;
+
   const BrowserProbe& probe_;
   mutable std::once_flag installedOnce_;
+  mutable std::vector<TargetContext> installedApps_;
   mutable std::vector<TargetContext> installedBrowsers_;
 };
 

@@ -2,7 +2,6 @@
 
 #include "targets/SupportedBrowsers.h"
 
-#include <algorithm>
 #include <string>
 
 namespace tabwright::intents {
@@ -36,13 +35,7 @@ engine::TargetContext ValueTraits<engine::TargetContext>::fromJson(const boost::
     throw ValueError::unsuitable(json, expected());
   engine::TargetContext context = definition().fromJson(json);
   const auto known = targets::findTargetContext(context.id);
-  if (known)
-    context.id = known->id;
-  else // an application that this program doesn't know, named by whoever made the object
-    std::ranges::transform(context.id, context.id.begin(), [](unsigned char character) {
-      return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                  : static_cast<char>(character);
-    });
+  context.id = known ? known->id : targets::lowercased(context.id); // or an application that isn't in the table
   if (context.name.empty() && known)
     context.name = known->name;
   if (context.id.empty() || context.name.empty())

@@ -49,6 +49,26 @@ TEST(BrowserTabEntity, KeepsTheDetailsOfADetailedRecord) {
   EXPECT_EQ(TabTraits::fromJson(TabTraits::toJson(tab)), tab);
 }
 
+TEST(BrowserTabEntity, IsReadFromItsReferenceAlone) {
+  for (const std::string_view text : {"org.chromium.chromium:8", "chromium:8", "org.chromium.Chromium:8"}) {
+    const BrowserTabEntity tab = TabTraits::fromText(text);
+    EXPECT_EQ(tab.targetContext, chromium) << text;
+    EXPECT_EQ(tab.fullID, "org.chromium.chromium:8") << text;
+  }
+  EXPECT_EQ(TabTraits::fromText("safari:17:3").id(), "17:3");
+  EXPECT_EQ(WindowTraits::fromJson(boost::json::value("chromium:5")).fullID, "org.chromium.chromium:5");
+  for (const std::string_view text : {"8", "chromium:", ":8", "frontmost:8", "netscape:8", "chromium", "\"chromium:8"})
+    EXPECT_NE(failureText([&] { return TabTraits::fromText(text); }).find("or its fullID"), std::string::npos) << text;
+}
+
+TEST(BrowserTabEntity, AReferenceThatWouldLeaveItsLiteralIsRefused) {
+  for (const std::string_view reference : {R"(chromium:1\" & (error 1) & \")", R"(chromium:1\\)", R"(chromium:1\n2)"}) {
+    const std::string object = "{\"targetContext\":\"chromium\",\"fullID\":\"" + std::string(reference) + "\"}";
+    EXPECT_NE(failureText([&] { return TabTraits::fromText(object); }).find("fullID"), std::string::npos) << object;
+    EXPECT_NE(failureText([&] { return WindowTraits::fromText(object); }).find("fullID"), std::string::npos) << object;
+  }
+}
+
 TEST(BrowserTabEntity, WrittenByHandNeedsOnlyReferenceAndBrowser) {
   for (const std::string_view text :
        {R"({"fullID":"org.chromium.chromium:8","targetContext":"chromium"})",

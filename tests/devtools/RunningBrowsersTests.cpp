@@ -43,11 +43,42 @@ TEST_F(RunningBrowsersTest, CountsMainProcessesOnly) {
   add(13, {});                                                              // ending: no command line left
   tree_.addProcess(14, "/usr/lib/chromium/chrome_crashpad_handler", {"x"}, 100);
   tree_.addProcess(15, "/opt/google/chrome/chrome", {"chrome", "https://example.com/?a= --type=b"}, 100);
-  fs::create_directories(tree_.root() / "16"); // vanished in between
+  tree_.addProcess(17, "/usr/bin/dash", {"/bin/sh", "/usr/bin/chromium"}, 100); // a script that starts it
+  fs::create_directories(tree_.root() / "16");                                  // vanished in between
   fs::create_directories(tree_.root() / "self");
   EXPECT_THAT(processes(), ElementsAre(10));
   EXPECT_THAT(processes("brave"), ElementsAre());
   EXPECT_THAT(processes("safari"), ElementsAre());
+}
+
+TEST_F(RunningBrowsersTest, TellsBrowsersOfOneProgramNameApart) {
+  tree_.addProcess(10, "/opt/google/chrome/chrome (deleted)", {"chrome"}, 6);
+  tree_.addProcess(11, "/app/chromium/chrome", {"chrome"}, 5);
+  tree_.addProcess(12, "/snap/chromium/2900/usr/lib/chromium-browser/chrome", {"chrome"}, 4);
+  tree_.addProcess(13, "/home/u/chrome-linux/chrome", {"chrome"}, 3);
+  tree_.addProcess(14, "/app/extra/msedge", {"msedge"}, 2);
+  tree_.addProcess(15, "/usr/bin/mychromium", {"mychromium"}, 1);
+  EXPECT_THAT(processes("chrome"), ElementsAre(10));
+  EXPECT_THAT(processes("chromium"), ElementsAre(11, 12, 13));
+  std::vector<std::string_view> all;
+  for (const RunningBrowser& browser : RunningBrowsers(tree_.root()).findAll())
+    all.push_back(browser.facts->shortName);
+  EXPECT_THAT(all, ElementsAre("chrome", "chromium", "chromium", "chromium", "edge"));
+  EXPECT_EQ(RunningBrowsers(tree_.root()).programOf(10), "/opt/google/chrome/chrome");
+  EXPECT_EQ(RunningBrowsers(tree_.root()).programOf(99), "");
+}
+
+TEST_F(RunningBrowsersTest, ASandboxedOneLocksItsProfileUnderItsInnerNumber) {
+  const fs::path home = tree_.root() / "home", profile = home / ".var/app/org.chromium.Chromium/config/chromium";
+  fs::create_directories(home / ".config/chromium");
+  fs::create_directories(profile);
+  fs::create_symlink("host-2", profile / "SingletonLock");
+  tree_.addProcess(5000, "/app/chromium/chrome", {"chrome"}, 1, {"HOME=" + home.string()});
+  EXPECT_EQ(find().at(0).innerProcess, 5000);
+  EXPECT_EQ(find().at(0).profileDirectory, home / ".config/chromium");
+  std::ofstream(tree_.root() / "5000/status") << "Name:\tchrome\nNSpid:\t5000\t2\nNSsid:\t4\t0\n";
+  EXPECT_EQ(find().at(0).innerProcess, 2);
+  EXPECT_EQ(find().at(0).profileDirectory, profile);
 }
 
 TEST_F(RunningBrowsersTest, TheLastStartedComesFirstEvenAfterAnUpgrade) {

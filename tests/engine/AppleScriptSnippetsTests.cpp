@@ -1,9 +1,9 @@
-#include "JavaScriptContext.h"
 #include "ResourceFile.h"
 #include "engine/AppleScriptSnippets.h"
 #include "engine/PageLibrary.h"
 #include "engine/ScriptLayers.h"
 #include "engine/ScriptText.h"
+#include "support/JavaScriptContext.h"
 #include "support/LogCapture.h"
 
 #include <gmock/gmock.h>
@@ -16,6 +16,7 @@
 namespace tabwright::engine {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 using testsupport::goldenText;
@@ -117,6 +118,8 @@ TEST(AppleScriptSnippets, ChecksWindowsAndLooksUpTabs) {
       "if nativeObjects is missing value or nativeObjects is null then\n  return failure(5)\nend if\n\n"
       "set {nativeTab, nativeWindow} to nativeObjects";
   EXPECT_EQ(AppleScriptSnippets::tabLookup("com.apple.safari:17:3"), lookup);
+  EXPECT_THAT(AppleScriptSnippets::tabLookup("8", AppleScriptSnippets::TabLookupBinds::tab),
+              EndsWith("end if\n\nset {nativeTab} to nativeObjects"));
   EXPECT_THAT(AppleScriptSnippets::jobForRequestedTab("com.apple.safari:17:3", "1", 1, 0.2),
               StartsWith(openWindows + "\n" + lookup + "\n-- Run the async code\n"));
   EXPECT_THAT(AppleScriptSnippets::jobForFrontTab("1", 1, 0.2),

@@ -1,7 +1,7 @@
 // The compacted text runs in JavaScriptCore over a few stand-in objects: what is tried is the logic, not a document.
-#include "JavaScriptContext.h"
 #include "engine/PageLibrary.h"
 #include "engine/ScriptLayers.h"
+#include "support/JavaScriptContext.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -18,6 +18,12 @@ TEST(EscapeForLiteral, PutsABackslashBeforeBackslashesAndDoubleQuotes) {
   EXPECT_EQ(escapeForLiteral(""), "");
 }
 
+TEST(JoinedLines, KeepEmptyPieces) {
+  EXPECT_EQ(joinedLines({"a", "", "b\n", "c"}), "a\n\nb\n\nc");
+  EXPECT_EQ(joinedLines({"", "a"}), "\na");
+  EXPECT_EQ(joinedLines({}), "");
+}
+
 TEST(NativeID, LosesEverythingThroughTheFirstColon) {
   EXPECT_EQ(nativeID("com.apple.safari:17:3"), "17:3");
   EXPECT_EQ(nativeID("com.google.chrome:8"), "8");

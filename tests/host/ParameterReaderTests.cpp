@@ -84,9 +84,10 @@ TEST_F(ParameterReader, ComplaintsNameTheParameterWhatCameAndWhatMayStandThere) 
       {ParameterTexts{{"targetContext", "netscape"}}, "targetContext can't be \"netscape\"; give one of frontmost, "
                                                       "brave, chromium, chrome, edge, safari, vivaldi, or an "
                                                       "object with an id."},
-      {ParameterTexts{{"targetTab", "8"}}, "targetTab can't be 8; give a JSON object of the type BrowserTabEntity."},
+      {ParameterTexts{{"targetTab", "8"}},
+       "targetTab can't be 8; give one JSON object of the type BrowserTabEntity, or its fullID."},
       {ParameterTexts{{"targetTab", R"([{},{},{}])"}},
-       "targetTab can't be a list of 3 items; give one JSON object of the type BrowserTabEntity."},
+       "targetTab can't be a list of 3 items; give one JSON object of the type BrowserTabEntity, or its fullID."},
       {boost::json::object{{"targetTab", {{"targetContext", "chromium"}, {"fullID", "a:1"}, {"url", 7}}}},
        "targetTab.url can't be 7; give a text."},
       {boost::json::object{{"targetTab", {{"targetContext", "opera"}, {"fullID", "a:1"}}}},

@@ -1,6 +1,16 @@
 // Texts and declarations, held against each other: each key that an action, enum or entity declares has a text, each
 // text belongs to a declaration, and summaries have exactly the fields that they declare.
 #include "actions/SharedParameters.h"
+#include "actions/enums/EnableDisableSelection.h"
+#include "actions/enums/EnableDisableToggleSelection.h"
+#include "actions/enums/ErrorHandlingSelection.h"
+#include "actions/enums/KeyboardModifiersStatus.h"
+#include "actions/enums/MenuItemBasicsSelection.h"
+#include "actions/enums/MenuItemFullSelection.h"
+#include "actions/enums/PostActionDelay.h"
+#include "actions/enums/StringFilterEnum.h"
+#include "actions/enums/TypingDelay.h"
+#include "actions/enums/WindowTitleFilterEnum.h"
 #include "browserdata/BrowserWindowEntity.h"
 #include "support/ActionBench.h"
 
@@ -42,6 +52,9 @@ public:
   intents::Parameter<browserdata::BrowserWindowEntity> targetWindow{*this, actions::shared::targetWindow()};
   intents::Parameter<std::string> cssSelector{*this, actions::shared::cssSelector()};
   intents::Parameter<actions::PauseOption> pause{*this, actions::shared::pauseAfterSucessInSeconds()};
+  intents::Parameter<actions::FormFieldSelectionOption> formField{*this, actions::shared::formFieldSelection()};
+  intents::Parameter<bool> fireChange{*this, actions::shared::shouldFireChangeEvent()};
+  intents::Parameter<bool> submit{*this, actions::shared::shouldSubmitParentForm()};
 };
 
 class Strings : public testing::Test {
@@ -55,6 +68,16 @@ protected:
       declareParameters(*action);
     }
     declareParameters(EverySharedParameter(bench.services));
+    // Shared enums, whether or not an action has a parameter of them.
+    declareEnums<actions::EnableDisableSelection, actions::EnableDisableToggleSelection,
+                 actions::ErrorHandlingSelection, actions::KeyboardModifiersStatus, actions::MenuItemBasicsSelection,
+                 actions::MenuItemFullSelection, actions::PostActionDelay, actions::StringFilterEnum,
+                 actions::TypingDelay, actions::WindowTitleFilterEnum>();
+  }
+
+  template <intents::DeclaredEnum... Enums>
+  void declareEnums() {
+    (declareType(intents::ValueTraits<Enums>::type()), ...);
   }
 
   void declare(const LocalizedText& text) { declared[text.table].insert(text.key); }
@@ -85,8 +108,12 @@ protected:
     }
   }
 
-  static boost::json::object tableOf(const std::string& name) {
-    const auto file = std::filesystem::path(TABWRIGHT_SOURCE_DIR) / "resources/strings/en" / (name + ".json");
+  static std::filesystem::path stringsFolder() {
+    return std::filesystem::path(TABWRIGHT_SOURCE_DIR) / "resources/strings";
+  }
+
+  static boost::json::object tableOf(const std::string& name, const std::string& language = "en") {
+    const auto file = stringsFolder() / language / (name + ".json");
     return boost::json::parse(contentOf(file)).as_object();
   }
 
@@ -126,6 +153,34 @@ TEST_F(Strings, TextsOfHelpAreUsed) {
       continue;
     ++count;
     EXPECT_NE(sources.find('"' + std::string(key) + '"'), std::string::npos) << key;
+  }
+  EXPECT_GT(count, 0U);
+}
+
+std::multiset<std::string> placeholdersOf(std::string_view text) {
+  static const std::regex placeholder(R"(\$\{\w+\}|%(?:\d\$)?@)");
+  std::multiset<std::string> found;
+  for (std::cregex_iterator match(text.begin(), text.end(), placeholder), end; match != end; ++match)
+    found.insert(match->str());
+  return found;
+}
+
+TEST_F(Strings, EveryLanguageHasTheSameKeysAndPlaceholders) {
+  std::size_t count = 0;
+  for (const auto& language : std::filesystem::directory_iterator(stringsFolder())) {
+    for (const auto& file : std::filesystem::directory_iterator(stringsFolder() / "en")) {
+      const std::string table = file.path().stem();
+      const boost::json::object english = tableOf(table);
+      const boost::json::object translated = tableOf(table, language.path().filename());
+      EXPECT_EQ(translated.size(), english.size()) << language.path() << " " << table;
+      for (const auto& [key, text] : english) {
+        const boost::json::value* other = translated.if_contains(key);
+        ASSERT_TRUE(other && !other->as_string().empty()) << language.path() << ": " << key;
+        EXPECT_EQ(placeholdersOf(other->as_string()), placeholdersOf(text.as_string()))
+            << language.path() << ": " << key;
+        ++count;
+      }
+    }
   }
   EXPECT_GT(count, 0U);
 }

@@ -3,6 +3,7 @@
 #include "DriverFixture.h"
 #include "actions/ActionServices.h"
 #include "applescript/Interpreter.h"
+#include "engine/JavaScriptCoreSyntaxValidator.h"
 #include "engine/Scriptacular.h"
 #include "host/Perform.h"
 #include "platform/linux/PosixFileManager.h"
@@ -10,6 +11,7 @@
 #include "scripting/ScriptingDirectory.h"
 #include "scripting/foundation/FoundationBridge.h"
 #include "scripting/run/InterpreterScriptTasks.h"
+#include "support/MemoryWindowNames.h"
 #include "support/ModelBrowserProbe.h"
 #include "support/ModelDesktop.h"
 #include "support/RecordingCrashReporter.h"
@@ -67,6 +69,27 @@ protected:
     return {};
   }
 
+  /// The sentence that a run failed with; a failed expectation where it didn't.
+  static std::string messageOf(const std::function<void()>& run) {
+    try {
+      run();
+    } catch (const platform::Failure& failure) {
+      return failure.errorDescription();
+    }
+    ADD_FAILURE() << "nothing was thrown";
+    return {};
+  }
+
+  /// Gives Safari's process a menu “File” whose second item makes a private window.
+  void offerPrivateWindowsInTheMenu(std::function<void()> make) {
+    desktop_->menus = {{{}, {{"Apple", true, true}, {"File", true, true}}},
+                       {{1}, {{"New Window"}, {"New Private Window"}}}};
+    desktop_->onChoose = [this, make = std::move(make)] {
+      make();
+      nameWindows();
+    };
+  }
+
   [[nodiscard]] bool leftNoScript() const {
     const std::filesystem::path folder = scripts_ / "tabwright" / "scripts" / "Temp";
     return std::filesystem::is_directory(folder) && std::filesystem::is_empty(folder);
@@ -107,11 +130,16 @@ private:
   engine::ScriptacularServices services_{
       .tasks = tasks_, .files = files_, .clock = clock_, .crashReporter = crashReporter_};
   testsupport::ModelBrowserProbe probe_{{}, {}};
+  testsupport::MemoryWindowNames windowNames_;
   targets::TargetContextManager targetContexts_{probe_};
   targets::BrowserTargetContextsProvider browserTargets_{targetContexts_};
   actions::NoScheduledShutdown shutdown_;
-  actions::ActionServices actionServices_{
-      .scripts = services_, .browserTargets = browserTargets_, .shutdown = shutdown_};
+  engine::JavaScriptCoreSyntaxValidator javascriptValidator_;
+  actions::ActionServices actionServices_{.scripts = services_,
+                                          .browserTargets = browserTargets_,
+                                          .shutdown = shutdown_,
+                                          .javascriptValidator = javascriptValidator_,
+                                          .windowNames = &windowNames_};
   host::Catalogue catalogue_{actionServices_};
   Nobody nobody_;
 };

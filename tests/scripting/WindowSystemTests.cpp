@@ -1,4 +1,9 @@
+#include "applescript/Interpreter.h"
+#include "applescript/ScriptError.h"
+#include "scripting/ScriptingDirectory.h"
+#include "scripting/systemevents/LinuxDesktop.h"
 #include "scripting/systemevents/WindowSystem.h"
+#include "support/ProcessTree.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -63,12 +68,9 @@ public:
   Client(const Client&) = delete;
   Client& operator=(const Client&) = delete;
 
-  std::uint32_t open(const std::string& name, std::uint32_t pid) {
-    const xcb_window_t window = xcb_generate_id(xcb_);
-    xcb_create_window(xcb_, XCB_COPY_FROM_PARENT, window, ewmh_.screens[0]->root, 10, 10, 100, 100, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, ewmh_.screens[0]->root_visual, 0, nullptr);
-    xcb_ewmh_set_wm_name(&ewmh_, window, static_cast<std::uint32_t>(name.size()), name.c_str());
-    xcb_ewmh_set_wm_pid(&ewmh_, window, pid);
+  /// `pid` is what the window tells; 0: nothing. `type` is an atom; 0: none.
+  std::uint32_t open(const std::string& name, std::uint32_t pid, xcb_atom_t type = XCB_ATOM_NONE) {
+    const xcb_window_t window = create(name, pid, type);
     // A manager that is just starting may overlook a window, so it is shown again until it is managed.
     for (int attempt = 0; attempt < 500 && !isManaged(window); ++attempt) {
       if (attempt % 50 == 0) {
@@ -80,6 +82,21 @@ public:
     }
     return window;
   }
+
+  /// Where no manager runs, a window is there as soon as the server has heard of it.
+  std::uint32_t openUnmanaged(const std::string& name, std::uint32_t pid) {
+    const xcb_window_t window = create(name, pid, XCB_ATOM_NONE);
+    xcb_map_window(xcb_, window);
+    std::free(xcb_get_input_focus_reply(xcb_, xcb_get_input_focus(xcb_), nullptr));
+    return window;
+  }
+
+  void close(std::uint32_t window) {
+    xcb_destroy_window(xcb_, window);
+    std::free(xcb_get_input_focus_reply(xcb_, xcb_get_input_focus(xcb_), nullptr));
+  }
+
+  [[nodiscard]] const xcb_ewmh_connection_t& atoms() const { return ewmh_; }
 
   bool isManaged(xcb_window_t window) {
     xcb_ewmh_get_windows_reply_t list{};
@@ -108,16 +125,31 @@ public:
   }
 
 private:
+  xcb_window_t create(const std::string& name, std::uint32_t pid, xcb_atom_t type) {
+    const xcb_window_t window = xcb_generate_id(xcb_);
+    xcb_create_window(xcb_, XCB_COPY_FROM_PARENT, window, ewmh_.screens[0]->root, 10, 10, 100, 100, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, ewmh_.screens[0]->root_visual, 0, nullptr);
+    xcb_ewmh_set_wm_name(&ewmh_, window, static_cast<std::uint32_t>(name.size()), name.c_str());
+    const std::string windowClass = name + '\0' + "Class of " + name + '\0';
+    xcb_change_property(xcb_, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
+                        static_cast<std::uint32_t>(windowClass.size()), windowClass.data());
+    if (pid != 0)
+      xcb_ewmh_set_wm_pid(&ewmh_, window, pid);
+    if (type != XCB_ATOM_NONE)
+      xcb_ewmh_set_wm_window_type(&ewmh_, window, 1, &type);
+    return window;
+  }
+
   xcb_connection_t* xcb_;
   xcb_ewmh_connection_t ewmh_{};
 };
 
-/// A display without screen, its window manager, and a client.
-class RealWindowSystem : public testing::Test {
+/// A display without screen, and a client.
+class BareDisplay : public testing::Test {
 protected:
   void SetUp() override {
-    if (!isInstalled("Xvfb") || !isInstalled("openbox"))
-      GTEST_SKIP() << "needs Xvfb and openbox";
+    if (!isInstalled("Xvfb"))
+      GTEST_SKIP() << "needs Xvfb";
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
     server = std::make_unique<ChildProcess>(std::vector<std::string>{"Xvfb", "-displayfd", std::to_string(ends[1]),
@@ -127,9 +159,7 @@ protected:
     ASSERT_GT(read(ends[0], number, sizeof number - 1), 0);
     close(ends[0]);
     display = ":" + std::string(number, std::strcspn(number, "\n"));
-    manager = std::make_unique<ChildProcess>(std::vector<std::string>{"env", "DISPLAY=" + display, "openbox"});
     client = std::make_unique<Client>(display);
-    ASSERT_TRUE(client->hasManager());
     windows = WindowSystem::connect(display);
     ASSERT_NE(windows, nullptr);
   }
@@ -153,10 +183,26 @@ protected:
     EXPECT_EQ(now, expected);
   }
 
-  std::unique_ptr<ChildProcess> server, manager;
+  std::unique_ptr<ChildProcess> server;
   std::unique_ptr<Client> client;
   std::unique_ptr<WindowSystem> windows;
   std::string display;
+};
+
+/// With a window manager.
+class RealWindowSystem : public BareDisplay {
+protected:
+  void SetUp() override {
+    if (!isInstalled("openbox"))
+      GTEST_SKIP() << "needs openbox";
+    BareDisplay::SetUp();
+    if (IsSkipped() || HasFatalFailure())
+      return;
+    manager = std::make_unique<ChildProcess>(std::vector<std::string>{"env", "DISPLAY=" + display, "openbox"});
+    ASSERT_TRUE(client->hasManager());
+  }
+
+  std::unique_ptr<ChildProcess> manager;
 };
 
 TEST_F(RealWindowSystem, ListsActivatesHidesAndShowsWindows) {
@@ -173,6 +219,98 @@ TEST_F(RealWindowSystem, ListsActivatesHidesAndShowsWindows) {
   eventually("One (active), Zwei ä");
   windows->activate(two);
   eventually("Zwei ä (active), One");
+}
+
+TEST_F(RealWindowSystem, TellsWhoseWindowsTheyAre) {
+  client->open("Told", 22);
+  client->open("Untold", 0);
+  client->open("Panel", 33, client->atoms()._NET_WM_WINDOW_TYPE_DOCK);
+  client->open("Background", 33, client->atoms()._NET_WM_WINDOW_TYPE_DESKTOP);
+  std::vector<std::string> all;
+  for (const ClientWindow& window : windows->windows())
+    all.push_back(window.name + ' ' + std::to_string(window.pid) + ' ' + window.windowClass);
+  EXPECT_THAT(all, testing::UnorderedElementsAre("Told 22 Class of Told",
+                                                 "Untold " + std::to_string(getpid()) + " Class of Untold"))
+      << "the server knows the process of whoever doesn't tell";
+}
+
+TEST_F(BareDisplay, HidesAndShowsWithoutAManager) {
+  const std::uint32_t one = client->openUnmanaged("One", 11);
+  const std::uint32_t two = client->openUnmanaged("Two", 22);
+  EXPECT_THAT(names(), testing::ElementsAre("Two", "One"));
+  windows->activate(one);
+  EXPECT_THAT(names(), testing::ElementsAre("One (active)", "Two"));
+  windows->iconify({one});
+  EXPECT_THAT(names(), testing::ElementsAre("Two", "One (hidden)"));
+  windows->open({one});
+  EXPECT_THAT(names(), testing::ElementsAre("One", "Two"));
+  windows->iconify({two, one});
+  EXPECT_THAT(names(), testing::UnorderedElementsAre("One (hidden)", "Two (hidden)"));
+  windows->activate(two);
+  EXPECT_THAT(names(), testing::ElementsAre("Two (active)", "One (hidden)"));
+}
+
+/// Scripts against the real desktop, on which process 20 is Chromium and 10 is not.
+struct DesktopScripts {
+  explicit DesktopScripts(const std::string& display) {
+    tree.addProcess(10, "/usr/bin/terminal", {"terminal"}, 1);
+    tree.addProcess(20, "/usr/lib/chromium/chromium", {"chromium"}, 1);
+    tree.addProcess(30, "/usr/bin/editor", {"editor"}, 1);
+    desktop = std::make_shared<tabwright::scripting::LinuxDesktop>(tabwright::platform::RunningBrowsers(tree.root()),
+                                                                   display);
+  }
+
+  /// The bundle identifiers of the front process and of the one behind it, as the lookup of the frontmost browser asks.
+  std::string frontAndBehind() {
+    tabwright::scripting::ScriptingServices services;
+    services.desktop = desktop;
+    tabwright::scripting::ScriptingDirectory directory(services);
+    tabwright::applescript::Surroundings surroundings;
+    surroundings.directory = &directory;
+    tabwright::applescript::Interpreter interpreter(surroundings);
+    const auto script = interpreter.compile("tell application \"System Events\"\n"
+                                            "set p to first application process whose frontmost is true\n"
+                                            "set firstID to bundle identifier of p\n"
+                                            "set visible of p to false\n"
+                                            "set q to first application process whose frontmost is true\n"
+                                            "set nextID to bundle identifier of q\n"
+                                            "set visible of p to true\n"
+                                            "activate p\n"
+                                            "return firstID & \" \" & nextID\n"
+                                            "end tell");
+    return tabwright::applescript::sourceForm(interpreter.run(*script));
+  }
+
+  tabwright::support::ProcessTree tree;
+  std::shared_ptr<tabwright::scripting::LinuxDesktop> desktop;
+};
+
+TEST_F(RealWindowSystem, TheApplicationBehindIsFoundAndTheFrontOneComesBack) {
+  DesktopScripts scripts(display);
+  const std::uint32_t text = client->open("Text", 30);
+  const std::uint32_t page = client->open("Page", 20);
+  const std::uint32_t one = client->open("Terminal 1", 10), two = client->open("Terminal 2", 10);
+  windows->activate(page);
+  windows->activate(two);
+  windows->activate(one);
+  eventually("Terminal 1 (active), Terminal 2, Page, Text");
+  EXPECT_EQ(scripts.frontAndBehind(), "\"terminal org.chromium.chromium\"");
+  eventually("Terminal 1 (active), Terminal 2, Page, Text");
+
+  windows->iconify({page});
+  client->close(text);
+  EXPECT_EQ(scripts.frontAndBehind(), "\"terminal org.chromium.chromium\"") << "nothing else is there to be in front";
+  eventually("Terminal 1 (active), Terminal 2, Page (hidden)");
+}
+
+TEST_F(BareDisplay, TheApplicationBehindIsFoundWithoutAManagerToo) {
+  DesktopScripts scripts(display);
+  EXPECT_EQ(scripts.desktop->processes().at(0).bundleIdentifier, "org.chromium.chromium") << "it may be headless";
+  client->openUnmanaged("Page", 20);
+  const std::uint32_t terminal = client->openUnmanaged("Terminal", 10);
+  EXPECT_EQ(scripts.frontAndBehind(), "\"terminal org.chromium.chromium\"");
+  EXPECT_EQ(windows->windows().at(0).id, terminal);
+  EXPECT_THAT(names(), testing::ElementsAre("Terminal (active)", "Page"));
 }
 
 TEST(WindowSystem, IsAbsentWithoutADisplay) {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "actions/ActionServices.h"
+#include "engine/JavaScriptCoreSyntaxValidator.h"
 #include "host/Perform.h"
 #include "support/MemoryFileManager.h"
+#include "support/MemoryWindowNames.h"
 #include "support/ModelBrowserProbe.h"
 #include "support/ModelScriptTasks.h"
 #include "support/RecordingCrashReporter.h"
@@ -48,8 +50,14 @@ public:
                                               .clock = *this,
                                               .crashReporter = crashReporter,
                                               .frontmostResolver = &frontmostResolver};
-  actions::ActionServices services{
-      .scripts = scriptServices, .browserTargets = browserTargets, .shutdown = *this, .callCounter = this};
+  engine::JavaScriptCoreSyntaxValidator javascriptValidator;
+  MemoryWindowNames windowNames;
+  actions::ActionServices services{.scripts = scriptServices,
+                                   .browserTargets = browserTargets,
+                                   .shutdown = *this,
+                                   .javascriptValidator = javascriptValidator,
+                                   .callCounter = this,
+                                   .windowNames = &windowNames};
   host::Catalogue catalogue{services};
   intents::ActionHost& actionHost = *this;
 

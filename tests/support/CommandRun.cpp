@@ -88,10 +88,19 @@ void exchange(Pipe& in, const std::string& input, Pipe& out, Pipe& err, CommandO
 
 } // namespace
 
+std::string tabwrightPath() {
+  return TABWRIGHT_TEST_EXECUTABLE;
+}
+
 CommandOutcome runTabwright(const std::vector<std::string>& arguments, const std::string& input,
                             const std::map<std::string, std::string>& environment) {
+  return runProgram(tabwrightPath(), arguments, input, environment);
+}
+
+CommandOutcome runProgram(const std::string& program, const std::vector<std::string>& arguments,
+                          const std::string& input, const std::map<std::string, std::string>& environment) {
   std::signal(SIGPIPE, SIG_IGN);
-  std::vector<std::string> words{TABWRIGHT_TEST_EXECUTABLE};
+  std::vector<std::string> words{program};
   words.insert(words.end(), arguments.begin(), arguments.end());
   const std::vector<std::string> variables = environmentWith(environment);
 
@@ -104,8 +113,8 @@ CommandOutcome runTabwright(const std::vector<std::string>& arguments, const std
   posix_spawn_file_actions_adddup2(&files, out.ends[1], STDOUT_FILENO);
   posix_spawn_file_actions_adddup2(&files, err.ends[1], STDERR_FILENO);
   pid_t process = 0;
-  const int error = ::posix_spawn(&process, words.front().c_str(), &files, nullptr, pointersTo(words).data(),
-                                  pointersTo(variables).data());
+  const int error = ::posix_spawnp(&process, words.front().c_str(), &files, nullptr, pointersTo(words).data(),
+                                   pointersTo(variables).data());
   posix_spawn_file_actions_destroy(&files);
   if (error != 0)
     throw std::runtime_error("can't start " + words.front());

@@ -17,4 +17,12 @@ struct CommandOutcome {
 [[nodiscard]] CommandOutcome runTabwright(const std::vector<std::string>& arguments, const std::string& input = {},
                                           const std::map<std::string, std::string>& environment = {});
 
+/// The same of any program, found on the PATH when it is no path.
+[[nodiscard]] CommandOutcome runProgram(const std::string& program, const std::vector<std::string>& arguments,
+                                        const std::string& input,
+                                        const std::map<std::string, std::string>& environment);
+
+/// The `tabwright` under test.
+[[nodiscard]] std::string tabwrightPath();
+
 } // namespace tabwright::testsupport

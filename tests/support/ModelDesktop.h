@@ -5,6 +5,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -17,7 +18,9 @@ class ModelDesktop final : public scripting::Desktop {
 public:
   std::vector<scripting::DesktopProcess> all; ///< front to back
   std::map<std::vector<std::size_t>, std::vector<scripting::MenuEntry>> menus;
-  std::vector<std::string> deeds; ///< such as "activate 12", "choose 12 1/3", "type x command shift"
+  std::function<void()> onLook = [] {};   ///< called before someone looks at the processes
+  std::function<void()> onChoose = [] {}; ///< called when a menu item has been chosen
+  std::vector<std::string> deeds;         ///< such as "activate 12", "choose 12 1/3", "type x command shift"
 
   /// Adds a process behind the others.
   void add(pid_t pid, std::string name, std::string bundleIdentifier,
@@ -33,6 +36,7 @@ public:
   }
 
   std::vector<scripting::DesktopProcess> processes() override {
+    onLook();
     std::vector<scripting::DesktopProcess> now = all;
     const auto front = std::ranges::find_if(now, &scripting::DesktopProcess::isVisible);
     if (front != now.end())
@@ -63,6 +67,7 @@ public:
     for (std::size_t position = 0; position < path.size(); ++position)
       text += fmt::format("{}{}", position == 0 ? "" : "/", path[position]);
     deeds.push_back(text);
+    onChoose();
   }
 
   void keystroke(const std::string& text, std::span<const scripting::ModifierKey> keys) override {

@@ -1,12 +1,19 @@
 #include "support/FailureText.h"
 #include "support/ModelBrowserProbe.h"
+#include "support/ProcessTree.h"
 #include "targets/BrowserTargetContextsProvider.h"
+#include "targets/MachineProbe.h"
 #include "targets/SupportedBrowsers.h"
 #include "targets/TargetContextManager.h"
+#include "targets/TargetContextQuery.h"
 #include "targets/TargetContextValue.h"
 
 #include <boost/json/parse.hpp>
 #include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+#include <vector>
 
 namespace tabwright::targets {
 namespace {
@@ -87,13 +94,76 @@ TEST(TargetContextManager, InstalledIsLookedForOnceAndRunningEachTime) {
   EXPECT_EQ(manager.runningBrowsers(), (std::vector{chromium, vivaldi}));
 }
 
-TEST(TargetContextManager, ARunningBrowserIsFoundInTwoSections) {
+TEST(TargetContextManager, InstalledBrowsersAreThoseOfTheTableByNameToo) {
+  ModelBrowserProbe probe{{"vivaldi"}, {}};
+  probe.otherInstalled = {{"org.zebra", "zebra"},
+                          {"com.Google.Chrome", "Google Chrome"},
+                          {"org.chromium.Chromium", "Chromium Nightly"},
+                          {"org.Aardvark", "Aardvark"},
+                          {"com.google.chrome", "Google Chrome"}};
+  const TargetContextManager manager(probe);
+  EXPECT_EQ(manager.installedApps(), (std::vector<TargetContext>{{"org.aardvark", "Aardvark"},
+                                                                 {"org.chromium.chromium", "Chromium Nightly"},
+                                                                 {"com.google.chrome", "Google Chrome"},
+                                                                 vivaldi,
+                                                                 {"org.zebra", "zebra"}}));
+  EXPECT_EQ(manager.installedBrowsers(), (std::vector<TargetContext>{{"com.google.chrome", "Google Chrome"}, vivaldi}));
+}
+
+TEST(TargetContextManager, RunningBrowsersAreSupportedNamedAndOncePerName) {
+  ModelBrowserProbe probe{{}, {"vivaldi", "chromium"}};
+  probe.otherRunning = {
+      {"org.editor", "Editor", 1}, {"COM.Brave.Browser", "brave beta", 2},   {"com.apple.safari", " \n", 3},
+      {"\t", "Nameless", 4},       {"org.chromium.chromium", "Chromium", 5}, {"com.vivaldi.vivaldi", "A", 6}};
+  EXPECT_EQ(TargetContextManager(probe).runningBrowsers(),
+            (std::vector<TargetContext>{
+                {"com.vivaldi.vivaldi", "A"}, {"com.brave.browser", "brave beta"}, chromium, vivaldi}));
+}
+
+TEST(TargetContextManager, FindsApplicationsThatRun) {
+  ModelBrowserProbe probe{{"chromium"}, {}};
+  probe.otherRunning = {{"org.Editor", "Editor", 1},
+                        {"org.chromium.Chromium", "Chromium", 2, true},
+                        {"org.chromium.chromium", "Chromium", 3}};
+  const TargetContextManager manager(probe);
+  EXPECT_EQ(manager.findApplication("org.chromium.chromium").value().process, 2);
+  EXPECT_EQ(manager.findApplication("org.editor").value().process, 1);
+  EXPECT_EQ(manager.findApplication(".focussed").value().process, 2);
+  EXPECT_FALSE(manager.findApplication(safari.id));
+  probe.otherRunning = {};
+  EXPECT_FALSE(manager.findApplication(chromium.id)) << "installed is not running";
+  EXPECT_FALSE(manager.findApplication(".focussed"));
+}
+
+TEST(TargetContextQuery, FindsARunningBrowserInTwoSections) {
   const ModelBrowserProbe probe{{"chromium", "vivaldi"}, {"chromium"}};
   const TargetContextManager manager(probe);
-  EXPECT_EQ(manager.entities(std::vector<std::string>{chromium.id}), (std::vector{chromium, chromium}));
-  EXPECT_EQ(manager.entities(std::vector<std::string>{".focussed", vivaldi.id}),
+  const TargetContextQuery query(manager);
+  EXPECT_EQ(query.entities(std::vector<std::string>{chromium.id}), (std::vector{chromium, chromium}));
+  EXPECT_EQ(query.entities(std::vector<std::string>{".focussed", vivaldi.id}),
             (std::vector{engine::frontmostTargetContext(), vivaldi}));
-  EXPECT_TRUE(manager.entities(std::vector<std::string>{safari.id}).empty());
+  EXPECT_TRUE(query.entities(std::vector<std::string>{safari.id}).empty());
+}
+
+TEST(MachineProbe, TellsBrowsersByTheNamesOfTheTable) {
+  support::ProcessTree tree; // an empty folder of entries, too
+  tree.addProcess(10, "/usr/lib/chromium/chromium", {"chromium", "--user-data-dir=/a"}, 1);
+  tree.addProcess(11, "/usr/lib/chromium/chromium", {"chromium", "--user-data-dir=/b"}, 3);
+  tree.addProcess(12, "/opt/vivaldi/vivaldi-bin", {"vivaldi-bin"}, 2);
+  std::ofstream(tree.root() / "vivaldi-stable.desktop") << "[Desktop Entry]\nType=Application\nName=V\nExec=v\n";
+  const platform::RunningBrowsers browsers(tree.root());
+  const platform::InstallationPlaces places{.path = "", .applicationFolders = {tree.root()}};
+
+  const MachineProbe bare({}, browsers, places);
+  const TargetContextManager manager(bare);
+  EXPECT_EQ(manager.installedBrowsers(), std::vector{vivaldi});
+  EXPECT_EQ(manager.runningBrowsers(), (std::vector{chromium, vivaldi}));
+  EXPECT_EQ(manager.findApplication(".focussed").value().process, 11) << "the one started last";
+
+  const MachineProbe desk([] { return std::vector<RunningApplication>{{"org.editor", "Editor", 7, true}}; }, browsers,
+                          places);
+  EXPECT_TRUE(TargetContextManager(desk).runningBrowsers().empty());
+  EXPECT_EQ(TargetContextManager(desk).findApplication(".focussed").value().localizedName, "Editor");
 }
 
 TEST(BrowserTargetContextsProvider, OffersTitlesAndTextsThatReadAsTheValue) {

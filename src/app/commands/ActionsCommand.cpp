@@ -1,6 +1,7 @@
 #include "app/Composition.h"
 #include "app/commands/Commands.h"
 #include "host/ActionHelp.h"
+#include "host/CatalogueDocument.h"
 #include "host/JsonSchema.h"
 
 #include <boost/json/array.hpp>
@@ -26,6 +27,10 @@ boost::json::object descriptionOf(const actions::ActionFrame& action) {
 ExitCode actions(const ActionsCommand& command) {
   Composition composition;
   const host::Catalogue& catalogue = composition.catalogue();
+  if (command.isReference) {
+    std::cout << host::catalogueDocument(composition.referenceCatalogue());
+    return ExitCode::done;
+  }
   if (command.output == OutputForm::json) {
     boost::json::array list;
     for (const std::string& name : catalogue.names())

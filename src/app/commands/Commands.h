@@ -4,7 +4,12 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 /// The commands of `tabwright`, one file each. All throw `platform::Failure` for the command line to report, and
 /// `Interrupted` when a signal ended them.
@@ -31,6 +36,7 @@ ExitCode script(const ScriptCommand& command);
 
 struct ActionsCommand {
   std::optional<std::string> name;
+  bool isReference = false; ///< the Markdown document of all actions instead
   OutputForm output = OutputForm::automatic;
 };
 /// `tabwright actions`: the catalogue, or one action. As JSON: names with their titles, or the action's schemas.
@@ -55,5 +61,18 @@ struct BrowserCommand {
 /// `tabwright browser`: starts a browser with a profile of its own and remote debugging on, and returns when it can be
 /// driven. The browser goes on running. One that runs already with that profile only opens the address.
 ExitCode browser(const BrowserCommand& command);
+
+/// `tabwright completion`: prints the script that a shell reads to complete words with `complete`.
+ExitCode completion(const std::string& shell);
+
+/// The hidden command that the scripts of `completion` call.
+inline constexpr std::string_view completeCommand = "complete";
+/// `tabwright complete`: prints what may stand in place of the last of `words`, which are those behind "tabwright", a
+/// line each: the word, a tab and what it means. The line ":files" stands for the names of files. `program` has all
+/// commands declared.
+ExitCode complete(const CLI::App& program, const std::vector<std::string>& words);
+
+/// `tabwright manual`: prints the manual page in the man macros of roff.
+ExitCode manual(const CLI::App& program);
 
 } // namespace tabwright::app

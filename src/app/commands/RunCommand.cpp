@@ -1,6 +1,7 @@
 #include "app/Composition.h"
 #include "app/Interruptible.h"
 #include "app/ParameterArguments.h"
+#include "app/ResultView.h"
 #include "app/TerminalHost.h"
 #include "app/commands/Commands.h"
 #include "host/ActionHelp.h"
@@ -35,8 +36,7 @@ void print(const host::ActionResult& result, OutputForm form) {
       std::cout << boost::json::serialize(result.value) << '\n';
     return;
   }
-  for (const std::string& line : host::linesOf(result))
-    std::cout << line << '\n';
+  std::cout << resultView(result, terminalWidth());
 }
 
 } // namespace

@@ -160,8 +160,8 @@ Value Evaluator::specifierProperty(const Value::SpecifierPointer& container, con
   return mode == Mode::value ? get(specifier) : Value(specifier);
 }
 
-Value Evaluator::specifierElement(const Value::SpecifierPointer& given, const ElementAccess& expression, Mode mode) {
-  Value::SpecifierPointer container = given;
+Value Evaluator::specifierElement(const Value::SpecifierPointer& container, const ElementAccess& expression,
+                                  Mode mode) {
   if (!container->application && !isRootedInTest(*container)) {
     throw errors::cannotGet(fmt::format("{} of current application", classWords(expression.elementClass)));
   }

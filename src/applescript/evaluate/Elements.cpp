@@ -29,7 +29,7 @@ bool isTextElement(FourCharCode code) {
 
 // "item 9", "items 2 thru 3", "last word", as the sentence of an error names it.
 std::string describe(const ElementAccess& expression, const Value& first, const Value& last) {
-  const std::string words = classWords(expression.elementClass);
+  std::string words = classWords(expression.elementClass);
   switch (expression.form) {
   case Form::index:
   case Form::name:
@@ -61,7 +61,7 @@ std::string textFromCodePoints(const Value& value) {
   std::string text;
   for (const Value& item : listOf(value)->items) {
     const std::int64_t codePoint = integerOf(item);
-    const bool isScalar = codePoint >= 0 && codePoint <= 0x10FFFF && !(codePoint >= 0xD800 && codePoint <= 0xDFFF);
+    const bool isScalar = codePoint >= 0 && codePoint <= 0x10FFFF && (codePoint < 0xD800 || codePoint > 0xDFFF);
     if (!isScalar)
       throw errors::cannotGet(fmt::format("character id {}", codePoint));
     char bytes[U8_MAX_LENGTH];

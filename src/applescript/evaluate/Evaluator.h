@@ -68,6 +68,8 @@ private:
   Flow executeIf(const If& statement);
   Flow executeTell(const Tell& statement);
   Flow executeTry(const Try& statement);
+  Flow executeTried(const Try& statement);
+  std::optional<Value> attempt(const Expression& expression);
   Flow executeConsidering(const Considering& statement);
   Flow executeTimeout(const Timeout& statement);
   [[noreturn]] void raise(const RaiseError& statement);
@@ -130,9 +132,11 @@ private:
   Value evaluateComparison(const Binary& expression);
   Value evaluateConcatenation(const Binary& expression);
   bool isEqual(const Expression& left, const Expression& right);
+  bool isEqual(const Value& a, const Value& b);
   bool condition(const Expression& expression);
   Value concatenate(Value left, const Value& right);
   Value evaluateCoercion(const Coercion& expression);
+  Value coerced(const Value& value, const Value& type);
 
   // Properties.cpp
   Value implicitTarget();

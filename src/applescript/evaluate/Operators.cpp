@@ -109,7 +109,10 @@ Value Evaluator::evaluateArithmetic(const Binary& expression) {
 
 bool Evaluator::isEqual(const Expression& left, const Expression& right) {
   const Value a = evaluate(left);
-  const Value b = evaluate(right);
+  return isEqual(a, evaluate(right));
+}
+
+bool Evaluator::isEqual(const Value& a, const Value& b) {
   const auto* leftReference = a.get<Value::ReferencePointer>();
   const auto* rightReference = b.get<Value::ReferencePointer>();
   if (leftReference && rightReference && (*leftReference)->isSamePlace(**rightReference))
@@ -197,15 +200,18 @@ Value Evaluator::concatenate(Value left, const Value& right) {
 
 Value Evaluator::evaluateCoercion(const Coercion& expression) {
   const Value value = operand(*expression.operand);
-  const Value type = operand(*expression.type);
+  return coerced(value, operand(*expression.type));
+}
+
+Value Evaluator::coerced(const Value& value, const Value& type) {
   const auto coerceTo = [&](const Value& wanted) {
     const auto* className = wanted.get<Value::ClassPointer>();
     if (!className)
       throw errors::cannotMake(wanted, "class");
-    Value coerced = coerce(value, **className, coercionContext());
-    if (const std::string* text = coerced.text())
+    Value result = coerce(value, **className, coercionContext());
+    if (const std::string* text = result.text())
       checkSize(text->size());
-    return coerced;
+    return result;
   };
   const auto* alternatives = type.get<Value::ListPointer>();
   if (!alternatives)

@@ -157,6 +157,7 @@ std::optional<Value> Evaluator::listProperty(const Value::ListPointer& list, con
   if (property.code == 0 || items.empty() || !std::ranges::all_of(items, isObject))
     return {};
   std::vector<Value> values;
+  values.reserve(list->items.size());
   for (std::size_t index = 0; index < list->items.size(); ++index)
     values.push_back(propertyOf(list->items[index], property, Mode::value));
   return Value::list(std::move(values));

@@ -118,9 +118,9 @@ Evaluator::Flow Evaluator::executeTell(const Tell& statement) {
 Evaluator::Flow Evaluator::executeTry(const Try& statement) {
   std::optional<ScriptError> caught;
   try {
-    return execute(statement.body);
+    return executeTried(statement);
   } catch (ScriptError& error) {
-    caught = error;
+    caught = std::move(error);
   } catch (const std::bad_alloc&) {
     caught = errors::outOfMemory();
   }
@@ -131,13 +131,17 @@ Evaluator::Flow Evaluator::executeTry(const Try& statement) {
     throw *caught;
   if (!statement.hasHandler)
     return Flow::next;
+  if (statement.onlyNumber && integerOf(operand(*statement.onlyNumber)) != caught->number())
+    throw *caught;
   const auto valueOr = [](const std::shared_ptr<const Value>& value, Value otherwise) {
     return value ? *value : std::move(otherwise);
   };
-  bindOptional(statement.message, caught->message());
+  if (statement.message)
+    bindOptional(statement.message, caught->message());
   bindOptional(statement.number, caught->number());
   bindOptional(statement.from, valueOr(caught->offendingObject, {}));
-  bindOptional(statement.partialResult, valueOr(caught->partialResult, Value::list({})));
+  if (statement.partialResult)
+    bindOptional(statement.partialResult, valueOr(caught->partialResult, Value::list({})));
   bindOptional(statement.to, valueOr(caught->expectedType, {}));
   return execute(statement.handler);
 }

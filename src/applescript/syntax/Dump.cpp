@@ -36,7 +36,7 @@ std::string_view whereName(InsertionPoint::Where where) {
   return names[static_cast<std::size_t>(where)];
 }
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
   std::string result = "\"";
   for (const char character : text) {
     if (character == '\n')
@@ -55,7 +55,7 @@ std::string dumpLabel(const Label& label) {
 
 std::string dump(const Value& value) {
   if (const auto* text = value.text())
-    return quoted(*text);
+    return inQuotes(*text);
   if (const auto* integer = value.get<std::int64_t>())
     return std::to_string(*integer);
   if (const auto* real = value.get<double>())
@@ -280,8 +280,8 @@ void Dumper::print(const Statement& statement) {
   }
   case Statement::Kind::use: {
     const auto& use = static_cast<const Use&>(statement);
-    return line(fmt::format("use {} {}{}{}{}{}", static_cast<int>(use.what), quoted(use.name), use.byID ? " id" : "",
-                            use.version ? " version " + quoted(*use.version) : "",
+    return line(fmt::format("use {} {}{}{}{}{}", static_cast<int>(use.what), inQuotes(use.name), use.byID ? " id" : "",
+                            use.version ? " version " + inQuotes(*use.version) : "",
                             use.alias.empty() ? "" : " as " + use.alias, use.imports ? "" : " without-importing"));
   }
   }

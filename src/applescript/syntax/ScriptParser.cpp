@@ -39,7 +39,7 @@ std::vector<ScriptError> ScriptParser::run() {
     // What has been found is in errors_.
   }
   std::ranges::sort(errors_, {}, [](const ScriptError& error) {
-    return std::pair<std::size_t, const std::string&>(error.range()->offset, error.sentence());
+    return std::pair<std::size_t, std::string>(error.range()->offset, error.sentence());
   });
   if (errors_.size() > limits_.errors)
     errors_.erase(errors_.begin() + static_cast<std::ptrdiff_t>(limits_.errors), errors_.end());

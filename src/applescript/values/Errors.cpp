@@ -20,10 +20,29 @@ ScriptError cannotSet(const std::string& what, const Value& value) {
   return of(errorNumber::cannotSet, fmt::format("Can’t set {} to {}.", what, shortSourceForm(value)));
 }
 
+namespace {
+
+class CannotMake final : public ScriptError::Sentence {
+public:
+  CannotMake(const Value& subject, std::string_view type) : value(subject), type_(type) {}
+
+  [[nodiscard]] std::string text() const override {
+    return fmt::format("Can’t make {} into type {}.", shortSourceForm(value), type_);
+  }
+
+  const Value value;
+
+private:
+  std::string type_;
+};
+
+} // namespace
+
 ScriptError cannotMake(const Value& value, std::string_view type) {
-  ScriptError error =
-      of(errorNumber::cannotMake, fmt::format("Can’t make {} into type {}.", shortSourceForm(value), type));
-  error.offendingObject = std::make_shared<const Value>(value);
+  auto sentence = std::make_shared<const CannotMake>(value, type);
+  ScriptError error(errorNumber::cannotMake, sentence);
+  const Value* subject = &sentence->value;
+  error.offendingObject = std::shared_ptr<const Value>(std::move(sentence), subject);
   return error;
 }
 

@@ -2,31 +2,43 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <system_error>
+#include <string>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tabwright::platform {
 
 namespace fs = std::filesystem;
 
+std::string_view programPath() {
+  const char* path = std::getenv("PATH");
+  return path != nullptr ? path : "/usr/local/bin:/usr/bin:/bin";
+}
+
+std::optional<fs::path> findProgram(std::string_view name, std::string_view path) {
+  std::string file;
+  for (std::string_view rest = path; !rest.empty();) {
+    const std::size_t end = std::min(rest.find(':'), rest.size());
+    file.assign(rest.substr(0, end)).append("/").append(name);
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+    struct stat status{};
+    if (file.starts_with('/') && ::access(file.c_str(), X_OK) == 0 && ::stat(file.c_str(), &status) == 0 &&
+        S_ISREG(status.st_mode))
+      return fs::path(file);
+  }
+  return std::nullopt;
+}
+
 std::optional<fs::path> findExecutable(const BrowserFacts& facts, std::string_view path) {
   for (const std::string_view name : facts.executables) {
-    for (std::string_view rest = path; !rest.empty();) {
-      const std::size_t end = std::min(rest.find(':'), rest.size());
-      const fs::path file = fs::path(rest.substr(0, end)) / name;
-      rest.remove_prefix(std::min(end + 1, rest.size()));
-      std::error_code error;
-      // A relative directory on the PATH would make the answer depend on where we stand.
-      if (file.is_absolute() && fs::is_regular_file(file, error) && ::access(file.c_str(), X_OK) == 0)
-        return file;
-    }
+    if (std::optional<fs::path> file = findProgram(name, path))
+      return file;
   }
   return std::nullopt;
 }
 
 std::optional<fs::path> findExecutable(const BrowserFacts& facts) {
-  const char* path = std::getenv("PATH");
-  return findExecutable(facts, path != nullptr ? path : "/usr/local/bin:/usr/bin:/bin");
+  return findExecutable(facts, programPath());
 }
 
 } // namespace tabwright::platform

@@ -8,8 +8,15 @@
 
 namespace tabwright::platform {
 
-/// The program that starts a browser: the first of the table's names that is an executable file in a directory of
-/// `path` (colon separated, as PATH is). Nothing when the browser is not installed.
+/// This process' PATH; where it has none, the usual folders.
+[[nodiscard]] std::string_view programPath();
+
+/// The first executable file of that name in a directory of `path` (colon separated, as PATH is). Relative directories
+/// don't count: they would make the answer depend on where we stand.
+[[nodiscard]] std::optional<std::filesystem::path> findProgram(std::string_view name, std::string_view path);
+
+/// The program that starts a browser: the first of the table's names that is found on `path`. Nothing when there is
+/// none; the browser may be installed nevertheless, as one that is started by its desktop entry alone.
 [[nodiscard]] std::optional<std::filesystem::path> findExecutable(const BrowserFacts& facts, std::string_view path);
 
 /// The same on this process' own PATH.

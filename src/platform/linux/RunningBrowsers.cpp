@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
-#include <fstream>
-#include <iterator>
+#include <cstdlib>
+#include <dirent.h>
+#include <fcntl.h>
+#include <memory>
 #include <optional>
 #include <pwd.h>
 #include <string>
@@ -11,10 +13,12 @@
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
-// Each numbered directory is looked at in the order of cost: the executable's name sorts out nearly all of them, then
-// the owner, then the command line. A process may vanish between two reads; whatever cannot be read then is not
-// running.
+// Each numbered directory is looked at in the order of cost: the executable's name sorts out nearly all of them at one
+// system call each, then the command line, then the rest. Names are taken relative to the open directory, and read
+// into buffers on the stack: a desktop has hundreds of processes, and this is asked for by every action. A process may
+// vanish between two reads; whatever cannot be read then is not running.
 
 namespace tabwright::platform {
 
@@ -22,12 +26,37 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::optional<std::string> readAll(const fs::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  if (!in)
+struct CloseDirectory {
+  void operator()(DIR* directory) const { ::closedir(directory); }
+};
+using Directory = std::unique_ptr<DIR, CloseDirectory>;
+
+/// One process: the directory that all of them are in, and its name there.
+struct ProcessFiles {
+  int directory;
+  std::string name;
+
+  [[nodiscard]] std::string fileName(std::string_view file) const { return name + '/' + std::string(file); }
+};
+
+std::optional<std::string> readAll(const ProcessFiles& process, std::string_view file) {
+  const int descriptor = ::openat(process.directory, process.fileName(file).c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0)
     return std::nullopt;
-  std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  return in.bad() ? std::nullopt : std::optional(std::move(text));
+  std::string text;
+  char buffer[4096];
+  ssize_t count = 0;
+  while ((count = ::read(descriptor, buffer, sizeof buffer)) > 0)
+    text.append(buffer, static_cast<std::size_t>(count));
+  ::close(descriptor);
+  return count < 0 ? std::nullopt : std::optional(std::move(text));
+}
+
+/// Where a symbolic link of a process leads; empty when that can't be read.
+std::string linkOf(int directory, const std::string& name) {
+  char buffer[4096];
+  const ssize_t size = ::readlinkat(directory, name.c_str(), buffer, sizeof buffer);
+  return size > 0 ? std::string(buffer, static_cast<std::size_t>(size)) : std::string();
 }
 
 std::vector<std::string> splitAtNulls(std::string_view text) {
@@ -40,19 +69,18 @@ std::vector<std::string> splitAtNulls(std::string_view text) {
   return parts;
 }
 
-std::string executableName(const fs::path& process) {
-  std::error_code error;
-  std::string target = fs::read_symlink(process / "exe", error).string();
+std::string programOf(int directory, const std::string& process) {
+  std::string target = linkOf(directory, process + "/exe");
   // A browser goes on running after its package was upgraded under it.
   constexpr std::string_view deleted = " (deleted)";
   if (target.ends_with(deleted))
     target.resize(target.size() - deleted.size());
-  return fs::path(target).filename().string();
+  return target;
 }
 
 /// Field 22 of stat, counted behind the command's name, which may hold blanks and parentheses itself.
-std::optional<std::uint64_t> startTime(const fs::path& process) {
-  const std::optional<std::string> text = readAll(process / "stat");
+std::optional<std::uint64_t> startTime(const ProcessFiles& process) {
+  const std::optional<std::string> text = readAll(process, "stat");
   if (!text)
     return std::nullopt;
   std::size_t place = text->rfind(')');
@@ -104,7 +132,10 @@ std::string variable(const std::vector<std::string>& environment, const std::str
   return {};
 }
 
+/// Where the process' own environment doesn't tell: Chromium writes over it.
 std::string homeOf(uid_t owner) {
+  if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/' && owner == ::geteuid())
+    return home;
   std::vector<char> buffer(16384);
   passwd entry{};
   passwd* found = nullptr;
@@ -113,28 +144,43 @@ std::string homeOf(uid_t owner) {
   return found->pw_dir;
 }
 
-/// The lock in a profile that is in use is a symbolic link to "HOST-PID".
-bool isLockedBy(const fs::path& profile, const std::string& process) {
-  std::error_code error;
-  return fs::read_symlink(profile / "SingletonLock", error).string().ends_with("-" + process);
+/// The last number of the line "NSpid:" in status, which has one for each sandbox around the process.
+pid_t innerNumber(const ProcessFiles& process, pid_t outer) {
+  const std::string status = readAll(process, "status").value_or("");
+  constexpr std::string_view key = "\nNSpid:";
+  const std::size_t start = status.find(key);
+  if (start == std::string::npos)
+    return outer;
+  const std::string_view line = std::string_view(status).substr(start + key.size());
+  const std::string_view numbers = line.substr(0, line.find('\n'));
+  const std::string_view last = numbers.substr(numbers.find_last_of(" \t") + 1);
+  pid_t number = 0;
+  const auto [end, error] = std::from_chars(last.data(), last.data() + last.size(), number);
+  return error == std::errc{} ? number : outer;
 }
 
-fs::path defaultProfile(const BrowserFacts& facts, const fs::path& process, uid_t owner) {
-  const std::vector<std::string> environment = splitAtNulls(readAll(process / "environ").value_or(""));
+/// The lock in a profile that is in use is a symbolic link to "HOST-PID".
+bool isLockedBy(const fs::path& profile, pid_t process) {
+  std::error_code error;
+  return fs::read_symlink(profile / "SingletonLock", error).string().ends_with("-" + std::to_string(process));
+}
+
+fs::path defaultProfile(const RunningBrowser& browser, const ProcessFiles& process) {
+  const std::vector<std::string> environment = splitAtNulls(readAll(process, "environ").value_or(""));
   std::string home = variable(environment, "HOME");
   if (home.empty())
-    home = homeOf(owner);
+    home = homeOf(browser.owner);
   const std::string configuration = variable(environment, "XDG_CONFIG_HOME");
 
   std::vector<fs::path> candidates;
-  for (const std::string_view directory : facts.profileDirectories) {
+  for (const std::string_view directory : browser.facts->profileDirectories) {
     constexpr std::string_view usual = ".config/";
     if (!configuration.empty() && directory.starts_with(usual))
       candidates.push_back(fs::path(configuration) / directory.substr(usual.size()));
     candidates.push_back(fs::path(home) / directory);
   }
   for (const fs::path& candidate : candidates) {
-    if (isLockedBy(candidate, process.filename().string()))
+    if (isLockedBy(candidate, browser.innerProcess))
       return candidate;
   }
   std::error_code error;
@@ -145,55 +191,52 @@ fs::path defaultProfile(const BrowserFacts& facts, const fs::path& process, uid_
   return candidates.empty() ? fs::path() : candidates.front();
 }
 
-std::optional<RunningBrowser> look(const fs::path& process, const BrowserFacts& facts) {
-  const std::string name = executableName(process);
-  if (name.empty() || std::ranges::find(facts.processNames, name) == facts.processNames.end())
+std::optional<RunningBrowser> look(const ProcessFiles& process, const BrowserFacts* wanted) {
+  const BrowserFacts* facts = findBrowserOfProgram(programOf(process.directory, process.name));
+  if (facts == nullptr || (wanted != nullptr && facts != wanted))
     return std::nullopt;
 
-  struct stat status{};
-  if (::stat(process.c_str(), &status) != 0 || (status.st_uid != geteuid() && geteuid() != 0))
-    return std::nullopt;
-
-  const std::optional<std::string> commandLine = readAll(process / "cmdline");
+  const std::optional<std::string> commandLine = readAll(process, "cmdline");
   if (!commandLine || commandLine->empty())
     return std::nullopt;
   const std::vector<std::string> arguments = splitAtNulls(*commandLine);
   if (isHelperProcess(arguments))
     return std::nullopt;
 
+  struct stat status{};
+  if (::fstatat(process.directory, process.name.c_str(), &status, 0) != 0 ||
+      (status.st_uid != ::geteuid() && ::geteuid() != 0))
+    return std::nullopt;
   const std::optional<std::uint64_t> start = startTime(process);
   if (!start)
     return std::nullopt;
 
   RunningBrowser browser;
-  browser.process = static_cast<pid_t>(std::stol(process.filename().string()));
+  browser.facts = facts;
+  browser.process = static_cast<pid_t>(std::stol(process.name));
+  browser.innerProcess = innerNumber(process, browser.process);
   browser.owner = status.st_uid;
   browser.startTime = *start;
   browser.isHeadless = hasSwitch(arguments, "--headless");
-  if (const auto directory = switchValue(arguments, "--user-data-dir")) {
-    std::error_code error;
-    browser.profileDirectory = fs::read_symlink(process / "cwd", error) / *directory;
-  } else {
-    browser.profileDirectory = defaultProfile(facts, process, status.st_uid);
-  }
+  if (const auto directory = switchValue(arguments, "--user-data-dir"))
+    browser.profileDirectory = linkOf(process.directory, process.fileName("cwd")) / fs::path(*directory);
+  else
+    browser.profileDirectory = defaultProfile(browser, process);
   return browser;
 }
 
-} // namespace
-
-RunningBrowsers::RunningBrowsers(fs::path processes) : processes_(std::move(processes)) {}
-
-std::vector<RunningBrowser> RunningBrowsers::find(const BrowserFacts& facts) const {
+/// Those of one kind, or of all.
+std::vector<RunningBrowser> search(const fs::path& processes, const BrowserFacts* wanted) {
   std::vector<RunningBrowser> browsers;
-  if (facts.processNames.empty())
+  const Directory directory(::opendir(processes.c_str()));
+  if (!directory)
     return browsers;
-  std::error_code error;
-  for (fs::directory_iterator entry(processes_, error), end; !error && entry != end; entry.increment(error)) {
-    const std::string name = entry->path().filename().string();
+  while (const dirent* entry = ::readdir(directory.get())) {
+    const std::string_view name = entry->d_name;
     const bool isNumber = name.size() <= 9 && std::ranges::all_of(name, [](char c) { return c >= '0' && c <= '9'; });
     if (!isNumber)
       continue;
-    if (std::optional<RunningBrowser> browser = look(entry->path(), facts))
+    if (auto browser = look({::dirfd(directory.get()), std::string(name)}, wanted))
       browsers.push_back(std::move(*browser));
   }
   // Process numbers break ties between starts within one tick.
@@ -201,6 +244,22 @@ std::vector<RunningBrowser> RunningBrowsers::find(const BrowserFacts& facts) con
     return std::pair(left.startTime, left.process) > std::pair(right.startTime, right.process);
   });
   return browsers;
+}
+
+} // namespace
+
+RunningBrowsers::RunningBrowsers(fs::path processes) : processes_(std::move(processes)) {}
+
+std::vector<RunningBrowser> RunningBrowsers::find(const BrowserFacts& facts) const {
+  return facts.programs.empty() ? std::vector<RunningBrowser>{} : search(processes_, &facts);
+}
+
+std::vector<RunningBrowser> RunningBrowsers::findAll() const {
+  return search(processes_, nullptr);
+}
+
+fs::path RunningBrowsers::programOf(pid_t process) const {
+  return platform::programOf(AT_FDCWD, (processes_ / std::to_string(process)).string());
 }
 
 } // namespace tabwright::platform

@@ -8,6 +8,7 @@
 namespace tabwright::scripting {
 
 using applescript::fourCharCode;
+using applescript::ObjectSpecifier;
 using applescript::Value;
 
 BrowserScope::BrowserScope(const ObjectModel& model, std::shared_ptr<applescript::ScriptableApplication> application,
@@ -28,6 +29,26 @@ const WindowState& BrowserScope::window(Object object) {
 
 const TabState& BrowserScope::tab(Object object) {
   return window(object).tabs.at(static_cast<std::size_t>(object.second));
+}
+
+std::optional<TabID> BrowserScope::tabLastSeen(const Value& subject, applescript::FourCharCode tabCode) const {
+  const auto isElementByID = [](const ObjectSpecifier* specifier, applescript::FourCharCode code) {
+    return specifier && specifier->form == ObjectSpecifier::Form::id && specifier->desiredClass == code &&
+           !specifier->test;
+  };
+  const auto* specifier = subject.get<Value::SpecifierPointer>();
+  const ObjectSpecifier* tab = specifier ? specifier->get() : nullptr;
+  const ObjectSpecifier* window = tab ? tab->container.get() : nullptr;
+  if (!isElementByID(tab, tabCode) || !isElementByID(window, fourCharCode("cwin")) ||
+      window->container->form != ObjectSpecifier::Form::application)
+    return std::nullopt;
+  const std::shared_ptr<const IndexedSnapshot> seen = cache_.last();
+  const auto tabID = idNumber(tab->key);
+  const auto windowID = idNumber(window->key);
+  if (!seen || !tabID || !windowID)
+    return std::nullopt;
+  const auto place = seen->findTab(*tabID);
+  return place && seen->findWindow(*windowID) == place->window ? tabID : std::nullopt;
 }
 
 applescript::SpecifierPointer BrowserScope::windowSpecifier(std::size_t position, Value id) {

@@ -28,6 +28,11 @@ public:
   [[nodiscard]] const WindowState& window(Object object);
   [[nodiscard]] const TabState& tab(Object object);
 
+  /// The tab that the specifier names by its id and its window's, if it was there when the browser was last looked at.
+  /// Costs no look, so a page job may be polled without one each: a tab that is gone since is told by the call on it.
+  [[nodiscard]] std::optional<TabID> tabLastSeen(const applescript::Value& subject,
+                                                 applescript::FourCharCode tabCode) const;
+
   /// Specifier by id of the window at a position; the last one made is kept, since tabs come window by window.
   [[nodiscard]] applescript::SpecifierPointer windowSpecifier(std::size_t position, applescript::Value id);
 

@@ -44,4 +44,9 @@ std::shared_ptr<const IndexedSnapshot> SnapshotCache::take(BrowserDriver& driver
   return indexed;
 }
 
+std::shared_ptr<const IndexedSnapshot> SnapshotCache::last() const {
+  const std::lock_guard lock(mutex_);
+  return last_;
+}
+
 } // namespace tabwright::scripting

@@ -46,9 +46,11 @@ class SnapshotCache {
 public:
   /// The browser's windows as they are now, indexed. Throws DriverFailure.
   [[nodiscard]] std::shared_ptr<const IndexedSnapshot> take(BrowserDriver& driver, const CallLimits& limits);
+  /// The one that was taken last, however old; null before the first. Asks no browser.
+  [[nodiscard]] std::shared_ptr<const IndexedSnapshot> last() const;
 
 private:
-  std::mutex mutex_;
+  mutable std::mutex mutex_;
   std::shared_ptr<const IndexedSnapshot> last_;
 };
 

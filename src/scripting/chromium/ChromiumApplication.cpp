@@ -5,6 +5,7 @@
 #include "scripting/browser/MakeRequest.h"
 #include "scripting/chromium/ChromiumClasses.h"
 #include "scripting/chromium/ChromiumTerminology.h"
+#include "scripting/chromium/VersionQuestion.h"
 #include "scripting/model/Arguments.h"
 #include "scripting/model/Comparison.h"
 #include "scripting/model/EventErrors.h"
@@ -42,10 +43,23 @@ Value execute(BrowserScope& scope) {
   if (code == nullptr)
     throw missingParameter("javascript");
   const std::string javascript = requireText(*code);
+  if (const auto tab = scope.tabLastSeen(scope.model().subject(scope), chromium::tab)) {
+    try {
+      return valueOf(scope.driver().evaluate(*tab, javascript, scope.limits()));
+    } catch (const DriverFailure& failure) {
+      if (failure.kind() != DriverFault::noSuchTab)
+        throw;
+      // Closed meanwhile: what follows looks for it and says so in the language's words.
+    }
+  }
   const std::vector<Object> tabs = tabsOf(scope);
   std::vector<Value> results;
-  for (const Object& tab : tabs)
-    results.push_back(valueOf(scope.driver().evaluate(scope.tab(tab).id, javascript, scope.limits())));
+  for (const Object& tab : tabs) {
+    if (const auto version = answerToVersionQuestion(javascript, *scope.snapshot().snapshot()))
+      results.emplace_back(*version);
+    else
+      results.push_back(valueOf(scope.driver().evaluate(scope.tab(tab).id, javascript, scope.limits())));
+  }
   return results.size() == 1 ? results.front() : Value::list(std::move(results));
 }
 

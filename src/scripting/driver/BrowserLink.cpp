@@ -22,6 +22,11 @@ namespace {
 
 const platform::Logger log("BrowserLink");
 
+constexpr auto patienceWithNewPages = 3s;
+constexpr auto patienceWithServers = 10s;
+constexpr auto newPagePollInterval = 5ms;
+constexpr std::string_view notActive = "Not attached to an active page"; // the browser's words
+
 /// "156.0.8078.79" of "HeadlessChrome/156.0.8078.79".
 std::string versionOf(const boost::json::object& reply) {
   const std::string product(reply.at("product").as_string());
@@ -115,12 +120,53 @@ std::shared_ptr<Session> BrowserLink::requirePage(TabID tab, const CallLimits& l
 
 // ---------------------------------------------------------------------------------------------------------- pages
 
+/// What is asked of a tab that was just made means the page it was made for, not the empty document that it begins
+/// with. But a server may never answer: then that is all there is.
+void BrowserLink::awaitOpening(TabID tab, const CallLimits& limits) {
+  const auto isOpening = [&] {
+    const std::lock_guard lock(mutex_);
+    return viewed_.opening.contains(tab);
+  };
+  const auto end = std::chrono::steady_clock::now() + patienceWithServers;
+  while (isOpening() && std::chrono::steady_clock::now() < end) {
+    devtools::pause(newPagePollInterval, "the tab’s first page has not come yet", limits);
+    look(limits);
+  }
+}
+
+/// Calls `call` with the tab's page. A page that is just taking the place of another, as in a new tab, refuses for some
+/// milliseconds: then the call is made again.
+template <class Call>
+auto BrowserLink::onPage(TabID tab, const CallLimits& limits, Call&& call) {
+  const auto end = std::chrono::steady_clock::now() + patienceWithNewPages;
+  for (;;) {
+    try {
+      return call(*requirePage(tab, limits));
+    } catch (const DevToolsFailure& failure) {
+      if (failure.kind() != DevToolsFault::refused || std::chrono::steady_clock::now() > end ||
+          failure.detail().find(notActive) == std::string::npos)
+        throw;
+    }
+    devtools::pause(newPagePollInterval, "the page is just coming", limits);
+  }
+}
+
 boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascript, const CallLimits& limits) {
+  if (std::optional<boost::json::value> known = jobs_.answer(javascript))
+    return std::move(*known);
   const Disturbance disturbance(*this);
-  devtools::Evaluation evaluation = requirePage(tab, limits)->evaluate(javascript, limits);
+  const std::optional<PageJob> job = readPageJob(javascript);
+  const std::string code = job ? javascript + job->resultExpression() : javascript;
+  requirePage(tab, limits);
+  awaitOpening(tab, limits);
+  devtools::Evaluation evaluation = onPage(tab, limits, [&](Session& page) { return page.evaluate(code, limits); });
   if (evaluation.exception)
     log.debug("JavaScript gave no value: {}", *evaluation.exception);
-  return std::move(evaluation.value);
+  if (!job)
+    return std::move(evaluation.value);
+  if (const boost::json::array* result = evaluation.value.if_array())
+    jobs_.keep(*job, result->at(0));
+  return nullptr;
 }
 
 void BrowserLink::navigate(TabID tab, const std::string& url, const CallLimits& callLimits) {
@@ -132,13 +178,14 @@ void BrowserLink::navigate(TabID tab, const std::string& url, const CallLimits& 
   }
   const Disturbance disturbance(*this);
   const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
-  const std::shared_ptr<Session> page = requirePage(tab, limits);
   // The browser answers when the page is there, which may take for ever; but it takes calls up in order, so the answer
   // to the next one tells that this one has begun, and a refusal would have come before it.
-  const auto navigation = page->send("Page.navigate", {{"url", url}}, Session::AnsweredBy::browser);
-  page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
-  if (navigation->hasEnded())
-    navigation->result(limits);
+  onPage(tab, limits, [&](Session& page) {
+    const auto navigation = page.send("Page.navigate", {{"url", url}}, Session::AnsweredBy::browser);
+    page.call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
+    if (navigation->hasEnded())
+      navigation->result(limits);
+  });
 }
 
 /// By the entries themselves: the browser's own way back leaves out pages on which the user has done nothing.

@@ -3,6 +3,7 @@
 #include "devtools/Discovery.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/driver/BrowserView.h"
+#include "scripting/driver/PageJobs.h"
 #include "scripting/driver/PageSessions.h"
 
 #include <boost/json/value.hpp>
@@ -36,6 +37,8 @@ public:
   [[nodiscard]] devtools::Traffic traffic() const { return connection_->traffic(); }
 
   std::shared_ptr<const BrowserSnapshot> snapshot(const CallLimits& limits);
+  /// See ViewedBrowser.
+  double lastFocus(const CallLimits& limits) { return look(limits).lastFocus; }
   boost::json::value evaluate(TabID tab, const std::string& javascript, const CallLimits& limits);
   void navigate(TabID tab, const std::string& url, const CallLimits& limits);
   void goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits);
@@ -75,12 +78,16 @@ private:
   ViewedBrowser look(const CallLimits& limits);
   std::optional<std::string> findTarget(TabID tab);
   std::shared_ptr<devtools::Session> requirePage(TabID tab, const CallLimits& limits);
+  void awaitOpening(TabID tab, const CallLimits& limits);
+  template <class Call>
+  auto onPage(TabID tab, const CallLimits& limits, Call&& call);
   bool closeDeveloperTools(WindowID window, const CallLimits& limits);
   void changeWindow(WindowID window, boost::json::object bounds, const CallLimits& limits);
 
   const platform::RunningBrowser browser_;
   std::shared_ptr<devtools::Connection> connection_;
   PageSessions pages_;
+  PageJobResults jobs_;
   const Counter changes_ = std::make_shared<std::atomic<std::uint64_t>>(0);
   const Counter disturbances_ = std::make_shared<std::atomic<std::uint64_t>>(0);
   std::unique_ptr<BrowserView> view_;

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace tabwright::scripting {
 
@@ -13,6 +14,10 @@ namespace tabwright::scripting {
 struct ViewedBrowser {
   std::shared_ptr<const BrowserSnapshot> snapshot;
   std::unordered_map<TabID, std::string> targets; ///< empty text for a tab whose page is not loaded
+  /// Tabs whose first page has not come yet.
+  std::unordered_set<TabID> opening;
+  /// When a window of the browser last had the focus, in milliseconds since 1970, as far as the browser knows; else 0.
+  double lastFocus = 0;
 };
 
 /// How one connected browser's windows and tabs are seen and commanded: through the helper in the browser, or, where

@@ -39,6 +39,16 @@ DriverFailure translated(const DevToolsFailure& failure, const std::string& subj
   return platform::failure(DriverFault::refused, failure.detail());
 }
 
+/// One that can't tell now is no reason to fail: another may be meant.
+double lastFocus(BrowserLink& link, const CallLimits& limits) {
+  try {
+    return link.lastFocus(platform::boundedBy(limits, 2s));
+  } catch (const platform::Failure& failure) {
+    log.debug("The last focus of process {} can't be told: {}", link.browser().process, failure.errorDescription());
+    return 0;
+  }
+}
+
 } // namespace
 
 DevToolsDriver::DevToolsDriver(const platform::BrowserFacts& facts, DevToolsDriverParts parts)
@@ -72,21 +82,44 @@ std::shared_ptr<BrowserLink> DevToolsDriver::connect(const CallLimits& limits) {
   const std::vector<platform::RunningBrowser> browsers = parts_.findRunning();
   if (browsers.empty())
     throw platform::failure(DriverFault::notRunning, std::string(facts_.name));
+  std::shared_ptr<BrowserLink> chosen;
   for (const platform::RunningBrowser& browser : browsers) {
-    const auto endpoint = parts_.discovery.endpoint(browser.profileDirectory, browser.process, browser.owner);
-    if (!endpoint) {
-      log.debug("Process {} does not accept remote debugging: {}", browser.process, endpoint.error().detail);
+    const bool isOrdered = browser.isPlacedByWindows || browser.isHeadless;
+    if (chosen && isOrdered)
       continue;
-    }
     try {
-      return BrowserLink::open(browser, *endpoint, parts_.helperDirectory, limits);
+      const std::shared_ptr<BrowserLink> link = tryLink(browser, chosen ? platform::boundedBy(limits, 5s) : limits);
+      if (link && isOrdered)
+        return link;
+      if (link && (!chosen || lastFocus(*link, limits) > lastFocus(*chosen, limits)))
+        chosen = link;
     } catch (const DevToolsFailure& failure) {
-      if (failure.kind() != DevToolsFault::unreachable)
+      if (!chosen)
         throw;
-      log.error("Process {} listens, but refuses: {}", browser.process, failure.detail());
+      log.debug("Process {} is left out: {}", browser.process, failure.errorDescription());
     }
   }
-  throw platform::failure(DriverFault::notAccepting, std::string(facts_.name));
+  if (!chosen)
+    throw platform::failure(DriverFault::notAccepting, std::string(facts_.name));
+  return chosen;
+}
+
+/// Null when the browser takes no connections.
+std::shared_ptr<BrowserLink> DevToolsDriver::tryLink(const platform::RunningBrowser& browser,
+                                                     const CallLimits& limits) {
+  const auto endpoint = parts_.discovery.endpoint(browser.profileDirectory, browser.process, browser.owner);
+  if (!endpoint) {
+    log.debug("Process {} does not accept remote debugging: {}", browser.process, endpoint.error().detail);
+    return nullptr;
+  }
+  try {
+    return BrowserLink::open(browser, *endpoint, parts_.helperDirectory, limits);
+  } catch (const DevToolsFailure& failure) {
+    if (failure.kind() != DevToolsFault::unreachable)
+      throw;
+    log.error("Process {} listens, but refuses: {}", browser.process, failure.detail());
+    return nullptr;
+  }
 }
 
 template <class Call>

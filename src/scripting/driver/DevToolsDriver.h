@@ -31,8 +31,10 @@ struct DevToolsDriverParts {
 ///     DevToolsDriver driver(facts, {helperDirectory, [&] { return platform::RunningBrowsers().find(facts); }});
 ///
 /// Connects on the first call, and again on the first call after its browser has ended. Among several running browsers
-/// of one kind it takes the first found that accepts remote debugging, and stays with it until that ends. The helper is
-/// loaded into the browser on the way. A call without a deadline of its own ends after 30 seconds.
+/// of one kind it takes the first found that accepts remote debugging, and stays with it until that ends. Where that
+/// one and others have windows whose order nobody outside knows, they are all asked for their last focus, and the
+/// latest counts. The helper is loaded into each browser on the way. A call without a deadline of its own ends after 30
+/// seconds.
 class DevToolsDriver final : public BrowserDriver {
 public:
   /// `facts` is a row of the table, and outlives the driver.
@@ -66,6 +68,7 @@ private:
   std::shared_ptr<BrowserLink> currentLink();
   std::shared_ptr<BrowserLink> requireLink(const CallLimits& limits);
   std::shared_ptr<BrowserLink> connect(const CallLimits& limits);
+  std::shared_ptr<BrowserLink> tryLink(const platform::RunningBrowser& browser, const CallLimits& limits);
   template <class Call>
   auto withLink(const CallLimits& limits, const std::string& subject, Call&& call);
   template <class Call>

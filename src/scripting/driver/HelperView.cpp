@@ -42,6 +42,8 @@ WindowState readWindow(const boost::json::object& fields, ViewedBrowser& viewed)
     const boost::json::object& tab = entry.as_object();
     window.tabs.push_back(readTab(tab));
     viewed.targets[window.tabs.back().id] = textAt(tab, "target");
+    if (tab.at("opening").as_bool())
+      viewed.opening.insert(window.tabs.back().id);
     if (tab.at("active").as_bool()) {
       window.activeTabIndex = window.tabs.size();
       window.title = window.tabs.back().title;
@@ -57,6 +59,7 @@ ViewedBrowser readHelperSnapshot(const boost::json::value& answer, std::string v
   const auto snapshot = std::make_shared<BrowserSnapshot>();
   snapshot->version = std::move(version);
   try {
+    viewed.lastFocus = answer.at("focusedAt").to_number<double>();
     for (const boost::json::value& window : answer.at("windows").as_array())
       snapshot->windows.push_back(readWindow(window.as_object(), viewed));
   } catch (const std::exception& error) {

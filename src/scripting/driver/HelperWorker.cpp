@@ -36,6 +36,8 @@ const platform::Logger log("HelperWorker");
 /// a–p.
 constexpr std::string_view helperID = "pjbehgeaikpfphapeepnoedabkdomakk";
 constexpr auto lookAgain = 5ms;
+/// A worker answers in a millisecond. One that is being replaced may never, without a word.
+constexpr auto patienceWithWorker = 1s;
 
 std::string helperScope() {
   return fmt::format("chrome-extension://{}/", helperID);
@@ -181,16 +183,21 @@ std::shared_ptr<Session> HelperWorker::attachToRunning(const platform::CallLimit
     std::shared_ptr<Session> session = Session::attach(connection_, target, Session::Kind::worker, limits);
     const std::string question = "globalThis.tabwright ? chrome.runtime.getManifest().version : ''";
     for (;;) {
-      const devtools::Evaluation version = session->evaluate(question, limits);
+      platform::CallLimits patience = limits;
+      patience.deadline = std::min(limits.deadline, std::chrono::steady_clock::now() + patienceWithWorker);
+      const devtools::Evaluation version = session->evaluate(question, patience);
       if (version.value.is_string() && !version.value.get_string().empty())
         return isOlder(std::string(version.value.get_string()), version_) ? nullptr : session;
       devtools::pause(lookAgain, "the helper is starting", limits);
     }
   } catch (const DevToolsFailure& failure) {
     // It ended while we were at it.
-    if (failure.kind() == DevToolsFault::targetGone || failure.kind() == DevToolsFault::refused)
-      return nullptr;
-    throw;
+    const bool isOver = failure.kind() == DevToolsFault::targetGone || failure.kind() == DevToolsFault::refused;
+    const bool isMute = failure.kind() == DevToolsFault::timedOut && std::chrono::steady_clock::now() < limits.deadline;
+    if (!isOver && !isMute)
+      throw;
+    log.debug("The helper's worker {} is left: {}", target, failure.errorDescription());
+    return nullptr;
   }
 }
 

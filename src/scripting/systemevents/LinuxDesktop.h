@@ -6,17 +6,21 @@
 
 #include <memory>
 #include <mutex>
+#include <string>
+#include <vector>
 
 namespace tabwright::scripting {
 
 /// The desktop of this machine: processes and their windows from X11 and the process file system.
 ///
-/// A process is an application with windows, or a supported browser without any (one that runs headless). Where no
-/// window system is to be had, only the browsers are left, and the one started last counts as frontmost. Menus and keys
-/// are not served yet: those calls throw DesktopFailure.
+/// A process is an application with windows, or a supported browser without any (one that runs headless, or on a
+/// display of another kind); see `desktopProcesses` for their order. Where no window system is to be had, only the
+/// browsers are left, and the one started last counts as frontmost. Menus and keys are not served yet: those calls
+/// throw DesktopFailure.
 class LinuxDesktop final : public Desktop {
 public:
-  LinuxDesktop() = default;
+  /// `display` is the name of an X11 display; empty: the one that DISPLAY names, if any, at the time of each call.
+  explicit LinuxDesktop(platform::RunningBrowsers browsers = platform::RunningBrowsers(), std::string display = {});
 
   [[nodiscard]] std::vector<DesktopProcess> processes() override;
   void activate(pid_t process) override;
@@ -30,12 +34,14 @@ public:
 private:
   /// Null when there is no display. Connects when first asked; asks again as long as there is none.
   WindowSystem* windowSystem();
+  std::vector<ClientWindow> windows();
   /// Windows of a process front to back; throws DesktopFailure when it has none.
   std::vector<ClientWindow> requireWindows(pid_t process);
 
+  const platform::RunningBrowsers browsers_;
+  const std::string display_;
   std::mutex mutex_;
   std::unique_ptr<WindowSystem> windowSystem_;
-  platform::RunningBrowsers browsers_;
 };
 
 } // namespace tabwright::scripting

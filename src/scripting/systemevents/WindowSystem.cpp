@@ -1,11 +1,15 @@
 // One connection, on which all questions about all windows are asked before the first answer is awaited. A change is
 // asked of the window manager by a message to the root window, and then awaited by watching the root's properties.
+// Without a window manager, what it would keep is kept here: which windows are hidden.
 #include "scripting/systemevents/WindowSystem.h"
+
+#include "scripting/systemevents/ClientProcesses.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <functional>
+#include <initializer_list>
 #include <mutex>
 #include <optional>
 #include <poll.h>
@@ -39,6 +43,7 @@ struct WindowSystem::Connection {
   int screen = 0;
   xcb_window_t root = 0;
   xcb_atom_t changeState = XCB_ATOM_NONE;
+  std::vector<xcb_window_t> hiddenByUs; // without a window manager
   std::mutex mutex;
 
   ~Connection() {
@@ -62,6 +67,7 @@ struct WindowSystem::Connection {
     return windows;
   }
 
+  /// Children of the root, top first, then those that we have hidden.
   std::vector<xcb_window_t> unmanagedWindows() {
     const ReplyPointer<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(xcb, xcb_query_tree(xcb, root), nullptr));
     if (!tree)
@@ -71,14 +77,19 @@ struct WindowSystem::Connection {
     std::vector<xcb_get_window_attributes_cookie_t> cookies;
     for (std::size_t each = 0; each < count; ++each)
       cookies.push_back(xcb_get_window_attributes(xcb, children[each]));
-    std::vector<xcb_window_t> windows;
-    for (std::size_t each = 0; each < count; ++each) {
+    std::vector<xcb_window_t> windows, hidden;
+    for (std::size_t each = count; each-- > 0;) {
       const ReplyPointer<xcb_get_window_attributes_reply_t> attributes(
           xcb_get_window_attributes_reply(xcb, cookies[each], nullptr));
-      if (attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE && attributes->override_redirect == 0)
+      if (!attributes || attributes->override_redirect != 0)
+        continue;
+      if (attributes->map_state == XCB_MAP_STATE_VIEWABLE)
         windows.push_back(children[each]);
+      else if (std::ranges::find(hiddenByUs, children[each]) != hiddenByUs.end())
+        hidden.push_back(children[each]);
     }
-    std::ranges::reverse(windows);
+    hiddenByUs = std::move(hidden);
+    windows.insert(windows.end(), hiddenByUs.begin(), hiddenByUs.end());
     return windows;
   }
 
@@ -86,7 +97,7 @@ struct WindowSystem::Connection {
     if (!isManaged) {
       const ReplyPointer<xcb_get_input_focus_reply_t> focus(
           xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
-      return focus ? focus->focus : xcb_window_t{XCB_WINDOW_NONE};
+      return focus ? topLevelOf(focus->focus) : xcb_window_t{XCB_WINDOW_NONE};
     }
     xcb_window_t window = XCB_WINDOW_NONE;
     if (xcb_ewmh_get_active_window_reply(&ewmh, xcb_ewmh_get_active_window(&ewmh, screen), &window, nullptr) == 0)
@@ -94,28 +105,47 @@ struct WindowSystem::Connection {
     return window;
   }
 
+  /// Toolkits may give the keyboard to a window within the one that is seen.
+  xcb_window_t topLevelOf(xcb_window_t window) {
+    while (window != XCB_WINDOW_NONE && window != XCB_INPUT_FOCUS_POINTER_ROOT && window != root) {
+      const ReplyPointer<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(xcb, xcb_query_tree(xcb, window), nullptr));
+      if (!tree)
+        break;
+      if (tree->parent == root)
+        return window;
+      window = tree->parent;
+    }
+    return XCB_WINDOW_NONE;
+  }
+
   std::vector<ClientWindow> windows() {
     const auto managed = managedWindows();
     const std::vector<xcb_window_t> ids = managed ? *managed : unmanagedWindows();
     struct Cookies {
-      xcb_get_property_cookie_t pid, name, oldName, state;
+      xcb_get_property_cookie_t pid, name, oldName, windowClass, state, type;
     };
     std::vector<Cookies> cookies;
     for (const xcb_window_t id : ids)
       cookies.push_back({xcb_ewmh_get_wm_pid(&ewmh, id), xcb_ewmh_get_wm_name(&ewmh, id),
                          xcb_get_property(xcb, 0, id, XCB_ATOM_WM_NAME, XCB_GET_PROPERTY_TYPE_ANY, 0, 1024),
-                         xcb_ewmh_get_wm_state(&ewmh, id)});
+                         xcb_get_property(xcb, 0, id, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, 256),
+                         xcb_ewmh_get_wm_state(&ewmh, id), xcb_ewmh_get_wm_window_type(&ewmh, id)});
     const xcb_window_t active = activeWindow(managed.has_value());
     std::vector<ClientWindow> result;
     for (std::size_t each = 0; each < ids.size(); ++each) {
-      ClientWindow window{ids[each], 0, {}, true, ids[each] == active};
+      ClientWindow window{ids[each], 0, {}, {}, true, ids[each] == active};
       std::uint32_t pid = 0;
       if (xcb_ewmh_get_wm_pid_reply(&ewmh, cookies[each].pid, &pid, nullptr) != 0)
         window.pid = static_cast<pid_t>(pid);
       window.name = nameFrom(cookies[each].name, cookies[each].oldName);
-      window.isShown = !isHidden(cookies[each].state);
-      result.push_back(std::move(window));
+      window.windowClass = classFrom(cookies[each].windowClass);
+      window.isShown = !hasAtom<xcb_ewmh_get_wm_state_reply>(cookies[each].state, {ewmh._NET_WM_STATE_HIDDEN}) &&
+                       (managed || std::ranges::find(hiddenByUs, ids[each]) == hiddenByUs.end());
+      if (!hasAtom<xcb_ewmh_get_wm_window_type_reply>(
+              cookies[each].type, {ewmh._NET_WM_WINDOW_TYPE_DESKTOP, ewmh._NET_WM_WINDOW_TYPE_DOCK}))
+        result.push_back(std::move(window));
     }
+    tellProcesses(xcb, result);
     return result;
   }
 
@@ -126,21 +156,37 @@ struct WindowSystem::Connection {
       text.assign(reply.strings, reply.strings_len);
       xcb_ewmh_get_utf8_strings_reply_wipe(&reply);
     }
-    const ReplyPointer<xcb_get_property_reply_t> old(xcb_get_property_reply(xcb, oldName, nullptr));
-    if (text.empty() && old && old->format == 8)
-      text.assign(static_cast<const char*>(xcb_get_property_value(old.get())),
-                  static_cast<std::size_t>(xcb_get_property_value_length(old.get())));
+    const std::string old = textFrom(oldName);
+    if (text.empty())
+      text = old;
     return text;
   }
 
-  bool isHidden(xcb_get_property_cookie_t cookie) {
-    xcb_ewmh_get_atoms_reply_t states{};
-    if (xcb_ewmh_get_wm_state_reply(&ewmh, cookie, &states, nullptr) == 0)
+  /// WM_CLASS holds an instance and a class, each with a null behind it (ICCCM 4.1.2.5).
+  std::string classFrom(xcb_get_property_cookie_t cookie) {
+    const std::string text = textFrom(cookie);
+    const std::size_t end = text.find('\0');
+    return end == std::string::npos ? std::string() : std::string(text.c_str() + end + 1);
+  }
+
+  std::string textFrom(xcb_get_property_cookie_t cookie) {
+    const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(xcb, cookie, nullptr));
+    if (!reply || reply->format != 8)
+      return {};
+    return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+            static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+  }
+
+  /// Whether a property that is a list of atoms holds one of these.
+  template <auto Reply>
+  bool hasAtom(xcb_get_property_cookie_t cookie, std::initializer_list<xcb_atom_t> wanted) {
+    xcb_ewmh_get_atoms_reply_t list{};
+    if (Reply(&ewmh, cookie, &list, nullptr) == 0)
       return false;
-    const bool hidden = std::find(states.atoms, states.atoms + states.atoms_len, ewmh._NET_WM_STATE_HIDDEN) !=
-                        states.atoms + states.atoms_len;
-    xcb_ewmh_get_atoms_reply_wipe(&states);
-    return hidden;
+    const bool isThere = std::find_first_of(list.atoms, list.atoms + list.atoms_len, wanted.begin(), wanted.end()) !=
+                         list.atoms + list.atoms_len;
+    xcb_ewmh_get_atoms_reply_wipe(&list);
+    return isThere;
   }
 
   /// Waits until `isSo`, looking again whenever the root window reports a change.
@@ -168,6 +214,12 @@ struct WindowSystem::Connection {
     message.data.data32[0] = iconicState;
     xcb_send_event(xcb, 0, root, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char*>(&message));
+  }
+
+  /// Whether the keyboard has a place, or there is none for it.
+  bool isSettled() {
+    const std::vector<ClientWindow> now = windows();
+    return std::ranges::none_of(now, &ClientWindow::isShown) || std::ranges::any_of(now, &ClientWindow::isActive);
   }
 
   /// Whether all of these are open, or all hidden and without the keyboard.
@@ -206,16 +258,7 @@ std::unique_ptr<WindowSystem> WindowSystem::connect(const std::string& display) 
 
 std::vector<ClientWindow> WindowSystem::windows() {
   const std::lock_guard lock(connection_->mutex);
-  std::vector<ClientWindow> result = connection_->windows();
-  const auto settled = [&] {
-    return std::ranges::none_of(result, &ClientWindow::isShown) || std::ranges::any_of(result, &ClientWindow::isActive);
-  };
-  if (!settled())
-    connection_->await(activationGap, [&] {
-      result = connection_->windows();
-      return settled();
-    });
-  return result;
+  return connection_->windows();
 }
 
 void WindowSystem::activate(std::uint32_t window) {
@@ -226,6 +269,7 @@ void WindowSystem::activate(std::uint32_t window) {
                                           XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER, XCB_CURRENT_TIME, XCB_WINDOW_NONE);
   } else {
     const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    xcb_map_window(connection_->xcb, window);
     xcb_configure_window(connection_->xcb, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
     xcb_set_input_focus(connection_->xcb, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
   }
@@ -235,11 +279,20 @@ void WindowSystem::activate(std::uint32_t window) {
 
 void WindowSystem::iconify(const std::vector<std::uint32_t>& windows) {
   const std::lock_guard lock(connection_->mutex);
+  const bool isManaged = connection_->managedWindows().has_value();
   // Back ones first, lest one of the same application becomes active in between.
-  for (auto window = windows.rbegin(); window != windows.rend(); ++window)
-    connection_->requestIconic(*window);
+  for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
+    if (isManaged) {
+      connection_->requestIconic(*window);
+    } else {
+      xcb_unmap_window(connection_->xcb, *window);
+      connection_->hiddenByUs.push_back(*window);
+    }
+  }
   xcb_flush(connection_->xcb);
   connection_->await(patience, [&] { return connection_->allShown(windows, false); });
+  if (isManaged)
+    connection_->await(activationGap, [&] { return connection_->isSettled(); });
 }
 
 void WindowSystem::open(const std::vector<std::uint32_t>& windows) {

@@ -11,14 +11,16 @@ namespace tabwright::scripting {
 /// A top-level window of an application.
 struct ClientWindow {
   std::uint32_t id = 0;
-  pid_t pid = 0; ///< 0 when the window doesn't tell
+  pid_t pid = 0; ///< of its process; 0 when neither the window nor the display server tells
   std::string name;
-  bool isShown = false;  ///< not iconified
-  bool isActive = false; ///< has the keyboard
+  std::string windowClass; ///< the class of WM_CLASS, such as "Chromium"; the same for all windows of an application
+  bool isShown = false;    ///< not iconified
+  bool isActive = false;   ///< has the keyboard
 };
 
 /// The windows of an X11 display, as its window manager tells of them (Extended Window Manager Hints 1.5, ICCCM 2.0);
-/// without a window manager, as the window tree and the input focus do.
+/// without a window manager, as the window tree and the input focus do. Panels and the desktop's own background are no
+/// windows of applications and left out.
 ///
 /// Calls are serialised by the object, so it may be used from several threads. When the display is lost, `windows`
 /// gives none and the rest does nothing.
@@ -30,13 +32,16 @@ public:
   WindowSystem(const WindowSystem&) = delete;
   WindowSystem& operator=(const WindowSystem&) = delete;
 
-  /// All application windows, front to back, iconified ones in their places.
+  /// All application windows, front to back, iconified ones in their places. None is active while the user is in none,
+  /// as on the empty desktop.
   [[nodiscard]] std::vector<ClientWindow> windows();
 
   /// Raises a window, opens it if it is iconified, and gives it the keyboard. Returns when it has it, or after half a
   /// second.
   void activate(std::uint32_t window);
-  /// Iconifies windows, the last one first, or opens them again. Returns when all are so, or after half a second.
+  /// Iconifies windows, the last one first, or opens them again. Returns when all are so and the next window has the
+  /// keyboard, or after half a second. Without a window manager they are taken off the screen, and known as iconified
+  /// for as long as this object lives.
   void iconify(const std::vector<std::uint32_t>& windows);
   void open(const std::vector<std::uint32_t>& windows);
 

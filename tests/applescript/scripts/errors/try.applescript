@@ -47,6 +47,34 @@ on f()
 end f
 f() --> -128
 
+-- A handler for one number lets the others through.
+try
+	try
+		error number -128
+	on error number -128
+		set r to "cancelled"
+	end try
+end try
+r --> "cancelled"
+
+try
+	try
+		error "other" number 5
+	on error m number -128
+		set r to m
+	end try
+on error m number n
+	set r to {m, n}
+end try
+r --> {"other", 5}
+
+try
+	{a:1} as text
+on error m from v
+	set r to {m, v}
+end try
+r --> {"Can’t make {a:1} into type text.", {a:1}}
+
 error "own" --> error -2700 own
 error "own" number -5 --> error -5 own
 error number -128 --> error -128 User canceled.

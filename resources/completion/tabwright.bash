@@ -1,0 +1,36 @@
+# Completes tabwright's words. Load it with: source <(tabwright completion bash)
+_tabwright() {
+  local line word files=
+  local -a words=() candidates=()
+  # Bash splits words at "=" and ":"; they are put together again.
+  local index
+  for ((index = 1; index <= COMP_CWORD; index++)); do
+    word=${COMP_WORDS[index]}
+    if ((index > 1)) && [[ $word == [=:]* || ${COMP_WORDS[index - 1]} == *[=:] ]] && ((${#words[@]})); then
+      words[-1]+=$word
+    else
+      words+=("$word")
+    fi
+  done
+  while IFS= read -r line; do
+    if [[ $line == :files ]]; then
+      files=yes
+    else
+      candidates+=("${line%%$'\t'*}")
+    fi
+  done < <("${COMP_WORDS[0]}" complete "${words[@]}" 2>/dev/null)
+  local current=${COMP_WORDS[COMP_CWORD]} whole=${words[-1]-}
+  [[ $current == [=:] ]] && current=
+  local prefix=${whole%"$current"}
+  COMPREPLY=("${candidates[@]#"$prefix"}")
+  if [[ $files ]]; then
+    if [[ $current == @* ]]; then
+      mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -P @ -f -- "${current#@}")
+    else
+      mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -f -- "$current")
+    fi
+    compopt -o filenames 2>/dev/null
+  fi
+  return 0
+}
+complete -F _tabwright tabwright

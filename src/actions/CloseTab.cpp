@@ -1,0 +1,57 @@
+// Closes a tab. It is described as it was; but its reference names nothing any more, so the id in it becomes 0.
+#include "actions/ActionList.h"
+#include "actions/EntityAction.h"
+#include "actions/TabTarget.h"
+#include "engine/AppleScriptSnippets.h"
+#include "engine/ScriptText.h"
+
+namespace tabwright::actions {
+
+namespace {
+
+class CloseTab final : public TabAction {
+  TabTarget tab{*this, services()};
+
+public:
+  explicit CloseTab(const ActionServices& services) : TabAction(services, "CloseTab", intents::tables::browserTabs) {
+    aimAtTab(tab);
+    summarise({
+        {.when = {tab.isSpecific()},
+         .key = "tabSelection.specificTab",
+         .sentence = {&tab.tabSelection, &tab.targetTab},
+         .further = {}},
+        {.when = {},
+         .key = "tabSelection.defaultCase",
+         .sentence = {&tab.tabSelection, &tab.targetContext},
+         .further = {}},
+    });
+  }
+
+private:
+  [[nodiscard]] std::string scriptBody() const override {
+    using Snippets = engine::AppleScriptSnippets;
+    switch (*tab.tabSelection) {
+    case TabSelectionOption::frontTab:
+      return engine::joinedLines({Snippets::openWindowsCheck(), Snippets::frontVariables(),
+                                  "set tabData to my makeBrowserTabData(FRONT_TAB, FRONT_WINDOW, null)\n"
+                                  "set tabID of tabData to \"0\"\n"
+                                  "close FRONT_TAB\n\n"
+                                  "return success(tabData)"});
+    case TabSelectionOption::specificTab:
+      return engine::joinedLines({Snippets::openWindowsCheck(), Snippets::tabLookup(tab.targetTab->fullID),
+                                  "\nset tabData to my makeBrowserTabData(nativeTab, nativeWindow, null)\n"
+                                  "set tabID of tabData to \"0\"\n"
+                                  "close nativeTab\n\n"
+                                  "return success(tabData)"});
+    }
+    return {};
+  }
+};
+
+} // namespace
+
+std::unique_ptr<ActionFrame> makeCloseTab(const ActionServices& services) {
+  return std::make_unique<CloseTab>(services);
+}
+
+} // namespace tabwright::actions

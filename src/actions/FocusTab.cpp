@@ -1,0 +1,41 @@
+// Brings a tab to the front of its window, the window to the front of its browser, and the browser to the front.
+#include "actions/ActionList.h"
+#include "actions/EntityAction.h"
+#include "actions/SharedParameters.h"
+#include "engine/AppleScriptSnippets.h"
+#include "engine/ScriptText.h"
+
+namespace tabwright::actions {
+
+namespace {
+
+class FocusTab final : public TabAction {
+  Parameter<browserdata::BrowserTabEntity> targetTab{*this, shared::requiredTab()};
+
+public:
+  explicit FocusTab(const ActionServices& services) : TabAction(services, "FocusTab", intents::tables::browserTabs) {
+    aimAtOwnerOf(targetTab);
+    summarise({{.when = {}, .key = "", .sentence = {&targetTab}, .further = {}}});
+  }
+
+private:
+  [[nodiscard]] std::string scriptBody() const override {
+    using Snippets = engine::AppleScriptSnippets;
+    return engine::joinedLines({Snippets::openWindowsCheck(), Snippets::tabLookup(targetTab->fullID),
+                                "my focusTabAndWindow(nativeTab, nativeWindow)\n\n"
+                                "return success(my makeBrowserTabData(nativeTab, nativeWindow, null))"});
+  }
+
+  [[nodiscard]] browserdata::BrowserTabEntity result(browserdata::BrowserTabData answer,
+                                                     const engine::TargetContext& /*browser*/) const override {
+    return {answer, targetTab->targetContext};
+  }
+};
+
+} // namespace
+
+std::unique_ptr<ActionFrame> makeFocusTab(const ActionServices& services) {
+  return std::make_unique<FocusTab>(services);
+}
+
+} // namespace tabwright::actions

@@ -1,0 +1,37 @@
+// Brings a window to the front of its browser, and the browser to the front.
+#include "actions/ActionList.h"
+#include "actions/EntityAction.h"
+#include "actions/SharedParameters.h"
+#include "engine/AppleScriptSnippets.h"
+#include "engine/ScriptText.h"
+
+namespace tabwright::actions {
+
+namespace {
+
+class FocusWindow final : public WindowAction {
+  Parameter<browserdata::BrowserWindowEntity> targetWindow{*this, shared::requiredWindow()};
+
+public:
+  explicit FocusWindow(const ActionServices& services)
+      : WindowAction(services, "FocusWindow", intents::tables::browserWindows) {
+    aimAtOwnerOf(targetWindow);
+    summarise({{.when = {}, .key = "", .sentence = {&targetWindow}, .further = {}}});
+  }
+
+private:
+  [[nodiscard]] std::string scriptBody() const override {
+    return engine::joinedLines({engine::AppleScriptSnippets::requestedWindowCheck(targetWindow->id()),
+                                "set index of REQUESTED_WINDOW to 1\n"
+                                "activate\n\n"
+                                "return success(my makeBrowserWindowData(REQUESTED_WINDOW))"});
+  }
+};
+
+} // namespace
+
+std::unique_ptr<ActionFrame> makeFocusWindow(const ActionServices& services) {
+  return std::make_unique<FocusWindow>(services);
+}
+
+} // namespace tabwright::actions

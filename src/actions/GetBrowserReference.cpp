@@ -1,0 +1,43 @@
+// Gives a browser as a value for later actions. Only the frontmost one has to be looked for, by the lookup's script; a
+// browser that is named needn't even run.
+#include "actions/ActionList.h"
+#include "actions/SharedParameters.h"
+#include "engine/Scriptacular.h"
+
+namespace tabwright::actions {
+
+namespace {
+
+class GetBrowserReference final : public ActionFrame {
+  Parameter<engine::TargetContext> targetContext{*this, shared::targetContext(services())};
+
+public:
+  explicit GetBrowserReference(const ActionServices& services)
+      : ActionFrame(services, "GetBrowserReference", intents::tables::browsers) {
+    aimAt(targetContext);
+    summarise({{.when = {}, .key = "", .sentence = {&targetContext}, .further = {}}});
+  }
+
+  [[nodiscard]] intents::ValueType resultType() const override {
+    return intents::ValueTraits<engine::TargetContext>::type();
+  }
+
+private:
+  platform::Task<Outcome> run(intents::ActionHost& /*host*/) override {
+    engine::TargetContext browser = target();
+    if (browser == engine::frontmostTargetContext()) {
+      auto lookup = engine::Scriptacular::forOnboarding(services().scripts);
+      co_await lookup.resolveFrontmostBrowser();
+      browser = lookup.targetContext();
+    }
+    co_return Outcome{.value = intents::ValueTraits<engine::TargetContext>::toJson(browser)};
+  }
+};
+
+} // namespace
+
+std::unique_ptr<ActionFrame> makeGetBrowserReference(const ActionServices& services) {
+  return std::make_unique<GetBrowserReference>(services);
+}
+
+} // namespace tabwright::actions

@@ -1,0 +1,64 @@
+// Reads a tab with all that its page shows: HTML, text, and what is selected.
+#include "actions/ActionList.h"
+#include "actions/EntityAction.h"
+#include "actions/TabTarget.h"
+#include "engine/AppleScriptSnippets.h"
+#include "engine/ScriptText.h"
+#include "engine/errors/AppleScriptRuntimeError.h"
+
+namespace tabwright::actions {
+
+namespace {
+
+class GetDetailsOfTab final : public TabAction {
+  TabTarget tab{*this, services()};
+
+public:
+  explicit GetDetailsOfTab(const ActionServices& services)
+      : TabAction(services, "GetDetailsOfTab", intents::tables::browserTabs) {
+    aimAtTab(tab);
+    summarise({
+        {.when = {tab.isSpecific()},
+         .key = "tabSelection.specificTab",
+         .sentence = {&tab.tabSelection, &tab.targetTab},
+         .further = {}},
+        {.when = {},
+         .key = "tabSelection.defaultCase",
+         .sentence = {&tab.tabSelection, &tab.targetContext},
+         .further = {}},
+    });
+  }
+
+private:
+  [[nodiscard]] std::string scriptBody() const override {
+    using Snippets = engine::AppleScriptSnippets;
+    switch (*tab.tabSelection) {
+    case TabSelectionOption::frontTab:
+      return engine::joinedLines({Snippets::openWindowsCheck(), Snippets::frontVariables(),
+                                  "return success(my makeDetailedBrowserTabDataForID(FRONT_TAB_ID))"});
+    case TabSelectionOption::specificTab:
+      return engine::joinedLines({Snippets::openWindowsCheck(), lookupWithDetails()});
+    }
+    return {};
+  }
+
+  [[nodiscard]] std::string lookupWithDetails() const {
+    const std::string tabNotFound = std::to_string(engine::rawValue(engine::AppleScriptRuntimeError::tabNotFound));
+    return "set tabData to my makeDetailedBrowserTabDataForID(\"" + tab.targetTab->id() +
+           "\")\n"
+           "if tabData is missing value or tabData is null then\n"
+           "  return failure(" +
+           tabNotFound +
+           ")\n"
+           "end if\n\n"
+           "return success(tabData)";
+  }
+};
+
+} // namespace
+
+std::unique_ptr<ActionFrame> makeGetDetailsOfTab(const ActionServices& services) {
+  return std::make_unique<GetDetailsOfTab>(services);
+}
+
+} // namespace tabwright::actions

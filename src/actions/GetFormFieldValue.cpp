@@ -1,0 +1,58 @@
+// Reads the value of a form field of a page. A field that isn't there has the empty value.
+#include "actions/ActionList.h"
+#include "actions/PageJob.h"
+#include "actions/ScriptAction.h"
+#include "engine/ScriptText.h"
+
+namespace tabwright::actions {
+
+namespace {
+
+class GetFormFieldValue final : public ScriptAction<std::vector<std::string>, std::string> {
+  TabTarget tab{*this, services(), shared::TargetDescription::plain};
+  Parameter<FormFieldSelectionOption> formFieldSelection{*this, shared::formFieldSelection()};
+  Parameter<std::string> fieldTargetSpec{
+      *this,
+      {.name = "fieldTargetSpec",
+       .requestDialog = {{"intent.GetFormFieldValue.parameter.fieldTargetSpec.requestValueDialog",
+                          std::string(intents::tables::webPages)}},
+       .textInput = shared::literalInput(),
+       .example = "email"}};
+
+public:
+  explicit GetFormFieldValue(const ActionServices& services)
+      : ScriptAction(services, "GetFormFieldValue", intents::tables::webPages) {
+    requireText(fieldTargetSpec);
+    aimAtTab(tab);
+    summarise({
+        {.when = {tab.isSpecific()},
+         .key = "tabSelection.specificTab",
+         .sentence = {&formFieldSelection, &fieldTargetSpec, &tab.tabSelection, &tab.targetTab},
+         .further = {}},
+        {.when = {},
+         .key = "tabSelection.defaultCase",
+         .sentence = {&formFieldSelection, &fieldTargetSpec, &tab.tabSelection, &tab.targetContext},
+         .further = {}},
+    });
+  }
+
+private:
+  [[nodiscard]] std::string scriptBody() const override {
+    const std::string strategy(intents::enumCase(*formFieldSelection).rawValue);
+    return pageJob(tab, "return [\n  getFormFieldValue(\n    \"" + engine::escapeForLiteral(*fieldTargetSpec) +
+                            "\",\n    \"" + strategy + "\"\n  )\n]");
+  }
+
+  [[nodiscard]] std::string result(std::vector<std::string> answer,
+                                   const engine::TargetContext& /*browser*/) const override {
+    return answerOf(answer);
+  }
+};
+
+} // namespace
+
+std::unique_ptr<ActionFrame> makeGetFormFieldValue(const ActionServices& services) {
+  return std::make_unique<GetFormFieldValue>(services);
+}
+
+} // namespace tabwright::actions

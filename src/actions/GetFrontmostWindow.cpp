@@ -1,0 +1,35 @@
+// Gives the front window of a browser, under the title that the browser gives it.
+#include "actions/ActionList.h"
+#include "actions/EntityAction.h"
+#include "actions/SharedParameters.h"
+#include "engine/AppleScriptSnippets.h"
+#include "engine/ScriptText.h"
+
+namespace tabwright::actions {
+
+namespace {
+
+class GetFrontmostWindow final : public WindowAction {
+  Parameter<engine::TargetContext> targetContext{*this, shared::targetContext(services())};
+
+public:
+  explicit GetFrontmostWindow(const ActionServices& services)
+      : WindowAction(services, "GetFrontmostWindow", intents::tables::browserWindows) {
+    aimAt(targetContext);
+    summarise({{.when = {}, .key = "", .sentence = {&targetContext}, .further = {}}});
+  }
+
+private:
+  [[nodiscard]] std::string scriptBody() const override {
+    return engine::joinedLines(
+        {engine::AppleScriptSnippets::openWindowsCheck(), "return success(my makeBrowserWindowData(front window))"});
+  }
+};
+
+} // namespace
+
+std::unique_ptr<ActionFrame> makeGetFrontmostWindow(const ActionServices& services) {
+  return std::make_unique<GetFrontmostWindow>(services);
+}
+
+} // namespace tabwright::actions

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string_view>
+
+namespace tabwright::actions {
+
+/// Whether an action may open `text` (UTF-8) in a browser: a URL of the scheme http, https or file, spelled in small
+/// letters, that names a host unless it is a file's.
+///
+///     isUsableURL("https://example.com/a?b=c#d")    // true
+///     isUsableURL("file:///tmp/x")                  // true
+///     isUsableURL("http:")                          // false: no host
+///     isUsableURL("https://example.com/ ")          // false: nothing is trimmed
+///
+/// The grammar is that of RFC 3986 with the characters beyond ASCII that RFC 3987 adds: they are what users copy from
+/// an address bar. Where it differs:
+///
+///   - A host is a name of letters, digits, "-", ".", "_" and percent escapes, or an IPv6 address in brackets. A port
+///   is
+///     at most 65535. The URL of a file has neither user nor port.
+///   - Path, query and fragment may hold the characters [ ] { } | ^ ` unescaped: pages use them, browsers take them.
+///
+/// It is also the guard of texts that go into a script between double quotes: no double quote, backslash, control
+/// character or white space of any kind passes, and no malformed UTF-8. From any thread; never throws.
+[[nodiscard]] bool isUsableURL(std::string_view text);
+
+} // namespace tabwright::actions

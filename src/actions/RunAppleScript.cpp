@@ -1,0 +1,63 @@
+// Runs AppleScript of the user's own where an action's lines stand: inside of the block that speaks to the browser,
+// with the runtime library at hand. What the lines leave in RETURN_VALUE is the result, as JSON.
+#include "actions/ActionList.h"
+#include "actions/ScriptAction.h"
+#include "actions/SharedParameters.h"
+#include "engine/JSONDecoding.h"
+
+namespace tabwright {
+
+// Not in an unnamed namespace: coroutines are made over the type, and their frames would have linkage without it.
+namespace actions {
+
+struct AppleScriptPlaygroundData {
+  std::string returnValue; ///< a JSON text
+};
+
+} // namespace actions
+
+template <>
+struct engine::JSONDecoding<actions::AppleScriptPlaygroundData> {
+  static actions::AppleScriptPlaygroundData from(const boost::json::value& json) {
+    return {.returnValue = requiredField<std::string>(requireObject(json), "returnValue")};
+  }
+};
+
+namespace actions {
+
+namespace {
+
+class RunAppleScript final : public ScriptAction<AppleScriptPlaygroundData, std::string> {
+  Parameter<engine::TargetContext> targetContext{*this, shared::targetContext(services())};
+  Parameter<std::string> script{
+      *this,
+      {.name = "script", .textInput = shared::literalInput(), .example = "set RETURN_VALUE to name of front window"}};
+
+public:
+  explicit RunAppleScript(const ActionServices& services)
+      : ScriptAction(services, "RunAppleScript", intents::tables::browsers) {
+    registerRuns(Registration::beforePreconditions);
+    aimAt(targetContext);
+    summarise({{.when = {}, .key = "", .sentence = {&script, &targetContext}, .further = {}}});
+  }
+
+private:
+  [[nodiscard]] std::string scriptBody() const override {
+    return "set RETURN_VALUE to {}\n" + *script + "\nreturn my success({returnValue: my jsonStringify(RETURN_VALUE)})";
+  }
+
+  [[nodiscard]] std::string result(AppleScriptPlaygroundData answer,
+                                   const engine::TargetContext& /*browser*/) const override {
+    return answer.returnValue;
+  }
+};
+
+} // namespace
+
+std::unique_ptr<ActionFrame> makeRunAppleScript(const ActionServices& services) {
+  return std::make_unique<RunAppleScript>(services);
+}
+
+} // namespace actions
+
+} // namespace tabwright

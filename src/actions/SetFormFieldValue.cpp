@@ -1,0 +1,75 @@
+// Sets a form field of a page. The value travels as a template literal, which may go over several lines; `${` is left
+// as it is and means to the page what it means in any template literal.
+#include "actions/ActionList.h"
+#include "actions/PageJob.h"
+#include "actions/ScriptAction.h"
+#include "engine/ScriptText.h"
+
+namespace tabwright::actions {
+
+namespace {
+
+// The text between the backticks of a template literal.
+std::string escapeForTemplate(const std::string& text) {
+  std::string escaped;
+  for (const char character : engine::escapeForLiteral(text)) {
+    if (character == '`')
+      escaped += '\\';
+    escaped += character;
+  }
+  return escaped;
+}
+
+class SetFormFieldValue final : public ScriptAction<std::vector<std::string>, bool> {
+  TabTarget tab{*this, services()};
+  Parameter<FormFieldSelectionOption> formFieldSelection{*this, shared::formFieldSelection()};
+  Parameter<std::string> targetField{*this,
+                                     {.name = "targetField",
+                                      .requestDialog = {{"Please specify the form field"}},
+                                      .textInput = shared::literalInput(),
+                                      .example = "email"}};
+  Parameter<std::string> newValue{
+      *this, {.name = "newValue", .requestDialog = {{"Please specify the new value"}}, .example = "ann@example.com"}};
+  Parameter<bool> shouldFireChangeEvent{*this, shared::shouldFireChangeEvent()};
+  Parameter<bool> shouldSubmitParentForm{*this, shared::shouldSubmitParentForm()};
+  Parameter<PauseOption> pauseAfterSucessInSeconds{*this, shared::pauseAfterSucessInSeconds()};
+
+public:
+  explicit SetFormFieldValue(const ActionServices& services)
+      : ScriptAction(services, "SetFormFieldValue", intents::tables::webPages) {
+    requireText(targetField);
+    aimAtTab(tab);
+    pauseAfterSuccess(pauseAfterSucessInSeconds);
+    summarise({
+        {.when = {tab.isSpecific()},
+         .key = "tabSelection.specificTab",
+         .sentence = {&formFieldSelection, &targetField, &newValue, &tab.tabSelection, &tab.targetTab},
+         .further = {&shouldFireChangeEvent, &shouldSubmitParentForm, &pauseAfterSucessInSeconds}},
+        {.when = {},
+         .key = "tabSelection.defaultCase",
+         .sentence = {&formFieldSelection, &targetField, &newValue, &tab.tabSelection, &tab.targetContext},
+         .further = {&shouldFireChangeEvent, &shouldSubmitParentForm, &pauseAfterSucessInSeconds}},
+    });
+  }
+
+private:
+  [[nodiscard]] std::string scriptBody() const override {
+    const std::string strategy(intents::enumCase(*formFieldSelection).rawValue);
+    return pageJob(tab, "return [\n  setFormFieldValue(\n    \"" + engine::escapeForLiteral(*targetField) +
+                            "\",\n    \"" + strategy + "\",\n    `" + escapeForTemplate(*newValue) + "`,\n    " +
+                            javascriptText(*shouldFireChangeEvent) + ",\n    " +
+                            javascriptText(*shouldSubmitParentForm) + "\n  )\n]");
+  }
+
+  [[nodiscard]] bool result(std::vector<std::string> answer, const engine::TargetContext& /*browser*/) const override {
+    return succeeded(answer);
+  }
+};
+
+} // namespace
+
+std::unique_ptr<ActionFrame> makeSetFormFieldValue(const ActionServices& services) {
+  return std::make_unique<SetFormFieldValue>(services);
+}
+
+} // namespace tabwright::actions

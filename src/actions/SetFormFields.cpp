@@ -1,0 +1,66 @@
+// Sets several form fields of a page from a JSON document: field names and their values. The document, normalised,
+// stands in the job as the JavaScript literal that it is.
+#include "actions/ActionList.h"
+#include "actions/PageJob.h"
+#include "actions/ScriptAction.h"
+#include "actions/enums/SetFormFieldsOptions.h"
+#include "intents/IntentFile.h"
+#include "platform/NormalisedJSON.h"
+
+namespace tabwright::actions {
+
+namespace {
+
+class SetFormFields final : public ScriptAction<std::vector<std::string>, bool> {
+  using Selection = SetFormFields_FormFieldsSelectionOption;
+
+  TabTarget tab{*this, services()};
+  Parameter<Selection> formFieldsSelection{
+      *this, {.name = "formFieldsSelection", .defaultValue = Selection::elementNameAttribute}};
+  Parameter<intents::IntentFile> inputDict{
+      *this,
+      {.name = "inputDict",
+       .requestDialog = {{"intent.SetFormFields.parameter.inputDict.requestValueDialog",
+                          std::string(intents::tables::webPages)}},
+       .example = R"({"email":"ann@example.com","newsletter":"yes"})"}};
+  Parameter<bool> shouldFireChangeEvent{*this, shared::shouldFireChangeEvent()};
+  Parameter<bool> shouldSubmitParentForm{*this, shared::shouldSubmitParentForm()};
+  Parameter<PauseOption> pauseAfterSucessInSeconds{*this, shared::pauseAfterSucessInSeconds()};
+
+public:
+  explicit SetFormFields(const ActionServices& services)
+      : ScriptAction(services, "SetFormFields", intents::tables::webPages) {
+    aimAtTab(tab);
+    pauseAfterSuccess(pauseAfterSucessInSeconds);
+    summarise({
+        {.when = {tab.isSpecific()},
+         .key = "tabSelection.specificTab",
+         .sentence = {&formFieldsSelection, &inputDict, &tab.tabSelection, &tab.targetTab},
+         .further = {&shouldFireChangeEvent, &shouldSubmitParentForm, &pauseAfterSucessInSeconds}},
+        {.when = {},
+         .key = "tabSelection.defaultCase",
+         .sentence = {&formFieldsSelection, &inputDict, &tab.tabSelection, &tab.targetContext},
+         .further = {&shouldFireChangeEvent, &shouldSubmitParentForm, &pauseAfterSucessInSeconds}},
+    });
+  }
+
+private:
+  [[nodiscard]] std::string scriptBody() const override {
+    const std::string strategy(intents::enumCase(*formFieldsSelection).rawValue);
+    return pageJob(tab, "return [\n  setFormFields(\n    " + platform::normalisedJSON(inputDict->data) + ",\n    \"" +
+                            strategy + "\",\n    " + javascriptText(*shouldFireChangeEvent) + ",\n    " +
+                            javascriptText(*shouldSubmitParentForm) + "\n  )\n]");
+  }
+
+  [[nodiscard]] bool result(std::vector<std::string> answer, const engine::TargetContext& /*browser*/) const override {
+    return succeeded(answer);
+  }
+};
+
+} // namespace
+
+std::unique_ptr<ActionFrame> makeSetFormFields(const ActionServices& services) {
+  return std::make_unique<SetFormFields>(services);
+}
+
+} // namespace tabwright::actions

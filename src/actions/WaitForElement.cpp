@@ -1,0 +1,63 @@
+// Waits until a page has an element that a CSS selector matches, and shows it. One number of seconds bounds the waiting
+// in the page and the polling from the script.
+#include "actions/ActionList.h"
+#include "actions/PageJob.h"
+#include "actions/ScriptAction.h"
+#include "actions/enums/WaitForElementOptions.h"
+#include "engine/ScriptText.h"
+#include "engine/errors/AppleScriptRuntimeError.h"
+
+namespace tabwright::actions {
+
+namespace {
+
+class WaitForElement final : public ScriptAction<std::vector<std::string>, bool> {
+  using Timeout = WaitForElement_TimeoutOption;
+  using OnFailure = WaitForElement_OnFailureOption;
+
+  TabTarget tab{*this, services()};
+  Parameter<std::string> cssSelector{*this, shared::cssSelector()};
+  Parameter<Timeout> timeout{*this, {.name = "timeout", .defaultValue = Timeout::p10}};
+  Parameter<OnFailure> onFailure{*this, {.name = "onFailure", .defaultValue = OnFailure::raiseError}};
+
+public:
+  explicit WaitForElement(const ActionServices& services)
+      : ScriptAction(services, "WaitForElement", intents::tables::webPages) {
+    requireText(cssSelector);
+    aimAtTab(tab);
+    summarise({
+        {.when = {tab.isSpecific()},
+         .key = "tabSelection.specificTab",
+         .sentence = {&timeout, &cssSelector, &tab.tabSelection, &tab.targetTab},
+         .further = {&onFailure}},
+        {.when = {},
+         .key = "tabSelection.defaultCase",
+         .sentence = {&timeout, &cssSelector, &tab.tabSelection, &tab.targetContext},
+         .further = {&onFailure}},
+    });
+  }
+
+private:
+  [[nodiscard]] std::string scriptBody() const override {
+    const std::string seconds(intents::enumCase(*timeout).rawValue);
+    return pageJob(tab,
+                   "return [\n  await waitForPageElement(\"" + engine::escapeForLiteral(*cssSelector) + "\", " +
+                       seconds + ")\n]",
+                   secondsOf(*timeout));
+  }
+
+  [[nodiscard]] bool result(std::vector<std::string> answer, const engine::TargetContext& /*browser*/) const override {
+    const bool isFound = succeeded(answer);
+    if (!isFound && *onFailure == OnFailure::raiseError)
+      throw platform::failure(engine::AppleScriptRuntimeError::pageElementNotFound);
+    return isFound;
+  }
+};
+
+} // namespace
+
+std::unique_ptr<ActionFrame> makeWaitForElement(const ActionServices& services) {
+  return std::make_unique<WaitForElement>(services);
+}
+
+} // namespace tabwright::actions

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "intents/EnumDeclaration.h"
+
+namespace tabwright::actions {
+
+/// How a text names a field of a form. The raw value is what the page library calls it.
+enum class FormFieldSelectionOption {
+  elementNameAttribute, ///< by the field's `name` attribute
+  elementIDAttribute,   ///< by the field's `id` attribute
+  cssSelector,          ///< by a CSS selector
+};
+
+inline constexpr auto formFieldSelectionOptions = intents::enumTable<FormFieldSelectionOption>({
+    {FormFieldSelectionOption::elementNameAttribute, "elementNameAttribute"},
+    {FormFieldSelectionOption::elementIDAttribute, "elementIDAttribute"},
+    {FormFieldSelectionOption::cssSelector, "cssSelector"},
+});
+
+constexpr intents::EnumDeclaration enumDeclaration(FormFieldSelectionOption) {
+  return {"FormFieldSelectionOption", intents::tables::standard, formFieldSelectionOptions};
+}
+
+} // namespace tabwright::actions

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "intents/EnumDeclaration.h"
+
+namespace tabwright::actions {
+
+/// Whether a keyboard action looks at its modifier parameters.
+enum class KeyboardModifiersStatus { enabled, disabled };
+
+inline constexpr auto keyboardModifiersStatus = intents::enumTable<KeyboardModifiersStatus>({
+    {KeyboardModifiersStatus::enabled, "enabled"},
+    {KeyboardModifiersStatus::disabled, "disabled"},
+});
+
+constexpr intents::EnumDeclaration enumDeclaration(KeyboardModifiersStatus) {
+  return {"KeyboardModifiersStatus", intents::tables::enums, keyboardModifiersStatus};
+}
+
+} // namespace tabwright::actions

@@ -1,0 +1,121 @@
+// CLI11 reads the commands and their own options; what stands behind an action's name is left to the catalogue, which
+// knows the parameters.
+#include "app/CommandDeclarations.h"
+
+#include <CLI/CLI.hpp>
+
+namespace tabwright::app {
+namespace {
+
+// Named by the kind of word that it takes.
+template <class Value>
+CLI::Option* operand(CLI::App& command, const char* kind, Value& value, const char* description) {
+  return command.add_option(kind, value, description)->type_name("");
+}
+
+// What stands behind an action's name is read later. “--help” there means the action, so the command has no flag of
+// that name, and takes it for its own only when no action is named.
+void takeTheRest(CLI::App& command) {
+  command.set_help_flag();
+  command.prefix_command();
+}
+
+std::vector<std::string> restOf(const CLI::App& command, const std::string& action) {
+  std::vector<std::string> rest = command.remaining();
+  if (!action.empty())
+    return rest;
+  if (rest == std::vector<std::string>{"--help"} || rest == std::vector<std::string>{"-h"})
+    throw CLI::CallForHelp();
+  throw CLI::RequiredError(operands::action);
+}
+
+void declareRun(CLI::App& program, Choices& choices) {
+  CLI::App* run = program.add_subcommand("run", "Run an action of the catalogue");
+  operand(*run, operands::action, choices.run.name, "The action: “tabwright actions” lists them");
+  run->add_flag("--json", choices.isJson, "Print the result, or the error, as JSON");
+  run->footer("Parameters follow the name: --name value. “tabwright actions ACTION” tells which there are.");
+  takeTheRest(*run);
+  run->callback([&choices, run] {
+    choices.run.parameters = restOf(*run, choices.run.name);
+    choices.run.output = choices.output();
+    choices.chosen = [&choices] { return app::run(choices.run); };
+  });
+
+  CLI::App* script = program.add_subcommand("script", "Print the AppleScript program of a run, without running it");
+  operand(*script, operands::action, choices.script.name, "The action");
+  takeTheRest(*script);
+  script->callback([&choices, script] {
+    choices.script.parameters = restOf(*script, choices.script.name);
+    choices.chosen = [&choices] { return app::script(choices.script); };
+  });
+}
+
+void declareActions(CLI::App& program, Choices& choices) {
+  CLI::App* actions = program.add_subcommand("actions", "List the actions, or show one in full");
+  operand(*actions, operands::action, choices.actionName, "The action to show");
+  actions->add_flag("--json", choices.isJson, "Print names, titles and JSON schemas");
+  actions->add_flag("--markdown", choices.isMarkdown, "Print the reference of all actions as Markdown");
+  actions->callback([&choices] {
+    if (!choices.actionName.empty())
+      choices.actions.name = choices.actionName;
+    choices.actions.output = choices.output();
+    choices.actions.isReference = choices.isMarkdown;
+    choices.chosen = [&choices] { return app::actions(choices.actions); };
+  });
+}
+
+void declareAppleScript(CLI::App& program, Choices& choices) {
+  CLI::App* script = program.add_subcommand("applescript", "Run an AppleScript and print its result in source form");
+  operand(*script, operands::file, choices.appleScript.file, "The script; “-” reads standard input")->required();
+  operand(*script, "ARGUMENT", choices.appleScript.arguments, "Passed to the script’s run handler as a list of texts");
+  script->add_flag("--check", choices.checks, "Only check the syntax; show every error with its place");
+  script->callback([&choices] {
+    if (choices.checks)
+      choices.appleScript.mode = AppleScriptCommand::Mode::check;
+    choices.chosen = [&choices] { return appleScript(choices.appleScript); };
+  });
+}
+
+void declareBrowser(CLI::App& program, Choices& choices) {
+  CLI::App* browser =
+      program.add_subcommand("browser", "Start a browser to drive, with a profile of its own and remote debugging on");
+  operand(*browser, operands::browser, choices.browser.browser, "chromium, chrome, edge, brave or vivaldi")->required();
+  operand(*browser, "ADDRESS", choices.address, "A page to open");
+  browser->add_flag("--headless", choices.browser.isHeadless, "Without a window");
+  browser->add_flag("--json", choices.isJson, "Print what was started as JSON");
+  browser->footer("Words behind “--” go to the browser as they are.");
+  browser->callback([&choices] {
+    if (!choices.address.empty())
+      choices.browser.address = choices.address;
+    choices.browser.output = choices.output();
+    choices.chosen = [&choices] { return app::browser(choices.browser); };
+  });
+}
+
+void declareShells(CLI::App& program, Choices& choices) {
+  CLI::App* completion =
+      program.add_subcommand("completion", "Print the script that completes tabwright’s words in a shell");
+  operand(*completion, operands::shell, choices.shell, "bash, zsh or fish")->required();
+  completion->callback([&choices] { choices.chosen = [&choices] { return app::completion(choices.shell); }; });
+
+  CLI::App* manual = program.add_subcommand("manual", "Print the manual page, for “man -l -”");
+  manual->callback([&choices, &program] { choices.chosen = [&program] { return app::manual(program); }; });
+}
+
+} // namespace
+
+void declareCommands(CLI::App& program, Choices& choices) {
+  program.description("Drives a browser from outside: actions on its windows, tabs and pages, and AppleScript");
+  program.name("tabwright");
+  program.set_version_flag("--version", "tabwright " TABWRIGHT_VERSION);
+  program.add_option("--log-level", choices.logLevel, "Show on standard error what happens: debug, info or error")
+      ->type_name("LEVEL");
+  program.require_subcommand(1);
+  declareRun(program, choices);
+  declareActions(program, choices);
+  declareAppleScript(program, choices);
+  declareBrowser(program, choices);
+  declareShells(program, choices);
+}
+
+} // namespace tabwright::app

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "app/commands/Commands.h"
+
+#include <functional>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace tabwright::app {
+
+/// What the words of one command line choose.
+struct Choices {
+  std::string logLevel;
+  bool isJson = false;
+  bool isMarkdown = false;
+
+  RunCommand run;
+  ScriptCommand script;
+  ActionsCommand actions;
+  std::string actionName;
+  AppleScriptCommand appleScript;
+  bool checks = false;
+  BrowserCommand browser;
+  std::string address;
+  std::string shell;
+
+  std::function<ExitCode()> chosen;
+
+  [[nodiscard]] OutputForm output() const { return isJson ? OutputForm::json : OutputForm::automatic; }
+};
+
+/// Declares all commands with their options. Parsing with `program` then fills `choices`, whose `chosen` runs the
+/// command; both outlive what they are used for. Help, completion and manual are derived from `program`.
+void declareCommands(CLI::App& program, Choices& choices);
+
+/// Operands are named by the kind of word that they take, where that kind is known to completion.
+namespace operands {
+inline constexpr const char* action = "ACTION";
+inline constexpr const char* browser = "BROWSER";
+inline constexpr const char* file = "FILE";
+inline constexpr const char* shell = "SHELL";
+} // namespace operands
+
+} // namespace tabwright::app

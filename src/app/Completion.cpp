@@ -1,0 +1,191 @@
+// The words before the last are read as the parser would read them: which command, which of its operands are there, and
+// whether the last word is a value that an option waits for.
+#include "app/Completion.h"
+
+#include "app/CommandDeclarations.h"
+#include "app/TerminalText.h"
+#include "intents/UsageError.h"
+#include "platform/StringCatalogue.h"
+#include "targets/SupportedBrowsers.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <span>
+
+namespace tabwright::app {
+namespace {
+
+using intents::ParameterBase;
+using intents::ValueKind;
+using Words = std::span<const std::string>;
+
+constexpr std::string_view optionMark = "--";
+
+// Sections may offer the same choice twice: a running browser is an installed one.
+void add(Completion& completion, std::string word, std::string_view meaning) {
+  if (std::ranges::find(completion.candidates, word, &Candidate::word) == completion.candidates.end())
+    completion.candidates.push_back({std::move(word), onOneLine(meaning)});
+}
+
+void addActions(Completion& completion, const host::Catalogue& catalogue) {
+  for (const std::string& name : catalogue.names())
+    add(completion, name, catalogue.make(name)->title().text());
+}
+
+void addOptions(Completion& completion, const CLI::App& command) {
+  for (const CLI::Option* option : command.get_options()) {
+    for (const std::string& name : option->get_lnames())
+      add(completion, std::string(optionMark) + name, option->get_description());
+  }
+}
+
+void addValues(Completion& completion, const intents::ParameterDeclaration& declaration) {
+  switch (declaration.type.kind) {
+  case ValueKind::boolean:
+    add(completion, "true", "");
+    add(completion, "false", "");
+    break;
+  case ValueKind::enumeration:
+    for (const intents::EnumCase& enumCase : declaration.type.enumeration->cases)
+      add(completion, std::string(enumCase.name), declaration.type.enumeration->caption(enumCase).text());
+    break;
+  default:
+    if (declaration.options) {
+      for (const intents::OptionSection& section : declaration.options->results()) {
+        for (const intents::Option& option : section.options)
+          add(completion, option.text, option.title);
+      }
+    }
+  }
+}
+
+// The name and, where it was written so, the value of a word like “--name=value”.
+std::string nameOf(const std::string& word) {
+  return word.substr(optionMark.size(), word.find('=') - optionMark.size());
+}
+
+bool isOption(const std::string& word) {
+  return word.starts_with(optionMark) && word.size() > optionMark.size();
+}
+
+// The parameters of an action, of which the words before the last were given already.
+Completion parameterCompletion(const CLI::App& command, const host::Catalogue& catalogue, const std::string& name,
+                               Words given, const std::string& last) {
+  Completion completion;
+  std::unique_ptr<actions::ActionFrame> action;
+  try {
+    action = catalogue.make(name);
+  } catch (const intents::UsageError&) {
+    return completion;
+  }
+  const ParameterBase* waiting = nullptr;
+  std::vector<std::string> names;
+  for (const std::string& word : given) {
+    const bool isValue = waiting && !(waiting->declaration().type.kind == ValueKind::boolean && isOption(word));
+    waiting = nullptr;
+    if (isValue || !isOption(word))
+      continue;
+    names.push_back(nameOf(word));
+    if (word.find('=') == std::string::npos)
+      waiting = action->findParameter(names.back());
+  }
+  if (const std::size_t equals = last.find('='); !waiting && isOption(last) && equals != std::string::npos) {
+    if (const ParameterBase* parameter = action->findParameter(nameOf(last))) {
+      addValues(completion, parameter->declaration());
+      for (Candidate& candidate : completion.candidates)
+        candidate.word.insert(0, last, 0, equals + 1);
+    }
+    return completion;
+  }
+  if (waiting) {
+    addValues(completion, waiting->declaration());
+    completion.takesFiles = waiting->declaration().type.kind == ValueKind::file || last.starts_with('@');
+    if (waiting->declaration().type.kind != ValueKind::boolean)
+      return completion;
+  }
+  for (const ParameterBase* parameter : action->parameters()) {
+    if (std::ranges::find(names, parameter->name()) == names.end())
+      add(completion, std::string(optionMark) + parameter->name(), parameter->declaration().title.text());
+  }
+  addOptions(completion, command);
+  add(completion, "--help", platform::localized("completion.help"));
+  return completion;
+}
+
+void addOperand(Completion& completion, const std::string& kind, const host::Catalogue& catalogue) {
+  if (kind == operands::action) {
+    addActions(completion, catalogue);
+  } else if (kind == operands::browser) {
+    for (const engine::TargetContext& browser : targets::supportedBrowsers()) {
+      if (browser.id != "com.apple.safari")
+        add(completion, std::string(targets::shortNameOf(browser)), browser.name);
+    }
+  } else if (kind == operands::shell) {
+    for (const char* shell : {"bash", "zsh", "fish"})
+      add(completion, shell, "");
+  } else if (kind == operands::file) {
+    completion.takesFiles = true;
+  }
+}
+
+Completion commandCompletion(const CLI::App& command, const host::Catalogue& catalogue, Words given,
+                             const std::string& last) {
+  std::vector<const CLI::Option*> positionals;
+  for (const CLI::Option* option : command.get_options()) {
+    if (option->get_positional())
+      positionals.push_back(option);
+  }
+  const auto operandWords = static_cast<std::size_t>(
+      std::ranges::count_if(given, [](const std::string& word) { return !word.starts_with('-') || word == "-"; }));
+  const bool takesParameters = command.get_prefix_command();
+  if (takesParameters && operandWords > 0) {
+    const auto action = std::ranges::find_if(given, [](const std::string& word) { return !word.starts_with('-'); });
+    return parameterCompletion(command, catalogue, *action, {action + 1, given.end()}, last);
+  }
+  Completion completion;
+  if (operandWords < positionals.size() && !isOption(last))
+    addOperand(completion, positionals[operandWords]->get_name(true), catalogue);
+  if (last.starts_with('-'))
+    addOptions(completion, command);
+  return completion;
+}
+
+Completion anyCompletion(const CLI::App& program, const host::Catalogue& catalogue, Words given,
+                         const std::string& last) {
+  const auto commands = program.get_subcommands([](const CLI::App*) { return true; });
+  for (std::size_t index = 0; index < given.size(); ++index) {
+    const auto command =
+        std::ranges::find(commands, given[index], [](const CLI::App* each) { return each->get_name(); });
+    if (command != commands.end())
+      return commandCompletion(**command, catalogue, given.subspan(index + 1), last);
+  }
+  Completion completion;
+  if (!given.empty() && given.back() == "--log-level") {
+    for (const char* level : {"debug", "info", "error"})
+      add(completion, level, "");
+    return completion;
+  }
+  if (last.starts_with('-')) {
+    addOptions(completion, program);
+    return completion;
+  }
+  for (const CLI::App* command : commands)
+    add(completion, command->get_name(), command->get_description());
+  return completion;
+}
+
+} // namespace
+
+Completion completionOf(const CLI::App& program, const host::Catalogue& catalogue,
+                        const std::vector<std::string>& words) {
+  const std::string last = words.empty() ? std::string() : words.back();
+  const Words given(words.data(), words.empty() ? 0 : words.size() - 1);
+  Completion completion = anyCompletion(program, catalogue, given, last);
+  std::erase_if(completion.candidates, [&](const Candidate& candidate) { return !candidate.word.starts_with(last); });
+  return completion;
+}
+
+} // namespace tabwright::app

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "host/Catalogue.h"
+
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace tabwright::app {
+
+/// A word that may stand at a place of the command line.
+struct Candidate {
+  std::string word;
+  std::string meaning; ///< one line; may be empty
+
+  friend bool operator==(const Candidate&, const Candidate&) = default;
+};
+
+/// What may stand in place of the last word.
+struct Completion {
+  std::vector<Candidate> candidates;
+  bool takesFiles = false; ///< names of files may stand there, too
+};
+
+/// What may stand in place of the last of `words`, which are those behind the program's name; the last one is empty
+/// when nothing of it has been typed. Only candidates that begin as the last word does. Commands and options come from
+/// the declared `program`; actions, parameters and choices from the catalogue. Never throws for words that make no
+/// sense: nothing is offered for them.
+[[nodiscard]] Completion completionOf(const CLI::App& program, const host::Catalogue& catalogue,
+                                      const std::vector<std::string>& words);
+
+} // namespace tabwright::app

@@ -1,0 +1,125 @@
+#include "app/ManualPage.h"
+
+#include "host/ActionWords.h"
+#include "intents/EntityDeclaration.h"
+#include "platform/StringCatalogue.h"
+#include "tabwright_appResources.h"
+
+#include <CLI/CLI.hpp>
+
+#include <string_view>
+
+namespace tabwright::app {
+namespace {
+
+using intents::ValueKind;
+
+// Text that roff takes as it stands: a backslash, a hyphen that stays one, and a line that begins with a dot or a
+// quote.
+std::string roff(std::string_view text) {
+  std::string escaped;
+  for (const char character : text) {
+    const bool isLineStart = escaped.empty() || escaped.back() == '\n';
+    if (character == '\\')
+      escaped += "\\e";
+    else if (character == '-')
+      escaped += "\\-";
+    else if (isLineStart && (character == '.' || character == '\''))
+      escaped += std::string("\\&") + character;
+    else
+      escaped += character;
+  }
+  return escaped;
+}
+
+std::string bold(std::string_view text) {
+  return "\\fB" + roff(text) + "\\fR";
+}
+
+std::string italic(std::string_view text) {
+  return "\\fI" + roff(text) + "\\fR";
+}
+
+std::string entry(const std::string& term, const std::string& text) {
+  return ".TP\n" + term + "\n" + text + "\n";
+}
+
+std::string optionsOf(const CLI::App& command) {
+  std::string text;
+  for (const CLI::Option* option : command.get_options()) {
+    if (option->get_positional() || option->get_lnames().empty())
+      continue;
+    std::string term = bold("--" + option->get_lnames().front());
+    if (option->get_items_expected_max() > 0)
+      term += " " + italic(option->get_type_name());
+    text += entry(term, roff(option->get_description()));
+  }
+  return text;
+}
+
+std::string commandsOf(const CLI::App& program) {
+  std::string text;
+  for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
+    std::string term = bold(command->get_name());
+    std::string operands;
+    for (const CLI::Option* option : command->get_options()) {
+      if (!option->get_positional())
+        continue;
+      const std::string name = option->get_name(true);
+      term += option->get_required() ? " " + italic(name) : " [" + italic(name) + "]";
+      operands += entry(italic(name), roff(option->get_description()));
+    }
+    text += entry(term, roff(command->get_description()) + ".");
+    if (!command->get_footer().empty())
+      text += roff(command->get_footer()) + "\n";
+    text += ".RS\n" + operands + optionsOf(*command) + ".RE\n";
+  }
+  return text;
+}
+
+std::string choicesOf(const intents::ValueType& type) {
+  if (type.kind != ValueKind::enumeration)
+    return {};
+  std::string choices;
+  for (const intents::EnumCase& enumCase : type.enumeration->cases)
+    choices += (choices.empty() ? "" : ", ") + bold(enumCase.name) + " (" +
+               roff(type.enumeration->caption(enumCase).text()) + ")";
+  return ".br\n" + choices + "\n";
+}
+
+std::string actionsOf(const host::Catalogue& catalogue) {
+  std::string text;
+  for (const std::string& name : catalogue.names()) {
+    const auto action = catalogue.make(name);
+    text += ".SS " + name + "\n" + roff(host::sentenceOf(*action, action->summary().current())) + "\n";
+    for (const intents::ParameterBase* parameter : action->parameters()) {
+      const intents::ParameterDeclaration& declaration = parameter->declaration();
+      std::string meaning = roff(declaration.description.text()) + "\n" + choicesOf(declaration.type);
+      if (const std::string initial = host::defaultOf(declaration); !initial.empty())
+        meaning += ".br\n" + roff(platform::localizedFormat("help.default", {initial})) + "\n";
+      text += entry(bold("--" + declaration.name) + " " + italic(host::captionOf(declaration.type)), meaning);
+    }
+    text +=
+        ".PP\n" + roff(platform::localizedFormat("reference.result", {host::captionOf(action->resultType())})) + "\n";
+  }
+  return text;
+}
+
+void fill(std::string& page, std::string_view placeholder, const std::string& text) {
+  page.replace(page.find(placeholder), placeholder.size(), text);
+}
+
+} // namespace
+
+std::string manualPage(const CLI::App& program, const host::Catalogue& catalogue) {
+  std::string page(resources::tabwright_1);
+  fill(page, "@VERSION@", TABWRIGHT_VERSION);
+  fill(page, "@COMMANDS@\n", commandsOf(program));
+  fill(page, "@OPTIONS@\n", optionsOf(program));
+  fill(page, "@ACTIONS@\n", actionsOf(catalogue));
+  for (std::size_t gap; (gap = page.find("\n\n")) != std::string::npos;)
+    page.erase(gap, 1);
+  return page;
+}
+
+} // namespace tabwright::app

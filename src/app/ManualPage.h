@@ -1,0 +1,17 @@
+#pragma once
+
+#include "host/Catalogue.h"
+
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace tabwright::app {
+
+/// The manual page tabwright(1) in the man macros of roff: the fixed text of resources/manual/ around the commands and
+/// options of `program` and the actions of the catalogue. In the user's language as far as the catalogues have it.
+[[nodiscard]] std::string manualPage(const CLI::App& program, const host::Catalogue& catalogue);
+
+} // namespace tabwright::app

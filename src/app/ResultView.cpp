@@ -1,0 +1,143 @@
+// A table's columns take what their widest cell needs. When that is more than the terminal has, the widest column gives
+// a cell at a time, down to a least width; the last column never gives.
+#include "app/ResultView.h"
+
+#include "app/TerminalText.h"
+#include "intents/EntityDeclaration.h"
+#include "platform/StringCatalogue.h"
+
+#include <boost/json/array.hpp>
+#include <boost/json/object.hpp>
+#include <boost/json/serialize.hpp>
+
+#include <algorithm>
+#include <cstdlib>
+#include <string_view>
+#include <sys/ioctl.h>
+#include <unistd.h>
+#include <vector>
+
+namespace tabwright::app {
+namespace {
+
+using intents::EntityDeclaration;
+using intents::PropertyDeclaration;
+using intents::ValueKind;
+
+constexpr std::size_t leastColumnWidth = 8;
+constexpr std::string_view gap = "  ";
+
+using Row = std::vector<std::string>;
+
+// A property's value on one line: flags are shown by a word only when they are set.
+std::string cellOf(const PropertyDeclaration& property, const boost::json::value* value) {
+  if (!value || value->is_null())
+    return {};
+  if (property.type.isList)
+    return std::to_string(value->as_array().size());
+  switch (property.type.kind) {
+  case ValueKind::entity:
+    return onOneLine(property.type.entity->displayRepresentation(*value));
+  case ValueKind::file:
+    return onOneLine(value->at("filename").as_string());
+  case ValueKind::boolean:
+    return value->as_bool() ? platform::localized("result.yes") : std::string();
+  default:
+    return onOneLine(value->is_string() ? std::string(value->as_string()) : boost::json::serialize(*value));
+  }
+}
+
+const PropertyDeclaration& propertyNamed(const EntityDeclaration& entity, std::string_view name) {
+  return *std::ranges::find(entity.properties, name, &PropertyDeclaration::name);
+}
+
+void fit(std::vector<std::size_t>& widths, std::size_t available) {
+  const auto total = [&widths] {
+    std::size_t sum = gap.size() * (widths.size() - 1);
+    for (const std::size_t width : widths)
+      sum += width;
+    return sum;
+  };
+  while (total() > available) {
+    const auto widest = std::max_element(widths.begin(), widths.end() - 1);
+    if (widest == widths.end() - 1 || *widest <= leastColumnWidth)
+      return;
+    --*widest;
+  }
+}
+
+std::string lineOf(const Row& row, const std::vector<std::size_t>& widths) {
+  std::string line;
+  for (std::size_t column = 0; column < row.size(); ++column) {
+    const bool isLast = column + 1 == row.size();
+    const std::string cell = isLast ? row[column] : fitted(row[column], widths[column]);
+    line += cell;
+    if (!isLast)
+      line += std::string(widths[column] - cellsOf(cell), ' ').append(gap);
+  }
+  line.erase(line.find_last_not_of(' ') + 1);
+  return line + "\n";
+}
+
+std::string tableOf(const EntityDeclaration& entity, const boost::json::array& items, std::size_t width) {
+  std::vector<Row> rows(1);
+  for (const std::string_view column : entity.columns)
+    rows.front().push_back(propertyNamed(entity, column).title.text());
+  for (const boost::json::value& item : items) {
+    Row& row = rows.emplace_back();
+    for (const std::string_view column : entity.columns)
+      row.push_back(cellOf(propertyNamed(entity, column), item.as_object().if_contains(column)));
+  }
+  std::vector<std::size_t> widths(entity.columns.size(), 0);
+  for (const Row& row : rows) {
+    for (std::size_t column = 0; column < row.size(); ++column)
+      widths[column] = std::max(widths[column], cellsOf(row[column]));
+  }
+  fit(widths, width);
+  std::string table;
+  for (const Row& row : rows)
+    table += lineOf(row, widths);
+  return table;
+}
+
+std::string propertiesOf(const EntityDeclaration& entity, const boost::json::object& item, std::size_t width) {
+  std::vector<Row> rows;
+  for (const PropertyDeclaration& property : entity.properties) {
+    std::string cell = cellOf(property, item.if_contains(property.name));
+    if (!cell.empty())
+      rows.push_back({property.title.text(), std::move(cell)});
+  }
+  std::size_t widest = 0;
+  for (const Row& row : rows)
+    widest = std::max(widest, cellsOf(row.front()));
+  const std::size_t rest = std::max(leastColumnWidth, width > widest + gap.size() ? width - widest - gap.size() : 0);
+  std::string lines;
+  for (Row& row : rows)
+    lines += lineOf({row[0], fitted(row[1], rest)}, {widest, rest});
+  return lines;
+}
+
+} // namespace
+
+std::string resultView(const host::ActionResult& result, std::size_t width) {
+  const EntityDeclaration* entity = result.type.entity;
+  if (entity && result.type.isList && !entity->columns.empty() && result.value.is_array()) {
+    const boost::json::array& items = result.value.as_array();
+    return items.empty() ? platform::localized("result.none") + "\n" : tableOf(*entity, items, width);
+  }
+  if (entity && !entity->columns.empty() && result.value.is_object())
+    return propertiesOf(*entity, result.value.as_object(), width);
+  std::string lines;
+  for (const std::string& line : host::linesOf(result))
+    lines += harmless(line) + "\n";
+  return lines;
+}
+
+std::size_t terminalWidth() {
+  winsize size{};
+  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
+    return size.ws_col;
+  return 80;
+}
+
+} // namespace tabwright::app

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// Text as a terminal shows it: UTF-8 in cells, where wide East Asian characters and emoji take two and marks none.
+namespace tabwright::app {
+
+/// The cells that the text takes on one line.
+[[nodiscard]] std::size_t cellsOf(std::string_view text);
+
+/// The text on one line that can do a terminal no harm: runs of white space and control characters become a blank.
+/// What no UTF-8 is becomes U+FFFD.
+[[nodiscard]] std::string onOneLine(std::string_view text);
+
+/// The text with its line feeds and tabs, without other control characters.
+[[nodiscard]] std::string harmless(std::string_view text);
+
+/// As much of the text as fits into `cells`, with an ellipsis where something was left out.
+[[nodiscard]] std::string fitted(std::string_view text, std::size_t cells);
+
+} // namespace tabwright::app

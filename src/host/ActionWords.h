@@ -1,0 +1,23 @@
+#pragma once
+
+#include "intents/Intent.h"
+#include "intents/ValueType.h"
+
+#include <string>
+
+/// Pieces of text about an action that help, reference and manual share. In the user's language.
+namespace tabwright::host {
+
+/// A summary's sentence with its fields as "<name>".
+[[nodiscard]] std::string sentenceOf(const intents::Intent& action, const intents::SummaryRow& row);
+
+/// What must hold for a form of the summary: "tabSelection specificTab". Empty for the form without condition.
+[[nodiscard]] std::string conditionOf(const intents::SummaryRow& row);
+
+/// The value that a parameter has as long as nobody gives one, as it would be given; empty when there is none.
+[[nodiscard]] std::string defaultOf(const intents::ParameterDeclaration& declaration);
+
+/// A type in the words of the user: "text", "Tab selection", "list of: Browser tab".
+[[nodiscard]] std::string captionOf(const intents::ValueType& type);
+
+} // namespace tabwright::host

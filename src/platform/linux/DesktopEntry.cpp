@@ -1,0 +1,114 @@
+#include "platform/linux/DesktopEntry.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+// One pass over the lines up to the second group, which belongs to an action of the application and says nothing about
+// whether it is there. Localised keys, such as "Name[de]", are keys of other names.
+
+namespace tabwright::platform {
+
+namespace {
+
+constexpr std::string_view group = "[Desktop Entry]";
+constexpr std::string_view blanks = " \t\r";
+
+std::string_view trimmed(std::string_view text) {
+  const std::size_t start = text.find_first_not_of(blanks);
+  if (start == std::string_view::npos)
+    return {};
+  return text.substr(start, text.find_last_not_of(blanks) - start + 1);
+}
+
+std::optional<std::string> unescaped(std::string_view value) {
+  std::string text;
+  for (std::size_t place = 0; place < value.size(); ++place) {
+    if (value[place] != '\\') {
+      text += value[place];
+      continue;
+    }
+    if (++place == value.size())
+      return std::nullopt;
+    switch (value[place]) {
+    case 's':
+      text += ' ';
+      break;
+    case 'n':
+      text += '\n';
+      break;
+    case 't':
+      text += '\t';
+      break;
+    case 'r':
+      text += '\r';
+      break;
+    case '\\':
+      text += '\\';
+      break;
+    default:
+      return std::nullopt;
+    }
+  }
+  return text;
+}
+
+/// The numbers are of entries older than version 1.0.
+std::optional<bool> readBoolean(std::string_view value) {
+  if (value == "true" || value == "1")
+    return true;
+  if (value == "false" || value == "0")
+    return false;
+  return std::nullopt;
+}
+
+/// Keeps the value of a key that we know. False when it is damaged.
+bool readKey(std::string_view key, std::string_view value, DesktopEntry& entry, bool& isStartedOverBus) {
+  if (key == "Hidden" || key == "DBusActivatable") {
+    const std::optional<bool> answer = readBoolean(value);
+    (key == "Hidden" ? entry.isHidden : isStartedOverBus) = answer.value_or(false);
+    return answer.has_value();
+  }
+  std::string* field = key == "Type"      ? &entry.type
+                       : key == "Name"    ? &entry.name
+                       : key == "Exec"    ? &entry.exec
+                       : key == "TryExec" ? &entry.tryExec
+                                          : nullptr;
+  if (field == nullptr)
+    return true;
+  std::optional<std::string> text = unescaped(value);
+  if (text)
+    *field = std::move(*text);
+  return text.has_value();
+}
+
+} // namespace
+
+std::optional<DesktopEntry> parseDesktopEntry(std::string_view text) {
+  DesktopEntry entry;
+  bool isInGroup = false, isStartedOverBus = false;
+  while (!text.empty()) {
+    const std::string_view line = trimmed(text.substr(0, text.find('\n')));
+    text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
+    if (line.empty() || line.starts_with('#'))
+      continue;
+    if (line.starts_with('[')) {
+      if (isInGroup)
+        break;
+      if (line != group)
+        return std::nullopt;
+      isInGroup = true;
+      continue;
+    }
+    const std::size_t equals = line.find('=');
+    if (!isInGroup || equals == std::string_view::npos || equals == 0 ||
+        !readKey(trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)), entry, isStartedOverBus))
+      return std::nullopt;
+  }
+  // An entry that only hides another needs no more.
+  const bool isWhole = !entry.type.empty() && !entry.name.empty() &&
+                       (entry.type != "Application" || !entry.exec.empty() || isStartedOverBus);
+  return isWhole || (isInGroup && entry.isHidden) ? std::optional(std::move(entry)) : std::nullopt;
+}
+
+} // namespace tabwright::platform

@@ -1,0 +1,156 @@
+#include "platform/linux/InstalledBrowsers.h"
+
+#include "platform/Logger.h"
+#include "platform/linux/BaseDirectories.h"
+#include "platform/linux/BrowserExecutable.h"
+#include "platform/linux/DesktopEntry.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <cstdlib>
+#include <deque>
+#include <fcntl.h>
+#include <optional>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+// Folders are opened, and the few files that an id of the table may lie in are opened in them: nothing is enumerated.
+
+namespace tabwright::platform {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const Logger log("InstalledBrowsers");
+
+/// Closes a file descriptor at the end of its scope; negative when opening failed.
+struct Descriptor {
+  int number;
+  explicit Descriptor(int number) : number(number) {}
+  ~Descriptor() {
+    if (number >= 0)
+      ::close(number);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+};
+
+using Folders = std::deque<Descriptor>;
+
+constexpr std::size_t mostBytes = std::size_t{1} << 20; // entries with all their translations have some ten thousand
+
+/// Nothing for what can't be read.
+std::optional<std::string> readAll(int file) {
+  struct stat status{};
+  if (::fstat(file, &status) != 0 || !S_ISREG(status.st_mode))
+    return std::nullopt;
+  std::string text;
+  char buffer[16384];
+  ssize_t count = 0;
+  while ((count = ::read(file, buffer, sizeof buffer)) > 0 && text.size() < mostBytes)
+    text.append(buffer, static_cast<std::size_t>(count));
+  return count == 0 ? std::optional(std::move(text)) : std::nullopt;
+}
+
+/// The files below a folder that have this id: each of its dashes may as well be the border of a subfolder.
+std::vector<std::string> filesOfID(std::string_view id) {
+  std::vector<std::string> files{std::string(id) + ".desktop"};
+  for (std::size_t place = 0; place < id.size(); ++place) {
+    if (id[place] != '-')
+      continue;
+    for (std::size_t each = files.size(); each-- > 0;)
+      files.emplace_back(files[each])[place] = '/';
+  }
+  return files;
+}
+
+bool isProgram(std::string_view name, std::string_view path) {
+  if (name.starts_with('/'))
+    return ::access(std::string(name).c_str(), X_OK) == 0;
+  return findProgram(name, path).has_value();
+}
+
+enum class EntryState {
+  absent,  ///< none here: look further down
+  present, ///< the application is installed
+  denied,  ///< it is not, whatever lies further down
+};
+
+EntryState stateOf(int folder, const std::string& name, std::string_view path) {
+  const Descriptor file(::openat(folder, name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (file.number < 0 && (errno == ENOENT || errno == ENOTDIR))
+    return EntryState::absent;
+  const std::optional<std::string> text = file.number >= 0 ? readAll(file.number) : std::nullopt;
+  const std::optional<DesktopEntry> entry = text ? parseDesktopEntry(*text) : std::nullopt;
+  if (!entry) {
+    log.error("Failed to get info dictionary for {}", name.substr(name.rfind('/') + 1));
+    return EntryState::absent;
+  }
+  const bool isThere =
+      !entry->isHidden && entry->type == "Application" && (entry->tryExec.empty() || isProgram(entry->tryExec, path));
+  return isThere ? EntryState::present : EntryState::denied;
+}
+
+bool hasEntry(std::string_view id, const Folders& folders, std::string_view path) {
+  const std::vector<std::string> files = filesOfID(id);
+  for (const Descriptor& folder : folders) {
+    if (folder.number < 0)
+      continue;
+    for (const std::string& file : files) {
+      const EntryState state = stateOf(folder.number, file, path);
+      if (state != EntryState::absent)
+        return state == EntryState::present;
+    }
+  }
+  return false;
+}
+
+std::vector<fs::path> dataFolders() {
+  std::vector<fs::path> folders{dataHome()};
+  const char* given = std::getenv("XDG_DATA_DIRS");
+  std::string_view rest = given != nullptr && *given != '\0' ? given : "/usr/local/share:/usr/share";
+  while (!rest.empty()) {
+    const std::size_t end = std::min(rest.find(':'), rest.size());
+    if (rest.starts_with('/'))
+      folders.emplace_back(rest.substr(0, end));
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+  }
+  folders.push_back(dataHome() / "flatpak/exports/share");
+  folders.emplace_back("/var/lib/flatpak/exports/share");
+  folders.emplace_back("/var/lib/snapd/desktop");
+  return folders;
+}
+
+} // namespace
+
+InstallationPlaces InstallationPlaces::ofThisProcess() {
+  InstallationPlaces places;
+  places.path = programPath();
+  for (const fs::path& data : dataFolders()) {
+    fs::path folder = (data / "applications").lexically_normal();
+    if (std::ranges::find(places.applicationFolders, folder) == places.applicationFolders.end())
+      places.applicationFolders.push_back(std::move(folder));
+  }
+  return places;
+}
+
+std::vector<const BrowserFacts*> findInstalledBrowsers(const InstallationPlaces& places) {
+  Folders folders;
+  for (const fs::path& folder : places.applicationFolders)
+    folders.emplace_back(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  std::vector<const BrowserFacts*> browsers;
+  for (const BrowserFacts& facts : browserTable) {
+    bool isInstalled = findExecutable(facts, places.path).has_value();
+    for (const std::string_view id : facts.desktopEntries) // all of them, so that each damaged one is told
+      isInstalled |= hasEntry(id, folders, places.path);
+    if (isInstalled)
+      browsers.push_back(&facts);
+  }
+  return browsers;
+}
+
+} // namespace tabwright::platform

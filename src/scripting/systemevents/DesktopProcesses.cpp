@@ -1,0 +1,80 @@
+#include "scripting/systemevents/DesktopProcesses.h"
+
+#include "platform/BrowserTable.h"
+#include "scripting/model/Comparison.h"
+
+#include <algorithm>
+#include <string>
+
+// Windows are gathered by process, in the order in which each process is met first. That order is the order in which
+// applications were last used.
+
+namespace tabwright::scripting {
+
+using platform::BrowserFacts;
+using platform::RunningBrowser;
+
+namespace {
+
+DesktopProcess describe(pid_t pid, const std::vector<RunningBrowser>& browsers, const ProgramOfProcess& programOf) {
+  DesktopProcess process;
+  process.pid = pid;
+  const auto browser = std::ranges::find(browsers, pid, &RunningBrowser::process);
+  const std::filesystem::path program = browser == browsers.end() ? programOf(pid) : std::filesystem::path();
+  const BrowserFacts* facts =
+      browser != browsers.end() ? browser->facts : platform::findBrowserOfProgram(program.native());
+  process.name = facts != nullptr ? std::string(facts->name) : program.filename().string();
+  process.bundleIdentifier = facts != nullptr ? std::string(facts->id) : process.name;
+  return process;
+}
+
+bool isBrowser(const DesktopProcess& process) {
+  return platform::findBrowser(process.bundleIdentifier) != nullptr;
+}
+
+std::vector<DesktopProcess>::iterator frontmost(std::vector<DesktopProcess>& processes) {
+  if (const auto active = std::ranges::find_if(processes, &DesktopProcess::isFrontmost); active != processes.end())
+    return active;
+  if (const auto shown = std::ranges::find_if(processes, &DesktopProcess::isVisible); shown != processes.end())
+    return shown;
+  return std::ranges::find_if(processes, isBrowser);
+}
+
+} // namespace
+
+pid_t processOfWindow(const ClientWindow& window, const std::vector<RunningBrowser>& browsers) {
+  const auto sandboxed = std::ranges::find_if(browsers, [&](const RunningBrowser& browser) {
+    return browser.innerProcess == window.pid && browser.innerProcess != browser.process &&
+           sameIgnoringCase(browser.facts->windowClass, window.windowClass);
+  });
+  return sandboxed != browsers.end() ? sandboxed->process : window.pid;
+}
+
+std::vector<DesktopProcess> desktopProcesses(const std::vector<ClientWindow>& windows,
+                                             const std::vector<RunningBrowser>& browsers,
+                                             const ProgramOfProcess& programOf) {
+  std::vector<DesktopProcess> processes;
+  const auto find = [&](pid_t pid) { return std::ranges::find(processes, pid, &DesktopProcess::pid); };
+  for (const ClientWindow& window : windows) {
+    const pid_t pid = processOfWindow(window, browsers);
+    if (pid == 0)
+      continue;
+    auto process = find(pid);
+    if (process == processes.end())
+      process = processes.insert(processes.end(), describe(pid, browsers, programOf));
+    process->isFrontmost |= window.isActive;
+    process->isVisible |= window.isShown;
+    process->windows.push_back({window.id, window.name});
+  }
+  for (const RunningBrowser& browser : browsers) {
+    if (find(browser.process) == processes.end())
+      processes.push_back(describe(browser.process, browsers, programOf));
+  }
+  if (const auto front = frontmost(processes); front != processes.end()) {
+    front->isFrontmost = true;
+    std::rotate(processes.begin(), front, front + 1);
+  }
+  return processes;
+}
+
+} // namespace tabwright::scripting

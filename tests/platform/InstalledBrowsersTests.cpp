@@ -1,0 +1,171 @@
+#include "platform/linux/DesktopEntry.h"
+#include "platform/linux/InstalledBrowsers.h"
+#include "support/LogCapture.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <optional>
+#include <stdlib.h>
+#include <string>
+#include <vector>
+
+namespace tabwright::platform {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+namespace fs = std::filesystem;
+
+TEST(DesktopEntry, IsReadByTheRules) {
+  const auto entry =
+      parseDesktopEntry("# a comment\n\n[Desktop Entry]\r\nType = Application\nName[de]=Netz\nName=Two\\s\\\\\n"
+                        "Exec=sh -c \"a=b\" %U\nTryExec=\t/usr/bin/two \nX-Odd=\\q\nHidden=false\n\n"
+                        "[Desktop Action New]\nName=Other\nHidden=true\nnonsense");
+  ASSERT_TRUE(entry);
+  EXPECT_EQ(entry->type, "Application");
+  EXPECT_EQ(entry->name, "Two \\");
+  EXPECT_EQ(entry->exec, "sh -c \"a=b\" %U");
+  EXPECT_EQ(entry->tryExec, "/usr/bin/two");
+  EXPECT_FALSE(entry->isHidden);
+  EXPECT_TRUE(parseDesktopEntry("[Desktop Entry]\nType=Application\nName=A\nDBusActivatable=true"));
+  EXPECT_TRUE(parseDesktopEntry("[Desktop Entry]\nHidden=true").value().isHidden) << "hides what lies further down";
+}
+
+TEST(DesktopEntry, DamagedOnesAreTold) {
+  for (const std::string text :
+       {"", "\n", "Type=Application\n", "[Desktop Action]\nType=Application\nName=A\nExec=a",
+        "[Desktop Entry\nType=Application\nName=A\nExec=a", "[Desktop Entry]\nName=A\nExec=a",
+        "[Desktop Entry]\nType=Application\nExec=a", "[Desktop Entry]\nType=Application\nName=A",
+        "[Desktop Entry]\nType=Application\nName=A\nExec=a\nHidden=yes",
+        "[Desktop Entry]\nType=Application\nName=A\\x\nExec=a", "[Desktop Entry]\nType=Application\nName=A\nExec=a\\",
+        "[Desktop Entry]\nType=Application\nName=A\nExec=a\n=value",
+        "\x7f"
+        "ELF\x02\x01"})
+    EXPECT_FALSE(parseDesktopEntry(text)) << text;
+}
+
+/// Folders of programs and of entries that a test fills.
+class InstalledBrowsers : public testing::Test {
+protected:
+  InstalledBrowsers() {
+    std::string name = (fs::temp_directory_path() / "tabwright-installed-XXXXXX").string();
+    root = ::mkdtemp(name.data());
+    places = {.path = (root / "bin").string(),
+              .applicationFolders = {root / "home", root / "missing", root / "share", root / "flatpak"}};
+    for (const char* folder : {"bin", "home", "share", "flatpak"})
+      fs::create_directories(root / folder);
+  }
+  ~InstalledBrowsers() override { fs::remove_all(root); }
+
+  void write(const std::string& file, const std::string& text) {
+    fs::create_directories((root / file).parent_path());
+    std::ofstream(root / file) << text;
+  }
+  void addEntry(const std::string& file, const std::string& more = "") {
+    write(file, "[Desktop Entry]\nType=Application\nName=Any\nExec=any %U\n" + more);
+  }
+  void addProgram(const std::string& name) {
+    write("bin/" + name, "#!/bin/sh\n");
+    fs::permissions(root / "bin" / name, fs::perms::owner_all);
+  }
+  std::vector<std::string> found() const {
+    std::vector<std::string> names;
+    for (const BrowserFacts* facts : findInstalledBrowsers(places))
+      names.emplace_back(facts->shortName);
+    return names;
+  }
+
+  fs::path root;
+  InstallationPlaces places;
+};
+
+TEST_F(InstalledBrowsers, HaveAProgramOrAnEntry) {
+  EXPECT_THAT(found(), IsEmpty());
+  addProgram("vivaldi-stable");
+  addProgram("safari");
+  addEntry("home/org.chromium.Chromium.desktop");
+  addEntry("share/google/chrome.desktop"); // the id is google-chrome
+  addEntry("flatpak/com.brave.Browser.desktop");
+  addEntry("share/com.google.Chrome.beta.desktop");
+  addEntry("share/edge/com.microsoft.Edge.desktop"); // and here edge-com.microsoft.Edge
+  addEntry("share/safari.desktop");
+  EXPECT_THAT(found(), ElementsAre("brave", "chromium", "chrome", "vivaldi"));
+}
+
+TEST_F(InstalledBrowsers, AreNotThoseWhoseEntrySaysSo) {
+  addEntry("home/chromium.desktop", "Hidden=true\n");
+  addEntry("share/chromium.desktop");
+  addEntry("share/vivaldi-stable.desktop", "TryExec=vivaldi-missing\n");
+  addEntry("flatpak/vivaldi-stable.desktop");
+  addEntry("share/brave-browser.desktop", "TryExec=/missing/brave\n");
+  write("share/google-chrome.desktop", "[Desktop Entry]\nType=Link\nName=Chrome\nURL=https://example.com/\n");
+  addEntry("share/microsoft-edge.desktop", "TryExec=edge-here\n");
+  addProgram("edge-here");
+  EXPECT_THAT(found(), ElementsAre("edge"));
+  addProgram("chromium");
+  EXPECT_THAT(found(), ElementsAre("chromium", "edge")) << "a hidden entry takes no program away";
+}
+
+TEST_F(InstalledBrowsers, DamagedEntriesAreSkippedAloud) {
+  const testsupport::LogCapture log;
+  write("home/chromium.desktop", "<html>");
+  addEntry("share/chromium.desktop");
+  fs::create_directories(root / "share/vivaldi-stable.desktop");
+  fs::create_symlink("nowhere", root / "share/brave-browser.desktop");
+  write("share/org.editor.desktop", "none of ours");
+  EXPECT_THAT(found(), ElementsAre("chromium"));
+  EXPECT_THAT(log.lines(),
+              ElementsAre("error InstalledBrowsers: Failed to get info dictionary for chromium.desktop",
+                          "error InstalledBrowsers: Failed to get info dictionary for vivaldi-stable.desktop"));
+}
+
+/// Sets environment variables for the time of a test.
+class Environment {
+public:
+  explicit Environment(const std::map<std::string, std::optional<std::string>>& values) {
+    for (const auto& [name, value] : values) {
+      const char* before = std::getenv(name.c_str());
+      before_[name] = before != nullptr ? std::optional<std::string>(before) : std::nullopt;
+      set(name, value);
+    }
+  }
+  ~Environment() {
+    for (const auto& [name, value] : before_)
+      set(name, value);
+  }
+  Environment(const Environment&) = delete;
+  Environment& operator=(const Environment&) = delete;
+
+private:
+  static void set(const std::string& name, const std::optional<std::string>& value) {
+    value ? ::setenv(name.c_str(), value->c_str(), 1) : ::unsetenv(name.c_str());
+  }
+  std::map<std::string, std::optional<std::string>> before_;
+};
+
+TEST(InstallationPlaces, AreThoseOfTheEnvironment) {
+  {
+    const Environment bare({{"HOME", "/h"}, {"XDG_DATA_HOME", std::nullopt}, {"XDG_DATA_DIRS", ""}, {"PATH", "/b:/c"}});
+    const InstallationPlaces places = InstallationPlaces::ofThisProcess();
+    EXPECT_EQ(places.path, "/b:/c");
+    EXPECT_THAT(places.applicationFolders,
+                ElementsAre("/h/.local/share/applications", "/usr/local/share/applications", "/usr/share/applications",
+                            "/h/.local/share/flatpak/exports/share/applications",
+                            "/var/lib/flatpak/exports/share/applications", "/var/lib/snapd/desktop/applications"));
+  }
+  const Environment full({{"HOME", "/h"},
+                          {"XDG_DATA_HOME", "/d"},
+                          {"XDG_DATA_DIRS", "relative:/var/lib/flatpak/exports/share/:/usr/share"}});
+  EXPECT_THAT(InstallationPlaces::ofThisProcess().applicationFolders,
+              ElementsAre("/d/applications", "/var/lib/flatpak/exports/share/applications", "/usr/share/applications",
+                          "/d/flatpak/exports/share/applications", "/var/lib/snapd/desktop/applications"));
+}
+
+} // namespace
+} // namespace tabwright::platform
