@@ -79,6 +79,17 @@ std::string lineOf(const Row& row, const std::vector<std::size_t>& widths) {
   return line + "\n";
 }
 
+// Columns in which no item has anything to say, such as a flag that none has set.
+void dropEmptyColumns(std::vector<Row>& rows) {
+  for (std::size_t column = rows.front().size(); column-- > 0;) {
+    const auto isEmpty = [column](const Row& row) { return row[column].empty(); };
+    if (std::all_of(rows.begin() + 1, rows.end(), isEmpty)) {
+      for (Row& row : rows)
+        row.erase(row.begin() + static_cast<std::ptrdiff_t>(column));
+    }
+  }
+}
+
 std::string tableOf(const EntityDeclaration& entity, const boost::json::array& items, std::size_t width) {
   std::vector<Row> rows(1);
   for (const std::string_view column : entity.columns)
@@ -88,7 +99,8 @@ std::string tableOf(const EntityDeclaration& entity, const boost::json::array& i
     for (const std::string_view column : entity.columns)
       row.push_back(cellOf(propertyNamed(entity, column), item.as_object().if_contains(column)));
   }
-  std::vector<std::size_t> widths(entity.columns.size(), 0);
+  dropEmptyColumns(rows);
+  std::vector<std::size_t> widths(rows.front().size(), 0);
   for (const Row& row : rows) {
     for (std::size_t column = 0; column < row.size(); ++column)
       widths[column] = std::max(widths[column], cellsOf(row[column]));

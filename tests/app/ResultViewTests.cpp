@@ -61,6 +61,11 @@ TEST(ResultView, TablesFitTheWidthByShorteningLongTextsOnly) {
   EXPECT_TRUE(linesOf(resultView(resultOf(tabs), 10))[1].ends_with("org.chromium.chromium:8"));
 }
 
+TEST(ResultView, AColumnWithNothingInItIsLeftOut) {
+  EXPECT_EQ(resultView(resultOf(std::vector{tab("News", "u", "8")}), 100), "Title  URL  Reference\n"
+                                                                           "News   u    org.chromium.chromium:8\n");
+}
+
 TEST(ResultView, AWindowIsALinePerPropertyWithItsTabsCounted) {
   BrowserWindowEntity window;
   window.targetContext = {"org.chromium.chromium", "Chromium"};
