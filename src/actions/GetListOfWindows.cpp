@@ -58,6 +58,7 @@ private:
   [[nodiscard]] std::vector<BrowserWindowEntity> result(std::vector<BrowserWindowData> answer,
                                                         const engine::TargetContext& browser) const override {
     std::vector<BrowserWindowEntity> windows;
+    windows.reserve(answer.size());
     for (const BrowserWindowData& record : answer)
       windows.emplace_back(record, browser);
     if (isSafari(*targetContext) && services().windowNames)

@@ -38,8 +38,8 @@ bool mayStandBeyondASCII(UChar32 character) {
   case U_PRIVATE_USE_CHAR:
     return false;
   default:
-    return !U_IS_UNICODE_NONCHAR(character) && !u_isUWhiteSpace(character) &&
-           !u_hasBinaryProperty(character, UCHAR_BIDI_CONTROL);
+    return !(U_IS_UNICODE_NONCHAR(character) || u_isUWhiteSpace(character) ||
+             u_hasBinaryProperty(character, UCHAR_BIDI_CONTROL));
   }
 }
 

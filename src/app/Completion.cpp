@@ -84,7 +84,7 @@ Completion parameterCompletion(const CLI::App& command, const host::Catalogue& c
   const ParameterBase* waiting = nullptr;
   std::vector<std::string> names;
   for (const std::string& word : given) {
-    const bool isValue = waiting && !(waiting->declaration().type.kind == ValueKind::boolean && isOption(word));
+    const bool isValue = waiting && (waiting->declaration().type.kind != ValueKind::boolean || !isOption(word));
     waiting = nullptr;
     if (isValue || !isOption(word))
       continue;

@@ -18,6 +18,12 @@ std::string ScriptError::message() const {
   return application_ ? fmt::format("{} got an error: {}", *application_, sentence()) : sentence();
 }
 
+ScriptError& ScriptError::settle() {
+  sentence_ = sentence();
+  wordless_.reset();
+  return *this;
+}
+
 ScriptError& ScriptError::raisedBy(std::string application) {
   application_ = std::move(application);
   return *this;

@@ -77,6 +77,8 @@ public:
   std::shared_ptr<const Value> partialResult;
   std::shared_ptr<const Value> expectedType;
 
+  /// Puts the sentence into words now. Until then it may depend on values of the script that raised it.
+  ScriptError& settle();
   ScriptError& raisedBy(std::string application);
   /// Sets the range unless an inner place has set it already.
   ScriptError& at(SourceRange range);

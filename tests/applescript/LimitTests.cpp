@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <thread>
 
 namespace tabwright::applescript {
@@ -46,6 +47,21 @@ TEST_F(LimitTests, AStopEndsLoopsCallsAndDelays) {
            "log 1\ntry\nrepeat\nend repeat\non error number n\nrepeat\nend repeat\nend try",
        })
     EXPECT_EQ(errorWhenStopped(source), errorNumber::userCancelled) << source;
+}
+
+TEST_F(LimitTests, AnErrorOutlivesTheScriptThatItTellsOf) {
+  std::optional<ScriptError> kept;
+  {
+    Interpreter interpreter(surroundings, limits);
+    const auto script = interpreter.compile("+it");
+    try {
+      interpreter.run(*script, {});
+    } catch (const ScriptError& error) {
+      kept = error;
+    }
+  }
+  ASSERT_TRUE(kept);
+  EXPECT_EQ(kept->sentence(), "Can’t make «script» into type number.");
 }
 
 TEST_F(LimitTests, AStopReachesADelayThatHasBegun) {

@@ -32,6 +32,7 @@ Value Evaluator::guarded(Body body) {
   } catch (ScriptError& error) {
     if (place_)
       error.at(*place_);
+    error.settle(); // whoever catches it may have no script any more
     throw;
   } catch (const std::bad_alloc&) {
     throw errors::outOfMemory();
