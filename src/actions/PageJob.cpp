@@ -2,8 +2,7 @@
 
 #include "engine/AppleScriptSnippets.h"
 #include "engine/errors/JavascriptError.h"
-
-#include <algorithm>
+#include "platform/AsciiCase.h"
 
 namespace tabwright::actions {
 
@@ -25,10 +24,7 @@ const std::string& answerOf(const std::vector<std::string>& list) {
 }
 
 bool succeeded(const std::vector<std::string>& list) {
-  constexpr auto lower = [](char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-  };
-  return std::ranges::equal(answerOf(list), std::string_view("true"), {}, lower);
+  return platform::equalIgnoringCase(answerOf(list), "true");
 }
 
 } // namespace tabwright::actions

@@ -2,6 +2,7 @@
 
 #include "host/NearestNames.h"
 #include "intents/UsageError.h"
+#include "platform/AsciiCase.h"
 
 namespace tabwright::host {
 
@@ -15,10 +16,10 @@ std::vector<std::string> Catalogue::names() const {
 std::unique_ptr<actions::ActionFrame> Catalogue::make(std::string_view name) const {
   std::string_view shortName = name;
   constexpr std::string_view prefix = actions::ActionFrame::typeNamePrefix;
-  if (equalIgnoringCase(shortName.substr(0, prefix.size()), prefix))
+  if (platform::equalIgnoringCase(shortName.substr(0, prefix.size()), prefix))
     shortName.remove_prefix(prefix.size());
   for (const actions::ActionEntry& entry : actions::actionList()) {
-    if (equalIgnoringCase(entry.name, shortName))
+    if (platform::equalIgnoringCase(entry.name, shortName))
       return entry.make(services_);
   }
   throw intents::UsageError("There is no action \"" + std::string(name) + "\"." +

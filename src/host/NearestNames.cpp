@@ -2,6 +2,8 @@
 // away, so that "click" finds ClickElement.
 #include "host/NearestNames.h"
 
+#include "platform/AsciiCase.h"
+
 #include <algorithm>
 #include <numeric>
 #include <utility>
@@ -9,13 +11,6 @@
 namespace tabwright::host {
 
 namespace {
-
-std::string lowercased(std::string_view text) {
-  std::string lower(text);
-  for (char& character : lower)
-    character = character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-  return lower;
-}
 
 std::size_t editDistance(std::string_view from, std::string_view to) {
   std::vector<std::size_t> above(to.size() + 1);
@@ -36,12 +31,12 @@ std::size_t editDistance(std::string_view from, std::string_view to) {
 
 std::vector<std::string> nearestNames(std::string_view wanted, std::span<const std::string> names) {
   constexpr std::size_t most = 3;
-  const std::string written = lowercased(wanted);
+  const std::string written = platform::lowercased(wanted);
   const std::size_t tolerance = std::max<std::size_t>(2, written.size() / 3);
 
   std::vector<std::pair<std::size_t, std::size_t>> near; // distance and index: names equally near keep their order
   for (std::size_t index = 0; index < names.size(); ++index) {
-    const std::string candidate = lowercased(names[index]);
+    const std::string candidate = platform::lowercased(names[index]);
     const bool holdsIt = written.size() > 2 && candidate.find(written) != std::string::npos;
     const std::size_t distance = holdsIt ? 1 : editDistance(written, candidate);
     if (distance <= tolerance)
@@ -68,10 +63,6 @@ std::string didYouMean(std::string_view wanted, std::span<const std::string> nam
     sentence += near[index];
   }
   return sentence + "?";
-}
-
-bool equalIgnoringCase(std::string_view left, std::string_view right) {
-  return lowercased(left) == lowercased(right);
 }
 
 } // namespace tabwright::host

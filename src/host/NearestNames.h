@@ -15,7 +15,4 @@ namespace tabwright::host {
 [[nodiscard]] std::string didYouMean(std::string_view wanted, std::span<const std::string> names,
                                      std::string_view otherwise);
 
-/// True when both are the same but for the case of ASCII letters.
-[[nodiscard]] bool equalIgnoringCase(std::string_view left, std::string_view right);
-
 } // namespace tabwright::host

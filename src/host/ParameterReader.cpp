@@ -3,6 +3,7 @@
 #include "host/NearestNames.h"
 #include "intents/UsageError.h"
 #include "intents/ValueError.h"
+#include "platform/AsciiCase.h"
 
 #include <algorithm>
 #include <set>
@@ -14,7 +15,7 @@ namespace {
 intents::ParameterBase& requireParameter(const intents::Intent& action, std::string_view name) {
   std::vector<std::string> names;
   for (intents::ParameterBase* parameter : action.parameters()) {
-    if (equalIgnoringCase(parameter->name(), name))
+    if (platform::equalIgnoringCase(parameter->name(), name))
       return *parameter;
     names.push_back(parameter->name());
   }

@@ -3,6 +3,7 @@
 #include "intents/ValueTraits.h"
 
 #include "intents/EntityDeclaration.h"
+#include "platform/AsciiCase.h"
 
 #include <boost/json/parse.hpp>
 
@@ -15,13 +16,6 @@ namespace tabwright::intents {
 namespace {
 
 constexpr std::string_view wholeNumber = "a whole number";
-
-bool equalIgnoringCase(std::string_view left, std::string_view right) {
-  constexpr auto lower = [](char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-  };
-  return std::ranges::equal(left, right, {}, lower, lower);
-}
 
 std::string oneOf(const EnumDeclaration& declaration) {
   std::string names = "one of ";
@@ -46,7 +40,7 @@ bool ValueTraits<bool>::fromJson(const boost::json::value& json) {
 
 bool ValueTraits<bool>::fromText(std::string_view text) {
   const auto isAnyOf = [&](const auto& words) {
-    return std::ranges::any_of(words, [&](std::string_view word) { return equalIgnoringCase(word, text); });
+    return std::ranges::any_of(words, [&](std::string_view word) { return platform::equalIgnoringCase(word, text); });
   };
   if (isAnyOf(std::array<std::string_view, 3>{"true", "yes", "1"}))
     return true;

@@ -1,8 +1,8 @@
 #include "targets/SupportedBrowsers.h"
 
+#include "platform/AsciiCase.h"
 #include "platform/BrowserTable.h"
 
-#include <algorithm>
 #include <string>
 
 namespace tabwright::targets {
@@ -13,31 +13,23 @@ constexpr std::string_view frontmostShortName = "frontmost";
 
 } // namespace
 
-std::string lowercased(std::string_view text) {
-  std::string lower(text);
-  std::ranges::transform(lower, lower.begin(), [](char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-  });
-  return lower;
-}
-
 const std::vector<TargetContext>& supportedBrowsers() {
   static const std::vector<TargetContext> browsers = [] {
     std::vector<TargetContext> contexts;
     for (const platform::BrowserFacts& facts : platform::browserTable)
-      contexts.push_back({lowercased(facts.id), std::string(facts.name)});
+      contexts.push_back({platform::lowercased(facts.id), std::string(facts.name)});
     return contexts;
   }();
   return browsers;
 }
 
 std::optional<TargetContext> findTargetContext(std::string_view text) {
-  const std::string wanted = lowercased(text);
+  const std::string wanted = platform::lowercased(text);
   const TargetContext frontmost = engine::frontmostTargetContext();
   if (wanted == frontmost.id || wanted == frontmost.name || wanted == frontmostShortName)
     return frontmost;
   for (const TargetContext& browser : supportedBrowsers()) {
-    if (wanted == browser.id || wanted == lowercased(browser.name) || wanted == shortNameOf(browser))
+    if (wanted == browser.id || wanted == platform::lowercased(browser.name) || wanted == shortNameOf(browser))
       return browser;
   }
   return std::nullopt;

@@ -11,9 +11,6 @@ namespace tabwright::targets {
 
 using engine::TargetContext;
 
-/// In lower case, ASCII letters only, as bundle identifiers are compared and names are sorted.
-[[nodiscard]] std::string lowercased(std::string_view text);
-
 /// The browsers that actions can aim at, in the order in which they are offered.
 [[nodiscard]] const std::vector<TargetContext>& supportedBrowsers();
 

@@ -1,5 +1,6 @@
 #include "targets/TargetContextManager.h"
 
+#include "platform/AsciiCase.h"
 #include "targets/SupportedBrowsers.h"
 
 #include <algorithm>
@@ -17,7 +18,7 @@ bool isBlank(std::string_view text) {
 
 /// An ordered set: by name ignoring case, of equal values the first.
 std::vector<TargetContext> orderedByName(const std::vector<TargetContext>& contexts) {
-  const auto key = [](const TargetContext& context) { return lowercased(context.name); };
+  const auto key = [](const TargetContext& context) { return platform::lowercased(context.name); };
   std::vector<TargetContext> set;
   for (const TargetContext& context : contexts) {
     if (std::ranges::find(set, context) == set.end())
@@ -31,14 +32,14 @@ std::vector<TargetContext> orderedByName(const std::vector<TargetContext>& conte
 std::optional<TargetContext> targetContextOf(const RunningApplication& application) {
   if (isBlank(application.bundleIdentifier) || isBlank(application.localizedName))
     return std::nullopt;
-  return TargetContext{lowercased(application.bundleIdentifier), application.localizedName};
+  return TargetContext{platform::lowercased(application.bundleIdentifier), application.localizedName};
 }
 
 void TargetContextManager::findInstalled() const {
   std::call_once(installedOnce_, [this] {
     std::vector<TargetContext> applications = probe_.installedApplications();
     for (TargetContext& application : applications)
-      application.id = lowercased(application.id);
+      application.id = platform::lowercased(application.id);
     installedApps_ = orderedByName(applications);
     std::ranges::copy_if(supportedBrowsers(), std::back_inserter(installedBrowsers_),
                          [this](const TargetContext& browser) {
@@ -82,7 +83,7 @@ std::optional<RunningApplication> TargetContextManager::findApplication(std::str
   std::vector<RunningApplication> applications = probe_.runningApplications();
   const bool isAnyFront = id == engine::frontmostTargetContext().id;
   const auto found = std::ranges::find_if(applications, [&](const RunningApplication& application) {
-    return isAnyFront ? application.isFrontmost : lowercased(application.bundleIdentifier) == id;
+    return isAnyFront ? application.isFrontmost : platform::lowercased(application.bundleIdentifier) == id;
   });
   return found != applications.end() ? std::optional(std::move(*found)) : std::nullopt;
 }

@@ -1,5 +1,6 @@
 #include "targets/TargetContextValue.h"
 
+#include "platform/AsciiCase.h"
 #include "targets/SupportedBrowsers.h"
 
 #include <string>
@@ -35,7 +36,7 @@ engine::TargetContext ValueTraits<engine::TargetContext>::fromJson(const boost::
     throw ValueError::unsuitable(json, expected());
   engine::TargetContext context = definition().fromJson(json);
   const auto known = targets::findTargetContext(context.id);
-  context.id = known ? known->id : targets::lowercased(context.id); // or an application that isn't in the table
+  context.id = known ? known->id : platform::lowercased(context.id); // or an application that isn't in the table
   if (context.name.empty() && known)
     context.name = known->name;
   if (context.id.empty() || context.name.empty())

@@ -2,14 +2,13 @@
 #include "app/Interruptible.h"
 #include "app/commands/Commands.h"
 #include "intents/UsageError.h"
+#include "platform/AsciiCase.h"
 #include "platform/linux/BaseDirectories.h"
 
 #include <boost/json/object.hpp>
 #include <boost/json/serialize.hpp>
 #include <fmt/core.h>
 
-#include <algorithm>
-#include <cctype>
 #include <cstdlib>
 #include <iostream>
 #include <unistd.h>
@@ -22,13 +21,8 @@ using platform::BrowserFacts;
 // A first start on a slow machine takes more than ten seconds.
 constexpr std::chrono::seconds patience{60};
 
-std::string lowerCased(std::string text) {
-  std::ranges::transform(text, text.begin(), [](unsigned char byte) { return std::tolower(byte); });
-  return text;
-}
-
 const BrowserFacts& requireBrowser(const std::string& wanted) {
-  const BrowserFacts* facts = platform::findBrowser(lowerCased(wanted));
+  const BrowserFacts* facts = platform::findBrowser(platform::lowercased(wanted));
   if (facts && !facts->executables.empty())
     return *facts;
   std::string names;

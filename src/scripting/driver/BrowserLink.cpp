@@ -1,5 +1,6 @@
 #include "scripting/driver/BrowserLink.h"
 
+#include "platform/AsciiCase.h"
 #include "platform/Logger.h"
 #include "platform/linux/ProcessExit.h"
 #include "scripting/driver/HelperView.h"
@@ -36,10 +37,7 @@ std::string versionOf(const boost::json::object& reply) {
 /// Whether an address names code to run in the page (the "javascript" scheme, compared ignoring case).
 bool isJavaScript(const std::string& url) {
   constexpr std::string_view scheme = "javascript:";
-  return url.size() >= scheme.size() &&
-         std::equal(scheme.begin(), scheme.end(), url.begin(), [](char wanted, char given) {
-           return wanted == (given >= 'A' && given <= 'Z' ? given + 32 : given);
-         });
+  return platform::equalIgnoringCase(std::string_view(url).substr(0, scheme.size()), scheme);
 }
 
 } // namespace
