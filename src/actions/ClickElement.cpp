@@ -1,45 +1,29 @@
 // Clicks the first element of a page that a CSS selector matches. A selector that matches nothing is no failure.
 #include "actions/ActionList.h"
 #include "actions/PageJob.h"
-#include "actions/ScriptAction.h"
 #include "engine/ScriptText.h"
 
 namespace tabwright::actions {
 
 namespace {
 
-class ClickElement final : public ScriptAction<std::vector<std::string>, intents::Nothing> {
+class ClickElement final : public PageDeed {
   TabTarget tab{*this, services()};
   Parameter<std::string> cssSelector{*this, shared::cssSelector()};
   Parameter<PauseOption> pauseAfterSucessInSeconds{*this, shared::pauseAfterSucessInSeconds()};
 
 public:
   explicit ClickElement(const ActionServices& services)
-      : ScriptAction(services, "ClickElement", intents::tables::webPages) {
+      : PageDeed(services, "ClickElement", intents::tables::webPages) {
     requireText(cssSelector);
     aimAtTab(tab);
     pauseAfterSuccess(pauseAfterSucessInSeconds);
-    summarise({
-        {.when = {tab.isSpecific()},
-         .key = "tabSelection.specificTab",
-         .sentence = {&cssSelector, &tab.tabSelection, &tab.targetTab},
-         .further = {&pauseAfterSucessInSeconds}},
-        {.when = {},
-         .key = "tabSelection.defaultCase",
-         .sentence = {&cssSelector, &tab.tabSelection, &tab.targetContext},
-         .further = {&pauseAfterSucessInSeconds}},
-    });
+    summarise(tab.summary({&cssSelector}, {}, {&pauseAfterSucessInSeconds}));
   }
 
 private:
   [[nodiscard]] std::string scriptBody() const override {
     return pageJob(tab, "return [\n  clickPageElement(\"" + engine::escapeForLiteral(*cssSelector) + "\")\n]");
-  }
-
-  [[nodiscard]] intents::Nothing result(std::vector<std::string> answer,
-                                        const engine::TargetContext& /*browser*/) const override {
-    static_cast<void>(answerOf(answer));
-    return {};
   }
 };
 

@@ -1,7 +1,6 @@
 // Clicks the first link of a page whose text is a label, or holds it. Without such a link the result is false.
 #include "actions/ActionList.h"
 #include "actions/PageJob.h"
-#include "actions/ScriptAction.h"
 #include "actions/enums/ClickLinkOptions.h"
 #include "engine/ScriptText.h"
 
@@ -9,7 +8,7 @@ namespace tabwright::actions {
 
 namespace {
 
-class ClickLink final : public ScriptAction<std::vector<std::string>, bool> {
+class ClickLink final : public PageAttempt {
   using LinkSelection = ClickLink_LinkSelectionOption;
 
   TabTarget tab{*this, services()};
@@ -23,30 +22,17 @@ class ClickLink final : public ScriptAction<std::vector<std::string>, bool> {
       *this, {.name = "pauseAfterSucessInSeconds", .defaultValue = PauseOption::p00}};
 
 public:
-  explicit ClickLink(const ActionServices& services) : ScriptAction(services, "ClickLink", intents::tables::webPages) {
+  explicit ClickLink(const ActionServices& services) : PageAttempt(services, "ClickLink", intents::tables::webPages) {
     requireText(label);
     aimAtTab(tab);
     pauseAfterSuccess(pauseAfterSucessInSeconds);
-    summarise({
-        {.when = {tab.isSpecific()},
-         .key = "tabSelection.specificTab",
-         .sentence = {&linkSelection, &label, &tab.tabSelection, &tab.targetTab},
-         .further = {&pauseAfterSucessInSeconds}},
-        {.when = {},
-         .key = "tabSelection.defaultCase",
-         .sentence = {&linkSelection, &label, &tab.tabSelection, &tab.targetContext},
-         .further = {&pauseAfterSucessInSeconds}},
-    });
+    summarise(tab.summary({&linkSelection, &label}, {}, {&pauseAfterSucessInSeconds}));
   }
 
 private:
   [[nodiscard]] std::string scriptBody() const override {
     return pageJob(tab, "return [\n  clickLinkLabelled(\"" + engine::escapeForLiteral(*label) + "\", " +
                             javascriptText(*linkSelection == LinkSelection::labelExact) + ")\n]");
-  }
-
-  [[nodiscard]] bool result(std::vector<std::string> answer, const engine::TargetContext& /*browser*/) const override {
-    return succeeded(answer);
   }
 };
 

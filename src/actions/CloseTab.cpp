@@ -15,16 +15,7 @@ class CloseTab final : public TabAction {
 public:
   explicit CloseTab(const ActionServices& services) : TabAction(services, "CloseTab", intents::tables::browserTabs) {
     aimAtTab(tab);
-    summarise({
-        {.when = {tab.isSpecific()},
-         .key = "tabSelection.specificTab",
-         .sentence = {&tab.tabSelection, &tab.targetTab},
-         .further = {}},
-        {.when = {},
-         .key = "tabSelection.defaultCase",
-         .sentence = {&tab.tabSelection, &tab.targetContext},
-         .further = {}},
-    });
+    summarise(tab.summary({}));
   }
 
 private:

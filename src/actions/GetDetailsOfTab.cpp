@@ -17,16 +17,7 @@ public:
   explicit GetDetailsOfTab(const ActionServices& services)
       : TabAction(services, "GetDetailsOfTab", intents::tables::browserTabs) {
     aimAtTab(tab);
-    summarise({
-        {.when = {tab.isSpecific()},
-         .key = "tabSelection.specificTab",
-         .sentence = {&tab.tabSelection, &tab.targetTab},
-         .further = {}},
-        {.when = {},
-         .key = "tabSelection.defaultCase",
-         .sentence = {&tab.tabSelection, &tab.targetContext},
-         .further = {}},
-    });
+    summarise(tab.summary({}));
   }
 
 private:

@@ -24,16 +24,7 @@ public:
       : ScriptAction(services, "GetFormFieldValue", intents::tables::webPages) {
     requireText(fieldTargetSpec);
     aimAtTab(tab);
-    summarise({
-        {.when = {tab.isSpecific()},
-         .key = "tabSelection.specificTab",
-         .sentence = {&formFieldSelection, &fieldTargetSpec, &tab.tabSelection, &tab.targetTab},
-         .further = {}},
-        {.when = {},
-         .key = "tabSelection.defaultCase",
-         .sentence = {&formFieldSelection, &fieldTargetSpec, &tab.tabSelection, &tab.targetContext},
-         .further = {}},
-    });
+    summarise(tab.summary({&formFieldSelection, &fieldTargetSpec}));
   }
 
 private:

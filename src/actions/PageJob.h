@@ -1,5 +1,6 @@
 #pragma once
 
+#include "actions/ScriptAction.h"
 #include "actions/TabTarget.h"
 
 #include <string>
@@ -27,5 +28,27 @@ inline constexpr double pageJobInterval = 0.2;
 
 /// Whether the page function reported success: its text is "true", in any case. Throws as `answerOf` does.
 [[nodiscard]] bool succeeded(const std::vector<std::string>& list);
+
+/// An action whose job does something and has nothing to say but that it ran.
+class PageDeed : public ScriptAction<std::vector<std::string>, intents::Nothing> {
+protected:
+  using ScriptAction::ScriptAction;
+
+  [[nodiscard]] intents::Nothing result(std::vector<std::string> answer,
+                                        const engine::TargetContext& /*browser*/) const override {
+    static_cast<void>(answerOf(answer));
+    return {};
+  }
+};
+
+/// An action whose job tells whether it succeeded.
+class PageAttempt : public ScriptAction<std::vector<std::string>, bool> {
+protected:
+  using ScriptAction::ScriptAction;
+
+  [[nodiscard]] bool result(std::vector<std::string> answer, const engine::TargetContext& /*browser*/) const override {
+    return succeeded(answer);
+  }
+};
 
 } // namespace tabwright::actions

@@ -27,16 +27,7 @@ public:
       if (const auto exception = this->services().javascriptValidator.validateJavascript(*jsCode))
         throw platform::failure(engine::JavascriptError::syntaxException, *exception);
     });
-    summarise({
-        {.when = {tab.isSpecific()},
-         .key = "tabSelection.specificTab",
-         .sentence = {&jsCode, &tab.tabSelection, &tab.targetTab},
-         .further = {}},
-        {.when = {},
-         .key = "tabSelection.defaultCase",
-         .sentence = {&jsCode, &tab.tabSelection, &tab.targetContext},
-         .further = {}},
-    });
+    summarise(tab.summary({&jsCode}));
   }
 
 private:

@@ -2,7 +2,6 @@
 // as it is and means to the page what it means in any template literal.
 #include "actions/ActionList.h"
 #include "actions/PageJob.h"
-#include "actions/ScriptAction.h"
 #include "engine/ScriptText.h"
 
 namespace tabwright::actions {
@@ -20,7 +19,7 @@ std::string escapeForTemplate(const std::string& text) {
   return escaped;
 }
 
-class SetFormFieldValue final : public ScriptAction<std::vector<std::string>, bool> {
+class SetFormFieldValue final : public PageAttempt {
   TabTarget tab{*this, services()};
   Parameter<FormFieldSelectionOption> formFieldSelection{*this, shared::formFieldSelection()};
   Parameter<std::string> targetField{*this,
@@ -36,20 +35,12 @@ class SetFormFieldValue final : public ScriptAction<std::vector<std::string>, bo
 
 public:
   explicit SetFormFieldValue(const ActionServices& services)
-      : ScriptAction(services, "SetFormFieldValue", intents::tables::webPages) {
+      : PageAttempt(services, "SetFormFieldValue", intents::tables::webPages) {
     requireText(targetField);
     aimAtTab(tab);
     pauseAfterSuccess(pauseAfterSucessInSeconds);
-    summarise({
-        {.when = {tab.isSpecific()},
-         .key = "tabSelection.specificTab",
-         .sentence = {&formFieldSelection, &targetField, &newValue, &tab.tabSelection, &tab.targetTab},
-         .further = {&shouldFireChangeEvent, &shouldSubmitParentForm, &pauseAfterSucessInSeconds}},
-        {.when = {},
-         .key = "tabSelection.defaultCase",
-         .sentence = {&formFieldSelection, &targetField, &newValue, &tab.tabSelection, &tab.targetContext},
-         .further = {&shouldFireChangeEvent, &shouldSubmitParentForm, &pauseAfterSucessInSeconds}},
-    });
+    summarise(tab.summary({&formFieldSelection, &targetField, &newValue}, {},
+                          {&shouldFireChangeEvent, &shouldSubmitParentForm, &pauseAfterSucessInSeconds}));
   }
 
 private:
@@ -59,10 +50,6 @@ private:
                             "\",\n    \"" + strategy + "\",\n    `" + escapeForTemplate(*newValue) + "`,\n    " +
                             javascriptText(*shouldFireChangeEvent) + ",\n    " +
                             javascriptText(*shouldSubmitParentForm) + "\n  )\n]");
-  }
-
-  [[nodiscard]] bool result(std::vector<std::string> answer, const engine::TargetContext& /*browser*/) const override {
-    return succeeded(answer);
   }
 };
 

@@ -2,7 +2,6 @@
 // stands in the job as the JavaScript literal that it is.
 #include "actions/ActionList.h"
 #include "actions/PageJob.h"
-#include "actions/ScriptAction.h"
 #include "actions/enums/SetFormFieldsOptions.h"
 #include "intents/IntentFile.h"
 #include "platform/NormalisedJSON.h"
@@ -11,7 +10,7 @@ namespace tabwright::actions {
 
 namespace {
 
-class SetFormFields final : public ScriptAction<std::vector<std::string>, bool> {
+class SetFormFields final : public PageAttempt {
   using Selection = SetFormFields_FormFieldsSelectionOption;
 
   TabTarget tab{*this, services()};
@@ -29,19 +28,11 @@ class SetFormFields final : public ScriptAction<std::vector<std::string>, bool> 
 
 public:
   explicit SetFormFields(const ActionServices& services)
-      : ScriptAction(services, "SetFormFields", intents::tables::webPages) {
+      : PageAttempt(services, "SetFormFields", intents::tables::webPages) {
     aimAtTab(tab);
     pauseAfterSuccess(pauseAfterSucessInSeconds);
-    summarise({
-        {.when = {tab.isSpecific()},
-         .key = "tabSelection.specificTab",
-         .sentence = {&formFieldsSelection, &inputDict, &tab.tabSelection, &tab.targetTab},
-         .further = {&shouldFireChangeEvent, &shouldSubmitParentForm, &pauseAfterSucessInSeconds}},
-        {.when = {},
-         .key = "tabSelection.defaultCase",
-         .sentence = {&formFieldsSelection, &inputDict, &tab.tabSelection, &tab.targetContext},
-         .further = {&shouldFireChangeEvent, &shouldSubmitParentForm, &pauseAfterSucessInSeconds}},
-    });
+    summarise(tab.summary({&formFieldsSelection, &inputDict}, {},
+                          {&shouldFireChangeEvent, &shouldSubmitParentForm, &pauseAfterSucessInSeconds}));
   }
 
 private:
@@ -50,10 +41,6 @@ private:
     return pageJob(tab, "return [\n  setFormFields(\n    " + platform::normalisedJSON(inputDict->data) + ",\n    \"" +
                             strategy + "\",\n    " + javascriptText(*shouldFireChangeEvent) + ",\n    " +
                             javascriptText(*shouldSubmitParentForm) + "\n  )\n]");
-  }
-
-  [[nodiscard]] bool result(std::vector<std::string> answer, const engine::TargetContext& /*browser*/) const override {
-    return succeeded(answer);
   }
 };
 

@@ -2,6 +2,8 @@
 
 #include "actions/SharedParameters.h"
 
+#include <vector>
+
 namespace tabwright::actions {
 
 /// The three parameters by which a user names a tab: the front tab of a browser, or a tab that an earlier action gave.
@@ -17,10 +19,11 @@ struct TabTarget {
   Parameter<TabSelectionOption> tabSelection;
   Parameter<browserdata::BrowserTabEntity> targetTab;
 
-  /// The condition of the summary that shows `targetTab`; the other one shows `targetContext`.
-  [[nodiscard]] intents::SummaryCondition isSpecific() const {
-    return intents::is(tabSelection, TabSelectionOption::specificTab);
-  }
+  using Fields = std::vector<const intents::ParameterBase*>;
+  /// The two forms of the summary of an action on a tab: with a specific tab `targetTab` counts, else `targetContext`.
+  /// In the sentence the fields that name the tab stand between `before` and `behind`.
+  [[nodiscard]] std::vector<intents::SummaryRow> summary(const Fields& before, const Fields& behind = {},
+                                                         const Fields& further = {}) const;
 };
 
 } // namespace tabwright::actions

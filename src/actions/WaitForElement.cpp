@@ -25,16 +25,7 @@ public:
       : ScriptAction(services, "WaitForElement", intents::tables::webPages) {
     requireText(cssSelector);
     aimAtTab(tab);
-    summarise({
-        {.when = {tab.isSpecific()},
-         .key = "tabSelection.specificTab",
-         .sentence = {&timeout, &cssSelector, &tab.tabSelection, &tab.targetTab},
-         .further = {&onFailure}},
-        {.when = {},
-         .key = "tabSelection.defaultCase",
-         .sentence = {&timeout, &cssSelector, &tab.tabSelection, &tab.targetContext},
-         .further = {&onFailure}},
-    });
+    summarise(tab.summary({&timeout, &cssSelector}, {}, {&onFailure}));
   }
 
 private:

@@ -20,16 +20,7 @@ public:
   explicit WaitForTabToFinishLoading(const ActionServices& services)
       : ScriptAction(services, "WaitForTabToFinishLoading", intents::tables::browserTabs) {
     aimAtTab(tab);
-    summarise({
-        {.when = {tab.isSpecific()},
-         .key = "tabSelection.specificTab",
-         .sentence = {&tab.tabSelection, &tab.targetTab, &readyState},
-         .further = {}},
-        {.when = {},
-         .key = "tabSelection.defaultCase",
-         .sentence = {&tab.tabSelection, &tab.targetContext, &readyState},
-         .further = {}},
-    });
+    summarise(tab.summary({}, {&readyState}));
   }
 
 private:
