@@ -3,9 +3,9 @@
 #include "app/Completion.h"
 
 #include "app/CommandDeclarations.h"
-#include "app/TerminalText.h"
 #include "intents/UsageError.h"
 #include "platform/StringCatalogue.h"
+#include "platform/TerminalCells.h"
 #include "targets/SupportedBrowsers.h"
 
 #include <CLI/CLI.hpp>
@@ -27,7 +27,7 @@ constexpr std::string_view optionMark = "--";
 // Sections may offer the same choice twice: a running browser is an installed one.
 void add(Completion& completion, std::string word, std::string_view meaning) {
   if (std::ranges::find(completion.candidates, word, &Candidate::word) == completion.candidates.end())
-    completion.candidates.push_back({std::move(word), onOneLine(meaning)});
+    completion.candidates.push_back({std::move(word), platform::onOneLine(meaning)});
 }
 
 void addActions(Completion& completion, const host::Catalogue& catalogue) {

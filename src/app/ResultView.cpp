@@ -2,9 +2,9 @@
 // a cell at a time, down to a least width; the last column never gives.
 #include "app/ResultView.h"
 
-#include "app/TerminalText.h"
 #include "intents/EntityDeclaration.h"
 #include "platform/StringCatalogue.h"
+#include "platform/TerminalCells.h"
 
 #include <boost/json/array.hpp>
 #include <boost/json/object.hpp>
@@ -37,13 +37,13 @@ std::string cellOf(const PropertyDeclaration& property, const boost::json::value
     return std::to_string(value->as_array().size());
   switch (property.type.kind) {
   case ValueKind::entity:
-    return onOneLine(property.type.entity->displayRepresentation(*value));
+    return platform::onOneLine(property.type.entity->displayRepresentation(*value));
   case ValueKind::file:
-    return onOneLine(value->at("filename").as_string());
+    return platform::onOneLine(value->at("filename").as_string());
   case ValueKind::boolean:
     return value->as_bool() ? platform::localized("result.yes") : std::string();
   default:
-    return onOneLine(value->is_string() ? std::string(value->as_string()) : boost::json::serialize(*value));
+    return platform::onOneLine(value->is_string() ? std::string(value->as_string()) : boost::json::serialize(*value));
   }
 }
 
@@ -70,10 +70,10 @@ std::string lineOf(const Row& row, const std::vector<std::size_t>& widths) {
   std::string line;
   for (std::size_t column = 0; column < row.size(); ++column) {
     const bool isLast = column + 1 == row.size();
-    const std::string cell = isLast ? row[column] : fitted(row[column], widths[column]);
+    const std::string cell = isLast ? row[column] : platform::fitted(row[column], widths[column]);
     line += cell;
     if (!isLast)
-      line += std::string(widths[column] - cellsOf(cell), ' ').append(gap);
+      line += std::string(widths[column] - platform::cellsOf(cell), ' ').append(gap);
   }
   line.erase(line.find_last_not_of(' ') + 1);
   return line + "\n";
@@ -103,7 +103,7 @@ std::string tableOf(const EntityDeclaration& entity, const boost::json::array& i
   std::vector<std::size_t> widths(rows.front().size(), 0);
   for (const Row& row : rows) {
     for (std::size_t column = 0; column < row.size(); ++column)
-      widths[column] = std::max(widths[column], cellsOf(row[column]));
+      widths[column] = std::max(widths[column], platform::cellsOf(row[column]));
   }
   fit(widths, width);
   std::string table;
@@ -121,11 +121,11 @@ std::string propertiesOf(const EntityDeclaration& entity, const boost::json::obj
   }
   std::size_t widest = 0;
   for (const Row& row : rows)
-    widest = std::max(widest, cellsOf(row.front()));
+    widest = std::max(widest, platform::cellsOf(row.front()));
   const std::size_t rest = std::max(leastColumnWidth, width > widest + gap.size() ? width - widest - gap.size() : 0);
   std::string lines;
   for (Row& row : rows)
-    lines += lineOf({row[0], fitted(row[1], rest)}, {widest, rest});
+    lines += lineOf({row[0], platform::fitted(row[1], rest)}, {widest, rest});
   return lines;
 }
 
@@ -141,7 +141,7 @@ std::string resultView(const host::ActionResult& result, std::size_t width) {
     return propertiesOf(*entity, result.value.as_object(), width);
   std::string lines;
   for (const std::string& line : host::linesOf(result))
-    lines += harmless(line) + "\n";
+    lines += platform::harmless(line) + "\n";
   return lines;
 }
 

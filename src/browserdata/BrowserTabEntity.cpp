@@ -1,16 +1,50 @@
 #include "browserdata/BrowserTabEntity.h"
 
 #include "browserdata/EntityReference.h"
+#include "browserdata/HTMLToMarkdown.h"
+#include "browserdata/RichText.h"
 #include "engine/ScriptText.h"
+#include "html/ParseFault.h"
+#include "platform/Logger.h"
+#include "platform/Whitespace.h"
 
 namespace tabwright::browserdata {
 
 using intents::PropertyPresence;
 
+namespace {
+
+const platform::Logger logger("BrowserTabEntity");
+
+// The file is plain rich text, whatever its name says: word processors of every kind open it.
+std::optional<intents::IntentFile> richTextFile(const std::string& html) {
+  try {
+    return intents::IntentFile{richText(html::Document::parse(html)), "selection.rtfd", "com.apple.rtfd"};
+  } catch (const html::ParseFault& fault) {
+    logger.error("Error converting HTML to AttributedString: {}", fault.errorDescription());
+    return std::nullopt;
+  }
+}
+
+std::string markdownText(const std::string& html) {
+  try {
+    return HTMLToMarkdown{html}.convert();
+  } catch (const platform::Failure&) {
+    return "ERROR: Unable to convert HTML";
+  }
+}
+
+} // namespace
+
 BrowserTabEntity::BrowserTabEntity(const BrowserTabData& tab, const engine::TargetContext& context)
     : targetContext(context), title(tab.tabTitle), url(tab.tabURL), htmlDocument(tab.htmlContent),
       textContent(tab.textContent), selectionText(tab.pageSelectionText), isLoading(tab.isLoading),
-      isPrivate(tab.isPrivate), fullID(context.id + ":" + tab.tabID) {}
+      isPrivate(tab.isPrivate), fullID(context.id + ":" + tab.tabID) {
+  if (platform::isBlank(tab.pageSelectionHTML))
+    return;
+  selectionRTFD = richTextFile(tab.pageSelectionHTML);
+  selectionMD = markdownText(tab.pageSelectionHTML);
+}
 
 std::optional<BrowserTabEntity> BrowserTabEntity::fromReference(std::string_view text) {
   const std::optional<EntityReference> reference = readReference(text);

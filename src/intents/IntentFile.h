@@ -8,7 +8,7 @@ namespace tabwright::intents {
 struct IntentFile {
   std::string data;     ///< its bytes
   std::string filename; ///< a plain name, without folders
-  std::string type;     ///< media type, such as "application/json"
+  std::string type;     ///< media type or uniform type identifier: "application/json", "com.apple.rtfd"
 
   friend bool operator==(const IntentFile&, const IntentFile&) = default;
 };

@@ -1,8 +1,8 @@
 // What a person at a terminal sees of a result.
 #include "app/ResultView.h"
-#include "app/TerminalText.h"
 #include "browserdata/BrowserTabEntity.h"
 #include "browserdata/BrowserWindowEntity.h"
+#include "platform/TerminalCells.h"
 
 #include <gtest/gtest.h>
 
@@ -52,7 +52,7 @@ TEST(ResultView, TablesFitTheWidthByShorteningLongTextsOnly) {
     const std::vector<std::string> lines = linesOf(resultView(resultOf(tabs), width));
     ASSERT_EQ(lines.size(), 3U);
     for (const std::string& line : lines)
-      EXPECT_LE(cellsOf(line), width) << line;
+      EXPECT_LE(platform::cellsOf(line), width) << line;
     EXPECT_TRUE(lines[1].ends_with("org.chromium.chromium:8")) << lines[1];
     EXPECT_NE(lines[1].find("…"), std::string::npos);
     EXPECT_NE(lines[2].find("short "), std::string::npos);
@@ -97,16 +97,6 @@ TEST(ResultView, SaysSoWhenAListIsEmptyAndNothingForNothing) {
   EXPECT_EQ(resultView(resultOf(intents::Nothing{}), 80), "");
   EXPECT_EQ(resultView(resultOf(std::vector<std::string>{"a", ""}), 80), "a\n\n");
   EXPECT_EQ(resultView(resultOf(true), 80), "true\n");
-}
-
-TEST(TerminalText, CountsAndCutsByCells) {
-  EXPECT_EQ(cellsOf("e\xCC\x81"), 1U); // e and a combining acute
-  EXPECT_EQ(cellsOf("日本"), 4U);
-  EXPECT_EQ(fitted("日本語", 5), "日本…");
-  EXPECT_EQ(fitted("日本語", 4), "日…");
-  EXPECT_EQ(fitted("abc", 3), "abc");
-  EXPECT_EQ(fitted("abcd", 3), "ab…");
-  EXPECT_EQ(onOneLine("  a \n\t b\x7f"), "a b");
 }
 
 } // namespace

@@ -1,11 +1,11 @@
-#include "app/TerminalText.h"
+#include "platform/TerminalCells.h"
 
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
 #include <cstdint>
 
-namespace tabwright::app {
+namespace tabwright::platform {
 namespace {
 
 constexpr UChar32 replacement = 0xFFFD;
@@ -41,6 +41,10 @@ std::size_t cellsOf(UChar32 character) {
   default:
     break;
   }
+  // Vowels and final consonants of Korean join the letter before them.
+  const int syllable = u_getIntPropertyValue(character, UCHAR_HANGUL_SYLLABLE_TYPE);
+  if (syllable == U_HST_VOWEL_JAMO || syllable == U_HST_TRAILING_JAMO)
+    return 0;
   const int width = u_getIntPropertyValue(character, UCHAR_EAST_ASIAN_WIDTH);
   return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
 }
@@ -96,4 +100,4 @@ std::string fitted(std::string_view text, std::size_t cells) {
   return cells == 0 ? result : result.append(ellipsis);
 }
 
-} // namespace tabwright::app
+} // namespace tabwright::platform

@@ -5,7 +5,7 @@
 #include <string_view>
 
 /// Text as a terminal shows it: UTF-8 in cells, where wide East Asian characters and emoji take two and marks none.
-namespace tabwright::app {
+namespace tabwright::platform {
 
 /// The cells that the text takes on one line.
 [[nodiscard]] std::size_t cellsOf(std::string_view text);
@@ -20,4 +20,4 @@ namespace tabwright::app {
 /// As much of the text as fits into `cells`, with an ellipsis where something was left out.
 [[nodiscard]] std::string fitted(std::string_view text, std::size_t cells);
 
-} // namespace tabwright::app
+} // namespace tabwright::platform

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "html/AllowList.h"
+#include "platform/Failure.h"
+
+namespace tabwright::browserdata {
+
+/// The elements, attributes and protocols that the conversion to Markdown reads; everything else is taken out of a page
+/// before.
+class CustomSoupWhitelist {
+public:
+  enum class CustomSoupWhitelistError { unableToInherit };
+
+  /// The list, made on first use. From any thread.
+  [[nodiscard]] static const html::AllowList& list();
+};
+
+std::string errorDescription(CustomSoupWhitelist::CustomSoupWhitelistError error, const std::string& detail);
+platform::FailureIdentity identity(CustomSoupWhitelist::CustomSoupWhitelistError error);
+
+} // namespace tabwright::browserdata

@@ -1,0 +1,125 @@
+#include "browserdata/HTMLToMarkdown.h"
+#include "browserdata/markdown/MarkdownWalk.h"
+#include "platform/Whitespace.h"
+
+#include <unicode/brkiter.h>
+#include <unicode/utext.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// The rule of tables. The cells' texts are made first, which tells the columns' widths; then the rows are written,
+/// padded to them.
+namespace tabwright::browserdata {
+
+namespace {
+
+/// What a reader counts as characters: extended grapheme clusters.
+std::size_t characterCount(std::string_view text) {
+  if (std::ranges::all_of(text, [](char character) { return static_cast<unsigned char>(character) < 0x80; }))
+    return text.size();
+  UErrorCode status = U_ZERO_ERROR;
+  thread_local const std::unique_ptr<icu::BreakIterator> boundaries(
+      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+  UText* const utf8 = utext_openUTF8(nullptr, text.data(), static_cast<int64_t>(text.size()), &status);
+  std::size_t count = 0;
+  if (U_SUCCESS(status) && boundaries) {
+    boundaries->setText(utf8, status);
+    while (boundaries->next() != icu::BreakIterator::DONE)
+      ++count;
+  }
+  utext_close(utf8);
+  return count;
+}
+
+struct Cell {
+  std::string text;
+  std::size_t width;
+};
+using Row = std::vector<Cell>;
+
+/// Rows that stand together: those of a section, or one that stands for itself.
+struct Section {
+  bool isHead = false;
+  std::vector<Row> rows;
+};
+
+template <class Visit>
+void forEachElement(const html::Node& parent, Visit visit) {
+  for (const html::Node child : parent.children())
+    if (!child.isText())
+      visit(child);
+}
+
+} // namespace
+
+std::string MarkdownWalk::cellText(const html::Node& cell, const MarkdownPlace& place) {
+  MarkdownPlace inside = place.inside(cell);
+  inside.level = 0;
+  const std::string content = pieces_.take(pieces_.addTrimmed([&] {
+    for (const html::Node child : cell.children())
+      add(child, inside);
+  }));
+  std::string text;
+  for (const char character : platform::trimmingWhitespaceAndNewlines(content)) {
+    if (character != '\n')
+      text += character;
+    else if (text.back() != '\n')
+      text += '\n';
+  }
+  std::ranges::replace(text, '\n', ' ');
+  return text;
+}
+
+void MarkdownWalk::addTable(const html::Node& table, const MarkdownPlace& place) {
+  const MarkdownPlace inside = place.inside(table);
+  std::vector<std::size_t> widths;
+  const auto readRow = [&](const html::Node& row) {
+    if (row.name() != "tr")
+      throw platform::failure(HTMLToMarkdownError::unexpectedNode, std::string(row.name()));
+    Row cells;
+    forEachElement(row, [&](const html::Node& cell) {
+      if (cell.name() != "td" && cell.name() != "th")
+        throw platform::failure(HTMLToMarkdownError::unexpectedNode, std::string(cell.name()));
+      std::string text = cellText(cell, inside);
+      const std::size_t width = characterCount(text);
+      if (widths.size() == cells.size())
+        widths.push_back(0);
+      widths[cells.size()] = std::max(widths[cells.size()], width);
+      cells.push_back({std::move(text), width});
+    });
+    return cells;
+  };
+  std::vector<Section> sections;
+  forEachElement(table, [&](const html::Node& child) {
+    Section section;
+    if (child.name() == "tr")
+      section.rows.push_back(readRow(child));
+    else if (child.name() == "thead" || child.name() == "tbody" || child.name() == "tfoot")
+      forEachElement(child, [&](const html::Node& row) { section.rows.push_back(readRow(row)); });
+    section.isHead = child.name() == "thead";
+    sections.push_back(std::move(section));
+  });
+
+  pieces_.add(paragraph_);
+  for (const Section& section : sections) {
+    for (const Row& row : section.rows) {
+      pieces_.add("|");
+      for (std::size_t column = 0; column < row.size(); ++column)
+        pieces_.add(" " + row[column].text + std::string(widths[column] - row[column].width, ' ') + " |");
+      pieces_.add(line_);
+    }
+    if (section.isHead) {
+      std::string separator = "|";
+      for (const std::size_t width : widths)
+        separator += " " + std::string(width, '-') + " |";
+      pieces_.add(separator);
+      pieces_.add(line_);
+    }
+  }
+  pieces_.add(paragraph_);
+}
+
+} // namespace tabwright::browserdata

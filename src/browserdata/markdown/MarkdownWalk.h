@@ -1,0 +1,55 @@
+#pragma once
+
+#include "browserdata/markdown/MarkdownPieces.h"
+#include "html/Node.h"
+
+#include <string_view>
+
+namespace tabwright::browserdata {
+
+/// What the rules ask about the elements around a node.
+struct MarkdownPlace {
+  std::string_view parent = "root"; ///< tag of the nearest element around
+  bool isInLink = false;
+  bool isInPreformatted = false;
+  int level = 0; ///< how many lists' items are around: a nested item's marker is indented by as many tabs
+
+  /// The place of what stands directly in `element`.
+  [[nodiscard]] MarkdownPlace inside(const html::Node& element) const;
+};
+
+/// The walk over a cleaned document that makes Markdown of it: a rule for each kind of node, which adds its pieces.
+///
+/// Goes as deep as the document, which is bounded. Throws failures of `HTMLToMarkdownError`.
+class MarkdownWalk {
+public:
+  MarkdownWalk(MarkdownPieces& pieces, std::string_view lineSeparator, std::string_view paragraphSeparator)
+      : pieces_(pieces), line_(lineSeparator), paragraph_(paragraphSeparator) {}
+
+  /// Adds the pieces of a node and all in it.
+  void add(const html::Node& node, const MarkdownPlace& place);
+
+private:
+  enum class Rule : unsigned char;
+  [[nodiscard]] static Rule ruleOf(std::string_view tag);
+
+  std::size_t addContent(const html::Node& element, const MarkdownPlace& place);
+  void addBetween(const html::Node& element, const MarkdownPlace& place, std::string_view mark);
+  void addHeading(const html::Node& heading, const MarkdownPlace& place);
+  void addCode(const html::Node& code, const MarkdownPlace& place);
+  void addList(const html::Node& list, const MarkdownPlace& place);
+  bool addItem(const html::Node& item, const MarkdownPlace& place, bool isUnderItem);
+  void addLink(const html::Node& link, const MarkdownPlace& place);
+  void addImage(const html::Node& image, const MarkdownPlace& place);
+  void addAbbreviation(const html::Node& abbreviation, const MarkdownPlace& place);
+  void addQuote(const html::Node& quote, const MarkdownPlace& place);
+  void addAside(const html::Node& aside, const MarkdownPlace& place);
+  void addTable(const html::Node& table, const MarkdownPlace& place);
+  [[nodiscard]] std::string cellText(const html::Node& cell, const MarkdownPlace& place);
+
+  MarkdownPieces& pieces_;
+  std::string_view line_;
+  std::string_view paragraph_;
+};
+
+} // namespace tabwright::browserdata

@@ -1,0 +1,126 @@
+// The one table of tags. It follows the style sheet that the HTML standard suggests to browsers (chapter "Rendering"),
+// as far as rich text has a word for it. Tags that only flow are left out.
+#include "browserdata/richtext/TagEffects.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tabwright::browserdata {
+namespace {
+
+using enum TagRole;
+using enum CharacterFormat::Style;
+
+// Sorted by tag.
+constexpr std::array effects = std::to_array<TagEffect>({
+    {.tag = "a", .role = link},
+    {.tag = "address", .role = block, .styles = italic},
+    {.tag = "article", .role = block},
+    {.tag = "aside", .role = block},
+    {.tag = "audio", .role = hidden},
+    {.tag = "b", .styles = bold},
+    {.tag = "bdi", .role = isolate},
+    {.tag = "bdo", .role = direction},
+    {.tag = "blockquote", .role = block, .indent = Indent::both, .isSpaced = true},
+    {.tag = "body", .role = block},
+    {.tag = "br", .role = lineBreak},
+    {.tag = "canvas", .role = hidden},
+    {.tag = "caption", .role = block, .isCentred = true},
+    {.tag = "center", .role = block, .isCentred = true},
+    {.tag = "cite", .styles = italic},
+    {.tag = "code", .styles = fixedPitch},
+    {.tag = "datalist", .role = hidden},
+    {.tag = "dd", .role = block, .indent = Indent::start},
+    {.tag = "del", .styles = struckOut},
+    {.tag = "details", .role = block, .isSpaced = true},
+    {.tag = "dfn", .styles = italic},
+    {.tag = "dialog", .role = block},
+    {.tag = "dir", .role = bullets, .isSpaced = true},
+    {.tag = "div", .role = block},
+    {.tag = "dl", .role = block, .isSpaced = true},
+    {.tag = "dt", .role = block},
+    {.tag = "em", .styles = italic},
+    {.tag = "fieldset", .role = block},
+    {.tag = "figcaption", .role = block},
+    {.tag = "figure", .role = block, .indent = Indent::both, .isSpaced = true},
+    {.tag = "footer", .role = block},
+    {.tag = "form", .role = block},
+    {.tag = "h1", .role = block, .heading = 1, .isSpaced = true},
+    {.tag = "h2", .role = block, .heading = 2, .isSpaced = true},
+    {.tag = "h3", .role = block, .heading = 3, .isSpaced = true},
+    {.tag = "h4", .role = block, .heading = 4, .isSpaced = true},
+    {.tag = "h5", .role = block, .heading = 5, .isSpaced = true},
+    {.tag = "h6", .role = block, .heading = 6, .isSpaced = true},
+    {.tag = "head", .role = hidden},
+    {.tag = "header", .role = block},
+    {.tag = "hgroup", .role = block},
+    {.tag = "hr", .role = rule},
+    {.tag = "html", .role = block},
+    {.tag = "i", .styles = italic},
+    {.tag = "iframe", .role = hidden},
+    {.tag = "img", .role = image},
+    {.tag = "ins", .styles = underlined},
+    {.tag = "kbd", .styles = fixedPitch},
+    {.tag = "legend", .role = block},
+    {.tag = "li", .role = item},
+    {.tag = "listing", .role = block, .styles = fixedPitch, .isSpaced = true, .keepsWhiteSpace = true},
+    {.tag = "main", .role = block},
+    {.tag = "mark", .styles = highlighted},
+    {.tag = "menu", .role = bullets, .isSpaced = true},
+    {.tag = "meter", .role = hidden},
+    {.tag = "nav", .role = block},
+    {.tag = "noembed", .role = hidden},
+    {.tag = "noframes", .role = hidden},
+    {.tag = "noscript", .role = hidden},
+    {.tag = "ol", .role = numbers, .isSpaced = true},
+    {.tag = "optgroup", .role = block},
+    {.tag = "option", .role = block},
+    {.tag = "p", .role = block, .isSpaced = true},
+    {.tag = "plaintext", .role = block, .styles = fixedPitch, .isSpaced = true, .keepsWhiteSpace = true},
+    {.tag = "pre", .role = block, .styles = fixedPitch, .isSpaced = true, .keepsWhiteSpace = true},
+    {.tag = "progress", .role = hidden},
+    {.tag = "q", .role = quotation},
+    {.tag = "s", .styles = struckOut},
+    {.tag = "samp", .styles = fixedPitch},
+    {.tag = "script", .role = hidden},
+    {.tag = "search", .role = block},
+    {.tag = "section", .role = block},
+    {.tag = "strike", .styles = struckOut},
+    {.tag = "strong", .styles = bold},
+    {.tag = "style", .role = hidden},
+    {.tag = "sub", .styles = lowered},
+    {.tag = "summary", .role = block, .styles = bold},
+    {.tag = "sup", .styles = raised},
+    {.tag = "table", .role = table, .isSpaced = true},
+    {.tag = "tbody", .role = block},
+    {.tag = "td", .role = block},
+    {.tag = "template", .role = hidden},
+    {.tag = "textarea", .keepsWhiteSpace = true},
+    {.tag = "tfoot", .role = block},
+    {.tag = "th", .role = block, .styles = bold, .isCentred = true},
+    {.tag = "thead", .role = block},
+    {.tag = "title", .role = hidden},
+    {.tag = "tr", .role = block},
+    {.tag = "tt", .styles = fixedPitch},
+    {.tag = "u", .styles = underlined},
+    {.tag = "ul", .role = bullets, .isSpaced = true},
+    {.tag = "var", .styles = italic},
+    {.tag = "video", .role = hidden},
+    {.tag = "xmp", .role = block, .styles = fixedPitch, .isSpaced = true, .keepsWhiteSpace = true},
+});
+static_assert(std::ranges::adjacent_find(effects, std::ranges::greater_equal{}, &TagEffect::tag) == effects.end());
+
+constexpr TagEffect flowingText{};
+
+} // namespace
+
+const TagEffect& tagEffect(std::string_view tag) {
+  const auto* found = std::ranges::lower_bound(effects, tag, {}, &TagEffect::tag);
+  return found != effects.end() && found->tag == tag ? *found : flowingText;
+}
+
+bool isHidden(const TagEffect& effect, html::Node element) {
+  return effect.role == hidden || element.attribute("hidden") || (effect.tag == "dialog" && !element.attribute("open"));
+}
+
+} // namespace tabwright::browserdata

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "browserdata/richtext/CharacterFormat.h"
+#include "html/Node.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace tabwright::browserdata {
+
+/// What an element is to rich text.
+enum class TagRole : std::uint8_t {
+  text, ///< flows with the text around it
+  block,
+  hidden, ///< browsers show none of it
+  lineBreak,
+  rule,
+  image,
+  link,
+  quotation,
+  direction, ///< overrides the order of its characters
+  isolate,   ///< keeps its direction apart from the text around it
+  bullets,
+  numbers,
+  item,
+  table,
+};
+
+/// How much further a block's text stands in.
+enum class Indent : std::uint8_t { none, start, both };
+
+/// The effect of one tag.
+struct TagEffect {
+  std::string_view tag;
+  TagRole role = TagRole::text;
+  std::uint16_t styles = CharacterFormat::plain;
+  std::uint8_t heading = 0; ///< 1 to 6
+  Indent indent = Indent::none;
+  bool isSpaced = false; ///< a block with room above and below
+  bool isCentred = false;
+  bool keepsWhiteSpace = false;
+};
+
+/// The effect of an element: text that flows for tags that nobody knows, as in browsers.
+[[nodiscard]] const TagEffect& tagEffect(std::string_view tag);
+
+/// Whether a browser shows nothing of an element: for its tag, or as its attributes say.
+[[nodiscard]] bool isHidden(const TagEffect& effect, html::Node element);
+
+} // namespace tabwright::browserdata

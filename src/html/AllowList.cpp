@@ -1,0 +1,46 @@
+#include "html/AllowList.h"
+
+#include "platform/AsciiCase.h"
+
+#include <algorithm>
+
+namespace tabwright::html {
+
+AllowList& AllowList::addTags(const std::vector<std::string>& tags) {
+  for (const std::string& tag : tags)
+    tags_[tag].isAllowed = true;
+  return *this;
+}
+
+AllowList& AllowList::addAttributes(const std::string& tag, const std::vector<std::string>& attributes) {
+  Rules& rules = tags_[tag];
+  rules.isAllowed = true;
+  rules.attributes.insert(attributes.begin(), attributes.end());
+  return *this;
+}
+
+AllowList& AllowList::addProtocols(const std::string& tag, const std::string& attribute,
+                                   const std::vector<std::string>& protocols) {
+  tags_[tag].protocols[attribute].insert(protocols.begin(), protocols.end());
+  return *this;
+}
+
+bool AllowList::allowsTag(std::string_view tag) const {
+  const auto rules = tags_.find(tag);
+  return rules != tags_.end() && rules->second.isAllowed;
+}
+
+bool AllowList::allowsAttribute(std::string_view tag, std::string_view name, std::string_view value) const {
+  const auto rules = tags_.find(tag);
+  if (rules == tags_.end() || !rules->second.attributes.contains(name))
+    return false;
+  const auto protocols = rules->second.protocols.find(name);
+  if (protocols == rules->second.protocols.end())
+    return true;
+  return std::ranges::any_of(protocols->second, [&](const std::string& protocol) {
+    return value.size() > protocol.size() && value[protocol.size()] == ':' &&
+           platform::equalIgnoringCase(value.substr(0, protocol.size()), protocol);
+  });
+}
+
+} // namespace tabwright::html

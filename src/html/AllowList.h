@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tabwright::html {
+
+/// What a cleaner lets through: elements by tag, attributes by tag, and the protocols of addresses in attributes.
+///
+///     AllowList list;
+///     list.addTags({"a", "b"}).addAttributes("a", {"href"}).addProtocols("a", "href", {"https"});
+///
+/// A fresh list lets nothing through. All names are in lower case.
+class AllowList {
+public:
+  AllowList& addTags(const std::vector<std::string>& tags);
+
+  /// Lets through the tag, too.
+  AllowList& addAttributes(const std::string& tag, const std::vector<std::string>& attributes);
+
+  /// From now on that attribute of that tag is let through only with a value that begins with one of its protocols and
+  /// a colon, in either case. Lets through neither the tag nor the attribute by itself.
+  AllowList& addProtocols(const std::string& tag, const std::string& attribute,
+                          const std::vector<std::string>& protocols);
+
+  [[nodiscard]] bool allowsTag(std::string_view tag) const;
+  [[nodiscard]] bool allowsAttribute(std::string_view tag, std::string_view name, std::string_view value) const;
+
+private:
+  using Names = std::set<std::string, std::less<>>;
+  struct Rules {
+    bool isAllowed = false;
+    Names attributes;
+    std::map<std::string, Names, std::less<>> protocols; // by attribute
+  };
+  std::map<std::string, Rules, std::less<>> tags_;
+};
+
+} // namespace tabwright::html

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "html/Node.h"
+
+#include <memory>
+#include <string_view>
+
+namespace tabwright::html {
+
+class Arena;
+
+/// A parsed page, or a piece of one: a tree of elements and texts by the rules of HTML (the tree construction of the
+/// HTML standard), which also makes a document of any fragment.
+///
+///     const html::Document page = html::Document::parse("<p>Good <b>morning");
+///     page.root().name();                     // "html"; its children are "head" and "body"
+///
+/// Where it leaves the standard, so that time and memory stay in proportion to the text whatever it says:
+///  - elements nested more than `maximumDepth` levels deep are dropped and their content stays, as browsers do;
+///  - an element keeps its first `maximumAttributes` attributes;
+///  - formatting that is never closed is no longer carried into further blocks once that has happened very often.
+///
+/// The content of scripts, style sheets and embedded foreign documents is no text and is left out, as are comments;
+/// what `textarea` and `title` hold is text.
+///
+/// Immutable, moved but not copied. Nodes and their texts live as long as the document.
+class Document {
+public:
+  static constexpr int maximumDepth = 512;
+  static constexpr int maximumAttributes = 64;
+  /// Bytes that `parse` takes at most.
+  static constexpr std::size_t maximumLength = std::size_t{1} << 30;
+
+  /// Parses UTF-8; bytes that aren't become U+FFFD. Any text is a page. Throws `ParseFault` for one that is too long.
+  [[nodiscard]] static Document parse(std::string_view text);
+
+  /// The element "html". Every document has one, and in it a "head" and (frame sets apart) a "body".
+  [[nodiscard]] Node root() const { return Node(*root_); }
+
+  Document(Document&&) noexcept;
+  Document& operator=(Document&&) noexcept;
+  ~Document();
+
+private:
+  friend class Cleaner;
+  Document(std::shared_ptr<Arena> texts, std::unique_ptr<Arena> nodes, const NodeRecord& root);
+
+  std::shared_ptr<Arena> texts_; // names, texts and attributes, shared with documents made of this one
+  std::unique_ptr<Arena> nodes_;
+  const NodeRecord* root_;
+};
+
+} // namespace tabwright::html

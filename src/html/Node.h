@@ -1,0 +1,105 @@
+#pragma once
+
+#include <cstddef>
+#include <iterator>
+#include <optional>
+#include <span>
+#include <string_view>
+
+namespace tabwright::html {
+
+/// An attribute: its name in lower case, and its value with character references replaced.
+struct Attribute {
+  std::string_view name;
+  std::string_view value;
+};
+
+/// How a document stores a node. Made by `Document` and `Cleaner` only; everyone else reads `Node`.
+struct NodeRecord {
+  std::string_view name;      ///< of an element, else empty
+  std::string_view text;      ///< of a text node, as it stands in the page
+  std::string_view collapsed; ///< of a text node, runs of white space collapsed
+  const Attribute* attributes = nullptr;
+  std::size_t attributeCount = 0;
+  NodeRecord* firstChild = nullptr;
+  NodeRecord* lastChild = nullptr;
+  NodeRecord* next = nullptr; ///< the sibling behind it
+};
+
+/// A node of a document: an element or a text. Comments and doctypes are no nodes here.
+///
+/// A view as small as a pointer, copied freely; it and all texts that it gives live as long as its `Document`. Reading
+/// never fails and never allocates, from any thread.
+class Node {
+public:
+  class Children;
+
+  explicit Node(const NodeRecord& record) : record_(&record) {}
+
+  [[nodiscard]] bool isText() const { return record_->name.empty(); }
+
+  /// An element's tag name in lower case; "#text" of a text node.
+  [[nodiscard]] std::string_view name() const { return isText() ? std::string_view("#text") : record_->name; }
+
+  /// The text of a text node with each run of white space (the five characters that HTML calls so) made one blank;
+  /// blanks at the ends stay. Empty for elements.
+  [[nodiscard]] std::string_view text() const { return record_->collapsed; }
+
+  /// The text of a text node as it stands in the page, for elements that keep white space. Empty for elements.
+  [[nodiscard]] std::string_view wholeText() const { return record_->text; }
+
+  /// An element's attributes, in the page's order.
+  [[nodiscard]] std::span<const Attribute> attributes() const { return {record_->attributes, record_->attributeCount}; }
+
+  /// The value of an attribute (its name in lower case); nothing when the element doesn't have it.
+  [[nodiscard]] std::optional<std::string_view> attribute(std::string_view name) const;
+
+  /// The nodes in it, in order: `for (const html::Node child : node.children())`.
+  [[nodiscard]] Children children() const;
+
+private:
+  const NodeRecord* record_;
+};
+
+class Node::Children {
+public:
+  class Iterator {
+  public:
+    using value_type = Node;
+    using difference_type = std::ptrdiff_t;
+    using iterator_category = std::forward_iterator_tag;
+
+    Iterator() = default;
+    explicit Iterator(const NodeRecord* record) : record_(record) {}
+    Node operator*() const { return Node(*record_); }
+    Iterator& operator++() {
+      record_ = record_->next;
+      return *this;
+    }
+    Iterator operator++(int) {
+      const Iterator before = *this;
+      record_ = record_->next;
+      return before;
+    }
+    friend bool operator==(const Iterator&, const Iterator&) = default;
+
+  private:
+    const NodeRecord* record_ = nullptr;
+  };
+
+  explicit Children(const NodeRecord* first) : first_(first) {}
+  [[nodiscard]] Iterator begin() const { return Iterator(first_); }
+  [[nodiscard]] Iterator end() const { return {}; }
+  [[nodiscard]] bool empty() const { return first_ == nullptr; }
+  /// Undefined when there are none.
+  [[nodiscard]] Node front() const { return Node(*first_); }
+
+private:
+  const NodeRecord* first_;
+};
+
+inline Node::Children Node::children() const {
+  return Children(record_->firstChild);
+}
+
+} // namespace tabwright::html

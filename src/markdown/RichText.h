@@ -1,0 +1,22 @@
+#pragma once
+
+#include "markdown/Document.h"
+#include "markdown/Theme.h"
+
+#include <cstdint>
+#include <string>
+
+namespace tabwright::markdown {
+
+/// What the window's ground is like.
+enum class ColourScheme : std::uint8_t { light, dark };
+
+/// The document as the rich text of Qt: a fragment of its "Supported HTML Subset"
+/// (https://doc.qt.io/qt-6/richtext-html-subset.html), UTF-8, for `QTextDocument::setHtml` and labels.
+///
+/// Nothing of the document's text is taken as HTML: markup in it is shown as text, and control characters are left out.
+/// Links are those of `openableAddress`; the text of all others stands there without a link. Images are their
+/// alternative text, since nothing is loaded for a document.
+[[nodiscard]] std::string richText(const Document& document, const Theme& theme, ColourScheme scheme);
+
+} // namespace tabwright::markdown

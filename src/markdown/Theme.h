@@ -1,0 +1,112 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace tabwright::markdown {
+
+/// How Markdown looks, in windows and on a terminal: plain data, of no toolkit. Its texts are views of literals.
+///
+/// Looks add up: a code span in a heading has the heading's size and the code's letters.
+struct Theme {
+  /// What has a look of its own.
+  enum class Role : std::uint8_t {
+    heading1,
+    heading2,
+    heading3,
+    heading4,
+    heading5,
+    heading6,
+    quote,
+    codeBlock,
+    code,
+    emphasis,
+    strong,
+    strikethrough,
+    link,
+    image, ///< the alternative text that stands for one
+    html,  ///< markup that is shown as text
+    listMarker,
+    tableHeader,
+    border, ///< lines of tables, bars of quotes, rules
+  };
+  static constexpr std::size_t roleCount = static_cast<std::size_t>(Role::border) + 1;
+
+  struct Colour {
+    std::uint8_t red;
+    std::uint8_t green;
+    std::uint8_t blue;
+  };
+
+  /// A colour for windows with dark letters on a light ground, and one for the others.
+  struct ColourPair {
+    Colour light;
+    Colour dark;
+  };
+
+  struct WindowLook {
+    int size = 100; ///< per cent of the window's letters
+    bool isBold = false;
+    bool isItalic = false;
+    bool isUnderlined = false;
+    bool isStruckThrough = false;
+    bool isFixedPitch = false;
+    std::optional<ColourPair> colour = std::nullopt;     ///< none: as what it stands in
+    std::optional<ColourPair> background = std::nullopt; ///< none: as what it stands in
+  };
+
+  /// The terminal's own palette, which its user has chosen.
+  enum class TerminalColour : std::uint8_t { unchanged, red, green, yellow, blue, magenta, cyan };
+
+  struct TerminalLook {
+    bool isBold = false;
+    bool isDim = false;
+    bool isItalic = false;
+    bool isUnderlined = false;
+    bool isStruckThrough = false;
+    TerminalColour colour = TerminalColour::unchanged;
+    std::string_view plainMark = {}; ///< on both sides of it where nothing else may show the look
+    bool operator==(const TerminalLook&) const = default;
+  };
+
+  struct Look {
+    Role role;
+    WindowLook window;
+    TerminalLook terminal;
+  };
+
+  /// Distances in windows, in logical pixels.
+  struct Spacing {
+    int paragraph;    ///< below a paragraph, list, quote, table or code block
+    int headingAbove; ///< and `paragraph` below it
+    int quoteIndentation;
+    int cellPadding;
+  };
+
+  /// Single characters of one cell each, for terminals.
+  struct Symbols {
+    std::array<std::string_view, 3> bullets; ///< by depth; the last one for all deeper lists
+    std::string_view unchecked;              ///< task boxes, in windows too
+    std::string_view checked;
+    std::string_view vertical; ///< bars of quotes, lines between columns
+    std::string_view horizontal;
+    std::string_view crossing;
+  };
+
+  std::array<Look, roleCount> looks; ///< in the order of `Role`
+  Spacing spacing;
+  Symbols symbols;
+
+  [[nodiscard]] constexpr const Look& look(Role role) const { return looks[static_cast<std::size_t>(role)]; }
+
+  /// The role of a heading of level 1 to 6.
+  [[nodiscard]] static constexpr Role heading(int level) { return static_cast<Role>(level - 1); }
+};
+
+/// The one theme of all windows and of the command line.
+extern const Theme markdownTheme;
+
+} // namespace tabwright::markdown

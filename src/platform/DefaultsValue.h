@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <variant>
+
+namespace tabwright::platform {
+
+/// A stored value of a kind that no key of ours has: a list, a date, raw data, a dictionary of more than texts. It
+/// stays in the store as it is.
+struct ForeignValue {
+  bool operator==(const ForeignValue&) const = default;
+};
+
+/// What the store of settings holds under one name. Texts are UTF-8.
+using DefaultsValue =
+    std::variant<ForeignValue, std::int64_t, double, bool, std::string, std::map<std::string, std::string>>;
+
+} // namespace tabwright::platform

@@ -1,0 +1,174 @@
+// A change is added to the pending ones and shown to this process's readers at once; a flush then applies all that are
+// pending to the state on the disk, under the lock between processes, and forgets them when they are written. So
+// changes that come while another is being written go to the disk together, and what couldn't be written is not lost.
+//
+// Two locks: `writing` is held through a flush and may be held long; `state` guards what readers see and is held for a
+// look at the file. `writing` is taken first.
+#include "platform/linux/LinuxUserDefaults.h"
+
+#include "platform/FileFailure.h"
+#include "platform/Logger.h"
+#include "platform/linux/BaseDirectories.h"
+#include "platform/linux/DefaultsObservers.h"
+#include "platform/linux/PendingChanges.h"
+#include "platform/linux/SettingsFile.h"
+#include "platform/linux/SettingsThread.h"
+
+#include <cerrno>
+#include <cstddef>
+#include <mutex>
+#include <set>
+#include <string>
+#include <utility>
+
+namespace tabwright::platform {
+
+std::filesystem::path defaultSettingsFile() {
+  return configHome() / "tabwright" / "settings.plist";
+}
+
+struct LinuxUserDefaults::Parts {
+  Parts(const Clock& clock, LinuxUserDefaultsOptions options) : file(options.file, clock), lockWait(options.lockWait) {}
+
+  // With `state` held: takes up what is on the disk now. What can't be read leaves the values as they are.
+  void refresh() {
+    try {
+      SettingsFile::SnapshotPointer loaded = file.load(snapshot);
+      if (loaded != snapshot)
+        show(std::move(loaded));
+    } catch (const FileFailure& failure) {
+      complain(failure);
+    }
+  }
+
+  // With `state` held.
+  void show(SettingsFile::SnapshotPointer loaded) {
+    snapshot = std::move(loaded);
+    shown = snapshot->document;
+    pending.applyTo(shown);
+  }
+
+  void add(DefaultsUpdate change) {
+    const std::scoped_lock lock(state);
+    refresh();
+    applyChange(change, shown);
+    if (!pending.add(std::move(change)) && !std::exchange(isLossTold, true))
+      log.error("More than {} changes of the settings can't be stored: the oldest are given up", PendingChanges::limit);
+  }
+
+  // With `writing` held: the pending changes on top of what is on the disk; their end; the state beneath them.
+  struct Batch {
+    SettingsFile::SnapshotPointer old;
+    PropertyListDocument document;
+    AppliedChanges applied;
+    std::size_t end = 0;
+  };
+  Batch makeBatch() {
+    const std::scoped_lock lock(state);
+    Batch batch{.old = file.load(snapshot), .document = {}, .applied = {}, .end = pending.end()};
+    batch.document = batch.old->document;
+    batch.applied = pending.applyTo(batch.document);
+    return batch;
+  }
+
+  // Brings the pending changes to the disk. Doesn't throw for what the machine refuses: they stay pending then.
+  void flush() {
+    const std::scoped_lock lock(writing);
+    {
+      const std::scoped_lock stateLock(state);
+      if (pending.isEmpty()) // another flush has taken them along
+        return;
+    }
+    try {
+      const FileLock fileLock = file.lock(isLockHeldUp ? std::chrono::nanoseconds::zero() : lockWait);
+      isLockHeldUp = false;
+      Batch batch = makeBatch();
+      SettingsFile::SnapshotPointer written = batch.old;
+      if (batch.applied.isChanged)
+        written = file.replace(*batch.old, std::move(batch.document),
+                               batch.applied.replacesOtherType ? SettingsFile::OldFile::keepAside
+                                                               : SettingsFile::OldFile::replace);
+      const std::scoped_lock stateLock(state);
+      pending.removeUpTo(batch.end);
+      show(std::move(written));
+      complaints.clear();
+      isLossTold = false;
+    } catch (const FileFailure& failure) {
+      isLockHeldUp = failure.errorNumber() == EWOULDBLOCK;
+      const std::scoped_lock stateLock(state);
+      complain(failure);
+    }
+  }
+
+  // With `state` held.
+  void complain(const FileFailure& failure) {
+    const std::string text = failure.errorDescription();
+    if (complaints.insert(text).second)
+      log.error("{}", text);
+  }
+
+  const Logger log{"UserDefaults"};
+  const SettingsFile file;
+  const std::chrono::nanoseconds lockWait;
+  DefaultsObservers observers;
+
+  std::mutex writing;
+  bool isLockHeldUp = false; // guarded by `writing`
+
+  std::mutex state; // guards what follows
+  SettingsFile::SnapshotPointer snapshot;
+  PendingChanges pending;
+  PropertyListDocument shown;       // the snapshot with the pending changes in it
+  std::set<std::string> complaints; // told since the last write that succeeded
+  bool isLossTold = false;
+
+  std::unique_ptr<SettingsThread> thread; // uses all of the above
+};
+
+LinuxUserDefaults::LinuxUserDefaults(const Clock& clock, LinuxUserDefaultsOptions options)
+    : parts_(std::make_unique<Parts>(clock, std::move(options))) {
+  parts_->thread = std::make_unique<SettingsThread>(SettingsThread::Work{
+      .write =
+          [this] {
+            parts_->flush();
+            parts_->observers.notify(*this);
+          },
+      .fileChanged = [this] { parts_->observers.notify(*this); },
+  });
+}
+
+LinuxUserDefaults::~LinuxUserDefaults() {
+  parts_->thread.reset();
+  parts_->flush();
+}
+
+std::optional<DefaultsValue> LinuxUserDefaults::find(const std::string& name) const {
+  const std::scoped_lock lock(parts_->state);
+  parts_->refresh();
+  return parts_->shown.find(name);
+}
+
+void LinuxUserDefaults::update(DefaultsUpdate change) {
+  parts_->add(std::move(change));
+  parts_->flush();
+  parts_->observers.notify(*this);
+}
+
+void LinuxUserDefaults::updateSoon(DefaultsUpdate change) {
+  parts_->add(std::move(change));
+  parts_->thread->requestWrite();
+  parts_->observers.notify(*this);
+}
+
+DefaultsObservation LinuxUserDefaults::observe(const std::string& name, std::function<void()> callback) {
+  try {
+    ensurePrivateFolder(parts_->file.path().parent_path());
+    parts_->thread->follow(parts_->file.path());
+  } catch (const FileFailure& failure) {
+    const std::scoped_lock lock(parts_->state);
+    parts_->complain(failure);
+  }
+  return parts_->observers.add(name, find(name), std::move(callback));
+}
+
+} // namespace tabwright::platform

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/Clock.h"
+#include "platform/UserDefaults.h"
+
+#include <chrono>
+#include <filesystem>
+#include <memory>
+
+namespace tabwright::platform {
+
+/// `tabwright/settings.plist` in the XDG configuration home.
+[[nodiscard]] std::filesystem::path defaultSettingsFile();
+
+/// Where the settings lie, and how long a writer waits for the others.
+struct LinuxUserDefaultsOptions {
+  std::filesystem::path file = defaultSettingsFile();
+  /// After that a change is given up for now: another process holds the lock and is stopped, or hangs. As long as that
+  /// lasts later changes don't wait at all.
+  std::chrono::nanoseconds lockWait = std::chrono::seconds(5);
+};
+
+/// The settings in a property list in XML, which plain tools and people read, shared by any number of processes.
+///
+/// - Killing a process at any instant leaves the state before or after one of its updates.
+/// - Reading costs a look at the file's status, and a read of the file only after a change.
+/// - A file that isn't a property list is set aside by the next update: kept under another name, told in the log. Until
+///   then, and after it, defaults hold. A value of another type than its key's is read as the default; the update that
+///   replaces it keeps a copy of the file in the same way.
+/// - Entries of names that nobody uses are kept.
+/// - When the file can't be read or written, or the lock isn't had in time, that is logged once, and the change holds
+/// in
+///   this process; it is made on the disk before the next change that can be. Of more than 1,000 such changes the
+///   oldest are given up, which is logged.
+///
+/// Observers hear of changes by other processes through inotify(7), as long as the folder isn't replaced; where that
+/// can't be had (told in the log), they hear of this process's only. The first `observe` or `updateSoon` starts the one
+/// thread of the store; so fork only before. Destruction writes what `updateSoon` has left to write. `clock` outlives
+/// this.
+class LinuxUserDefaults final : public UserDefaults {
+public:
+  explicit LinuxUserDefaults(const Clock& clock, LinuxUserDefaultsOptions options = {});
+  ~LinuxUserDefaults() override;
+  LinuxUserDefaults(const LinuxUserDefaults&) = delete;
+  LinuxUserDefaults& operator=(const LinuxUserDefaults&) = delete;
+
+  [[nodiscard]] std::optional<DefaultsValue> find(const std::string& name) const override;
+  void update(DefaultsUpdate change) override;
+  void updateSoon(DefaultsUpdate change) override;
+  [[nodiscard]] DefaultsObservation observe(const std::string& name, std::function<void()> callback) override;
+
+private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+};
+
+} // namespace tabwright::platform

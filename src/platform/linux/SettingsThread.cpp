@@ -1,0 +1,120 @@
+// One poll over two descriptors: an eventfd that wakes the thread for a request or its end, and the inotify queue of
+// the folder. The folder is watched, not the file, since every write puts another file in its place.
+#include "platform/linux/SettingsThread.h"
+
+#include "platform/FileFailure.h"
+#include "platform/Logger.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/inotify.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace tabwright::platform {
+namespace {
+
+const Logger& logger() {
+  static const Logger log("UserDefaults");
+  return log;
+}
+
+} // namespace
+
+SettingsThread::~SettingsThread() {
+  thread_.request_stop();
+  wake();
+}
+
+void SettingsThread::requestWrite() {
+  const std::scoped_lock lock(mutex_);
+  isWriteRequested_ = true;
+  ensureRunning();
+  wake();
+}
+
+void SettingsThread::follow(const std::filesystem::path& file) {
+  const std::scoped_lock lock(mutex_);
+  if (watch_.isOpen())
+    return;
+  FileDescriptor watch(inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
+  constexpr std::uint32_t events = IN_MOVED_TO | IN_MOVED_FROM | IN_CLOSE_WRITE | IN_DELETE;
+  if (!watch.isOpen() || inotify_add_watch(watch.number(), file.parent_path().c_str(), events) < 0) {
+    logger().error("{}", FileFailure("follow", file, errno).errorDescription());
+    return;
+  }
+  watch_ = std::move(watch);
+  fileName_ = file.filename().string();
+  ensureRunning();
+  wake();
+}
+
+void SettingsThread::ensureRunning() {
+  if (!wakeUp_.isOpen())
+    wakeUp_ = FileDescriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+  if (thread_.joinable() || !wakeUp_.isOpen())
+    return;
+  try {
+    thread_ = std::jthread([this](const std::stop_token& stop) { run(stop); });
+  } catch (const std::system_error& error) { // the destructor of the store writes, then
+    logger().error("No thread for the settings: {}", error.what());
+  }
+}
+
+void SettingsThread::wake() const {
+  const std::uint64_t one = 1;
+  if (!wakeUp_.isOpen())
+    return;
+  [[maybe_unused]] const ssize_t ignored = write(wakeUp_.number(), &one, sizeof one); // full means that it is awake
+}
+
+void SettingsThread::run(const std::stop_token& stop) {
+  while (!stop.stop_requested()) {
+    int watch = -1;
+    int wakeUp = -1;
+    bool isWriteRequested = false;
+    {
+      const std::scoped_lock lock(mutex_);
+      watch = watch_.number();
+      wakeUp = wakeUp_.number();
+      isWriteRequested = std::exchange(isWriteRequested_, false);
+    }
+    if (isWriteRequested)
+      work_.write();
+
+    std::array<pollfd, 2> waits{{{.fd = wakeUp, .events = POLLIN, .revents = 0},
+                                 {.fd = watch, .events = POLLIN, .revents = 0}}}; // poll passes over -1
+    if (poll(waits.data(), waits.size(), -1) < 0 && errno != EINTR)
+      return;
+    if (waits[0].revents != 0) {
+      std::uint64_t count = 0;
+      [[maybe_unused]] const ssize_t ignored = read(wakeUp, &count, sizeof count);
+    }
+    if (waits[1].revents != 0 && readEvents())
+      work_.fileChanged();
+  }
+}
+
+// Whether one of the events, all of which are taken, was about the file.
+bool SettingsThread::readEvents() const {
+  bool isAboutFile = false;
+  alignas(inotify_event) std::array<char, 8192> buffer;
+  for (;;) {
+    const ssize_t length = read(watch_.number(), buffer.data(), buffer.size());
+    if (length <= 0)
+      return isAboutFile;
+    for (const char* place = buffer.data(); place < buffer.data() + length;) {
+      inotify_event event{};
+      std::memcpy(&event, place, sizeof event);
+      isAboutFile |= (event.mask & IN_Q_OVERFLOW) != 0 || (event.len > 0 && fileName_ == place + sizeof event);
+      place += sizeof event + event.len;
+    }
+  }
+}
+
+} // namespace tabwright::platform

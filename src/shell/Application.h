@@ -1,0 +1,31 @@
+#pragma once
+
+#include "shell/ApplicationDelegate.h"
+#include "shell/Window.h"
+
+#include <vector>
+
+namespace tabwright::shell {
+
+/// The process as its desktop sees it: hidden or not, its windows, its end. On the main actor only, but for `isHidden`.
+class Application {
+public:
+  virtual ~Application() = default;
+
+  /// Whether the process runs without showing itself, as one does that was started to serve an action.
+  [[nodiscard]] virtual bool isHidden() const = 0;
+
+  /// The open windows, in the application's order; they belong to it and are valid until they are closed.
+  [[nodiscard]] virtual std::vector<Window*> windows() const = 0;
+
+  /// Whether the window manager may gather windows as tabs of one.
+  virtual void setAllowsAutomaticWindowTabbing(bool isAllowed) = 0;
+
+  /// Who hears of start and end; it outlives the application. Null: nobody.
+  virtual void setDelegate(ApplicationDelegate* delegate) = 0;
+
+  /// Quits: tells the delegate, then ends the process's work. Returns. Further calls do nothing.
+  virtual void terminate() = 0;
+};
+
+} // namespace tabwright::shell

@@ -1,0 +1,15 @@
+#pragma once
+
+namespace tabwright::shell {
+
+/// Is told the two turning points of the process's life, each once, on the main actor.
+class ApplicationDelegate {
+public:
+  virtual ~ApplicationDelegate() = default;
+
+  virtual void applicationDidFinishLaunching() = 0;
+  /// The end is decided: nothing can hold it up.
+  virtual void applicationWillTerminate() = 0;
+};
+
+} // namespace tabwright::shell

@@ -1,0 +1,38 @@
+#include "shell/Main.h"
+
+#include "shell/Varn.h"
+
+#include <utility>
+
+namespace tabwright::shell {
+
+Main::Main(const Surroundings& surroundings)
+    : application_(surroundings.application), updateController_(surroundings.updateController),
+      keys_(surroundings.defaults), defaultsManager_(surroundings.defaults, keys_),
+      appState_(surroundings.application, keys_), shutdown_({.appState = appState_,
+                                                             .application = surroundings.application,
+                                                             .clock = surroundings.clock,
+                                                             .background = surroundings.background,
+                                                             .mainActor = surroundings.mainActor}),
+      delegate_({.application = surroundings.application,
+                 .appState = appState_,
+                 .defaultsManager = defaultsManager_,
+                 .shutdown = shutdown_,
+                 .clock = surroundings.clock,
+                 .mainActor = surroundings.mainActor,
+                 .errorTracking = surroundings.errorTracking}) {
+  application_.setDelegate(&delegate_);
+  log_.info("{}", Varn::App::identificationLine());
+}
+
+Main::~Main() {
+  application_.setDelegate(nullptr);
+}
+
+void Main::mainContentAppeared() {
+  application_.setAllowsAutomaticWindowTabbing(false);
+  if (!std::exchange(hasContentAppeared_, true) && updateController_)
+    updateController_->startUpdater();
+}
+
+} // namespace tabwright::shell

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "platform/Clock.h"
+#include "platform/Logger.h"
+#include "platform/UserDefaults.h"
+#include "shell/AppState.h"
+#include "shell/Application.h"
+#include "shell/DefaultsKeys.h"
+#include "shell/DelayedShutdown.h"
+#include "shell/ErrorTracking.h"
+#include "shell/MainDelegate.h"
+#include "shell/UpdateController.h"
+#include "shell/UserDefaultsManager.h"
+
+#include <boost/asio/any_io_executor.hpp>
+
+namespace tabwright::shell {
+
+/// The entry of the program: makes the shared objects of the shell and holds them for the process's life. Made on the
+/// main actor, before the application has finished launching.
+///
+///     WindowlessApplication application(Launch::hidden, [&] { mainLoop.stop(); });
+///     Main main({.application = application, .defaults = defaults, .clock = clock,
+///                .mainActor = mainLoop.get_executor(), .background = pool.get_executor()});
+///     application.finishLaunching(); // now the quit is armed
+///     mainLoop.run();
+class Main {
+public:
+  /// What the program runs on; all of it outlives the entry, and so do the threads that run the executors.
+  struct Surroundings {
+    Application& application;
+    platform::UserDefaults& defaults;
+    platform::Clock& clock;
+    boost::asio::any_io_executor mainActor;       ///< one thread, or a strand
+    boost::asio::any_io_executor background;      ///< any number of threads
+    ErrorTracking* errorTracking = nullptr;       ///< null: nothing is reported to anyone
+    UpdateController* updateController = nullptr; ///< null: the program is updated by others, such as a package manager
+  };
+
+  /// Becomes the application's delegate, and logs which program this is.
+  explicit Main(const Surroundings& surroundings);
+  ~Main();
+  Main(const Main&) = delete;
+  Main& operator=(const Main&) = delete;
+
+  [[nodiscard]] const DefaultsKeys& keys() const noexcept { return keys_; }
+  [[nodiscard]] UserDefaultsManager& defaultsManager() noexcept { return defaultsManager_; }
+  [[nodiscard]] AppState& appState() noexcept { return appState_; }
+  [[nodiscard]] DelayedShutdown& shutdown() noexcept { return shutdown_; }
+
+  /// To be called by the main window whenever its content appears. The first time starts the updater.
+  void mainContentAppeared();
+
+private:
+  platform::Logger log_{"Main"};
+  Application& application_;
+  UpdateController* updateController_;
+  bool hasContentAppeared_ = false;
+  DefaultsKeys keys_;
+  UserDefaultsManager defaultsManager_;
+  AppState appState_;
+  DelayedShutdown shutdown_;
+  MainDelegate delegate_;
+};
+
+} // namespace tabwright::shell

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "actions/ShutdownScheduler.h"
+#include "platform/Clock.h"
+#include "platform/Logger.h"
+#include "shell/AppState.h"
+#include "shell/Application.h"
+#include "shell/ApplicationDelegate.h"
+#include "shell/ErrorTracking.h"
+#include "shell/UserDefaultsManager.h"
+
+#include <boost/asio/any_io_executor.hpp>
+
+namespace tabwright::shell {
+
+/// What happens at the start of the process, in which order, and at its end. On the main actor.
+class MainDelegate final : public ApplicationDelegate {
+public:
+  /// What the delegate works with; all of it outlives the delegate and what it has posted to the main actor.
+  struct Surroundings {
+    Application& application;
+    const AppState& appState;
+    UserDefaultsManager& defaultsManager;
+    actions::ShutdownScheduler& shutdown;
+    platform::Clock& clock;
+    boost::asio::any_io_executor mainActor;
+    ErrorTracking* errorTracking = nullptr; ///< null: nothing is reported to anyone
+  };
+
+  explicit MainDelegate(Surroundings surroundings);
+
+  /// Records the first launch, starts error tracking, has surplus windows closed a little later, and arms the quit of a
+  /// hidden process.
+  void applicationDidFinishLaunching() override;
+  /// Logs the end. Nothing is saved or finished first.
+  void applicationWillTerminate() override;
+
+private:
+  platform::Logger log_{"MainDelegate"};
+  Surroundings surroundings_;
+};
+
+} // namespace tabwright::shell

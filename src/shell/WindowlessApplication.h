@@ -1,0 +1,37 @@
+#pragma once
+
+#include "shell/Application.h"
+
+#include <functional>
+#include <vector>
+
+namespace tabwright::shell {
+
+/// Who started the process.
+enum class Launch {
+  hidden, ///< an action that wanted to run: the process quits by itself
+  byUser, ///< the user: it stays until the user quits it
+};
+
+/// The application of a process that has no windows.
+class WindowlessApplication final : public Application {
+public:
+  /// `stop` ends the process's work, such as its event loop. It is called once, on the main actor.
+  WindowlessApplication(Launch launch, std::function<void()> stop);
+
+  /// Says to the delegate that the process is ready. To be called once, on the main actor.
+  void finishLaunching();
+
+  [[nodiscard]] bool isHidden() const override;
+  [[nodiscard]] std::vector<Window*> windows() const override;
+  void setAllowsAutomaticWindowTabbing(bool isAllowed) override;
+  void setDelegate(ApplicationDelegate* delegate) override;
+  void terminate() override;
+
+private:
+  const Launch launch_;
+  std::function<void()> stop_; ///< empty once it has been called
+  ApplicationDelegate* delegate_ = nullptr;
+};
+
+} // namespace tabwright::shell

@@ -1,0 +1,161 @@
+// Processes that write the same settings, and are killed at it. Children are forked from a process without threads.
+#include "platform/DefaultsKey.h"
+#include "platform/linux/LinuxUserDefaults.h"
+#include "platform/linux/PropertyListDocument.h"
+#include "support/LogCapture.h"
+#include "support/ManualClock.h"
+#include "support/SettingsFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdint>
+#include <random>
+#include <sys/wait.h>
+#include <time.h>
+#include <unistd.h>
+
+namespace tabwright::platform {
+namespace {
+
+template <class Work>
+pid_t startChild(Work work) {
+  const pid_t child = fork();
+  if (child == 0) {
+    work();
+    _exit(0);
+  }
+  return child;
+}
+
+struct Pair {
+  explicit Pair(const testsupport::SettingsFolder& folder) : defaults(clock, folder.options()) {}
+
+  // Both numbers go up together; a text of changing length moves everything about in the file.
+  void increment() const {
+    defaults.update([this](DefaultsChange& change) {
+      const std::int64_t next = one.get(change) + 1;
+      one.set(change, next);
+      text.set(change, std::string(static_cast<std::size_t>(next * 37 % 5000), 'x'));
+      other.set(change, next);
+    });
+  }
+
+  testsupport::ManualClock clock;
+  mutable LinuxUserDefaults defaults;
+  DefaultsKey<std::int64_t> one{defaults, "a", 0};
+  DefaultsKey<std::string> text{defaults, "m", ""};
+  DefaultsKey<std::int64_t> other{defaults, "z", 0};
+};
+
+TEST(LinuxUserDefaultsProcess, AKilledWriterLeavesTheOldStateOrTheNew) {
+  const testsupport::SettingsFolder folder;
+  const testsupport::LogCapture log;
+  std::minstd_rand random(7);
+  std::int64_t last = 0;
+  int killedWhileWriting = 0;
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  for (int round = 0; round < 1000; ++round) {
+    const pid_t child = startChild([&] {
+      const Pair pair(folder);
+      if (write(ready[1], "x", 1) != 1)
+        return;
+      for (;;)
+        pair.increment();
+    });
+    ASSERT_GT(child, 0);
+    char signal = 0;
+    ASSERT_EQ(read(ready[0], &signal, 1), 1);
+    const timespec instant{.tv_sec = 0, .tv_nsec = static_cast<long>(random() % 4'000'000)};
+    nanosleep(&instant, nullptr);
+    kill(child, SIGKILL);
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status));
+
+    if (std::filesystem::exists(folder.file().parent_path()))
+      killedWhileWriting += static_cast<int>(folder.filesWith(".new").size());
+    const Pair pair(folder);
+    const std::int64_t now = pair.one.get();
+    ASSERT_EQ(pair.other.get(), now);
+    ASSERT_EQ(pair.text.get().size(), static_cast<std::size_t>(now * 37 % 5000));
+    ASSERT_GE(now, last);
+    last = now;
+  }
+  close(ready[0]);
+  close(ready[1]);
+  EXPECT_GT(last, 0);
+  EXPECT_GT(killedWhileWriting, 0); // so the instants were such that they matter
+  const Pair pair(folder);
+  pair.increment();
+  EXPECT_EQ(pair.one.get(), last + 1);
+  EXPECT_THAT(folder.filesWith("settings"), testing::SizeIs(2)); // the file and its lock
+  EXPECT_THAT(log.lines(), testing::IsEmpty());
+}
+
+TEST(LinuxUserDefaultsProcess, ManyProcessesLoseNoUpdate) {
+  constexpr int processes = 8;
+  constexpr int updates = 40;
+  const testsupport::SettingsFolder folder;
+  std::vector<pid_t> children;
+  for (int process = 0; process < processes; ++process) {
+    children.push_back(startChild([&folder, process] {
+      const Pair pair(folder);
+      for (int round = 0; round < updates; ++round) {
+        if (process % 2 == 0)
+          pair.increment();
+        else
+          pair.one.updateSoon([](std::int64_t value) { return value + 1; });
+      }
+    }));
+  }
+  for (const pid_t child : children) {
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+  }
+  EXPECT_EQ(Pair(folder).one.get(), processes * updates);
+}
+
+TEST(LinuxUserDefaultsProcess, AStoppedWriterHoldsNobodyUp) {
+  const testsupport::SettingsFolder folder;
+  const testsupport::LogCapture log;
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  const pid_t child = startChild([&] {
+    const Pair pair(folder);
+    pair.defaults.update([&](DefaultsChange& change) {
+      pair.one.set(change, 1);
+      if (write(ready[1], "x", 1) == 1)
+        raise(SIGSTOP); // here when the process first shows the change, before it has the lock
+    });
+  });
+  char signal = 0;
+  ASSERT_EQ(read(ready[0], &signal, 1), 1);
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, WUNTRACED), child);
+  kill(child, SIGCONT); // now it stops again while it holds the lock
+  ASSERT_EQ(read(ready[0], &signal, 1), 1);
+  ASSERT_EQ(waitpid(child, &status, WUNTRACED), child);
+  ASSERT_TRUE(WIFSTOPPED(status));
+
+  LinuxUserDefaultsOptions options = folder.options();
+  options.lockWait = std::chrono::milliseconds(1);
+  testsupport::ManualClock clock;
+  LinuxUserDefaults defaults(clock, options);
+  const DefaultsKey<std::int64_t> other(defaults, "z", 0);
+  other.set(5);
+  EXPECT_EQ(other.get(), 5);
+  EXPECT_THAT(log.lines(), testing::ElementsAre(testing::HasSubstr("Couldn't lock")));
+  kill(child, SIGKILL);
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  other.set(6);
+  EXPECT_EQ(Pair(folder).other.get(), 6);
+  close(ready[0]);
+  close(ready[1]);
+}
+
+} // namespace
+} // namespace tabwright::platform

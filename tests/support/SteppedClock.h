@@ -1,0 +1,73 @@
+#pragma once
+
+#include "platform/Clock.h"
+
+#include <boost/asio/as_tuple.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/asio/this_coro.hpp>
+#include <boost/asio/use_awaitable.hpp>
+#include <boost/system/system_error.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace tabwright::testsupport {
+
+/// A clock whose sleepers sleep until a test has moved it far enough. Time starts at zero, the wall time at a date of
+/// 2026. Safe to use from any thread, as long as the sleepers' executors run in one thread or `advance` is called where
+/// no sleeper runs.
+class SteppedClock final : public platform::Clock {
+public:
+  /// Moves time on. Sleepers whose time has come go on when their executor next runs.
+  void advance(std::chrono::nanoseconds step) {
+    const std::scoped_lock lock(mutex_);
+    now_ += step;
+    for (const auto& sleeper : sleepers_) {
+      if (sleeper->end <= now_)
+        sleeper->timer.cancel();
+    }
+  }
+  /// How many sleep now.
+  [[nodiscard]] std::size_t sleepers() const {
+    const std::scoped_lock lock(mutex_);
+    return sleepers_.size();
+  }
+
+  [[nodiscard]] double secondsSinceReferenceDate() const override {
+    const std::scoped_lock lock(mutex_);
+    return 788918400 + std::chrono::duration<double>(now_).count();
+  }
+
+  platform::Task<void> sleep(std::chrono::nanoseconds duration) override {
+    const auto sleeper =
+        std::make_shared<Sleeper>(Sleeper{boost::asio::steady_timer(co_await boost::asio::this_coro::executor,
+                                                                    boost::asio::steady_timer::time_point::max()),
+                                          {}});
+    {
+      const std::scoped_lock lock(mutex_);
+      sleeper->end = now_ + duration;
+      sleepers_.push_back(sleeper);
+    }
+    co_await sleeper->timer.async_wait(boost::asio::as_tuple(boost::asio::use_awaitable));
+    const std::scoped_lock lock(mutex_);
+    std::erase(sleepers_, sleeper);
+    if (now_ < sleeper->end)
+      throw boost::system::system_error(boost::asio::error::operation_aborted);
+  }
+
+private:
+  struct Sleeper {
+    boost::asio::steady_timer timer;
+    std::chrono::nanoseconds end;
+  };
+
+  mutable std::mutex mutex_;
+  std::chrono::nanoseconds now_{};
+  std::vector<std::shared_ptr<Sleeper>> sleepers_;
+};
+
+} // namespace tabwright::testsupport
