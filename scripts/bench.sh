@@ -6,6 +6,8 @@ build=$(readlink -f "$1")
 shift
 page="file://$(readlink -f "$(dirname "$0")/../resources/demo/index.html")"
 "$build/bench/tabwright_bench" "$@"
+echo
+"$(dirname "$0")/bench-html.sh" "$build"
 
 scratch=$(mktemp -d)
 export XDG_DATA_HOME="$scratch/data" XDG_STATE_HOME="$scratch/state" XDG_CONFIG_HOME="$scratch/config"

@@ -33,7 +33,10 @@ void declareRun(CLI::App& program, Choices& choices) {
   CLI::App* run = program.add_subcommand("run", "Run an action of the catalogue");
   operand(*run, operands::action, choices.run.name, "The action: “tabwright actions” lists them");
   run->add_flag("--json", choices.isJson, "Print the result, or the error, as JSON");
-  run->footer("Parameters follow the name: --name value. “tabwright actions ACTION” tells which there are.");
+  run->footer(
+      "Parameters follow the name: --name value. “tabwright actions ACTION” tells which there are.\n"
+      "--save-files FOLDER behind the name writes the files of a result there, such as a selection’s rich text, "
+      "and prints their paths.");
   takeTheRest(*run);
   run->callback([&choices, run] {
     choices.run.parameters = restOf(*run, choices.run.name);
@@ -76,6 +79,17 @@ void declareAppleScript(CLI::App& program, Choices& choices) {
   });
 }
 
+void declareMarkdown(CLI::App& program, Choices& choices) {
+  CLI::App* markdown = program.add_subcommand("markdown", "Convert HTML to Markdown, or to rich text");
+  operand(*markdown, operands::file, choices.markdown.file, "The page; without it, or with “-”, standard input");
+  markdown->add_flag("--rtf", choices.isRichText, "Convert to Rich Text Format, for word processors");
+  markdown->callback([&choices] {
+    if (choices.isRichText)
+      choices.markdown.form = MarkdownCommand::Form::richText;
+    choices.chosen = [&choices] { return app::markdown(choices.markdown); };
+  });
+}
+
 void declareBrowser(CLI::App& program, Choices& choices) {
   CLI::App* browser =
       program.add_subcommand("browser", "Start a browser to drive, with a profile of its own and remote debugging on");
@@ -114,6 +128,7 @@ void declareCommands(CLI::App& program, Choices& choices) {
   declareRun(program, choices);
   declareActions(program, choices);
   declareAppleScript(program, choices);
+  declareMarkdown(program, choices);
   declareBrowser(program, choices);
   declareShells(program, choices);
 }

@@ -23,6 +23,8 @@ struct Choices {
   std::string actionName;
   AppleScriptCommand appleScript;
   bool checks = false;
+  MarkdownCommand markdown;
+  bool isRichText = false;
   BrowserCommand browser;
   std::string address;
   std::string shell;

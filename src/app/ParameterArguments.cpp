@@ -15,6 +15,8 @@ namespace {
 using intents::UsageError;
 using intents::ValueKind;
 
+constexpr std::string_view saveFiles = "save-files";
+
 // A browser is an entity too, but is named by a word, and "-" or "@" begin no such word.
 bool isReadFromFiles(const intents::ParameterBase* parameter) {
   return parameter && (parameter->declaration().type.kind == ValueKind::entity ||
@@ -64,8 +66,12 @@ ParameterArguments readArguments(const host::Catalogue& catalogue, const std::st
       value = "true";
     else if (index + 1 < words.size())
       value = words[++index];
-    else if (parameter)
+    else if (parameter || name == saveFiles)
       throw UsageError(fmt::format("--{} needs a value behind it.", name));
+    if (name == saveFiles) {
+      result.filesFolder = value;
+      continue;
+    }
     if (value && isReadFromFiles(parameter))
       value = contentOf(*value);
     result.parameters.emplace_back(std::move(name), value.value_or(""));

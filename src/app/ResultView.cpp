@@ -39,7 +39,7 @@ std::string cellOf(const PropertyDeclaration& property, const boost::json::value
   case ValueKind::entity:
     return platform::onOneLine(property.type.entity->displayRepresentation(*value));
   case ValueKind::file:
-    return platform::onOneLine(value->at("filename").as_string());
+    return platform::onOneLine(value->at(value->as_object().contains("path") ? "path" : "filename").as_string());
   case ValueKind::boolean:
     return value->as_bool() ? platform::localized("result.yes") : std::string();
   default:

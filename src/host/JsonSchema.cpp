@@ -64,6 +64,13 @@ object schemaOfItem(const ValueType& type, Direction direction) {
   case ValueKind::entity:
     return schemaOfEntity(*type.entity, direction);
   case ValueKind::file:
+    if (direction == Direction::out)
+      return {{"type", "object"},
+              {"properties",
+               {{"filename", {{"type", "string"}}},
+                {"type", {{"type", "string"}}},
+                {"data", {{"type", "string"}, {"contentEncoding", "base64"}}}}},
+              {"required", array{"filename", "type", "data"}}};
     return {{"type", array{"object", "array", "string"}}};
   }
   return {};

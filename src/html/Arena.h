@@ -1,45 +1,65 @@
 #pragma once
 
+#include <cstddef>
 #include <cstring>
-#include <memory_resource>
+#include <memory>
 #include <span>
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace tabwright::html {
 
 /// Memory that is given back all at once, for the many small parts of a document. Not for several threads at a time.
+///
+/// It grows by blocks that the allocator of the C library keeps for the next document, rather than by ever larger ones,
+/// which come fresh from the system each time: that costs more than filling them.
 class Arena {
 public:
+  /// Room for `length` bytes of anything, not yet written.
+  [[nodiscard]] void* allocate(std::size_t length) {
+    length = (length + alignment - 1) / alignment * alignment;
+    if (length > left_) {
+      if (length > blockLength / 4)
+        return blocks_.emplace_back(new std::byte[length]).get();
+      next_ = blocks_.emplace_back(new std::byte[blockLength]).get();
+      left_ = blockLength;
+    }
+    std::byte* const room = next_;
+    next_ += length;
+    left_ -= length;
+    return room;
+  }
+
   [[nodiscard]] std::string_view copy(std::string_view text) {
     if (text.empty())
       return {};
-    char* characters = allocate(text.size());
-    std::memcpy(characters, text.data(), text.size());
-    return {characters, text.size()};
+    return {static_cast<char*>(std::memcpy(allocate(text.size()), text.data(), text.size())), text.size()};
   }
 
-  /// Room for `length` characters, not yet written.
-  [[nodiscard]] char* allocate(std::size_t length) { return static_cast<char*>(memory_.allocate(length, 1)); }
-
-  /// A copy of `items`; its destructor never runs.
+  /// A copy of `items`; their destructors never run.
   template <class Item>
   [[nodiscard]] const Item* copyAll(std::span<const Item> items) {
-    static_assert(std::is_trivially_destructible_v<Item> && std::is_trivially_copyable_v<Item>);
-    auto* room = static_cast<Item*>(memory_.allocate(items.size_bytes(), alignof(Item)));
+    static_assert(std::is_trivially_copyable_v<Item> && alignof(Item) <= alignment);
+    auto* const room = static_cast<Item*>(allocate(items.size_bytes()));
     std::uninitialized_copy(items.begin(), items.end(), room);
     return room;
   }
 
   template <class Item>
   [[nodiscard]] Item& make(Item item) {
-    static_assert(std::is_trivially_destructible_v<Item>);
-    return *new (memory_.allocate(sizeof(Item), alignof(Item))) Item(std::move(item));
+    static_assert(std::is_trivially_destructible_v<Item> && alignof(Item) <= alignment);
+    return *new (allocate(sizeof(Item))) Item(std::move(item));
   }
 
 private:
-  std::pmr::monotonic_buffer_resource memory_;
+  static constexpr std::size_t alignment = alignof(std::max_align_t);
+  static constexpr std::size_t blockLength = 64 * 1024;
+
+  std::vector<std::unique_ptr<std::byte[]>> blocks_;
+  std::byte* next_ = nullptr;
+  std::size_t left_ = 0;
 };
 
 } // namespace tabwright::html

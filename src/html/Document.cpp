@@ -1,8 +1,8 @@
 #include "html/Document.h"
 
-#include "html/Arena.h"
 #include "html/BoundedMarkup.h"
 #include "html/ParseFault.h"
+#include "html/TreeBuilder.h"
 #include "platform/AsciiCase.h"
 
 #include <algorithm>
@@ -15,8 +15,52 @@ namespace tabwright::html {
 
 namespace {
 
-struct OutputDeleter {
-  void operator()(GumboOutput* output) const { gumbo_destroy_output(&kGumboDefaultOptions, output); }
+/// gumbo's memory, taken from an arena. It asks for very many pieces and gives most of them back soon: those are kept
+/// by size and given out again. Each has its size in front.
+class ParserMemory {
+public:
+  explicit ParserMemory(Arena& arena) : arena_(arena) {}
+
+  static void* allocate(void* memory, std::size_t length) { return static_cast<ParserMemory*>(memory)->take(length); }
+  static void deallocate(void* memory, void* piece) {
+    if (piece)
+      static_cast<ParserMemory*>(memory)->giveBack(static_cast<Piece*>(piece) - 1);
+  }
+
+private:
+  union alignas(std::max_align_t) Piece {
+    std::size_t sizeClass;
+    Piece* next; // of those given back
+  };
+
+  // Small pieces come in steps of a unit, large ones in powers of two.
+  static constexpr std::size_t smallUnits = 32;
+  [[nodiscard]] static std::size_t unitsOf(std::size_t sizeClass) {
+    return sizeClass <= smallUnits ? sizeClass : smallUnits << (sizeClass - smallUnits);
+  }
+
+  void* take(std::size_t length) {
+    const std::size_t units = (length + sizeof(Piece) - 1) / sizeof(Piece);
+    std::size_t sizeClass = units;
+    if (units > smallUnits)
+      sizeClass = smallUnits + static_cast<std::size_t>(std::bit_width((units - 1) / smallUnits));
+    Piece*& free = free_[sizeClass];
+    Piece* piece = free;
+    if (piece)
+      free = piece[1].next;
+    else
+      piece = static_cast<Piece*>(arena_.allocate((std::max<std::size_t>(1, unitsOf(sizeClass)) + 1) * sizeof(Piece)));
+    piece->sizeClass = sizeClass;
+    return piece + 1;
+  }
+
+  void giveBack(Piece* piece) {
+    piece[1].next = free_[piece->sizeClass];
+    free_[piece->sizeClass] = piece;
+  }
+
+  Arena& arena_;
+  std::array<Piece*, smallUnits + 64> free_{};
 };
 
 constexpr bool isSpace(char character) {
@@ -33,7 +77,7 @@ std::string_view collapsed(std::string_view text, Arena& arena) {
   });
   if (first == text.end())
     return text;
-  char* const begin = arena.allocate(text.size());
+  char* const begin = static_cast<char*>(arena.allocate(text.size()));
   char* end = std::copy(text.begin(), first, begin);
   afterBlank = end != begin && end[-1] == ' ';
   for (auto character = first; character != text.end(); ++character) {
@@ -58,80 +102,71 @@ std::string_view tagName(const GumboElement& element, Arena& arena) {
 
 class TreeCopy {
 public:
-  TreeCopy(Arena& texts, Arena& nodes) : texts_(texts), nodes_(nodes) {}
+  TreeCopy(Arena& texts, Arena& nodes) : texts_(texts), tree_(nodes) {}
 
   const NodeRecord& copy(const GumboNode& root) {
-    NodeRecord& result = nodes_.make(element(root.v.element));
-    parents_.push_back(&result);
-    for (const GumboNode* node = &root; (node = following(*node, root));) {
-      if (node->type == GUMBO_NODE_ELEMENT || node->type == GUMBO_NODE_TEMPLATE) {
-        if (!isFull())
-          append(element(node->v.element));
-      } else if (node->type != GUMBO_NODE_COMMENT && node->type != GUMBO_NODE_DOCUMENT) {
-        append(text(node->v.text.text));
-      }
+    const NodeRecord& result = tree_.begin(tagName(root.v.element, texts_), attributesOf(root.v.element));
+    const GumboNode* place = &root;
+    while ((place = following(*place, root))) {
+      if (isElement(*place))
+        enter(*place);
+      else if (place->type != GUMBO_NODE_COMMENT)
+        addText(place->v.text.text);
     }
     return result;
   }
 
 private:
-  /// The node behind `node` in document order, with `parents_` led along; null behind the last one in `root`.
+  static bool isElement(const GumboNode& node) {
+    return node.type == GUMBO_NODE_ELEMENT || node.type == GUMBO_NODE_TEMPLATE;
+  }
+
+  /// The node behind `node` in document order, having left the elements that end before it; null behind the last one.
   const GumboNode* following(const GumboNode& node, const GumboNode& root) {
-    if (const GumboVector* children = childrenOf(node); children && children->length > 0) {
-      if (&node != &root)
-        descend();
-      return static_cast<const GumboNode*>(children->data[0]);
-    }
+    if (isElement(node) && node.v.element.children.length > 0)
+      return static_cast<const GumboNode*>(node.v.element.children.data[0]);
     for (const GumboNode* place = &node; place != &root; place = place->parent) {
-      if (place != &node)
-        ascend();
-      const GumboVector& siblings = *childrenOf(*place->parent);
+      if (isElement(*place))
+        leave();
+      const GumboVector& siblings = place->parent->v.element.children;
       if (place->index_within_parent + 1 < siblings.length)
         return static_cast<const GumboNode*>(siblings.data[place->index_within_parent + 1]);
     }
     return nullptr;
   }
 
-  static const GumboVector* childrenOf(const GumboNode& node) {
-    const bool isElement = node.type == GUMBO_NODE_ELEMENT || node.type == GUMBO_NODE_TEMPLATE;
-    return isElement ? &node.v.element.children : nullptr;
+  // The markup was bounded, but implied elements may lie one or two levels deeper: their content goes where they stand.
+  void enter(const GumboNode& node) {
+    if (tree_.depth() < static_cast<std::size_t>(Document::maximumDepth))
+      tree_.openElement(tagName(node.v.element, texts_), attributesOf(node.v.element));
+    else
+      ++tooDeep_;
   }
 
-  // The markup was bounded, but implied elements may lie one or two levels deeper: their content goes where they stood.
-  [[nodiscard]] bool isFull() const { return parents_.size() >= static_cast<std::size_t>(Document::maximumDepth); }
-  void descend() { parents_.push_back(isFull() ? parents_.back() : parents_.back()->lastChild); }
-  void ascend() { parents_.pop_back(); }
-
-  void append(const NodeRecord& record) {
-    NodeRecord& made = nodes_.make(record);
-    NodeRecord& parent = *parents_.back();
-    (parent.lastChild ? parent.lastChild->next : parent.firstChild) = &made;
-    parent.lastChild = &made;
+  void leave() {
+    if (tooDeep_ > 0)
+      --tooDeep_;
+    else
+      tree_.close();
   }
 
-  NodeRecord element(const GumboElement& element) {
+  const std::vector<Attribute>& attributesOf(const GumboElement& element) {
     attributes_.clear();
     for (unsigned index = 0; index < element.attributes.length; ++index) {
       const auto& attribute = *static_cast<const GumboAttribute*>(element.attributes.data[index]);
       attributes_.push_back({texts_.copy(attribute.name), texts_.copy(attribute.value)});
     }
-    NodeRecord record;
-    record.name = tagName(element, texts_);
-    record.attributeCount = attributes_.size();
-    record.attributes = attributes_.empty() ? nullptr : texts_.copyAll(std::span<const Attribute>(attributes_));
-    return record;
+    return attributes_;
   }
 
-  NodeRecord text(const char* characters) {
-    NodeRecord record;
-    record.text = texts_.copy(characters);
-    record.collapsed = collapsed(record.text, texts_);
-    return record;
+  void addText(const char* characters) {
+    const std::string_view text = texts_.copy(characters);
+    tree_.addText(text, collapsed(text, texts_));
   }
 
   Arena& texts_;
-  Arena& nodes_;
-  std::vector<NodeRecord*> parents_;
+  TreeBuilder tree_;
+  std::size_t tooDeep_ = 0; // elements around the node that have no room
   std::vector<Attribute> attributes_;
 };
 
@@ -149,8 +184,12 @@ Document Document::parse(std::string_view text) {
   const std::string markup = boundedMarkup(text);
   GumboOptions options = kGumboDefaultOptions;
   options.max_errors = 0; // each would hold a copy of the stack of open elements
-  const std::unique_ptr<GumboOutput, OutputDeleter> output(
-      gumbo_parse_with_options(&options, markup.data(), markup.size()));
+  Arena parserArena;
+  ParserMemory memory(parserArena);
+  options.allocator = ParserMemory::allocate;
+  options.deallocator = ParserMemory::deallocate;
+  options.userdata = &memory;
+  const GumboOutput* const output = gumbo_parse_with_options(&options, markup.data(), markup.size());
   auto texts = std::make_shared<Arena>();
   auto nodes = std::make_unique<Arena>();
   const NodeRecord& root = TreeCopy(*texts, *nodes).copy(*output->root);

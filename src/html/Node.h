@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <optional>
 #include <span>
@@ -14,16 +15,19 @@ struct Attribute {
   std::string_view value;
 };
 
-/// How a document stores a node. Made by `Document` and `Cleaner` only; everyone else reads `Node`.
+/// How a document stores a node: small, since there are many. Made by `Document` and `Cleaner` only; everyone else
+/// reads `Node`.
 struct NodeRecord {
-  std::string_view name;      ///< of an element, else empty
-  std::string_view text;      ///< of a text node, as it stands in the page
-  std::string_view collapsed; ///< of a text node, runs of white space collapsed
-  const Attribute* attributes = nullptr;
-  std::size_t attributeCount = 0;
-  NodeRecord* firstChild = nullptr;
-  NodeRecord* lastChild = nullptr;
-  NodeRecord* next = nullptr; ///< the sibling behind it
+  const NodeRecord* next = nullptr;       ///< the sibling behind it
+  const char* characters = nullptr;       ///< an element's name, a text as it stands in the page
+  const NodeRecord* firstChild = nullptr; ///< of an element
+  union {
+    const Attribute* attributes = nullptr; ///< of an element
+    const char* collapsed;                 ///< of a text: with runs of white space collapsed
+  };
+  std::uint32_t length = 0; ///< of `characters`
+  std::uint32_t count = 0;  ///< of attributes, or of characters in `collapsed`
+  bool isText = false;
 };
 
 /// A node of a document: an element or a text. Comments and doctypes are no nodes here.
@@ -36,20 +40,24 @@ public:
 
   explicit Node(const NodeRecord& record) : record_(&record) {}
 
-  [[nodiscard]] bool isText() const { return record_->name.empty(); }
+  [[nodiscard]] bool isText() const { return record_->isText; }
 
   /// An element's tag name in lower case; "#text" of a text node.
-  [[nodiscard]] std::string_view name() const { return isText() ? std::string_view("#text") : record_->name; }
+  [[nodiscard]] std::string_view name() const { return isText() ? std::string_view("#text") : characters(); }
 
   /// The text of a text node with each run of white space (the five characters that HTML calls so) made one blank;
   /// blanks at the ends stay. Empty for elements.
-  [[nodiscard]] std::string_view text() const { return record_->collapsed; }
+  [[nodiscard]] std::string_view text() const {
+    return isText() ? std::string_view(record_->collapsed, record_->count) : std::string_view();
+  }
 
   /// The text of a text node as it stands in the page, for elements that keep white space. Empty for elements.
-  [[nodiscard]] std::string_view wholeText() const { return record_->text; }
+  [[nodiscard]] std::string_view wholeText() const { return isText() ? characters() : std::string_view(); }
 
   /// An element's attributes, in the page's order.
-  [[nodiscard]] std::span<const Attribute> attributes() const { return {record_->attributes, record_->attributeCount}; }
+  [[nodiscard]] std::span<const Attribute> attributes() const {
+    return isText() ? std::span<const Attribute>() : std::span(record_->attributes, record_->count);
+  }
 
   /// The value of an attribute (its name in lower case); nothing when the element doesn't have it.
   [[nodiscard]] std::optional<std::string_view> attribute(std::string_view name) const;
@@ -58,6 +66,8 @@ public:
   [[nodiscard]] Children children() const;
 
 private:
+  [[nodiscard]] std::string_view characters() const { return {record_->characters, record_->length}; }
+
   const NodeRecord* record_;
 };
 

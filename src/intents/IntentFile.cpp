@@ -1,4 +1,5 @@
-// Files cross as JSON objects whose data is in base 64 (RFC 4648, with padding), since a file may hold any bytes.
+// Files cross as JSON objects whose data is in base 64 (RFC 4648, with padding), since a file may hold any bytes. One that
+// has been written somewhere crosses by its path.
 #include "intents/IntentFile.h"
 
 #include "intents/ValueTraits.h"
@@ -6,6 +7,8 @@
 #include <boost/json/serialize.hpp>
 
 #include <cstdint>
+#include <fstream>
+#include <iterator>
 
 namespace tabwright::intents {
 
@@ -48,6 +51,14 @@ std::optional<std::string> decoded(std::string_view text) {
   return data;
 }
 
+std::string contentOf(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::string data{std::istreambuf_iterator<char>(file), {}};
+  if (!file)
+    throw ValueError("names the file “" + path + "”, which can't be read.");
+  return data;
+}
+
 const boost::json::string* textField(const boost::json::object& object, std::string_view key) {
   const boost::json::value* field = object.if_contains(key);
   return field ? field->if_string() : nullptr;
@@ -66,6 +77,9 @@ IntentFile ValueTraits<IntentFile>::fromJson(const boost::json::value& json) {
     const boost::json::string* filename = textField(*object, "filename");
     const boost::json::string* type = textField(*object, "type");
     const boost::json::string* data = textField(*object, "data");
+    const boost::json::string* path = textField(*object, "path");
+    if (filename && type && path)
+      return {.data = contentOf(std::string(*path)), .filename = std::string(*filename), .type = std::string(*type)};
     if (filename && type && data) {
       if (auto bytes = decoded(*data))
         return {.data = std::move(*bytes), .filename = std::string(*filename), .type = std::string(*type)};

@@ -56,7 +56,9 @@ TEST_F(ParameterArgumentsOfClickElement, readsATabFromAFile) {
 }
 
 TEST_F(ParameterArgumentsOfClickElement, keepsItsOwnSwitchesApart) {
-  const ParameterArguments arguments = read({"--json", "--cssSelector", "a", "--help"});
+  const ParameterArguments arguments = read({"--json", "--cssSelector", "a", "--save-files", "x y", "--help"});
+  EXPECT_EQ(arguments.filesFolder, "x y");
+  EXPECT_EQ(read({"--save-files=z"}).filesFolder, "z");
   EXPECT_EQ(arguments.output, OutputForm::json);
   EXPECT_TRUE(arguments.wantsHelp);
   EXPECT_THAT(arguments.parameters, ElementsAre(Pair("cssSelector", "a")));

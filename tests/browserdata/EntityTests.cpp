@@ -49,6 +49,38 @@ TEST(BrowserTabEntity, KeepsTheDetailsOfADetailedRecord) {
   EXPECT_EQ(TabTraits::fromJson(TabTraits::toJson(tab)), tab);
 }
 
+TEST(BrowserTabEntity, HoldsTheSelectionAsMarkdownAndAsRichText) {
+  BrowserTabData record = tabRecord();
+  record.pageSelectionHTML = " <p>All is <b>well</b>.</p>";
+  const BrowserTabEntity tab(record, safari);
+  EXPECT_EQ(tab.selectionMD, "All is **well**.\n\n");
+  ASSERT_TRUE(tab.selectionRTFD);
+  EXPECT_EQ(tab.selectionRTFD->filename, "selection.rtfd");
+  EXPECT_EQ(tab.selectionRTFD->type, "com.apple.rtfd");
+  EXPECT_TRUE(tab.selectionRTFD->data.starts_with("{\\rtf1"));
+  EXPECT_EQ(TabTraits::fromJson(TabTraits::toJson(tab)), tab);
+}
+
+TEST(BrowserTabEntity, HasNeitherForASelectionOfWhiteSpace) {
+  BrowserTabData record = tabRecord();
+  record.pageSelectionText = " \n";
+  record.pageSelectionHTML = " \n\t\u00a0";
+  const BrowserTabEntity tab(record, safari);
+  EXPECT_EQ(tab.selectionText, " \n");
+  EXPECT_FALSE(tab.selectionMD);
+  EXPECT_FALSE(tab.selectionRTFD);
+}
+
+TEST(BrowserTabEntity, KeepsTheRichTextOfASelectionThatIsNoMarkdown) {
+  BrowserTabData record = tabRecord();
+  record.pageSelectionHTML = "<table><tr><td>" + std::string(20'000, 'x');
+  for (int row = 0; row < 20'000; ++row)
+    record.pageSelectionHTML += "<tr><td>y";
+  const BrowserTabEntity tab(record, safari);
+  EXPECT_EQ(tab.selectionMD, "ERROR: Unable to convert HTML");
+  EXPECT_TRUE(tab.selectionRTFD);
+}
+
 TEST(BrowserTabEntity, IsReadFromItsReferenceAlone) {
   for (const std::string_view text : {"org.chromium.chromium:8", "chromium:8", "org.chromium.Chromium:8"}) {
     const BrowserTabEntity tab = TabTraits::fromText(text);

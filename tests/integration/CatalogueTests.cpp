@@ -1,6 +1,8 @@
 // Every action of the catalogue from end to end on a real Chromium, through either family's dictionary.
 #include "RealRoad.h"
 #include "engine/AppleScriptSnippets.h"
+#include "intents/IntentFile.h"
+#include "intents/ValueTraits.h"
 
 #include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
@@ -87,6 +89,20 @@ TEST_P(Catalogue, OpensFindsFocusesAndClosesTabs) {
   EXPECT_STREQ(textOf(run("CloseTab"), "title"), "One");
   EXPECT_EQ(tabCount(), before);
   EXPECT_EQ(failureOf([&] { runOn("FocusTab", "targetTab", made); }), "AppleScriptRuntimeError.tabNotFound");
+}
+
+TEST_P(Catalogue, TellsTheSelectionAsTextAsMarkdownAndAsRichText) {
+  const TabID tab = openPage("<title>S</title><p>before</p><div id=s><h2>News</h2><ul><li>a <b>b</b><ul><li>c</ul></ul>"
+                             "<a href='/next'>on</a><script>1</script></div><p>behind</p>");
+  EXPECT_FALSE(run("GetDetailsOfTab").as_object().contains("selectionMD"));
+  evaluate(tab, "getSelection().selectAllChildren(document.getElementById('s'))");
+  const value details = run("GetDetailsOfTab");
+  EXPECT_THAT(textOf(details, "selectionText"), StartsWith("News"));
+  EXPECT_EQ(textOf(details, "selectionMD"), "\n\n## News\n\n- a **b**\n    - c\n\n[on](" + pages().url("/next") + ")");
+  const auto file = intents::ValueTraits<intents::IntentFile>::fromJson(details.at("selectionRTFD"));
+  EXPECT_EQ(file.filename, "selection.rtfd");
+  EXPECT_THAT(file.data, AllOf(StartsWith("{\\rtf1"), HasSubstr("News"), HasSubstr(pages().url("/next"))));
+  EXPECT_THAT(file.data, Not(AnyOf(HasSubstr("before"), HasSubstr("behind"))));
 }
 
 TEST_P(Catalogue, ReloadsTheFrontTab) {

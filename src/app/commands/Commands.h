@@ -51,6 +51,15 @@ struct AppleScriptCommand {
 /// `tabwright applescript`: runs a script and prints its result in source form, or checks its syntax.
 ExitCode appleScript(const AppleScriptCommand& command);
 
+struct MarkdownCommand {
+  enum class Form { markdown, richText };
+  std::string file = "-"; ///< "-" for standard input
+  Form form = Form::markdown;
+};
+/// `tabwright markdown`: prints a page's HTML as Markdown or as Rich Text Format, as the details of a tab give its
+/// selection.
+ExitCode markdown(const MarkdownCommand& command);
+
 struct BrowserCommand {
   std::string browser;
   std::optional<std::string> address;

@@ -1,6 +1,7 @@
 #include "app/Composition.h"
 #include "app/Interruptible.h"
 #include "app/ParameterArguments.h"
+#include "app/ResultFiles.h"
 #include "app/ResultView.h"
 #include "app/TerminalHost.h"
 #include "app/commands/Commands.h"
@@ -52,7 +53,10 @@ ExitCode run(RunCommand command) {
     command.output = OutputForm::json;
   for (;;) {
     try {
-      print(performInterruptibly(composition.catalogue(), command.name, arguments.parameters), command.output);
+      host::ActionResult result = performInterruptibly(composition.catalogue(), command.name, arguments.parameters);
+      if (arguments.filesFolder)
+        result = withFilesIn(*arguments.filesFolder, std::move(result));
+      print(result, command.output);
       return ExitCode::done;
     } catch (const intents::NeedsValue& missing) {
       const std::optional<std::string> answer = TerminalHost::ask(missing.question());
