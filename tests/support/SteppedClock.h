@@ -26,15 +26,16 @@ public:
   void advance(std::chrono::nanoseconds step) {
     const std::scoped_lock lock(mutex_);
     now_ += step;
-    for (const auto& sleeper : sleepers_) {
-      if (sleeper->end <= now_)
+    for (const auto& entry : sleepers_) {
+      if (const auto sleeper = entry.lock(); sleeper && sleeper->end <= now_)
         sleeper->timer.cancel();
     }
   }
   /// How many sleep now.
   [[nodiscard]] std::size_t sleepers() const {
     const std::scoped_lock lock(mutex_);
-    return sleepers_.size();
+    return static_cast<std::size_t>(
+        std::ranges::count_if(sleepers_, [](const auto& entry) { return !entry.expired(); }));
   }
 
   [[nodiscard]] double secondsSinceReferenceDate() const override {
@@ -54,7 +55,7 @@ public:
     }
     co_await sleeper->timer.async_wait(boost::asio::as_tuple(boost::asio::use_awaitable));
     const std::scoped_lock lock(mutex_);
-    std::erase(sleepers_, sleeper);
+    std::erase_if(sleepers_, [&](const auto& entry) { return entry.expired() || entry.lock() == sleeper; });
     if (now_ < sleeper->end)
       throw boost::system::system_error(boost::asio::error::operation_aborted);
   }
@@ -67,7 +68,7 @@ private:
 
   mutable std::mutex mutex_;
   std::chrono::nanoseconds now_{};
-  std::vector<std::shared_ptr<Sleeper>> sleepers_;
+  std::vector<std::weak_ptr<Sleeper>> sleepers_; // those that end with their executor just vanish
 };
 
 } // namespace tabwright::testsupport
