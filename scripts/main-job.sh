@@ -8,15 +8,21 @@ cd "$(dirname "$(readlink -f "$0")")/.."
 # A home of its own for this run, so that the user's files and browsers are left alone.
 scratch=$(mktemp -d)
 export XDG_DATA_HOME="$scratch/data" XDG_STATE_HOME="$scratch/state" XDG_CONFIG_HOME="$scratch/config"
+export XDG_RUNTIME_DIR="$scratch/runtime"
+mkdir -m 700 "$XDG_RUNTIME_DIR"
 export PATH="$(dirname "$tabwright"):$PATH"
 
 browsers() { grep -las -- "[-]-user-data-dir=$scratch" /proc/[0-9]*/cmdline | cut -d/ -f3 || true; }
+# The background host would end by itself two minutes after the last action; here it is told to.
+hosts() { grep -lasF "XDG_RUNTIME_DIR=$scratch" /proc/[0-9]*/environ | while read -r file; do
+  [ "$(cat "${file%environ}comm" 2>/dev/null)" != tabwright-host ] || echo "$file" | cut -d/ -f3
+done; }
 cleanup() {
   local left
-  left=$(browsers)
-  [ -z "$left" ] || kill $left 2>/dev/null || true
+  left="$(browsers) $(hosts)"
+  kill $left 2>/dev/null || true
   for _ in $(seq 50); do
-    [ -n "$(browsers)" ] || break
+    [ -n "$(browsers)$(hosts)" ] || break
     sleep 0.1
   done
   rm -rf "$scratch"

@@ -33,6 +33,7 @@ void declareRun(CLI::App& program, Choices& choices) {
   CLI::App* run = program.add_subcommand("run", "Run an action of the catalogue");
   operand(*run, operands::action, choices.run.name, "The action: “tabwright actions” lists them");
   run->add_flag("--json", choices.isJson, "Print the result, or the error, as JSON");
+  run->add_flag("--no-host", choices.isWithoutHost, "Run it in a process of its own, without the background host");
   run->footer(
       "Parameters follow the name: --name value. “tabwright actions ACTION” tells which there are.\n"
       "--save-files FOLDER behind the name writes the files of a result there, such as a selection’s rich text, "

@@ -5,7 +5,6 @@
 #include "app/Interruptible.h"
 #include "platform/LogSinks.h"
 #include "platform/Logger.h"
-#include "platform/linux/RunningBrowsers.h"
 
 #include <CLI/CLI.hpp>
 
@@ -35,17 +34,6 @@ bool installLog(const std::string& levelName) {
   return true;
 }
 
-// A browser that can't be found may be one that doesn't run, which that failure's own words don't tell.
-std::string_view hintFor(const platform::Failure& failure) {
-  if (failure.identity().caseName != "browserNotFound")
-    return "";
-  for (const platform::BrowserFacts& facts : platform::browserTable) {
-    if (!platform::RunningBrowsers().find(facts).empty())
-      return "";
-  }
-  return "No supported browser is running now. “tabwright browser chromium” starts one.\n";
-}
-
 ExitCode perform(const Choices& choices) {
   // Which form an action's error takes may stand behind its name.
   const bool isJson = choices.isJson || std::ranges::count(choices.run.parameters, "--json") > 0;
@@ -56,10 +44,8 @@ ExitCode perform(const Choices& choices) {
   } catch (const Interrupted&) {
     return ExitCode::interrupted;
   } catch (const platform::Failure& failure) {
-    const FailureReport report = reportOf(failure, isJson ? ReportForm::json : ReportForm::sentence);
-    std::cerr << (isJson ? "" : "tabwright: ") << report.text;
-    if (!isJson)
-      std::cerr << hintFor(failure);
+    const FailureReport report = commandReportOf(failure, isJson ? ReportForm::json : ReportForm::sentence);
+    std::cerr << report.text;
     return report.exitCode;
   } catch (const std::exception& error) {
     std::cerr << "tabwright: " << error.what() << '\n';

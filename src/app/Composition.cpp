@@ -5,6 +5,7 @@
 #include "engine/JavaScriptCoreSyntaxValidator.h"
 #include "platform/Logger.h"
 #include "platform/linux/InstalledBrowsers.h"
+#include "platform/linux/LinuxUserDefaults.h"
 #include "platform/linux/PosixFileManager.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "platform/linux/SystemClock.h"
@@ -13,6 +14,7 @@
 #include "scripting/run/InterpreterScriptTasks.h"
 #include "scripting/systemevents/LinuxDesktop.h"
 #include "scripting/systemevents/RecentBrowsers.h"
+#include "shell/DefaultsKeys.h"
 #include "targets/BrowserTargetContextsProvider.h"
 #include "targets/FrontmostBrowserResolver.h"
 #include "targets/MachineProbe.h"
@@ -21,6 +23,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -71,9 +74,29 @@ private:
   std::map<std::string_view, std::shared_ptr<scripting::DevToolsDriver>> drivers_;
 };
 
+/// The settings of a process that runs one command, which no other part of it uses.
+struct OwnSettings {
+  platform::LinuxUserDefaults defaults;
+  shell::DefaultsKeys keys{defaults};
+  shell::UserDefaultsManager manager{defaults, keys};
+
+  explicit OwnSettings(const platform::Clock& clock) : defaults(clock) {}
+};
+
 } // namespace
 
 struct Composition::Parts {
+  explicit Parts(const Lifecycle* given) : lifecycle(given ? *given : ownLifecycle()) {}
+
+  Lifecycle ownLifecycle() {
+    ownSettings.emplace(clock);
+    return {ownSettings->manager, noShutdown};
+  }
+
+  platform::SystemClock clock;
+  std::optional<OwnSettings> ownSettings;
+  actions::NoScheduledShutdown noShutdown;
+  const Lifecycle lifecycle;
   std::shared_ptr<scripting::Desktop> desktop = std::make_shared<scripting::LinuxDesktop>();
   Drivers drivers{desktop};
   scripting::ScriptingDirectory directory{{
@@ -95,30 +118,35 @@ struct Composition::Parts {
       });
   scripting::InterpreterScriptTasks tasks{interpreter};
   platform::PosixFileManager files;
-  platform::SystemClock clock;
   crashreport::LoggingCrashReporter crashReporter;
   targets::MachineProbe probe{[desktop = desktop] { return runningApplications(*desktop); }};
   targets::TargetContextManager targetContexts{probe};
   targets::FrontmostBrowserResolver frontmost{targetContexts};
   targets::BrowserTargetContextsProvider browserTargets{targetContexts};
-  engine::ScriptacularServices scripts{
-      .tasks = tasks, .files = files, .clock = clock, .crashReporter = crashReporter, .frontmostResolver = &frontmost};
-  actions::NoScheduledShutdown shutdown;
+  engine::ScriptacularServices scripts{.tasks = tasks,
+                                       .files = files,
+                                       .clock = clock,
+                                       .crashReporter = crashReporter,
+                                       .frontmostResolver = &frontmost,
+                                       .browserVersions = &lifecycle.settings};
   engine::JavaScriptCoreSyntaxValidator javascriptValidator;
   actions::ActionServices services{.scripts = scripts,
                                    .browserTargets = browserTargets,
-                                   .shutdown = shutdown,
-                                   .javascriptValidator = javascriptValidator};
+                                   .shutdown = lifecycle.shutdown,
+                                   .javascriptValidator = javascriptValidator,
+                                   .callCounter = &lifecycle.settings,
+                                   .windowNames = &lifecycle.settings};
   host::Catalogue catalogue{services};
   targets::SupportedBrowsersProvider supportedBrowsers;
   actions::ActionServices referenceServices{.scripts = scripts,
                                             .browserTargets = supportedBrowsers,
-                                            .shutdown = shutdown,
+                                            .shutdown = noShutdown,
                                             .javascriptValidator = javascriptValidator};
   host::Catalogue referenceCatalogue{referenceServices};
 };
 
-Composition::Composition() : parts_(std::make_unique<Parts>()) {}
+Composition::Composition() : parts_(std::make_unique<Parts>(nullptr)) {}
+Composition::Composition(const Lifecycle& lifecycle) : parts_(std::make_unique<Parts>(&lifecycle)) {}
 Composition::~Composition() = default;
 
 const host::Catalogue& Composition::catalogue() const {

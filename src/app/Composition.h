@@ -1,9 +1,11 @@
 #pragma once
 
+#include "actions/ShutdownScheduler.h"
 #include "applescript/Interpreter.h"
 #include "host/Catalogue.h"
 #include "platform/BrowserTable.h"
 #include "scripting/driver/DevToolsDriver.h"
+#include "shell/UserDefaultsManager.h"
 
 #include <memory>
 
@@ -16,7 +18,15 @@ namespace tabwright::app {
 /// is destroyed are stopped.
 class Composition {
 public:
+  /// What a process that stays gives to its actions; all of it outlives the composition.
+  struct Lifecycle {
+    shell::UserDefaultsManager& settings;
+    actions::ShutdownScheduler& shutdown;
+  };
+
+  /// For a process that runs one command: with the user's settings, and nothing to quit by itself.
   Composition();
+  explicit Composition(const Lifecycle& lifecycle);
   ~Composition();
   Composition(const Composition&) = delete;
   Composition& operator=(const Composition&) = delete;

@@ -1,5 +1,8 @@
 #include "app/FailureReport.h"
 
+#include "platform/BrowserTable.h"
+#include "platform/linux/RunningBrowsers.h"
+
 #include <boost/json/object.hpp>
 #include <boost/json/serialize.hpp>
 
@@ -32,6 +35,17 @@ constexpr Row rows[]{
 // Numbers by which a script says that an application isn't there: not running, connection lost, not authorised.
 constexpr int unreachableNumbers[]{-600, -609, -1743};
 
+// A browser that can't be found may be one that doesn't run, which that failure's own words don't tell.
+std::string_view hintFor(const platform::Failure& failure) {
+  if (failure.identity().caseName != "browserNotFound")
+    return "";
+  for (const platform::BrowserFacts& facts : platform::browserTable) {
+    if (!platform::RunningBrowsers().find(facts).empty())
+      return "";
+  }
+  return "No supported browser is running now. “tabwright browser chromium” starts one.\n";
+}
+
 } // namespace
 
 ExitCode exitCodeOf(const platform::Failure& failure) {
@@ -58,6 +72,13 @@ FailureReport reportOf(const platform::Failure& failure, ReportForm form) {
   object["number"] = identity.number ? boost::json::value(*identity.number) : boost::json::value(nullptr);
   object["message"] = failure.errorDescription();
   report.text = boost::json::serialize(object) + "\n";
+  return report;
+}
+
+FailureReport commandReportOf(const platform::Failure& failure, ReportForm form) {
+  FailureReport report = reportOf(failure, form);
+  if (form == ReportForm::sentence)
+    report.text = "tabwright: " + report.text + std::string(hintFor(failure));
   return report;
 }
 

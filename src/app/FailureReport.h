@@ -19,6 +19,10 @@ struct FailureReport {
 };
 [[nodiscard]] FailureReport reportOf(const platform::Failure& failure, ReportForm form);
 
+/// The same as the command line words it: with the program's name before the sentence, and with what to do about a
+/// browser that isn't found behind it.
+[[nodiscard]] FailureReport commandReportOf(const platform::Failure& failure, ReportForm form);
+
 /// The exit code alone: 2 for wrong use and missing values, 3 where no browser could be reached, else 1.
 [[nodiscard]] ExitCode exitCodeOf(const platform::Failure& failure);
 

@@ -1,8 +1,16 @@
+// `tabwright-host`: all that the thin client `tabwright` doesn't do itself.
 #include "app/CommandLine.h"
+#include "app/HostProcess.h"
+#include "client/HostProtocol.h"
 
 #include <malloc.h>
+#include <string_view>
 
 int main(int argumentCount, char** arguments) {
+  if (argumentCount == 3 && std::string_view(arguments[1]) == tabwright::client::handover::command) {
+    ::mallopt(M_ARENA_MAX, 2); // memory that one thread is done with is of use to the others
+    return tabwright::app::runHost(arguments[2]);
+  }
   // What a page's conversion or a long list needed is kept for the next one: to give it back to the system and take it
   // again costs as much as the work itself.
   ::mallopt(M_TRIM_THRESHOLD, 16 << 20);

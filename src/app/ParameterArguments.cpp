@@ -8,6 +8,7 @@
 
 #include <optional>
 #include <string_view>
+#include <utility>
 
 namespace tabwright::app {
 namespace {
@@ -27,18 +28,19 @@ bool isBoolean(const intents::ParameterBase* parameter) {
   return parameter && parameter->declaration().type.kind == ValueKind::boolean;
 }
 
-std::string contentOf(const std::string& value) {
+// The file that stands for a value; nothing when the value is one itself.
+std::optional<std::string> fileIn(const std::string& value) {
   if (value == "-")
-    return readStandardInput();
+    return value;
   if (value.starts_with("@"))
-    return readTextFile(value.substr(1));
-  return value;
+    return value.substr(1);
+  return std::nullopt;
 }
 
 } // namespace
 
-ParameterArguments readArguments(const host::Catalogue& catalogue, const std::string& action,
-                                 const std::vector<std::string>& words) {
+ParameterArguments parseArguments(const host::Catalogue& catalogue, const std::string& action,
+                                  const std::vector<std::string>& words) {
   const auto declared = catalogue.make(action);
   ParameterArguments result;
   for (std::size_t index = 0; index < words.size(); ++index) {
@@ -47,6 +49,8 @@ ParameterArguments readArguments(const host::Catalogue& catalogue, const std::st
       result.output = OutputForm::json;
       continue;
     }
+    if (word == "--no-host") // the program that reads this runs the action itself
+      continue;
     if (word == "--help" || word == "-h") {
       result.wantsHelp = true;
       continue;
@@ -72,10 +76,18 @@ ParameterArguments readArguments(const host::Catalogue& catalogue, const std::st
       result.filesFolder = value;
       continue;
     }
-    if (value && isReadFromFiles(parameter))
-      value = contentOf(*value);
+    if (std::optional<std::string> file = value && isReadFromFiles(parameter) ? fileIn(*value) : std::nullopt)
+      result.files.push_back({.parameter = result.parameters.size(), .file = std::move(*file)});
     result.parameters.emplace_back(std::move(name), value.value_or(""));
   }
+  return result;
+}
+
+ParameterArguments readArguments(const host::Catalogue& catalogue, const std::string& action,
+                                 const std::vector<std::string>& words) {
+  ParameterArguments result = parseArguments(catalogue, action, words);
+  for (const ParameterFile& wanted : std::exchange(result.files, {}))
+    result.parameters[wanted.parameter].second = wanted.file == "-" ? readStandardInput() : readTextFile(wanted.file);
   return result;
 }
 

@@ -4,15 +4,23 @@
 #include "host/Catalogue.h"
 #include "host/ParameterReader.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace tabwright::app {
 
+/// A parameter whose value is the content of a file.
+struct ParameterFile {
+  std::size_t parameter = 0; ///< its place among the parameters
+  std::string file;          ///< a path, or "-" for standard input
+};
+
 /// What stands behind an action's name on the command line: its parameters, and switches of the command itself.
 struct ParameterArguments {
   host::ParameterTexts parameters;
+  std::vector<ParameterFile> files; ///< those that are still to be read into the parameters
   OutputForm output = OutputForm::automatic;
   std::optional<std::string> filesFolder; ///< where the result's files are to be written
   bool wantsHelp = false;
@@ -20,10 +28,15 @@ struct ParameterArguments {
 
 /// Reads `--name value`, `--name=value`, and `--name` alone for a boolean parameter, which sets it to true. The value
 /// of a tab, window or file parameter may be `@FILE` or `-`, which stand for the content of that file or of standard
-/// input; a text is always taken as it is. `--json`, `--save-files FOLDER` and `--help` are the command's own.
+/// input; a text is always taken as it is. `--json`, `--save-files FOLDER`, `--no-host` and
+/// `--help` are the command's own.
 ///
 /// Throws `UsageError` for an action that doesn't exist, a word that belongs to no parameter, a parameter without a
-/// value, and a file that can't be read.
+/// value.
+[[nodiscard]] ParameterArguments parseArguments(const host::Catalogue& catalogue, const std::string& action,
+                                                const std::vector<std::string>& words);
+
+/// The same with all files read: `files` is empty. Throws `UsageError` also for a file that can't be read.
 [[nodiscard]] ParameterArguments readArguments(const host::Catalogue& catalogue, const std::string& action,
                                                const std::vector<std::string>& words);
 

@@ -1,5 +1,9 @@
 #include "app/TerminalHost.h"
 
+#include <boost/asio/posix/stream_descriptor.hpp>
+#include <boost/asio/this_coro.hpp>
+#include <boost/asio/use_awaitable.hpp>
+
 #include <iostream>
 #include <unistd.h>
 
@@ -19,10 +23,27 @@ std::optional<std::string> TerminalHost::ask(const std::string& question) {
   return line;
 }
 
-platform::Task<void> TerminalHost::requestConfirmation(intents::LocalizedText question) {
-  const std::string answer = ask(question.text() + " [y/N]").value_or("");
+platform::Task<std::optional<std::string>> TerminalHost::askInterruptibly(std::string question) {
+  if (!isTerminal())
+    co_return std::nullopt;
+  // A duplicate, as the stream closes its descriptor; the terminal hands out whole lines.
+  boost::asio::posix::stream_descriptor input(co_await boost::asio::this_coro::executor);
+  input.assign(::dup(STDIN_FILENO));
+  std::cerr << question << ' ' << std::flush;
+  co_await input.async_wait(boost::asio::posix::stream_descriptor::wait_read, boost::asio::use_awaitable);
+  std::string line;
+  if (!std::getline(std::cin, line))
+    co_return std::nullopt;
+  co_return line;
+}
+
+bool TerminalHost::isYes(const std::string& answer) {
   const char first = answer.empty() ? 'n' : answer.front();
-  if (first != 'y' && first != 'Y' && first != 'j' && first != 'J')
+  return first == 'y' || first == 'Y' || first == 'j' || first == 'J';
+}
+
+platform::Task<void> TerminalHost::requestConfirmation(intents::LocalizedText question) {
+  if (!isYes(ask(question.text() + " [y/N]").value_or("")))
     throw intents::ConfirmationRefused();
   co_return;
 }

@@ -16,7 +16,14 @@ public:
   /// Asks a question and yields the line typed; nothing when there is no terminal or the input has ended. Blocks.
   [[nodiscard]] static std::optional<std::string> ask(const std::string& question);
 
-  /// Yes counts when the answer begins with "y" or "j" in either case; everything else is a refusal.
+  /// The same as a coroutine that holds no thread until the line is there: cancelling ends the wait with the
+  /// `boost::system::system_error` of `operation_aborted`.
+  [[nodiscard]] static platform::Task<std::optional<std::string>> askInterruptibly(std::string question);
+
+  /// Whether an answer is a consent: it begins with "y" or "j" in either case.
+  [[nodiscard]] static bool isYes(const std::string& answer);
+
+  /// Every other answer is a refusal.
   platform::Task<void> requestConfirmation(intents::LocalizedText question) override;
 };
 

@@ -1,20 +1,17 @@
 #include "app/TextInput.h"
 
-#include "intents/UsageError.h"
-
 #include <fmt/core.h>
 
 #include <array>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <string_view>
 #include <unistd.h>
 
 namespace tabwright::app {
 namespace {
 
-std::string readAll(int descriptor, std::string_view name) {
+std::string readAll(int descriptor, const std::string& file) {
   std::string content;
   std::array<char, 65536> buffer{};
   for (;;) {
@@ -24,7 +21,7 @@ std::string readAll(int descriptor, std::string_view name) {
     else if (count == 0)
       return content;
     else if (errno != EINTR)
-      throw intents::UsageError(fmt::format("Can’t read {}: {}.", name, std::strerror(errno)));
+      throw unreadable("read", file, errno);
   }
 }
 
@@ -33,7 +30,7 @@ std::string readAll(int descriptor, std::string_view name) {
 std::string readTextFile(const std::filesystem::path& path) {
   const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (descriptor < 0)
-    throw intents::UsageError(fmt::format("Can’t open {}: {}.", path.string(), std::strerror(errno)));
+    throw unreadable("open", path.string(), errno);
   try {
     std::string content = readAll(descriptor, path.string());
     ::close(descriptor);
@@ -45,7 +42,12 @@ std::string readTextFile(const std::filesystem::path& path) {
 }
 
 std::string readStandardInput() {
-  return readAll(STDIN_FILENO, "standard input");
+  return readAll(STDIN_FILENO, "-");
+}
+
+intents::UsageError unreadable(const std::string& operation, const std::string& file, int errorNumber) {
+  return intents::UsageError(
+      fmt::format("Can’t {} {}: {}.", operation, file == "-" ? "standard input" : file, std::strerror(errorNumber)));
 }
 
 } // namespace tabwright::app

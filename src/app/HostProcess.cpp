@@ -1,0 +1,119 @@
+// The main actor is the loop of this thread; actions and connections run on a small pool, since they hold no thread
+// while they wait. At the end the door is closed first, then what runs is cancelled and waited for, then all is taken
+// down.
+#include "app/HostProcess.h"
+
+#include "app/Composition.h"
+#include "app/ExitCode.h"
+#include "app/HostServer.h"
+#include "client/HostProtocol.h"
+#include "platform/LogSinks.h"
+#include "platform/Logger.h"
+#include "platform/linux/LinuxUserDefaults.h"
+#include "platform/linux/SystemClock.h"
+#include "shell/Main.h"
+#include "shell/WindowlessApplication.h"
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/signal_set.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/asio/thread_pool.hpp>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <functional>
+#include <iostream>
+#include <sys/socket.h>
+#include <utility>
+
+namespace tabwright::app {
+namespace {
+
+namespace asio = boost::asio;
+namespace handover = client::handover;
+
+constexpr std::size_t poolThreads = 2;
+constexpr std::chrono::seconds patienceAtTheEnd{5};
+
+bool areHandedOver() {
+  int isListening = 0;
+  socklen_t length = sizeof isListening;
+  return ::getsockopt(handover::socketDescriptor, SOL_SOCKET, SO_ACCEPTCONN, &isListening, &length) == 0 &&
+         isListening != 0 && ::fcntl(handover::socketDescriptor, F_SETFD, FD_CLOEXEC) == 0 &&
+         ::fcntl(handover::lockDescriptor, F_SETFD, FD_CLOEXEC) == 0;
+}
+
+HostDoor doorAt(const std::string& socketPath) {
+  return {.socket = platform::FileDescriptor(handover::socketDescriptor),
+          .lock = platform::FileDescriptor(handover::lockDescriptor),
+          .path = socketPath};
+}
+
+/// Everything that lives as long as the host; what is used by others is declared before them.
+class Host {
+public:
+  explicit Host(HostDoor door)
+      : server_({.mainActor = loop_.get_executor(),
+                 .pool = pool_.get_executor(),
+                 .catalogue = composition_.catalogue(),
+                 .version = TABWRIGHT_VERSION,
+                 .retired = [this] { application_.terminate(); }},
+                std::move(door)) {
+    signals_.async_wait([this](const boost::system::error_code& error, int) {
+      if (!error)
+        application_.terminate();
+    });
+  }
+
+  void run() {
+    server_.open();
+    application_.finishLaunching();
+    loop_.run();
+  }
+
+private:
+  void stop() {
+    server_.close([this] { loop_.stop(); });
+    // Whatever hangs then would hang as well when it is taken down in order.
+    lastMoment_.expires_after(patienceAtTheEnd);
+    lastMoment_.async_wait([this](const boost::system::error_code& error) {
+      if (error)
+        return;
+      log_.error("An action doesn't end: the host is ended around it");
+      std::_Exit(EXIT_FAILURE);
+    });
+  }
+
+  platform::Logger log_{"Host"};
+  asio::io_context loop_{1};
+  asio::thread_pool pool_{poolThreads};
+  asio::signal_set signals_{loop_, SIGINT, SIGTERM};
+  asio::steady_timer lastMoment_{loop_};
+  platform::SystemClock clock_;
+  platform::LinuxUserDefaults defaults_{clock_};
+  shell::WindowlessApplication application_{shell::Launch::hidden, [this] { stop(); }};
+  shell::Main main_{{.application = application_,
+                     .defaults = defaults_,
+                     .clock = clock_,
+                     .mainActor = loop_.get_executor(),
+                     .background = pool_.get_executor()}};
+  Composition composition_{Composition::Lifecycle{main_.defaultsManager(), main_.shutdown()}};
+  HostServer server_;
+};
+
+} // namespace
+
+int runHost(const std::string& socketPath) {
+  std::signal(SIGPIPE, SIG_IGN);
+  if (!areHandedOver()) {
+    std::cerr << "tabwright-host: “" << handover::command << "” is how “tabwright run” starts the background host.\n";
+    return static_cast<int>(ExitCode::wrongUse);
+  }
+  platform::installLogSinks({.file = platform::defaultLogFile(), .fileLevel = platform::LogLevel::info});
+  Host(doorAt(socketPath)).run();
+  return static_cast<int>(ExitCode::done);
+}
+
+} // namespace tabwright::app

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "app/commands/Commands.h"
+#include "host/Catalogue.h"
+#include "platform/Task.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tabwright::app {
+
+/// The process whose user wrote `tabwright run`: this one, or a client of the background host. Outlives the run.
+class RunCaller {
+public:
+  virtual ~RunCaller() = default;
+
+  /// The whole of a file, by its path as the user wrote it, or of standard input for "-". Throws `UsageError`.
+  virtual platform::Task<std::string> read(std::string file) = 0;
+
+  /// Asks the user a question and yields the line typed; nothing when there is nobody to ask.
+  virtual platform::Task<std::optional<std::string>> ask(std::string question) = 0;
+};
+
+/// One run as a command line orders it.
+struct ActionRun {
+  RunCommand command;
+  std::filesystem::path directory;          ///< where relative paths of folders start
+  std::optional<std::size_t> terminalWidth; ///< cells of the terminal that the result is shown on; nothing: no terminal
+};
+
+/// The command in the words behind `tabwright run`: perhaps `--json`, then the action, then its parameters.
+/// Throws `UsageError` when there is no action among them.
+[[nodiscard]] RunCommand runCommandIn(const std::vector<std::string>& words);
+
+/// Whether the words ask for JSON, also in place of an error's sentence.
+[[nodiscard]] bool wantsJson(const RunCommand& command);
+
+/// Reads the parameters, performs the action, and yields what goes to standard output: the result in the form asked
+/// for, or the action's help. A missing value is asked for, and the action started again with the answer.
+///
+/// Throws the action's failure; what a command line does wrong is a `UsageError`. Cancelling stops the script.
+platform::Task<std::string> runAction(const host::Catalogue& catalogue, ActionRun run, RunCaller& caller);
+
+} // namespace tabwright::app

@@ -1,0 +1,2 @@
+// Boost.JSON itself, for the one program that doesn't link its library.
+#include <boost/json/src.hpp>

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tabwright::client {
+
+/// What the host leaves to the process that called it: its terminal, its files, its standard streams.
+
+/// What the host needs to know of the terminal.
+struct TerminalFacts {
+  bool isOutput = false; ///< standard output is one
+  int width = 80;        ///< its cells; 80 when they can't be told
+};
+[[nodiscard]] TerminalFacts terminalFacts();
+
+/// Asks the person at the terminal and yields the line typed; nothing when standard input is no terminal or has ended.
+/// Blocks.
+[[nodiscard]] std::optional<std::string> askAtTerminal(const std::string& question);
+
+/// Writes all of a text to a descriptor. What can't be written is dropped, such as to a pipe that nobody reads.
+void writeAll(int descriptor, std::string_view text);
+
+/// The whole of a file or stream that was read, or what was refused.
+struct FileContent {
+  std::string content;
+  const char* refused = nullptr; ///< null, or the operation that failed: "open", "read"
+  int errorNumber = 0;
+};
+/// Reads a file, or standard input for "-". Content that is no UTF-8 is refused with EILSEQ, and what doesn't fit in a
+/// message to the host with EFBIG.
+[[nodiscard]] FileContent readContent(const std::string& file);
+
+/// Whether a text is well-formed UTF-8, as only that can be sent.
+[[nodiscard]] bool isUTF8(std::string_view text);
+
+} // namespace tabwright::client

@@ -1,0 +1,201 @@
+// One request goes out; then lines come in until its answer is among them. Everything happens in this one thread: while
+// the user is asked nothing else is waited for.
+#include "client/HostConversation.h"
+
+#include "client/CallerSide.h"
+#include "client/HostProtocol.h"
+
+#include <boost/json/array.hpp>
+#include <boost/json/object.hpp>
+#include <boost/json/parse.hpp>
+#include <boost/json/serialize.hpp>
+
+#include <cerrno>
+#include <chrono>
+#include <climits>
+#include <cstddef>
+#include <cstdlib>
+#include <optional>
+#include <poll.h>
+#include <string_view>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace tabwright::client {
+namespace {
+
+namespace json = boost::json;
+
+constexpr std::chrono::seconds patience{30};
+constexpr int requestID = 1;
+
+/// The lines that come from a socket.
+class Lines {
+public:
+  enum class Ended { closed, timedOut };
+
+  explicit Lines(int socket) : socket_(socket) {}
+
+  /// The next line; nothing at the end, or when none has come by the deadline.
+  std::optional<std::string> next(std::optional<std::chrono::steady_clock::time_point> deadline) {
+    for (;;) {
+      if (const std::size_t end = text_.find('\n', searched_); end != std::string::npos) {
+        std::string line = text_.substr(0, end);
+        text_.erase(0, end + 1);
+        searched_ = 0;
+        return line;
+      }
+      searched_ = text_.size();
+      if (!receive(deadline))
+        return std::nullopt;
+    }
+  }
+  [[nodiscard]] Ended ended() const { return ended_; }
+
+private:
+  bool receive(std::optional<std::chrono::steady_clock::time_point> deadline) {
+    static char buffer[65536];
+    if (deadline && !isReadable(*deadline)) {
+      ended_ = Ended::timedOut;
+      return false;
+    }
+    for (;;) {
+      const ssize_t count = ::recv(socket_, buffer, sizeof buffer, 0);
+      if (count < 0 && errno == EINTR)
+        continue;
+      if (count <= 0)
+        return false;
+      text_.append(buffer, static_cast<std::size_t>(count));
+      return true;
+    }
+  }
+
+  bool isReadable(std::chrono::steady_clock::time_point deadline) {
+    for (;;) {
+      const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+      pollfd poll{.fd = socket_, .events = POLLIN, .revents = 0};
+      const int ready = ::poll(&poll, 1, left.count() > 0 ? static_cast<int>(left.count()) : 0);
+      if (ready >= 0 || errno != EINTR)
+        return ready != 0;
+    }
+  }
+
+  const int socket_;
+  std::string text_;
+  std::size_t searched_ = 0; ///< there is no line feed before
+  Ended ended_ = Ended::closed;
+};
+
+/// False when the host has gone away or takes nothing.
+bool send(int socket, const json::object& message) {
+  const std::string line = json::serialize(message) + "\n";
+  for (std::string_view rest = line; !rest.empty();) {
+    const ssize_t count = ::send(socket, rest.data(), rest.size(), MSG_NOSIGNAL);
+    if (count < 0 && errno == EINTR)
+      continue;
+    if (count < 0)
+      return false;
+    rest.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+json::object runRequest(const std::vector<std::string>& words) {
+  char directory[PATH_MAX];
+  const TerminalFacts terminal = terminalFacts();
+  json::object parameters{
+      {"version", TABWRIGHT_VERSION},
+      {"arguments", json::array(words.begin(), words.end())},
+      {"directory", ::getcwd(directory, sizeof directory) && isUTF8(directory) ? directory : "/"},
+      {"terminal", {{"output", terminal.isOutput}, {"width", terminal.width}}},
+  };
+  return {{"jsonrpc", "2.0"}, {"id", requestID}, {"method", protocol::run}, {"params", std::move(parameters)}};
+}
+
+std::string textOf(const json::object& object, std::string_view name) {
+  const json::value* value = object.if_contains(name);
+  return value && value->is_string() ? std::string(value->get_string()) : std::string();
+}
+
+json::value answerTo(const std::string& method, const json::object& params) {
+  if (method == protocol::ask) {
+    const std::optional<std::string> answer = askAtTerminal(textOf(params, "question"));
+    if (answer && isUTF8(*answer))
+      return {{"answer", *answer}};
+    return {{"answer", nullptr}};
+  }
+  FileContent content = readContent(textOf(params, "file"));
+  if (content.refused)
+    return {{"operation", content.refused}, {"errorNumber", content.errorNumber}};
+  return {{"content", std::move(content.content)}};
+}
+
+bool answer(int socket, const json::object& request) {
+  const std::string method = textOf(request, "method");
+  json::object reply{{"jsonrpc", "2.0"}, {"id", request.at("id")}};
+  if (method == protocol::ask || method == protocol::read) {
+    const json::value* params = request.if_contains("params");
+    reply["result"] = answerTo(method, params && params->is_object() ? params->get_object() : json::object());
+  } else {
+    reply["error"] = {{"code", -32601}, {"message", "There is no method " + method + "."}};
+  }
+  return send(socket, reply);
+}
+
+RunOutcome outcomeOf(const json::object& message) {
+  RunOutcome outcome;
+  const json::value* result = message.if_contains("result");
+  const json::value* error = message.if_contains("error");
+  if (result && result->is_object()) {
+    const json::object& answer = result->get_object();
+    const json::value* exitCode = answer.if_contains("exitCode");
+    outcome.output = textOf(answer, "output");
+    outcome.error = textOf(answer, "error");
+    outcome.exitCode = exitCode && exitCode->is_int64() ? static_cast<int>(exitCode->get_int64()) : EXIT_FAILURE;
+    return outcome;
+  }
+  outcome.kind = RunOutcome::Kind::refused;
+  if (error && error->is_object()) {
+    const json::value* code = error->get_object().if_contains("code");
+    if (code && code->is_int64() && code->get_int64() == protocol::leavingError)
+      outcome.kind = RunOutcome::Kind::notStarted;
+    outcome.error = textOf(error->get_object(), "message");
+  }
+  return outcome;
+}
+
+} // namespace
+
+RunOutcome runThroughHost(int socket, const std::vector<std::string>& words) {
+  bool hasStarted = false;
+  const auto endedBy = [&](Lines::Ended ended) {
+    RunOutcome outcome;
+    outcome.kind = hasStarted                        ? RunOutcome::Kind::lost
+                   : ended == Lines::Ended::timedOut ? RunOutcome::Kind::unresponsive
+                                                     : RunOutcome::Kind::notStarted;
+    return outcome;
+  };
+
+  if (!send(socket, runRequest(words)))
+    return endedBy(Lines::Ended::closed);
+  Lines lines(socket);
+  const auto deadline = std::chrono::steady_clock::now() + patience;
+  for (;;) {
+    const std::optional<std::string> line = lines.next(hasStarted ? std::nullopt : std::optional(deadline));
+    if (!line)
+      return endedBy(lines.ended());
+    boost::system::error_code error;
+    const json::value message = json::parse(*line, error);
+    const json::object* object = error ? nullptr : message.if_object();
+    if (!object)
+      continue;
+    if (!object->contains("method"))
+      return outcomeOf(*object);
+    if (textOf(*object, "method") == protocol::started)
+      hasStarted = true;
+    else if (object->contains("id") && !answer(socket, *object))
+      return endedBy(Lines::Ended::closed);
+  }
+}
+
+} // namespace tabwright::client

@@ -1,0 +1,42 @@
+#pragma once
+
+/// What the thin client `tabwright` and the background host agree on, beside JSON-RPC 2.0 in lines on a Unix socket
+/// (rpc/LineStream.h). Other programs speak the Model Context Protocol on the same socket and need none of this.
+///
+/// The client connects and sends one request:
+///
+///     tabwright/run {version, arguments: [words behind "run"], directory, terminal: {output: bool, width: int}}
+///
+/// and is answered with {output, error, exitCode}: what goes to its standard output and standard error as it stands,
+/// and what it exits with. Closing the connection cancels the action. In between the host may send
+///
+///     tabwright/started                notification: the action is about to begin. A connection that ends before it
+///     has
+///                                      done nothing, and may be tried again
+///     tabwright/ask {question}         answered with {answer}: the line that the user typed, null when nobody is there
+///     tabwright/read {file}            answered with {content}, or {operation, errorNumber}: what was refused, "open"
+///     or
+///                                      "read", and the errno value. "-" is standard input
+///
+/// A host that has ended its service for newcomers, such as one that is older than the client, answers the request with
+/// the error `leavingError`; the client connects anew, and finds or starts the next host.
+namespace tabwright::client {
+
+namespace protocol {
+inline constexpr const char* run = "tabwright/run";
+inline constexpr const char* started = "tabwright/started";
+inline constexpr const char* ask = "tabwright/ask";
+inline constexpr const char* read = "tabwright/read";
+inline constexpr int leavingError = -32010;
+} // namespace protocol
+
+/// How the host is started: "tabwright-host serve SOCKET", with two descriptors that it inherits. The socket listens
+/// at the path SOCKET already; the lock beside it says that there is a host, and is held for its life.
+namespace handover {
+inline constexpr const char* program = "tabwright-host";
+inline constexpr const char* command = "serve";
+inline constexpr int socketDescriptor = 3;
+inline constexpr int lockDescriptor = 4;
+} // namespace handover
+
+} // namespace tabwright::client

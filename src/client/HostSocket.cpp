@@ -1,0 +1,135 @@
+// Connecting is tried first. Where nobody listens, the lock decides: whoever gets it starts the host, the others try
+// to connect again, since a host is about to come, or about to go and leave the lock to the next.
+#include "client/HostSocket.h"
+
+#include "client/HostProgram.h"
+#include "client/HostUnavailable.h"
+#include "client/RuntimeFolder.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <sys/un.h>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+
+namespace tabwright::client {
+namespace {
+
+using Milliseconds = std::chrono::milliseconds;
+
+constexpr Milliseconds patience{5000};
+constexpr Milliseconds longestPause{20};
+constexpr int callersAtOnce = 1024; // that may wait to be accepted
+constexpr timeval sendPatience{.tv_sec = 30, .tv_usec = 0};
+
+class Descriptor {
+public:
+  explicit Descriptor(int number) : number_(number) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() {
+    if (number_ >= 0)
+      ::close(number_);
+  }
+  [[nodiscard]] int number() const { return number_; }
+  [[nodiscard]] int release() { return std::exchange(number_, -1); }
+
+private:
+  int number_;
+};
+
+HostUnavailable refused(const std::string& deed, const std::string& path, int error) {
+  return HostUnavailable(deed + " " + path + " failed: " + std::strerror(error));
+}
+
+int makeSocket() {
+  const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (socket < 0)
+    throw HostUnavailable(std::string("No socket can be made: ") + std::strerror(errno));
+  return socket;
+}
+
+sockaddr_un addressOf(const std::string& path) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  path.copy(address.sun_path, sizeof address.sun_path - 1);
+  return address;
+}
+
+/// What the system says to a caller where nobody listens, or not for long any more.
+bool isNobodyThere(int error) {
+  return error == ENOENT || error == ECONNREFUSED || error == ECONNRESET;
+}
+
+void requireOwnPeer(int socket) {
+  ucred peer{};
+  socklen_t length = sizeof peer;
+  if (::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &length) != 0 || peer.uid != ::geteuid())
+    throw HostUnavailable("The background host at hand belongs to somebody else");
+}
+
+/// A connected socket, or -1 when nobody listens.
+int tryToConnect(const RuntimeFolder& folder, const std::string& name) {
+  Descriptor socket(makeSocket());
+  ::setsockopt(socket.number(), SOL_SOCKET, SO_SNDTIMEO, &sendPatience, sizeof sendPatience); // connecting counts
+  const sockaddr_un address = addressOf(folder.shortPathOf(name));
+  if (::connect(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+    if (!isNobodyThere(errno))
+      throw refused("Connecting to", folder.pathOf(name), errno);
+    return -1;
+  }
+  requireOwnPeer(socket.number());
+  return socket.release();
+}
+
+/// The lock, or -1 when another process has it.
+int tryToLock(const RuntimeFolder& folder, const std::string& name) {
+  Descriptor lock(::openat(folder.descriptor(), name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+  if (lock.number() < 0)
+    throw refused("Opening", folder.pathOf(name), errno);
+  if (::flock(lock.number(), LOCK_EX | LOCK_NB) == 0)
+    return lock.release();
+  if (errno != EWOULDBLOCK)
+    throw refused("Locking", folder.pathOf(name), errno);
+  return -1;
+}
+
+int listenAt(const RuntimeFolder& folder, const std::string& name) {
+  ::unlinkat(folder.descriptor(), name.c_str(), 0); // what a host that was killed has left
+  Descriptor socket(makeSocket());
+  const sockaddr_un address = addressOf(folder.shortPathOf(name));
+  if (::bind(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+      ::listen(socket.number(), callersAtOnce) != 0)
+    throw refused("Listening at", folder.pathOf(name), errno);
+  return socket.release();
+}
+
+} // namespace
+
+int connectToHost(const RuntimeFolder& folder, const std::string& identity, const std::string& programPath) {
+  const std::string socketName = identity + ".socket";
+  const auto deadline = std::chrono::steady_clock::now() + patience;
+  for (Milliseconds pause{1};; pause = std::min(pause * 2, longestPause)) {
+    if (const int connected = tryToConnect(folder, socketName); connected >= 0)
+      return connected;
+    if (const Descriptor lock(tryToLock(folder, identity + ".lock")); lock.number() >= 0) {
+      const std::string program = hostProgram(programPath);
+      const Descriptor listening(listenAt(folder, socketName));
+      startHost(program, folder.pathOf(socketName), listening.number(), lock.number());
+      if (const int connected = tryToConnect(folder, socketName); connected >= 0)
+        return connected;
+    }
+    if (std::chrono::steady_clock::now() > deadline)
+      throw HostUnavailable("The background host takes no connections at " + folder.pathOf(socketName));
+    std::this_thread::sleep_for(pause);
+  }
+}
+
+} // namespace tabwright::client

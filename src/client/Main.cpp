@@ -1,0 +1,121 @@
+// `tabwright`: a process that lives for milliseconds. `run` goes to the background host over its socket; everything
+// else is done by the full program, which this one becomes.
+#include "client/CallerSide.h"
+#include "client/HostConversation.h"
+#include "client/HostIdentity.h"
+#include "client/HostProgram.h"
+#include "client/HostSocket.h"
+#include "client/HostUnavailable.h"
+#include "client/RuntimeFolder.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unistd.h>
+#include <vector>
+
+namespace tabwright::client {
+namespace {
+
+constexpr int exitInterrupted = 130;
+constexpr int attempts = 5;
+
+void say(std::string_view sentence) {
+  writeAll(STDERR_FILENO, "tabwright: " + std::string(sentence) + "\n");
+}
+
+/// Whether a word names a file as only the calling process can open it, such as "@/dev/fd/63".
+bool namesOwnDescriptor(std::string_view word) {
+  const std::size_t equals = word.starts_with("--") ? word.find('=') : std::string_view::npos;
+  const std::string_view value = equals == std::string_view::npos ? word : word.substr(equals + 1);
+  return value.starts_with("@/dev/") || value.starts_with("@/proc/");
+}
+
+/// Whether the host can do what the words behind "run" say as this process would do it itself. Words that mean
+/// something else where they stand only cost the way through the host.
+bool isForHost(const std::vector<std::string>& words) {
+  std::size_t name = 0;
+  while (name < words.size() && words[name] == "--json")
+    ++name;
+  if (name == words.size() || words[name].starts_with("-")) // a question about “run” itself, or a mistake
+    return false;
+  for (const std::string& word : words) {
+    if (word == "--no-host" || !isUTF8(word) || namesOwnDescriptor(word))
+      return false;
+  }
+  return true;
+}
+
+void endOnInterrupt() {
+  std::signal(SIGPIPE, SIG_IGN);
+  struct sigaction action{};
+  action.sa_handler = [](int) { ::_exit(exitInterrupted); }; // the host cancels what runs for a connection that ends
+  for (const int signal : {SIGINT, SIGTERM})
+    ::sigaction(signal, &action, nullptr);
+}
+
+int tell(const RunOutcome& outcome) {
+  switch (outcome.kind) {
+  case RunOutcome::Kind::done:
+    writeAll(STDOUT_FILENO, outcome.output);
+    writeAll(STDERR_FILENO, outcome.error);
+    return outcome.exitCode;
+  case RunOutcome::Kind::lost:
+    say("The background host ended while the action ran: whether it has done its work isn’t known.");
+    break;
+  case RunOutcome::Kind::unresponsive:
+    say("The background host doesn’t answer. “tabwright run --no-host …” does without it.");
+    break;
+  case RunOutcome::Kind::refused:
+    say("The background host refused the request: " + outcome.error);
+    break;
+  case RunOutcome::Kind::notStarted:
+    say("The background host ended before it had begun, each time it was started. Its log may tell why; “tabwright run "
+        "--no-host …” does without it.");
+    break;
+  }
+  return EXIT_FAILURE;
+}
+
+int run(const std::string& program, const std::vector<std::string>& words) {
+  const RuntimeFolder folder;
+  const std::string identity = hostIdentity(program);
+  endOnInterrupt();
+  RunOutcome outcome;
+  for (int attempt = 0; attempt < attempts; ++attempt) {
+    const int socket = connectToHost(folder, identity, program);
+    outcome = runThroughHost(socket, words);
+    ::close(socket);
+    if (outcome.kind != RunOutcome::Kind::notStarted)
+      break;
+  }
+  return tell(outcome);
+}
+
+int start(std::span<char*> arguments) {
+  const std::string program = programPath();
+  if (arguments.size() > 1 && std::string_view(arguments[1]) == "run") {
+    const std::vector<std::string> words(arguments.begin() + 2, arguments.end());
+    try {
+      if (isForHost(words))
+        return run(program, words);
+    } catch (const HostUnavailable& reason) {
+      say(std::string(reason.what()) + ". The action runs without the background host.");
+    }
+  }
+  becomeHostProgram(hostProgram(program), arguments.data());
+}
+
+} // namespace
+} // namespace tabwright::client
+
+int main(int argumentCount, char** arguments) {
+  try {
+    return tabwright::client::start({arguments, static_cast<std::size_t>(argumentCount)});
+  } catch (const std::exception& error) {
+    tabwright::client::say(std::string(error.what()) + ".");
+    return EXIT_FAILURE;
+  }
+}

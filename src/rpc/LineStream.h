@@ -1,0 +1,48 @@
+#pragma once
+
+#include "rpc/MessageStream.h"
+
+#include <boost/asio/any_io_executor.hpp>
+
+#include <cstddef>
+#include <memory>
+
+namespace tabwright::rpc {
+
+/// Messages as lines: each a JSON text without line feeds, in UTF-8, ended by a line feed. This is the stdio transport
+/// of the Model Context Protocol (https://modelcontextprotocol.io, "Transports"), and serves sockets as well.
+///
+///     LineStream stream(executor, ::dup(STDIN_FILENO), ::dup(STDOUT_FILENO));
+///     LineStream stream(executor, socket, ::dup(socket));
+///
+/// Lines of white space are skipped. A line that is too long is refused once its first bytes beyond the bound have
+/// come, and skipped up to its end without being held. Nesting is taken up to 512 levels.
+///
+/// The descriptors may be pipes, sockets, terminals or files. While the stream lives they don't block; their mode is
+/// put back when it ends, as others may share it. Writing to a pipe or socket that nobody reads raises SIGPIPE: a
+/// process that serves streams ignores that signal.
+class LineStream final : public MessageStream {
+public:
+  struct Bounds {
+    std::size_t message = std::size_t{16} << 20; ///< bytes of the longest line taken
+    std::size_t unread = std::size_t{64} << 20;  ///< bytes queued for a peer that doesn't read, before it is given up;
+                                                 ///< a single message may be larger
+  };
+
+  /// Takes both descriptors over, and closes them in the end. They are two different ones.
+  /// Throws `boost::system::system_error` for descriptors that aren't open.
+  LineStream(const boost::asio::any_io_executor& executor, int input, int output);
+  LineStream(const boost::asio::any_io_executor& executor, int input, int output, Bounds bounds);
+  ~LineStream() override;
+
+  platform::Task<std::optional<ReceivedMessage>> receive() override;
+  void send(const boost::json::value& message) override;
+  platform::Task<void> flush(std::chrono::nanoseconds atMost) override;
+  void close() override;
+
+private:
+  class Channel;
+  std::shared_ptr<Channel> channel_;
+};
+
+} // namespace tabwright::rpc
