@@ -16,7 +16,7 @@ browsers() { grep -las -- "[-]-user-data-dir=$scratch" /proc/[0-9]*/cmdline | cu
 # The background host would end by itself two minutes after the last action; here it is told to.
 hosts() { grep -lasF "XDG_RUNTIME_DIR=$scratch" /proc/[0-9]*/environ | while read -r file; do
   [ "$(cat "${file%environ}comm" 2>/dev/null)" != tabwright-host ] || echo "$file" | cut -d/ -f3
-done; }
+done || true; }
 cleanup() {
   local left
   left="$(browsers) $(hosts)"
