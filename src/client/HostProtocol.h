@@ -10,13 +10,11 @@
 /// and is answered with {output, error, exitCode}: what goes to its standard output and standard error as it stands,
 /// and what it exits with. Closing the connection cancels the action. In between the host may send
 ///
-///     tabwright/started                notification: the action is about to begin. A connection that ends before it
-///     has
-///                                      done nothing, and may be tried again
-///     tabwright/ask {question}         answered with {answer}: the line that the user typed, null when nobody is there
-///     tabwright/read {file}            answered with {content}, or {operation, errorNumber}: what was refused, "open"
-///     or
-///                                      "read", and the errno value. "-" is standard input
+///     tabwright/started          notification: the action is about to begin. A connection that ends before it has done
+///                                nothing, and may be tried again
+///     tabwright/ask {question}   answered with {answer}: the line that the user typed, null when nobody is there
+///     tabwright/read {file}      answered with {content}, or {operation, errorNumber}: what was refused, "open" or
+///                                "read", and the errno value. "-" is standard input
 ///
 /// A host that has ended its service for newcomers, such as one that is older than the client, answers the request with
 /// the error `leavingError`; the client connects anew, and finds or starts the next host.
