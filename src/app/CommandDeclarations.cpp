@@ -107,6 +107,12 @@ void declareBrowser(CLI::App& program, Choices& choices) {
   });
 }
 
+void declareAgents(CLI::App& program, Choices& choices) {
+  CLI::App* mcp = program.add_subcommand("mcp", "Serve the actions to an agent: Model Context Protocol on standard "
+                                                "input and output");
+  mcp->callback([&choices] { choices.chosen = [] { return app::mcp(); }; });
+}
+
 void declareShells(CLI::App& program, Choices& choices) {
   CLI::App* completion =
       program.add_subcommand("completion", "Print the script that completes tabwright’s words in a shell");
@@ -131,6 +137,7 @@ void declareCommands(CLI::App& program, Choices& choices) {
   declareAppleScript(program, choices);
   declareMarkdown(program, choices);
   declareBrowser(program, choices);
+  declareAgents(program, choices);
   declareShells(program, choices);
 }
 

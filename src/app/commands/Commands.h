@@ -71,6 +71,10 @@ struct BrowserCommand {
 /// driven. The browser goes on running. One that runs already with that profile only opens the address.
 ExitCode browser(const BrowserCommand& command);
 
+/// `tabwright mcp`: serves the catalogue to an agent by the Model Context Protocol on standard input and output, until
+/// the input ends; what still runs then is stopped.
+ExitCode mcp();
+
 /// `tabwright completion`: prints the script that a shell reads to complete words with `complete`.
 ExitCode completion(const std::string& shell);
 

@@ -1,0 +1,36 @@
+// The protocol's messages go over copies of standard input and output, on one thread; scripts have threads of their
+// own.
+#include "app/Composition.h"
+#include "app/Interruptible.h"
+#include "app/commands/Commands.h"
+#include "host/mcp/ToolServer.h"
+#include "rpc/LineStream.h"
+#include "rpc/Peer.h"
+
+#include <boost/asio/this_coro.hpp>
+
+#include <chrono>
+#include <csignal>
+#include <unistd.h>
+
+namespace tabwright::app {
+namespace {
+
+platform::Task<void> serve(const host::Catalogue& catalogue) {
+  rpc::LineStream stream(co_await boost::asio::this_coro::executor, ::dup(STDIN_FILENO), ::dup(STDOUT_FILENO));
+  rpc::Peer peer(stream);
+  const host::ToolServer server(peer, catalogue, TABWRIGHT_VERSION);
+  co_await peer.run();
+  co_await stream.flush(std::chrono::seconds(5));
+}
+
+} // namespace
+
+ExitCode mcp() {
+  std::signal(SIGPIPE, SIG_IGN);
+  Composition composition;
+  runInterruptibly(serve(composition.catalogue()));
+  return ExitCode::done;
+}
+
+} // namespace tabwright::app

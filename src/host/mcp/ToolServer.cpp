@@ -1,0 +1,134 @@
+#include "host/mcp/ToolServer.h"
+
+#include "host/Perform.h"
+#include "host/mcp/Elicitation.h"
+#include "host/mcp/ToolDescriptions.h"
+#include "intents/NeedsValue.h"
+
+#include <boost/json/array.hpp>
+#include <boost/json/serialize.hpp>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+/// A call goes round as often as its action lacks a value that the user can be asked for: nothing has run before that.
+namespace tabwright::host {
+
+namespace json = boost::json;
+using rpc::ErrorCode;
+using rpc::RpcError;
+
+namespace {
+
+// Newest first. A client that speaks another revision is answered with ours, and decides itself.
+constexpr std::array<std::string_view, 3> revisions = {"2025-11-25", "2025-06-18", "2025-03-26"};
+
+constexpr const char* failureKey = "com.tabwright/failure";
+
+constexpr const char* instructions =
+    "Tools that act on a real browser with all its windows and tabs. Give a browser by its name in targetContext, such "
+    "as "
+    "\"chromium\"; without it the frontmost one counts. Results feed further calls: a tab or window from a result can "
+    "be "
+    "given as targetTab or targetWindow, whole or by its fullID alone, together with tabSelection \"specificTab\". "
+    "Elements are named by CSS selectors. When no browser can be reached, one is started by the command \"tabwright "
+    "browser chromium\".";
+
+const json::value* memberOf(const json::object& object, std::string_view name, json::kind kind) {
+  const json::value* member = object.if_contains(name);
+  return member && member->kind() == kind ? member : nullptr;
+}
+
+json::object failedResult(const platform::Failure& failure) {
+  const platform::FailureIdentity identity = failure.identity();
+  json::object kind{{"type", identity.type}, {"case", identity.caseName}};
+  if (identity.number)
+    kind["number"] = *identity.number;
+  return {{"content", json::array{json::object{{"type", "text"}, {"text", failure.errorDescription()}}}},
+          {"isError", true},
+          {"_meta", {{failureKey, std::move(kind)}}}};
+}
+
+json::object succeededResult(ActionResult result) {
+  json::array content;
+  const bool isNothing = result.type.kind == intents::ValueKind::nothing;
+  if (const json::string* text = result.value.if_string())
+    content.push_back(json::object{{"type", "text"}, {"text", *text}});
+  else if (!isNothing)
+    content.push_back(json::object{{"type", "text"}, {"text", json::serialize(result.value)}});
+  json::object answer{{"content", std::move(content)}};
+  if (!isNothing)
+    answer["structuredContent"] = isWrapped(result.type) ? json::object{{"result", std::move(result.value)}}
+                                                         : std::move(result.value).as_object();
+  return answer;
+}
+
+} // namespace
+
+ToolServer::ToolServer(rpc::Peer& peer, const Catalogue& catalogue, std::string version)
+    : peer_(peer), catalogue_(catalogue), version_(std::move(version)) {
+  peer_.onRequest("initialize", [this](json::object params) { return initialize(std::move(params)); });
+  peer_.onRequest("ping", [](json::object) -> platform::Task<json::value> { co_return json::object(); });
+  peer_.onRequest("tools/list", [this](json::object params) { return listTools(std::move(params)); });
+  peer_.onRequest("tools/call", [this](json::object params) { return callTool(std::move(params)); });
+  peer_.onNotification("notifications/initialized", [](json::object) -> platform::Task<void> { co_return; });
+}
+
+void ToolServer::requireInitialized() const {
+  if (!isInitialized_)
+    throw RpcError(ErrorCode::invalidRequest, "The conversation begins with the request “initialize”.");
+}
+
+platform::Task<json::value> ToolServer::initialize(json::object params) {
+  const json::value* wanted = memberOf(params, "protocolVersion", json::kind::string);
+  if (!wanted)
+    throw RpcError(ErrorCode::invalidParams, "initialize needs “protocolVersion”, a text.");
+  const std::string_view revision = wanted->get_string();
+  const bool isKnown = std::ranges::find(revisions, revision) != revisions.end();
+  const json::value* capabilities = memberOf(params, "capabilities", json::kind::object);
+  canElicit_ = capabilities && memberOf(capabilities->get_object(), "elicitation", json::kind::object) != nullptr;
+  isInitialized_ = true;
+  co_return json::object{{"protocolVersion", isKnown ? revision : revisions.front()},
+                         {"capabilities", {{"tools", json::object()}}},
+                         {"serverInfo", {{"name", "tabwright"}, {"title", "Tabwright"}, {"version", version_}}},
+                         {"instructions", instructions}};
+}
+
+platform::Task<json::value> ToolServer::listTools(json::object) {
+  requireInitialized();
+  co_return json::object{{"tools", toolDescriptions(catalogue_)}};
+}
+
+platform::Task<json::value> ToolServer::callTool(json::object params) {
+  requireInitialized();
+  const json::value* name = memberOf(params, "name", json::kind::string);
+  const std::vector<std::string> names = catalogue_.names();
+  if (!name || std::ranges::find(names, std::string_view(name->get_string())) == names.end())
+    throw RpcError(ErrorCode::invalidParams, "There is no such tool. “tools/list” has them all.");
+  const json::value* given = params.if_contains("arguments");
+  if (given && !given->is_object())
+    throw RpcError(ErrorCode::invalidParams, "“arguments” must be an object.");
+  const std::string tool(name->get_string());
+  json::object arguments = given ? given->get_object() : json::object();
+
+  Elicitation user(peer_, canElicit_);
+  for (;;) {
+    std::optional<intents::NeedsValue> missing;
+    try {
+      co_return succeededResult(co_await perform(catalogue_, tool, arguments, user));
+    } catch (const intents::NeedsValue& thrown) {
+      missing = thrown;
+    } catch (const RpcError&) {
+      throw; // the client could not be asked
+    } catch (const platform::Failure& failure) {
+      co_return failedResult(failure);
+    }
+    std::optional<std::string> answer = co_await user.ask(*missing);
+    if (!answer)
+      co_return failedResult(*missing);
+    arguments[missing->parameter()] = *answer;
+  }
+}
+
+} // namespace tabwright::host
