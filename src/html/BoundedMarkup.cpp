@@ -2,6 +2,7 @@
 
 #include "html/Document.h"
 #include "html/OpenElements.h"
+#include "html/WhiteSpace.h"
 #include "platform/AsciiCase.h"
 
 #include <algorithm>
@@ -13,10 +14,6 @@
 namespace tabwright::html {
 
 namespace {
-
-constexpr bool isSpace(char character) {
-  return character == ' ' || character == '\n' || character == '\t' || character == '\r' || character == '\f';
-}
 
 constexpr bool isLetter(char character) {
   const char lower = platform::lowercasedLetter(character);

@@ -3,6 +3,7 @@
 #include "html/BoundedMarkup.h"
 #include "html/ParseFault.h"
 #include "html/TreeBuilder.h"
+#include "html/WhiteSpace.h"
 #include "platform/AsciiCase.h"
 
 #include <algorithm>
@@ -62,10 +63,6 @@ private:
   Arena& arena_;
   std::array<Piece*, smallUnits + 64> free_{};
 };
-
-constexpr bool isSpace(char character) {
-  return character == ' ' || character == '\n' || character == '\t' || character == '\r' || character == '\f';
-}
 
 /// `text` with runs of white space collapsed: itself where there is nothing to do.
 std::string_view collapsed(std::string_view text, Arena& arena) {

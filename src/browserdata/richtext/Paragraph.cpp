@@ -4,15 +4,12 @@
 #include "browserdata/richtext/Paragraph.h"
 
 #include "browserdata/richtext/RtfText.h"
+#include "html/WhiteSpace.h"
 
 #include <algorithm>
 
 namespace tabwright::browserdata {
 namespace {
-
-bool isWhiteSpace(char c) {
-  return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f';
-}
 
 void writeRun(std::string& out, std::u16string_view text, CharacterFormat format, bool isRightToLeft) {
   if (format.styles == CharacterFormat::plain && !isRightToLeft)
@@ -46,9 +43,9 @@ void Paragraph::addBlank() {
 
 void Paragraph::addText(std::string_view text, CharacterFormat format, WhiteSpace whiteSpace) {
   while (!text.empty()) {
-    const bool isBlank = isWhiteSpace(text.front());
+    const bool isBlank = html::isSpace(text.front());
     const auto length = static_cast<std::size_t>(
-        std::ranges::find_if(text, [=](char c) { return isWhiteSpace(c) != isBlank; }) - text.begin());
+        std::ranges::find_if(text, [=](char c) { return html::isSpace(c) != isBlank; }) - text.begin());
     const std::string_view part = text.substr(0, length);
     text.remove_prefix(length);
     if (!isBlank) {
