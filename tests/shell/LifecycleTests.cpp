@@ -37,8 +37,7 @@ struct RecordingSurroundings final : ErrorTracking, UpdateController {
 
 class LifecycleTest : public testing::Test {
 protected:
-  void launch(Launch launch) {
-    application.hidden = launch == Launch::hidden;
+  void makeMain() {
     main.emplace(Main::Surroundings{.application = application,
                                     .defaults = defaults,
                                     .clock = clock,
@@ -46,6 +45,10 @@ protected:
                                     .background = background.get_executor(),
                                     .errorTracking = &recording,
                                     .updateController = &recording});
+  }
+  void launch(Launch launch) {
+    application.hidden = launch == Launch::hidden;
+    makeMain();
     application.delegate()->applicationDidFinishLaunching();
     run();
     application.events.clear();
@@ -191,13 +194,7 @@ TEST_F(LifecycleTest, StartsInOrder) {
   application.open("restored");
   application.open("main");
   application.open("");
-  main.emplace(Main::Surroundings{.application = application,
-                                  .defaults = defaults,
-                                  .clock = clock,
-                                  .mainActor = mainActor.get_executor(),
-                                  .background = background.get_executor(),
-                                  .errorTracking = &recording,
-                                  .updateController = &recording});
+  makeMain();
   EXPECT_THAT(log.lines(), ElementsAre("info Main: " + Varn::App::identificationLine()));
   EXPECT_THAT(defaults.writes, ElementsAre("6055e27a"));
   application.delegate()->applicationDidFinishLaunching();
