@@ -9,11 +9,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <random>
 #include <sys/wait.h>
-#include <time.h>
+#include <thread>
 #include <unistd.h>
 
 namespace tabwright::platform {
@@ -49,11 +50,22 @@ struct Pair {
   DefaultsKey<std::int64_t> other{defaults, "z", 0};
 };
 
+// How long a write takes here, so that the instants of the kills fall into writes on a fast disk and a slow one.
+std::chrono::nanoseconds timeOfAWrite(const Pair& pair) {
+  constexpr int writes = 20;
+  const auto start = std::chrono::steady_clock::now();
+  for (int write = 0; write < writes; ++write)
+    pair.increment();
+  return (std::chrono::steady_clock::now() - start) / writes;
+}
+
 TEST(LinuxUserDefaultsProcess, AKilledWriterLeavesTheOldStateOrTheNew) {
   const testsupport::SettingsFolder folder;
   const testsupport::LogCapture log;
-  std::minstd_rand random(7);
-  std::int64_t last = 0;
+  const std::chrono::nanoseconds longest = 3 * timeOfAWrite(Pair(folder));
+  std::mt19937_64 random(7);
+  const std::int64_t first = Pair(folder).one.get();
+  std::int64_t last = first;
   int killedWhileWriting = 0;
   int ready[2];
   ASSERT_EQ(pipe(ready), 0);
@@ -68,8 +80,7 @@ TEST(LinuxUserDefaultsProcess, AKilledWriterLeavesTheOldStateOrTheNew) {
     ASSERT_GT(child, 0);
     char signal = 0;
     ASSERT_EQ(read(ready[0], &signal, 1), 1);
-    const timespec instant{.tv_sec = 0, .tv_nsec = static_cast<long>(random() % 4'000'000)};
-    nanosleep(&instant, nullptr);
+    std::this_thread::sleep_for(longest * (random() % 1000) / 1000);
     kill(child, SIGKILL);
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);
@@ -86,7 +97,7 @@ TEST(LinuxUserDefaultsProcess, AKilledWriterLeavesTheOldStateOrTheNew) {
   }
   close(ready[0]);
   close(ready[1]);
-  EXPECT_GT(last, 0);
+  EXPECT_GT(last, first);
   EXPECT_GT(killedWhileWriting, 0); // so the instants were such that they matter
   const Pair pair(folder);
   pair.increment();
