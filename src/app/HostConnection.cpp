@@ -1,12 +1,13 @@
 // A connection is a peer on a stream of lines. The actions of both kinds of programs are handlers of that peer, so that
-// it cancels them when the stream ends.
+// it cancels them when the stream ends. Which kind a program is shows in the methods that it calls.
 #include "app/HostConnection.h"
 
 #include "app/FailureReport.h"
 #include "app/RunAction.h"
 #include "app/TextInput.h"
 #include "client/HostProtocol.h"
-#include "platform/Logger.h"
+#include "host/mcp/ToolServer.h"
+#include "platform/linux/SystemClock.h"
 #include "rpc/LineStream.h"
 #include "rpc/Peer.h"
 #include "rpc/RpcError.h"
@@ -137,7 +138,8 @@ public:
   Conversation(const asio::any_io_executor& executor, int socket, const host::Catalogue& catalogue,
                HostService& service)
       : executor_(executor), catalogue_(catalogue), service_(service),
-        lines_(executor, socket, ::fcntl(socket, F_DUPFD_CLOEXEC, 0)), stream_(lines_), peer_(stream_) {
+        lines_(executor, socket, ::fcntl(socket, F_DUPFD_CLOEXEC, 0)), stream_(lines_), peer_(stream_),
+        tools_(peer_, catalogue, clock_, TABWRIGHT_VERSION) {
     peer_.onRequest(protocol::run, [this](json::object params) { return run(std::move(params)); });
   }
 
@@ -188,6 +190,8 @@ private:
   rpc::LineStream lines_;
   WatchedStream stream_;
   rpc::Peer peer_;
+  platform::SystemClock clock_;
+  host::ToolServer tools_;
   asio::cancellation_signal cancel_;
 };
 

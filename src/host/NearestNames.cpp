@@ -37,7 +37,12 @@ std::vector<std::string> nearestNames(std::string_view wanted, std::span<const s
   std::vector<std::pair<std::size_t, std::size_t>> near; // distance and index: names equally near keep their order
   for (std::size_t index = 0; index < names.size(); ++index) {
     const std::string candidate = platform::lowercased(names[index]);
+    // No fewer errors than the lengths differ by: a text of megabytes isn't compared letter by letter.
+    const std::size_t difference =
+        std::max(written.size(), candidate.size()) - std::min(written.size(), candidate.size());
     const bool holdsIt = written.size() > 2 && candidate.find(written) != std::string::npos;
+    if (!holdsIt && difference > tolerance)
+      continue;
     const std::size_t distance = holdsIt ? 1 : editDistance(written, candidate);
     if (distance <= tolerance)
       near.emplace_back(distance, index);

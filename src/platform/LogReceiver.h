@@ -14,4 +14,14 @@ using LogReceiver = std::function<void(LogLevel level, std::string_view category
 /// the log off, as it is when the program starts. Calls of the former one may still be under way in other threads.
 void setLogReceiver(LogLevel lowestLevel, LogReceiver receiver);
 
+/// Takes the lines of `lowestLevel` and above too while it lives, whatever else receives them. Calls may still be under
+/// way in other threads when it has gone.
+class LogListener {
+public:
+  LogListener(LogLevel lowestLevel, LogReceiver receiver);
+  ~LogListener();
+  LogListener(const LogListener&) = delete;
+  LogListener& operator=(const LogListener&) = delete;
+};
+
 } // namespace tabwright::platform

@@ -1,23 +1,31 @@
-// One receiver for the whole process. Whether a level is on is a single atomic read, so that a log that is off costs
-// nothing; lines take a shared lock to get at the receiver.
+// One list of receivers for the whole process: the program's own, without an owner, and listeners. Whether a level is on
+// is a single atomic read, so that a log that is off costs nothing; lines take a shared lock to get at the list.
 #include "platform/Logger.h"
 
 #include "platform/LogReceiver.h"
 
+#include <algorithm>
 #include <atomic>
 #include <memory>
 #include <mutex>
 #include <shared_mutex>
+#include <vector>
 
 namespace tabwright::platform {
 namespace {
 
 constexpr int nothingIsOn = static_cast<int>(LogLevel::error) + 1;
 
+struct Receiving {
+  const LogListener* owner;
+  LogLevel lowestLevel;
+  LogReceiver receiver;
+};
+
 struct Log {
   std::atomic<int> lowestLevel = nothingIsOn;
   std::shared_mutex mutex;
-  std::shared_ptr<const LogReceiver> receiver;
+  std::shared_ptr<const std::vector<Receiving>> receivers = std::make_shared<const std::vector<Receiving>>();
 };
 
 // Never destroyed: threads may log while the process ends.
@@ -26,13 +34,32 @@ Log& processLog() {
   return log;
 }
 
+void setReceiver(const LogListener* owner, LogLevel lowestLevel, LogReceiver receiver) {
+  Log& log = processLog();
+  const std::unique_lock lock(log.mutex);
+  std::vector<Receiving> receivers = *log.receivers;
+  std::erase_if(receivers, [owner](const Receiving& one) { return one.owner == owner; });
+  if (receiver)
+    receivers.push_back({owner, lowestLevel, std::move(receiver)});
+  int lowest = nothingIsOn;
+  for (const Receiving& one : receivers)
+    lowest = std::min(lowest, static_cast<int>(one.lowestLevel));
+  log.lowestLevel = lowest;
+  log.receivers = std::make_shared<const std::vector<Receiving>>(std::move(receivers));
+}
+
 } // namespace
 
 void setLogReceiver(LogLevel lowestLevel, LogReceiver receiver) {
-  Log& log = processLog();
-  const std::unique_lock lock(log.mutex);
-  log.lowestLevel = receiver ? static_cast<int>(lowestLevel) : nothingIsOn;
-  log.receiver = receiver ? std::make_shared<const LogReceiver>(std::move(receiver)) : nullptr;
+  setReceiver(nullptr, lowestLevel, std::move(receiver));
+}
+
+LogListener::LogListener(LogLevel lowestLevel, LogReceiver receiver) {
+  setReceiver(this, lowestLevel, std::move(receiver));
+}
+
+LogListener::~LogListener() {
+  setReceiver(this, LogLevel::error, {});
 }
 
 Logger::Logger(std::string category) : category_(std::move(category)) {}
@@ -42,16 +69,18 @@ bool Logger::isOn(LogLevel level) const {
 }
 
 void Logger::write(LogLevel level, std::string_view text) const {
+  if (!isOn(level))
+    return;
   Log& log = processLog();
-  std::shared_ptr<const LogReceiver> receiver;
+  std::shared_ptr<const std::vector<Receiving>> receivers;
   {
     const std::shared_lock lock(log.mutex);
-    if (static_cast<int>(level) < log.lowestLevel)
-      return;
-    receiver = log.receiver;
+    receivers = log.receivers;
   }
-  if (receiver)
-    (*receiver)(level, category_, text);
+  for (const Receiving& one : *receivers) {
+    if (level >= one.lowestLevel)
+      one.receiver(level, category_, text);
+  }
 }
 
 } // namespace tabwright::platform

@@ -6,6 +6,7 @@
 #include <boost/asio/bind_cancellation_slot.hpp>
 #include <boost/asio/cancellation_signal.hpp>
 #include <boost/asio/co_spawn.hpp>
+#include <boost/asio/post.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/this_coro.hpp>
 #include <boost/asio/use_awaitable.hpp>
@@ -62,7 +63,7 @@ RpcError readError(const json::value& error) {
 
 } // namespace
 
-class Peer::Conversation {
+class Peer::Conversation : public std::enable_shared_from_this<Peer::Conversation> {
 public:
   Conversation(MessageStream& stream, std::size_t handlersAtOnce) : stream_(stream), handlersAtOnce_(handlersAtOnce) {}
 
@@ -113,6 +114,16 @@ public:
 
   void notify(std::string_view method, json::object params) {
     stream_.send(json::object{{"jsonrpc", "2.0"}, {"method", method}, {"params", std::move(params)}});
+  }
+
+  // The conversation itself may be kept alive beyond the stream's life, so it is asked whether it has ended.
+  Notifier notifier() {
+    return [executor = executor_, weak = weak_from_this()](std::string method, json::object params) {
+      asio::post(executor, [weak, method = std::move(method), params = std::move(params)]() mutable {
+        if (const auto self = weak.lock(); self && !self->hasEnded_)
+          self->notify(method, std::move(params));
+      });
+    };
   }
 
 private:
@@ -275,7 +286,7 @@ private:
 };
 
 Peer::Peer(MessageStream& stream, std::size_t handlersAtOnce)
-    : conversation_(std::make_unique<Conversation>(stream, handlersAtOnce)) {}
+    : conversation_(std::make_shared<Conversation>(stream, handlersAtOnce)) {}
 Peer::~Peer() = default;
 
 void Peer::onRequest(std::string method, RequestHandler handler) {
@@ -296,6 +307,10 @@ platform::Task<json::value> Peer::request(std::string method, json::object param
 
 void Peer::notify(std::string_view method, json::object params) {
   conversation_->notify(method, std::move(params));
+}
+
+Peer::Notifier Peer::notifier() const {
+  return conversation_->notifier();
 }
 
 } // namespace tabwright::rpc

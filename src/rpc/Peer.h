@@ -56,9 +56,14 @@ public:
   /// Tells the other side something. Dropped when the stream has ended.
   void notify(std::string_view method, boost::json::object params);
 
+  /// Does the same from any thread, and may outlive the peer: what it is told after the end of `run` is dropped. To be
+  /// made while the peer runs.
+  using Notifier = std::function<void(std::string method, boost::json::object params)>;
+  [[nodiscard]] Notifier notifier() const;
+
 private:
   class Conversation;
-  std::unique_ptr<Conversation> conversation_;
+  std::shared_ptr<Conversation> conversation_;
 };
 
 } // namespace tabwright::rpc

@@ -103,13 +103,15 @@ public:
   RawConnection(const RawConnection&) = delete;
   RawConnection& operator=(const RawConnection&) = delete;
 
-  void write(std::string_view bytes) const {
+  /// False when the host has ended the connection.
+  bool write(std::string_view bytes) const {
     while (!bytes.empty()) {
       const ssize_t count = ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
       if (count <= 0)
-        return;
+        return false;
       bytes.remove_prefix(static_cast<std::size_t>(count));
     }
+    return true;
   }
 
   /// The next line that is an answer; nothing when the host has ended the connection.
@@ -151,6 +153,10 @@ std::string runRequest(int id, const std::string& version, const std::vector<std
                                        {"terminal", {{"output", false}, {"width", 80}}}}}}) +
          "\n";
 }
+
+constexpr std::string_view handshake =
+    R"({"jsonrpc":"2.0","id":1,"method":"initialize","params":{"protocolVersion":"2025-11-25","capabilities":{}}})"
+    "\n";
 
 TEST_F(HostTest, DoesWhatAProcessOfItsOwnDoes) {
   for (std::vector<std::string> words : std::initializer_list<std::vector<std::string>>{
@@ -249,6 +255,29 @@ TEST_F(HostTest, RefusesWhatIsNoRequestAndServesOn) {
     connection.write("{\"jsonrpc\": half a message");
   }
   const RawConnection silent(scratch);
+  EXPECT_THAT(run({"NoSuchAction"}).errors, HasSubstr("There is no action"));
+  EXPECT_EQ(hosts(), first);
+}
+
+TEST_F(HostTest, ServesAgentsOnTheSameSocket) {
+  static_cast<void>(run({"NoSuchAction"}));
+  RawConnection agent(scratch);
+  agent.write(handshake);
+  EXPECT_EQ(agent.answer().value().at("result").at("serverInfo").at("name"), "tabwright");
+  agent.write(R"({"jsonrpc":"2.0","id":2,"method":"tools/call","params":{"name":"GetBrowserReference",)"
+              R"("arguments":{"targetContext":"chromium"}}})"
+              "\n");
+  EXPECT_EQ(agent.answer().value().at("result").at("structuredContent").at("name"), "Chromium");
+}
+
+TEST_F(HostTest, GivesUpAClientThatNeverReadsAndServesOn) {
+  static_cast<void>(run({"NoSuchAction"}));
+  const std::set<pid_t> first = hosts();
+  RawConnection deaf(scratch);
+  // The answer names the request's long id again.
+  const std::string request = R"({"jsonrpc":"2.0","method":"ping","id":")" + std::string(1 << 20, 'x') + "\"}\n";
+  for (int requests = 0; deaf.write(request); ++requests)
+    ASSERT_LT(requests, 10'000);
   EXPECT_THAT(run({"NoSuchAction"}).errors, HasSubstr("There is no action"));
   EXPECT_EQ(hosts(), first);
 }

@@ -1,19 +1,25 @@
 #include "host/mcp/ToolDescriptions.h"
 #include "host/mcp/ToolServer.h"
+#include "platform/Logger.h"
 #include "support/ActionBench.h"
 #include "support/MemoryStream.h"
+#include "support/SteppedClock.h"
 
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/detached.hpp>
 #include <boost/asio/io_context.hpp>
+#include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 namespace tabwright::host {
 namespace {
@@ -37,8 +43,17 @@ protected:
   }
 
   json::object answerTo(json::object message) {
+    send(std::move(message));
+    return next();
+  }
+
+  void send(json::object message) const {
     message["jsonrpc"] = "2.0";
     client->send(message);
+  }
+
+  /// The next message of the server.
+  json::object next() {
     std::optional<json::object> answer;
     asio::co_spawn(context, receiveInto(*client, answer), asio::detached);
     while (!answer && context.run_one() > 0) {
@@ -62,7 +77,8 @@ protected:
   testsupport::MemoryStream ours{context.get_executor()};
   std::unique_ptr<testsupport::MemoryStream> client = ours.otherEnd();
   rpc::Peer peer{ours};
-  ToolServer server{peer, catalogue, "1.2.3"};
+  testsupport::SteppedClock clock;
+  ToolServer server{peer, catalogue, clock, "1.2.3"};
 };
 
 TEST_F(McpTest, BeginsWithAHandshake) {
@@ -116,6 +132,64 @@ TEST_F(McpTest, TellsOfFailuresAndMistakesInWaysThatAnAgentCanMend) {
   const json::object failed = answerTo(call("ClickElement", {{"cssSelector", "a"}}));
   EXPECT_TRUE(failed.at("result").at("isError").as_bool());
   EXPECT_EQ(failed.at("result").at("_meta").at("com.tabwright/failure").at("number"), 2);
+}
+
+TEST_F(McpTest, HandsFilesOverAsResources) {
+  initialized({});
+  bench.payload = R"({"tabID":"8","tabTitle":"A","tabURL":"https://a.test/","pageSelectionHTML":"<b>bold</b>"})";
+  const json::object answer = answerTo(call("GetDetailsOfTab", {}));
+  const json::value& result = answer.at("result");
+  ASSERT_EQ(result.at("content").as_array().size(), 2U) << json::serialize(answer);
+  const json::value& resource = result.at("content").at(1).at("resource");
+  EXPECT_EQ(resource.at("mimeType"), "application/rtf");
+  const json::value text = json::parse(std::string_view(result.at("content").at(0).at("text").as_string()));
+  EXPECT_EQ(text.at("selectionRTFD").at("resource"), resource.at("uri"));
+  EXPECT_FALSE(text.at("selectionRTFD").as_object().contains("data"));
+  // The structured content keeps to the output schema, which wants the bytes.
+  EXPECT_EQ(result.at("structuredContent").at("selectionRTFD").at("data"), resource.at("blob"));
+}
+
+TEST_F(McpTest, TellsEachSecondThatACallGoesOn) {
+  initialized({});
+  bool isReleased = false;
+  bench.tasks.onExecute = [&](const std::filesystem::path&) -> platform::Task<testsupport::ModelScriptTasks::Result> {
+    while (!isReleased)
+      co_await clock.sleep(std::chrono::milliseconds(700));
+    co_return std::nullopt; // which is a failure
+  };
+  json::object request = call("GetListOfTabs", {{"targetContext", "chromium"}});
+  request["params"].as_object()["_meta"] = {{"progressToken", "mine"}};
+  send(std::move(request));
+  for (int second = 1; second <= 3; ++second) {
+    while (clock.sleepers() < 2)
+      context.run_one();
+    clock.advance(std::chrono::seconds(1));
+    const json::object progress = next();
+    EXPECT_EQ(progress.at("method"), "notifications/progress");
+    EXPECT_EQ(progress.at("params").at("progressToken"), "mine");
+    EXPECT_EQ(progress.at("params").at("progress"), second);
+  }
+  isReleased = true;
+  clock.advance(std::chrono::milliseconds(900));
+  EXPECT_EQ(next().at("id"), 1);
+}
+
+TEST_F(McpTest, SendsTheLogFromTheLevelOnThatTheClientSets) {
+  initialized({});
+  const platform::Logger log("Test");
+  EXPECT_EQ(answerTo({{"id", 1}, {"method", "logging/setLevel"}, {"params", {{"level", "loud"}}}}).at("error").at("code"),
+            -32602);
+  log.error("dropped");
+  for (const char* level : {"debug", "info"}) // the second replaces the first
+    EXPECT_EQ(answerTo({{"id", 1}, {"method", "logging/setLevel"}, {"params", {{"level", level}}}}).at("result"),
+              json::object());
+  log.debug("dropped too");
+  std::thread([&log] { log.info("from another thread"); }).join();
+  const json::object message = next();
+  EXPECT_EQ(message.at("method"), "notifications/message");
+  EXPECT_EQ(message.at("params"), (json::object{{"level", "info"}, {"logger", "Test"}, {"data", "from another thread"}}));
+  log.error("next");
+  EXPECT_EQ(next().at("params").at("data"), "next");
 }
 
 TEST_F(McpTest, AsksTheUserOfAClientThatCan) {

@@ -35,6 +35,26 @@ TEST_F(LoggerTest, WritesFromTheLowestLevelUpAndIsOffByDefault) {
   EXPECT_EQ(lines.size(), 2u);
 }
 
+TEST_F(LoggerTest, ListenersTakeLinesBesideTheReceiverWhileTheyLive) {
+  std::vector<std::string> lines;
+  const auto into = [&lines](const char* name) {
+    return [&lines, name](LogLevel, std::string_view, std::string_view text) {
+      lines.push_back(std::string(name) + " " + std::string(text));
+    };
+  };
+  setLogReceiver(LogLevel::error, into("receiver"));
+  {
+    const LogListener listener(LogLevel::debug, into("listener"));
+    log.debug("a");
+    log.error("b");
+    setLogReceiver(LogLevel::error, {});
+    log.error("c");
+  }
+  EXPECT_FALSE(log.isOn(LogLevel::error));
+  log.error("d");
+  EXPECT_THAT(lines, testing::UnorderedElementsAre("listener a", "receiver b", "listener b", "listener c"));
+}
+
 TEST_F(LoggerTest, AddsLinesToAFileOfTheStateHome) {
   std::string name = (std::filesystem::temp_directory_path() / "tabwright-log-XXXXXX").string();
   const std::filesystem::path folder = mkdtemp(name.data());

@@ -4,6 +4,7 @@
 #include "app/Interruptible.h"
 #include "app/commands/Commands.h"
 #include "host/mcp/ToolServer.h"
+#include "platform/linux/SystemClock.h"
 #include "rpc/LineStream.h"
 #include "rpc/Peer.h"
 
@@ -17,9 +18,10 @@ namespace tabwright::app {
 namespace {
 
 platform::Task<void> serve(const host::Catalogue& catalogue) {
+  platform::SystemClock clock;
   rpc::LineStream stream(co_await boost::asio::this_coro::executor, ::dup(STDIN_FILENO), ::dup(STDOUT_FILENO));
   rpc::Peer peer(stream);
-  const host::ToolServer server(peer, catalogue, TABWRIGHT_VERSION);
+  const host::ToolServer server(peer, catalogue, clock, TABWRIGHT_VERSION);
   co_await peer.run();
   co_await stream.flush(std::chrono::seconds(5));
 }

@@ -1,12 +1,14 @@
 #include "host/mcp/ToolServer.h"
 
 #include "host/Perform.h"
+#include "host/mcp/CallProgress.h"
 #include "host/mcp/Elicitation.h"
+#include "host/mcp/LogMessages.h"
 #include "host/mcp/ToolDescriptions.h"
+#include "host/mcp/ToolResults.h"
 #include "intents/NeedsValue.h"
 
 #include <boost/json/array.hpp>
-#include <boost/json/serialize.hpp>
 
 #include <algorithm>
 #include <array>
@@ -24,14 +26,11 @@ namespace {
 // Newest first. A client that speaks another revision is answered with ours, and decides itself.
 constexpr std::array<std::string_view, 3> revisions = {"2025-11-25", "2025-06-18", "2025-03-26"};
 
-constexpr const char* failureKey = "com.tabwright/failure";
-
 constexpr const char* instructions =
     "Tools that act on a real browser with all its windows and tabs. Give a browser by its name in targetContext, such "
-    "as "
-    "\"chromium\"; without it the frontmost one counts. Results feed further calls: a tab or window from a result can "
-    "be "
-    "given as targetTab or targetWindow, whole or by its fullID alone, together with tabSelection \"specificTab\". "
+    "as \"chromium\"; without it the frontmost one counts. Results feed further calls: a tab or window from a result "
+    "can be given as targetTab or targetWindow, whole or by its fullID alone, together with tabSelection "
+    "\"specificTab\". "
     "Elements are named by CSS selectors. When no browser can be reached, one is started by the command \"tabwright "
     "browser chromium\".";
 
@@ -40,38 +39,15 @@ const json::value* memberOf(const json::object& object, std::string_view name, j
   return member && member->kind() == kind ? member : nullptr;
 }
 
-json::object failedResult(const platform::Failure& failure) {
-  const platform::FailureIdentity identity = failure.identity();
-  json::object kind{{"type", identity.type}, {"case", identity.caseName}};
-  if (identity.number)
-    kind["number"] = *identity.number;
-  return {{"content", json::array{json::object{{"type", "text"}, {"text", failure.errorDescription()}}}},
-          {"isError", true},
-          {"_meta", {{failureKey, std::move(kind)}}}};
-}
-
-json::object succeededResult(ActionResult result) {
-  json::array content;
-  const bool isNothing = result.type.kind == intents::ValueKind::nothing;
-  if (const json::string* text = result.value.if_string())
-    content.push_back(json::object{{"type", "text"}, {"text", *text}});
-  else if (!isNothing)
-    content.push_back(json::object{{"type", "text"}, {"text", json::serialize(result.value)}});
-  json::object answer{{"content", std::move(content)}};
-  if (!isNothing)
-    answer["structuredContent"] = isWrapped(result.type) ? json::object{{"result", std::move(result.value)}}
-                                                         : std::move(result.value).as_object();
-  return answer;
-}
-
 } // namespace
 
-ToolServer::ToolServer(rpc::Peer& peer, const Catalogue& catalogue, std::string version)
-    : peer_(peer), catalogue_(catalogue), version_(std::move(version)) {
+ToolServer::ToolServer(rpc::Peer& peer, const Catalogue& catalogue, platform::Clock& clock, std::string version)
+    : peer_(peer), catalogue_(catalogue), clock_(clock), version_(std::move(version)) {
   peer_.onRequest("initialize", [this](json::object params) { return initialize(std::move(params)); });
   peer_.onRequest("ping", [](json::object) -> platform::Task<json::value> { co_return json::object(); });
   peer_.onRequest("tools/list", [this](json::object params) { return listTools(std::move(params)); });
   peer_.onRequest("tools/call", [this](json::object params) { return callTool(std::move(params)); });
+  peer_.onRequest("logging/setLevel", [this](json::object params) { return setLogLevel(std::move(params)); });
   peer_.onNotification("notifications/initialized", [](json::object) -> platform::Task<void> { co_return; });
 }
 
@@ -90,7 +66,7 @@ platform::Task<json::value> ToolServer::initialize(json::object params) {
   canElicit_ = capabilities && memberOf(capabilities->get_object(), "elicitation", json::kind::object) != nullptr;
   isInitialized_ = true;
   co_return json::object{{"protocolVersion", isKnown ? revision : revisions.front()},
-                         {"capabilities", {{"tools", json::object()}}},
+                         {"capabilities", {{"tools", json::object()}, {"logging", json::object()}}},
                          {"serverInfo", {{"name", "tabwright"}, {"title", "Tabwright"}, {"version", version_}}},
                          {"instructions", instructions}};
 }
@@ -98,6 +74,23 @@ platform::Task<json::value> ToolServer::initialize(json::object params) {
 platform::Task<json::value> ToolServer::listTools(json::object) {
   requireInitialized();
   co_return json::object{{"tools", toolDescriptions(catalogue_)}};
+}
+
+platform::Task<json::value> ToolServer::setLogLevel(json::object params) {
+  requireInitialized();
+  const json::value* level = memberOf(params, "level", json::kind::string);
+  const platform::LogLevel lowest = logLevelFor(level ? std::string_view(level->get_string()) : std::string_view());
+  log_.reset(); // before the next one, so that no line is told twice
+  log_.emplace(lowest, logMessagesTo(peer_.notifier()));
+  co_return json::object();
+}
+
+platform::Task<ActionResult> ToolServer::run(std::string tool, json::object arguments, intents::ActionHost& user,
+                                             json::value progressToken) {
+  platform::Task<ActionResult> running = perform(catalogue_, tool, std::move(arguments), user);
+  if (progressToken.is_null())
+    return running;
+  return withProgress(std::move(running), peer_, clock_, std::move(progressToken), std::move(tool));
 }
 
 platform::Task<json::value> ToolServer::callTool(json::object params) {
@@ -112,11 +105,15 @@ platform::Task<json::value> ToolServer::callTool(json::object params) {
   const std::string tool(name->get_string());
   json::object arguments = given ? given->get_object() : json::object();
 
+  const json::value* meta = memberOf(params, "_meta", json::kind::object);
+  const json::value* progressToken = meta ? meta->get_object().if_contains("progressToken") : nullptr;
+  const json::value token = progressToken ? *progressToken : json::value(nullptr);
+
   Elicitation user(peer_, canElicit_);
   for (;;) {
     std::optional<intents::NeedsValue> missing;
     try {
-      co_return succeededResult(co_await perform(catalogue_, tool, arguments, user));
+      co_return succeededResult(co_await run(tool, arguments, user, token));
     } catch (const intents::NeedsValue& thrown) {
       missing = thrown;
     } catch (const RpcError&) {

@@ -1,10 +1,16 @@
 #pragma once
 
 #include "host/Catalogue.h"
+#include "host/Perform.h"
+#include "intents/ActionHost.h"
+#include "platform/Clock.h"
+#include "platform/LogReceiver.h"
 #include "rpc/Peer.h"
 
 #include <boost/json/object.hpp>
+#include <boost/json/value.hpp>
 
+#include <optional>
 #include <string>
 
 namespace tabwright::host {
@@ -13,17 +19,19 @@ namespace tabwright::host {
 /// a tool. An agent calls tools by name and gets their results as structured content and as text.
 ///
 ///     rpc::Peer peer(stream);
-///     ToolServer server(peer, catalogue, "1.0");
+///     ToolServer server(peer, catalogue, clock, "1.0");
 ///     co_await peer.run();
 ///
 /// An action that fails is a tool's result marked as an error, in the words that a user would read, with its kind as
 /// data below "_meta"; so are wrong and missing parameters, since an agent can mend them. A missing value and a
 /// confirmation are asked for (elicitation) where the client can ask its user; elsewhere the result tells which
-/// parameter is missing, and what needs a confirmation is refused. Cancelling a call stops its script.
+/// parameter is missing, and what needs a confirmation is refused. Cancelling a call stops its script. A call that
+/// brings a progress token is told each second that it goes on. The program's log is sent from the level on that the
+/// client sets, and before that not at all.
 class ToolServer {
 public:
-  /// Sets the handlers of `peer`, before it runs. Both references, and the server, outlive the peer's run.
-  ToolServer(rpc::Peer& peer, const Catalogue& catalogue, std::string version);
+  /// Sets the handlers of `peer`, before it runs. The references, and the server, outlive the peer's run.
+  ToolServer(rpc::Peer& peer, const Catalogue& catalogue, platform::Clock& clock, std::string version);
   ToolServer(const ToolServer&) = delete;
   ToolServer& operator=(const ToolServer&) = delete;
 
@@ -31,13 +39,18 @@ private:
   platform::Task<boost::json::value> initialize(boost::json::object params);
   platform::Task<boost::json::value> listTools(boost::json::object params);
   platform::Task<boost::json::value> callTool(boost::json::object params);
+  platform::Task<boost::json::value> setLogLevel(boost::json::object params);
+  platform::Task<ActionResult> run(std::string tool, boost::json::object arguments, intents::ActionHost& user,
+                                   boost::json::value progressToken);
   void requireInitialized() const;
 
   rpc::Peer& peer_;
   const Catalogue& catalogue_;
+  platform::Clock& clock_;
   std::string version_;
   bool isInitialized_ = false;
   bool canElicit_ = false;
+  std::optional<platform::LogListener> log_; ///< once the client has set a level
 };
 
 } // namespace tabwright::host
