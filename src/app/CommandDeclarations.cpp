@@ -91,6 +91,23 @@ void declareMarkdown(CLI::App& program, Choices& choices) {
   });
 }
 
+void declareWorkflow(CLI::App& program, Choices& choices) {
+  CLI::App* workflow = program.add_subcommand("workflow", "Run a list of steps from a file");
+  operand(*workflow, operands::file, choices.workflow.file, "The steps, in YAML; “-” reads standard input")->required();
+  workflow
+      ->add_option("--set", choices.workflow.variables,
+                   "Give a variable of the file another value; may stand more than once")
+      ->type_name("NAME=VALUE")
+      ->expected(1)
+      ->take_all();
+  workflow->add_flag("--dry-run", choices.isDryRun, "Check the file and tell what would run");
+  workflow->callback([&choices] {
+    if (choices.isDryRun)
+      choices.workflow.mode = WorkflowCommand::Mode::dryRun;
+    choices.chosen = [&choices] { return app::workflow(choices.workflow); };
+  });
+}
+
 void declareBrowser(CLI::App& program, Choices& choices) {
   CLI::App* browser =
       program.add_subcommand("browser", "Start a browser to drive, with a profile of its own and remote debugging on");
@@ -135,6 +152,7 @@ void declareCommands(CLI::App& program, Choices& choices) {
   declareRun(program, choices);
   declareActions(program, choices);
   declareAppleScript(program, choices);
+  declareWorkflow(program, choices);
   declareMarkdown(program, choices);
   declareBrowser(program, choices);
   declareAgents(program, choices);

@@ -26,6 +26,8 @@ struct Choices {
   bool checks = false;
   MarkdownCommand markdown;
   bool isRichText = false;
+  WorkflowCommand workflow;
+  bool isDryRun = false;
   BrowserCommand browser;
   std::string address;
   std::string shell;

@@ -24,6 +24,7 @@ constexpr Row rows[]{
     {"UsageError", "", ExitCode::wrongUse},
     {"NeedsValue", "", ExitCode::wrongUse},
     {"ValueError", "", ExitCode::wrongUse},
+    {"InvalidWorkflow", "", ExitCode::wrongUse},
     {"NoBrowser", "", ExitCode::noBrowser},
     {"ScriptacularError", "browserNotFound", ExitCode::noBrowser},
     {"ScriptacularError", "javascriptFromAppleEventsDisabled", ExitCode::noBrowser},
@@ -35,6 +36,8 @@ constexpr Row rows[]{
 // Numbers by which a script says that an application isn't there: not running, connection lost, not authorised.
 constexpr int unreachableNumbers[]{-600, -609, -1743};
 
+} // namespace
+
 // A browser that can't be found may be one that doesn't run, which that failure's own words don't tell.
 std::string_view hintFor(const platform::Failure& failure) {
   if (failure.identity().caseName != "browserNotFound")
@@ -45,8 +48,6 @@ std::string_view hintFor(const platform::Failure& failure) {
   }
   return "No supported browser is running now. “tabwright browser chromium” starts one.\n";
 }
-
-} // namespace
 
 ExitCode exitCodeOf(const platform::Failure& failure) {
   const platform::FailureIdentity identity = failure.identity();

@@ -4,6 +4,7 @@
 #include "platform/Failure.h"
 
 #include <string>
+#include <string_view>
 
 namespace tabwright::app {
 
@@ -22,6 +23,9 @@ struct FailureReport {
 /// The same as the command line words it: with the program's name before the sentence, and with what to do about a
 /// browser that isn't found behind it.
 [[nodiscard]] FailureReport commandReportOf(const platform::Failure& failure, ReportForm form);
+
+/// That last line alone: what to do about a failure, with its line feed; empty for most.
+[[nodiscard]] std::string_view hintFor(const platform::Failure& failure);
 
 /// The exit code alone: 2 for wrong use and missing values, 3 where no browser could be reached, else 1.
 [[nodiscard]] ExitCode exitCodeOf(const platform::Failure& failure);

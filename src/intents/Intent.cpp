@@ -5,6 +5,7 @@
 #include "platform/StringCatalogue.h"
 
 #include <algorithm>
+#include <iterator>
 #include <stdexcept>
 
 namespace tabwright::intents {
@@ -52,12 +53,18 @@ LocalizedText Intent::summaryText(const SummaryRow& row) const {
   return {"intent." + name_ + ".parameterSummary" + (row.key.empty() ? " " : "." + row.key + " "), table_};
 }
 
-const ParameterBase* Intent::missingParameter() const {
+std::vector<const ParameterBase*> Intent::missingParameters() const {
   const SummaryRow& row = summary_.current();
-  const auto missing = std::ranges::find_if(parameters_, [&](const ParameterBase* parameter) {
+  std::vector<const ParameterBase*> missing;
+  std::ranges::copy_if(parameters_, std::back_inserter(missing), [&](const ParameterBase* parameter) {
     return parameter->declaration().presence == Presence::required && !parameter->hasValue() && row.shows(*parameter);
   });
-  return missing == parameters_.end() ? nullptr : *missing;
+  return missing;
+}
+
+const ParameterBase* Intent::missingParameter() const {
+  const std::vector<const ParameterBase*> missing = missingParameters();
+  return missing.empty() ? nullptr : missing.front();
 }
 
 bool Intent::isAlwaysNeeded(const ParameterBase& parameter) const {

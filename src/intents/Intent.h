@@ -40,8 +40,10 @@ public:
   [[nodiscard]] LocalizedText summaryText(const SummaryRow& row) const;
   [[nodiscard]] virtual ValueType resultType() const = 0;
 
-  /// The first parameter that must be given and hasn't been: required, shown by the summary as the values are now, and
-  /// without a value. Null when the action can run.
+  /// The parameters that must be given and haven't been: required, shown by the summary as the values are now, and
+  /// without a value. The action can run when there are none.
+  [[nodiscard]] std::vector<const ParameterBase*> missingParameters() const;
+  /// The first of them, or null.
   [[nodiscard]] const ParameterBase* missingParameter() const;
   /// Whether the parameter must be given whatever the others say: required, without a value so far, and shown by every
   /// form of the summary.

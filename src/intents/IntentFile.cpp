@@ -1,5 +1,5 @@
-// Files cross as JSON objects whose data is in base 64 (RFC 4648, with padding), since a file may hold any bytes. One that
-// has been written somewhere crosses by its path.
+// Files cross as JSON objects whose data is in base 64 (RFC 4648, with padding), since a file may hold any bytes. One
+// that has been written somewhere crosses by its path.
 #include "intents/IntentFile.h"
 
 #include "intents/ValueTraits.h"

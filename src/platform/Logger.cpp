@@ -1,5 +1,5 @@
-// One list of receivers for the whole process: the program's own, without an owner, and listeners. Whether a level is on
-// is a single atomic read, so that a log that is off costs nothing; lines take a shared lock to get at the list.
+// One list of receivers for the whole process: the program's own, without an owner, and listeners. Whether a level is
+// on is a single atomic read, so that a log that is off costs nothing; lines take a shared lock to get at the list.
 #include "platform/Logger.h"
 
 #include "platform/LogReceiver.h"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <fmt/core.h>
+
 #include <string>
 #include <string_view>
 #include <utility>
@@ -9,8 +10,8 @@ namespace tabwright::platform {
 
 enum class LogLevel { debug, info, error };
 
-/// Writes lines of one subsystem and category, as `[time] [level] [category] text`, to the sink that the program has set
-/// up: by default nowhere. Cheap when the level is off: the arguments are not formatted then.
+/// Writes lines of one subsystem and category, as `[time] [level] [category] text`, to the sink that the program has
+/// set up: by default nowhere. Cheap when the level is off: the arguments are not formatted then.
 ///
 ///     static const Logger log("Scriptacular");
 ///     log.debug("Arguments: {}", text);

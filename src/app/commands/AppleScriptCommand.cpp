@@ -1,13 +1,13 @@
 #include "app/Composition.h"
 #include "app/FailureReport.h"
 #include "app/Interruptible.h"
+#include "app/PlacedText.h"
 #include "app/TextInput.h"
 #include "app/commands/Commands.h"
 #include "applescript/Interpreter.h"
 
 #include <fmt/core.h>
 
-#include <algorithm>
 #include <iostream>
 #include <string_view>
 
@@ -16,31 +16,10 @@ namespace {
 
 using applescript::ScriptError;
 
-std::size_t characterCount(std::string_view utf8) {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(utf8, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0u) != 0x80u; }));
-}
-
-// NAME:LINE:COLUMN: SENTENCE, the line of the script, and carets below what the error is about.
 std::string placed(const ScriptError& error, std::string_view source, const std::string& name) {
   if (!error.range() || error.range()->offset > source.size())
     return fmt::format("{}: {}\n", name, error.errorDescription());
-  const applescript::SourceRange range = *error.range();
-  const applescript::SourcePosition position = applescript::positionOf(source, range.offset);
-  const std::size_t start = range.offset == 0 ? 0 : source.find_last_of("\r\n", range.offset - 1) + 1;
-  const std::size_t end = std::min(source.find_first_of("\r\n", range.offset), source.size());
-  const std::string_view line = source.substr(start, end - start);
-  std::string margin;
-  for (const char character : source.substr(start, range.offset - start)) {
-    if (character == '\t')
-      margin += '\t';
-    else if ((static_cast<unsigned char>(character) & 0xC0u) != 0x80u)
-      margin += ' ';
-  }
-  const std::size_t marked = std::min(range.length, end - range.offset);
-  const std::size_t carets = std::max<std::size_t>(1, characterCount(source.substr(range.offset, marked)));
-  return fmt::format("{}:{}:{}: {}\n{}\n{}{}\n", name, position.line, position.column, error.errorDescription(), line,
-                     margin, std::string(carets, '^'));
+  return placedText(name, source, error.range()->offset, error.range()->length, error.errorDescription());
 }
 
 } // namespace

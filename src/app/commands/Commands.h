@@ -60,6 +60,16 @@ struct MarkdownCommand {
 /// selection.
 ExitCode markdown(const MarkdownCommand& command);
 
+struct WorkflowCommand {
+  enum class Mode { run, dryRun };
+  std::string file;                   ///< "-" for standard input
+  std::vector<std::string> variables; ///< "NAME=VALUE", in place of the file's values
+  Mode mode = Mode::run;
+};
+/// `tabwright workflow`: checks a file of steps against the catalogue, and runs them, or tells what would run. What
+/// steps print goes to standard output, progress to standard error where that is a terminal.
+ExitCode workflow(const WorkflowCommand& command);
+
 struct BrowserCommand {
   std::string browser;
   std::optional<std::string> address;

@@ -43,9 +43,8 @@ platform::LogReceiver logMessagesTo(rpc::Peer::Notifier client) {
   return [client = std::move(client)](LogLevel level, std::string_view category, std::string_view text) {
     const auto name = std::ranges::find(levels, level, &LevelRow::lowest);
     // Lines of errors are the program's worst, "error" for a client that asked for "notice" as well.
-    client("notifications/message", {{"level", level == LogLevel::error ? "error" : name->name},
-                                     {"logger", category},
-                                     {"data", text}});
+    client("notifications/message",
+           {{"level", level == LogLevel::error ? "error" : name->name}, {"logger", category}, {"data", text}});
   };
 }
 

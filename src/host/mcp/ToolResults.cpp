@@ -63,7 +63,8 @@ json::object succeededResult(ActionResult result) {
   json::array files;
   embedFiles(result, files);
   const json::string* text = result.value.if_string();
-  json::array content{json::object{{"type", "text"}, {"text", text ? *text : json::string(json::serialize(result.value))}}};
+  json::array content{
+      json::object{{"type", "text"}, {"text", text ? *text : json::string(json::serialize(result.value))}}};
   content.insert(content.end(), files.begin(), files.end());
   answer["content"] = std::move(content);
   return answer;

@@ -1,0 +1,39 @@
+#include "app/PlacedText.h"
+
+#include "applescript/syntax/SourceRange.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+
+namespace tabwright::app {
+namespace {
+
+bool beginsCharacter(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0u) != 0x80u;
+}
+
+} // namespace
+
+std::string placedText(const std::string& name, std::string_view source, std::size_t offset, std::size_t length,
+                       std::string_view sentence) {
+  offset = std::min(offset, source.size());
+  const applescript::SourcePosition position = applescript::positionOf(source, offset);
+  const std::size_t start = offset == 0 ? 0 : source.find_last_of("\r\n", offset - 1) + 1;
+  const std::size_t end = std::min(source.find_first_of("\r\n", offset), source.size());
+  const std::string_view line = source.substr(start, end - start);
+  std::string margin;
+  for (const char character : source.substr(start, offset - start)) {
+    if (character == '\t')
+      margin += '\t';
+    else if (beginsCharacter(character))
+      margin += ' ';
+  }
+  const std::string_view marked = source.substr(offset, std::min(length, end - offset));
+  const auto carets =
+      static_cast<std::size_t>(std::max<std::ptrdiff_t>(1, std::ranges::count_if(marked, beginsCharacter)));
+  return fmt::format("{}:{}:{}: {}\n{}\n{}{}\n", name, position.line, position.column, sentence, line, margin,
+                     std::string(carets, '^'));
+}
+
+} // namespace tabwright::app

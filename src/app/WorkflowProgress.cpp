@@ -1,0 +1,66 @@
+#include "app/WorkflowProgress.h"
+
+#include "host/workflow/StepWords.h"
+#include "platform/TerminalCells.h"
+
+#include <fmt/core.h>
+
+#include <variant>
+
+namespace tabwright::app {
+
+namespace workflow = host::workflow;
+
+namespace {
+
+constexpr std::size_t spaceForTheEnd = 12; // " … failed", " … 12.34 s"
+
+bool isAction(const workflow::Step& step) {
+  return std::holds_alternative<workflow::ActionStep>(step.work);
+}
+
+// Steps with others inside are told of before these.
+bool isShownFirst(const workflow::Step& step) {
+  return std::holds_alternative<workflow::IfStep>(step.work) || std::holds_alternative<workflow::TryStep>(step.work);
+}
+
+} // namespace
+
+std::string WorkflowProgress::lineFor(const workflow::Step& step, std::size_t depth, const std::string& text) const {
+  const std::string start = fmt::format("{:>4}  {:{}}", step.place.line, "", depth * 2);
+  const std::size_t taken = start.size() + spaceForTheEnd;
+  return start + platform::fitted(platform::onOneLine(text), width_ > taken ? width_ - taken : 1);
+}
+
+WorkflowProgress::~WorkflowProgress() {
+  if (isLineOpen_) // it was interrupted
+    terminal_ << std::endl;
+}
+
+void WorkflowProgress::stepBegins(const workflow::Step& step, const workflow::Variables& variables, std::size_t depth) {
+  isLineOpen_ = isAction(step);
+  if (isLineOpen_)
+    terminal_ << lineFor(step, depth, workflow::describe(step, variables)) << " … " << std::flush;
+  else if (isShownFirst(step))
+    terminal_ << lineFor(step, depth, workflow::describe(step, variables)) << '\n';
+  began_ = clock_.secondsSinceReferenceDate();
+}
+
+void WorkflowProgress::stepEnds(const workflow::Step& step, std::size_t, const std::string& failure) {
+  if (!isAction(step))
+    return;
+  terminal_ << (failure.empty() ? fmt::format("{:.2f} s", clock_.secondsSinceReferenceDate() - began_) : "failed")
+            << std::endl;
+  isLineOpen_ = false;
+}
+
+void WorkflowProgress::roundBegins(const workflow::Step& step, std::size_t depth, std::size_t round,
+                                   std::size_t rounds) {
+  terminal_ << lineFor(step, depth, fmt::format("repeat {} of {}", round, rounds)) << '\n';
+}
+
+void WorkflowProgress::printed(const std::string& text) {
+  output_ << text << std::endl;
+}
+
+} // namespace tabwright::app

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "host/workflow/WorkflowRunner.h"
+#include "platform/Clock.h"
+
+#include <cstddef>
+#include <ostream>
+#include <string>
+
+namespace tabwright::app {
+
+/// Shows a person at a terminal what a workflow does: a line per step that does something, with the number of its line
+/// in the file and, behind it, how long it took or that it failed. What steps print goes to `output`.
+class WorkflowProgress final : public host::workflow::WorkflowObserver {
+public:
+  /// `terminal` is `width` cells wide; both streams and the clock outlive the view.
+  WorkflowProgress(std::ostream& terminal, std::size_t width, std::ostream& output, const platform::Clock& clock)
+      : terminal_(terminal), width_(width), output_(output), clock_(clock) {}
+
+  ~WorkflowProgress() override;
+  WorkflowProgress(const WorkflowProgress&) = delete;
+  WorkflowProgress& operator=(const WorkflowProgress&) = delete;
+
+  void stepBegins(const host::workflow::Step& step, const host::workflow::Variables& variables,
+                  std::size_t depth) override;
+  void stepEnds(const host::workflow::Step& step, std::size_t depth, const std::string& failure) override;
+  void roundBegins(const host::workflow::Step& step, std::size_t depth, std::size_t round, std::size_t rounds) override;
+  void printed(const std::string& text) override;
+
+private:
+  [[nodiscard]] std::string lineFor(const host::workflow::Step& step, std::size_t depth, const std::string& text) const;
+
+  std::ostream& terminal_;
+  std::size_t width_;
+  std::ostream& output_;
+  const platform::Clock& clock_;
+  double began_ = 0;
+  bool isLineOpen_ = false; ///< an action is under way
+};
+
+/// Prints what steps print, and shows nothing else: for pipes.
+class WorkflowOutput final : public host::workflow::WorkflowObserver {
+public:
+  explicit WorkflowOutput(std::ostream& output) : output_(output) {}
+
+  void stepBegins(const host::workflow::Step&, const host::workflow::Variables&, std::size_t) override {}
+  void stepEnds(const host::workflow::Step&, std::size_t, const std::string&) override {}
+  void roundBegins(const host::workflow::Step&, std::size_t, std::size_t, std::size_t) override {}
+  void printed(const std::string& text) override { output_ << text << std::endl; } // at once, for who waits for it
+
+private:
+  std::ostream& output_;
+};
+
+} // namespace tabwright::app

@@ -1,0 +1,79 @@
+#include "app/Composition.h"
+#include "app/FailureReport.h"
+#include "app/Interruptible.h"
+#include "app/PlacedText.h"
+#include "app/ResultView.h"
+#include "app/TerminalHost.h"
+#include "app/TextInput.h"
+#include "app/WorkflowProgress.h"
+#include "app/commands/Commands.h"
+#include "host/workflow/StepWords.h"
+#include "host/workflow/WorkflowCheck.h"
+#include "host/workflow/WorkflowReader.h"
+#include "host/workflow/WorkflowRunner.h"
+#include "intents/UsageError.h"
+#include "platform/linux/SystemClock.h"
+
+#include <iostream>
+#include <map>
+#include <memory>
+#include <unistd.h>
+
+namespace tabwright::app {
+
+namespace flow = host::workflow;
+
+namespace {
+
+std::map<std::string, std::string> givenVariables(const std::vector<std::string>& assignments) {
+  std::map<std::string, std::string> given;
+  for (const std::string& assignment : assignments) {
+    const std::size_t sign = assignment.find('=');
+    if (sign == std::string::npos || sign == 0)
+      throw intents::UsageError("--set wants NAME=VALUE, not “" + assignment + "”.");
+    if (!given.emplace(assignment.substr(0, sign), assignment.substr(sign + 1)).second)
+      throw intents::UsageError("“" + assignment.substr(0, sign) + "” is set twice.");
+  }
+  return given;
+}
+
+std::unique_ptr<flow::WorkflowObserver> observer(const platform::Clock& clock) {
+  if (::isatty(STDERR_FILENO) == 1)
+    return std::make_unique<WorkflowProgress>(std::cerr, terminalWidth(), std::cout, clock);
+  return std::make_unique<WorkflowOutput>(std::cout);
+}
+
+} // namespace
+
+ExitCode workflow(const WorkflowCommand& command) {
+  const std::string source = command.file == "-" ? readStandardInput() : readTextFile(command.file);
+  const std::string name = command.file == "-" ? "standard input" : command.file;
+  const auto tell = [&](flow::Place place, const std::string& sentence) {
+    std::cerr << placedText(name, source, place.offset, place.length, sentence);
+  };
+  try {
+    const flow::Workflow steps = flow::readWorkflow(source);
+    Composition composition;
+    flow::checkWorkflow(steps, composition.catalogue());
+    const flow::Variables variables = flow::firstVariables(steps, givenVariables(command.variables));
+    if (command.mode == WorkflowCommand::Mode::dryRun) {
+      std::cout << flow::outline(steps, variables);
+      return ExitCode::done;
+    }
+    const platform::SystemClock clock;
+    const auto watching = observer(clock);
+    TerminalHost user;
+    runInterruptibly(flow::runWorkflow(steps, variables, composition.catalogue(), user, *watching));
+    return ExitCode::done;
+  } catch (const flow::InvalidWorkflow& invalid) {
+    for (const flow::Problem& problem : invalid.problems())
+      tell(problem.place, problem.sentence);
+    return exitCodeOf(invalid);
+  } catch (const flow::StepFailure& failure) {
+    tell(failure.place(), failure.errorDescription());
+    std::cerr << hintFor(failure);
+    return exitCodeOf(failure);
+  }
+}
+
+} // namespace tabwright::app

@@ -1,0 +1,224 @@
+#include "host/workflow/Expression.h"
+
+#include <boost/json/array.hpp>
+#include <boost/json/object.hpp>
+#include <boost/json/parse.hpp>
+#include <boost/json/serialize.hpp>
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <utility>
+
+namespace tabwright::host::workflow {
+
+namespace json = boost::json;
+
+namespace {
+
+constexpr std::string_view opening = "${";
+constexpr std::string_view escaped = "$${";
+
+bool isNameCharacter(char character) {
+  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
+         (character >= '0' && character <= '9') || character == '_' || character == '-';
+}
+
+Path parsePath(std::string_view text, Place place) {
+  Path path;
+  std::string_view rest = text;
+  for (;;) {
+    const std::size_t dot = rest.find('.');
+    const std::string_view name = rest.substr(0, dot);
+    if (name.empty() || !std::ranges::all_of(name, isNameCharacter))
+      throw Problem{place,
+                    fmt::format("${{{}}} is no path: it is a variable’s name, and perhaps members behind dots, such "
+                                "as ${{tabs.0.title}}. $${{ stands for ${{ itself.",
+                                text)};
+    if (path.variable.empty())
+      path.variable = name;
+    else
+      path.members.emplace_back(name);
+    if (dot == std::string_view::npos)
+      return path;
+    rest.remove_prefix(dot + 1);
+  }
+}
+
+std::optional<std::size_t> indexIn(std::string_view member) {
+  std::size_t index = 0;
+  const auto [end, error] = std::from_chars(member.data(), member.data() + member.size(), index);
+  if (error != std::errc() || end != member.data() + member.size())
+    return std::nullopt;
+  return index;
+}
+
+std::optional<json::value> memberOf(const json::value& value, const std::string& member) {
+  if (const json::object* object = value.if_object()) {
+    const json::value* found = object->if_contains(member);
+    return found ? std::optional(*found) : std::nullopt;
+  }
+  if (const json::string* text = value.if_string()) {
+    boost::system::error_code error;
+    const json::value held = json::parse(*text, error);
+    return !error && held.is_structured() ? memberOf(held, member) : std::nullopt;
+  }
+  const json::array* list = value.if_array();
+  if (!list)
+    return std::nullopt;
+  if (member == "count")
+    return json::value(list->size());
+  const std::optional<std::size_t> index = indexIn(member);
+  return index && *index < list->size() ? std::optional((*list)[*index]) : std::nullopt;
+}
+
+std::string whyNot(const json::value& value, const std::string& member, const std::string& way) {
+  if (const json::array* list = value.if_array())
+    return fmt::format("{} is a list of {}: it has no “{}”.", way, list->size(), member);
+  if (value.is_object())
+    return fmt::format("{} has no member “{}”.", way, member);
+  return fmt::format("{} is {}, which has no members.", way, json::serialize(value));
+}
+
+json::value valueOf(const Path& path, const Variables& variables, Place place) {
+  const auto variable = variables.find(path.variable);
+  if (variable == variables.end())
+    throw Problem{place, fmt::format("${{{}}} has no value: the step that gives it has not run.", path.variable)};
+  json::value value = variable->second;
+  std::string way = "${" + path.variable + "}";
+  for (const std::string& member : path.members) {
+    std::optional<json::value> next = memberOf(value, member);
+    if (!next)
+      throw Problem{place, whyNot(value, member, way)};
+    value = std::move(*next);
+    way.insert(way.size() - 1, "." + member);
+  }
+  return value;
+}
+
+json::value textValue(const Expression::Text& text, const Variables& variables, Place place) {
+  if (text.pieces.size() == 1) {
+    if (const Path* path = std::get_if<Path>(&text.pieces.front()))
+      return valueOf(*path, variables, place);
+  }
+  std::string whole;
+  for (const Expression::Piece& piece : text.pieces) {
+    if (const Path* path = std::get_if<Path>(&piece))
+      whole += textOf(valueOf(*path, variables, place));
+    else
+      whole += std::get<std::string>(piece);
+  }
+  return json::value(whole);
+}
+
+} // namespace
+
+std::string Path::text() const {
+  std::string text = variable;
+  for (const std::string& member : members)
+    text += "." + member;
+  return text;
+}
+
+Expression textExpression(std::string_view text, Place place) {
+  Expression::Text parsed;
+  std::string plain;
+  while (!text.empty()) {
+    if (text.starts_with(escaped)) {
+      plain += opening;
+      text.remove_prefix(escaped.size());
+    } else if (text.starts_with(opening)) {
+      const std::size_t end = text.find('}');
+      if (end == std::string_view::npos)
+        throw Problem{place, "“${” has no end: a path stands between ${ and }. $${ stands for ${ itself."};
+      if (!plain.empty())
+        parsed.pieces.emplace_back(std::exchange(plain, {}));
+      parsed.pieces.emplace_back(parsePath(text.substr(opening.size(), end - opening.size()), place));
+      text.remove_prefix(end + 1);
+    } else {
+      plain += text.front();
+      text.remove_prefix(1);
+    }
+  }
+  if (parsed.pieces.empty())
+    return {json::value(plain), place};
+  if (!plain.empty())
+    parsed.pieces.emplace_back(std::move(plain));
+  return {std::move(parsed), place};
+}
+
+void forEachPath(const Expression& expression, const std::function<void(const Path&, Place)>& visit) {
+  if (const auto* text = std::get_if<Expression::Text>(&expression.form)) {
+    for (const Expression::Piece& piece : text->pieces) {
+      if (const Path* path = std::get_if<Path>(&piece))
+        visit(*path, expression.place);
+    }
+  } else if (const auto* list = std::get_if<Expression::List>(&expression.form)) {
+    for (const Expression& item : list->items)
+      forEachPath(item, visit);
+  } else if (const auto* map = std::get_if<Expression::Map>(&expression.form)) {
+    for (const auto& [name, member] : map->members)
+      forEachPath(member, visit);
+  }
+}
+
+bool hasPaths(const Expression& expression) {
+  bool found = false;
+  forEachPath(expression, [&found](const Path&, Place) { found = true; });
+  return found;
+}
+
+json::value evaluate(const Expression& expression, const Variables& variables) {
+  if (const auto* text = std::get_if<Expression::Text>(&expression.form))
+    return textValue(*text, variables, expression.place);
+  if (const auto* list = std::get_if<Expression::List>(&expression.form)) {
+    json::array items;
+    for (const Expression& item : list->items)
+      items.push_back(evaluate(item, variables));
+    return items;
+  }
+  if (const auto* map = std::get_if<Expression::Map>(&expression.form)) {
+    json::object members;
+    for (const auto& [name, member] : map->members)
+      members[name] = evaluate(member, variables);
+    return members;
+  }
+  return std::get<json::value>(expression.form);
+}
+
+std::string textOf(const json::value& value) {
+  const json::string* text = value.if_string();
+  return text ? std::string(*text) : json::serialize(value);
+}
+
+std::string preview(const Expression& expression, const Variables& variables) {
+  if (const auto* text = std::get_if<Expression::Text>(&expression.form)) {
+    std::string whole;
+    for (const Expression::Piece& piece : text->pieces) {
+      const Path* path = std::get_if<Path>(&piece);
+      if (!path)
+        whole += std::get<std::string>(piece);
+      else if (variables.contains(path->variable))
+        whole += textOf(valueOf(*path, variables, expression.place));
+      else
+        whole += "${" + path->text() + "}";
+    }
+    return whole;
+  }
+  std::string whole;
+  const auto add = [&](const std::string& item) { whole += (whole.empty() ? "" : ", ") + item; };
+  if (const auto* list = std::get_if<Expression::List>(&expression.form)) {
+    for (const Expression& item : list->items)
+      add(preview(item, variables));
+    return "[" + whole + "]";
+  }
+  if (const auto* map = std::get_if<Expression::Map>(&expression.form)) {
+    for (const auto& [name, member] : map->members)
+      add(name + ": " + preview(member, variables));
+    return "{" + whole + "}";
+  }
+  return textOf(std::get<json::value>(expression.form));
+}
+
+} // namespace tabwright::host::workflow

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "host/workflow/Problem.h"
+
+#include <boost/json/value.hpp>
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace tabwright::host::workflow {
+
+/// The values that steps have given so far, by name.
+using Variables = std::map<std::string, boost::json::value, std::less<>>;
+
+/// What stands in `${…}`: a variable, and perhaps a way into its value. A member is a key of an object, or the index of
+/// an item of a list, from 0; "count" is the number of items of a list. A text that holds an object or a list as JSON,
+/// such as the result of JavaScript, can be gone into like these.
+struct Path {
+  std::string variable;
+  std::vector<std::string> members;
+
+  /// As it is written, without `${}`.
+  [[nodiscard]] std::string text() const;
+  friend bool operator==(const Path&, const Path&) = default;
+};
+
+/// A value of a workflow's file, in which paths stand for values that are known only when the step runs.
+///
+/// A text that is one path and nothing else has that value, of whatever kind; in a longer text paths are replaced by
+/// texts, values other than texts by their JSON. `$${` stands for `${` itself.
+struct Expression {
+  using Piece = std::variant<std::string, Path>;
+  struct Text {
+    std::vector<Piece> pieces;
+  };
+  struct List {
+    std::vector<Expression> items;
+  };
+  struct Map {
+    std::vector<std::pair<std::string, Expression>> members;
+  };
+
+  /// A value without paths, or one that holds some.
+  std::variant<boost::json::value, Text, List, Map> form;
+  Place place;
+};
+
+/// The expression of a text. Throws `Problem` for an opening `${` without its end, and for what can't be a path.
+[[nodiscard]] Expression textExpression(std::string_view text, Place place);
+
+[[nodiscard]] bool hasPaths(const Expression& expression);
+void forEachPath(const Expression& expression, const std::function<void(const Path&, Place)>& visit);
+
+/// The value now. Throws `Problem` for a variable that no step has given, and for a way that doesn't exist.
+[[nodiscard]] boost::json::value evaluate(const Expression& expression, const Variables& variables);
+
+/// A value as text: texts as they are, others as JSON.
+[[nodiscard]] std::string textOf(const boost::json::value& value);
+
+/// As it would be evaluated, but with those paths left as they are written whose variable isn't there.
+[[nodiscard]] std::string preview(const Expression& expression, const Variables& variables);
+
+} // namespace tabwright::host::workflow

@@ -1,0 +1,99 @@
+#pragma once
+
+#include "host/workflow/Expression.h"
+#include "host/workflow/Problem.h"
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+/// A workflow as it stands in its file: a list of steps that run one after the other. docs/workflows.md describes the
+/// file for those who write one.
+namespace tabwright::host::workflow {
+
+struct Step;
+using Steps = std::vector<Step>;
+
+/// A name that the file gives: of a variable, a parameter, an action.
+struct Name {
+  std::string text;
+  Place place;
+};
+
+struct NamedExpression {
+  Name name;
+  Expression value;
+};
+
+/// Performs an action of the catalogue; its result becomes a variable.
+struct ActionStep {
+  Name action;
+  std::vector<NamedExpression> parameters;
+  std::optional<Name> result;
+};
+
+/// Runs its steps once for each item of a list.
+struct RepeatStep {
+  Expression list;
+  Name item;
+  Steps steps;
+};
+
+/// A question to values that is answered yes or no.
+struct Condition {
+  enum class Kind {
+    isTrue,   ///< `value` is none of null, false, 0, "" and what is empty
+    equals,   ///< `value` is `other`; a number and a text that reads alike count as equal
+    contains, ///< the text `value` holds the text `other`, or the list `value` the item `other`
+    no,       ///< the only one of `parts` is answered no
+    all,
+    any
+  };
+  Kind kind = Kind::isTrue;
+  Expression value;
+  Expression other;
+  std::vector<Condition> parts;
+};
+
+struct IfStep {
+  Condition condition;
+  Steps then;
+  Steps otherwise;
+};
+
+/// Runs steps, and when one of them fails the others, for which `error` says why.
+struct TryStep {
+  Steps steps;
+  Steps otherwise;
+};
+
+struct SetStep {
+  std::vector<NamedExpression> values;
+};
+
+/// Adds a value to a list.
+struct AppendStep {
+  NamedExpression value;
+};
+
+struct PrintStep {
+  Expression value;
+};
+
+struct Step {
+  std::variant<ActionStep, RepeatStep, IfStep, TryStep, SetStep, AppendStep, PrintStep> work;
+  std::optional<Expression> title; ///< as the file names it
+  Place place;                     ///< of the key that says what the step does
+};
+
+/// The variable of a try step's `otherwise`: an object with type, case, number and message.
+inline constexpr const char* errorVariable = "error";
+
+struct Workflow {
+  std::string title;
+  std::vector<NamedExpression> variables; ///< values without paths; null where one must be given from outside
+  Steps steps;
+};
+
+} // namespace tabwright::host::workflow

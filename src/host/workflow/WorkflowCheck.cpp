@@ -1,0 +1,266 @@
+// Goes through the steps in the order of the file, which is the order in which variables come to be, and keeps what
+// type each has. A variable that only some branch gives counts as given: whether it was is known at the run.
+#include "host/workflow/WorkflowCheck.h"
+
+#include "host/NearestNames.h"
+#include "host/ParameterReader.h"
+#include "intents/EntityDeclaration.h"
+#include "intents/UsageError.h"
+#include "platform/AsciiCase.h"
+
+#include <boost/json/parse.hpp>
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace tabwright::host::workflow {
+
+namespace json = boost::json;
+using intents::ValueKind;
+using intents::ValueType;
+
+namespace {
+
+/// Nothing where it can't be known.
+using KnownType = std::optional<ValueType>;
+
+bool isIndex(std::string_view member) {
+  return std::ranges::all_of(member, [](char digit) { return digit >= '0' && digit <= '9'; });
+}
+
+class Check {
+public:
+  explicit Check(const Catalogue& catalogue) : catalogue_(catalogue) {}
+
+  std::vector<Problem> problemsOf(const Workflow& workflow) {
+    for (const NamedExpression& variable : workflow.variables)
+      types_[variable.name.text] = std::nullopt;
+    check(workflow.steps);
+    return std::move(problems_);
+  }
+
+private:
+  void complain(Place place, std::string sentence) { problems_.push_back({place, std::move(sentence)}); }
+
+  void check(const Steps& steps) {
+    for (const Step& step : steps) {
+      if (step.title)
+        check(*step.title);
+      std::visit([this, &step](const auto& work) { check(work, step); }, step.work);
+    }
+  }
+
+  void check(const ActionStep& step, const Step&) {
+    try {
+      const auto action = catalogue_.make(step.action.text);
+      checkParameters(step, *action);
+      if (!step.result)
+        return;
+      const ValueType type = action->resultType();
+      if (type.kind == ValueKind::nothing)
+        complain(step.result->place, action->name() + " gives no result.");
+      else
+        types_[step.result->text] = type;
+    } catch (const intents::UsageError& error) {
+      complain(step.action.place, error.errorDescription());
+      if (step.result)
+        types_[step.result->text] = std::nullopt;
+    }
+  }
+
+  void check(const RepeatStep& step, const Step&) {
+    const KnownType type = check(step.list);
+    KnownType item;
+    if (type && type->isList) {
+      item = type;
+      item->isList = false;
+    } else if (type && type->kind != ValueKind::text) { // a text may hold a list in JSON
+      complain(step.list.place, fmt::format("What is repeated over is a list; this is of type {}.", type->name()));
+    } else if (const auto* value = std::get_if<json::value>(&step.list.form); value && !value->is_array()) {
+      complain(step.list.place, "What is repeated over is a list.");
+    }
+    types_[step.item.text] = item;
+    check(step.steps);
+  }
+
+  void check(const IfStep& step, const Step&) {
+    check(step.condition);
+    check(step.then);
+    check(step.otherwise);
+  }
+
+  void check(const TryStep& step, const Step&) {
+    check(step.steps);
+    types_[errorVariable] = std::nullopt;
+    check(step.otherwise);
+  }
+
+  void check(const SetStep& step, const Step&) {
+    for (const NamedExpression& one : step.values)
+      types_[one.name.text] = check(one.value);
+  }
+
+  void check(const AppendStep& step, const Step&) {
+    check(step.value.value);
+    requireVariable(step.value.name.text, step.value.name.place);
+  }
+
+  void check(const PrintStep& step, const Step&) { check(step.value); }
+
+  void check(const Condition& condition) {
+    check(condition.value);
+    check(condition.other);
+    for (const Condition& part : condition.parts)
+      check(part);
+  }
+
+  // The type of an expression that is one path; nothing for others.
+  KnownType check(const Expression& expression) {
+    KnownType last;
+    forEachPath(expression, [&](const Path& path, Place place) { last = typeAt(path, place); });
+    const auto* text = std::get_if<Expression::Text>(&expression.form);
+    return text && text->pieces.size() == 1 ? last : std::nullopt;
+  }
+
+  bool requireVariable(const std::string& name, Place place) {
+    if (types_.contains(name))
+      return true;
+    std::vector<std::string> names;
+    for (const auto& [known, type] : types_)
+      names.push_back(known);
+    complain(place, fmt::format("No earlier step gives “{}”.{}", name, didYouMean(name, names, "")));
+    return false;
+  }
+
+  KnownType typeAt(const Path& path, Place place) {
+    if (!requireVariable(path.variable, place))
+      return std::nullopt;
+    KnownType type = types_.at(path.variable);
+    std::string way = path.variable;
+    for (const std::string& member : path.members) {
+      if (!type)
+        return std::nullopt;
+      if (type->isList && !isIndex(member) && member != "count") {
+        complain(place,
+                 fmt::format("{} is a list: an item has its index, from 0, as in ${{{}.0}}, and “count” is their "
+                             "number.",
+                             way, way));
+        return std::nullopt;
+      }
+      if (type->isList && member == "count")
+        return ValueType{.kind = ValueKind::integer};
+      if (type->isList)
+        type->isList = false;
+      else
+        type = typeOfMember(*type, member, way, place);
+      way += "." + member;
+    }
+    return type;
+  }
+
+  KnownType typeOfMember(const ValueType& type, const std::string& member, const std::string& way, Place place) {
+    if (type.kind == ValueKind::entity) {
+      std::vector<std::string> names;
+      for (const intents::PropertyDeclaration& property : type.entity->properties) {
+        if (property.name == member)
+          return property.type;
+        names.emplace_back(property.name);
+      }
+      std::string all;
+      for (const std::string& name : names)
+        all += (all.empty() ? " It has " : ", ") + name;
+      complain(place,
+               fmt::format("{}, a {}, has no “{}”.{}", way, type.name(), member, didYouMean(member, names, all + ".")));
+    } else if (type.kind != ValueKind::text && type.kind != ValueKind::file) { // a text may hold JSON
+      complain(place, fmt::format("{} is of type {}, which has no members.", way, type.name()));
+    }
+    return std::nullopt;
+  }
+
+  void checkParameters(const ActionStep& step, actions::ActionFrame& action) {
+    std::vector<std::string> open; // whose value is known only when the step runs
+    bool hasOpenChoice = false;
+    std::vector<std::string> given;
+    for (const NamedExpression& parameter : step.parameters) {
+      const auto found = std::ranges::find_if(action.parameters(), [&](const intents::ParameterBase* one) {
+        return platform::equalIgnoringCase(one->name(), parameter.name.text);
+      });
+      const bool isKnown = found != action.parameters().end();
+      if (isKnown && std::ranges::count(given, (*found)->name()) > 0)
+        complain(parameter.name.place, (*found)->name() + " is given twice.");
+      if (isKnown)
+        given.push_back((*found)->name());
+      check(parameter.value);
+      if (isKnown && hasPaths(parameter.value)) {
+        open.push_back((*found)->name());
+        hasOpenChoice = hasOpenChoice || (*found)->declaration().type.kind == ValueKind::enumeration;
+        continue;
+      }
+      try {
+        if (const auto text = parameterText(*found, parameter.value, isKnown))
+          readParameters(action, ParameterTexts{{parameter.name.text, *text}});
+      } catch (const intents::UsageError& error) {
+        complain(isKnown ? parameter.value.place : parameter.name.place, error.errorDescription());
+      }
+    }
+    for (const intents::ParameterBase* missing : action.missingParameters()) {
+      const bool counts = !hasOpenChoice || action.isAlwaysNeeded(*missing);
+      if (counts && std::ranges::count(given, missing->name()) == 0)
+        complain(step.action.place, missing->needsValueError().errorDescription());
+    }
+  }
+
+  // Nothing for null, which leaves the default.
+  static std::optional<std::string> parameterText(const intents::ParameterBase* parameter, const Expression& value,
+                                                  bool isKnown) {
+    const json::value known = evaluate(value, {});
+    if (known.is_null())
+      return std::nullopt;
+    if (isKnown && parameter->declaration().type.kind == ValueKind::text && known.is_structured())
+      throw intents::UsageError(
+          fmt::format("{} is a text, not {}.", parameter->name(), known.is_array() ? "a list" : "a map"));
+    return textOf(known);
+  }
+
+  const Catalogue& catalogue_;
+  std::map<std::string, KnownType> types_;
+  std::vector<Problem> problems_;
+};
+
+} // namespace
+
+void checkWorkflow(const Workflow& workflow, const Catalogue& catalogue) {
+  std::vector<Problem> problems = Check(catalogue).problemsOf(workflow);
+  if (!problems.empty())
+    throw InvalidWorkflow(std::move(problems));
+}
+
+Variables firstVariables(const Workflow& workflow, const std::map<std::string, std::string>& given) {
+  Variables variables;
+  std::vector<std::string> names;
+  for (const NamedExpression& one : workflow.variables) {
+    names.push_back(one.name.text);
+    json::value value = evaluate(one.value, {});
+    if (const auto text = given.find(one.name.text); text != given.end()) {
+      boost::system::error_code error;
+      const bool isStructured = value.is_structured();
+      value = isStructured ? json::parse(text->second, error) : json::value(text->second);
+      if (error || value.is_structured() != isStructured)
+        throw intents::UsageError(fmt::format("The variable “{}” is a list or a map: give it as JSON.", one.name.text));
+    }
+    if (value.is_null())
+      throw intents::UsageError(fmt::format("The workflow needs a value of “{}”: give it with --set {}=VALUE.",
+                                            one.name.text, one.name.text));
+    variables[one.name.text] = std::move(value);
+  }
+  for (const auto& [name, text] : given) {
+    if (!variables.contains(name))
+      throw intents::UsageError(fmt::format("The workflow has no variable “{}”.{}", name, didYouMean(name, names, "")));
+  }
+  return variables;
+}
+
+} // namespace tabwright::host::workflow
