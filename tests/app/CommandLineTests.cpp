@@ -162,5 +162,32 @@ TEST_F(CommandLine, listsAndDescribesActionsFromTheCatalogue) {
   EXPECT_THAT(schemas.output, HasSubstr("\"inputSchema\":{"));
 }
 
+TEST_F(CommandLine, runsAWorkflowAndPrintsWhatItsStepsPrint) {
+  const std::string steps = "variables: {who: you}\nsteps:\n  - repeat: [1, 2]\n    as: n\n    steps:\n"
+                            "      - print: ${n} ${who}\n";
+  CommandOutcome outcome = tabwright({"workflow", "-", "--set", "who=me"}, steps);
+  EXPECT_EQ(outcome.output, "1 me\n2 me\n") << outcome.errors;
+  EXPECT_EQ(outcome.errors, "");
+  outcome = tabwright({"workflow", "--dry-run", "-"}, steps);
+  EXPECT_EQ(outcome.output, "   3  repeat for each n in [1, 2]\n   6    print ${n} you\n") << outcome.errors;
+  outcome = tabwright({"workflow", "-", "--set", "how=me"}, steps);
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.errors, StartsWith("tabwright: The workflow has no variable “how”. Did you mean who?"));
+}
+
+TEST_F(CommandLine, showsMistakesAndFailuresOfAWorkflowWithTheirPlaces) {
+  CommandOutcome outcome =
+      tabwright({"workflow", "-"}, "steps:\n  - print: ${ä}\n  - action: ClickElement\n    as: x\n");
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.errors, StartsWith("standard input:2:12: ${ä} is no path"));
+  EXPECT_THAT(outcome.errors, HasSubstr("\n  - print: ${ä}\n           ^^^^\n"));
+
+  outcome =
+      tabwright({"workflow", "-"}, "steps:\n  - action: GetListOfTabs\n    parameters: {targetContext: vivaldi}\n");
+  EXPECT_EQ(outcome.exitCode, 3) << outcome.errors;
+  EXPECT_THAT(outcome.errors, StartsWith("standard input:2:5: GetListOfTabs failed: "));
+  EXPECT_EQ(tabwright({"workflow", "/nowhere.yaml"}).exitCode, 2);
+}
+
 } // namespace
 } // namespace tabwright

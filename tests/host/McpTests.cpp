@@ -177,8 +177,9 @@ TEST_F(McpTest, TellsEachSecondThatACallGoesOn) {
 TEST_F(McpTest, SendsTheLogFromTheLevelOnThatTheClientSets) {
   initialized({});
   const platform::Logger log("Test");
-  EXPECT_EQ(answerTo({{"id", 1}, {"method", "logging/setLevel"}, {"params", {{"level", "loud"}}}}).at("error").at("code"),
-            -32602);
+  EXPECT_EQ(
+      answerTo({{"id", 1}, {"method", "logging/setLevel"}, {"params", {{"level", "loud"}}}}).at("error").at("code"),
+      -32602);
   log.error("dropped");
   for (const char* level : {"debug", "info"}) // the second replaces the first
     EXPECT_EQ(answerTo({{"id", 1}, {"method", "logging/setLevel"}, {"params", {{"level", level}}}}).at("result"),
@@ -187,7 +188,8 @@ TEST_F(McpTest, SendsTheLogFromTheLevelOnThatTheClientSets) {
   std::thread([&log] { log.info("from another thread"); }).join();
   const json::object message = next();
   EXPECT_EQ(message.at("method"), "notifications/message");
-  EXPECT_EQ(message.at("params"), (json::object{{"level", "info"}, {"logger", "Test"}, {"data", "from another thread"}}));
+  EXPECT_EQ(message.at("params"),
+            (json::object{{"level", "info"}, {"logger", "Test"}, {"data", "from another thread"}}));
   log.error("next");
   EXPECT_EQ(next().at("params").at("data"), "next");
 }

@@ -57,6 +57,13 @@ protected:
     return testsupport::runTask(host::perform(catalogue_, action, parameters, nobody_)).value;
   }
 
+  /// All actions, and a host without a user.
+  const host::Catalogue& catalogue() {
+    nameWindows();
+    return catalogue_;
+  }
+  intents::ActionHost& nobody() { return nobody_; }
+
   /// What a run failed with, as "Type.case"; a failed expectation where it didn't.
   static std::string failureOf(const std::function<void()>& run) {
     try {
