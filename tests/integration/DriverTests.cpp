@@ -209,4 +209,37 @@ TEST_F(DriverTest, AServerThatNeverAnswersDoesNotHoldEvaluationsForEver) {
   driver().closeTab(tab, limits());
 }
 
+TEST_F(DriverTest, FollowsTheUserToAnotherBrowserAfterAPauseOnly) {
+  const support::ChromiumProcess other;
+  std::vector<platform::RunningBrowser> order;
+  const auto prefer = [&](const support::ChromiumProcess& first, const support::ChromiumProcess& second) {
+    order = first.find();
+    for (const platform::RunningBrowser& browser : second.find())
+      order.push_back(browser);
+  };
+  const auto driverWith = [&](std::chrono::nanoseconds pause) {
+    return std::make_unique<DevToolsDriver>(chromiumFacts(),
+                                            DevToolsDriverParts{.helperDirectory = support::helperDirectory(),
+                                                                .findRunning = [&order] { return order; },
+                                                                .pauseBetweenRuns = pause});
+  };
+  const auto patient = driverWith(std::chrono::hours(1));
+  const auto keen = driverWith(std::chrono::nanoseconds(0));
+  // Windows of two browsers may have the same number, so a mark in the page tells them apart.
+  const auto markOf = [](DevToolsDriver& driver) {
+    const TabID tab = driver.snapshot(limits())->windows.at(0).tabs.at(0).id;
+    return driver.evaluate(tab, "window.mark = window.mark || performance.timeOrigin + Math.random()", limits());
+  };
+  prefer(chromium(), other);
+  const boost::json::value here = markOf(*patient);
+  EXPECT_EQ(markOf(*keen), here);
+  prefer(other, chromium());
+  EXPECT_NE(markOf(*keen), here);
+  EXPECT_EQ(markOf(*patient), here);
+  prefer(chromium(), other);
+  EXPECT_EQ(markOf(*keen), here);
+  order.clear(); // what can't be found is no reason to let go
+  EXPECT_EQ(markOf(*keen), here);
+}
+
 } // namespace tabwright::scripting

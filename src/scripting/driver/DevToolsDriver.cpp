@@ -4,6 +4,7 @@
 #include "scripting/driver/BrowserLink.h"
 
 #include <chrono>
+#include <utility>
 
 // Every call takes the link to the browser, making it first where there is none, and translates what goes wrong on the
 // way into the driver's own faults: here and nowhere else.
@@ -65,14 +66,32 @@ std::shared_ptr<BrowserLink> DevToolsDriver::currentLink() {
   return link_;
 }
 
+/// Whether a call comes after a pause. The calls of one run stay with one browser, but between runs the user may have
+/// gone on to another.
+bool DevToolsDriver::beginsAnew() {
+  const std::lock_guard lock(mutex_);
+  const auto now = std::chrono::steady_clock::now();
+  return now - std::exchange(called_, now) >= parts_.pauseBetweenRuns;
+}
+
 std::shared_ptr<BrowserLink> DevToolsDriver::requireLink(const CallLimits& callLimits) {
-  if (std::shared_ptr<BrowserLink> link = currentLink())
+  const bool looksAgain = beginsAnew();
+  if (std::shared_ptr<BrowserLink> link = currentLink(); link && !looksAgain)
     return link;
   const CallLimits limits = platform::boundedBy(callLimits, 30s);
   const devtools::Turn::Holder holder = connecting_.take("the browser is being connected", limits);
-  if (std::shared_ptr<BrowserLink> link = currentLink())
-    return link;
-  std::shared_ptr<BrowserLink> link = connect(limits);
+  const std::shared_ptr<BrowserLink> present = currentLink();
+  if (present && !looksAgain)
+    return present;
+  std::shared_ptr<BrowserLink> link;
+  try {
+    link = connect(limits);
+  } catch (const platform::Failure& failure) {
+    if (!present || !present->isOpen())
+      throw;
+    log.error("Which browser is meant can't be told, so the last one counts: {}", failure.errorDescription());
+    return present;
+  }
   const std::lock_guard lock(mutex_);
   link_ = link;
   return link;
@@ -107,6 +126,9 @@ std::shared_ptr<BrowserLink> DevToolsDriver::connect(const CallLimits& limits) {
 /// Null when the browser takes no connections.
 std::shared_ptr<BrowserLink> DevToolsDriver::tryLink(const platform::RunningBrowser& browser,
                                                      const CallLimits& limits) {
+  const std::shared_ptr<BrowserLink> present = currentLink();
+  if (present && present->browser().process == browser.process && present->browser().startTime == browser.startTime)
+    return present;
   const auto endpoint = parts_.discovery.endpoint(browser.profileDirectory, browser.process, browser.owner);
   if (!endpoint) {
     log.debug("Process {} does not accept remote debugging: {}", browser.process, endpoint.error().detail);

@@ -7,6 +7,7 @@
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/driver/BrowserDriver.h"
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -23,6 +24,8 @@ struct DevToolsDriverParts {
   /// The browsers of the driver's kind that run now, the preferred one first. Called from any thread.
   std::function<std::vector<platform::RunningBrowser>()> findRunning;
   devtools::Discovery discovery{};
+  /// A pause between calls this long ends what belongs together: the call after it may go to another browser.
+  std::chrono::nanoseconds pauseBetweenRuns = std::chrono::seconds(1);
 };
 
 /// A browser of the Chromium family, reached over the DevTools protocol.
@@ -31,10 +34,10 @@ struct DevToolsDriverParts {
 ///     DevToolsDriver driver(facts, {helperDirectory, [&] { return platform::RunningBrowsers().find(facts); }});
 ///
 /// Connects on the first call, and again on the first call after its browser has ended. Among several running browsers
-/// of one kind it takes the first found that accepts remote debugging, and stays with it until that ends. Where that
-/// one and others have windows whose order nobody outside knows, they are all asked for their last focus, and the
-/// latest counts. The helper is loaded into each browser on the way. A call without a deadline of its own ends after 30
-/// seconds.
+/// of one kind it takes the first found that accepts remote debugging, and stays with it while calls follow each other;
+/// after a pause it looks again which one is meant. Where that one and others have windows whose order nobody outside
+/// knows, they are all asked for their last focus, and the latest counts. The helper is loaded into each browser on the
+/// way. A call without a deadline of its own ends after 30 seconds.
 class DevToolsDriver final : public BrowserDriver {
 public:
   /// `facts` is a row of the table, and outlives the driver.
@@ -66,6 +69,7 @@ public:
 
 private:
   std::shared_ptr<BrowserLink> currentLink();
+  bool beginsAnew();
   std::shared_ptr<BrowserLink> requireLink(const CallLimits& limits);
   std::shared_ptr<BrowserLink> connect(const CallLimits& limits);
   std::shared_ptr<BrowserLink> tryLink(const platform::RunningBrowser& browser, const CallLimits& limits);
@@ -79,6 +83,7 @@ private:
   devtools::Turn connecting_;
   std::mutex mutex_;
   std::shared_ptr<BrowserLink> link_;
+  std::chrono::steady_clock::time_point called_; // the last call's begin
 };
 
 } // namespace tabwright::scripting
