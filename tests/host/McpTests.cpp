@@ -195,7 +195,7 @@ TEST_F(McpTest, SendsTheLogFromTheLevelOnThatTheClientSets) {
 }
 
 TEST_F(McpTest, AsksTheUserOfAClientThatCan) {
-  initialized({{"elicitation", json::object()}});
+  initialized({{"elicitation", {{"form", json::object()}, {"url", json::object()}}}});
   const json::object question = answerTo(call("ClickElement", {}));
   EXPECT_EQ(question.at("method"), "elicitation/create");
   EXPECT_TRUE(question.at("params").at("requestedSchema").at("properties").as_object().contains("cssSelector"));
@@ -203,12 +203,26 @@ TEST_F(McpTest, AsksTheUserOfAClientThatCan) {
   EXPECT_TRUE(declined.at("result").at("isError").as_bool());
   EXPECT_THAT(bench.scripts, IsEmpty());
 
+  // Nor are an empty value and a client's error taken for a value, or asked about again.
+  for (const char* reply : {R"({"result":{"action":"accept","content":{"cssSelector":""}}})",
+                            R"({"error":{"code":-32603,"message":"no window"}})"}) {
+    json::object useless = json::parse(reply).as_object();
+    useless["id"] = answerTo(call("ClickElement", {})).at("id");
+    const json::object told = answerTo(std::move(useless));
+    EXPECT_EQ(told.at("result").at("_meta").at("com.tabwright/failure").at("case"), "cssSelector") << reply;
+  }
+
   const json::object again = answerTo(call("ClickElement", {}));
   bench.payload = "[true]";
   static_cast<void>(
       answerTo({{"id", again.at("id")}, {"result", {{"action", "accept"}, {"content", {{"cssSelector", "#given"}}}}}}));
   ASSERT_EQ(bench.scripts.size(), 1U);
   EXPECT_THAT(bench.scripts.front(), HasSubstr("#given"));
+}
+
+TEST_F(McpTest, AsksNobodyWhoseClientOnlyOpensPages) {
+  initialized({{"elicitation", {{"url", json::object()}}}});
+  EXPECT_TRUE(answerTo(call("ClickElement", {})).at("result").at("isError").as_bool());
 }
 
 } // namespace

@@ -24,20 +24,33 @@ const json::object* acceptedContent(const json::value& answer) {
 
 } // namespace
 
+// A client that answers with an error can't ask after all.
+platform::Task<std::optional<json::value>> Elicitation::request(json::object question) {
+  try {
+    co_return co_await peer_.request(method, std::move(question));
+  } catch (const rpc::RpcError& error) {
+    if (error.code() == static_cast<int>(rpc::ErrorCode::connectionEnded))
+      throw;
+    co_return std::nullopt;
+  }
+}
+
 platform::Task<std::optional<std::string>> Elicitation::ask(intents::NeedsValue missing) {
   if (!canAsk_)
     co_return std::nullopt;
+  const json::object value{{"type", "string"}, {"title", missing.parameter()}, {"minLength", 1}};
   json::object question{{"message", missing.question()},
                         {"requestedSchema",
                          {{"type", "object"},
-                          {"properties", {{missing.parameter(), {{"type", "string"}, {"title", missing.parameter()}}}}},
+                          {"properties", {{missing.parameter(), value}}},
                           {"required", json::array{missing.parameter()}}}}};
-  const json::value answer = co_await peer_.request(method, std::move(question));
-  const json::object* content = acceptedContent(answer);
-  const json::value* value = content ? content->if_contains(missing.parameter()) : nullptr;
-  if (!value || !value->is_string())
+  const std::optional<json::value> answer = co_await request(std::move(question));
+  const json::object* content = answer ? acceptedContent(*answer) : nullptr;
+  const json::value* given = content ? content->if_contains(missing.parameter()) : nullptr;
+  // An empty text is no value either: the question would come again and again.
+  if (!given || !given->is_string() || given->get_string().empty())
     co_return std::nullopt;
-  co_return std::string(value->get_string());
+  co_return std::string(given->get_string());
 }
 
 platform::Task<void> Elicitation::requestConfirmation(intents::LocalizedText question) {
@@ -45,8 +58,8 @@ platform::Task<void> Elicitation::requestConfirmation(intents::LocalizedText que
     throw intents::ConfirmationRefused();
   json::object asked{{"message", question.text()},
                      {"requestedSchema", {{"type", "object"}, {"properties", json::object()}}}};
-  const json::value answer = co_await peer_.request(method, std::move(asked));
-  if (!acceptedContent(answer))
+  const std::optional<json::value> answer = co_await request(std::move(asked));
+  if (!answer || !acceptedContent(*answer))
     throw intents::ConfirmationRefused();
 }
 

@@ -4,6 +4,9 @@
 #include "intents/NeedsValue.h"
 #include "rpc/Peer.h"
 
+#include <boost/json/object.hpp>
+#include <boost/json/value.hpp>
+
 #include <optional>
 #include <string>
 
@@ -15,12 +18,14 @@ public:
   /// A client that can't ask answers nothing. `peer` outlives the elicitation.
   Elicitation(rpc::Peer& peer, bool canAsk) : peer_(peer), canAsk_(canAsk) {}
 
-  /// The text given for a missing value; nothing when the user declined or there is nobody to ask.
+  /// The text given for a missing value, not empty; nothing when the user declined or there is nobody to ask.
   platform::Task<std::optional<std::string>> ask(intents::NeedsValue missing);
 
   platform::Task<void> requestConfirmation(intents::LocalizedText question) override;
 
 private:
+  platform::Task<std::optional<boost::json::value>> request(boost::json::object question);
+
   rpc::Peer& peer_;
   bool canAsk_;
 };

@@ -53,6 +53,18 @@ std::string descriptionOf(const intents::Intent& action) {
   return text;
 }
 
+// Agents read every schema before they do anything. What a tab or a window looks like they see in results, and a
+// parameter's description says what to give, so the shape of such objects is left out here.
+json::object inputOf(const intents::Intent& action) {
+  json::object schema = inputSchema(action);
+  for (auto& [name, property] : schema.at("properties").as_object()) {
+    json::object& one = property.as_object();
+    if (one.erase("anyOf") > 0)
+      one["type"] = json::array{"string", "object"};
+  }
+  return schema;
+}
+
 json::object outputOf(const intents::Intent& action) {
   json::object schema = outputSchema(action);
   if (!isWrapped(action.resultType()))
@@ -81,7 +93,7 @@ json::array toolDescriptions(const Catalogue& catalogue) {
     json::object tool{{"name", name},
                       {"title", action->title().text()},
                       {"description", descriptionOf(*action)},
-                      {"inputSchema", inputSchema(*action)}};
+                      {"inputSchema", inputOf(*action)}};
     if (action->resultType().kind != intents::ValueKind::nothing)
       tool["outputSchema"] = outputOf(*action);
     tool["annotations"] = {{"title", action->title().text()},

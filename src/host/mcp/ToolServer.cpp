@@ -24,7 +24,8 @@ using rpc::RpcError;
 namespace {
 
 // Newest first. A client that speaks another revision is answered with ours, and decides itself.
-constexpr std::array<std::string_view, 3> revisions = {"2025-11-25", "2025-06-18", "2025-03-26"};
+// The one before these wants messages in batches.
+constexpr std::array<std::string_view, 2> revisions = {"2025-11-25", "2025-06-18"};
 
 constexpr const char* instructions =
     "Tools that act on a real browser with all its windows and tabs. Give a browser by its name in targetContext, such "
@@ -63,7 +64,10 @@ platform::Task<json::value> ToolServer::initialize(json::object params) {
   const std::string_view revision = wanted->get_string();
   const bool isKnown = std::ranges::find(revisions, revision) != revisions.end();
   const json::value* capabilities = memberOf(params, "capabilities", json::kind::object);
-  canElicit_ = capabilities && memberOf(capabilities->get_object(), "elicitation", json::kind::object) != nullptr;
+  const json::value* elicitation =
+      capabilities ? memberOf(capabilities->get_object(), "elicitation", json::kind::object) : nullptr;
+  // Empty stands for forms, as it did before there was another way to ask.
+  canElicit_ = elicitation && (elicitation->get_object().empty() || elicitation->get_object().contains("form"));
   isInitialized_ = true;
   co_return json::object{{"protocolVersion", isKnown ? revision : revisions.front()},
                          {"capabilities", {{"tools", json::object()}, {"logging", json::object()}}},

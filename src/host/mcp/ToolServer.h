@@ -15,7 +15,7 @@
 
 namespace tabwright::host {
 
-/// The catalogue as a server of the Model Context Protocol (revision 2025-11-25, and the two before it): each action is
+/// The catalogue as a server of the Model Context Protocol (revisions 2025-11-25 and 2025-06-18): each action is
 /// a tool. An agent calls tools by name and gets their results as structured content and as text.
 ///
 ///     rpc::Peer peer(stream);

@@ -1,0 +1,67 @@
+import assert from "node:assert/strict";
+import { describe, it } from "node:test";
+import { Agent, limits } from "./Agent.js";
+import { Page } from "./Page.js";
+
+describe("An agent on a page", limits, () => {
+  it("fills in a form and sends it, with results that feed further calls", async (test) => {
+    const agent = await Agent.connect(test);
+    const page = await Page.serve(test);
+    const opened = await agent.open(page.url);
+    const { result: tabs } = await agent.call("GetListOfTabs", {
+      targetContext: "chromium",
+      urlFilter: "equals",
+      pageURL: page.url,
+    });
+    assert.equal(tabs.length, 1);
+    assert.equal(tabs[0].title, "Order form");
+    assert.equal(tabs[0].fullID, opened.targetTab.fullID);
+
+    const tab = { tabSelection: "specificTab", targetTab: tabs[0] };
+    const order = { who: "Ann “Ü” <b>\\n", greeting: "Good morning", loud: true, note: "2 & 3" };
+    assert.deepEqual(await agent.call("SetFormFields", { ...tab, inputDict: order }), { result: true });
+    assert.deepEqual(await agent.call("GetFormFieldValue", { ...tab, fieldTargetSpec: "loud" }), { result: "checked" });
+    const arrival = page.next("/order");
+    assert.equal(await agent.call("ClickElement", { ...tab, cssSelector: "#send" }), undefined);
+    await arrival;
+    assert.deepEqual(page.sentTo("/order"), [{ ...order, loud: "yes" }]);
+
+    assert.deepEqual(await agent.call("WaitForElement", { ...tab, cssSelector: "#thanks" }), { result: true });
+    const details = await agent.call("GetDetailsOfTab", tab);
+    assert.equal(details.title, "Thank you");
+    assert.equal(details.textContent.trim(), "Thank you.");
+    assert.match(details.url, /\/order\?who=Ann/);
+    const [window] = (await agent.call("GetListOfWindows", { targetContext: "chromium" })).result;
+    assert.ok(window.fullID);
+    assert.equal((await agent.call("FocusWindow", { targetWindow: window })).fullID, window.fullID);
+
+    const closed = await agent.call("CloseTab", { ...tab, targetTab: tabs[0].fullID });
+    assert.equal(closed.url, details.url);
+    const left = await agent.call("GetListOfTabs", { targetContext: "chromium" });
+    assert.ok(left.result.length > 0 && left.result.every((other) => other.fullID !== tabs[0].fullID));
+  });
+
+  it("gets a selection's rich text as an embedded resource", async (test) => {
+    const agent = await Agent.connect(test);
+    const page = await Page.serve(test);
+    const tab = await agent.open(page.url);
+    const without = await agent.ask("GetDetailsOfTab", tab);
+    assert.deepEqual(without.content.map((part) => part.type), ["text"]);
+
+    await agent.call("RunJavascriptInTab", { ...tab, jsCode: "getSelection().selectAllChildren(text)" });
+    const { content, structuredContent } = await agent.ask("GetDetailsOfTab", tab);
+    assert.equal(structuredContent.selectionMD, "Some **bold** words and an _ü_.");
+    assert.deepEqual(content.map((part) => part.type), ["text", "resource"]);
+    const { uri, mimeType, blob } = content[1].resource;
+    assert.ok(new URL(uri).pathname.endsWith(structuredContent.selectionRTFD.filename), uri);
+    assert.equal(mimeType, "application/rtf");
+    const richText = Buffer.from(blob, "base64").toString("latin1");
+    assert.match(richText, /^\{\\rtf1/);
+    assert.match(richText, /bold/);
+    assert.equal(blob, structuredContent.selectionRTFD.data);
+    const text = JSON.parse(content[0].text);
+    assert.equal(text.selectionText, structuredContent.selectionText);
+    assert.equal(text.selectionRTFD.resource, uri);
+    assert.ok(!content[0].text.includes(blob));
+  });
+});
