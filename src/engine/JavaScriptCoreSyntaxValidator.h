@@ -2,13 +2,24 @@
 
 #include "engine/JavascriptSyntaxValidator.h"
 
+#include <memory>
+#include <mutex>
+
 namespace tabwright::engine {
 
 /// The validator over WebKit's JavaScriptCore. The library is loaded at the first call, so that a program that
 /// validates nothing doesn't pay for it; where it isn't installed, every call throws a `Failure` that names it.
 class JavaScriptCoreSyntaxValidator final : public JavascriptSyntaxValidator {
 public:
+  JavaScriptCoreSyntaxValidator();
+  ~JavaScriptCoreSyntaxValidator() override;
+
   [[nodiscard]] std::optional<std::string> validateJavascript(std::string_view js) override;
+
+private:
+  class Engine;
+  std::mutex mutex_;
+  std::unique_ptr<Engine> engine_; ///< once it is needed
 };
 
 } // namespace tabwright::engine

@@ -31,6 +31,14 @@ TEST(JavascriptSyntaxValidator, TellsTheExceptionOfAMalformedText) {
       log.holds("debug JavascriptSyntaxValidator: failure: SyntaxError: Function statements must have a name."));
 }
 
+TEST(JavascriptSyntaxValidator, LeavesNothingBehindForTheNextText) {
+  JavaScriptCoreSyntaxValidator validator;
+  EXPECT_EQ(validator.validateJavascript("}); let twice = 1; (function() {"), std::nullopt);
+  EXPECT_EQ(validator.validateJavascript("}); let twice = 2; (function() {"), std::nullopt);
+  for (int count = 0; count < 600; ++count) // garbage is collected in between
+    EXPECT_EQ(validator.validateJavascript("return (").has_value(), true);
+}
+
 TEST(JavascriptSyntaxValidator, AnswersSeveralThreadsAtOnce) {
   JavaScriptCoreSyntaxValidator validator;
   std::atomic<int> refused = 0;
