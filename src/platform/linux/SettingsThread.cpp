@@ -5,10 +5,13 @@
 #include "platform/FileFailure.h"
 #include "platform/Logger.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/inotify.h>
@@ -18,6 +21,9 @@
 
 namespace tabwright::platform {
 namespace {
+
+// Whoever asked for the write does something that matters more just now.
+constexpr std::chrono::milliseconds delayOfWrites{100};
 
 const Logger& logger() {
   static const Logger log("UserDefaults");
@@ -74,6 +80,8 @@ void SettingsThread::wake() const {
 }
 
 void SettingsThread::run(const std::stop_token& stop) {
+  using Clock = std::chrono::steady_clock;
+  std::optional<Clock::time_point> writeTime;
   while (!stop.stop_requested()) {
     int watch = -1;
     int wakeUp = -1;
@@ -84,12 +92,20 @@ void SettingsThread::run(const std::stop_token& stop) {
       wakeUp = wakeUp_.number();
       isWriteRequested = std::exchange(isWriteRequested_, false);
     }
-    if (isWriteRequested)
+    if (isWriteRequested && !writeTime)
+      writeTime = Clock::now() + delayOfWrites;
+    if (writeTime && Clock::now() >= *writeTime) {
+      writeTime.reset();
       work_.write();
+    }
 
     std::array<pollfd, 2> waits{{{.fd = wakeUp, .events = POLLIN, .revents = 0},
                                  {.fd = watch, .events = POLLIN, .revents = 0}}}; // poll passes over -1
-    if (poll(waits.data(), waits.size(), -1) < 0 && errno != EINTR)
+    int milliseconds = -1;
+    if (writeTime)
+      milliseconds = static_cast<int>(
+          std::max<std::int64_t>(0, std::chrono::ceil<std::chrono::milliseconds>(*writeTime - Clock::now()).count()));
+    if (poll(waits.data(), waits.size(), milliseconds) < 0 && errno != EINTR)
       return;
     if (waits[0].revents != 0) {
       std::uint64_t count = 0;

@@ -17,7 +17,7 @@ namespace tabwright::platform {
 class SettingsThread {
 public:
   struct Work {
-    std::function<void()> write;       ///< after `requestWrite`; requests in a row may come as one call
+    std::function<void()> write;       ///< a tenth of a second after `requestWrite`, once for all requests until then
     std::function<void()> fileChanged; ///< after `follow`, for any change of the file, our own included
   };
 
