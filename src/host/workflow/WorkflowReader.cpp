@@ -269,7 +269,7 @@ private:
 
 Workflow readWorkflow(std::string_view source) {
   if (source.starts_with(byteOrderMark))
-    throw InvalidWorkflow({{{}, "The file begins with a byte order mark, which it must not have."}});
+    throw InvalidWorkflow(std::vector{Problem{{}, "The file begins with a byte order mark, which it must not have."}});
   return Reader().read(source);
 }
 
