@@ -10,8 +10,10 @@
 #include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
 
+#include <atomic>
 #include <sys/socket.h>
 #include <thread>
+#include <unistd.h>
 
 namespace tabwright::support {
 
@@ -45,8 +47,10 @@ public:
   ~Server() override {
     // Wakes the thread from whatever it blocks in.
     ::shutdown(acceptor_.native_handle(), SHUT_RDWR);
-    ::shutdown(socket_.next_layer().native_handle(), SHUT_RDWR);
+    ::shutdown(accepted_, SHUT_RDWR);
     thread_.join();
+    if (accepted_ >= 0)
+      ::close(accepted_);
   }
 
   [[nodiscard]] std::uint16_t port() const { return acceptor_.local_endpoint().port(); }
@@ -56,12 +60,13 @@ public:
     socket_.write(asio::buffer(text));
   }
   void sendBytes(const std::string& bytes) override { asio::write(socket_.next_layer(), asio::buffer(bytes)); }
-  void cut() override { socket_.next_layer().close(); }
+  void cut() override { ::shutdown(accepted_, SHUT_RDWR); }
 
 private:
   void serve() {
     try {
       acceptor_.accept(socket_.next_layer());
+      accepted_ = ::dup(socket_.next_layer().native_handle());
       socket_.accept();
       for (;;) {
         beast::flat_buffer buffer;
@@ -70,12 +75,14 @@ private:
       }
     } catch (const std::exception&) { // the connection has ended
     }
+    cut();
   }
 
   Script script_;
   asio::io_context context_{1};
   tcp::acceptor acceptor_;
   beast::websocket::stream<tcp::socket, false> socket_;
+  std::atomic<int> accepted_ = -1; ///< the socket once more, for the end: the thread may close its own at any time
   std::thread thread_;
 };
 
