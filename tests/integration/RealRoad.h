@@ -32,6 +32,7 @@ protected:
   RealRoad() {
     scripts_ = std::filesystem::temp_directory_path() / ("tabwright-road-" + std::to_string(::getpid()));
     ::setenv("XDG_DATA_HOME", scripts_.c_str(), 1);
+    ::unsetenv("XDG_RUNTIME_DIR"); // which would be preferred
   }
   ~RealRoad() override {
     ::unsetenv("XDG_DATA_HOME");

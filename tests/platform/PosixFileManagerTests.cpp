@@ -82,16 +82,38 @@ TEST_F(PosixFileManagerTest, MakesAFolderOnce) {
   EXPECT_EQ(errorOf([&] { files.createDirectory(folder / "file"); }), EEXIST);
 }
 
-TEST_F(PosixFileManagerTest, KeepsScriptsInTheDataHome) {
-  const char* former = std::getenv("XDG_DATA_HOME");
-  const std::optional<std::string> kept = former ? std::optional<std::string>(former) : std::nullopt;
-  setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
+// Sets a variable of the environment, and puts it back.
+class Variable {
+public:
+  Variable(const char* name, const std::filesystem::path& value) : name_(name) {
+    if (const char* former = std::getenv(name))
+      former_ = former;
+    setenv(name, value.c_str(), 1);
+  }
+  ~Variable() { former_ ? setenv(name_, former_->c_str(), 1) : unsetenv(name_); }
+  Variable(const Variable&) = delete;
+  Variable& operator=(const Variable&) = delete;
+
+private:
+  const char* name_;
+  std::optional<std::string> former_;
+};
+
+TEST_F(PosixFileManagerTest, KeepsScriptsInTheSessionsFolderElseInTheDataHome) {
+  const Variable data("XDG_DATA_HOME", folder / "data");
+  {
+    const Variable runtime("XDG_RUNTIME_DIR", folder / "run");
+    EXPECT_EQ(files.applicationScriptsFolder(), folder / "data/tabwright/scripts"); // there is no such folder
+    std::filesystem::create_directory(folder / "run");
+    EXPECT_EQ(files.applicationScriptsFolder(), folder / "run/tabwright/scripts");
+    EXPECT_EQ(mode(folder / "run/tabwright/scripts"), 0700u);
+  }
+  const Variable none("XDG_RUNTIME_DIR", "");
   EXPECT_EQ(files.applicationScriptsFolder(), folder / "data/tabwright/scripts");
   EXPECT_EQ(mode(folder / "data/tabwright/scripts"), 0700u);
   std::filesystem::remove_all(folder / "data");
   std::ofstream(folder / "data") << "in the way";
   EXPECT_EQ(errorOf([&] { static_cast<void>(files.applicationScriptsFolder()); }), ENOTDIR);
-  kept ? setenv("XDG_DATA_HOME", kept->c_str(), 1) : unsetenv("XDG_DATA_HOME");
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-// A new file is written under a name of its own beside the wanted one, then linked to that: link refuses a name that is
-// taken, which a rename would not.
+// A new file is written without a name, then linked to the one it is to have: link refuses a name that is taken, which
+// a rename would not. Where the file system has no files without names it gets one of its own first.
 #include "platform/linux/PosixFileManager.h"
 
 #include "platform/FileFailure.h"
@@ -19,13 +19,18 @@ namespace {
 class UnnamedFile {
 public:
   explicit UnnamedFile(const std::filesystem::path& wanted)
-      : name_((wanted.parent_path() / ".tabwright-XXXXXX").string()), descriptor_(mkostemp(name_.data(), O_CLOEXEC)) {
+      : descriptor_(open(wanted.parent_path().c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600)) {
+    if (descriptor_ < 0) {
+      name_ = (wanted.parent_path() / ".tabwright-XXXXXX").string();
+      descriptor_ = mkostemp(name_.data(), O_CLOEXEC);
+    }
     if (descriptor_ < 0)
       throw FileFailure("write", wanted, errno);
   }
   ~UnnamedFile() {
     close(descriptor_);
-    unlink(name_.c_str());
+    if (!name_.empty())
+      unlink(name_.c_str());
   }
   UnnamedFile(const UnnamedFile&) = delete;
   UnnamedFile& operator=(const UnnamedFile&) = delete;
@@ -41,17 +46,22 @@ public:
     return true;
   }
 
-  const std::string& name() const { return name_; }
+  // False with errno set when the name is taken, or can't be given.
+  bool linkTo(const std::filesystem::path& path) const {
+    const std::string name = name_.empty() ? "/proc/self/fd/" + std::to_string(descriptor_) : name_;
+    return linkat(AT_FDCWD, name.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
+  }
 
 private:
-  std::string name_;
+  std::string name_; ///< empty: it has none
   int descriptor_;
 };
 
 } // namespace
 
 std::filesystem::path PosixFileManager::applicationScriptsFolder() {
-  std::filesystem::path folder = dataHome() / "tabwright" / "scripts";
+  // In memory where the session has such a place: it is quicker, and what was typed into forms reaches no disk.
+  std::filesystem::path folder = runtimeFolder().value_or(dataHome()) / "tabwright" / "scripts";
   ensurePrivateFolder(folder);
   return folder;
 }
@@ -75,7 +85,7 @@ bool PosixFileManager::writeNewFileAtomically(const std::filesystem::path& path,
   const UnnamedFile file(path);
   if (!file.write(content))
     throw FileFailure("write", path, errno);
-  if (link(file.name().c_str(), path.c_str()) == 0)
+  if (file.linkTo(path))
     return true;
   if (errno == EEXIST)
     return false;
