@@ -1,5 +1,5 @@
 import assert from "node:assert/strict";
-import { execFile } from "node:child_process";
+import { execFile, spawn } from "node:child_process";
 import { EventEmitter, once } from "node:events";
 import { readdirSync } from "node:fs";
 import { join } from "node:path";
@@ -91,4 +91,20 @@ describe("A conversation on the socket of the background host", limits, () => {
     await assertNoMoreTicks(page);
     assert.deepEqual(await staying.client.ping(), {});
   });
+
+  for (const [signal, exitCode] of [["SIGKILL", null], ["SIGINT", 130]])
+    it(`stops the script of a command that ${signal} ends`, async (test) => {
+      const page = await Page.serve(test);
+      const agent = await connect(test);
+      await agent.open(page.url);
+      const ticked = page.next("/tick");
+      const { script } = ticking(page);
+      const words = ["run", "RunAppleScript", "--targetContext", "chromium", "--script", script];
+      const command = spawn(program, words, { stdio: "ignore" });
+      const ended = once(command, "exit");
+      await Promise.race([ticked, ended]);
+      command.kill(signal);
+      assert.equal((await ended)[0], exitCode);
+      await assertNoMoreTicks(page);
+    });
 });
