@@ -7,7 +7,8 @@
 // Changes: the counter in each snapshot grows with every change that the browser reports, and `changed` tells listeners.
 // A caller that has evaluated code here may leave a function named `tabwrightChanged` in the global object (a binding of
 // the debugging protocol does); it is called with the counter as text. A snapshot is as of one moment between its
-// request and its answer, so a caller may hold it until the next report only if none came while it was under way.
+// request and its answer, so a caller may hold it until the next report only if none came while it was under way. A caller
+// that has one may ask for what is new since: that costs a busy browser with a thousand tabs next to nothing.
 "use strict";
 
 const unsetWindow = chrome.windows.WINDOW_ID_NONE;
@@ -21,6 +22,14 @@ const kept = {
   focusedAt: 0, // when a window of this browser last got the focus, in milliseconds since 1970
 };
 let changes = 0;
+// Counts mean nothing to the next run of this worker.
+const instance = crypto.randomUUID();
+// The count at the last change that was more than a tab's own title, address or progress, and the tabs that have changed
+// in these since then, each with the count of its last change.
+let reshaped = 0;
+const touched = new Map();
+// Of more tabs the whole snapshot is the cheaper answer.
+const mostTouched = 20;
 
 // ---------------------------------------------------------------------------------------------------- remembering
 
@@ -60,9 +69,24 @@ function tookFocus(id) {
   kept.focusedAt = Date.now();
 }
 
+function report() {
+  globalThis.tabwrightChanged?.(String(changes));
+}
+
 function changed() {
   changes += 1;
-  globalThis.tabwrightChanged?.(String(changes));
+  reshaped = changes;
+  touched.clear();
+  report();
+}
+
+const ownProperties = new Set(["status", "title", "url", "favIconUrl", "audible", "mutedInfo", "autoDiscardable"]);
+
+function tabChanged(id, change) {
+  if (!Object.keys(change).every((property) => ownProperties.has(property))) return changed();
+  changes += 1;
+  touched.set(id, changes);
+  report();
 }
 
 // --------------------------------------------------------------------------------------------- listening to changes
@@ -102,16 +126,51 @@ for (const event of [
   chrome.tabs.onMoved,
   chrome.tabs.onRemoved,
   chrome.tabs.onReplaced,
-  chrome.tabs.onUpdated,
 ]) {
   event.addListener(changed);
 }
+chrome.tabs.onUpdated.addListener(tabChanged);
 
 // ------------------------------------------------------------------------------------------------------- the snapshot
 
-// All windows front to back, with their tabs in strip order, and the protocol's target of each tab.
-async function snapshot() {
+function describeTab(tab) {
+  return {
+    id: tab.id,
+    title: tab.title ?? "",
+    url: tab.pendingUrl || tab.url || "",
+    loading: tab.status === "loading",
+    // It still shows the empty document that every tab begins with.
+    opening: Boolean(tab.pendingUrl) && (!tab.url || tab.url === "about:blank"),
+  };
+}
+
+// All windows front to back, with their tabs in strip order, and the protocol's target of each tab; or, where the caller
+// has a snapshot and no more than some tabs have changed since, only these.
+async function snapshot({ since } = {}) {
   await isReady;
+  const news = since ? await newsSince(since).catch(() => undefined) : undefined;
+  return news ?? wholeSnapshot();
+}
+
+async function newsSince({ instance: known, changes: count }) {
+  if (known !== instance || count < reshaped) return undefined;
+  // What the browser has reported before it answers this has arrived by then.
+  const last = await chrome.windows.getLastFocused({ windowTypes });
+  const asOf = changes;
+  const ids = [...touched].filter(([, at]) => at > count).map(([id]) => id);
+  if (ids.length > mostTouched || (last.focused && last.id !== kept.order[0])) return undefined;
+  const tabs = await Promise.all(ids.map((id) => chrome.tabs.get(id)));
+  if (count < reshaped) return undefined;
+  return {
+    instance,
+    changes: asOf,
+    focusedAt: last.focused ? Date.now() : kept.focusedAt,
+    tabs: tabs.map(describeTab),
+  };
+}
+
+async function wholeSnapshot() {
+  const asOf = changes;
   const [windows, targets] = await Promise.all([
     chrome.windows.getAll({ populate: true, windowTypes }),
     chrome.debugger.getTargets(),
@@ -123,7 +182,8 @@ async function snapshot() {
   orderWindows(windows);
   return {
     helper: chrome.runtime.getManifest().version,
-    changes,
+    instance,
+    changes: asOf,
     // A browser in which the user is now cannot have been left before.
     focusedAt: windows.some((window) => window.focused) ? Date.now() : kept.focusedAt,
     windows: windows.map((window) => ({
@@ -135,13 +195,8 @@ async function snapshot() {
       bounds: [window.left, window.top, window.width, window.height],
       // A developer tools window shows a page of the browser's own, which is not a tab to anybody.
       tabs: (window.type === "devtools" ? [] : window.tabs ?? []).map((tab) => ({
-        id: tab.id,
-        title: tab.title ?? "",
-        url: tab.pendingUrl || tab.url || "",
-        loading: tab.status === "loading",
+        ...describeTab(tab),
         active: tab.active,
-        // It still shows the empty document that every tab begins with.
-        opening: Boolean(tab.pendingUrl) && (!tab.url || tab.url === "about:blank"),
         target: targetOfTab.get(tab.id) ?? "",
       })),
       title: window.type === "devtools" ? window.tabs?.[0]?.title ?? "" : "",

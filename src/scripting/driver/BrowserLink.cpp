@@ -9,6 +9,7 @@
 #include <boost/json/serialize.hpp>
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <chrono>
 #include <string_view>
 
@@ -75,14 +76,22 @@ std::shared_ptr<const BrowserSnapshot> BrowserLink::snapshot(const CallLimits& l
     if (viewedAt_ == changes_->load() && disturbances_->load() == 0)
       return viewed_.snapshot;
   }
-  return look(limits).snapshot;
+  return look(BrowserView::Extent::news, limits).snapshot;
 }
 
-ViewedBrowser BrowserLink::look(const CallLimits& limits) {
+ViewedBrowser BrowserLink::look(BrowserView::Extent extent, const CallLimits& limits) {
   const std::uint64_t before = changes_->load();
+  const std::uint64_t commands = commands_.load();
   const bool mayHold = view_->reportsChanges() && disturbances_->load() == 0;
-  ViewedBrowser viewed = view_->look(limits);
+  {
+    const std::lock_guard lock(mutex_);
+    if (wholeAt_ != commands)
+      extent = BrowserView::Extent::whole;
+  }
+  ViewedBrowser viewed = view_->look(extent, limits);
   const std::lock_guard lock(mutex_);
+  if (extent == BrowserView::Extent::whole)
+    wholeAt_ = std::max(wholeAt_, commands);
   viewed_ = viewed;
   viewedAt_.reset();
   if (mayHold && disturbances_->load() == 0 && changes_->load() == before)
@@ -107,7 +116,7 @@ std::shared_ptr<Session> BrowserLink::requirePage(TabID tab, const CallLimits& l
     }
   }
   // Not seen yet, closed meanwhile, or given another page by the browser.
-  const ViewedBrowser viewed = look(limits);
+  const ViewedBrowser viewed = look(BrowserView::Extent::whole, limits);
   const auto found = viewed.targets.find(tab);
   if (found == viewed.targets.end())
     throw platform::failure(DriverFault::noSuchTab, std::to_string(tab));
@@ -128,7 +137,7 @@ void BrowserLink::awaitOpening(TabID tab, const CallLimits& limits) {
   const auto end = std::chrono::steady_clock::now() + patienceWithServers;
   while (isOpening() && std::chrono::steady_clock::now() < end) {
     devtools::pause(newPagePollInterval, "the tab’s first page has not come yet", limits);
-    look(limits);
+    look(BrowserView::Extent::whole, limits);
   }
 }
 
@@ -152,7 +161,7 @@ auto BrowserLink::onPage(TabID tab, const CallLimits& limits, Call&& call) {
 boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascript, const CallLimits& limits) {
   if (std::optional<boost::json::value> known = jobs_.answer(javascript))
     return std::move(*known);
-  const Disturbance disturbance(*this);
+  const Disturbance disturbance(*this, Disturbance::Kind::evaluation);
   const std::optional<PageJob> job = readPageJob(javascript);
   const std::string code = job ? javascript + job->resultExpression() : javascript;
   requirePage(tab, limits);

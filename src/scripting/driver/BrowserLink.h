@@ -38,7 +38,7 @@ public:
 
   std::shared_ptr<const BrowserSnapshot> snapshot(const CallLimits& limits);
   /// See ViewedBrowser.
-  double lastFocus(const CallLimits& limits) { return look(limits).lastFocus; }
+  double lastFocus(const CallLimits& limits) { return look(BrowserView::Extent::news, limits).lastFocus; }
   boost::json::value evaluate(TabID tab, const std::string& javascript, const CallLimits& limits);
   void navigate(TabID tab, const std::string& url, const CallLimits& limits);
   void goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits);
@@ -53,7 +53,7 @@ public:
   /// Runs a command on the view; what was seen before it holds no more.
   template <class Command>
   auto command(Command&& command) {
-    const Disturbance disturbance(*this);
+    const Disturbance disturbance(*this, Disturbance::Kind::command);
     return command(*view_);
   }
 
@@ -61,8 +61,15 @@ private:
   /// While one lives, something of ours may be changing the browser.
   class Disturbance {
   public:
-    explicit Disturbance(BrowserLink& link) : link_(link) { link_.disturbances_->fetch_add(1); }
+    /// What a page does by itself the browser reports; our own commands are looked for.
+    enum class Kind { command, evaluation };
+
+    explicit Disturbance(BrowserLink& link, Kind kind = Kind::command) : link_(link), kind_(kind) {
+      link_.disturbances_->fetch_add(1);
+    }
     ~Disturbance() {
+      if (kind_ == Kind::command)
+        link_.commands_.fetch_add(1);
       link_.changes_->fetch_add(1);
       link_.disturbances_->fetch_sub(1);
     }
@@ -71,11 +78,12 @@ private:
 
   private:
     BrowserLink& link_;
+    const Kind kind_;
   };
 
   using Counter = std::shared_ptr<std::atomic<std::uint64_t>>;
   BrowserLink(platform::RunningBrowser browser, std::shared_ptr<devtools::Connection> connection);
-  ViewedBrowser look(const CallLimits& limits);
+  ViewedBrowser look(BrowserView::Extent extent, const CallLimits& limits);
   std::optional<std::string> findTarget(TabID tab);
   std::shared_ptr<devtools::Session> requirePage(TabID tab, const CallLimits& limits);
   void awaitOpening(TabID tab, const CallLimits& limits);
@@ -90,11 +98,13 @@ private:
   PageJobResults jobs_;
   const Counter changes_ = std::make_shared<std::atomic<std::uint64_t>>(0);
   const Counter disturbances_ = std::make_shared<std::atomic<std::uint64_t>>(0);
+  std::atomic<std::uint64_t> commands_ = 0; ///< that have ended
   std::unique_ptr<BrowserView> view_;
 
   std::mutex mutex_; // guards what follows
   ViewedBrowser viewed_;
   std::optional<std::uint64_t> viewedAt_; // the count of changes that viewed_ holds for
+  std::uint64_t wholeAt_ = 0;             // the count of commands at the last whole look
 };
 
 } // namespace tabwright::scripting

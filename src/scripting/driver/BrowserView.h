@@ -29,8 +29,13 @@ class BrowserView {
 public:
   virtual ~BrowserView() = default;
 
+  /// How much is looked at. `news` takes the look before for what it shows, but for the changes that the browser has
+  /// reported: it costs less the more tabs there are. It may miss what a command of ours has just changed, and a page
+  /// that a tab was given without a word.
+  enum class Extent { whole, news };
+
   /// The windows as they are now, front to back.
-  virtual ViewedBrowser look(const CallLimits& limits) = 0;
+  virtual ViewedBrowser look(Extent extent, const CallLimits& limits) = 0;
   /// Whether every change in the browser is reported to us, so that what was seen holds until then.
   [[nodiscard]] virtual bool reportsChanges() const = 0;
 

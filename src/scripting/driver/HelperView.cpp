@@ -2,7 +2,9 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <string_view>
+#include <utility>
 
 // Each command is one call of the helper's function of the same name; the shapes of their parameters are in its
 // worker.js.
@@ -52,6 +54,20 @@ WindowState readWindow(const boost::json::object& fields, ViewedBrowser& viewed)
   return window;
 }
 
+// False when there is no such tab.
+bool replaceTab(BrowserSnapshot& snapshot, TabState tab) {
+  for (WindowState& window : snapshot.windows) {
+    const auto place = std::ranges::find(window.tabs, tab.id, &TabState::id);
+    if (place == window.tabs.end())
+      continue;
+    if (static_cast<std::size_t>(place - window.tabs.begin()) + 1 == window.activeTabIndex)
+      window.title = tab.title;
+    *place = std::move(tab);
+    return true;
+  }
+  return false;
+}
+
 } // namespace
 
 ViewedBrowser readHelperSnapshot(const boost::json::value& answer, std::string version) {
@@ -70,11 +86,58 @@ ViewedBrowser readHelperSnapshot(const boost::json::value& answer, std::string v
   return viewed;
 }
 
+std::optional<ViewedBrowser> withNews(const ViewedBrowser& before, const boost::json::value& answer) {
+  ViewedBrowser viewed = before;
+  std::shared_ptr<BrowserSnapshot> snapshot;
+  try {
+    viewed.lastFocus = answer.at("focusedAt").to_number<double>();
+    for (const boost::json::value& entry : answer.at("tabs").as_array()) {
+      if (!snapshot)
+        snapshot = std::make_shared<BrowserSnapshot>(*before.snapshot);
+      TabState tab = readTab(entry.as_object());
+      if (entry.at("opening").as_bool())
+        viewed.opening.insert(tab.id);
+      else
+        viewed.opening.erase(tab.id);
+      if (!replaceTab(*snapshot, std::move(tab)))
+        return std::nullopt;
+    }
+  } catch (const std::exception& error) {
+    throw platform::failure(DriverFault::refused, fmt::format("the helper's news can't be read ({})", error.what()));
+  }
+  if (snapshot)
+    viewed.snapshot = std::move(snapshot);
+  return viewed;
+}
+
 HelperView::HelperView(std::unique_ptr<HelperWorker> worker, std::string version)
     : worker_(std::move(worker)), version_(std::move(version)) {}
 
-ViewedBrowser HelperView::look(const CallLimits& limits) {
-  return readHelperSnapshot(worker_->perform("snapshot", {}, Repeat::allowed, limits), version_);
+ViewedBrowser HelperView::look(Extent extent, const CallLimits& limits) {
+  std::optional<Seen> seen;
+  if (extent == Extent::news) {
+    const std::lock_guard lock(mutex_);
+    seen = seen_;
+  }
+  if (seen) {
+    const boost::json::object since{{"instance", seen->instance}, {"changes", seen->changes}};
+    const boost::json::value answer = worker_->perform("snapshot", {{"since", since}}, Repeat::allowed, limits);
+    if (answer.is_object() && answer.get_object().contains("windows"))
+      return keep(answer, readHelperSnapshot(answer, version_));
+    if (std::optional<ViewedBrowser> viewed = withNews(seen->viewed, answer))
+      return keep(answer, std::move(*viewed));
+  }
+  const boost::json::value answer = worker_->perform("snapshot", {}, Repeat::allowed, limits);
+  return keep(answer, readHelperSnapshot(answer, version_));
+}
+
+ViewedBrowser HelperView::keep(const boost::json::value& answer, ViewedBrowser viewed) {
+  Seen seen{textAt(answer.as_object(), "instance"), answer.at("changes").to_number<std::int64_t>(), viewed};
+  const std::lock_guard lock(mutex_);
+  // Of two looks at once the one that saw less may come last.
+  if (!seen_ || seen_->instance != seen.instance || seen_->changes <= seen.changes)
+    seen_ = std::move(seen);
+  return viewed;
 }
 
 TabID HelperView::makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,

@@ -5,7 +5,10 @@
 
 #include <boost/json/value.hpp>
 
+#include <cstdint>
 #include <memory>
+#include <mutex>
+#include <optional>
 #include <string>
 
 namespace tabwright::scripting {
@@ -14,13 +17,17 @@ namespace tabwright::scripting {
 /// Throws DriverFailure (`refused`) where the text has another shape.
 [[nodiscard]] ViewedBrowser readHelperSnapshot(const boost::json::value& answer, std::string version);
 
+/// The tabs that the answer tells of, in the place of those with the same ids; nothing when one of them isn't known. An
+/// answer without any leaves the snapshot itself as it is. Throws as above.
+[[nodiscard]] std::optional<ViewedBrowser> withNews(const ViewedBrowser& before, const boost::json::value& answer);
+
 /// The browser as its helper sees it. A look costs one round trip, whatever the number of tabs.
 class HelperView final : public BrowserView {
 public:
   /// `version` is the browser's, which the helper doesn't know.
   HelperView(std::unique_ptr<HelperWorker> worker, std::string version);
 
-  ViewedBrowser look(const CallLimits& limits) override;
+  ViewedBrowser look(Extent extent, const CallLimits& limits) override;
   [[nodiscard]] bool reportsChanges() const override { return true; }
   TabID makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
                 const CallLimits& limits) override;
@@ -32,8 +39,19 @@ public:
   void setGivenName(WindowID window, const std::string& name, const CallLimits& limits) override;
 
 private:
+  /// What was seen last, and as of which count of changes of which run of the helper.
+  struct Seen {
+    std::string instance;
+    std::int64_t changes = 0;
+    ViewedBrowser viewed;
+  };
+
+  ViewedBrowser keep(const boost::json::value& answer, ViewedBrowser viewed);
+
   std::unique_ptr<HelperWorker> worker_;
   const std::string version_;
+  std::mutex mutex_; ///< guards what follows
+  std::optional<Seen> seen_;
 };
 
 } // namespace tabwright::scripting

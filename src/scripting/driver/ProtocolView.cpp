@@ -86,7 +86,7 @@ std::vector<ProtocolView::Page> ProtocolView::listPages(const CallLimits& limits
   return pages;
 }
 
-ViewedBrowser ProtocolView::look(const CallLimits& callLimits) {
+ViewedBrowser ProtocolView::look(Extent /*always the whole*/, const CallLimits& callLimits) {
   const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
   const auto contexts = connection_->send("Target.getBrowserContexts", {});
   const std::vector<Page> pages = listPages(limits);
@@ -155,7 +155,7 @@ std::string ProtocolView::requireTarget(TabID tab, const CallLimits& limits) {
 }
 
 std::string ProtocolView::activeTarget(WindowID id, const CallLimits& limits) {
-  const ViewedBrowser viewed = look(limits);
+  const ViewedBrowser viewed = look(Extent::whole, limits);
   for (const WindowState& window : viewed.snapshot->windows) {
     if (window.id == id)
       return viewed.targets.at(window.tabs[window.activeTabIndex - 1].id);
@@ -200,7 +200,7 @@ void ProtocolView::closeTab(TabID tab, const CallLimits& limits) {
 }
 
 void ProtocolView::closeWindow(WindowID id, const CallLimits& limits) {
-  const ViewedBrowser viewed = look(limits);
+  const ViewedBrowser viewed = look(Extent::whole, limits);
   const auto window = std::ranges::find(viewed.snapshot->windows, id, &WindowState::id);
   if (window == viewed.snapshot->windows.end())
     throw platform::failure(DriverFault::noSuchWindow, std::to_string(id));

@@ -1,0 +1,66 @@
+// Snapshots that are made of the one before and what has changed since.
+#include "integration/DriverFixture.h"
+
+#include <fmt/core.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iterator>
+#include <random>
+
+namespace tabwright::scripting {
+
+TEST_F(DriverTest, SeesWhatAPageHasJustMadeOfItself) {
+  const TabID tab = open("data:text/html,<title>none</title>");
+  int missed = 0;
+  for (int round = 0; round < 200; ++round) {
+    const std::string title = "round " + std::to_string(round);
+    evaluate(tab, "document.title = '" + title + "'");
+    missed += find(tab)->title == title ? 0 : 1;
+  }
+  // The title is on its way while the browser answers: that it is late can't be ruled out, only that it is the rule.
+  EXPECT_LT(missed, 10);
+}
+
+TEST_F(DriverTest, ChangesOneByOneAddUpToWhatIsThere) {
+  const auto texts = [](DevToolsDriver& driver) {
+    std::string all;
+    for (const WindowState& window : driver.snapshot(limits())->windows) {
+      all += fmt::format("window {} {} {}\n", window.id, window.title, window.activeTabIndex);
+      for (const TabState& tab : window.tabs)
+        all += fmt::format("  {} {} {} {}\n", tab.id, tab.title, tab.url, tab.isLoading);
+    }
+    return all;
+  };
+  support::PageServer pages;
+  pages.serve("/a", "<title>A</title>");
+  pages.serve("/b", "<title>B</title><iframe src=/a></iframe>");
+  std::vector<TabID> tabs;
+  for (const char* page : {"/a", "/b", "/a"})
+    tabs.push_back(open(pages.url(page)));
+  std::minstd_rand random(5);
+  for (int round = 0; round < 40; ++round) {
+    static constexpr const char* deeds[]{"document.title = Math.random()",
+                                         "history.pushState({}, '', '?' + Math.random())",
+                                         "location.hash = Math.random()",
+                                         "location.reload()",
+                                         "location.href = location.pathname === '/a' ? '/b' : '/a'",
+                                         "window.open('/b')",
+                                         "void setTimeout(() => { document.title = 'late' }, 5)"};
+    const std::size_t deed = random() % std::size(deeds);
+    evaluate(tabs[random() % tabs.size()], deeds[deed]);
+    if (round % 3 == 0)
+      static_cast<void>(snapshot());
+    if (round % 8 == 7) {
+      eventually([&] { return texts(driver()) == texts(*makeDriver(chromium())); });
+    }
+  }
+  for (const WindowState& window : snapshot()->windows) {
+    for (const TabState& tab : window.tabs) {
+      if (tab.url.starts_with(pages.url("/")) && std::ranges::count(tabs, tab.id) == 0)
+        driver().closeTab(tab.id, limits());
+    }
+  }
+}
+
+} // namespace tabwright::scripting
