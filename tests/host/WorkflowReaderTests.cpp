@@ -106,7 +106,8 @@ TEST_F(WorkflowFile, MustBeOneWorkflowInYaml) {
                           {"steps:\n  - print: a: b", "A text with a colon and a blank in it stands in quotes"},
                           {"\xEF\xBB\xBFsteps: []", "byte order mark"},
                           {"variables: {a: \"${b}\"}\nsteps: [{print: 1}]", "can’t come from others"},
-                          {"steps: [{print: *a}]", "This is no YAML"}})
+                          {"steps: [{print: *a}]", "This is no YAML"},
+                          {", a", "can’t begin like this"}})
     EXPECT_THAT(problemsOf(one.source), ElementsAre(HasSubstr(one.problem))) << one.source;
 }
 
@@ -183,13 +184,14 @@ steps:
     otherwise:
       - print: ${error.message}
 )"),
-      ElementsAre(
-          StartsWith("3: ${tabs}: No earlier step gives “tabs”."), StartsWith("7: ${tabs.title}: tabs is a list"),
-          StartsWith("8: ${tabs.0.titel}: tabs.0, a BrowserTabEntity, has no “titel”. Did you mean title?"),
-          HasSubstr("tabs.0.isLoading is of type boolean, which has no members."),
-          HasSubstr("What is repeated over is a list; this is of type BrowserTabEntity."),
-          HasSubstr("has no “nme”. It has targetContext, title, url,"), StartsWith("17: lists: No earlier step gives “lists”."),
-          StartsWith("18: ${error}: No earlier step gives “error”.")));
+      ElementsAre(StartsWith("3: ${tabs}: No earlier step gives “tabs”."),
+                  StartsWith("7: ${tabs.title}: tabs is a list"),
+                  StartsWith("8: ${tabs.0.titel}: tabs.0, a BrowserTabEntity, has no “titel”. Did you mean title?"),
+                  HasSubstr("tabs.0.isLoading is of type boolean, which has no members."),
+                  HasSubstr("What is repeated over is a list; this is of type BrowserTabEntity."),
+                  HasSubstr("has no “nme”. It has targetContext, title, url,"),
+                  StartsWith("17: lists: No earlier step gives “lists”."),
+                  StartsWith("18: ${error}: No earlier step gives “error”.")));
 }
 
 TEST_F(WorkflowFile, TakesVariablesFromOutside) {

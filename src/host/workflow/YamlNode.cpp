@@ -8,7 +8,11 @@
 #include <cstdint>
 #include <optional>
 #include <set>
+#include <sstream>
+#include <string>
 #include <utility>
+#include <vector>
+#include <yaml-cpp/eventhandler.h>
 
 namespace tabwright::host::workflow {
 
@@ -24,6 +28,32 @@ Place placeAt(const YAML::Mark& mark, std::size_t length) {
   return {.offset = static_cast<std::size_t>(std::max(mark.pos, 0)),
           .length = length,
           .line = static_cast<std::size_t>(std::max(mark.line, 0)) + 1};
+}
+
+/// Hears of a document's parts and remembers where it begins.
+class DocumentBeginnings final : public YAML::EventHandler {
+public:
+  std::vector<YAML::Mark> marks;
+
+  void OnDocumentStart(const YAML::Mark& mark) override { marks.push_back(mark); }
+  void OnDocumentEnd() override {}
+  void OnNull(const YAML::Mark&, YAML::anchor_t) override {}
+  void OnAlias(const YAML::Mark&, YAML::anchor_t) override {}
+  void OnScalar(const YAML::Mark&, const std::string&, YAML::anchor_t, const std::string&) override {}
+  void OnSequenceStart(const YAML::Mark&, const std::string&, YAML::anchor_t, YAML::EmitterStyle::value) override {}
+  void OnSequenceEnd() override {}
+  void OnMapStart(const YAML::Mark&, const std::string&, YAML::anchor_t, YAML::EmitterStyle::value) override {}
+  void OnMapEnd() override {}
+};
+
+/// Of two documents at most. The library's own way to load all of them never ends where one can't be begun.
+std::vector<YAML::Mark> beginningsOfDocuments(const std::string& text) {
+  std::istringstream stream(text);
+  YAML::Parser parser(stream);
+  DocumentBeginnings beginnings;
+  if (parser.HandleNextDocument(beginnings))
+    parser.HandleNextDocument(beginnings);
+  return beginnings.marks;
 }
 
 bool isPlain(const YAML::Node& node) {
@@ -77,10 +107,13 @@ std::optional<json::value> typed(std::string_view plain) {
 
 YAML::Node parseYaml(std::string_view source) {
   try {
-    const std::vector<YAML::Node> documents = YAML::LoadAll(std::string(source));
+    const std::string text(source);
+    const std::vector<YAML::Mark> documents = beginningsOfDocuments(text);
+    if (documents.size() > 1 && documents[0].pos == documents[1].pos)
+      throw Problem{placeAt(documents[0], 1), "This is no YAML: the text can’t begin like this."};
     if (documents.size() > 1)
-      throw Problem{placeOf(documents[1]), "A file holds one workflow: “---” begins a second one here."};
-    return documents.empty() ? YAML::Node() : documents.front();
+      throw Problem{placeAt(documents[1], 1), "A file holds one workflow: a second document begins here."};
+    return YAML::Load(text);
   } catch (const YAML::Exception& error) {
     throw Problem{placeAt(error.mark, 1),
                   fmt::format("This is no YAML: {}.{}", error.msg, hintFor(source, error.mark))};
