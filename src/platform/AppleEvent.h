@@ -30,7 +30,7 @@ class AppleEventDescriptor {
 public:
   using List = std::vector<AppleEventDescriptor>;
 
-  AppleEventDescriptor() = default;                                             ///< the null descriptor
+  AppleEventDescriptor() = default; ///< the null descriptor
   static AppleEventDescriptor boolean(bool value);
   static AppleEventDescriptor integer(std::int32_t value);
   static AppleEventDescriptor real(double value);

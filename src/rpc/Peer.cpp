@@ -171,7 +171,7 @@ private:
       takeNotification(std::string(method->get_string()), std::move(parameters));
   }
 
-  void takeRequest(std::string method, const json::value& id, json::object params) {
+  void takeRequest(const std::string& method, const json::value& id, json::object params) {
     const auto handler = requestHandlers.find(method);
     if (handler == requestHandlers.end())
       return refuse(id, {ErrorCode::methodNotFound, "There is no method " + method + "."});
@@ -214,19 +214,21 @@ private:
       cancel(found->second);
   }
 
-  static void cancel(std::shared_ptr<Running> running) {
+  // By value, since what ends by it takes itself out of the table.
+  static void cancel(std::shared_ptr<Running> running) { // NOLINT(performance-unnecessary-value-param)
     running->isCancelled = true;
     running->cancel.emit(asio::cancellation_type::all);
   }
 
-  void start(const std::string& key, platform::Task<void> task, std::shared_ptr<Running> running) {
+  void start(const std::string& key, platform::Task<void> task, const std::shared_ptr<Running>& running) {
     running_[key] = running;
-    asio::co_spawn(executor_, std::move(task),
-                   asio::bind_cancellation_slot(running->cancel.slot(), [this, key, running](std::exception_ptr) {
-                     running_.erase(key);
-                     if (running_.empty() && allEnded_)
-                       allEnded_->cancel();
-                   }));
+    asio::co_spawn(
+        executor_, std::move(task),
+        asio::bind_cancellation_slot(running->cancel.slot(), [this, key, running](const std::exception_ptr&) {
+          running_.erase(key);
+          if (running_.empty() && allEnded_)
+            allEnded_->cancel();
+        }));
   }
 
   platform::Task<void> serve(const RequestHandler& handler, json::value id, json::object params,

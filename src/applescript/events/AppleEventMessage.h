@@ -20,10 +20,13 @@ struct EventCode {
 
 namespace events {
 inline constexpr EventCode get{fourCharCode("core"), fourCharCode("getd")};
-inline constexpr EventCode set{fourCharCode("core"), fourCharCode("setd")};   ///< value in keyword 'data'
-inline constexpr EventCode count{fourCharCode("core"), fourCharCode("cnte")}; ///< direct object: the container of what is counted, or every …; class in 'kocl'
+inline constexpr EventCode set{fourCharCode("core"), fourCharCode("setd")}; ///< value in keyword 'data'
+inline constexpr EventCode count{
+    fourCharCode("core"),
+    fourCharCode("cnte")}; ///< direct object: the container of what is counted, or every …; class in 'kocl'
 inline constexpr EventCode exists{fourCharCode("core"), fourCharCode("doex")};
-inline constexpr EventCode make{fourCharCode("core"), fourCharCode("crel")};  ///< class 'kocl', place 'insh', properties 'prdt'
+inline constexpr EventCode make{fourCharCode("core"),
+                                fourCharCode("crel")}; ///< class 'kocl', place 'insh', properties 'prdt'
 inline constexpr EventCode close{fourCharCode("core"), fourCharCode("clos")};
 inline constexpr EventCode remove{fourCharCode("core"), fourCharCode("delo")};
 inline constexpr EventCode activate{fourCharCode("misc"), fourCharCode("actv")};

@@ -31,7 +31,7 @@ Path parsePath(std::string_view text, Place place) {
   for (;;) {
     const std::size_t dot = rest.find('.');
     const std::string_view name = rest.substr(0, dot);
-    if (name.empty() || !std::ranges::all_of(name, isNameCharacter))
+    if (!isVariableName(name))
       throw Problem{place,
                     fmt::format("${{{}}} is no path: it is a variable’s name, and perhaps members behind dots, such "
                                 "as ${{tabs.0.title}}. $${{ stands for ${{ itself.",
@@ -119,6 +119,10 @@ std::string Path::text() const {
   for (const std::string& member : members)
     text += "." + member;
   return text;
+}
+
+bool isVariableName(std::string_view name) {
+  return !name.empty() && std::ranges::all_of(name, isNameCharacter);
 }
 
 Expression textExpression(std::string_view text, Place place) {

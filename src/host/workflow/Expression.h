@@ -50,6 +50,9 @@ struct Expression {
   Place place;
 };
 
+/// Whether a variable can have that name: ASCII letters, digits, "_" and "-".
+[[nodiscard]] bool isVariableName(std::string_view name);
+
 /// The expression of a text. Throws `Problem` for an opening `${` without its end, and for what can't be a path.
 [[nodiscard]] Expression textExpression(std::string_view text, Place place);
 

@@ -129,6 +129,7 @@ private:
     if (types_.contains(name))
       return true;
     std::vector<std::string> names;
+    names.reserve(types_.size());
     for (const auto& [known, type] : types_)
       names.push_back(known);
     complain(place, fmt::format("No earlier step gives “{}”.{}", name, didYouMean(name, names, "")));

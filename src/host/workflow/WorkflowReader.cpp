@@ -88,15 +88,10 @@ private:
 
   static Name variableIn(const YAML::Node& node) {
     Name name = nameIn(node, "A variable");
-    try {
-      const Expression whole = textExpression("${" + name.text + "}", name.place);
-      const auto& path = std::get<Path>(std::get<Expression::Text>(whole.form).pieces.front());
-      if (path.members.empty())
-        return name;
-    } catch (const Problem&) { // told below in the words of a name
-    }
-    throw Problem{name.place,
-                  fmt::format("“{}” can’t be a variable’s name: it has letters, digits, _ and - only.", name.text)};
+    if (!isVariableName(name.text))
+      throw Problem{name.place,
+                    fmt::format("“{}” can’t be a variable’s name: it has letters, digits, _ and - only.", name.text)};
+    return name;
   }
 
   std::vector<NamedExpression> valuesIn(const YAML::Node& node, const char* what) {

@@ -80,7 +80,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::requireLink(const CallLimits& callL
     return link;
   const CallLimits limits = platform::boundedBy(callLimits, 30s);
   const devtools::Turn::Holder holder = connecting_.take("the browser is being connected", limits);
-  const std::shared_ptr<BrowserLink> present = currentLink();
+  std::shared_ptr<BrowserLink> present = currentLink();
   if (present && !looksAgain)
     return present;
   std::shared_ptr<BrowserLink> link;
@@ -126,7 +126,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::connect(const CallLimits& limits) {
 /// Null when the browser takes no connections.
 std::shared_ptr<BrowserLink> DevToolsDriver::tryLink(const platform::RunningBrowser& browser,
                                                      const CallLimits& limits) {
-  const std::shared_ptr<BrowserLink> present = currentLink();
+  std::shared_ptr<BrowserLink> present = currentLink();
   if (present && present->browser().process == browser.process && present->browser().startTime == browser.startTime)
     return present;
   const auto endpoint = parts_.discovery.endpoint(browser.profileDirectory, browser.process, browser.owner);

@@ -18,7 +18,6 @@ namespace tabwright::scripting {
 using devtools::DevToolsFailure;
 using devtools::DevToolsFault;
 using devtools::PendingCall;
-using devtools::Session;
 using namespace std::chrono_literals;
 
 namespace {
@@ -91,6 +90,7 @@ ViewedBrowser ProtocolView::look(Extent /*always the whole*/, const CallLimits& 
   const auto contexts = connection_->send("Target.getBrowserContexts", {});
   const std::vector<Page> pages = listPages(limits);
   std::vector<std::shared_ptr<PendingCall>> calls;
+  calls.reserve(pages.size());
   for (const Page& page : pages)
     calls.push_back(connection_->send("Browser.getWindowForTarget", {{"targetId", page.target}}));
   const PendingCall::Answer contextAnswer = contexts->await(limits);
