@@ -78,7 +78,8 @@ private:
 
 } // namespace
 
-/// One context for all checks: a check runs nothing, so it leaves nothing behind for the next one but garbage.
+/// One context for all checks, one at a time: a check runs nothing, so it leaves nothing behind for the next one but
+/// garbage.
 class JavaScriptCoreSyntaxValidator::Engine {
 public:
   Engine() : context_(library_.contextCreate(nullptr)) {}
@@ -88,7 +89,6 @@ public:
 
   /// The exception's text.
   std::optional<std::string> check(std::string_view code) {
-    const std::scoped_lock lock(mutex_);
     if (++checks_ % checksBetweenCollections == 0)
       library_.collectGarbage(context_);
     const icu::UnicodeString text =
@@ -99,11 +99,10 @@ public:
     if (library_.checkScriptSyntax(context_, script.get(), nullptr, 1, &exception))
       return std::nullopt;
     const String sentence = owned(library_.valueToStringCopy(context_, exception, nullptr));
-    std::string utf8(sentence ? library_.stringMaximumSize(sentence.get()) : 1, '\0');
-    if (sentence)
-      utf8.resize(library_.stringGetUTF8(sentence.get(), utf8.data(), utf8.size()));
-    while (!utf8.empty() && utf8.back() == '\0')
-      utf8.pop_back();
+    if (!sentence)
+      return std::string();
+    std::string utf8(library_.stringMaximumSize(sentence.get()), '\0');
+    utf8.resize(library_.stringGetUTF8(sentence.get(), utf8.data(), utf8.size()) - 1); // the closing NUL counts
     return utf8;
   }
 
@@ -114,7 +113,6 @@ private:
   [[nodiscard]] String owned(JSStringRef string) const { return {string, library_.stringRelease}; }
 
   const JavaScriptCore& library_ = JavaScriptCore::shared();
-  std::mutex mutex_;
   std::uint64_t checks_ = 0;
   JSGlobalContextRef context_;
 };
@@ -123,11 +121,9 @@ JavaScriptCoreSyntaxValidator::JavaScriptCoreSyntaxValidator() = default;
 JavaScriptCoreSyntaxValidator::~JavaScriptCoreSyntaxValidator() = default;
 
 std::optional<std::string> JavaScriptCoreSyntaxValidator::validateJavascript(std::string_view js) {
-  {
-    const std::scoped_lock lock(mutex_);
-    if (!engine_)
-      engine_ = std::make_unique<Engine>();
-  }
+  const std::scoped_lock lock(mutex_);
+  if (!engine_)
+    engine_ = std::make_unique<Engine>();
   std::optional<std::string> exception = engine_->check("(function() { " + std::string(js) + " })");
   if (exception)
     logger.debug("failure: {}", *exception);

@@ -26,7 +26,6 @@ struct Path {
 
   /// As it is written, without `${}`.
   [[nodiscard]] std::string text() const;
-  friend bool operator==(const Path&, const Path&) = default;
 };
 
 /// A value of a workflow's file, in which paths stand for values that are known only when the step runs.
