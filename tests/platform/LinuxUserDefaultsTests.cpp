@@ -326,6 +326,17 @@ private:
   int calls_ = 0;
 };
 
+TEST_F(LinuxUserDefaultsTest, ALateUpdateReachesTheDiskWhileItsStoreLives) {
+  const Store reader(folder);
+  CallCount counts;
+  const DefaultsObservation observation = reader.count.observe([&] { counts.add(); });
+  const Store writer(folder);
+  writer.count.updateSoon(plusOne);
+  writer.count.updateSoon(plusOne);
+  EXPECT_TRUE(counts.waitFor(1));
+  EXPECT_EQ(reader.count.get(), 9);
+}
+
 TEST_F(LinuxUserDefaultsTest, TellsObserversOfOwnChangesBeforeTheUpdateReturns) {
   const Store store(folder);
   CallCount counts;
