@@ -36,18 +36,24 @@ seconds() {
   printf '%s' "$best"
 }
 
+# beside NAME COMMAND...: another program on the page, beside ours.
+beside() {
+  local name=$1 theirs
+  shift
+  if "$@" >/dev/null 2>&1; then
+    theirs=$(seconds "$@")
+    printf '   %s %6s (%s)' "$name" "$theirs" "$(awk "BEGIN {printf \"%.0f\", $theirs / ($ours + 0.0005)}")"
+  else
+    printf '   %s fails' "$name"
+  fi
+}
+
 echo
 echo "Whole processes, seconds of processor time, and how often ours goes into theirs:"
 for page in "${pages[@]}"; do
   ours=$(seconds "$build/src/app/tabwright" markdown "$page")
   printf '%-28s tabwright %6s' "$(basename "$page")" "$ours"
-  if command -v pandoc >/dev/null; then
-    theirs=$(seconds pandoc -f html -t gfm "$page")
-    printf '   pandoc %6s (%s)' "$theirs" "$(awk "BEGIN {printf \"%.0f\", $theirs / ($ours + 0.0005)}")"
-  fi
-  if [ -n "$turndown" ]; then
-    theirs=$(seconds $turndown "$page")
-    printf '   turndown %6s (%s)' "$theirs" "$(awk "BEGIN {printf \"%.0f\", $theirs / ($ours + 0.0005)}")"
-  fi
+  ! command -v pandoc >/dev/null || beside pandoc pandoc -f html -t gfm "$page"
+  [ -z "$turndown" ] || beside turndown $turndown "$page"
   echo
 done
