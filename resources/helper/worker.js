@@ -30,6 +30,10 @@ let reshaped = 0;
 const touched = new Map();
 // Of more tabs the whole snapshot is the cheaper answer.
 const mostTouched = 20;
+// Who waits for a window to be gone, by its id.
+const closings = new Map();
+// A page may ask the user whether to leave it, who may take any time to answer.
+const patienceWithClosings = 2000;
 
 // ---------------------------------------------------------------------------------------------------- remembering
 
@@ -111,6 +115,7 @@ chrome.windows.onCreated.addListener(async (window) => {
 
 chrome.windows.onRemoved.addListener(async (id) => {
   changed();
+  closings.get(id)?.();
   await isReady;
   kept.order = kept.order.filter((other) => other !== id);
   delete kept.names[id];
@@ -266,7 +271,20 @@ const commands = {
   },
 
   closeTab: ({ tab }) => chrome.tabs.remove(tab),
-  closeWindow: ({ window }) => chrome.windows.remove(window),
+
+  // The browser answers while the window is still closing.
+  async closeWindow({ window }) {
+    const gone = new Promise((resolve) => {
+      closings.set(window, resolve);
+      setTimeout(resolve, patienceWithClosings);
+    });
+    try {
+      await chrome.windows.remove(window);
+      await gone;
+    } finally {
+      closings.delete(window);
+    }
+  },
 
   async activateTab({ tab }) {
     await chrome.tabs.update(tab, { active: true });

@@ -37,6 +37,11 @@ WorkflowProgress::~WorkflowProgress() {
     terminal_ << std::endl;
 }
 
+void WorkflowProgress::showTitle(const std::string& title) {
+  if (!title.empty())
+    terminal_ << platform::fitted(platform::onOneLine(title), width_) << std::endl;
+}
+
 void WorkflowProgress::stepBegins(const workflow::Step& step, const workflow::Variables& variables, std::size_t depth) {
   isLineOpen_ = isAction(step);
   if (isLineOpen_)
@@ -46,7 +51,7 @@ void WorkflowProgress::stepBegins(const workflow::Step& step, const workflow::Va
   began_ = clock_.secondsSinceReferenceDate();
 }
 
-void WorkflowProgress::stepEnds(const workflow::Step& step, std::size_t, const std::string& failure) {
+void WorkflowProgress::stepEnds(const workflow::Step& step, const std::string& failure) {
   if (!isAction(step))
     return;
   terminal_ << (failure.empty() ? fmt::format("{:.2f} s", clock_.secondsSinceReferenceDate() - began_) : "failed")

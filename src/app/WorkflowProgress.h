@@ -21,9 +21,12 @@ public:
   WorkflowProgress(const WorkflowProgress&) = delete;
   WorkflowProgress& operator=(const WorkflowProgress&) = delete;
 
+  /// The line above all others, before the first step; nothing for a workflow without a title.
+  void showTitle(const std::string& title);
+
   void stepBegins(const host::workflow::Step& step, const host::workflow::Variables& variables,
                   std::size_t depth) override;
-  void stepEnds(const host::workflow::Step& step, std::size_t depth, const std::string& failure) override;
+  void stepEnds(const host::workflow::Step& step, const std::string& failure) override;
   void roundBegins(const host::workflow::Step& step, std::size_t depth, std::size_t round, std::size_t rounds) override;
   void printed(const std::string& text) override;
 
@@ -44,7 +47,7 @@ public:
   explicit WorkflowOutput(std::ostream& output) : output_(output) {}
 
   void stepBegins(const host::workflow::Step&, const host::workflow::Variables&, std::size_t) override {}
-  void stepEnds(const host::workflow::Step&, std::size_t, const std::string&) override {}
+  void stepEnds(const host::workflow::Step&, const std::string&) override {}
   void roundBegins(const host::workflow::Step&, std::size_t, std::size_t, std::size_t) override {}
   void printed(const std::string& text) override { output_ << text << std::endl; } // at once, for who waits for it
 

@@ -29,20 +29,23 @@ TEST(WorkflowProgress, IsALinePerStepThatFitsTheTerminal) {
   const workflow::Step& repeat = std::get<workflow::TryStep>(attempt.work).steps[0];
   {
     WorkflowProgress progress(terminal, 50, output, clock);
+    progress.showTitle("");
+    progress.showTitle("A title\nthat does not fit the fifty cells of the terminal");
     progress.stepBegins(click, {}, 0);
     clock.now += 1.5;
-    progress.stepEnds(click, 0, "");
+    progress.stepEnds(click, "");
     progress.stepBegins(attempt, {}, 0);
     progress.stepBegins(repeat, {}, 1);
     progress.roundBegins(repeat, 1, 1, 1);
     progress.printed("on standard output");
-    progress.stepEnds(repeat, 1, "");
-    progress.stepEnds(attempt, 0, "");
+    progress.stepEnds(repeat, "");
+    progress.stepEnds(attempt, "");
     progress.stepBegins(click, {}, 0);
-    progress.stepEnds(click, 0, "It failed");
+    progress.stepEnds(click, "It failed");
     progress.stepBegins(click, {}, 0); // and is interrupted
   }
-  EXPECT_EQ(terminal.str(), R"(   2  ClickElement cssSelector: #a-ve… … 1.50 s
+  EXPECT_EQ(terminal.str(), R"(A title that does not fit the fifty cells of the …
+   2  ClickElement cssSelector: #a-ve… … 1.50 s
    4  try
    5    repeat 1 of 1
    2  ClickElement cssSelector: #a-ve… … failed

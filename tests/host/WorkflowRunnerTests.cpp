@@ -26,7 +26,7 @@ public:
   void stepBegins(const Step& step, const Variables&, std::size_t) override {
     steps.push_back(std::to_string(step.place.line));
   }
-  void stepEnds(const Step& step, std::size_t, const std::string& failure) override {
+  void stepEnds(const Step& step, const std::string& failure) override {
     steps.push_back(std::to_string(step.place.line) + (failure.empty() ? "." : "!"));
   }
   void roundBegins(const Step& step, std::size_t, std::size_t round, std::size_t rounds) override {

@@ -64,6 +64,22 @@ TEST_F(DriverTest, WindowsStandFrontToBackAndRaisingMovesToTheFront) {
     driver().closeWindow(window, limits());
 }
 
+TEST_F(DriverTest, TabsAndWindowsAreClosedOnceTheirPagesHaveLetGo) {
+  const WindowID window = driver().makeWindow(WindowMode::normal, "about:blank", limits());
+  for (const bool closesWindow : {false, true}) {
+    const TabID tab = driver().makeTab(window, std::nullopt, "data:text/html,<title>Slow</title>", limits());
+    awaitLoaded(tab);
+    evaluate(tab,
+             "addEventListener('beforeunload', () => { const end = Date.now() + 300; while (Date.now() < end); })");
+    if (closesWindow)
+      driver().closeWindow(window, limits());
+    else
+      driver().closeTab(tab, limits());
+    EXPECT_FALSE(find(tab));
+  }
+  EXPECT_FALSE(findWindow(window));
+}
+
 TEST_F(DriverTest, IncognitoWindowsAreSeenAndTheirTabsAnswer) {
   const WindowID window = driver().makeWindow(WindowMode::incognito, "data:text/html,<title>Private</title>", limits());
   const WindowState state = *findWindow(window);

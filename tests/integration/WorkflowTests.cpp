@@ -25,7 +25,7 @@ public:
   std::vector<std::string> printed_;
 
   void stepBegins(const workflow::Step&, const workflow::Variables&, std::size_t) override {}
-  void stepEnds(const workflow::Step&, std::size_t, const std::string&) override {}
+  void stepEnds(const workflow::Step&, const std::string&) override {}
   void roundBegins(const workflow::Step&, std::size_t, std::size_t, std::size_t) override {}
   void printed(const std::string& text) override { printed_.push_back(text); }
 };

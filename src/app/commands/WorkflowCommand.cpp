@@ -37,10 +37,12 @@ std::map<std::string, std::string> givenVariables(const std::vector<std::string>
   return given;
 }
 
-std::unique_ptr<flow::WorkflowObserver> observer(const platform::Clock& clock) {
-  if (::isatty(STDERR_FILENO) == 1)
-    return std::make_unique<WorkflowProgress>(std::cerr, terminalWidth(), std::cout, clock);
-  return std::make_unique<WorkflowOutput>(std::cout);
+std::unique_ptr<flow::WorkflowObserver> observer(const std::string& title, const platform::Clock& clock) {
+  if (::isatty(STDERR_FILENO) != 1)
+    return std::make_unique<WorkflowOutput>(std::cout);
+  auto progress = std::make_unique<WorkflowProgress>(std::cerr, terminalWidth(), std::cout, clock);
+  progress->showTitle(title);
+  return progress;
 }
 
 } // namespace
@@ -61,7 +63,7 @@ ExitCode workflow(const WorkflowCommand& command) {
       return ExitCode::done;
     }
     const platform::SystemClock clock;
-    const auto watching = observer(clock);
+    const auto watching = observer(steps.title, clock);
     TerminalHost user;
     runInterruptibly(flow::runWorkflow(steps, variables, composition.catalogue(), user, *watching));
     return ExitCode::done;

@@ -81,7 +81,7 @@ public:
       } catch (const Problem& problem) {
         failure = failed(step, problem.place, problem.sentence, {"WorkflowError", "noValue", {}});
       }
-      observer_.stepEnds(step, depth, failure ? failure->reason() : std::string());
+      observer_.stepEnds(step, failure ? failure->reason() : std::string());
       if (failure)
         throw StepFailure(*failure);
     }
