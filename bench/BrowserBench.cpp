@@ -67,6 +67,8 @@ int main(int argumentCount, char** arguments) {
   try {
     app::Composition composition;
     measure(composition, "ClickElement", {{"targetContext", "chromium"}, {"cssSelector", "#switch"}}, runs);
+    measure(composition, "RunJavascriptInTab", {{"targetContext", "chromium"}, {"jsCode", "return document.title"}},
+            runs);
     measure(composition, "GetListOfTabs", {{"targetContext", "chromium"}}, runs);
 
     const auto driver = composition.driver(*platform::findBrowser("chromium"));

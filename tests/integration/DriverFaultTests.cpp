@@ -133,7 +133,9 @@ TEST_F(DriverTest, ADamagedOrForeignEndpointFileIsNotTrusted) {
 
 TEST(BrowserLifetime, AKilledBrowserFailsCallsAtOnceAndTheNextOneIsFound) {
   auto chromium = std::make_unique<support::ChromiumProcess>();
-  DevToolsDriver driver(chromiumFacts(), {support::helperDirectory(), [&] { return chromium->find(); }});
+  DevToolsDriverParts parts{support::helperDirectory(), [&] { return chromium->find(); }};
+  parts.looksAhead = false; // what is sent is counted
+  DevToolsDriver driver(chromiumFacts(), std::move(parts));
   const TabID tab = driver.snapshot({})->windows.at(0).tabs.at(0).id;
   driver.evaluate(tab, "1", {});
   const std::uint64_t sent = driver.traffic().sent;

@@ -176,6 +176,17 @@ TEST_F(DriverTest, ASnapshotIsHeldUntilTheBrowserReportsAChange) {
   eventually([&] { return !find(tab); });
 }
 
+TEST_F(DriverTest, ALookAheadSparesTheNextCallItsOwn) {
+  const TabID tab = open("data:text/html,<title>Ahead</title>");
+  eventually([&] {
+    evaluate(tab, "document.title += '!'");
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    const std::uint64_t before = driver().traffic().sent;
+    const std::string title = find(tab)->title;
+    return driver().traffic().sent == before && evaluate(tab, "document.title") == title.c_str();
+  });
+}
+
 TEST_F(DriverTest, WhatDoesNotExistIsNamed) {
   constexpr TabID none = 987654321;
   EXPECT_EQ(faultOf([&] { evaluate(none, "1"); }), DriverFault::noSuchTab);

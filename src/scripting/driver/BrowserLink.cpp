@@ -45,13 +45,22 @@ bool isJavaScript(const std::string& url) {
 
 std::shared_ptr<BrowserLink> BrowserLink::open(const platform::RunningBrowser& browser,
                                                const devtools::Endpoint& endpoint,
-                                               const std::filesystem::path& helperDirectory, const CallLimits& limits) {
+                                               const std::filesystem::path& helperDirectory, LooksAhead looksAhead,
+                                               const CallLimits& limits) {
   std::shared_ptr<BrowserLink> link(new BrowserLink(browser, devtools::Connection::open(endpoint, limits)));
   const auto version = link->connection_->send("Browser.getVersion", {});
+  std::function<void()> onChange = [changes = link->changes_] { changes->fetch_add(1); };
+  if (looksAhead == LooksAhead::yes) {
+    link->lookahead_ =
+        std::make_unique<Lookahead>([&link = *link](const std::stop_token& stop) { link.lookAhead(stop); });
+    onChange = [count = std::move(onChange), stale = link->lookahead_->staleBell()] {
+      count();
+      stale();
+    };
+  }
   try {
-    auto worker =
-        std::make_unique<HelperWorker>(link->connection_, HelperPlace{helperDirectory, browser.profileDirectory},
-                                       [changes = link->changes_] { changes->fetch_add(1); });
+    auto worker = std::make_unique<HelperWorker>(
+        link->connection_, HelperPlace{helperDirectory, browser.profileDirectory}, std::move(onChange));
     worker->prepare(limits);
     link->view_ = std::make_unique<HelperView>(std::move(worker), versionOf(version->result(limits)));
   } catch (const DevToolsFailure& failure) {
@@ -71,20 +80,42 @@ BrowserLink::~BrowserLink() = default;
 // ---------------------------------------------------------------------------------------------------------- looking
 
 std::shared_ptr<const BrowserSnapshot> BrowserLink::snapshot(const CallLimits& limits) {
+  if (lookahead_)
+    lookahead_->used();
+  return upToDate(limits);
+}
+
+std::shared_ptr<const BrowserSnapshot> BrowserLink::upToDate(const CallLimits& limits) {
+  std::uint64_t asked = 0;
   {
     const std::lock_guard lock(mutex_);
-    if (viewedAt_ == changes_->load() && disturbances_->load() == 0)
+    if (isHeld())
+      return viewed_.snapshot;
+    asked = looksBegun_;
+  }
+  const devtools::Turn::Holder turn = looking_.take("the browser is being looked at", limits);
+  {
+    const std::lock_guard lock(mutex_);
+    if (isHeld() || viewedBy_ > asked)
       return viewed_.snapshot;
   }
   return look(BrowserView::Extent::news, limits).snapshot;
+}
+
+void BrowserLink::lookAhead(const std::stop_token& stop) {
+  // What we are doing ourselves would make the look worthless; another follows when it is done.
+  if (view_->reportsChanges() && disturbances_->load() == 0)
+    upToDate({std::chrono::steady_clock::now() + 5s, stop});
 }
 
 ViewedBrowser BrowserLink::look(BrowserView::Extent extent, const CallLimits& limits) {
   const std::uint64_t before = changes_->load();
   const std::uint64_t commands = commands_.load();
   const bool mayHold = view_->reportsChanges() && disturbances_->load() == 0;
+  std::uint64_t number = 0;
   {
     const std::lock_guard lock(mutex_);
+    number = ++looksBegun_;
     if (wholeAt_ != commands)
       extent = BrowserView::Extent::whole;
   }
@@ -92,6 +123,9 @@ ViewedBrowser BrowserLink::look(BrowserView::Extent extent, const CallLimits& li
   const std::lock_guard lock(mutex_);
   if (extent == BrowserView::Extent::whole)
     wholeAt_ = std::max(wholeAt_, commands);
+  if (number < viewedBy_) // a later look was faster
+    return viewed;
+  viewedBy_ = number;
   viewed_ = viewed;
   viewedAt_.reset();
   if (mayHold && disturbances_->load() == 0 && changes_->load() == before)

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "devtools/Discovery.h"
+#include "devtools/Waiting.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/driver/BrowserView.h"
+#include "scripting/driver/Lookahead.h"
 #include "scripting/driver/PageJobs.h"
 #include "scripting/driver/PageSessions.h"
 
@@ -22,14 +24,18 @@ namespace tabwright::scripting {
 ///
 /// What holding guarantees: a snapshot was true at one moment after all our own commands and evaluations so far had
 /// ended. It is kept only while no change was reported, from before it was asked for; so it lags behind the user by no
-/// more than the time that the browser takes to report a change.
+/// more than the time that the browser takes to report a change. Callers who ask at once share a look that began after
+/// they asked; and while somebody uses the browser, a look ahead is made as soon as the held snapshot holds no more.
 ///
 /// Throws DriverFailure and DevToolsFailure. Safe to use from any thread.
 class BrowserLink {
 public:
+  enum class LooksAhead { no, yes };
+
   /// Connects; loads the helper where it isn't there. `browser` is the one that listens at the endpoint.
   static std::shared_ptr<BrowserLink> open(const platform::RunningBrowser& browser, const devtools::Endpoint& endpoint,
-                                           const std::filesystem::path& helperDirectory, const CallLimits& limits);
+                                           const std::filesystem::path& helperDirectory, LooksAhead looksAhead,
+                                           const CallLimits& limits);
   ~BrowserLink();
 
   [[nodiscard]] bool isOpen() const { return connection_->isOpen(); }
@@ -72,6 +78,10 @@ private:
         link_.commands_.fetch_add(1);
       link_.changes_->fetch_add(1);
       link_.disturbances_->fetch_sub(1);
+      if (link_.lookahead_) {
+        link_.lookahead_->used();
+        link_.lookahead_->stale();
+      }
     }
     Disturbance(const Disturbance&) = delete;
     Disturbance& operator=(const Disturbance&) = delete;
@@ -83,7 +93,10 @@ private:
 
   using Counter = std::shared_ptr<std::atomic<std::uint64_t>>;
   BrowserLink(platform::RunningBrowser browser, std::shared_ptr<devtools::Connection> connection);
+  std::shared_ptr<const BrowserSnapshot> upToDate(const CallLimits& limits);
+  void lookAhead(const std::stop_token& stop);
   ViewedBrowser look(BrowserView::Extent extent, const CallLimits& limits);
+  [[nodiscard]] bool isHeld() const { return viewedAt_ == changes_->load() && disturbances_->load() == 0; }
   std::optional<std::string> findTarget(TabID tab);
   std::shared_ptr<devtools::Session> requirePage(TabID tab, const CallLimits& limits);
   void awaitOpening(TabID tab, const CallLimits& limits);
@@ -101,10 +114,15 @@ private:
   std::atomic<std::uint64_t> commands_ = 0; ///< that have ended
   std::unique_ptr<BrowserView> view_;
 
-  std::mutex mutex_; // guards what follows
+  devtools::Turn looking_;
+  std::mutex mutex_; // guards what follows, but not the lookahead
   ViewedBrowser viewed_;
+  std::uint64_t looksBegun_ = 0;
+  std::uint64_t viewedBy_ = 0;            // the number of the look that viewed_ is from
   std::optional<std::uint64_t> viewedAt_; // the count of changes that viewed_ holds for
   std::uint64_t wholeAt_ = 0;             // the count of commands at the last whole look
+
+  std::unique_ptr<Lookahead> lookahead_; // null without; the last member: its thread ends before what it uses
 };
 
 } // namespace tabwright::scripting

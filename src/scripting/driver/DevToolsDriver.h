@@ -26,6 +26,7 @@ struct DevToolsDriverParts {
   devtools::Discovery discovery{};
   /// A pause between calls this long ends what belongs together: the call after it may go to another browser.
   std::chrono::nanoseconds pauseBetweenRuns = std::chrono::seconds(1);
+  bool looksAhead = true; ///< see BrowserLink; without it only calls make traffic
 };
 
 /// A browser of the Chromium family, reached over the DevTools protocol.

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <stop_token>
+#include <thread>
+
+namespace tabwright::scripting {
+
+/// Looks at a browser before anybody asks, so that what was seen is up to date when the next action comes.
+///
+/// A look follows each `stale`, a moment later, on a thread of its own; but only while somebody uses the browser, and
+/// with rests so that looking takes no more than a fifth of the time. Safe to use from any thread.
+class Lookahead {
+public:
+  /// `look` is called on the thread, one call at a time, and should end when a stop is requested; what it throws is
+  /// logged. `usefulFor` tells how long after a use looks are still worth their while.
+  explicit Lookahead(std::function<void(const std::stop_token&)> look,
+                     std::chrono::nanoseconds usefulFor = std::chrono::seconds(1));
+  /// Stops the look under way and waits for it.
+  ~Lookahead() = default;
+  Lookahead(const Lookahead&) = delete;
+  Lookahead& operator=(const Lookahead&) = delete;
+
+  /// Somebody uses the browser now.
+  void used();
+  /// What was seen last holds no more.
+  void stale() { ring(*bell_); }
+  /// `stale` for those who may outlive this: does nothing then.
+  [[nodiscard]] std::function<void()> staleBell() const;
+
+private:
+  using Time = std::chrono::steady_clock::time_point;
+
+  /// What the thread waits for.
+  struct Bell {
+    std::mutex mutex;
+    std::condition_variable_any rung;
+    bool isStale = false;
+    std::optional<Time> used;
+  };
+
+  static void ring(Bell& bell);
+  void run(const std::stop_token& stop) const;
+  static bool await(Bell& bell, const std::stop_token& stop, Time notBefore, std::chrono::nanoseconds usefulFor);
+
+  const std::function<void(const std::stop_token&)> look_;
+  const std::chrono::nanoseconds usefulFor_;
+  const std::shared_ptr<Bell> bell_ = std::make_shared<Bell>();
+  std::jthread thread_; // the last member: it ends before what it uses
+};
+
+} // namespace tabwright::scripting
