@@ -22,6 +22,32 @@ TEST_F(DriverTest, SeesWhatAPageHasJustMadeOfItself) {
   EXPECT_LT(missed, 10);
 }
 
+TEST_F(DriverTest, AProgramWhosePageJobIsDoneNeedsNoLookToEnd) {
+  DevToolsDriverParts parts{support::helperDirectory(), [] { return chromium().find(); }};
+  parts.looksAhead = false; // what is sent is counted
+  DevToolsDriver counted(chromiumFacts(), std::move(parts));
+  const TabID tab = open("data:text/html,<title>Job</title>");
+  const auto sentBy = [&](const std::function<void()>& calls) {
+    const std::uint64_t before = counted.traffic().sent;
+    calls();
+    return counted.traffic().sent - before;
+  };
+  const auto limitsOf = [](const std::stop_source& run) { return CallLimits{limits().deadline, run.get_token()}; };
+  eventually([&] {
+    const std::stop_source own;
+    const std::stop_source other;
+    counted.snapshot(limitsOf(own));
+    counted.evaluate(
+        tab,
+        "window.__01JDA0000000000000000000CA = 'alive';\n(async () => 1)()\n.then(res => {\n"
+        "window.__01JDA0000000000000000000RE = (res === undefined || res === null)\n? ['none']\n: [res]\n});",
+        limitsOf(own));
+    const std::uint64_t ownLooks = sentBy([&] { counted.snapshot(limitsOf(own)); });
+    const std::uint64_t otherLooks = sentBy([&] { counted.snapshot(limitsOf(other)); });
+    return ownLooks == 0 && otherLooks == 1;
+  });
+}
+
 TEST_F(DriverTest, ChangesOneByOneAddUpToWhatIsThere) {
   const auto texts = [](DevToolsDriver& driver) {
     std::string all;

@@ -85,11 +85,16 @@ std::shared_ptr<const BrowserSnapshot> BrowserLink::snapshot(const CallLimits& l
   return upToDate(limits);
 }
 
+bool BrowserLink::isHeldFor(const std::stop_token& run) const {
+  return jobDone_ && run.stop_possible() && jobDone_->run == run && jobDone_->changes == changes_->load() &&
+         disturbances_->load() == 0;
+}
+
 std::shared_ptr<const BrowserSnapshot> BrowserLink::upToDate(const CallLimits& limits) {
   std::uint64_t asked = 0;
   {
     const std::lock_guard lock(mutex_);
-    if (isHeld())
+    if (isHeld() || isHeldFor(limits.stop))
       return viewed_.snapshot;
     asked = looksBegun_;
   }
@@ -195,6 +200,12 @@ auto BrowserLink::onPage(TabID tab, const CallLimits& limits, Call&& call) {
 boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascript, const CallLimits& limits) {
   if (std::optional<boost::json::value> known = jobs_.answer(javascript))
     return std::move(*known);
+  std::optional<std::uint64_t> heldAt;
+  {
+    const std::lock_guard lock(mutex_);
+    if (isHeld())
+      heldAt = viewedAt_;
+  }
   const Disturbance disturbance(*this, Disturbance::Kind::evaluation);
   const std::optional<PageJob> job = readPageJob(javascript);
   const std::string code = job ? javascript + job->resultExpression() : javascript;
@@ -205,8 +216,12 @@ boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascrip
     log.debug("JavaScript gave no value: {}", *evaluation.exception);
   if (!job)
     return std::move(evaluation.value);
-  if (const boost::json::array* result = evaluation.value.if_array())
+  if (const boost::json::array* result = evaluation.value.if_array()) {
     jobs_.keep(*job, result->at(0));
+    const std::lock_guard lock(mutex_);
+    if (heldAt)
+      jobDone_ = {limits.stop, *heldAt + 1};
+  }
   return nullptr;
 }
 

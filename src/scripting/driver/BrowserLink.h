@@ -25,7 +25,9 @@ namespace tabwright::scripting {
 /// What holding guarantees: a snapshot was true at one moment after all our own commands and evaluations so far had
 /// ended. It is kept only while no change was reported, from before it was asked for; so it lags behind the user by no
 /// more than the time that the browser takes to report a change. Callers who ask at once share a look that began after
-/// they asked; and while somebody uses the browser, a look ahead is made as soon as the held snapshot holds no more.
+/// they asked. The program whose page job has just ended goes on with what it saw before, since all it has left to do
+/// is to tell its result: for it too the snapshot lags by the time of a report. And while somebody uses the browser, a
+/// look ahead is made as soon as the held snapshot holds no more.
 ///
 /// Throws DriverFailure and DevToolsFailure. Safe to use from any thread.
 class BrowserLink {
@@ -97,6 +99,7 @@ private:
   void lookAhead(const std::stop_token& stop);
   ViewedBrowser look(BrowserView::Extent extent, const CallLimits& limits);
   [[nodiscard]] bool isHeld() const { return viewedAt_ == changes_->load() && disturbances_->load() == 0; }
+  [[nodiscard]] bool isHeldFor(const std::stop_token& run) const;
   std::optional<std::string> findTarget(TabID tab);
   std::shared_ptr<devtools::Session> requirePage(TabID tab, const CallLimits& limits);
   void awaitOpening(TabID tab, const CallLimits& limits);
@@ -121,6 +124,11 @@ private:
   std::uint64_t viewedBy_ = 0;            // the number of the look that viewed_ is from
   std::optional<std::uint64_t> viewedAt_; // the count of changes that viewed_ holds for
   std::uint64_t wholeAt_ = 0;             // the count of commands at the last whole look
+  struct JobDone {
+    std::stop_token run;
+    std::uint64_t changes; // the count of changes with that of the job itself
+  };
+  std::optional<JobDone> jobDone_; // the last page job on a browser whose snapshot was held
 
   std::unique_ptr<Lookahead> lookahead_; // null without; the last member: its thread ends before what it uses
 };
