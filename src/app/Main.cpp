@@ -3,12 +3,18 @@
 #include "app/HostProcess.h"
 #include "client/HostProtocol.h"
 
+#include <cstdlib>
 #include <malloc.h>
 #include <string_view>
 
 int main(int argumentCount, char** arguments) {
   if (argumentCount == 3 && std::string_view(arguments[1]) == tabwright::client::handover::command) {
     ::mallopt(M_ARENA_MAX, 2); // memory that one thread is done with is of use to the others
+    // JavaScriptCore checks syntax here and runs nothing; to prepare its compilers costs 2 MB. It reads this when it is
+    // first used, but the environment may be changed only while there is one thread. The host starts no programs that
+    // would inherit it.
+    ::setenv("JSC_useJIT", "0", 0);
+    ::setenv("JSC_useConcurrentGC", "0", 0);
     return tabwright::app::runHost(arguments[2]);
   }
   // What a page's conversion or a long list needed is kept for the next one: to give it back to the system and take it

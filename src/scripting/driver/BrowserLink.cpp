@@ -114,16 +114,17 @@ void BrowserLink::lookAhead(const std::stop_token& stop) {
 }
 
 ViewedBrowser BrowserLink::look(BrowserView::Extent extent, const CallLimits& limits) {
-  const std::uint64_t before = changes_->load();
-  const std::uint64_t commands = commands_.load();
-  const bool mayHold = view_->reportsChanges() && disturbances_->load() == 0;
   std::uint64_t number = 0;
+  std::uint64_t commands = 0;
   {
     const std::lock_guard lock(mutex_);
     number = ++looksBegun_;
+    commands = commands_.load(); // after the number: who asked before shares this look, and may have ended a command
     if (wholeAt_ != commands)
       extent = BrowserView::Extent::whole;
   }
+  const std::uint64_t before = changes_->load();
+  const bool mayHold = view_->reportsChanges() && disturbances_->load() == 0;
   ViewedBrowser viewed = view_->look(extent, limits);
   const std::lock_guard lock(mutex_);
   if (extent == BrowserView::Extent::whole)
