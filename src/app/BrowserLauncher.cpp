@@ -26,7 +26,6 @@
 namespace tabwright::app {
 namespace {
 
-using platform::BrowserFacts;
 using platform::RunningBrowser;
 
 std::optional<RunningBrowser> findRunning(const BrowserLaunch& launch) {
@@ -95,7 +94,7 @@ bool pause(std::chrono::milliseconds interval, const std::stop_token& stop) {
 } // namespace
 
 LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem::path& logFile,
-                              std::chrono::seconds patience, std::stop_token stop) {
+                              std::chrono::seconds patience, const std::stop_token& stop) {
   const std::optional<std::filesystem::path> executable = platform::findExecutable(*launch.facts);
   if (!executable)
     throw NoBrowser(fmt::format("{} isn’t installed: none of its programs is on the PATH.", launch.facts->name));

@@ -43,6 +43,6 @@ private:
 /// Throws NoBrowser when it isn't installed, ends at once, or accepts nothing within `patience`; it is not left running
 /// then. A requested stop ends the wait likewise.
 [[nodiscard]] LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem::path& logFile,
-                                            std::chrono::seconds patience, std::stop_token stop);
+                                            std::chrono::seconds patience, const std::stop_token& stop);
 
 } // namespace tabwright::app

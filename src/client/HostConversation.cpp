@@ -127,7 +127,7 @@ json::value answerTo(const std::string& method, const json::object& params) {
   FileContent content = readContent(textOf(params, "file"));
   if (content.refused)
     return {{"operation", content.refused}, {"errorNumber", content.errorNumber}};
-  return {{"content", std::move(content.content)}};
+  return {{"content", content.content}};
 }
 
 bool answer(int socket, const json::object& request) {

@@ -41,7 +41,7 @@ public:
     const auto opening = std::make_shared<PendingCall>("connecting");
     thread_ = std::thread([this] { run(); });
     asio::post(context_, [this, opening, endpoint] { connect(endpoint, opening); });
-    opening->await(limits);
+    static_cast<void>(opening->await(limits));
   }
 
   /// Ends the thread. Waiting calls fail; listeners are called no more when this returns.

@@ -37,7 +37,7 @@ std::string textForm(const Scriptacular::Arguments& args) {
     return "[:]";
   std::string text = "[";
   for (const auto& [key, value] : args)
-    text += (text.size() > 1 ? ", \"" : "\"") + key + "\": \"" + value + "\"";
+    text.append(text.size() > 1 ? ", \"" : "\"").append(key).append("\": \"").append(value).append("\"");
   return text += ']';
 }
 

@@ -125,7 +125,7 @@ std::string catalogueDocument(const Catalogue& catalogue) {
     section->second += "\n" + sectionOf(catalogue, *action);
   }
   for (const auto& [table, text] : sections)
-    document += "\n## " + localized("reference.section." + table) + "\n" + text;
+    document.append("\n## ").append(localized("reference.section." + table)).append("\n").append(text);
   return document;
 }
 

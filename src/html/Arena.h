@@ -55,7 +55,7 @@ public:
 
 private:
   static constexpr std::size_t alignment = alignof(std::max_align_t);
-  static constexpr std::size_t blockLength = 64 * 1024;
+  static constexpr std::size_t blockLength = 64UL * 1024;
 
   std::vector<std::unique_ptr<std::byte[]>> blocks_;
   std::byte* next_ = nullptr;

@@ -89,6 +89,7 @@ namespace detail {
 [[nodiscard]] boost::json::value parseValue(std::string_view text, std::string_view expected);
 /// `json`, or its only item when it is a list of one: an action that lists things may feed one that takes one.
 [[nodiscard]] const boost::json::value& soleValue(const boost::json::value& json, std::string_view expected);
+const boost::json::value& soleValue(boost::json::value&& json, std::string_view expected) = delete; // it would dangle
 } // namespace detail
 
 /// Throws a `ValueError` that names the first key which is no property, and what the properties are.

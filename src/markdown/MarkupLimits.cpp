@@ -13,7 +13,7 @@ constexpr std::string_view mark = "\xEF\xB7\x90"; // U+FDD0
 constexpr std::string_view blanks = " \t";
 constexpr std::size_t deepestMarker = 128;
 constexpr std::size_t mostColumns = 128;
-constexpr std::size_t longestRun = 32 * 1024;
+constexpr std::size_t longestRun = 32UL * 1024;
 constexpr std::size_t delimiterRowCost = 1024; // each makes the parser read the paragraph before it again
 constexpr std::size_t longestNumber = 9;
 
@@ -55,7 +55,7 @@ std::optional<std::size_t> excessiveMarker(std::string_view line) {
 // A list item that interrupts whatever stands before it; deeper indented it could go on with a paragraph.
 bool startsItem(std::string_view line) {
   const std::size_t at = line.find_first_not_of(' ');
-  if (at == std::string_view::npos || at > 3 || !std::string_view("-+*").contains(line[at]))
+  if (at > 3 || !std::string_view("-+*").contains(line[at]))
     return false;
   return isBlankAt(line, at + 1) && line.find_first_not_of(" \t-+*", at) != std::string_view::npos;
 }

@@ -95,8 +95,10 @@ private:
         marker = std::to_string(number++) + ".";
         marker.insert(0, numberCells + 1 - marker.size(), ' ');
       }
-      if (child.kind == Kind::taskItem)
-        marker = node.isOrdered ? marker + " " + box(child) : box(child);
+      if (child.kind == Kind::taskItem && node.isOrdered)
+        marker.append(" ").append(box(child));
+      else if (child.kind == Kind::taskItem)
+        marker = box(child);
       const std::size_t cells = platform::cellsOf(marker) + 1;
       if (&child != &node.children.front() && spacing == Spacing::loose)
         isBlankDue_ = true;

@@ -73,7 +73,7 @@ public:
       Logger("UserDefaults").error("The stored value of {} is of another type: its default holds", name_);
     return defaultValue_;
   }
-  void set(DefaultsChange& change, T value) const { change.set(name_, DefaultsCoding<T>::value(std::move(value))); }
+  void set(DefaultsChange& change, const T& value) const { change.set(name_, DefaultsCoding<T>::value(value)); }
 
   [[nodiscard]] DefaultsObservation observe(std::function<void()> callback) const {
     return store_.observe(name_, std::move(callback));

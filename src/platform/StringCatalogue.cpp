@@ -77,7 +77,7 @@ StringCatalogue::StringCatalogue(std::span<const Source> sources, std::span<cons
 StringCatalogue::~StringCatalogue() = default;
 
 std::string StringCatalogue::localized(std::string_view key, std::string_view table) const {
-  const std::string name(key);
+  std::string name(key);
   for (Table& candidate : tables_) {
     if (candidate.source.table != table)
       continue;

@@ -39,7 +39,7 @@ void UserDefaultsManager::resetBrowserStates() {
       if (const auto entry = all.find(browser.id); entry != all.end())
         entry->second.assistiveAccess = AssistiveAccessStatus::unknown;
     }
-    states.set(change, std::move(all));
+    states.set(change, all);
   });
 }
 

@@ -16,6 +16,7 @@ constexpr std::string_view frontmostShortName = "frontmost";
 const std::vector<TargetContext>& supportedBrowsers() {
   static const std::vector<TargetContext> browsers = [] {
     std::vector<TargetContext> contexts;
+    contexts.reserve(platform::browserTable.size());
     for (const platform::BrowserFacts& facts : platform::browserTable)
       contexts.push_back({platform::lowercased(facts.id), std::string(facts.name)});
     return contexts;
@@ -25,7 +26,7 @@ const std::vector<TargetContext>& supportedBrowsers() {
 
 std::optional<TargetContext> findTargetContext(std::string_view text) {
   const std::string wanted = platform::lowercased(text);
-  const TargetContext frontmost = engine::frontmostTargetContext();
+  TargetContext frontmost = engine::frontmostTargetContext();
   if (wanted == frontmost.id || wanted == frontmost.name || wanted == frontmostShortName)
     return frontmost;
   for (const TargetContext& browser : supportedBrowsers()) {

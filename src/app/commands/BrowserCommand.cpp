@@ -56,7 +56,7 @@ ExitCode browser(const BrowserCommand& command) {
       platform::stateHome() / "tabwright" / fmt::format("browser-{}.log", facts.shortName);
 
   LaunchedBrowser launched;
-  runInterruptibly([&](std::stop_token stop) { launched = launchBrowser(launch, logFile, patience, std::move(stop)); });
+  runInterruptibly([&](const std::stop_token& stop) { launched = launchBrowser(launch, logFile, patience, stop); });
 
   if (command.output == OutputForm::json || ::isatty(STDOUT_FILENO) != 1) {
     boost::json::object object;

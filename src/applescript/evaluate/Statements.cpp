@@ -133,8 +133,8 @@ Evaluator::Flow Evaluator::executeTry(const Try& statement) {
     return Flow::next;
   if (statement.onlyNumber && integerOf(operand(*statement.onlyNumber)) != caught->number())
     throw *caught;
-  const auto valueOr = [](const std::shared_ptr<const Value>& value, Value otherwise) {
-    return value ? *value : std::move(otherwise);
+  const auto valueOr = [](const std::shared_ptr<const Value>& value, const Value& otherwise) {
+    return value ? *value : otherwise;
   };
   if (statement.message)
     bindOptional(statement.message, caught->message());

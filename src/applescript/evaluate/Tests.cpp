@@ -41,7 +41,7 @@ std::shared_ptr<const SpecifierTest> Evaluator::specifierTest(const Expression& 
 }
 
 Value Evaluator::testOperand(const Expression& expression) {
-  const Value value = lookThrough(evaluate(expression));
+  Value value = lookThrough(evaluate(expression));
   if (const auto* specifier = value.get<Value::SpecifierPointer>(); specifier && isRootedInTest(**specifier))
     return value;
   return outgoing(plain(value));

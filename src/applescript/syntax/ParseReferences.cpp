@@ -132,10 +132,11 @@ ExpressionPointer ScriptParser::parseMy() {
   const std::size_t start = offset();
   advance();
   const Token& name = token();
-  const bool isName = name.kind == Token::Kind::quotedName || name.kind == Token::Kind::word;
+  const bool isName =
+      name.kind == Token::Kind::quotedName || (name.kind == Token::Kind::word && !isReserved(name.keyword));
   auto me = std::make_unique<SimpleExpression>(Expression::Kind::me);
   me->range = tokens_[position_ - 1].range;
-  if (isName && token(1).is(Symbol::openParenthesis) && !(name.kind == Token::Kind::word && isReserved(name.keyword))) {
+  if (isName && token(1).is(Symbol::openParenthesis)) {
     advance();
     ExpressionPointer call = parseCall(std::string(name.text), start);
     static_cast<HandlerCall&>(*call).target = HandlerCall::Target::me;

@@ -198,7 +198,7 @@ Value::ListPointer listOf(const Value& value) {
 }
 
 Value coerce(const Value& value, const ClassName& type, const CoercionContext& context) {
-  const Value plain = plainValue(value);
+  Value plain = plainValue(value);
   switch (type.code) {
   case codes::text:
   case codes::string:

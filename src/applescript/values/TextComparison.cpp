@@ -45,7 +45,7 @@ bool isIgnored(UChar32 c, const TextAttributes& attributes) {
 }
 
 icu::UnicodeString normalised(std::string_view text, const TextAttributes& attributes) {
-  const auto plain = icu::UnicodeString::fromUTF8({text.data(), static_cast<int32_t>(text.size())});
+  auto plain = icu::UnicodeString::fromUTF8({text.data(), static_cast<int32_t>(text.size())});
   UErrorCode status = U_ZERO_ERROR;
   const icu::Normalizer2* normalizer = attributes.considersDiacriticals ? icu::Normalizer2::getNFCInstance(status)
                                                                         : icu::Normalizer2::getNFDInstance(status);

@@ -28,7 +28,8 @@ std::filesystem::path defaultSettingsFile() {
 }
 
 struct LinuxUserDefaults::Parts {
-  Parts(const Clock& clock, LinuxUserDefaultsOptions options) : file(options.file, clock), lockWait(options.lockWait) {}
+  Parts(const Clock& clock, const LinuxUserDefaultsOptions& options)
+      : file(options.file, clock), lockWait(options.lockWait) {}
 
   // With `state` held: takes up what is on the disk now. What can't be read leaves the values as they are.
   void refresh() {
@@ -125,8 +126,8 @@ struct LinuxUserDefaults::Parts {
   std::unique_ptr<SettingsThread> thread; // uses all of the above
 };
 
-LinuxUserDefaults::LinuxUserDefaults(const Clock& clock, LinuxUserDefaultsOptions options)
-    : parts_(std::make_unique<Parts>(clock, std::move(options))) {
+LinuxUserDefaults::LinuxUserDefaults(const Clock& clock, const LinuxUserDefaultsOptions& options)
+    : parts_(std::make_unique<Parts>(clock, options)) {
   parts_->thread = std::make_unique<SettingsThread>(SettingsThread::Work{
       .write =
           [this] {

@@ -39,7 +39,7 @@ struct LinuxUserDefaultsOptions {
 /// this.
 class LinuxUserDefaults final : public UserDefaults {
 public:
-  explicit LinuxUserDefaults(const Clock& clock, LinuxUserDefaultsOptions options = {});
+  explicit LinuxUserDefaults(const Clock& clock, const LinuxUserDefaultsOptions& options = {});
   ~LinuxUserDefaults() override;
   LinuxUserDefaults(const LinuxUserDefaults&) = delete;
   LinuxUserDefaults& operator=(const LinuxUserDefaults&) = delete;

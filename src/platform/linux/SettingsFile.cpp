@@ -22,7 +22,7 @@ namespace tabwright::platform {
 namespace {
 
 // Far beyond any real one; what is longer isn't ours.
-constexpr std::size_t longestFile = 16 * 1024 * 1024;
+constexpr std::size_t longestFile = 16UL * 1024 * 1024;
 
 const Logger& logger() {
   static const Logger log("UserDefaults");

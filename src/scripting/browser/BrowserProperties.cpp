@@ -35,6 +35,7 @@ void setWindowIndex(BrowserScope& scope, Object window, const Value& value) {
   if (index < -count || index == 0 || index > count)
     throw eventError(applescript::errorNumber::invalidIndex, "Can’t set index of the window: there is no such index.");
   std::vector<WindowID> order;
+  order.reserve(windows.size());
   for (const WindowState& each : windows)
     order.push_back(each.id);
   const auto target = static_cast<std::size_t>(index > 0 ? index - 1 : count + index);

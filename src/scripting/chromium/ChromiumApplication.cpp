@@ -21,7 +21,6 @@ namespace tabwright::scripting {
 using applescript::fourCharCode;
 using applescript::Value;
 namespace events = applescript::events;
-namespace keywords = applescript::keywords;
 
 namespace {
 

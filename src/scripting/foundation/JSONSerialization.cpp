@@ -99,7 +99,7 @@ private:
     if (!isPretty_)
       return;
     text_ += '\n';
-    text_.append(static_cast<std::size_t>(2 * level), ' ');
+    text_.append(2 * static_cast<std::size_t>(level), ' ');
   }
 
   /// Brackets around items that `writeItem` writes; an empty pair has an empty line inside.
@@ -134,6 +134,7 @@ private:
     if (!sortsKeys_)
       return writeBracketed('{', '}', fields, level, writeField);
     std::vector<const std::pair<Label, Value>*> sorted;
+    sorted.reserve(fields.size());
     for (const auto& field : fields)
       sorted.push_back(&field);
     std::ranges::sort(sorted, {}, [](const auto* field) -> const std::string& { return field->first.name; });
@@ -177,7 +178,7 @@ private:
   }
 
   /// Whether a byte stands for itself.
-  bool isPlain(unsigned char byte) const { return plainBytes[byte] && !(byte == '/' && escapesSlashes_); }
+  bool isPlain(unsigned char byte) const { return plainBytes[byte] && (byte != '/' || !escapesSlashes_); }
 
   void writeEscaped(unsigned char byte) {
     constexpr std::string_view special = "/\"\\\n\t\r\b\f";

@@ -96,7 +96,7 @@ Found ObjectModel::resolve(EventScope& scope, const ObjectSpecifier& specifier, 
   default:
     break;
   }
-  const Found container = resolve(scope, *specifier.container, underTest);
+  Found container = resolve(scope, *specifier.container, underTest);
   const auto take = [&](const auto& self, const Found& from) -> Found {
     if (const auto* object = std::get_if<Object>(&from.what))
       return step(scope, specifier, *object, underTest);

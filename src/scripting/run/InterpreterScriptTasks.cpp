@@ -64,8 +64,8 @@ public:
       const auto executor = boost::asio::get_associated_executor(handler);
       auto slot = boost::asio::get_associated_cancellation_slot(handler);
       auto completion = std::make_shared<Handler>(std::move(handler));
-      auto complete = [completion, slot, guard = boost::asio::make_work_guard(executor)](std::exception_ptr failure,
-                                                                                         Result result) mutable {
+      auto complete = [completion, slot, guard = boost::asio::make_work_guard(executor)](
+                          const std::exception_ptr& failure, Result result) mutable {
         boost::asio::post(guard.get_executor(),
                           [completion = std::move(completion), slot, failure, result = std::move(result)]() mutable {
                             slot.clear();

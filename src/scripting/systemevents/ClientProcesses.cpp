@@ -47,7 +47,7 @@ unsigned ask(xcb_connection_t* connection, std::uint32_t window) {
   // The library writes before the first part that it is given.
   std::array<iovec, 3> parts{{{}, {}, {&request, sizeof request}}};
   const xcb_protocol_request_t protocol{1, &resourceExtension, queryClientIDs, 0};
-  return static_cast<unsigned>(xcb_send_request(connection, XCB_REQUEST_CHECKED, parts.data() + 2, &protocol));
+  return xcb_send_request(connection, XCB_REQUEST_CHECKED, parts.data() + 2, &protocol);
 }
 
 pid_t answer(xcb_connection_t* connection, unsigned sequence) {

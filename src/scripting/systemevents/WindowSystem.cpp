@@ -75,6 +75,7 @@ struct WindowSystem::Connection {
     const xcb_window_t* children = xcb_query_tree_children(tree.get());
     const auto count = static_cast<std::size_t>(xcb_query_tree_children_length(tree.get()));
     std::vector<xcb_get_window_attributes_cookie_t> cookies;
+    cookies.reserve(count);
     for (std::size_t each = 0; each < count; ++each)
       cookies.push_back(xcb_get_window_attributes(xcb, children[each]));
     std::vector<xcb_window_t> windows, hidden;
@@ -125,6 +126,7 @@ struct WindowSystem::Connection {
       xcb_get_property_cookie_t pid, name, oldName, windowClass, state, type;
     };
     std::vector<Cookies> cookies;
+    cookies.reserve(ids.size());
     for (const xcb_window_t id : ids)
       cookies.push_back({xcb_ewmh_get_wm_pid(&ewmh, id), xcb_ewmh_get_wm_name(&ewmh, id),
                          xcb_get_property(xcb, 0, id, XCB_ATOM_WM_NAME, XCB_GET_PROPERTY_TYPE_ANY, 0, 1024),
