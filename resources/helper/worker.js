@@ -30,8 +30,6 @@ let reshaped = 0;
 const touched = new Map();
 // Of more tabs the whole snapshot is the cheaper answer.
 const mostTouched = 20;
-// Who waits for a window to be gone, by its id.
-const closings = new Map();
 // A page may ask the user whether to leave it, who may take any time to answer.
 const patienceWithClosings = 2000;
 
@@ -115,7 +113,6 @@ chrome.windows.onCreated.addListener(async (window) => {
 
 chrome.windows.onRemoved.addListener(async (id) => {
   changed();
-  closings.get(id)?.();
   await isReady;
   kept.order = kept.order.filter((other) => other !== id);
   delete kept.names[id];
@@ -274,15 +271,17 @@ const commands = {
 
   // The browser answers while the window is still closing.
   async closeWindow({ window }) {
+    let noteRemoval;
     const gone = new Promise((resolve) => {
-      closings.set(window, resolve);
+      noteRemoval = (id) => id === window && resolve();
       setTimeout(resolve, patienceWithClosings);
     });
+    chrome.windows.onRemoved.addListener(noteRemoval, { windowTypes });
     try {
       await chrome.windows.remove(window);
       await gone;
     } finally {
-      closings.delete(window);
+      chrome.windows.onRemoved.removeListener(noteRemoval);
     }
   },
 
