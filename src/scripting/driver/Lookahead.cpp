@@ -41,7 +41,8 @@ void Lookahead::ring(Bell& bell) {
 }
 
 /// Waits until a look is due; false when it is time to end.
-bool Lookahead::await(Bell& bell, const std::stop_token& stop, Time notBefore, std::chrono::nanoseconds usefulFor) {
+bool Lookahead::awaitDue(const std::stop_token& stop, Time notBefore) const {
+  Bell& bell = *bell_;
   std::unique_lock lock(bell.mutex);
   for (;;) {
     if (!bell.rung.wait(lock, stop, [&] { return bell.isStale; }))
@@ -51,14 +52,14 @@ bool Lookahead::await(Bell& bell, const std::stop_token& stop, Time notBefore, s
     if (stop.stop_requested())
       return false;
     bell.isStale = false;
-    if (bell.used && std::chrono::steady_clock::now() - *bell.used < usefulFor)
+    if (bell.used && std::chrono::steady_clock::now() - *bell.used < usefulFor_)
       return true;
   }
 }
 
 void Lookahead::run(const std::stop_token& stop) const {
   Time notBefore{};
-  while (await(*bell_, stop, notBefore, usefulFor_)) {
+  while (awaitDue(stop, notBefore)) {
     const Time began = std::chrono::steady_clock::now();
     try {
       look_(stop);

@@ -46,7 +46,7 @@ private:
 
   static void ring(Bell& bell);
   void run(const std::stop_token& stop) const;
-  static bool await(Bell& bell, const std::stop_token& stop, Time notBefore, std::chrono::nanoseconds usefulFor);
+  [[nodiscard]] bool awaitDue(const std::stop_token& stop, Time notBefore) const;
 
   const std::function<void(const std::stop_token&)> look_;
   const std::chrono::nanoseconds usefulFor_;
