@@ -5,8 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <barrier>
 #include <iterator>
 #include <random>
+#include <thread>
+#include <vector>
 
 namespace tabwright::scripting {
 
@@ -22,10 +25,45 @@ TEST_F(DriverTest, SeesWhatAPageHasJustMadeOfItself) {
   EXPECT_LT(missed, 10);
 }
 
+namespace {
+
+/// A driver whose messages can be counted: it sends nothing by itself.
+DevToolsDriver countedDriver(const support::ChromiumProcess& chromium) {
+  return {chromiumFacts(),
+          {.helperDirectory = support::helperDirectory(),
+           .findRunning = [&chromium] { return chromium.find(); },
+           .looksAhead = false}};
+}
+
+} // namespace
+
+TEST_F(DriverTest, CallersWhoAskAtOnceShareALook) {
+  DevToolsDriver counted = countedDriver(chromium());
+  const TabID tab = open("data:text/html,<title>Shared</title>");
+  counted.snapshot(limits());
+  // While it runs nothing can be held, so that each caller needs a look.
+  std::thread busy([&] { counted.evaluate(tab, "new Promise(resolve => { window.end = resolve })", limits()); });
+  eventually([&] { return evaluate(tab, "typeof window.end") == "function"; });
+  constexpr std::uint64_t callers = 16;
+  eventually([&] {
+    const std::uint64_t before = counted.traffic().sent;
+    std::barrier start(callers);
+    {
+      std::vector<std::jthread> threads;
+      for (std::uint64_t caller = 0; caller < callers; ++caller)
+        threads.emplace_back([&] {
+          start.arrive_and_wait();
+          counted.snapshot(limits());
+        });
+    }
+    return counted.traffic().sent - before <= callers / 2;
+  });
+  evaluate(tab, "window.end()");
+  busy.join();
+}
+
 TEST_F(DriverTest, AProgramWhosePageJobIsDoneNeedsNoLookToEnd) {
-  DevToolsDriverParts parts{support::helperDirectory(), [] { return chromium().find(); }};
-  parts.looksAhead = false; // what is sent is counted
-  DevToolsDriver counted(chromiumFacts(), std::move(parts));
+  DevToolsDriver counted = countedDriver(chromium());
   const TabID tab = open("data:text/html,<title>Job</title>");
   const auto sentBy = [&](const std::function<void()>& calls) {
     const std::uint64_t before = counted.traffic().sent;
