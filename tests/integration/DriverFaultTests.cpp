@@ -134,7 +134,7 @@ TEST_F(DriverTest, ADamagedOrForeignEndpointFileIsNotTrusted) {
 TEST(BrowserLifetime, AKilledBrowserFailsCallsAtOnceAndTheNextOneIsFound) {
   auto chromium = std::make_unique<support::ChromiumProcess>();
   DevToolsDriverParts parts{support::helperDirectory(), [&] { return chromium->find(); }};
-  parts.looksAhead = false; // what is sent is counted
+  parts.looksAhead = LooksAhead::no; // what is sent is counted
   DevToolsDriver driver(chromiumFacts(), std::move(parts));
   const TabID tab = driver.snapshot({})->windows.at(0).tabs.at(0).id;
   driver.evaluate(tab, "1", {});

@@ -32,7 +32,7 @@ DevToolsDriver countedDriver(const support::ChromiumProcess& chromium) {
   return {chromiumFacts(),
           {.helperDirectory = support::helperDirectory(),
            .findRunning = [&chromium] { return chromium.find(); },
-           .looksAhead = false}};
+           .looksAhead = scripting::LooksAhead::no}};
 }
 
 } // namespace

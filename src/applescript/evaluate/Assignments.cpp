@@ -246,7 +246,7 @@ void Evaluator::assignToProperty(const PropertyAccess& target, Value value) {
     }
     return assignTo(withoutParentheses(*target.container), std::move(value));
   }
-  container = lookThrough(container);
+  container = lookThrough(std::move(container));
   if (const auto* specifier = container.get<Value::SpecifierPointer>();
       specifier && (*specifier)->application && target.property.code != 0) {
     setInApplication(applescript::propertyOf(*specifier, target.property.code), value);

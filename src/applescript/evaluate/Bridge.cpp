@@ -53,9 +53,6 @@ std::string Evaluator::selectorOf(const HandlerCall& call) {
 }
 
 Value Evaluator::evaluateMessage(const ObjectiveCMessage& message) {
-  std::string selector;
-  for (const std::string& part : message.parts)
-    selector += part + ":";
   const Value receiver =
       message.receiver ? lookThrough(evaluate(*message.receiver, Mode::designation)) : Value(frame_->self);
   std::vector<Value> arguments;
@@ -64,16 +61,16 @@ Value Evaluator::evaluateMessage(const ObjectiveCMessage& message) {
     arguments.push_back(evaluate(*argument));
   if (const auto* foreign = receiver.get<Value::ForeignPointer>()) {
     const Value::ForeignPointer held = *foreign;
-    return sendForeign(*held, selector, std::move(arguments));
+    return sendForeign(*held, message.selector, std::move(arguments));
   }
   if (const auto* script = receiver.get<Value::ScriptPointer>()) {
-    if (const FoundHandler found = findHandler(*script, foldedName(selector)); found.definition) {
+    if (const FoundHandler found = findHandler(*script, foldedName(message.selector)); found.definition) {
       Arguments passed;
       passed.positional = std::move(arguments);
-      return invoke(found, *script, std::move(passed), selector);
+      return invoke(found, *script, std::move(passed), message.selector);
     }
   }
-  throw errors::notUnderstood(shortSourceForm(receiver), selector);
+  throw errors::notUnderstood(shortSourceForm(receiver), message.selector);
 }
 
 } // namespace tabwright::applescript

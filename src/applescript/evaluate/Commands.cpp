@@ -140,7 +140,7 @@ Value Evaluator::exists(const Command& command) {
   Value value;
   try {
     value = command.direct ? evaluate(*command.direct, Mode::designation) : implicitTarget();
-    value = lookThrough(value);
+    value = lookThrough(std::move(value));
   } catch (const ScriptError& error) {
     if (error.number() == errorNumber::noSuchObject || error.number() == errorNumber::invalidIndex)
       return false;

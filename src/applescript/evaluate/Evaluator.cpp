@@ -111,7 +111,15 @@ Value Evaluator::evaluateOptional(const Expression& expression, Mode mode) {
 }
 
 Value Evaluator::operand(const Expression& expression) {
-  return plain(evaluate(expression));
+  Value value = evaluate(expression);
+  if (isPlain(value))
+    return value;
+  return plain(std::move(value));
+}
+
+bool Evaluator::isPlain(const Value& value) {
+  return !value.is<Value::ReferencePointer>() && !value.is<Value::ForeignPointer>() &&
+         !value.is<Value::SpecifierPointer>();
 }
 
 Value Evaluator::plain(Value value) {

@@ -49,6 +49,7 @@ private:
   /// The value for an operator: references and foreign objects looked through, properties of objects read.
   Value operand(const Expression& expression);
   Value plain(Value value);
+  static bool isPlain(const Value& value);
   void step() {
     if (--untilCheckpoint_ == 0)
       checkpoint();
@@ -111,7 +112,7 @@ private:
   Value continueCall(const ContinueStatement& statement);
   Arguments argumentsOf(const HandlerCall& call);
   static FoundHandler findHandler(const std::shared_ptr<ScriptObject>& script, const std::string& folded);
-  FoundHandler findHandlerAround(const std::string& folded);
+  FoundHandler findHandlerAround(const HandlerCall& call);
   Value invoke(const FoundHandler& handler, std::shared_ptr<ScriptObject> self, Arguments arguments,
                std::string_view name);
   void bindParameters(const HandlerDefinition& definition, Arguments arguments, std::string_view name);

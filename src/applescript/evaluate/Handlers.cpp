@@ -79,11 +79,12 @@ Evaluator::FoundHandler Evaluator::findHandler(const std::shared_ptr<ScriptObjec
   return {};
 }
 
-Evaluator::FoundHandler Evaluator::findHandlerAround(const std::string& folded) {
-  if (const FoundHandler found = findHandler(frame_->self, folded); found.definition)
-    return found;
+/// The handler of a script around this one, which a message without a receiver reaches too.
+Evaluator::FoundHandler Evaluator::findHandlerAround(const HandlerCall& call) {
+  if (call.target == HandlerCall::Target::me)
+    return {};
   for (std::shared_ptr<ScriptObject> script = frame_->owner; script; script = script->enclosing()) {
-    if (const FoundHandler found = findHandler(script, folded); found.definition)
+    if (const FoundHandler found = findHandler(script, call.foldedName); found.definition)
       return found;
   }
   return {};
@@ -135,8 +136,9 @@ Value Evaluator::callHandler(const HandlerCall& call) {
         return invoke(found, target, argumentsOf(call), call.name);
     }
   }
-  const FoundHandler found = call.target == HandlerCall::Target::me ? findHandler(frame_->self, call.foldedName)
-                                                                    : findHandlerAround(call.foldedName);
+  if (const FoundHandler own = findHandler(frame_->self, call.foldedName); own.definition)
+    return invoke(own, frame_->self, argumentsOf(call), call.name);
+  const FoundHandler found = findHandlerAround(call);
   if (!found.definition) {
     const auto* target = frame_->target.get<Value::SpecifierPointer>();
     if (call.target == HandlerCall::Target::implicit && target && (*target)->application)
@@ -144,9 +146,7 @@ Value Evaluator::callHandler(const HandlerCall& call) {
           .raisedBy((*target)->application->name());
     throw errors::notUnderstood(frame_->self->description(), call.name);
   }
-  // A handler of a script around this one runs for that script, unless it was inherited.
-  const bool isOwn = findHandler(frame_->self, call.foldedName).definition == found.definition;
-  return invoke(found, isOwn ? frame_->self : found.owner, argumentsOf(call), call.name);
+  return invoke(found, found.owner, argumentsOf(call), call.name);
 }
 
 Value Evaluator::continueCall(const ContinueStatement& statement) {

@@ -121,6 +121,8 @@ bool Evaluator::isEqual(const Value& a, const Value& b) {
     if (reference && !(*reference)->comparesAsValue())
       return false;
   }
+  if (isPlain(a) && isPlain(b))
+    return equalValues(a, b, attributes_);
   return equalValues(plain(a), plain(b), attributes_);
 }
 

@@ -323,6 +323,13 @@ private:
       noteReference(*static_cast<ReferenceTo&>(expression).operand);
     else if (expression.kind == Expression::Kind::handlerCall)
       static_cast<HandlerCall&>(expression).foldedName = foldedName(static_cast<HandlerCall&>(expression).name);
+    else if (expression.kind == Expression::Kind::message)
+      nameSelector(static_cast<ObjectiveCMessage&>(expression));
+  }
+
+  static void nameSelector(ObjectiveCMessage& message) {
+    for (const std::string& part : message.parts)
+      message.selector += part + ":";
   }
 
   void noteReference(const Expression& operand) {

@@ -239,6 +239,7 @@ struct ObjectiveCMessage final : Expression {
   ExpressionPointer receiver;               ///< null: `my` was not written and there is none (a syntax error elsewhere)
   std::vector<std::string> parts;           ///< "initWithData", "encoding": without the colons
   std::vector<ExpressionPointer> arguments; ///< as many as parts
+  std::string selector;                     ///< Resolver: the parts, each with its colon
 };
 
 struct Parenthesized final : Expression {

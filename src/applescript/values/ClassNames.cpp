@@ -9,43 +9,67 @@ namespace tabwright::applescript {
 
 namespace {
 
+using Class = Value::ClassPointer;
+
+/// The classes that values have, made once: `class of x is y` is asked in loops.
+struct Classes {
+  const Class typeClass = made(codes::typeClass, "class");
+  const Class boolean = made(codes::boolean, "boolean");
+  const Class integer = made(codes::integer, "integer");
+  const Class real = made(codes::real, "real");
+  const Class text = made(codes::text, "text");
+  const Class date = made(codes::date, "date");
+  const Class month = made(codes::month, "month");
+  const Class weekday = made(codes::weekday, "weekday");
+  const Class constant = made(codes::constant, "constant");
+  const Class list = made(codes::list, "list");
+  const Class record = made(codes::record, "record");
+  const Class application = made(codes::application, "application");
+  const Class reference = made(codes::reference, "reference");
+  const Class script = made(codes::script, "script");
+  const Class foreign = made(codes::foreign, "«class ocid»");
+
+  static Class made(FourCharCode code, std::string words) {
+    return std::make_shared<const ClassName>(ClassName{code, std::move(words)});
+  }
+};
+
 struct ClassVisitor {
-  ClassName operator()(Value::MissingValue) const { return {codes::typeClass, "class"}; }
-  ClassName operator()(Value::Null) const { return {codes::typeClass, "class"}; }
-  ClassName operator()(Value::Nothing) const { return {codes::typeClass, "class"}; }
-  ClassName operator()(bool) const { return {codes::boolean, "boolean"}; }
-  ClassName operator()(std::int64_t) const { return {codes::integer, "integer"}; }
-  ClassName operator()(double) const { return {codes::real, "real"}; }
-  ClassName operator()(const Text&) const { return {codes::text, "text"}; }
-  ClassName operator()(Date) const { return {codes::date, "date"}; }
-  ClassName operator()(const Value::ClassPointer&) const { return {codes::typeClass, "class"}; }
-  ClassName operator()(const Value::EnumeratorPointer& enumerator) const {
+  const Classes& classes;
+
+  Class operator()(Value::MissingValue) const { return classes.typeClass; }
+  Class operator()(Value::Null) const { return classes.typeClass; }
+  Class operator()(Value::Nothing) const { return classes.typeClass; }
+  Class operator()(bool) const { return classes.boolean; }
+  Class operator()(std::int64_t) const { return classes.integer; }
+  Class operator()(double) const { return classes.real; }
+  Class operator()(const Text&) const { return classes.text; }
+  Class operator()(Date) const { return classes.date; }
+  Class operator()(const Value::ClassPointer&) const { return classes.typeClass; }
+  Class operator()(const Value::EnumeratorPointer& enumerator) const {
     if (monthOf(*enumerator))
-      return {codes::month, "month"};
-    if (weekdayOf(*enumerator))
-      return {codes::weekday, "weekday"};
-    return {codes::constant, "constant"};
+      return classes.month;
+    return weekdayOf(*enumerator) ? classes.weekday : classes.constant;
   }
-  ClassName operator()(const Value::ListPointer&) const { return {codes::list, "list"}; }
-  ClassName operator()(const Value::RecordPointer&) const { return {codes::record, "record"}; }
-  ClassName operator()(const Value::SpecifierPointer& specifier) const {
-    if (specifier->form == ObjectSpecifier::Form::application)
-      return {codes::application, "application"};
-    return {codes::reference, "reference"};
+  Class operator()(const Value::ListPointer&) const { return classes.list; }
+  Class operator()(const Value::RecordPointer&) const { return classes.record; }
+  Class operator()(const Value::SpecifierPointer& specifier) const {
+    return specifier->form == ObjectSpecifier::Form::application ? classes.application : classes.reference;
   }
-  ClassName operator()(const Value::ReferencePointer& reference) const { return classOf(lookThrough(reference)); }
-  ClassName operator()(const Value::ScriptPointer&) const { return {codes::script, "script"}; }
-  ClassName operator()(const Value::ForeignPointer& foreign) const {
+  Class operator()(const Value::ReferencePointer& reference) const { return classOf(lookThrough(reference)); }
+  Class operator()(const Value::ScriptPointer&) const { return classes.script; }
+  Class operator()(const Value::ForeignPointer& foreign) const {
     if (const auto unwrapped = foreign->unwrapped(); unwrapped && !unwrapped->is<Value::ForeignPointer>())
       return classOf(*unwrapped);
-    return {codes::foreign, "«class ocid»"};
+    return classes.foreign;
   }
 };
 
 } // namespace
 
-ClassName classOf(const Value& value) {
-  return std::visit(ClassVisitor{}, value.storage());
+Value::ClassPointer classOf(const Value& value) {
+  static const Classes classes;
+  return value.visit(ClassVisitor{classes});
 }
 
 bool isTextClass(FourCharCode code) {
@@ -60,7 +84,7 @@ bool sameClass(FourCharCode left, FourCharCode right) {
 bool isKindOf(const Value& value, FourCharCode classCode) {
   if (classCode == codes::item || classCode == codes::anything)
     return true;
-  const FourCharCode own = classOf(value).code;
+  const FourCharCode own = classOf(value)->code;
   if (classCode == codes::number)
     return own == codes::integer || own == codes::real;
   return sameClass(own, classCode);

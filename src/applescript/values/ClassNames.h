@@ -9,7 +9,7 @@ namespace tabwright::applescript {
 
 /// The class of a value, as `class of x` answers it. References are looked through and foreign objects stand for what
 /// they unwrap to. An object specifier's class is its application's business; here it is the class it names.
-[[nodiscard]] ClassName classOf(const Value& value);
+[[nodiscard]] Value::ClassPointer classOf(const Value& value);
 
 /// Whether `class of value` is that class or a special case of it: `integer` and `real` are kinds of `number`, anything
 /// is an `item`. Element access by class (`integers of xs`) goes by this.

@@ -67,7 +67,7 @@ struct TextVisitor {
 };
 
 void appendText(const Value& original, const Value& value, std::string& text, const CoercionContext& context) {
-  std::visit(TextVisitor{original, text, context}, value.storage());
+  value.visit(TextVisitor{original, text, context});
   // A few lists that share their items can unfold to any size.
   if (text.size() > (std::size_t{1} << 30))
     throw errors::outOfMemory();

@@ -40,41 +40,52 @@ bool hasFields(const Record& whole, const Record& part, const TextAttributes& at
   });
 }
 
+/// Whether a value equals `right`: it is of the same kind, and the same in that kind's sense.
 struct EqualVisitor {
+  const Value& right;
   const TextAttributes& attributes;
 
-  template <class Left, class Right>
-  bool operator()(const Left&, const Right&) const {
-    return false;
+  template <class Left>
+  bool operator()(const Left& left) const {
+    const auto* other = right.get<Left>();
+    return other && same(left, *other);
   }
-  bool operator()(Value::MissingValue, Value::MissingValue) const { return true; }
-  bool operator()(Value::Null, Value::Null) const { return true; }
-  bool operator()(bool left, bool right) const { return left == right; }
-  bool operator()(std::int64_t left, std::int64_t right) const { return left == right; }
-  bool operator()(double left, double right) const { return left == right; }
-  bool operator()(std::int64_t left, double right) const { return static_cast<double>(left) == right; }
-  bool operator()(double left, std::int64_t right) const { return left == static_cast<double>(right); }
-  bool operator()(const Text& left, const Text& right) const {
+  bool operator()(std::int64_t left) const {
+    const auto* real = right.get<double>();
+    return real ? static_cast<double>(left) == *real : right.get<std::int64_t>() && left == *right.get<std::int64_t>();
+  }
+  bool operator()(double left) const {
+    const auto* integer = right.get<std::int64_t>();
+    return integer ? left == static_cast<double>(*integer) : right.get<double>() && left == *right.get<double>();
+  }
+
+private:
+  static bool same(Value::MissingValue, Value::MissingValue) { return true; }
+  static bool same(Value::Null, Value::Null) { return true; }
+  static bool same(Value::Nothing, Value::Nothing) { return false; }
+  static bool same(bool left, bool right) { return left == right; }
+  static bool same(Date left, Date right) { return left.seconds == right.seconds; }
+  [[nodiscard]] bool same(const Text& left, const Text& right) const {
     return left.isSameObject(right) || textEquals(left.utf8(), right.utf8(), attributes);
   }
-  bool operator()(Date left, Date right) const { return left.seconds == right.seconds; }
-  bool operator()(const Value::ClassPointer& left, const Value::ClassPointer& right) const {
+  static bool same(const Value::ClassPointer& left, const Value::ClassPointer& right) {
     return sameClass(left->code, right->code);
   }
-  bool operator()(const Value::EnumeratorPointer& left, const Value::EnumeratorPointer& right) const {
+  static bool same(const Value::EnumeratorPointer& left, const Value::EnumeratorPointer& right) {
     return left->code == right->code;
   }
-  bool operator()(const Value::ListPointer& left, const Value::ListPointer& right) const {
+  [[nodiscard]] bool same(const Value::ListPointer& left, const Value::ListPointer& right) const {
     return left == right || equalLists(*left, *right, attributes);
   }
-  bool operator()(const Value::RecordPointer& left, const Value::RecordPointer& right) const {
+  [[nodiscard]] bool same(const Value::RecordPointer& left, const Value::RecordPointer& right) const {
     return left == right || (left->fields.size() == right->fields.size() && hasFields(*left, *right, attributes));
   }
-  bool operator()(const Value::SpecifierPointer& left, const Value::SpecifierPointer& right) const {
+  static bool same(const Value::SpecifierPointer& left, const Value::SpecifierPointer& right) {
     return sameSpecifier(*left, *right);
   }
-  bool operator()(const Value::ScriptPointer& left, const Value::ScriptPointer& right) const { return left == right; }
-  bool operator()(const Value::ForeignPointer& left, const Value::ForeignPointer& right) const { return left == right; }
+  static bool same(const Value::ScriptPointer& left, const Value::ScriptPointer& right) { return left == right; }
+  static bool same(const Value::ForeignPointer& left, const Value::ForeignPointer& right) { return left == right; }
+  static bool same(const Value::ReferencePointer&, const Value::ReferencePointer&) { return false; } // looked through
 };
 
 std::vector<Value> itemsOf(const Value& value) {
@@ -142,7 +153,7 @@ int order(Number left, Number right) {
 } // namespace
 
 bool equalValues(const Value& left, const Value& right, const TextAttributes& attributes) {
-  return std::visit(EqualVisitor{attributes}, left.storage(), right.storage());
+  return left.visit(EqualVisitor{right, attributes});
 }
 
 int compareValues(const Value& left, const Value& right, const TextAttributes& attributes) {

@@ -8,8 +8,8 @@ namespace tabwright::applescript {
 
 namespace {
 
-bool isASCII(std::string_view text) {
-  return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+bool isASCII(char c) {
+  return static_cast<unsigned char>(c) < 0x80;
 }
 
 char lower(char c) {
@@ -20,7 +20,7 @@ char lower(char c) {
 
 std::string foldedName(std::string_view name) {
   std::string folded;
-  if (isASCII(name)) {
+  if (std::ranges::all_of(name, isASCII)) {
     folded.resize(name.size());
     std::ranges::transform(name, folded.begin(), lower);
   } else {
@@ -30,10 +30,17 @@ std::string foldedName(std::string_view name) {
 }
 
 bool sameName(std::string_view left, std::string_view right) {
-  if (left.size() == right.size() &&
-      std::ranges::equal(left, right, [](char a, char b) { return a == b || (lower(a) == lower(b)); }))
-    return true;
-  return !(isASCII(left) && isASCII(right)) && foldedName(left) == foldedName(right);
+  // Each character folds by itself, so the first difference between two that are ASCII decides.
+  const std::size_t shorter = std::min(left.size(), right.size());
+  for (std::size_t index = 0; index < shorter; ++index) {
+    if (isASCII(left[index]) && isASCII(right[index])) {
+      if (lower(left[index]) != lower(right[index]))
+        return false;
+    } else {
+      return foldedName(left) == foldedName(right);
+    }
+  }
+  return left.size() == right.size();
 }
 
 } // namespace tabwright::applescript

@@ -60,7 +60,7 @@ std::string BridgeReference::description() const {
   return fmt::format("{} of current application", name_);
 }
 
-Value lookThrough(const Value& value) {
+Value lookThrough(Value value) {
   const auto* reference = value.get<Value::ReferencePointer>();
   if (!reference)
     return value;

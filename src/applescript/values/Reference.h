@@ -112,7 +112,7 @@ private:
 };
 
 /// The value behind a reference, and behind the references it may lead to; any other value as it is.
-[[nodiscard]] Value lookThrough(const Value& value);
+[[nodiscard]] Value lookThrough(Value value);
 
 enum class ForeignObjects { kept, unwrapped };
 /// The value as others get it: no references at any depth, and no foreign objects if asked for. Shares what needs no

@@ -51,7 +51,7 @@ public:
       return;
     }
     ++depth_;
-    std::visit(*this, value.storage());
+    value.visit(*this);
     --depth_;
   }
 

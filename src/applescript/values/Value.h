@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -92,20 +93,16 @@ public:
   using ClassPointer = std::shared_ptr<const ClassName>;
   using EnumeratorPointer = std::shared_ptr<const Enumerator>;
 
-  using Storage = std::variant<MissingValue, Null, bool, std::int64_t, double, Text, Date, ClassPointer,
-                               EnumeratorPointer, ListPointer, RecordPointer, SpecifierPointer, ReferencePointer,
-                               ScriptPointer, ForeignPointer, Nothing>;
-
   Value() = default;
-  Value(bool value) : storage_(value) {}
-  Value(int value) : storage_(std::int64_t{value}) {}
-  Value(std::int64_t value) : storage_(value) {}
-  Value(double value) : storage_(value) {}
+  Value(bool value) : storage_(Plain(value)) {}
+  Value(int value) : storage_(Plain(std::int64_t{value})) {}
+  Value(std::int64_t value) : storage_(Plain(value)) {}
+  Value(double value) : storage_(Plain(value)) {}
   Value(Text value) : storage_(std::move(value)) {}
   Value(std::string utf8) : storage_(Text(std::move(utf8))) {}
   Value(std::string_view utf8) : storage_(Text(std::string(utf8))) {}
   Value(const char* utf8) : storage_(Text(std::string(utf8))) {}
-  Value(Date value) : storage_(value) {}
+  Value(Date value) : storage_(Plain(value)) {}
   Value(ClassName value) : storage_(std::make_shared<const ClassName>(std::move(value))) {}
   Value(Enumerator value) : storage_(std::make_shared<const Enumerator>(std::move(value))) {}
   Value(ListPointer value) : storage_(std::move(value)) {}
@@ -120,30 +117,41 @@ public:
   static Value missing() { return {}; }
   static Value null() {
     Value value;
-    value.storage_ = Null{};
+    value.storage_ = Plain(Null{});
     return value;
   }
   static Value nothing() {
     Value value;
-    value.storage_ = Nothing{};
+    value.storage_ = Plain(Nothing{});
     return value;
   }
   static Value list(std::vector<Value> items);
 
   template <class Kind>
   [[nodiscard]] bool is() const {
-    return std::holds_alternative<Kind>(storage_);
+    return get<Kind>() != nullptr;
   }
-  /// The alternative, or null when the value is of another kind.
+  /// The value as one of its kinds: the types that the constructors take, and the three without a content. Null when it
+  /// is of another kind.
   template <class Kind>
   [[nodiscard]] const Kind* get() const {
-    return std::get_if<Kind>(&storage_);
+    return find<Kind>(storage_);
   }
   template <class Kind>
   [[nodiscard]] Kind* get() {
-    return std::get_if<Kind>(&storage_);
+    return find<Kind>(storage_);
   }
-  [[nodiscard]] const Storage& storage() const { return storage_; }
+  /// Calls `visitor` with what the value is.
+  template <class Visitor>
+  decltype(auto) visit(Visitor&& visitor) const {
+    const auto unfold = [&visitor](const auto& held) -> decltype(auto) {
+      if constexpr (std::is_same_v<decltype(held), const Plain&>)
+        return std::visit(visitor, held);
+      else
+        return visitor(held);
+    };
+    return std::visit(unfold, storage_);
+  }
 
   [[nodiscard]] bool isMissing() const { return is<MissingValue>(); }
   [[nodiscard]] bool isNull() const { return is<Null>(); }
@@ -159,6 +167,24 @@ public:
   [[nodiscard]] Value deepCopy() const;
 
 private:
+  // Values are copied and let go of all the time. What has no destructor is one alternative of the storage, so that a
+  // copy of it is one of bytes, and so that few alternatives are left: the standard library jumps through a table of
+  // functions for each copy and destruction of a variant that has more than eleven.
+  using Plain = std::variant<MissingValue, Null, Nothing, bool, std::int64_t, double, Date>;
+  using Storage = std::variant<Plain, Text, ListPointer, RecordPointer, SpecifierPointer, ReferencePointer,
+                               ScriptPointer, ForeignPointer, ClassPointer, EnumeratorPointer>;
+  static_assert(std::is_trivially_copyable_v<Plain>);
+
+  template <class Kind, class Held>
+  static auto find(Held& storage) {
+    if constexpr (std::is_trivially_copyable_v<Kind>) {
+      auto* plain = std::get_if<Plain>(&storage);
+      return plain ? std::get_if<Kind>(plain) : nullptr;
+    } else {
+      return std::get_if<Kind>(&storage);
+    }
+  }
+
   Storage storage_;
 };
 

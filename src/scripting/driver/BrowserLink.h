@@ -5,6 +5,7 @@
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/driver/BrowserView.h"
 #include "scripting/driver/Lookahead.h"
+#include "scripting/driver/LooksAhead.h"
 #include "scripting/driver/PageJobs.h"
 #include "scripting/driver/PageSessions.h"
 
@@ -32,8 +33,6 @@ namespace tabwright::scripting {
 /// Throws DriverFailure and DevToolsFailure. Safe to use from any thread.
 class BrowserLink {
 public:
-  enum class LooksAhead { no, yes };
-
   /// Connects; loads the helper where it isn't there. `browser` is the one that listens at the endpoint.
   static std::shared_ptr<BrowserLink> open(const platform::RunningBrowser& browser, const devtools::Endpoint& endpoint,
                                            const std::filesystem::path& helperDirectory, LooksAhead looksAhead,

@@ -135,8 +135,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::tryLink(const platform::RunningBrow
     return nullptr;
   }
   try {
-    return BrowserLink::open(browser, *endpoint, parts_.helperDirectory,
-                             parts_.looksAhead ? BrowserLink::LooksAhead::yes : BrowserLink::LooksAhead::no, limits);
+    return BrowserLink::open(browser, *endpoint, parts_.helperDirectory, parts_.looksAhead, limits);
   } catch (const DevToolsFailure& failure) {
     if (failure.kind() != DevToolsFault::unreachable)
       throw;

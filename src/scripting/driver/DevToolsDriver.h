@@ -6,6 +6,7 @@
 #include "platform/BrowserTable.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/driver/BrowserDriver.h"
+#include "scripting/driver/LooksAhead.h"
 
 #include <chrono>
 #include <filesystem>
@@ -26,7 +27,7 @@ struct DevToolsDriverParts {
   devtools::Discovery discovery{};
   /// A pause between calls this long ends what belongs together: the call after it may go to another browser.
   std::chrono::nanoseconds pauseBetweenRuns = std::chrono::seconds(1);
-  bool looksAhead = true; ///< see BrowserLink; without it only calls make traffic
+  LooksAhead looksAhead = LooksAhead::yes; ///< see BrowserLink; without it only calls make traffic
 };
 
 /// A browser of the Chromium family, reached over the DevTools protocol.

@@ -23,3 +23,12 @@ set r to {tabsList:{}}
 set end of tabsList of r to 5
 set end of tabsList of r to 6
 {tabsList of r, tabsList} --> {{5, 6}, {}}
+
+-- Labels are one whatever their case, in other alphabets too, and another when one only begins like the other.
+set r to {|Straße|:1, tab:2, |10 K|:3, Ä:4, tabs2:5}
+|STRASSE| of r --> 1
+|10 k| of r --> 3
+ä of r --> 4
+{TAB of r, TABS2 of r} --> {2, 5}
+tabs3 of r --> error -1728
+|Straßen| of r --> error -1728
