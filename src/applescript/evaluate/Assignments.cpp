@@ -81,7 +81,7 @@ void Evaluator::assign(const Assignment& statement) {
     frame_->resultVariable = variable;
     return;
   }
-  assignTo(*statement.target, value);
+  assignTo(*statement.target, Value(value));
   setResult(std::move(value));
 }
 
@@ -137,7 +137,7 @@ bool Evaluator::appendInPlace(const Variable& variable, const Expression& value)
   return true;
 }
 
-void Evaluator::assignTo(const Expression& target, Value value) {
+void Evaluator::assignTo(const Expression& target, Value&& value) {
   using Kind = Expression::Kind;
   switch (target.kind) {
   case Kind::variable:
@@ -197,9 +197,12 @@ Value& Evaluator::variableSlot(const Variable& variable) {
 }
 
 Value Evaluator::readVariable(const Variable& variable) {
-  Value value = variable.place == Variable::Place::result ? result() : variableSlot(variable);
-  if (!value.isNothing())
+  if (variable.place == Variable::Place::result) {
+    if (Value value = result(); !value.isNothing())
+      return value;
+  } else if (const Value& value = variableSlot(variable); !value.isNothing()) {
     return value;
+  }
   // A record's labels are no dictionary's words: in `items of rs whose n > 1` they look like variables.
   if (const auto* record = frame_->target.get<Value::RecordPointer>()) {
     if (const Value* field = (*record)->find({0, variable.name}))
@@ -208,7 +211,7 @@ Value Evaluator::readVariable(const Variable& variable) {
   throw errors::undefinedVariable(variable.name);
 }
 
-void Evaluator::assignToVariable(const Variable& variable, Value value) {
+void Evaluator::assignToVariable(const Variable& variable, Value&& value) {
   if (variable.place == Variable::Place::result)
     throw errors::cannotSet(variable.name, value);
   Value& slot = variableSlot(variable);
@@ -220,12 +223,12 @@ void Evaluator::assignToVariable(const Variable& variable, Value value) {
   const Value former = std::exchange(slot, std::move(value));
 }
 
-void Evaluator::bindOptional(const std::unique_ptr<Variable>& variable, Value value) {
+void Evaluator::bindOptional(const std::unique_ptr<Variable>& variable, Value&& value) {
   if (variable)
     assignToVariable(*variable, std::move(value));
 }
 
-void Evaluator::assignToProperty(const PropertyAccess& target, Value value) {
+void Evaluator::assignToProperty(const PropertyAccess& target, Value&& value) {
   if (target.property.code == codes::textItemDelimiters) {
     const Value delimiters = lookThroughDeep(value, ForeignObjects::unwrapped);
     // What is no text is refused now and not at the next use.
@@ -264,12 +267,12 @@ void Evaluator::assignToProperty(const PropertyAccess& target, Value value) {
     }
   } else if (const auto* date = container.get<Date>(); date && target.container) {
     if (const auto changed = withDateProperty(*date, target.property.code, plain(value)))
-      return assignTo(withoutParentheses(*target.container), *changed);
+      return assignTo(withoutParentheses(*target.container), Value(*changed));
   }
   throw errors::cannotSet(fmt::format("{} of {}", target.property.name, shortSourceForm(container)), value);
 }
 
-void Evaluator::assignToElement(const ElementAccess& target, Value value) {
+void Evaluator::assignToElement(const ElementAccess& target, Value&& value) {
   const Value container =
       lookThrough(target.container ? evaluate(*target.container, Mode::designation) : implicitTarget());
   if (const auto* specifier = container.get<Value::SpecifierPointer>(); specifier && (*specifier)->application) {
@@ -289,7 +292,7 @@ void Evaluator::assignToElement(const ElementAccess& target, Value value) {
   const Value former = std::exchange((*list)->items[index], withoutRing(std::move(value), list->get()));
 }
 
-void Evaluator::assignToEnd(const InsertionPoint& target, Value value) {
+void Evaluator::assignToEnd(const InsertionPoint& target, Value&& value) {
   const bool isBeside = target.where == InsertionPoint::Where::before || target.where == InsertionPoint::Where::after;
   const Value container =
       lookThrough(target.container ? evaluate(*target.container, Mode::designation) : implicitTarget());

@@ -30,7 +30,7 @@ Value Evaluator::sendForeign(ForeignObject& receiver, std::string_view selector,
   if (mustEnd())
     throw errors::userCancelled();
   for (Value& argument : arguments)
-    argument = lookThroughDeep(argument, ForeignObjects::kept);
+    argument = lookThroughDeep(std::move(argument), ForeignObjects::kept);
   try {
     return receiver.send(selector, arguments);
   } catch (const ScriptError&) {

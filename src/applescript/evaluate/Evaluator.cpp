@@ -112,9 +112,9 @@ Value Evaluator::evaluateOptional(const Expression& expression, Mode mode) {
 
 Value Evaluator::operand(const Expression& expression) {
   Value value = evaluate(expression);
-  if (isPlain(value))
-    return value;
-  return plain(std::move(value));
+  if (!isPlain(value))
+    value = plain(value);
+  return value;
 }
 
 bool Evaluator::isPlain(const Value& value) {
@@ -122,16 +122,16 @@ bool Evaluator::isPlain(const Value& value) {
          !value.is<Value::SpecifierPointer>();
 }
 
-Value Evaluator::plain(Value value) {
-  if (value.is<Value::ReferencePointer>() || value.is<Value::ForeignPointer>())
-    value = plainValue(value);
-  const auto* specifier = value.get<Value::SpecifierPointer>();
-  if (!specifier)
-    return value;
-  if (isRootedInTest(**specifier))
-    throw TestNeedsValues();
-  // `a reference to name of window 1` and the like; what an application answers names an object, not a property.
-  return (*specifier)->form == ObjectSpecifier::Form::property ? get(*specifier) : value;
+Value Evaluator::plain(const Value& given) {
+  Value value = plainValue(given);
+  if (const auto* specifier = value.get<Value::SpecifierPointer>()) {
+    if (isRootedInTest(**specifier))
+      throw TestNeedsValues();
+    // `a reference to name of window 1` and the like; what an application answers names an object, not a property.
+    if ((*specifier)->form == ObjectSpecifier::Form::property)
+      value = get(Value::SpecifierPointer(*specifier));
+  }
+  return value;
 }
 
 Value Evaluator::dispatch(const Expression& expression, Mode mode) {

@@ -48,7 +48,7 @@ private:
   Value dispatch(const Expression& expression, Mode mode);
   /// The value for an operator: references and foreign objects looked through, properties of objects read.
   Value operand(const Expression& expression);
-  Value plain(Value value);
+  Value plain(const Value& value);
   static bool isPlain(const Value& value);
   void step() {
     if (--untilCheckpoint_ == 0)
@@ -74,7 +74,7 @@ private:
   Flow executeConsidering(const Considering& statement);
   Flow executeTimeout(const Timeout& statement);
   [[noreturn]] void raise(const RaiseError& statement);
-  void setResult(Value value);
+  void setResult(Value&& value);
   Value result();
 
   // Loops.cpp
@@ -87,13 +87,13 @@ private:
   // Assignments.cpp
   void assign(const Assignment& statement);
   bool appendInPlace(const Variable& variable, const Expression& value);
-  void assignTo(const Expression& target, Value value);
-  void assignToVariable(const Variable& variable, Value value);
-  void assignToProperty(const PropertyAccess& target, Value value);
-  void assignToElement(const ElementAccess& target, Value value);
-  void assignToEnd(const InsertionPoint& target, Value value);
+  void assignTo(const Expression& target, Value&& value);
+  void assignToVariable(const Variable& variable, Value&& value);
+  void assignToProperty(const PropertyAccess& target, Value&& value);
+  void assignToElement(const ElementAccess& target, Value&& value);
+  void assignToEnd(const InsertionPoint& target, Value&& value);
   void assignPattern(const std::vector<ExpressionPointer>& targets, const Value& value);
-  void bindOptional(const std::unique_ptr<Variable>& variable, Value value);
+  void bindOptional(const std::unique_ptr<Variable>& variable, Value&& value);
   Value& variableSlot(const Variable& variable);
   Value readVariable(const Variable& variable);
 
@@ -113,10 +113,9 @@ private:
   Arguments argumentsOf(const HandlerCall& call);
   static FoundHandler findHandler(const std::shared_ptr<ScriptObject>& script, const std::string& folded);
   FoundHandler findHandlerAround(const HandlerCall& call);
-  Value invoke(const FoundHandler& handler, std::shared_ptr<ScriptObject> self, Arguments arguments,
+  Value invoke(const FoundHandler& handler, std::shared_ptr<ScriptObject> self, Arguments&& arguments,
                std::string_view name);
-  void bindParameters(const HandlerDefinition& definition, Arguments arguments, std::string_view name);
-  void bindParameter(const Expression& pattern, Value value);
+  void bindParameters(const HandlerDefinition& definition, Arguments&& arguments, std::string_view name);
   template <class Body>
   Value inFrame(Frame& frame, Body body);
 

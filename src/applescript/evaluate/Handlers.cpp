@@ -29,7 +29,7 @@ Value Evaluator::inFrame(Frame& frame, Body body) {
   return result();
 }
 
-Value Evaluator::invoke(const FoundHandler& handler, std::shared_ptr<ScriptObject> self, Arguments arguments,
+Value Evaluator::invoke(const FoundHandler& handler, std::shared_ptr<ScriptObject> self, Arguments&& arguments,
                         std::string_view name) {
   Frame frame;
   frame.self = std::move(self);
@@ -160,7 +160,7 @@ Value Evaluator::continueCall(const ContinueStatement& statement) {
   return invoke(found, frame_->self, argumentsOf(call), call.name);
 }
 
-void Evaluator::bindParameters(const HandlerDefinition& definition, Arguments arguments, std::string_view name) {
+void Evaluator::bindParameters(const HandlerDefinition& definition, Arguments&& arguments, std::string_view name) {
   const auto mismatch = [&](const std::string& what) {
     return errors::of(errorNumber::wrongParameters, fmt::format("{} for {}.", what, name));
   };
@@ -181,29 +181,25 @@ void Evaluator::bindParameters(const HandlerDefinition& definition, Arguments ar
                                definition.positional.size()));
   for (std::size_t index = 0; index < definition.positional.size(); ++index) {
     const Parameter& parameter = definition.positional[index];
-    bindParameter(*parameter.pattern,
-                  index < given ? std::move(arguments.positional[index]) : evaluate(*parameter.defaultValue));
+    assignTo(*parameter.pattern,
+             index < given ? std::move(arguments.positional[index]) : evaluate(*parameter.defaultValue));
   }
   if (definition.direct) {
     if (arguments.direct.isNothing() && !definition.direct->defaultValue)
       throw missing("direct");
-    bindParameter(*definition.direct->pattern, arguments.direct.isNothing() ? evaluate(*definition.direct->defaultValue)
-                                                                            : std::move(arguments.direct));
+    assignTo(*definition.direct->pattern,
+             arguments.direct.isNothing() ? evaluate(*definition.direct->defaultValue) : std::move(arguments.direct));
   }
   for (const auto& [label, parameter] : definition.labelled) {
     const auto found =
         std::ranges::find_if(arguments.labelled, [&](const auto& argument) { return sameName(argument.first, label); });
     if (found != arguments.labelled.end())
-      bindParameter(*parameter.pattern, std::move(found->second));
+      assignTo(*parameter.pattern, std::move(found->second));
     else if (parameter.defaultValue)
-      bindParameter(*parameter.pattern, evaluate(*parameter.defaultValue));
+      assignTo(*parameter.pattern, evaluate(*parameter.defaultValue));
     else
       throw missing(label);
   }
-}
-
-void Evaluator::bindParameter(const Expression& pattern, Value value) {
-  assignTo(pattern, std::move(value));
 }
 
 } // namespace tabwright::applescript

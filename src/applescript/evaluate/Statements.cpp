@@ -71,10 +71,10 @@ Evaluator::Flow Evaluator::dispatch(const Statement& statement) {
     return execute(static_cast<const UsingTerms&>(statement).body);
   case Kind::script: {
     const auto& definition = static_cast<const ScriptDefinition&>(statement);
-    const Value script = instantiate(*definition.layout, frame_->owner);
+    Value script = instantiate(*definition.layout, frame_->owner);
     if (definition.binding)
-      assignToVariable(*definition.binding, script);
-    setResult(script);
+      assignToVariable(*definition.binding, Value(script));
+    setResult(std::move(script));
     return Flow::next;
   }
   case Kind::declare:
@@ -86,7 +86,7 @@ Evaluator::Flow Evaluator::dispatch(const Statement& statement) {
   return Flow::next;
 }
 
-void Evaluator::setResult(Value value) {
+void Evaluator::setResult(Value&& value) {
   frame_->result = std::move(value);
   frame_->resultVariable = nullptr;
 }

@@ -100,12 +100,13 @@ Value dateOf(const Value& value) {
 } // namespace
 
 Value plainValue(const Value& value) {
-  Value plain = lookThrough(value);
-  if (const auto* foreign = plain.get<Value::ForeignPointer>()) {
+  if (value.is<Value::ReferencePointer>())
+    return plainValue(lookThrough(value)); // which leads to no other reference
+  if (const auto* foreign = value.get<Value::ForeignPointer>()) {
     if (auto unwrapped = (*foreign)->unwrapped())
       return std::move(*unwrapped);
   }
-  return plain;
+  return value;
 }
 
 std::string textOf(const Value& value, const CoercionContext& context) {

@@ -33,12 +33,12 @@ bool sameName(std::string_view left, std::string_view right) {
   // Each character folds by itself, so the first difference between two that are ASCII decides.
   const std::size_t shorter = std::min(left.size(), right.size());
   for (std::size_t index = 0; index < shorter; ++index) {
-    if (isASCII(left[index]) && isASCII(right[index])) {
-      if (lower(left[index]) != lower(right[index]))
-        return false;
-    } else {
+    const char a = left[index];
+    const char b = right[index];
+    if (!isASCII(a) || !isASCII(b))
       return foldedName(left) == foldedName(right);
-    }
+    if (a != b && lower(a) != lower(b))
+      return false;
   }
   return left.size() == right.size();
 }

@@ -94,10 +94,10 @@ bool needsLooking(const Value& value, ForeignObjects foreignObjects) {
   return false;
 }
 
-Value looked(const Value& value, ForeignObjects foreignObjects) {
+Value looked(Value value, ForeignObjects foreignObjects) {
   if (value.is<Value::ReferencePointer>()) {
     const Traversal traversal;
-    return looked(lookThrough(value), foreignObjects);
+    return looked(lookThrough(std::move(value)), foreignObjects);
   }
   if (const auto* foreign = value.get<Value::ForeignPointer>()) {
     if (foreignObjects == ForeignObjects::kept)
@@ -125,8 +125,10 @@ Value looked(const Value& value, ForeignObjects foreignObjects) {
 
 } // namespace
 
-Value lookThroughDeep(const Value& value, ForeignObjects foreignObjects) {
-  return needsLooking(value, foreignObjects) ? looked(value, foreignObjects) : value;
+Value lookThroughDeep(Value value, ForeignObjects foreignObjects) {
+  if (needsLooking(value, foreignObjects))
+    return looked(std::move(value), foreignObjects);
+  return value;
 }
 
 } // namespace tabwright::applescript

@@ -117,6 +117,6 @@ private:
 enum class ForeignObjects { kept, unwrapped };
 /// The value as others get it: no references at any depth, and no foreign objects if asked for. Shares what needs no
 /// change. Throws ScriptError −2706 or −2707 for a value nested too deeply or too large to walk.
-[[nodiscard]] Value lookThroughDeep(const Value& value, ForeignObjects foreignObjects);
+[[nodiscard]] Value lookThroughDeep(Value value, ForeignObjects foreignObjects);
 
 } // namespace tabwright::applescript

@@ -21,7 +21,7 @@ bool holdsMore(const Value& value) {
 
 } // namespace
 
-void release(Value value) noexcept {
+void release(Value&& value) noexcept {
   if (!holdsMore(value))
     return;
   if (dying) {

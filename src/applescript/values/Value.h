@@ -190,7 +190,7 @@ private:
 
 /// Lets go of a value, and of what only it holds, without recursing however deep that is nested. For the destructors of
 /// whatever holds values.
-void release(Value value) noexcept;
+void release(Value&& value) noexcept;
 
 /// The items of a list, shared by all values that hold it. 1-based in the language, 0-based here.
 struct List {

@@ -26,6 +26,7 @@ Value dictionaryOf(FoundationObject& self, const Arguments& arguments) {
 
 Value allKeys(FoundationObject& self, const Arguments&) {
   FoundationArray keys;
+  keys.items.reserve(self.as<FoundationDictionary>().entries().size());
   for (const auto& entry : self.as<FoundationDictionary>().entries())
     keys.items.emplace_back(entry.first.name);
   return makeObject(arrayClass, std::move(keys));

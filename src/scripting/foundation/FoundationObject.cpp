@@ -37,17 +37,22 @@ const FoundationMethod* findMethod(const FoundationClass& type,
 
 /// Records don't tell labels apart that differ in case only; the last one wins.
 Value recordOf(const FoundationDictionary& dictionary) {
-  std::vector<std::pair<Label, Value>> fields;
-  std::unordered_map<std::string, std::size_t> seen;
-  fields.reserve(dictionary.entries().size());
-  for (const auto& [label, value] : dictionary.entries()) {
-    const auto [place, isNew] = seen.emplace(applescript::foldedName(label.name), fields.size());
-    if (isNew)
-      fields.emplace_back(label, unbridged(value));
-    else
-      fields[place->second].second = unbridged(value);
+  auto record = std::make_shared<applescript::Record>();
+  record->fields.reserve(dictionary.entries().size());
+  if (dictionary.entries().size() <= fewEntries) {
+    for (const auto& [label, value] : dictionary.entries())
+      record->set(label, unbridged(value));
+    return Value(std::move(record));
   }
-  return Value(std::make_shared<applescript::Record>(std::move(fields)));
+  std::unordered_map<std::string, std::size_t> seen;
+  for (const auto& [label, value] : dictionary.entries()) {
+    const auto [place, isNew] = seen.emplace(applescript::foldedName(label.name), record->fields.size());
+    if (isNew)
+      record->fields.emplace_back(label, unbridged(value));
+    else
+      record->fields[place->second].second = unbridged(value);
+  }
+  return Value(std::move(record));
 }
 
 const Value& argumentAt(const Arguments& arguments, std::size_t position) {
@@ -221,6 +226,7 @@ FoundationDictionary dictionaryArgument(const Arguments& arguments, std::size_t 
   if (record == nullptr)
     throw eventError(errorNumber::handlerFailed, "A dictionary is made of a record or a dictionary only.");
   FoundationDictionary dictionary;
+  dictionary.reserve((*record)->fields.size());
   for (const auto& [label, field] : (*record)->fields)
     dictionary.set(label, stored(field));
   return dictionary;

@@ -50,6 +50,7 @@ public:
   [[nodiscard]] const applescript::Value* find(std::string_view key) const;
   void set(applescript::Label key, applescript::Value value);
   void remove(std::string_view key);
+  void reserve(std::size_t count) { entries_.reserve(count); }
 
 private:
   [[nodiscard]] std::size_t positionOf(std::string_view key) const;
