@@ -2,6 +2,7 @@
 #include "scripting/foundation/JSONSerialization.h"
 #include "support/ScriptBench.h"
 
+#include <fmt/core.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -112,6 +113,18 @@ TEST_F(Foundation, FindsManyKeys) {
                              "return {(d's valueForKey:\"40\") as text, (d's valueForKey:\"3\") is missing value, "
                              "(d's |count|()) as integer}"),
             R"({"x", true, 39})");
+}
+
+TEST_F(Foundation, OfKeysThatDifferInCaseOnlyARecordKeepsTheLast) {
+  for (const std::string others : {"0", "40"}) {
+    EXPECT_EQ(foundationResult("set d to CA's NSMutableDictionary's dictionaryWithDictionary:{alpha:1}\n"
+                               "repeat with i from 1 to " +
+                               others +
+                               "\nd's setValue:i forKey:(\"k\" & i)\nend repeat\n"
+                               "d's setValue:2 forKey:\"ALPHA\"\nset r to d as record\n"
+                               "return {alpha of r, count of r, (d's |count|()) as integer}"),
+              fmt::format("{{2, {}, {}}}", 1 + std::stoi(others), 2 + std::stoi(others)));
+  }
 }
 
 TEST_F(Foundation, ReadsBackTheJSONThatItWrote) {
