@@ -328,6 +328,7 @@ private:
   }
 
   static void nameSelector(ObjectiveCMessage& message) {
+    message.selector.clear();
     for (const std::string& part : message.parts)
       message.selector += part + ":";
   }
