@@ -5,7 +5,6 @@
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/driver/BrowserView.h"
 #include "scripting/driver/Lookahead.h"
-#include "scripting/driver/LooksAhead.h"
 #include "scripting/driver/PageJobs.h"
 #include "scripting/driver/PageSessions.h"
 

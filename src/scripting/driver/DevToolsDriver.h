@@ -6,7 +6,7 @@
 #include "platform/BrowserTable.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/driver/BrowserDriver.h"
-#include "scripting/driver/LooksAhead.h"
+#include "scripting/driver/Lookahead.h"
 
 #include <chrono>
 #include <filesystem>

@@ -11,6 +11,9 @@
 
 namespace tabwright::scripting {
 
+/// Whether a driver has a Lookahead.
+enum class LooksAhead { no, yes };
+
 /// Looks at a browser before anybody asks, so that what was seen is up to date when the next action comes.
 ///
 /// A look follows each `stale`, a moment later, on a thread of its own; but only while somebody uses the browser, and
