@@ -112,7 +112,7 @@ private:
   Value continueCall(const ContinueStatement& statement);
   Arguments argumentsOf(const HandlerCall& call);
   static FoundHandler findHandler(const std::shared_ptr<ScriptObject>& script, const std::string& folded);
-  FoundHandler findHandlerAround(const HandlerCall& call);
+  FoundHandler findHandlerAround(const std::string& folded);
   Value invoke(const FoundHandler& handler, std::shared_ptr<ScriptObject> self, Arguments&& arguments,
                std::string_view name);
   void bindParameters(const HandlerDefinition& definition, Arguments&& arguments, std::string_view name);

@@ -80,11 +80,9 @@ Evaluator::FoundHandler Evaluator::findHandler(const std::shared_ptr<ScriptObjec
 }
 
 /// The handler of a script around this one, which a message without a receiver reaches too.
-Evaluator::FoundHandler Evaluator::findHandlerAround(const HandlerCall& call) {
-  if (call.target == HandlerCall::Target::me)
-    return {};
+Evaluator::FoundHandler Evaluator::findHandlerAround(const std::string& folded) {
   for (std::shared_ptr<ScriptObject> script = frame_->owner; script; script = script->enclosing()) {
-    if (const FoundHandler found = findHandler(script, call.foldedName); found.definition)
+    if (const FoundHandler found = findHandler(script, folded); found.definition)
       return found;
   }
   return {};
@@ -138,7 +136,8 @@ Value Evaluator::callHandler(const HandlerCall& call) {
   }
   if (const FoundHandler own = findHandler(frame_->self, call.foldedName); own.definition)
     return invoke(own, frame_->self, argumentsOf(call), call.name);
-  const FoundHandler found = findHandlerAround(call);
+  const FoundHandler found =
+      call.target == HandlerCall::Target::implicit ? findHandlerAround(call.foldedName) : FoundHandler{};
   if (!found.definition) {
     const auto* target = frame_->target.get<Value::SpecifierPointer>();
     if (call.target == HandlerCall::Target::implicit && target && (*target)->application)
