@@ -51,12 +51,12 @@ struct EqualVisitor {
     return other && same(left, *other);
   }
   bool operator()(std::int64_t left) const {
-    const auto* real = right.get<double>();
-    return real ? static_cast<double>(left) == *real : right.get<std::int64_t>() && left == *right.get<std::int64_t>();
+    const auto* integer = right.get<std::int64_t>(); // compared as a real it would lose digits
+    return integer ? left == *integer : (*this)(static_cast<double>(left));
   }
   bool operator()(double left) const {
-    const auto* integer = right.get<std::int64_t>();
-    return integer ? left == static_cast<double>(*integer) : right.get<double>() && left == *right.get<double>();
+    const std::optional<double> number = asReal(right);
+    return number && left == *number;
   }
 
 private:

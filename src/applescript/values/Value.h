@@ -94,15 +94,15 @@ public:
   using EnumeratorPointer = std::shared_ptr<const Enumerator>;
 
   Value() = default;
-  Value(bool value) : storage_(Plain(value)) {}
-  Value(int value) : storage_(Plain(std::int64_t{value})) {}
-  Value(std::int64_t value) : storage_(Plain(value)) {}
-  Value(double value) : storage_(Plain(value)) {}
+  Value(bool value) : storage_(Trivial(value)) {}
+  Value(int value) : storage_(Trivial(std::int64_t{value})) {}
+  Value(std::int64_t value) : storage_(Trivial(value)) {}
+  Value(double value) : storage_(Trivial(value)) {}
   Value(Text value) : storage_(std::move(value)) {}
   Value(std::string utf8) : storage_(Text(std::move(utf8))) {}
   Value(std::string_view utf8) : storage_(Text(std::string(utf8))) {}
   Value(const char* utf8) : storage_(Text(std::string(utf8))) {}
-  Value(Date value) : storage_(Plain(value)) {}
+  Value(Date value) : storage_(Trivial(value)) {}
   Value(ClassName value) : storage_(std::make_shared<const ClassName>(std::move(value))) {}
   Value(Enumerator value) : storage_(std::make_shared<const Enumerator>(std::move(value))) {}
   Value(ListPointer value) : storage_(std::move(value)) {}
@@ -117,12 +117,12 @@ public:
   static Value missing() { return {}; }
   static Value null() {
     Value value;
-    value.storage_ = Plain(Null{});
+    value.storage_ = Trivial(Null{});
     return value;
   }
   static Value nothing() {
     Value value;
-    value.storage_ = Plain(Nothing{});
+    value.storage_ = Trivial(Nothing{});
     return value;
   }
   static Value list(std::vector<Value> items);
@@ -145,7 +145,7 @@ public:
   template <class Visitor>
   decltype(auto) visit(Visitor&& visitor) const {
     const auto unfold = [&visitor](const auto& held) -> decltype(auto) {
-      if constexpr (std::is_same_v<decltype(held), const Plain&>)
+      if constexpr (std::is_same_v<decltype(held), const Trivial&>)
         return std::visit(visitor, held);
       else
         return visitor(held);
@@ -170,16 +170,16 @@ private:
   // Values are copied and let go of all the time. What has no destructor is one alternative of the storage, so that a
   // copy of it is one of bytes, and so that few alternatives are left: the standard library jumps through a table of
   // functions for each copy and destruction of a variant that has more than eleven.
-  using Plain = std::variant<MissingValue, Null, Nothing, bool, std::int64_t, double, Date>;
-  using Storage = std::variant<Plain, Text, ListPointer, RecordPointer, SpecifierPointer, ReferencePointer,
+  using Trivial = std::variant<MissingValue, Null, Nothing, bool, std::int64_t, double, Date>;
+  using Storage = std::variant<Trivial, Text, ListPointer, RecordPointer, SpecifierPointer, ReferencePointer,
                                ScriptPointer, ForeignPointer, ClassPointer, EnumeratorPointer>;
-  static_assert(std::is_trivially_copyable_v<Plain>);
+  static_assert(std::is_trivially_copyable_v<Trivial>);
 
   template <class Kind, class Held>
   static auto find(Held& storage) {
     if constexpr (std::is_trivially_copyable_v<Kind>) {
-      auto* plain = std::get_if<Plain>(&storage);
-      return plain ? std::get_if<Kind>(plain) : nullptr;
+      auto* trivial = std::get_if<Trivial>(&storage);
+      return trivial ? std::get_if<Kind>(trivial) : nullptr;
     } else {
       return std::get_if<Kind>(&storage);
     }

@@ -19,3 +19,8 @@ text is string --> true
 class of "x" is text --> true
 class of "x" is string --> true
 class of 1 is real --> false
+
+-- Whole numbers are compared whole, and with a real as reals.
+9007199254740993 = 9007199254740992 --> false
+9007199254740992 = 9007199254740992.0 --> true
+2.0 = 2 --> true
