@@ -1,5 +1,6 @@
 // Documents that are derived from the declarations.
 #include "support/CommandRun.h"
+#include "support/SourceFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,7 +20,7 @@ TEST(Reference, TheOneInDocsIsCurrent) {
   const CommandOutcome current =
       runTabwright({"actions", "--markdown"}, {}, {{"LC_ALL", "C.UTF-8"}, {"PATH", "/nowhere"}, {"DISPLAY", ""}});
   std::stringstream kept;
-  kept << std::ifstream(std::filesystem::path(TABWRIGHT_SOURCE_DIR) / "docs/actions.md").rdbuf();
+  kept << std::ifstream(testsupport::sourceFolder() / "docs/actions.md").rdbuf();
   ASSERT_EQ(current.exitCode, 0) << current.errors;
   EXPECT_EQ(kept.str(), current.output) << "run “./dev docs” and commit docs/actions.md";
 }

@@ -1,4 +1,5 @@
 #include "applescript/ParserTestSupport.h"
+#include "support/SourceFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -79,7 +80,7 @@ std::string replaced(std::string text, std::string_view from, std::string_view t
 
 /// The script texts that the engine assembles its programs from, their placeholders filled in.
 TEST(Printer, RoundTripsTheEnginesScripts) {
-  const std::filesystem::path folder = std::filesystem::path(TABWRIGHT_SOURCE_DIR) / "resources" / "engine";
+  const std::filesystem::path folder = testsupport::sourceFolder() / "resources" / "engine";
   std::size_t count = 0;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
     if (entry.path().extension() != ".applescript")

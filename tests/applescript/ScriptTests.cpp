@@ -1,6 +1,7 @@
 // Runs the language tests in scripts/ (see the README there): one test per file.
 #include "EmptyDirectory.h"
 #include "applescript/Interpreter.h"
+#include "support/SourceFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,7 @@
 namespace tabwright::applescript {
 namespace {
 
-const std::filesystem::path scriptFolder = TABWRIGHT_SOURCE_DIR "/tests/applescript/scripts";
+const std::filesystem::path scriptFolder = testsupport::sourceFolder() / "tests/applescript/scripts";
 constexpr std::string_view arrow = " --> ";
 
 struct Expectation {

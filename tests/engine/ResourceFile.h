@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/SourceFolder.h"
+
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -9,7 +11,7 @@ namespace tabwright::testsupport {
 
 /// The content of a file of the checkout.
 inline std::string fileText(const std::string& relativePath) {
-  std::ifstream file(std::string(TABWRIGHT_SOURCE_DIR "/") + relativePath, std::ios::binary);
+  std::ifstream file(sourceFolder() / relativePath, std::ios::binary);
   std::ostringstream text;
   if (!file || !(text << file.rdbuf()))
     throw std::runtime_error("can't read " + relativePath);

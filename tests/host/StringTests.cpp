@@ -13,6 +13,7 @@
 #include "actions/enums/WindowTitleFilterEnum.h"
 #include "browserdata/BrowserWindowEntity.h"
 #include "support/ActionBench.h"
+#include "support/SourceFolder.h"
 
 #include <boost/json/parse.hpp>
 #include <gtest/gtest.h>
@@ -108,9 +109,7 @@ protected:
     }
   }
 
-  static std::filesystem::path stringsFolder() {
-    return std::filesystem::path(TABWRIGHT_SOURCE_DIR) / "resources/strings";
-  }
+  static std::filesystem::path stringsFolder() { return testsupport::sourceFolder() / "resources/strings"; }
 
   static boost::json::object tableOf(const std::string& name, const std::string& language = "en") {
     const auto file = stringsFolder() / language / (name + ".json");
@@ -144,7 +143,7 @@ TEST_F(Strings, EveryTextBelongsToADeclaration) {
 TEST_F(Strings, TextsOfHelpAreUsed) {
   std::string sources;
   for (const char* folder : {"src/host", "src/intents"}) {
-    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(TABWRIGHT_SOURCE_DIR) / folder))
+    for (const auto& entry : std::filesystem::directory_iterator(testsupport::sourceFolder() / folder))
       sources += contentOf(entry.path());
   }
   std::size_t count = 0;

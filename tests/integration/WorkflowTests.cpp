@@ -3,6 +3,7 @@
 #include "host/workflow/WorkflowCheck.h"
 #include "host/workflow/WorkflowReader.h"
 #include "host/workflow/WorkflowRunner.h"
+#include "support/SourceFolder.h"
 
 #include <boost/json/array.hpp>
 #include <boost/json/serialize.hpp>
@@ -34,7 +35,7 @@ class Examples : public RealRoad {
 protected:
   /// What an example prints.
   std::vector<std::string> run(const std::string& name, const std::map<std::string, std::string>& variables) {
-    std::ifstream file(std::filesystem::path(TABWRIGHT_SOURCE_DIR) / "examples" / (name + ".yaml"));
+    std::ifstream file(testsupport::sourceFolder() / "examples" / (name + ".yaml"));
     const std::string source{std::istreambuf_iterator<char>(file), {}};
     const workflow::Workflow steps = workflow::readWorkflow(source);
     workflow::checkWorkflow(steps, catalogue());
@@ -74,7 +75,7 @@ TEST_F(Examples, SaveOpenTabsPrintsThemAsMarkdown) {
 }
 
 TEST_F(Examples, FillInAFormReadsTheAnswerAndTidiesUp) {
-  const std::string page = "file://" TABWRIGHT_SOURCE_DIR "/resources/demo/index.html";
+  const std::string page = "file://" + testsupport::sourceFolder().string() + "/resources/demo/index.html";
   EXPECT_THAT(run("fill-in-a-form", {{"page", page}, {"who", "Ann"}}), ElementsAre(HasSubstr("Good morning, Ann!")));
   EXPECT_EQ(tabsAt(page), 0U);
 }

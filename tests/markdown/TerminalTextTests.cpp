@@ -1,5 +1,6 @@
 #include "markdown/TerminalText.h"
 #include "platform/TerminalCells.h"
+#include "support/SourceFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -63,7 +64,7 @@ Node documentOf(const Node& block) {
 }
 
 std::string contentsOf(const std::string& name) {
-  std::ifstream file(std::string(TABWRIGHT_SOURCE_DIR) + "/" + name);
+  std::ifstream file(testsupport::sourceFolder() / name);
   std::ostringstream contents;
   contents << file.rdbuf();
   return contents.str();

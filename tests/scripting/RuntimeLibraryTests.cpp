@@ -1,4 +1,5 @@
 #include "support/ScriptBench.h"
+#include "support/SourceFolder.h"
 
 #include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
@@ -16,7 +17,7 @@ using namespace tabwright;
 using testing::HasSubstr;
 
 std::string resource(const std::string& name) {
-  const std::ifstream file(std::string(TABWRIGHT_SOURCE_DIR) + "/resources/engine/" + name + ".applescript");
+  const std::ifstream file(tabwright::testsupport::sourceFolder() / "resources/engine" / (name + ".applescript"));
   std::ostringstream text;
   text << file.rdbuf();
   return std::move(text).str();

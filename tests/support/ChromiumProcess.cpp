@@ -1,6 +1,7 @@
 #include "support/ChromiumProcess.h"
 
 #include "devtools/Discovery.h"
+#include "support/SourceFolder.h"
 
 #include <algorithm>
 #include <chrono>
@@ -109,7 +110,7 @@ void ChromiumProcess::kill() {
 }
 
 std::filesystem::path helperDirectory() {
-  return fs::path(TABWRIGHT_SOURCE_DIR) / "resources" / "helper";
+  return testsupport::sourceFolder() / "resources" / "helper";
 }
 
 } // namespace tabwright::support

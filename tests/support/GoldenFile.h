@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/SourceFolder.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -14,7 +16,7 @@ namespace tabwright::testsupport {
 /// Expects `text` to be what the file under tests/ holds, to the last byte. With the environment variable
 /// TABWRIGHT_REWRITE_GOLDEN set the file is written anew, and the change is there for someone to read.
 inline void expectGolden(std::string_view text, const std::string& path) {
-  const std::filesystem::path file = std::filesystem::path(TABWRIGHT_SOURCE_DIR) / "tests" / path;
+  const std::filesystem::path file = sourceFolder() / "tests" / path;
   if (std::getenv("TABWRIGHT_REWRITE_GOLDEN"))
     std::ofstream(file, std::ios::binary) << text;
   std::ifstream stream(file, std::ios::binary);
