@@ -25,6 +25,10 @@ private:
   [[nodiscard]] std::string scriptBody() const override {
     return pageJob(tab, "return [\n  clickPageElement(\"" + engine::escapeForLiteral(*cssSelector) + "\")\n]");
   }
+
+  [[nodiscard]] std::optional<platform::Notice> noticeOf(const std::vector<std::string>& answer) const override {
+    return noticeOfNothing(answer, *cssSelector, "clicked");
+  }
 };
 
 } // namespace

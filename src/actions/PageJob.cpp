@@ -4,6 +4,8 @@
 #include "engine/errors/JavascriptError.h"
 #include "platform/AsciiCase.h"
 
+#include <fmt/core.h>
+
 namespace tabwright::actions {
 
 std::string pageJob(const TabTarget& tab, std::string_view javascript, double timeout) {
@@ -25,6 +27,17 @@ const std::string& answerOf(const std::vector<std::string>& list) {
 
 bool succeeded(const std::vector<std::string>& list) {
   return platform::equalIgnoringCase(answerOf(list), "true");
+}
+
+std::optional<platform::Notice> noticeOfNothing(const std::vector<std::string>& list, const std::string& selector,
+                                                std::string_view done) {
+  if (list.empty() || succeeded(list))
+    return std::nullopt;
+  if (platform::equalIgnoringCase(list.front(), "false"))
+    return platform::Notice{{"Notice", "noSuchElement", {}},
+                            fmt::format("No element of the page matches “{}”, so nothing was {}.", selector, done)};
+  return platform::Notice{{"Notice", "pageException", {}},
+                          fmt::format("Nothing was {}. The page said: {}", done, list.front())};
 }
 
 } // namespace tabwright::actions

@@ -3,6 +3,7 @@
 #include "actions/ScriptAction.h"
 #include "actions/TabTarget.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,6 +29,12 @@ inline constexpr double pageJobInterval = 0.2;
 
 /// Whether the page function reported success: its text is "true", in any case. Throws as `answerOf` does.
 [[nodiscard]] bool succeeded(const std::vector<std::string>& list);
+
+/// What the user should know of a page function that came to nothing, though its action succeeds: that no element
+/// matches the selector, so that nothing was done to it (`done`, such as "clicked"), or what the page said to the
+/// selector.
+[[nodiscard]] std::optional<platform::Notice> noticeOfNothing(const std::vector<std::string>& list,
+                                                              const std::string& selector, std::string_view done);
 
 /// An action whose job does something and has nothing to say but that it ran.
 class PageDeed : public ScriptAction<std::vector<std::string>, intents::Nothing> {

@@ -5,6 +5,8 @@
 #include "actions/SharedParameters.h"
 #include "engine/JSONDecoding.h"
 
+#include <algorithm>
+
 namespace tabwright {
 
 // Not in an unnamed namespace: coroutines are made over the type, and their frames would have linkage without it.
@@ -44,6 +46,12 @@ public:
 private:
   [[nodiscard]] std::string scriptBody() const override {
     return "set RETURN_VALUE to {}\n" + *script + "\nreturn my success({returnValue: my jsonStringify(RETURN_VALUE)})";
+  }
+
+  // One line of ours stands before the user's, and one behind.
+  [[nodiscard]] std::optional<std::size_t> userLine(std::size_t line) const override {
+    const auto lines = static_cast<std::size_t>(std::ranges::count(*script, '\n')) + 1;
+    return line >= 2 && line <= lines + 1 ? std::optional(line - 1) : std::nullopt;
   }
 
   [[nodiscard]] std::string result(AppleScriptPlaygroundData answer,

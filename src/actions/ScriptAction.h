@@ -7,6 +7,8 @@
 #include "intents/ValueTraits.h"
 #include "platform/Task.h"
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -35,10 +37,22 @@ protected:
   /// The action's value. `browser` is the one that answered, never the frontmost entry. May throw.
   [[nodiscard]] virtual Result result(Answer answer, const engine::TargetContext& browser) const = 0;
 
-  platform::Task<Outcome> run(intents::ActionHost& /*host*/) override {
+  /// Which line of a text of the user's own a line of `scriptBody` is, both from 1; nothing for the action's own lines.
+  [[nodiscard]] virtual std::optional<std::size_t> userLine(std::size_t /*line*/) const { return std::nullopt; }
+  /// What the user should know of a success: nothing for most.
+  [[nodiscard]] virtual std::optional<platform::Notice> noticeOf(const Answer& /*answer*/) const {
+    return std::nullopt;
+  }
+
+  platform::Task<Outcome> run(intents::ActionHost& host) override {
     engine::Scriptacular scriptacular = makeScriptacular();
-    Answer answer = co_await scriptacular.run<Answer>();
+    Answer answer = co_await runScript(scriptacular);
+    const std::optional<platform::Notice> own = noticeOf(answer);
     const Result value = result(std::move(answer), scriptacular.targetContext());
+    for (const platform::Notice& noticed : scriptacular.notices())
+      host.notice(noticed);
+    if (own)
+      host.notice(*own);
     Outcome outcome{.value = intents::ValueTraits<Result>::toJson(value)};
     if constexpr (std::is_same_v<Result, bool>)
       outcome.success = value ? Outcome::Success::yes : Outcome::Success::no;
@@ -54,6 +68,18 @@ protected:
   }
 
 private:
+  platform::Task<Answer> runScript(engine::Scriptacular& scriptacular) {
+    try {
+      co_return co_await scriptacular.run<Answer>();
+    } catch (platform::Failure& failure) {
+      if (std::optional<platform::Notice> cause = failure.cause(); cause && cause->line) {
+        cause->line = userLine(*cause->line);
+        failure.setCause(std::move(cause));
+      }
+      throw;
+    }
+  }
+
   [[nodiscard]] engine::Scriptacular makeScriptacular() const {
     return {services().scripts, scriptBody(), scriptArguments(), target(), tellSystemEvents()};
   }

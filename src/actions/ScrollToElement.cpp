@@ -27,6 +27,10 @@ private:
   [[nodiscard]] std::string scriptBody() const override {
     return pageJob(tab, "return [\n  scrollToPageElement(\"" + engine::escapeForLiteral(*cssSelector) + "\")\n]");
   }
+
+  [[nodiscard]] std::optional<platform::Notice> noticeOf(const std::vector<std::string>& answer) const override {
+    return noticeOfNothing(answer, *cssSelector, "scrolled to");
+  }
 };
 
 } // namespace

@@ -1,9 +1,9 @@
 #include "app/FailureReport.h"
 
+#include "host/FailureWords.h"
 #include "platform/BrowserTable.h"
 #include "platform/linux/RunningBrowsers.h"
 
-#include <boost/json/object.hpp>
 #include <boost/json/serialize.hpp>
 
 #include <algorithm>
@@ -62,18 +62,20 @@ ExitCode exitCodeOf(const platform::Failure& failure) {
 
 FailureReport reportOf(const platform::Failure& failure, ReportForm form) {
   FailureReport report{.exitCode = exitCodeOf(failure), .text = {}};
-  if (form == ReportForm::sentence) {
-    report.text = failure.errorDescription() + "\n";
+  if (form == ReportForm::json) {
+    report.text = boost::json::serialize(host::failureJson(failure)) + "\n";
     return report;
   }
-  const platform::FailureIdentity identity = failure.identity();
-  boost::json::object object;
-  object["type"] = identity.type;
-  object["case"] = identity.caseName;
-  object["number"] = identity.number ? boost::json::value(*identity.number) : boost::json::value(nullptr);
-  object["message"] = failure.errorDescription();
-  report.text = boost::json::serialize(object) + "\n";
+  report.text = failure.errorDescription() + "\n";
+  if (const std::string cause = host::causeLine(failure); !cause.empty())
+    report.text += cause + "\n";
   return report;
+}
+
+std::string noticeReport(const platform::Notice& notice, ReportForm form) {
+  if (form == ReportForm::json)
+    return boost::json::serialize(host::noticeJson(notice)) + "\n";
+  return "tabwright: " + notice.sentence + "\n";
 }
 
 FailureReport commandReportOf(const platform::Failure& failure, ReportForm form) {

@@ -12,8 +12,8 @@ enum class ReportForm { sentence, json };
 
 /// What to tell the caller of a failure: its exit code, and what goes to standard error.
 ///
-/// A sentence ends in a line feed; JSON is one object with `type`, `case`, `number` (null where the catalogue has none)
-/// and `message`.
+/// A sentence ends in a line feed, and its cause stands beneath it in another line; JSON is one line
+/// (`host::failureJson`).
 struct FailureReport {
   ExitCode exitCode = ExitCode::failed;
   std::string text;
@@ -24,7 +24,10 @@ struct FailureReport {
 /// browser that isn't found behind it.
 [[nodiscard]] FailureReport commandReportOf(const platform::Failure& failure, ReportForm form);
 
-/// That last line alone: what to do about a failure, with its line feed; empty for most.
+/// What goes to standard error of a success that the user should know more about.
+[[nodiscard]] std::string noticeReport(const platform::Notice& notice, ReportForm form);
+
+/// The last line of a command's report alone: what to do about a failure, with its line feed; empty for most.
 [[nodiscard]] std::string_view hintFor(const platform::Failure& failure);
 
 /// The exit code alone: 2 for wrong use and missing values, 3 where no browser could be reached, else 1.

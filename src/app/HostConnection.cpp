@@ -123,8 +123,12 @@ public:
     co_return std::string(line->get_string());
   }
 
+  void tell(std::string text) override { told_ += text; }
+  [[nodiscard]] const std::string& told() const { return told_; }
+
 private:
   rpc::Peer& peer_;
+  std::string told_;
 };
 
 json::object answerOf(std::string output, std::string error, ExitCode exitCode) {
@@ -173,12 +177,13 @@ private:
       order.command = runCommandIn(words);
       if (wantsJson(order.command))
         form = ReportForm::json;
-      co_return answerOf(co_await runAction(catalogue_, std::move(order), client), "", ExitCode::done);
+      std::string output = co_await runAction(catalogue_, std::move(order), client);
+      co_return answerOf(std::move(output), client.told(), ExitCode::done);
     } catch (const RpcError&) {
       throw; // the connection has ended
     } catch (const platform::Failure& failure) {
       const FailureReport report = commandReportOf(failure, form);
-      co_return answerOf("", report.text, report.exitCode);
+      co_return answerOf("", client.told() + report.text, report.exitCode);
     } catch (const std::exception& error) {
       co_return answerOf("", std::string("tabwright: ") + error.what() + "\n", ExitCode::failed);
     }

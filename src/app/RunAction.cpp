@@ -1,6 +1,7 @@
 // A missing value is asked for and the action started again, until it has all it needs: nothing has run before that.
 #include "app/RunAction.h"
 
+#include "app/FailureReport.h"
 #include "app/ParameterArguments.h"
 #include "app/ResultFiles.h"
 #include "app/ResultView.h"
@@ -21,7 +22,7 @@ namespace {
 /// The caller's user, as far as an action may speak to them.
 class CallerHost final : public intents::ActionHost {
 public:
-  explicit CallerHost(RunCaller& caller) : caller_(caller) {}
+  CallerHost(RunCaller& caller, ReportForm form) : caller_(caller), form_(form) {}
 
   platform::Task<void> requestConfirmation(intents::LocalizedText question) override {
     const std::optional<std::string> answer = co_await caller_.ask(question.text() + " [y/N]");
@@ -29,8 +30,11 @@ public:
       throw intents::ConfirmationRefused();
   }
 
+  void notice(const platform::Notice& notice) override { caller_.tell(noticeReport(notice, form_)); }
+
 private:
   RunCaller& caller_;
+  const ReportForm form_;
 };
 
 std::string shown(const host::ActionResult& result, const ActionRun& run) {
@@ -67,7 +71,7 @@ platform::Task<std::string> runAction(const host::Catalogue& catalogue, ActionRu
     run.command.output = OutputForm::json;
   for (const ParameterFile& wanted : arguments.files)
     arguments.parameters[wanted.parameter].second = co_await caller.read(wanted.file);
-  CallerHost host(caller);
+  CallerHost host(caller, run.command.output == OutputForm::json ? ReportForm::json : ReportForm::sentence);
   for (;;) {
     std::optional<intents::NeedsValue> missing;
     try {

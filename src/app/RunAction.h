@@ -22,6 +22,9 @@ public:
 
   /// Asks the user a question and yields the line typed; nothing when there is nobody to ask.
   virtual platform::Task<std::optional<std::string>> ask(std::string question) = 0;
+
+  /// Takes what goes to standard error beside a result.
+  virtual void tell(std::string text) = 0;
 };
 
 /// One run as a command line orders it.

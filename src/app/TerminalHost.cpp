@@ -1,5 +1,7 @@
 #include "app/TerminalHost.h"
 
+#include "app/FailureReport.h"
+
 #include <boost/asio/posix/stream_descriptor.hpp>
 #include <boost/asio/this_coro.hpp>
 #include <boost/asio/use_awaitable.hpp>
@@ -46,6 +48,10 @@ platform::Task<void> TerminalHost::requestConfirmation(intents::LocalizedText qu
   if (!isYes(ask(question.text() + " [y/N]").value_or("")))
     throw intents::ConfirmationRefused();
   co_return;
+}
+
+void TerminalHost::notice(const platform::Notice& notice) {
+  std::cerr << noticeReport(notice, ReportForm::sentence);
 }
 
 } // namespace tabwright::app

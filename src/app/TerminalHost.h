@@ -25,6 +25,9 @@ public:
 
   /// Every other answer is a refusal.
   platform::Task<void> requestConfirmation(intents::LocalizedText question) override;
+
+  /// A line on standard error.
+  void notice(const platform::Notice& notice) override;
 };
 
 } // namespace tabwright::app

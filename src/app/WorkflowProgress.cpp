@@ -5,6 +5,7 @@
 
 #include <fmt/core.h>
 
+#include <utility>
 #include <variant>
 
 namespace tabwright::app {
@@ -57,11 +58,17 @@ void WorkflowProgress::stepEnds(const workflow::Step& step, const std::string& f
   terminal_ << (failure.empty() ? fmt::format("{:.2f} s", clock_.secondsSinceReferenceDate() - began_) : "failed")
             << std::endl;
   isLineOpen_ = false;
+  for (const std::string& notice : std::exchange(notices_, {}))
+    terminal_ << "      " << notice << std::endl;
 }
 
 void WorkflowProgress::roundBegins(const workflow::Step& step, std::size_t depth, std::size_t round,
                                    std::size_t rounds) {
   terminal_ << lineFor(step, depth, fmt::format("repeat {} of {}", round, rounds)) << '\n';
+}
+
+void WorkflowProgress::noticed(const workflow::Step& /*step*/, const platform::Notice& notice) {
+  notices_.push_back(notice.sentence);
 }
 
 void WorkflowProgress::printed(const std::string& text) {

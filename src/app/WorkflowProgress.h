@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <ostream>
 #include <string>
+#include <vector>
 
 namespace tabwright::app {
 
@@ -28,6 +29,7 @@ public:
                   std::size_t depth) override;
   void stepEnds(const host::workflow::Step& step, const std::string& failure) override;
   void roundBegins(const host::workflow::Step& step, std::size_t depth, std::size_t round, std::size_t rounds) override;
+  void noticed(const host::workflow::Step& step, const platform::Notice& notice) override;
   void printed(const std::string& text) override;
 
 private:
@@ -38,21 +40,26 @@ private:
   std::ostream& output_;
   const platform::Clock& clock_;
   double began_ = 0;
-  bool isLineOpen_ = false; ///< an action is under way
+  bool isLineOpen_ = false;          ///< an action is under way
+  std::vector<std::string> notices_; ///< of the action under way, for the lines beneath its own
 };
 
-/// Prints what steps print, and shows nothing else: for pipes.
+/// Prints what steps print, and notices to the other stream; shows nothing else: for pipes.
 class WorkflowOutput final : public host::workflow::WorkflowObserver {
 public:
-  explicit WorkflowOutput(std::ostream& output) : output_(output) {}
+  WorkflowOutput(std::ostream& output, std::ostream& notices) : output_(output), notices_(notices) {}
 
   void stepBegins(const host::workflow::Step&, const host::workflow::Variables&, std::size_t) override {}
   void stepEnds(const host::workflow::Step&, const std::string&) override {}
   void roundBegins(const host::workflow::Step&, std::size_t, std::size_t, std::size_t) override {}
+  void noticed(const host::workflow::Step& step, const platform::Notice& notice) override {
+    notices_ << "line " << step.place.line << ": " << notice.sentence << std::endl;
+  }
   void printed(const std::string& text) override { output_ << text << std::endl; } // at once, for who waits for it
 
 private:
   std::ostream& output_;
+  std::ostream& notices_;
 };
 
 } // namespace tabwright::app

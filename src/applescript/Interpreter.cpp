@@ -66,12 +66,16 @@ std::vector<ScriptError> Interpreter::check(std::string source) const {
   return parse(std::move(source), *state_->surroundings.directory).errors;
 }
 
-Value Interpreter::run(Script& script, std::vector<Value> arguments, std::stop_token stop) {
-  return Evaluator(state_->surroundings, state_->limits, script, std::move(stop)).run(std::move(arguments));
+Value Interpreter::run(Script& script, std::vector<Value> arguments, std::stop_token stop,
+                       std::shared_ptr<platform::Notices> notices) {
+  return Evaluator(state_->surroundings, state_->limits, script, std::move(stop), std::move(notices))
+      .run(std::move(arguments));
 }
 
-Value Interpreter::call(Script& script, std::string_view handler, std::vector<Value> arguments, std::stop_token stop) {
-  return Evaluator(state_->surroundings, state_->limits, script, std::move(stop)).call(handler, std::move(arguments));
+Value Interpreter::call(Script& script, std::string_view handler, std::vector<Value> arguments, std::stop_token stop,
+                        std::shared_ptr<platform::Notices> notices) {
+  return Evaluator(state_->surroundings, state_->limits, script, std::move(stop), std::move(notices))
+      .call(handler, std::move(arguments));
 }
 
 void ScriptDeleter::operator()(Script* script) const {

@@ -70,11 +70,14 @@ public:
 
   /// Runs the `run` handler, explicit or implicit, with its arguments. The result is the value of the last statement,
   /// or `nothing`. References are looked through at every depth and object specifiers left as they are; a script object
-  /// in the result is of use only while `script` lives. Throws ScriptError (Stage::execution).
-  Value run(Script& script, std::vector<Value> arguments = {}, std::stop_token stop = {});
+  /// in the result is of use only while `script` lives. Throws ScriptError (Stage::execution). `notices` takes what
+  /// applications have to tell beside their answers.
+  Value run(Script& script, std::vector<Value> arguments = {}, std::stop_token stop = {},
+            std::shared_ptr<platform::Notices> notices = {});
 
   /// Calls a handler by name (ignoring case) with positional arguments; error −1708 when the script has none.
-  Value call(Script& script, std::string_view handler, std::vector<Value> arguments = {}, std::stop_token stop = {});
+  Value call(Script& script, std::string_view handler, std::vector<Value> arguments = {}, std::stop_token stop = {},
+             std::shared_ptr<platform::Notices> notices = {});
 
 private:
   struct State;

@@ -8,7 +8,6 @@
 #include "tabwright_engineResources.h"
 
 #include <array>
-#include <cstddef>
 
 namespace tabwright::engine {
 namespace {
@@ -39,20 +38,26 @@ std::string qualifyingResultCalls(std::string_view text) {
   return result;
 }
 
+// Takes the first line off the text, and yields it as it goes into a program: empty when it doesn't.
+std::string_view takeCleanLine(std::string_view& text) {
+  constexpr std::string_view blanks = " \t";
+  const std::size_t end = text.find('\n');
+  std::string_view line = text.substr(0, end);
+  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  const std::size_t first = line.find_first_not_of(blanks);
+  if (first == std::string_view::npos)
+    return {};
+  line = line.substr(first, line.find_last_not_of(blanks) - first + 1);
+  return line.starts_with("--") || platform::isBlank(line) ? std::string_view() : line;
+}
+
 // Every line that stays ends in a line feed.
 std::string cleanLines(std::string_view text) {
-  constexpr std::string_view blanks = " \t";
   std::string result;
   result.reserve(text.size() + 1);
   while (!text.empty()) {
-    const std::size_t end = text.find('\n');
-    std::string_view line = text.substr(0, end);
-    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-    const std::size_t first = line.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
-      continue;
-    line = line.substr(first, line.find_last_not_of(blanks) - first + 1);
-    if (line.starts_with("--") || platform::isBlank(line))
+    const std::string_view line = takeCleanLine(text);
+    if (line.empty())
       continue;
     result += line;
     result += '\n';
@@ -79,6 +84,16 @@ const TextTemplate& scriptLayers(std::string_view targetID) {
 
 std::string preparedBody(std::string_view appleScript) {
   return cleanLines(qualifyingResultCalls(appleScript));
+}
+
+std::optional<std::size_t> sourceLine(std::string_view appleScript, std::size_t preparedLine) {
+  std::size_t prepared = 0;
+  for (std::size_t line = 1; !appleScript.empty(); ++line) {
+    prepared += takeCleanLine(appleScript).empty() ? 0 : 1;
+    if (prepared == preparedLine)
+      return line;
+  }
+  return std::nullopt;
 }
 
 } // namespace tabwright::engine

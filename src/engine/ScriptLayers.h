@@ -2,6 +2,8 @@
 
 #include "engine/TextTemplate.h"
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,5 +24,8 @@ namespace tabwright::engine {
 /// both ends; lines that begin with "--" and lines of white space alone go. Text literals are not spared: the lines of
 /// a job's JavaScript are trimmed alike.
 [[nodiscard]] std::string preparedBody(std::string_view appleScript);
+
+/// Which line of `appleScript` a line of its prepared body was, both from 1; nothing behind the last.
+[[nodiscard]] std::optional<std::size_t> sourceLine(std::string_view appleScript, std::size_t preparedLine);
 
 } // namespace tabwright::engine

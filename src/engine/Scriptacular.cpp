@@ -9,7 +9,11 @@
 #include "platform/Logger.h"
 #include "platform/Whitespace.h"
 
+#include <fmt/core.h>
+
+#include <algorithm>
 #include <cassert>
+#include <iterator>
 #include <memory>
 #include <optional>
 
@@ -64,6 +68,43 @@ std::unique_ptr<platform::UserAppleScriptTask> makeTask(const std::filesystem::p
   }
 }
 
+constexpr std::size_t longestQuote = 200; // bytes
+
+std::string shortened(const std::string& text) {
+  if (text.size() <= longestQuote)
+    return text;
+  std::size_t end = longestQuote;
+  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
+    --end;
+  return text.substr(0, end) + "…";
+}
+
+platform::Notice wrongResult(const std::string& result) {
+  return {{"ScriptResult", "wrongForm", {}},
+          fmt::format("A script’s result is the list that “my success(…)” or “my failure(…)” makes; this one gave {}.",
+                      result)};
+}
+
+/// A script that ended in a failure's number can't say why; what was noticed last while it ran can. With nothing
+/// noticed, one that ran to its end without a result waited for a page in vain.
+ScriptTriple decoded(const AppleEventDescriptor& result, const std::vector<platform::Notice>& notices) {
+  try {
+    return ScriptTriple::decode(result);
+  } catch (platform::CatalogueFailure<AppleScriptRuntimeError>& failure) {
+    if (!notices.empty())
+      failure.setCause(notices.back());
+    else if (failure.kind() == AppleScriptRuntimeError::frontAppIsNotABrowser)
+      failure.setCause(platform::Notice{{"PageCode", "noAnswer", {}},
+                                        "The page gave no answer in the time that the action has for it. Its code "
+                                        "takes longer, or waits for something "
+                                        "that doesn’t come, such as a promise that is never settled."});
+    throw;
+  } catch (platform::CatalogueFailure<ScriptacularError>& failure) {
+    failure.setCause(wrongResult(shortened(result.description())));
+    throw;
+  }
+}
+
 } // namespace
 
 Scriptacular::Scriptacular(const ScriptacularServices& services, std::string appleScript, Arguments args,
@@ -92,6 +133,16 @@ std::string Scriptacular::buildScriptText() const {
   return text;
 }
 
+void Scriptacular::placeInOwnLines(Failure& failure, std::string_view text) const {
+  if (!failure.cause() || !failure.cause()->line)
+    return;
+  platform::Notice cause = *failure.cause();
+  const std::string_view before = text.substr(0, text.find(preparedBody(appleScript_)));
+  const auto first = static_cast<std::size_t>(std::ranges::count(before, '\n'));
+  cause.line = *cause.line > first ? sourceLine(appleScript_, *cause.line - first) : std::nullopt;
+  failure.setCause(std::move(cause));
+}
+
 platform::Task<void> Scriptacular::resolveFrontmostBrowser() {
   if (targetContext_ != frontmostTargetContext())
     co_return;
@@ -112,16 +163,17 @@ platform::Task<std::string> Scriptacular::payloadOfScript(std::filesystem::path 
     const std::string description = error.errorDescription();
     logger.error("Runtime error: {}", description);
     if (const auto mapped = scriptacularErrorOf(description))
-      throw platform::failure(*mapped);
+      throw platform::failure(*mapped).causedBy(platform::asCause(error));
     throw;
   }
+  std::ranges::move(task->notices(), std::back_inserter(notices_));
   if (!result) {
     logger.debug("Runtime result: (null)");
-    throw platform::failure(ScriptacularError::malformedScriptResult);
+    throw platform::failure(ScriptacularError::malformedScriptResult).causedBy(wrongResult("nothing"));
   }
   if (logger.isOn(platform::LogLevel::debug))
     logger.debug("Runtime result: {}", result->description());
-  ScriptTriple triple = ScriptTriple::decode(*result);
+  ScriptTriple triple = decoded(*result, notices_);
   if (services_.browserVersions && !isOnboarding_ && triple.browserVersion &&
       !platform::isBlank(*triple.browserVersion))
     services_.browserVersions->setBrowserVersion(targetContext_.id, *triple.browserVersion);

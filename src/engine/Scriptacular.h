@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace tabwright::engine {
 
@@ -29,7 +30,8 @@ enum class TellSystemEvents : bool { no, yes };
 ///
 /// Failures of a run, all thrown: `AppleScriptRuntimeError` (the script ended in `failure(n)`), `ScriptacularError`
 /// (the script couldn't be run, or its result has the wrong shape), `StringError::unableToDecodeJSON`, and any failure
-/// of the script itself that none of these fits, unchanged. The temporary file is gone in every case.
+/// of the script itself that none of these fits, unchanged. What really happened is the failure's cause. The temporary
+/// file is gone in every case.
 class Scriptacular {
 public:
   using Arguments = std::map<std::string, std::string>;
@@ -53,6 +55,8 @@ public:
   void setTellSystemEvents(TellSystemEvents value) { tellSystemEvents_ = value; }
   /// True while the setup or the frontmost lookup run a script: no browser version is recorded then.
   bool isOnboarding() const { return isOnboarding_; }
+  /// What was noticed beside the results of the runs so far.
+  const std::vector<platform::Notice>& notices() const { return notices_; }
 
   /// The finished program. Doesn't depend on anything but the fields above and has no effect but a line in the log.
   [[nodiscard]] std::string buildScriptText() const;
@@ -60,12 +64,18 @@ public:
   /// Makes `targetContext` the actual browser if it is the frontmost one. `run` does this by itself.
   platform::Task<void> resolveFrontmostBrowser();
 
-  /// Resolves the target, assembles, runs, decodes.
+  /// Resolves the target, assembles, runs, decodes. The line in a failure's cause is one of `appleScript()`, and there
+  /// is none for what went wrong in the layers around it.
   template <class T>
   platform::Task<T> run() {
     co_await resolveFrontmostBrowser();
     std::string text = buildScriptText();
-    co_return co_await runScriptText<T>(std::move(text));
+    try {
+      co_return co_await runScriptText<T>(text);
+    } catch (platform::Failure& failure) {
+      placeInOwnLines(failure, text);
+      throw;
+    }
   }
 
   /// Runs a complete program as it stands.
@@ -84,6 +94,7 @@ public:
 
 private:
   platform::Task<std::string> payloadOfScript(std::filesystem::path scriptURL);
+  void placeInOwnLines(platform::Failure& failure, std::string_view text) const;
 
   ScriptacularServices services_;
   std::string appleScript_;
@@ -91,6 +102,7 @@ private:
   TargetContext targetContext_;
   TellSystemEvents tellSystemEvents_;
   bool isOnboarding_ = false;
+  std::vector<platform::Notice> notices_;
 };
 
 } // namespace tabwright::engine

@@ -23,6 +23,9 @@ public:
   /// Asks the user to allow what the action is about to do, and returns when the answer is yes.
   /// Throws `ConfirmationRefused` otherwise. A host without a user to ask must refuse; it may not wait for ever.
   virtual platform::Task<void> requestConfirmation(LocalizedText question) = 0;
+
+  /// Takes what the user should know about an action that succeeds all the same. Shown beside the result.
+  virtual void notice(const platform::Notice& notice) = 0;
 };
 
 } // namespace tabwright::intents

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <exception>
 #include <optional>
 #include <string>
@@ -14,6 +15,14 @@ struct FailureIdentity {
   std::optional<int> number; ///< the case's number, where the catalogue numbers its cases
 };
 
+/// Something that a user is told beside what was asked for: the cause that lies beneath a failure, or what a success
+/// should not hide.
+struct Notice {
+  FailureIdentity identity;
+  std::string sentence;                 ///< UTF-8, never empty: what is so and, where there is something, what to do
+  std::optional<std::size_t> line = {}; ///< of the user's own text, from 1
+};
+
 /// The one base of everything this project throws.
 ///
 /// Purpose: whoever hosts an action can show any failure to a user with `errorDescription()` alone, and can tell kinds
@@ -24,6 +33,10 @@ struct FailureIdentity {
 ///     throw failure(AppleScriptRuntimeError::tabNotFound);
 ///
 /// Foreign failures (errno, protocol errors) are translated into a subclass once, where they enter.
+///
+/// Where the sentence of a catalogue hides what really happened, that is put beneath it:
+///
+///     throw failure(ScriptacularError::malformedScript).causedBy(cause);
 class Failure : public std::exception {
 public:
   /// The sentence shown to the user, UTF-8, never empty.
@@ -31,6 +44,10 @@ public:
 
   /// Kind of the failure, for programs.
   [[nodiscard]] virtual FailureIdentity identity() const = 0;
+
+  /// What lies beneath this failure; nothing for most, whose sentence tells all.
+  [[nodiscard]] const std::optional<Notice>& cause() const noexcept { return cause_; }
+  void setCause(std::optional<Notice> cause) { cause_ = std::move(cause); }
 
   /// The sentence again, for loggers and debuggers. Valid as long as the failure lives.
   [[nodiscard]] const char* what() const noexcept override {
@@ -44,6 +61,7 @@ public:
   }
 
 private:
+  std::optional<Notice> cause_;
   mutable std::string what_;
 };
 
@@ -62,6 +80,12 @@ public:
 
   [[nodiscard]] Kind kind() const noexcept { return kind_; }
   [[nodiscard]] const std::string& detail() const noexcept { return detail_; }
+
+  /// The same failure with its cause.
+  [[nodiscard]] CatalogueFailure causedBy(std::optional<Notice> cause) && {
+    setCause(std::move(cause));
+    return std::move(*this);
+  }
 
   [[nodiscard]] std::string errorDescription() const override { return describe(kind_, detail_); }
   [[nodiscard]] FailureIdentity identity() const override { return identify(kind_); }
@@ -93,6 +117,11 @@ std::string CatalogueFailure<Kind>::describe(Kind kind, const std::string& detai
 template <class Kind>
 FailureIdentity CatalogueFailure<Kind>::identify(Kind kind) {
   return detail::identifyByLookup(kind);
+}
+
+/// The failure as the cause of another: what lies beneath it itself, where there is something, else its own sentence.
+[[nodiscard]] inline Notice asCause(const Failure& failure) {
+  return failure.cause() ? *failure.cause() : Notice{failure.identity(), failure.errorDescription()};
 }
 
 /// Makes the thrown value of an enum's case: `throw failure(ScriptacularError::missingScript);`.

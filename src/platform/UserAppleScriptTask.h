@@ -1,11 +1,13 @@
 #pragma once
 
 #include "platform/AppleEvent.h"
+#include "platform/Failure.h"
 #include "platform/Task.h"
 
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace tabwright::platform {
 
@@ -18,9 +20,13 @@ public:
   /// yields its result, or nothing when the handler returned nothing.
   ///
   /// Throws a `Failure` whose description is AppleScript's own ("execution error: SENTENCE (NUMBER)") when the script
-  /// doesn't compile or ends in an error. Cancelling the awaiting coroutine stops the script and ends in error -128.
-  /// The script has ended when this returns or throws; no thread of it is left.
+  /// doesn't compile or ends in an error. Its cause has the line of the script's text, where that is known. Cancelling
+  /// the awaiting coroutine stops the script and ends in error -128. The script has ended when this returns or throws;
+  /// no thread of it is left.
   virtual Task<std::optional<AppleEventDescriptor>> executeWithAppleEvent(AppleEvent event) = 0;
+
+  /// What the applications that the script spoke to noticed beside their answers, after the run.
+  [[nodiscard]] virtual std::vector<Notice> notices() const { return {}; }
 };
 
 /// Makes script tasks. Safe to call from several threads.

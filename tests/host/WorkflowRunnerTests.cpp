@@ -32,6 +32,9 @@ public:
   void roundBegins(const Step& step, std::size_t, std::size_t round, std::size_t rounds) override {
     steps.push_back(fmt::format("{} {}/{}", step.place.line, round, rounds));
   }
+  void noticed(const Step& step, const platform::Notice& notice) override {
+    steps.push_back(fmt::format("{}: {}", step.place.line, notice.sentence));
+  }
   void printed(const std::string& text) override { lines.push_back(text); }
 };
 

@@ -109,6 +109,7 @@ private:
       throw intents::ConfirmationRefused();
       co_return;
     }
+    void notice(const platform::Notice&) override {}
   };
 
   // What Safari's process calls its windows, which tells private ones apart.

@@ -28,6 +28,7 @@ public:
   void stepBegins(const workflow::Step&, const workflow::Variables&, std::size_t) override {}
   void stepEnds(const workflow::Step&, const std::string&) override {}
   void roundBegins(const workflow::Step&, std::size_t, std::size_t, std::size_t) override {}
+  void noticed(const workflow::Step&, const platform::Notice&) override {}
   void printed(const std::string& text) override { printed_.push_back(text); }
 };
 

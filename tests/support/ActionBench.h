@@ -81,6 +81,7 @@ private:
     throw intents::ConfirmationRefused();
     co_return;
   }
+  void notice(const platform::Notice& notice) override { steps.push_back("notice: " + notice.sentence); }
 
   platform::Task<ModelScriptTasks::Result> execute(std::string text) {
     using D = platform::AppleEventDescriptor;

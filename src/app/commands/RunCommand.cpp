@@ -22,6 +22,7 @@ public:
   platform::Task<std::optional<std::string>> ask(std::string question) override {
     co_return co_await TerminalHost::askInterruptibly(std::move(question));
   }
+  void tell(std::string text) override { std::cerr << text; }
 };
 
 platform::Task<void> runAndKeep(const host::Catalogue& catalogue, ActionRun run, RunCaller& caller,

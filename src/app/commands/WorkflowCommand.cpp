@@ -7,6 +7,7 @@
 #include "app/TextInput.h"
 #include "app/WorkflowProgress.h"
 #include "app/commands/Commands.h"
+#include "host/FailureWords.h"
 #include "host/workflow/StepWords.h"
 #include "host/workflow/WorkflowCheck.h"
 #include "host/workflow/WorkflowReader.h"
@@ -39,7 +40,7 @@ std::map<std::string, std::string> givenVariables(const std::vector<std::string>
 
 std::unique_ptr<flow::WorkflowObserver> observer(const std::string& title, const platform::Clock& clock) {
   if (::isatty(STDERR_FILENO) != 1)
-    return std::make_unique<WorkflowOutput>(std::cout);
+    return std::make_unique<WorkflowOutput>(std::cout, std::cerr);
   auto progress = std::make_unique<WorkflowProgress>(std::cerr, terminalWidth(), std::cout, clock);
   progress->showTitle(title);
   return progress;
@@ -73,6 +74,8 @@ ExitCode workflow(const WorkflowCommand& command) {
     return exitCodeOf(invalid);
   } catch (const flow::StepFailure& failure) {
     tell(failure.place(), failure.errorDescription());
+    if (const std::string cause = host::causeLine(failure); !cause.empty())
+      std::cerr << cause << '\n';
     std::cerr << hintFor(failure);
     return exitCodeOf(failure);
   }

@@ -118,6 +118,7 @@ Value Evaluator::send(const std::shared_ptr<ScriptableApplication>& application,
     message.subject = *target;
   message.deadline = std::chrono::steady_clock::now() + eventTimeout_;
   message.stop = stop_;
+  message.notices = notices_;
   try {
     return application->handle(message);
   } catch (ScriptError& error) {

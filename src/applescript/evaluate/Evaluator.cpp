@@ -20,9 +20,10 @@ namespace {
 constexpr std::size_t stepsBetweenCheckpoints = 256;
 }
 
-Evaluator::Evaluator(const Surroundings& surroundings, const RunLimits& limits, Script& script, std::stop_token stop)
+Evaluator::Evaluator(const Surroundings& surroundings, const RunLimits& limits, Script& script, std::stop_token stop,
+                     std::shared_ptr<platform::Notices> notices)
     : surroundings_(surroundings), limits_(limits), script_(script), stop_(std::move(stop)),
-      eventTimeout_(limits.eventTimeout) {}
+      notices_(std::move(notices)), eventTimeout_(limits.eventTimeout) {}
 
 template <class Body>
 Value Evaluator::guarded(Body body) {

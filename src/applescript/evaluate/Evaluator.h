@@ -30,7 +30,8 @@ namespace tabwright::applescript {
 /// An evaluator serves one run and one thread. It throws ScriptError, with the place in the source set.
 class Evaluator {
 public:
-  Evaluator(const Surroundings& surroundings, const RunLimits& limits, Script& script, std::stop_token stop);
+  Evaluator(const Surroundings& surroundings, const RunLimits& limits, Script& script, std::stop_token stop,
+            std::shared_ptr<platform::Notices> notices);
 
   Value run(std::vector<Value> arguments);
   Value call(std::string_view handler, std::vector<Value> arguments);
@@ -225,6 +226,7 @@ private:
   const RunLimits& limits_;
   Script& script_;
   std::stop_token stop_;
+  std::shared_ptr<platform::Notices> notices_;
   StackGuard stack_;
 
   Frame* frame_ = nullptr;

@@ -2,8 +2,10 @@
 
 #include "applescript/events/FourCharCode.h"
 #include "applescript/values/Value.h"
+#include "platform/Notices.h"
 
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <utility>
@@ -58,6 +60,8 @@ struct AppleEventMessage {
   std::chrono::steady_clock::time_point deadline = std::chrono::steady_clock::time_point::max();
   /// Requested when the script is being stopped: give up at once with error −128.
   std::stop_token stop;
+  /// Whom to tell what the answer doesn't; null for nobody.
+  std::shared_ptr<platform::Notices> notices;
 
   /// Null when absent.
   [[nodiscard]] const Value* parameter(FourCharCode keyword) const {

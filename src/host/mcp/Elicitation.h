@@ -9,6 +9,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tabwright::host {
 
@@ -22,12 +23,16 @@ public:
   platform::Task<std::optional<std::string>> ask(intents::NeedsValue missing);
 
   platform::Task<void> requestConfirmation(intents::LocalizedText question) override;
+  /// Kept for the call's result.
+  void notice(const platform::Notice& notice) override { notices_.push_back(notice); }
+  [[nodiscard]] const std::vector<platform::Notice>& notices() const { return notices_; }
 
 private:
   platform::Task<std::optional<boost::json::value>> request(boost::json::object question);
 
   rpc::Peer& peer_;
   bool canAsk_;
+  std::vector<platform::Notice> notices_;
 };
 
 } // namespace tabwright::host

@@ -1,5 +1,6 @@
 #include "host/mcp/ToolResults.h"
 
+#include "host/FailureWords.h"
 #include "host/FilesInResult.h"
 #include "host/mcp/ToolDescriptions.h"
 
@@ -18,6 +19,11 @@ namespace json = boost::json;
 namespace {
 
 constexpr const char* failureKey = "com.tabwright/failure";
+constexpr const char* noticesKey = "com.tabwright/notices";
+
+json::object textContent(std::string_view text) {
+  return {{"type", "text"}, {"text", text}};
+}
 
 // The protocol wants media types where the catalogue has uniform type identifiers.
 std::string_view mediaType(std::string_view type) {
@@ -45,13 +51,23 @@ void embedFiles(ActionResult& result, json::array& content) {
 } // namespace
 
 json::object failedResult(const platform::Failure& failure) {
-  const platform::FailureIdentity identity = failure.identity();
-  json::object kind{{"type", identity.type}, {"case", identity.caseName}};
-  if (identity.number)
-    kind["number"] = *identity.number;
-  return {{"content", json::array{json::object{{"type", "text"}, {"text", failure.errorDescription()}}}},
-          {"isError", true},
-          {"_meta", {{failureKey, std::move(kind)}}}};
+  std::string text = failure.errorDescription();
+  if (const std::string cause = causeLine(failure); !cause.empty())
+    text += "\n" + cause;
+  return {
+      {"content", json::array{textContent(text)}}, {"isError", true}, {"_meta", {{failureKey, failureJson(failure)}}}};
+}
+
+json::object withNotices(const std::vector<platform::Notice>& notices, json::object result) {
+  if (notices.empty())
+    return result;
+  json::array data;
+  for (const platform::Notice& notice : notices) {
+    result["content"].as_array().push_back(textContent(notice.sentence));
+    data.push_back(noticeJson(notice));
+  }
+  result["_meta"] = json::object{{noticesKey, std::move(data)}};
+  return result;
 }
 
 json::object succeededResult(ActionResult result) {

@@ -5,6 +5,8 @@
 
 #include <boost/json/object.hpp>
 
+#include <vector>
+
 namespace tabwright::host {
 
 /// What "tools/call" answers when the action succeeded: the result as structured content, in the form of the tool's
@@ -12,7 +14,11 @@ namespace tabwright::host {
 /// the text names that one in place of the file's bytes.
 [[nodiscard]] boost::json::object succeededResult(ActionResult result);
 
-/// What it answers when it didn't: the sentence that a user would read, and its kind as data below "_meta".
+/// The same result with what the caller should know beside it: a line of text each, and the data below "_meta".
+[[nodiscard]] boost::json::object withNotices(const std::vector<platform::Notice>& notices, boost::json::object result);
+
+/// What it answers when it didn't: the sentence that a user would read, its cause beneath, and both as data below
+/// "_meta".
 [[nodiscard]] boost::json::object failedResult(const platform::Failure& failure);
 
 } // namespace tabwright::host

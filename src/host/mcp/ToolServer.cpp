@@ -117,7 +117,8 @@ platform::Task<json::value> ToolServer::callTool(json::object params) {
   for (;;) {
     std::optional<intents::NeedsValue> missing;
     try {
-      co_return succeededResult(co_await run(tool, arguments, user, token));
+      ActionResult result = co_await run(tool, arguments, user, token);
+      co_return withNotices(user.notices(), succeededResult(std::move(result)));
     } catch (const intents::NeedsValue& thrown) {
       missing = thrown;
     } catch (const RpcError&) {

@@ -1,5 +1,6 @@
 #include "host/workflow/WorkflowRunner.h"
 
+#include "host/FailureWords.h"
 #include "host/Perform.h"
 #include "host/workflow/StepWords.h"
 
@@ -63,6 +64,23 @@ bool holds(const Condition& condition, const Variables& variables) {
   return false;
 }
 
+/// The host of one step's action: the workflow's, but for what the observer shows.
+class StepHost final : public intents::ActionHost {
+public:
+  StepHost(const Step& step, intents::ActionHost& host, WorkflowObserver& observer)
+      : step_(step), host_(host), observer_(observer) {}
+
+  platform::Task<void> requestConfirmation(intents::LocalizedText question) override {
+    return host_.requestConfirmation(std::move(question));
+  }
+  void notice(const platform::Notice& notice) override { observer_.noticed(step_, notice); }
+
+private:
+  const Step& step_;
+  intents::ActionHost& host_;
+  WorkflowObserver& observer_;
+};
+
 class Run {
 public:
   Run(Variables variables, const Catalogue& catalogue, intents::ActionHost& host, WorkflowObserver& observer)
@@ -78,6 +96,7 @@ public:
         failure = inner;
       } catch (const platform::Failure& thrown) {
         failure = failed(step, step.place, thrown.errorDescription(), thrown.identity());
+        failure->setCause(thrown.cause());
       } catch (const Problem& problem) {
         failure = failed(step, problem.place, problem.sentence, {"WorkflowError", "noValue", {}});
       }
@@ -99,7 +118,7 @@ private:
 
   platform::Task<void> work(const Step& step, std::size_t depth) {
     if (const auto* action = std::get_if<ActionStep>(&step.work))
-      co_await perform(*action);
+      co_await perform(step, *action);
     else if (const auto* repeat = std::get_if<RepeatStep>(&step.work))
       co_await goRound(step, *repeat, depth);
     else if (const auto* branch = std::get_if<IfStep>(&step.work))
@@ -114,16 +133,17 @@ private:
       observer_.printed(textOf(evaluate(std::get<PrintStep>(step.work).value, variables_)));
   }
 
-  platform::Task<void> perform(const ActionStep& step) {
+  platform::Task<void> perform(const Step& step, const ActionStep& action) {
     ParameterTexts parameters;
-    for (const NamedExpression& parameter : step.parameters) {
+    for (const NamedExpression& parameter : action.parameters) {
       const json::value value = evaluate(parameter.value, variables_);
       if (!value.is_null()) // which leaves the default
         parameters.emplace_back(parameter.name.text, textOf(value));
     }
-    ActionResult result = co_await host::perform(catalogue_, step.action.text, std::move(parameters), host_);
-    if (step.result)
-      variables_[step.result->text] = std::move(result.value);
+    StepHost host(step, host_, observer_);
+    ActionResult result = co_await host::perform(catalogue_, action.action.text, std::move(parameters), host);
+    if (action.result)
+      variables_[action.result->text] = std::move(result.value);
   }
 
   platform::Task<void> goRound(const Step& step, const RepeatStep& repeat, std::size_t depth) {
@@ -163,11 +183,9 @@ private:
     if (!failure)
       co_return;
     rounds_.resize(rounds); // those of the step that failed are over
-    const platform::FailureIdentity identity = failure->identity();
-    variables_[errorVariable] = {{"type", identity.type},
-                                 {"case", identity.caseName},
-                                 {"number", identity.number ? json::value(*identity.number) : json::value(nullptr)},
-                                 {"message", failure->reason()}};
+    json::object error = failureJson(*failure);
+    error["message"] = failure->reason();
+    variables_[errorVariable] = std::move(error);
     co_await run(attempt.otherwise, depth + 1);
   }
 

@@ -21,6 +21,8 @@ public:
   virtual void stepEnds(const Step& step, const std::string& failure) = 0;
   /// Round `round`, from 1, of a repeat step's `rounds` begins.
   virtual void roundBegins(const Step& step, std::size_t depth, std::size_t round, std::size_t rounds) = 0;
+  /// A step that is going to succeed has something to tell beside its result.
+  virtual void noticed(const Step& step, const platform::Notice& notice) = 0;
   /// A step prints a line.
   virtual void printed(const std::string& text) = 0;
 };

@@ -15,7 +15,7 @@ BrowserScope::BrowserScope(const ObjectModel& model, std::shared_ptr<applescript
                            const applescript::AppleEventMessage& message, BrowserDriver& driver, SnapshotCache& cache,
                            const std::function<bool()>& isFrontmost)
     : EventScope(model, std::move(application), message), driver_(driver), cache_(cache), isFrontmost_(isFrontmost),
-      limits_{message.deadline, message.stop} {}
+      limits_{message.deadline, message.stop, message.notices} {}
 
 const IndexedSnapshot& BrowserScope::snapshot() {
   if (!snapshot_)

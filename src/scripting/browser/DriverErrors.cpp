@@ -21,9 +21,7 @@ std::string withoutSigns(std::string sentence) {
   return sentence;
 }
 
-} // namespace
-
-ScriptError scriptError(const DriverFailure& failure) {
+ScriptError inTheLanguage(const DriverFailure& failure) {
   const std::string sentence = withoutSigns(failure.errorDescription());
   switch (failure.kind()) {
   case DriverFault::notRunning:
@@ -47,6 +45,14 @@ ScriptError scriptError(const DriverFailure& failure) {
     return eventError(errorNumber::handlerFailed, sentence);
   }
   return eventError(errorNumber::handlerFailed, sentence);
+}
+
+} // namespace
+
+ScriptError scriptError(const DriverFailure& failure) {
+  ScriptError error = inTheLanguage(failure);
+  error.setCause(platform::asCause(failure));
+  return error;
 }
 
 } // namespace tabwright::scripting

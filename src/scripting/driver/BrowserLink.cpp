@@ -209,16 +209,23 @@ boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascrip
   }
   const Disturbance disturbance(*this, Disturbance::Kind::evaluation);
   const std::optional<PageJob> job = readPageJob(javascript);
-  const std::string code = job ? javascript + job->resultExpression() : javascript;
+  const std::string& code = job ? job->code : javascript;
   requirePage(tab, limits);
   awaitOpening(tab, limits);
   devtools::Evaluation evaluation = onPage(tab, limits, [&](Session& page) { return page.evaluate(code, limits); });
   if (evaluation.exception)
     log.debug("JavaScript gave no value: {}", *evaluation.exception);
-  if (!job)
+  if (job && evaluation.exception && evaluation.exception->find("SyntaxError") != std::string::npos)
+    platform::giveNotice(limits, notBegun(*evaluation.exception));
+  if (!job && !asksForResult(javascript))
     return std::move(evaluation.value);
-  if (const boost::json::array* result = evaluation.value.if_array()) {
-    jobs_.keep(*job, result->at(0));
+  std::optional<PageJobOutcome> outcome = PageJobOutcome::read(evaluation.value);
+  if (outcome && outcome->failure)
+    platform::giveNotice(limits, *outcome->failure);
+  if (!job)
+    return outcome ? std::move(outcome->answer) : std::move(evaluation.value);
+  if (outcome) {
+    jobs_.keep(*job, std::move(outcome->answer));
     const std::lock_guard lock(mutex_);
     if (heldAt)
       jobDone_ = {limits.stop, *heldAt + 1};

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Failure.h"
+
 #include <boost/json/value.hpp>
 
 #include <list>
@@ -16,29 +18,46 @@ namespace tabwright::scripting {
 /// The browser hands a page nothing more as soon as it leaves for another address, so a job that clicks on a link could
 /// never be asked: each question would wait for the new page and find no job in it. Therefore the planting evaluation
 /// brings a result that comes at once along with it, and the questions after it are answered from that.
+///
+/// Nor are the lines run that deliver the result in the page, since the page may have changed the functions they call:
+/// the job's function is handed to one of ours (`resources/driver/pageJob.js`), and what that yields is an outcome.
 struct PageJob {
   std::string canary;
   std::string result;
-
-  /// What is put behind the job's code: its value is a list of the job's result, or null when that isn't there within a
-  /// tenth of a second, and is asked for then.
-  [[nodiscard]] std::string resultExpression() const;
+  /// What to evaluate in place of the program's text. Its value is the job's outcome, or null when there is none within
+  /// a tenth of a second; then the outcome is what the result's variable holds later.
+  std::string code;
 };
 
 /// The job that the code plants; nothing for other JavaScript.
 [[nodiscard]] std::optional<PageJob> readPageJob(std::string_view javascript);
 
+/// How a job ended in its page.
+struct PageJobOutcome {
+  /// What the program is answered: the list of its texts, or -1, "not yet", for a job that failed.
+  boost::json::value answer;
+  std::optional<platform::Notice> failure;
+
+  [[nodiscard]] static std::optional<PageJobOutcome> read(const boost::json::value& value);
+};
+
+/// Whether the JavaScript asks for the result of a job.
+[[nodiscard]] bool asksForResult(std::string_view javascript);
+
+/// What is to be told of a job that the page could not even begin: the text of the exception.
+[[nodiscard]] platform::Notice notBegun(const std::string& exception);
+
 /// Results that came along, until their programs have asked for them. Safe from any thread.
 class PageJobResults {
 public:
-  void keep(PageJob job, boost::json::value result);
+  void keep(PageJob job, boost::json::value answer);
   /// The answer to a question about a job whose result is here; nothing for other JavaScript.
   [[nodiscard]] std::optional<boost::json::value> answer(std::string_view javascript);
 
 private:
   struct Kept {
     PageJob job;
-    boost::json::value result;
+    boost::json::value answer;
   };
 
   std::mutex mutex_;

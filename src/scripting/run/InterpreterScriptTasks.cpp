@@ -13,6 +13,7 @@
 #include <boost/asio/post.hpp>
 #include <boost/asio/use_awaitable.hpp>
 
+#include <algorithm>
 #include <cerrno>
 #include <exception>
 #include <fstream>
@@ -32,8 +33,17 @@ namespace {
 constexpr auto handlerNameKeyword = platform::fourCharCode("snam");
 constexpr auto argumentsKeyword = platform::fourCharCode("----");
 
+/// Puts the line of the source into the error's cause.
+void place(applescript::ScriptError& error, std::string_view source) {
+  if (!error.range())
+    return;
+  platform::Notice cause = platform::asCause(error);
+  cause.line = 1 + std::ranges::count(source.substr(0, error.range()->offset), '\n');
+  error.setCause(std::move(cause));
+}
+
 Result runScript(applescript::Interpreter& interpreter, const std::string& source, const AppleEvent& event,
-                 std::stop_token stop) {
+                 std::stop_token stop, std::shared_ptr<platform::Notices> notices) {
   if (stop.stop_requested())
     throw eventError(applescript::errorNumber::userCancelled, "User canceled.");
   std::vector<Value> arguments;
@@ -43,10 +53,16 @@ Result runScript(applescript::Interpreter& interpreter, const std::string& sourc
   }
   const auto name = event.parameters.find(handlerNameKeyword);
   const auto handler = name != event.parameters.end() ? name->second.stringValue() : std::nullopt;
-  const auto script = interpreter.compile(source);
-  const Value result = handler ? interpreter.call(*script, *handler, std::move(arguments), std::move(stop))
-                               : interpreter.run(*script, std::move(arguments), std::move(stop));
-  return result.isNothing() ? Result() : Result(descriptorOf(result));
+  try {
+    const auto script = interpreter.compile(source);
+    const Value result =
+        handler ? interpreter.call(*script, *handler, std::move(arguments), std::move(stop), std::move(notices))
+                : interpreter.run(*script, std::move(arguments), std::move(stop), std::move(notices));
+    return result.isNothing() ? Result() : Result(descriptorOf(result));
+  } catch (applescript::ScriptError& error) {
+    place(error, source);
+    throw;
+  }
 }
 
 class InterpreterScriptTask final : public platform::UserAppleScriptTask {
@@ -58,7 +74,7 @@ public:
 
   platform::Task<Result> executeWithAppleEvent(AppleEvent event) override {
     // Copies: the run may outlast this object.
-    auto begin = [source = source_, interpreter = interpreter_, threads = threads_,
+    auto begin = [source = source_, interpreter = interpreter_, threads = threads_, notices = notices_,
                   event = std::move(event)](auto handler) mutable {
       using Handler = decltype(handler);
       const auto executor = boost::asio::get_associated_executor(handler);
@@ -73,12 +89,12 @@ public:
                           });
         guard.reset();
       };
-      const auto job =
-          threads->prepare([source, interpreter, event = std::move(event), complete](std::stop_token stop) mutable {
+      const auto job = threads->prepare(
+          [source, interpreter, notices, event = std::move(event), complete](std::stop_token stop) mutable {
             std::exception_ptr failure;
             Result result;
             try {
-              result = runScript(*interpreter, *source, event, std::move(stop));
+              result = runScript(*interpreter, *source, event, std::move(stop), std::move(notices));
             } catch (...) {
               failure = std::current_exception();
             }
@@ -104,10 +120,13 @@ public:
                                                                                      boost::asio::use_awaitable);
   }
 
+  [[nodiscard]] std::vector<platform::Notice> notices() const override { return notices_->all(); }
+
 private:
   std::shared_ptr<const std::string> source_;
   std::shared_ptr<applescript::Interpreter> interpreter_;
   std::shared_ptr<ScriptThreads> threads_;
+  std::shared_ptr<platform::Notices> notices_ = std::make_shared<platform::Notices>();
 };
 
 } // namespace

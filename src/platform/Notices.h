@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/Failure.h"
+
+#include <mutex>
+#include <utility>
+#include <vector>
+
+namespace tabwright::platform {
+
+/// What is noticed far below while a run goes on, for whoever started it. Safe from several threads.
+class Notices {
+public:
+  void add(Notice notice) {
+    const std::lock_guard lock(mutex_);
+    noticed_.push_back(std::move(notice));
+  }
+  /// In the order in which they came.
+  [[nodiscard]] std::vector<Notice> all() const {
+    const std::lock_guard lock(mutex_);
+    return noticed_;
+  }
+
+private:
+  mutable std::mutex mutex_;
+  std::vector<Notice> noticed_;
+};
+
+} // namespace tabwright::platform
