@@ -4,7 +4,6 @@
 #include "platform/FileFailure.h"
 #include "platform/linux/BaseDirectories.h"
 #include "platform/linux/BrowserExecutable.h"
-#include "platform/linux/RunningBrowsers.h"
 
 #include <fmt/core.h>
 
@@ -36,10 +35,6 @@ std::optional<RunningBrowser> findRunning(const BrowserLaunch& launch) {
       return browser;
   }
   return std::nullopt;
-}
-
-bool accepts(const RunningBrowser& browser) {
-  return devtools::Discovery().endpoint(browser.profileDirectory, browser.process, browser.owner).has_value();
 }
 
 std::vector<std::string> commandLineOf(const BrowserLaunch& launch, const std::filesystem::path& executable) {
@@ -92,6 +87,10 @@ bool pause(std::chrono::milliseconds interval, const std::stop_token& stop) {
 }
 
 } // namespace
+
+bool accepts(const RunningBrowser& browser) {
+  return devtools::Discovery().endpoint(browser.profileDirectory, browser.process, browser.owner).has_value();
+}
 
 LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem::path& logFile,
                               std::chrono::seconds patience, const std::stop_token& stop) {

@@ -2,6 +2,7 @@
 
 #include "platform/BrowserTable.h"
 #include "platform/Failure.h"
+#include "platform/linux/RunningBrowsers.h"
 
 #include <chrono>
 #include <filesystem>
@@ -36,6 +37,9 @@ public:
 private:
   std::string sentence_;
 };
+
+/// Whether a running browser can be driven: remote debugging is on. Connects to nothing.
+[[nodiscard]] bool accepts(const platform::RunningBrowser& browser);
 
 /// Starts a browser in a session of its own, with remote debugging on and its output in `logFile`, and returns when it
 /// accepts connections. The browser outlives this process.

@@ -137,7 +137,15 @@ void declareShells(CLI::App& program, Choices& choices) {
   completion->callback([&choices] { choices.chosen = [&choices] { return app::completion(choices.shell); }; });
 
   CLI::App* manual = program.add_subcommand("manual", "Print the manual page, for “man -l -”");
-  manual->callback([&choices, &program] { choices.chosen = [&program] { return app::manual(program); }; });
+  operand(*manual, operands::action, choices.actionName, "The one action to tell of; without it, all");
+  manual->callback([&choices, &program] {
+    choices.chosen = [&choices, &program] { return app::manual(program, choices.actionName); };
+  });
+
+  CLI::App* help = program.add_subcommand("help", "Show all commands, or one command or action in full");
+  operand(*help, operands::word, choices.helpWord, "A command or an action");
+  help->callback(
+      [&choices, &program] { choices.chosen = [&choices, &program] { return app::help(program, choices.helpWord); }; });
 }
 
 } // namespace
@@ -148,7 +156,8 @@ void declareCommands(CLI::App& program, Choices& choices) {
   program.set_version_flag("--version", "tabwright " TABWRIGHT_VERSION);
   program.add_option("--log-level", choices.logLevel, "Show on standard error what happens: debug, info or error")
       ->type_name("LEVEL");
-  program.require_subcommand(1);
+  program.require_subcommand(0, 1);
+  choices.chosen = [] { return overview(); };
   declareRun(program, choices);
   declareActions(program, choices);
   declareAppleScript(program, choices);

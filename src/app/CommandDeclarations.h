@@ -31,6 +31,7 @@ struct Choices {
   BrowserCommand browser;
   std::string address;
   std::string shell;
+  std::string helpWord;
 
   std::function<ExitCode()> chosen;
 
@@ -47,6 +48,7 @@ inline constexpr const char* action = "ACTION";
 inline constexpr const char* browser = "BROWSER";
 inline constexpr const char* file = "FILE";
 inline constexpr const char* shell = "SHELL";
+inline constexpr const char* word = "WORD"; ///< a command or an action
 } // namespace operands
 
 } // namespace tabwright::app

@@ -1,14 +1,18 @@
 #include "app/CommandLine.h"
 
 #include "app/CommandDeclarations.h"
+#include "app/CommandNames.h"
 #include "app/FailureReport.h"
 #include "app/Interruptible.h"
+#include "app/OutputStreams.h"
+#include "client/StandardStreams.h"
 #include "platform/LogSinks.h"
 #include "platform/Logger.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <exception>
 #include <iostream>
@@ -34,19 +38,29 @@ bool installLog(const std::string& levelName) {
   return true;
 }
 
-ExitCode perform(const Choices& choices) {
+ExitCode report(const platform::Failure& failure, const Choices& choices) {
   // Which form an action's error takes may stand behind its name.
   const bool isJson = choices.isJson || std::ranges::count(choices.run.parameters, "--json") > 0;
+  const FailureReport report = commandReportOf(failure, isJson ? ReportForm::json : ReportForm::sentence);
+  std::cerr << report.text;
+  return report.exitCode;
+}
+
+ExitCode perform(const Choices& choices) {
   try {
     if (!installLog(choices.logLevel))
       return ExitCode::wrongUse;
-    return choices.chosen();
+    const ExitCode code = choices.chosen();
+    std::cout.flush();
+    return code;
   } catch (const Interrupted&) {
     return ExitCode::interrupted;
+  } catch (const OutputLost& lost) {
+    if (lost.errorNumber() == EPIPE)
+      client::endByBrokenPipe();
+    return report(OutputFailure(lost), choices);
   } catch (const platform::Failure& failure) {
-    const FailureReport report = commandReportOf(failure, isJson ? ReportForm::json : ReportForm::sentence);
-    std::cerr << report.text;
-    return report.exitCode;
+    return report(failure, choices);
   } catch (const std::exception& error) {
     std::cerr << "tabwright: " << error.what() << '\n';
     return ExitCode::failed;
@@ -57,6 +71,8 @@ ExitCode perform(const Choices& choices) {
 
 int runCommandLine(int argumentCount, char** arguments) {
   std::signal(SIGPIPE, SIG_IGN);
+  client::occupyClosedStreams();
+  const OutputStreams streams;
   const std::span<char*> all(arguments, static_cast<std::size_t>(argumentCount));
   CLI::App program;
   Choices choices;
@@ -77,8 +93,7 @@ int runCommandLine(int argumentCount, char** arguments) {
   try {
     program.parse(static_cast<int>(end - all.begin()), arguments);
   } catch (const CLI::ParseError& error) {
-    const int code = program.exit(error, std::cout, std::cerr);
-    return code == 0 ? 0 : static_cast<int>(ExitCode::wrongUse);
+    choices.chosen = [&] { return tellOf(error, program, {all.begin() + 1, end}); };
   }
   return static_cast<int>(perform(choices));
 }

@@ -115,8 +115,13 @@ Completion parameterCompletion(const CLI::App& command, const host::Catalogue& c
   return completion;
 }
 
-void addOperand(Completion& completion, const std::string& kind, const host::Catalogue& catalogue) {
+void addOperand(Completion& completion, const CLI::App& program, const std::string& kind,
+                const host::Catalogue& catalogue) {
   if (kind == operands::action) {
+    addActions(completion, catalogue);
+  } else if (kind == operands::word) {
+    for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; }))
+      add(completion, command->get_name(), command->get_description());
     addActions(completion, catalogue);
   } else if (kind == operands::browser) {
     for (const engine::TargetContext& browser : targets::supportedBrowsers()) {
@@ -147,7 +152,7 @@ Completion commandCompletion(const CLI::App& command, const host::Catalogue& cat
   }
   Completion completion;
   if (operandWords < positionals.size() && !isOption(last))
-    addOperand(completion, positionals[operandWords]->get_name(true), catalogue);
+    addOperand(completion, *command.get_parent(), positionals[operandWords]->get_name(true), catalogue);
   if (last.starts_with('-'))
     addOptions(completion, command);
   return completion;

@@ -6,7 +6,10 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/signal_set.hpp>
+#include <boost/asio/steady_timer.hpp>
 
+#include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <thread>
 #include <utility>
@@ -18,12 +21,47 @@ namespace tabwright::app {
 
 namespace asio = boost::asio;
 
-void runInterruptibly(platform::Task<void> task) {
+namespace {
+
+/// Has a line shown when it is due, as long as it lives.
+class WaitingWatch {
+public:
+  WaitingWatch(asio::io_context& context, client::WaitingLine* line) : timer_(context), line_(line) { wait(); }
+  /// On the context's thread.
+  void end() {
+    timer_.cancel();
+    if (line_)
+      line_->hold();
+    line_ = nullptr;
+  }
+
+private:
+  void wait() {
+    if (!line_)
+      return;
+    constexpr std::chrono::milliseconds least{50};
+    timer_.expires_after(line_->isShown() ? std::chrono::milliseconds(500) : std::max(least, line_->left()));
+    timer_.async_wait([this](const boost::system::error_code& error) {
+      if (error || !line_)
+        return;
+      line_->showIfDue();
+      wait();
+    });
+  }
+
+  asio::steady_timer timer_;
+  client::WaitingLine* line_;
+};
+
+} // namespace
+
+void runInterruptibly(platform::Task<void> task, client::WaitingLine* waiting) {
   asio::io_context context(1);
   asio::signal_set signals(context, SIGINT, SIGTERM);
   asio::cancellation_signal cancel;
   bool wasInterrupted = false;
   std::exception_ptr failure;
+  WaitingWatch watch(context, waiting);
 
   signals.async_wait([&](const boost::system::error_code& error, int) {
     if (error)
@@ -34,6 +72,7 @@ void runInterruptibly(platform::Task<void> task) {
   asio::co_spawn(context, std::move(task), asio::bind_cancellation_slot(cancel.slot(), [&](std::exception_ptr thrown) {
                    failure = std::move(thrown);
                    signals.cancel();
+                   watch.end();
                  }));
   context.run();
   if (wasInterrupted && failure)
@@ -42,11 +81,12 @@ void runInterruptibly(platform::Task<void> task) {
     std::rethrow_exception(failure);
 }
 
-void runInterruptibly(const std::function<void(std::stop_token)>& work) {
+void runInterruptibly(const std::function<void(std::stop_token)>& work, client::WaitingLine* waiting) {
   asio::io_context context(1);
   asio::signal_set signals(context, SIGINT, SIGTERM);
   std::stop_source stop;
   std::exception_ptr failure;
+  WaitingWatch watch(context, waiting);
 
   signals.async_wait([&](const boost::system::error_code& error, int) {
     if (!error)
@@ -58,9 +98,12 @@ void runInterruptibly(const std::function<void(std::stop_token)>& work) {
     } catch (...) {
       failure = std::current_exception();
     }
-    asio::post(context, [&] { signals.cancel(); });
+    asio::post(context, [&] {
+      signals.cancel();
+      watch.end();
+    });
   });
-  context.run(); // until the signal wait has ended, be it by a signal
+  context.run(); // until the work has ended, be it by a signal
   thread.join();
   if (stop.stop_requested() && failure)
     throw Interrupted();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "client/WaitingLine.h"
 #include "platform/Task.h"
 
 #include <exception>
@@ -16,10 +17,11 @@ public:
 };
 
 /// Runs a coroutine to its end on this thread. SIGINT and SIGTERM cancel it; the call returns only when it has ended.
-/// Rethrows what the coroutine throws, or Interrupted when it was cancelled by a signal.
-void runInterruptibly(platform::Task<void> task);
+/// Rethrows what the coroutine throws, or Interrupted when it was cancelled by a signal. `waiting`, if any, is shown
+/// when it is due, and erased at the end.
+void runInterruptibly(platform::Task<void> task, client::WaitingLine* waiting = nullptr);
 
 /// Runs blocking work on a thread of its own, with a stop token that SIGINT and SIGTERM request. As above otherwise.
-void runInterruptibly(const std::function<void(std::stop_token)>& work);
+void runInterruptibly(const std::function<void(std::stop_token)>& work, client::WaitingLine* waiting = nullptr);
 
 } // namespace tabwright::app

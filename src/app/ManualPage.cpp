@@ -87,9 +87,9 @@ std::string choicesOf(const intents::ValueType& type) {
   return ".br\n" + choices + "\n";
 }
 
-std::string actionsOf(const host::Catalogue& catalogue) {
+std::string sectionsOf(const host::Catalogue& catalogue, const std::vector<std::string>& actions) {
   std::string text;
-  for (const std::string& name : catalogue.names()) {
+  for (const std::string& name : actions) {
     const auto action = catalogue.make(name);
     text += ".SS " + name + "\n" + roff(host::sentenceOf(*action, action->summary().current())) + "\n";
     for (const intents::ParameterBase* parameter : action->parameters()) {
@@ -111,12 +111,13 @@ void fill(std::string& page, std::string_view placeholder, const std::string& te
 
 } // namespace
 
-std::string manualPage(const CLI::App& program, const host::Catalogue& catalogue) {
+std::string manualPage(const CLI::App& program, const host::Catalogue& catalogue,
+                       const std::vector<std::string>& actions) {
   std::string page(resources::tabwright_1);
   fill(page, "@VERSION@", TABWRIGHT_VERSION);
   fill(page, "@COMMANDS@\n", commandsOf(program));
   fill(page, "@OPTIONS@\n", optionsOf(program));
-  fill(page, "@ACTIONS@\n", actionsOf(catalogue));
+  fill(page, "@ACTIONS@\n", sectionsOf(catalogue, actions));
   for (std::size_t gap; (gap = page.find("\n\n")) != std::string::npos;)
     page.erase(gap, 1);
   return page;

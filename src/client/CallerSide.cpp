@@ -1,8 +1,10 @@
 // Plain system calls: streams would cost more at start than all else that the client does.
 #include "client/CallerSide.h"
 
+#include "client/StandardStreams.h"
+#include "client/UTF8.h"
+
 #include <cerrno>
-#include <cstdint>
 #include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -17,17 +19,23 @@ constexpr std::size_t longestContent = std::size_t{8} << 20;
 
 TerminalFacts terminalFacts() {
   TerminalFacts facts;
+  facts.isInput = ::isatty(STDIN_FILENO) == 1;
   facts.isOutput = ::isatty(STDOUT_FILENO) == 1;
+  facts.isError = ::isatty(STDERR_FILENO) == 1;
   winsize size{};
-  if (facts.isOutput && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
-    facts.width = size.ws_col;
+  for (const int descriptor : {STDOUT_FILENO, STDERR_FILENO}) {
+    if (::ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
+      facts.width = size.ws_col;
+      break;
+    }
+  }
   return facts;
 }
 
 std::optional<std::string> askAtTerminal(const std::string& question) {
   if (::isatty(STDIN_FILENO) != 1)
     return std::nullopt;
-  writeAll(STDERR_FILENO, question + " ");
+  static_cast<void>(writeText(STDERR_FILENO, question + " "));
   std::string line;
   for (;;) {
     char character = 0;
@@ -39,17 +47,6 @@ std::optional<std::string> askAtTerminal(const std::string& question) {
     if (count <= 0 || character == '\n')
       return line;
     line += character;
-  }
-}
-
-void writeAll(int descriptor, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t count = ::write(descriptor, text.data(), text.size());
-    if (count < 0 && errno == EINTR)
-      continue;
-    if (count < 0)
-      return;
-    text.remove_prefix(static_cast<std::size_t>(count));
   }
 }
 
@@ -78,32 +75,6 @@ FileContent readContent(const std::string& file) {
   if (!result.refused && !isUTF8(result.content))
     return {.content = {}, .refused = "read", .errorNumber = EILSEQ};
   return result;
-}
-
-bool isUTF8(std::string_view text) {
-  for (std::size_t index = 0; index < text.size();) {
-    const auto first = static_cast<unsigned char>(text[index]);
-    const std::size_t length = first < 0x80   ? 1
-                               : first < 0xC2 ? 0
-                               : first < 0xE0 ? 2
-                               : first < 0xF0 ? 3
-                               : first < 0xF5 ? 4
-                                              : 0;
-    if (length == 0 || index + length > text.size())
-      return false;
-    std::uint32_t point = length == 1 ? first : first & (0x7FU >> length);
-    for (std::size_t next = index + 1; next < index + length; ++next) {
-      const auto byte = static_cast<unsigned char>(text[next]);
-      if ((byte & 0xC0U) != 0x80)
-        return false;
-      point = point << 6 | (byte & 0x3FU);
-    }
-    const bool isSurrogate = point >= 0xD800 && point < 0xE000;
-    if (isSurrogate || (length == 3 && point < 0x800) || (length == 4 && (point < 0x10000 || point > 0x10FFFF)))
-      return false;
-    index += length;
-  }
-  return true;
 }
 
 } // namespace tabwright::client

@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace tabwright::client {
 
@@ -10,7 +9,9 @@ namespace tabwright::client {
 
 /// What the host needs to know of the terminal.
 struct TerminalFacts {
+  bool isInput = false;  ///< standard input is one: there is somebody to ask
   bool isOutput = false; ///< standard output is one
+  bool isError = false;  ///< standard error is one
   int width = 80;        ///< its cells; 80 when they can't be told
 };
 [[nodiscard]] TerminalFacts terminalFacts();
@@ -18,9 +19,6 @@ struct TerminalFacts {
 /// Asks the person at the terminal and yields the line typed; nothing when standard input is no terminal or has ended.
 /// Blocks.
 [[nodiscard]] std::optional<std::string> askAtTerminal(const std::string& question);
-
-/// Writes all of a text to a descriptor. What can't be written is dropped, such as to a pipe that nobody reads.
-void writeAll(int descriptor, std::string_view text);
 
 /// The whole of a file or stream that was read, or what was refused.
 struct FileContent {
@@ -31,8 +29,5 @@ struct FileContent {
 /// Reads a file, or standard input for "-". Content that is no UTF-8 is refused with EILSEQ, and what doesn't fit in a
 /// message to the host with EFBIG.
 [[nodiscard]] FileContent readContent(const std::string& file);
-
-/// Whether a text is well-formed UTF-8, as only that can be sent.
-[[nodiscard]] bool isUTF8(std::string_view text);
 
 } // namespace tabwright::client

@@ -4,6 +4,8 @@
 
 #include "client/CallerSide.h"
 #include "client/HostProtocol.h"
+#include "client/UTF8.h"
+#include "client/WaitingLine.h"
 
 #include <boost/json/array.hpp>
 #include <boost/json/object.hpp>
@@ -26,6 +28,8 @@ namespace {
 
 namespace json = boost::json;
 
+using Clock = WaitingLine::Clock;
+
 constexpr std::chrono::seconds patience{30};
 constexpr int requestID = 1;
 
@@ -37,7 +41,8 @@ public:
   explicit Lines(int socket) : socket_(socket) {}
 
   /// The next line; nothing at the end, or when none has come by the deadline.
-  std::optional<std::string> next(std::optional<std::chrono::steady_clock::time_point> deadline) {
+  /// Meanwhile `waiting`, if any, shows itself when it is due.
+  std::optional<std::string> next(std::optional<Clock::time_point> deadline, WaitingLine* waiting) {
     for (;;) {
       if (const std::size_t end = text_.find('\n', searched_); end != std::string::npos) {
         std::string line = text_.substr(0, end);
@@ -46,15 +51,17 @@ public:
         return line;
       }
       searched_ = text_.size();
-      if (!receive(deadline))
+      if (!receive(deadline, waiting))
         return std::nullopt;
     }
   }
   [[nodiscard]] Ended ended() const { return ended_; }
 
 private:
-  bool receive(std::optional<std::chrono::steady_clock::time_point> deadline) {
+  bool receive(std::optional<Clock::time_point> deadline, WaitingLine* waiting) {
     static char buffer[65536];
+    if (waiting && !waiting->isShown() && !isReadable(Clock::now() + waiting->left()))
+      waiting->showIfDue();
     if (deadline && !isReadable(*deadline)) {
       ended_ = Ended::timedOut;
       return false;
@@ -70,9 +77,9 @@ private:
     }
   }
 
-  bool isReadable(std::chrono::steady_clock::time_point deadline) {
+  bool isReadable(Clock::time_point deadline) {
     for (;;) {
-      const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+      const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
       pollfd poll{.fd = socket_, .events = POLLIN, .revents = 0};
       const int ready = ::poll(&poll, 1, left.count() > 0 ? static_cast<int>(left.count()) : 0);
       if (ready >= 0 || errno != EINTR)
@@ -107,7 +114,7 @@ json::object runRequest(const std::vector<std::string>& words) {
       {"version", TABWRIGHT_VERSION},
       {"arguments", json::array(words.begin(), words.end())},
       {"directory", ::getcwd(directory, sizeof directory) && isUTF8(directory) ? directory : "/"},
-      {"terminal", {{"output", terminal.isOutput}, {"width", terminal.width}}},
+      {"terminal", {{"input", terminal.isInput}, {"output", terminal.isOutput}, {"width", terminal.width}}},
   };
   return {{"jsonrpc", "2.0"}, {"id", requestID}, {"method", protocol::run}, {"params", std::move(parameters)}};
 }
@@ -130,12 +137,23 @@ json::value answerTo(const std::string& method, const json::object& params) {
   return {{"content", content.content}};
 }
 
+json::object paramsOf(const json::object& message) {
+  const json::value* params = message.if_contains("params");
+  return params && params->is_object() ? params->get_object() : json::object();
+}
+
+std::string joined(const std::vector<std::string>& words) {
+  std::string text;
+  for (const std::string& word : words)
+    text += (text.empty() ? "" : " ") + word;
+  return text;
+}
+
 bool answer(int socket, const json::object& request) {
   const std::string method = textOf(request, "method");
   json::object reply{{"jsonrpc", "2.0"}, {"id", request.at("id")}};
   if (method == protocol::ask || method == protocol::read) {
-    const json::value* params = request.if_contains("params");
-    reply["result"] = answerTo(method, params && params->is_object() ? params->get_object() : json::object());
+    reply["result"] = answerTo(method, paramsOf(request));
   } else {
     reply["error"] = {{"code", -32601}, {"message", "There is no method " + method + "."}};
   }
@@ -166,8 +184,9 @@ RunOutcome outcomeOf(const json::object& message) {
 
 } // namespace
 
-RunOutcome runThroughHost(int socket, const std::vector<std::string>& words) {
+RunOutcome runThroughHost(int socket, const std::vector<std::string>& words, const Print& print) {
   bool hasStarted = false;
+  std::unique_ptr<WaitingLine> waiting = waitingLineAtTerminal("the background host");
   const auto endedBy = [&](Lines::Ended ended) {
     RunOutcome outcome;
     outcome.kind = hasStarted                        ? RunOutcome::Kind::lost
@@ -179,9 +198,10 @@ RunOutcome runThroughHost(int socket, const std::vector<std::string>& words) {
   if (!send(socket, runRequest(words)))
     return endedBy(Lines::Ended::closed);
   Lines lines(socket);
-  const auto deadline = std::chrono::steady_clock::now() + patience;
+  const auto deadline = Clock::now() + patience;
   for (;;) {
-    const std::optional<std::string> line = lines.next(hasStarted ? std::nullopt : std::optional(deadline));
+    const std::optional<std::string> line =
+        lines.next(hasStarted ? std::nullopt : std::optional(deadline), waiting.get());
     if (!line)
       return endedBy(lines.ended());
     boost::system::error_code error;
@@ -189,12 +209,22 @@ RunOutcome runThroughHost(int socket, const std::vector<std::string>& words) {
     const json::object* object = error ? nullptr : message.if_object();
     if (!object)
       continue;
+    if (waiting)
+      waiting->hold();
     if (!object->contains("method"))
       return outcomeOf(*object);
-    if (textOf(*object, "method") == protocol::started)
+    const std::string method = textOf(*object, "method");
+    if (method == protocol::started) {
       hasStarted = true;
-    else if (object->contains("id") && !answer(socket, *object))
+      waiting = waitingLineAtTerminal(joined(words));
+    } else if (method == protocol::print) {
+      const json::object params = paramsOf(*object);
+      print(textOf(params, "output"), textOf(params, "error"));
+    } else if (object->contains("id") && !answer(socket, *object)) {
       return endedBy(Lines::Ended::closed);
+    }
+    if (waiting)
+      waiting->resume();
   }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,9 +21,13 @@ struct RunOutcome {
   int exitCode = 0;
 };
 
+/// What takes a run's output as it comes: to standard output, to standard error.
+using Print = std::function<void(const std::string& output, const std::string& error)>;
+
 /// Has the host at the other end of a connected socket run an action, `words` being those behind "run". What the host
-/// asks for in between is answered from this process's terminal, files and standard input. Blocks until the action has
-/// ended, however long that takes once it has begun.
-[[nodiscard]] RunOutcome runThroughHost(int socket, const std::vector<std::string>& words);
+/// asks for in between is answered from this process's terminal, files and standard input, and what it prints in
+/// between goes to `print`. Blocks until the action has ended, however long that takes once it has begun; a person at a
+/// terminal is told then what is waited for.
+[[nodiscard]] RunOutcome runThroughHost(int socket, const std::vector<std::string>& words, const Print& print);
 
 } // namespace tabwright::client

@@ -5,13 +5,16 @@
 ///
 /// The client connects and sends one request:
 ///
-///     tabwright/run {version, arguments: [words behind "run"], directory, terminal: {output: bool, width: int}}
+///     tabwright/run {version, arguments: [words behind "run"], directory,
+///                    terminal: {input: bool, output: bool, width: int}}
 ///
-/// and is answered with {output, error, exitCode}: what goes to its standard output and standard error as it stands,
-/// and what it exits with. Closing the connection cancels the action. In between the host may send
+/// where `terminal` says which standard streams are one and how wide it is, and is answered with {output, error,
+/// exitCode}: what goes to its standard output and standard error, and what it exits with. Closing the connection
+/// cancels the action. In between the host may send
 ///
 ///     tabwright/started          notification: the action is about to begin. A connection that ends before it has done
 ///                                nothing, and may be tried again
+///     tabwright/print {output, error}   notification: what goes to standard output and standard error already now
 ///     tabwright/ask {question}   answered with {answer}: the line that the user typed, null when nobody is there
 ///     tabwright/read {file}      answered with {content}, or {operation, errorNumber}: what was refused, "open" or
 ///                                "read", and the errno value. "-" is standard input
@@ -23,6 +26,7 @@ namespace tabwright::client {
 namespace protocol {
 inline constexpr const char* run = "tabwright/run";
 inline constexpr const char* started = "tabwright/started";
+inline constexpr const char* print = "tabwright/print";
 inline constexpr const char* ask = "tabwright/ask";
 inline constexpr const char* read = "tabwright/read";
 inline constexpr int leavingError = -32010;

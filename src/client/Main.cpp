@@ -7,7 +7,15 @@
 #include "client/HostSocket.h"
 #include "client/HostUnavailable.h"
 #include "client/RuntimeFolder.h"
+#include "client/StandardStreams.h"
+#include "client/UTF8.h"
+#include "client/WaitingLine.h"
 
+#include <boost/json/object.hpp>
+#include <boost/json/serialize.hpp>
+
+#include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <span>
@@ -23,7 +31,18 @@ constexpr int exitInterrupted = 130;
 constexpr int attempts = 5;
 
 void say(std::string_view sentence) {
-  writeAll(STDERR_FILENO, "tabwright: " + std::string(sentence) + "\n");
+  static_cast<void>(writeText(STDERR_FILENO, "tabwright: " + std::string(sentence) + "\n"));
+}
+
+/// Says why a run failed here, in the form in which the host says it of an action. Type and case are for programs.
+int fail(const char* type, const char* kind, const std::string& sentence, bool isJson) {
+  if (isJson) {
+    const boost::json::object report{{"type", type}, {"case", kind}, {"number", nullptr}, {"message", sentence}};
+    static_cast<void>(writeText(STDERR_FILENO, boost::json::serialize(report) + "\n"));
+  } else {
+    say(sentence);
+  }
+  return EXIT_FAILURE;
 }
 
 /// Whether a word names a file as only the calling process can open it, such as "@/dev/fd/63".
@@ -51,50 +70,73 @@ bool isForHost(const std::vector<std::string>& words) {
 void endOnInterrupt() {
   std::signal(SIGPIPE, SIG_IGN);
   struct sigaction action{};
-  action.sa_handler = [](int) { ::_exit(exitInterrupted); }; // the host cancels what runs for a connection that ends
+  action.sa_handler = [](int) { // the host cancels what runs for a connection that ends
+    if (::isatty(STDERR_FILENO) == 1)
+      static_cast<void>(writeAll(STDERR_FILENO, WaitingLine::eraser));
+    ::_exit(exitInterrupted);
+  };
   for (const int signal : {SIGINT, SIGTERM})
     ::sigaction(signal, &action, nullptr);
 }
 
-int tell(const RunOutcome& outcome) {
+/// Thrown when standard output takes no more, by what it says of that.
+struct OutputLost {
+  int errorNumber;
+};
+
+void print(const std::string& output, const std::string& error) {
+  const int lost = writeText(STDOUT_FILENO, output);
+  static_cast<void>(writeText(STDERR_FILENO, error));
+  if (lost != 0)
+    throw OutputLost{lost};
+}
+
+int tell(const RunOutcome& outcome, bool isJson) {
   switch (outcome.kind) {
   case RunOutcome::Kind::done:
-    writeAll(STDOUT_FILENO, outcome.output);
-    writeAll(STDERR_FILENO, outcome.error);
+    print(outcome.output, outcome.error);
     return outcome.exitCode;
   case RunOutcome::Kind::lost:
-    say("The background host ended while the action ran: whether it has done its work isn’t known.");
-    break;
+    return fail("HostFailure", "lost",
+                "The background host ended while the action ran: whether it has done its work isn’t known.", isJson);
   case RunOutcome::Kind::unresponsive:
-    say("The background host doesn’t answer. “tabwright run --no-host …” does without it.");
-    break;
+    return fail("HostFailure", "unresponsive",
+                "The background host doesn’t answer. “tabwright run --no-host …” does without it.", isJson);
   case RunOutcome::Kind::refused:
-    say("The background host refused the request: " + outcome.error);
-    break;
+    return fail("HostFailure", "refused", "The background host refused the request: " + outcome.error, isJson);
   case RunOutcome::Kind::notStarted:
-    say("The background host ended before it had begun, each time it was started. Its log may tell why; “tabwright run "
-        "--no-host …” does without it.");
     break;
   }
-  return EXIT_FAILURE;
+  return fail("HostFailure", "notStarted",
+              "The background host ended before it had begun, each time it was started. Its log may tell why; "
+              "“tabwright run --no-host …” does without it.",
+              isJson);
 }
 
 int run(const std::string& program, const std::vector<std::string>& words) {
   const RuntimeFolder folder;
   const std::string identity = hostIdentity(program);
   endOnInterrupt();
-  RunOutcome outcome;
-  for (int attempt = 0; attempt < attempts; ++attempt) {
-    const int socket = connectToHost(folder, identity, program);
-    outcome = runThroughHost(socket, words);
-    ::close(socket);
-    if (outcome.kind != RunOutcome::Kind::notStarted)
-      break;
+  const bool isJson = std::ranges::count(words, "--json") > 0;
+  try {
+    RunOutcome outcome;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+      const int socket = connectToHost(folder, identity, program);
+      outcome = runThroughHost(socket, words, print);
+      ::close(socket);
+      if (outcome.kind != RunOutcome::Kind::notStarted)
+        break;
+    }
+    return tell(outcome, isJson);
+  } catch (const OutputLost& lost) {
+    if (lost.errorNumber == EPIPE)
+      endByBrokenPipe();
+    return fail("OutputFailure", "notWritten", notWritten(lost.errorNumber), isJson);
   }
-  return tell(outcome);
 }
 
 int start(std::span<char*> arguments) {
+  occupyClosedStreams();
   const std::string program = programPath();
   if (arguments.size() > 1 && std::string_view(arguments[1]) == "run") {
     const std::vector<std::string> words(arguments.begin() + 2, arguments.end());

@@ -6,11 +6,12 @@
 #include "platform/linux/BaseDirectories.h"
 
 #include <spdlog/logger.h>
+#include <spdlog/sinks/ostream_sink.h>
 #include <spdlog/sinks/rotating_file_sink.h>
-#include <spdlog/sinks/stdout_sinks.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <iostream>
 #include <memory>
 
 namespace tabwright::platform {
@@ -70,7 +71,7 @@ void installLogSinks(const LogSinks& sinks) {
       add(sink, sinks.fileLevel);
   }
   if (sinks.standardErrorLevel)
-    add(std::make_shared<spdlog::sinks::stderr_sink_mt>(), *sinks.standardErrorLevel);
+    add(std::make_shared<spdlog::sinks::ostream_sink_mt>(std::cerr, true), *sinks.standardErrorLevel);
   if (logger->sinks().empty()) {
     setLogReceiver(lowest, {});
     return;

@@ -40,10 +40,12 @@ ExitCode appleScript(const AppleScriptCommand& command) {
   try {
     const applescript::CompiledScript script = interpreter.compile(source);
     applescript::Value result;
-    runInterruptibly([&](std::stop_token stop) {
+    const auto waiting = client::waitingLineAtTerminal(name);
+    const auto work = [&](std::stop_token stop) {
       std::vector<applescript::Value> arguments(command.arguments.begin(), command.arguments.end());
       result = interpreter.run(*script, std::move(arguments), std::move(stop));
-    });
+    };
+    runInterruptibly(work, waiting.get());
     if (!result.isMissing())
       std::cout << applescript::sourceForm(result) << '\n';
     return ExitCode::done;

@@ -56,7 +56,9 @@ ExitCode browser(const BrowserCommand& command) {
       platform::stateHome() / "tabwright" / fmt::format("browser-{}.log", facts.shortName);
 
   LaunchedBrowser launched;
-  runInterruptibly([&](const std::stop_token& stop) { launched = launchBrowser(launch, logFile, patience, stop); });
+  const auto waiting = client::waitingLineAtTerminal(std::string(facts.name));
+  runInterruptibly([&](const std::stop_token& stop) { launched = launchBrowser(launch, logFile, patience, stop); },
+                   waiting.get());
 
   if (command.output == OutputForm::json || ::isatty(STDOUT_FILENO) != 1) {
     boost::json::object object;

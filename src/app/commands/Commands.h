@@ -95,7 +95,13 @@ inline constexpr std::string_view completeCommand = "complete";
 /// commands declared.
 ExitCode complete(const CLI::App& program, const std::vector<std::string>& words);
 
-/// `tabwright manual`: prints the manual page in the man macros of roff.
-ExitCode manual(const CLI::App& program);
+/// `tabwright manual`: prints the manual page in the man macros of roff, with all actions, or only the one named.
+ExitCode manual(const CLI::App& program, const std::string& action);
+
+/// `tabwright help`: prints the help of a command or an action, or of all commands for an empty word.
+ExitCode help(const CLI::App& program, const std::string& word);
+
+/// `tabwright` alone: prints the commands to begin with, and whether there is a browser that can be driven.
+ExitCode overview();
 
 } // namespace tabwright::app

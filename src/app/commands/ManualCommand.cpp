@@ -3,12 +3,16 @@
 #include "app/commands/Commands.h"
 
 #include <iostream>
+#include <string>
+#include <vector>
 
 namespace tabwright::app {
 
-ExitCode manual(const CLI::App& program) {
+ExitCode manual(const CLI::App& program, const std::string& action) {
   const Composition composition;
-  std::cout << manualPage(program, composition.referenceCatalogue());
+  const host::Catalogue& catalogue = composition.referenceCatalogue();
+  std::cout << manualPage(program, catalogue,
+                          action.empty() ? catalogue.names() : std::vector{catalogue.make(action)->name()});
   return ExitCode::done;
 }
 

@@ -1,0 +1,104 @@
+#include "app/CommandNames.h"
+
+#include "app/Composition.h"
+#include "host/ActionHelp.h"
+#include "host/NearestNames.h"
+#include "intents/UsageError.h"
+#include "platform/AsciiCase.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <iostream>
+#include <optional>
+#include <sstream>
+#include <string_view>
+
+namespace tabwright::app {
+namespace {
+
+using intents::UsageError;
+
+struct Synonym {
+  std::string_view word;
+  std::string_view command;
+};
+/// Words by which other programs call what ours call otherwise.
+constexpr Synonym synonyms[]{
+    {"list", "actions"}, {"ls", "actions"},   {"catalogue", "actions"}, {"commands", "help"},
+    {"man", "manual"},   {"open", "browser"}, {"start", "browser"},     {"launch", "browser"},
+    {"exec", "run"},     {"do", "run"},       {"perform", "run"},       {"osascript", "applescript"},
+    {"serve", "mcp"},    {"md", "markdown"},
+};
+
+std::vector<const CLI::App*> commandsOf(const CLI::App& program) {
+  return program.get_subcommands([](const CLI::App*) { return true; });
+}
+
+const CLI::App* commandNamed(const CLI::App& program, std::string_view name) {
+  for (const CLI::App* command : commandsOf(program)) {
+    if (platform::equalIgnoringCase(command->get_name(), name))
+      return command;
+  }
+  return nullptr;
+}
+
+UsageError unknown(const std::string& word, const CLI::App& program, const host::Catalogue& catalogue) {
+  const std::vector<std::string> actions = catalogue.names();
+  for (const std::string& action : actions) {
+    if (platform::equalIgnoringCase(action, word))
+      return UsageError("“" + word + "” is an action: tabwright run " + action + " …");
+  }
+  const auto* synonym =
+      std::ranges::find_if(synonyms, [&](const Synonym& row) { return platform::equalIgnoringCase(row.word, word); });
+  if (synonym != std::end(synonyms))
+    return UsageError("There is no command “" + word + "”. Did you mean " + std::string(synonym->command) + "?");
+  std::vector<std::string> names;
+  for (const CLI::App* command : commandsOf(program))
+    names.push_back(command->get_name());
+  names.insert(names.end(), actions.begin(), actions.end());
+  return UsageError("There is no command “" + word + "”." +
+                    host::didYouMean(word, names, " “tabwright help” shows all."));
+}
+
+// The first word that stands where a command must.
+std::optional<std::string> commandWord(const std::vector<std::string>& words) {
+  for (std::size_t index = 0; index < words.size(); ++index) {
+    if (words[index] == "--log-level")
+      ++index;
+    else if (!words[index].starts_with('-'))
+      return words[index];
+  }
+  return std::nullopt;
+}
+
+} // namespace
+
+ExitCode tellOf(const CLI::ParseError& error, const CLI::App& program, const std::vector<std::string>& words) {
+  std::ostringstream output;
+  std::ostringstream mistake;
+  if (program.exit(error, output, mistake) == 0) {
+    std::cout << output.str();
+    return ExitCode::done;
+  }
+  if (const std::optional<std::string> word = commandWord(words); word && !commandNamed(program, *word)) {
+    const Composition composition;
+    throw unknown(*word, program, composition.catalogue());
+  }
+  std::cerr << mistake.str();
+  return ExitCode::wrongUse;
+}
+
+std::string helpOn(const std::string& word, const CLI::App& program) {
+  if (word.empty())
+    return program.help();
+  if (const CLI::App* command = commandNamed(program, word))
+    return command->help();
+  const Composition composition;
+  const std::vector<std::string> actions = composition.catalogue().names();
+  if (std::ranges::none_of(actions, [&](const std::string& name) { return platform::equalIgnoringCase(name, word); }))
+    throw unknown(word, program, composition.catalogue());
+  return host::actionHelp(composition.catalogue(), word);
+}
+
+} // namespace tabwright::app

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace tabwright::client {
+
+/// A character of a text in UTF-8.
+struct UTF8Character {
+  std::uint32_t point = 0;
+  std::size_t length = 0; ///< its bytes; 0 where no well-formed character begins
+};
+/// The one that begins at `index`, which is below the text's size.
+[[nodiscard]] UTF8Character characterAt(std::string_view text, std::size_t index);
+
+/// Whether a text is well-formed, as only that can be sent.
+[[nodiscard]] bool isUTF8(std::string_view text);
+
+} // namespace tabwright::client

@@ -1,0 +1,86 @@
+#include "client/WaitingLine.h"
+
+#include "client/CallerSide.h"
+#include "client/StandardStreams.h"
+#include "client/TerminalText.h"
+#include "client/UTF8.h"
+
+#include <algorithm>
+#include <unistd.h>
+#include <utility>
+
+namespace tabwright::client {
+namespace {
+
+constexpr std::chrono::milliseconds patience{2000};
+
+// A character may take two cells, so half of the width is safe for any text that is not plain.
+std::string shortened(const std::string& what, std::size_t width) {
+  std::string line;
+  std::size_t cells = 0;
+  for (std::size_t at = 0; at < what.size();) {
+    const UTF8Character character = characterAt(what, at);
+    cells += character.point < 0x300 ? 1 : 2;
+    if (cells + 1 > width)
+      return line + "…";
+    line += character.point == '\n' || character.point == '\t' ? " " : what.substr(at, character.length);
+    at += std::max<std::size_t>(character.length, 1);
+  }
+  return line;
+}
+
+std::string lineFor(const std::string& what, int width) {
+  constexpr std::string_view advice = " (Ctrl-C stops)";
+  constexpr int leastWidth = 40;
+  const std::size_t room = static_cast<std::size_t>(std::max(width, leastWidth)) - advice.size() - 1;
+  // The cursor goes back to the line's begin: what comes next, such as the log, overwrites it.
+  return shortened("Waiting for " + terminalText(what), room).append(advice) + "\r";
+}
+
+} // namespace
+
+WaitingLine::WaitingLine(const std::string& what, std::function<Clock::time_point()> now,
+                         std::function<void(const std::string&)> write, int width)
+    : text_(lineFor(what, width)), now_(std::move(now)), write_(std::move(write)), since_(now_()) {}
+
+std::chrono::milliseconds WaitingLine::left() const {
+  if (isHeld_)
+    return patience;
+  return std::max(std::chrono::milliseconds(0),
+                  std::chrono::ceil<std::chrono::milliseconds>(since_ + patience - now_()));
+}
+
+void WaitingLine::showIfDue() {
+  if (isShown_ || left().count() > 0)
+    return;
+  isShown_ = true;
+  write_(text_);
+}
+
+void WaitingLine::erase() {
+  if (isShown_)
+    write_(eraser);
+  isShown_ = false;
+  since_ = now_();
+}
+
+void WaitingLine::hold() {
+  erase();
+  isHeld_ = true;
+}
+
+void WaitingLine::resume() {
+  isHeld_ = false;
+  since_ = now_();
+}
+
+std::unique_ptr<WaitingLine> waitingLineAtTerminal(const std::string& what) {
+  const TerminalFacts terminal = terminalFacts();
+  if (!terminal.isError)
+    return nullptr;
+  return std::make_unique<WaitingLine>(
+      what, WaitingLine::Clock::now, [](const std::string& text) { static_cast<void>(writeAll(STDERR_FILENO, text)); },
+      terminal.width);
+}
+
+} // namespace tabwright::client
