@@ -33,9 +33,13 @@ void declareRun(CLI::App& program, Choices& choices) {
   CLI::App* run = program.add_subcommand("run", "Run an action of the catalogue");
   operand(*run, operands::action, choices.run.name, "The action: “tabwright actions” lists them");
   run->add_flag("--json", choices.isJson, "Print the result, or the error, as JSON");
+  run->add_flag("--each", choices.run.isForEach,
+                "Run it for each item of a list given as a parameter, a result a line");
   run->add_flag("--no-host", choices.isWithoutHost, "Run it in a process of its own, without the background host");
   run->footer(
       "Parameters follow the name: --name value. “tabwright actions ACTION” tells which there are.\n"
+      "--each runs the action for each item of the list that a parameter is given as, goes on where one fails, and "
+      "ends with 1 then: tabwright run GetListOfTabs | tabwright run CloseTab --targetTab - --each\n"
       "--save-files FOLDER behind the name writes the files of a result there, such as a selection’s rich text, "
       "and prints their paths.");
   takeTheRest(*run);

@@ -93,7 +93,7 @@ int runCommandLine(int argumentCount, char** arguments) {
   try {
     program.parse(static_cast<int>(end - all.begin()), arguments);
   } catch (const CLI::ParseError& error) {
-    choices.chosen = [&] { return tellOf(error, program, {all.begin() + 1, end}); };
+    choices.chosen = [=, &program] { return tellOf(error, program, {all.begin() + 1, end}); };
   }
   return static_cast<int>(perform(choices));
 }

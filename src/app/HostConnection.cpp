@@ -83,12 +83,18 @@ std::vector<std::string> wordsIn(const json::object& params) {
   return words;
 }
 
-std::optional<std::size_t> terminalWidthIn(const json::object& params) {
+struct Terminal {
+  bool isInput = false;
+  bool isOutput = false;
+  std::size_t width = 0;
+};
+
+Terminal terminalIn(const json::object& params) {
   const json::object& terminal = member(params, "terminal", json::kind::object, "“terminal”, an object").as_object();
-  if (!member(terminal, "output", json::kind::bool_, "“terminal.output”, a boolean").as_bool())
-    return std::nullopt;
   const std::int64_t width = member(terminal, "width", json::kind::int64, "“terminal.width”, a number").as_int64();
-  return static_cast<std::size_t>(std::clamp(width, std::int64_t{1}, widestTerminal));
+  return {.isInput = member(terminal, "input", json::kind::bool_, "“terminal.input”, a boolean").as_bool(),
+          .isOutput = member(terminal, "output", json::kind::bool_, "“terminal.output”, a boolean").as_bool(),
+          .width = static_cast<std::size_t>(std::clamp(width, std::int64_t{1}, widestTerminal))};
 }
 
 std::string textIn(const json::object& params, const char* name) {
@@ -98,7 +104,7 @@ std::string textIn(const json::object& params, const char* name) {
 /// The client, as far as only it can do something.
 class ClientProcess final : public RunCaller {
 public:
-  explicit ClientProcess(rpc::Peer& peer) : peer_(peer) {}
+  ClientProcess(rpc::Peer& peer, bool canAsk) : peer_(peer), canAsk_(canAsk) {}
 
   platform::Task<std::string> read(std::string file) override {
     json::object params{{"file", file}}; // named, for g++ 12 takes a braced list behind co_await for an array
@@ -113,6 +119,8 @@ public:
                      number && number->is_int64() ? static_cast<int>(number->get_int64()) : EIO);
   }
 
+  [[nodiscard]] bool canAsk() const override { return canAsk_; }
+
   platform::Task<std::optional<std::string>> ask(std::string question) override {
     json::object params{{"question", question}};
     const json::value answer = co_await peer_.request(protocol::ask, std::move(params));
@@ -123,12 +131,13 @@ public:
     co_return std::string(line->get_string());
   }
 
-  void tell(std::string text) override { told_ += text; }
-  [[nodiscard]] const std::string& told() const { return told_; }
+  void print(std::string output, std::string error) override {
+    peer_.notify(protocol::print, {{"output", std::move(output)}, {"error", std::move(error)}});
+  }
 
 private:
   rpc::Peer& peer_;
-  std::string told_;
+  const bool canAsk_;
 };
 
 json::object answerOf(std::string output, std::string error, ExitCode exitCode) {
@@ -167,23 +176,26 @@ public:
 private:
   platform::Task<json::value> run(json::object params) {
     const std::vector<std::string> words = wordsIn(params);
-    ActionRun order{.command = {}, .directory = textIn(params, "directory"), .terminalWidth = terminalWidthIn(params)};
+    const Terminal terminal = terminalIn(params);
+    ActionRun order{.command = {},
+                    .directory = textIn(params, "directory"),
+                    .isShownOnTerminal = terminal.isOutput,
+                    .terminalWidth = terminal.width};
     if (!service_.serves(textIn(params, "version")))
       throw RpcError(protocol::leavingError, "This host has ended its service.");
     peer_.notify(protocol::started, {});
-    ClientProcess client(peer_);
+    ClientProcess client(peer_, terminal.isInput);
     ReportForm form = ReportForm::sentence;
     try {
       order.command = runCommandIn(words);
       if (wantsJson(order.command))
         form = ReportForm::json;
-      std::string output = co_await runAction(catalogue_, std::move(order), client);
-      co_return answerOf(std::move(output), client.told(), ExitCode::done);
+      co_return answerOf(co_await runAction(catalogue_, std::move(order), client), "", ExitCode::done);
     } catch (const RpcError&) {
       throw; // the connection has ended
     } catch (const platform::Failure& failure) {
       const FailureReport report = commandReportOf(failure, form);
-      co_return answerOf("", client.told() + report.text, report.exitCode);
+      co_return answerOf("", report.text, report.exitCode);
     } catch (const std::exception& error) {
       co_return answerOf("", std::string("tabwright: ") + error.what() + "\n", ExitCode::failed);
     }

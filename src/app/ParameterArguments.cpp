@@ -49,6 +49,10 @@ ParameterArguments parseArguments(const host::Catalogue& catalogue, const std::s
       result.output = OutputForm::json;
       continue;
     }
+    if (word == "--each") {
+      result.isForEach = true;
+      continue;
+    }
     if (word == "--no-host") // the program that reads this runs the action itself
       continue;
     if (word == "--help" || word == "-h") {

@@ -23,13 +23,14 @@ struct ParameterArguments {
   std::vector<ParameterFile> files; ///< those that are still to be read into the parameters
   OutputForm output = OutputForm::automatic;
   std::optional<std::string> filesFolder; ///< where the result's files are to be written
+  bool isForEach = false;                 ///< the action runs for each item of a list
   bool wantsHelp = false;
 };
 
 /// Reads `--name value`, `--name=value`, and `--name` alone for a boolean parameter, which sets it to true. The value
 /// of a tab, window or file parameter may be `@FILE` or `-`, which stand for the content of that file or of standard
-/// input; a text is always taken as it is. `--json`, `--save-files FOLDER`, `--no-host` and
-/// `--help` are the command's own.
+/// input; a text is always taken as it is. `--json`, `--each`, `--save-files FOLDER`,
+/// `--no-host` and `--help` are the command's own.
 ///
 /// Throws `UsageError` for an action that doesn't exist, a word that belongs to no parameter, a parameter without a
 /// value.

@@ -11,10 +11,7 @@
 #include <boost/json/serialize.hpp>
 
 #include <algorithm>
-#include <cstdlib>
 #include <string_view>
-#include <sys/ioctl.h>
-#include <unistd.h>
 #include <vector>
 
 namespace tabwright::app {
@@ -26,6 +23,7 @@ using intents::ValueKind;
 
 constexpr std::size_t leastColumnWidth = 8;
 constexpr std::string_view gap = "  ";
+constexpr std::string_view reference = "fullID";
 
 using Row = std::vector<std::string>;
 
@@ -40,10 +38,14 @@ std::string cellOf(const PropertyDeclaration& property, const boost::json::value
     return platform::onOneLine(property.type.entity->displayRepresentation(*value));
   case ValueKind::file:
     return platform::onOneLine(value->at(value->as_object().contains("path") ? "path" : "filename").as_string());
+  case ValueKind::text:
+    if (property.name == reference)
+      return platform::onOneLine(shortReference(value->as_string()));
+    return platform::onOneLine(value->as_string());
   case ValueKind::boolean:
     return value->as_bool() ? platform::localized("result.yes") : std::string();
   default:
-    return platform::onOneLine(value->is_string() ? std::string(value->as_string()) : boost::json::serialize(*value));
+    return platform::onOneLine(boost::json::serialize(*value));
   }
 }
 
@@ -90,12 +92,30 @@ void dropEmptyColumns(std::vector<Row>& rows) {
   }
 }
 
-std::string tableOf(const EntityDeclaration& entity, const boost::json::array& items, std::size_t width) {
-  std::vector<Row> rows(1);
+// The cells before an item's own: its number, its window, whether it is shown there.
+Row additionsTo(const boost::json::value& item, std::size_t number, const TableAdditions& additions,
+                bool hasSeveralWindows) {
+  Row row{additions.isNumbered ? std::to_string(number) : std::string(), {}, {}};
+  const boost::json::value* fullID = item.as_object().if_contains(reference);
+  const auto place = fullID ? additions.places.find(std::string_view(fullID->as_string())) : additions.places.end();
+  if (place == additions.places.end())
+    return row;
+  if (hasSeveralWindows)
+    row[1] = std::to_string(place->second.window);
+  if (place->second.isActive)
+    row[2] = platform::localized("result.yes");
+  return row;
+}
+
+std::string tableOf(const EntityDeclaration& entity, const boost::json::array& items, std::size_t width,
+                    const TableAdditions& additions) {
+  const bool hasSeveralWindows =
+      std::ranges::any_of(additions.places, [](const auto& place) { return place.second.window > 1; });
+  std::vector<Row> rows{{"", platform::localized("result.window"), platform::localized("result.active")}};
   for (const std::string_view column : entity.columns)
     rows.front().push_back(propertyNamed(entity, column).title.text());
   for (const boost::json::value& item : items) {
-    Row& row = rows.emplace_back();
+    Row& row = rows.emplace_back(additionsTo(item, rows.size(), additions, hasSeveralWindows));
     for (const std::string_view column : entity.columns)
       row.push_back(cellOf(propertyNamed(entity, column), item.as_object().if_contains(column)));
   }
@@ -131,25 +151,18 @@ std::string propertiesOf(const EntityDeclaration& entity, const boost::json::obj
 
 } // namespace
 
-std::string resultView(const host::ActionResult& result, std::size_t width) {
+std::string resultView(const host::ActionResult& result, std::size_t width, const TableAdditions& additions) {
   const EntityDeclaration* entity = result.type.entity;
   if (entity && result.type.isList && !entity->columns.empty() && result.value.is_array()) {
     const boost::json::array& items = result.value.as_array();
-    return items.empty() ? platform::localized("result.none") + "\n" : tableOf(*entity, items, width);
+    return items.empty() ? platform::localized("result.none") + "\n" : tableOf(*entity, items, width, additions);
   }
   if (entity && !entity->columns.empty() && result.value.is_object())
     return propertiesOf(*entity, result.value.as_object(), width);
   std::string lines;
   for (const std::string& line : host::linesOf(result))
-    lines += platform::harmless(line) + "\n";
+    lines += line + "\n";
   return lines;
-}
-
-std::size_t terminalWidth() {
-  winsize size{};
-  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
-    return size.ws_col;
-  return 80;
 }
 
 } // namespace tabwright::app

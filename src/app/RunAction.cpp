@@ -1,6 +1,9 @@
 // A missing value is asked for and the action started again, until it has all it needs: nothing has run before that.
 #include "app/RunAction.h"
 
+#include "app/BrowserListing.h"
+#include "app/Choice.h"
+#include "app/EachItem.h"
 #include "app/FailureReport.h"
 #include "app/ParameterArguments.h"
 #include "app/ResultFiles.h"
@@ -10,8 +13,15 @@
 #include "host/Perform.h"
 #include "intents/NeedsValue.h"
 #include "intents/UsageError.h"
+#include "platform/TerminalCells.h"
+#include "rpc/RpcError.h"
 
+#include <boost/asio/error.hpp>
+#include <boost/asio/this_coro.hpp>
+#include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
+#include <boost/system/system_error.hpp>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <utility>
@@ -30,19 +40,122 @@ public:
       throw intents::ConfirmationRefused();
   }
 
-  void notice(const platform::Notice& notice) override { caller_.tell(noticeReport(notice, form_)); }
+  void notice(const platform::Notice& notice) override { caller_.print("", noticeReport(notice, form_)); }
 
 private:
   RunCaller& caller_;
   const ReportForm form_;
 };
 
-std::string shown(const host::ActionResult& result, const ActionRun& run) {
-  if (run.command.output == OutputForm::automatic && run.terminalWidth)
-    return resultView(result, *run.terminalWidth);
-  if (result.value.is_null() && run.command.output == OutputForm::automatic)
-    return {};
-  return boost::json::serialize(result.value) + "\n";
+/// One run on its way, be it for one item or for many.
+class Running {
+public:
+  Running(const host::Catalogue& catalogue, ActionRun run, ParameterArguments arguments, RunCaller& caller)
+      : catalogue_(catalogue), run_(std::move(run)), arguments_(std::move(arguments)), caller_(caller),
+        host_(caller, run_.command.output == OutputForm::json ? ReportForm::json : ReportForm::sentence) {}
+
+  platform::Task<std::string> once() { co_return co_await shown(co_await performed(arguments_.parameters)); }
+
+  // One after the other, since each may change what the next one finds.
+  platform::Task<void> forEach(GivenList list) {
+    host::ParameterTexts parameters = arguments_.parameters;
+    const intents::ValueType type =
+        catalogue_.make(run_.command.name)->findParameter(parameters[list.parameter].first)->declaration().type;
+    std::size_t failed = 0;
+    for (std::size_t index = 0; index < list.items.size(); ++index) {
+      const boost::json::value& item = list.items[index];
+      parameters[list.parameter].second = textOfItem(item);
+      std::string error;
+      try {
+        const host::ActionResult result = co_await performed(parameters);
+        caller_.print(isForTerminal() ? shownInBrief(result) : asJson(result), "");
+      } catch (const rpc::RpcError&) {
+        throw; // the caller has gone
+      } catch (const platform::Failure& failure) {
+        error = told(failure, type, item, index);
+      }
+      if ((co_await boost::asio::this_coro::cancellation_state).cancelled() != boost::asio::cancellation_type::none)
+        throw boost::system::system_error(boost::asio::error::operation_aborted);
+      if (!error.empty()) {
+        ++failed;
+        caller_.print("", std::move(error));
+      }
+    }
+    if (failed > 0)
+      throw EachFailure(run_.command.name, failed, list.items.size());
+    if (list.items.empty())
+      caller_.print("", "tabwright: The list is empty: nothing to do.\n");
+  }
+
+private:
+  platform::Task<host::ActionResult> performed(host::ParameterTexts parameters) {
+    for (;;) {
+      std::optional<intents::NeedsValue> missing;
+      try {
+        host::ActionResult result = co_await host::perform(catalogue_, run_.command.name, parameters, host_);
+        co_return arguments_.filesFolder ? withFilesIn(run_.directory / *arguments_.filesFolder, std::move(result))
+                                         : std::move(result);
+      } catch (const intents::NeedsValue& thrown) {
+        missing = thrown;
+      }
+      std::optional<std::string> answer = co_await askForValue(catalogue_, run_, parameters, *missing, caller_, host_);
+      if (!answer)
+        throw intents::NeedsValue(*missing);
+      std::erase_if(parameters, [&](const auto& given) { return given.first == missing->parameter(); });
+      parameters.emplace_back(missing->parameter(), std::move(*answer));
+    }
+  }
+
+  [[nodiscard]] bool isForTerminal() const {
+    return run_.command.output == OutputForm::automatic && run_.isShownOnTerminal;
+  }
+
+  platform::Task<std::string> shown(host::ActionResult result) {
+    if (!isForTerminal())
+      co_return asJson(result);
+    TableAdditions additions;
+    additions.places = co_await placesOf(catalogue_, result, host_);
+    co_return resultView(result, run_.terminalWidth, additions);
+  }
+
+  [[nodiscard]] std::string asJson(const host::ActionResult& result) const {
+    if (result.value.is_null() && run_.command.output == OutputForm::automatic)
+      return {};
+    return boost::json::serialize(result.value) + "\n";
+  }
+
+  // The result of one of many: a line.
+  [[nodiscard]] static std::string shownInBrief(const host::ActionResult& result) {
+    std::string lines;
+    for (const std::string& line : host::linesOf(result))
+      lines += platform::onOneLine(line) + "\n";
+    return lines;
+  }
+
+  [[nodiscard]] std::string told(const platform::Failure& failure, const intents::ValueType& type,
+                                 const boost::json::value& item, std::size_t index) const {
+    if (run_.command.output == OutputForm::automatic)
+      return fmt::format("tabwright: item {}, {}: {}", index + 1, nameOfItem(type, item),
+                         reportOf(failure, ReportForm::sentence).text);
+    boost::json::value report = boost::json::parse(reportOf(failure, ReportForm::json).text);
+    report.as_object()["item"] = item;
+    return boost::json::serialize(report) + "\n";
+  }
+
+  const host::Catalogue& catalogue_;
+  const ActionRun run_;
+  const ParameterArguments arguments_;
+  RunCaller& caller_;
+  CallerHost host_;
+};
+
+// What is read for a tab or window may be empty where the command before the pipe has failed.
+void requireContent(const ParameterFile& wanted, const std::string& parameter, const std::string& content) {
+  if (content.find_first_not_of(" \t\r\n") == std::string::npos)
+    throw intents::UsageError(
+        wanted.file == "-"
+            ? fmt::format("Nothing came on standard input for {}: has the command before the pipe failed?", parameter)
+            : fmt::format("The file {} for {} is empty.", wanted.file, parameter));
 }
 
 } // namespace
@@ -50,8 +163,12 @@ std::string shown(const host::ActionResult& result, const ActionRun& run) {
 RunCommand runCommandIn(const std::vector<std::string>& words) {
   RunCommand command;
   auto word = words.begin();
-  for (; word != words.end() && *word == "--json"; ++word)
-    command.output = OutputForm::json;
+  for (; word != words.end() && (*word == "--json" || *word == "--each"); ++word) {
+    if (*word == "--each")
+      command.isForEach = true;
+    else
+      command.output = OutputForm::json;
+  }
   if (word == words.end())
     throw intents::UsageError("No action is named. “tabwright actions” lists them.");
   command.name = *word;
@@ -69,25 +186,24 @@ platform::Task<std::string> runAction(const host::Catalogue& catalogue, ActionRu
     co_return host::actionHelp(catalogue, run.command.name);
   if (arguments.output == OutputForm::json)
     run.command.output = OutputForm::json;
-  for (const ParameterFile& wanted : arguments.files)
-    arguments.parameters[wanted.parameter].second = co_await caller.read(wanted.file);
-  CallerHost host(caller, run.command.output == OutputForm::json ? ReportForm::json : ReportForm::sentence);
-  for (;;) {
-    std::optional<intents::NeedsValue> missing;
-    try {
-      host::ActionResult result = co_await host::perform(catalogue, run.command.name, arguments.parameters, host);
-      if (arguments.filesFolder)
-        result = withFilesIn(run.directory / *arguments.filesFolder, std::move(result));
-      co_return shown(result, run);
-    } catch (const intents::NeedsValue& thrown) {
-      missing = thrown;
-    }
-    std::optional<std::string> answer = co_await caller.ask(missing->question());
-    if (!answer)
-      throw intents::NeedsValue(*missing);
-    std::erase_if(arguments.parameters, [&](const auto& given) { return given.first == missing->parameter(); });
-    arguments.parameters.emplace_back(missing->parameter(), std::move(*answer));
+  const auto action = catalogue.make(run.command.name);
+  for (const ParameterFile& wanted : arguments.files) {
+    auto& [name, text] = arguments.parameters[wanted.parameter];
+    text = co_await caller.read(wanted.file);
+    if (action->findParameter(name)->declaration().type.kind == intents::ValueKind::entity)
+      requireContent(wanted, name, text);
   }
+  const bool isForEach = run.command.isForEach || arguments.isForEach;
+  std::optional<GivenList> list;
+  if (isForEach)
+    list = listForEach(*action, arguments.parameters);
+  else
+    requireNoList(*action, arguments.parameters);
+  Running running(catalogue, std::move(run), std::move(arguments), caller);
+  if (!list)
+    co_return co_await running.once();
+  co_await running.forEach(std::move(*list));
+  co_return std::string();
 }
 
 } // namespace tabwright::app

@@ -20,21 +20,25 @@ public:
   /// The whole of a file, by its path as the user wrote it, or of standard input for "-". Throws `UsageError`.
   virtual platform::Task<std::string> read(std::string file) = 0;
 
+  /// Whether there is somebody to ask, at a terminal.
+  [[nodiscard]] virtual bool canAsk() const = 0;
   /// Asks the user a question and yields the line typed; nothing when there is nobody to ask.
   virtual platform::Task<std::optional<std::string>> ask(std::string question) = 0;
 
-  /// Takes what goes to standard error beside a result.
-  virtual void tell(std::string text) = 0;
+  /// Puts texts onto standard output and standard error, at once. Never throws in the background host, whose client may
+  /// be gone.
+  virtual void print(std::string output, std::string error) = 0;
 };
 
 /// One run as a command line orders it.
 struct ActionRun {
   RunCommand command;
-  std::filesystem::path directory;          ///< where relative paths of folders start
-  std::optional<std::size_t> terminalWidth; ///< cells of the terminal that the result is shown on; nothing: no terminal
+  std::filesystem::path directory; ///< where relative paths of folders start
+  bool isShownOnTerminal = false;  ///< whether standard output is one
+  std::size_t terminalWidth = 80;  ///< its cells, or those of the terminal that questions are shown on
 };
 
-/// The command in the words behind `tabwright run`: perhaps `--json`, then the action, then its parameters.
+/// The command in the words behind `tabwright run`: perhaps `--json` or `--each`, then the action, then its parameters.
 /// Throws `UsageError` when there is no action among them.
 [[nodiscard]] RunCommand runCommandIn(const std::vector<std::string>& words);
 
@@ -42,9 +46,11 @@ struct ActionRun {
 [[nodiscard]] bool wantsJson(const RunCommand& command);
 
 /// Reads the parameters, performs the action, and yields what goes to standard output: the result in the form asked
-/// for, or the action's help. A missing value is asked for, and the action started again with the answer.
+/// for, or the action's help. A missing value is asked for, and the action started again with the answer. With `--each`
+/// results, and failures with the items that they belong to, are printed as they come, and nothing is left to yield.
 ///
-/// Throws the action's failure; what a command line does wrong is a `UsageError`. Cancelling stops the script.
+/// Throws the action's failure, or `EachFailure` at the end when some of several failed; what a command line does wrong
+/// is a `UsageError`. Cancelling stops the script, and all that would follow.
 platform::Task<std::string> runAction(const host::Catalogue& catalogue, ActionRun run, RunCaller& caller);
 
 } // namespace tabwright::app

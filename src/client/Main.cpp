@@ -56,7 +56,7 @@ bool namesOwnDescriptor(std::string_view word) {
 /// something else where they stand only cost the way through the host.
 bool isForHost(const std::vector<std::string>& words) {
   std::size_t name = 0;
-  while (name < words.size() && words[name] == "--json")
+  while (name < words.size() && (words[name] == "--json" || words[name] == "--each"))
     ++name;
   if (name == words.size() || words[name].starts_with("-")) // a question about “run” itself, or a mistake
     return false;

@@ -22,6 +22,7 @@ struct RunCommand {
   std::string name;
   std::vector<std::string> parameters; ///< as they stand behind the name
   OutputForm output = OutputForm::automatic;
+  bool isForEach = false; ///< the action runs for each item of a list
 };
 /// `tabwright run`: performs an action and prints its result. Asks for a missing value when standard input is a
 /// terminal.

@@ -1,14 +1,13 @@
 // The action runs in this process, whose terminal, files and standard input are the caller's own.
 #include "app/Composition.h"
 #include "app/Interruptible.h"
-#include "app/ResultView.h"
 #include "app/RunAction.h"
 #include "app/TerminalHost.h"
 #include "app/TextInput.h"
 #include "app/commands/Commands.h"
+#include "client/CallerSide.h"
 
 #include <iostream>
-#include <unistd.h>
 #include <utility>
 
 namespace tabwright::app {
@@ -16,13 +15,29 @@ namespace {
 
 class ThisProcess final : public RunCaller {
 public:
+  explicit ThisProcess(client::WaitingLine* waiting) : waiting_(waiting) {}
+
   platform::Task<std::string> read(std::string file) override {
     co_return file == "-" ? readStandardInput() : readTextFile(file);
   }
+  [[nodiscard]] bool canAsk() const override { return TerminalHost::isTerminal(); }
   platform::Task<std::optional<std::string>> ask(std::string question) override {
-    co_return co_await TerminalHost::askInterruptibly(std::move(question));
+    if (waiting_)
+      waiting_->hold();
+    std::optional<std::string> answer = co_await TerminalHost::askInterruptibly(std::move(question));
+    if (waiting_)
+      waiting_->resume();
+    co_return answer;
   }
-  void tell(std::string text) override { std::cerr << text; }
+  void print(std::string output, std::string error) override {
+    if (waiting_)
+      waiting_->erase();
+    std::cout << output << std::flush;
+    std::cerr << error;
+  }
+
+private:
+  client::WaitingLine* const waiting_;
 };
 
 platform::Task<void> runAndKeep(const host::Catalogue& catalogue, ActionRun run, RunCaller& caller,
@@ -34,12 +49,15 @@ platform::Task<void> runAndKeep(const host::Catalogue& catalogue, ActionRun run,
 
 ExitCode run(RunCommand command) {
   Composition composition;
-  ThisProcess caller;
-  ActionRun run{.command = std::move(command), .directory = {}, .terminalWidth = {}};
-  if (::isatty(STDOUT_FILENO) == 1)
-    run.terminalWidth = terminalWidth();
+  const auto waiting = client::waitingLineAtTerminal(command.name);
+  ThisProcess caller(waiting.get());
+  const client::TerminalFacts terminal = client::terminalFacts();
+  ActionRun run{.command = std::move(command),
+                .directory = {},
+                .isShownOnTerminal = terminal.isOutput,
+                .terminalWidth = static_cast<std::size_t>(terminal.width)};
   std::string output;
-  runInterruptibly(runAndKeep(composition.catalogue(), std::move(run), caller, output));
+  runInterruptibly(runAndKeep(composition.catalogue(), std::move(run), caller, output), waiting.get());
   std::cout << output;
   return ExitCode::done;
 }

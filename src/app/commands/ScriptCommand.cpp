@@ -3,6 +3,7 @@
 #include "app/commands/Commands.h"
 #include "host/ActionHelp.h"
 #include "host/Perform.h"
+#include "intents/UsageError.h"
 
 #include <iostream>
 
@@ -15,6 +16,8 @@ ExitCode script(const ScriptCommand& command) {
     std::cout << host::actionHelp(composition.catalogue(), command.name);
     return ExitCode::done;
   }
+  if (arguments.isForEach)
+    throw intents::UsageError("--each belongs to “tabwright run”: a program is of one run.");
   // No line feed is added: the output is the file, byte for byte.
   std::cout << host::scriptText(composition.catalogue(), command.name, arguments.parameters) << std::flush;
   return ExitCode::done;

@@ -2,11 +2,11 @@
 #include "app/FailureReport.h"
 #include "app/Interruptible.h"
 #include "app/PlacedText.h"
-#include "app/ResultView.h"
 #include "app/TerminalHost.h"
 #include "app/TextInput.h"
 #include "app/WorkflowProgress.h"
 #include "app/commands/Commands.h"
+#include "client/CallerSide.h"
 #include "host/FailureWords.h"
 #include "host/workflow/StepWords.h"
 #include "host/workflow/WorkflowCheck.h"
@@ -18,7 +18,6 @@
 #include <iostream>
 #include <map>
 #include <memory>
-#include <unistd.h>
 
 namespace tabwright::app {
 
@@ -39,9 +38,11 @@ std::map<std::string, std::string> givenVariables(const std::vector<std::string>
 }
 
 std::unique_ptr<flow::WorkflowObserver> observer(const std::string& title, const platform::Clock& clock) {
-  if (::isatty(STDERR_FILENO) != 1)
+  const client::TerminalFacts terminal = client::terminalFacts();
+  if (!terminal.isError)
     return std::make_unique<WorkflowOutput>(std::cout, std::cerr);
-  auto progress = std::make_unique<WorkflowProgress>(std::cerr, terminalWidth(), std::cout, clock);
+  auto progress =
+      std::make_unique<WorkflowProgress>(std::cerr, static_cast<std::size_t>(terminal.width), std::cout, clock);
   progress->showTitle(title);
   return progress;
 }

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "host/Catalogue.h"
+#include "host/Perform.h"
+#include "intents/ActionHost.h"
+#include "platform/Task.h"
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <string>
+
+namespace tabwright::app {
+
+/// The tabs or windows of a browser as its actions list them: what may be chosen where one is asked for. `browser` is
+/// written as on a command line; the frontmost one when it is empty. Nothing for a type that can't be listed. Throws
+/// what the action throws. `catalogue` and `host` outlive it.
+platform::Task<std::optional<host::ActionResult>> listing(const host::Catalogue& catalogue, intents::ValueType type,
+                                                          std::string browser, intents::ActionHost& host);
+
+/// Where a tab stands among the windows, which the tab itself doesn't say.
+struct TabPlace {
+  std::size_t window = 1; ///< 1 is in front
+  bool isActive = false;  ///< it is the one that its window shows
+};
+/// By `fullID`.
+using TabPlaces = std::map<std::string, TabPlace, std::less<>>;
+
+/// The places of the tabs in a list of them, all of one browser. Empty for other results, and where they can't be told.
+platform::Task<TabPlaces> placesOf(const host::Catalogue& catalogue, const host::ActionResult& tabs,
+                                   intents::ActionHost& host);
+
+/// The reference of a tab or window as people write it, with the browser's short name: "chromium:8".
+[[nodiscard]] std::string shortReference(std::string_view fullID);
+
+} // namespace tabwright::app

@@ -1,0 +1,72 @@
+#include "app/Choice.h"
+
+#include "app/BrowserListing.h"
+#include "app/ResultView.h"
+#include "platform/AsciiCase.h"
+
+#include <boost/json/array.hpp>
+#include <boost/json/serialize.hpp>
+#include <fmt/core.h>
+
+#include <charconv>
+#include <string_view>
+#include <utility>
+
+namespace tabwright::app {
+namespace {
+
+std::string browserAmong(const host::ParameterTexts& parameters) {
+  for (const auto& [name, text] : parameters) {
+    if (platform::equalIgnoringCase(name, "targetContext"))
+      return text;
+  }
+  return {};
+}
+
+// The number that an answer is, blanks around it left out; nothing for other texts.
+std::optional<std::size_t> numberIn(std::string_view answer) {
+  const std::size_t start = answer.find_first_not_of(" \t");
+  const std::size_t end = answer.find_last_not_of(" \t");
+  std::size_t number = 0;
+  if (start == std::string_view::npos)
+    return std::nullopt;
+  const auto [rest, error] = std::from_chars(answer.data() + start, answer.data() + end + 1, number);
+  if (error != std::errc{} || rest != answer.data() + end + 1)
+    return std::nullopt;
+  return number;
+}
+
+} // namespace
+
+platform::Task<std::optional<std::string>> askForValue(const host::Catalogue& catalogue, const ActionRun& run,
+                                                       const host::ParameterTexts& parameters,
+                                                       const intents::NeedsValue& missing, RunCaller& caller,
+                                                       intents::ActionHost& host) {
+  if (!caller.canAsk())
+    co_return std::nullopt;
+  const auto action = catalogue.make(run.command.name);
+  const intents::ParameterBase* parameter = action->findParameter(missing.parameter());
+  std::optional<host::ActionResult> items;
+  if (parameter)
+    items = co_await listing(catalogue, parameter->declaration().type, browserAmong(parameters), host);
+  const boost::json::array* choices = items ? items->value.if_array() : nullptr;
+  if (!choices || choices->empty())
+    co_return co_await caller.ask(missing.question());
+  TableAdditions additions;
+  additions.isNumbered = true;
+  additions.places = co_await placesOf(catalogue, *items, host);
+  const std::string prompt = fmt::format("{} [1-{}]", missing.question(), choices->size());
+  std::string question = resultView(*items, run.terminalWidth, additions) + prompt;
+  for (;;) {
+    std::optional<std::string> answer = co_await caller.ask(std::exchange(question, prompt));
+    if (!answer)
+      co_return std::nullopt;
+    const std::optional<std::size_t> number = numberIn(*answer);
+    if (!number && answer->find_first_not_of(" \t") != std::string::npos)
+      co_return std::move(answer); // a reference
+    if (number && *number >= 1 && *number <= choices->size())
+      co_return boost::json::serialize((*choices)[*number - 1]);
+  }
+}
+
+} // namespace tabwright::app

@@ -1,0 +1,85 @@
+#include "app/EachItem.h"
+
+#include "intents/EntityDeclaration.h"
+#include "intents/UsageError.h"
+#include "intents/ValueError.h"
+#include "platform/TerminalCells.h"
+
+#include <boost/json/parse.hpp>
+#include <boost/json/serialize.hpp>
+#include <fmt/core.h>
+
+#include <vector>
+
+namespace tabwright::app {
+namespace {
+
+using intents::UsageError;
+using intents::ValueKind;
+
+constexpr std::size_t longestName = 60;
+
+std::optional<boost::json::array> listIn(const std::string& text) {
+  boost::system::error_code failed;
+  boost::json::value value = boost::json::parse(text, failed);
+  if (failed || !value.is_array())
+    return std::nullopt;
+  return std::move(value.get_array());
+}
+
+std::vector<GivenList> listsOf(const intents::Intent& action, const host::ParameterTexts& parameters, bool ofEntities) {
+  std::vector<GivenList> lists;
+  for (std::size_t place = 0; place < parameters.size(); ++place) {
+    const intents::ParameterBase* parameter = action.findParameter(parameters[place].first);
+    if (!parameter || parameter->declaration().type.isList || parameter->declaration().type.kind == ValueKind::file ||
+        (parameter->declaration().type.kind == ValueKind::entity) != ofEntities)
+      continue;
+    if (std::optional<boost::json::array> items = listIn(parameters[place].second))
+      lists.push_back({.parameter = place, .items = std::move(*items)});
+  }
+  return lists;
+}
+
+} // namespace
+
+GivenList listForEach(const intents::Intent& action, const host::ParameterTexts& parameters) {
+  for (const bool ofEntities : {true, false}) {
+    std::vector<GivenList> lists = listsOf(action, parameters, ofEntities);
+    if (lists.size() > 1)
+      throw UsageError(fmt::format("--each takes the items of one list, but {} and {} are both lists.",
+                                   parameters[lists[0].parameter].first, parameters[lists[1].parameter].first));
+    if (lists.size() == 1)
+      return std::move(lists.front());
+  }
+  throw UsageError(fmt::format("--each needs a list: give one for a parameter of {}, such as --targetTab - behind a "
+                               "pipe from GetListOfTabs.",
+                               action.name()));
+}
+
+void requireNoList(const intents::Intent& action, const host::ParameterTexts& parameters) {
+  for (const GivenList& list : listsOf(action, parameters, true)) {
+    const std::string& name = parameters[list.parameter].first;
+    if (list.items.empty())
+      throw UsageError(fmt::format("{} needs a value, but the list given for it is empty: nothing was found.", name));
+    if (list.items.size() > 1)
+      throw UsageError(fmt::format("{} takes one item, and a list of {} was given. With --each behind it, {} runs for "
+                                   "each of them.",
+                                   name, list.items.size(), action.name()));
+  }
+}
+
+std::string textOfItem(const boost::json::value& item) {
+  return item.is_string() ? std::string(item.get_string()) : boost::json::serialize(item);
+}
+
+std::string nameOfItem(const intents::ValueType& type, const boost::json::value& item) {
+  std::string name = textOfItem(item);
+  try {
+    if (type.entity && item.is_object())
+      name = type.entity->displayRepresentation(item);
+  } catch (const intents::ValueError&) { // which the run itself will tell
+  }
+  return platform::fitted(platform::onOneLine(name), longestName);
+}
+
+} // namespace tabwright::app
