@@ -1,12 +1,14 @@
 #include "app/BrowserLauncher.h"
 
 #include "devtools/Discovery.h"
+#include "intents/UsageError.h"
 #include "platform/FileFailure.h"
 #include "platform/linux/BaseDirectories.h"
 #include "platform/linux/BrowserExecutable.h"
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <condition_variable>
 #include <csignal>
@@ -14,6 +16,7 @@
 #include <mutex>
 #include <optional>
 #include <spawn.h>
+#include <string_view>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -26,6 +29,42 @@ namespace tabwright::app {
 namespace {
 
 using platform::RunningBrowser;
+
+/// Switches whose value is a program that the browser starts, or the words before it.
+constexpr std::string_view programSwitches[]{"browser-subprocess-path", "gpu-launcher",          "nacl-gdb",
+                                             "plugin-launcher",         "ppapi-plugin-launcher", "renderer-cmd-prefix",
+                                             "utility-cmd-prefix",      "zygote-cmd-prefix"};
+
+constexpr std::string_view blanks = " \t\n\v\f\r"; // which browsers take away around a word
+
+bool isSwitch(std::string_view word) {
+  const std::size_t start = word.find_first_not_of(blanks);
+  return start != std::string_view::npos && word[start] == '-';
+}
+
+std::string_view switchName(std::string_view word) {
+  const std::size_t start = word.find_first_not_of(" \t\n\v\f\r-");
+  if (start == std::string_view::npos)
+    return {};
+  word.remove_prefix(start);
+  return word.substr(0, word.find_first_of("= \t\n\v\f\r"));
+}
+
+void requireHarmless(const BrowserLaunch& launch) {
+  if (isSwitch(launch.address))
+    throw intents::UsageError(
+        fmt::format("“{}” is no address: it begins as a switch does. Switches for the browser stand "
+                    "behind “--”.",
+                    launch.address));
+  for (const std::string& word : launch.switches) {
+    const std::string_view name = switchName(word);
+    if (isSwitch(word) && std::ranges::find(programSwitches, name) != std::end(programSwitches))
+      throw intents::UsageError(
+          fmt::format("The switch --{} makes the browser run a program: it can’t be passed on. Start "
+                      "the browser yourself, with --remote-debugging-port=0, if you need it.",
+                      name));
+  }
+}
 
 std::optional<RunningBrowser> findRunning(const BrowserLaunch& launch) {
   for (const RunningBrowser& browser : platform::RunningBrowsers().find(*launch.facts)) {
@@ -94,6 +133,7 @@ bool accepts(const RunningBrowser& browser) {
 
 LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem::path& logFile,
                               std::chrono::seconds patience, const std::stop_token& stop) {
+  requireHarmless(launch);
   const std::optional<std::filesystem::path> executable = platform::findExecutable(*launch.facts);
   if (!executable)
     throw NoBrowser(fmt::format("{} isn’t installed: none of its programs is on the PATH.", launch.facts->name));

@@ -44,6 +44,8 @@ private:
 /// Starts a browser in a session of its own, with remote debugging on and its output in `logFile`, and returns when it
 /// accepts connections. The browser outlives this process.
 ///
+/// Throws `UsageError` for an address that the browser would take for a switch, and for a switch that makes it run
+/// another program: whoever passes on words of others, such as an address behind "--", is not to run what they name.
 /// Throws NoBrowser when it isn't installed, ends at once, or accepts nothing within `patience`; it is not left running
 /// then. A requested stop ends the wait likewise.
 [[nodiscard]] LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem::path& logFile,

@@ -119,7 +119,8 @@ void declareBrowser(CLI::App& program, Choices& choices) {
   operand(*browser, "ADDRESS", choices.address, "A page to open");
   browser->add_flag("--headless", choices.browser.isHeadless, "Without a window");
   browser->add_flag("--json", choices.isJson, "Print what was started as JSON");
-  browser->footer("Words behind “--” go to the browser as they are.");
+  browser->footer(
+      "Words behind “--” go to the browser as they are: its own switches, but for those that run a program.");
   browser->callback([&choices] {
     if (!choices.address.empty())
       choices.browser.address = choices.address;

@@ -42,7 +42,8 @@ void addOptions(Completion& completion, const CLI::App& command) {
   }
 }
 
-void addValues(Completion& completion, const intents::ParameterDeclaration& declaration) {
+void addValues(Completion& completion, const intents::ParameterDeclaration& declaration,
+               const CandidateSource& things) {
   switch (declaration.type.kind) {
   case ValueKind::boolean:
     add(completion, "true", "");
@@ -58,6 +59,9 @@ void addValues(Completion& completion, const intents::ParameterDeclaration& decl
         for (const intents::Option& option : section.options)
           add(completion, option.text, option.title);
       }
+    } else if (declaration.type.kind == ValueKind::entity && things) {
+      for (const Candidate& thing : things(declaration.type))
+        add(completion, thing.word, thing.meaning);
     }
   }
 }
@@ -73,7 +77,7 @@ bool isOption(const std::string& word) {
 
 // The parameters of an action, of which the words before the last were given already.
 Completion parameterCompletion(const CLI::App& command, const host::Catalogue& catalogue, const std::string& name,
-                               Words given, const std::string& last) {
+                               Words given, const std::string& last, const CandidateSource& things) {
   Completion completion;
   std::unique_ptr<actions::ActionFrame> action;
   try {
@@ -94,14 +98,14 @@ Completion parameterCompletion(const CLI::App& command, const host::Catalogue& c
   }
   if (const std::size_t equals = last.find('='); !waiting && isOption(last) && equals != std::string::npos) {
     if (const ParameterBase* parameter = action->findParameter(nameOf(last))) {
-      addValues(completion, parameter->declaration());
+      addValues(completion, parameter->declaration(), things);
       for (Candidate& candidate : completion.candidates)
         candidate.word.insert(0, last, 0, equals + 1);
     }
     return completion;
   }
   if (waiting) {
-    addValues(completion, waiting->declaration());
+    addValues(completion, waiting->declaration(), things);
     completion.takesFiles = waiting->declaration().type.kind == ValueKind::file || last.starts_with('@');
     if (waiting->declaration().type.kind != ValueKind::boolean)
       return completion;
@@ -137,7 +141,7 @@ void addOperand(Completion& completion, const CLI::App& program, const std::stri
 }
 
 Completion commandCompletion(const CLI::App& command, const host::Catalogue& catalogue, Words given,
-                             const std::string& last) {
+                             const std::string& last, const CandidateSource& things) {
   std::vector<const CLI::Option*> positionals;
   for (const CLI::Option* option : command.get_options()) {
     if (option->get_positional())
@@ -148,7 +152,7 @@ Completion commandCompletion(const CLI::App& command, const host::Catalogue& cat
   const bool takesParameters = command.get_prefix_command();
   if (takesParameters && operandWords > 0) {
     const auto action = std::ranges::find_if(given, [](const std::string& word) { return !word.starts_with('-'); });
-    return parameterCompletion(command, catalogue, *action, {action + 1, given.end()}, last);
+    return parameterCompletion(command, catalogue, *action, {action + 1, given.end()}, last, things);
   }
   Completion completion;
   if (operandWords < positionals.size() && !isOption(last))
@@ -159,13 +163,13 @@ Completion commandCompletion(const CLI::App& command, const host::Catalogue& cat
 }
 
 Completion anyCompletion(const CLI::App& program, const host::Catalogue& catalogue, Words given,
-                         const std::string& last) {
+                         const std::string& last, const CandidateSource& things) {
   const auto commands = program.get_subcommands([](const CLI::App*) { return true; });
   for (std::size_t index = 0; index < given.size(); ++index) {
     const auto command =
         std::ranges::find(commands, given[index], [](const CLI::App* each) { return each->get_name(); });
     if (command != commands.end())
-      return commandCompletion(**command, catalogue, given.subspan(index + 1), last);
+      return commandCompletion(**command, catalogue, given.subspan(index + 1), last, things);
   }
   Completion completion;
   if (!given.empty() && given.back() == "--log-level") {
@@ -185,10 +189,10 @@ Completion anyCompletion(const CLI::App& program, const host::Catalogue& catalog
 } // namespace
 
 Completion completionOf(const CLI::App& program, const host::Catalogue& catalogue,
-                        const std::vector<std::string>& words) {
+                        const std::vector<std::string>& words, const CandidateSource& things) {
   const std::string last = words.empty() ? std::string() : words.back();
   const Words given(words.data(), words.empty() ? 0 : words.size() - 1);
-  Completion completion = anyCompletion(program, catalogue, given, last);
+  Completion completion = anyCompletion(program, catalogue, given, last, things);
   std::erase_if(completion.candidates, [&](const Candidate& candidate) { return !candidate.word.starts_with(last); });
   return completion;
 }

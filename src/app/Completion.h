@@ -1,7 +1,9 @@
 #pragma once
 
 #include "host/Catalogue.h"
+#include "intents/ValueType.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -25,11 +27,14 @@ struct Completion {
   bool takesFiles = false; ///< names of files may stand there, too
 };
 
+/// The tabs or windows that there are, for a parameter of that type. Asked only where one may stand; may be empty.
+using CandidateSource = std::function<std::vector<Candidate>(const intents::ValueType& type)>;
+
 /// What may stand in place of the last of `words`, which are those behind the program's name; the last one is empty
 /// when nothing of it has been typed. Only candidates that begin as the last word does. Commands and options come from
-/// the declared `program`; actions, parameters and choices from the catalogue. Never throws for words that make no
-/// sense: nothing is offered for them.
+/// the declared `program`; actions, parameters and choices from the catalogue; tabs and windows from `things`. Never
+/// throws for words that make no sense: nothing is offered for them.
 [[nodiscard]] Completion completionOf(const CLI::App& program, const host::Catalogue& catalogue,
-                                      const std::vector<std::string>& words);
+                                      const std::vector<std::string>& words, const CandidateSource& things = {});
 
 } // namespace tabwright::app

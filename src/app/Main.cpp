@@ -6,8 +6,23 @@
 #include <cstdlib>
 #include <malloc.h>
 #include <string_view>
+#include <sys/resource.h>
+
+namespace {
+
+// Many connections need many descriptors, and what this process may have it may take by itself.
+void takeAllDescriptors() {
+  rlimit limit{};
+  if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
+    return;
+  limit.rlim_cur = limit.rlim_max;
+  ::setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+} // namespace
 
 int main(int argumentCount, char** arguments) {
+  takeAllDescriptors();
   if (argumentCount == 3 && std::string_view(arguments[1]) == tabwright::client::handover::command) {
     ::mallopt(M_ARENA_MAX, 2); // memory that one thread is done with is of use to the others
     // JavaScriptCore checks syntax here and runs nothing; to prepare its compilers costs 2 MB. It reads this when it is

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace tabwright::client {
@@ -17,6 +18,16 @@ namespace {
 
 std::string folderOf(const std::string& path) {
   return path.substr(0, path.rfind('/'));
+}
+
+// A host that may open only a few files would take for missing what it can't look at.
+void requireDescriptors() {
+  constexpr rlim_t needed = 256;
+  rlimit limit{};
+  if (::getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_max < needed)
+    throw HostUnavailable("Only " + std::to_string(limit.rlim_max) +
+                          " files may be open at once (ulimit -n), and the " + "background host needs " +
+                          std::to_string(needed));
 }
 
 HostUnavailable notStarted(const std::string& program, int error) {
@@ -42,6 +53,7 @@ void becomeHostProgram(const std::string& hostProgram, char** arguments) {
 }
 
 void startHost(const std::string& hostProgram, const std::string& socketPath, int socket, int lock) {
+  requireDescriptors();
   // Copies out of the way of the numbers that they get in the host.
   constexpr int outOfTheWay = handover::lockDescriptor + 1;
   const int socketCopy = ::fcntl(socket, F_DUPFD_CLOEXEC, outOfTheWay);
