@@ -117,6 +117,7 @@ private:
 template <class Entity, class Selection>
 void ActionFrame::takeTargetFrom(const Parameter<Entity>& entity, const Parameter<Selection>& selection,
                                  Selection choice, Parameter<engine::TargetContext>& targetContext) {
+  declare({&entity, intents::is(selection, choice)});
   require([&entity, &selection, choice, &targetContext] {
     if (*selection == choice)
       targetContext.set((*entity).targetContext);

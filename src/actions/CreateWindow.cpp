@@ -58,22 +58,24 @@ private:
     return platform::isBlank(text) ? std::string() : text;
   }
 
-  // The URL goes into the text as it is: `isUsableURL` stands before it.
   [[nodiscard]] std::string scriptBody() const override {
     if (!isSafari(*targetContext))
       return chromiumBody();
     switch (*windowType) {
     case WindowType::privateWindow:
-      return engine::joinedLines({"activate\n"
-                                  "if my __createPrivateWindow() then\n"
-                                  "  delay 0.4",
-                                  engine::AppleScriptSnippets::frontVariables(),
-                                  url().empty() ? "" : "set URL of FRONT_TAB to \"" + url() + "\"",
-                                  "  return success(my makeBrowserWindowData(FRONT_WINDOW))\n"
-                                  "end if"});
+      return engine::joinedLines(
+          {"activate\n"
+           "if my __createPrivateWindow() then\n"
+           "  delay 0.4",
+           engine::AppleScriptSnippets::frontVariables(),
+           url().empty() ? "" : "set URL of FRONT_TAB to \"" + engine::escapeForLiteral(url()) + "\"",
+           "  return success(my makeBrowserWindowData(FRONT_WINDOW))\n"
+           "end if"});
     case WindowType::standardWindow:
       return engine::joinedLines(
-          {"activate", url().empty() ? "make document" : "make document with properties {URL: \"" + url() + "\"}",
+          {"activate",
+           url().empty() ? "make document"
+                         : "make document with properties {URL: \"" + engine::escapeForLiteral(url()) + "\"}",
            "return success(my makeBrowserWindowData(front window))"});
     }
     return {};
@@ -81,12 +83,13 @@ private:
 
   [[nodiscard]] std::string chromiumBody() const {
     const std::string mode = *windowType == WindowType::privateWindow ? "incognito" : "normal";
-    return engine::joinedLines({"set nativeWindow to make window with properties {   mode: \"" + mode +
-                                    "\",   given name: \"" + nameWithEscapedQuotes() +
-                                    "\" }\n"
-                                    "delay 0.2",
-                                url().empty() ? "" : "set URL of first tab in nativeWindow to \"" + url() + "\"",
-                                "return success(my makeBrowserWindowData(nativeWindow))"});
+    return engine::joinedLines(
+        {"set nativeWindow to make window with properties {   mode: \"" + mode + "\",   given name: \"" +
+             nameWithEscapedQuotes() +
+             "\" }\n"
+             "delay 0.2",
+         url().empty() ? "" : "set URL of first tab in nativeWindow to \"" + engine::escapeForLiteral(url()) + "\"",
+         "return success(my makeBrowserWindowData(nativeWindow))"});
   }
 
   // Quotes of the name are escaped and its backslashes are not, so they begin escapes of the literal's own: what would

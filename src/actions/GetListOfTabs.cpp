@@ -32,6 +32,8 @@ public:
   explicit GetListOfTabs(const ActionServices& services)
       : ScriptAction(services, "GetListOfTabs", intents::tables::browserTabs) {
     aimAt(targetContext);
+    declare({&pageURL, is(urlFilter, Filter::ignore), intents::Dependence::Counts::unlessItHolds});
+    declare({&pageTitle, is(titleFilter, Filter::ignore), intents::Dependence::Counts::unlessItHolds});
     summarise({
         {.when = {is(urlFilter, Filter::ignore), is(titleFilter, Filter::ignore)},
          .key = "urlFilter.ignore.titleFilter.ignore",

@@ -40,6 +40,7 @@ public:
   explicit GetListOfWindows(const ActionServices& services)
       : ScriptAction(services, "GetListOfWindows", intents::tables::browserWindows) {
     aimAt(targetContext);
+    declare({&title, is(titleFilter, TitleFilter::ignore), intents::Dependence::Counts::unlessItHolds});
     summarise({
         {.when = {is(titleFilter, TitleFilter::ignore)},
          .key = "titleFilter.ignore",

@@ -4,6 +4,7 @@
 #include "actions/PageJob.h"
 #include "actions/enums/SetFormFieldsOptions.h"
 #include "intents/IntentFile.h"
+#include "platform/JSONFailure.h"
 #include "platform/NormalisedJSON.h"
 
 namespace tabwright::actions {
@@ -36,10 +37,18 @@ public:
   }
 
 private:
+  [[nodiscard]] std::string document() const {
+    try {
+      return platform::normalisedJSON(inputDict->data);
+    } catch (const platform::JSONFailure& failure) {
+      throw failure.named(inputDict.name());
+    }
+  }
+
   [[nodiscard]] std::string scriptBody() const override {
     const std::string strategy(intents::enumCase(*formFieldsSelection).rawValue);
-    return pageJob(tab, "return [\n  setFormFields(\n    " + platform::normalisedJSON(inputDict->data) + ",\n    \"" +
-                            strategy + "\",\n    " + javascriptText(*shouldFireChangeEvent) + ",\n    " +
+    return pageJob(tab, "return [\n  setFormFields(\n    " + document() + ",\n    \"" + strategy + "\",\n    " +
+                            javascriptText(*shouldFireChangeEvent) + ",\n    " +
                             javascriptText(*shouldSubmitParentForm) + "\n  )\n]");
   }
 };

@@ -148,7 +148,10 @@ platform::Task<void> Scriptacular::resolveFrontmostBrowser() {
     co_return;
   if (!services_.frontmostResolver)
     throw platform::failure(AppleScriptRuntimeError::frontAppIsNotABrowser);
-  TargetContext browser = co_await services_.frontmostResolver->resolve(*this);
+  // The lookup is a program of its own whose handler takes nothing, so this one's arguments stay here.
+  Scriptacular lookup(services_, "", {}, targetContext_, TellSystemEvents::no);
+  lookup.isOnboarding_ = isOnboarding_;
+  TargetContext browser = co_await services_.frontmostResolver->resolve(lookup);
   targetContext_ = std::move(browser);
 }
 

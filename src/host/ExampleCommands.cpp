@@ -36,6 +36,14 @@ ExampleCommand completed(intents::Intent& action, ParameterTexts chosen, Fill fi
     parameter->setText(text);
     example.parameters.emplace_back(parameter->name(), text);
   }
+  // A tab or window that is given makes the choice that it needs.
+  for (const auto& [parameter, condition, counts] : action.dependences()) {
+    const auto isOf = [](const intents::ParameterBase* one) {
+      return [one](const auto& given) { return given.first == one->name(); };
+    };
+    if (counts == intents::Dependence::Counts::whileItHolds && std::ranges::any_of(example.parameters, isOf(parameter)))
+      std::erase_if(example.parameters, isOf(condition.parameter));
+  }
   for (const auto& [name, text] : example.parameters)
     example.commandLine += " --" + name + " " + quotedForShell(text);
   return example;

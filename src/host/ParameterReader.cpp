@@ -6,19 +6,18 @@
 #include "platform/AsciiCase.h"
 
 #include <algorithm>
-#include <set>
+#include <type_traits>
 
 namespace tabwright::host {
 
 namespace {
 
 intents::ParameterBase& requireParameter(const intents::Intent& action, std::string_view name) {
+  if (intents::ParameterBase* const found = findParameter(action, name))
+    return *found;
   std::vector<std::string> names;
-  for (intents::ParameterBase* parameter : action.parameters()) {
-    if (platform::equalIgnoringCase(parameter->name(), name))
-      return *parameter;
+  for (const intents::ParameterBase* parameter : action.parameters())
     names.push_back(parameter->name());
-  }
   std::string all;
   for (const std::string& known : names)
     all += (all.empty() ? " Its parameters are " : ", ") + known;
@@ -26,35 +25,78 @@ intents::ParameterBase& requireParameter(const intents::Intent& action, std::str
                             didYouMean(name, names, all + "."));
 }
 
-// Reads named values one by one; `assign` hands a value to its parameter.
-template <class Values, class Assign>
-void readEach(const intents::Intent& action, const Values& values, Assign assign) {
-  std::set<const intents::ParameterBase*> given;
+// The choices of a parameter that can't take the text it was given, for a user who misspelt one.
+std::string nearestChoice(const intents::ParameterBase& parameter, std::string_view text) {
+  std::vector<std::string> choices;
+  const intents::ParameterDeclaration& declaration = parameter.declaration();
+  if (declaration.type.kind == intents::ValueKind::enumeration && !declaration.type.enumeration->isOfSeconds()) {
+    for (const intents::EnumCase& one : declaration.type.enumeration->cases)
+      choices.emplace_back(one.name);
+  }
+  for (const intents::OptionSection& section :
+       declaration.options ? declaration.options->results() : std::vector<intents::OptionSection>()) {
+    for (const intents::Option& option : section.options) {
+      if (std::ranges::find(choices, option.text) == choices.end())
+        choices.push_back(option.text);
+    }
+  }
+  return didYouMean(text, choices, "");
+}
+
+std::string_view textIn(const std::string& value) {
+  return value;
+}
+std::string_view textIn(const boost::json::value& value) {
+  const boost::json::string* text = value.if_string();
+  return text ? std::string_view(*text) : std::string_view();
+}
+
+void assign(intents::ParameterBase& parameter, const std::string& text) {
+  parameter.setText(text);
+}
+void assign(intents::ParameterBase& parameter, const boost::json::value& json) {
+  parameter.setJson(json);
+}
+
+// Hands each value to its parameter, and yields which were given.
+template <class Values>
+GivenParameters readEach(const intents::Intent& action, const Values& values) {
+  GivenParameters named;
+  GivenParameters given;
   for (const auto& [name, value] : values) {
     intents::ParameterBase& parameter = requireParameter(action, name);
-    if (!given.insert(&parameter).second)
+    if (!named.insert(&parameter).second)
       throw intents::UsageError(parameter.name() + " is given twice.");
+    if constexpr (std::is_same_v<std::decay_t<decltype(value)>, boost::json::value>) {
+      if (value.is_null())
+        continue;
+    }
     try {
       assign(parameter, value);
     } catch (const intents::ValueError& error) {
-      throw intents::UsageError(error.within(parameter.name()).errorDescription());
+      throw intents::UsageError(error.within(parameter.name()).errorDescription() +
+                                nearestChoice(parameter, textIn(value)));
     }
+    given.insert(&parameter);
   }
+  return given;
 }
 
 } // namespace
 
 void readParameters(intents::Intent& action, const ParameterValues& values) {
-  if (const auto* texts = std::get_if<ParameterTexts>(&values)) {
-    readEach(action, *texts,
-             [](intents::ParameterBase& parameter, const std::string& text) { parameter.setText(text); });
-    return;
-  }
-  readEach(action, std::get<boost::json::object>(values),
-           [](intents::ParameterBase& parameter, const boost::json::value& json) {
-             if (!json.is_null())
-               parameter.setJson(json);
-           });
+  settleOpenChoices(action, readParameterValues(action, values));
+}
+
+intents::ParameterBase* findParameter(const intents::Intent& action, std::string_view name) {
+  const auto found = std::ranges::find_if(action.parameters(), [name](const intents::ParameterBase* parameter) {
+    return platform::equalIgnoringCase(parameter->name(), name);
+  });
+  return found == action.parameters().end() ? nullptr : *found;
+}
+
+GivenParameters readParameterValues(intents::Intent& action, const ParameterValues& values) {
+  return std::visit([&action](const auto& named) { return readEach(action, named); }, values);
 }
 
 } // namespace tabwright::host

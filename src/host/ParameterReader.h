@@ -1,10 +1,12 @@
 #pragma once
 
+#include "host/OpenChoices.h"
 #include "intents/Intent.h"
 
 #include <boost/json/object.hpp>
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -25,8 +27,15 @@ using ParameterValues = std::variant<ParameterTexts, boost::json::object>;
 /// parameter.
 ///
 /// Throws `intents::UsageError`, having set some parameters and not others, for a name that the action doesn't have
-/// (with the nearest ones it has), a name given twice, and a value that doesn't fit (with what may stand there). Names
-/// go by letters; their case doesn't count.
+/// (with the nearest ones it has), a name given twice, a value that doesn't fit (with what may stand there), and a
+/// value that wouldn't count (as `settleOpenChoices` tells). Names go by letters; their case doesn't count.
 void readParameters(intents::Intent& action, const ParameterValues& values);
+
+/// The same of some values by themselves, whatever the others come to: choices that they leave open stay open. Yields
+/// the parameters that were given a value.
+GivenParameters readParameterValues(intents::Intent& action, const ParameterValues& values);
+
+/// The parameter of that name, in any case; null for none.
+[[nodiscard]] intents::ParameterBase* findParameter(const intents::Intent& action, std::string_view name);
 
 } // namespace tabwright::host

@@ -36,7 +36,7 @@ public:
         : declaration_{name, ValueTraits<Member>::type(), {}, presence},
           write_([member](const Entity& entity) { return ValueTraits<Member>::toJson(entity.*member); }),
           read_([member](Entity& entity, const boost::json::value& json) {
-            entity.*member = ValueTraits<Member>::fromJson(json);
+            entity.*member = propertyFromJson<Member>(json);
           }) {}
 
   private:

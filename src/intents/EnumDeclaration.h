@@ -29,8 +29,12 @@ struct EnumDeclaration {
   [[nodiscard]] LocalizedText typeCaption() const;
   [[nodiscard]] LocalizedText caption(const EnumCase& enumCase) const;
 
-  /// The case of that name or else of that raw value; null for others. A name wins, exact spelling counts.
+  /// The case of that name or else of that raw value; null for others. A name wins, exact spelling counts. Where the
+  /// raw values are numbers of seconds, a case is found by any spelling of its number: "5", "5.0", "5s", "5 s".
   [[nodiscard]] const EnumCase* find(std::string_view nameOrRawValue) const;
+  [[nodiscard]] const EnumCase* find(double seconds) const;
+  /// Whether the raw values are numbers of seconds.
+  [[nodiscard]] bool isOfSeconds() const;
 };
 
 /// The table that declares an enum: a row per enumerator, in the enumerators' order. Made once, beside the enum:

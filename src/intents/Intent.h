@@ -38,6 +38,8 @@ public:
   [[nodiscard]] ParameterBase* findParameter(std::string_view name) const;
   [[nodiscard]] const Summary& summary() const { return summary_; }
   [[nodiscard]] LocalizedText summaryText(const SummaryRow& row) const;
+  /// Which parameters count only for certain values of others, as the action's class declares it.
+  [[nodiscard]] const std::vector<Dependence>& dependences() const { return dependences_; }
   [[nodiscard]] virtual ValueType resultType() const = 0;
 
   /// The parameters that must be given and haven't been: required, shown by the summary as the values are now, and
@@ -54,6 +56,7 @@ protected:
 
   /// Sets the summary, once, in the constructor. Its last row must have no condition: `std::logic_error`.
   void summarise(std::vector<SummaryRow> rows);
+  void declare(Dependence dependence) { dependences_.push_back(std::move(dependence)); }
 
 private:
   friend ParameterBase;
@@ -62,6 +65,7 @@ private:
   std::string table_;
   std::vector<ParameterBase*> parameters_;
   Summary summary_;
+  std::vector<Dependence> dependences_;
 };
 
 } // namespace tabwright::intents

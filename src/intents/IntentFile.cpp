@@ -1,5 +1,5 @@
-// Files cross as JSON objects whose data is in base 64 (RFC 4648, with padding), since a file may hold any bytes. One
-// that has been written somewhere crosses by its path.
+// Results hold files as JSON objects whose data is in base 64 (RFC 4648, with padding), since a file may hold any
+// bytes.
 #include "intents/IntentFile.h"
 
 #include "intents/ValueTraits.h"
@@ -7,8 +7,7 @@
 #include <boost/json/serialize.hpp>
 
 #include <cstdint>
-#include <fstream>
-#include <iterator>
+#include <optional>
 
 namespace tabwright::intents {
 
@@ -51,14 +50,6 @@ std::optional<std::string> decoded(std::string_view text) {
   return data;
 }
 
-std::string contentOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::string data{std::istreambuf_iterator<char>(file), {}};
-  if (!file)
-    throw ValueError("names the file “" + path + "”, which can't be read.");
-  return data;
-}
-
 const boost::json::string* textField(const boost::json::object& object, std::string_view key) {
   const boost::json::value* field = object.if_contains(key);
   return field ? field->if_string() : nullptr;
@@ -73,21 +64,23 @@ boost::json::value ValueTraits<IntentFile>::toJson(const IntentFile& value) {
 IntentFile ValueTraits<IntentFile>::fromJson(const boost::json::value& json) {
   if (const boost::json::string* text = json.if_string())
     return fromText(*text);
+  if (json.is_object() || json.is_array())
+    return fromText(boost::json::serialize(json));
+  throw ValueError::unsuitable(json, "a JSON object, a list, or a text");
+}
+
+template <>
+std::optional<IntentFile> propertyFromJson(const boost::json::value& json) {
   if (const boost::json::object* object = json.if_object(); object && object->size() == 3) {
     const boost::json::string* filename = textField(*object, "filename");
     const boost::json::string* type = textField(*object, "type");
     const boost::json::string* data = textField(*object, "data");
-    const boost::json::string* path = textField(*object, "path");
-    if (filename && type && path)
-      return {.data = contentOf(std::string(*path)), .filename = std::string(*filename), .type = std::string(*type)};
-    if (filename && type && data) {
-      if (auto bytes = decoded(*data))
-        return {.data = std::move(*bytes), .filename = std::string(*filename), .type = std::string(*type)};
-    }
+    auto bytes = data ? decoded(*data) : std::nullopt;
+    if (filename && type && (bytes || textField(*object, "path")))
+      return IntentFile{
+          .data = std::move(bytes).value_or(""), .filename = std::string(*filename), .type = std::string(*type)};
   }
-  if (json.is_object() || json.is_array())
-    return fromText(boost::json::serialize(json));
-  throw ValueError::unsuitable(json, "a JSON object, a list, or a text");
+  throw ValueError::unsuitable(json, "a file as an action gave it: an object of filename, type and data or path");
 }
 
 IntentFile ValueTraits<IntentFile>::fromText(std::string_view text) {

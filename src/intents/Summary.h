@@ -25,6 +25,15 @@ template <DeclaredEnum Enum>
   return {&parameter, std::string(enumCase(value).name)};
 }
 
+/// A parameter that an action looks at only while another one has a certain case, or any case but that one.
+struct Dependence {
+  enum class Counts { whileItHolds, unlessItHolds };
+
+  const ParameterBase* parameter;
+  SummaryCondition condition;
+  Counts counts = Counts::whileItHolds;
+};
+
 /// One form of an action's summary.
 struct SummaryRow {
   std::vector<SummaryCondition> when;         ///< all must hold; none stands for always

@@ -4,6 +4,7 @@
 
 #include "intents/EntityDeclaration.h"
 #include "platform/AsciiCase.h"
+#include "platform/Whitespace.h"
 
 #include <boost/json/parse.hpp>
 
@@ -17,11 +18,21 @@ namespace {
 
 constexpr std::string_view wholeNumber = "a whole number";
 
+// "2.0" as people write it: "2".
+std::string_view withoutZeros(std::string_view decimal) {
+  if (decimal.find('.') == std::string_view::npos)
+    return decimal;
+  decimal = decimal.substr(0, decimal.find_last_not_of('0') + 1);
+  return decimal.ends_with('.') ? decimal.substr(0, decimal.size() - 1) : decimal;
+}
+
 std::string oneOf(const EnumDeclaration& declaration) {
-  std::string names = "one of ";
+  const bool isOfSeconds = declaration.isOfSeconds();
+  std::string choices = isOfSeconds ? "one of these seconds: " : "one of ";
   for (const EnumCase& enumCase : declaration.cases)
-    names += (enumCase.name == declaration.cases.front().name ? "" : ", ") + std::string(enumCase.name);
-  return names;
+    choices += (enumCase.name == declaration.cases.front().name ? "" : ", ") +
+               std::string(isOfSeconds ? withoutZeros(enumCase.rawValue) : enumCase.name);
+  return choices;
 }
 
 } // namespace
@@ -74,10 +85,15 @@ std::size_t detail::indexOfCase(const EnumDeclaration& declaration, std::string_
 std::size_t detail::indexOfCase(const EnumDeclaration& declaration, const boost::json::value& json) {
   if (const boost::json::string* text = json.if_string())
     return indexOfCase(declaration, std::string_view(*text));
+  // A number is as good as its text: agents and YAML write seconds so.
+  if (const EnumCase* found = json.is_number() ? declaration.find(json.to_number<double>()) : nullptr)
+    return static_cast<std::size_t>(found - declaration.cases.data());
   throw ValueError::unsuitable(json, oneOf(declaration));
 }
 
 boost::json::value detail::parseValue(std::string_view text, std::string_view expected) {
+  if (platform::isBlank(text))
+    throw ValueError("is empty: what should give it has given nothing. Give " + std::string(expected) + ".");
   boost::system::error_code failed;
   boost::json::value json = boost::json::parse(text, failed);
   if (failed)
@@ -89,6 +105,8 @@ const boost::json::value& detail::soleValue(const boost::json::value& json, std:
   const boost::json::array* list = json.if_array();
   if (!list)
     return json;
+  if (list->empty())
+    throw ValueError("is an empty list: what should give it has found nothing.");
   if (list->size() != 1)
     throw ValueError("can't be a list of " + std::to_string(list->size()) + " items; give " + std::string(expected) +
                      ".");

@@ -71,8 +71,9 @@ struct ValueTraits<std::int64_t> {
   static std::int64_t fromText(std::string_view text);
 };
 
-/// A file: the object `{"filename": ..., "type": ..., "data": ...}`, its data in base 64. It may be given by its
-/// content alone: a text, or in JSON any other object or list, which becomes a file of JSON.
+/// A file. A result holds it as the object `{"filename": ..., "type": ..., "data": ...}`, its data in base 64. What is
+/// given for a parameter is the content itself: a text, or any object or list, which becomes a file of JSON; whatever
+/// keys it has, it never names a file of the machine.
 template <>
 struct ValueTraits<IntentFile> {
   static ValueType type() { return {.kind = ValueKind::file}; }
@@ -94,6 +95,15 @@ const boost::json::value& soleValue(boost::json::value&& json, std::string_view 
 
 /// Throws a `ValueError` that names the first key which is no property, and what the properties are.
 void refuseUnknownProperties(const EntityDeclaration& declaration, const boost::json::object& object);
+
+/// A property of an entity that an action gave, from its JSON. It differs from a parameter's value for files alone.
+template <class T>
+[[nodiscard]] T propertyFromJson(const boost::json::value& json) {
+  return ValueTraits<T>::fromJson(json);
+}
+/// Has no bytes where the object tells the `path` that the file was saved to in place of `data`.
+template <>
+std::optional<IntentFile> propertyFromJson(const boost::json::value& json);
 
 /// Enums go by the names of their cases; a raw value is taken too.
 template <DeclaredEnum Enum>

@@ -3,11 +3,19 @@
 #include "platform/AsciiCase.h"
 #include "targets/SupportedBrowsers.h"
 
+#include <algorithm>
 #include <string>
 
 namespace tabwright::intents {
 
 namespace {
+
+// A bundle identifier stands in programs between quotes, so it holds nothing that could end them.
+bool isBundleIdentifier(std::string_view id) {
+  return !id.empty() && std::ranges::all_of(id, [](char c) {
+    return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '_';
+  });
+}
 
 std::string expected() {
   std::string names = "one of frontmost";
@@ -36,11 +44,14 @@ engine::TargetContext ValueTraits<engine::TargetContext>::fromJson(const boost::
     throw ValueError::unsuitable(json, expected());
   engine::TargetContext context = definition().fromJson(json);
   const auto known = targets::findTargetContext(context.id);
+  if (known == engine::frontmostTargetContext()) // whatever it is called, it is the one to be resolved
+    return *known;
   context.id = known ? known->id : platform::lowercased(context.id); // or an application that isn't in the table
-  if (context.name.empty() && known)
-    context.name = known->name;
-  if (context.id.empty() || context.name.empty())
-    throw ValueError::unsuitable(json, expected());
+  if (!isBundleIdentifier(context.id))
+    throw ValueError::unsuitable(std::string_view(context.id), "a bundle identifier, such as org.chromium.chromium")
+        .within("id");
+  if (context.name.empty())
+    context.name = known ? known->name : context.id;
   return context;
 }
 

@@ -10,9 +10,10 @@
 
 /// Targets as values of parameters, properties and results: objects `{"id": ..., "name": ...}`.
 ///
-/// Read from an object whose id gets into lower case (the name may be left out when the id is known), or from a text
-/// that names a supported browser or the frontmost one as `findTargetContext` takes it. A text that holds such an
-/// object or such a name in quotes, as another action printed it, will do too.
+/// Read from an object whose id gets into lower case and is a bundle identifier (letters, digits, dots, hyphens and
+/// underscores; else `ValueError`), with or without a name, or from a text that names a supported browser or the
+/// frontmost one as `findTargetContext` takes it. A text that holds such an object or such a name in quotes, as another
+/// action printed it, will do too.
 template <>
 struct tabwright::intents::ValueTraits<tabwright::engine::TargetContext> {
   static const EntityDefinition<engine::TargetContext>& definition();

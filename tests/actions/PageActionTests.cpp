@@ -1,8 +1,6 @@
-// What the actions on a page declare, ask for and run: programs are compared with the job as it should be written. What
-// jobs do in a page is tried in PageEffectTests.
-#include "engine/AppleScriptSnippets.h"
+// What the actions on a page ask for, and what they make of the answer. What their jobs do in a page is tried in
+// PageEffectTests.
 #include "support/ActionBench.h"
-#include "support/ActionProgram.h"
 #include "support/FailureText.h"
 
 #include <boost/json/array.hpp>
@@ -10,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <regex>
 #include <string_view>
 #include <utility>
 
@@ -17,40 +16,31 @@ namespace tabwright::actions {
 namespace {
 
 using Steps = std::vector<std::string>;
-using engine::AppleScriptSnippets;
 using host::ParameterTexts;
 using testsupport::failureText;
-using testsupport::withoutJobNames;
 
 constexpr const char* unanswered =
     "The JavaScript ended in an exception that nothing caught, the code is likely malformed";
 
-// One way to run an action and the JavaScript it should plant.
-struct JobRun {
+// The shortest parameters of each action on a page.
+const struct {
   const char* action;
   ParameterTexts parameters;
-  std::string javascript;
-  double timeout = 1.0;
+} shortest[]{
+    {"ClickElement", {{"cssSelector", "a"}}},
+    {"ScrollToElement", {{"cssSelector", "a"}}},
+    {"ClickLink", {{"label", "More"}}},
+    {"WaitForElement", {{"cssSelector", "a"}}},
+    {"GetFormFieldValue", {{"fieldTargetSpec", "f"}}},
+    {"SetFormFieldValue", {{"targetField", "f"}, {"newValue", ""}}},
+    {"SetFormFields", {{"inputDict", "{}"}}},
+    {"RunJavascriptInTab", {{"jsCode", " return 1 "}}},
 };
 
-// The shortest parameters of each action on a page.
-const JobRun shortest[]{
-    {"ClickElement", {{"cssSelector", "a"}}, "return [\n  clickPageElement(\"a\")\n]"},
-    {"ScrollToElement", {{"cssSelector", "a"}}, "return [\n  scrollToPageElement(\"a\")\n]"},
-    {"ClickLink", {{"label", "More"}}, "return [\n  clickLinkLabelled(\"More\", true)\n]"},
-    {"WaitForElement", {{"cssSelector", "a"}}, "return [\n  await waitForPageElement(\"a\", 10.0)\n]", 10.0},
-    {"GetFormFieldValue",
-     {{"fieldTargetSpec", "f"}},
-     "return [\n  getFormFieldValue(\n    \"f\",\n    \"elementNameAttribute\"\n  )\n]"},
-    {"SetFormFieldValue",
-     {{"targetField", "f"}, {"newValue", ""}},
-     "return [\n  setFormFieldValue(\n    \"f\",\n    \"elementNameAttribute\",\n    ``,\n    false,\n    false\n  "
-     ")\n]"},
-    {"SetFormFields",
-     {{"inputDict", "{}"}},
-     "return [\n  setFormFields(\n    {},\n    \"elementNameAttribute\",\n    false,\n    false\n  )\n]"},
-    {"RunJavascriptInTab", {{"jsCode", " return 1 "}}, " return 1 "},
-};
+// Each job has fresh names for its variables in the page; here they are all alike.
+std::string withoutJobNames(const std::string& program) {
+  return std::regex_replace(program, std::regex("__[0-9A-HJKMNP-TV-Z]{26}"), "__ULID");
+}
 
 class PageActions : public testing::Test {
 protected:
@@ -63,119 +53,8 @@ protected:
     return bench.perform(action, std::move(parameters));
   }
 
-  void expectFrontJob(const JobRun& run) {
-    perform(run.action, run.parameters, {{"targetContext", "chromium"}});
-    EXPECT_EQ(withoutJobNames(bench.scripts.at(0)),
-              testsupport::programOf(bench.scriptServices,
-                                     AppleScriptSnippets::jobForFrontTab(run.javascript, run.timeout, 0.2),
-                                     "org.chromium.chromium"))
-        << run.action;
-  }
-
   testsupport::ActionBench bench;
 };
-
-// The parameters of an action in their order, each with its default; "?" marks optional ones, "'" those whose text
-// stays as it is typed, and the first has the end of its description's key.
-std::string declarationsOf(const host::Catalogue& catalogue, const char* name) {
-  const auto action = catalogue.make(name);
-  const std::string description = action->parameters().front()->declaration().description.key;
-  std::string text = action->table() + ": " + description.substr(description.rfind("description"));
-  for (const intents::ParameterBase* parameter : action->parameters()) {
-    const intents::ParameterDeclaration& declaration = parameter->declaration();
-    text += " " + declaration.name + (declaration.presence == intents::Presence::optional ? "?" : "") +
-            (declaration.textInput && !declaration.textInput->multiline ? "'" : "");
-    if (declaration.defaultValue)
-      text += "=" + boost::json::serialize(*declaration.defaultValue);
-  }
-  return text;
-}
-
-TEST_F(PageActions, DeclareTheirParametersInOrder) {
-  const std::string tab = " targetContext tabSelection=\"frontTab\" targetTab?";
-  const std::string onPage = "Intents-Web Pages: description.variant.tabSelection" + tab;
-  const std::string pause = " pauseAfterSucessInSeconds=\"p00\"";
-  const std::string events = " shouldFireChangeEvent=false shouldSubmitParentForm=false" + pause;
-  const std::pair<const char*, std::string> cases[]{
-      {"ClickElement", onPage + " cssSelector'" + pause},
-      {"ScrollToElement", onPage + " cssSelector'" + pause},
-      {"ClickLink", onPage + " linkSelection=\"labelExact\" label'" + pause},
-      {"WaitForElement", onPage + " cssSelector' timeout=\"p10\" onFailure=\"raiseError\""},
-      {"GetFormFieldValue",
-       "Intents-Web Pages: description" + tab + " formFieldSelection=\"elementNameAttribute\" fieldTargetSpec'"},
-      {"SetFormFieldValue", onPage + " formFieldSelection=\"elementNameAttribute\" targetField' newValue" + events},
-      {"SetFormFields", onPage + " formFieldsSelection=\"elementNameAttribute\" inputDict" + events},
-      {"RunJavascriptInTab", onPage + " jsCode'"},
-      {"RunAppleScript", "Intents-Browsers: description targetContext script'"},
-  };
-  for (const auto& [action, declarations] : cases)
-    EXPECT_EQ(declarationsOf(bench.catalogue, action), declarations) << action;
-}
-
-TEST_F(PageActions, PlantAJobInTheFrontTab) {
-  for (const JobRun& run : shortest)
-    expectFrontJob(run);
-}
-
-TEST_F(PageActions, PlantAJobInASpecificTabOfEitherFamily) {
-  const struct {
-    const char* id;
-    const char* tab;
-  } tabs[]{{"com.brave.browser", R"({"targetContext":"brave","fullID":"com.brave.browser:8"})"},
-           {"com.apple.safari", R"({"targetContext":"safari","fullID":"com.apple.safari:17:3"})"}};
-  for (const JobRun& run : shortest) {
-    for (const auto& [id, tab] : tabs) {
-      const std::string fullID = std::string(id) + (id == tabs[0].id ? ":8" : ":17:3");
-      perform(run.action, run.parameters,
-              {{"tabSelection", "specificTab"}, {"targetTab", tab}, {"targetContext", "chromium"}});
-      EXPECT_EQ(bench.steps, (Steps{"schedule", "count", "run"}));
-      EXPECT_EQ(
-          withoutJobNames(bench.scripts.at(0)),
-          testsupport::programOf(bench.scriptServices,
-                                 AppleScriptSnippets::jobForRequestedTab(fullID, run.javascript, run.timeout, 0.2), id))
-          << run.action;
-    }
-  }
-}
-
-TEST_F(PageActions, WriteWhatTheyAreGivenIntoTheJob) {
-  const JobRun runs[]{
-      {"ScrollToElement",
-       {{"cssSelector", " a[href=\"\\x\"] "}},
-       "return [\n  scrollToPageElement(\" a[href=\\\"\\\\x\\\"] \")\n]"},
-      {"ClickLink",
-       {{"label", " \"a\\ "}, {"linkSelection", "labelContaining"}},
-       "return [\n  clickLinkLabelled(\" \\\"a\\\\ \", false)\n]"},
-      {"WaitForElement",
-       {{"cssSelector", "\"\\"}, {"timeout", "p00"}},
-       "return [\n  await waitForPageElement(\"\\\"\\\\\", 0.0)\n]",
-       0.0},
-      {"WaitForElement",
-       {{"cssSelector", "a"}, {"timeout", "20.0"}},
-       "return [\n  await waitForPageElement(\"a\", 20.0)\n]",
-       20.0},
-      {"GetFormFieldValue",
-       {{"fieldTargetSpec", "\"\\"}, {"formFieldSelection", "elementIDAttribute"}},
-       "return [\n  getFormFieldValue(\n    \"\\\"\\\\\",\n    \"elementIDAttribute\"\n  )\n]"},
-      {"SetFormFieldValue",
-       {{"targetField", "\"\\`"},
-        {"newValue", "\"\\`${a}\nb"},
-        {"formFieldSelection", "cssSelector"},
-        {"shouldFireChangeEvent", "yes"}},
-       "return [\n  setFormFieldValue(\n    \"\\\"\\\\`\",\n    \"cssSelector\",\n    `\\\"\\\\\\`${a}\nb`,\n    "
-       "true,\n"
-       "    false\n  )\n]"},
-      {"SetFormFields",
-       {{"inputDict", "{ \"b\": [1.50, \"/`\"],\n\"a\": 12345678901234567890123 }"},
-        {"formFieldsSelection", "elementIDAttribute"},
-        {"shouldSubmitParentForm", "true"}},
-       "return [\n  setFormFields(\n    {\"b\":[1.50,\"\\/`\"],\"a\":12345678901234567890123},\n"
-       "    \"elementIDAttribute\",\n    false,\n    true\n  )\n]"},
-      {"RunJavascriptInTab", {{"jsCode", "const a = \"\\n\"\nreturn a"}}, "const a = \"\\n\"\nreturn a"},
-  };
-  for (const JobRun& run : runs)
-    expectFrontJob(run);
-}
 
 TEST_F(PageActions, PollAsLongAsTheyWait) {
   const std::pair<const char*, const char*> cases[]{{"p00", "1"}, {"p02", "11"}, {"p10", "51"}, {"p20", "101"}};
@@ -210,7 +89,7 @@ TEST_F(PageActions, AskForWhatIsMissingBeforeTheyCount) {
     EXPECT_EQ(failureText([&] { return perform(action, parameters); }), question) << action;
     EXPECT_EQ(bench.steps, Steps{}) << action;
   }
-  for (const JobRun& run : shortest) {
+  for (const auto& run : shortest) {
     EXPECT_EQ(failureText([&] { return perform(run.action, run.parameters, {{"tabSelection", "specificTab"}}); }),
               "targetTab needs a value. Which tab? Give one that another action returned.");
     EXPECT_EQ(bench.steps, Steps{}) << run.action;
@@ -221,11 +100,16 @@ TEST_F(PageActions, PauseAfterASuccessOnly) {
   const struct {
     const char* action;
     bool looksAtAnswer;
-  } cases[]{{"ScrollToElement", false}, {"ClickLink", true}, {"SetFormFieldValue", true}, {"SetFormFields", true}};
+  } cases[]{{"ClickElement", false},
+            {"ScrollToElement", false},
+            {"ClickLink", true},
+            {"SetFormFieldValue", true},
+            {"SetFormFields", true}};
   const std::pair<const char*, bool> answers[]{{"true", true}, {"TRUE", true},   {"false", false},
                                                {"", false},    {"true ", false}, {"SyntaxError: true", false}};
   for (const auto& [action, looksAtAnswer] : cases) {
-    const JobRun& run = *std::ranges::find(shortest, std::string_view(action), &JobRun::action);
+    const auto& run =
+        *std::ranges::find_if(shortest, [&](const auto& one) { return std::string_view(one.action) == action; });
     for (const auto& [answer, isTrue] : answers) {
       bench.payload = boost::json::serialize(boost::json::array{answer});
       const boost::json::value value =
@@ -241,10 +125,34 @@ TEST_F(PageActions, PauseAfterASuccessOnly) {
 
 TEST_F(PageActions, FailWithoutAPauseWhenThePageGaveNothing) {
   bench.payload = "[]";
-  for (const JobRun& run : shortest) {
+  for (const auto& run : shortest) {
     EXPECT_EQ(failureText([&] { return perform(run.action, run.parameters); }), unanswered) << run.action;
     EXPECT_EQ(bench.steps.back(), "run") << run.action;
   }
+}
+
+TEST_F(PageActions, PassFailuresOfTheScriptAndOfTheLookupOn) {
+  bench.failureNumber = 5;
+  EXPECT_EQ(failureText([&] { return perform("ClickElement", {{"cssSelector", "a"}}); }),
+            "The requested tab could not be found");
+  EXPECT_EQ(bench.steps, (Steps{"schedule", "count", "frontmost lookup", "run"}));
+  bench.frontmostID = "org.gnome.terminal";
+  EXPECT_EQ(failureText([&] { return perform("ClickElement", {{"cssSelector", "a"}}); }),
+            "The currently active app is not a supported browser");
+  EXPECT_EQ(bench.steps, (Steps{"schedule", "count", "frontmost lookup"}));
+}
+
+TEST_F(PageActions, ShowTheProgramOfARunWithoutRunningIt) {
+  const ParameterTexts parameters{{"cssSelector", "a"}, {"targetTab", "brave:8"}, {"targetContext", "frontmost"}};
+  const std::string shown = host::scriptText(bench.catalogue, "ClickElement", parameters);
+  EXPECT_EQ(bench.steps, Steps{});
+  perform("ClickElement", parameters);
+  EXPECT_EQ(withoutJobNames(shown), withoutJobNames(bench.scripts.at(0)));
+  EXPECT_EQ(
+      failureText(
+          [&] { return host::scriptText(bench.catalogue, "ClickElement", ParameterTexts{{"cssSelector", "a"}}); }),
+      "Which browser is frontmost is found out only when ClickElement runs, and its script depends on the browser: "
+      "name one for targetContext, such as chromium.");
 }
 
 TEST_F(PageActions, WaitForElementFailsOrGivesFalseAsItIsTold) {
@@ -266,7 +174,7 @@ TEST_F(PageActions, SetFormFieldsRefusesADocumentThatIsNoJSONOnceTheRunCounts) {
   EXPECT_EQ(failureText([&] {
               return perform("SetFormFields", {{"inputDict", "{\"a\": 1,\n  b: 2}"}, {"targetContext", "chromium"}});
             }),
-            "The JSON document breaks around line 2, column 3: something that can't stand here.");
+            "The JSON document inputDict breaks around line 2, column 3: something that can't stand here.");
   EXPECT_EQ(bench.steps, (Steps{"schedule", "count"}));
 }
 

@@ -267,7 +267,8 @@ TEST_F(HostTest, ServesAgentsOnTheSameSocket) {
   agent.write(R"({"jsonrpc":"2.0","id":2,"method":"tools/call","params":{"name":"GetBrowserReference",)"
               R"("arguments":{"targetContext":"chromium"}}})"
               "\n");
-  EXPECT_EQ(agent.answer().value().at("result").at("structuredContent").at("name"), "Chromium");
+  EXPECT_EQ(agent.answer().value().at("result").at("content").at(0).at("text"),
+            R"({"id":"org.chromium.chromium","name":"Chromium"})");
 }
 
 TEST_F(HostTest, GivesUpAClientThatNeverReadsAndServesOn) {

@@ -40,6 +40,9 @@ TEST(ParserErrors, NameWhatIsExpectedAndWhatIsFound) {
            {"exit repeat", "1:1+4 Can’t exit from a repeat here: there is none around. (-2741)"},
            {"«abc»", "1:1+7 Expected expression but found “«”. (-2741)"},
            {"1e999", "1:1+5 The number is too large. (-2702)"},
+           {"tell application id \"no.such\"\nmake new window 1 2\nend",
+            "1:6+24 Can’t get application id \"no.such\". (-1728)\n"
+            "2:17+1 Expected end of line but found number. (-2741)"},
        })
     EXPECT_EQ(parsed(source), expected) << source;
 }

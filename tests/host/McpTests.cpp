@@ -99,23 +99,46 @@ TEST_F(McpTest, OffersEveryActionAsAToolWithObjectsForSchemas) {
   ASSERT_EQ(tools.size(), catalogue.names().size());
   for (const json::value& tool : tools) {
     EXPECT_EQ(tool.at("inputSchema").at("type"), "object") << tool.at("name");
-    if (const json::value* output = tool.as_object().if_contains("outputSchema")) {
-      EXPECT_EQ(output->at("type"), "object") << tool.at("name");
-    }
     const json::value& hints = tool.at("annotations");
     EXPECT_FALSE(hints.at("readOnlyHint").as_bool() && hints.at("destructiveHint").as_bool()) << tool.at("name");
   }
   EXPECT_THROW(static_cast<void>(hintsOf("NoSuchAction")), std::logic_error);
 }
 
-TEST_F(McpTest, GivesResultsAsStructuredContentAndAsText) {
+TEST_F(McpTest, GivesResultsOnceAndWithoutEmptyFields) {
   initialized({});
+  const auto answer = [&](const char* tool) {
+    return answerTo(call(tool, {{"targetContext", "chromium"}})).at("result").as_object();
+  };
+  EXPECT_EQ(answer("GetListOfTabs"), json::parse(R"({"content":[{"type":"text","text":"[]"}]})"));
+  bench.payload = R"([{"tabID":"8","tabTitle":"","tabURL":"https://a.test/"}])";
+  EXPECT_EQ(answer("GetListOfTabs").at("content").at(0).at("text"),
+            R"([{"targetContext":{"id":"org.chromium.chromium","name":"Chromium"},"url":"https://a.test/",)"
+            R"("isLoading":false,"isPrivate":false,"fullID":"org.chromium.chromium:8"}])");
+}
+
+TEST_F(McpTest, SaysWhatOfALongResultIsLeftOutAndHowToGetIt) {
+  initialized({});
+  std::string html(39'999, 'x'); // an ü and an emoji lie across the bound
+  html += "ü😀" + std::string(1'000'000, 'y');
+  bench.payload = json::serialize(json::object{{"tabID", "8"}, {"tabTitle", "A"}, {"htmlContent", html}});
+  const json::object details = answerTo(call("GetDetailsOfTab", {}));
+  const json::value& content = details.at("result").at("content");
+  EXPECT_EQ(json::parse(std::string_view(content.at(0).at("text").as_string())).at("htmlDocument").as_string().size(),
+            39'999U);
+  EXPECT_THAT(std::string(content.at(1).at("text").as_string()),
+              HasSubstr("Left out: htmlDocument from character 39999 of 1040002 on."));
+
+  json::array tabs;
+  for (int number = 0; number < 5'000; ++number)
+    tabs.push_back({{"tabID", std::to_string(number)}, {"tabTitle", "A"}, {"tabURL", "https://a.test/"}});
+  bench.payload = json::serialize(tabs);
   const json::object list = answerTo(call("GetListOfTabs", {}));
-  EXPECT_EQ(list.at("result").at("structuredContent"), (json::object{{"result", json::array()}}));
-  EXPECT_EQ(list.at("result").at("content").at(0).at("text"), "[]");
-  const json::object browser = answerTo(call("GetBrowserReference", {{"targetContext", "chromium"}}));
-  EXPECT_EQ(browser.at("result").at("structuredContent").at("id"), "org.chromium.chromium");
-  EXPECT_FALSE(browser.at("result").as_object().contains("isError"));
+  EXPECT_LT(json::serialize(list).size(), 150'000U);
+  const std::string sent(list.at("result").at("content").at(0).at("text").as_string());
+  const std::size_t kept = json::parse(sent).as_array().size();
+  EXPECT_THAT(std::string(list.at("result").at("content").at(1).at("text").as_string()),
+              HasSubstr("Left out: " + std::to_string(5'000 - kept) + " of 5000 items."));
 }
 
 TEST_F(McpTest, TellsOfFailuresAndMistakesInWaysThatAnAgentCanMend) {
@@ -145,8 +168,6 @@ TEST_F(McpTest, HandsFilesOverAsResources) {
   const json::value text = json::parse(std::string_view(result.at("content").at(0).at("text").as_string()));
   EXPECT_EQ(text.at("selectionRTFD").at("resource"), resource.at("uri"));
   EXPECT_FALSE(text.at("selectionRTFD").as_object().contains("data"));
-  // The structured content keeps to the output schema, which wants the bytes.
-  EXPECT_EQ(result.at("structuredContent").at("selectionRTFD").at("data"), resource.at("blob"));
 }
 
 TEST_F(McpTest, TellsEachSecondThatACallGoesOn) {

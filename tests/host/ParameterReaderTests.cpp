@@ -5,10 +5,13 @@
 
 #include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace tabwright::host {
 namespace {
+
+using testing::HasSubstr;
 
 class ParameterReader : public testing::Test {
 protected:
@@ -76,9 +79,14 @@ TEST_F(ParameterReader, ComplaintsNameTheParameterWhatCameAndWhatMayStandThere) 
        "ClickElement has no parameter \"cssSelectro\". Did you mean cssSelector?"},
       {ParameterTexts{{"cssSelector", "a"}, {"CSSSelector", "b"}}, "cssSelector is given twice."},
       {ParameterTexts{{"tabSelection", "backTab"}},
-       "tabSelection can't be \"backTab\"; give one of frontTab, specificTab."},
+       "tabSelection can't be \"backTab\"; give one of frontTab, specificTab. Did you mean frontTab?"},
       {ParameterTexts{{"pauseAfterSucessInSeconds", "0.7"}},
-       "pauseAfterSucessInSeconds can't be \"0.7\"; give one of p00, p05, p10, p15, p20, p25, p30, p35, p40."},
+       "pauseAfterSucessInSeconds can't be \"0.7\"; give one of these seconds: 0, 0.5, 1, 1.5, 2, 2.5, 3, 3.5, 4."},
+      {boost::json::object{{"targetContext", "chromum"}}, "targetContext can't be \"chromum\"; give one of frontmost, "
+                                                          "brave, chromium, chrome, edge, safari, vivaldi, or an "
+                                                          "object with an id. Did you mean chromium?"},
+      {ParameterTexts{{"targetTab", " \n"}}, "targetTab is empty: what should give it has given nothing. Give one JSON "
+                                             "object of the type BrowserTabEntity, or its fullID."},
       {boost::json::object{{"cssSelector", 5}}, "cssSelector can't be 5; give a text."},
       {boost::json::object{{"tabSelection", true}}, "tabSelection can't be true; give one of frontTab, specificTab."},
       {ParameterTexts{{"targetContext", "netscape"}}, "targetContext can't be \"netscape\"; give one of frontmost, "
@@ -97,6 +105,55 @@ TEST_F(ParameterReader, ComplaintsNameTheParameterWhatCameAndWhatMayStandThere) 
   };
   for (const Case& one : cases)
     EXPECT_EQ(read("ClickElement", one.values), one.complaint);
+}
+
+TEST_F(ParameterReader, SecondsAreWrittenAsPeopleWriteThem) {
+  for (const char* text : {"1.5", "1.50", "1.5s", "1.5 s", "p15"})
+    EXPECT_THAT(read("ReloadTab", ParameterTexts{{"pauseAfterSucessInSeconds", text}}), HasSubstr(R"(:"p15"})"))
+        << text;
+  for (const boost::json::value& number : {boost::json::value(2), boost::json::value(2.0)})
+    EXPECT_THAT(read("ReloadTab", boost::json::object{{"pauseAfterSucessInSeconds", number}}), HasSubstr(R"(:"p20"})"));
+}
+
+// What is given settles the choice that is left open, and a value that wouldn't count is refused.
+TEST_F(ParameterReader, AGivenTabOrWindowIsTheOneThatCounts) {
+  struct Case {
+    const char* action;
+    ParameterTexts parameters;
+    const char* expected;
+  };
+  const std::pair<std::string, std::string> tab{"targetTab", "chromium:8"};
+  const std::pair<std::string, std::string> window{"targetWindow", "chromium:3"};
+  const Case cases[]{
+      {"CreateTab", {window}, R"("windowType":"specificWindow")"},
+      {"CreateTab",
+       {window, {"windowType", "newWindow"}},
+       "targetWindow counts only while windowType is specificWindow, and it is newWindow: leave one of the two out."},
+      {"OpenInTab", {tab}, R"("targetSelection":"specificTab")"},
+      {"OpenInTab", {window}, R"("targetSelection":"newTabInWindow")"},
+      {"OpenInTab",
+       {tab, window},
+       "targetTab and targetWindow can't both be given: one needs the targetSelection specificTab, the other "
+       "newTabInWindow. Leave one out."},
+      {"GetListOfTabs", {{"pageURL", "news"}}, "pageURL doesn't count while urlFilter is ignore: give urlFilter, too."},
+      {"GetListOfTabs", {{"pageURL", "news"}, {"urlFilter", "ignore"}}, R"("pageURL":"news")"},
+      {"GetListOfWindows", {{"title", "x"}}, "title doesn't count while titleFilter is ignore: give titleFilter, too."},
+  };
+  for (const Case& one : cases)
+    EXPECT_THAT(read(one.action, one.parameters), HasSubstr(one.expected)) << one.action;
+
+  // Every action with a tab selection has the pair.
+  int pairs = 0;
+  for (const std::string& name : bench.catalogue.names()) {
+    if (!bench.catalogue.make(name)->findParameter("tabSelection"))
+      continue;
+    ++pairs;
+    EXPECT_THAT(read(name, ParameterTexts{tab}), HasSubstr(R"("tabSelection":"specificTab")")) << name;
+    EXPECT_THAT(read(name, boost::json::object{{"targetTab", "chromium:8"}, {"tabSelection", "frontTab"}}),
+                HasSubstr("counts only while tabSelection is specificTab"))
+        << name;
+  }
+  EXPECT_GT(pairs, 10);
 }
 
 TEST_F(ParameterReader, WrongUseIsTellableFromOtherFailures) {

@@ -27,8 +27,7 @@ TEST_F(Perform, FeedsOneActionsResultToTheNext) {
 
   bench.payload = R"(["true"])";
   const ActionResult clicked =
-      perform("ClickElement",
-              boost::json::object{{"cssSelector", "a"}, {"tabSelection", "specificTab"}, {"targetTab", tabs.value}});
+      perform("ClickElement", boost::json::object{{"cssSelector", "a"}, {"targetTab", tabs.value}});
   EXPECT_TRUE(clicked.value.is_null());
   EXPECT_EQ(linesOf(clicked), std::vector<std::string>{});
   EXPECT_NE(bench.scripts.at(1).find("set tabID to \"8\""), std::string::npos);

@@ -43,8 +43,8 @@ protected:
   std::vector<std::string> run(const std::string& source) {
     const Workflow workflow = readWorkflow(source);
     checkWorkflow(workflow, bench.catalogue);
-    testsupport::runTask(
-        runWorkflow(workflow, firstVariables(workflow, {}), bench.catalogue, bench.actionHost, recorder));
+    testsupport::runTask(runWorkflow(workflow, firstVariables(workflow, {}), bench.catalogue, bench.actionHost,
+                                     recorder, [](const std::string& path) { return "[\"of " + path + "\"]"; }));
     return recorder.lines;
   }
 
@@ -94,7 +94,6 @@ steps:
   - set: {none: ~}
   - action: ClickElement
     parameters:
-      tabSelection: specificTab
       targetTab: ${tab}
       cssSelector: 'input[value="$${selector}"] #${nothing}'
       pauseAfterSucessInSeconds: ${none}
@@ -102,6 +101,26 @@ steps:
   ASSERT_EQ(bench.scripts.size(), 1U);
   EXPECT_THAT(bench.scripts.front(), HasSubstr("set tabID to \"8\""));
   EXPECT_THAT(bench.scripts.front(), HasSubstr(R"(${selector})"));
+}
+
+TEST_F(WorkflowRun, ReadsAFileOnlyWhereTheWorkflowItselfMarksIt) {
+  bench.payload = R"(["true"])";
+  run(R"(variables: {folder: forms, at: "@/etc/hostname"}
+steps:
+  - action: SetFormFields
+    parameters: {targetContext: chromium, inputdict: "@${folder}/answers.json"}
+  - action: SetFormFields
+    parameters: {targetContext: chromium, inputDict: ["${at}"]}
+  - try:
+      - action: SetFormFields
+        parameters: {targetContext: chromium, inputDict: "${at}"}
+    otherwise:
+      - print: refused
+)");
+  ASSERT_EQ(bench.scripts.size(), 2U);
+  EXPECT_THAT(bench.scripts.front(), HasSubstr("of forms"));
+  EXPECT_THAT(bench.scripts.back(), HasSubstr("@"));
+  EXPECT_THAT(recorder.lines, ElementsAre("refused"));
 }
 
 TEST_F(WorkflowRun, DecidesByValues) {

@@ -99,7 +99,7 @@ TEST_P(Catalogue, TellsTheSelectionAsTextAsMarkdownAndAsRichText) {
   const value details = run("GetDetailsOfTab");
   EXPECT_THAT(textOf(details, "selectionText"), StartsWith("News"));
   EXPECT_EQ(textOf(details, "selectionMD"), "\n\n## News\n\n- a **b**\n    - c\n\n[on](" + pages().url("/next") + ")");
-  const auto file = intents::ValueTraits<intents::IntentFile>::fromJson(details.at("selectionRTFD"));
+  const auto file = intents::propertyFromJson<std::optional<intents::IntentFile>>(details.at("selectionRTFD")).value();
   EXPECT_EQ(file.filename, "selection.rtfd");
   EXPECT_THAT(file.data, AllOf(StartsWith("{\\rtf1"), HasSubstr("News"), HasSubstr(pages().url("/next"))));
   EXPECT_THAT(file.data, Not(AnyOf(HasSubstr("before"), HasSubstr("behind"))));

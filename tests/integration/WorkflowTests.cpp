@@ -42,7 +42,7 @@ protected:
     workflow::checkWorkflow(steps, catalogue());
     Lines lines;
     testsupport::runTask(
-        workflow::runWorkflow(steps, workflow::firstVariables(steps, variables), catalogue(), nobody(), lines));
+        workflow::runWorkflow(steps, workflow::firstVariables(steps, variables), catalogue(), nobody(), lines, {}));
     return lines.printed_;
   }
 

@@ -21,7 +21,8 @@ protected:
   }
 
   TargetContext resolved() {
-    engine::Scriptacular scriptacular(services, "", {}, engine::frontmostTargetContext(), engine::TellSystemEvents::no);
+    engine::Scriptacular scriptacular(services, "", {{"newUrl", "x"}}, engine::frontmostTargetContext(),
+                                      engine::TellSystemEvents::no);
     testsupport::runTask(scriptacular.resolveFrontmostBrowser());
     return scriptacular.targetContext();
   }
@@ -43,6 +44,8 @@ TEST_F(FrontmostBrowser, IsTheTablesEntryOfTheIdThatTheScriptGives) {
   EXPECT_EQ(resolved(), (TargetContext{"org.chromium.chromium", "Chromium"}));
   const std::vector<std::string> installed{"com.brave.browser", "org.chromium.chromium"};
   EXPECT_EQ(programs, std::vector{engine::AppleScriptSnippets::frontmostScriptText(installed)});
+  EXPECT_EQ(tasks.events.back().parameters.at(platform::fourCharCode("----")).numberOfItems(), 0U)
+      << "the lookup's handler takes none of the action's arguments";
 }
 
 TEST_F(FrontmostBrowser, MustBeInstalled) {

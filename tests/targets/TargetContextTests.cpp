@@ -9,6 +9,7 @@
 #include "targets/TargetContextValue.h"
 
 #include <boost/json/parse.hpp>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -45,7 +46,8 @@ TEST(TargetContext, IsReadFromWhateverAUserCallsIt) {
        {"chromium", "Chromium", "org.chromium.chromium", "org.chromium.Chromium", R"("chromium")",
         R"({"id":"org.chromium.Chromium"})", R"({"id":"chromium"})", R"({"id":"org.chromium.chromium","name":null})"})
     EXPECT_EQ(Traits::fromText(text), chromium) << text;
-  for (const std::string_view text : {"frontmost", ".focussed", "Frontmost Browser"})
+  for (const std::string_view text :
+       {"frontmost", ".focussed", "Frontmost Browser", R"({"id":".focussed","name":"the one in front"})"})
     EXPECT_EQ(Traits::fromText(text), engine::frontmostTargetContext()) << text;
   EXPECT_EQ(Traits::fromText("google chrome").id, "com.google.chrome");
 }
@@ -60,9 +62,10 @@ TEST(TargetContext, RefusalsNameTheChoices) {
   const std::string choices =
       "; give one of frontmost, brave, chromium, chrome, edge, safari, vivaldi, or an object with an id.";
   EXPECT_EQ(failureText([] { return Traits::fromText("firefox"); }), "can't be \"firefox\"" + choices);
-  EXPECT_EQ(failureText([] { return Traits::fromText(R"({"id":"org.unknown"})"); }),
-            R"(can't be {"id":"org.unknown"})" + choices)
-      << "an application that isn't supported must at least bring its name";
+  for (const std::string_view id : {"", "a b", R"(a\"b)", R"(a\\b)", R"(a\nb)", "ä"})
+    EXPECT_THAT(failureText([&] { return Traits::fromText(R"({"name":"x","id":")" + std::string(id) + "\"}"); }),
+                testing::HasSubstr("; give a bundle identifier"))
+        << id;
   EXPECT_EQ(failureText([] { return Traits::fromText("7"); }), "can't be 7" + choices);
   EXPECT_EQ(failureText([] { return Traits::fromText("{}"); }), "lacks the property id.");
 }

@@ -67,7 +67,8 @@ ExitCode workflow(const WorkflowCommand& command) {
     const platform::SystemClock clock;
     const auto watching = observer(steps.title, clock);
     TerminalHost user;
-    runInterruptibly(flow::runWorkflow(steps, variables, composition.catalogue(), user, *watching));
+    const flow::FileReader readFile = [](const std::string& path) { return readTextFile(path); };
+    runInterruptibly(flow::runWorkflow(steps, variables, composition.catalogue(), user, *watching, readFile));
     return ExitCode::done;
   } catch (const flow::InvalidWorkflow& invalid) {
     for (const flow::Problem& problem : invalid.problems())

@@ -227,13 +227,26 @@ StatementPointer ScriptParser::parseTell() {
   if (!isFine && lineHas(first, Keyword::to))
     return statement;
   statement->onOneLine = accept(Keyword::to);
+  const std::size_t errorsBefore = errors_.size();
   insideTell(statement->target.get(), [&] {
     if (statement->onOneLine)
       statement->body.push_back(parseStatement());
     else
       statement->body = parseBody(Keyword::tell);
   });
+  if (errors_.size() > errorsBefore)
+    explainByUnknownApplication(statement->target.get(), errorsBefore);
   return finish(std::move(statement), start);
+}
+
+// Words of an application that isn't there can't be known: that is the mistake, ahead of those in the body.
+void ScriptParser::explainByUnknownApplication(const Expression* target, std::size_t firstError) {
+  if (!target || target->kind != Expression::Kind::application || terminologyOf(target) ||
+      static_cast<const ApplicationReference&>(*target).designation->kind != Expression::Kind::literal)
+    return;
+  const std::string_view words = std::string_view(tree_.source).substr(target->range.offset, target->range.length);
+  errors_.insert(errors_.begin() + static_cast<std::ptrdiff_t>(firstError),
+                 syntaxError(errorNumber::noSuchObject, fmt::format("Can’t get {}.", words), target->range));
 }
 
 const Terminology* ScriptParser::terminologyOf(const Expression* expression) const {

@@ -102,6 +102,7 @@ private:
   /// Parses a `tell`'s inside, with the words that its target brings.
   template <class Parse>
   void insideTell(const Expression* target, Parse parse);
+  void explainByUnknownApplication(const Expression* target, std::size_t firstError);
   [[nodiscard]] const Terminology* terminologyOf(const Expression* expression) const;
   void startLine();
   /// Whether a keyword stands between a token and the cursor.

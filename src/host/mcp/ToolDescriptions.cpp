@@ -2,6 +2,7 @@
 
 #include "host/ActionWords.h"
 #include "host/JsonSchema.h"
+#include "platform/StringCatalogue.h"
 
 #include <boost/json/object.hpp>
 
@@ -43,14 +44,14 @@ constexpr auto hints = std::to_array<ToolHints>({
 });
 static_assert(std::ranges::is_sorted(hints, {}, &ToolHints::action));
 
-// The title, and what the action does for each form of its parameters.
+// The title, what the action does for each form of its parameters, and what it gives.
 std::string descriptionOf(const intents::Intent& action) {
   std::string text = action.title().text() + ".";
   for (const intents::SummaryRow& row : action.summary().rows) {
     const std::string condition = conditionOf(row);
     text += "\n- " + sentenceOf(action, row) + (condition.empty() ? "" : " (" + condition + ")");
   }
-  return text;
+  return text + "\n" + platform::localizedFormat("reference.result", {captionOf(action.resultType())});
 }
 
 // Agents read every schema before they do anything. What a tab or a window looks like they see in results, and a
@@ -65,13 +66,6 @@ json::object inputOf(const intents::Intent& action) {
   return schema;
 }
 
-json::object outputOf(const intents::Intent& action) {
-  json::object schema = outputSchema(action);
-  if (!isWrapped(action.resultType()))
-    return schema;
-  return {{"type", "object"}, {"properties", {{"result", std::move(schema)}}}, {"required", json::array{"result"}}};
-}
-
 } // namespace
 
 const ToolHints& hintsOf(std::string_view action) {
@@ -79,10 +73,6 @@ const ToolHints& hintsOf(std::string_view action) {
   if (row == hints.end() || row->action != action)
     throw std::logic_error("no tool hints for " + std::string(action));
   return *row;
-}
-
-bool isWrapped(const intents::ValueType& resultType) {
-  return resultType.isList || resultType.isOptional || resultType.kind != intents::ValueKind::entity;
 }
 
 json::array toolDescriptions(const Catalogue& catalogue) {
@@ -94,8 +84,6 @@ json::array toolDescriptions(const Catalogue& catalogue) {
                       {"title", action->title().text()},
                       {"description", descriptionOf(*action)},
                       {"inputSchema", inputOf(*action)}};
-    if (action->resultType().kind != intents::ValueKind::nothing)
-      tool["outputSchema"] = outputOf(*action);
     tool["annotations"] = {{"title", action->title().text()},
                            {"readOnlyHint", hint.readsOnly},
                            {"destructiveHint", hint.destroys},

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "host/Catalogue.h"
-#include "intents/ValueType.h"
 
 #include <boost/json/array.hpp>
 
@@ -23,12 +22,8 @@ struct ToolHints {
 /// The hints of an action by its short name. Every action of the catalogue has some; others throw `std::logic_error`.
 [[nodiscard]] const ToolHints& hintsOf(std::string_view action);
 
-/// All actions as the protocol's tools: name, title, description, schemas of input and output, annotations. Texts are
+/// All actions as the protocol's tools: name, title, description, schema of the input, annotations. Texts are
 /// in the user's language.
 [[nodiscard]] boost::json::array toolDescriptions(const Catalogue& catalogue);
-
-/// Whether a tool's structured result is the action's own: the protocol wants an object, so other results stand as
-/// "result" in one.
-[[nodiscard]] bool isWrapped(const intents::ValueType& resultType);
 
 } // namespace tabwright::host

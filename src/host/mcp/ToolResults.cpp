@@ -2,15 +2,19 @@
 
 #include "host/FailureWords.h"
 #include "host/FilesInResult.h"
-#include "host/mcp/ToolDescriptions.h"
+#include "host/mcp/BoundedResult.h"
 
 #include <boost/json/array.hpp>
 #include <boost/json/serialize.hpp>
 #include <fmt/core.h>
+#include <fmt/format.h>
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace tabwright::host {
 
@@ -33,19 +37,35 @@ std::string_view mediaType(std::string_view type) {
 }
 
 // Moves the bytes of each file out of the result into a resource of the content.
-void embedFiles(ActionResult& result, json::array& content) {
+void embedFiles(ActionResult& result, json::array& content, std::vector<std::string>& leftOut) {
   forEachFile(result.value, result.type, [&](json::value& file) {
     json::object& fields = file.as_object();
-    const std::string uri =
-        fmt::format("tabwright:/result/{}/{}", content.size() + 1, std::string_view(fields.at("filename").as_string()));
-    content.push_back(json::object{{"type", "resource"},
-                                   {"resource",
-                                    {{"uri", uri},
-                                     {"mimeType", mediaType(fields.at("type").as_string())},
-                                     {"blob", std::move(fields.at("data"))}}}});
-    fields.erase("data");
+    json::value data = std::exchange(fields["data"], nullptr);
+    const std::string_view filename = fields.at("filename").as_string();
+    if (data.as_string().size() > ResultBounds().whole) {
+      leftOut.push_back(fmt::format("the file {} ({} bytes in base 64)", filename, data.as_string().size()));
+      return;
+    }
+    const std::string uri = fmt::format("tabwright:/result/{}/{}", content.size() + 1, filename);
+    content.push_back(json::object{
+        {"type", "resource"},
+        {"resource",
+         {{"uri", uri}, {"mimeType", mediaType(fields.at("type").as_string())}, {"blob", std::move(data)}}}});
     fields["resource"] = uri;
   });
+}
+
+json::object textContent(std::string_view text) {
+  return {{"type", "text"}, {"text", text}};
+}
+
+std::string sentenceOf(const std::vector<std::string>& leftOut) {
+  return fmt::format(
+      "Too long to be sent whole. Left out: {}. To get it, ask for less at a time: a page's text or HTML "
+      "in parts by RunJavascriptInTab, such as “return "
+      "document.documentElement.outerHTML.slice(40000, 80000)”; lists by filters and listElements; files "
+      "by “tabwright run … --save-files FOLDER”.",
+      fmt::join(leftOut, "; "));
 }
 
 } // namespace
@@ -73,17 +93,17 @@ json::object withNotices(const std::vector<platform::Notice>& notices, json::obj
 json::object succeededResult(ActionResult result) {
   if (result.type.kind == intents::ValueKind::nothing)
     return {{"content", json::array()}};
-  json::object answer;
-  answer["structuredContent"] =
-      isWrapped(result.type) ? json::object{{"result", result.value}} : result.value.as_object();
   json::array files;
-  embedFiles(result, files);
+  std::vector<std::string> leftOut;
+  embedFiles(result, files, leftOut);
+  dropEmptyFields(result.value);
+  std::ranges::move(shorten(result.value), std::back_inserter(leftOut));
   const json::string* text = result.value.if_string();
-  json::array content{
-      json::object{{"type", "text"}, {"text", text ? *text : json::string(json::serialize(result.value))}}};
+  json::array content{textContent(text ? std::string(*text) : json::serialize(result.value))};
+  if (!leftOut.empty())
+    content.push_back(textContent(sentenceOf(leftOut)));
   content.insert(content.end(), files.begin(), files.end());
-  answer["content"] = std::move(content);
-  return answer;
+  return {{"content", std::move(content)}};
 }
 
 } // namespace tabwright::host

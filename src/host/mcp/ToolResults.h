@@ -9,9 +9,9 @@
 
 namespace tabwright::host {
 
-/// What "tools/call" answers when the action succeeded: the result as structured content, in the form of the tool's
-/// output schema, and as text. A file in it, such as a selection's rich text, also stands as an embedded resource, and
-/// the text names that one in place of the file's bytes.
+/// What "tools/call" answers when the action succeeded: the result as text, once: a text as it is, other values as JSON
+/// without empty fields. A file in it, such as a selection's rich text, stands as an embedded resource that the text
+/// names. What would be too long is left out, and a second text says what and how to get it.
 [[nodiscard]] boost::json::object succeededResult(ActionResult result);
 
 /// The same result with what the caller should know beside it: a line of text each, and the data below "_meta".

@@ -30,9 +30,8 @@ constexpr std::array<std::string_view, 2> revisions = {"2025-11-25", "2025-06-18
 constexpr const char* instructions =
     "Tools that act on a real browser with all its windows and tabs. Give a browser by its name in targetContext, such "
     "as \"chromium\"; without it the frontmost one counts. Results feed further calls: a tab or window from a result "
-    "can be given as targetTab or targetWindow, whole or by its fullID alone, together with tabSelection "
-    "\"specificTab\". "
-    "Elements are named by CSS selectors. When no browser can be reached, one is started by the command \"tabwright "
+    "can be given as targetTab or targetWindow, whole or by its fullID alone. Elements are named by CSS selectors. "
+    "When no browser can be reached, one is started by the command \"tabwright "
     "browser chromium\".";
 
 const json::value* memberOf(const json::object& object, std::string_view name, json::kind kind) {

@@ -16,7 +16,7 @@
 namespace tabwright::host {
 
 /// The catalogue as a server of the Model Context Protocol (revisions 2025-11-25 and 2025-06-18): each action is
-/// a tool. An agent calls tools by name and gets their results as structured content and as text.
+/// a tool. An agent calls tools by name and gets their results as text, JSON for all but texts.
 ///
 ///     rpc::Peer peer(stream);
 ///     ToolServer server(peer, catalogue, clock, "1.0");

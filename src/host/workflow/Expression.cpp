@@ -152,6 +152,14 @@ Expression textExpression(std::string_view text, Place place) {
   return {std::move(parsed), place};
 }
 
+bool beginsWithAt(const Expression& expression) {
+  if (const auto* value = std::get_if<boost::json::value>(&expression.form))
+    return value->is_string() && value->get_string().starts_with('@');
+  const auto* text = std::get_if<Expression::Text>(&expression.form);
+  const auto* first = text ? std::get_if<std::string>(&text->pieces.front()) : nullptr;
+  return first && first->starts_with('@');
+}
+
 void forEachPath(const Expression& expression, const std::function<void(const Path&, Place)>& visit) {
   if (const auto* text = std::get_if<Expression::Text>(&expression.form)) {
     for (const Expression::Piece& piece : text->pieces) {

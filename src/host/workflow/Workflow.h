@@ -2,6 +2,7 @@
 
 #include "host/workflow/Expression.h"
 #include "host/workflow/Problem.h"
+#include "intents/Parameter.h"
 
 #include <optional>
 #include <string>
@@ -32,6 +33,12 @@ struct ActionStep {
   std::vector<NamedExpression> parameters;
   std::optional<Name> result;
 };
+
+/// Whether a parameter's value stands in a file, whose path the value tells behind an "@".
+[[nodiscard]] inline bool readsFile(const intents::ParameterBase& parameter, const Expression& value) {
+  const intents::ValueKind kind = parameter.declaration().type.kind;
+  return (kind == intents::ValueKind::entity || kind == intents::ValueKind::file) && beginsWithAt(value);
+}
 
 /// Runs its steps once for each item of a list.
 struct RepeatStep {

@@ -6,7 +6,6 @@
 #include "host/ParameterReader.h"
 #include "intents/EntityDeclaration.h"
 #include "intents/UsageError.h"
-#include "platform/AsciiCase.h"
 
 #include <boost/json/parse.hpp>
 #include <fmt/core.h>
@@ -182,34 +181,35 @@ private:
   }
 
   void checkParameters(const ActionStep& step, actions::ActionFrame& action) {
-    std::vector<std::string> open; // whose value is known only when the step runs
-    bool hasOpenChoice = false;
-    std::vector<std::string> given;
+    bool hasOpenChoice = false; // one whose value is known only when the step runs
+    GivenParameters given;
     for (const NamedExpression& parameter : step.parameters) {
-      const auto found = std::ranges::find_if(action.parameters(), [&](const intents::ParameterBase* one) {
-        return platform::equalIgnoringCase(one->name(), parameter.name.text);
-      });
-      const bool isKnown = found != action.parameters().end();
-      if (isKnown && std::ranges::count(given, (*found)->name()) > 0)
-        complain(parameter.name.place, (*found)->name() + " is given twice.");
-      if (isKnown)
-        given.push_back((*found)->name());
+      const intents::ParameterBase* const found = findParameter(action, parameter.name.text);
+      const bool isKnown = found != nullptr;
+      if (isKnown && given.contains(found))
+        complain(parameter.name.place, found->name() + " is given twice.");
       check(parameter.value);
-      if (isKnown && hasPaths(parameter.value)) {
-        open.push_back((*found)->name());
-        hasOpenChoice = hasOpenChoice || (*found)->declaration().type.kind == ValueKind::enumeration;
+      if (isKnown && (hasPaths(parameter.value) || readsFile(*found, parameter.value))) {
+        given.insert(found);
+        hasOpenChoice = hasOpenChoice || found->declaration().type.kind == ValueKind::enumeration;
         continue;
       }
       try {
-        if (const auto text = parameterText(*found, parameter.value, isKnown))
-          readParameters(action, ParameterTexts{{parameter.name.text, *text}});
+        if (const auto text = parameterText(found, parameter.value, isKnown))
+          given.merge(readParameterValues(action, ParameterTexts{{parameter.name.text, *text}}));
       } catch (const intents::UsageError& error) {
         complain(isKnown ? parameter.value.place : parameter.name.place, error.errorDescription());
       }
     }
+    try {
+      if (!hasOpenChoice)
+        settleOpenChoices(action, given);
+    } catch (const intents::UsageError& error) {
+      complain(step.action.place, error.errorDescription());
+    }
     for (const intents::ParameterBase* missing : action.missingParameters()) {
       const bool counts = !hasOpenChoice || action.isAlwaysNeeded(*missing);
-      if (counts && std::ranges::count(given, missing->name()) == 0)
+      if (counts && !given.contains(missing))
         complain(step.action.place, missing->needsValueError().errorDescription());
     }
   }

@@ -83,8 +83,10 @@ private:
 
 class Run {
 public:
-  Run(Variables variables, const Catalogue& catalogue, intents::ActionHost& host, WorkflowObserver& observer)
-      : variables_(std::move(variables)), catalogue_(catalogue), host_(host), observer_(observer) {}
+  Run(Variables variables, const Catalogue& catalogue, intents::ActionHost& host, WorkflowObserver& observer,
+      const FileReader& readFile)
+      : variables_(std::move(variables)), catalogue_(catalogue), host_(host), observer_(observer), readFile_(readFile) {
+  }
 
   platform::Task<void> run(const Steps& steps, std::size_t depth) {
     for (const Step& step : steps) {
@@ -137,8 +139,14 @@ private:
     ParameterTexts parameters;
     for (const NamedExpression& parameter : action.parameters) {
       const json::value value = evaluate(parameter.value, variables_);
-      if (!value.is_null()) // which leaves the default
-        parameters.emplace_back(parameter.name.text, textOf(value));
+      if (value.is_null()) // which leaves the default
+        continue;
+      std::string text = textOf(value);
+      const auto declared = beginsWithAt(parameter.value) ? catalogue_.make(step.action.text) : nullptr;
+      if (const auto* one = declared ? findParameter(*declared, parameter.name.text) : nullptr;
+          one && readsFile(*one, parameter.value))
+        text = readFile_(text.substr(1));
+      parameters.emplace_back(parameter.name.text, std::move(text));
     }
     StepHost host(step, host_, observer_);
     ActionResult result = co_await host::perform(catalogue_, action.action.text, std::move(parameters), host);
@@ -205,14 +213,15 @@ private:
   const Catalogue& catalogue_;
   intents::ActionHost& host_;
   WorkflowObserver& observer_;
+  const FileReader& readFile_;
   std::vector<Round> rounds_; ///< the outermost first
 };
 
 } // namespace
 
 platform::Task<void> runWorkflow(const Workflow& workflow, Variables variables, const Catalogue& catalogue,
-                                 intents::ActionHost& host, WorkflowObserver& observer) {
-  Run run(std::move(variables), catalogue, host, observer);
+                                 intents::ActionHost& host, WorkflowObserver& observer, const FileReader& readFile) {
+  Run run(std::move(variables), catalogue, host, observer, readFile);
   co_await run.run(workflow.steps, 0);
 }
 

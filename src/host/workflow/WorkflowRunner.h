@@ -6,6 +6,7 @@
 #include "platform/Task.h"
 
 #include <cstddef>
+#include <functional>
 #include <string>
 
 namespace tabwright::host::workflow {
@@ -27,10 +28,14 @@ public:
   virtual void printed(const std::string& text) = 0;
 };
 
+/// The content of a file by its path as a workflow names it. Throws `intents::UsageError`.
+using FileReader = std::function<std::string(const std::string& path)>;
+
 /// Runs the steps in order, one at a time, until the end or the first that fails: then throws a `StepFailure`. Steps
 /// that have run stay done. Cancelling ends the step that runs, and the workflow. All references outlive the run;
-/// `workflow` has been checked.
+/// `workflow` has been checked. `readFile` is asked for the files that its own text names, never for one
+/// that a value names.
 platform::Task<void> runWorkflow(const Workflow& workflow, Variables variables, const Catalogue& catalogue,
-                                 intents::ActionHost& host, WorkflowObserver& observer);
+                                 intents::ActionHost& host, WorkflowObserver& observer, const FileReader& readFile);
 
 } // namespace tabwright::host::workflow

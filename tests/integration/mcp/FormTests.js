@@ -8,7 +8,7 @@ describe("An agent on a page", limits, () => {
     const agent = await Agent.connect(test);
     const page = await Page.serve(test);
     const opened = await agent.open(page.url);
-    const { result: tabs } = await agent.call("GetListOfTabs", {
+    const tabs = await agent.call("GetListOfTabs", {
       targetContext: "chromium",
       urlFilter: "equals",
       pageURL: page.url,
@@ -19,26 +19,27 @@ describe("An agent on a page", limits, () => {
 
     const tab = { tabSelection: "specificTab", targetTab: tabs[0] };
     const order = { who: "Ann “Ü” <b>\\n", greeting: "Good morning", loud: true, note: "2 & 3" };
-    assert.deepEqual(await agent.call("SetFormFields", { ...tab, inputDict: order }), { result: true });
-    assert.deepEqual(await agent.call("GetFormFieldValue", { ...tab, fieldTargetSpec: "loud" }), { result: "checked" });
+    assert.deepEqual(await agent.call("SetFormFields", { ...tab, inputDict: order }), true);
+    const loud = await agent.ask("GetFormFieldValue", { ...tab, fieldTargetSpec: "loud" });
+    assert.equal(loud.content[0].text, "checked");
     const arrival = page.next("/order");
     assert.equal(await agent.call("ClickElement", { ...tab, cssSelector: "#send" }), undefined);
     await arrival;
     assert.deepEqual(page.sentTo("/order"), [{ ...order, loud: "yes" }]);
 
-    assert.deepEqual(await agent.call("WaitForElement", { ...tab, cssSelector: "#thanks" }), { result: true });
+    assert.deepEqual(await agent.call("WaitForElement", { ...tab, cssSelector: "#thanks" }), true);
     const details = await agent.call("GetDetailsOfTab", tab);
     assert.equal(details.title, "Thank you");
     assert.equal(details.textContent.trim(), "Thank you.");
     assert.match(details.url, /\/order\?who=Ann/);
-    const [window] = (await agent.call("GetListOfWindows", { targetContext: "chromium" })).result;
+    const [window] = await agent.call("GetListOfWindows", { targetContext: "chromium" });
     assert.ok(window.fullID);
     assert.equal((await agent.call("FocusWindow", { targetWindow: window })).fullID, window.fullID);
 
     const closed = await agent.call("CloseTab", { ...tab, targetTab: tabs[0].fullID });
     assert.equal(closed.url, details.url);
     const left = await agent.call("GetListOfTabs", { targetContext: "chromium" });
-    assert.ok(left.result.length > 0 && left.result.every((other) => other.fullID !== tabs[0].fullID));
+    assert.ok(left.length > 0 && left.every((other) => other.fullID !== tabs[0].fullID));
   });
 
   it("gets a selection's rich text as an embedded resource", async (test) => {
@@ -49,19 +50,17 @@ describe("An agent on a page", limits, () => {
     assert.deepEqual(without.content.map((part) => part.type), ["text"]);
 
     await agent.call("RunJavascriptInTab", { ...tab, jsCode: "getSelection().selectAllChildren(text)" });
-    const { content, structuredContent } = await agent.ask("GetDetailsOfTab", tab);
-    assert.equal(structuredContent.selectionMD, "Some **bold** words and an _ü_.");
+    const { content } = await agent.ask("GetDetailsOfTab", tab);
     assert.deepEqual(content.map((part) => part.type), ["text", "resource"]);
+    const details = JSON.parse(content[0].text);
+    assert.equal(details.selectionMD, "Some **bold** words and an _ü_.");
     const { uri, mimeType, blob } = content[1].resource;
-    assert.ok(new URL(uri).pathname.endsWith(structuredContent.selectionRTFD.filename), uri);
+    assert.ok(new URL(uri).pathname.endsWith(details.selectionRTFD.filename), uri);
     assert.equal(mimeType, "application/rtf");
     const richText = Buffer.from(blob, "base64").toString("latin1");
     assert.match(richText, /^\{\\rtf1/);
     assert.match(richText, /bold/);
-    assert.equal(blob, structuredContent.selectionRTFD.data);
-    const text = JSON.parse(content[0].text);
-    assert.equal(text.selectionText, structuredContent.selectionText);
-    assert.equal(text.selectionRTFD.resource, uri);
+    assert.equal(details.selectionRTFD.resource, uri);
     assert.ok(!content[0].text.includes(blob));
   });
 });

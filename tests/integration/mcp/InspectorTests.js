@@ -33,14 +33,14 @@ describe("The inspector, whose arguments are words", limits, () => {
   it("fills in a form", async (test) => {
     const page = await Page.serve(test);
     const newTab = { targetContext: "chromium", targetSelection: "newTabInFrontWindow", newURL: page.url };
-    const { fullID } = (await call("OpenInTab", newTab)).structuredContent;
-    const tab = { tabSelection: "specificTab", targetTab: fullID };
+    const resultOf = ({ content }) => JSON.parse(content[0].text);
+    const { fullID } = resultOf(await call("OpenInTab", newTab));
+    const tab = { targetTab: fullID };
     test.after(() => call("CloseTab", tab));
 
     const filter = { targetContext: "chromium", urlFilter: "equals", pageURL: page.url };
-    const list = await call("GetListOfTabs", filter);
-    assert.deepEqual(list.structuredContent.result.map((found) => found.fullID), [fullID]);
-    assert.deepEqual(JSON.parse(list.content[0].text), list.structuredContent.result);
+    const list = resultOf(await call("GetListOfTabs", filter));
+    assert.deepEqual(list.map((found) => found.fullID), [fullID]);
 
     const arrival = page.next("/order");
     const inputDict = '{"who": "Ann", "note": "1 = 1"}';

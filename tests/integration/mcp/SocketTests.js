@@ -34,7 +34,7 @@ describe("A conversation on the socket of the background host", limits, () => {
     assert.equal(seen.fullID, tab.targetTab.fullID);
 
     const arrival = page.next("/order");
-    assert.deepEqual(await agent.call("SetFormFields", { ...tab, inputDict: { who: "Ann" } }), { result: true });
+    assert.deepEqual(await agent.call("SetFormFields", { ...tab, inputDict: { who: "Ann" } }), true);
     await agent.call("ClickElement", { ...tab, cssSelector: "#send" });
     await arrival;
     assert.equal(page.sentTo("/order")[0].who, "Ann");
@@ -59,7 +59,7 @@ describe("A conversation on the socket of the background host", limits, () => {
     const late = first.ask("WaitForElement", { ...tab, timeout: "p20" }, { onprogress });
     await Promise.race([reported, late]);
     await second.call("RunJavascriptInTab", { ...tab, jsCode: "text.id = 'late'" });
-    assert.deepEqual((await late).structuredContent, { result: true });
+    assert.equal((await late).content[0].text, "true");
     await reported;
     assert.deepEqual(questions, ["first"]);
   });
@@ -74,7 +74,7 @@ describe("A conversation on the socket of the background host", limits, () => {
     await Promise.race([ticked, call]);
     abort.abort("enough");
     await assert.rejects(call, /enough/);
-    assert.ok((await agent.call("GetListOfTabs", { targetContext: "chromium" })).result.length > 0);
+    assert.ok((await agent.call("GetListOfTabs", { targetContext: "chromium" })).length > 0);
     await assertNoMoreTicks(page);
   });
 
