@@ -5,13 +5,18 @@
 namespace tabwright::devtools {
 
 PendingCall::Answer PendingCall::await(const platform::CallLimits& limits) {
-  std::unique_lock lock(mutex_);
-  const auto hasEnded = [this] { return answer_.has_value() || failure_.has_value(); };
-  ended_.wait_until(lock, limits.stop, limits.deadline, hasEnded);
+  awaitEnd(limits);
+  const std::lock_guard lock(mutex_);
   if (failure_)
     throw *failure_;
-  if (answer_)
-    return std::move(*answer_);
+  return std::move(*answer_);
+}
+
+void PendingCall::awaitEnd(const platform::CallLimits& limits) {
+  std::unique_lock lock(mutex_);
+  const auto hasEnded = [this] { return answer_.has_value() || failure_.has_value(); };
+  if (ended_.wait_until(lock, limits.stop, limits.deadline, hasEnded))
+    return;
   if (limits.stop.stop_requested())
     throw platform::failure(DevToolsFault::stopped);
   throw platform::failure(DevToolsFault::timedOut, method_);
@@ -22,6 +27,18 @@ boost::json::object PendingCall::result(const platform::CallLimits& limits) {
   if (!answer)
     throw platform::failure(DevToolsFault::refused, fmt::format("{}: {}", method_, answer.error().message));
   return std::move(*answer);
+}
+
+std::optional<PendingCall::Answer> PendingCall::answer() {
+  const std::lock_guard lock(mutex_);
+  if (failure_ && failure_->kind() == DevToolsFault::lost)
+    throw *failure_;
+  return answer_;
+}
+
+bool PendingCall::hasFailed() {
+  const std::lock_guard lock(mutex_);
+  return failure_.has_value();
 }
 
 bool PendingCall::hasEnded() {

@@ -37,6 +37,16 @@ public:
   /// The same, with the browser's error thrown as `refused`.
   boost::json::object result(const platform::CallLimits& limits);
 
+  /// Blocks until the call ends, however it does, and leaves the answer to whoever awaits it. Throws DevToolsFailure:
+  /// timedOut or stopped by the limits.
+  void awaitEnd(const platform::CallLimits& limits);
+
+  /// A copy of what the browser answered, for one of several who wait; nothing when the call was failed because the
+  /// page would not answer. Throws DevToolsFailure when it was failed for another reason.
+  [[nodiscard]] std::optional<Answer> answer();
+  /// Whether it has ended without an answer.
+  [[nodiscard]] bool hasFailed();
+
   /// Whether waiting would return at once.
   [[nodiscard]] bool hasEnded();
 

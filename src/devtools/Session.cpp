@@ -1,7 +1,13 @@
 #include "devtools/Session.h"
 
+#include "devtools/PageProgress.h"
+#include "devtools/WireText.h"
+
 #include <fmt/core.h>
 
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
 #include <mutex>
 #include <vector>
 
@@ -11,11 +17,6 @@
 namespace tabwright::devtools {
 
 namespace {
-
-std::string textOf(const boost::json::object& fields, std::string_view key) {
-  const boost::json::value* value = fields.if_contains(key);
-  return value != nullptr && value->is_string() ? std::string(value->as_string()) : std::string();
-}
 
 /// The JSON value of a Runtime.RemoteObject that was asked for by value.
 boost::json::value valueOf(boost::json::object& remote) {
@@ -38,11 +39,28 @@ std::string thrownText(const boost::json::object& details) {
   return textOf(details, "text");
 }
 
+// What answered so lately counts as answering.
+constexpr std::chrono::milliseconds lately(100);
+// A document may be held up by a script of its own that never comes.
+constexpr std::chrono::seconds patienceWithParsing(1);
+// A navigation that neither comes to an end nor keeps the page from answering may be none.
+constexpr std::chrono::seconds patienceWithEnds(1);
+// A page may go on from one address to the next for ever.
+constexpr int mostProbes = 8;
+constexpr std::string_view probeCode = "document.readyState === 'loading'";
+
 /// Codes of the protocol's errors (JSON-RPC 2.0, and the server's own).
 constexpr int serverError = -32000;
 constexpr int sessionNotFound = -32001;
 
 } // namespace
+
+/// A call that the page is to answer, and what was known when it was sent.
+struct Session::Probe {
+  std::shared_ptr<PendingCall> call;
+  std::uint64_t departures = 0;
+  std::uint64_t documentsParsed = 0;
+};
 
 struct Session::State {
   const std::string targetID;
@@ -57,9 +75,13 @@ struct Session::State {
   std::vector<std::weak_ptr<PendingCall>> pageCalls;
   std::string bindingName;
   std::function<void(const std::string&)> bindingListener;
+  PageProgress progress;
+  std::condition_variable_any progressed;
+  std::optional<Probe> probe;                       // the last one that nobody has waited for
+  std::chrono::steady_clock::time_point answeredAt; // when the page has last answered a probe or an evaluation
 
   State(std::string target, std::string session, Kind kindOfTarget)
-      : targetID(std::move(target)), sessionID(std::move(session)), kind(kindOfTarget) {}
+      : targetID(std::move(target)), sessionID(std::move(session)), kind(kindOfTarget), progress(targetID) {}
 
   /// Why the page would not answer now.
   [[nodiscard]] std::optional<DevToolsFailure> obstacle() const {
@@ -79,11 +101,14 @@ struct Session::State {
         pending->fail(why->kind(), why->detail());
     }
     pageCalls.clear();
+    progressed.notify_all();
   }
 
   void take(const Event& event) {
     std::unique_lock lock(mutex);
-    if (event.method == "Runtime.bindingCalled") {
+    if (progress.take(event)) {
+      progressed.notify_all();
+    } else if (event.method == "Runtime.bindingCalled") {
       if (textOf(event.parameters, "name") != bindingName || !bindingListener)
         return;
       const auto listener = bindingListener;
@@ -124,6 +149,7 @@ std::shared_ptr<Session> Session::attach(std::shared_ptr<Connection> connection,
     // that has already happened, the second makes dialogs known; in a page with an open dialog it isn't answered.
     session->send("Inspector.enable", {}, AnsweredBy::browser);
     session->send("Page.enable", {}, AnsweredBy::browser);
+    session->probe();
   }
   return session;
 }
@@ -173,6 +199,10 @@ Evaluation Session::evaluate(const std::string& javascript, const platform::Call
            AnsweredBy::page)
           ->await(bounded);
   if (answer) {
+    {
+      const std::lock_guard lock(state_->mutex);
+      state_->answeredAt = std::chrono::steady_clock::now();
+    }
     if (const boost::json::value* thrown = answer->if_contains("exceptionDetails"))
       return {nullptr, thrownText(thrown->as_object())};
     return {valueOf(answer->at("result").as_object()), std::nullopt};
@@ -191,6 +221,96 @@ Evaluation Session::evaluate(const std::string& javascript, const platform::Call
       throw platform::failure(DevToolsFault::targetGone);
   }
   return {nullptr, error.message};
+}
+
+// ----------------------------------------------------------------------------------------------------------
+// navigations What the browser guarantees, as measured: the events of a navigation that code brings about come before
+// the answer to the next call that the page answers. Once the browser has begun one it holds calls back until the page
+// is there or the navigation is dropped; but while a page may still refuse to leave it answers for itself, so the
+// events count too.
+
+void Session::probe() {
+  try {
+    std::uint64_t departures = 0;
+    std::uint64_t documentsParsed = 0;
+    {
+      const std::lock_guard lock(state_->mutex);
+      departures = state_->progress.departures();
+      documentsParsed = state_->progress.documentsParsed();
+    }
+    std::shared_ptr<PendingCall> call =
+        send("Runtime.evaluate", {{"expression", probeCode}, {"returnByValue", true}}, AnsweredBy::page);
+    const std::lock_guard lock(state_->mutex);
+    state_->probe = Probe{std::move(call), departures, documentsParsed};
+  } catch (const DevToolsFailure&) { // it would not answer: whoever calls it next is told why
+  }
+}
+
+/// The last probe where nobody has waited for it, else a new one.
+Session::Probe Session::requireProbe() {
+  for (int attempt = 0; attempt < 2; ++attempt) {
+    {
+      const std::lock_guard lock(state_->mutex);
+      if (const std::optional<DevToolsFailure> why = state_->obstacle())
+        throw *why;
+      if (state_->probe && (attempt > 0 || !state_->probe->call->hasFailed()))
+        return *state_->probe;
+    }
+    probe();
+  }
+  throw platform::failure(DevToolsFault::targetGone);
+}
+
+/// Waits for what the page says, and then for the end of a navigation that had begun by then.
+void Session::take(const Probe& probe, const platform::CallLimits& limits) {
+  probe.call->awaitEnd(limits);
+  const std::optional<PendingCall::Answer> answer = probe.call->answer(); // throws when the connection is lost
+  std::unique_lock lock(state_->mutex);
+  if (state_->probe && state_->probe->call == probe.call)
+    state_->probe.reset();
+  if (!answer || !*answer) // a dialog, or the page went elsewhere just then
+    return;
+  state_->answeredAt = std::chrono::steady_clock::now();
+  state_->progress.answered(probe.departures);
+  const boost::json::value* isParsing = (*answer)->at("result").as_object().if_contains("value");
+  if (isParsing != nullptr && *isParsing == true && state_->progress.documentsParsed() == probe.documentsParsed)
+    state_->progress.isFoundUnparsed();
+  state_->progressed.wait_until(lock, limits.stop, std::min(limits.deadline, state_->answeredAt + patienceWithEnds),
+                                [this] { return !state_->progress.isUnderWay() || state_->obstacle(); });
+}
+
+void Session::settle(const platform::CallLimits& callLimits) {
+  const platform::CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
+  for (int probes = 0; probes < mostProbes; ++probes) {
+    {
+      const std::lock_guard lock(state_->mutex);
+      if (!state_->probe && state_->progress.isSettled() &&
+          std::chrono::steady_clock::now() - state_->answeredAt < lately)
+        break;
+    }
+    take(requireProbe(), limits);
+  }
+  std::unique_lock lock(state_->mutex);
+  state_->progressed.wait_until(lock, limits.stop,
+                                std::min(limits.deadline, std::chrono::steady_clock::now() + patienceWithParsing),
+                                [this] { return state_->progress.isParsed() || state_->obstacle(); });
+  if (limits.stop.stop_requested())
+    throw platform::failure(DevToolsFault::stopped);
+}
+
+void Session::depart() {
+  const std::lock_guard lock(state_->mutex);
+  state_->progress.depart();
+}
+
+bool Session::isLeaving() const {
+  const std::lock_guard lock(state_->mutex);
+  return !state_->progress.isSettled() || !state_->progress.isParsed();
+}
+
+std::uint64_t Session::departures() const {
+  const std::lock_guard lock(state_->mutex);
+  return state_->progress.departures();
 }
 
 void Session::bind(const std::string& name, std::function<void(const std::string&)> listener) {

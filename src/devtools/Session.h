@@ -48,6 +48,23 @@ public:
   /// Throws DevToolsFailure: targetGone, targetCrashed, dialogOpen, lost, timedOut, stopped, refused.
   Evaluation evaluate(const std::string& javascript, const platform::CallLimits& limits);
 
+  /// Waits until the page is where its navigations lead, as far as they have begun by now: at a document that is parsed
+  /// to its end, or at the one that it had, where the browser dropped them. A document that takes longer than a second
+  /// to parse counts as there. Returns at once when the page has answered lately and nothing has begun since; else the
+  /// page has answered when this returns. Throws DevToolsFailure, as above.
+  void settle(const platform::CallLimits& limits);
+
+  /// Asks the page for an answer that nobody waits for but the next `settle`, which needs none of its own then. After
+  /// it the events tell of every navigation that code before it has brought about, be it a task later.
+  void probe();
+
+  /// A command of ours is going to make the page leave.
+  void depart();
+  /// Whether `settle` would have something to wait for, as far as is known.
+  [[nodiscard]] bool isLeaving() const;
+  /// How often the page was about to leave so far.
+  [[nodiscard]] std::uint64_t departures() const;
+
   /// Calls a method of the protocol in this session. Throws DevToolsFailure, as above.
   boost::json::object call(std::string method, boost::json::object parameters, AnsweredBy answeredBy,
                            const platform::CallLimits& limits);
@@ -65,6 +82,9 @@ public:
 
 private:
   struct State;
+  struct Probe;
+  Probe requireProbe();
+  void take(const Probe& probe, const platform::CallLimits& limits);
   Session(std::shared_ptr<Connection> connection, std::shared_ptr<State> state);
 
   std::shared_ptr<Connection> connection_;

@@ -105,30 +105,6 @@ TEST_P(Catalogue, TellsTheSelectionAsTextAsMarkdownAndAsRichText) {
   EXPECT_THAT(file.data, Not(AnyOf(HasSubstr("before"), HasSubstr("behind"))));
 }
 
-TEST_P(Catalogue, ReloadsTheFrontTab) {
-  const TabID tab = openPage("<title>R</title>");
-  for (int round = 0; round < 5; ++round) {
-    evaluate(tab, "window.mark = 1");
-    run("ReloadTab");
-    eventually([&] { return evaluate(tab, "typeof window.mark") == "undefined"; });
-  }
-}
-
-TEST_P(Catalogue, LeavingThePageDoesNotFailTheClickThatDoesIt) {
-  pages().serve("/next", "<title>N</title>");
-  const auto leaves = [&](const std::function<void()>& act) {
-    const TabID tab = openPage("<title>L</title><a href='/next'>go</a><form action='/next'><input name=q></form>");
-    act();
-    eventually([&] { return evaluate(tab, "location.pathname") == "/next"; });
-  };
-  leaves([&] { run("ClickElement", {{"cssSelector", "a"}}); });
-  leaves([&] { EXPECT_EQ(run("ClickLink", {{"label", "go"}}), value(true)); });
-  leaves([&] {
-    EXPECT_EQ(run("SetFormFieldValue", {{"targetField", "q"}, {"newValue", "x"}, {"shouldSubmitParentForm", "true"}}),
-              value(true));
-  });
-}
-
 TEST_P(Catalogue, AJobThatTakesItsTimeIsPolledAndOneThatNeverEndsGivenUp) {
   openPage("<title>J</title>");
   const auto js = [&](const std::string& code) {

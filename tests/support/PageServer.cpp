@@ -98,6 +98,10 @@ void PageServer::serve(const std::string& path, std::string body, std::string co
                                    contentType, body.size(), body));
 }
 
+void PageServer::serveRaw(const std::string& path, std::string response) {
+  listener_->set(path, std::move(response));
+}
+
 void PageServer::neverAnswer(const std::string& path) {
   listener_->set(path, std::nullopt);
 }

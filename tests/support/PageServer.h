@@ -21,6 +21,8 @@ public:
 
   /// Answers requests for the path (which begins with "/"; a query is ignored) with this text from now on.
   void serve(const std::string& path, std::string body, std::string contentType = "text/html; charset=utf-8");
+  /// The same with a whole response, status line and headers among it.
+  void serveRaw(const std::string& path, std::string response);
   /// Takes requests for the path and never answers them, so that the page stays loading.
   void neverAnswer(const std::string& path);
   /// The whole address of a path, such as "http://127.0.0.1:43210/form".

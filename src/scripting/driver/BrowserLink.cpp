@@ -82,6 +82,8 @@ BrowserLink::~BrowserLink() = default;
 std::shared_ptr<const BrowserSnapshot> BrowserLink::snapshot(const CallLimits& limits) {
   if (lookahead_)
     lookahead_->used();
+  if (visits_.settleOthers(limits))
+    changes_->fetch_add(1); // the browser has told us of them, but the helper may not have yet
   return upToDate(limits);
 }
 
@@ -188,7 +190,7 @@ auto BrowserLink::onPage(TabID tab, const CallLimits& limits, Call&& call) {
   const auto end = std::chrono::steady_clock::now() + patienceWithNewPages;
   for (;;) {
     try {
-      return call(*requirePage(tab, limits));
+      return call(requirePage(tab, limits));
     } catch (const DevToolsFailure& failure) {
       if (failure.kind() != DevToolsFault::refused || std::chrono::steady_clock::now() > end ||
           failure.detail().find(notActive) == std::string::npos)
@@ -212,7 +214,13 @@ boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascrip
   const std::string& code = job ? job->code : javascript;
   requirePage(tab, limits);
   awaitOpening(tab, limits);
-  devtools::Evaluation evaluation = onPage(tab, limits, [&](Session& page) { return page.evaluate(code, limits); });
+  devtools::Evaluation evaluation = onPage(tab, limits, [&](const std::shared_ptr<Session>& page) {
+    visits_.settle(*page, limits);
+    visits_.note(page, limits.stop);
+    devtools::Evaluation result = page->evaluate(code, limits);
+    page->probe();
+    return result;
+  });
   if (evaluation.exception)
     log.debug("JavaScript gave no value: {}", *evaluation.exception);
   if (job && evaluation.exception && evaluation.exception->find("SyntaxError") != std::string::npos)
@@ -233,6 +241,24 @@ boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascrip
   return nullptr;
 }
 
+/// Lets a navigation that is under way come to its end, for a command that means the page it leads to. The browser
+/// carries such commands out on a page that answers nothing too.
+void BrowserLink::arrive(Session& page, const CallLimits& limits) {
+  try {
+    if (page.isLeaving())
+      page.settle(limits);
+  } catch (const DevToolsFailure& failure) {
+    if (failure.kind() != DevToolsFault::targetCrashed && failure.kind() != DevToolsFault::dialogOpen)
+      throw;
+  }
+}
+
+/// A command follows that makes the page leave.
+void BrowserLink::leave(const std::shared_ptr<Session>& page, const CallLimits& limits) {
+  visits_.note(page, limits.stop);
+  page->depart();
+}
+
 void BrowserLink::navigate(TabID tab, const std::string& url, const CallLimits& callLimits) {
   if (isJavaScript(url)) {
     // The page itself is the only one that may follow such an address.
@@ -244,9 +270,10 @@ void BrowserLink::navigate(TabID tab, const std::string& url, const CallLimits& 
   const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
   // The browser answers when the page is there, which may take for ever; but it takes calls up in order, so the answer
   // to the next one tells that this one has begun, and a refusal would have come before it.
-  onPage(tab, limits, [&](Session& page) {
-    const auto navigation = page.send("Page.navigate", {{"url", url}}, Session::AnsweredBy::browser);
-    page.call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
+  onPage(tab, limits, [&](const std::shared_ptr<Session>& page) {
+    leave(page, limits);
+    const auto navigation = page->send("Page.navigate", {{"url", url}}, Session::AnsweredBy::browser);
+    page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
     if (navigation->hasEnded())
       navigation->result(limits);
   });
@@ -256,19 +283,24 @@ void BrowserLink::navigate(TabID tab, const std::string& url, const CallLimits& 
 void BrowserLink::goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits) {
   const Disturbance disturbance(*this);
   const std::shared_ptr<Session> page = requirePage(tab, limits);
+  arrive(*page, limits); // the entries count from where the page is
   const boost::json::object history = page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
   const boost::json::array& entries = history.at("entries").as_array();
   const std::int64_t step = direction == BrowserDriver::History::back ? -1 : 1;
   const std::int64_t place = history.at("currentIndex").to_number<std::int64_t>() + step;
   if (place < 0 || place >= static_cast<std::int64_t>(entries.size()))
     return; // as with the browser's own buttons
+  leave(page, limits);
   page->call("Page.navigateToHistoryEntry", {{"entryId", entries[static_cast<std::size_t>(place)].at("id")}},
              Session::AnsweredBy::browser, limits);
 }
 
 void BrowserLink::reload(TabID tab, const CallLimits& limits) {
   const Disturbance disturbance(*this);
-  requirePage(tab, limits)->call("Page.reload", {}, Session::AnsweredBy::browser, limits);
+  const std::shared_ptr<Session> page = requirePage(tab, limits);
+  arrive(*page, limits);
+  leave(page, limits);
+  page->call("Page.reload", {}, Session::AnsweredBy::browser, limits);
 }
 
 void BrowserLink::stopLoading(TabID tab, const CallLimits& limits) {

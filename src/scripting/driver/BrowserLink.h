@@ -7,6 +7,7 @@
 #include "scripting/driver/Lookahead.h"
 #include "scripting/driver/PageJobs.h"
 #include "scripting/driver/PageSessions.h"
+#include "scripting/driver/PageVisits.h"
 
 #include <boost/json/value.hpp>
 
@@ -101,6 +102,8 @@ private:
   std::optional<std::string> findTarget(TabID tab);
   std::shared_ptr<devtools::Session> requirePage(TabID tab, const CallLimits& limits);
   void awaitOpening(TabID tab, const CallLimits& limits);
+  static void arrive(devtools::Session& page, const CallLimits& limits);
+  void leave(const std::shared_ptr<devtools::Session>& page, const CallLimits& limits);
   template <class Call>
   auto onPage(TabID tab, const CallLimits& limits, Call&& call);
   bool closeDeveloperTools(WindowID window, const CallLimits& limits);
@@ -109,6 +112,7 @@ private:
   const platform::RunningBrowser browser_;
   std::shared_ptr<devtools::Connection> connection_;
   PageSessions pages_;
+  PageVisits visits_;
   PageJobResults jobs_;
   const Counter changes_ = std::make_shared<std::atomic<std::uint64_t>>(0);
   const Counter disturbances_ = std::make_shared<std::atomic<std::uint64_t>>(0);

@@ -1,6 +1,7 @@
 #include "scripting/driver/ProtocolView.h"
 
 #include "devtools/Waiting.h"
+#include "devtools/WireText.h"
 
 #include <algorithm>
 #include <charconv>
@@ -18,14 +19,10 @@ namespace tabwright::scripting {
 using devtools::DevToolsFailure;
 using devtools::DevToolsFault;
 using devtools::PendingCall;
+using devtools::textOf;
 using namespace std::chrono_literals;
 
 namespace {
-
-std::string textOf(const boost::json::object& fields, std::string_view key) {
-  const boost::json::value* value = fields.if_contains(key);
-  return value != nullptr && value->is_string() ? std::string(value->as_string()) : std::string();
-}
 
 /// A page that is busy or shows a dialog doesn't say; it counts as not visible.
 bool isVisible(PageSessions& pages, const std::string& target, const CallLimits& limits) {

@@ -1,0 +1,75 @@
+#include "devtools/PageProgress.h"
+
+#include "devtools/WireText.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace tabwright::devtools {
+
+namespace {
+
+/// Opened elsewhere, or handed to a download: the page stays.
+bool staysHere(const Event& event) {
+  return textOf(event.parameters, "disposition") != "currentTab";
+}
+
+bool isWithinDocument(const Event& event) {
+  const std::string type = textOf(event.parameters, "navigationType");
+  return type == "sameDocument" || type == "historySameDocument";
+}
+
+} // namespace
+
+bool PageProgress::isOfMainFrame(const Event& event) const {
+  return textOf(event.parameters, "frameId") == mainFrame_;
+}
+
+bool PageProgress::take(const Event& event) {
+  if (event.method == "Page.frameRequestedNavigation") {
+    if (isOfMainFrame(event) && !staysHere(event))
+      ++departures_;
+  } else if (event.method == "Page.frameStartedNavigating") {
+    if (isOfMainFrame(event) && !isWithinDocument(event)) {
+      begunAt_ = ++departures_;
+      isUnderWay_ = true;
+      loader_ = textOf(event.parameters, "loaderId");
+    }
+  } else if (event.method == "Page.frameStoppedLoading") {
+    // A navigation that was dropped ends so. A page that is restored says the same before it is there, so this alone
+    // settles nothing.
+    if (isOfMainFrame(event) && isUnderWay_) {
+      isUnderWay_ = false;
+      ++departures_;
+    }
+  } else if (event.method == "Page.windowOpen") {
+    ++departures_; // of the tab that is about to be there
+  } else if (event.method == "Page.frameNavigated") {
+    takeDocument(event);
+  } else if (event.method == "Page.domContentEventFired") {
+    isParsed_ = true;
+    ++documentsParsed_;
+  } else {
+    return false;
+  }
+  return true;
+}
+
+void PageProgress::takeDocument(const Event& event) {
+  const boost::json::object& frame = event.parameters.at("frame").as_object();
+  if (frame.contains("parentId"))
+    return;
+  mainFrame_ = textOf(frame, "id");
+  const bool isRestored = textOf(event.parameters, "type") == "BackForwardCacheRestore";
+  isParsed_ = isRestored;
+  if (isRestored || textOf(frame, "loaderId") == loader_) {
+    isUnderWay_ = false;
+    settled_ = std::max(settled_, begunAt_);
+  }
+}
+
+void PageProgress::answered(std::uint64_t departures) {
+  settled_ = std::max(settled_, departures);
+}
+
+} // namespace tabwright::devtools

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "devtools/Connection.h"
+
+#include <cstdint>
+#include <string>
+
+namespace tabwright::devtools {
+
+/// What a page's own events tell of its navigations: whether its main frame is on its way to another document, and
+/// whether the document that it shows is there as far as its end.
+///
+/// A departure is anything that may lead to another document: a navigation that the page asks for, one that begins, and
+/// a command of ours. Navigations within the document are none. Departures are counted; one is settled once it has led
+/// to a document, or once the page has answered a call that was sent after it (`answered`), since the browser hands a
+/// page that is leaving nothing more.
+///
+/// Not safe to use from several threads.
+class PageProgress {
+public:
+  /// `mainFrame` is the frame's id, which at first is that of the target.
+  explicit PageProgress(std::string mainFrame) : mainFrame_(std::move(mainFrame)) {}
+
+  /// True for an event that speaks of navigations.
+  bool take(const Event& event);
+  /// A command of ours that may make the page leave.
+  void depart() { ++departures_; }
+  /// The page has answered a call that was sent when there had been that many departures.
+  void answered(std::uint64_t departures);
+  /// The document's state is known from elsewhere: it is still being parsed.
+  void isFoundUnparsed() { isParsed_ = false; }
+
+  [[nodiscard]] std::uint64_t departures() const { return departures_; }
+  /// Whether a navigation has begun whose end has not been reported.
+  [[nodiscard]] bool isUnderWay() const { return isUnderWay_; }
+  [[nodiscard]] bool isParsed() const { return isParsed_; }
+  [[nodiscard]] bool isSettled() const { return settled_ == departures_ && !isUnderWay_; }
+  /// Documents that were parsed to their end since the beginning.
+  [[nodiscard]] std::uint64_t documentsParsed() const { return documentsParsed_; }
+
+private:
+  [[nodiscard]] bool isOfMainFrame(const Event& event) const;
+  void takeDocument(const Event& event);
+
+  std::string mainFrame_;
+  std::string loader_; // of the navigation that began last
+  bool isUnderWay_ = false;
+  bool isParsed_ = true;
+  std::uint64_t documentsParsed_ = 0;
+  std::uint64_t departures_ = 0;
+  std::uint64_t begunAt_ = 0; // the count of departures when the last navigation began
+  std::uint64_t settled_ = 0; // the count of departures up to which all are settled
+};
+
+} // namespace tabwright::devtools

@@ -1,0 +1,74 @@
+#include "scripting/driver/PageVisits.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace tabwright::scripting {
+
+using devtools::DevToolsFailure;
+using devtools::DevToolsFault;
+using devtools::Session;
+
+namespace {
+
+constexpr std::chrono::seconds patienceOfLooks(1);
+
+bool isSameRun(const std::stop_token& left, const std::stop_token& right) {
+  return left.stop_possible() && left == right;
+}
+
+} // namespace
+
+void PageVisits::note(const std::shared_ptr<Session>& page, const std::stop_token& run) {
+  const std::uint64_t departures = page->departures();
+  const std::lock_guard lock(mutex_);
+  std::erase_if(visits_, [&](const Visit& visit) {
+    const std::shared_ptr<Session> other = visit.page.lock();
+    return !other || other == page;
+  });
+  visits_.push_back({page, run, departures});
+}
+
+void PageVisits::settle(Session& page, const platform::CallLimits& limits) {
+  bool isOwn = false;
+  {
+    const std::lock_guard lock(mutex_);
+    isOwn = std::ranges::any_of(visits_, [&](const Visit& visit) {
+      return isSameRun(visit.run, limits.stop) && visit.page.lock().get() == &page;
+    });
+  }
+  if (!isOwn || page.isLeaving())
+    page.settle(limits);
+}
+
+bool PageVisits::settleOthers(const platform::CallLimits& limits) {
+  std::vector<Visit> others;
+  {
+    const std::lock_guard lock(mutex_);
+    if (visits_.empty())
+      return false;
+    std::vector<Visit> own;
+    for (Visit& visit : visits_)
+      (isSameRun(visit.run, limits.stop) ? own : others).push_back(std::move(visit));
+    visits_ = std::move(own);
+  }
+  bool hasLeft = false;
+  platform::CallLimits patience = limits;
+  patience.deadline = std::min(limits.deadline, std::chrono::steady_clock::now() + patienceOfLooks);
+  for (const Visit& visit : others) {
+    const std::shared_ptr<Session> page = visit.page.lock();
+    if (!page)
+      continue;
+    try {
+      page->settle(patience);
+    } catch (const DevToolsFailure& failure) {
+      if (failure.kind() == DevToolsFault::lost || failure.kind() == DevToolsFault::stopped)
+        throw;
+    }
+    hasLeft = hasLeft || page->departures() != visit.departures;
+  }
+  return hasLeft;
+}
+
+} // namespace tabwright::scripting

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "devtools/Session.h"
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <stop_token>
+#include <vector>
+
+namespace tabwright::scripting {
+
+/// The pages that runs have evaluated code in or sent elsewhere, so that the runs after them begin with what has come
+/// of it. A run is known by its stop token; a call that can't be stopped is a run of its own.
+///
+/// A run itself does not wait for what its code may have set going, only for what the page has told of: so an action
+/// that makes a page leave is done at once. Throws DevToolsFailure. Safe to use from any thread.
+class PageVisits {
+public:
+  /// Code is about to be evaluated in the page, or a command to be given to it.
+  void note(const std::shared_ptr<devtools::Session>& page, const std::stop_token& run);
+
+  /// Before code is evaluated: waits until the page is where its navigations lead.
+  void settle(devtools::Session& page, const platform::CallLimits& limits);
+
+  /// Before the browser is looked at: the same for all pages that other runs have visited. One that has not arrived
+  /// within a second is seen as it is, once and for all. True when one of them has left its address since.
+  bool settleOthers(const platform::CallLimits& limits);
+
+private:
+  struct Visit {
+    std::weak_ptr<devtools::Session> page;
+    std::stop_token run;
+    std::uint64_t departures; // the page's count before that
+  };
+
+  std::mutex mutex_;
+  std::vector<Visit> visits_; // at most one to each page, the last
+};
+
+} // namespace tabwright::scripting
