@@ -48,7 +48,8 @@ protected:
   std::size_t windowCount() { return snapshot()->windows.size(); }
   std::size_t tabCount() {
     std::size_t count = 0;
-    for (const WindowState& window : snapshot()->windows)
+    const auto seen = snapshot();
+    for (const WindowState& window : seen->windows)
       count += window.tabs.size();
     return count;
   }

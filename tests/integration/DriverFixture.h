@@ -94,7 +94,8 @@ protected:
   }
 
   std::optional<TabState> find(TabID tab) {
-    for (const WindowState& window : snapshot()->windows) {
+    const auto seen = snapshot();
+    for (const WindowState& window : seen->windows) {
       for (const TabState& state : window.tabs) {
         if (state.id == tab)
           return state;
@@ -104,7 +105,8 @@ protected:
   }
 
   std::optional<WindowState> findWindow(WindowID id) {
-    for (const WindowState& window : snapshot()->windows) {
+    const auto seen = snapshot();
+    for (const WindowState& window : seen->windows) {
       if (window.id == id)
         return window;
     }

@@ -92,7 +92,8 @@ TEST_F(DriverTest, AWindowOfDeveloperToolsIsListedWithoutTabsAndCanBeClosed) {
       connection->call("Target.openDevTools", {{"targetId", pageTitled("inspected")}}, {}, limits());
   const std::string target(opened.at("targetId").as_string());
   const auto tools = [&]() -> std::optional<WindowState> {
-    for (const WindowState& window : snapshot()->windows) {
+    const auto seen = snapshot();
+    for (const WindowState& window : seen->windows) {
       if (window.tabs.empty())
         return window;
     }

@@ -89,7 +89,8 @@ TEST_F(DriverTest, AProgramWhosePageJobIsDoneNeedsNoLookToEnd) {
 TEST_F(DriverTest, ChangesOneByOneAddUpToWhatIsThere) {
   const auto texts = [](DevToolsDriver& driver) {
     std::string all;
-    for (const WindowState& window : driver.snapshot(limits())->windows) {
+    const auto seen = driver.snapshot(limits());
+    for (const WindowState& window : seen->windows) {
       all += fmt::format("window {} {} {}\n", window.id, window.title, window.activeTabIndex);
       for (const TabState& tab : window.tabs)
         all += fmt::format("  {} {} {} {}\n", tab.id, tab.title, tab.url, tab.isLoading);
@@ -119,7 +120,8 @@ TEST_F(DriverTest, ChangesOneByOneAddUpToWhatIsThere) {
       eventually([&] { return texts(driver()) == texts(*makeDriver(chromium())); });
     }
   }
-  for (const WindowState& window : snapshot()->windows) {
+  const auto seen = snapshot();
+  for (const WindowState& window : seen->windows) {
     for (const TabState& tab : window.tabs) {
       if (tab.url.starts_with(pages.url("/")) && std::ranges::count(tabs, tab.id) == 0)
         driver().closeTab(tab.id, limits());

@@ -89,7 +89,8 @@ TEST_F(DriverTest, IncognitoWindowsAreSeenAndTheirTabsAnswer) {
   awaitLoaded(state.tabs[0].id);
   EXPECT_EQ(evaluate(state.tabs[0].id, "document.title"), "Private");
   driver().closeWindow(window, limits());
-  for (const WindowState& other : snapshot()->windows)
+  const auto seen = snapshot();
+  for (const WindowState& other : seen->windows)
     EXPECT_EQ(other.mode, WindowMode::normal);
 }
 

@@ -116,7 +116,8 @@ private:
   void nameWindows() {
     std::vector<std::string> names;
     try {
-      for (const WindowState& window : answering->snapshot(limits())->windows)
+      const auto seen = answering->snapshot(limits());
+      for (const WindowState& window : seen->windows)
         names.push_back(window.mode == WindowMode::incognito ? "Private" : window.title);
     } catch (const DriverFailure&) { // the run will tell
     }

@@ -48,7 +48,8 @@ protected:
 
   std::size_t tabsAt(const std::string& url) {
     std::size_t count = 0;
-    for (const WindowState& window : snapshot()->windows) {
+    const auto seen = snapshot();
+    for (const WindowState& window : seen->windows) {
       for (const TabState& tab : window.tabs)
         count += tab.url == url ? 1 : 0;
     }
@@ -87,7 +88,8 @@ TEST_F(Examples, OpenReadingListTellsWhatDidNotLoad) {
   EXPECT_THAT(run("open-reading-list", {{"pages", boost::json::serialize(list)}}),
               ElementsAre("Not loaded:", StartsWith("- no address (newURL needs a value.")));
   EXPECT_EQ(tabsAt(pages.url("/a")), 1U);
-  for (const WindowState& window : snapshot()->windows) {
+  const auto seen = snapshot();
+  for (const WindowState& window : seen->windows) {
     for (const TabState& tab : window.tabs) {
       if (tab.url == pages.url("/a"))
         driver().closeTab(tab.id, limits());

@@ -60,7 +60,7 @@ Value Evaluator::offset(const Command& command) {
     throw errors::of(errorNumber::missingParameter, "A parameter is missing for offset.");
   const Value whole = given->is<Text>() ? *given : Value(textOf(*given));
   const Text& text = *whole.get<Text>();
-  const auto match = findText(text.utf8(), textOf(*searched), 0, attributes_);
+  const auto match = TextSearch(text.utf8(), attributes_).find(textOf(*searched), 0);
   return match ? static_cast<std::int64_t>(characters_.charactersBefore(text, match->offset)) + 1 : std::int64_t{0};
 }
 

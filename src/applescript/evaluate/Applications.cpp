@@ -247,7 +247,8 @@ Value Evaluator::filteredElement(const Value::SpecifierPointer& container, const
   every->form = SpecifierForm::every;
   const Value all = get(every);
   std::vector<Value> passing;
-  for (const Value& element : listOf(all)->items) {
+  const Value::ListPointer elements = listOf(all);
+  for (const Value& element : elements->items) {
     if (passes(element, *expression.test))
       passing.push_back(element);
   }

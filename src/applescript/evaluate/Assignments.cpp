@@ -12,32 +12,36 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <functional>
+#include <ranges>
 
 namespace tabwright::applescript {
 
 namespace {
 
 // Looks at a bounded number of values: a ring that is longer than that is possible, and only costs its memory.
-bool leadsTo(const Value& value, const void* holder, int& looks) {
-  if (--looks < 0)
+bool leadsTo(const Value& value, const void* holder, std::size_t& looks) {
+  if (looks == 0)
     return false;
-  if (const auto* list = value.get<Value::ListPointer>()) {
-    return list->get() == holder || std::ranges::any_of((*list)->items, [&](const Value& item) {
-             return looks >= 0 && leadsTo(item, holder, looks);
-           });
-  }
-  if (const auto* record = value.get<Value::RecordPointer>()) {
-    return record->get() == holder || std::ranges::any_of((*record)->fields, [&](const auto& field) {
-             return looks >= 0 && leadsTo(field.second, holder, looks);
-           });
-  }
+  --looks;
+  // A list is walked no further than there are looks: a loop that collects the items of a long list comes here with
+  // that list each time.
+  const auto anyOf = [&](const auto& parts, auto valueOf) {
+    return std::ranges::any_of(parts | std::views::take(looks),
+                               [&](const auto& part) { return leadsTo(valueOf(part), holder, looks); });
+  };
+  if (const auto* list = value.get<Value::ListPointer>())
+    return list->get() == holder || anyOf((*list)->items, std::identity());
+  if (const auto* record = value.get<Value::RecordPointer>())
+    return record->get() == holder ||
+           anyOf((*record)->fields, [](const auto& field) -> const Value& { return field.second; });
   if (const auto* reference = value.get<Value::ReferencePointer>())
     return reference->get() == holder || leadsTo((*reference)->holder(), holder, looks);
   return false;
 }
 
 Value withoutRing(Value value, const void* holder) {
-  int looks = 100;
+  std::size_t looks = 100;
   return leadsTo(value, holder, looks) ? lookThroughDeep(value, ForeignObjects::kept).deepCopy() : std::move(value);
 }
 
@@ -87,11 +91,11 @@ void Evaluator::assign(const Assignment& statement) {
 
 bool Evaluator::appendInPlace(const Variable& variable, const Expression& value) {
   std::vector<const Expression*> parts;
-  const Expression* first = &value;
+  const Expression* first = &withoutParentheses(value);
   while (first->kind == Expression::Kind::binary &&
          static_cast<const Binary*>(first)->op == Binary::Operator::concatenate) {
     parts.push_back(static_cast<const Binary*>(first)->right.get());
-    first = static_cast<const Binary*>(first)->left.get();
+    first = &withoutParentheses(*static_cast<const Binary*>(first)->left);
   }
   if (parts.empty() || !sameVariable(variable, *first))
     return false;
@@ -234,7 +238,8 @@ void Evaluator::assignToProperty(const PropertyAccess& target, Value&& value) {
     // What is no text is refused now and not at the next use.
     if (!delimiters.is<Value::ListPointer>())
       static_cast<void>(textOf(delimiters));
-    for (const Value& delimiter : listOf(delimiters)->items)
+    const Value::ListPointer list = listOf(delimiters);
+    for (const Value& delimiter : list->items)
       static_cast<void>(textOf(delimiter));
     script_.textItemDelimiters = delimiters.deepCopy();
     return;

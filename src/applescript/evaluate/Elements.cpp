@@ -59,7 +59,8 @@ std::string describe(const ElementAccess& expression, const Value& first, const 
 
 std::string textFromCodePoints(const Value& value) {
   std::string text;
-  for (const Value& item : listOf(value)->items) {
+  const Value::ListPointer codePoints = listOf(value);
+  for (const Value& item : codePoints->items) {
     const std::int64_t codePoint = integerOf(item);
     const bool isScalar = codePoint >= 0 && codePoint <= 0x10FFFF && (codePoint < 0xD800 || codePoint > 0xDFFF);
     if (!isScalar)
@@ -228,6 +229,8 @@ Value Evaluator::countElements(const ElementAccess& expression) {
   if (const auto* text = container.get<Text>(); text && !expression.test && expression.form == Form::every) {
     if (code == codes::character || code == codes::item)
       return static_cast<std::int64_t>(characters_.count(*text));
+    if (isTextElement(code) && !isTextClass(code))
+      return static_cast<std::int64_t>(textRanges(*text, code).size());
   }
   return countOf(elementOf(container, expression));
 }

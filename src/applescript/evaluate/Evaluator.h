@@ -175,7 +175,7 @@ private:
   // TextContainers.cpp
   Value textElement(const Text& text, const ElementAccess& expression);
   Value textBetweenElements(const Text& text, const ElementAccess& expression);
-  std::vector<TextRange> textRanges(const Text& text, FourCharCode elementClass);
+  const std::vector<TextRange>& textRanges(const Text& text, FourCharCode elementClass);
   std::vector<std::string> delimiters() const;
 
   // Applications.cpp
@@ -240,6 +240,7 @@ private:
   std::chrono::nanoseconds eventTimeout_;
   std::unordered_map<const ApplicationReference*, Value::SpecifierPointer> applications_; ///< named literally
   CharacterIndex characters_;
+  PieceIndex pieces_;
 };
 
 } // namespace tabwright::applescript

@@ -11,25 +11,23 @@ namespace tabwright::applescript {
 
 std::vector<std::string> Evaluator::delimiters() const {
   std::vector<std::string> texts;
-  for (const Value& delimiter : listOf(script_.textItemDelimiters)->items)
+  const Value::ListPointer list = listOf(script_.textItemDelimiters);
+  for (const Value& delimiter : list->items)
     texts.push_back(textOf(delimiter));
   return texts;
 }
 
-std::vector<TextRange> Evaluator::textRanges(const Text& text, FourCharCode elementClass) {
+// Valid until the next ones of this class are asked for, so nothing is evaluated while they are in use.
+const std::vector<TextRange>& Evaluator::textRanges(const Text& text, FourCharCode elementClass) {
   switch (elementClass) {
   case codes::word:
-    return wordsOf(text.utf8());
+    return pieces_.pieces(text, PieceIndex::Kind::words);
   case codes::paragraph:
-    return paragraphsOf(text.utf8());
+    return pieces_.pieces(text, PieceIndex::Kind::paragraphs);
   case codes::textItem:
-    return textItemsOf(text.utf8(), delimiters(), attributes_);
-  default: {
-    std::vector<TextRange> ranges(characters_.count(text));
-    for (std::size_t index = 0; index < ranges.size(); ++index)
-      ranges[index] = characters_.character(text, index);
-    return ranges;
-  }
+    return pieces_.pieces(text, PieceIndex::Kind::textItems, delimiters(), attributes_);
+  default:
+    return pieces_.pieces(text, PieceIndex::Kind::characters);
   }
 }
 
@@ -45,8 +43,9 @@ bool isElement(const ExpressionPointer& key) {
 Value Evaluator::textBetweenElements(const Text& text, const ElementAccess& expression) {
   const auto placeOf = [&](const Expression& end) {
     const auto& element = static_cast<const ElementAccess&>(end);
-    const std::vector<TextRange> ranges = textRanges(text, element.elementClass.code);
-    return ranges[position(ranges.size(), element, keyOf(element), Value(text))];
+    const ElementKey key = keyOf(element);
+    const std::vector<TextRange>& ranges = textRanges(text, element.elementClass.code);
+    return ranges[position(ranges.size(), element, key, Value(text))];
   };
   const TextRange from = placeOf(*expression.key);
   const TextRange to = placeOf(*expression.rangeEnd);
@@ -89,7 +88,7 @@ Value Evaluator::textElement(const Text& text, const ElementAccess& expression) 
     return Value::list(std::move(pieces));
   }
 
-  const std::vector<TextRange> ranges = textRanges(text, code);
+  const std::vector<TextRange>& ranges = textRanges(text, code);
   if (expression.form != ElementAccess::Form::every && expression.form != ElementAccess::Form::range)
     return pieceAt(ranges[position(ranges.size(), expression, key, Value(text))]);
   std::size_t first = 0;

@@ -1,6 +1,6 @@
 // Texts of ASCII letters, which nearly all are, are compared byte by byte. Everything else is made into a key first: a
 // row of code points, normalised, folded and stripped of what the attributes ignore. Folding is the simple one, code
-// point by code point, so that `findText` can tell lengths in the text itself.
+// point by code point, so that a search can tell lengths in the text itself.
 #include "applescript/values/TextComparison.h"
 
 #include <unicode/coll.h>
@@ -79,25 +79,6 @@ std::u32string keyOf(std::string_view text, const TextAttributes& attributes) {
   return shortened;
 }
 
-struct FoldedText {
-  std::u32string codePoints;
-  std::vector<std::size_t> offsets; // of each code point, and the end
-};
-
-FoldedText folded(std::string_view text, std::size_t from, const TextAttributes& attributes) {
-  FoldedText result;
-  const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
-  const auto size = static_cast<int64_t>(text.size());
-  for (auto at = static_cast<int64_t>(from); at < size;) {
-    result.offsets.push_back(static_cast<std::size_t>(at));
-    UChar32 c = 0;
-    U8_NEXT_OR_FFFD(bytes, at, size, c);
-    result.codePoints += static_cast<char32_t>(attributes.considersCase ? c : u_foldCase(c, U_FOLD_CASE_DEFAULT));
-  }
-  result.offsets.push_back(text.size());
-  return result;
-}
-
 // One collator per thread and setting: opening one is slow, and using one from two threads isn't allowed.
 const icu::Collator* collatorFor(const TextAttributes& attributes) {
   static thread_local std::unique_ptr<icu::Collator> collators[4];
@@ -163,26 +144,79 @@ bool textEndsWith(std::string_view text, std::string_view part, const TextAttrib
   return keyOf(text, attributes).ends_with(keyOf(part, attributes));
 }
 
-std::optional<TextMatch> findText(std::string_view text, std::string_view part, std::size_t from,
-                                  const TextAttributes& attributes) {
-  if (part.empty() || from > text.size())
+// Normalised piece by piece: a piece begins where composing can't reach across, and a match begins and ends only where
+// the text itself has a place for it, not inside what was composed.
+TextSearch::Folded TextSearch::fold(std::string_view text, const TextAttributes& attributes) {
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::Normalizer2* normalizer = icu::Normalizer2::getNFCInstance(status);
+  Folded result;
+  const auto add = [&](UChar32 c, std::size_t offset) {
+    result.codePoints += static_cast<char32_t>(attributes.considersCase ? c : u_foldCase(c, U_FOLD_CASE_DEFAULT));
+    result.offsets.push_back(offset);
+  };
+  constexpr UChar32 firstThatComposes = 0x300;
+  const auto beginsPiece = [&](UChar32 c) {
+    return c < firstThatComposes || U_FAILURE(status) || normalizer->hasBoundaryBefore(c);
+  };
+  icu::UnicodeString piece;
+  std::vector<std::size_t> starts; // of the code points of the piece
+  const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
+  const auto size = static_cast<int64_t>(text.size());
+  for (int64_t at = 0; at < size;) {
+    piece.remove();
+    starts.clear();
+    for (int64_t next = at; next < size; at = next) {
+      UChar32 c = 0;
+      U8_NEXT_OR_FFFD(bytes, next, size, c);
+      if (!starts.empty() && beginsPiece(c))
+        break;
+      starts.push_back(static_cast<std::size_t>(at));
+      piece.append(c);
+    }
+    if (starts.size() == 1 && piece.char32At(0) < firstThatComposes) {
+      add(piece.char32At(0), starts.front());
+      continue;
+    }
+    const icu::UnicodeString composed = U_SUCCESS(status) ? normalizer->normalize(piece, status) : piece;
+    if (U_SUCCESS(status) && composed != piece) {
+      piece = composed;
+      starts.resize(1);
+    }
+    std::size_t index = 0;
+    for (int32_t unit = 0; unit < piece.length(); unit = piece.moveIndex32(unit, 1))
+      add(piece.char32At(unit), starts[std::min(index++, starts.size() - 1)]);
+  }
+  result.offsets.push_back(text.size());
+  return result;
+}
+
+TextSearch::TextSearch(std::string_view text, const TextAttributes& attributes)
+    : text_(text), attributes_(attributes), isASCII_(isASCII(text)) {}
+
+std::optional<TextMatch> TextSearch::find(std::string_view part, std::size_t from) {
+  if (part.empty() || from > text_.size())
     return {};
-  if (isASCII(part) && (attributes.considersCase || isASCII(text))) {
-    const std::string_view tail = text.substr(from);
-    const auto found = attributes.considersCase
+  if (isASCII_ && isASCII(part)) {
+    const std::string_view tail = text_.substr(from);
+    const auto found = attributes_.considersCase
                            ? std::ranges::search(tail, part)
                            : std::ranges::search(tail, part, [](char a, char b) { return lower(a) == lower(b); });
     if (found.empty())
       return {};
     return TextMatch{from + static_cast<std::size_t>(found.begin() - tail.begin()), part.size()};
   }
-  const FoldedText where = folded(text, from, attributes);
-  const FoldedText what = folded(part, 0, attributes);
-  const std::size_t at = where.codePoints.find(what.codePoints);
-  if (at == std::u32string::npos)
-    return {};
-  const std::size_t offset = where.offsets[at];
-  return TextMatch{offset, where.offsets[at + what.codePoints.size()] - offset};
+  if (!folded_)
+    folded_ = fold(text_, attributes_);
+  const std::vector<std::size_t>& offsets = folded_->offsets;
+  const std::u32string sought = fold(part, attributes_).codePoints;
+  const auto isPlace = [&](std::size_t index) { return index == 0 || offsets[index] != offsets[index - 1]; };
+  auto at = static_cast<std::size_t>(std::ranges::lower_bound(offsets, from) - offsets.begin());
+  while ((at = folded_->codePoints.find(sought, at)) != std::u32string::npos) {
+    if (const std::size_t end = at + sought.size(); isPlace(at) && isPlace(end))
+      return TextMatch{offsets[at], offsets[end] - offsets[at]};
+    ++at;
+  }
+  return {};
 }
 
 } // namespace tabwright::applescript

@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace tabwright::applescript {
 
@@ -15,6 +17,8 @@ struct TextAttributes {
   bool considersPunctuation = true;
   bool considersWhiteSpace = true;
   bool considersNumericStrings = false; ///< runs of digits compare by their number
+
+  bool operator==(const TextAttributes&) const = default;
 };
 
 /// All texts are UTF-8; ill-formed bytes count as U+FFFD. Canonically equivalent texts are equal.
@@ -31,9 +35,27 @@ struct TextMatch {
   std::size_t offset = 0;
   std::size_t length = 0;
 };
-/// The first place at or after `from` where `part` stands; nothing when it doesn't, or is empty. Of the attributes only
-/// case counts here, so that the match has a length in the text.
-[[nodiscard]] std::optional<TextMatch> findText(std::string_view text, std::string_view part, std::size_t from,
-                                                const TextAttributes& attributes);
+
+/// Finds parts in one text, one after the other. Of the attributes only case counts here, so that a match has a length
+/// in the text; canonically equivalent texts match. What the search needs to know of the text is found out once, so
+/// that to split a text costs a pass over it however many parts it has. The text must outlive the search.
+class TextSearch {
+public:
+  TextSearch(std::string_view text, const TextAttributes& attributes);
+  /// The first place at or after `from`, in bytes, where `part` stands; nothing when it doesn't, or is empty.
+  [[nodiscard]] std::optional<TextMatch> find(std::string_view part, std::size_t from);
+
+private:
+  struct Folded {
+    std::u32string codePoints;
+    std::vector<std::size_t> offsets; ///< of each code point, the same for those composed of one stretch; and the end
+  };
+  static Folded fold(std::string_view text, const TextAttributes& attributes);
+
+  std::string_view text_;
+  TextAttributes attributes_;
+  bool isASCII_;
+  std::optional<Folded> folded_; ///< made when it is first needed
+};
 
 } // namespace tabwright::applescript

@@ -46,6 +46,10 @@ void eachPiece(Boundary boundary, const std::string& text, Report report) {
   utext_close(&source);
 }
 
+bool isSingleBytes(std::string_view text) {
+  return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80 && c != '\r'; });
+}
+
 } // namespace
 
 std::vector<TextRange> paragraphsOf(const std::string& text) {
@@ -82,34 +86,45 @@ std::vector<TextRange> wordsOf(const std::string& text) {
   return words;
 }
 
+std::vector<TextRange> charactersOf(const std::string& text) {
+  std::vector<TextRange> characters;
+  if (isSingleBytes(text)) {
+    characters.reserve(text.size());
+    for (std::size_t at = 0; at < text.size(); ++at)
+      characters.push_back({at, 1});
+    return characters;
+  }
+  eachPiece(Boundary::characters, text, [&](TextRange piece, int32_t) { characters.push_back(piece); });
+  return characters;
+}
+
 std::vector<TextRange> textItemsOf(const std::string& text, const std::vector<std::string>& delimiters,
                                    const TextAttributes& attributes) {
   std::vector<TextRange> items;
   if (text.empty())
     return items;
-  if (std::ranges::all_of(delimiters, &std::string::empty)) {
-    eachPiece(Boundary::characters, text, [&](TextRange piece, int32_t) { items.push_back(piece); });
-    return items;
-  }
+  if (std::ranges::all_of(delimiters, &std::string::empty))
+    return charactersOf(text);
   // Of several delimiters the one that comes next counts, and of those at one place the first given. Each is searched
   // for again only once the text has been split beyond its last place.
-  struct Search {
+  struct Wanted {
     const std::string* delimiter;
     std::optional<TextMatch> next;
   };
-  std::vector<Search> searches;
+  TextSearch search(text, attributes);
+  std::vector<Wanted> searches;
   for (const std::string& delimiter : delimiters) {
     if (!delimiter.empty())
-      searches.push_back({&delimiter, findText(text, delimiter, 0, attributes)});
+      searches.push_back({&delimiter, search.find(delimiter, 0)});
   }
   std::size_t start = 0;
   for (;;) {
     std::optional<TextMatch> first;
-    for (Search& search : searches) {
-      if (search.next && search.next->offset < start)
-        search.next = findText(text, *search.delimiter, start, attributes);
-      if (search.next && (!first || search.next->offset < first->offset))
-        first = search.next;
+    for (Wanted& each : searches) {
+      if (each.next && each.next->offset < start)
+        each.next = search.find(*each.delimiter, start);
+      if (each.next && (!first || each.next->offset < first->offset))
+        first = each.next;
     }
     if (!first)
       break;
@@ -120,6 +135,38 @@ std::vector<TextRange> textItemsOf(const std::string& text, const std::vector<st
   return items;
 }
 
+const std::vector<TextRange>& PieceIndex::pieces(const Text& text, Kind kind) {
+  return pieces(text, kind, {}, {});
+}
+
+const std::vector<TextRange>& PieceIndex::pieces(const Text& text, Kind kind, std::vector<std::string> delimiters,
+                                                 const TextAttributes& attributes) {
+  Entry& entry = entries_[static_cast<std::size_t>(kind)];
+  if (entry.isKnown && entry.text.isSameObject(text) && entry.delimiters == delimiters &&
+      entry.attributes == attributes)
+    return entry.ranges;
+  entry.isKnown = false;
+  switch (kind) {
+  case Kind::characters:
+    entry.ranges = charactersOf(text.utf8());
+    break;
+  case Kind::words:
+    entry.ranges = wordsOf(text.utf8());
+    break;
+  case Kind::paragraphs:
+    entry.ranges = paragraphsOf(text.utf8());
+    break;
+  case Kind::textItems:
+    entry.ranges = textItemsOf(text.utf8(), delimiters, attributes);
+    break;
+  }
+  entry.text = text;
+  entry.delimiters = std::move(delimiters);
+  entry.attributes = attributes;
+  entry.isKnown = true;
+  return entry.ranges;
+}
+
 void CharacterIndex::prepare(const Text& text) {
   if (isPrepared_ && text_.isSameObject(text))
     return;
@@ -127,7 +174,7 @@ void CharacterIndex::prepare(const Text& text) {
   isPrepared_ = true;
   boundaries_.clear();
   const std::string& utf8 = text.utf8();
-  isSingleBytes_ = std::ranges::all_of(utf8, [](char c) { return static_cast<unsigned char>(c) < 0x80 && c != '\r'; });
+  isSingleBytes_ = isSingleBytes(utf8);
   if (isSingleBytes_)
     return;
   eachPiece(Boundary::characters, utf8, [&](TextRange piece, int32_t) { boundaries_.push_back(piece.offset); });

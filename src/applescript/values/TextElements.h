@@ -3,6 +3,7 @@
 #include "applescript/values/TextComparison.h"
 #include "applescript/values/Value.h"
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -18,13 +19,36 @@ struct TextRange {
 /// Paragraphs end at LF, CR, CR LF, U+2028 or U+2029; the end itself belongs to none. A text that ends with one has an
 /// empty last paragraph.
 [[nodiscard]] std::vector<TextRange> paragraphsOf(const std::string& text);
+/// The user-perceived characters: extended grapheme clusters of Unicode Standard Annex #29.
+[[nodiscard]] std::vector<TextRange> charactersOf(const std::string& text);
 /// Words by the rules of Unicode Standard Annex #29; blanks and punctuation between them belong to none.
 [[nodiscard]] std::vector<TextRange> wordsOf(const std::string& text);
 /// What stands between delimiters. Empty delimiters are passed over; with none left, each character is an item.
 [[nodiscard]] std::vector<TextRange> textItemsOf(const std::string& text, const std::vector<std::string>& delimiters,
                                                  const TextAttributes& attributes);
 
-/// The user-perceived characters (extended grapheme clusters of Unicode Standard Annex #29) of a text by position.
+/// The pieces of a text by position. The last text asked for is remembered for each kind, so that a loop over
+/// `paragraph i of t` that takes each line apart again costs one pass over `t`.
+class PieceIndex {
+public:
+  enum class Kind { characters, words, paragraphs, textItems };
+  /// Valid until the next call for this kind. Text items are told apart by delimiters and attributes, too.
+  [[nodiscard]] const std::vector<TextRange>& pieces(const Text& text, Kind kind);
+  [[nodiscard]] const std::vector<TextRange>& pieces(const Text& text, Kind kind, std::vector<std::string> delimiters,
+                                                     const TextAttributes& attributes);
+
+private:
+  struct Entry {
+    bool isKnown = false;
+    Text text;
+    std::vector<std::string> delimiters;
+    TextAttributes attributes;
+    std::vector<TextRange> ranges;
+  };
+  std::array<Entry, 4> entries_;
+};
+
+/// The characters of a text by position, without a table of them for texts of single bytes.
 ///
 /// Finding them takes a pass over the text, so the last text asked for is remembered: a loop over `character i of t`
 /// takes one pass in all.

@@ -32,3 +32,5 @@ considering case
 	end ignoring
 end considering
 r --> true
+
+{"é" is "é", "é" contains "E", "xé" contains "É", "é1" begins with "é", "é" is in {"é"}} --> {true, false, true, true, true}

@@ -33,3 +33,11 @@ considering case
 	set r to text items of "aXbxc"
 end considering
 r --> {"aXb", "c"}
+
+-- Composed and decomposed letters are one, and a letter is not found in what it is a part of.
+set AppleScript's text item delimiters to "é"
+count of text items of "1é2É3" --> 3
+offset of "é" in "abcé" --> 4
+offset of "e" in "éae" --> 3
+set AppleScript's text item delimiters to "e"
+text items of "aébe" --> {"aéb", ""}
