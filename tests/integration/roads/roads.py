@@ -86,15 +86,23 @@ def by_command(action, parameters, source=None):
 
 def by_agent(action, parameters, source=None):
     if source:
-        found = agent.call(source.action, source.parameters)["structuredContent"]
-        parameters = parameters | {source.feeds: found["result"][0] if "result" in found else found}
+        found = told_by(source.action, agent.call(source.action, source.parameters))
+        parameters = parameters | {source.feeds: found[0] if isinstance(found, list) else found}
     answer = agent.call(action, parameters)
     done = f"tools/call {action} {json.dumps(parameters)}"
     if answer.get("isError"):
         case = answer["_meta"]["com.tabwright/failure"]["case"]
         return Outcome(done, 1, case=case, words=answer["content"][0]["text"])
-    content = answer.get("structuredContent")
-    return Outcome(done, result=content.get("result", content) if content else None)
+    return Outcome(done, result=told_by(action, answer))
+
+
+def told_by(action, answer):
+    """The result that an agent reads: texts stand as they are, other values as JSON."""
+    kind = catalogue[action]["outputSchema"]["type"]
+    if kind == "null":
+        return None
+    text = answer["content"][0]["text"]
+    return text if kind == "string" else json.loads(text)
 
 
 def by_workflow(action, parameters, source=None):
