@@ -57,16 +57,6 @@ TEST_F(PageLibrary, MakesSelectors) {
             R"("Error: Invalid target strategy")");
 }
 
-TEST_F(PageLibrary, ReadsFormFields) {
-  value(R"(fields = { a: input("text", { value: 5 }), b: input("checkbox", { checked: true }),
-                      c: input("radio", { name: "r", closest: () => ({ querySelector: s => groups[s] }) }) };
-           var groups = { '[name="r"]:checked': { value: "two" } };)");
-  EXPECT_EQ(value(R"(["a", "b", "c", "none"].map(s => getFormFieldValue(s, "cssSelector")))"),
-            R"(["5","checked","two",""])");
-  EXPECT_EQ(value(R"(fields.b.checked = false; groups = {}; ["b", "c"].map(s => getFormFieldValue(s, "cssSelector")))"),
-            R"(["unchecked",""])");
-}
-
 TEST_F(PageLibrary, SetsInputsByTheirType) {
   value(R"(const set = (field, newValue, ...more) => {
              fields = { f: field }; calls = [];
@@ -84,41 +74,6 @@ TEST_F(PageLibrary, SetsInputsByTheirType) {
   EXPECT_EQ(value(R"(set({ ...input(), tagName: "DIV" }, 7, true))"), R"([true,"7",null,["event change"]])");
   EXPECT_EQ(value(R"(set({ ...input(), tagName: "TEXTAREA" }, "t")[3].length)"), "3");
   EXPECT_EQ(value(R"(setFormFieldValue("none", "cssSelector", "x"))"), "false");
-}
-
-TEST_F(PageLibrary, ChecksTheRadioButtonOfTheValue) {
-  value(R"(var buttons = [{ value: "1" }, { value: "2" }];
-           fields = { f: input("radio", { name: "r", closest: () => ({
-             querySelectorAll: s => s === '[name="r"]' ? buttons : [] }) }) };)");
-  EXPECT_EQ(value(R"([setFormFieldValue("f", "cssSelector", 2, true), buttons, calls])"),
-            R"([true,[{"value":"1"},{"value":"2","checked":true}],["event change"]])");
-  EXPECT_EQ(value(R"(calls = []; [setFormFieldValue("f", "cssSelector", "3", true), calls])"), "[false,[]]");
-}
-
-TEST_F(PageLibrary, SelectsAllOptionsOfTheListAndClearsTheOthers) {
-  value(R"(var options = ["1", "2", "3"].map(value => ({ value, selected: value === "1" }));
-           fields = { f: { ...input(), tagName: "SELECT", querySelectorAll: () => options } };)");
-  EXPECT_EQ(value(R"([setFormFieldValue("f", "cssSelector", [2, ["3"]]), options.map(o => o.selected)])"),
-            "[true,[false,true,true]]");
-}
-
-TEST_F(PageLibrary, SubmitsAMapOfFieldsOnceBehindTheLast) {
-  value(R"(const names = Object.fromEntries(["a", "b", "c"].map(n => [`[name="${n}"]`, input("text")]));
-           var map = { a: "1", b: "2", c: "3" };)");
-  const std::string submits = R"([setFormFields(map, "elementNameAttribute", false, true),
-                                  calls.filter(c => c === "submit").length, calls.at(-1)])";
-  EXPECT_EQ(value("fields = names;" + submits), R"([true,1,"submit"])");
-  EXPECT_EQ(value(R"(delete names['[name="b"]']; calls = [];)" + submits), R"([false,1,"submit"])");
-  EXPECT_EQ(value(R"(delete names['[name="c"]']; calls = [];)" + submits), R"([false,0,"insertText false 1"])");
-}
-
-TEST_F(PageLibrary, ClicksTheFirstLinkOfALabel) {
-  value(R"(var link = text => ({ innerText: text, dispatchEvent(event) {
-             calls.push([text, event instanceof PointerEvent, event.name]); } });
-           fields = { "a[href]": [link("Read more"), link(" more "), link("more")] };)");
-  EXPECT_EQ(
-      value(R"([clickLinkLabelled(" more "), clickLinkLabelled("more", true), clickLinkLabelled("More"), calls])"),
-      R"([true,true,false,[["Read more",true,"click"],[" more ",true,"click"]]])");
 }
 
 TEST_F(PageLibrary, ListsLinksAndImages) {

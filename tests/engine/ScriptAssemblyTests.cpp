@@ -1,5 +1,5 @@
-// Two roads to the finished program: golden files written by hand, and a plain step-by-step assembly over the whole
-// text that is compared on many random actions.
+// Two roads to the finished program: its own part written by hand in golden files, and a plain step-by-step assembly
+// over the whole text that is compared on many random actions.
 #include "EngineWorld.h"
 #include "ResourceFile.h"
 #include "engine/AppleScriptSnippets.h"
@@ -15,6 +15,7 @@ namespace {
 
 using testing::HasSubstr;
 using testing::Not;
+using testing::StartsWith;
 using testsupport::EngineWorld;
 using testsupport::fileText;
 using testsupport::goldenText;
@@ -63,14 +64,14 @@ std::string assembledStepByStep(const Program& program) {
   return finished;
 }
 
-TEST(ScriptAssembly, GivesTheProgramsWrittenByHand) {
-  EXPECT_EQ(built({.appleScript = goldenText("action.applescript"), .args = {{"b", "2"}, {"a", "1"}}}),
-            goldenText("chromium.applescript"));
-  EXPECT_EQ(built({.appleScript = "set inputText to \"x\"\n  keystroke inputText",
-                   .args = {},
-                   .target = EngineWorld::safari(),
-                   .tellSystemEvents = TellSystemEvents::yes}),
-            goldenText("safariToSystemEvents.applescript"));
+TEST(ScriptAssembly, BeginsWithTheLinesWrittenByHand) {
+  EXPECT_THAT(built({.appleScript = goldenText("action.applescript"), .args = {{"b", "2"}, {"a", "1"}}}),
+              StartsWith(goldenText("chromium.applescript") + "on success("));
+  EXPECT_THAT(built({.appleScript = "set inputText to \"x\"\n  keystroke inputText",
+                     .args = {},
+                     .target = EngineWorld::safari(),
+                     .tellSystemEvents = TellSystemEvents::yes}),
+              StartsWith(goldenText("safariToSystemEvents.applescript") + "on success("));
 }
 
 TEST(ScriptAssembly, EqualsThePlainAlgorithmOnRandomActions) {
@@ -121,20 +122,6 @@ TEST(ScriptAssembly, EqualsThePlainAlgorithmOnRandomActions) {
       program.tellSystemEvents = TellSystemEvents::yes;
     ASSERT_EQ(built(program), assembledStepByStep(program)) << program.appleScript;
   }
-}
-
-TEST(ScriptAssembly, KeepsTheOrderOfTheRulesInsideAnActionsText) {
-  const std::string text = built({.appleScript = "  -- gone\nset x to 1 -- stays\nset y to \"__BROWSER_BUNDLE_ID__\"\n"
-                                                 "set js to \"a\n  --counter;\n\n  b\"\nreturn success()",
-                                  .args = {}});
-  EXPECT_THAT(text, HasSubstr("on runWithVariables()\ntell application id \"com.google.chrome\"\nset x to 1 -- stays\n"
-                              "set y to \"__BROWSER_BUNDLE_ID__\"\nset js to \"a\nb\"\nreturn my success({})\n"
-                              "end tell\nreturn my failure(0)\nend\n"));
-}
-
-TEST(ScriptAssembly, AnEmptyActionLeavesNoLine) {
-  EXPECT_THAT(built({.appleScript = " \n\t\n", .args = {}}),
-              HasSubstr("tell application id \"com.google.chrome\"\nend tell\n"));
 }
 
 TEST(ScriptAssembly, OnlySafarisOwnIdentifierHasTheSafariLibrary) {

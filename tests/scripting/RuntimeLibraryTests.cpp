@@ -116,49 +116,11 @@ TEST_P(RuntimeLibrary, DescribesWindowsAndTabs) {
   EXPECT_EQ(boost::json::parse(json("my getListOfWindows()")).as_array().size(), 2U);
 }
 
-TEST_P(RuntimeLibrary, FindsWhatIsThere) {
-  EXPECT_EQ(perform("set {w, wid, t, tid} to my getFrontVars()\nreturn {wid as text, tid}"),
-            R"({"101", ")" + tabID(1) + "\"}");
-  EXPECT_EQ(perform("set {t, w} to my findNativeTabAndWindowForTabID(\"" + tabID(2) +
-                    "\")\nreturn {name of t, id of w as text}"),
-            R"({"B", "101"})");
-  EXPECT_EQ(perform("return my findNativeTabAndWindowForTabID(\"" + tabID(77) + "\") is null"), "true");
-  EXPECT_EQ(perform("return my findNativeWindowWithID(\"999\") is null"), "true");
-  EXPECT_EQ(perform("return name of my findNativeWindowWithID(\"101\")"), R"("A")");
-  const std::string details = json("my makeDetailedBrowserTabDataForID(\"" + tabID(1) + "\")");
-  EXPECT_THAT(details, HasSubstr(R"("htmlContent":"page: document.documentElement")"));
-  EXPECT_THAT(details, HasSubstr(R"("pageSelectionHTML":"page: (()=>{const e=window.get")"));
-  EXPECT_EQ(perform("return my makeDetailedBrowserTabDataForID(\"" + tabID(9) + "\") is null"), "true");
-}
-
 TEST_P(RuntimeLibrary, LooksPastDeveloperToolsAtTheFront) {
   browser->addWindow({});
   browser->change([](auto& windows) { std::ranges::rotate(windows, windows.end() - 1); });
   EXPECT_EQ(perform("return item 2 of my getFrontVars() as text"), R"("101")");
   EXPECT_EQ(perform("return my success(1)"), R"({true, "156", "1"})");
-}
-
-TEST_P(RuntimeLibrary, ActsOnTabsAndWindows) {
-  EXPECT_EQ(perform("set w to front window\nset t to my createTabInWindow(w, \"https://n.test/\")\nreturn URL of t"),
-            R"("https://n.test/")");
-  EXPECT_EQ(perform("set {t, w} to my findNativeTabAndWindowForTabID(\"" + tabID(2) +
-                    "\")\nmy focusTabAndWindow(t, w)\n"
-                    "return name of my findNativeWindowWithID(\"101\")"),
-            R"("B")");
-  EXPECT_EQ(browser->commands().back(), "activate");
-  EXPECT_EQ(perform("return my waitForTabReadyState(item 3 of my getFrontVars(), \"interactive\")"),
-            R"({true, "156", "true"})");
-  EXPECT_EQ(perform("return my waitForTabReadyState(item 3 of my getFrontVars(), \"complete\")"),
-            R"({true, "156", "false"})");
-}
-
-TEST_P(RuntimeLibrary, MakesPrivateWindowsByTheMenu) {
-  if (isChromium())
-    GTEST_SKIP() << "the other family makes them by its dictionary";
-  EXPECT_EQ(perform("return my __createPrivateWindow()"), "true");
-  EXPECT_THAT(desktop->deeds, testing::ElementsAre("choose 9 1/1"));
-  EXPECT_EQ(perform("return my __isPrivateWindow(window 1)"), "false");
-  EXPECT_EQ(perform("return my __isPrivateWindow(window 2)"), "true");
 }
 
 INSTANTIATE_TEST_SUITE_P(Families, RuntimeLibrary, testing::Values("chromium", "safari"),

@@ -3,12 +3,6 @@ import { describe, it } from "node:test";
 import { Agent, limits } from "./Agent.js";
 import { Page } from "./Page.js";
 
-function assertMissesSelector(answer) {
-  assert.ok(answer.isError);
-  assert.equal(answer._meta["com.tabwright/failure"].case, "cssSelector");
-  assert.match(answer.content[0].text, /cssSelector/);
-}
-
 describe("A missing value", limits, () => {
   it("is asked for where the client can ask", async (test) => {
     const questions = [];
@@ -30,36 +24,6 @@ describe("A missing value", limits, () => {
 
     await agent.call("ClickElement", { ...tab, cssSelector: "#text" });
     assert.equal(questions.length, 1);
-  });
-
-  it("is an error that names it where the user gives none", async (test) => {
-    const refusals = [{ action: "decline" }, { action: "cancel" }, { action: "accept", content: {} }];
-    const agent = await Agent.connect(test, { answer: () => refusals.shift() });
-    const page = await Page.serve(test);
-    const tab = await agent.open(page.url);
-    while (refusals.length > 0) assertMissesSelector(await agent.ask("ClickElement", tab));
-    await agent.call("ReloadTab", tab);
-    assert.deepEqual(page.sentTo("/pressed"), []);
-  });
-
-  it("is the same error for a client that can't ask", async (test) => {
-    const agent = await Agent.connect(test);
-    assertMissesSelector(await agent.ask("ClickElement", { targetContext: "chromium" }));
-  });
-
-  it("is the same error for a client that only opens addresses for its user", async (test) => {
-    const agent = await Agent.connect(test, {
-      capabilities: { elicitation: { url: {} } },
-      answer: () => assert.fail("it was asked nevertheless"),
-    });
-    assertMissesSelector(await agent.ask("ClickElement", { targetContext: "chromium" }));
-  });
-
-  it("isn't asked for without end when the user gives an empty text", async (test) => {
-    const empty = Array(10).fill({ action: "accept", content: { cssSelector: "" } });
-    const agent = await Agent.connect(test, { answer: () => empty.pop() ?? { action: "cancel" } });
-    assertMissesSelector(await agent.ask("ClickElement", { targetContext: "chromium" }));
-    assert.ok(empty.length > 0, "it was asked for ten times");
   });
 
   it("isn't asked for any longer when the call is cancelled", async (test) => {

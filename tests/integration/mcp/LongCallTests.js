@@ -1,5 +1,4 @@
 import { StdioClientTransport } from "@modelcontextprotocol/sdk/client/stdio.js";
-import { LoggingMessageNotificationSchema } from "@modelcontextprotocol/sdk/types.js";
 import assert from "node:assert/strict";
 import { describe, it } from "node:test";
 import { text } from "node:stream/consumers";
@@ -58,31 +57,5 @@ describe("A call that takes its time", limits, () => {
     assert.equal(await said, "exit code 0\n");
     await lost;
     await assertNoMoreTicks(page);
-  });
-});
-
-describe("The log", limits, () => {
-  it("comes from the level on that the client sets", async (test) => {
-    const agent = await Agent.connect(test);
-    const page = await Page.serve(test);
-    const tab = await agent.open(page.url);
-    const messages = [];
-    agent.client.setNotificationHandler(LoggingMessageNotificationSchema, ({ params }) => messages.push(params));
-    const press = () => agent.call("ClickElement", { ...tab, cssSelector: "#press" });
-    await press();
-    assert.deepEqual(messages, []);
-
-    await agent.client.setLoggingLevel("debug");
-    await press();
-    assert.ok(messages.some(({ level }) => level === "debug"));
-    for (const { level, logger, data } of messages) {
-      assert.match(level, /^(debug|info|error)$/);
-      assert.ok(logger && data);
-    }
-    await agent.client.setLoggingLevel("emergency");
-    messages.length = 0;
-    await press();
-    assert.deepEqual(messages, []);
-    await assert.rejects(agent.client.setLoggingLevel("loud"), /warning/);
   });
 });

@@ -1,0 +1,342 @@
+"""Takes every action down every road that users take, with the programs as they are shipped, on a real Chromium.
+
+Usage: scripts/apart.sh python3 roads.py TABWRIGHT [PART OF A CASE'S NAME]
+
+roads.yaml holds what is done and what comes of it. One headless browser serves all cases. What a case did there is seen
+without the program's help, in the DevTools port's list of pages.
+"""
+import http.server
+import json
+import pathlib
+import re
+import shlex
+import signal
+import subprocess
+import sys
+import threading
+import time
+import urllib.request
+from dataclasses import dataclass
+from typing import Any
+
+import yaml
+
+program = sys.argv[1]
+folder = pathlib.Path(__file__).parent
+effect_seconds = 10  # for an effect to show
+case_seconds = 60
+ours = {"targetContext": "chromium"}
+
+
+@dataclass
+class Outcome:
+    done: str  # to be done again by hand
+    exit: int = 0  # 1 from an agent's call that failed
+    result: Any = None
+    case: str | None = None  # the kind of failure; a workflow doesn't tell
+    words: str = ""
+
+
+@dataclass
+class Source:
+    """An action whose result another one is given, and the parameter that takes it."""
+
+    feeds: str
+    action: str
+    parameters: dict
+
+
+def source_of(subject, url):
+    filters = {
+        "targetTab": ("GetListOfTabs", {"urlFilter": "equals", "pageURL": url}),
+        "targetWindow": ("GetListOfWindows", {"titleFilter": "contains", "title": "target"}),
+        "targetContext": ("GetBrowserReference", {}),
+    }
+    action, parameters = filters[subject]
+    return Source(subject, action, ours | parameters)
+
+
+def reference_to(subject, url):
+    source = source_of(subject, url)
+    found = by_command(source.action, source.parameters).result
+    return found[0]["fullID"].replace("org.chromium.", "")
+
+
+def shell(line, given=""):
+    return subprocess.run(["bash", "-c", line], input=given, capture_output=True, text=True)
+
+
+def command(action, parameters):
+    words = [program, "run", action, "--json"]
+    for name, value in parameters.items():
+        words += ["--" + name, value if isinstance(value, str) else json.dumps(value)]
+    return shlex.join(words)
+
+
+def by_command(action, parameters, source=None):
+    line = command(action, parameters)
+    if source:
+        line = f"{command(source.action, source.parameters)} | {line} --{source.feeds} -"
+    ended = shell(line)
+    if ended.returncode == 0:
+        return Outcome(line, result=json.loads(ended.stdout))
+    failure = json.loads(ended.stderr)
+    return Outcome(line, ended.returncode, case=failure["case"], words=failure["message"])
+
+
+def by_agent(action, parameters, source=None):
+    if source:
+        found = told_by(source.action, agent.call(source.action, source.parameters))
+        parameters = parameters | {source.feeds: found[0] if isinstance(found, list) else found}
+    answer = agent.call(action, parameters)
+    done = f"tools/call {action} {json.dumps(parameters)}"
+    if answer.get("isError"):
+        case = answer["_meta"]["com.tabwright/failure"]["case"]
+        return Outcome(done, 1, case=case, words=answer["content"][0]["text"])
+    return Outcome(done, result=told_by(action, answer))
+
+
+def told_by(action, answer):
+    """The result that an agent reads: texts stand as they are, other values as JSON."""
+    kind = catalogue[action]["outputSchema"]["type"]
+    if kind == "null":
+        return None
+    text = answer["content"][0]["text"]
+    return text if kind == "string" else json.loads(text)
+
+
+def by_workflow(action, parameters, source=None):
+    steps = []
+    if source:
+        steps = [{"action": source.action, "parameters": source.parameters, "as": "found"}]
+        found = "${found}" if source.action == "GetBrowserReference" else "${found.0}"
+        parameters = parameters | {source.feeds: found}
+    step = {"action": action, "parameters": parameters}
+    steps.append(step)
+    if catalogue[action]["outputSchema"] != {"type": "null"}:
+        step["as"] = "result"
+        steps += [{"set": {"results": ["${result}"]}}, {"print": "${results}"}]
+    text = yaml.safe_dump({"steps": steps}, allow_unicode=True, sort_keys=False)
+    ended = shell(f"{program} workflow -", text)
+    result = json.loads(ended.stdout)[0] if ended.stdout else None
+    return Outcome(f"{program} workflow - <<'END'\n{text}END", ended.returncode, result, words=ended.stderr)
+
+
+roads = {"command": by_command, "agent": by_agent, "workflow": by_workflow}
+
+
+class Agent:
+    """A client of the program's server for agents."""
+
+    def __init__(self):
+        pipe = subprocess.PIPE
+        self.server = subprocess.Popen([program, "mcp"], stdin=pipe, stdout=pipe, text=True)
+        self.count = 0
+        self.ask("initialize", {"protocolVersion": "2025-11-25", "capabilities": {}})
+
+    def ask(self, method, parameters):
+        self.count += 1
+        request = {"jsonrpc": "2.0", "id": self.count, "method": method, "params": parameters}
+        print(json.dumps(request), file=self.server.stdin, flush=True)
+        for line in self.server.stdout:
+            message = json.loads(line)
+            if message.get("id") == self.count:
+                return message["result"]
+        raise RuntimeError("the server for agents ended")
+
+    def call(self, action, parameters):
+        return self.ask("tools/call", {"name": action, "arguments": parameters})
+
+
+class Browser:
+    """The browser, as its DevTools port shows it."""
+
+    def __init__(self):
+        line = "browser chromium --headless about:blank -- --disable-background-networking --disable-component-update"
+        started = shell(f"{program} {line} --disable-sync --disable-quic")
+        if started.returncode:
+            sys.exit(started.stderr)
+        profile = pathlib.Path(json.loads(started.stdout)["profile"])
+        self.port = (profile / "DevToolsActivePort").read_text().split()[0]
+        self.blank = self.pages()[0]["id"]
+
+    def ask(self, path, method="GET"):
+        request = urllib.request.Request(f"http://127.0.0.1:{self.port}/json/{path}", method=method)
+        return urllib.request.urlopen(request).read()
+
+    def pages(self):
+        return [page for page in json.loads(self.ask("list")) if page["type"] == "page"]
+
+    def open_tab(self, url):
+        self.ask("new?" + url, "PUT")
+        return self.ready(url)
+
+    def open_window(self, url):
+        by_command("CreateWindow", ours | {"newURL": url})
+        return self.ready(url)
+
+    def ready(self, url):
+        """The id of the page at an address, once it is in front and has loaded."""
+        while True:
+            for page in self.pages():
+                if page["url"] == url and page["title"].endswith(" visible"):
+                    return page["id"]
+            time.sleep(0.01)
+
+    def seen(self, target, front):
+        titles = {page["id"]: page["title"] for page in self.pages()}
+        new = [title for page, title in titles.items() if page not in (self.blank, target, front)]
+        return {"target": titles.get(target), "front": titles.get(front), "new": new}
+
+    def tidy(self):
+        for page in self.pages():
+            if page["id"] != self.blank:
+                self.ask("close/" + page["id"])
+        while len(self.pages()) > 1:
+            time.sleep(0.01)
+
+
+class PageHandler(http.server.BaseHTTPRequestHandler):
+    """Serves the one page at every address."""
+
+    def do_GET(self):
+        body = (folder / "page.html").read_bytes()
+        self.send_response(200)
+        self.send_header("Content-Type", "text/html")
+        self.send_header("Content-Length", str(len(body)))
+        self.end_headers()
+        self.wfile.write(body)
+
+    def log_message(self, *_):
+        pass
+
+
+class Server(http.server.ThreadingHTTPServer):
+    def handle_error(self, *_):
+        """A page that is left while it loads hangs up, which is no fault."""
+
+
+def fits(value, wanted):
+    if isinstance(wanted, dict):
+        return isinstance(value, dict) and all(fits(value.get(key), part) for key, part in wanted.items())
+    if isinstance(wanted, list):
+        return isinstance(value, list) and len(value) == len(wanted) and all(map(fits, value, wanted))
+    if isinstance(wanted, str) and wanted.startswith("~"):
+        return isinstance(value, str) and re.fullmatch(wanted[1:], value, re.DOTALL) is not None
+    return type(value) is type(wanted) and value == wanted
+
+
+def shows(target, front, wanted):
+    end = time.monotonic() + effect_seconds
+    while not fits(browser.seen(target, front), wanted):
+        if time.monotonic() > end:
+            return False
+        time.sleep(0.01)
+    return True
+
+
+def filled(row, url):
+    """The row with the addresses of this case in it."""
+    return json.loads(json.dumps(row).replace("{site}", site).replace("{url}", url))
+
+
+def parameters_of(action):
+    return catalogue[action]["inputSchema"]["properties"]
+
+
+def subject_of(action):
+    """The parameter that an action is aimed by at the most particular thing it works on."""
+    return next(name for name in ("targetTab", "targetWindow", "targetContext") if name in parameters_of(action))
+
+
+def take(action, row, road, aim, case):
+    """One case. Gives the complaint, if there is one."""
+    subject = subject_of(action)
+    url = f"{site}/target/{case}"
+    row = filled(row, url)
+    opens = browser.open_window if subject == "targetWindow" else browser.open_tab
+    target = opens(url)
+    front = None
+    if aim in ("reference", "result") and subject != "targetContext":
+        front = opens(f"{site}/front/{case}")
+
+    aims = {"name": lambda: ours, "reference": lambda: {subject: reference_to(subject, url)}}
+    parameters = row.get("parameters", {}) | aims.get(aim, dict)()
+    outcome = roads[road](action, parameters, source_of(subject, url) if aim == "result" else None)
+    told = f"{outcome.done}\n  gave {outcome.words or outcome.result!r}"
+    if outcome.exit != 0 or not fits(outcome.result, row.get("result")):
+        return f"{told}\n  and not {row.get('result')!r}"
+
+    isCovered = front and subject == "targetTab"
+    effect = {"target": "target hidden" if isCovered else "target visible", "front": front and "front visible", "new": []}
+    effect |= row.get("effect", {})
+    if not shows(target, front, effect):
+        return f"{told}\n  the pages are {browser.seen(target, front)}\n  and not {effect}"
+
+    if "then" in row:
+        (second, parameters), (_, wanted) = row["then"].items()
+        if subject_of(second) == "targetTab":
+            parameters["targetTab"] = reference_to("targetTab", url)
+        after = by_command(second, ours | parameters)
+        if not fits(after.result, wanted):
+            return f"{told}\n  then {after.done}\n  gave {after.words or after.result!r}\n  and not {wanted!r}"
+
+
+def refuse(row, road, case):
+    action, parameters = next(iter(row.items()))
+    target = browser.open_tab(f"{site}/target/{case}")
+    outcome = roads[road](action, parameters)
+    code = min(row["exit"], 1) if road == "agent" else row["exit"]
+    case = None if road == "workflow" else row["case"]
+    told = f"{outcome.done}\n  gave exit code {outcome.exit}, {outcome.case}: {outcome.words or outcome.result!r}"
+    if (outcome.exit, outcome.case) != (code, case) or row["says"] not in outcome.words:
+        return f"{told}\n  and not {row}"
+    untouched = {"target": "target visible", "front": None, "new": []}
+    if browser.seen(target, None) != untouched:
+        return f"{told}\n  the pages are {browser.seen(target, None)}"
+
+
+def cases(table):
+    """The name of every case, and a function that takes its number and gives its complaint."""
+    if set(table["actions"]) != set(catalogue):
+        sys.exit(f"Actions without a row, or rows without an action: {set(table['actions']) ^ set(catalogue)}")
+    for action, row in table["actions"].items():
+        aims = ["default", "name"] if "targetContext" in parameters_of(action) else []
+        aims += ["reference"] if subject_of(action) != "targetContext" else []
+        for aim in [*aims, "result"]:
+            for road in roads:
+                yield f"{action}, {road}, {aim}", lambda case: take(action, row, road, aim, case)
+    for row in table["refusals"]:
+        for road in roads:
+            yield f"{next(iter(row.items()))}, {road}, refused", lambda case: refuse(row, road, case)
+
+
+def hangs(*_):
+    raise TimeoutError(f"no end after {case_seconds} s")
+
+
+signal.signal(signal.SIGALRM, hangs)
+server = Server(("127.0.0.1", 0), PageHandler)
+threading.Thread(target=server.serve_forever, daemon=True).start()
+site = f"http://127.0.0.1:{server.server_port}"
+catalogue = {tool["name"]: tool for tool in json.loads(shell(f"{program} actions --json").stdout)}
+browser = Browser()
+agent = Agent()
+wanted = " ".join(sys.argv[2:])
+count = failed = 0
+for name, work in cases(yaml.safe_load((folder / "roads.yaml").read_text())):
+    if wanted not in name:
+        continue
+    count += 1
+    signal.alarm(case_seconds)
+    try:
+        complaint = work(count)
+        browser.tidy()
+    except Exception as error:
+        complaint = repr(error)
+    if complaint:
+        failed += 1
+        print(f"{name}: {complaint}\n", flush=True)
+signal.alarm(0)
+print(f"{count} cases, {failed} failed")
+sys.exit(1 if failed or count == 0 else 0)
