@@ -19,7 +19,7 @@ TEST(PageJobs, AreKnownByTheirVariables) {
   ASSERT_TRUE(job);
   EXPECT_EQ(job->canary, canary);
   EXPECT_EQ(job->result, result);
-  EXPECT_NE(job->resultExpression().find(result), std::string::npos);
+  EXPECT_NE(job->code.find(result), std::string::npos);
 }
 
 TEST(PageJobs, ABodyCannotNameAnotherResult) {
@@ -39,7 +39,7 @@ TEST(PageJobs, OtherJavaScriptIsNone) {
 TEST(PageJobs, KeptResultsAnswerTheQuestionsOfTheirJobOnly) {
   PageJobResults results;
   EXPECT_FALSE(results.answer("'' + window." + canary));
-  results.keep({canary, result}, boost::json::array{"a", "b"});
+  results.keep({canary, result, ""}, boost::json::array{"a", "b"});
   EXPECT_EQ(results.answer("'' + window." + canary), boost::json::value("alive"));
   EXPECT_EQ(results.answer("window." + result + " || -1"), boost::json::value(boost::json::array{"a", "b"}));
   EXPECT_FALSE(results.answer("window." + canary + " || -1"));
@@ -52,7 +52,7 @@ TEST(PageJobs, ResultsThatNobodyAsksForAreForgotten) {
   PageJobResults results;
   const auto name = [](int number) { return "__" + std::to_string(10000 + number); };
   for (int job = 0; job < 1000; ++job)
-    results.keep({name(job), "r" + name(job)}, 1);
+    results.keep({name(job), "r" + name(job), ""}, 1);
   EXPECT_FALSE(results.answer("'' + window." + name(0)));
   EXPECT_TRUE(results.answer("'' + window." + name(999)));
 }

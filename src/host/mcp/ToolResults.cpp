@@ -55,10 +55,6 @@ void embedFiles(ActionResult& result, json::array& content, std::vector<std::str
   });
 }
 
-json::object textContent(std::string_view text) {
-  return {{"type", "text"}, {"text", text}};
-}
-
 std::string sentenceOf(const std::vector<std::string>& leftOut) {
   return fmt::format(
       "Too long to be sent whole. Left out: {}. To get it, ask for less at a time: a page's text or HTML "

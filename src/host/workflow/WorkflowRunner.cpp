@@ -142,7 +142,7 @@ private:
       if (value.is_null()) // which leaves the default
         continue;
       std::string text = textOf(value);
-      const auto declared = beginsWithAt(parameter.value) ? catalogue_.make(step.action.text) : nullptr;
+      const auto declared = beginsWithAt(parameter.value) ? catalogue_.make(action.action.text) : nullptr;
       if (const auto* one = declared ? findParameter(*declared, parameter.name.text) : nullptr;
           one && readsFile(*one, parameter.value))
         text = readFile_(text.substr(1));
