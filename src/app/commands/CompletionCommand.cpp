@@ -33,6 +33,7 @@ public:
     throw intents::ConfirmationRefused();
     co_return;
   }
+  void notice(const platform::Notice& /*notice*/) override {}
 };
 
 // The tabs or windows that the browser has now; none when it isn't there or doesn't answer in time.
