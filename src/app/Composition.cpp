@@ -79,8 +79,6 @@ struct OwnSettings {
   platform::LinuxUserDefaults defaults;
   shell::DefaultsKeys keys{defaults};
   shell::UserDefaultsManager manager{defaults, keys};
-
-  explicit OwnSettings(const platform::Clock& clock) : defaults(clock) {}
 };
 
 } // namespace
@@ -89,7 +87,7 @@ struct Composition::Parts {
   explicit Parts(const Lifecycle* given) : lifecycle(given ? *given : ownLifecycle()) {}
 
   Lifecycle ownLifecycle() {
-    ownSettings.emplace(clock);
+    ownSettings.emplace();
     return {ownSettings->manager, noShutdown};
   }
 

@@ -7,14 +7,17 @@
 #include "app/ExitCode.h"
 #include "app/HostServer.h"
 #include "client/HostProtocol.h"
+#include "engine/TemporaryScript.h"
 #include "platform/LogSinks.h"
 #include "platform/Logger.h"
 #include "platform/linux/LinuxUserDefaults.h"
+#include "platform/linux/PosixFileManager.h"
 #include "platform/linux/SystemClock.h"
 #include "shell/Main.h"
 #include "shell/WindowlessApplication.h"
 
 #include <boost/asio/io_context.hpp>
+#include <boost/asio/post.hpp>
 #include <boost/asio/signal_set.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/thread_pool.hpp>
@@ -23,6 +26,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <sys/socket.h>
@@ -51,16 +55,27 @@ HostDoor doorAt(const std::string& socketPath) {
           .path = socketPath};
 }
 
+/// Removes what processes that were killed have left: programs of their runs, sockets and locks of hosts.
+void removeLeftovers(const std::filesystem::path& runtimeFolder) {
+  platform::removeAbandonedFiles(runtimeFolder, handover::lockEnding, handover::socketEnding);
+  try {
+    platform::PosixFileManager files;
+    platform::removeAbandonedFiles(engine::TemporaryScript::folder(files), engine::TemporaryScript::fileEnding);
+  } catch (const platform::Failure& failure) {
+    platform::Logger("Host").error("{}", failure.errorDescription());
+  }
+}
+
 /// Everything that lives as long as the host; what is used by others is declared before them.
 class Host {
 public:
   explicit Host(HostDoor door)
-      : server_({.mainActor = loop_.get_executor(),
-                 .pool = pool_.get_executor(),
-                 .catalogue = composition_.catalogue(),
-                 .version = TABWRIGHT_VERSION,
-                 .retired = [this] { application_.terminate(); }},
-                std::move(door)) {
+      : runtimeFolder_(door.path.parent_path()), server_({.mainActor = loop_.get_executor(),
+                                                          .pool = pool_.get_executor(),
+                                                          .catalogue = composition_.catalogue(),
+                                                          .version = TABWRIGHT_VERSION,
+                                                          .retired = [this] { application_.terminate(); }},
+                                                         std::move(door)) {
     signals_.async_wait([this](const boost::system::error_code& error, int) {
       if (!error)
         application_.terminate();
@@ -69,6 +84,7 @@ public:
 
   void run() {
     server_.open();
+    asio::post(pool_, [folder = runtimeFolder_] { removeLeftovers(folder); });
     application_.finishLaunching();
     loop_.run();
   }
@@ -87,12 +103,13 @@ private:
   }
 
   platform::Logger log_{"Host"};
+  const std::filesystem::path runtimeFolder_;
   asio::io_context loop_{1};
   asio::thread_pool pool_{poolThreads};
-  asio::signal_set signals_{loop_, SIGINT, SIGTERM};
+  asio::signal_set signals_{loop_, SIGINT, SIGTERM, SIGHUP};
   asio::steady_timer lastMoment_{loop_};
   platform::SystemClock clock_;
-  platform::LinuxUserDefaults defaults_{clock_};
+  platform::LinuxUserDefaults defaults_;
   shell::WindowlessApplication application_{shell::Launch::hidden, [this] { stop(); }};
   shell::Main main_{{.application = application_,
                      .defaults = defaults_,

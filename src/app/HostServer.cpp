@@ -2,6 +2,8 @@
 // the pool and reports its end back here.
 #include "app/HostServer.h"
 
+#include "client/HostProtocol.h"
+
 #include <boost/asio/post.hpp>
 #include <boost/asio/strand.hpp>
 
@@ -169,13 +171,15 @@ void HostServer::retire() {
     surroundings_.retired();
 }
 
-// The path goes before the lock: whoever gets the lock may make a new socket there.
+// The paths go before the lock is given up: whoever gets the lock may make a new socket there.
 void HostServer::closeDoor() {
   pause_.cancel();
   if (!acceptor_.is_open())
     return;
   boost::system::error_code ignored;
   ::unlink(door_.path.c_str());
+  if (door_.lock.isOpen())
+    ::unlink(std::filesystem::path(door_.path).replace_extension(client::handover::lockEnding).c_str());
   acceptor_.close(ignored);
   door_.socket = platform::FileDescriptor();
   door_.lock = platform::FileDescriptor();

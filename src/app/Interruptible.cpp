@@ -23,6 +23,16 @@ namespace asio = boost::asio;
 
 namespace {
 
+/// The signals that end a command. A terminal that goes away is one, unless the user has asked to outlive it
+/// (nohup(1)).
+void listenFor(asio::signal_set& signals) {
+  signals.add(SIGINT);
+  signals.add(SIGTERM);
+  struct sigaction former{};
+  if (::sigaction(SIGHUP, nullptr, &former) == 0 && former.sa_handler != SIG_IGN)
+    signals.add(SIGHUP);
+}
+
 /// Has a line shown when it is due, as long as it lives.
 class WaitingWatch {
 public:
@@ -57,7 +67,8 @@ private:
 
 void runInterruptibly(platform::Task<void> task, client::WaitingLine* waiting) {
   asio::io_context context(1);
-  asio::signal_set signals(context, SIGINT, SIGTERM);
+  asio::signal_set signals(context);
+  listenFor(signals);
   asio::cancellation_signal cancel;
   bool wasInterrupted = false;
   std::exception_ptr failure;
@@ -83,7 +94,8 @@ void runInterruptibly(platform::Task<void> task, client::WaitingLine* waiting) {
 
 void runInterruptibly(const std::function<void(std::stop_token)>& work, client::WaitingLine* waiting) {
   asio::io_context context(1);
-  asio::signal_set signals(context, SIGINT, SIGTERM);
+  asio::signal_set signals(context);
+  listenFor(signals);
   std::stop_source stop;
   std::exception_ptr failure;
   WaitingWatch watch(context, waiting);

@@ -10,18 +10,18 @@
 
 namespace tabwright::app {
 
-/// Thrown by the functions below when SIGINT or SIGTERM arrived; the work has ended by then.
+/// Thrown by the functions below when SIGINT, SIGTERM or SIGHUP arrived; the work has ended by then.
 class Interrupted final : public std::exception {
 public:
   [[nodiscard]] const char* what() const noexcept override { return "interrupted"; }
 };
 
-/// Runs a coroutine to its end on this thread. SIGINT and SIGTERM cancel it; the call returns only when it has ended.
+/// Runs a coroutine to its end on this thread. These signals cancel it; the call returns only when it has ended.
 /// Rethrows what the coroutine throws, or Interrupted when it was cancelled by a signal. `waiting`, if any, is shown
 /// when it is due, and erased at the end.
 void runInterruptibly(platform::Task<void> task, client::WaitingLine* waiting = nullptr);
 
-/// Runs blocking work on a thread of its own, with a stop token that SIGINT and SIGTERM request. As above otherwise.
+/// Runs blocking work on a thread of its own, with a stop token that these signals request. As above otherwise.
 void runInterruptibly(const std::function<void(std::stop_token)>& work, client::WaitingLine* waiting = nullptr);
 
 } // namespace tabwright::app

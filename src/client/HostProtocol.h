@@ -33,10 +33,13 @@ inline constexpr int leavingError = -32010;
 } // namespace protocol
 
 /// How the host is started: "tabwright-host serve SOCKET", with two descriptors that it inherits. The socket listens
-/// at the path SOCKET already; the lock beside it says that there is a host, and is held for its life.
+/// at the path SOCKET already; the lock beside it, of the same name but for the ending, says that there is a host, and
+/// is held for its life. Whoever holds it may remove both, the socket first.
 namespace handover {
 inline constexpr const char* program = "tabwright-host";
 inline constexpr const char* command = "serve";
+inline constexpr const char* socketEnding = ".socket";
+inline constexpr const char* lockEnding = ".lock";
 inline constexpr int socketDescriptor = 3;
 inline constexpr int lockDescriptor = 4;
 } // namespace handover

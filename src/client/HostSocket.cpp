@@ -3,15 +3,16 @@
 #include "client/HostSocket.h"
 
 #include "client/HostProgram.h"
+#include "client/HostProtocol.h"
 #include "client/HostUnavailable.h"
 #include "client/RuntimeFolder.h"
+#include "session/UnheldFiles.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <sys/un.h>
@@ -89,16 +90,17 @@ int tryToConnect(const RuntimeFolder& folder, const std::string& name) {
   return socket.release();
 }
 
-/// The lock, or -1 when another process has it.
+/// The lock, or -1 when another process has it, or has just removed it.
 int tryToLock(const RuntimeFolder& folder, const std::string& name) {
   Descriptor lock(::openat(folder.descriptor(), name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
   if (lock.number() < 0)
     throw refused("Opening", folder.pathOf(name), errno);
-  if (::flock(lock.number(), LOCK_EX | LOCK_NB) == 0)
-    return lock.release();
-  if (errno != EWOULDBLOCK)
-    throw refused("Locking", folder.pathOf(name), errno);
-  return -1;
+  if (!session::hold(lock.number())) {
+    if (errno != EWOULDBLOCK)
+      throw refused("Locking", folder.pathOf(name), errno);
+    return -1;
+  }
+  return session::isStillAt(folder.descriptor(), name, lock.number()) ? lock.release() : -1;
 }
 
 int listenAt(const RuntimeFolder& folder, const std::string& name) {
@@ -114,12 +116,12 @@ int listenAt(const RuntimeFolder& folder, const std::string& name) {
 } // namespace
 
 int connectToHost(const RuntimeFolder& folder, const std::string& identity, const std::string& programPath) {
-  const std::string socketName = identity + ".socket";
+  const std::string socketName = identity + handover::socketEnding;
   const auto deadline = std::chrono::steady_clock::now() + patience;
   for (Milliseconds pause{1};; pause = std::min(pause * 2, longestPause)) {
     if (const int connected = tryToConnect(folder, socketName); connected >= 0)
       return connected;
-    if (const Descriptor lock(tryToLock(folder, identity + ".lock")); lock.number() >= 0) {
+    if (const Descriptor lock(tryToLock(folder, identity + handover::lockEnding)); lock.number() >= 0) {
       const std::string program = hostProgram(programPath);
       const Descriptor listening(listenAt(folder, socketName));
       startHost(program, folder.pathOf(socketName), listening.number(), lock.number());

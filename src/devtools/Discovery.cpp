@@ -1,5 +1,6 @@
 #include "devtools/Discovery.h"
 
+#include "platform/FileFailure.h"
 #include "platform/linux/ListeningSocket.h"
 
 #include <fmt/core.h>
@@ -41,6 +42,8 @@ std::expected<std::string, DiscoveryFailure> readTrusted(const std::filesystem::
   const int descriptor = ::open(file.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
   if (descriptor < 0) {
     const int error = errno;
+    if (platform::isShortage(error)) // which tells nothing about the browser
+      throw platform::FileFailure("read", file, error);
     const std::string detail = fmt::format("{}: {}", file.string(), std::strerror(error));
     if (error == ENOENT || error == ENOTDIR)
       return fault(DiscoveryFault::absent, detail);

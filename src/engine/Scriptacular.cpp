@@ -56,10 +56,10 @@ AppleEvent mainHandlerEvent(const Scriptacular::Arguments& args) {
   return event;
 }
 
-std::unique_ptr<platform::UserAppleScriptTask> makeTask(const std::filesystem::path& scriptURL,
+std::unique_ptr<platform::UserAppleScriptTask> makeTask(const platform::WrittenFile& script,
                                                         const ScriptacularServices& services) {
   try {
-    return services.tasks.initWithURL(scriptURL);
+    return services.tasks.initWithURL(script);
   } catch (const Failure& error) {
     services.crashReporter.captureError(error);
     logger.error("Couldn't initialize task: {}", error.errorDescription());
@@ -155,9 +155,9 @@ platform::Task<void> Scriptacular::resolveFrontmostBrowser() {
   targetContext_ = std::move(browser);
 }
 
-platform::Task<std::string> Scriptacular::payloadOfScript(std::filesystem::path scriptURL) {
-  const auto task = makeTask(scriptURL, services_);
-  logger.debug("File: {}", scriptURL.string());
+platform::Task<std::string> Scriptacular::payloadOfScript(const platform::WrittenFile& script) {
+  const auto task = makeTask(script, services_);
+  logger.debug("File: {}", script.path().string());
   std::optional<AppleEventDescriptor> result;
   try {
     AppleEvent event = mainHandlerEvent(args_);

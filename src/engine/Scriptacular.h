@@ -6,7 +6,6 @@
 #include "engine/TemporaryScript.h"
 #include "platform/Task.h"
 
-#include <filesystem>
 #include <map>
 #include <string>
 #include <string_view>
@@ -82,18 +81,18 @@ public:
   template <class T>
   platform::Task<T> runScriptText(std::string text) {
     const TemporaryScript script = TemporaryScript::write(text, services_);
-    co_return co_await runTempScript<T>(script.path());
+    co_return co_await runTempScript<T>(script.file());
   }
 
-  /// Runs one script file.
+  /// Runs one script file, which outlives the run.
   template <class T>
-  platform::Task<T> runTempScript(std::filesystem::path scriptURL) {
-    const std::string payload = co_await payloadOfScript(std::move(scriptURL));
+  platform::Task<T> runTempScript(const platform::WrittenFile& script) {
+    const std::string payload = co_await payloadOfScript(script);
     co_return decodeJSON<T>(payload);
   }
 
 private:
-  platform::Task<std::string> payloadOfScript(std::filesystem::path scriptURL);
+  platform::Task<std::string> payloadOfScript(const platform::WrittenFile& script);
   void placeInOwnLines(platform::Failure& failure, std::string_view text) const;
 
   ScriptacularServices services_;

@@ -25,9 +25,9 @@ const platform::Logger logger("Scriptacular");
   throw platform::failure(error);
 }
 
-std::filesystem::path scriptsFolder(platform::FileManager& files) {
+std::filesystem::path tempFolder(platform::FileManager& files) {
   try {
-    return files.applicationScriptsFolder();
+    return TemporaryScript::folder(files);
   } catch (const Failure&) {
     failWith(ScriptacularError::unableToLocateApplicationScriptsFolder);
   }
@@ -47,13 +47,13 @@ void ensureTempFolder(const std::filesystem::path& folder, const ScriptacularSer
   }
 }
 
-std::filesystem::path writeUnderFreeName(const std::filesystem::path& folder, std::string_view text,
-                                         const ScriptacularServices& services) {
+std::unique_ptr<platform::WrittenFile> writeUnderFreeName(const std::filesystem::path& folder, std::string_view text,
+                                                          const ScriptacularServices& services) {
   try {
     for (double time = services.clock.secondsSinceReferenceDate();;
          time = std::nextafter(time, std::numeric_limits<double>::infinity())) {
-      std::filesystem::path file = folder / (textOfDouble(time) + ".applescript");
-      if (services.files.writeNewFileAtomically(file, text))
+      const std::filesystem::path path = folder / textOfDouble(time).append(TemporaryScript::fileEnding);
+      if (auto file = services.files.writeNewFileAtomically(path, text))
         return file;
     }
   } catch (const Failure& error) {
@@ -70,17 +70,21 @@ TemporaryScript TemporaryScript::write(std::string_view text, const Scriptacular
     logger.error("No script passed in during initialization");
     throw platform::failure(ScriptacularError::missingScript);
   }
-  const std::filesystem::path folder = scriptsFolder(services.files) / "Temp";
+  const std::filesystem::path folder = tempFolder(services.files);
   ensureTempFolder(folder, services);
   return TemporaryScript(writeUnderFreeName(folder, text, services), services);
 }
 
-TemporaryScript::TemporaryScript(std::filesystem::path path, const ScriptacularServices& services)
-    : path_(std::move(path)), files_(services.files), crashReporter_(services.crashReporter) {}
+std::filesystem::path TemporaryScript::folder(platform::FileManager& files) {
+  return files.applicationScriptsFolder() / "Temp";
+}
+
+TemporaryScript::TemporaryScript(std::unique_ptr<platform::WrittenFile> file, const ScriptacularServices& services)
+    : file_(std::move(file)), files_(services.files), crashReporter_(services.crashReporter) {}
 
 TemporaryScript::~TemporaryScript() {
   try {
-    files_.remove(path_);
+    files_.remove(file_->path());
   } catch (const std::exception& error) {
     crashReporter_.captureError(error);
     logger.error("{}", error.what());

@@ -3,6 +3,7 @@
 #include "engine/ScriptacularServices.h"
 
 #include <filesystem>
+#include <memory>
 #include <string_view>
 
 namespace tabwright::engine {
@@ -10,7 +11,8 @@ namespace tabwright::engine {
 /// A script's text in a file of its own, for as long as this object lives.
 ///
 /// The file lies in the folder `Temp` of the application scripts folder and is named after the time:
-/// `Temp/788918400.123456.applescript`. Two scripts of one instant get two files.
+/// `Temp/788918400.123456.applescript`. Two scripts of one instant get two files. It is held while this lives, so that
+/// what a killed process has left can be told from what is in use.
 class TemporaryScript {
 public:
   /// Writes `text`, untrimmed. Throws `ScriptacularError`: `missingScript` for a blank text,
@@ -22,12 +24,16 @@ public:
   TemporaryScript(const TemporaryScript&) = delete;
   TemporaryScript& operator=(const TemporaryScript&) = delete;
 
-  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+  [[nodiscard]] const platform::WrittenFile& file() const { return *file_; }
+
+  /// Where such files lie; it needn't be there. Throws the manager's `Failure` when there is no place for scripts.
+  [[nodiscard]] static std::filesystem::path folder(platform::FileManager& files);
+  static constexpr std::string_view fileEnding = ".applescript";
 
 private:
-  TemporaryScript(std::filesystem::path path, const ScriptacularServices& services);
+  TemporaryScript(std::unique_ptr<platform::WrittenFile> file, const ScriptacularServices& services);
 
-  std::filesystem::path path_;
+  std::unique_ptr<platform::WrittenFile> file_;
   platform::FileManager& files_;
   crashreport::CrashReporter& crashReporter_;
 };

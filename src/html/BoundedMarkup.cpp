@@ -2,6 +2,7 @@
 
 #include "html/Document.h"
 #include "html/OpenElements.h"
+#include "html/ParseFault.h"
 #include "html/WhiteSpace.h"
 #include "platform/AsciiCase.h"
 
@@ -116,13 +117,15 @@ private:
     place_ = std::min(place + 1, page_.size());
     if (place >= page_.size())
       return;
+    if (++tagsAndAttributes_ > Document::maximumMarkup)
+      throw ParseFault(ParseFault::Bound::tagsAndAttributes, Document::maximumMarkup);
     markup_.assign(page_.substr(begin, lastAttribute - begin));
     markup_ += '>';
     isEnd ? endTag() : startTag(page_[place - 1] == '/');
   }
 
   // Goes to the ">" of a tag, or to the page's end. Yields where the last attribute ends that is kept.
-  std::size_t skipAttributes(std::size_t& place) const {
+  std::size_t skipAttributes(std::size_t& place) {
     int count = 0;
     std::size_t lastKept = place;
     while (place < page_.size()) {
@@ -144,6 +147,7 @@ private:
       if (++count <= Document::maximumAttributes)
         lastKept = place;
     }
+    tagsAndAttributes_ += static_cast<std::size_t>(std::min(count, Document::maximumAttributes));
     return lastKept;
   }
 
@@ -367,6 +371,7 @@ private:
   OpenElements open_;
   std::string name_;   // of the tag that is being read
   std::string markup_; // its start tag, as it is to be written
+  std::size_t tagsAndAttributes_ = 0;
   int foreignDepth_ = 0;
   int integrationDepth_ = 0;
   int templateDepth_ = 0;

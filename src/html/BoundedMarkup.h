@@ -18,7 +18,8 @@ namespace tabwright::html {
 /// `xmp` hold is written as plain text. So the only states that the tokenizer behind it comes into are those of text
 /// and tags.
 ///
-/// A page within the bounds keeps all its other tags as they are.
+/// A page within the bounds keeps all its other tags as they are. Throws `ParseFault` for one with more tags and
+/// attributes than `Document` takes.
 [[nodiscard]] std::string boundedMarkup(std::string_view page);
 
 } // namespace tabwright::html

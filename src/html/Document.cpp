@@ -177,7 +177,7 @@ Document::~Document() = default;
 
 Document Document::parse(std::string_view text) {
   if (text.size() > maximumLength)
-    throw ParseFault(text.size(), maximumLength);
+    throw ParseFault(ParseFault::Bound::bytes, maximumLength);
   const std::string markup = boundedMarkup(text);
   GumboOptions options = kGumboDefaultOptions;
   options.max_errors = 0; // each would hold a copy of the stack of open elements

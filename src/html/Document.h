@@ -29,9 +29,12 @@ public:
   static constexpr int maximumDepth = 512;
   static constexpr int maximumAttributes = 64;
   /// Bytes that `parse` takes at most.
-  static constexpr std::size_t maximumLength = std::size_t{1} << 30;
+  static constexpr std::size_t maximumLength = std::size_t{128} << 20;
+  /// Tags and attributes that it takes at most, since each costs hundreds of bytes while it parses. With both bounds
+  /// no page costs more than some two gigabytes.
+  static constexpr std::size_t maximumMarkup = 4'000'000;
 
-  /// Parses UTF-8; bytes that aren't become U+FFFD. Any text is a page. Throws `ParseFault` for one that is too long.
+  /// Parses UTF-8; bytes that aren't become U+FFFD. Any text is a page. Throws `ParseFault` for one that is too large.
   [[nodiscard]] static Document parse(std::string_view text);
 
   /// The element "html". Every document has one, and in it a "head" and (frame sets apart) a "body".

@@ -2,6 +2,7 @@
 
 #include "html/TagTraits.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -27,7 +28,7 @@ struct SeenTag {
 class OpenElements {
 public:
   /// `length` is the page's, which the budget for repeated formatting follows.
-  explicit OpenElements(std::size_t length) : budget_(10'000 + length / 4) {}
+  explicit OpenElements(std::size_t length) : budget_(10'000 + std::min<std::size_t>(length / 4, 1'000'000)) {}
 
   /// The tag of a name in lower case, which must outlive the tag.
   [[nodiscard]] SeenTag tag(std::string_view name, std::size_t length);

@@ -9,14 +9,15 @@ namespace tabwright::html {
 /// A text that the parser refuses.
 class ParseFault final : public platform::Failure {
 public:
-  /// A text of `length` bytes, where at most `maximum` are taken.
-  ParseFault(std::size_t length, std::size_t maximum) : length_(length), maximum_(maximum) {}
+  enum class Bound { bytes, tagsAndAttributes };
+  /// A text that has more of something than the `maximum` that is taken.
+  ParseFault(Bound bound, std::size_t maximum) : bound_(bound), maximum_(maximum) {}
 
   [[nodiscard]] std::string errorDescription() const override;
   [[nodiscard]] platform::FailureIdentity identity() const override { return {"ParseFault", "tooLong", {}}; }
 
 private:
-  std::size_t length_;
+  Bound bound_;
   std::size_t maximum_;
 };
 

@@ -1,5 +1,6 @@
 #include "platform/FileFailure.h"
 
+#include <cerrno>
 #include <system_error>
 #include <utility>
 
@@ -14,6 +15,10 @@ std::string FileFailure::errorDescription() const {
 
 FailureIdentity FileFailure::identity() const {
   return {"FileFailure", operation_, errorNumber_};
+}
+
+bool isShortage(int errorNumber) {
+  return errorNumber == EMFILE || errorNumber == ENFILE || errorNumber == ENOMEM;
 }
 
 } // namespace tabwright::platform

@@ -1,12 +1,27 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace tabwright::platform {
 
 enum class FileKind { folder, other };
+
+/// A file that this process has written. It is held as long as this lives, so that it counts as in use; removing it is
+/// another matter.
+class WrittenFile {
+public:
+  virtual ~WrittenFile() = default;
+
+  [[nodiscard]] virtual const std::filesystem::path& path() const = 0;
+
+  /// What was written, read back from the file itself, whatever lies under its name by now. Throws a `Failure` when the
+  /// system can't give it.
+  [[nodiscard]] virtual std::string content() const = 0;
+};
 
 /// The few operations on files that running a script needs. Safe to use from any thread.
 ///
@@ -26,9 +41,10 @@ public:
   /// that two runs may both find it missing.
   virtual void createDirectory(const std::filesystem::path& path) = 0;
 
-  /// Writes a file of a new name, whole or not at all, readable by its owner alone. False, and nothing is changed, when
+  /// Writes a file of a new name, whole or not at all, readable by its owner alone. None, and nothing is changed, when
   /// the name is taken.
-  [[nodiscard]] virtual bool writeNewFileAtomically(const std::filesystem::path& path, std::string_view content) = 0;
+  [[nodiscard]] virtual std::unique_ptr<WrittenFile> writeNewFileAtomically(const std::filesystem::path& path,
+                                                                            std::string_view content) = 0;
 
   /// Removes a file. A missing one is a failure.
   virtual void remove(const std::filesystem::path& path) = 0;

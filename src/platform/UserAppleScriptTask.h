@@ -2,9 +2,9 @@
 
 #include "platform/AppleEvent.h"
 #include "platform/Failure.h"
+#include "platform/FileManager.h"
 #include "platform/Task.h"
 
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -34,8 +34,9 @@ class UserAppleScriptTasks {
 public:
   virtual ~UserAppleScriptTasks() = default;
 
-  /// Throws a `Failure` when the file can't be read.
-  virtual std::unique_ptr<UserAppleScriptTask> initWithURL(const std::filesystem::path& script) = 0;
+  /// What runs is what was written, not what lies under the file's name by then. The file need not outlive the call.
+  /// Throws a `Failure` when it can't be read.
+  virtual std::unique_ptr<UserAppleScriptTask> initWithURL(const WrittenFile& script) = 0;
 };
 
 } // namespace tabwright::platform

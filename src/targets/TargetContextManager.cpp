@@ -1,6 +1,8 @@
 #include "targets/TargetContextManager.h"
 
 #include "platform/AsciiCase.h"
+#include "platform/CaseFolding.h"
+#include "platform/Whitespace.h"
 #include "targets/SupportedBrowsers.h"
 
 #include <algorithm>
@@ -12,13 +14,9 @@ namespace tabwright::targets {
 
 namespace {
 
-bool isBlank(std::string_view text) {
-  return text.find_first_not_of(" \t\r\n\v\f") == std::string_view::npos;
-}
-
 /// An ordered set: by name ignoring case, of equal values the first.
 std::vector<TargetContext> orderedByName(const std::vector<TargetContext>& contexts) {
-  const auto key = [](const TargetContext& context) { return platform::lowercased(context.name); };
+  const auto key = [](const TargetContext& context) { return platform::caseFolded(context.name); };
   std::vector<TargetContext> set;
   for (const TargetContext& context : contexts) {
     if (std::ranges::find(set, context) == set.end())
@@ -30,7 +28,7 @@ std::vector<TargetContext> orderedByName(const std::vector<TargetContext>& conte
 } // namespace
 
 std::optional<TargetContext> targetContextOf(const RunningApplication& application) {
-  if (isBlank(application.bundleIdentifier) || isBlank(application.localizedName))
+  if (platform::isBlank(application.bundleIdentifier) || platform::isBlank(application.localizedName))
     return std::nullopt;
   return TargetContext{platform::lowercased(application.bundleIdentifier), application.localizedName};
 }

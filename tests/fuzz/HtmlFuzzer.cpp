@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 /// Any bytes are a page. Its tree keeps the bounds, its clean copy holds nothing but what is allowed, and both
@@ -38,6 +39,23 @@ void requireAllowed(const html::Node& node) {
     requireAllowed(child);
 }
 
+/// One group, balanced, of printable ASCII.
+void requireWellFormed(const std::string& rtf) {
+  require(rtf.starts_with("{\\rtf1"));
+  int depth = 0;
+  for (std::size_t at = 0; at < rtf.size(); ++at) {
+    require(rtf[at] == '\n' || (rtf[at] >= ' ' && rtf[at] < 0x7F));
+    if (rtf[at] == '\\')
+      ++at;
+    else if (rtf[at] == '{')
+      ++depth;
+    else if (rtf[at] == '}')
+      require(--depth >= 0);
+    require(depth > 0 || at + 2 >= rtf.size());
+  }
+  require(depth == 0);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -51,7 +69,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(browserdata::HTMLToMarkdown{std::string(text)}.convert().size() <= (std::size_t{16} << 20) + 64 * size);
   } catch (const platform::Failure&) {
   }
-  const std::string rtf = browserdata::richText(page);
-  require(rtf.starts_with("{\\rtf1"));
+  requireWellFormed(browserdata::richText(page));
   return 0;
 }

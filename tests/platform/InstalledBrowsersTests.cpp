@@ -1,5 +1,8 @@
+#include "platform/FileFailure.h"
 #include "platform/linux/DesktopEntry.h"
 #include "platform/linux/InstalledBrowsers.h"
+#include "platform/linux/ListeningSocket.h"
+#include "platform/linux/RunningBrowsers.h"
 #include "support/LogCapture.h"
 
 #include <gmock/gmock.h>
@@ -11,6 +14,8 @@
 #include <optional>
 #include <stdlib.h>
 #include <string>
+#include <sys/resource.h>
+#include <unistd.h>
 #include <vector>
 
 namespace tabwright::platform {
@@ -165,6 +170,19 @@ TEST(InstallationPlaces, AreThoseOfTheEnvironment) {
   EXPECT_THAT(InstallationPlaces::ofThisProcess().applicationFolders,
               ElementsAre("/d/applications", "/var/lib/flatpak/exports/share/applications", "/usr/share/applications",
                           "/d/flatpak/exports/share/applications", "/var/lib/snapd/desktop/applications"));
+}
+
+TEST(LookingForBrowsers, TellsShortageOfDescriptorsFromAbsence) {
+  rlimit former{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &former), 0);
+  const int next = dup(STDIN_FILENO);
+  close(next);
+  const rlimit full{.rlim_cur = static_cast<rlim_t>(next), .rlim_max = former.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &full), 0);
+  EXPECT_THROW(static_cast<void>(findInstalledBrowsers(InstallationPlaces::ofThisProcess())), FileFailure);
+  EXPECT_THROW(static_cast<void>(RunningBrowsers().findAll()), FileFailure);
+  EXPECT_THROW(static_cast<void>(ownerOfListener(1, getpid())), FileFailure);
+  setrlimit(RLIMIT_NOFILE, &former);
 }
 
 } // namespace

@@ -3,7 +3,6 @@
 #include "platform/linux/LinuxUserDefaults.h"
 #include "platform/linux/PropertyListDocument.h"
 #include "support/LogCapture.h"
-#include "support/ManualClock.h"
 #include "support/SettingsFolder.h"
 
 #include <gmock/gmock.h>
@@ -31,7 +30,7 @@ pid_t startChild(Work work) {
 }
 
 struct Pair {
-  explicit Pair(const testsupport::SettingsFolder& folder) : defaults(clock, folder.options()) {}
+  explicit Pair(const testsupport::SettingsFolder& folder) : defaults(folder.options()) {}
 
   // Both numbers go up together; a text of changing length moves everything about in the file.
   void increment() const {
@@ -43,7 +42,6 @@ struct Pair {
     });
   }
 
-  testsupport::ManualClock clock;
   mutable LinuxUserDefaults defaults;
   DefaultsKey<std::int64_t> one{defaults, "a", 0};
   DefaultsKey<std::string> text{defaults, "m", ""};
@@ -154,8 +152,7 @@ TEST(LinuxUserDefaultsProcess, AStoppedWriterHoldsNobodyUp) {
 
   LinuxUserDefaultsOptions options = folder.options();
   options.lockWait = std::chrono::milliseconds(1);
-  testsupport::ManualClock clock;
-  LinuxUserDefaults defaults(clock, options);
+  LinuxUserDefaults defaults(options);
   const DefaultsKey<std::int64_t> other(defaults, "z", 0);
   other.set(5);
   EXPECT_EQ(other.get(), 5);

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <sstream>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace tabwright::platform {
 namespace {
@@ -46,11 +47,12 @@ protected:
   PosixFileManager files;
 };
 
-TEST_F(PosixFileManagerTest, WritesANewFileForTheOwnerAlone) {
+TEST_F(PosixFileManagerTest, WritesANewFileForTheOwnerAloneAndReadsBackNothingElse) {
   const auto file = folder / "a.applescript";
   const std::string text(200'000, 'x');
   EXPECT_EQ(files.kindOfFile(file), std::nullopt);
-  EXPECT_TRUE(files.writeNewFileAtomically(file, text));
+  const auto written = files.writeNewFileAtomically(file, text);
+  ASSERT_TRUE(written);
   EXPECT_EQ(content(file), text);
   EXPECT_EQ(mode(file), 0600u);
   EXPECT_EQ(files.kindOfFile(file), FileKind::other);
@@ -58,6 +60,20 @@ TEST_F(PosixFileManagerTest, WritesANewFileForTheOwnerAlone) {
   EXPECT_EQ(content(file), text);
   files.remove(file);
   EXPECT_TRUE(std::filesystem::is_empty(folder));
+  std::ofstream(file) << "exchanged";
+  EXPECT_EQ(written->content(), text);
+}
+
+TEST_F(PosixFileManagerTest, RemovesFilesThatNobodyHolds) {
+  const auto held = files.writeNewFileAtomically(folder / "held.lock", "");
+  static_cast<void>(files.writeNewFileAtomically(folder / "left.lock", ""));
+  for (const char* name : {"held.socket", "left.socket", "other"})
+    std::ofstream(folder / name) << "x";
+  removeAbandonedFiles(folder, ".lock", ".socket");
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder))
+    names.push_back(entry.path().filename());
+  EXPECT_THAT(names, testing::UnorderedElementsAre("held.lock", "held.socket", "other"));
 }
 
 TEST_F(PosixFileManagerTest, NamesOperationPathAndReasonOfAFailure) {
@@ -99,18 +115,32 @@ private:
   std::optional<std::string> former_;
 };
 
-TEST_F(PosixFileManagerTest, KeepsScriptsInTheSessionsFolderElseInTheDataHome) {
+TEST_F(PosixFileManagerTest, KeepsScriptsWhereNobodyElseCanChangeThem) {
+  using std::filesystem::perms;
   const Variable data("XDG_DATA_HOME", folder / "data");
-  {
-    const Variable runtime("XDG_RUNTIME_DIR", folder / "run");
-    EXPECT_EQ(files.applicationScriptsFolder(), folder / "data/tabwright/scripts"); // there is no such folder
-    std::filesystem::create_directory(folder / "run");
-    EXPECT_EQ(files.applicationScriptsFolder(), folder / "run/tabwright/scripts");
-    EXPECT_EQ(mode(folder / "run/tabwright/scripts"), 0700u);
+  const Variable runtime("XDG_RUNTIME_DIR", folder / "run");
+  const auto inData = folder / "data/tabwright/scripts";
+  EXPECT_EQ(files.applicationScriptsFolder(), inData); // there is no such folder
+  EXPECT_EQ(mode(inData), 0700u);
+  std::filesystem::create_directory(folder / "run");
+  const auto own = folder / "run/tabwright";
+  EXPECT_EQ(files.applicationScriptsFolder(), own / "scripts");
+  EXPECT_EQ(mode(own / "scripts"), 0700u);
+  for (const auto& open : {folder / "run", own, own / "scripts"}) {
+    permissions(open, perms::others_write, std::filesystem::perm_options::add);
+    EXPECT_EQ(files.applicationScriptsFolder(), inData) << open;
+    permissions(open, perms::others_write, std::filesystem::perm_options::remove);
   }
-  const Variable none("XDG_RUNTIME_DIR", "");
-  EXPECT_EQ(files.applicationScriptsFolder(), folder / "data/tabwright/scripts");
-  EXPECT_EQ(mode(folder / "data/tabwright/scripts"), 0700u);
+  if (geteuid() == 0) {
+    ASSERT_EQ(chown(own.c_str(), 65534, 65534), 0);
+    EXPECT_EQ(files.applicationScriptsFolder(), inData);
+  }
+  rename(own, folder / "elsewhere");
+  create_directory_symlink(folder / "elsewhere", own);
+  EXPECT_EQ(files.applicationScriptsFolder(), inData);
+
+  permissions(folder / "data/tabwright", perms::group_write, std::filesystem::perm_options::add);
+  EXPECT_EQ(errorOf([&] { static_cast<void>(files.applicationScriptsFolder()); }), EPERM);
   std::filesystem::remove_all(folder / "data");
   std::ofstream(folder / "data") << "in the way";
   EXPECT_EQ(errorOf([&] { static_cast<void>(files.applicationScriptsFolder()); }), ENOTDIR);

@@ -15,6 +15,15 @@ std::string propertyList(const std::string& inside) {
   return "<plist version=\"1.0\">" + inside + "</plist>";
 }
 
+std::string nestedArrays(int depth) {
+  std::string before, after;
+  for (int level = 0; level < depth; ++level) {
+    before += "<array>";
+    after += "</array>";
+  }
+  return propertyList("<dict><key>deep</key>" + before + after + "</dict>");
+}
+
 std::optional<DefaultsValue> throughXML(const DefaultsValue& value) {
   PropertyListDocument document;
   document.set("k", value);
@@ -54,8 +63,10 @@ TEST(PropertyListDocument, ReadsOnlyWholeDictionaries) {
        {std::string(), std::string("hello"), propertyList(""), propertyList("<array/>"),
         propertyList("<integer>1</integer>"), propertyList("<dict><integer>1</integer></dict>"),
         propertyList("<dict><key>a</key><unknown/></dict>"),
-        std::string("bplist00xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx"), std::string(2000, '\0')})
-    EXPECT_FALSE(PropertyListDocument::parse(damaged)) << damaged;
+        std::string("bplist00xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx"), std::string(2000, '\0'), nestedArrays(1000),
+        nestedArrays(50'000)})
+    EXPECT_FALSE(PropertyListDocument::parse(damaged)) << damaged.substr(0, 100);
+  EXPECT_TRUE(PropertyListDocument::parse(nestedArrays(999)));
   for (std::size_t length = 0; length < text.find("</dict>"); ++length)
     EXPECT_FALSE(PropertyListDocument::parse(text.substr(0, length))) << length;
 }

@@ -1,6 +1,7 @@
 #include "scripting/ScriptingDirectory.h"
 #include "scripting/run/DescriptorConversion.h"
 #include "scripting/run/InterpreterScriptTasks.h"
+#include "support/MemoryFileManager.h"
 #include "support/ModelDesktop.h"
 #include "support/RunTask.h"
 
@@ -12,8 +13,6 @@
 #include <gtest/gtest.h>
 
 #include <condition_variable>
-#include <filesystem>
-#include <fstream>
 #include <mutex>
 #include <thread>
 
@@ -55,12 +54,11 @@ protected:
     };
     interpreter = std::make_shared<applescript::Interpreter>(surroundings);
   }
-  ~ScriptTasks() override { std::filesystem::remove(path); }
 
   std::unique_ptr<platform::UserAppleScriptTask> task(scripting::InterpreterScriptTasks& tasks,
                                                       const std::string& source) {
-    std::ofstream(path) << source;
-    return tasks.initWithURL(path);
+    return tasks.initWithURL(
+        *files.writeNewFileAtomically(files.scriptsFolder / std::to_string(files.written.size()), source));
   }
 
   std::string failureOf(platform::UserAppleScriptTask& task, AppleEvent event) {
@@ -77,9 +75,7 @@ protected:
     changed.wait(lock, [&] { return sleeping == count; });
   }
 
-  std::filesystem::path path =
-      std::filesystem::path(testing::TempDir()) /
-      (std::string("script-task-") + testing::UnitTest::GetInstance()->current_test_info()->name() + ".applescript");
+  testsupport::MemoryFileManager files;
   std::mutex mutex;
   std::condition_variable changed;
   int sleeping = 0;
@@ -109,7 +105,6 @@ TEST_F(ScriptTasks, FailsInTheWordsOfTheLanguage) {
   EXPECT_THAT(failureOf(*task(tasks, "on f()\nreturn (\nend f"), callOf("f")), testing::StartsWith("syntax error: "));
   EXPECT_EQ(failureOf(*task(tasks, "on f()\nerror \"no\" number 5\nend f"), callOf("f")), "execution error: no (5)");
   EXPECT_THAT(failureOf(*task(tasks, "on f()\nend f"), callOf("g")), HasSubstr("(-1708)"));
-  EXPECT_THROW(tasks.initWithURL("/nonexistent/x.applescript"), platform::Failure);
 }
 
 TEST_F(ScriptTasks, StopARunningScriptWhenItsCoroutineIsCancelled) {
@@ -134,6 +129,24 @@ TEST_F(ScriptTasks, StopARunningScriptWhenItsCoroutineIsCancelled) {
   context.run();
   EXPECT_THAT(failure, HasSubstr("(-128)"));
   EXPECT_EQ(completions, 1);
+  EXPECT_EQ(sleeping, 0);
+}
+
+TEST_F(ScriptTasks, RunBesideManyThatWait) {
+  scripting::InterpreterScriptTasks tasks(interpreter);
+  const auto waiting = task(tasks, "on f()\ndelay 1000\nend f");
+  boost::asio::io_context context;
+  std::vector<boost::asio::cancellation_signal> signals(40);
+  for (auto& signal : signals)
+    boost::asio::co_spawn(context, waiting->executeWithAppleEvent(callOf("f")),
+                          boost::asio::bind_cancellation_slot(signal.slot(), [](std::exception_ptr, Result) {}));
+  context.poll();
+  awaitSleepers(40);
+  const auto quick = task(tasks, "on g()\nreturn 1\nend g");
+  EXPECT_TRUE(testsupport::runTask(quick->executeWithAppleEvent(callOf("g"))));
+  for (auto& signal : signals)
+    signal.emit(boost::asio::cancellation_type::terminal);
+  context.run();
   EXPECT_EQ(sleeping, 0);
 }
 

@@ -6,10 +6,12 @@
 #include <cerrno>
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tabwright::testsupport {
@@ -42,14 +44,15 @@ public:
     folders.insert(path);
   }
 
-  bool writeNewFileAtomically(const std::filesystem::path& path, std::string_view content) override {
+  std::unique_ptr<platform::WrittenFile> writeNewFileAtomically(const std::filesystem::path& path,
+                                                                std::string_view content) override {
     failIfTold(Operation::write, path);
     if (!folders.contains(path.parent_path()))
       throw platform::FileFailure("write", path, ENOENT);
     if (!files.emplace(path, content).second)
-      return false;
+      return nullptr;
     written.push_back(path);
-    return true;
+    return std::make_unique<File>(path, content);
   }
 
   void remove(const std::filesystem::path& path) override {
@@ -59,6 +62,17 @@ public:
   }
 
 private:
+  class File final : public platform::WrittenFile {
+  public:
+    File(std::filesystem::path path, std::string_view content) : path_(std::move(path)), content_(content) {}
+    [[nodiscard]] const std::filesystem::path& path() const override { return path_; }
+    [[nodiscard]] std::string content() const override { return content_; }
+
+  private:
+    std::filesystem::path path_;
+    std::string content_;
+  };
+
   void failIfTold(Operation operation, const std::filesystem::path& path) const {
     if (failing.contains(operation))
       throw platform::FileFailure("touch", path, EACCES);

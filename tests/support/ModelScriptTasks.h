@@ -36,7 +36,8 @@ public:
     answer(D::list({D::boolean(true), D::string(std::move(version)), D::string(std::move(payload))}));
   }
 
-  std::unique_ptr<platform::UserAppleScriptTask> initWithURL(const std::filesystem::path& script) override {
+  std::unique_ptr<platform::UserAppleScriptTask> initWithURL(const platform::WrittenFile& file) override {
+    const std::filesystem::path& script = file.path();
     onInit(script);
     return std::make_unique<ModelTask>(*this, script);
   }

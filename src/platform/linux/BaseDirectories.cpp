@@ -38,14 +38,6 @@ std::filesystem::path stateHome() {
   return baseDirectory("XDG_STATE_HOME", ".local/state");
 }
 
-std::optional<std::filesystem::path> runtimeFolder() {
-  const char* value = std::getenv("XDG_RUNTIME_DIR");
-  struct stat facts{};
-  if (!value || *value != '/' || stat(value, &facts) != 0 || !S_ISDIR(facts.st_mode) || facts.st_uid != geteuid())
-    return std::nullopt;
-  return value;
-}
-
 void ensurePrivateFolder(const std::filesystem::path& folder) {
   std::error_code ignored; // what can't be seen counts as missing, and making it tells why
   if (folder.empty() || std::filesystem::is_directory(folder, ignored))

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <optional>
 
 namespace tabwright::platform {
 
@@ -11,10 +10,6 @@ namespace tabwright::platform {
 [[nodiscard]] std::filesystem::path configHome();
 [[nodiscard]] std::filesystem::path dataHome();
 [[nodiscard]] std::filesystem::path stateHome();
-
-/// XDG_RUNTIME_DIR, where it names a folder that is there and this user's own: it lives as long as the session, usually
-/// in memory.
-[[nodiscard]] std::optional<std::filesystem::path> runtimeFolder();
 
 /// Makes the folder and those above it that are missing, open to their owner alone. Throws `FileFailure`.
 void ensurePrivateFolder(const std::filesystem::path& folder);

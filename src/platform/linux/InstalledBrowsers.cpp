@@ -1,5 +1,6 @@
 #include "platform/linux/InstalledBrowsers.h"
 
+#include "platform/FileFailure.h"
 #include "platform/Logger.h"
 #include "platform/linux/BaseDirectories.h"
 #include "platform/linux/BrowserExecutable.h"
@@ -82,6 +83,8 @@ enum class EntryState {
 
 EntryState stateOf(int folder, const std::string& name, std::string_view path) {
   const Descriptor file(::openat(folder, name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (file.number < 0 && isShortage(errno))
+    throw FileFailure("read", name, errno);
   if (file.number < 0 && (errno == ENOENT || errno == ENOTDIR))
     return EntryState::absent;
   const std::optional<std::string> text = file.number >= 0 ? readAll(file.number) : std::nullopt;
@@ -140,8 +143,11 @@ InstallationPlaces InstallationPlaces::ofThisProcess() {
 
 std::vector<const BrowserFacts*> findInstalledBrowsers(const InstallationPlaces& places) {
   Folders folders;
-  for (const fs::path& folder : places.applicationFolders)
+  for (const fs::path& folder : places.applicationFolders) {
     folders.emplace_back(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (folders.back().number < 0 && isShortage(errno))
+      throw FileFailure("read", folder, errno);
+  }
   std::vector<const BrowserFacts*> browsers;
   for (const BrowserFacts& facts : browserTable) {
     bool isInstalled = findExecutable(facts, places.path).has_value();

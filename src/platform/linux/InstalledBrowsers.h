@@ -26,7 +26,8 @@ struct InstallationPlaces {
 /// An entry counts unless it is hidden or its TryExec is missing; a damaged one, or one that can't be read, is skipped
 /// with a line in the log ("Failed to get info dictionary for " and the file's name). An id's dashes may stand for
 /// subfolders (Desktop Entry Specification 1.5, "Desktop File ID"). Only files that may be of an id of the table are
-/// touched, so the cost doesn't grow with the number of applications. Never throws; keeps nothing.
+/// touched, so the cost doesn't grow with the number of applications. Keeps nothing. Throws
+/// `FileFailure` only when this process has run short of descriptors or memory.
 [[nodiscard]] std::vector<const BrowserFacts*> findInstalledBrowsers(const InstallationPlaces& places);
 
 } // namespace tabwright::platform

@@ -28,8 +28,7 @@ std::filesystem::path defaultSettingsFile() {
 }
 
 struct LinuxUserDefaults::Parts {
-  Parts(const Clock& clock, const LinuxUserDefaultsOptions& options)
-      : file(options.file, clock), lockWait(options.lockWait) {}
+  explicit Parts(const LinuxUserDefaultsOptions& options) : file(options.file), lockWait(options.lockWait) {}
 
   // With `state` held: takes up what is on the disk now. What can't be read leaves the values as they are.
   void refresh() {
@@ -126,8 +125,8 @@ struct LinuxUserDefaults::Parts {
   std::unique_ptr<SettingsThread> thread; // uses all of the above
 };
 
-LinuxUserDefaults::LinuxUserDefaults(const Clock& clock, const LinuxUserDefaultsOptions& options)
-    : parts_(std::make_unique<Parts>(clock, options)) {
+LinuxUserDefaults::LinuxUserDefaults(const LinuxUserDefaultsOptions& options)
+    : parts_(std::make_unique<Parts>(options)) {
   parts_->thread = std::make_unique<SettingsThread>(SettingsThread::Work{
       .write =
           [this] {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/Clock.h"
 #include "platform/UserDefaults.h"
 
 #include <chrono>
@@ -24,7 +23,8 @@ struct LinuxUserDefaultsOptions {
 ///
 /// - Killing a process at any instant leaves the state before or after one of its updates.
 /// - Reading costs a look at the file's status, and a read of the file only after a change.
-/// - A file that isn't a property list is set aside by the next update: kept under another name, told in the log. Until
+/// - A file that isn't a property list, or is far beyond any real one (4 MB, 1,000 arrays and dictionaries), is set
+/// aside by the next update: kept under another name, told in the log. Until
 ///   then, and after it, defaults hold. A value of another type than its key's is read as the default; the update that
 ///   replaces it keeps a copy of the file in the same way.
 /// - Entries of names that nobody uses are kept.
@@ -35,11 +35,10 @@ struct LinuxUserDefaultsOptions {
 ///
 /// Observers hear of changes by other processes through inotify(7), as long as the folder isn't replaced; where that
 /// can't be had (told in the log), they hear of this process's only. The first `observe` or `updateSoon` starts the one
-/// thread of the store; so fork only before. Destruction writes what `updateSoon` has left to write. `clock` outlives
-/// this.
+/// thread of the store; so fork only before. Destruction writes what `updateSoon` has left to write.
 class LinuxUserDefaults final : public UserDefaults {
 public:
-  explicit LinuxUserDefaults(const Clock& clock, const LinuxUserDefaultsOptions& options = {});
+  explicit LinuxUserDefaults(const LinuxUserDefaultsOptions& options = {});
   ~LinuxUserDefaults() override;
   LinuxUserDefaults(const LinuxUserDefaults&) = delete;
   LinuxUserDefaults& operator=(const LinuxUserDefaults&) = delete;

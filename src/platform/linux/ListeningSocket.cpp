@@ -1,5 +1,8 @@
 #include "platform/linux/ListeningSocket.h"
 
+#include "platform/FileFailure.h"
+
+#include <cerrno>
 #include <charconv>
 #include <fstream>
 #include <set>
@@ -22,6 +25,8 @@ bool takesLoopback(const std::string& address) {
 
 void collectInodes(const fs::path& table, std::uint16_t port, std::set<std::string>& inodes) {
   std::ifstream in(table);
+  if (!in.is_open() && isShortage(errno))
+    throw FileFailure("read", table, errno);
   std::string line;
   std::getline(in, line); // the heading
   while (std::getline(in, line)) {
@@ -60,6 +65,8 @@ ListenerOwner ownerOfListener(std::uint16_t port, pid_t process, const fs::path&
     if (inodes.empty())
       return ListenerOwner::thisProcess;
   }
+  if (isShortage(error.value()))
+    throw FileFailure("read", processes / std::to_string(process) / "fd", error.value());
   return ListenerOwner::another;
 }
 

@@ -15,7 +15,8 @@ enum class ListenerOwner {
 /// Who would take a connection to 127.0.0.1 at a TCP port: whether it is the given process.
 ///
 /// Compares the inodes of the listening sockets (net/tcp and net/tcp6 of the process file system, proc(5)) with the
-/// open descriptors of the process. `processes` is where that file system is mounted. Throws nothing.
+/// open descriptors of the process. `processes` is where that file system is mounted. Throws FileFailure only when
+/// this process has run short of descriptors or memory.
 [[nodiscard]] ListenerOwner ownerOfListener(std::uint16_t port, pid_t process,
                                             const std::filesystem::path& processes = "/proc");
 

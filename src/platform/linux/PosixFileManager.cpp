@@ -1,34 +1,63 @@
 // A new file is written without a name, then linked to the one it is to have: link refuses a name that is taken, which
-// a rename would not. Where the file system has no files without names it gets one of its own first.
+// a rename would not. Where the file system has no files without names it gets one of its own first. It is held before
+// anybody can see it.
 #include "platform/linux/PosixFileManager.h"
 
 #include "platform/FileFailure.h"
 #include "platform/linux/BaseDirectories.h"
+#include "platform/linux/FileDescriptor.h"
+#include "session/TrustedFolder.h"
+#include "session/UnheldFiles.h"
 
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
-#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace tabwright::platform {
 namespace {
 
-// A file without its final name; gone when this goes.
+class PosixWrittenFile final : public WrittenFile {
+public:
+  PosixWrittenFile(std::filesystem::path path, FileDescriptor descriptor)
+      : path_(std::move(path)), descriptor_(std::move(descriptor)) {}
+
+  [[nodiscard]] const std::filesystem::path& path() const override { return path_; }
+
+  [[nodiscard]] std::string content() const override {
+    std::string text;
+    char buffer[16 * 1024];
+    for (;;) {
+      const ssize_t count = pread(descriptor_.number(), buffer, sizeof buffer, static_cast<off_t>(text.size()));
+      if (count == 0)
+        return text;
+      if (count < 0 && errno != EINTR)
+        throw FileFailure("read", path_, errno);
+      text.append(buffer, count > 0 ? static_cast<std::size_t>(count) : 0);
+    }
+  }
+
+private:
+  std::filesystem::path path_;
+  FileDescriptor descriptor_;
+};
+
+// A file without its final name; its own name, if it has one, is gone when this goes.
 class UnnamedFile {
 public:
   explicit UnnamedFile(const std::filesystem::path& wanted)
-      : descriptor_(open(wanted.parent_path().c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600)) {
-    if (descriptor_ < 0) {
+      : descriptor_(open(wanted.parent_path().c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600)) {
+    if (!descriptor_.isOpen()) {
       name_ = (wanted.parent_path() / ".tabwright-XXXXXX").string();
-      descriptor_ = mkostemp(name_.data(), O_CLOEXEC);
+      descriptor_ = FileDescriptor(mkostemp(name_.data(), O_CLOEXEC));
     }
-    if (descriptor_ < 0)
+    if (!descriptor_.isOpen())
       throw FileFailure("write", wanted, errno);
+    static_cast<void>(session::hold(descriptor_.number())); // where that can't be done, an early end leaves the file
   }
   ~UnnamedFile() {
-    close(descriptor_);
     if (!name_.empty())
       unlink(name_.c_str());
   }
@@ -38,7 +67,7 @@ public:
   // False with errno set when not all could be written.
   bool write(std::string_view content) const {
     while (!content.empty()) {
-      const ssize_t written = ::write(descriptor_, content.data(), content.size());
+      const ssize_t written = ::write(descriptor_.number(), content.data(), content.size());
       if (written < 0 && errno != EINTR)
         return false;
       content.remove_prefix(written > 0 ? static_cast<std::size_t>(written) : 0);
@@ -48,22 +77,40 @@ public:
 
   // False with errno set when the name is taken, or can't be given.
   bool linkTo(const std::filesystem::path& path) const {
-    const std::string name = name_.empty() ? "/proc/self/fd/" + std::to_string(descriptor_) : name_;
+    const std::string name = name_.empty() ? "/proc/self/fd/" + std::to_string(descriptor_.number()) : name_;
     return linkat(AT_FDCWD, name.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
   }
 
+  FileDescriptor takeDescriptor() { return std::move(descriptor_); }
+
 private:
   std::string name_; ///< empty: it has none
-  int descriptor_;
+  FileDescriptor descriptor_;
 };
+
+/// The folder for scripts in `parent`, which must be there.
+std::filesystem::path scriptsFolderIn(const std::filesystem::path& parent) {
+  const session::TrustedFolder own((parent / "tabwright").string());
+  return session::TrustedFolder(own.path() + "/scripts").path();
+}
 
 } // namespace
 
 std::filesystem::path PosixFileManager::applicationScriptsFolder() {
   // In memory where the session has such a place: it is quicker, and what was typed into forms reaches no disk.
-  std::filesystem::path folder = runtimeFolder().value_or(dataHome()) / "tabwright" / "scripts";
-  ensurePrivateFolder(folder);
-  return folder;
+  if (const auto folder = session::sessionFolder()) {
+    try {
+      return scriptsFolderIn(*folder);
+    } catch (const session::FolderRefused&) { // the next place may be better
+    }
+  }
+  const std::filesystem::path home = dataHome();
+  ensurePrivateFolder(home);
+  try {
+    return scriptsFolderIn(home);
+  } catch (const session::FolderRefused& refusal) {
+    throw FileFailure("use the folder", home / "tabwright" / "scripts", refusal.errorNumber());
+  }
 }
 
 std::optional<FileKind> PosixFileManager::kindOfFile(const std::filesystem::path& path) {
@@ -81,20 +128,28 @@ void PosixFileManager::createDirectory(const std::filesystem::path& path) {
     throw FileFailure("make the folder", path, reason);
 }
 
-bool PosixFileManager::writeNewFileAtomically(const std::filesystem::path& path, std::string_view content) {
-  const UnnamedFile file(path);
+std::unique_ptr<WrittenFile> PosixFileManager::writeNewFileAtomically(const std::filesystem::path& path,
+                                                                      std::string_view content) {
+  UnnamedFile file(path);
   if (!file.write(content))
     throw FileFailure("write", path, errno);
   if (file.linkTo(path))
-    return true;
+    return std::make_unique<PosixWrittenFile>(path, file.takeDescriptor());
   if (errno == EEXIST)
-    return false;
+    return nullptr;
   throw FileFailure("write", path, errno);
 }
 
 void PosixFileManager::remove(const std::filesystem::path& path) {
   if (unlink(path.c_str()) != 0)
     throw FileFailure("remove", path, errno);
+}
+
+void removeAbandonedFiles(const std::filesystem::path& folder, std::string_view ending,
+                          std::string_view companionEnding) {
+  const FileDescriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  if (opened.isOpen())
+    session::removeUnheldFiles(opened.number(), ending, companionEnding);
 }
 
 } // namespace tabwright::platform

@@ -4,15 +4,22 @@
 
 namespace tabwright::platform {
 
-/// The real files. Scripts may run from `tabwright/scripts` in the XDG data home. Text is written in full before it
-/// gets its name, but not forced to the disk: a script file is of no use after a crash of the machine.
+/// The real files. Scripts may run from `tabwright/scripts` in the session's folder, else in the XDG data home: the
+/// first that nobody else can change and that can be written to. Text is written in full before it gets its name, but
+/// not forced to the disk: a script file is of no use after a crash of the machine.
 class PosixFileManager final : public FileManager {
 public:
   [[nodiscard]] std::filesystem::path applicationScriptsFolder() override;
   [[nodiscard]] std::optional<FileKind> kindOfFile(const std::filesystem::path& path) override;
   void createDirectory(const std::filesystem::path& path) override;
-  [[nodiscard]] bool writeNewFileAtomically(const std::filesystem::path& path, std::string_view content) override;
+  [[nodiscard]] std::unique_ptr<WrittenFile> writeNewFileAtomically(const std::filesystem::path& path,
+                                                                    std::string_view content) override;
   void remove(const std::filesystem::path& path) override;
 };
+
+/// Removes the files with the ending `ending` in a folder that no process holds any more, and beside each the one with
+/// `companionEnding` in its place, if one is given. A missing folder is none to tidy; throws nothing.
+void removeAbandonedFiles(const std::filesystem::path& folder, std::string_view ending,
+                          std::string_view companionEnding = {});
 
 } // namespace tabwright::platform

@@ -16,6 +16,15 @@ namespace {
 
 using Texts = std::map<std::string, std::string>;
 
+constexpr std::size_t mostContainers = 1000;
+
+std::size_t countOf(std::string_view part, std::string_view text) {
+  std::size_t count = 0;
+  for (std::size_t place = text.find(part); place != text.npos; place = text.find(part, place + part.size()))
+    ++count;
+  return count;
+}
+
 std::string textOf(plist_t node) {
   std::uint64_t length = 0;
   const char* characters = plist_get_string_ptr(node, &length);
@@ -86,8 +95,10 @@ PropertyListDocument& PropertyListDocument::operator=(const PropertyListDocument
 }
 
 std::optional<PropertyListDocument> PropertyListDocument::parse(std::string_view data) {
+  if (countOf("<array", data) + countOf("<dict", data) > mostContainers)
+    return std::nullopt;
   plist_t root = nullptr;
-  plist_from_memory(data.data(), static_cast<std::uint32_t>(data.size()), &root);
+  plist_from_xml(data.data(), static_cast<std::uint32_t>(data.size()), &root);
   Node node(root);
   if (!node || plist_get_node_type(node.get()) != PLIST_DICT)
     return std::nullopt;

@@ -23,7 +23,8 @@ public:
   PropertyListDocument& operator=(PropertyListDocument&&) noexcept = default;
   ~PropertyListDocument() = default;
 
-  /// Reads the XML form or the binary one; nothing when `data` is neither, ends too early or has another root.
+  /// Reads the XML form; nothing when `data` is none, ends too early, has another root, or holds more than 1,000 arrays
+  /// and dictionaries: the parser's library recurses into them, and a real one has three.
   [[nodiscard]] static std::optional<PropertyListDocument> parse(std::string_view data);
 
   [[nodiscard]] std::optional<DefaultsValue> find(const std::string& name) const;

@@ -1,6 +1,9 @@
 #include "platform/linux/RunningBrowsers.h"
 
+#include "platform/FileFailure.h"
+
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <cstdlib>
 #include <dirent.h>
@@ -18,7 +21,8 @@
 // Each numbered directory is looked at in the order of cost: the executable's name sorts out nearly all of them at one
 // system call each, then the command line, then the rest. Names are taken relative to the open directory, and read
 // into buffers on the stack: a desktop has hundreds of processes, and this is asked for by every action. A process may
-// vanish between two reads; whatever cannot be read then is not running.
+// vanish between two reads; whatever cannot be read then is not running. When it is this process
+// that has run short, of descriptors say, nothing is known, and that is a failure.
 
 namespace tabwright::platform {
 
@@ -33,6 +37,7 @@ using Directory = std::unique_ptr<DIR, CloseDirectory>;
 
 /// One process: the directory that all of them are in, and its name there.
 struct ProcessFiles {
+  const fs::path& path;
   int directory;
   std::string name;
 
@@ -41,6 +46,8 @@ struct ProcessFiles {
 
 std::optional<std::string> readAll(const ProcessFiles& process, std::string_view file) {
   const int descriptor = ::openat(process.directory, process.fileName(file).c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0 && isShortage(errno))
+    throw FileFailure("read", process.path / process.fileName(file), errno);
   if (descriptor < 0)
     return std::nullopt;
   std::string text;
@@ -230,13 +237,13 @@ std::vector<RunningBrowser> search(const fs::path& processes, const BrowserFacts
   std::vector<RunningBrowser> browsers;
   const Directory directory(::opendir(processes.c_str()));
   if (!directory)
-    return browsers;
+    throw FileFailure("read", processes, errno);
   while (const dirent* entry = ::readdir(directory.get())) {
     const std::string_view name = entry->d_name;
     const bool isNumber = name.size() <= 9 && std::ranges::all_of(name, [](char c) { return c >= '0' && c <= '9'; });
     if (!isNumber)
       continue;
-    if (auto browser = look({::dirfd(directory.get()), std::string(name)}, wanted))
+    if (auto browser = look({processes, ::dirfd(directory.get()), std::string(name)}, wanted))
       browsers.push_back(std::move(*browser));
   }
   // Process numbers break ties between starts within one tick.

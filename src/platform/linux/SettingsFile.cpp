@@ -5,11 +5,8 @@
 #include "platform/Logger.h"
 #include "platform/linux/BaseDirectories.h"
 
-#include <fmt/core.h>
-
 #include <cerrno>
 #include <cstddef>
-#include <ctime>
 #include <fcntl.h>
 #include <optional>
 #include <string>
@@ -22,7 +19,8 @@ namespace tabwright::platform {
 namespace {
 
 // Far beyond any real one; what is longer isn't ours.
-constexpr std::size_t longestFile = 16UL * 1024 * 1024;
+constexpr std::size_t longestFile = 4UL * 1024 * 1024;
+constexpr int mostCopies = 3; // of damaged files
 
 const Logger& logger() {
   static const Logger log("UserDefaults");
@@ -70,20 +68,9 @@ void syncFolder(const std::filesystem::path& folder) {
     throw FileFailure("sync the folder", folder, errno);
 }
 
-// As in "20261125T040145Z".
-std::string timeStamp(double secondsSinceReferenceDate) {
-  constexpr std::time_t referenceDate = 978307200;
-  const std::time_t seconds = referenceDate + static_cast<std::time_t>(secondsSinceReferenceDate);
-  std::tm parts{};
-  gmtime_r(&seconds, &parts);
-  char text[32];
-  text[std::strftime(text, sizeof text, "%Y%m%dT%H%M%SZ", &parts)] = '\0';
-  return text;
-}
-
 } // namespace
 
-SettingsFile::SettingsFile(const std::filesystem::path& file, const Clock& clock) : file_(file), clock_(clock) {
+SettingsFile::SettingsFile(const std::filesystem::path& file) : file_(file) {
   std::error_code error;
   if (std::filesystem::is_symlink(file, error)) {
     const std::filesystem::path target = std::filesystem::weakly_canonical(file, error);
@@ -132,6 +119,9 @@ FileLock SettingsFile::lock(std::chrono::nanoseconds wait) const {
 
 SettingsFile::SnapshotPointer SettingsFile::replace(const Snapshot& old, PropertyListDocument document,
                                                     OldFile oldFile) const {
+  const std::string text = document.xml();
+  if (text.size() > longestFile) // nobody would read it again
+    throw FileFailure("write", file_, EFBIG);
   const std::filesystem::path temporary = withEnding(file_, ".new");
   if (unlink(temporary.c_str()) != 0 && errno != ENOENT)
     throw FileFailure("remove", temporary, errno);
@@ -140,7 +130,7 @@ SettingsFile::SnapshotPointer SettingsFile::replace(const Snapshot& old, Propert
   if (!snapshot->descriptor.isOpen())
     throw FileFailure("write", temporary, errno);
   try {
-    writeAll(snapshot->descriptor.number(), document.xml(), temporary);
+    writeAll(snapshot->descriptor.number(), text, temporary);
     if (fsync(snapshot->descriptor.number()) != 0 || fstat(snapshot->descriptor.number(), &snapshot->facts) != 0)
       throw FileFailure("write", temporary, errno);
     if (old.kind == Snapshot::Kind::damaged || (old.kind == Snapshot::Kind::readable && oldFile == OldFile::keepAside))
@@ -163,21 +153,17 @@ SettingsFile::SnapshotPointer SettingsFile::replace(const Snapshot& old, Propert
   return snapshot;
 }
 
-// The file gets a second name, so that it is never missing; where the file system has no links it changes its name.
+// The file gets a second name, so that it is never missing; where the file system has no links it changes its name. The
+// copies move up, and the oldest goes.
 void SettingsFile::keepAside() const {
-  const std::string stamp = timeStamp(clock_.secondsSinceReferenceDate());
-  for (int attempt = 1; attempt <= 1000; ++attempt) {
-    const std::filesystem::path aside =
-        withEnding(file_, attempt == 1 ? ".damaged-" + stamp : fmt::format(".damaged-{}-{}", stamp, attempt));
-    struct stat ignored{};
-    if (lstat(aside.c_str(), &ignored) == 0)
-      continue;
-    if (link(file_.c_str(), aside.c_str()) != 0 && rename(file_.c_str(), aside.c_str()) != 0)
-      throw FileFailure("set aside", file_, errno);
-    logger().error("Set the damaged settings “{}” aside as “{}”", file_.string(), aside.string());
-    return;
+  const auto copy = [this](int number) { return withEnding(file_, ".damaged-" + std::to_string(number)); };
+  for (int number = mostCopies; number > 1; --number) {
+    if (rename(copy(number - 1).c_str(), copy(number).c_str()) != 0 && errno != ENOENT)
+      throw FileFailure("set aside", copy(number - 1), errno);
   }
-  throw FileFailure("set aside", file_, EEXIST);
+  if (link(file_.c_str(), copy(1).c_str()) != 0 && rename(file_.c_str(), copy(1).c_str()) != 0)
+    throw FileFailure("set aside", file_, errno);
+  logger().error("Set the damaged settings “{}” aside as “{}”", file_.string(), copy(1).string());
 }
 
 } // namespace tabwright::platform

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/Clock.h"
 #include "platform/linux/FileDescriptor.h"
 #include "platform/linux/FileLock.h"
 #include "platform/linux/PropertyListDocument.h"
@@ -30,9 +29,8 @@ public:
   };
   using SnapshotPointer = std::shared_ptr<const Snapshot>;
 
-  /// A link at `file` is followed now, so that writing replaces the file that it leads to. `clock` dates the files set
-  /// aside; it outlives this.
-  SettingsFile(const std::filesystem::path& file, const Clock& clock);
+  /// A link at `file` is followed now, so that writing replaces the file that it leads to.
+  explicit SettingsFile(const std::filesystem::path& file);
 
   [[nodiscard]] const std::filesystem::path& path() const noexcept { return file_; }
 
@@ -45,15 +43,14 @@ public:
 
   enum class OldFile { replace, keepAside };
   /// Writes a new state in place of `old`, durably. The caller holds the lock. A damaged file is always kept aside:
-  /// under its name with ".damaged-" and the time (UTC), which is logged. Throws `FileFailure`; the old state is there
-  /// then.
+  /// under its name with ".damaged-1", which is logged; those set aside before get the next number, and the fourth
+  /// goes. Throws `FileFailure`; the old state is there then.
   [[nodiscard]] SnapshotPointer replace(const Snapshot& old, PropertyListDocument document, OldFile oldFile) const;
 
 private:
   void keepAside() const;
 
   std::filesystem::path file_;
-  const Clock& clock_;
 };
 
 } // namespace tabwright::platform

@@ -2,7 +2,6 @@
 // executor of whoever awaits. A cancellation only requests the stop; the operation completes when the script has ended.
 #include "scripting/run/InterpreterScriptTasks.h"
 
-#include "platform/FileFailure.h"
 #include "scripting/model/EventErrors.h"
 #include "scripting/run/DescriptorConversion.h"
 
@@ -14,10 +13,7 @@
 #include <boost/asio/use_awaitable.hpp>
 
 #include <algorithm>
-#include <cerrno>
 #include <exception>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <utility>
 
@@ -136,14 +132,8 @@ InterpreterScriptTasks::InterpreterScriptTasks(std::shared_ptr<applescript::Inte
     : interpreter_(std::move(interpreter)), threads_(std::make_shared<ScriptThreads>(mostThreads)) {}
 
 std::unique_ptr<platform::UserAppleScriptTask>
-InterpreterScriptTasks::initWithURL(const std::filesystem::path& script) {
-  std::ifstream file(script, std::ios::binary);
-  std::ostringstream source;
-  if (file.is_open())
-    source << file.rdbuf();
-  if (!file.is_open() || file.bad())
-    throw platform::FileFailure("read", script, errno);
-  return std::make_unique<InterpreterScriptTask>(std::move(source).str(), interpreter_, threads_);
+InterpreterScriptTasks::initWithURL(const platform::WrittenFile& script) {
+  return std::make_unique<InterpreterScriptTask>(script.content(), interpreter_, threads_);
 }
 
 } // namespace tabwright::scripting

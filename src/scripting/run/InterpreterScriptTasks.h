@@ -5,7 +5,6 @@
 #include "scripting/run/ScriptThreads.h"
 
 #include <cstddef>
-#include <filesystem>
 #include <memory>
 
 namespace tabwright::scripting {
@@ -13,7 +12,7 @@ namespace tabwright::scripting {
 /// Script tasks that run in this project's own interpreter, each script on a thread of its own while it runs.
 ///
 ///     InterpreterScriptTasks tasks(std::make_shared<applescript::Interpreter>(surroundings));
-///     auto task = tasks.initWithURL("/tmp/x.applescript");
+///     auto task = tasks.initWithURL(*file);
 ///     auto result = co_await task->executeWithAppleEvent(event);       // resumes on the coroutine's own executor
 ///
 /// The file is read by `initWithURL`, and compiled on the script's thread. A run ends in the script's error, as it is:
@@ -21,9 +20,9 @@ namespace tabwright::scripting {
 /// comes as its source form.
 class InterpreterScriptTasks final : public platform::UserAppleScriptTasks {
 public:
-  explicit InterpreterScriptTasks(std::shared_ptr<applescript::Interpreter> interpreter, std::size_t mostThreads = 8);
+  explicit InterpreterScriptTasks(std::shared_ptr<applescript::Interpreter> interpreter, std::size_t mostThreads = 512);
 
-  std::unique_ptr<platform::UserAppleScriptTask> initWithURL(const std::filesystem::path& script) override;
+  std::unique_ptr<platform::UserAppleScriptTask> initWithURL(const platform::WrittenFile& script) override;
 
 private:
   std::shared_ptr<applescript::Interpreter> interpreter_;

@@ -10,6 +10,7 @@ namespace {
 
 /// Address space, not memory: pages are taken as a script's recursion reaches them.
 constexpr std::size_t stackBytes = std::size_t{64} << 20;
+constexpr std::size_t mostIdle = 8;
 
 } // namespace
 
@@ -32,8 +33,10 @@ ScriptThreads::~ScriptThreads() {
       job->stop.request_stop();
   }
   wake_.notify_all();
+  // None leaves by itself any more.
   for (const pthread_t thread : threads_)
     pthread_join(thread, nullptr);
+  joinEnded();
 }
 
 std::shared_ptr<ScriptThreads::Job> ScriptThreads::prepare(Work work) {
@@ -42,6 +45,7 @@ std::shared_ptr<ScriptThreads::Job> ScriptThreads::prepare(Work work) {
 
 void ScriptThreads::start(const std::shared_ptr<Job>& job) {
   const std::lock_guard lock(mutex_);
+  joinEnded();
   if (idle_ <= queue_.size() && threads_.size() < mostThreads_)
     addThread();
   queue_.push_back(job);
@@ -58,6 +62,12 @@ void ScriptThreads::cancel(const std::shared_ptr<Job>& job) {
     queue_.erase(waiting);
   }
   job->work(job->stop.get_token());
+}
+
+void ScriptThreads::joinEnded() {
+  for (const pthread_t thread : ended_)
+    pthread_join(thread, nullptr);
+  ended_.clear();
 }
 
 void ScriptThreads::addThread() {
@@ -81,6 +91,11 @@ void* ScriptThreads::threadMain(void* threads) {
 void ScriptThreads::serve() {
   std::unique_lock lock(mutex_);
   for (;;) {
+    if (queue_.empty() && idle_ >= mostIdle && !isClosing_) {
+      std::erase(threads_, pthread_self());
+      ended_.push_back(pthread_self());
+      return;
+    }
     ++idle_;
     wake_.wait(lock, [&] { return isClosing_ || !queue_.empty(); });
     --idle_;

@@ -13,8 +13,10 @@
 namespace tabwright::scripting {
 
 /// Threads for scripts. Scripts block, in `delay` and in calls of a browser, so each running one has a thread to
-/// itself; there is a bound on them, and scripts beyond it wait in a queue. Threads are made when needed and kept;
-/// their stacks are large, for scripts recurse.
+/// itself: one that waits keeps no other from running. Threads are made when needed, and a few are kept; their stacks
+/// are large, for scripts recurse, but cost only what a recursion has reached, and go with their thread. The bound is
+/// for the machine's sake, far above what is in use together; scripts beyond it, or for which the system gives no
+/// thread, wait in a queue.
 ///
 /// Safe from several threads. The destructor stops all scripts, and returns when their threads have ended.
 class ScriptThreads {
@@ -24,7 +26,7 @@ public:
   using Work = std::function<void(std::stop_token)>;
   class Job;
 
-  explicit ScriptThreads(std::size_t mostThreads = 8);
+  explicit ScriptThreads(std::size_t mostThreads = 512);
   ~ScriptThreads();
   ScriptThreads(const ScriptThreads&) = delete;
   ScriptThreads& operator=(const ScriptThreads&) = delete;
@@ -40,13 +42,15 @@ private:
   static void* threadMain(void* threads);
   void serve();
   void addThread();
+  void joinEnded();
 
   const std::size_t mostThreads_;
   std::mutex mutex_;
   std::condition_variable wake_;
   std::deque<std::shared_ptr<Job>> queue_;
   std::vector<std::shared_ptr<Job>> running_;
-  std::vector<pthread_t> threads_;
+  std::vector<pthread_t> threads_; ///< that serve
+  std::vector<pthread_t> ended_;   ///< that have left, or are about to return
   std::size_t idle_ = 0;
   bool isClosing_ = false;
 };
