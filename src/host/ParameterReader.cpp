@@ -4,6 +4,9 @@
 #include "intents/UsageError.h"
 #include "intents/ValueError.h"
 #include "platform/AsciiCase.h"
+#include "platform/Utf8.h"
+
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <set>
@@ -26,6 +29,14 @@ intents::ParameterBase& requireParameter(const intents::Intent& action, std::str
                             didYouMean(name, names, all + "."));
 }
 
+// Bytes that are no text would come to light where nobody knows any more whose they are.
+void requireUTF8(const intents::ParameterBase& parameter, std::string_view text) {
+  if (const auto place = platform::malformedByte(text))
+    throw intents::UsageError(fmt::format(
+        "{} takes text in UTF-8, but byte {} of what it was given (hexadecimal {:02X}) belongs to no character.",
+        parameter.name(), *place + 1, static_cast<unsigned char>(text[*place])));
+}
+
 // Reads named values one by one; `assign` hands a value to its parameter.
 template <class Values, class Assign>
 void readEach(const intents::Intent& action, const Values& values, Assign assign) {
@@ -46,8 +57,10 @@ void readEach(const intents::Intent& action, const Values& values, Assign assign
 
 void readParameters(intents::Intent& action, const ParameterValues& values) {
   if (const auto* texts = std::get_if<ParameterTexts>(&values)) {
-    readEach(action, *texts,
-             [](intents::ParameterBase& parameter, const std::string& text) { parameter.setText(text); });
+    readEach(action, *texts, [](intents::ParameterBase& parameter, const std::string& text) {
+      requireUTF8(parameter, text);
+      parameter.setText(text);
+    });
     return;
   }
   readEach(action, std::get<boost::json::object>(values),
