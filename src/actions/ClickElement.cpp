@@ -23,7 +23,7 @@ public:
 
 private:
   [[nodiscard]] std::string scriptBody() const override {
-    return pageJob(tab, "return [\n  clickPageElement(\"" + engine::escapeForLiteral(*cssSelector) + "\")\n]");
+    return pageJob(tab, "return [\n  clickPageElement(\"" + engine::escapeForJavascript(*cssSelector) + "\")\n]");
   }
 
   [[nodiscard]] std::optional<platform::Notice> noticeOf(const std::vector<std::string>& answer) const override {

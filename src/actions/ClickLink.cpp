@@ -31,7 +31,7 @@ public:
 
 private:
   [[nodiscard]] std::string scriptBody() const override {
-    return pageJob(tab, "return [\n  clickLinkLabelled(\"" + engine::escapeForLiteral(*label) + "\", " +
+    return pageJob(tab, "return [\n  clickLinkLabelled(\"" + engine::escapeForJavascript(*label) + "\", " +
                             javascriptText(*linkSelection == LinkSelection::labelExact) + ")\n]");
   }
 };

@@ -30,7 +30,7 @@ public:
 private:
   [[nodiscard]] std::string scriptBody() const override {
     const std::string strategy(intents::enumCase(*formFieldSelection).rawValue);
-    return pageJob(tab, "return [\n  getFormFieldValue(\n    \"" + engine::escapeForLiteral(*fieldTargetSpec) +
+    return pageJob(tab, "return [\n  getFormFieldValue(\n    \"" + engine::escapeForJavascript(*fieldTargetSpec) +
                             "\",\n    \"" + strategy + "\"\n  )\n]");
   }
 

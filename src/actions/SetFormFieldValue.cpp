@@ -46,7 +46,7 @@ public:
 private:
   [[nodiscard]] std::string scriptBody() const override {
     const std::string strategy(intents::enumCase(*formFieldSelection).rawValue);
-    return pageJob(tab, "return [\n  setFormFieldValue(\n    \"" + engine::escapeForLiteral(*targetField) +
+    return pageJob(tab, "return [\n  setFormFieldValue(\n    \"" + engine::escapeForJavascript(*targetField) +
                             "\",\n    \"" + strategy + "\",\n    `" + escapeForTemplate(*newValue) + "`,\n    " +
                             javascriptText(*shouldFireChangeEvent) + ",\n    " +
                             javascriptText(*shouldSubmitParentForm) + "\n  )\n]");

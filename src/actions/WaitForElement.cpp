@@ -32,7 +32,7 @@ private:
   [[nodiscard]] std::string scriptBody() const override {
     const std::string seconds(intents::enumCase(*timeout).rawValue);
     return pageJob(tab,
-                   "return [\n  await waitForPageElement(\"" + engine::escapeForLiteral(*cssSelector) + "\", " +
+                   "return [\n  await waitForPageElement(\"" + engine::escapeForJavascript(*cssSelector) + "\", " +
                        seconds + ")\n]",
                    secondsOf(*timeout));
   }

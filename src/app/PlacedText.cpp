@@ -1,6 +1,7 @@
 #include "app/PlacedText.h"
 
 #include "applescript/syntax/SourceRange.h"
+#include "platform/Utf8.h"
 
 #include <fmt/core.h>
 
@@ -32,8 +33,8 @@ std::string placedText(const std::string& name, std::string_view source, std::si
   const std::string_view marked = source.substr(offset, std::min(length, end - offset));
   const auto carets =
       static_cast<std::size_t>(std::max<std::ptrdiff_t>(1, std::ranges::count_if(marked, beginsCharacter)));
-  return fmt::format("{}:{}:{}: {}\n{}\n{}{}\n", name, position.line, position.column, sentence, line, margin,
-                     std::string(carets, '^'));
+  return fmt::format("{}:{}:{}: {}\n{}\n{}{}\n", name, position.line, position.column, sentence,
+                     platform::wellFormed(std::string(line)), margin, std::string(carets, '^'));
 }
 
 } // namespace tabwright::app

@@ -1,10 +1,14 @@
 #include "applescript/Interpreter.h"
 
 #include "applescript/evaluate/Evaluator.h"
+#include "platform/Utf8.h"
+
+#include <fmt/core.h>
 
 #include <condition_variable>
 #include <ctime>
 #include <mutex>
+#include <optional>
 #include <random>
 #include <utility>
 
@@ -33,6 +37,16 @@ double randomFraction() {
   return std::uniform_real_distribution<double>(0, 1)(generator);
 }
 
+std::optional<ScriptError> notText(const std::string& source) {
+  const std::optional<std::size_t> place = platform::malformedByte(source);
+  if (!place)
+    return std::nullopt;
+  return ScriptError(ScriptError::Stage::syntax, errorNumber::unknownToken,
+                     fmt::format("A script is text in UTF-8, but the byte {:02X} belongs to no character.",
+                                 static_cast<unsigned char>(source[*place])),
+                     {*place, 1});
+}
+
 } // namespace
 
 struct Interpreter::State {
@@ -56,6 +70,8 @@ Interpreter::Interpreter(Surroundings surroundings, RunLimits limits)
 Interpreter::~Interpreter() = default;
 
 CompiledScript Interpreter::compile(std::string source) {
+  if (std::optional<ScriptError> error = notText(source))
+    throw *error;
   ParseResult parsed = parse(std::move(source), *state_->surroundings.directory);
   if (!parsed.tree)
     throw parsed.errors.front();
@@ -63,6 +79,8 @@ CompiledScript Interpreter::compile(std::string source) {
 }
 
 std::vector<ScriptError> Interpreter::check(std::string source) const {
+  if (std::optional<ScriptError> error = notText(source))
+    return {std::move(*error)};
   return parse(std::move(source), *state_->surroundings.directory).errors;
 }
 

@@ -33,6 +33,19 @@ std::string escapeForLiteral(std::string_view text) {
   return escaped;
 }
 
+std::string escapeForJavascript(std::string_view text) {
+  std::string escaped;
+  for (const char c : escapeForLiteral(text)) {
+    if (c == '\n')
+      escaped += "\\n";
+    else if (c == '\r')
+      escaped += "\\r";
+    else
+      escaped += c;
+  }
+  return escaped;
+}
+
 std::string nativeID(std::string_view fullID) {
   const std::size_t colon = fullID.find(':', 1);
   if (colon == std::string_view::npos || holdsLineTerminator(fullID.substr(0, colon)))

@@ -12,6 +12,10 @@ namespace tabwright::engine {
 ///     escapeForLiteral(R"(a[href="x"])")   // a[href=\"x\"]
 [[nodiscard]] std::string escapeForLiteral(std::string_view text);
 
+/// The same for a literal of JavaScript between double quotes, where line feeds and carriage returns may not stand as
+/// such: they become "\n" and "\r".
+[[nodiscard]] std::string escapeForJavascript(std::string_view text);
+
 /// What scripts know a tab or window by: `fullID` without everything up to and including the first colon that has a
 /// character before it, as the regular expression "^.+?:" takes it away. A text without such a colon is unchanged.
 ///

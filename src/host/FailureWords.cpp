@@ -1,5 +1,7 @@
 #include "host/FailureWords.h"
 
+#include "platform/Utf8.h"
+
 #include <fmt/core.h>
 
 namespace tabwright::host {
@@ -12,7 +14,7 @@ json::object described(const platform::FailureIdentity& identity, const std::str
   return {{"type", identity.type},
           {"case", identity.caseName},
           {"number", identity.number ? json::value(*identity.number) : json::value(nullptr)},
-          {"message", message}};
+          {"message", platform::wellFormed(message)}};
 }
 
 } // namespace

@@ -4,6 +4,9 @@
 #include "intents/UsageError.h"
 #include "intents/ValueError.h"
 #include "platform/AsciiCase.h"
+#include "platform/Utf8.h"
+
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <type_traits>
@@ -51,7 +54,16 @@ std::string_view textIn(const boost::json::value& value) {
   return text ? std::string_view(*text) : std::string_view();
 }
 
+// Bytes that are no text would come to light where nobody knows any more whose they are.
+void requireUTF8(const intents::ParameterBase& parameter, std::string_view text) {
+  if (const auto place = platform::malformedByte(text))
+    throw intents::UsageError(fmt::format(
+        "{} takes text in UTF-8, but byte {} of what it was given (hexadecimal {:02X}) belongs to no character.",
+        parameter.name(), *place + 1, static_cast<unsigned char>(text[*place])));
+}
+
 void assign(intents::ParameterBase& parameter, const std::string& text) {
+  requireUTF8(parameter, text);
   parameter.setText(text);
 }
 void assign(intents::ParameterBase& parameter, const boost::json::value& json) {

@@ -5,6 +5,9 @@
 #include "app/TextInput.h"
 #include "app/commands/Commands.h"
 #include "applescript/Interpreter.h"
+#include "host/FailureWords.h"
+#include "intents/UsageError.h"
+#include "platform/Utf8.h"
 
 #include <fmt/core.h>
 
@@ -25,6 +28,11 @@ std::string placed(const ScriptError& error, std::string_view source, const std:
 } // namespace
 
 ExitCode appleScript(const AppleScriptCommand& command) {
+  for (const std::string& argument : command.arguments) {
+    if (platform::malformedByte(argument))
+      throw intents::UsageError(
+          fmt::format("Arguments of a script are text in UTF-8, which “{}” is not.", platform::wellFormed(argument)));
+  }
   const std::string source = command.file == "-" ? readStandardInput() : readTextFile(command.file);
   const std::string name = command.file == "-" ? "standard input" : command.file;
   Composition composition;
@@ -51,6 +59,8 @@ ExitCode appleScript(const AppleScriptCommand& command) {
     return ExitCode::done;
   } catch (const ScriptError& error) {
     std::cerr << placed(error, source, name);
+    if (const std::string cause = host::causeLine(error); !cause.empty())
+      std::cerr << cause << '\n';
     return exitCodeOf(error);
   }
 }

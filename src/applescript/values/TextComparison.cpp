@@ -101,6 +101,10 @@ const icu::Collator* collatorFor(const TextAttributes& attributes) {
 bool textEquals(std::string_view left, std::string_view right, const TextAttributes& attributes) {
   if (left == right)
     return true;
+  const auto& [shorter, longer] = std::minmax(left, right, [](auto a, auto b) { return a.size() < b.size(); });
+  // Whole pages are compared with a word. A letter of ASCII is equal to at most three bytes of anything else.
+  if (ignoresOnlyCase(attributes) && longer.size() > 3 * shorter.size() && isASCII(shorter))
+    return false;
   if (ignoresOnlyCase(attributes) && isASCII(left) && isASCII(right)) {
     return !attributes.considersCase && left.size() == right.size() &&
            std::ranges::equal(left, right, [](char a, char b) { return lower(a) == lower(b); });
