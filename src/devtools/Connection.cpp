@@ -7,17 +7,21 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/post.hpp>
+#include <boost/asio/steady_timer.hpp>
 #include <boost/beast/core/buffers_to_string.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/websocket/stream.hpp>
 #include <boost/json/serialize.hpp>
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <atomic>
 #include <deque>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <unordered_map>
+#include <utility>
 
 // One thread runs an I/O context with one websocket: it reads message after message, hands answers to their waiting
 // calls by id and events to the listener of their session, and writes what callers have queued. Callers only take a
@@ -27,6 +31,7 @@
 namespace tabwright::devtools {
 
 namespace asio = boost::asio;
+using Clock = std::chrono::steady_clock;
 namespace beast = boost::beast;
 using asio::ip::tcp;
 using boost::system::error_code;
@@ -41,7 +46,15 @@ public:
     const auto opening = std::make_shared<PendingCall>("connecting");
     thread_ = std::thread([this] { run(); });
     asio::post(context_, [this, opening, endpoint] { connect(endpoint, opening); });
-    static_cast<void>(opening->await(limits));
+    platform::CallLimits patience = limits;
+    patience.deadline = std::min(limits.deadline, Clock::now() + bounds_.silence);
+    try {
+      static_cast<void>(opening->await(patience));
+    } catch (const DevToolsFailure& failure) {
+      if (failure.kind() != DevToolsFault::timedOut || patience.deadline == limits.deadline)
+        throw;
+      throw silent();
+    }
   }
 
   /// Ends the thread. Waiting calls fail; listeners are called no more when this returns.
@@ -73,7 +86,9 @@ public:
       return pending;
     }
     dropAbandoned();
-    waiting_[id] = pending;
+    waiting_[id] = {pending, Clock::now()};
+    if (!std::exchange(isWatched_, true))
+      asio::post(context_, [this] { watch(); });
     const bool isIdle = queue_.empty();
     queue_.push_back(std::move(text));
     if (isIdle)
@@ -96,10 +111,24 @@ public:
     return isOpen_;
   }
 
+  [[nodiscard]] Clock::time_point heardAt() const { return heardAt_.load(); }
   [[nodiscard]] Traffic traffic() const { return {sent_.load(), received_.load()}; }
   [[nodiscard]] const Bounds& bounds() const { return bounds_; }
 
 private:
+  struct Sent {
+    std::weak_ptr<PendingCall> call;
+    Clock::time_point at;
+  };
+  using Waiting = std::unordered_map<std::int64_t, Sent>;
+
+  static void failAll(const Waiting& waiting, DevToolsFault fault, const std::string& detail) {
+    for (const auto& [id, sent] : waiting) {
+      if (const std::shared_ptr<PendingCall> pending = sent.call.lock())
+        pending->fail(fault, detail);
+    }
+  }
+
   void run() {
     try {
       context_.run();
@@ -141,6 +170,7 @@ private:
       if (error)
         return lose(reasonOf(error));
       received_.fetch_add(1);
+      heardAt_ = Clock::now();
       const auto bytes = buffer_.cdata();
       try {
         dispatch(parseMessage({static_cast<const char*>(bytes.data()), bytes.size()}));
@@ -197,7 +227,7 @@ private:
       const auto found = waiting_.find(id);
       if (found == waiting_.end())
         return;
-      pending = found->second.lock();
+      pending = found->second.call.lock();
       waiting_.erase(found);
     }
     if (pending)
@@ -214,6 +244,61 @@ private:
       listener = found->second;
     }
     (*listener)(event);
+  }
+
+  // ------------------------------------------------------------------------------------------------------- silence
+  // While calls wait, a timer looks after them: when nothing has come for four fifths of the time that a browser may be
+  // silent, it is asked a plain question, which the main process of a browser answers whatever its pages do.
+
+  [[nodiscard]] DevToolsFailure silent() const {
+    return platform::failure(DevToolsFault::notAnswering,
+                             fmt::format("{} seconds", std::chrono::duration<double>(bounds_.silence).count()));
+  }
+
+  void watch() {
+    const auto patience = bounds_.silence * 4 / 5;
+    const std::optional<Clock::time_point> asked = oldestWaiting();
+    if (!asked)
+      return;
+    const Clock::time_point due = std::max(*asked, heardAt_.load()) + patience;
+    if (Clock::now() < due)
+      return wake(due, [this] { watch(); });
+    question_ = send("Browser.getVersion", {}, {});
+    // The time counts from the question: that this process slept is no silence of the browser's.
+    wake(Clock::now() + bounds_.silence - patience, [this] { judge(); });
+  }
+
+  void judge() {
+    if (question_->hasEnded())
+      return watch();
+    Waiting waiting;
+    {
+      const std::lock_guard lock(mutex_);
+      waiting.swap(waiting_);
+      isWatched_ = false;
+    }
+    failAll(waiting, DevToolsFault::notAnswering, silent().detail());
+  }
+
+  template <class Next>
+  void wake(Clock::time_point when, Next next) {
+    silence_.expires_at(when);
+    silence_.async_wait([next](error_code error) {
+      if (!error)
+        next();
+    });
+  }
+
+  /// When the oldest of the calls that somebody waits for was sent; without any the watch is over.
+  std::optional<Clock::time_point> oldestWaiting() {
+    const std::lock_guard lock(mutex_);
+    std::optional<Clock::time_point> oldest;
+    for (const auto& [id, sent] : waiting_) {
+      if (!sent.call.expired() && (!oldest || sent.at < *oldest))
+        oldest = sent.at;
+    }
+    isWatched_ = oldest.has_value();
+    return oldest;
   }
 
   /// Writes the front of the queue; it stays there until it is out, which tells `send` that a write is under way.
@@ -242,7 +327,7 @@ private:
   }
 
   void lose(const std::string& reason) {
-    std::unordered_map<std::int64_t, std::weak_ptr<PendingCall>> waiting;
+    Waiting waiting;
     {
       const std::lock_guard lock(mutex_);
       if (lossReason_.empty())
@@ -250,10 +335,7 @@ private:
       isOpen_ = false;
       waiting.swap(waiting_);
     }
-    for (const auto& [id, call] : waiting) {
-      if (const std::shared_ptr<PendingCall> pending = call.lock())
-        pending->fail(DevToolsFault::lost, lossReason_);
-    }
+    failAll(waiting, DevToolsFault::lost, lossReason_);
     // Ends reading and writing; on a thread that isn't the context's, `close` stops the context instead.
     if (std::this_thread::get_id() == thread_.get_id()) {
       error_code ignored;
@@ -265,7 +347,7 @@ private:
   void dropAbandoned() {
     constexpr std::size_t many = 512;
     if (waiting_.size() >= many)
-      std::erase_if(waiting_, [](const auto& entry) { return entry.second.expired(); });
+      std::erase_if(waiting_, [](const auto& entry) { return entry.second.call.expired(); });
   }
 
   const Bounds bounds_;
@@ -277,12 +359,16 @@ private:
   std::atomic<std::int64_t> nextID_{1};
   std::atomic<std::uint64_t> sent_{0};
   std::atomic<std::uint64_t> received_{0};
+  std::atomic<Clock::time_point> heardAt_{Clock::time_point{}};
+  asio::steady_timer silence_{context_};
+  std::shared_ptr<PendingCall> question_; // the plain one
 
   mutable std::mutex mutex_; // guards what follows
   bool isOpen_ = false;
   std::string lossReason_;
+  bool isWatched_ = false; // the timer runs
   std::deque<std::string> queue_;
-  std::unordered_map<std::int64_t, std::weak_ptr<PendingCall>> waiting_;
+  Waiting waiting_;
   std::unordered_map<std::string, std::shared_ptr<std::function<void(const Event&)>>> listeners_;
 };
 
@@ -320,6 +406,12 @@ void Connection::listen(const std::string& session, std::function<void(const Eve
 
 void Connection::stopListening(const std::string& session) {
   channel_->stopListening(session);
+}
+
+void Connection::requireAnswer(const platform::CallLimits& limits) {
+  constexpr std::chrono::milliseconds lately(100);
+  if (Clock::now() - channel_->heardAt() > lately)
+    call("Browser.getVersion", {}, {}, limits);
 }
 
 bool Connection::isOpen() const {

@@ -35,7 +35,8 @@ struct Traffic {
 ///     boost::json::object version = connection->call("Browser.getVersion", {}, {}, limits);
 ///
 /// Calls may be sent without waiting for those before them; the browser takes them up in order. When the channel
-/// breaks, every call under way and every later one fails with `lost` and the reason.
+/// breaks, every call under way and every later one fails with `lost` and the reason. When the browser is frozen, every
+/// call under way fails with `notAnswering`; the connection stays, since the browser may go on.
 ///
 /// Safe to use from any thread. Listeners are called on the connection's own thread, one at a time, in the order of the
 /// browser's messages; they must not block, and must not drop the last reference to the connection.
@@ -47,9 +48,11 @@ public:
                            << 20; ///< bytes of the largest message taken; a larger one breaks the connection
     std::size_t sent = std::size_t{128} << 20; ///< bytes of the largest message sent; a larger one is refused
     std::chrono::steady_clock::duration call = std::chrono::seconds(30); ///< how long a call without deadline may take
+    /// How long the browser may answer nothing at all while calls wait for it. It is asked a plain question before.
+    std::chrono::milliseconds silence = std::chrono::seconds(5);
   };
 
-  /// Connects, and shakes hands. Throws DevToolsFailure: unreachable, timedOut, stopped.
+  /// Connects, and shakes hands. Throws DevToolsFailure: unreachable, notAnswering, timedOut, stopped.
   static std::shared_ptr<Connection> open(const Endpoint& endpoint, const platform::CallLimits& limits);
   static std::shared_ptr<Connection> open(const Endpoint& endpoint, const platform::CallLimits& limits, Bounds bounds);
   ~Connection();
@@ -72,6 +75,9 @@ public:
   /// Whether calls can be expected to get through. Once false, false for ever.
   [[nodiscard]] bool isOpen() const;
   [[nodiscard]] Traffic traffic() const;
+  /// Waits until the browser has answered anything, unless it has sent something lately: for commands that a browser
+  /// that is frozen must not find in its way when it goes on. Throws DevToolsFailure.
+  void requireAnswer(const platform::CallLimits& limits);
   [[nodiscard]] const Bounds& bounds() const;
 
 private:

@@ -10,6 +10,8 @@ std::string errorDescription(DevToolsFault fault, const std::string& detail) {
     return fmt::format("The browser could not be reached: {}.", detail);
   case DevToolsFault::lost:
     return fmt::format("The connection to the browser was lost: {}.", detail);
+  case DevToolsFault::notAnswering:
+    return fmt::format("The browser has answered nothing at all for {}.", detail);
   case DevToolsFault::refused:
     return fmt::format("The browser refused: {}.", detail);
   case DevToolsFault::timedOut:
@@ -33,6 +35,8 @@ platform::FailureIdentity identity(DevToolsFault fault) {
       return "unreachable";
     case DevToolsFault::lost:
       return "lost";
+    case DevToolsFault::notAnswering:
+      return "notAnswering";
     case DevToolsFault::refused:
       return "refused";
     case DevToolsFault::timedOut:

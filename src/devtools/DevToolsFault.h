@@ -10,6 +10,7 @@ namespace tabwright::devtools {
 enum class DevToolsFault {
   unreachable,   ///< no connection could be made. detail: why
   lost,          ///< the connection broke. detail: why
+  notAnswering,  ///< the browser answered nothing at all for a while, not even a plain question. detail: for how long
   refused,       ///< the browser answered with an error. detail: the method and the browser's words
   timedOut,      ///< no answer by the deadline. detail: the method
   stopped,       ///< a stop was requested while waiting
@@ -22,5 +23,10 @@ enum class DevToolsFault {
 [[nodiscard]] platform::FailureIdentity identity(DevToolsFault fault);
 
 using DevToolsFailure = platform::CatalogueFailure<DevToolsFault>;
+
+/// Whether nothing else that is asked of the browser now would fare better.
+[[nodiscard]] inline bool concernsBrowser(const DevToolsFailure& failure) {
+  return failure.kind() == DevToolsFault::lost || failure.kind() == DevToolsFault::notAnswering;
+}
 
 } // namespace tabwright::devtools

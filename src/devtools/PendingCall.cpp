@@ -31,9 +31,14 @@ boost::json::object PendingCall::result(const platform::CallLimits& limits) {
 
 std::optional<PendingCall::Answer> PendingCall::answer() {
   const std::lock_guard lock(mutex_);
-  if (failure_ && failure_->kind() == DevToolsFault::lost)
+  if (failure_ && concernsBrowser(*failure_))
     throw *failure_;
   return answer_;
+}
+
+std::chrono::steady_clock::time_point PendingCall::answeredAt() {
+  const std::lock_guard lock(mutex_);
+  return answeredAt_;
 }
 
 bool PendingCall::hasFailed() {
@@ -48,8 +53,10 @@ bool PendingCall::hasEnded() {
 
 void PendingCall::complete(Answer answer) {
   const std::lock_guard lock(mutex_);
-  if (!answer_ && !failure_)
+  if (!answer_ && !failure_) {
     answer_ = std::move(answer);
+    answeredAt_ = std::chrono::steady_clock::now();
+  }
   ended_.notify_all();
 }
 

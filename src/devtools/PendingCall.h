@@ -5,6 +5,7 @@
 
 #include <boost/json/object.hpp>
 
+#include <chrono>
 #include <condition_variable>
 #include <expected>
 #include <mutex>
@@ -44,6 +45,8 @@ public:
   /// A copy of what the browser answered, for one of several who wait; nothing when the call was failed because the
   /// page would not answer. Throws DevToolsFailure when it was failed for another reason.
   [[nodiscard]] std::optional<Answer> answer();
+  /// When the browser answered; long ago before it has.
+  [[nodiscard]] std::chrono::steady_clock::time_point answeredAt();
   /// Whether it has ended without an answer.
   [[nodiscard]] bool hasFailed();
 
@@ -59,6 +62,7 @@ private:
   std::condition_variable_any ended_;
   std::optional<Answer> answer_;
   std::optional<DevToolsFailure> failure_;
+  std::chrono::steady_clock::time_point answeredAt_;
 };
 
 } // namespace tabwright::devtools

@@ -94,6 +94,8 @@ struct Session::State {
     return std::nullopt;
   }
 
+  [[nodiscard]] bool answersLately() const { return std::chrono::steady_clock::now() - answeredAt < lately; }
+
   void failPageCalls() {
     const std::optional<DevToolsFailure> why = obstacle();
     for (const std::weak_ptr<PendingCall>& call : pageCalls) {
@@ -270,22 +272,22 @@ void Session::take(const Probe& probe, const platform::CallLimits& limits) {
     state_->probe.reset();
   if (!answer || !*answer) // a dialog, or the page went elsewhere just then
     return;
-  state_->answeredAt = std::chrono::steady_clock::now();
+  state_->answeredAt = std::max(state_->answeredAt, probe.call->answeredAt());
   state_->progress.answered(probe.departures);
   const boost::json::value* isParsing = (*answer)->at("result").as_object().if_contains("value");
   if (isParsing != nullptr && *isParsing == true && state_->progress.documentsParsed() == probe.documentsParsed)
     state_->progress.isFoundUnparsed();
-  state_->progressed.wait_until(lock, limits.stop, std::min(limits.deadline, state_->answeredAt + patienceWithEnds),
+  state_->progressed.wait_until(lock, limits.stop,
+                                std::min(limits.deadline, std::chrono::steady_clock::now() + patienceWithEnds),
                                 [this] { return !state_->progress.isUnderWay() || state_->obstacle(); });
 }
 
-void Session::settle(const platform::CallLimits& callLimits) {
+void Session::settle(Answer answer, const platform::CallLimits& callLimits) {
   const platform::CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
   for (int probes = 0; probes < mostProbes; ++probes) {
     {
       const std::lock_guard lock(state_->mutex);
-      if (!state_->probe && state_->progress.isSettled() &&
-          std::chrono::steady_clock::now() - state_->answeredAt < lately)
+      if (!state_->probe && state_->progress.isSettled() && (answer == Answer::ever || state_->answersLately()))
         break;
     }
     take(requireProbe(), limits);
@@ -306,6 +308,11 @@ void Session::depart() {
 bool Session::isLeaving() const {
   const std::lock_guard lock(state_->mutex);
   return !state_->progress.isSettled() || !state_->progress.isParsed();
+}
+
+bool Session::answersLately() const {
+  const std::lock_guard lock(state_->mutex);
+  return state_->answersLately();
 }
 
 std::uint64_t Session::departures() const {

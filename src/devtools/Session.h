@@ -48,11 +48,16 @@ public:
   /// Throws DevToolsFailure: targetGone, targetCrashed, dialogOpen, lost, timedOut, stopped, refused.
   Evaluation evaluate(const std::string& javascript, const platform::CallLimits& limits);
 
+  /// Which answer of the page is enough to go on.
+  enum class Answer {
+    lately, ///< one of this moment: a page that is frozen gets nothing that it would do when it goes on
+    ever    ///< one since the last `probe`
+  };
   /// Waits until the page is where its navigations lead, as far as they have begun by now: at a document that is parsed
   /// to its end, or at the one that it had, where the browser dropped them. A document that takes longer than a second
-  /// to parse counts as there. Returns at once when the page has answered lately and nothing has begun since; else the
-  /// page has answered when this returns. Throws DevToolsFailure, as above.
-  void settle(const platform::CallLimits& limits);
+  /// to parse counts as there. Returns at once when nothing has begun and the page has answered.
+  /// Throws DevToolsFailure, as above.
+  void settle(Answer answer, const platform::CallLimits& limits);
 
   /// Asks the page for an answer that nobody waits for but the next `settle`, which needs none of its own then. After
   /// it the events tell of every navigation that code before it has brought about, be it a task later.
@@ -60,8 +65,9 @@ public:
 
   /// A command of ours is going to make the page leave.
   void depart();
-  /// Whether `settle` would have something to wait for, as far as is known.
+  /// Whether `settle` would have a navigation to wait for, as far as is known.
   [[nodiscard]] bool isLeaving() const;
+  [[nodiscard]] bool answersLately() const;
   /// How often the page was about to leave so far.
   [[nodiscard]] std::uint64_t departures() const;
 

@@ -198,6 +198,28 @@ TEST(Connection, DeadlinesAndStopsEndACallAndLateAnswersHarmNothing) {
   EXPECT_EQ(connection->call("Quick", {}, {}, limits()).at("method"), "Quick");
 }
 
+TEST(Connection, ABrowserThatAnswersNothingAtAllIsToldFromOneThatIsSlow) {
+  std::vector<Call> held;
+  bool isFrozen = false;
+  ScriptedBrowser browser([&](Wire& wire, const Call& call) {
+    held.push_back(call);
+    isFrozen = isFrozen || call.at("method") == "Freeze";
+    if (isFrozen || call.at("method") == "Slow")
+      return;
+    for (const Call& each : std::exchange(held, {}))
+      echo(wire, each);
+  });
+  Connection::Bounds bounds;
+  bounds.silence = 1s;
+  const auto connection = Connection::open(browser.endpoint(), limits(), bounds);
+  EXPECT_EQ(connection->call("Slow", {}, {}, limits()).at("method"), "Slow") << "answered with the plain question";
+  const Fault fault = faultOf([&] { connection->call("Freeze", {}, {}, limits()); });
+  EXPECT_EQ(fault.kind, DevToolsFault::notAnswering);
+  EXPECT_EQ(fault.detail, "1 seconds");
+  EXPECT_TRUE(connection->isOpen());
+  EXPECT_EQ(faultOf([&] { connection->call("Again", {}, {}, limits()); }).kind, DevToolsFault::notAnswering);
+}
+
 TEST(Connection, OpeningFailsInTimeWhereNobodyAnswersRightly) {
   support::PageServer server; // speaks HTTP only
   server.neverAnswer("/silent");
@@ -205,6 +227,8 @@ TEST(Connection, OpeningFailsInTimeWhereNobodyAnswersRightly) {
             DevToolsFault::unreachable);
   EXPECT_EQ(faultOf([&] { Connection::open(endpointOf(server.url("/silent")), soon()); }).kind,
             DevToolsFault::timedOut);
+  EXPECT_EQ(faultOf([&] { Connection::open(endpointOf(server.url("/silent")), limits(), {.silence = 20ms}); }).kind,
+            DevToolsFault::notAnswering);
   std::stop_source source;
   source.request_stop();
   EXPECT_EQ(faultOf([&] {

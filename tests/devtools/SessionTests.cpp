@@ -28,6 +28,8 @@ protected:
         wire.answer(call, {{"sessionId", "S"}});
       else if (method == "Target.getTargetInfo" && isClosed_)
         wire.refuse(call, -32602, "No target with given id found");
+      else if (method == "Runtime.evaluate" && !call.at("params").as_object().contains("awaitPromise"))
+        wire.answer(call, {{"result", {{"value", false}}}}); // to the session's own question
       else if (method == "Runtime.evaluate")
         evaluate(wire, call);
       else

@@ -152,6 +152,20 @@ TEST(BrowserLifetime, AKilledBrowserFailsCallsAtOnceAndTheNextOneIsFound) {
   EXPECT_EQ(driver.snapshot({})->windows.size(), 1U);
 }
 
+TEST(BrowserLifetime, AFrozenBrowserDoesNothingOfWhatWasGivenUpWhenItGoesOn) {
+  const support::ChromiumProcess chromium;
+  const std::unique_ptr<DevToolsDriver> driver = makeDriver(chromium);
+  const auto soon = [] { return CallLimits{std::chrono::steady_clock::now() + 300ms, {}}; };
+  const TabID tab = driver->snapshot({})->windows.at(0).tabs.at(0).id;
+  driver->evaluate(tab, "clicks = 0", {});
+  std::this_thread::sleep_for(150ms); // else it would count as having answered just now
+  ::kill(chromium.process(), SIGSTOP);
+  EXPECT_EQ(faultOf([&] { driver->evaluate(tab, "clicks += 1", soon()); }), DriverFault::timedOut);
+  EXPECT_EQ(faultOf([&] { driver->closeTab(tab, soon()); }), DriverFault::timedOut);
+  ::kill(chromium.process(), SIGCONT);
+  EXPECT_EQ(driver->evaluate(tab, "clicks", {}), 0);
+}
+
 TEST(BrowserLifetime, SeveralProcessesLoadTheHelperAtOnce) {
   const support::ChromiumProcess chromium;
   std::vector<std::future<std::size_t>> looks;

@@ -29,6 +29,7 @@ ScriptError inTheLanguage(const DriverFailure& failure) {
   case DriverFault::notAccepting:
     return eventError(errorNumber::notAuthorised, sentence);
   case DriverFault::lost:
+  case DriverFault::notAnswering:
     return eventError(errorNumber::connectionInvalid, sentence);
   case DriverFault::noSuchTab:
     return eventError(errorNumber::noSuchObject, fmt::format("Can’t get tab id \"{}\".", failure.detail()));

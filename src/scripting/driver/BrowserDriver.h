@@ -55,6 +55,7 @@ enum class DriverFault {
   notRunning,   ///< no such browser runs. detail: its name
   notAccepting, ///< it runs, but doesn't accept remote debugging. detail: its name
   lost,         ///< it ended, or the connection broke, during the call or before. detail: why, as a clause
+  notAnswering, ///< it answered nothing at all for a while. detail: for how long
   noSuchTab,    ///< detail: the id
   noSuchWindow, ///< detail: the id
   tabClosed,    ///< the tab was closed during the call

@@ -246,7 +246,7 @@ boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascrip
 void BrowserLink::arrive(Session& page, const CallLimits& limits) {
   try {
     if (page.isLeaving())
-      page.settle(limits);
+      page.settle(Session::Answer::ever, limits);
   } catch (const DevToolsFailure& failure) {
     if (failure.kind() != DevToolsFault::targetCrashed && failure.kind() != DevToolsFault::dialogOpen)
       throw;
@@ -266,6 +266,7 @@ void BrowserLink::navigate(TabID tab, const std::string& url, const CallLimits& 
              callLimits);
     return;
   }
+  connection_->requireAnswer(callLimits);
   const Disturbance disturbance(*this);
   const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
   // The browser answers when the page is there, which may take for ever; but it takes calls up in order, so the answer
@@ -281,6 +282,7 @@ void BrowserLink::navigate(TabID tab, const std::string& url, const CallLimits& 
 
 /// By the entries themselves: the browser's own way back leaves out pages on which the user has done nothing.
 void BrowserLink::goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits) {
+  connection_->requireAnswer(limits);
   const Disturbance disturbance(*this);
   const std::shared_ptr<Session> page = requirePage(tab, limits);
   arrive(*page, limits); // the entries count from where the page is
@@ -296,6 +298,7 @@ void BrowserLink::goInHistory(TabID tab, BrowserDriver::History direction, const
 }
 
 void BrowserLink::reload(TabID tab, const CallLimits& limits) {
+  connection_->requireAnswer(limits);
   const Disturbance disturbance(*this);
   const std::shared_ptr<Session> page = requirePage(tab, limits);
   arrive(*page, limits);
@@ -311,6 +314,7 @@ void BrowserLink::stopLoading(TabID tab, const CallLimits& limits) {
 // ---------------------------------------------------------------------------------------------------------- windows
 
 void BrowserLink::closeWindow(WindowID window, const CallLimits& limits) {
+  connection_->requireAnswer(limits);
   const Disturbance disturbance(*this);
   try {
     view_->closeWindow(window, limits);
@@ -339,12 +343,14 @@ bool BrowserLink::closeDeveloperTools(WindowID window, const CallLimits& limits)
 }
 
 void BrowserLink::setBounds(WindowID window, WindowBounds bounds, const CallLimits& limits) {
+  connection_->requireAnswer(limits);
   const Disturbance disturbance(*this);
   changeWindow(window, {{"left", bounds.left}, {"top", bounds.top}, {"width", bounds.width}, {"height", bounds.height}},
                limits);
 }
 
 void BrowserLink::setShape(WindowID window, BrowserDriver::WindowShape shape, const CallLimits& limits) {
+  connection_->requireAnswer(limits);
   const Disturbance disturbance(*this);
   switch (shape) {
   case BrowserDriver::WindowShape::normal:

@@ -57,9 +57,11 @@ public:
   /// Asks the browser to end, and waits until it has.
   void quit(const CallLimits& limits);
 
-  /// Runs a command on the view; what was seen before it holds no more.
+  /// Runs a command on the view; what was seen before it holds no more. Like all commands it is given only to a browser
+  /// that answers: one that is frozen would carry it out when it goes on, though its caller has given up long before.
   template <class Command>
-  auto command(Command&& command) {
+  auto command(const CallLimits& limits, Command&& command) {
+    connection_->requireAnswer(limits);
     const Disturbance disturbance(*this, Disturbance::Kind::command);
     return command(*view_);
   }

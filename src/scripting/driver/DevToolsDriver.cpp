@@ -24,6 +24,8 @@ DriverFailure translated(const DevToolsFailure& failure, const std::string& subj
   case DevToolsFault::unreachable:
   case DevToolsFault::lost:
     return platform::failure(DriverFault::lost, failure.detail());
+  case DevToolsFault::notAnswering:
+    return platform::failure(DriverFault::notAnswering, failure.detail());
   case DevToolsFault::refused:
     return platform::failure(DriverFault::refused, failure.detail());
   case DevToolsFault::timedOut:
@@ -194,19 +196,19 @@ boost::json::value DevToolsDriver::evaluate(TabID tab, const std::string& javasc
 TabID DevToolsDriver::makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
                               const CallLimits& limits) {
   return withLink(limits, "", [&](BrowserLink& link) {
-    return link.command([&](BrowserView& view) { return view.makeTab(window, index, url, limits); });
+    return link.command(limits, [&](BrowserView& view) { return view.makeTab(window, index, url, limits); });
   });
 }
 
 WindowID DevToolsDriver::makeWindow(WindowMode mode, const std::string& url, const CallLimits& limits) {
   return withLink(limits, "", [&](BrowserLink& link) {
-    return link.command([&](BrowserView& view) { return view.makeWindow(mode, url, limits); });
+    return link.command(limits, [&](BrowserView& view) { return view.makeWindow(mode, url, limits); });
   });
 }
 
 void DevToolsDriver::closeTab(TabID tab, const CallLimits& limits) {
   close(limits, std::to_string(tab),
-        [&](BrowserLink& link) { link.command([&](BrowserView& view) { view.closeTab(tab, limits); }); });
+        [&](BrowserLink& link) { link.command(limits, [&](BrowserView& view) { view.closeTab(tab, limits); }); });
 }
 
 void DevToolsDriver::closeWindow(WindowID window, const CallLimits& limits) {
@@ -215,7 +217,7 @@ void DevToolsDriver::closeWindow(WindowID window, const CallLimits& limits) {
 
 void DevToolsDriver::activateTab(TabID tab, const CallLimits& limits) {
   withLink(limits, std::to_string(tab),
-           [&](BrowserLink& link) { link.command([&](BrowserView& view) { view.activateTab(tab, limits); }); });
+           [&](BrowserLink& link) { link.command(limits, [&](BrowserView& view) { view.activateTab(tab, limits); }); });
 }
 
 void DevToolsDriver::navigate(TabID tab, const std::string& url, const CallLimits& limits) {
@@ -235,8 +237,9 @@ void DevToolsDriver::stopLoading(TabID tab, const CallLimits& limits) {
 }
 
 void DevToolsDriver::raiseWindow(WindowID window, const CallLimits& limits) {
-  withLink(limits, "",
-           [&](BrowserLink& link) { link.command([&](BrowserView& view) { view.raiseWindow(window, limits); }); });
+  withLink(limits, "", [&](BrowserLink& link) {
+    link.command(limits, [&](BrowserView& view) { view.raiseWindow(window, limits); });
+  });
 }
 
 void DevToolsDriver::setBounds(WindowID window, WindowBounds bounds, const CallLimits& limits) {
@@ -249,7 +252,7 @@ void DevToolsDriver::setShape(WindowID window, WindowShape shape, const CallLimi
 
 void DevToolsDriver::setGivenName(WindowID window, const std::string& name, const CallLimits& limits) {
   withLink(limits, "", [&](BrowserLink& link) {
-    link.command([&](BrowserView& view) { view.setGivenName(window, name, limits); });
+    link.command(limits, [&](BrowserView& view) { view.setGivenName(window, name, limits); });
   });
 }
 
@@ -258,7 +261,7 @@ void DevToolsDriver::activate(const CallLimits& limits) {
     const std::shared_ptr<const BrowserSnapshot> seen = link.snapshot(limits);
     if (seen->windows.empty())
       return;
-    link.command([&](BrowserView& view) { view.raiseWindow(seen->windows.front().id, limits); });
+    link.command(limits, [&](BrowserView& view) { view.raiseWindow(seen->windows.front().id, limits); });
   });
 }
 

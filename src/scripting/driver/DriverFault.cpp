@@ -40,6 +40,11 @@ std::string errorDescription(DriverFault fault, const std::string& detail) {
                        orBrowser(detail), startCommand(detail));
   case DriverFault::lost:
     return withReason("The connection to the browser was lost", detail);
+  case DriverFault::notAnswering:
+    return fmt::format(
+        "The browser has answered nothing at all for {}. It is frozen, or very busy: look at its windows, "
+        "or end it and start it again.",
+        detail);
   case DriverFault::noSuchTab:
     return fmt::format("There is no tab with the id {}.", detail);
   case DriverFault::noSuchWindow:
@@ -69,6 +74,8 @@ platform::FailureIdentity identity(DriverFault fault) {
       return "notAccepting";
     case DriverFault::lost:
       return "lost";
+    case DriverFault::notAnswering:
+      return "notAnswering";
     case DriverFault::noSuchTab:
       return "noSuchTab";
     case DriverFault::noSuchWindow:

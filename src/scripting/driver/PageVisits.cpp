@@ -38,8 +38,8 @@ void PageVisits::settle(Session& page, const platform::CallLimits& limits) {
       return isSameRun(visit.run, limits.stop) && visit.page.lock().get() == &page;
     });
   }
-  if (!isOwn || page.isLeaving())
-    page.settle(limits);
+  if (!isOwn || page.isLeaving() || !page.answersLately())
+    page.settle(Session::Answer::lately, limits);
 }
 
 bool PageVisits::settleOthers(const platform::CallLimits& limits) {
@@ -61,9 +61,11 @@ bool PageVisits::settleOthers(const platform::CallLimits& limits) {
     if (!page)
       continue;
     try {
-      page->settle(patience);
+      page->settle(Session::Answer::ever, patience);
+      if (!page->answersLately())
+        page->probe(); // this page is likely to be the one that is meant: its answer comes along
     } catch (const DevToolsFailure& failure) {
-      if (failure.kind() == DevToolsFault::lost || failure.kind() == DevToolsFault::stopped)
+      if (concernsBrowser(failure) || failure.kind() == DevToolsFault::stopped)
         throw;
     }
     hasLeft = hasLeft || page->departures() != visit.departures;

@@ -20,7 +20,7 @@ public:
   /// Code is about to be evaluated in the page, or a command to be given to it.
   void note(const std::shared_ptr<devtools::Session>& page, const std::stop_token& run);
 
-  /// Before code is evaluated: waits until the page is where its navigations lead.
+  /// Before code is evaluated: waits until the page is where its navigations lead, and answers.
   void settle(devtools::Session& page, const platform::CallLimits& limits);
 
   /// Before the browser is looked at: the same for all pages that other runs have visited. One that has not arrived

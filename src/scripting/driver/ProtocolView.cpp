@@ -16,6 +16,7 @@
 
 namespace tabwright::scripting {
 
+using devtools::concernsBrowser;
 using devtools::DevToolsFailure;
 using devtools::DevToolsFault;
 using devtools::PendingCall;
@@ -31,7 +32,7 @@ bool isVisible(PageSessions& pages, const std::string& target, const CallLimits&
   try {
     return pages.require(target, limits)->evaluate("document.visibilityState === 'visible'", patience).value == true;
   } catch (const DevToolsFailure& failure) {
-    if (failure.kind() == DevToolsFault::lost || failure.kind() == DevToolsFault::stopped)
+    if (concernsBrowser(failure) || failure.kind() == DevToolsFault::stopped)
       throw;
     return false;
   }
