@@ -34,8 +34,8 @@ public:
       : WindowAction(services, "CreateWindow", intents::tables::browserWindows) {
     registerRuns(Registration::beforePreconditions);
     require([this] {
-      if (!url().empty() && !isUsableURL(url()))
-        throw newURL.needsValueError();
+      if (!url().empty())
+        requireUsableURL(newURL, url());
     });
     require([this] {
       if (!isSafari(*targetContext) && leavesItsLiteral())

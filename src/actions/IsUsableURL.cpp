@@ -1,6 +1,8 @@
-// The text is taken apart from the left, as the grammar's rules follow each other: scheme, authority, path, query,
-// fragment. Each part is then read character by character against the set it may hold.
+// The text is taken apart from the left: scheme, authority, and what follows it, whose parts may hold the same. Each
+// part is read character by character against the set it may hold.
 #include "actions/IsUsableURL.h"
+
+#include "platform/StringCatalogue.h"
 
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
@@ -9,6 +11,7 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <system_error>
 
@@ -19,8 +22,7 @@ namespace {
 // Beside letters, digits and percent escapes.
 constexpr std::string_view hostName = "-._";
 constexpr std::string_view userInfo = "-._~!$&'()*+,;=:";
-constexpr std::string_view path = "-._~!$&'()*+,;=:@/[]{}|^`";
-constexpr std::string_view queryAndFragment = "-._~!$&'()*+,;=:@/?[]{}|^`";
+constexpr std::string_view afterHost = "-._~!$&'()*+,;=:@/?#[]{}|^`<>";
 
 bool isLetterOrDigit(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
@@ -43,16 +45,18 @@ bool mayStandBeyondASCII(UChar32 character) {
   }
 }
 
-bool consistsOf(std::string_view text, std::string_view characters) {
+enum class Percent { beginsEscape, anywhere };
+
+bool consistsOf(std::string_view text, std::string_view characters, Percent percent = Percent::beginsEscape) {
   const auto size = static_cast<std::int64_t>(text.size());
   for (std::int64_t at = 0; at < size;) {
     const char c = text[static_cast<std::size_t>(at)];
-    if (c == '%') {
+    if (c == '%' && percent == Percent::beginsEscape) {
       if (at + 2 >= size || !isHexDigit(text[static_cast<std::size_t>(at) + 1]) ||
           !isHexDigit(text[static_cast<std::size_t>(at) + 2]))
         return false;
       at += 3;
-    } else if (isLetterOrDigit(c) || characters.find(c) != std::string_view::npos) {
+    } else if (isLetterOrDigit(c) || c == '%' || characters.find(c) != std::string_view::npos) {
       ++at;
     } else {
       UChar32 character = 0;
@@ -105,32 +109,43 @@ bool isAuthority(std::string_view text) {
   return isHost(host) && isPort(text.substr(host.size()));
 }
 
-} // namespace
+// What keeps a text from being usable, from the left; nothing when it is.
+enum class URLFault { scheme, host, character };
 
-bool isUsableURL(std::string_view text) {
+std::optional<URLFault> faultOf(std::string_view text) {
   const std::string_view scheme = takeUntil(text, ":");
   const bool isFile = scheme == "file";
   if ((!isFile && scheme != "http" && scheme != "https") || text.empty())
-    return false;
+    return URLFault::scheme;
   text.remove_prefix(1);
 
   if (text.starts_with("//")) {
     text.remove_prefix(2);
     const std::string_view authority = takeUntil(text, "/?#");
     if (isFile ? !authority.empty() && !isHost(authority) : !isAuthority(authority))
-      return false;
+      return URLFault::host;
   } else if (!isFile) {
-    return false;
+    return URLFault::host;
   }
+  // What the first "?" and the first "#" begin may hold more of them.
+  return consistsOf(text, afterHost, Percent::anywhere) ? std::nullopt : std::optional(URLFault::character);
+}
 
-  if (!consistsOf(takeUntil(text, "?#"), path))
-    return false;
-  if (text.starts_with('?')) {
-    text.remove_prefix(1);
-    if (!consistsOf(takeUntil(text, "#"), queryAndFragment))
-      return false;
-  }
-  return text.empty() || consistsOf(text.substr(1), queryAndFragment);
+} // namespace
+
+bool isUsableURL(std::string_view text) {
+  return !faultOf(text);
+}
+
+void requireUsableURL(const intents::ParameterBase& parameter, std::string_view text) {
+  const std::optional<URLFault> fault = faultOf(text);
+  if (!fault)
+    return;
+  const char* const name = *fault == URLFault::scheme ? "scheme" : *fault == URLFault::host ? "host" : "character";
+  intents::NeedsValue refusal = parameter.needsValueError();
+  refusal.setCause(platform::Notice{{"UnusableURL", name, {}},
+                                    platform::localizedFormat(std::string("unusableURL.") + name, {text})});
+  throw refusal;
 }
 
 } // namespace tabwright::actions

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "intents/Parameter.h"
+
 #include <string_view>
 
 namespace tabwright::actions {
@@ -18,10 +20,16 @@ namespace tabwright::actions {
 ///   - A host is a name of letters, digits, "-", ".", "_" and percent escapes, or an IPv6 address in brackets. A port
 ///   is
 ///     at most 65535. The URL of a file has neither user nor port.
-///   - Path, query and fragment may hold the characters [ ] { } | ^ ` unescaped: pages use them, browsers take them.
+///   - Behind the host the characters [ ] { } | ^ ` < > may stand unescaped, a percent sign need not begin an escape,
+///   and
+///     a fragment may hold "#": pages use them, browsers take them and show them.
 ///
 /// It is also the guard of texts that go into a script between double quotes: no double quote, backslash, control
-/// character or white space of any kind passes, and no malformed UTF-8. From any thread; never throws.
+/// character or white space of any kind passes, and no malformed UTF-8. From any thread.
 [[nodiscard]] bool isUsableURL(std::string_view text);
+
+/// Throws the `NeedsValue` of the parameter for a text that isn't usable; beneath it stands what is wrong with the text
+/// and what may stand there.
+void requireUsableURL(const intents::ParameterBase& parameter, std::string_view text);
 
 } // namespace tabwright::actions

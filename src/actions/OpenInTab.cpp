@@ -27,10 +27,7 @@ class OpenInTab final : public TabAction {
 public:
   explicit OpenInTab(const ActionServices& services) : TabAction(services, "OpenInTab", intents::tables::browserTabs) {
     requireText(newURL);
-    require([this] {
-      if (!isUsableURL(*newURL))
-        throw newURL.needsValueError();
-    });
+    require([this] { requireUsableURL(newURL, *newURL); });
     aimAt(targetContext);
     takeTargetFrom(targetTab, targetSelection, TabSelection::specificTab, targetContext);
     takeTargetFrom(targetWindow, targetSelection, TabSelection::newTabInWindow, targetContext);

@@ -51,7 +51,8 @@ platform::Task<std::optional<std::string>> askForValue(const host::Catalogue& ca
     items = co_await listing(catalogue, parameter->declaration().type, browserAmong(parameters), host);
   const boost::json::array* choices = items ? items->value.if_array() : nullptr;
   if (!choices || choices->empty())
-    co_return co_await caller.ask(missing.question());
+    co_return co_await caller.ask(missing.cause() ? missing.cause()->sentence + "\n" + missing.question()
+                                                  : missing.question());
   TableAdditions additions;
   additions.isNumbered = true;
   additions.places = co_await placesOf(catalogue, *items, host);

@@ -41,6 +41,11 @@ TEST(StringFilter, ComparesByItsRule) {
       {equals, "News", "news", false},
       {equals, "News", "New", false},
       {equals, "", "", true},
+      // Composed and decomposed letters are one, and none is found in what it is a part of.
+      {equals, "Caf\u00E9", "Cafe\u0301", true},
+      {contains, "Cafe\u0301 News", "CAF\u00C9", true},
+      {containsCaseSensitive, "Caf\u00E9", "e\u0301", true},
+      {containsCaseSensitive, "Cafe\u0301", "Cafe", false},
   };
   for (const Case& one : cases)
     EXPECT_EQ(passes(one.filter, one.item, one.text), one.isPassed)

@@ -74,6 +74,21 @@ TEST_F(TabActions, AskForWhatIsMissingBeforeTheyCount) {
   EXPECT_EQ(bench.steps, Steps{});
 }
 
+TEST_F(TabActions, SayWhyAnAddressIsAskedForAgain) {
+  for (const auto& [text, reason] : {std::pair{"example.org", "scheme"},
+                                     {"chrome://settings/", "scheme"},
+                                     {"http:///path", "host"},
+                                     {"https://a.test/b c", "character"}}) {
+    try {
+      bench.perform("OpenInTab", {{"newURL", text}});
+      ADD_FAILURE() << text;
+    } catch (const platform::Failure& failure) {
+      ASSERT_TRUE(failure.cause()) << text;
+      EXPECT_EQ(failure.cause()->identity.caseName, reason) << text;
+    }
+  }
+}
+
 TEST_F(TabActions, PauseOnlyAfterASuccess) {
   bench.perform("OpenInTab", {{"newURL", "https://a.test/"}, {"pauseAfterSucessInSeconds", "1.5"}});
   EXPECT_EQ(bench.steps, (Steps{"schedule", "count", "frontmost lookup", "run", "sleep 1.5"}));

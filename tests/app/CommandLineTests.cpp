@@ -76,6 +76,8 @@ TEST_F(CommandLine, saysWhichFileCannotBeRead) {
   const CommandOutcome outcome = tabwright({"applescript", "/nowhere/a.applescript"});
   EXPECT_EQ(outcome.exitCode, 2);
   EXPECT_EQ(outcome.errors, "tabwright: Can’t open /nowhere/a.applescript: No such file or directory.\n");
+  EXPECT_EQ(tabwright({"applescript", "/dev/zero"}).errors,
+            "tabwright: Can’t read /dev/zero: it is longer than 64 MiB, the most that is taken.\n");
 }
 
 TEST_F(CommandLine, offersTheNearestNamesForAMiss) {

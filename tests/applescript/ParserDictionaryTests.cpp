@@ -51,18 +51,12 @@ TEST(ParserDictionaries, GiveTheLongestTerm) {
 TEST(ParserDictionaries, GiveCommandsTheirParameters) {
   expectInside("Google Chrome",
                {
-                   {"execute javascript js & \"x\"", "(command execute'CrSuExJa' JvSc:(& js \"x\"))"},
                    {"execute tab 1 of w javascript js",
                     "(command execute'CrSuExJa' direct (index tab'CrTb' at 1 of w) JvSc:js)"},
                    {"make tab in w", "(command make'corecrel' kocl:class:tab'CrTb' insh:w)"},
-                   {"make new tab at end of tabs of w with properties {URL:u}",
-                    "(command make'corecrel' kocl:class:tab'CrTb' insh:(place end of (every tab'CrTb' of w)) "
-                    "prdt:(record URL'URL ':u))"},
                    {"make new tab at after tab 3 of w",
                     "(command make'corecrel' kocl:class:tab'CrTb' insh:(place after of (index tab'CrTb' at 3 of w)))"},
                    {"make new tab at end", "(command make'corecrel' kocl:class:tab'CrTb' insh:(place end))"},
-                   {"make window with properties {mode:\"incognito\"}",
-                    "(command make'corecrel' kocl:class:window'cwin' prdt:(record mode'mode':\"incognito\"))"},
                    {"close (first window whose title is \"x\")",
                     "(command close'coreclos' direct (brackets (first window'cwin' whose (= (property title'titl') "
                     "\"x\"))))"},

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <vector>
 
 namespace tabwright::applescript::test {
@@ -109,38 +110,13 @@ std::string repeated(std::string_view text, std::size_t times) {
 }
 
 TEST(ParserErrors, BoundNestingAndHeight) {
-  const std::vector<std::string> deep = {
-      repeated("(", 20000),
-      repeated("{", 20000),
-      repeated("not ", 20000),
-      repeated("- ", 20000),
-      repeated("a of ", 20000),
-      repeated("a ^ ", 20000),
-      repeated("x's y:", 20000),
-      repeated("get ", 20000),
-      repeated("if x then ", 20000),
-      repeated("tell x to ", 20000),
-      repeated("tell x\n", 20000),
-      repeated("try\n", 20000),
-      repeated("script\n", 20000),
-      repeated("on f()\nscript\n", 20000),
-      "set " + repeated("{", 20000),
-      "x as " + repeated("{", 20000),
-      repeated("a reference to ", 20000),
-      repeated("before ", 20000),
-      repeated("window before ", 20000),
-      repeated("item -", 20000),
-      repeated("every window whose ", 20000),
-      repeated("the ", 20000),
-      repeated("my ", 20000),
-      repeated("its ", 20000),
-      repeated("text from ", 20000),
-      repeated("x's ", 20000),
-      repeated("count of ", 20000),
-      repeated("«event abcdefgh» ", 20000),
-  };
-  for (const std::string& source : deep)
-    EXPECT_FALSE(parsed(source).empty()) << source.substr(0, 40);
+  std::istringstream units("(|{|not |- |a of |a ^ |x's y:|get |if x then |tell x to |tell x\n|try\n|script\n|"
+                           "on f()\nscript\n|a reference to |before |window before |item -|every window whose |the |"
+                           "my |its |text from |x's |count of |«event abcdefgh» ");
+  for (std::string unit; std::getline(units, unit, '|');)
+    EXPECT_FALSE(parsed(repeated(unit, 20000)).empty()) << unit;
+  for (const char* beginning : {"set ", "x as "})
+    EXPECT_FALSE(parsed(beginning + repeated("{", 20000)).empty()) << beginning;
   EXPECT_EQ(parsed(repeated("(", 600) + "1" + repeated(")", 600)), "1:500+1 The script is nested too deeply. (-2741)");
   EXPECT_EQ(parsed("x" + repeated(" & x", 3000)), "1:1+8001 The expression is too complex. (-2741)");
   EXPECT_EQ(parsed("x" + repeated("'s y", 3000)), "1:8001+1 The expression is too complex. (-2741)");

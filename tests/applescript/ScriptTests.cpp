@@ -1,6 +1,9 @@
-// Runs the language tests in scripts/ (see the README there): one test per file.
+// Runs the language tests in scripts/ (see the README there): one test per file. What is printed of each must parse to
+// the same tree.
 #include "EmptyDirectory.h"
 #include "applescript/Interpreter.h"
+#include "applescript/syntax/Parser.h"
+#include "applescript/syntax/Printer.h"
 #include "support/SourceFolder.h"
 
 #include <gtest/gtest.h>
@@ -59,6 +62,17 @@ std::string outcomeOf(const std::string& program) {
   }
 }
 
+void expectTheSameTreeOncePrinted(const std::string& program) {
+  EmptyDirectory directory;
+  const ParseResult first = parse(program, directory);
+  if (!first.tree)
+    return;
+  const std::string printed = print(*first.tree);
+  const ParseResult again = parse(printed, directory);
+  ASSERT_TRUE(again.tree) << printed;
+  EXPECT_EQ(dump(*again.tree), dump(*first.tree)) << printed;
+}
+
 bool fulfils(const std::string& outcome, const std::string& expected) {
   // The sentence of an error need not be told, nor to its end.
   return expected.starts_with("error ") ? (outcome + " ").starts_with(expected + " ") || outcome.starts_with(expected)
@@ -81,6 +95,7 @@ TEST_P(ScriptTests, MeetsItsExpectations) {
   const auto expectations = expectationsIn(scriptFolder / GetParam());
   ASSERT_FALSE(expectations.empty());
   for (const Expectation& expectation : expectations) {
+    expectTheSameTreeOncePrinted(expectation.program);
     const std::string outcome = outcomeOf(expectation.program);
     EXPECT_TRUE(fulfils(outcome, expectation.expected))
         << GetParam() << ":" << expectation.line << "\n"

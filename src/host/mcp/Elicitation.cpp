@@ -39,7 +39,9 @@ platform::Task<std::optional<std::string>> Elicitation::ask(intents::NeedsValue 
   if (!canAsk_)
     co_return std::nullopt;
   const json::object value{{"type", "string"}, {"title", missing.parameter()}, {"minLength", 1}};
-  json::object question{{"message", missing.question()},
+  const std::string message =
+      missing.cause() ? missing.cause()->sentence + "\n" + missing.question() : missing.question();
+  json::object question{{"message", message},
                         {"requestedSchema",
                          {{"type", "object"},
                           {"properties", {{missing.parameter(), value}}},
