@@ -63,8 +63,8 @@ TEST(NearestNames, BestComesFirstAndNoMoreThanThree) {
 }
 
 // Each has a kind of parameter that those before it lack.
-const std::vector<std::string> actionsOfEachKind{"ClickElement", "GetListOfTabs", "FocusTab", "CreateWindow",
-                                                 "SetFormFields"};
+// Between them they have parameters and results of all kinds; docs/actions.md holds every action.
+const std::vector<std::string> actionsOfEachKind{"GetListOfTabs", "SetFormFields"};
 
 TEST_F(Catalogued, SchemasFollowFromTheDeclarations) {
   for (const std::string& name : actionsOfEachKind) {

@@ -54,43 +54,45 @@ bool hasBecomeCode(const std::string& program) {
   return holdsCode(script.outside);
 }
 
+// What a caller may write for a parameter so that the value gets as far as it can.
+std::vector<std::string> formsOf(const std::string& value, intents::ValueKind kind) {
+  const boost::json::value json(value);
+  const auto text = [](boost::json::object object) { return boost::json::serialize(object); };
+  if (kind != intents::ValueKind::entity)
+    return {value, text({{value, json}})};
+  return {value, text({{"id", json}, {"name", json}}), text({{"id", "org.chromium.chromium"}, {"name", json}}),
+          text({{"targetContext", "chromium"}, {"fullID", json}}),
+          text({{"targetContext", {{"id", json}, {"name", "x"}}}, {"fullID", "chromium:8"}})};
+}
+
 TEST(HostileValues, NeverBecomeCode) {
   testsupport::ActionBench bench;
   int accepted = 0;
   for (const std::string& name : bench.catalogue.names()) {
-    for (const ExampleCommand& example : exampleCommands(bench.catalogue, name)) {
-      for (const intents::ParameterBase* parameter : bench.catalogue.make(name)->parameters()) {
-        if (parameter->name() == "script" || parameter->name() == "jsCode") // which are code
-          continue;
-        for (const std::string value : {"a\"\nHOSTILE", "a\\\"\nHOSTILE", "a\\\nHOSTILE", "a`'\nHOSTILE", "HOSTILE\"",
-                                        "chromium:8\"HOSTILE", "http://a/\" & HOSTILE & \""}) {
-          const boost::json::value json(value);
-          for (const std::string& text :
-               {value, boost::json::serialize(json),
-                boost::json::serialize(boost::json::object{{"id", json}, {"name", json}}),
-                boost::json::serialize(boost::json::object{{"id", "org.chromium.chromium"}, {"name", json}}),
-                boost::json::serialize(boost::json::object{{"targetContext", "chromium"}, {"fullID", json}}),
-                boost::json::serialize(
-                    boost::json::object{{"targetContext", {{"id", json}, {"name", "x"}}}, {"fullID", "chromium:8"}})}) {
-            ParameterTexts parameters = example.parameters;
-            std::erase_if(parameters, [&](const auto& one) { return one.first == parameter->name(); });
-            if (std::ranges::find(parameters, "targetContext", &ParameterTexts::value_type::first) ==
-                    parameters.end() &&
-                parameter->name() != "targetContext" && bench.catalogue.make(name)->findParameter("targetContext"))
-              parameters.emplace_back("targetContext", "chromium");
-            parameters.emplace_back(parameter->name(), text);
-            try {
-              EXPECT_FALSE(hasBecomeCode(scriptText(bench.catalogue, name, parameters)))
-                  << name << " " << parameter->name() << " " << text;
-              ++accepted;
-            } catch (const platform::Failure&) { // refused, which is as good
-            }
+    const ParameterTexts example = exampleCommands(bench.catalogue, name).front().parameters;
+    const auto action = bench.catalogue.make(name);
+    for (const intents::ParameterBase* parameter : action->parameters()) {
+      if (parameter->name() == "script" || parameter->name() == "jsCode") // which are code
+        continue;
+      for (const std::string value : {"a\"\nHOSTILE", "a\\\"\nHOSTILE", "a`'\\\nHOSTILE\\", "chromium:8\"HOSTILE",
+                                      "http://a/\" & HOSTILE & \""}) {
+        for (const std::string& text : formsOf(value, parameter->declaration().type.kind)) {
+          ParameterTexts parameters = example;
+          std::erase_if(parameters, [&](const auto& one) { return one.first == parameter->name(); });
+          if (parameter->name() != "targetContext" && action->findParameter("targetContext"))
+            parameters.emplace_back("targetContext", "chromium"); // the frontmost has no program to show
+          parameters.emplace_back(parameter->name(), text);
+          try {
+            EXPECT_FALSE(hasBecomeCode(scriptText(bench.catalogue, name, parameters)))
+                << name << " " << parameter->name() << " " << text;
+            ++accepted;
+          } catch (const platform::Failure&) { // refused, which is as good
           }
         }
       }
     }
   }
-  EXPECT_GT(accepted, 500);
+  EXPECT_GT(accepted, 100);
   EXPECT_TRUE(hasBecomeCode("set x to \"a\"\nHOSTILE")) << "the test can fail";
   EXPECT_TRUE(hasBecomeCode(R"(execute "return [\"a\", HOSTILE]")"));
 }

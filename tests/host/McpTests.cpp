@@ -121,7 +121,8 @@ TEST_F(McpTest, SaysWhatOfALongResultIsLeftOutAndHowToGetIt) {
   initialized({});
   std::string html(39'999, 'x'); // an ü and an emoji lie across the bound
   html += "ü😀" + std::string(1'000'000, 'y');
-  bench.payload = json::serialize(json::object{{"tabID", "8"}, {"tabTitle", "A"}, {"htmlContent", html}});
+  bench.payload =
+      json::serialize(json::object{{"tabID", "8"}, {"tabTitle", "A"}, {"tabURL", ""}, {"htmlContent", html}});
   const json::object details = answerTo(call("GetDetailsOfTab", {}));
   const json::value& content = details.at("result").at("content");
   EXPECT_EQ(json::parse(std::string_view(content.at(0).at("text").as_string())).at("htmlDocument").as_string().size(),

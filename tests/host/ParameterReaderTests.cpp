@@ -78,8 +78,8 @@ TEST_F(ParameterReader, ComplaintsNameTheParameterWhatCameAndWhatMayStandThere) 
       {boost::json::object{{"cssSelectro", "a"}},
        "ClickElement has no parameter \"cssSelectro\". Did you mean cssSelector?"},
       {ParameterTexts{{"cssSelector", "a"}, {"CSSSelector", "b"}}, "cssSelector is given twice."},
-      {ParameterTexts{{"tabSelection", "backTab"}},
-       "tabSelection can't be \"backTab\"; give one of frontTab, specificTab. Did you mean frontTab?"},
+      {ParameterTexts{{"tabSelection", "fronttab"}},
+       "tabSelection can't be \"fronttab\"; give one of frontTab, specificTab. Did you mean frontTab?"},
       {ParameterTexts{{"pauseAfterSucessInSeconds", "0.7"}},
        "pauseAfterSucessInSeconds can't be \"0.7\"; give one of these seconds: 0, 0.5, 1, 1.5, 2, 2.5, 3, 3.5, 4."},
       {boost::json::object{{"targetContext", "chromum"}}, "targetContext can't be \"chromum\"; give one of frontmost, "

@@ -1,4 +1,5 @@
-// One walk in the value's own order, with a budget that texts use up: what comes first stays.
+// One walk in the value's own order, with a budget that texts use up: what comes first stays. A tab or window comes
+// whole or not at all, and short texts are never cut: half a reference would be worse than none.
 #include "host/mcp/BoundedResult.h"
 
 #include <boost/json/array.hpp>
@@ -15,6 +16,7 @@ namespace json = boost::json;
 namespace {
 
 constexpr std::size_t costOfField = 8; // quotes, colon, comma, and what a number takes
+constexpr std::size_t shortText = 1'000;
 
 bool isEmpty(const json::value& value) {
   return value.is_null() || (value.is_string() && value.get_string().empty()) ||
@@ -30,6 +32,20 @@ std::size_t lengthInJavaScript(std::string_view text) {
   return static_cast<std::size_t>(
       std::ranges::count_if(text, [](char byte) { return !continuesCharacter(byte); }) +
       std::ranges::count_if(text, [](char byte) { return static_cast<unsigned char>(byte) >= 0xF0U; }));
+}
+
+std::size_t costOf(const json::value& value) {
+  std::size_t cost = costOfField;
+  if (const json::string* text = value.if_string())
+    return cost + text->size();
+  if (const json::array* list = value.if_array()) {
+    for (const json::value& item : *list)
+      cost += costOf(item);
+  } else if (const json::object* object = value.if_object()) {
+    for (const auto& [key, member] : *object)
+      cost += key.size() + costOf(member);
+  }
+  return cost;
 }
 
 class Shortening {
@@ -56,7 +72,7 @@ private:
   void spend(std::size_t bytes) { left_ -= std::min(bytes, left_); }
 
   void shorten(json::string& text, const std::string& place) {
-    std::size_t end = std::min({text.size(), bounds_.text, left_});
+    std::size_t end = std::min({text.size(), bounds_.text, std::max(left_, shortText)});
     while (end > 0 && end < text.size() && continuesCharacter(text[end]))
       --end;
     if (end < text.size()) {
@@ -70,7 +86,7 @@ private:
 
   void shorten(json::array& list, const std::string& place) {
     for (std::size_t index = 0; index < list.size(); ++index) {
-      if (left_ == 0) {
+      if (left_ == 0 || (index > 0 && list[index].is_object() && costOf(list[index]) > left_)) {
         lost.push_back(
             fmt::format("{}{} of {} items", place.empty() ? "" : place + ": ", list.size() - index, list.size()));
         list.resize(index);

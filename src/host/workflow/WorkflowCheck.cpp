@@ -182,11 +182,12 @@ private:
 
   void checkParameters(const ActionStep& step, actions::ActionFrame& action) {
     bool hasOpenChoice = false; // one whose value is known only when the step runs
+    GivenParameters named;      // with whatever value
     GivenParameters given;
     for (const NamedExpression& parameter : step.parameters) {
       const intents::ParameterBase* const found = findParameter(action, parameter.name.text);
       const bool isKnown = found != nullptr;
-      if (isKnown && given.contains(found))
+      if (isKnown && !named.insert(found).second)
         complain(parameter.name.place, found->name() + " is given twice.");
       check(parameter.value);
       if (isKnown && (hasPaths(parameter.value) || readsFile(*found, parameter.value))) {
@@ -209,7 +210,7 @@ private:
     }
     for (const intents::ParameterBase* missing : action.missingParameters()) {
       const bool counts = !hasOpenChoice || action.isAlwaysNeeded(*missing);
-      if (counts && !given.contains(missing))
+      if (counts && !named.contains(missing))
         complain(step.action.place, missing->needsValueError().errorDescription());
     }
   }
