@@ -23,7 +23,7 @@ TEST(WaitingLine, StandsAfterTwoSecondsAndIsTakenAway) {
     now += milliseconds(1);
     line.showIfDue();
     line.showIfDue();
-    const std::string shown = "Waiting for Click[1m xxxxxxxxxxx… (Ctrl-C stops)\r";
+    const std::string shown = "Waiting for Click[1m xxxxxxxxxxxx… (Ctrl-C stops)\r";
     EXPECT_EQ(terminal, shown);
     line.erase();
     EXPECT_EQ(terminal, shown + WaitingLine::eraser);
