@@ -81,7 +81,7 @@ std::string noticeReport(const platform::Notice& notice, ReportForm form) {
 FailureReport commandReportOf(const platform::Failure& failure, ReportForm form) {
   FailureReport report = reportOf(failure, form);
   if (form == ReportForm::sentence)
-    report.text = "tabwright: " + report.text + std::string(hintFor(failure));
+    report.text = "tabwright: " + std::string(hintFor(failure)) + report.text;
   return report;
 }
 

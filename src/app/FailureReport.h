@@ -21,13 +21,13 @@ struct FailureReport {
 [[nodiscard]] FailureReport reportOf(const platform::Failure& failure, ReportForm form);
 
 /// The same as the command line words it: with the program's name before the sentence, and with what to do about a
-/// browser that isn't found behind it.
+/// browser that isn't found in front of it.
 [[nodiscard]] FailureReport commandReportOf(const platform::Failure& failure, ReportForm form);
 
 /// What goes to standard error of a success that the user should know more about.
 [[nodiscard]] std::string noticeReport(const platform::Notice& notice, ReportForm form);
 
-/// The last line of a command's report alone: what to do about a failure, with its line feed; empty for most.
+/// That line alone: what to do about a failure, with its line feed; empty for most.
 [[nodiscard]] std::string_view hintFor(const platform::Failure& failure);
 
 /// The exit code alone: 2 for wrong use and missing values, 3 where no browser could be reached, else 1.

@@ -4,8 +4,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
+#include <utility>
 
 namespace tabwright {
 namespace {
@@ -41,15 +44,10 @@ private:
 };
 
 TEST_F(CommandLine, runsAScriptFromStandardInputAndPrintsItsResultInSourceForm) {
-  const CommandOutcome outcome = tabwright({"applescript", "-"}, "{1 + 2, \"a\" & \"b\", {x:missing value}}");
-  EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
-  EXPECT_EQ(outcome.output, "{3, \"ab\", {x:missing value}}\n");
-}
-
-TEST_F(CommandLine, passesArgumentsToTheRunHandler) {
   const CommandOutcome outcome =
-      tabwright({"applescript", "-", "one", "zwei"}, "on run argv\nreturn (count argv) & argv\nend run");
-  EXPECT_EQ(outcome.output, "{2, \"one\", \"zwei\"}\n") << outcome.errors;
+      tabwright({"applescript", "-", "one", "zwei"}, "on run argv\nreturn {1 + 2, argv, {x:missing value}}\nend run");
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
+  EXPECT_EQ(outcome.output, "{3, {\"one\", \"zwei\"}, {x:missing value}}\n");
 }
 
 TEST_F(CommandLine, showsARunTimeErrorWithItsPlace) {
@@ -58,6 +56,83 @@ TEST_F(CommandLine, showsARunTimeErrorWithItsPlace) {
   EXPECT_THAT(outcome.errors, StartsWith("standard input:2:10: execution error: Can’t get item 9 of {1}. (-1728)\n"
                                          "set y to item 9 of {x}\n"
                                          "         ^"));
+}
+
+TEST_F(CommandLine, refusesWithTheReasonOnStandardError) {
+  struct Row {
+    std::vector<std::string> words;
+    int exitCode;
+    std::string reason;
+  };
+  for (const Row& row : std::initializer_list<Row>{
+           {{"applescript", "/nowhere/a.applescript"},
+            2,
+            "Can’t open /nowhere/a.applescript: No such file or directory."},
+           {{"applescript", "/dev/zero"}, 2, "Can’t read /dev/zero: it is longer than 64 MiB, the most that is taken."},
+           {{"run", "ClikElement"}, 2, "There is no action \"ClikElement\". Did you mean ClickElement?"},
+           {{"run", "ClickElement", "--cssSelektor", "a"}, 2, "Did you mean cssSelector?"},
+           {{"run", "ClickElement", "--targetContext", "chromium"}, 2, "cssSelector needs a value. Which"},
+           {{"script", "ClickElement", "button"}, 2, "“button” belongs to no parameter"},
+           {{"list"}, 2, "There is no command “list”. Did you mean actions?"},
+           {{"--log-level", "info", "clickelement"}, 2, "“clickelement” is an action: tabwright run ClickElement"},
+           {{"help", "ClikElement"}, 2, "Did you mean ClickElement?"},
+           {{"manual", "ClikElement"}, 2, "Did you mean ClickElement?"},
+           {{"run", "CloseTab", "--targetTab", "[]"}, 2, "the list given for it is empty"},
+           {{"run", "CloseTab", "--targetTab", "[1, 2]"}, 2, "With --each behind it, CloseTab runs for each of them."},
+           {{"run", "CloseTab", "--targetTab", "-"}, 2, "Nothing came on standard input for targetTab"},
+           {{"run", "CloseTab", "--targetTab", "vivaldi:8", "--each"}, 2, "--each needs a list"},
+           {{"browser", "chromium", "--headless", " -x"}, 2, "“ -x” is no address"},
+           {{"browser", "chromium", "--headless", "--", " -gpu-launcher=x"},
+            2,
+            "--gpu-launcher makes the browser run a program"},
+           {{"browser", "chromium", "--headless", "--", "--gpu-x"}, 3, "Chromium isn’t installed"},
+           {{"browser", "chromium"}, 3, "tabwright browser chromium --headless"},
+           {{"run", "GetListOfTabs", "--targetContext", "vivaldi", "--json"}, 3, "\"case\":\"browserNotFound\""},
+       }) {
+    const CommandOutcome outcome = tabwright(row.words, {}, {{"PATH", "/nowhere"}});
+    EXPECT_EQ(outcome.exitCode, row.exitCode) << row.words.back();
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_THAT(outcome.errors, HasSubstr(row.reason));
+  }
+}
+
+TEST_F(CommandLine, saysWhenItsOutputCannotBeWritten) {
+  const std::string steps = "steps:\n  - try:\n      - print: x\n  - print: y\n";
+  const auto redirected = [&](const std::string& redirection, std::vector<std::string> words,
+                              const std::string& input) {
+    words.insert(words.begin(), {"-c", "\"$@\" " + redirection, "bash", testsupport::tabwrightPath()});
+    return testsupport::runProgram("bash", words, input, {{"HOME", home().string()}, {"LC_ALL", "C.UTF-8"}});
+  };
+  const std::vector<std::pair<std::vector<std::string>, std::string>> commands{
+      {{"actions"}, ""},
+      {{"script", "GetListOfTabs", "--targetContext", "chromium"}, ""},
+      {{"run", "ClickElement", "--help"}, ""},
+      {{"applescript", "-"}, "1"},
+      {{"markdown"}, "<p>x"},
+      {{"workflow", "-"}, steps},
+      {{"completion", "bash"}, ""},
+      {{"manual"}, ""},
+      {{"--help"}, ""},
+  };
+  for (const auto& [words, input] : commands) {
+    const CommandOutcome full = redirected(">/dev/full", words, input);
+    EXPECT_EQ(full.exitCode, 1) << words.front();
+    EXPECT_EQ(full.errors, "tabwright: Standard output can’t be written: No space left on device.\n");
+    const CommandOutcome closed = redirected(">&-", words, input);
+    EXPECT_EQ(closed.exitCode, 1) << words.front();
+    EXPECT_EQ(closed.errors, "tabwright: Standard output can’t be written: Bad file descriptor.\n");
+  }
+  const CommandOutcome left = testsupport::runProgram(
+      "bash", {"-c", "exec 3> >(:); wait $!; \"$@\" >&3", "bash", testsupport::tabwrightPath(), "actions"}, "", {});
+  EXPECT_EQ(left.exitCode, 128 + SIGPIPE);
+  EXPECT_EQ(left.errors, "");
+}
+
+TEST_F(CommandLine, tellsANewcomerWhereToBegin) {
+  const CommandOutcome outcome = tabwright({});
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_THAT(outcome.output, HasSubstr("tabwright browser chromium"));
+  EXPECT_THAT(outcome.output, ::testing::ContainsRegex("No browser is running|is running"));
 }
 
 TEST_F(CommandLine, checksSyntaxWithoutRunning) {
@@ -72,74 +147,35 @@ TEST_F(CommandLine, checksSyntaxWithoutRunning) {
   EXPECT_THAT(bad.errors, HasSubstr("^"));
 }
 
-TEST_F(CommandLine, saysWhichFileCannotBeRead) {
-  const CommandOutcome outcome = tabwright({"applescript", "/nowhere/a.applescript"});
-  EXPECT_EQ(outcome.exitCode, 2);
-  EXPECT_EQ(outcome.errors, "tabwright: Can’t open /nowhere/a.applescript: No such file or directory.\n");
-  EXPECT_EQ(tabwright({"applescript", "/dev/zero"}).errors,
-            "tabwright: Can’t read /dev/zero: it is longer than 64 MiB, the most that is taken.\n");
-}
-
-TEST_F(CommandLine, offersTheNearestNamesForAMiss) {
-  const CommandOutcome action = tabwright({"run", "ClikElement"});
-  EXPECT_EQ(action.exitCode, 2);
-  EXPECT_THAT(action.errors, HasSubstr("Did you mean ClickElement?"));
-
-  const CommandOutcome parameter = tabwright({"run", "ClickElement", "--cssSelektor", "a"});
-  EXPECT_EQ(parameter.exitCode, 2);
-  EXPECT_THAT(parameter.errors, HasSubstr("Did you mean cssSelector?"));
-}
-
-TEST_F(CommandLine, namesAMissingParameterAndItsQuestionWhereNobodyCanBeAsked) {
-  const CommandOutcome outcome = tabwright({"run", "ClickElement", "--targetContext", "chromium"});
-  EXPECT_EQ(outcome.exitCode, 2);
-  EXPECT_THAT(outcome.errors, StartsWith("tabwright: cssSelector needs a value. "));
-  EXPECT_GT(outcome.errors.size(), std::string("tabwright: cssSelector needs a value. \n").size());
-}
-
-TEST_F(CommandLine, refusesWordsThatBelongToNoParameter) {
-  const CommandOutcome outcome = tabwright({"script", "ClickElement", "button"});
-  EXPECT_EQ(outcome.exitCode, 2);
-  EXPECT_THAT(outcome.errors, HasSubstr("“button” belongs to no parameter"));
-}
-
-TEST_F(CommandLine, printsAProgramByteForByteForEitherFamily) {
-  const CommandOutcome chromium = tabwright({"script", "GetListOfTabs", "--targetContext", "chromium"});
-  EXPECT_EQ(chromium.exitCode, 0) << chromium.errors;
-  EXPECT_THAT(chromium.output, StartsWith("use AppleScript version \"2.4\"\n"));
-  EXPECT_THAT(chromium.output, HasSubstr("\ntell application id \"org.chromium.chromium\"\nreturn my success(my "
-                                         "getListOfTabs())\nend tell\nreturn my failure(0)\nend\n"));
-  EXPECT_NE(chromium.output.back(), '\n');
-
-  const CommandOutcome safari = tabwright({"script", "GetListOfTabs", "--targetContext=com.apple.Safari"});
-  EXPECT_THAT(safari.output, HasSubstr("tell application id \"com.apple.safari\""));
-  EXPECT_THAT(safari.output, HasSubstr("on __isPrivateWindow(nativeWindow)"));
-}
-
-TEST_F(CommandLine, aPrintedProgramPassesItsOwnSyntaxCheck) {
+TEST_F(CommandLine, printsAProgramOfEitherFamilyAsItIs) {
   for (const char* target : {"chromium", "safari"}) {
     const CommandOutcome program =
-        tabwright({"script", "ClickElement", "--targetContext", target, "--cssSelector", "a[title=\"x\\\\y\"]"});
+        tabwright({"script", "ClickElement", "--targetContext", target, "--cssSelector", "a[title=\"x\\y\"]"});
     ASSERT_EQ(program.exitCode, 0) << program.errors;
+    EXPECT_NE(program.output.back(), '\n'); // none is added
     const CommandOutcome check = tabwright({"applescript", "--check", "-"}, program.output);
     EXPECT_EQ(check.exitCode, 0) << check.errors;
   }
 }
 
-TEST_F(CommandLine, reportsAMissingBrowserWithItsOwnExitCode) {
-  const CommandOutcome absent =
-      tabwright({"run", "GetListOfTabs", "--targetContext", "vivaldi", "--json"}, {}, {{"PATH", "/nowhere"}});
-  EXPECT_EQ(absent.exitCode, 3) << absent.errors;
-  EXPECT_THAT(absent.errors, HasSubstr("\"case\":\"browserNotFound\""));
-  EXPECT_EQ(absent.output, "");
-
-  const CommandOutcome start = tabwright({"browser", "chromium", "--headless"}, {}, {{"PATH", "/nowhere"}});
-  EXPECT_EQ(start.exitCode, 3);
-  EXPECT_EQ(start.errors, "tabwright: Chromium isn’t installed: none of its programs is on the PATH.\n");
-
-  const CommandOutcome noDesktop = tabwright({"browser", "chromium"});
-  EXPECT_EQ(noDesktop.exitCode, 3);
-  EXPECT_THAT(noDesktop.errors, HasSubstr("tabwright browser chromium --headless"));
+TEST_F(CommandLine, keepsWhatPagesSayFromSteeringTheTerminal) {
+  const std::string hostile = "a\x1b[31mb\xC2\x9B"
+                              "c\xE2\x80\xAE"
+                              "d";
+  std::ofstream(home() / "page.html") << "<p>" << hostile;
+  std::ofstream(home() / "steps.yaml") << "steps:\n  - print: \"a\\e[31mb\\x9bc\\u202ed\"\n";
+  std::ofstream(home() / "script")
+      << "error \"a\" & character id 27 & \"b\" & character id 155 & character id 8238 & \"c\"";
+  const auto terminal = [&](const char* command, const char* file) {
+    return testsupport::runAtTerminal(testsupport::tabwrightPath(), {command, (home() / file).string()},
+                                      {{"HOME", home().string()}, {"LC_ALL", "C.UTF-8"}});
+  };
+  EXPECT_THAT(terminal("markdown", "page.html"), StartsWith("a\uFFFD[31mb\uFFFDcd")); // HTML replaces two
+  EXPECT_EQ(terminal("workflow", "steps.yaml"), "a[31mbcd\n");
+  EXPECT_THAT(terminal("applescript", "script"), HasSubstr("execution error: abc (-2700)"));
+  EXPECT_EQ(tabwright({"workflow", (home() / "steps.yaml").string()}).output, "a\x1b[31mb\xC2\x9B"
+                                                                              "c\xE2\x80\xAE"
+                                                                              "d\n");
 }
 
 TEST_F(CommandLine, leavesNoScriptBehindWhateverHappened) {

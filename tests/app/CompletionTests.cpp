@@ -28,8 +28,8 @@ protected:
       result.push_back(candidate.word);
     return result;
   }
-  Completion completion(const std::vector<std::string>& words) {
-    return completionOf(program_, composition_.referenceCatalogue(), words);
+  Completion completion(const std::vector<std::string>& words, const CandidateSource& things = {}) {
+    return completionOf(program_, composition_.referenceCatalogue(), words, things);
   }
 
 private:
@@ -62,6 +62,22 @@ TEST_F(CompletionOfWords, OffersTheChoicesOfAValue) {
   EXPECT_THAT(candidates({"run", "ClickElement", "--cssSelector", ""}), IsEmpty());
   EXPECT_TRUE(completion({"run", "ClickElement", "--targetTab", "@x"}).takesFiles);
   EXPECT_FALSE(completion({"run", "ClickElement", "--targetTab", "x"}).takesFiles);
+}
+
+TEST_F(CompletionOfWords, OffersTheTabsThatThereAreWhereOneIsAskedFor) {
+  int asked = 0;
+  const CandidateSource things = [&](const intents::ValueType&) {
+    ++asked;
+    return std::vector<Candidate>{{"chromium:8", "News [Chromium]"}, {"brave:9", "Mail"}};
+  };
+  const auto offered = [&](const std::vector<std::string>& words) { return completion(words, things).candidates; };
+  EXPECT_THAT(offered({"run", "FocusTab", "--targetTab", "ch"}),
+              ElementsAre(Candidate{"chromium:8", "News [Chromium]"}));
+  EXPECT_THAT(offered({"run", "FocusTab", "--targetTab=b"}), ElementsAre(Candidate{"--targetTab=brave:9", "Mail"}));
+  EXPECT_EQ(asked, 2);
+  static_cast<void>(offered({"run", "FocusTab", "--targetT"}));
+  static_cast<void>(offered({"run", "FocusTab", "--targetContext", ""}));
+  EXPECT_EQ(asked, 2);
 }
 
 TEST_F(CompletionOfWords, KnowsTheOperandsOfEachCommand) {

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -18,6 +19,7 @@
 #include <set>
 #include <string>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <thread>
 #include <unistd.h>
@@ -150,7 +152,7 @@ std::string runRequest(int id, const std::string& version, const std::vector<std
                                       {{"version", version},
                                        {"arguments", json::value_from(words)},
                                        {"directory", "/"},
-                                       {"terminal", {{"output", false}, {"width", 80}}}}}}) +
+                                       {"terminal", {{"input", false}, {"output", false}, {"width", 80}}}}}}) +
          "\n";
 }
 
@@ -164,6 +166,8 @@ TEST_F(HostTest, DoesWhatAProcessOfItsOwnDoes) {
            {"GetBrowserReference", "--targetContext", "netscape"},
            {"ClickElement", "--help"},
            {"ClickElement"},
+           {"CloseTab", "--tabSelection", "specificTab", "--targetTab", "[\"vivaldi:1\", 5]", "--each"},
+           {"--each", "CloseTab", "--tabSelection", "specificTab", "--targetTab", "[5]", "--json"},
            {"ClickElement", "--json"},
            {"ClickElement", "--cssSelector", "a", "--targetTab", "@missing.json", "--tabSelection", "specificTab"},
            {"NoSuchAction"}}) {
@@ -213,6 +217,34 @@ TEST_F(HostTest, IsStartedAgainAfterItWasKilled) {
   EXPECT_THAT(run({"NoSuchAction"}).errors, HasSubstr("There is no action"));
   eventually([&] { return !hosts().contains(*first.begin()); });
   EXPECT_EQ(hosts().size(), 1U);
+}
+
+TEST_F(HostTest, ThatIsKilledInTheMiddleIsReportedInTheFormAskedFor) {
+  const fs::path pipe = scratch / "pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  CommandOutcome outcome;
+  std::thread caller([&] { outcome = run({"CloseTab", "--targetTab", "@" + pipe.string(), "--json"}); });
+  const int writing = ::open(pipe.c_str(), O_WRONLY); // until the client reads for the host, which has begun
+  ::kill(*hosts().begin(), SIGKILL);
+  eventually([&] { return hosts().empty(); });
+  ::close(writing);
+  caller.join();
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(json::parse(outcome.errors).at("case"), "lost");
+}
+
+TEST_F(HostTest, CannotBeHeardWhereOutputCannotBeWritten) {
+  const CommandOutcome outcome = testsupport::runProgram(
+      "bash", {"-c", "\"$0\" run ClickElement --help >/dev/full", TABWRIGHT_TEST_CLIENT}, "", environment);
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.errors, "tabwright: Standard output can’t be written: No space left on device.\n");
+}
+
+TEST_F(HostTest, IsNotStartedWhereItCouldOpenTooFewFiles) {
+  const CommandOutcome outcome = testsupport::runProgram(
+      "bash", {"-c", "ulimit -n 20; exec \"$0\" run NoSuchAction", TABWRIGHT_TEST_CLIENT}, "", environment);
+  EXPECT_THAT(outcome.errors, HasSubstr("The action runs without the background host"));
+  EXPECT_TRUE(hosts().empty());
 }
 
 TEST_F(HostTest, LeavesNothingBehindWhenItIsToldToEnd) {

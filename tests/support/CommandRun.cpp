@@ -6,9 +6,11 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <poll.h>
+#include <pty.h>
 #include <spawn.h>
 #include <stdexcept>
 #include <string_view>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -129,6 +131,34 @@ CommandOutcome runProgram(const std::string& program, const std::vector<std::str
   }
   outcome.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
   return outcome;
+}
+
+std::string runAtTerminal(const std::string& program, const std::vector<std::string>& arguments,
+                          const std::map<std::string, std::string>& environment, const std::string& typed) {
+  std::vector<std::string> words{program};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<std::string> variables = environmentWith(environment);
+  const std::vector<char*> wordPointers = pointersTo(words);
+  const std::vector<char*> variablePointers = pointersTo(variables);
+  const winsize size{.ws_row = 24, .ws_col = 80, .ws_xpixel = 0, .ws_ypixel = 0};
+  int terminal = -1;
+  const pid_t process = ::forkpty(&terminal, nullptr, nullptr, &size);
+  if (process == 0) {
+    ::execve(wordPointers.front(), wordPointers.data(), variablePointers.data());
+    ::_exit(127);
+  }
+  if (process < 0 || ::write(terminal, typed.data(), typed.size()) != static_cast<ssize_t>(typed.size()))
+    throw std::runtime_error("terminal");
+  std::string shown;
+  std::array<char, 4096> buffer{};
+  for (ssize_t count; (count = ::read(terminal, buffer.data(), buffer.size())) > 0;)
+    shown.append(buffer.data(), static_cast<std::size_t>(count));
+  ::close(terminal);
+  int status = 0;
+  ::waitpid(process, &status, 0);
+  for (std::size_t at = 0; (at = shown.find("\r\n", at)) != std::string::npos; ++at)
+    shown.erase(at, 1);
+  return shown;
 }
 
 } // namespace tabwright::testsupport

@@ -22,6 +22,12 @@ struct CommandOutcome {
                                         const std::string& input,
                                         const std::map<std::string, std::string>& environment);
 
+/// The same with a terminal of 80 columns as all three standard streams; yields what it was sent, lines ended by line
+/// feeds alone. `typed` is what somebody types there, ahead of time.
+[[nodiscard]] std::string runAtTerminal(const std::string& program, const std::vector<std::string>& arguments,
+                                        const std::map<std::string, std::string>& environment,
+                                        const std::string& typed = {});
+
 /// The `tabwright` under test.
 [[nodiscard]] std::string tabwrightPath();
 
