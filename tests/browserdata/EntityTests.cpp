@@ -35,24 +35,18 @@ TEST(BrowserTabEntity, IsMadeOfARecordAndTheBrowserThatAnswered) {
             R"("selectionText":"","isLoading":false,"isPrivate":true,"fullID":"com.apple.safari:17:3"})");
 }
 
-TEST(BrowserTabEntity, KeepsTheDetailsOfADetailedRecord) {
+TEST(BrowserTabEntity, KeepsTheDetailsAndTheSelectionAsMarkdownAndRichText) {
   BrowserTabData record = tabRecord();
   record.htmlContent = "<html></html>";
   record.textContent = "";
   record.pageSelectionText = " sel ";
+  record.pageSelectionHTML = " <p>All is <b>well</b>.</p>";
   record.isLoading = true;
   const BrowserTabEntity tab(record, safari);
   EXPECT_EQ(tab.htmlDocument, "<html></html>");
   EXPECT_EQ(tab.textContent, "");
   EXPECT_EQ(tab.selectionText, " sel ");
   EXPECT_TRUE(tab.isLoading);
-  EXPECT_EQ(TabTraits::fromJson(TabTraits::toJson(tab)), tab);
-}
-
-TEST(BrowserTabEntity, HoldsTheSelectionAsMarkdownAndAsRichText) {
-  BrowserTabData record = tabRecord();
-  record.pageSelectionHTML = " <p>All is <b>well</b>.</p>";
-  const BrowserTabEntity tab(record, safari);
   EXPECT_EQ(tab.selectionMD, "All is **well**.\n\n");
   ASSERT_TRUE(tab.selectionRTFD);
   EXPECT_EQ(tab.selectionRTFD->filename, "selection.rtfd");

@@ -23,22 +23,19 @@ std::string mismatchOf(std::string_view json) {
 constexpr std::string_view plainTab = R"({"tabID":"8","tabTitle":"News","tabURL":"https://news.test/"})";
 
 TEST(BrowserTabData, NeedsOnlyIdTitleAndURL) {
-  const auto tab = engine::JSONDecoding<BrowserTabData>::from(boost::json::parse(plainTab));
-  EXPECT_EQ(tab, (BrowserTabData{.htmlContent = {},
-                                 .pageSelectionText = "",
-                                 .pageSelectionHTML = "",
-                                 .tabID = "8",
-                                 .tabTitle = "News",
-                                 .tabURL = "https://news.test/",
-                                 .textContent = {}}));
-}
-
-TEST(BrowserTabData, NullIsAsGoodAsMissingWhereThereIsADefault) {
-  EXPECT_EQ(engine::JSONDecoding<BrowserTabData>::from(boost::json::parse(
-                R"({"htmlContent":null,"isLoading":null,"isPrivate":null,"pageSelectionText":null,
-                    "pageSelectionHTML":null,"tabID":"8","tabTitle":"News","tabURL":"https://news.test/",
-                    "textContent":null,"somethingElse":1})")),
-            engine::JSONDecoding<BrowserTabData>::from(boost::json::parse(plainTab)));
+  const BrowserTabData expected{.htmlContent = {},
+                                .pageSelectionText = "",
+                                .pageSelectionHTML = "",
+                                .tabID = "8",
+                                .tabTitle = "News",
+                                .tabURL = "https://news.test/",
+                                .textContent = {}};
+  for (const std::string_view json :
+       {plainTab, // null is as good as missing where there is a default
+        std::string_view(R"({"htmlContent":null,"isLoading":null,"isPrivate":null,"pageSelectionText":null,
+                             "pageSelectionHTML":null,"tabID":"8","tabTitle":"News","tabURL":"https://news.test/",
+                             "textContent":null,"somethingElse":1})")})
+    EXPECT_EQ(engine::JSONDecoding<BrowserTabData>::from(boost::json::parse(json)), expected) << json;
 }
 
 TEST(BrowserTabData, RefusesWrongTypesAndMissingFields) {

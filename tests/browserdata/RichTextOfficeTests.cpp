@@ -1,15 +1,11 @@
 // The other end of the road: LibreOffice reads what we write, and what it writes of that says the same.
 #include "browserdata/RichText.h"
+#include "support/ScratchFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -30,27 +26,6 @@ constexpr std::string_view sample = R"(<head><title>No</title></head>
 <table><tr><th>Fruit</th><th>Price</th></tr><tr><td rowspan="2">Kiwi</td><td>1.20</td></tr><tr><td>2.40</td></tr>
 <tr><td colspan="2">wide<table><tr><td>inner</td></tr></table></td></tr></table>
 <p dir="rtl">שלום <b>עולם</b></p><p>last</p>)";
-
-// A folder for one test, gone with it.
-class ScratchFolder {
-public:
-  ScratchFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "tabwright-rtf-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr)
-      throw std::runtime_error("no folder for the test");
-    path_ = name;
-  }
-  ~ScratchFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-
-private:
-  std::filesystem::path path_;
-};
 
 // A text with the elements around it, outermost first.
 struct PlacedText {
@@ -93,16 +68,14 @@ std::string attributeAround(const PlacedText& text, std::string_view name, std::
 TEST(RichTextOffice, LibreOfficeReadsTheSameTextAndStyles) {
   ASSERT_EQ(std::system("command -v soffice >/dev/null"), 0)
       << "there is no soffice: install the package libreoffice-writer-nogui";
-  const ScratchFolder scratch;
+  const testsupport::ScratchFolder scratch;
   const std::string folder = scratch.path().string();
-  std::ofstream(scratch.path() / "sample.rtf") << richText(html::Document::parse(sample));
+  scratch.write(scratch / "sample.rtf", richText(html::Document::parse(sample)));
   // `timeout` ends its whole process group.
   const std::string command = "cd " + folder + " && timeout -k 5 100 soffice -env:UserInstallation=file://" + folder +
                               "/profile --headless --convert-to html sample.rtf >log 2>&1 </dev/null";
   ASSERT_EQ(std::system(command.c_str()), 0);
-  std::ifstream file(scratch.path() / "sample.html");
-  ASSERT_TRUE(file) << "LibreOffice wrote nothing";
-  const std::string page((std::istreambuf_iterator<char>(file)), {});
+  const std::string page = scratch.content(scratch / "sample.html");
   const auto document = html::Document::parse(page);
   std::vector<PlacedText> texts;
   collect(document.root(), {}, texts);

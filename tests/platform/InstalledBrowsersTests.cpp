@@ -3,16 +3,14 @@
 #include "platform/linux/InstalledBrowsers.h"
 #include "platform/linux/ListeningSocket.h"
 #include "platform/linux/RunningBrowsers.h"
+#include "support/Environment.h"
 #include "support/LogCapture.h"
+#include "support/ScratchFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
-#include <map>
 #include <optional>
-#include <stdlib.h>
 #include <string>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -59,19 +57,10 @@ TEST(DesktopEntry, DamagedOnesAreTold) {
 class InstalledBrowsers : public testing::Test {
 protected:
   InstalledBrowsers() {
-    std::string name = (fs::temp_directory_path() / "tabwright-installed-XXXXXX").string();
-    root = ::mkdtemp(name.data());
-    places = {.path = (root / "bin").string(),
-              .applicationFolders = {root / "home", root / "missing", root / "share", root / "flatpak"}};
     for (const char* folder : {"bin", "home", "share", "flatpak"})
       fs::create_directories(root / folder);
   }
-  ~InstalledBrowsers() override { fs::remove_all(root); }
-
-  void write(const std::string& file, const std::string& text) {
-    fs::create_directories((root / file).parent_path());
-    std::ofstream(root / file) << text;
-  }
+  void write(const std::string& file, const std::string& text) { root.write(root / file, text); }
   void addEntry(const std::string& file, const std::string& more = "") {
     write(file, "[Desktop Entry]\nType=Application\nName=Any\nExec=any %U\n" + more);
   }
@@ -86,8 +75,9 @@ protected:
     return names;
   }
 
-  fs::path root;
-  InstallationPlaces places;
+  testsupport::ScratchFolder root;
+  InstallationPlaces places{.path = (root / "bin").string(),
+                            .applicationFolders = {root / "home", root / "missing", root / "share", root / "flatpak"}};
 };
 
 TEST_F(InstalledBrowsers, HaveAProgramOrAnEntry) {
@@ -130,33 +120,10 @@ TEST_F(InstalledBrowsers, DamagedEntriesAreSkippedAloud) {
                           "error InstalledBrowsers: Failed to get info dictionary for vivaldi-stable.desktop"));
 }
 
-/// Sets environment variables for the time of a test.
-class Environment {
-public:
-  explicit Environment(const std::map<std::string, std::optional<std::string>>& values) {
-    for (const auto& [name, value] : values) {
-      const char* before = std::getenv(name.c_str());
-      before_[name] = before != nullptr ? std::optional<std::string>(before) : std::nullopt;
-      set(name, value);
-    }
-  }
-  ~Environment() {
-    for (const auto& [name, value] : before_)
-      set(name, value);
-  }
-  Environment(const Environment&) = delete;
-  Environment& operator=(const Environment&) = delete;
-
-private:
-  static void set(const std::string& name, const std::optional<std::string>& value) {
-    value ? ::setenv(name.c_str(), value->c_str(), 1) : ::unsetenv(name.c_str());
-  }
-  std::map<std::string, std::optional<std::string>> before_;
-};
-
 TEST(InstallationPlaces, AreThoseOfTheEnvironment) {
   {
-    const Environment bare({{"HOME", "/h"}, {"XDG_DATA_HOME", std::nullopt}, {"XDG_DATA_DIRS", ""}, {"PATH", "/b:/c"}});
+    const testsupport::Environment bare(
+        {{"HOME", "/h"}, {"XDG_DATA_HOME", std::nullopt}, {"XDG_DATA_DIRS", ""}, {"PATH", "/b:/c"}});
     const InstallationPlaces places = InstallationPlaces::ofThisProcess();
     EXPECT_EQ(places.path, "/b:/c");
     EXPECT_THAT(places.applicationFolders,
@@ -164,9 +131,9 @@ TEST(InstallationPlaces, AreThoseOfTheEnvironment) {
                             "/h/.local/share/flatpak/exports/share/applications",
                             "/var/lib/flatpak/exports/share/applications", "/var/lib/snapd/desktop/applications"));
   }
-  const Environment full({{"HOME", "/h"},
-                          {"XDG_DATA_HOME", "/d"},
-                          {"XDG_DATA_DIRS", "relative:/var/lib/flatpak/exports/share/:/usr/share"}});
+  const testsupport::Environment full({{"HOME", "/h"},
+                                       {"XDG_DATA_HOME", "/d"},
+                                       {"XDG_DATA_DIRS", "relative:/var/lib/flatpak/exports/share/:/usr/share"}});
   EXPECT_THAT(InstallationPlaces::ofThisProcess().applicationFolders,
               ElementsAre("/d/applications", "/var/lib/flatpak/exports/share/applications", "/usr/share/applications",
                           "/d/flatpak/exports/share/applications", "/var/lib/snapd/desktop/applications"));

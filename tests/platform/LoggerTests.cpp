@@ -1,13 +1,10 @@
 #include "platform/LogReceiver.h"
 #include "platform/LogSinks.h"
+#include "support/ScratchFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -56,17 +53,14 @@ TEST_F(LoggerTest, ListenersTakeLinesBesideTheReceiverWhileTheyLive) {
 }
 
 TEST_F(LoggerTest, AddsLinesToAFileOfTheStateHome) {
-  std::string name = (std::filesystem::temp_directory_path() / "tabwright-log-XXXXXX").string();
-  const std::filesystem::path folder = mkdtemp(name.data());
-  const auto file = folder / "state" / "tabwright.log";
+  const testsupport::ScratchFolder folder;
+  const auto file = folder / "state/tabwright.log";
   installLogSinks({.file = file, .fileLevel = LogLevel::info});
   log.debug("quiet");
   log.info("{} loud", "{}");
   setLogReceiver(LogLevel::error, {});
-  std::ostringstream text;
-  text << std::ifstream(file).rdbuf();
-  EXPECT_THAT(text.str(), testing::ContainsRegex("^\\[[-0-9: .]+\\] \\[info\\] \\[Category\\] \\{\\} loud\n$"));
-  std::filesystem::remove_all(folder);
+  EXPECT_THAT(folder.content(file),
+              testing::ContainsRegex("^\\[[-0-9: .]+\\] \\[info\\] \\[Category\\] \\{\\} loud\n$"));
 }
 
 TEST_F(LoggerTest, RunsWithoutAFileThatCannotBeOpened) {

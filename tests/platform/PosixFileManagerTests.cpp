@@ -1,13 +1,13 @@
 #include "platform/FileFailure.h"
 #include "platform/linux/PosixFileManager.h"
+#include "support/Environment.h"
+#include "support/ScratchFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <fstream>
-#include <sstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -16,18 +16,6 @@ namespace {
 
 class PosixFileManagerTest : public testing::Test {
 protected:
-  PosixFileManagerTest() {
-    std::string name = (std::filesystem::temp_directory_path() / "tabwright-files-XXXXXX").string();
-    folder = mkdtemp(name.data());
-  }
-  ~PosixFileManagerTest() override { std::filesystem::remove_all(folder); }
-
-  static std::string content(const std::filesystem::path& file) {
-    std::ifstream stream(file);
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return text.str();
-  }
   static unsigned mode(const std::filesystem::path& path) {
     struct stat facts{};
     EXPECT_EQ(stat(path.c_str(), &facts), 0);
@@ -43,7 +31,7 @@ protected:
     return 0;
   }
 
-  std::filesystem::path folder;
+  testsupport::ScratchFolder folder;
   PosixFileManager files;
 };
 
@@ -53,13 +41,13 @@ TEST_F(PosixFileManagerTest, WritesANewFileForTheOwnerAloneAndReadsBackNothingEl
   EXPECT_EQ(files.kindOfFile(file), std::nullopt);
   const auto written = files.writeNewFileAtomically(file, text);
   ASSERT_TRUE(written);
-  EXPECT_EQ(content(file), text);
+  EXPECT_EQ(folder.content(file), text);
   EXPECT_EQ(mode(file), 0600u);
   EXPECT_EQ(files.kindOfFile(file), FileKind::other);
   EXPECT_FALSE(files.writeNewFileAtomically(file, "other"));
-  EXPECT_EQ(content(file), text);
+  EXPECT_EQ(folder.content(file), text);
   files.remove(file);
-  EXPECT_TRUE(std::filesystem::is_empty(folder));
+  EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
   std::ofstream(file) << "exchanged";
   EXPECT_EQ(written->content(), text);
 }
@@ -71,7 +59,7 @@ TEST_F(PosixFileManagerTest, RemovesFilesThatNobodyHolds) {
     std::ofstream(folder / name) << "x";
   removeAbandonedFiles(folder, ".lock", ".socket");
   std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(folder))
+  for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
     names.push_back(entry.path().filename());
   EXPECT_THAT(names, testing::UnorderedElementsAre("held.lock", "held.socket", "other"));
 }
@@ -98,27 +86,9 @@ TEST_F(PosixFileManagerTest, MakesAFolderOnce) {
   EXPECT_EQ(errorOf([&] { files.createDirectory(folder / "file"); }), EEXIST);
 }
 
-// Sets a variable of the environment, and puts it back.
-class Variable {
-public:
-  Variable(const char* name, const std::filesystem::path& value) : name_(name) {
-    if (const char* former = std::getenv(name))
-      former_ = former;
-    setenv(name, value.c_str(), 1);
-  }
-  ~Variable() { former_ ? setenv(name_, former_->c_str(), 1) : unsetenv(name_); }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-
-private:
-  const char* name_;
-  std::optional<std::string> former_;
-};
-
 TEST_F(PosixFileManagerTest, KeepsScriptsWhereNobodyElseCanChangeThem) {
   using std::filesystem::perms;
-  const Variable data("XDG_DATA_HOME", folder / "data");
-  const Variable runtime("XDG_RUNTIME_DIR", folder / "run");
+  const testsupport::Environment environment({{"XDG_DATA_HOME", folder / "data"}, {"XDG_RUNTIME_DIR", folder / "run"}});
   const auto inData = folder / "data/tabwright/scripts";
   EXPECT_EQ(files.applicationScriptsFolder(), inData); // there is no such folder
   EXPECT_EQ(mode(inData), 0700u);

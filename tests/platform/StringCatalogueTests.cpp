@@ -1,10 +1,12 @@
 #include "platform/StringCatalogue.h"
+#include "support/Environment.h"
 #include "support/LogCapture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <optional>
+#include <string>
 
 namespace tabwright::platform {
 namespace {
@@ -44,36 +46,16 @@ TEST(StringCatalogue, FillsFormats) {
   EXPECT_EQ(localizedFormat("%@ %@ %d %", {"a"}), "a %@ %d %");
 }
 
-class LanguagesOfEnvironment : public testing::Test {
-protected:
-  LanguagesOfEnvironment() {
-    for (const char* name : names)
-      former.emplace_back(std::getenv(name) ? std::optional<std::string>(std::getenv(name)) : std::nullopt);
-    set(nullptr, nullptr, nullptr);
-  }
-  ~LanguagesOfEnvironment() override {
-    for (std::size_t index = 0; index < former.size(); ++index)
-      set(names[index], former[index] ? former[index]->c_str() : nullptr);
-  }
-  static void set(const char* name, const char* value) { value ? setenv(name, value, 1) : unsetenv(name); }
-  static void set(const char* all, const char* messages, const char* lang) {
-    set("LC_ALL", all);
-    set("LC_MESSAGES", messages);
-    set("LANG", lang);
-  }
-
-  static constexpr const char* names[]{"LC_ALL", "LC_MESSAGES", "LANG"};
-  std::vector<std::optional<std::string>> former;
-};
-
-TEST_F(LanguagesOfEnvironment, GoFromTheRegionToTheLanguage) {
-  EXPECT_THAT(languagesOfEnvironment(), IsEmpty());
-  set(nullptr, nullptr, "de_AT.UTF-8@euro");
-  EXPECT_THAT(languagesOfEnvironment(), ElementsAre("de_AT", "de"));
-  set("", "fr", "de_AT.UTF-8");
-  EXPECT_THAT(languagesOfEnvironment(), ElementsAre("fr"));
-  set("C.UTF-8", "fr", "de");
-  EXPECT_THAT(languagesOfEnvironment(), IsEmpty());
+TEST(LanguagesOfEnvironment, GoFromTheRegionToTheLanguage) {
+  using Variable = std::optional<std::string>;
+  const auto languages = [](Variable all, Variable messages, Variable lang) {
+    const testsupport::Environment environment({{"LC_ALL", all}, {"LC_MESSAGES", messages}, {"LANG", lang}});
+    return languagesOfEnvironment();
+  };
+  EXPECT_THAT(languages({}, {}, {}), IsEmpty());
+  EXPECT_THAT(languages({}, {}, "de_AT.UTF-8@euro"), ElementsAre("de_AT", "de"));
+  EXPECT_THAT(languages("", "fr", "de_AT.UTF-8"), ElementsAre("fr"));
+  EXPECT_THAT(languages("C.UTF-8", "fr", "de"), IsEmpty());
 }
 
 } // namespace
