@@ -57,7 +57,7 @@ TEST_F(PosixFileManagerTest, RemovesFilesThatNobodyHolds) {
   static_cast<void>(files.writeNewFileAtomically(folder / "left.lock", ""));
   for (const char* name : {"held.socket", "left.socket", "other"})
     std::ofstream(folder / name) << "x";
-  removeAbandonedFiles(folder, ".lock", ".socket");
+  removeAbandonedFiles(folder.path(), ".lock", ".socket");
   std::vector<std::string> names;
   for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
     names.push_back(entry.path().filename());
