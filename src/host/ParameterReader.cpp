@@ -55,15 +55,11 @@ std::string_view textIn(const boost::json::value& value) {
 }
 
 // Bytes that are no text would come to light where nobody knows any more whose they are.
-void requireUTF8(const intents::ParameterBase& parameter, std::string_view text) {
+void assign(intents::ParameterBase& parameter, const std::string& text) {
   if (const auto place = platform::malformedByte(text))
     throw intents::UsageError(fmt::format(
         "{} takes text in UTF-8, but byte {} of what it was given (hexadecimal {:02X}) belongs to no character.",
         parameter.name(), *place + 1, static_cast<unsigned char>(text[*place])));
-}
-
-void assign(intents::ParameterBase& parameter, const std::string& text) {
-  requireUTF8(parameter, text);
   parameter.setText(text);
 }
 void assign(intents::ParameterBase& parameter, const boost::json::value& json) {
