@@ -145,6 +145,10 @@ TEST_F(CommandLine, checksSyntaxWithoutRunning) {
   EXPECT_THAT(bad.errors, HasSubstr("standard input:1:"));
   EXPECT_THAT(bad.errors, HasSubstr("standard input:3:"));
   EXPECT_THAT(bad.errors, HasSubstr("^"));
+
+  const CommandOutcome noText = tabwright({"applescript", "-"}, "set x to 1\nset y to \"a\xff\"\n");
+  EXPECT_EQ(noText.exitCode, 1);
+  EXPECT_THAT(noText.errors, StartsWith("standard input:2:12: syntax error: A script is text in UTF-8"));
 }
 
 TEST_F(CommandLine, printsAProgramOfEitherFamilyAsItIs) {

@@ -228,6 +228,39 @@ TEST_F(ScriptacularRun, ReadsFailureNumbers) {
   EXPECT_THAT(log.linesOf("error"), IsEmpty());
 }
 
+TEST_F(ScriptacularRun, PutsWhatReallyHappenedBeneathAFailure) {
+  using D = AppleEventDescriptor;
+  const auto causeOf = [&](const std::string& script) -> std::string {
+    try {
+      runTask(world.scriptacular(script).run<std::string>());
+    } catch (const platform::Failure& failure) {
+      return failure.cause() ? std::to_string(failure.cause()->line.value_or(0)) + " " + failure.cause()->sentence : "";
+    }
+    return "none";
+  };
+  // A line of the program is one of the script's own, comments and empty lines counted.
+  for (const auto& [sought, line] : {std::pair("set y to 2", "4"), std::pair("end tell", "0")}) {
+    world.tasks.onExecute = [&, sought = sought](const auto& path) -> platform::Task<ModelScriptTasks::Result> {
+      const std::string& program = world.files.files.at(path);
+      ScriptError error("The variable y is not defined. (-2753)");
+      const auto place = static_cast<std::ptrdiff_t>(program.find(sought));
+      error.setCause(
+          platform::Notice{error.identity(), error.errorDescription(),
+                           static_cast<std::size_t>(1 + std::count(program.begin(), program.begin() + place, '\n'))});
+      throw error;
+      co_return std::nullopt;
+    };
+    EXPECT_EQ(causeOf("set x to 1\n-- comment\n\n  set y to 2"),
+              std::string(line) + " The variable y is not defined. (-2753)");
+  }
+  world.tasks.answer(triple(false, D::string("120"), D::integer(0)));
+  EXPECT_THAT(causeOf("x"), testing::StartsWith("0 The page gave no answer"));
+  world.tasks.answer(triple(false, D::string("120"), D::integer(5)));
+  EXPECT_EQ(causeOf("x"), "");
+  world.tasks.answer(D::string("5"));
+  EXPECT_THAT(causeOf("x"), testing::EndsWith("this one gave \"5\"."));
+}
+
 TEST_F(ScriptacularRun, RecordsTheVersionsOfSuccessfulActionsOnly) {
   using D = AppleEventDescriptor;
   const auto run = [&](const D& version) {

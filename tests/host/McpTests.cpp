@@ -28,6 +28,7 @@ namespace asio = boost::asio;
 namespace json = boost::json;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::StartsWith;
 
 platform::Task<void> receiveInto(testsupport::MemoryStream& stream, std::optional<json::object>& message) {
   message = (co_await stream.receive()).value().value().as_object();
@@ -152,10 +153,19 @@ TEST_F(McpTest, TellsOfFailuresAndMistakesInWaysThatAnAgentCanMend) {
   EXPECT_TRUE(missing.at("result").at("isError").as_bool());
   EXPECT_EQ(missing.at("result").at("_meta").at("com.tabwright/failure").at("case"), "cssSelector");
   EXPECT_THAT(bench.scripts, IsEmpty());
-  bench.failureNumber = 2;
+  bench.payload = R"(["false"])";
+  const json::object idle = answerTo(call("ClickElement", {{"cssSelector", "a"}}));
+  EXPECT_EQ(idle.at("result").at("content").at(0).at("text"),
+            "No element of the page matches “a”, so nothing was clicked.");
+  EXPECT_EQ(idle.at("result").at("_meta").at("com.tabwright/notices").at(0).at("case"), "noSuchElement");
+  bench.failureNumber = 0;
   const json::object failed = answerTo(call("ClickElement", {{"cssSelector", "a"}}));
   EXPECT_TRUE(failed.at("result").at("isError").as_bool());
-  EXPECT_EQ(failed.at("result").at("_meta").at("com.tabwright/failure").at("number"), 2);
+  EXPECT_THAT(std::string(failed.at("result").at("content").at(0).at("text").as_string()),
+              StartsWith("The currently active app is not a supported browser\nThe page gave no answer"));
+  const json::value& kind = failed.at("result").at("_meta").at("com.tabwright/failure");
+  EXPECT_EQ(kind.at("number"), 0);
+  EXPECT_EQ(kind.at("cause").at("case"), "noAnswer");
 }
 
 TEST_F(McpTest, HandsFilesOverAsResources) {

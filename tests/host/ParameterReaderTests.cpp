@@ -87,6 +87,8 @@ TEST_F(ParameterReader, ComplaintsNameTheParameterWhatCameAndWhatMayStandThere) 
                                                           "object with an id. Did you mean chromium?"},
       {ParameterTexts{{"targetTab", " \n"}}, "targetTab is empty: what should give it has given nothing. Give one JSON "
                                              "object of the type BrowserTabEntity, or its fullID."},
+      {ParameterTexts{{"cssSelector", "a\xff"}}, "cssSelector takes text in UTF-8, but byte 2 of what it was given "
+                                                 "(hexadecimal FF) belongs to no character."},
       {boost::json::object{{"cssSelector", 5}}, "cssSelector can't be 5; give a text."},
       {boost::json::object{{"tabSelection", true}}, "tabSelection can't be true; give one of frontTab, specificTab."},
       {ParameterTexts{{"targetContext", "netscape"}}, "targetContext can't be \"netscape\"; give one of frontmost, "

@@ -17,6 +17,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::StartsWith;
 
 class Recorder final : public WorkflowObserver {
 public:
@@ -86,7 +87,7 @@ steps:
 }
 
 TEST_F(WorkflowRun, FillsParametersWithValuesOfAnyKind) {
-  bench.payload = R"(["true"])";
+  bench.payload = R"(["false"])";
   run(R"(variables:
   tab: {targetContext: {id: com.brave.browser, name: Brave}, fullID: "com.brave.browser:8"}
   nothing: ""
@@ -101,6 +102,7 @@ steps:
   ASSERT_EQ(bench.scripts.size(), 1U);
   EXPECT_THAT(bench.scripts.front(), HasSubstr("set tabID to \"8\""));
   EXPECT_THAT(bench.scripts.front(), HasSubstr(R"(${selector})"));
+  EXPECT_THAT(recorder.steps, testing::Contains(StartsWith("6: No element of the page matches")));
 }
 
 TEST_F(WorkflowRun, ReadsAFileOnlyWhereTheWorkflowItselfMarksIt) {

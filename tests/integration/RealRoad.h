@@ -64,6 +64,8 @@ protected:
     return catalogue_;
   }
   intents::ActionHost& nobody() { return nobody_; }
+  /// The cases of the notices that actions gave so far.
+  [[nodiscard]] const std::vector<std::string>& noticed() const { return nobody_.told; }
 
   /// What a run failed with, as "Type.case"; a failed expectation where it didn't.
   static std::string failureOf(const std::function<void()>& run) {
@@ -109,7 +111,10 @@ private:
       throw intents::ConfirmationRefused();
       co_return;
     }
-    void notice(const platform::Notice&) override {}
+    void notice(const platform::Notice& notice) override { told.push_back(notice.identity.caseName); }
+
+  public:
+    std::vector<std::string> told;
   };
 
   // What Safari's process calls its windows, which tells private ones apart.

@@ -2,6 +2,9 @@
 #include "RealRoad.h"
 #include "engine/AppleScriptSnippets.h"
 
+#include <boost/json/serialize.hpp>
+#include <gmock/gmock.h>
+
 namespace tabwright::scripting {
 namespace {
 
@@ -33,6 +36,54 @@ TEST_F(Road, ABrowserThatDiesDuringARunEndsIt) {
   });
   EXPECT_EQ(failure.substr(0, 11), "ScriptError");
   EXPECT_TRUE(leftNoScript());
+}
+
+/// What came of JavaScript in a tab: its texts as JSON, or the case of the failure, and what lies beneath it.
+std::string outcomeOf(const std::function<boost::json::value()>& run) {
+  try {
+    return boost::json::serialize(run());
+  } catch (const platform::Failure& failure) {
+    return failure.identity().caseName + ": " + (failure.cause() ? failure.cause()->sentence : "no cause");
+  }
+}
+
+TEST_F(Road, NoPageCanTakeAwayWhatAJobNeedsAndOneThatFailsSaysWhy) {
+  constexpr const char* noAnswer = "frontAppIsNotABrowser: The page gave no answer in the time";
+  struct Row {
+    const char* page; ///< what its script did before
+    const char* code;
+    std::string outcome; ///< its beginning
+  };
+  for (const Row& row : std::vector<Row>{
+           {"", "return [1, [2, [3.5]], {a: 1}, true, , null]", R"(["1","2","3.5","","true",""])"},
+           {"", "return new Promise(done => setTimeout(() => done(['late']), 400))", R"(["late"])"},
+           {"", "throw null", "frontAppIsNotABrowser: The page’s code threw null"},
+           {"", "return Promise.reject(new Error('no'))", "frontAppIsNotABrowser: The page’s code failed: Error: no"},
+           {"", "return new Promise((_, no) => setTimeout(() => no('later'), 400))",
+            "frontAppIsNotABrowser: The page’s code failed: later"},
+           {"", "return new Promise(() => {})", noAnswer},
+           {"", "var await = 1", "pageLoadDuringExecution: The page could not begin with the code: "},
+           {"Array.prototype.map = Array.prototype.flat = Array.prototype.includes = () => { throw 1 }",
+            "return [1, [2]]", R"(["1","2"])"},
+           {"Promise.prototype.then = () => {}", "return [1, [2]]", R"(["1","2"])"},
+           {"Object.prototype.then = () => {}", "return [1, [2]]", R"(["1","2"])"},
+           {"Object.prototype.then = () => {}", "return {}", noAnswer},
+           {"window.Promise = window.setTimeout = window.performance = null", "return [1, [2]]", R"(["1","2"])"}}) {
+    support::PageServer pages;
+    pages.serve("/page", std::string("<title>P</title><script>") + row.page + "</script>");
+    awaitLoaded(open(pages.url("/page")));
+    EXPECT_TRUE(outcomeOf([&] {
+                  return perform("RunJavascriptInTab", {{"targetContext", "chromium"}, {"jsCode", row.code}});
+                }).starts_with(row.outcome))
+        << row.page << " | " << row.code;
+  }
+}
+
+TEST_F(Road, ASuccessThatCameToNothingGivesNotice) {
+  open("data:text/html,<a id=a href='%23'>a</a>");
+  for (const char* selector : {"#a\n", "#none", "["})
+    perform("ClickElement", {{"targetContext", "chromium"}, {"cssSelector", selector}});
+  EXPECT_THAT(noticed(), testing::ElementsAre("noSuchElement", "pageException"));
 }
 
 } // namespace

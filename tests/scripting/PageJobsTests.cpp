@@ -19,12 +19,16 @@ TEST(PageJobs, AreKnownByTheirVariables) {
   ASSERT_TRUE(job);
   EXPECT_EQ(job->canary, canary);
   EXPECT_EQ(job->result, result);
-  EXPECT_NE(job->code.find(result), std::string::npos);
+  EXPECT_TRUE(job->code.starts_with("window." + canary + " = 'alive';\n"));
+  EXPECT_TRUE(job->code.ends_with("('" + result + "', 'x', async function() {\ntry {\nreturn 1\n} catch (error) {\n" +
+                                  "return error.toString()\n}\n})"))
+      << job->code;
 }
 
 TEST(PageJobs, ABodyCannotNameAnotherResult) {
   const std::string other = "__01JDA0000000000000000000XX";
-  const auto job = readPageJob(jobWith("window." + other + " = (res === undefined || res === null)"));
+  const auto job = readPageJob(
+      jobWith("(() => {})()\n.then(res => {\nwindow." + other + " = (res === undefined || res === null)\n? ['y']"));
   ASSERT_TRUE(job);
   EXPECT_EQ(job->result, result);
 }
