@@ -48,7 +48,7 @@ bool PageProgress::take(const Event& event) {
     takeDocument(event);
   } else if (event.method == "Page.domContentEventFired") {
     isParsed_ = true;
-    ++documentsParsed_;
+    knowsDocument_ = true;
   } else {
     return false;
   }
@@ -62,6 +62,8 @@ void PageProgress::takeDocument(const Event& event) {
   mainFrame_ = textOf(frame, "id");
   const bool isRestored = textOf(event.parameters, "type") == "BackForwardCacheRestore";
   isParsed_ = isRestored;
+  isErrorPage_ = frame.contains("unreachableUrl");
+  knowsDocument_ = true;
   if (isRestored || textOf(frame, "loaderId") == loader_) {
     isUnderWay_ = false;
     settled_ = std::max(settled_, begunAt_);

@@ -27,16 +27,21 @@ public:
   void depart() { ++departures_; }
   /// The page has answered a call that was sent when there had been that many departures.
   void answered(std::uint64_t departures);
-  /// The document's state is known from elsewhere: it is still being parsed.
-  void isFoundUnparsed() { isParsed_ = false; }
+  /// What a document that was there before the first event says of itself.
+  void found(bool isParsed, bool isErrorPage) {
+    isParsed_ = isParsed;
+    isErrorPage_ = isErrorPage;
+  }
 
   [[nodiscard]] std::uint64_t departures() const { return departures_; }
   /// Whether a navigation has begun whose end has not been reported.
   [[nodiscard]] bool isUnderWay() const { return isUnderWay_; }
   [[nodiscard]] bool isParsed() const { return isParsed_; }
   [[nodiscard]] bool isSettled() const { return settled_ == departures_ && !isUnderWay_; }
-  /// Documents that were parsed to their end since the beginning.
-  [[nodiscard]] std::uint64_t documentsParsed() const { return documentsParsed_; }
+  /// Whether the document is the browser's own, in place of one that could not be loaded.
+  [[nodiscard]] bool isErrorPage() const { return isErrorPage_; }
+  /// Whether any event has told of the document.
+  [[nodiscard]] bool knowsDocument() const { return knowsDocument_; }
 
 private:
   [[nodiscard]] bool isOfMainFrame(const Event& event) const;
@@ -46,7 +51,8 @@ private:
   std::string loader_; // of the navigation that began last
   bool isUnderWay_ = false;
   bool isParsed_ = true;
-  std::uint64_t documentsParsed_ = 0;
+  bool isErrorPage_ = false;
+  bool knowsDocument_ = false;
   std::uint64_t departures_ = 0;
   std::uint64_t begunAt_ = 0; // the count of departures when the last navigation began
   std::uint64_t settled_ = 0; // the count of departures up to which all are settled

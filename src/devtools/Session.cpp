@@ -47,7 +47,9 @@ constexpr std::chrono::seconds patienceWithParsing(1);
 constexpr std::chrono::seconds patienceWithEnds(1);
 // A page may go on from one address to the next for ever.
 constexpr int mostProbes = 8;
-constexpr std::string_view probeCode = "document.readyState === 'loading'";
+// 1 for a document that is still being parsed, 2 more for one of the browser's in place of a page that wasn't loaded.
+constexpr std::string_view probeCode =
+    "(document.readyState === 'loading' ? 1 : 0) + (location.protocol === 'chrome-error:' ? 2 : 0)";
 
 /// Codes of the protocol's errors (JSON-RPC 2.0, and the server's own).
 constexpr int serverError = -32000;
@@ -59,7 +61,6 @@ constexpr int sessionNotFound = -32001;
 struct Session::Probe {
   std::shared_ptr<PendingCall> call;
   std::uint64_t departures = 0;
-  std::uint64_t documentsParsed = 0;
 };
 
 struct Session::State {
@@ -234,16 +235,14 @@ Evaluation Session::evaluate(const std::string& javascript, const platform::Call
 void Session::probe() {
   try {
     std::uint64_t departures = 0;
-    std::uint64_t documentsParsed = 0;
     {
       const std::lock_guard lock(state_->mutex);
       departures = state_->progress.departures();
-      documentsParsed = state_->progress.documentsParsed();
     }
     std::shared_ptr<PendingCall> call =
         send("Runtime.evaluate", {{"expression", probeCode}, {"returnByValue", true}}, AnsweredBy::page);
     const std::lock_guard lock(state_->mutex);
-    state_->probe = Probe{std::move(call), departures, documentsParsed};
+    state_->probe = Probe{std::move(call), departures};
   } catch (const DevToolsFailure&) { // it would not answer: whoever calls it next is told why
   }
 }
@@ -274,9 +273,10 @@ void Session::take(const Probe& probe, const platform::CallLimits& limits) {
     return;
   state_->answeredAt = std::max(state_->answeredAt, probe.call->answeredAt());
   state_->progress.answered(probe.departures);
-  const boost::json::value* isParsing = (*answer)->at("result").as_object().if_contains("value");
-  if (isParsing != nullptr && *isParsing == true && state_->progress.documentsParsed() == probe.documentsParsed)
-    state_->progress.isFoundUnparsed();
+  const boost::json::value* value = (*answer)->at("result").as_object().if_contains("value");
+  const std::int64_t facts = value != nullptr && value->is_int64() ? value->get_int64() : 0;
+  if (!state_->progress.knowsDocument())
+    state_->progress.found(facts % 2 == 0, facts >= 2);
   state_->progressed.wait_until(lock, limits.stop,
                                 std::min(limits.deadline, std::chrono::steady_clock::now() + patienceWithEnds),
                                 [this] { return !state_->progress.isUnderWay() || state_->obstacle(); });
@@ -303,6 +303,7 @@ void Session::settle(Answer answer, const platform::CallLimits& callLimits) {
 void Session::depart() {
   const std::lock_guard lock(state_->mutex);
   state_->progress.depart();
+  state_->isCrashed = false; // the command brings the page's process back; where it can't, that is reported anew
 }
 
 bool Session::isLeaving() const {
@@ -313,6 +314,11 @@ bool Session::isLeaving() const {
 bool Session::answersLately() const {
   const std::lock_guard lock(state_->mutex);
   return state_->answersLately();
+}
+
+bool Session::isErrorPage() const {
+  const std::lock_guard lock(state_->mutex);
+  return state_->progress.isErrorPage();
 }
 
 std::uint64_t Session::departures() const {

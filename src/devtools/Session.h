@@ -68,6 +68,8 @@ public:
   /// Whether `settle` would have a navigation to wait for, as far as is known.
   [[nodiscard]] bool isLeaving() const;
   [[nodiscard]] bool answersLately() const;
+  /// Whether the page is the browser’s own, in place of one that could not be loaded; known after `settle`.
+  [[nodiscard]] bool isErrorPage() const;
   /// How often the page was about to leave so far.
   [[nodiscard]] std::uint64_t departures() const;
 

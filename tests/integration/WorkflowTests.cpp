@@ -88,14 +88,16 @@ TEST_F(Examples, FillInAFormReadsTheAnswerAndTidiesUp) {
 
 TEST_F(Examples, OpenReadingListTellsWhatDidNotLoad) {
   pages.serve("/a", "<title>A</title>");
-  const boost::json::array list{pages.url("/a"), "no address"};
-  EXPECT_THAT(run("open-reading-list", {{"pages", boost::json::serialize(list)}}),
-              ElementsAre("Not loaded:", StartsWith("- no address (newURL needs a value.")));
+  const boost::json::array list{pages.url("/a"), "no address", "file:///nowhere.html"};
+  EXPECT_THAT(
+      run("open-reading-list", {{"pages", boost::json::serialize(list)}}),
+      ElementsAre("Not loaded:", StartsWith("- no address (newURL needs a value."),
+                  "- file:///nowhere.html (The page file:///nowhere.html could not be loaded: ERR_FILE_NOT_FOUND.)"));
   EXPECT_EQ(tabsAt(pages.url("/a")), 1U);
   const auto seen = snapshot();
   for (const WindowState& window : seen->windows) {
     for (const TabState& tab : window.tabs) {
-      if (tab.url == pages.url("/a"))
+      if (tab.url == pages.url("/a") || tab.url == "file:///nowhere.html")
         driver().closeTab(tab.id, limits());
     }
   }

@@ -97,6 +97,9 @@ struct Step {
 /// The variable of a try step's `otherwise`: an object with type, case, number and message.
 inline constexpr const char* errorVariable = "error";
 
+/// The variable of what the last action had to tell beside its result: a list of sentences.
+inline constexpr const char* noticesVariable = "notices";
+
 struct Workflow {
   std::string title;
   std::vector<NamedExpression> variables; ///< values without paths; null where one must be given from outside

@@ -53,6 +53,7 @@ private:
   }
 
   void check(const ActionStep& step, const Step&) {
+    types_[noticesVariable] = std::nullopt;
     try {
       const auto action = catalogue_.make(step.action.text);
       checkParameters(step, *action);

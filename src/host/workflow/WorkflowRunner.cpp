@@ -73,9 +73,14 @@ public:
   platform::Task<void> requestConfirmation(intents::LocalizedText question) override {
     return host_.requestConfirmation(std::move(question));
   }
-  void notice(const platform::Notice& notice) override { observer_.noticed(step_, notice); }
+  void notice(const platform::Notice& notice) override {
+    notices_.emplace_back(notice.sentence);
+    observer_.noticed(step_, notice);
+  }
+  [[nodiscard]] const json::array& notices() const { return notices_; }
 
 private:
+  json::array notices_;
   const Step& step_;
   intents::ActionHost& host_;
   WorkflowObserver& observer_;
@@ -149,7 +154,9 @@ private:
       parameters.emplace_back(parameter.name.text, std::move(text));
     }
     StepHost host(step, host_, observer_);
+    variables_[noticesVariable] = json::array();
     ActionResult result = co_await host::perform(catalogue_, action.action.text, std::move(parameters), host);
+    variables_[noticesVariable] = host.notices();
     if (action.result)
       variables_[action.result->text] = std::move(result.value);
   }

@@ -28,6 +28,7 @@ ScriptError inTheLanguage(const DriverFailure& failure) {
     return eventError(errorNumber::applicationNotRunning, sentence);
   case DriverFault::notAccepting:
     return eventError(errorNumber::notAuthorised, sentence);
+  case DriverFault::unreachable:
   case DriverFault::lost:
   case DriverFault::notAnswering:
     return eventError(errorNumber::connectionInvalid, sentence);

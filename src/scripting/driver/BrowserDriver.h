@@ -54,6 +54,7 @@ using platform::CallLimits; ///< until when a driver may wait
 enum class DriverFault {
   notRunning,   ///< no such browser runs. detail: its name
   notAccepting, ///< it runs, but doesn't accept remote debugging. detail: its name
+  unreachable,  ///< what its profile tells of its debugging port can't be used. detail: why, as a clause
   lost,         ///< it ended, or the connection broke, during the call or before. detail: why, as a clause
   notAnswering, ///< it answered nothing at all for a while. detail: for how long
   noSuchTab,    ///< detail: the id

@@ -1,5 +1,6 @@
 #include "scripting/driver/BrowserLink.h"
 
+#include "devtools/WireText.h"
 #include "platform/AsciiCase.h"
 #include "platform/Logger.h"
 #include "platform/linux/ProcessExit.h"
@@ -214,13 +215,23 @@ boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascrip
   const std::string& code = job ? job->code : javascript;
   requirePage(tab, limits);
   awaitOpening(tab, limits);
-  devtools::Evaluation evaluation = onPage(tab, limits, [&](const std::shared_ptr<Session>& page) {
-    visits_.settle(*page, limits);
-    visits_.note(page, limits.stop);
-    devtools::Evaluation result = page->evaluate(code, limits);
-    page->probe();
-    return result;
-  });
+  devtools::Evaluation evaluation;
+  try {
+    evaluation = onPage(tab, limits, [&](const std::shared_ptr<Session>& page) {
+      if (visits_.settle(*page, limits))
+        noticeFailedLoad(*page, limits);
+      visits_.note(page, limits.stop);
+      devtools::Evaluation result = page->evaluate(code, limits);
+      page->probe();
+      return result;
+    });
+  } catch (const DevToolsFailure& failure) {
+    if (failure.kind() != DevToolsFault::targetCrashed || !job || !job->reloadsThePage())
+      throw;
+    reload(tab, limits); // the page can't do it for itself
+    jobs_.keep(*job, boost::json::array{""});
+    return nullptr;
+  }
   if (evaluation.exception)
     log.debug("JavaScript gave no value: {}", *evaluation.exception);
   if (job && evaluation.exception && evaluation.exception->find("SyntaxError") != std::string::npos)
@@ -239,6 +250,20 @@ boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascrip
       jobDone_ = {limits.stop, *heldAt + 1};
   }
   return nullptr;
+}
+
+/// Gives notice of a page that is there only to say that the one meant could not be loaded.
+void BrowserLink::noticeFailedLoad(Session& page, const CallLimits& limits) {
+  if (!page.isErrorPage())
+    return;
+  const boost::json::object tree = page.call("Page.getFrameTree", {}, Session::AnsweredBy::page, limits);
+  const boost::json::object& frame = tree.at("frameTree").at("frame").as_object();
+  const devtools::Evaluation code = page.evaluate("document.querySelector('.error-code')?.textContent ?? ''", limits);
+  const std::string reason = code.value.is_string() ? std::string(code.value.get_string()) : std::string();
+  platform::giveNotice(limits,
+                       {{"Page", "notLoaded", {}},
+                        fmt::format("The page {} could not be loaded{}{}.", devtools::textOf(frame, "unreachableUrl"),
+                                    reason.empty() ? "" : ": ", reason)});
 }
 
 /// Lets a navigation that is under way come to its end, for a command that means the page it leads to. The browser

@@ -104,6 +104,7 @@ private:
   std::optional<std::string> findTarget(TabID tab);
   std::shared_ptr<devtools::Session> requirePage(TabID tab, const CallLimits& limits);
   void awaitOpening(TabID tab, const CallLimits& limits);
+  static void noticeFailedLoad(devtools::Session& page, const CallLimits& limits);
   static void arrive(devtools::Session& page, const CallLimits& limits);
   void leave(const std::shared_ptr<devtools::Session>& page, const CallLimits& limits);
   template <class Call>

@@ -22,6 +22,7 @@ const platform::Logger log("DevToolsDriver");
 DriverFailure translated(const DevToolsFailure& failure, const std::string& subject) {
   switch (failure.kind()) {
   case DevToolsFault::unreachable:
+    return platform::failure(DriverFault::unreachable, failure.detail());
   case DevToolsFault::lost:
     return platform::failure(DriverFault::lost, failure.detail());
   case DevToolsFault::notAnswering:
@@ -104,6 +105,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::connect(const CallLimits& limits) {
   if (browsers.empty())
     throw platform::failure(DriverFault::notRunning, std::string(facts_.name));
   std::shared_ptr<BrowserLink> chosen;
+  std::optional<DevToolsFailure> unreachable;
   for (const platform::RunningBrowser& browser : browsers) {
     const bool isOrdered = browser.isPlacedByWindows || browser.isHeadless;
     if (chosen && isOrdered)
@@ -115,17 +117,22 @@ std::shared_ptr<BrowserLink> DevToolsDriver::connect(const CallLimits& limits) {
       if (link && (!chosen || lastFocus(*link, limits) > lastFocus(*chosen, limits)))
         chosen = link;
     } catch (const DevToolsFailure& failure) {
-      if (!chosen)
+      if (failure.kind() == DevToolsFault::unreachable)
+        unreachable = failure;
+      else if (!chosen)
         throw;
       log.debug("Process {} is left out: {}", browser.process, failure.errorDescription());
     }
   }
+  if (!chosen && unreachable)
+    throw platform::failure(DriverFault::unreachable, unreachable->detail());
   if (!chosen)
     throw platform::failure(DriverFault::notAccepting, std::string(facts_.name));
   return chosen;
 }
 
-/// Null when the browser takes no connections.
+/// Null when the browser takes no connections. Throws DevToolsFailure; `unreachable` when it says that it does, but
+/// what it says is wrong.
 std::shared_ptr<BrowserLink> DevToolsDriver::tryLink(const platform::RunningBrowser& browser,
                                                      const CallLimits& limits) {
   std::shared_ptr<BrowserLink> present = currentLink();
@@ -134,16 +141,18 @@ std::shared_ptr<BrowserLink> DevToolsDriver::tryLink(const platform::RunningBrow
   const auto endpoint = parts_.discovery.endpoint(browser.profileDirectory, browser.process, browser.owner);
   if (!endpoint) {
     log.debug("Process {} does not accept remote debugging: {}", browser.process, endpoint.error().detail);
-    return nullptr;
+    switch (endpoint.error().fault) {
+    case devtools::DiscoveryFault::absent:
+    case devtools::DiscoveryFault::notListening: // a file of an earlier run
+      return nullptr;
+    case devtools::DiscoveryFault::malformed:
+    case devtools::DiscoveryFault::untrusted:
+    case devtools::DiscoveryFault::unreadable:
+    case devtools::DiscoveryFault::foreignListener:
+      throw platform::failure(DevToolsFault::unreachable, endpoint.error().detail);
+    }
   }
-  try {
-    return BrowserLink::open(browser, *endpoint, parts_.helperDirectory, parts_.looksAhead, limits);
-  } catch (const DevToolsFailure& failure) {
-    if (failure.kind() != DevToolsFault::unreachable)
-      throw;
-    log.error("Process {} listens, but refuses: {}", browser.process, failure.detail());
-    return nullptr;
-  }
+  return BrowserLink::open(browser, *endpoint, parts_.helperDirectory, parts_.looksAhead, limits);
 }
 
 template <class Call>

@@ -38,6 +38,10 @@ std::string errorDescription(DriverFault fault, const std::string& detail) {
     return fmt::format("{} doesn’t allow JavaScript from Apple Events: remote debugging is off in it. Switch it on at "
                        "chrome://inspect/#remote-debugging, or start a browser that allows it with {}.",
                        orBrowser(detail), startCommand(detail));
+  case DriverFault::unreachable:
+    return fmt::format("The browser can’t be reached at its debugging port: {}. End it and start it again, or start "
+                       "another with {}.",
+                       detail, startCommand({}));
   case DriverFault::lost:
     return withReason("The connection to the browser was lost", detail);
   case DriverFault::notAnswering:
@@ -72,6 +76,8 @@ platform::FailureIdentity identity(DriverFault fault) {
       return "notRunning";
     case DriverFault::notAccepting:
       return "notAccepting";
+    case DriverFault::unreachable:
+      return "unreachable";
     case DriverFault::lost:
       return "lost";
     case DriverFault::notAnswering:

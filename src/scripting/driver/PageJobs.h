@@ -27,6 +27,9 @@ struct PageJob {
   /// What to evaluate in place of the program's text. Its value is the job's outcome, or null when there is none within
   /// a tenth of a second; then the outcome is what the result's variable holds later.
   std::string code;
+
+  /// Whether all that it does is to load the page anew.
+  [[nodiscard]] bool reloadsThePage() const { return code.find("document.location.reload()") != std::string::npos; }
 };
 
 /// The job that the code plants; nothing for other JavaScript.

@@ -30,7 +30,7 @@ void PageVisits::note(const std::shared_ptr<Session>& page, const std::stop_toke
   visits_.push_back({page, run, departures});
 }
 
-void PageVisits::settle(Session& page, const platform::CallLimits& limits) {
+bool PageVisits::settle(Session& page, const platform::CallLimits& limits) {
   bool isOwn = false;
   {
     const std::lock_guard lock(mutex_);
@@ -38,8 +38,10 @@ void PageVisits::settle(Session& page, const platform::CallLimits& limits) {
       return isSameRun(visit.run, limits.stop) && visit.page.lock().get() == &page;
     });
   }
-  if (!isOwn || page.isLeaving() || !page.answersLately())
+  const bool mayBeAnother = !isOwn || page.isLeaving();
+  if (mayBeAnother || !page.answersLately())
     page.settle(Session::Answer::lately, limits);
+  return mayBeAnother;
 }
 
 bool PageVisits::settleOthers(const platform::CallLimits& limits) {

@@ -20,8 +20,9 @@ public:
   /// Code is about to be evaluated in the page, or a command to be given to it.
   void note(const std::shared_ptr<devtools::Session>& page, const std::stop_token& run);
 
-  /// Before code is evaluated: waits until the page is where its navigations lead, and answers.
-  void settle(devtools::Session& page, const platform::CallLimits& limits);
+  /// Before code is evaluated: waits until the page is where its navigations lead, and answers. True when the run may
+  /// meet another page than before.
+  bool settle(devtools::Session& page, const platform::CallLimits& limits);
 
   /// Before the browser is looked at: the same for all pages that other runs have visited. One that has not arrived
   /// within a second is seen as it is, once and for all. True when one of them has left its address since.
