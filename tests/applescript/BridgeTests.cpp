@@ -12,7 +12,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// Holds a value; answers `valueForKey:`, `setValue:forKey:`, `allKeys`, `uppercaseString`, `echo:`.
+/// Holds a value; answers `stringWithString:` and `echo:` with a box of what it is given.
 class Box final : public ForeignObject {
 public:
   Box(std::optional<Value> value, std::vector<std::string>& log) : value_(std::move(value)), log_(log) {}
@@ -22,22 +22,8 @@ public:
     for (const Value& argument : arguments)
       line += " " + sourceForm(argument);
     log_.push_back(line);
-    if (selector == "dictionaryWithDictionary:" || selector == "stringWithString:" || selector == "echo:")
+    if (selector == "stringWithString:" || selector == "echo:")
       return box(plainValue(arguments.at(0)));
-    Record* record =
-        value_ && value_->is<Value::RecordPointer>() ? value_->get<Value::RecordPointer>()->get() : nullptr;
-    if (record && selector == "allKeys") {
-      std::vector<Value> keys;
-      for (const auto& field : record->fields)
-        keys.push_back(box(field.first.name));
-      return box(Value::list(std::move(keys)));
-    }
-    if (record && selector == "valueForKey:")
-      return box(*record->find({0, textIn(arguments.at(0))}));
-    if (record && selector == "setValue:forKey:") {
-      record->set({0, textIn(arguments.at(1))}, arguments.at(0));
-      return Value::missing();
-    }
     throw errors::notUnderstood(description(), selector);
   }
   [[nodiscard]] std::optional<Value> unwrapped() const override { return value_; }
@@ -45,7 +31,6 @@ public:
 
 private:
   Value box(Value value) { return Value::ForeignPointer(std::make_shared<Box>(std::move(value), log_)); }
-  static std::string textIn(const Value& value) { return textOf(value); }
   std::optional<Value> value_;
   std::vector<std::string>& log_;
 };
@@ -109,35 +94,6 @@ TEST_F(BridgeTests, OpaqueObjectsAreSeenAsWhatTheyCoerceTo) {
             "{2, 3}");
   EXPECT_EQ(run("class of (NSThing's alloc())").substr(0, 11), "error -1708");
   EXPECT_EQ(run("(NSThing's echo:{a:1}) as text"), "error -1700 Can’t make {a:1} into type text.");
-}
-
-TEST_F(BridgeTests, NullsInARecordAreToldFromTheTextNull) {
-  const std::string library = R"(
-on replaceNullsInRecord(input)
-  set dict to NSThing's dictionaryWithDictionary:input
-  repeat with dictKey in dict's allKeys()
-    set v to (dict's valueForKey:dictKey)
-    if my isNull(v) then
-      (dict's setValue:(missing value) forKey:dictKey)
-    else if class of v is record then
-      (dict's setValue:(my replaceNullsInRecord(v)) forKey:dictKey)
-    end if
-  end repeat
-  return dict as record
-end replaceNullsInRecord
-on isNull(var)
-  try
-    return var is not "null" and var as text is "null"
-  on error
-    return false
-  end try
-end isNull
-)";
-  EXPECT_EQ(run(library + "replaceNullsInRecord({a:null, b:\"null\", c:{d:null}, e:{null, 1}})"),
-            "{a:missing value, b:\"null\", c:{d:missing value}, e:{null, 1}}");
-  EXPECT_EQ(run(library + "set r to {}\nrepeat with e in {null, \"null\", 1, {a:1}}\nset end of r to isNull(e)\n"
-                          "end repeat\nr"),
-            "{true, false, false, false}");
 }
 
 } // namespace
