@@ -92,7 +92,7 @@ private:
         list.resize(index);
         return;
       }
-      shorten(list[index], fmt::format("{}{}{}", place, place.empty() ? "" : ".", index));
+      shorten(list[index], fmt::format("{}{}item {}", place, place.empty() ? "" : ".", index + 1));
     }
   }
 
