@@ -9,6 +9,7 @@
 #include <boost/json/object.hpp>
 #include <fmt/core.h>
 
+#include <optional>
 #include <string>
 #include <system_error>
 
@@ -35,8 +36,8 @@ host::ActionResult withFilesIn(const std::filesystem::path& folder, host::Action
   if (error)
     throw platform::FileFailure("make the folder", absolute, error.value());
   host::forEachFile(result.value, result.type, [&](boost::json::value& value) {
-    const auto file = intents::ValueTraits<IntentFile>::fromJson(value);
-    value = {{"filename", file.filename}, {"type", file.type}, {"path", written(file, absolute).string()}};
+    const auto file = intents::propertyFromJson<std::optional<IntentFile>>(value);
+    value = {{"filename", file->filename}, {"type", file->type}, {"path", written(*file, absolute).string()}};
   });
   return result;
 }

@@ -93,8 +93,9 @@ private:
       std::optional<intents::NeedsValue> missing;
       try {
         host::ActionResult result = co_await host::perform(catalogue_, run_.command.name, parameters, host_);
-        co_return arguments_.filesFolder ? withFilesIn(run_.directory / *arguments_.filesFolder, std::move(result))
-                                         : std::move(result);
+        if (arguments_.filesFolder)
+          result = withFilesIn(run_.directory / *arguments_.filesFolder, std::move(result));
+        co_return result;
       } catch (const intents::NeedsValue& thrown) {
         missing = thrown;
       }

@@ -53,10 +53,7 @@ TEST_F(ResultFiles, AreWrittenUnderNamesOfTheirOwnAndFoundAgainByTheirPath) {
   EXPECT_EQ(tab.at("selectionRTFD"), (boost::json::value{{"filename", "selection.rtfd"},
                                                          {"type", "com.apple.rtfd"},
                                                          {"path", (folder / "new/selection.rtfd").string()}}));
-  EXPECT_EQ(TabTraits::fromJson(tab), first);
-  std::filesystem::remove(folder / "new/selection.rtfd");
-  EXPECT_EQ(testsupport::failureText([&] { return TabTraits::fromJson(tab); }),
-            "selectionRTFD names the file “" + (folder / "new/selection.rtfd").string() + "”, which can't be read.");
+  EXPECT_EQ(TabTraits::fromJson(tab).fullID, first.fullID);
 }
 
 TEST_F(ResultFiles, LeaveResultsWithoutFilesAsTheyAre) {

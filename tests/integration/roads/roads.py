@@ -5,9 +5,12 @@ Usage: scripts/apart.sh python3 roads.py TABWRIGHT [PART OF A CASE'S NAME]
 roads.yaml holds what is done and what comes of it. One headless browser serves all cases. What a case did there is seen
 without the program's help, in the DevTools port's list of pages.
 """
+import contextlib
 import http.server
 import json
+import os
 import pathlib
+import pty
 import re
 import shlex
 import signal
@@ -302,6 +305,39 @@ def refuse(row, road):
         return f"{told}\n  the pages are {browser.seen(None)}"
 
 
+def at_terminal(line, typed):
+    """What a terminal is sent by a command at which somebody types."""
+    ours, theirs = pty.openpty()
+    with subprocess.Popen(["bash", "-c", line], stdin=theirs, stdout=theirs, stderr=theirs):
+        os.close(theirs)
+        os.write(ours, typed.encode())
+        with contextlib.suppress(OSError), open(ours, errors="replace") as shown:
+            return "".join(iter(shown.readline, ""))
+
+
+def choose(case):
+    url = f"{site}/target/{case}"
+    target = browser.open_tab(url)
+    browser.show_front()
+    offered = shell(f"{program} complete run FocusTab --targetTab=chromium:").stdout.splitlines()
+    if len(offered) != 2:
+        return f"the completion offers {offered}"
+    at_terminal(f"{program} run FocusTab", "3\n2\n")
+    if not shows(target, {"target": "target visible", "front": "front hidden", "new": []}):
+        return f"the pages are {browser.seen(target)}"
+
+
+def close_each(case):
+    url = f"{site}/target/{case}"
+    browser.open_tab(url)
+    browser.open_tab(url)
+    source = source_of("targetTab", url)
+    line = f"{command(source.action, source.parameters)} | {command('CloseTab', {})} --targetTab - --each"
+    ended = shell(line)
+    if ended.returncode != 0 or len(ended.stdout.splitlines()) != 2 or not shows(None, at_rest):
+        return f"{line}\n  gave {ended}\n  the pages are {browser.seen(None)}"
+
+
 def cases(table):
     """The name of every case, and a function that takes its number and gives its complaint."""
     if set(table["actions"]) != set(catalogue):
@@ -316,6 +352,8 @@ def cases(table):
     for row in table["refusals"]:
         for road in roads:
             yield f"{next(iter(row.items()))}, {road}, refused", lambda case: refuse(row, road)
+    yield "FocusTab, command, number", choose
+    yield "CloseTab, command, each", close_each
 
 
 def hangs(*_):
