@@ -1,6 +1,7 @@
 #include "devtools/Connection.h"
 
 #include "devtools/WireText.h"
+#include "platform/FileFailure.h"
 
 #include <boost/asio/connect.hpp>
 #include <boost/asio/executor_work_guard.hpp>
@@ -139,7 +140,9 @@ private:
 
   void connect(const Endpoint& endpoint, const std::shared_ptr<PendingCall>& opening) {
     const auto giveUp = [this, opening](const error_code& error) {
-      opening->fail(DevToolsFault::unreachable, error.message());
+      // What this process has run short of says nothing about the browser.
+      const bool isOurs = platform::isShortage(error.value());
+      opening->fail(isOurs ? DevToolsFault::lost : DevToolsFault::unreachable, error.message());
       lose(error.message());
     };
     const tcp::endpoint address(asio::ip::address_v4::loopback(), endpoint.port);

@@ -9,6 +9,7 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -20,16 +21,17 @@ using platform::FileKind;
 
 const platform::Logger logger("Scriptacular");
 
-[[noreturn]] void failWith(ScriptacularError error) {
+/// `beneath` is what it came to, told to the user beneath the error's own sentence.
+[[noreturn]] void failWith(ScriptacularError error, const Failure* beneath = nullptr) {
   logger.error("{}", errorDescription(error));
-  throw platform::failure(error);
+  throw platform::failure(error).causedBy(beneath ? std::optional(platform::asCause(*beneath)) : std::nullopt);
 }
 
 std::filesystem::path tempFolder(platform::FileManager& files) {
   try {
     return TemporaryScript::folder(files);
-  } catch (const Failure&) {
-    failWith(ScriptacularError::unableToLocateApplicationScriptsFolder);
+  } catch (const Failure& error) {
+    failWith(ScriptacularError::unableToLocateApplicationScriptsFolder, &error);
   }
 }
 
@@ -43,7 +45,7 @@ void ensureTempFolder(const std::filesystem::path& folder, const ScriptacularSer
     services.files.createDirectory(folder);
   } catch (const Failure& error) {
     services.crashReporter.captureError(error);
-    failWith(ScriptacularError::unableToCreateTempFolder);
+    failWith(ScriptacularError::unableToCreateTempFolder, &error);
   }
 }
 
@@ -59,7 +61,7 @@ std::unique_ptr<platform::WrittenFile> writeUnderFreeName(const std::filesystem:
   } catch (const Failure& error) {
     services.crashReporter.captureError(error);
     logger.error("{}", error.errorDescription());
-    throw platform::failure(ScriptacularError::unableToWrite);
+    throw platform::failure(ScriptacularError::unableToWrite).causedBy(platform::asCause(error));
   }
 }
 

@@ -28,6 +28,7 @@ protected:
   CommandOutcome tabwright(const std::vector<std::string>& arguments, const std::string& input = {},
                            std::map<std::string, std::string> environment = {}) {
     environment.merge(std::map<std::string, std::string>{{"HOME", home_.string()},
+                                                         {"XDG_RUNTIME_DIR", ""},
                                                          {"XDG_DATA_HOME", ""},
                                                          {"XDG_STATE_HOME", ""},
                                                          {"XDG_CONFIG_HOME", ""},

@@ -125,12 +125,8 @@ TEST(HTMLToMarkdown, RefusesWhatWouldGrowOutOfProportion) {
     quotes += "<blockquote>";
   for (int count = 0; count < 20'000; ++count)
     quotes += "x<b>y</b>";
-  std::string table = "<table><tr><td>" + std::string(20'000, 'x');
-  for (int count = 0; count < 20'000; ++count)
-    table += "<tr><td>y";
-  for (const std::string& html : {quotes, table})
-    EXPECT_EQ(testsupport::failureText([&] { return converted(html); }),
-              "The HTML can't be converted: it is too long, or its Markdown would be out of all proportion to it");
+  EXPECT_EQ(testsupport::failureText([&] { return converted(quotes); }),
+            "The HTML can't be converted: it is too long, or its Markdown would be out of all proportion to it");
 }
 
 } // namespace

@@ -100,6 +100,8 @@ TEST(TargetContextManager, InstalledIsLookedForOnceAndRunningEachTime) {
 TEST(TargetContextManager, InstalledBrowsersAreThoseOfTheTableByNameToo) {
   ModelBrowserProbe probe{{"vivaldi"}, {}};
   probe.otherInstalled = {{"org.zebra", "zebra"},
+                          {"org.ez", "Éz"},
+                          {"org.elan", "élan"},
                           {"com.Google.Chrome", "Google Chrome"},
                           {"org.chromium.Chromium", "Chromium Nightly"},
                           {"org.Aardvark", "Aardvark"},
@@ -109,7 +111,9 @@ TEST(TargetContextManager, InstalledBrowsersAreThoseOfTheTableByNameToo) {
                                                                  {"org.chromium.chromium", "Chromium Nightly"},
                                                                  {"com.google.chrome", "Google Chrome"},
                                                                  vivaldi,
-                                                                 {"org.zebra", "zebra"}}));
+                                                                 {"org.zebra", "zebra"},
+                                                                 {"org.elan", "élan"},
+                                                                 {"org.ez", "Éz"}}));
   EXPECT_EQ(manager.installedBrowsers(), (std::vector<TargetContext>{{"com.google.chrome", "Google Chrome"}, vivaldi}));
 }
 

@@ -92,6 +92,7 @@ void ScriptThreads::serve() {
   std::unique_lock lock(mutex_);
   for (;;) {
     if (queue_.empty() && idle_ >= mostIdle && !isClosing_) {
+      joinEnded(); // so that at most one keeps its stack
       std::erase(threads_, pthread_self());
       ended_.push_back(pthread_self());
       return;
