@@ -161,14 +161,6 @@ TEST_P(Catalogue, KeepsPrivateWindowsApart) {
   EXPECT_TRUE(run("GetListOfTabs", {{"tabPrivacy", "incognito"}}).as_array().empty());
 }
 
-TEST_P(Catalogue, ANewWindowsFirstTabIsATab) {
-  const std::size_t before = windowCount();
-  const value tab = run("CreateTab", {{"windowType", "newWindow"}});
-  EXPECT_EQ(windowCount(), before + 1);
-  runOn("CloseTab", "targetTab", tab, {{"tabSelection", "specificTab"}});
-  EXPECT_EQ(windowCount(), before);
-}
-
 TEST_P(Catalogue, ClicksLinksByTheirText) {
   const TabID tab = openPage("<title>L</title><a href='#a'> News\n today </a><a href='#b'>All news of \"x\\y\"</a>");
   EXPECT_EQ(run("ClickLink", {{"label", "All news"}}), value(false));
@@ -274,19 +266,6 @@ TEST_P(Catalogue, RunsJavaScriptInThePage) {
   EXPECT_EQ(failureOf([&] { js("return ("); }), "JavascriptError.syntaxException");
 }
 
-TEST_P(Catalogue, RunsAppleScriptInTheBrowser) {
-  openPage("<title>A</title>");
-  const auto script = [&](const std::string& lines) {
-    return std::string(run("RunAppleScript", {{"script", lines}}).as_string());
-  };
-  EXPECT_EQ(boost::json::parse(script("")), boost::json::array());
-  EXPECT_EQ(script("set RETURN_VALUE to name of item 3 of my getFrontVars()"), "\"A\"");
-  EXPECT_EQ(boost::json::parse(script("set RETURN_VALUE to {a:1, b:{true, \"x\\\"y\"}}")),
-            boost::json::parse(R"({"a":1,"b":[true,"x\"y"]})"));
-  EXPECT_THAT(failureOf([&] { script("set RETURN_VALUE to"); }), StartsWith("Script"));
-  EXPECT_THAT(failureOf([&] { script("error \"no\" number 77"); }), StartsWith("Script"));
-}
-
 TEST_P(Catalogue, PagesUnderAStrictPolicyAndPagesWithoutABodyAreDrivenToo) {
   openPage("<meta http-equiv=Content-Security-Policy content=\"default-src 'none'\"><title>C</title><p id=p>strict");
   EXPECT_EQ(boost::json::serialize(run("RunJavascriptInTab", {{"jsCode", "return p.innerText"}})), R"(["strict"])");
@@ -312,19 +291,6 @@ TEST_P(Catalogue, AnOpenDialogAndACrashedTabAreToldAtOnce) {
   evaluate(frail, "1");
   driver().navigate(frail, "chrome://crash", limits());
   EXPECT_THAT(messageOf([&] { run("ClickElement", {{"cssSelector", "b"}}); }), HasSubstr("crash"));
-}
-
-TEST_P(Catalogue, RefusesWhatWouldRunAsCode) {
-  const std::size_t before = windowCount();
-  for (const char* url :
-       {"http://x.test/\" & (do shell script \"x\") & \"", "http://x.test/\\", "javascript:alert(1)", "x.test"})
-    EXPECT_EQ(failureOf([&] { run("CreateWindow", {{"newURL", url}}); }), "NeedsValue.newURL") << url;
-  if (!isSafari()) {
-    EXPECT_THAT(failureOf([&] { run("CreateWindow", {{"name", "\\\" & (error \"ran\") & \\\""}}); }),
-                StartsWith("UsageError"));
-    EXPECT_THAT(failureOf([&] { run("CreateWindow", {{"name", "end\\"}}); }), StartsWith("UsageError"));
-  }
-  EXPECT_EQ(windowCount(), before);
 }
 
 INSTANTIATE_TEST_SUITE_P(Families, Catalogue, ::testing::Values("chromium", "safari"),
