@@ -1,3 +1,4 @@
+#include "engine/AppleScriptSnippets.h"
 #include "support/ScriptBench.h"
 #include "support/SourceFolder.h"
 
@@ -130,10 +131,8 @@ TEST(GeneratedScripts, FindTheFrontmostBrowser) {
   testsupport::ScriptBench bench;
   bench.desktop->add(1, "Editor", "org.editor");
   bench.desktop->add(2, "Chromium", "org.Chromium.chromium");
-  std::string program = resource("frontmostLookup");
-  replaceAll(program, "__MAIN_HANDLER__", "runWithVariables");
-  replaceAll(program, "__BROWSER_BUNDLE_IDS__", "\"com.apple.safari\", \"org.chromium.chromium\"");
-  const auto script = bench.interpreter.compile(program);
+  const std::vector<std::string> ids{"com.apple.safari", "org.chromium.chromium"};
+  const auto script = bench.interpreter.compile(engine::AppleScriptSnippets::frontmostScriptText(ids));
   EXPECT_EQ(applescript::sourceForm(bench.interpreter.call(*script, "runWithVariables")),
             R"({true, "", "\"org.chromium.chromium\""})");
   EXPECT_THAT(bench.desktop->deeds, testing::ElementsAre("hide 1", "show 1", "activate 1"));
@@ -145,11 +144,8 @@ TEST(GeneratedScripts, TriggerThePermissionDialogs) {
   bench.desktop->add(1, "Editor", "org.editor");
   bench.desktop->add(2, "Chromium", "org.chromium.chromium");
   bench.desktop->menus = {{{}, {{"File", true, true}}}, {{0}, {{"New", true, false}}}};
-  std::string program = resource("permissionTrigger");
-  replaceAll(program, "__MAIN_HANDLER__", "runWithVariables");
-  replaceAll(program, "__BUNDLE_ID__", "org.chromium.chromium");
-  replaceAll(program, "__APPLICATION_NAME__", "Tabwright");
-  const auto script = bench.interpreter.compile(program);
+  const auto script = bench.interpreter.compile(
+      engine::AppleScriptSnippets::permissionTriggerScript("org.chromium.chromium", "Tabwright"));
   EXPECT_EQ(applescript::sourceForm(bench.interpreter.call(*script, "runWithVariables")), R"({true, "", "true"})");
   EXPECT_THAT(bench.desktop->deeds, testing::ElementsAre("activate 2"));
   EXPECT_EQ(bench.ownActivations, 1);
