@@ -1,19 +1,15 @@
-// Every action of the catalogue from end to end on a real Chromium, through either family's dictionary.
+// What actions do on a real Chromium, through either family's dictionary.
 #include "RealRoad.h"
-#include "engine/AppleScriptSnippets.h"
 #include "intents/IntentFile.h"
 #include "intents/ValueTraits.h"
 
-#include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
-#include <fmt/core.h>
 #include <gmock/gmock.h>
 
 namespace tabwright::scripting {
 namespace {
 
 using boost::json::value;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 using Parameters = host::ParameterTexts;
@@ -104,15 +100,6 @@ TEST_P(Catalogue, TellsTheSelectionAsTextAsMarkdownAndAsRichText) {
   EXPECT_EQ(file.filename, "selection.rtfd");
   EXPECT_THAT(file.data, AllOf(StartsWith("{\\rtf1"), HasSubstr("News"), HasSubstr(pages().url("/next"))));
   EXPECT_THAT(file.data, Not(AnyOf(HasSubstr("before"), HasSubstr("behind"))));
-}
-
-TEST_P(Catalogue, AJobThatTakesItsTimeIsPolledAndOneThatNeverEndsGivenUp) {
-  openPage("<title>J</title>");
-  const auto js = [&](const std::string& code) {
-    return boost::json::serialize(run("RunJavascriptInTab", {{"jsCode", code}}));
-  };
-  EXPECT_EQ(js("return new Promise(done => setTimeout(() => done('late'), 300))"), R"(["late"])");
-  EXPECT_THAT(failureOf([&] { js("return new Promise(() => {})"); }), StartsWith("AppleScriptRuntimeError."));
 }
 
 TEST_P(Catalogue, MakesNamesListsFocusesAndClosesWindows) {
