@@ -190,6 +190,8 @@ class Browser:
 
     def show_front(self):
         self.ask("activate/" + self.front)
+        while self.seen(None)["front"] != "front visible":
+            time.sleep(0.01)
 
     def seen(self, target):
         titles = {page["id"]: page["title"] for page in self.pages()}
@@ -361,9 +363,9 @@ for name, work in cases(yaml.safe_load((folder / "roads.yaml").read_text())):
     signal.alarm(case_seconds)
     try:
         complaint = work(count)
-        browser.tidy()
     except Exception as error:
         complaint = repr(error)
+    browser.tidy()
     if complaint:
         failed += 1
         print(f"{name}: {complaint}\n", flush=True)
