@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <unistd.h>
 
 namespace tabwright::app {
 namespace {
@@ -47,7 +48,8 @@ TEST_F(ParameterArgumentsOfClickElement, takesATextAsItIsEvenIfItLooksLikeSometh
 }
 
 TEST_F(ParameterArgumentsOfClickElement, readsATabFromAFile) {
-  const std::filesystem::path file = std::filesystem::temp_directory_path() / "tabwright-tab.json";
+  const std::filesystem::path file =
+      std::filesystem::temp_directory_path() / ("tabwright-tab." + std::to_string(::getpid()));
   std::ofstream(file) << "{\"fullID\": \"org.chromium.chromium:8\"}";
   EXPECT_THAT(read({"--targetTab", "@" + file.string()}).parameters,
               ElementsAre(Pair("targetTab", "{\"fullID\": \"org.chromium.chromium:8\"}")));

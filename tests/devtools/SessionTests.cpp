@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <future>
-
 namespace tabwright::devtools {
 
 using support::ScriptedBrowser;
@@ -75,45 +73,6 @@ TEST_F(SessionTest, APageThatWentElsewhereIsToldFromOneThatWasClosed) {
 TEST_F(SessionTest, ASessionThatTheBrowserHasForgottenIsGone) {
   script([](Wire& wire, const Call& call) { wire.refuse(call, -32001, "Session with given id not found."); });
   EXPECT_EQ(fault(), DevToolsFault::targetGone);
-}
-
-TEST_F(SessionTest, EventsEndTheCallsUnderWay) {
-  struct Case {
-    const char* event;
-    DevToolsFault fault;
-    bool isAttachedAfter;
-  };
-  for (const Case& each : {Case{"Page.javascriptDialogOpening", DevToolsFault::dialogOpen, true},
-                           Case{"Inspector.targetCrashed", DevToolsFault::targetCrashed, true},
-                           Case{"Target.detachedFromTarget", DevToolsFault::targetGone, false}}) {
-    script([&](Wire& wire, const Call&) {
-      const bool isBrowsers = std::string_view(each.event).starts_with("Target.");
-      wire.report(each.event, {{"message", "hi"}, {"sessionId", "S"}}, isBrowsers ? "" : "S");
-    });
-    EXPECT_EQ(fault(), each.fault) << each.event;
-    EXPECT_EQ(fault(), each.fault) << "and the calls after: " << each.event;
-    EXPECT_EQ(session_->isAttached(), each.isAttachedAfter) << each.event;
-    session_.reset();
-  }
-}
-
-TEST_F(SessionTest, AfterTheDialogIsClosedAndThePageReloadedCallsGoThrough) {
-  script([count = 0](Wire& wire, const Call& call) mutable {
-    if (++count == 1) {
-      wire.report("Page.javascriptDialogOpening", {{"message", "one"}}, "S");
-      wire.report("Page.javascriptDialogClosed", {}, "S");
-    } else if (count == 2) {
-      wire.report("Inspector.targetCrashed", {}, "S");
-      wire.report("Inspector.targetReloadedAfterCrash", {}, "S");
-    } else {
-      wire.answer(call, {{"result", {{"type", "number"}, {"value", count}}}});
-    }
-  });
-  EXPECT_EQ(fault(), DevToolsFault::dialogOpen);
-  connection_->call("Any", {}, {}, limits()); // whose answer comes behind the events
-  EXPECT_EQ(fault(), DevToolsFault::targetCrashed);
-  connection_->call("Any", {}, {}, limits());
-  EXPECT_EQ(evaluate().value, 3);
 }
 
 TEST_F(SessionTest, BindingsCallTheirListenerWithTheText) {

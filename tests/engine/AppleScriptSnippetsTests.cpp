@@ -6,7 +6,6 @@
 #include "support/JavaScriptContext.h"
 #include "support/LogCapture.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -16,9 +15,6 @@
 namespace tabwright::engine {
 namespace {
 
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::StartsWith;
 using testsupport::goldenText;
 using testsupport::replacingAll;
 
@@ -103,37 +99,6 @@ TEST(AsyncJob, LeavesPlaceholdersOfAUsersTextAlone) {
 TEST(EmptyResultMarker, IsOneForTheProcess) {
   EXPECT_TRUE(std::regex_match(AppleScriptSnippets::emptyResultMarker(), std::regex("res[0-9A-HJKMNP-TV-Z]{26}")));
   EXPECT_EQ(AppleScriptSnippets::emptyResultMarker(), AppleScriptSnippets::emptyResultMarker());
-}
-
-TEST(AppleScriptSnippets, ChecksWindowsAndLooksUpTabs) {
-  const std::string openWindows = "-- Check for available browser windows\nif (count of windows) is 0 then\n"
-                                  "  return failure(2)\nend if";
-  EXPECT_EQ(AppleScriptSnippets::openWindowsCheck(), openWindows);
-  EXPECT_EQ(AppleScriptSnippets::requestedWindowCheck("8"),
-            "-- Check for specific browser window\nset nativeWindow to my findNativeWindowWithID(\"8\")\n"
-            "if nativeWindow is missing value or nativeWindow is null then\n  return failure(7)\nend if\n\n"
-            "set REQUESTED_WINDOW to nativeWindow");
-  const std::string lookup =
-      "set tabID to \"17:3\"\nset nativeObjects to my findNativeTabAndWindowForTabID(tabID)\n"
-      "if nativeObjects is missing value or nativeObjects is null then\n  return failure(5)\nend if\n\n"
-      "set {nativeTab, nativeWindow} to nativeObjects";
-  EXPECT_EQ(AppleScriptSnippets::tabLookup("com.apple.safari:17:3"), lookup);
-  EXPECT_THAT(AppleScriptSnippets::tabLookup("8", AppleScriptSnippets::TabLookupBinds::tab),
-              EndsWith("end if\n\nset {nativeTab} to nativeObjects"));
-  EXPECT_THAT(AppleScriptSnippets::jobForRequestedTab("com.apple.safari:17:3", "1", 1, 0.2),
-              StartsWith(openWindows + "\n" + lookup + "\n-- Run the async code\n"));
-  EXPECT_THAT(AppleScriptSnippets::jobForFrontTab("1", 1, 0.2),
-              StartsWith(openWindows +
-                         "\nset {FRONT_WINDOW, FRONT_WINDOW_ID, FRONT_TAB, FRONT_TAB_ID} to my getFrontVars()\n"
-                         "set nativeTab to FRONT_TAB\n-- Run the async code\n"));
-}
-
-TEST(AppleScriptSnippets, MakeTheProgramsThatStandAlone) {
-  const std::vector<std::string> ids{"com.google.chrome", "com.apple.safari"};
-  EXPECT_EQ(AppleScriptSnippets::frontmostScriptText(ids), goldenText("frontmostLookup.applescript"));
-  EXPECT_THAT(AppleScriptSnippets::frontmostScriptText({}), HasSubstr("is in {} then"));
-  EXPECT_EQ(AppleScriptSnippets::permissionTriggerScript("com.google.chrome", "Tabwright"),
-            goldenText("permissionTrigger.applescript"));
 }
 
 } // namespace

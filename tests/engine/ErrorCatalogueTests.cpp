@@ -2,7 +2,6 @@
 #include "engine/errors/AppleScriptRuntimeError.h"
 #include "engine/errors/AxeError.h"
 #include "engine/errors/JavascriptError.h"
-#include "engine/errors/ScriptacularError.h"
 #include "engine/errors/StringError.h"
 
 #include <gtest/gtest.h>
@@ -16,18 +15,6 @@ TEST(ErrorCatalogue, HasTheNumbersThatScriptsUse) {
   EXPECT_EQ(appleScriptRuntimeErrorWithRawValue(8), std::nullopt);
   EXPECT_EQ(appleScriptRuntimeErrorWithRawValue(-1), std::nullopt);
   EXPECT_EQ(platform::failure(AppleScriptRuntimeError::tabNotFound).identity().number, 5);
-}
-
-TEST(ErrorCatalogue, SpeaksInItsOwnWords) {
-  EXPECT_EQ(platform::failure(AppleScriptRuntimeError::windowNotFound).errorDescription(),
-            "The requested window could not be found");
-  EXPECT_EQ(platform::failure(AxeError::windowNotFound).errorDescription(), "The requested window couldn't be found");
-  EXPECT_TRUE(errorDescription(ScriptacularError::javascriptFromAppleEventsDisabled)
-                  .starts_with("This action requires you to to allow \"JavaScript from Apple Events\" in your browser, "
-                               "see https://"));
-  EXPECT_TRUE(errorDescription(ScriptacularError::javascriptFromAppleEventsDisabled).ends_with("/-js"));
-  EXPECT_STREQ(platform::failure(ScriptacularError::missingScript).what(), "Missing job");
-  EXPECT_EQ(identity(ScriptacularError::unableToWrite).caseName, "unableToWrite");
 }
 
 TEST(ErrorCatalogue, FindsTheTextsOfItsSymbolicKeys) {

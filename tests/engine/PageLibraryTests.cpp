@@ -17,15 +17,12 @@ protected:
       var calls = [], fields = {};
       var form = { submit() { calls.push("submit"); } };
       var document = {
-        readyState: "complete",
         querySelector: selector => fields[selector] ?? null,
         querySelectorAll: selector => fields[selector] ?? [],
         execCommand: (...command) => calls.push(command.join(" ")),
       };
       var window = globalThis;
       class Event { constructor(name) { this.name = name; } }
-      class PointerEvent extends Event {}
-      class HTMLElement {}
       const input = (type, more = {}) => ({
         tagName: "INPUT", type, closest: () => form, focus() { calls.push("focus"); },
         dispatchEvent(event) { calls.push("event " + event.name); }, ...more });
@@ -82,22 +79,6 @@ TEST_F(PageLibrary, ListsLinksAndImages) {
            window.getComputedStyle = () => ({ width: "12.5px" });)");
   EXPECT_EQ(value("getAllLinks()"), R"([{"text":"x","url":"https://a/"}])");
   EXPECT_EQ(value("getAllImages()"), R"([{"src":"s","alt":"","width":12.5,"height":4}])");
-}
-
-TEST_F(PageLibrary, WaitsForAVisibleElementAsLongAsItIsTold) {
-  value(R"(var now = 0, waits = 0, onWait = () => {}, result;
-           Date.now = () => now;
-           var setTimeout = (resume, milliseconds) => { now += milliseconds; onWait(++waits); resume(); };
-           const waited = seconds => { now = waits = 0; waitForPageElement("e", seconds).then(r => result = r); };
-           const element = hidden => Object.assign(new HTMLElement(), { hidden });)");
-  value("fields = { e: element(false) }; waited(1)");
-  EXPECT_EQ(value("[result, waits]"), "[true,0]");
-  value("fields = { e: element(true) }; waited(1)");
-  EXPECT_EQ(value("[result, waits]"), "[false,5]");
-  value("fields = {}; onWait = count => { if (count === 3) fields.e = element(false); }; waited(1)");
-  EXPECT_EQ(value("[result, waits]"), "[true,3]");
-  value("document.readyState = 'loading'; onWait = () => {}; waited(1)");
-  EXPECT_EQ(value("[result, waits]"), "[false,5]");
 }
 
 } // namespace

@@ -1,19 +1,15 @@
-// Every action of the catalogue from end to end on a real Chromium, through either family's dictionary.
+// What actions do on a real Chromium, through either family's dictionary.
 #include "RealRoad.h"
-#include "engine/AppleScriptSnippets.h"
 #include "intents/IntentFile.h"
 #include "intents/ValueTraits.h"
 
-#include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
-#include <fmt/core.h>
 #include <gmock/gmock.h>
 
 namespace tabwright::scripting {
 namespace {
 
 using boost::json::value;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 using Parameters = host::ParameterTexts;
@@ -106,15 +102,6 @@ TEST_P(Catalogue, TellsTheSelectionAsTextAsMarkdownAndAsRichText) {
   EXPECT_THAT(file.data, Not(AnyOf(HasSubstr("before"), HasSubstr("behind"))));
 }
 
-TEST_P(Catalogue, AJobThatTakesItsTimeIsPolledAndOneThatNeverEndsGivenUp) {
-  openPage("<title>J</title>");
-  const auto js = [&](const std::string& code) {
-    return boost::json::serialize(run("RunJavascriptInTab", {{"jsCode", code}}));
-  };
-  EXPECT_EQ(js("return new Promise(done => setTimeout(() => done('late'), 300))"), R"(["late"])");
-  EXPECT_THAT(failureOf([&] { js("return new Promise(() => {})"); }), StartsWith("AppleScriptRuntimeError."));
-}
-
 TEST_P(Catalogue, MakesNamesListsFocusesAndClosesWindows) {
   const std::size_t before = windowCount();
   pages().serve("/w", "<title>W</title>");
@@ -159,14 +146,6 @@ TEST_P(Catalogue, KeepsPrivateWindowsApart) {
   EXPECT_EQ(tabs.at(0).at("isPrivate"), value(true));
   runOn("CloseWindow", "targetWindow", made);
   EXPECT_TRUE(run("GetListOfTabs", {{"tabPrivacy", "incognito"}}).as_array().empty());
-}
-
-TEST_P(Catalogue, ANewWindowsFirstTabIsATab) {
-  const std::size_t before = windowCount();
-  const value tab = run("CreateTab", {{"windowType", "newWindow"}});
-  EXPECT_EQ(windowCount(), before + 1);
-  runOn("CloseTab", "targetTab", tab, {{"tabSelection", "specificTab"}});
-  EXPECT_EQ(windowCount(), before);
 }
 
 TEST_P(Catalogue, ClicksLinksByTheirText) {
@@ -274,19 +253,6 @@ TEST_P(Catalogue, RunsJavaScriptInThePage) {
   EXPECT_EQ(failureOf([&] { js("return ("); }), "JavascriptError.syntaxException");
 }
 
-TEST_P(Catalogue, RunsAppleScriptInTheBrowser) {
-  openPage("<title>A</title>");
-  const auto script = [&](const std::string& lines) {
-    return std::string(run("RunAppleScript", {{"script", lines}}).as_string());
-  };
-  EXPECT_EQ(boost::json::parse(script("")), boost::json::array());
-  EXPECT_EQ(script("set RETURN_VALUE to name of item 3 of my getFrontVars()"), "\"A\"");
-  EXPECT_EQ(boost::json::parse(script("set RETURN_VALUE to {a:1, b:{true, \"x\\\"y\"}}")),
-            boost::json::parse(R"({"a":1,"b":[true,"x\"y"]})"));
-  EXPECT_THAT(failureOf([&] { script("set RETURN_VALUE to"); }), StartsWith("Script"));
-  EXPECT_THAT(failureOf([&] { script("error \"no\" number 77"); }), StartsWith("Script"));
-}
-
 TEST_P(Catalogue, PagesUnderAStrictPolicyAndPagesWithoutABodyAreDrivenToo) {
   openPage("<meta http-equiv=Content-Security-Policy content=\"default-src 'none'\"><title>C</title><p id=p>strict");
   EXPECT_EQ(boost::json::serialize(run("RunJavascriptInTab", {{"jsCode", "return p.innerText"}})), R"(["strict"])");
@@ -312,19 +278,6 @@ TEST_P(Catalogue, AnOpenDialogAndACrashedTabAreToldAtOnce) {
   evaluate(frail, "1");
   driver().navigate(frail, "chrome://crash", limits());
   EXPECT_THAT(messageOf([&] { run("ClickElement", {{"cssSelector", "b"}}); }), HasSubstr("crash"));
-}
-
-TEST_P(Catalogue, RefusesWhatWouldRunAsCode) {
-  const std::size_t before = windowCount();
-  for (const char* url :
-       {"http://x.test/\" & (do shell script \"x\") & \"", "http://x.test/\\", "javascript:alert(1)", "x.test"})
-    EXPECT_EQ(failureOf([&] { run("CreateWindow", {{"newURL", url}}); }), "NeedsValue.newURL") << url;
-  if (!isSafari()) {
-    EXPECT_THAT(failureOf([&] { run("CreateWindow", {{"name", "\\\" & (error \"ran\") & \\\""}}); }),
-                StartsWith("UsageError"));
-    EXPECT_THAT(failureOf([&] { run("CreateWindow", {{"name", "end\\"}}); }), StartsWith("UsageError"));
-  }
-  EXPECT_EQ(windowCount(), before);
 }
 
 INSTANTIATE_TEST_SUITE_P(Families, Catalogue, ::testing::Values("chromium", "safari"),

@@ -74,21 +74,4 @@ TEST_F(DriverTest, APageThatGoesElsewhereMeanwhileGivesNull) {
   eventually([&] { return evaluate(tab, "document.title") == "Next"; });
 }
 
-TEST_F(DriverTest, ManyThreadsShareOneDriver) {
-  const TabID tab = open("data:text/html,x");
-  std::vector<std::jthread> threads;
-  std::atomic<int> right{0};
-  for (int thread = 0; thread < 8; ++thread) {
-    threads.emplace_back([&, thread] {
-      for (int round = 0; round < 20; ++round) {
-        const int sum = thread * 1000 + round;
-        if (evaluate(tab, std::to_string(thread * 1000) + " + " + std::to_string(round)) == sum && find(tab))
-          ++right;
-      }
-    });
-  }
-  threads.clear();
-  EXPECT_EQ(right, 160);
-}
-
 } // namespace tabwright::scripting

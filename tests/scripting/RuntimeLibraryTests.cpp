@@ -1,3 +1,4 @@
+#include "engine/AppleScriptSnippets.h"
 #include "support/ScriptBench.h"
 #include "support/SourceFolder.h"
 
@@ -7,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
 #include <fstream>
 #include <sstream>
 
@@ -37,15 +37,9 @@ protected:
       browser->addWindow({});
     browser->addWindow({{"P", "https://p.test/"}}, scripting::WindowMode::incognito);
     browser->page = [](scripting::TabID, const std::string& javascript) -> boost::json::value {
-      if (javascript.find("userAgent") != std::string::npos)
-        return "156";
-      if (javascript == "document.readyState")
-        return "interactive";
-      return boost::json::value("page: " + javascript.substr(0, 24));
+      return javascript.find("userAgent") != std::string::npos ? "156" : nullptr;
     };
     desktop->add(9, "Safari", "com.apple.safari", {"A", "Private Browsing"});
-    desktop->menus = {{{}, {{"Safari", true, true}, {"Fichier", true, true}}},
-                      {{1}, {{"Nouvelle fenêtre", true, false}, {"Nouvelle fenêtre privée", true, false}}}};
   }
 
   static bool isChromium() { return GetParam() == "chromium"; }
@@ -75,8 +69,6 @@ protected:
     const auto parsed = boost::json::parse(*value.text(), error);
     return error ? *value.text() : boost::json::serialize(parsed);
   }
-
-  std::string tabID(int index) const { return isChromium() ? std::to_string(index) : "101:" + std::to_string(index); }
 };
 
 TEST_P(RuntimeLibrary, WrapsResultsAndVersions) {
@@ -95,27 +87,6 @@ TEST_P(RuntimeLibrary, WritesNothingsAsJSONNull) {
   EXPECT_EQ(perform("return my splitString(\"12345:3\", \":\")"), R"({"12345", "3"})");
 }
 
-TEST_P(RuntimeLibrary, DescribesWindowsAndTabs) {
-  const std::string tab =
-      R"({"htmlContent":"","isLoading":false,"isPrivate":false,"pageSelectionText":"",)"
-      R"("pageSelectionHTML":"","tabID":"ID","tabTitle":"T","tabURL":"https://t.test/","textContent":""})";
-  const auto tabText = [&](const std::string& id, const std::string& title) {
-    std::string text = tab;
-    replaceAll(text, "\"ID\"", "\"" + id + "\"");
-    replaceAll(text, "\"T\"", "\"" + title + "\"");
-    replaceAll(text, "t.test", std::string(1, static_cast<char>(std::tolower(title[0]))) + ".test");
-    return text;
-  };
-  EXPECT_EQ(json("my makeBrowserWindowData(front window)"),
-            R"({"activeTab":)" + tabText(tabID(1), "A") + R"(,"activeTabID":")" + tabID(1) +
-                R"(","activeTabIndex":1,"isPrivate":false,"isVisible":true,"tabsList":[)" + tabText(tabID(1), "A") +
-                "," + tabText(tabID(2), "B") + R"(],"windowID":"101","windowIndex":1,"windowTitle":"A"})");
-  const std::string all = json("my getListOfTabs()");
-  EXPECT_THAT(all, HasSubstr(tabText(tabID(2), "B")));
-  EXPECT_THAT(all, HasSubstr(R"("isPrivate":true)"));
-  EXPECT_EQ(boost::json::parse(json("my getListOfWindows()")).as_array().size(), 2U);
-}
-
 TEST_P(RuntimeLibrary, LooksPastDeveloperToolsAtTheFront) {
   browser->addWindow({});
   browser->change([](auto& windows) { std::ranges::rotate(windows, windows.end() - 1); });
@@ -130,10 +101,8 @@ TEST(GeneratedScripts, FindTheFrontmostBrowser) {
   testsupport::ScriptBench bench;
   bench.desktop->add(1, "Editor", "org.editor");
   bench.desktop->add(2, "Chromium", "org.Chromium.chromium");
-  std::string program = resource("frontmostLookup");
-  replaceAll(program, "__MAIN_HANDLER__", "runWithVariables");
-  replaceAll(program, "__BROWSER_BUNDLE_IDS__", "\"com.apple.safari\", \"org.chromium.chromium\"");
-  const auto script = bench.interpreter.compile(program);
+  const std::vector<std::string> ids{"com.apple.safari", "org.chromium.chromium"};
+  const auto script = bench.interpreter.compile(engine::AppleScriptSnippets::frontmostScriptText(ids));
   EXPECT_EQ(applescript::sourceForm(bench.interpreter.call(*script, "runWithVariables")),
             R"({true, "", "\"org.chromium.chromium\""})");
   EXPECT_THAT(bench.desktop->deeds, testing::ElementsAre("hide 1", "show 1", "activate 1"));
@@ -145,11 +114,8 @@ TEST(GeneratedScripts, TriggerThePermissionDialogs) {
   bench.desktop->add(1, "Editor", "org.editor");
   bench.desktop->add(2, "Chromium", "org.chromium.chromium");
   bench.desktop->menus = {{{}, {{"File", true, true}}}, {{0}, {{"New", true, false}}}};
-  std::string program = resource("permissionTrigger");
-  replaceAll(program, "__MAIN_HANDLER__", "runWithVariables");
-  replaceAll(program, "__BUNDLE_ID__", "org.chromium.chromium");
-  replaceAll(program, "__APPLICATION_NAME__", "Tabwright");
-  const auto script = bench.interpreter.compile(program);
+  const auto script = bench.interpreter.compile(
+      engine::AppleScriptSnippets::permissionTriggerScript("org.chromium.chromium", "Tabwright"));
   EXPECT_EQ(applescript::sourceForm(bench.interpreter.call(*script, "runWithVariables")), R"({true, "", "true"})");
   EXPECT_THAT(bench.desktop->deeds, testing::ElementsAre("activate 2"));
   EXPECT_EQ(bench.ownActivations, 1);

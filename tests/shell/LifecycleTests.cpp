@@ -17,7 +17,6 @@
 #include <optional>
 #include <stdexcept>
 #include <thread>
-#include <unistd.h>
 
 namespace tabwright::shell {
 namespace {
@@ -241,13 +240,6 @@ TEST_F(LifecycleTest, AWindowlessApplicationTellsItsDelegateAndStopsOnce) {
   EXPECT_EQ(stops, 1);
   EXPECT_EQ(log.linesOf("debug MainDelegate: Shutting down").size(), 1u);
   main.reset();
-}
-
-TEST(Varn, TellsWhichProgramThisIs) {
-  EXPECT_EQ(Varn::App::release(), std::string(Varn::App::version()) + " (" + std::string(Varn::App::build()) + ")");
-  EXPECT_EQ(Varn::App::identificationLine(),
-            "com.tabwright.tabwright / " + Varn::App::release() + " / PID: " + std::to_string(getpid()));
-  EXPECT_EQ(nameOf(Varn::App::currentBuild), "Beta");
 }
 
 } // namespace

@@ -41,26 +41,4 @@ describe("An agent on a page", limits, () => {
     const left = await agent.call("GetListOfTabs", { targetContext: "chromium" });
     assert.ok(left.length > 0 && left.every((other) => other.fullID !== tabs[0].fullID));
   });
-
-  it("gets a selection's rich text as an embedded resource", async (test) => {
-    const agent = await Agent.connect(test);
-    const page = await Page.serve(test);
-    const tab = await agent.open(page.url);
-    const without = await agent.ask("GetDetailsOfTab", tab);
-    assert.deepEqual(without.content.map((part) => part.type), ["text"]);
-
-    await agent.call("RunJavascriptInTab", { ...tab, jsCode: "getSelection().selectAllChildren(text)" });
-    const { content } = await agent.ask("GetDetailsOfTab", tab);
-    assert.deepEqual(content.map((part) => part.type), ["text", "resource"]);
-    const details = JSON.parse(content[0].text);
-    assert.equal(details.selectionMD, "Some **bold** words and an _ü_.");
-    const { uri, mimeType, blob } = content[1].resource;
-    assert.ok(new URL(uri).pathname.endsWith(details.selectionRTFD.filename), uri);
-    assert.equal(mimeType, "application/rtf");
-    const richText = Buffer.from(blob, "base64").toString("latin1");
-    assert.match(richText, /^\{\\rtf1/);
-    assert.match(richText, /bold/);
-    assert.equal(details.selectionRTFD.resource, uri);
-    assert.ok(!content[0].text.includes(blob));
-  });
 });

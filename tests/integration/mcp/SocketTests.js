@@ -64,20 +64,6 @@ describe("A conversation on the socket of the background host", limits, () => {
     assert.deepEqual(questions, ["first"]);
   });
 
-  it("stops a cancelled script", async (test) => {
-    const agent = await connect(test);
-    const page = await Page.serve(test);
-    await agent.open(page.url);
-    const abort = new AbortController();
-    const ticked = page.next("/tick");
-    const call = agent.ask("RunAppleScript", ticking(page), { signal: abort.signal });
-    await Promise.race([ticked, call]);
-    abort.abort("enough");
-    await assert.rejects(call, /enough/);
-    assert.ok((await agent.call("GetListOfTabs", { targetContext: "chromium" })).length > 0);
-    await assertNoMoreTicks(page);
-  });
-
   it("stops the script of a client that goes away", async (test) => {
     const page = await Page.serve(test);
     const staying = await connect(test);

@@ -1,4 +1,5 @@
-"""Takes every action down every road that users take, with the programs as they are shipped, on a real Chromium.
+"""Takes every action down every road that users take, and the examples, with the programs as they are shipped, on a
+real Chromium.
 
 Usage: scripts/apart.sh python3 roads.py TABWRIGHT [PART OF A CASE'S NAME]
 
@@ -25,7 +26,8 @@ from typing import Any
 import yaml
 
 program = sys.argv[1]
-folder = pathlib.Path(__file__).parent
+folder = pathlib.Path(__file__).resolve().parent
+checkout = folder.parents[2]
 effect_seconds = 10  # for an effect to show
 case_seconds = 60
 ours = {"targetContext": "chromium"}
@@ -177,8 +179,8 @@ class Browser:
         self.ask("new?" + url, "PUT")
         return self.ready(url)
 
-    def open_window(self, url):
-        by_command("CreateWindow", ours | {"newURL": url})
+    def open_window(self, url, kind="standardWindow"):
+        by_command("CreateWindow", ours | {"newURL": url, "windowType": kind})
         return self.ready(url)
 
     def ready(self, url):
@@ -191,6 +193,8 @@ class Browser:
 
     def show_front(self):
         self.ask("activate/" + self.front)
+        while self.seen(None)["front"] != "front visible":
+            time.sleep(0.01)
 
     def seen(self, target):
         titles = {page["id"]: page["title"] for page in self.pages()}
@@ -235,9 +239,9 @@ def fits(value, wanted):
     return type(value) is type(wanted) and value == wanted
 
 
-def shows(target, wanted):
+def eventually(condition):
     end = time.monotonic() + effect_seconds
-    while not fits(browser.seen(target), wanted):
+    while not condition():
         if time.monotonic() > end:
             return False
         time.sleep(0.01)
@@ -246,7 +250,8 @@ def shows(target, wanted):
 
 def filled(row, url):
     """The row with the addresses of this case in it."""
-    return json.loads(json.dumps(row).replace("{site}", site).replace("{url}", url))
+    text = json.dumps(row).replace("{site}", site).replace("{url}", url)
+    return json.loads(text.replace("{checkout}", str(checkout)))
 
 
 def parameters_of(action):
@@ -281,7 +286,7 @@ def take(action, row, road, aim, case):
         "front": "front visible" if isBehind or isWindow else "front hidden",
         "new": [],
     } | row.get("effect", {})
-    if not shows(target, effect):
+    if not eventually(lambda: fits(browser.seen(target), effect)):
         return f"{told}\n  the pages are {browser.seen(target)}\n  and not {effect}"
 
     if "then" in row:
@@ -338,6 +343,24 @@ def close_each(case):
         return f"{line}\n  gave {ended}\n  the pages are {browser.seen(None)}"
 
 
+def run_example(name, row):
+    """An example, as the manual runs it. Gives the complaint, if there is one."""
+    row = filled(row, "")
+    for page in row.get("privatePages", []):
+        browser.open_window(site + page, "privateWindow")
+    for page in row.get("pages", []):
+        browser.open_tab(site + page)
+    values = [f"--set={name}={value}" for name, value in row.get("values", {}).items()]
+    line = shlex.join([program, "workflow", str(checkout / "examples" / f"{name}.yaml"), *values])
+    ended = shell(line)
+    told = f"{line}\n  printed {ended.stdout}{ended.stderr}"
+    if ended.returncode != 0 or not fits(ended.stdout.splitlines(), row["prints"]):
+        return f"{told}\n  and not {row['prints']}"
+    left = lambda: sorted(browser.seen(None)["new"])
+    if not eventually(lambda: fits(left(), row["leaves"])):
+        return f"{told}\n  the pages are {left()}\n  and not {row['leaves']}"
+
+
 def cases(table):
     """The name of every case, and a function that takes its number and gives its complaint."""
     if set(table["actions"]) != set(catalogue):
@@ -354,6 +377,8 @@ def cases(table):
             yield f"{next(iter(row.items()))}, {road}, refused", lambda case: refuse(row, road)
     yield "FocusTab, command, number", choose
     yield "CloseTab, command, each", close_each
+    for name, row in table["examples"].items():
+        yield f"example {name}", lambda case: run_example(name, row)
 
 
 def hangs(*_):
@@ -376,9 +401,9 @@ for name, work in cases(yaml.safe_load((folder / "roads.yaml").read_text())):
     signal.alarm(case_seconds)
     try:
         complaint = work(count)
-        browser.tidy()
     except Exception as error:
         complaint = repr(error)
+    browser.tidy()
     if complaint:
         failed += 1
         print(f"{name}: {complaint}\n", flush=True)
