@@ -26,7 +26,6 @@ namespace {
 const platform::Logger log("BrowserLink");
 
 constexpr auto patienceWithNewPages = 3s;
-constexpr auto patienceWithServers = 10s;
 constexpr auto newPagePollInterval = 5ms;
 constexpr std::string_view notActive = "Not attached to an active page"; // the browser's words
 
@@ -50,7 +49,7 @@ std::shared_ptr<BrowserLink> BrowserLink::open(const platform::RunningBrowser& b
                                                const CallLimits& limits) {
   std::shared_ptr<BrowserLink> link(new BrowserLink(browser, devtools::Connection::open(endpoint, limits)));
   const auto version = link->connection_->send("Browser.getVersion", {});
-  std::function<void()> onChange = [changes = link->changes_] { changes->fetch_add(1); };
+  std::function<void()> onChange = [changes = link->changes_] { changes->add(); };
   if (looksAhead == LooksAhead::yes) {
     link->lookahead_ =
         std::make_unique<Lookahead>([&link = *link](const std::stop_token& stop) { link.lookAhead(stop); });
@@ -84,7 +83,7 @@ std::shared_ptr<const BrowserSnapshot> BrowserLink::snapshot(const CallLimits& l
   if (lookahead_)
     lookahead_->used();
   if (visits_.settleOthers(limits))
-    changes_->fetch_add(1); // the browser has told us of them, but the helper may not have yet
+    changes_->add(); // the browser has told us of them, but the helper may not have yet
   return upToDate(limits);
 }
 
@@ -171,16 +170,18 @@ std::shared_ptr<Session> BrowserLink::requirePage(TabID tab, const CallLimits& l
 // ---------------------------------------------------------------------------------------------------------- pages
 
 /// What is asked of a tab that was just made means the page it was made for, not the empty document that it begins
-/// with. But a server may never answer: then that is all there is.
-void BrowserLink::awaitOpening(TabID tab, const CallLimits& limits) {
+/// with.
+void BrowserLink::awaitOpening(TabID tab, const CallLimits& callLimits) {
+  const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
   const auto isOpening = [&] {
     const std::lock_guard lock(mutex_);
     return viewed_.opening.contains(tab);
   };
-  const auto end = std::chrono::steady_clock::now() + patienceWithServers;
-  while (isOpening() && std::chrono::steady_clock::now() < end) {
-    devtools::pause(newPagePollInterval, "the tab’s first page has not come yet", limits);
+  while (isOpening()) {
+    const std::uint64_t before = changes_->load();
     look(BrowserView::Extent::whole, limits);
+    if (isOpening())
+      changes_->awaitOther(before, "the tab’s first page", limits);
   }
 }
 

@@ -4,6 +4,7 @@
 #include "devtools/Waiting.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/driver/BrowserView.h"
+#include "scripting/driver/ChangeCount.h"
 #include "scripting/driver/Lookahead.h"
 #include "scripting/driver/PageJobs.h"
 #include "scripting/driver/PageSessions.h"
@@ -79,7 +80,7 @@ private:
     ~Disturbance() {
       if (kind_ == Kind::command)
         link_.commands_.fetch_add(1);
-      link_.changes_->fetch_add(1);
+      link_.changes_->add();
       link_.disturbances_->fetch_sub(1);
       if (link_.lookahead_) {
         link_.lookahead_->used();
@@ -117,7 +118,7 @@ private:
   PageSessions pages_;
   PageVisits visits_;
   PageJobResults jobs_;
-  const Counter changes_ = std::make_shared<std::atomic<std::uint64_t>>(0);
+  const std::shared_ptr<ChangeCount> changes_ = std::make_shared<ChangeCount>();
   const Counter disturbances_ = std::make_shared<std::atomic<std::uint64_t>>(0);
   std::atomic<std::uint64_t> commands_ = 0; ///< that have ended
   std::unique_ptr<BrowserView> view_;

@@ -60,7 +60,7 @@ std::string errorDescription(DriverFault fault, const std::string& detail) {
   case DriverFault::dialogOpen:
     return fmt::format("The page shows a dialog and answers nothing until it is closed: “{}”.", detail);
   case DriverFault::timedOut:
-    return "The browser did not answer in time. Its page may be busy, or show a dialog.";
+    return "The browser did not answer in time. Its page may be busy, show a dialog, or not have come yet.";
   case DriverFault::stopped:
     return "Waiting for the browser was stopped.";
   case DriverFault::refused:

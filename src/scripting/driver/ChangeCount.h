@@ -1,0 +1,41 @@
+#pragma once
+
+#include "devtools/DevToolsFault.h"
+#include "platform/CallLimits.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+
+namespace tabwright::scripting {
+
+/// Counts the changes in a browser, those that it reports and those of ours. Safe to use from any thread.
+class ChangeCount {
+public:
+  void add() {
+    {
+      const std::lock_guard lock(mutex_);
+      count_.fetch_add(1);
+    }
+    added_.notify_all();
+  }
+  [[nodiscard]] std::uint64_t load() const { return count_.load(); }
+
+  /// Waits until the count is another than it was. Throws DevToolsFailure: timedOut (naming `what`), stopped.
+  void awaitOther(std::uint64_t before, const char* what, const platform::CallLimits& limits) {
+    std::unique_lock lock(mutex_);
+    if (added_.wait_until(lock, limits.stop, limits.deadline, [&] { return count_.load() != before; }))
+      return;
+    if (limits.stop.stop_requested())
+      throw platform::failure(devtools::DevToolsFault::stopped);
+    throw platform::failure(devtools::DevToolsFault::timedOut, what);
+  }
+
+private:
+  std::mutex mutex_;
+  std::condition_variable_any added_;
+  std::atomic<std::uint64_t> count_ = 0;
+};
+
+} // namespace tabwright::scripting
