@@ -86,5 +86,29 @@ void listOfTabs(benchmark::State& state) {
 }
 BENCHMARK(listOfTabs)->Arg(3)->Arg(100)->Arg(1000)->Unit(benchmark::kMicrosecond);
 
+// What is processed in a second must stay the same however much it is.
+void numbersAsResult(benchmark::State& state) {
+  runProgram(state,
+             programOf("RunAppleScript", {{"targetContext", "chromium"},
+                                          {"script", "repeat with i from 1 to " + std::to_string(state.range(0)) +
+                                                         "\nset end of RETURN_VALUE to i\nend repeat"}}),
+             1);
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(numbersAsResult)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+void textItems(benchmark::State& state) {
+  World world(1);
+  const auto script = world.interpreter.compile("on split(t)\nset AppleScript's text item delimiters to linefeed\n"
+                                                "return count of (text items of t)\nend split");
+  std::string text;
+  for (std::int64_t line = 0; line < state.range(0); ++line)
+    text += "zeile " + std::to_string(line) + (state.range(1) != 0 ? " ä\n" : "\n");
+  for (auto _ : state)
+    benchmark::DoNotOptimize(world.interpreter.call(*script, "split", {text}));
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(textItems)->ArgsProduct({{1000, 10000, 100000}, {0, 1}})->Unit(benchmark::kMillisecond);
+
 } // namespace
 } // namespace tabwright
