@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -61,7 +62,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // A host that asks for files would be given those of this machine.
   if (bytes.find("tabwright/read") == std::string_view::npos && bytes.find("\\u") == std::string_view::npos) {
     const Endpoint endpoint(bytes);
-    static_cast<void>(client::runThroughHost(endpoint.socket(), {"NoSuchAction"}));
+    static_cast<void>(
+        client::runThroughHost(endpoint.socket(), {"NoSuchAction"}, [](const std::string&, const std::string&) {}));
     ::close(endpoint.socket());
   }
   return 0;
