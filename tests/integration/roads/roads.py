@@ -86,7 +86,7 @@ def by_command(action, parameters, source=None):
     ended = shell(line)
     if ended.returncode == 0:
         return Outcome(line, result=json.loads(ended.stdout))
-    failure = json.loads(ended.stderr)
+    failure = json.loads(ended.stderr.splitlines()[-1])
     return Outcome(line, ended.returncode, case=failure["case"], words=failure["message"])
 
 
