@@ -86,7 +86,7 @@ def by_command(action, parameters, source=None):
     ended = shell(line)
     if ended.returncode == 0:
         return Outcome(line, result=json.loads(ended.stdout))
-    failure = json.loads(ended.stderr)
+    failure = json.loads(ended.stderr.splitlines()[-1])
     return Outcome(line, ended.returncode, case=failure["case"], words=failure["message"])
 
 
@@ -328,7 +328,8 @@ def choose(case):
     if len(offered) != 2:
         return f"the completion offers {offered}"
     at_terminal(f"{program} run FocusTab", "3\n2\n")
-    if not shows(target, {"target": "target visible", "front": "front hidden", "new": []}):
+    wanted = {"target": "target visible", "front": "front hidden", "new": []}
+    if not eventually(lambda: browser.seen(target) == wanted):
         return f"the pages are {browser.seen(target)}"
 
 
@@ -339,7 +340,8 @@ def close_each(case):
     source = source_of("targetTab", url)
     line = f"{command(source.action, source.parameters)} | {command('CloseTab', {})} --targetTab - --each"
     ended = shell(line)
-    if ended.returncode != 0 or len(ended.stdout.splitlines()) != 2 or not shows(None, at_rest):
+    isSo = ended.returncode == 0 and len(ended.stdout.splitlines()) == 2
+    if not isSo or not eventually(lambda: browser.seen(None) == at_rest):
         return f"{line}\n  gave {ended}\n  the pages are {browser.seen(None)}"
 
 
