@@ -34,3 +34,6 @@ end considering
 r --> true
 
 {"é" is "é", "é" contains "E", "xé" contains "É", "é1" begins with "é", "é" is in {"é"}} --> {true, false, true, true, true}
+
+-- The Kelvin sign is a K, in three bytes.
+{"KK" is "kk", "kk" is "KKk", "k" is "été"} --> {true, false, false}
