@@ -56,7 +56,7 @@ platform::Task<std::optional<std::string>> askForValue(const host::Catalogue& ca
   TableAdditions additions;
   additions.isNumbered = true;
   additions.places = co_await placesOf(catalogue, *items, host);
-  const std::string prompt = fmt::format("{} [1-{}]", missing.question(), choices->size());
+  const std::string prompt = fmt::format("{} [1-{}]:", parameter->declaration().title.text(), choices->size());
   std::string question = resultView(*items, run.terminalWidth, additions) + prompt;
   for (;;) {
     std::optional<std::string> answer = co_await caller.ask(std::exchange(question, prompt));

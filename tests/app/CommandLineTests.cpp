@@ -73,7 +73,6 @@ TEST_F(CommandLine, refusesWithTheReasonOnStandardError) {
            {{"run", "ClikElement"}, 2, "There is no action \"ClikElement\". Did you mean ClickElement?"},
            {{"run", "ClickElement", "--cssSelektor", "a"}, 2, "Did you mean cssSelector?"},
            {{"run", "ClickElement", "--targetContext", "chromium"}, 2, "cssSelector needs a value. Which"},
-           {{"script", "ClickElement", "button"}, 2, "“button” belongs to no parameter"},
            {{"list"}, 2, "There is no command “list”. Did you mean actions?"},
            {{"--log-level", "info", "clickelement"}, 2, "“clickelement” is an action: tabwright run ClickElement"},
            {{"help", "ClikElement"}, 2, "Did you mean ClickElement?"},

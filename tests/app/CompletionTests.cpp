@@ -114,6 +114,14 @@ TEST(CompletionScripts, BashCompletesNamesAndJoinsWordsThatItSplit) {
   EXPECT_EQ(complete("run ClickElement --tabSelection = sp", 5), "specificTab\n");
   EXPECT_EQ(complete("run ClickElement --tabSelection =", 4), "frontTab\nspecificTab\n");
   EXPECT_EQ(complete("run ClickElement --targetTab @/etc/hostn", 4), "@/etc/hostname\n");
+  // References say nothing by themselves.
+  const std::string listed =
+      shell("bash", {"--norc"},
+            "source <($TABWRIGHT completion bash); tabs() { printf 'chromium:8\\tNews\\nchromium:9\\tMail\\n'; };"
+            "COMP_WORDS=(tabs run FocusTab --targetTab chromium : ''); COMP_CWORD=6; _tabwright;"
+            "printf '%s\\n' \"${COMPREPLY[@]}\"")
+          .output;
+  EXPECT_EQ(listed, "8  (News)\n9  (Mail)\n");
 }
 
 TEST(CompletionScripts, ZshDescribesCandidates) {
