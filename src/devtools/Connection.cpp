@@ -168,12 +168,16 @@ private:
     });
   }
 
+  /// In pieces, since a browser that is sending a long message is not silent.
   void read() {
-    socket_.async_read(buffer_, [this](error_code error, std::size_t) {
+    constexpr std::size_t piece = std::size_t{1} << 20;
+    socket_.async_read_some(buffer_, piece, [this](error_code error, std::size_t) {
       if (error)
         return lose(reasonOf(error));
-      received_.fetch_add(1);
       heardAt_ = Clock::now();
+      if (!socket_.is_message_done())
+        return read();
+      received_.fetch_add(1);
       const auto bytes = buffer_.cdata();
       try {
         dispatch(parseMessage({static_cast<const char*>(bytes.data()), bytes.size()}));
