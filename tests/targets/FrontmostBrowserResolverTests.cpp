@@ -9,10 +9,17 @@
 #include "support/RunTask.h"
 #include "targets/FrontmostBrowserResolver.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace tabwright::targets {
 namespace {
+
+class NothingInFront final : public platform::Failure {
+public:
+  std::string errorDescription() const override { return "Can’t get application process 1. (-1728)"; }
+  platform::FailureIdentity identity() const override { return {"ScriptError", "model", -1728}; }
+};
 
 class FrontmostBrowser : public testing::Test {
 protected:
@@ -53,6 +60,21 @@ TEST_F(FrontmostBrowser, MustBeInstalled) {
     tasks.answerSuccess(id);
     EXPECT_EQ(testsupport::failureText([&] { return resolved(); }),
               "The currently active app is not a supported browser");
+  }
+}
+
+TEST_F(FrontmostBrowser, SaysWhatToDoWhereNothingIsInFront) {
+  tasks.onExecute = [](const auto&) -> platform::Task<testsupport::ModelScriptTasks::Result> {
+    throw NothingInFront();
+    co_return std::nullopt;
+  };
+  try {
+    resolved();
+    FAIL();
+  } catch (const platform::Failure& failure) {
+    EXPECT_EQ(failure.identity().caseName, "browserNotFound");
+    ASSERT_TRUE(failure.cause());
+    EXPECT_THAT(failure.cause()->sentence, testing::EndsWith("name the one that is meant with targetContext."));
   }
 }
 
