@@ -26,6 +26,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   add_compile_options(-Wno-mismatched-new-delete)
   add_compile_options(-Wno-restrict -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-array-bounds -Wno-dangling-pointer)
 endif()
+# The shipped program too checks its indices and its empty optionals.
+add_compile_definitions(_GLIBCXX_ASSERTIONS)
 add_compile_definitions(BOOST_ASIO_NO_DEPRECATED BOOST_ASIO_SEPARATE_COMPILATION BOOST_BEAST_SEPARATE_COMPILATION)
 if(TABWRIGHT_SANITIZE)
   # Without the check of dynamic types: sanitized programs export their inline functions, and libraries loaded at run
@@ -47,15 +49,36 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   endif()
 endif()
 
-# Precompiled headers, for the presets that developers and CI rebuild all the time. The shipped program is built without
-# them, which proves that each file includes what it uses.
+# All that is generated, for tools that read the sources without a build.
+add_custom_target(generated)
+
+# Precompiled headers. TARGET gives its headers to those that reuse it. A precompiled header holds the paths of its
+# checkout, so the compilers' cache takes it from nowhere else, and knows it by what it was made from instead of its bytes:
+# then what is compiled in one checkout serves the others.
+function(tabwright_precompiled_headers target)
+  target_precompile_headers(${target} PRIVATE ${ARGN})
+  set_target_properties(${target} PROPERTIES CXX_COMPILER_LAUNCHER "")
+  set(system "")
+  if(EXISTS /var/lib/dpkg/status)
+    file(SHA256 /var/lib/dpkg/status system)
+  endif()
+  get_directory_property(options COMPILE_OPTIONS)
+  list(FILTER options EXCLUDE REGEX "-prefix-map=")
+  get_target_property(own ${target} COMPILE_OPTIONS)
+  string(TOUPPER "${CMAKE_BUILD_TYPE}" type)
+  string(SHA256 sum "${CMAKE_CXX_COMPILER_VERSION};${CMAKE_CXX_FLAGS};${CMAKE_CXX_FLAGS_${type}};${options};${own};${ARGN};${system}")
+  foreach(suffix IN ITEMS pch gch)
+    file(WRITE "${CMAKE_CURRENT_BINARY_DIR}/CMakeFiles/${target}.dir/cmake_pch.hxx.${suffix}.sum" "${sum}\n")
+  endforeach()
+endfunction()
+
 if(TABWRIGHT_PRECOMPILE)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     add_compile_options("SHELL:-Xclang -fno-pch-timestamp") # ccache compares contents
   endif()
   add_library(tabwright_precompiled STATIC "${CMAKE_SOURCE_DIR}/cmake/precompiled/Common.cpp")
   target_link_libraries(tabwright_precompiled PUBLIC Boost::json Boost::system spdlog::spdlog fmt::fmt ICU::uc ICU::i18n)
-  target_precompile_headers(tabwright_precompiled PRIVATE
+  tabwright_precompiled_headers(tabwright_precompiled
     <algorithm> <array> <charconv> <chrono> <cmath> <cstdint> <filesystem> <fstream> <functional> <map> <memory> <mutex>
     <optional> <set> <span> <sstream> <stdexcept> <stop_token> <string> <string_view> <thread> <unordered_map> <utility>
     <variant> <vector> <boost/asio/awaitable.hpp> <boost/asio/io_context.hpp> <boost/json.hpp> <fmt/core.h>
@@ -104,6 +127,8 @@ function(tabwright_resources target namespace)
     COMMENT "Embedding the resources of ${target}"
     VERBATIM)
   target_sources(${target} PRIVATE "${header}")
+  add_custom_target(${target}_resources DEPENDS "${header}")
+  add_dependencies(generated ${target}_resources)
   target_include_directories(${target} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/generated")
 endfunction()
 
@@ -114,7 +139,7 @@ if(TABWRIGHT_PRECOMPILE AND TABWRIGHT_TESTS)
   add_library(tabwright_tests_precompiled STATIC "${CMAKE_SOURCE_DIR}/cmake/precompiled/Common.cpp")
   target_link_libraries(tabwright_tests_precompiled PUBLIC tabwright_precompiled GTest::gtest GTest::gmock Threads::Threads)
   target_compile_options(tabwright_tests_precompiled PUBLIC -O0) # matchers take longer to optimise than to run
-  target_precompile_headers(tabwright_tests_precompiled PRIVATE
+  tabwright_precompiled_headers(tabwright_tests_precompiled
     <chrono> <filesystem> <fstream> <functional> <map> <memory> <optional> <string> <thread> <vector>
     <boost/asio/awaitable.hpp> <boost/asio/io_context.hpp> <boost/asio/co_spawn.hpp> <boost/json.hpp> <fmt/format.h>
     <gtest/gtest.h> <gmock/gmock.h>)
