@@ -109,7 +109,7 @@ bool isAuthority(std::string_view text) {
   return isHost(host) && isPort(text.substr(host.size()));
 }
 
-// What keeps a text from being usable, from the left; nothing when it is.
+// The first thing from the left that keeps a text from being usable; nothing when it is.
 enum class URLFault { scheme, host, character };
 
 std::optional<URLFault> faultOf(std::string_view text) {
@@ -127,7 +127,7 @@ std::optional<URLFault> faultOf(std::string_view text) {
   } else if (!isFile) {
     return URLFault::host;
   }
-  // What the first "?" and the first "#" begin may hold more of them.
+  // The query and the fragment may hold more of the "?" and "#" that begin them.
   return consistsOf(text, afterHost, Percent::anywhere) ? std::nullopt : std::optional(URLFault::character);
 }
 

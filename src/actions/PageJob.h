@@ -30,7 +30,7 @@ inline constexpr double pageJobInterval = 0.2;
 /// Whether the page function reported success: its text is "true", in any case. Throws as `answerOf` does.
 [[nodiscard]] bool succeeded(const std::vector<std::string>& list);
 
-/// What the user should know of a page function that came to nothing, though its action succeeds: that no element
+/// Tells the user of a page function that came to nothing, though its action succeeds: that no element
 /// matches the selector, so that nothing was done to it (`done`, such as "clicked"), or what the page said to the
 /// selector.
 [[nodiscard]] std::optional<platform::Notice> noticeOfNothing(const std::vector<std::string>& list,

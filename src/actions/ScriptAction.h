@@ -37,9 +37,9 @@ protected:
   /// The action's value. `browser` is the one that answered, never the frontmost entry. May throw.
   [[nodiscard]] virtual Result result(Answer answer, const engine::TargetContext& browser) const = 0;
 
-  /// Which line of a text of the user's own a line of `scriptBody` is, both from 1; nothing for the action's own lines.
+  /// The line of the user's own text that a line of `scriptBody` is, both from 1; nothing for the action's own lines.
   [[nodiscard]] virtual std::optional<std::size_t> userLine(std::size_t /*line*/) const { return std::nullopt; }
-  /// What the user should know of a success: nothing for most.
+  /// A notice for the user beside a success: none for most.
   [[nodiscard]] virtual std::optional<platform::Notice> noticeOf(const Answer& /*answer*/) const {
     return std::nullopt;
   }

@@ -38,7 +38,7 @@ private:
   std::string sentence_;
 };
 
-/// Whether a running browser can be driven: remote debugging is on. Connects to nothing.
+/// True for a running browser that can be driven, since remote debugging is on. Connects to nothing.
 [[nodiscard]] bool accepts(const platform::RunningBrowser& browser);
 
 /// Starts a browser in a session of its own, with remote debugging on and its output in `logFile`, and returns when it

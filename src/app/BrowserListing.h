@@ -18,7 +18,7 @@ namespace tabwright::app {
 platform::Task<std::optional<host::ActionResult>> listing(const host::Catalogue& catalogue, intents::ValueType type,
                                                           std::string browser, intents::ActionHost& host);
 
-/// Where a tab stands among the windows, which the tab itself doesn't say.
+/// The place of a tab among the windows, which the tab itself doesn't say.
 struct TabPlace {
   std::size_t window = 1; ///< 1 is in front
   bool isActive = false;  ///< it is the one that its window shows

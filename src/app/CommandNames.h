@@ -17,7 +17,7 @@ namespace tabwright::app {
 /// be meant. `words` are those behind the program's name.
 ExitCode tellOf(const CLI::ParseError& error, const CLI::App& program, const std::vector<std::string>& words);
 
-/// What a command or an action is about, as help; of all commands for an empty word. Throws `UsageError` with the
+/// The help of a command or an action; of all commands for an empty word. Throws `UsageError` with the
 /// nearest names for one that is neither.
 [[nodiscard]] std::string helpOn(const std::string& word, const CLI::App& program);
 

@@ -24,7 +24,7 @@ struct FailureReport {
 /// browser that isn't found in front of it.
 [[nodiscard]] FailureReport commandReportOf(const platform::Failure& failure, ReportForm form);
 
-/// What goes to standard error of a success that the user should know more about.
+/// A notice as it goes to standard error beside a success.
 [[nodiscard]] std::string noticeReport(const platform::Notice& notice, ReportForm form);
 
 /// That line alone: what to do about a failure, with its line feed; empty for most.

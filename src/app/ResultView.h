@@ -8,7 +8,7 @@
 
 namespace tabwright::app {
 
-/// What a table shows beside its items' own columns.
+/// Columns of a table beside its items' own.
 struct TableAdditions {
   TabPlaces places;        ///< tabs get columns of their windows, where there are several, and of which are shown there
   bool isNumbered = false; ///< each line begins with its number, from 1

@@ -150,7 +150,7 @@ private:
   CallerHost host_;
 };
 
-// What is read for a tab or window may be empty where the command before the pipe has failed.
+// A tab or window that is read may be empty where the command before the pipe has failed.
 void requireContent(const ParameterFile& wanted, const std::string& parameter, const std::string& content) {
   if (content.find_first_not_of(" \t\r\n") == std::string::npos)
     throw intents::UsageError(

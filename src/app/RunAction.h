@@ -20,7 +20,7 @@ public:
   /// The whole of a file, by its path as the user wrote it, or of standard input for "-". Throws `UsageError`.
   virtual platform::Task<std::string> read(std::string file) = 0;
 
-  /// Whether there is somebody to ask, at a terminal.
+  /// True when there is somebody to ask, at a terminal.
   [[nodiscard]] virtual bool canAsk() const = 0;
   /// Asks the user a question and yields the line typed; nothing when there is nobody to ask.
   virtual platform::Task<std::optional<std::string>> ask(std::string question) = 0;

@@ -21,7 +21,7 @@ struct RunOutcome {
   int exitCode = 0;
 };
 
-/// What takes a run's output as it comes: to standard output, to standard error.
+/// Takes a run's output as it comes: to standard output, to standard error.
 using Print = std::function<void(const std::string& output, const std::string& error)>;
 
 /// Has the host at the other end of a connected socket run an action, `words` being those behind "run". What the host

@@ -14,7 +14,7 @@ struct UTF8Character {
 /// The one that begins at `index`, which is below the text's size.
 [[nodiscard]] UTF8Character characterAt(std::string_view text, std::size_t index);
 
-/// Whether a text is well-formed, as only that can be sent.
+/// True for well-formed text: only that can be sent.
 [[nodiscard]] bool isUTF8(std::string_view text);
 
 } // namespace tabwright::client

@@ -35,7 +35,7 @@ public:
   void hold();
   void resume();
 
-  /// What takes a line away, for those who can't wait for the object: signal handlers.
+  /// Takes a line away, for those who can't wait for the object: signal handlers.
   static constexpr const char eraser[] = "\r\x1b[K";
 
 private:

@@ -140,7 +140,7 @@ private:
 
   void connect(const Endpoint& endpoint, const std::shared_ptr<PendingCall>& opening) {
     const auto giveUp = [this, opening](const error_code& error) {
-      // What this process has run short of says nothing about the browser.
+      // A shortage in this process says nothing about the browser.
       const bool isOurs = platform::isShortage(error.value());
       opening->fail(isOurs ? DevToolsFault::lost : DevToolsFault::unreachable, error.message());
       lose(error.message());

@@ -48,7 +48,8 @@ public:
                            << 20; ///< bytes of the largest message taken; a larger one breaks the connection
     std::size_t sent = std::size_t{128} << 20; ///< bytes of the largest message sent; a larger one is refused
     std::chrono::steady_clock::duration call = std::chrono::seconds(30); ///< how long a call without deadline may take
-    /// How long the browser may answer nothing at all while calls wait for it. It is asked a plain question before.
+    /// The time that the browser may answer nothing at all while calls wait for it. It is asked a plain question
+    /// before.
     std::chrono::milliseconds silence = std::chrono::seconds(5);
   };
 

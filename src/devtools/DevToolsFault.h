@@ -24,7 +24,7 @@ enum class DevToolsFault {
 
 using DevToolsFailure = platform::CatalogueFailure<DevToolsFault>;
 
-/// Whether nothing else that is asked of the browser now would fare better.
+/// True when nothing else that is asked of the browser now would fare better.
 [[nodiscard]] inline bool concernsBrowser(const DevToolsFailure& failure) {
   return failure.kind() == DevToolsFault::lost || failure.kind() == DevToolsFault::notAnswering;
 }

@@ -7,8 +7,8 @@
 
 namespace tabwright::devtools {
 
-/// What a page's own events tell of its navigations: whether its main frame is on its way to another document, and
-/// whether the document that it shows is there as far as its end.
+/// The state of a page's navigations as its own events tell it: whether its main frame is on its way to another
+/// document, and whether the document that it shows is there as far as its end.
 ///
 /// A departure is anything that may lead to another document: a navigation that the page asks for, one that begins, and
 /// a command of ours. Navigations within the document are none. Departures are counted; one is settled once it has led
@@ -27,20 +27,20 @@ public:
   void depart() { ++departures_; }
   /// The page has answered a call that was sent when there had been that many departures.
   void answered(std::uint64_t departures);
-  /// What a document that was there before the first event says of itself.
+  /// Takes what a document that was there before the first event says of itself.
   void found(bool isParsed, bool isErrorPage) {
     isParsed_ = isParsed;
     isErrorPage_ = isErrorPage;
   }
 
   [[nodiscard]] std::uint64_t departures() const { return departures_; }
-  /// Whether a navigation has begun whose end has not been reported.
+  /// True while a navigation has begun whose end has not been reported.
   [[nodiscard]] bool isUnderWay() const { return isUnderWay_; }
   [[nodiscard]] bool isParsed() const { return isParsed_; }
   [[nodiscard]] bool isSettled() const { return settled_ == departures_ && !isUnderWay_; }
-  /// Whether the document is the browser's own, in place of one that could not be loaded.
+  /// True when the document is the browser's own, in place of one that could not be loaded.
   [[nodiscard]] bool isErrorPage() const { return isErrorPage_; }
-  /// Whether any event has told of the document.
+  /// True once any event has told of the document.
   [[nodiscard]] bool knowsDocument() const { return knowsDocument_; }
 
 private:

@@ -47,7 +47,7 @@ public:
   [[nodiscard]] std::optional<Answer> answer();
   /// When the browser answered; long ago before it has.
   [[nodiscard]] std::chrono::steady_clock::time_point answeredAt();
-  /// Whether it has ended without an answer.
+  /// True when it has ended without an answer.
   [[nodiscard]] bool hasFailed();
 
   /// Whether waiting would return at once.

@@ -39,7 +39,7 @@ std::string thrownText(const boost::json::object& details) {
   return textOf(details, "text");
 }
 
-// What answered so lately counts as answering.
+// A page that answered so lately counts as answering.
 constexpr std::chrono::milliseconds lately(100);
 // A document may be held up by a script of its own that never comes.
 constexpr std::chrono::seconds patienceWithParsing(1);

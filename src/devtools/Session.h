@@ -48,7 +48,7 @@ public:
   /// Throws DevToolsFailure: targetGone, targetCrashed, dialogOpen, lost, timedOut, stopped, refused.
   Evaluation evaluate(const std::string& javascript, const platform::CallLimits& limits);
 
-  /// Which answer of the page is enough to go on.
+  /// The answer of the page that is enough to go on.
   enum class Answer {
     lately, ///< one of this moment: a page that is frozen gets nothing that it would do when it goes on
     ever    ///< one since the last `probe`
@@ -65,12 +65,12 @@ public:
 
   /// A command of ours is going to make the page leave.
   void depart();
-  /// Whether `settle` would have a navigation to wait for, as far as is known.
+  /// True when `settle` would have a navigation to wait for, as far as is known.
   [[nodiscard]] bool isLeaving() const;
   [[nodiscard]] bool answersLately() const;
-  /// Whether the page is the browser’s own, in place of one that could not be loaded; known after `settle`.
+  /// True when the page is the browser’s own, in place of one that could not be loaded; known after `settle`.
   [[nodiscard]] bool isErrorPage() const;
-  /// How often the page was about to leave so far.
+  /// The number of times that the page was about to leave so far.
   [[nodiscard]] std::uint64_t departures() const;
 
   /// Calls a method of the protocol in this session. Throws DevToolsFailure, as above.

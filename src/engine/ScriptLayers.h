@@ -25,7 +25,7 @@ namespace tabwright::engine {
 /// a job's JavaScript are trimmed alike.
 [[nodiscard]] std::string preparedBody(std::string_view appleScript);
 
-/// Which line of `appleScript` a line of its prepared body was, both from 1; nothing behind the last.
+/// The line of `appleScript` that a line of its prepared body was, both from 1; nothing behind the last.
 [[nodiscard]] std::optional<std::size_t> sourceLine(std::string_view appleScript, std::size_t preparedLine);
 
 } // namespace tabwright::engine

@@ -54,7 +54,7 @@ public:
   void setTellSystemEvents(TellSystemEvents value) { tellSystemEvents_ = value; }
   /// True while the setup or the frontmost lookup run a script: no browser version is recorded then.
   bool isOnboarding() const { return isOnboarding_; }
-  /// What was noticed beside the results of the runs so far.
+  /// Notices beside the results of the runs so far.
   const std::vector<platform::Notice>& notices() const { return notices_; }
 
   /// The finished program. Doesn't depend on anything but the fields above and has no effect but a line in the log.

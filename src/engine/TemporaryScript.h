@@ -26,7 +26,7 @@ public:
 
   [[nodiscard]] const platform::WrittenFile& file() const { return *file_; }
 
-  /// Where such files lie; it needn't be there. Throws the manager's `Failure` when there is no place for scripts.
+  /// The folder of such files; it needn't be there. Throws the manager's `Failure` when there is no place for scripts.
   [[nodiscard]] static std::filesystem::path folder(platform::FileManager& files);
   static constexpr std::string_view fileEnding = ".applescript";
 

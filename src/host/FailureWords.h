@@ -14,7 +14,7 @@ namespace tabwright::host {
 /// A failure as data: `type`, `case`, `number`, `message`, and `cause`, a notice, where something lies beneath it.
 [[nodiscard]] boost::json::object failureJson(const platform::Failure& failure);
 
-/// What is shown beneath a failure's sentence: one line without its line feed; empty for most. A cause that the
+/// The line beneath a failure's sentence, without its line feed; empty for most. A cause that the
 /// sentence tells already adds only its line.
 [[nodiscard]] std::string causeLine(const platform::Failure& failure);
 

@@ -33,7 +33,7 @@ struct EnumDeclaration {
   /// raw values are numbers of seconds, a case is found by any spelling of its number: "5", "5.0", "5s", "5 s".
   [[nodiscard]] const EnumCase* find(std::string_view nameOrRawValue) const;
   [[nodiscard]] const EnumCase* find(double seconds) const;
-  /// Whether the raw values are numbers of seconds.
+  /// True when the raw values are numbers of seconds.
   [[nodiscard]] bool isOfSeconds() const;
 };
 

@@ -38,7 +38,7 @@ public:
   [[nodiscard]] ParameterBase* findParameter(std::string_view name) const;
   [[nodiscard]] const Summary& summary() const { return summary_; }
   [[nodiscard]] LocalizedText summaryText(const SummaryRow& row) const;
-  /// Which parameters count only for certain values of others, as the action's class declares it.
+  /// The parameters that count only for certain values of others, as the action's class declares it.
   [[nodiscard]] const std::vector<Dependence>& dependences() const { return dependences_; }
   [[nodiscard]] virtual ValueType resultType() const = 0;
 

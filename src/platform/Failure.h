@@ -34,7 +34,7 @@ struct Notice {
 ///
 /// Foreign failures (errno, protocol errors) are translated into a subclass once, where they enter.
 ///
-/// Where the sentence of a catalogue hides what really happened, that is put beneath it:
+/// A cause is put beneath the sentence of a catalogue that hides what really happened:
 ///
 ///     throw failure(ScriptacularError::malformedScript).causedBy(cause);
 class Failure : public std::exception {
@@ -45,7 +45,7 @@ public:
   /// Kind of the failure, for programs.
   [[nodiscard]] virtual FailureIdentity identity() const = 0;
 
-  /// What lies beneath this failure; nothing for most, whose sentence tells all.
+  /// The cause beneath this failure; nothing for most, whose sentence tells all.
   [[nodiscard]] const std::optional<Notice>& cause() const noexcept { return cause_; }
   void setCause(std::optional<Notice> cause) { cause_ = std::move(cause); }
 

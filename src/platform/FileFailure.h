@@ -29,8 +29,8 @@ private:
   int errorNumber_;
 };
 
-/// Whether an errno value says that the system or the process has run short, of descriptors or memory: it tells nothing
-/// about what was looked for.
+/// True for an errno value that says that the system or the process has run short, of descriptors or memory: it tells
+/// nothing about what was looked for.
 [[nodiscard]] bool isShortage(int errorNumber);
 
 } // namespace tabwright::platform

@@ -18,8 +18,8 @@ public:
 
   [[nodiscard]] virtual const std::filesystem::path& path() const = 0;
 
-  /// What was written, read back from the file itself, whatever lies under its name by now. Throws a `Failure` when the
-  /// system can't give it.
+  /// The text as it was written, read back from the file itself, whatever lies under its name by now. Throws a
+  /// `Failure` when the system can't give it.
   [[nodiscard]] virtual std::string content() const = 0;
 };
 

@@ -8,7 +8,7 @@
 
 namespace tabwright::platform {
 
-/// What is noticed far below while a run goes on, for whoever started it. Safe from several threads.
+/// Notices from far below while a run goes on, for whoever started it. Safe from several threads.
 class Notices {
 public:
   void add(Notice notice) {

@@ -25,7 +25,7 @@ public:
   /// no thread of it is left.
   virtual Task<std::optional<AppleEventDescriptor>> executeWithAppleEvent(AppleEvent event) = 0;
 
-  /// What the applications that the script spoke to noticed beside their answers, after the run.
+  /// Notices of the applications that the script spoke to, beside their answers, after the run.
   [[nodiscard]] virtual std::vector<Notice> notices() const { return {}; }
 };
 
@@ -34,7 +34,7 @@ class UserAppleScriptTasks {
 public:
   virtual ~UserAppleScriptTasks() = default;
 
-  /// What runs is what was written, not what lies under the file's name by then. The file need not outlive the call.
+  /// The text runs as it was written, not as it lies under the file's name by then. The file need not outlive the call.
   /// Throws a `Failure` when it can't be read.
   virtual std::unique_ptr<UserAppleScriptTask> initWithURL(const WrittenFile& script) = 0;
 };

@@ -10,7 +10,7 @@ namespace tabwright::session {
 /// the open file is closed, however its process ends. False with errno set when another open file has it.
 [[nodiscard]] bool hold(int file);
 
-/// Whether `name` in the open folder still leads to the open file: somebody may have removed it before it was held.
+/// True while `name` in the open folder still leads to the open file: somebody may have removed it before it was held.
 [[nodiscard]] bool isStillAt(int folder, const std::string& name, int file);
 
 /// Removes the files of a folder whose names have the ending `ending` and which nobody holds, and the file beside each

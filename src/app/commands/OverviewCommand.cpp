@@ -18,7 +18,7 @@ struct Row {
   std::string_view command;
   std::string_view meaning;
 };
-/// What a newcomer needs first.
+/// The commands that a newcomer needs first.
 constexpr Row firstCommands[]{
     {"tabwright browser chromium", "starts a browser to drive"},
     {"tabwright run GetListOfTabs", "runs an action: this one lists the tabs"},

@@ -8,7 +8,7 @@
 
 namespace tabwright::host {
 
-/// How much of a result an agent is sent, in bytes: what is longer would fill its memory with one page.
+/// Bounds of what an agent is sent of a result, in bytes: anything longer would fill its memory with one page.
 struct ResultBounds {
   std::size_t text = 40'000;  ///< of one text
   std::size_t whole = 80'000; ///< of all texts, and what stands around them

@@ -58,7 +58,7 @@ struct Expression {
 [[nodiscard]] bool hasPaths(const Expression& expression);
 void forEachPath(const Expression& expression, const std::function<void(const Path&, Place)>& visit);
 
-/// Whether it is a text in which the file's writer put "@" in front: that stands for the content of a file. A value
+/// True for a text in which the file's writer put "@" in front: that stands for the content of a file. A value
 /// that begins so by what a path brings is not meant.
 [[nodiscard]] bool beginsWithAt(const Expression& expression);
 

@@ -34,7 +34,7 @@ struct ActionStep {
   std::optional<Name> result;
 };
 
-/// Whether a parameter's value stands in a file, whose path the value tells behind an "@".
+/// True when a parameter's value stands in a file, whose path the value tells behind an "@".
 [[nodiscard]] inline bool readsFile(const intents::ParameterBase& parameter, const Expression& value) {
   const intents::ValueKind kind = parameter.declaration().type.kind;
   return (kind == intents::ValueKind::entity || kind == intents::ValueKind::file) && beginsWithAt(value);

@@ -24,30 +24,30 @@ namespace tabwright::scripting {
 struct PageJob {
   std::string canary;
   std::string result;
-  /// What to evaluate in place of the program's text. Its value is the job's outcome, or null when there is none within
-  /// a tenth of a second; then the outcome is what the result's variable holds later.
+  /// The code to evaluate in place of the program's text. Its value is the job's outcome, or null when there is none
+  /// within a tenth of a second; then the outcome is what the result's variable holds later.
   std::string code;
 
-  /// Whether all that it does is to load the page anew.
+  /// True when all that it does is to load the page anew.
   [[nodiscard]] bool reloadsThePage() const { return code.find("document.location.reload()") != std::string::npos; }
 };
 
 /// The job that the code plants; nothing for other JavaScript.
 [[nodiscard]] std::optional<PageJob> readPageJob(std::string_view javascript);
 
-/// How a job ended in its page.
+/// The end of a job in its page.
 struct PageJobOutcome {
-  /// What the program is answered: the list of its texts, or -1, "not yet", for a job that failed.
+  /// The program's answer: the list of its texts, or -1, "not yet", for a job that failed.
   boost::json::value answer;
   std::optional<platform::Notice> failure;
 
   [[nodiscard]] static std::optional<PageJobOutcome> read(const boost::json::value& value);
 };
 
-/// Whether the JavaScript asks for the result of a job.
+/// True for JavaScript that asks for the result of a job.
 [[nodiscard]] bool asksForResult(std::string_view javascript);
 
-/// What is to be told of a job that the page could not even begin: the text of the exception.
+/// The notice of a job that the page could not even begin: the text of the exception.
 [[nodiscard]] platform::Notice notBegun(const std::string& exception);
 
 /// Results that came along, until their programs have asked for them. Safe from any thread.
