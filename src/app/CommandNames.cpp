@@ -90,8 +90,8 @@ ExitCode tellOf(const CLI::ParseError& error, const CLI::App& program, const std
 }
 
 std::string helpOn(const std::string& word, const CLI::App& program) {
-  if (word.empty())
-    return program.help();
+  if (word.empty()) // of the program itself: its own function speaks for the command that was parsed
+    return program.get_formatter()->make_help(&program, program.get_name(), CLI::AppFormatMode::Normal);
   if (const CLI::App* command = commandNamed(program, word))
     return command->help();
   const Composition composition;

@@ -5,10 +5,12 @@
 #include "intents/ValueError.h"
 #include "platform/TerminalCells.h"
 
-#include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
+#include <boost/json/stream_parser.hpp>
 #include <fmt/core.h>
 
+#include <algorithm>
+#include <string_view>
 #include <vector>
 
 namespace tabwright::app {
@@ -19,12 +21,35 @@ using intents::ValueKind;
 
 constexpr std::size_t longestName = 60;
 
+// The JSON values that a text is, one behind the other, as commands print results; nothing for other texts.
+std::optional<boost::json::array> valuesIn(std::string_view text) {
+  constexpr std::string_view blanks = " \t\r\n";
+  boost::json::array values;
+  boost::json::stream_parser parser;
+  for (std::size_t start = text.find_first_not_of(blanks); start != std::string_view::npos;
+       start = text.find_first_not_of(blanks)) {
+    text.remove_prefix(start);
+    boost::system::error_code failed;
+    parser.reset();
+    const std::size_t read = parser.write_some(text.data(), text.size(), failed);
+    if (failed || !parser.done())
+      return std::nullopt;
+    values.push_back(parser.release());
+    text.remove_prefix(read);
+  }
+  return values;
+}
+
+// An array's items, or the objects that stand one behind the other.
 std::optional<boost::json::array> listIn(const std::string& text) {
-  boost::system::error_code failed;
-  boost::json::value value = boost::json::parse(text, failed);
-  if (failed || !value.is_array())
+  std::optional<boost::json::array> values = valuesIn(text);
+  if (!values || values->empty())
     return std::nullopt;
-  return std::move(value.get_array());
+  if (values->size() == 1 && values->front().is_array())
+    return std::move(values->front().get_array());
+  if (!std::ranges::all_of(*values, [](const boost::json::value& value) { return value.is_object(); }))
+    return std::nullopt;
+  return values;
 }
 
 std::vector<GivenList> listsOf(const intents::Intent& action, const host::ParameterTexts& parameters, bool ofEntities) {

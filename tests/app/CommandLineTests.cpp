@@ -79,6 +79,8 @@ TEST_F(CommandLine, refusesWithTheReasonOnStandardError) {
            {{"manual", "ClikElement"}, 2, "Did you mean ClickElement?"},
            {{"run", "CloseTab", "--targetTab", "[]"}, 2, "the list given for it is empty"},
            {{"run", "CloseTab", "--targetTab", "[1, 2]"}, 2, "With --each behind it, CloseTab runs for each of them."},
+           {{"run", "CloseTab", "--targetTab", "{}\n{}\n"}, 2, "a list of 2 was given. With --each"},
+           {{"run", "CloseTab", "--targetTab", "{} {}", "--each"}, 1, "CloseTab failed for 2 of 2 items."},
            {{"run", "CloseTab", "--targetTab", "-"}, 2, "Nothing came on standard input for targetTab"},
            {{"run", "CloseTab", "--targetTab", "vivaldi:8", "--each"}, 2, "--each needs a list"},
            {{"browser", "chromium", "--headless", " -x"}, 2, "“ -x” is no address"},
@@ -133,6 +135,7 @@ TEST_F(CommandLine, tellsANewcomerWhereToBegin) {
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_THAT(outcome.output, HasSubstr("tabwright browser chromium"));
   EXPECT_THAT(outcome.output, ::testing::ContainsRegex("No browser is running|is running"));
+  EXPECT_EQ(tabwright({"help"}).output, tabwright({"--help"}).output);
 }
 
 TEST_F(CommandLine, checksSyntaxWithoutRunning) {

@@ -86,7 +86,7 @@ TEST_F(ParameterReader, ComplaintsNameTheParameterWhatCameAndWhatMayStandThere) 
                                                           "brave, chromium, chrome, edge, safari, vivaldi, or an "
                                                           "object with an id. Did you mean chromium?"},
       {ParameterTexts{{"targetTab", " \n"}}, "targetTab is empty: what should give it has given nothing. Give one JSON "
-                                             "object of the type BrowserTabEntity, or its fullID."},
+                                             "object of the type BrowserTabEntity, or its reference, such as chromium:8."},
       {ParameterTexts{{"cssSelector", "a\xff"}}, "cssSelector takes text in UTF-8, but byte 2 of what it was given "
                                                  "(hexadecimal FF) belongs to no character."},
       {boost::json::object{{"cssSelector", 5}}, "cssSelector can't be 5; give a text."},
@@ -95,9 +95,9 @@ TEST_F(ParameterReader, ComplaintsNameTheParameterWhatCameAndWhatMayStandThere) 
                                                       "brave, chromium, chrome, edge, safari, vivaldi, or an "
                                                       "object with an id."},
       {ParameterTexts{{"targetTab", "8"}},
-       "targetTab can't be 8; give one JSON object of the type BrowserTabEntity, or its fullID."},
+       "targetTab can't be 8; give one JSON object of the type BrowserTabEntity, or its reference, such as chromium:8."},
       {ParameterTexts{{"targetTab", R"([{},{},{}])"}},
-       "targetTab can't be a list of 3 items; give one JSON object of the type BrowserTabEntity, or its fullID."},
+       "targetTab can't be a list of 3 items; give one JSON object of the type BrowserTabEntity, or its reference, such as chromium:8."},
       {boost::json::object{{"targetTab", {{"targetContext", "chromium"}, {"fullID", "a:1"}, {"url", 7}}}},
        "targetTab.url can't be 7; give a text."},
       {boost::json::object{{"targetTab", {{"targetContext", "opera"}, {"fullID", "a:1"}}}},
