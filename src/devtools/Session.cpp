@@ -226,11 +226,10 @@ Evaluation Session::evaluate(const std::string& javascript, const platform::Call
   return {nullptr, error.message};
 }
 
-// ----------------------------------------------------------------------------------------------------------
-// navigations What the browser guarantees, as measured: the events of a navigation that code brings about come before
-// the answer to the next call that the page answers. Once the browser has begun one it holds calls back until the page
-// is there or the navigation is dropped; but while a page may still refuse to leave it answers for itself, so the
-// events count too.
+// --------------------------------------------------------------------------------------------------------- navigations
+// The browser guarantees, as measured: the events of a navigation that code brings about come before the answer to the
+// next call that the page answers. Once the browser has begun one it holds calls back until the page is there or the
+// navigation is dropped; but while a page may still refuse to leave it answers for itself, so the events count too.
 
 void Session::probe() {
   try {

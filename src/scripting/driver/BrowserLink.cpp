@@ -205,6 +205,28 @@ auto BrowserLink::onPage(TabID tab, const CallLimits& limits, Call&& call) {
 boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascript, const CallLimits& limits) {
   if (std::optional<boost::json::value> known = jobs_.answer(javascript))
     return std::move(*known);
+  if (const std::optional<PageJob> deferred = jobs_.takeDeferred(javascript)) {
+    plant(tab, *deferred, limits);
+    return jobs_.answer(javascript).value_or(-1);
+  }
+  if (const std::optional<PageJob> job = readPageJob(javascript)) {
+    plant(tab, *job, limits);
+    return nullptr;
+  }
+  const Disturbance disturbance(*this, Disturbance::Kind::evaluation);
+  std::optional<devtools::Evaluation> evaluation = evaluateOnArrival(tab, javascript, limits);
+  if (!evaluation)
+    return nullptr;
+  if (!asksForResult(javascript))
+    return std::move(evaluation->value);
+  std::optional<PageJobOutcome> outcome = PageJobOutcome::read(evaluation->value);
+  if (outcome && outcome->failure)
+    platform::giveNotice(limits, *outcome->failure);
+  return outcome ? std::move(outcome->answer) : std::move(evaluation->value);
+}
+
+/// Keeps the job's result where it comes at once, and the job itself where its page is still to come.
+void BrowserLink::plant(TabID tab, const PageJob& job, const CallLimits& limits) {
   std::optional<std::uint64_t> heldAt;
   {
     const std::lock_guard lock(mutex_);
@@ -212,45 +234,76 @@ boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascrip
       heldAt = viewedAt_;
   }
   const Disturbance disturbance(*this, Disturbance::Kind::evaluation);
-  const std::optional<PageJob> job = readPageJob(javascript);
-  const std::string& code = job ? job->code : javascript;
-  requirePage(tab, limits);
-  awaitOpening(tab, limits);
-  devtools::Evaluation evaluation;
+  std::optional<devtools::Evaluation> evaluation;
   try {
-    evaluation = onPage(tab, limits, [&](const std::shared_ptr<Session>& page) {
-      if (visits_.settle(*page, limits))
-        noticeFailedLoad(*page, limits);
-      visits_.note(page, limits.stop);
-      devtools::Evaluation result = page->evaluate(code, limits);
-      page->probe();
-      return result;
-    });
+    evaluation = evaluateOnArrival(tab, job.code, limits);
   } catch (const DevToolsFailure& failure) {
-    if (failure.kind() != DevToolsFault::targetCrashed || !job || !job->reloadsThePage())
+    if (failure.kind() != DevToolsFault::targetCrashed || !job.reloadsThePage())
       throw;
     reload(tab, limits); // the page can't do it for itself
-    jobs_.keep(*job, boost::json::array{""});
-    return nullptr;
+    jobs_.keep(job, boost::json::array{""});
+    return;
   }
-  if (evaluation.exception)
-    log.debug("JavaScript gave no value: {}", *evaluation.exception);
-  if (job && evaluation.exception && evaluation.exception->find("SyntaxError") != std::string::npos)
-    platform::giveNotice(limits, notBegun(*evaluation.exception));
-  if (!job && !asksForResult(javascript))
-    return std::move(evaluation.value);
-  std::optional<PageJobOutcome> outcome = PageJobOutcome::read(evaluation.value);
-  if (outcome && outcome->failure)
+  if (!evaluation)
+    return jobs_.defer(job);
+  if (evaluation->exception && evaluation->exception->find("SyntaxError") != std::string::npos)
+    platform::giveNotice(limits, notBegun(*evaluation->exception));
+  std::optional<PageJobOutcome> outcome = PageJobOutcome::read(evaluation->value);
+  if (!outcome)
+    return;
+  if (outcome->failure)
     platform::giveNotice(limits, *outcome->failure);
-  if (!job)
-    return outcome ? std::move(outcome->answer) : std::move(evaluation.value);
-  if (outcome) {
-    jobs_.keep(*job, std::move(outcome->answer));
-    const std::lock_guard lock(mutex_);
-    if (heldAt)
-      jobDone_ = {limits.stop, *heldAt + 1};
+  jobs_.keep(job, std::move(outcome->answer));
+  const std::lock_guard lock(mutex_);
+  if (heldAt)
+    jobDone_ = {limits.stop, *heldAt + 1};
+}
+
+/// Evaluates once the page is where its navigations lead; nothing when it doesn't come, because its server is silent.
+/// A run waits for that but once, so that programs which ask again and again end by their own count.
+std::optional<devtools::Evaluation> BrowserLink::evaluateOnArrival(TabID tab, const std::string& code,
+                                                                   const CallLimits& limits) {
+  const CallLimits patience = visits_.patienceWith(tab, limits);
+  requirePage(tab, limits);
+  if (!comes(tab, patience, limits, [&] { awaitOpening(tab, patience); }, [] { return true; }))
+    return std::nullopt;
+  return onPage(tab, limits, [&](const std::shared_ptr<Session>& page) -> std::optional<devtools::Evaluation> {
+    const auto arrive = [&](const CallLimits& until) {
+      if (visits_.settle(*page, until))
+        noticeFailedLoad(*page, until);
+    };
+    if (!comes(tab, patience, limits, [&] { arrive(patience); }, [&] { return page->isLeaving(); }))
+      return std::nullopt;
+    if (!page->answersLately()) // busy, but on its way nowhere
+      arrive(limits);
+    visits_.note(page, limits.stop);
+    devtools::Evaluation result = page->evaluate(code, limits);
+    page->probe();
+    if (result.exception)
+      log.debug("JavaScript gave no value: {}", *result.exception);
+    return result;
+  });
+}
+
+/// False when `wait` outlasts the patience while `isOnItsWay`, which the run's user is told once.
+bool BrowserLink::comes(TabID tab, const CallLimits& patience, const CallLimits& limits,
+                        const std::function<void()>& wait, const std::function<bool()>& isOnItsWay) {
+  try {
+    wait();
+    return true;
+  } catch (const DevToolsFailure& failure) {
+    if (failure.kind() != DevToolsFault::timedOut || std::chrono::steady_clock::now() >= limits.deadline)
+      throw;
   }
-  return nullptr;
+  if (!isOnItsWay())
+    return true;
+  if (visits_.giveUp(tab, limits.stop))
+    platform::giveNotice(
+        limits, {{"Page", "notCome", {}},
+                 fmt::format("The page that the tab is going to has not come in {} seconds: its server "
+                             "does not answer.",
+                             std::chrono::duration_cast<std::chrono::seconds>(PageVisits::longestPatience).count())});
+  return false;
 }
 
 /// Gives notice of a page that is there only to say that the one meant could not be loaded.

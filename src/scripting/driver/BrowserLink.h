@@ -105,6 +105,10 @@ private:
   std::optional<std::string> findTarget(TabID tab);
   std::shared_ptr<devtools::Session> requirePage(TabID tab, const CallLimits& limits);
   void awaitOpening(TabID tab, const CallLimits& limits);
+  void plant(TabID tab, const PageJob& job, const CallLimits& limits);
+  std::optional<devtools::Evaluation> evaluateOnArrival(TabID tab, const std::string& code, const CallLimits& limits);
+  bool comes(TabID tab, const CallLimits& patience, const CallLimits& limits, const std::function<void()>& wait,
+             const std::function<bool()>& isOnItsWay);
   static void noticeFailedLoad(devtools::Session& page, const CallLimits& limits);
   static void arrive(devtools::Session& page, const CallLimits& limits);
   void leave(const std::shared_ptr<devtools::Session>& page, const CallLimits& limits);

@@ -93,8 +93,30 @@ void PageJobResults::keep(PageJob job, boost::json::value answer) {
     kept_.pop_front();
 }
 
+void PageJobResults::defer(PageJob job) {
+  const std::lock_guard lock(mutex_);
+  deferred_.push_back(std::move(job));
+  if (deferred_.size() > mostKept)
+    deferred_.pop_front();
+}
+
+std::optional<PageJob> PageJobResults::takeDeferred(std::string_view javascript) {
+  const std::lock_guard lock(mutex_);
+  const auto found = std::ranges::find_if(
+      deferred_, [&](const PageJob& job) { return javascript == fmt::format("window.{}{}", job.result, ifAbsent); });
+  if (found == deferred_.end())
+    return std::nullopt;
+  PageJob job = std::move(*found);
+  deferred_.erase(found);
+  return job;
+}
+
 std::optional<boost::json::value> PageJobResults::answer(std::string_view javascript) {
   const std::lock_guard lock(mutex_);
+  for (const PageJob& job : deferred_) {
+    if (javascript == fmt::format("'' + window.{}", job.canary))
+      return boost::json::value("alive");
+  }
   for (auto kept = kept_.begin(); kept != kept_.end(); ++kept) {
     if (javascript == fmt::format("'' + window.{}", kept->job.canary))
       return boost::json::value("alive");

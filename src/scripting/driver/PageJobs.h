@@ -54,6 +54,10 @@ struct PageJobOutcome {
 class PageJobResults {
 public:
   void keep(PageJob job, boost::json::value answer);
+  /// The job's page is still to come. Until it is taken back its program is told that all is well, and no result there.
+  void defer(PageJob job);
+  /// The deferred job whose result is asked for; nothing for other JavaScript.
+  [[nodiscard]] std::optional<PageJob> takeDeferred(std::string_view javascript);
   /// The answer to a question about a job whose result is here; nothing for other JavaScript.
   [[nodiscard]] std::optional<boost::json::value> answer(std::string_view javascript);
 
@@ -64,6 +68,7 @@ private:
   };
 
   std::mutex mutex_;
+  std::list<PageJob> deferred_;
   std::list<Kept> kept_; // oldest first; programs that were stopped never ask
 };
 

@@ -12,7 +12,9 @@ using devtools::Session;
 
 namespace {
 
-constexpr std::chrono::seconds patienceOfLooks(1);
+constexpr std::chrono::seconds patienceOfLooks(3);
+constexpr std::chrono::milliseconds patienceAfterGivingUp(50);
+constexpr std::size_t mostGivenUp = 64;
 
 bool isSameRun(const std::stop_token& left, const std::stop_token& right) {
   return left.stop_possible() && left == right;
@@ -42,6 +44,29 @@ bool PageVisits::settle(Session& page, const platform::CallLimits& limits) {
   if (mayBeAnother || !page.answersLately())
     page.settle(Session::Answer::lately, limits);
   return mayBeAnother;
+}
+
+bool PageVisits::isGivenUp(TabID tab, const std::stop_token& run) const {
+  return std::ranges::any_of(givenUp_, [&](const GivenUp& one) { return one.tab == tab && isSameRun(one.run, run); });
+}
+
+platform::CallLimits PageVisits::patienceWith(TabID tab, const platform::CallLimits& limits) {
+  const std::lock_guard lock(mutex_);
+  const std::chrono::milliseconds patience =
+      isGivenUp(tab, limits.stop) ? patienceAfterGivingUp : std::chrono::milliseconds(longestPatience);
+  platform::CallLimits bounded = limits;
+  bounded.deadline = std::min(limits.deadline, std::chrono::steady_clock::now() + patience);
+  return bounded;
+}
+
+bool PageVisits::giveUp(TabID tab, const std::stop_token& run) {
+  const std::lock_guard lock(mutex_);
+  if (isGivenUp(tab, run))
+    return false;
+  givenUp_.push_back({tab, run});
+  if (givenUp_.size() > mostGivenUp)
+    givenUp_.pop_front();
+  return true;
 }
 
 bool PageVisits::settleOthers(const platform::CallLimits& limits) {

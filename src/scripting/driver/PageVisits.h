@@ -1,8 +1,11 @@
 #pragma once
 
 #include "devtools/Session.h"
+#include "scripting/driver/BrowserDriver.h"
 
+#include <chrono>
 #include <cstdint>
+#include <list>
 #include <memory>
 #include <mutex>
 #include <stop_token>
@@ -24,8 +27,15 @@ public:
   /// meet another page than before.
   bool settle(devtools::Session& page, const platform::CallLimits& limits);
 
+  /// Limits for waiting until a tab's page has come: the given ones, but no longer than `longestPatience`, and for a
+  /// run that has given it up already hardly at all.
+  [[nodiscard]] platform::CallLimits patienceWith(TabID tab, const platform::CallLimits& limits);
+  /// The run has waited for the tab's page in vain. False when it had before.
+  bool giveUp(TabID tab, const std::stop_token& run);
+  static constexpr std::chrono::seconds longestPatience{10};
+
   /// Before the browser is looked at: the same for all pages that other runs have visited. One that has not arrived
-  /// within a second is seen as it is, once and for all. True when one of them has left its address since.
+  /// within some seconds is seen as it is, once and for all. True when one of them has left its address since.
   bool settleOthers(const platform::CallLimits& limits);
 
 private:
@@ -35,8 +45,16 @@ private:
     std::uint64_t departures; // the page's count before that
   };
 
+  struct GivenUp {
+    TabID tab;
+    std::stop_token run;
+  };
+
+  [[nodiscard]] bool isGivenUp(TabID tab, const std::stop_token& run) const;
+
   std::mutex mutex_;
-  std::vector<Visit> visits_; // at most one to each page, the last
+  std::vector<Visit> visits_;  // at most one to each page, the last
+  std::list<GivenUp> givenUp_; // the latest last; few, since runs end
 };
 
 } // namespace tabwright::scripting
