@@ -11,13 +11,6 @@
 namespace tabwright::engine {
 namespace {
 
-TEST(EscapeForLiteral, PutsABackslashBeforeBackslashesAndDoubleQuotes) {
-  EXPECT_EQ(escapeForLiteral(R"(a[href="\x"])"), R"(a[href=\"\\x\"])");
-  EXPECT_EQ(escapeForLiteral(R"("\")"), R"(\"\\\")");
-  EXPECT_EQ(escapeForLiteral("'`\n\tü"), "'`\n\tü");
-  EXPECT_EQ(escapeForLiteral(""), "");
-}
-
 TEST(JoinedLines, KeepEmptyPieces) {
   EXPECT_EQ(joinedLines({"a", "", "b\n", "c"}), "a\n\nb\n\nc");
   EXPECT_EQ(joinedLines({"", "a"}), "\na");
