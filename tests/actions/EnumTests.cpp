@@ -9,14 +9,6 @@
 namespace tabwright::actions {
 namespace {
 
-TEST(SecondsOf, ReadsADecimalNumberToItsEnd) {
-  EXPECT_EQ(secondsOf(PauseOption::p05), 0.5);
-  EXPECT_EQ(secondsOf("0.01"), 0.01);
-  EXPECT_EQ(secondsOf("10"), 10.0);
-  for (const char* text : {"", "x", "1,5", "1.5s", " 1"})
-    EXPECT_EQ(secondsOf(text), 0.0) << text;
-}
-
 TEST(StringFilter, ComparesByItsRule) {
   struct Case {
     StringFilterOption filter;

@@ -35,6 +35,7 @@ const struct {
     {"SetFormFieldValue", {{"targetField", "f"}, {"newValue", ""}}},
     {"SetFormFields", {{"inputDict", "{}"}}},
     {"RunJavascriptInTab", {{"jsCode", " return 1 "}}},
+    {"ReloadTab", {}},
 };
 
 // Each job has fresh names for its variables in the page; here they are all alike.
@@ -55,14 +56,6 @@ protected:
 
   testsupport::ActionBench bench;
 };
-
-TEST_F(PageActions, PollAsLongAsTheyWait) {
-  const std::pair<const char*, const char*> cases[]{{"p00", "1"}, {"p02", "11"}, {"p10", "51"}, {"p20", "101"}};
-  for (const auto& [timeout, polls] : cases) {
-    perform("WaitForElement", {{"cssSelector", "a"}, {"timeout", timeout}});
-    EXPECT_NE(bench.scripts.at(0).find(std::string("\nrepeat ") + polls + " times\n"), std::string::npos) << timeout;
-  }
-}
 
 TEST_F(PageActions, AskForWhatIsMissingBeforeTheyCount) {
   const struct {
@@ -100,11 +93,8 @@ TEST_F(PageActions, PauseAfterASuccessOnly) {
   const struct {
     const char* action;
     bool looksAtAnswer;
-  } cases[]{{"ClickElement", false},
-            {"ScrollToElement", false},
-            {"ClickLink", true},
-            {"SetFormFieldValue", true},
-            {"SetFormFields", true}};
+  } cases[]{{"ClickElement", false}, {"ScrollToElement", false},  {"ReloadTab", false},
+            {"ClickLink", true},     {"SetFormFieldValue", true}, {"SetFormFields", true}};
   const std::pair<const char*, bool> answers[]{{"true", true}, {"TRUE", true},   {"false", false},
                                                {"", false},    {"true ", false}, {"SyntaxError: true", false}};
   for (const auto& [action, looksAtAnswer] : cases) {
@@ -129,17 +119,6 @@ TEST_F(PageActions, FailWithoutAPauseWhenThePageGaveNothing) {
   }
 }
 
-TEST_F(PageActions, PassFailuresOfTheScriptAndOfTheLookupOn) {
-  bench.failureNumber = 5;
-  EXPECT_EQ(failureText([&] { return perform("ClickElement", {{"cssSelector", "a"}}); }),
-            "The requested tab could not be found");
-  EXPECT_EQ(bench.steps, (Steps{"schedule", "count", "frontmost lookup", "run"}));
-  bench.frontmostID = "org.gnome.terminal";
-  EXPECT_EQ(failureText([&] { return perform("ClickElement", {{"cssSelector", "a"}}); }),
-            "The currently active app is not a supported browser");
-  EXPECT_EQ(bench.steps, (Steps{"schedule", "count", "frontmost lookup"}));
-}
-
 TEST_F(PageActions, ShowTheProgramOfARunWithoutRunningIt) {
   const ParameterTexts parameters{{"cssSelector", "a"}, {"targetTab", "brave:8"}, {"targetContext", "frontmost"}};
   const std::string shown = host::scriptText(bench.catalogue, "ClickElement", parameters);
@@ -151,21 +130,6 @@ TEST_F(PageActions, ShowTheProgramOfARunWithoutRunningIt) {
           [&] { return host::scriptText(bench.catalogue, "ClickElement", ParameterTexts{{"cssSelector", "a"}}); }),
       "Which browser is frontmost is found out only when ClickElement runs, and its script depends on the browser: "
       "name one for targetContext, such as chromium.");
-}
-
-TEST_F(PageActions, WaitForElementFailsOrGivesFalseAsItIsTold) {
-  EXPECT_EQ(perform("WaitForElement", {{"cssSelector", "a"}}), true);
-  bench.payload = R"(["false"])";
-  EXPECT_EQ(failureText([&] { return perform("WaitForElement", {{"cssSelector", "a"}}); }),
-            "The requested page element could not be found");
-  EXPECT_EQ(perform("WaitForElement", {{"cssSelector", "a"}, {"onFailure", "returnFalse"}}), false);
-}
-
-TEST_F(PageActions, GetFormFieldValueGivesTheAnswerAsItStands) {
-  for (const char* answer : {"", "false", " a\n\"b\" "}) {
-    bench.payload = boost::json::serialize(boost::json::array{answer});
-    EXPECT_EQ(perform("GetFormFieldValue", {{"fieldTargetSpec", "f"}}), answer);
-  }
 }
 
 TEST_F(PageActions, SetFormFieldsRefusesADocumentThatIsNoJSONOnceTheRunCounts) {

@@ -210,6 +210,9 @@ TEST_P(PageEffects, JavascriptGivesAFlatListOfTexts) {
   EXPECT_EQ(javascript("return {a: 1}"), (Texts{""}));
   EXPECT_EQ(javascript("return [false, 0, '', undefined]"), (Texts{"false", "0", "", ""}));
   EXPECT_EQ(javascript("throw new Error('x')"), (Texts{"Error: x"}));
+  EXPECT_EQ(javascript("return cssSelectorFor('x', 'nothing')"), (Texts{"Error: Invalid target strategy"}));
+  EXPECT_EQ(javascript("let n = 1;\n--n; // a line like a comment\nreturn n"), (Texts{"1"}));
+  EXPECT_EQ(javascript("return '__JS__ __RESULT__ __POLL_COUNT__'"), (Texts{"__JS__ __RESULT__ __POLL_COUNT__"}));
   EXPECT_EQ(javascript("return cssSelectorFor('a', 'cssSelector')"), (Texts{"a"}));
   EXPECT_EQ(javascript("return Promise.resolve(`\"\\\\\n😀`)"), (Texts{"\"\\\n😀"}));
   EXPECT_EQ(failure("RunJavascriptInTab", {{"jsCode", "return []"}}), "unableToParseJS");

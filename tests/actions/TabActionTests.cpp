@@ -14,27 +14,12 @@ using Steps = std::vector<std::string>;
 using host::ParameterTexts;
 using testsupport::failureText;
 
-constexpr const char* record =
-    R"({"tabID": "8", "tabTitle": "News", "tabURL": "https://news.test/", "isLoading": true, "htmlContent": ""})";
-
 class TabActions : public testing::Test {
 protected:
-  TabActions() { bench.payload = record; }
+  TabActions() { bench.payload = R"({"tabID": "8", "tabTitle": "News", "tabURL": "https://news.test/"})"; }
 
   testsupport::ActionBench bench;
 };
-
-constexpr const char* chromium = "org.chromium.chromium";
-TEST_F(TabActions, TabsCarryTheBrowserThatAnswered) {
-  const boost::json::value found{{"id", chromium}, {"name", "Chromium"}};
-  for (const char* action : {"CreateTab", "CloseTab", "GetDetailsOfTab"}) {
-    const boost::json::value tab = bench.perform(action, {});
-    EXPECT_EQ(tab.at("targetContext"), found) << action;
-    EXPECT_EQ(tab.at("fullID"), "org.chromium.chromium:8") << action;
-    EXPECT_EQ(tab.at("isLoading"), true) << action;
-  }
-  EXPECT_EQ(bench.perform("OpenInTab", {{"newURL", "https://a.test/"}}).at("targetContext"), found);
-}
 
 TEST_F(TabActions, FocusTabKeepsTheTabsOwnBrowser) {
   const boost::json::value tab = bench.perform(
@@ -58,7 +43,6 @@ TEST_F(TabActions, AskForWhatIsMissingBeforeTheyCount) {
       {"CreateTab", {{"windowType", "specificWindow"}}, window},
       {"CloseTab", {{"tabSelection", "specificTab"}}, tab},
       {"FocusTab", {}, tab},
-      {"ReloadTab", {{"tabSelection", "specificTab"}}, tab},
       {"GetDetailsOfTab", {{"tabSelection", "specificTab"}}, tab},
       {"WaitForTabToFinishLoading", {{"tabSelection", "specificTab"}}, tab},
       {"OpenInTab", {}, url},
@@ -87,20 +71,6 @@ TEST_F(TabActions, SayWhyAnAddressIsAskedForAgain) {
       EXPECT_EQ(failure.cause()->identity.caseName, reason) << text;
     }
   }
-}
-
-TEST_F(TabActions, PauseOnlyAfterASuccess) {
-  bench.perform("OpenInTab", {{"newURL", "https://a.test/"}, {"pauseAfterSucessInSeconds", "1.5"}});
-  EXPECT_EQ(bench.steps, (Steps{"schedule", "count", "frontmost lookup", "run", "sleep 1.5"}));
-
-  bench.payload = R"(["whatever"])";
-  bench.perform("ReloadTab", {{"targetContext", "brave"}, {"pauseAfterSucessInSeconds", "p40"}});
-  EXPECT_EQ(bench.steps.back(), "sleep 4");
-
-  bench.payload = "[]";
-  EXPECT_EQ(failureText([&] { return bench.perform("ReloadTab", {{"pauseAfterSucessInSeconds", "p40"}}); }),
-            "The JavaScript ended in an exception that nothing caught, the code is likely malformed");
-  EXPECT_EQ(bench.steps.back(), "run");
 }
 
 } // namespace

@@ -68,21 +68,6 @@ TEST_F(WindowActions, CreateWindowCountsBeforeItAsksForAUsableURL) {
     EXPECT_NO_THROW(bench.perform("CreateWindow", {{"targetContext", "safari"}, {"newURL", none}})) << "no URL";
 }
 
-TEST_F(WindowActions, CreateWindowPausesWhenItHasMadeOne) {
-  bench.perform("CreateWindow", {{"pauseAfterSucessInSeconds", "p05"}});
-  EXPECT_EQ(bench.steps, (Steps{"schedule", "count", "frontmost lookup", "run", "sleep 0.5"}));
-  bench.failureNumber = 0;
-  EXPECT_THROW(bench.perform("CreateWindow", {{"targetContext", "safari"}, {"pauseAfterSucessInSeconds", "p05"}}),
-               platform::Failure);
-  EXPECT_EQ(bench.steps.back(), "run");
-}
-
-TEST_F(WindowActions, AskForTheWindow) {
-  for (const char* action : {"CloseWindow", "FocusWindow"})
-    EXPECT_EQ(failureText([&] { return bench.perform(action, {}); }),
-              "targetWindow needs a value. Which window? Give one that another action returned.");
-}
-
 TEST_F(WindowActions, ClosingAWindowLeavesItsNameToTheNextList) {
   bench.windowNames.kept = {{"com.apple.safari:4", "Work"}};
   bench.perform("CloseWindow", {{"targetWindow", R"({"targetContext":"safari","fullID":"com.apple.safari:4"})"}});
@@ -114,13 +99,6 @@ protected:
     return text;
   }
 };
-
-TEST_F(ListsOfWindows, AreMadeInOneRoundTrip) {
-  EXPECT_EQ(ids({}), "1 2 3 4");
-  EXPECT_EQ(bench.steps, (Steps{"schedule", "count", "frontmost lookup", "run"}));
-  bench.payload = "[]";
-  EXPECT_EQ(ids({{"listElements", "first"}}), "");
-}
 
 TEST_F(ListsOfWindows, AreFilteredByPrivacyVisibilityAndTitle) {
   EXPECT_EQ(ids({{"privacyFilter", "standard"}}), "1 3");

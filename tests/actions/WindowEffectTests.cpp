@@ -41,7 +41,9 @@ protected:
 
 TEST_P(WindowEffects, CreateWindowMakesAStandardWindow) {
   const std::string url = "https://n.test/it's?q=%22{}";
-  const boost::json::value made = run("CreateWindow", {{"name", R"(My "own" one)"}, {"newURL", url}});
+  const boost::json::value made =
+      run("CreateWindow", {{"name", R"(My "own" one)"}, {"newURL", url}, {"pauseAfterSucessInSeconds", "p05"}});
+  EXPECT_EQ(actions.steps.back(), "sleep 0.5");
   EXPECT_EQ(made.at("fullID"), boost::json::value(browserID() + ":103"));
   EXPECT_EQ(made.at("isPrivate"), false);
   EXPECT_EQ(made.at("activeTab").at("url"), boost::json::value(url));

@@ -1,5 +1,6 @@
 // What a user sees of the program itself, without any browser: each test runs the executable.
 #include "support/CommandRun.h"
+#include "support/ScratchFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,14 +21,9 @@ using testsupport::runTabwright;
 
 class CommandLine : public ::testing::Test {
 protected:
-  CommandLine() : home_(std::filesystem::temp_directory_path() / ("tabwright-home-" + std::to_string(::getpid()))) {
-    std::filesystem::create_directories(home_);
-  }
-  ~CommandLine() override { std::filesystem::remove_all(home_); }
-
   CommandOutcome tabwright(const std::vector<std::string>& arguments, const std::string& input = {},
                            std::map<std::string, std::string> environment = {}) {
-    environment.merge(std::map<std::string, std::string>{{"HOME", home_.string()},
+    environment.merge(std::map<std::string, std::string>{{"HOME", home.path()},
                                                          {"XDG_RUNTIME_DIR", ""},
                                                          {"XDG_DATA_HOME", ""},
                                                          {"XDG_STATE_HOME", ""},
@@ -38,10 +34,7 @@ protected:
     return runTabwright(arguments, input, environment);
   }
 
-  const std::filesystem::path& home() const { return home_; }
-
-private:
-  std::filesystem::path home_;
+  testsupport::ScratchFolder home;
 };
 
 TEST_F(CommandLine, runsAScriptFromStandardInputAndPrintsItsResultInSourceForm) {
@@ -103,7 +96,7 @@ TEST_F(CommandLine, saysWhenItsOutputCannotBeWritten) {
   const auto redirected = [&](const std::string& redirection, std::vector<std::string> words,
                               const std::string& input) {
     words.insert(words.begin(), {"-c", "\"$@\" " + redirection, "bash", testsupport::tabwrightPath()});
-    return testsupport::runProgram("bash", words, input, {{"HOME", home().string()}, {"LC_ALL", "C.UTF-8"}});
+    return testsupport::runProgram("bash", words, input, {{"HOME", home.path()}, {"LC_ALL", "C.UTF-8"}});
   };
   const std::vector<std::pair<std::vector<std::string>, std::string>> commands{
       {{"actions"}, ""},
@@ -154,57 +147,24 @@ TEST_F(CommandLine, checksSyntaxWithoutRunning) {
   EXPECT_THAT(noText.errors, StartsWith("standard input:2:12: syntax error: A script is text in UTF-8"));
 }
 
-TEST_F(CommandLine, printsAProgramOfEitherFamilyAsItIs) {
-  for (const char* target : {"chromium", "safari"}) {
-    const CommandOutcome program =
-        tabwright({"script", "ClickElement", "--targetContext", target, "--cssSelector", "a[title=\"x\\y\"]"});
-    ASSERT_EQ(program.exitCode, 0) << program.errors;
-    EXPECT_NE(program.output.back(), '\n'); // none is added
-    const CommandOutcome check = tabwright({"applescript", "--check", "-"}, program.output);
-    EXPECT_EQ(check.exitCode, 0) << check.errors;
-  }
-}
-
 TEST_F(CommandLine, keepsWhatPagesSayFromSteeringTheTerminal) {
   const std::string hostile = "a\x1b[31mb\xC2\x9B"
                               "c\xE2\x80\xAE"
                               "d";
-  std::ofstream(home() / "page.html") << "<p>" << hostile;
-  std::ofstream(home() / "steps.yaml") << "steps:\n  - print: \"a\\e[31mb\\x9bc\\u202ed\"\n";
-  std::ofstream(home() / "script")
+  std::ofstream(home / "page.html") << "<p>" << hostile;
+  std::ofstream(home / "steps.yaml") << "steps:\n  - print: \"a\\e[31mb\\x9bc\\u202ed\"\n";
+  std::ofstream(home / "script")
       << "error \"a\" & character id 27 & \"b\" & character id 155 & character id 8238 & \"c\"";
   const auto terminal = [&](const char* command, const char* file) {
-    return testsupport::runAtTerminal(testsupport::tabwrightPath(), {command, (home() / file).string()},
-                                      {{"HOME", home().string()}, {"LC_ALL", "C.UTF-8"}});
+    return testsupport::runAtTerminal(testsupport::tabwrightPath(), {command, (home / file).string()},
+                                      {{"HOME", home.path()}, {"LC_ALL", "C.UTF-8"}});
   };
   EXPECT_THAT(terminal("markdown", "page.html"), StartsWith("a\uFFFD[31mb\uFFFDcd")); // HTML replaces two
   EXPECT_EQ(terminal("workflow", "steps.yaml"), "a[31mbcd\n");
   EXPECT_THAT(terminal("applescript", "script"), HasSubstr("execution error: abc (-2700)"));
-  EXPECT_EQ(tabwright({"workflow", (home() / "steps.yaml").string()}).output, "a\x1b[31mb\xC2\x9B"
-                                                                              "c\xE2\x80\xAE"
-                                                                              "d\n");
-}
-
-TEST_F(CommandLine, leavesNoScriptBehindWhateverHappened) {
-  static_cast<void>(tabwright({"run", "GetListOfTabs", "--targetContext", "vivaldi"}, {}, {{"PATH", "/nowhere"}}));
-  const std::filesystem::path scripts = home() / ".local/share/tabwright/scripts/Temp";
-  ASSERT_TRUE(std::filesystem::is_directory(scripts));
-  EXPECT_TRUE(std::filesystem::is_empty(scripts));
-}
-
-TEST_F(CommandLine, listsAndDescribesActionsFromTheCatalogue) {
-  const CommandOutcome list = tabwright({"actions"});
-  EXPECT_EQ(list.exitCode, 0);
-  EXPECT_THAT(list.output, HasSubstr("ClickElement"));
-  EXPECT_THAT(list.output, HasSubstr("GetListOfTabs"));
-
-  const CommandOutcome one = tabwright({"actions", "clickelement"});
-  EXPECT_THAT(one.output, HasSubstr("cssSelector"));
-  EXPECT_THAT(one.output, HasSubstr("tabwright run ClickElement"));
-  EXPECT_EQ(tabwright({"run", "ClickElement", "--help"}).output, one.output);
-
-  const CommandOutcome schemas = tabwright({"actions", "ClickElement", "--json"});
-  EXPECT_THAT(schemas.output, HasSubstr("\"inputSchema\":{"));
+  EXPECT_EQ(tabwright({"workflow", (home / "steps.yaml").string()}).output, "a\x1b[31mb\xC2\x9B"
+                                                                            "c\xE2\x80\xAE"
+                                                                            "d\n");
 }
 
 TEST_F(CommandLine, runsAWorkflowAndPrintsWhatItsStepsPrint) {

@@ -1,5 +1,6 @@
 #include "client/HostProtocol.h"
 #include "support/CommandRun.h"
+#include "support/ScratchFolder.h"
 
 #include <boost/json/array.hpp>
 #include <boost/json/parse.hpp>
@@ -9,7 +10,6 @@
 
 #include <algorithm>
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -37,8 +37,6 @@ using testsupport::CommandOutcome;
 class HostTest : public ::testing::Test {
 protected:
   HostTest() {
-    std::string pattern = (fs::temp_directory_path() / "tabwright-host.XXXXXX").string();
-    scratch = ::mkdtemp(pattern.data());
     fs::create_directory(scratch / "run");
     fs::permissions(scratch / "run", fs::perms::owner_all);
     environment = {{"XDG_RUNTIME_DIR", scratch / "run"},
@@ -51,7 +49,6 @@ protected:
   ~HostTest() override {
     for (const pid_t host : hosts())
       ::kill(host, SIGKILL);
-    fs::remove_all(scratch);
   }
 
   [[nodiscard]] CommandOutcome run(std::vector<std::string> words, const std::string& input = {}) const {
@@ -68,7 +65,8 @@ protected:
         continue;
       std::ifstream file(process.path() / "cmdline", std::ios::binary);
       const std::string line{std::istreambuf_iterator<char>(file), {}};
-      if (line.find(scratch.string()) != std::string::npos && line.find(client::handover::command) != std::string::npos)
+      if (line.find(scratch.path().string()) != std::string::npos &&
+          line.find(client::handover::command) != std::string::npos)
         found.insert(std::stoi(name));
     }
     return found;
@@ -81,14 +79,14 @@ protected:
       std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
 
-  fs::path scratch;
+  testsupport::ScratchFolder scratch;
   std::map<std::string, std::string> environment;
 };
 
 /// A connection to the host as any program may make it.
 class RawConnection {
 public:
-  explicit RawConnection(const fs::path& scratch) {
+  explicit RawConnection(const testsupport::ScratchFolder& scratch) {
     for (const auto& entry : fs::directory_iterator(scratch / "run/tabwright")) {
       if (entry.path().extension() != ".socket")
         continue;
@@ -155,10 +153,6 @@ std::string runRequest(int id, const std::string& version, const std::vector<std
                                        {"terminal", {{"input", false}, {"output", false}, {"width", 80}}}}}}) +
          "\n";
 }
-
-constexpr std::string_view handshake =
-    R"({"jsonrpc":"2.0","id":1,"method":"initialize","params":{"protocolVersion":"2025-11-25","capabilities":{}}})"
-    "\n";
 
 TEST_F(HostTest, DoesWhatAProcessOfItsOwnDoes) {
   for (std::vector<std::string> words : std::initializer_list<std::vector<std::string>>{
@@ -289,18 +283,6 @@ TEST_F(HostTest, RefusesWhatIsNoRequestAndServesOn) {
   const RawConnection silent(scratch);
   EXPECT_THAT(run({"NoSuchAction"}).errors, HasSubstr("There is no action"));
   EXPECT_EQ(hosts(), first);
-}
-
-TEST_F(HostTest, ServesAgentsOnTheSameSocket) {
-  static_cast<void>(run({"NoSuchAction"}));
-  RawConnection agent(scratch);
-  agent.write(handshake);
-  EXPECT_EQ(agent.answer().value().at("result").at("serverInfo").at("name"), "tabwright");
-  agent.write(R"({"jsonrpc":"2.0","id":2,"method":"tools/call","params":{"name":"GetBrowserReference",)"
-              R"("arguments":{"targetContext":"chromium"}}})"
-              "\n");
-  EXPECT_EQ(agent.answer().value().at("result").at("content").at(0).at("text"),
-            R"({"id":"org.chromium.chromium","name":"Chromium"})");
 }
 
 TEST_F(HostTest, GivesUpAClientThatNeverReadsAndServesOn) {

@@ -5,10 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-
 namespace tabwright {
 namespace {
 
@@ -19,10 +15,9 @@ using testsupport::runTabwright;
 TEST(Reference, TheOneInDocsIsCurrent) {
   const CommandOutcome current =
       runTabwright({"actions", "--markdown"}, {}, {{"LC_ALL", "C.UTF-8"}, {"PATH", "/nowhere"}, {"DISPLAY", ""}});
-  std::stringstream kept;
-  kept << std::ifstream(testsupport::sourceFolder() / "docs/actions.md").rdbuf();
   ASSERT_EQ(current.exitCode, 0) << current.errors;
-  EXPECT_EQ(kept.str(), current.output) << "run “./dev docs” and commit docs/actions.md";
+  EXPECT_EQ(testsupport::sourceText("docs/actions.md"), current.output)
+      << "run “./dev docs” and commit docs/actions.md";
 }
 
 TEST(Reference, SpeaksTheLanguageOfTheEnvironment) {

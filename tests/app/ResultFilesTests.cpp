@@ -1,14 +1,12 @@
 #include "app/ResultFiles.h"
 #include "browserdata/BrowserTabEntity.h"
 #include "support/FailureText.h"
+#include "support/ScratchFolder.h"
 
-#include <boost/json/serialize.hpp>
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <stdlib.h>
 #include <string>
 
 namespace tabwright::app {
@@ -17,19 +15,8 @@ namespace {
 using browserdata::BrowserTabEntity;
 using TabTraits = intents::ValueTraits<BrowserTabEntity>;
 
-std::string contentOf(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 class ResultFiles : public ::testing::Test {
 protected:
-  ResultFiles() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "tabwright-files.XXXXXX").string();
-    folder = ::mkdtemp(pattern.data());
-  }
-  ~ResultFiles() override { std::filesystem::remove_all(folder); }
-
   static BrowserTabEntity tabWith(const std::string& data) {
     BrowserTabEntity tab;
     tab.fullID = "org.chromium.chromium:8";
@@ -38,7 +25,7 @@ protected:
     return tab;
   }
 
-  std::filesystem::path folder;
+  testsupport::ScratchFolder folder;
 };
 
 TEST_F(ResultFiles, AreWrittenUnderNamesOfTheirOwnAndFoundAgainByTheirPath) {
@@ -47,8 +34,8 @@ TEST_F(ResultFiles, AreWrittenUnderNamesOfTheirOwnAndFoundAgainByTheirPath) {
   list.isList = true;
   const host::ActionResult result = withFilesIn(
       folder / "new", {boost::json::array{TabTraits::toJson(first), TabTraits::toJson(tabWith({"\0\xff", 2}))}, list});
-  EXPECT_EQ(contentOf(folder / "new/selection.rtfd"), "{\\rtf1 one}");
-  EXPECT_EQ(contentOf(folder / "new/selection 2.rtfd"), std::string("\0\xff", 2));
+  EXPECT_EQ(folder.content(folder / "new/selection.rtfd"), "{\\rtf1 one}");
+  EXPECT_EQ(folder.content(folder / "new/selection 2.rtfd"), std::string("\0\xff", 2));
   const boost::json::value& tab = result.value.at(0);
   EXPECT_EQ(tab.at("selectionRTFD"), (boost::json::value{{"filename", "selection.rtfd"},
                                                          {"type", "com.apple.rtfd"},
@@ -61,16 +48,16 @@ TEST_F(ResultFiles, LeaveResultsWithoutFilesAsTheyAre) {
   tab.selectionRTFD.reset();
   tab.title = R"({"filename":"a","type":"b","data":"AA=="})";
   const boost::json::value value = TabTraits::toJson(tab);
-  EXPECT_EQ(withFilesIn(folder, {value, TabTraits::type()}).value, value);
-  EXPECT_EQ(withFilesIn(folder, {nullptr, TabTraits::type()}).value, nullptr);
-  EXPECT_TRUE(std::filesystem::is_empty(folder));
+  EXPECT_EQ(withFilesIn(folder.path(), {value, TabTraits::type()}).value, value);
+  EXPECT_EQ(withFilesIn(folder.path(), {nullptr, TabTraits::type()}).value, nullptr);
+  EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
 TEST_F(ResultFiles, StayInTheFolderThatWasNamed) {
   BrowserTabEntity tab = tabWith("x");
   tab.selectionRTFD->filename = "../../escape.rtf";
   static_cast<void>(withFilesIn(folder / "in", {TabTraits::toJson(tab), TabTraits::type()}));
-  EXPECT_EQ(contentOf(folder / "in/escape.rtf"), "x");
+  EXPECT_EQ(folder.content(folder / "in/escape.rtf"), "x");
 }
 
 TEST_F(ResultFiles, TellWhereTheyCouldNotBeWritten) {

@@ -3,16 +3,19 @@
 #include "browserdata/BrowserTabEntity.h"
 #include "browserdata/BrowserWindowEntity.h"
 #include "platform/TerminalCells.h"
+#include "support/Texts.h"
 
 #include <gtest/gtest.h>
 
-#include <sstream>
+#include <string>
+#include <vector>
 
 namespace tabwright::app {
 namespace {
 
 using browserdata::BrowserTabEntity;
 using browserdata::BrowserWindowEntity;
+using testsupport::linesOf;
 
 BrowserTabEntity tab(std::string title, std::string url, std::string id, bool isPrivate = false) {
   BrowserTabEntity entity;
@@ -27,14 +30,6 @@ BrowserTabEntity tab(std::string title, std::string url, std::string id, bool is
 template <class T>
 host::ActionResult resultOf(const T& value) {
   return {intents::ValueTraits<T>::toJson(value), intents::ValueTraits<T>::type()};
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);)
-    lines.push_back(line);
-  return lines;
 }
 
 TEST(ResultView, AListOfTabsIsATableWithReferencesThatCanBeGivenBack) {

@@ -98,19 +98,6 @@ TEST_F(LimitTests, ValuesAreBounded) {
   EXPECT_EQ(errorOf("set xs to {}\nrepeat\nset end of xs to 1\nend repeat"), errorNumber::outOfMemory);
 }
 
-TEST_F(LimitTests, AnErrorIsPlacedAtTheInnermostExpression) {
-  const std::string source = "on f(x)\n\treturn 1 + (x's size)\nend f\nset y to f(\"a\")";
-  Interpreter interpreter(surroundings);
-  const auto script = interpreter.compile(source);
-  try {
-    interpreter.run(*script);
-    FAIL();
-  } catch (const ScriptError& error) {
-    ASSERT_TRUE(error.range());
-    EXPECT_EQ(source.substr(error.range()->offset, error.range()->length), "x's size");
-  }
-}
-
 TEST_F(LimitTests, PropertiesOutliveRunsAndFailedLoadsAreTriedAgain) {
   Interpreter interpreter(surroundings);
   const auto script = interpreter.compile("property n : 0\non next()\nset n to n + 1\nreturn n\nend next");
@@ -120,14 +107,6 @@ TEST_F(LimitTests, PropertiesOutliveRunsAndFailedLoadsAreTriedAgain) {
   const auto broken = interpreter.compile("property n : 1 / 0\nreturn n");
   EXPECT_THROW(interpreter.run(*broken), ScriptError);
   EXPECT_THROW(interpreter.run(*broken), ScriptError);
-}
-
-TEST_F(LimitTests, RunHandlersGetTheirArguments) {
-  Interpreter interpreter(surroundings);
-  const auto list = interpreter.compile("on run argv\nreturn argv\nend run");
-  EXPECT_EQ(sourceForm(interpreter.run(*list, {1, "a"})), "{1, \"a\"}");
-  const auto pattern = interpreter.compile("on run {a, b}\nreturn b\nend run");
-  EXPECT_EQ(sourceForm(interpreter.run(*pattern, {1, "a"})), "\"a\"");
 }
 
 } // namespace

@@ -1,12 +1,10 @@
 #include "applescript/ParserTestSupport.h"
 #include "support/SourceFolder.h"
+#include "support/Texts.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <vector>
 
 namespace tabwright::applescript::test {
@@ -56,18 +54,6 @@ TEST(Printer, WritesWhatParsesAgain) {
     EXPECT_EQ(roundTrip(source), printed) << source;
 }
 
-std::string fileText(const std::filesystem::path& path) {
-  std::ostringstream text;
-  text << std::ifstream(path).rdbuf();
-  return text.str();
-}
-
-std::string replaced(std::string text, std::string_view from, std::string_view to) {
-  for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
-    text.replace(at, from.size(), to);
-  return text;
-}
-
 /// The script texts that the engine assembles its programs from, their placeholders filled in.
 TEST(Printer, RoundTripsTheEnginesScripts) {
   const std::filesystem::path folder = testsupport::sourceFolder() / "resources" / "engine";
@@ -76,11 +62,12 @@ TEST(Printer, RoundTripsTheEnginesScripts) {
     if (entry.path().extension() != ".applescript")
       continue;
     const bool isSafaris = entry.path().stem() == "safariLibrary";
-    std::string text = fileText(entry.path());
-    text = replaced(text, "__BROWSER_BUNDLE_ID__", isSafaris ? "com.apple.safari" : "com.google.chrome");
-    text = replaced(text, "__MAIN_RECEIVER_ID__", "com.google.chrome");
-    text = replaced(text, "__ARGKEYS__", "a, newUrl");
-    text = replaced(text, "__APPLESCRIPT__", "return success(my getFrontVars())");
+    std::string text = testsupport::sourceText(entry.path());
+    text =
+        testsupport::replacingAll(text, "__BROWSER_BUNDLE_ID__", isSafaris ? "com.apple.safari" : "com.google.chrome");
+    text = testsupport::replacingAll(text, "__MAIN_RECEIVER_ID__", "com.google.chrome");
+    text = testsupport::replacingAll(text, "__ARGKEYS__", "a, newUrl");
+    text = testsupport::replacingAll(text, "__APPLESCRIPT__", "return success(my getFrontVars())");
     SCOPED_TRACE(entry.path().filename());
     EXPECT_FALSE(roundTrip(text).empty());
     ++count;

@@ -1,41 +1,13 @@
-#include "applescript/SyntaxDictionaries.h"
 #include "applescript/terminology/Terminology.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <string_view>
 #include <vector>
 
 namespace tabwright::applescript::test {
 namespace {
-
-TEST(TerminologyTest, FindsTheLongestTermInAnyCase) {
-  const Terminology& chrome = *SyntaxDictionaries().terminologyByName("Google Chrome");
-  const std::vector<std::string_view> words = {"Active", "TAB", "index", "of"};
-  const auto matches = chrome.longestMatch(words);
-  ASSERT_EQ(matches.size(), 1u);
-  EXPECT_EQ(matches[0].term->words, "active tab index");
-  EXPECT_EQ(matches[0].words, 3u);
-  EXPECT_EQ(chrome.longestMatch(std::span(words).first(2))[0].term->words, "active tab");
-  EXPECT_TRUE(chrome.longestMatch(std::span(words).first(1)).empty());
-  EXPECT_TRUE(chrome.longestMatch({}).empty());
-}
-
-TEST(TerminologyTest, TellsPluralsAndAllReadingsOfAWord) {
-  const std::array<std::string_view, 1> windows = {"windows"};
-  const auto plural = languageTerminology().longestMatch(windows);
-  ASSERT_EQ(plural.size(), 1u);
-  EXPECT_TRUE(plural[0].isPlural);
-  EXPECT_EQ(plural[0].term->words, "window");
-
-  const std::array<std::string_view, 1> month = {"month"};
-  const auto readings = languageTerminology().longestMatch(month);
-  ASSERT_EQ(readings.size(), 2u);
-  EXPECT_EQ(readings[0].term->kind, Term::Kind::className);
-  EXPECT_EQ(readings[1].term->kind, Term::Kind::property);
-}
 
 TEST(TerminologyTest, FindsTermsByCode) {
   EXPECT_EQ(languageTerminology().findCode(Term::Kind::property, fourCharCode("pnam"))->words, "name");

@@ -95,27 +95,6 @@ TEST(BrowserTabEntity, AReferenceThatWouldLeaveItsLiteralIsRefused) {
   }
 }
 
-TEST(BrowserTabEntity, WrittenByHandNeedsOnlyReferenceAndBrowser) {
-  for (const std::string_view text :
-       {R"({"fullID":"org.chromium.chromium:8","targetContext":"chromium"})",
-        R"({"fullID":"org.chromium.chromium:8","targetContext":"org.chromium.Chromium"})",
-        R"([{"fullID":"org.chromium.chromium:8","targetContext":{"id":"org.chromium.Chromium","name":"Chromium"}}])"}) {
-    const BrowserTabEntity tab = TabTraits::fromText(text);
-    EXPECT_EQ(tab.targetContext, chromium) << text;
-    EXPECT_EQ(tab.id(), "8") << text;
-  }
-  EXPECT_EQ(failureText([] { return TabTraits::fromText(R"({"fullID":"x:1"})"); }),
-            "lacks the property targetContext.");
-  EXPECT_EQ(failureText([] { return TabTraits::fromText(R"({"targetContext":"chromium","fullID":8})"); }),
-            "fullID can't be 8; give a text.");
-}
-
-TEST(BrowserTabEntity, AReferenceWithoutColonIsItsOwnId) {
-  BrowserTabEntity tab;
-  tab.fullID = "8";
-  EXPECT_EQ(tab.id(), "8");
-}
-
 TEST(BrowserWindowEntity, HoldsItsTabsInOrderAndCrossesBothWays) {
   BrowserWindowData record;
   record.windowID = "17";

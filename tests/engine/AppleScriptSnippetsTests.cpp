@@ -1,10 +1,9 @@
-#include "ResourceFile.h"
 #include "engine/AppleScriptSnippets.h"
 #include "engine/PageLibrary.h"
-#include "engine/ScriptLayers.h"
 #include "engine/ScriptText.h"
-#include "support/JavaScriptContext.h"
 #include "support/LogCapture.h"
+#include "support/SourceFolder.h"
+#include "support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -15,33 +14,15 @@
 namespace tabwright::engine {
 namespace {
 
-using testsupport::goldenText;
 using testsupport::replacingAll;
+using testsupport::sourceText;
 
 const JobVariables variables{.result = "__RESULT", .canary = "__CANARY"};
 
-// What a browser would get: the literal of a cleaned-up script, read as AppleScript reads it.
-std::string plantedCode(const std::string& js) {
-  const std::string script = preparedBody(AppleScriptSnippets::asyncJob(js, 1.0, 0.2, variables));
-  const std::string start = "set jsJobCode to \"";
-  std::string code;
-  for (std::size_t at = script.find(start) + start.size(); script[at] != '"'; ++at)
-    code += script[at] == '\\' ? script[++at] : script[at];
-  return code;
-}
-
-std::string resultOf(const std::string& js) {
-  const testsupport::JavaScriptContext page;
-  page.evaluate("var window = globalThis;");
-  page.evaluate(plantedCode(js));
-  EXPECT_EQ(page.evaluate("'' + window.__CANARY"), "\"alive\"");
-  return replacingAll(page.evaluate("window.__RESULT || -1"), AppleScriptSnippets::emptyResultMarker(), "MARKER");
-}
-
 TEST(AsyncJob, IsTheTextWrittenByHand) {
   const testsupport::LogCapture log;
-  const std::string js = goldenText("asyncJob.js");
-  std::string expected = goldenText("asyncJob.applescript");
+  const std::string js = sourceText("tests/engine/golden/asyncJob.js");
+  std::string expected = sourceText("tests/engine/golden/asyncJob.applescript");
   expected = replacingAll(expected, "@MARKER@", AppleScriptSnippets::emptyResultMarker());
   expected = replacingAll(expected, "@PAGE_LIBRARY@", escapeForLiteral(pageLibrary()));
   EXPECT_EQ(AppleScriptSnippets::asyncJob(js, 1.0, 0.2, variables), expected);
@@ -72,28 +53,6 @@ TEST(AsyncJob, NamesTwoFreshVariablesPerJob) {
   ASSERT_TRUE(std::regex_search(job, result, std::regex("\"window\\.(__[0-9A-HJKMNP-TV-Z]{26}) \\|\\| -1\"")));
   EXPECT_NE(canary[1], result[1]);
   EXPECT_NE(AppleScriptSnippets::asyncJob("1", 1, 0.2), job);
-}
-
-TEST(AsyncJob, DeliversFlatTexts) {
-  EXPECT_EQ(resultOf("return [1, [2, [3]], {a: 1}]"), R"(["1","2","3",""])");
-  EXPECT_EQ(resultOf("return undefined"), R"(["MARKER"])");
-  EXPECT_EQ(resultOf("return null"), R"(["MARKER"])");
-  EXPECT_EQ(resultOf("return [undefined]"), R"([""])");
-  EXPECT_EQ(resultOf("return 0"), R"(["0"])");
-  EXPECT_EQ(resultOf("return \"\""), R"([""])");
-  EXPECT_EQ(resultOf("return false"), R"(["false"])");
-  EXPECT_EQ(resultOf("return []"), "[]");
-  EXPECT_EQ(resultOf("return await Promise.resolve('a\\\\b\"c')"), R"(["a\\b\"c"])");
-  EXPECT_EQ(resultOf("throw Error('no')"), R"(["Error: no"])");
-  EXPECT_EQ(resultOf("return cssSelectorFor('x', 'nothing')"), R"(["Error: Invalid target strategy"])");
-}
-
-TEST(AsyncJob, LosesLinesThatLookLikeComments) {
-  EXPECT_EQ(resultOf("let counter = 1;\n--counter;\nreturn counter"), R"(["1"])");
-}
-
-TEST(AsyncJob, LeavesPlaceholdersOfAUsersTextAlone) {
-  EXPECT_EQ(resultOf("return '__JS__ __RESULT__ __POLL_COUNT__'"), R"(["__JS__ __RESULT__ __POLL_COUNT__"])");
 }
 
 TEST(EmptyResultMarker, IsOneForTheProcess) {

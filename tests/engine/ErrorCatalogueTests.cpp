@@ -9,14 +9,6 @@
 namespace tabwright::engine {
 namespace {
 
-TEST(ErrorCatalogue, HasTheNumbersThatScriptsUse) {
-  EXPECT_EQ(appleScriptRuntimeErrorWithRawValue(4), AppleScriptRuntimeError::pageLoadDuringExecution);
-  EXPECT_EQ(appleScriptRuntimeErrorWithRawValue(7), AppleScriptRuntimeError::windowNotFound);
-  EXPECT_EQ(appleScriptRuntimeErrorWithRawValue(8), std::nullopt);
-  EXPECT_EQ(appleScriptRuntimeErrorWithRawValue(-1), std::nullopt);
-  EXPECT_EQ(platform::failure(AppleScriptRuntimeError::tabNotFound).identity().number, 5);
-}
-
 TEST(ErrorCatalogue, FindsTheTextsOfItsSymbolicKeys) {
   const std::string syntax = errorDescription(JavascriptError::syntaxException, "SyntaxError: 100%@");
   EXPECT_TRUE(syntax.ends_with("SyntaxError: 100%@")) << syntax;

@@ -46,14 +46,6 @@ TEST_F(PageLibrary, IsOneLineOfElevenFunctionsThatAScriptsCleanUpLeavesAlone) {
     EXPECT_EQ(value(std::string("typeof ") + name), "\"function\"") << name;
 }
 
-TEST_F(PageLibrary, MakesSelectors) {
-  EXPECT_EQ(value(R"(cssSelectorFor('a"b\\', "elementNameAttribute"))"), R"("[name=\"a\\\"b\\\"]")");
-  EXPECT_EQ(value(R"(cssSelectorFor("x", "elementIDAttribute"))"), R"("[id=\"x\"]")");
-  EXPECT_EQ(value(R"(cssSelectorFor('a[href="x"]', "cssSelector"))"), R"("a[href=\"x\"]")");
-  EXPECT_EQ(value(R"(try { cssSelectorFor("x", "") } catch (e) { e.toString() })"),
-            R"("Error: Invalid target strategy")");
-}
-
 TEST_F(PageLibrary, SetsInputsByTheirType) {
   value(R"(const set = (field, newValue, ...more) => {
              fields = { f: field }; calls = [];

@@ -1,9 +1,10 @@
 // Two roads to the finished program: its own part written by hand in golden files, and a plain step-by-step assembly
 // over the whole text that is compared on many random actions.
 #include "EngineWorld.h"
-#include "ResourceFile.h"
 #include "engine/AppleScriptSnippets.h"
 #include "support/LogCapture.h"
+#include "support/SourceFolder.h"
+#include "support/Texts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,9 +18,8 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 using testsupport::EngineWorld;
-using testsupport::fileText;
-using testsupport::goldenText;
 using testsupport::replacingAll;
+using testsupport::sourceText;
 
 struct Program {
   std::string appleScript;
@@ -40,9 +40,9 @@ std::string assembledStepByStep(const Program& program) {
     keys += (keys.empty() ? "" : ", ") + key;
   const bool isSafari = program.target.id == "com.apple.safari";
   const bool toSystemEvents = program.tellSystemEvents == TellSystemEvents::yes;
-  std::string text = fileText("resources/engine/scriptPreludeBase.applescript") +
-                     fileText(isSafari ? "resources/engine/safariLibrary.applescript"
-                                       : "resources/engine/chromiumLibrary.applescript");
+  std::string text = sourceText("resources/engine/scriptPreludeBase.applescript") +
+                     sourceText(isSafari ? "resources/engine/safariLibrary.applescript"
+                                         : "resources/engine/chromiumLibrary.applescript");
   text = replacingAll(text, "__ARGKEYS__", keys);
   text = replacingAll(text, "__MAIN_RECEIVER_ID__", toSystemEvents ? "com.apple.systemevents" : program.target.id);
   text = replacingAll(text, "__BROWSER_BUNDLE_ID__", program.target.id);
@@ -65,13 +65,14 @@ std::string assembledStepByStep(const Program& program) {
 }
 
 TEST(ScriptAssembly, BeginsWithTheLinesWrittenByHand) {
-  EXPECT_THAT(built({.appleScript = goldenText("action.applescript"), .args = {{"b", "2"}, {"a", "1"}}}),
-              StartsWith(goldenText("chromium.applescript") + "on success("));
+  EXPECT_THAT(
+      built({.appleScript = sourceText("tests/engine/golden/action.applescript"), .args = {{"b", "2"}, {"a", "1"}}}),
+      StartsWith(sourceText("tests/engine/golden/chromium.applescript") + "on success("));
   EXPECT_THAT(built({.appleScript = "set inputText to \"x\"\n  keystroke inputText",
                      .args = {},
                      .target = EngineWorld::safari(),
                      .tellSystemEvents = TellSystemEvents::yes}),
-              StartsWith(goldenText("safariToSystemEvents.applescript") + "on success("));
+              StartsWith(sourceText("tests/engine/golden/safariToSystemEvents.applescript") + "on success("));
 }
 
 TEST(ScriptAssembly, EqualsThePlainAlgorithmOnRandomActions) {

@@ -3,6 +3,7 @@
 #include "engine/errors/AppleScriptRuntimeError.h"
 #include "engine/errors/ScriptacularError.h"
 #include "engine/errors/StringError.h"
+#include "support/FailureText.h"
 #include "support/LogCapture.h"
 #include "support/RunTask.h"
 
@@ -38,21 +39,10 @@ private:
   std::string text_;
 };
 
-// The failure's type, case and words: "ScriptacularError.missingScript".
-template <class Run>
-std::string failureOf(Run&& run) {
-  try {
-    run();
-  } catch (const platform::Failure& failure) {
-    return failure.identity().type + "." + failure.identity().caseName;
-  }
-  return "none";
-}
-
 class ScriptacularRun : public testing::Test {
 protected:
   std::string failureOfRun(const std::string& text = "return 1") {
-    return failureOf([&] { runTask(world.scriptacular().runScriptText<std::string>(text)); });
+    return testsupport::failureName([&] { runTask(world.scriptacular().runScriptText<std::string>(text)); });
   }
   AppleEventDescriptor triple(bool flag, AppleEventDescriptor second, AppleEventDescriptor third) {
     return AppleEventDescriptor::list({AppleEventDescriptor::boolean(flag), std::move(second), std::move(third)});
@@ -310,32 +300,12 @@ TEST_F(ScriptacularRun, RemovesTheFileOfACancelledRun) {
   EXPECT_THAT(world.files.files, IsEmpty());
 }
 
-TEST_F(ScriptacularRun, RemovesTheFileOfARunThatIsAbandoned) {
-  {
-    boost::asio::io_context context;
-    world.tasks.onExecute = [&](const auto&) -> platform::Task<ModelScriptTasks::Result> {
-      boost::asio::steady_timer never(context, std::chrono::steady_clock::time_point::max());
-      co_await never.async_wait(boost::asio::use_awaitable);
-      co_return std::nullopt;
-    };
-    Scriptacular scriptacular = world.scriptacular();
-    boost::asio::co_spawn(context, scriptacular.run<std::string>(),
-                          [](const std::exception_ptr&, const std::string&) {});
-    context.poll();
-    EXPECT_THAT(world.files.files, SizeIs(1));
-  }
-  EXPECT_THAT(world.files.files, IsEmpty());
-}
-
 class ModelResolver final : public FrontmostResolver {
 public:
-  bool isBrowserInFront = true;
   int calls = 0;
   platform::Task<TargetContext> resolve(Scriptacular& scriptacular) override {
     ++calls;
     EXPECT_EQ(scriptacular.targetContext(), frontmostTargetContext());
-    if (!isBrowserInFront)
-      throw platform::failure(AppleScriptRuntimeError::frontAppIsNotABrowser);
     co_return EngineWorld::safari();
   }
 };
@@ -355,19 +325,11 @@ TEST_F(ScriptacularRun, ResolvesTheFrontmostBrowserFirst) {
 
   runTask(Scriptacular(services, "return success(true)", {}, EngineWorld::chrome(), TellSystemEvents::no).run<bool>());
   EXPECT_EQ(resolver.calls, 1);
-}
 
-TEST_F(ScriptacularRun, EndsWhenThereIsNoFrontmostBrowser) {
-  ModelResolver resolver;
-  resolver.isBrowserInFront = false;
-  for (FrontmostResolver* const given :
-       {static_cast<FrontmostResolver*>(&resolver), static_cast<FrontmostResolver*>(nullptr)}) {
-    ScriptacularServices services = world.services();
-    services.frontmostResolver = given;
-    Scriptacular scriptacular(services, "return success(true)", {}, frontmostTargetContext(), TellSystemEvents::no);
-    EXPECT_EQ(failureOf([&] { runTask(scriptacular.run<bool>()); }), "AppleScriptRuntimeError.frontAppIsNotABrowser");
-  }
-  EXPECT_THAT(world.files.written, IsEmpty());
+  services.frontmostResolver = nullptr;
+  Scriptacular unresolved(services, "return success(true)", {}, frontmostTargetContext(), TellSystemEvents::no);
+  EXPECT_EQ(testsupport::failureName([&] { return runTask(unresolved.run<bool>()); }),
+            "AppleScriptRuntimeError.frontAppIsNotABrowser");
 }
 
 } // namespace

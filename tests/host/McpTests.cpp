@@ -1,4 +1,3 @@
-#include "host/mcp/ToolDescriptions.h"
 #include "host/mcp/ToolServer.h"
 #include "platform/Logger.h"
 #include "support/ActionBench.h"
@@ -17,7 +16,6 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <thread>
 
@@ -91,19 +89,6 @@ TEST_F(McpTest, BeginsWithAHandshake) {
       answerTo({{"id", 1}, {"method", "initialize"}, {"params", {{"protocolVersion", "2999-01-01"}}}});
   EXPECT_EQ(future.at("result").at("protocolVersion"), "2025-11-25");
   EXPECT_EQ(initialized({}).at("result").at("protocolVersion"), "2025-06-18");
-}
-
-TEST_F(McpTest, OffersEveryActionAsAToolWithObjectsForSchemas) {
-  initialized({});
-  const json::object answer = answerTo({{"id", 1}, {"method", "tools/list"}});
-  const json::array& tools = answer.at("result").at("tools").as_array();
-  ASSERT_EQ(tools.size(), catalogue.names().size());
-  for (const json::value& tool : tools) {
-    EXPECT_EQ(tool.at("inputSchema").at("type"), "object") << tool.at("name");
-    const json::value& hints = tool.at("annotations");
-    EXPECT_FALSE(hints.at("readOnlyHint").as_bool() && hints.at("destructiveHint").as_bool()) << tool.at("name");
-  }
-  EXPECT_THROW(static_cast<void>(hintsOf("NoSuchAction")), std::logic_error);
 }
 
 TEST_F(McpTest, GivesResultsOnceAndWithoutEmptyFields) {

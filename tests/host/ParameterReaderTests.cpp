@@ -158,11 +158,5 @@ TEST_F(ParameterReader, AGivenTabOrWindowIsTheOneThatCounts) {
   EXPECT_GT(pairs, 10);
 }
 
-TEST_F(ParameterReader, WrongUseIsTellableFromOtherFailures) {
-  const auto action = bench.catalogue.make("ClickElement");
-  EXPECT_THROW(readParameters(*action, ParameterTexts{{"x", "y"}}), intents::UsageError);
-  EXPECT_THROW(readParameters(*action, ParameterTexts{{"tabSelection", "y"}}), intents::UsageError);
-}
-
 } // namespace
 } // namespace tabwright::host

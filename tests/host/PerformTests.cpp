@@ -3,7 +3,6 @@
 #include "intents/NeedsValue.h"
 #include "intents/UsageError.h"
 #include "support/ActionBench.h"
-#include "support/FailureText.h"
 
 #include <boost/json/parse.hpp>
 #include <gtest/gtest.h>
@@ -19,19 +18,6 @@ protected:
 
   testsupport::ActionBench bench;
 };
-
-TEST_F(Perform, FeedsOneActionsResultToTheNext) {
-  bench.payload = R"([{"tabID":"8","tabTitle":"News","tabURL":"https://news.test/"}])";
-  const ActionResult tabs = perform("GetListOfTabs", ParameterTexts{{"listElements", "first"}});
-  EXPECT_EQ(linesOf(tabs), std::vector<std::string>{"News [Chromium]"});
-
-  bench.payload = R"(["true"])";
-  const ActionResult clicked =
-      perform("ClickElement", boost::json::object{{"cssSelector", "a"}, {"targetTab", tabs.value}});
-  EXPECT_TRUE(clicked.value.is_null());
-  EXPECT_EQ(linesOf(clicked), std::vector<std::string>{});
-  EXPECT_NE(bench.scripts.at(1).find("set tabID to \"8\""), std::string::npos);
-}
 
 TEST_F(Perform, WrongUseTouchesNothing) {
   EXPECT_THROW(perform("Click", ParameterTexts{}), intents::UsageError);

@@ -1,6 +1,5 @@
 // Texts and declarations, held against each other: each key that an action, enum or entity declares has a text, each
 // text belongs to a declaration, and summaries have exactly the fields that they declare.
-#include "actions/SharedParameters.h"
 #include "actions/enums/EnableDisableSelection.h"
 #include "actions/enums/EnableDisableToggleSelection.h"
 #include "actions/enums/ErrorHandlingSelection.h"
@@ -11,10 +10,10 @@
 #include "actions/enums/StringFilterEnum.h"
 #include "actions/enums/TypingDelay.h"
 #include "actions/enums/WindowTitleFilterEnum.h"
-#include "browserdata/BrowserWindowEntity.h"
 #include "engine/errors/AppleScriptRuntimeError.h"
 #include "engine/errors/AxeError.h"
 #include "engine/errors/ScriptacularError.h"
+#include "intents/EntityDefinition.h"
 #include "support/ActionBench.h"
 #include "support/SourceFolder.h"
 
@@ -22,45 +21,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <map>
 #include <regex>
 #include <set>
-#include <sstream>
 #include <stdexcept>
+#include <string>
 
 namespace tabwright::host {
 namespace {
 
 using intents::LocalizedText;
-
-std::string contentOf(const std::filesystem::path& file) {
-  std::stringstream content;
-  content << std::ifstream(file, std::ios::binary).rdbuf();
-  return content.str();
-}
-
-// The shared parameters in all their variants, whether or not an action has them already.
-class EverySharedParameter final : public intents::Intent {
-public:
-  explicit EverySharedParameter(const actions::ActionServices& services)
-      : Intent("Shared", ""), plain(*this, actions::shared::targetContext(services)),
-        tab(*this, actions::shared::targetContext(services, actions::shared::TargetDescription::tabSelection)),
-        window(*this, actions::shared::targetContext(services, actions::shared::TargetDescription::targetWindow)) {}
-  intents::ValueType resultType() const override {
-    return intents::ValueTraits<std::vector<browserdata::BrowserWindowEntity>>::type();
-  }
-
-  intents::Parameter<engine::TargetContext> plain, tab, window;
-  intents::Parameter<actions::TabSelectionOption> tabSelection{*this, actions::shared::tabSelection()};
-  intents::Parameter<browserdata::BrowserTabEntity> targetTab{*this, actions::shared::targetTab()};
-  intents::Parameter<browserdata::BrowserWindowEntity> targetWindow{*this, actions::shared::targetWindow()};
-  intents::Parameter<std::string> cssSelector{*this, actions::shared::cssSelector()};
-  intents::Parameter<actions::PauseOption> pause{*this, actions::shared::pauseAfterSucessInSeconds()};
-  intents::Parameter<actions::FormFieldSelectionOption> formField{*this, actions::shared::formFieldSelection()};
-  intents::Parameter<bool> fireChange{*this, actions::shared::shouldFireChangeEvent()};
-  intents::Parameter<bool> submit{*this, actions::shared::shouldSubmitParentForm()};
-};
 
 class Strings : public testing::Test {
 protected:
@@ -72,7 +42,6 @@ protected:
         declare(action->summaryText(row));
       declareParameters(*action);
     }
-    declareParameters(EverySharedParameter(bench.services));
     // Shared enums, whether or not an action has a parameter of them.
     declareEnums<actions::EnableDisableSelection, actions::EnableDisableToggleSelection,
                  actions::ErrorHandlingSelection, actions::KeyboardModifiersStatus, actions::MenuItemBasicsSelection,
@@ -116,8 +85,7 @@ protected:
   static std::filesystem::path stringsFolder() { return testsupport::sourceFolder() / "resources/strings"; }
 
   static boost::json::object tableOf(const std::string& name, const std::string& language = "en") {
-    const auto file = stringsFolder() / language / (name + ".json");
-    return boost::json::parse(contentOf(file)).as_object();
+    return boost::json::parse(testsupport::sourceText(stringsFolder() / language / (name + ".json"))).as_object();
   }
 
   testsupport::ActionBench bench;
@@ -148,7 +116,7 @@ TEST_F(Strings, TextsOfHelpAreUsed) {
   std::string sources;
   for (const char* folder : {"src/host", "src/intents"}) {
     for (const auto& entry : std::filesystem::directory_iterator(testsupport::sourceFolder() / folder))
-      sources += contentOf(entry.path());
+      sources += entry.is_regular_file() ? testsupport::sourceText(entry.path()) : "";
   }
   std::size_t count = 0;
   for (const auto& [key, text] : tableOf("Localizable")) {

@@ -1,6 +1,7 @@
 #include "html/Document.h"
 #include "html/ParseFault.h"
 #include "support/FailureText.h"
+#include "support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -41,12 +42,7 @@ int depthOf(const Node& node) {
   return deepest + 1;
 }
 
-std::string repeated(std::string_view text, int times) {
-  std::string all;
-  for (int count = 0; count < times; ++count)
-    all += text;
-  return all;
-}
+using testsupport::repeated;
 
 struct Case {
   std::string_view page;

@@ -1,6 +1,5 @@
 #include "integration/DriverFixture.h"
 
-#include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
 
 namespace tabwright::scripting {
@@ -43,13 +42,6 @@ TEST_F(DriverTest, ValuesComeAsJson) {
     EXPECT_EQ(boost::json::serialize(evaluate(tab, each.javascript)), each.json) << each.javascript;
 }
 
-TEST_F(DriverTest, CodeRunsInThePagesOwnWorld) {
-  const TabID tab = open("data:text/html,<script>var mine = 'page'</script>");
-  EXPECT_EQ(evaluate(tab, "mine"), "page");
-  evaluate(tab, "window.planted = [1, 2]");
-  EXPECT_EQ(makeDriver(chromium())->evaluate(tab, "planted.length", limits()), 2);
-}
-
 TEST_F(DriverTest, LongTextsComeWholeAndDeepValuesDoNotBreakTheConnection) {
   const TabID tab = open("data:text/html,x");
   const boost::json::value text = evaluate(tab, "'\\u{1F600}abc'.repeat(1000000)");
@@ -64,14 +56,6 @@ TEST_F(DriverTest, LongTextsComeWholeAndDeepValuesDoNotBreakTheConnection) {
 
   // Long code goes the other way.
   EXPECT_EQ(evaluate(tab, "'" + std::string(5'000'000, 'y') + "'.length"), 5'000'000);
-}
-
-TEST_F(DriverTest, APageThatGoesElsewhereMeanwhileGivesNull) {
-  support::PageServer server;
-  server.serve("/next", "<title>Next</title>");
-  const TabID tab = open("data:text/html,x");
-  EXPECT_EQ(evaluate(tab, "location.href = '" + server.url("/next") + "'; new Promise(() => {})"), nullptr);
-  eventually([&] { return evaluate(tab, "document.title") == "Next"; });
 }
 
 } // namespace tabwright::scripting

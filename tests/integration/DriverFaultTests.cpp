@@ -76,20 +76,6 @@ TEST_F(DriverTest, ClosingATabFailsItsCallsAtOnce) {
   EXPECT_EQ(faultOf([&] { evaluate(tab, "1"); }), DriverFault::noSuchTab);
 }
 
-TEST_F(DriverTest, StopsAndDeadlinesEndACall) {
-  const TabID tab = open("data:text/html,x");
-  EXPECT_EQ(faultOf([&] { driver().evaluate(tab, "for (;;);", {std::chrono::steady_clock::now() + 100ms, {}}); }),
-            DriverFault::timedOut);
-  std::stop_source source;
-  CallLimits stoppable = limits();
-  stoppable.stop = source.get_token();
-  auto waiting =
-      std::async(std::launch::async, [&] { return faultOf([&] { driver().evaluate(tab, "1", stoppable); }); });
-  source.request_stop();
-  EXPECT_EQ(waiting.get(), DriverFault::stopped);
-  EXPECT_EQ(faultOf([&] { driver().reload(tab, stoppable); }), DriverFault::stopped);
-}
-
 TEST_F(DriverTest, AHelperWhoseWorkerWasStoppedIsWokenAndRemembers) {
   const WindowID window = driver().makeWindow(WindowMode::normal, "about:blank", limits());
   driver().setGivenName(window, "kept", limits());

@@ -205,25 +205,6 @@ TEST_F(DriverTest, WhatDoesNotExistIsNamed) {
   }
 }
 
-TEST_F(DriverTest, TheVersionIsTheProducts) {
-  EXPECT_THAT(snapshot()->version, testing::MatchesRegex("[0-9]+\\.[0-9.]+"));
-}
-
-TEST_F(DriverTest, WhatIsEvaluatedAfterANavigationOfOursMeansTheNewPage) {
-  support::PageServer pages;
-  pages.serve("/a", "<title>a</title>");
-  pages.serve("/b", "<title>b</title>");
-  for (int round = 0; round < 5; ++round) {
-    const TabID tab = driver().makeTab(frontWindow(), std::nullopt, pages.url("/a"), limits());
-    EXPECT_EQ(evaluate(tab, "location.pathname"), "/a");
-    driver().navigate(tab, pages.url("/b"), limits());
-    EXPECT_EQ(evaluate(tab, "location.pathname"), "/b");
-    driver().goInHistory(tab, BrowserDriver::History::back, limits());
-    EXPECT_EQ(makeDriver(chromium())->evaluate(tab, "location.pathname", limits()), "/a") << "also by another process";
-    driver().closeTab(tab, limits());
-  }
-}
-
 TEST_F(DriverTest, AServerThatNeverAnswersDoesNotHoldEvaluationsForEver) {
   support::PageServer pages;
   pages.neverAnswer("/never");

@@ -11,14 +11,16 @@
 #include "scripting/ScriptingDirectory.h"
 #include "scripting/foundation/FoundationBridge.h"
 #include "scripting/run/InterpreterScriptTasks.h"
+#include "support/Environment.h"
+#include "support/FailureText.h"
 #include "support/MemoryWindowNames.h"
 #include "support/ModelBrowserProbe.h"
 #include "support/ModelDesktop.h"
 #include "support/RecordingCrashReporter.h"
 #include "support/RunTask.h"
+#include "support/ScratchFolder.h"
 #include "targets/BrowserTargetContextsProvider.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <utility>
@@ -29,18 +31,7 @@ namespace tabwright::scripting {
 /// speak to the one Chromium of the test program.
 class RealRoad : public DriverTest {
 protected:
-  RealRoad() {
-    scripts_ = std::filesystem::temp_directory_path() / ("tabwright-road-" + std::to_string(::getpid()));
-    ::setenv("XDG_DATA_HOME", scripts_.c_str(), 1);
-    ::unsetenv("XDG_RUNTIME_DIR"); // which would be preferred
-  }
-  ~RealRoad() override {
-    ::unsetenv("XDG_DATA_HOME");
-    std::filesystem::remove_all(scripts_);
-  }
-
   static engine::TargetContext chromiumTarget() { return {"org.chromium.chromium", "Chromium"}; }
-  static engine::TargetContext safariTarget() { return {"com.apple.safari", "Safari"}; }
 
   /// Which driver answers; the one of the shared browser unless a test says otherwise.
   std::shared_ptr<BrowserDriver> answering = std::shared_ptr<BrowserDriver>(makeDriver(chromium()));
@@ -66,39 +57,6 @@ protected:
   intents::ActionHost& nobody() { return nobody_; }
   /// The cases of the notices that actions gave so far.
   [[nodiscard]] const std::vector<std::string>& noticed() const { return nobody_.told; }
-
-  /// What a run failed with, as "Type.case"; a failed expectation where it didn't.
-  static std::string failureOf(const std::function<void()>& run) {
-    try {
-      run();
-    } catch (const platform::Failure& failure) {
-      const platform::FailureIdentity identity = failure.identity();
-      return identity.type + "." + identity.caseName;
-    }
-    ADD_FAILURE() << "nothing was thrown";
-    return {};
-  }
-
-  /// The sentence that a run failed with; a failed expectation where it didn't.
-  static std::string messageOf(const std::function<void()>& run) {
-    try {
-      run();
-    } catch (const platform::Failure& failure) {
-      return failure.errorDescription();
-    }
-    ADD_FAILURE() << "nothing was thrown";
-    return {};
-  }
-
-  /// Gives Safari's process a menu “File” whose second item makes a private window.
-  void offerPrivateWindowsInTheMenu(std::function<void()> make) {
-    desktop_->menus = {{{}, {{"Apple", true, true}, {"File", true, true}}},
-                       {{1}, {{"New Window"}, {"New Private Window"}}}};
-    desktop_->onChoose = [this, make = std::move(make)] {
-      make();
-      nameWindows();
-    };
-  }
 
   [[nodiscard]] bool leftNoScript() const {
     const std::filesystem::path folder = scripts_ / "tabwright" / "scripts" / "Temp";
@@ -130,7 +88,9 @@ private:
     desktop_->add(1, "Safari", "com.apple.safari", names);
   }
 
-  std::filesystem::path scripts_;
+  testsupport::ScratchFolder scripts_;
+  testsupport::Environment environment_{
+      {{"XDG_DATA_HOME", scripts_.path()}, {"XDG_RUNTIME_DIR", std::nullopt}}}; // which would be preferred
   std::shared_ptr<testsupport::ModelDesktop> desktop_ = std::make_shared<testsupport::ModelDesktop>();
   ScriptingDirectory directory_{{.makeDriver = [this](const platform::BrowserFacts&) { return answering; },
                                  .launch = {},

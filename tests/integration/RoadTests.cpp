@@ -19,14 +19,14 @@ TEST_F(Road, APageThatGoesAwayDuringItsJobIsTold) {
   open(pages.url("/page"));
   const std::string job = AppleScriptSnippets::jobForFrontTab(
       "location.href = '" + pages.url("/page") + "?again'; await new Promise(() => {})", 30.0, 0.2);
-  EXPECT_EQ(failureOf([&] { runLines<Texts>(chromiumTarget(), job); }),
+  EXPECT_EQ(testsupport::failureName([&] { runLines<Texts>(chromiumTarget(), job); }),
             "AppleScriptRuntimeError.pageLoadDuringExecution");
 }
 
 TEST_F(Road, ABrowserThatDiesDuringARunEndsIt) {
   support::ChromiumProcess doomed;
   answering = makeDriver(doomed);
-  const std::string failure = failureOf([&] {
+  const std::string failure = testsupport::failureName([&] {
     std::jthread killer([&] {
       eventually([&] { return answering->snapshot(limits())->windows.at(0).tabs.at(0).title == "busy"; });
       doomed.kill();

@@ -3,6 +3,7 @@
 #include "markdown/LinkAddress.h"
 #include "markdown/MarkdownError.h"
 #include "markdown/MarkupLimits.h"
+#include "support/Texts.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -12,6 +13,7 @@
 namespace tabwright::markdown {
 namespace {
 
+using testsupport::repeated;
 using Kind = Node::Kind;
 
 std::string notation(const Node& node);
@@ -92,13 +94,6 @@ std::string textIn(const Node& node) {
   for (const Node& child : node.children)
     text += textIn(child);
   return text;
-}
-
-std::string repeated(std::string_view text, std::size_t count) {
-  std::string result;
-  for (std::size_t at = 0; at < count; ++at)
-    result += text;
-  return result;
 }
 
 TEST(MarkdownDocument, HasANodeForEachConstruct) {

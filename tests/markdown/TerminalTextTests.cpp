@@ -1,18 +1,19 @@
 #include "markdown/TerminalText.h"
 #include "platform/TerminalCells.h"
 #include "support/SourceFolder.h"
+#include "support/Texts.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
+#include <cctype>
 #include <regex>
-#include <sstream>
 #include <string>
-#include <vector>
 
 namespace tabwright::markdown {
 namespace {
+
+using testsupport::linesOf;
 
 std::string plain(std::string_view markdown, std::size_t width) {
   return terminalText(parse(markdown), markdownTheme, width, TerminalColours::off);
@@ -26,48 +27,18 @@ std::string withoutEscapes(const std::string& text) {
   return std::regex_replace(text, std::regex("\x1B(\\[[0-9;]*m|\\]8;;[^\x1B]*\x1B\\\\)"), "");
 }
 
-std::vector<std::string> linesOf(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);)
-    lines.push_back(line);
-  return lines;
-}
-
-// Runs of letters; digits may be numbers of list items.
-std::vector<std::string> wordsOf(const std::string& text) {
-  static const std::regex word("[A-Za-z]+");
-  return {std::sregex_token_iterator(text.begin(), text.end(), word), std::sregex_token_iterator()};
-}
-
-std::string lettersOf(const std::string& text) {
-  std::string letters;
-  for (const std::string& word : wordsOf(text))
-    letters += word;
-  std::ranges::sort(letters);
-  return letters;
+// In one order, since the cells of a table's row are mixed.
+std::string lettersOf(std::string text) {
+  std::erase_if(text, [](unsigned char c) { return std::isalpha(c) == 0; });
+  std::ranges::sort(text);
+  return text;
 }
 
 std::string textIn(const Node& node) {
   std::string text = node.text;
   for (const Node& child : node.children)
     text += textIn(child);
-  if (node.kind <= Node::Kind::cell || node.kind >= Node::Kind::softBreak)
-    text += '\n';
   return text;
-}
-
-Node documentOf(const Node& block) {
-  Node root;
-  root.children.push_back(block);
-  return root;
-}
-
-std::string contentsOf(const std::string& name) {
-  std::ifstream file(testsupport::sourceFolder() / name);
-  std::ostringstream contents;
-  contents << file.rdbuf();
-  return contents.str();
 }
 
 TEST(MarkdownOnATerminal, IsLaidOutInLines) {
@@ -140,23 +111,16 @@ TEST(MarkdownOnATerminal, KeepsToTheWidthHoweverDeepListsAndQuotesAre) {
   EXPECT_EQ(plain("a b", 0), "a\nb\n");
 }
 
-// The project's own pages: nothing is wider than the terminal but single words, and no word is missing.
-TEST(MarkdownOnATerminal, ShowsEveryWordOfOwnPagesWithinTheWidth) {
+// The project's own pages: nothing is wider than the terminal but single words, and no letter is missing.
+TEST(MarkdownOnATerminal, ShowsAllOfOwnPagesWithinTheWidth) {
   for (const char* name : {"README.md", "CHANGELOG.md", "ARCHITECTURE.md"}) {
-    const Document page = parse(contentsOf(name));
-    ASSERT_FALSE(page.root().children.empty()) << name;
-    for (const Node& block : page.root().children) {
-      const Document document(documentOf(block));
-      for (const std::size_t width : {40U, 100U}) {
-        const std::string text = withoutEscapes(terminalText(document, markdownTheme, width, TerminalColours::on));
-        if (block.kind == Node::Kind::table) // cells stand beside each other, so their words are mixed
-          EXPECT_EQ(lettersOf(text), lettersOf(textIn(block))) << text;
-        else
-          EXPECT_EQ(wordsOf(text), wordsOf(textIn(block))) << text;
-        for (const std::string& line : linesOf(text)) {
-          const bool isOneWord = line.find(' ', line.find_first_not_of(" │•◦▪0123456789.")) == std::string::npos;
-          EXPECT_TRUE(platform::cellsOf(line) <= width || isOneWord) << name << " at " << width << ": " << line;
-        }
+    const Document page = parse(testsupport::sourceText(name));
+    for (const std::size_t width : {40U, 100U}) {
+      const std::string text = withoutEscapes(terminalText(page, markdownTheme, width, TerminalColours::on));
+      EXPECT_EQ(lettersOf(text), lettersOf(textIn(page.root()))) << name;
+      for (const std::string& line : linesOf(text)) {
+        const bool isOneWord = line.find(' ', line.find_first_not_of(" │•◦▪0123456789.")) == std::string::npos;
+        EXPECT_TRUE(platform::cellsOf(line) <= width || isOneWord) << name << " at " << width << ": " << line;
       }
     }
   }

@@ -1,7 +1,6 @@
 // Processes that write the same settings, and are killed at it. Children are forked from a process without threads.
 #include "platform/DefaultsKey.h"
 #include "platform/linux/LinuxUserDefaults.h"
-#include "platform/linux/PropertyListDocument.h"
 #include "support/LogCapture.h"
 #include "support/SettingsFolder.h"
 
@@ -126,43 +125,6 @@ TEST(LinuxUserDefaultsProcess, ManyProcessesLoseNoUpdate) {
     EXPECT_EQ(status, 0);
   }
   EXPECT_EQ(Pair(folder).one.get(), processes * updates);
-}
-
-TEST(LinuxUserDefaultsProcess, AStoppedWriterHoldsNobodyUp) {
-  const testsupport::SettingsFolder folder;
-  const testsupport::LogCapture log;
-  int ready[2];
-  ASSERT_EQ(pipe(ready), 0);
-  const pid_t child = startChild([&] {
-    const Pair pair(folder);
-    pair.defaults.update([&](DefaultsChange& change) {
-      pair.one.set(change, 1);
-      if (write(ready[1], "x", 1) == 1)
-        raise(SIGSTOP); // here when the process first shows the change, before it has the lock
-    });
-  });
-  char signal = 0;
-  ASSERT_EQ(read(ready[0], &signal, 1), 1);
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, WUNTRACED), child);
-  kill(child, SIGCONT); // now it stops again while it holds the lock
-  ASSERT_EQ(read(ready[0], &signal, 1), 1);
-  ASSERT_EQ(waitpid(child, &status, WUNTRACED), child);
-  ASSERT_TRUE(WIFSTOPPED(status));
-
-  LinuxUserDefaultsOptions options = folder.options();
-  options.lockWait = std::chrono::milliseconds(1);
-  LinuxUserDefaults defaults(options);
-  const DefaultsKey<std::int64_t> other(defaults, "z", 0);
-  other.set(5);
-  EXPECT_EQ(other.get(), 5);
-  EXPECT_THAT(log.lines(), testing::ElementsAre(testing::HasSubstr("Couldn't lock")));
-  kill(child, SIGKILL);
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  other.set(6);
-  EXPECT_EQ(Pair(folder).other.get(), 6);
-  close(ready[0]);
-  close(ready[1]);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "engine/AppleScriptSnippets.h"
+#include "engine/ScriptLayers.h"
 #include "support/ScriptBench.h"
-#include "support/SourceFolder.h"
 
 #include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
@@ -8,25 +8,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
-#include <sstream>
 
 namespace {
 
 using namespace tabwright;
 using testing::HasSubstr;
-
-std::string resource(const std::string& name) {
-  const std::ifstream file(tabwright::testsupport::sourceFolder() / "resources/engine" / (name + ".applescript"));
-  std::ostringstream text;
-  text << file.rdbuf();
-  return std::move(text).str();
-}
-
-void replaceAll(std::string& text, const std::string& what, const std::string& with) {
-  for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size()))
-    text.replace(at, what.size(), with);
-}
 
 /// The runtime library's handlers, as generated programs call them, against the models.
 class RuntimeLibrary : public testing::TestWithParam<std::string>, protected testsupport::ScriptBench {
@@ -47,11 +33,10 @@ protected:
   /// Runs lines as the body of a program for the browser of this test.
   applescript::Value result(const std::string& lines) {
     const std::string id = isChromium() ? "org.chromium.chromium" : "com.apple.safari";
-    std::string program = resource("scriptPreludeBase") + "\n" + resource(GetParam() + "Library");
-    replaceAll(program, "__ARGKEYS__", "");
-    replaceAll(program, "__MAIN_RECEIVER_ID__", id);
-    replaceAll(program, "__BROWSER_BUNDLE_ID__", id);
-    replaceAll(program, "__APPLESCRIPT__", lines);
+    const std::string program = engine::scriptLayers(id).fill({{"ARGKEYS", ""},
+                                                               {"MAIN_RECEIVER_ID", id},
+                                                               {"BROWSER_BUNDLE_ID", id},
+                                                               {"APPLESCRIPT", engine::preparedBody(lines)}});
     try {
       const auto script = interpreter.compile(program);
       return interpreter.call(*script, "runWithVariables");

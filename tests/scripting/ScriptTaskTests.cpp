@@ -1,6 +1,7 @@
 #include "scripting/ScriptingDirectory.h"
 #include "scripting/run/DescriptorConversion.h"
 #include "scripting/run/InterpreterScriptTasks.h"
+#include "support/FailureText.h"
 #include "support/MemoryFileManager.h"
 #include "support/ModelDesktop.h"
 #include "support/RunTask.h"
@@ -61,13 +62,8 @@ protected:
         *files.writeNewFileAtomically(files.scriptsFolder / std::to_string(files.written.size()), source));
   }
 
-  std::string failureOf(platform::UserAppleScriptTask& task, AppleEvent event) {
-    try {
-      testsupport::runTask(task.executeWithAppleEvent(std::move(event)));
-      return "no failure";
-    } catch (const platform::Failure& failure) {
-      return failure.errorDescription();
-    }
+  static std::string failureOf(platform::UserAppleScriptTask& task, AppleEvent event) {
+    return testsupport::failureText([&] { return testsupport::runTask(task.executeWithAppleEvent(std::move(event))); });
   }
 
   void awaitSleepers(int count) {

@@ -1,6 +1,7 @@
 #include "applescript/Interpreter.h"
-#include "applescript/ScriptError.h"
+#include "engine/AppleScriptSnippets.h"
 #include "scripting/ScriptingDirectory.h"
+#include "scripting/foundation/FoundationBridge.h"
 #include "scripting/systemevents/LinuxDesktop.h"
 #include "scripting/systemevents/WindowSystem.h"
 #include "support/ProcessTree.h"
@@ -250,6 +251,8 @@ TEST_F(BareDisplay, HidesAndShowsWithoutAManager) {
   EXPECT_THAT(names(), testing::ElementsAre("Two (active)", "One (hidden)"));
 }
 
+constexpr const char* chromium = R"({true, "", "\"org.chromium.chromium\""})";
+
 /// Scripts against the real desktop, on which process 20 is Chromium and 10 is not.
 struct DesktopScripts {
   explicit DesktopScripts(const std::string& display) {
@@ -260,25 +263,19 @@ struct DesktopScripts {
                                                                    display);
   }
 
-  /// The bundle identifiers of the front process and of the one behind it, as the lookup of the frontmost browser asks.
-  std::string frontAndBehind() {
+  /// What the lookup of the frontmost browser gives.
+  std::string frontmostBrowser() {
     tabwright::scripting::ScriptingServices services;
     services.desktop = desktop;
     tabwright::scripting::ScriptingDirectory directory(services);
     tabwright::applescript::Surroundings surroundings;
     surroundings.directory = &directory;
+    tabwright::scripting::FoundationBridge foundation;
+    surroundings.objectiveC = &foundation;
     tabwright::applescript::Interpreter interpreter(surroundings);
-    const auto script = interpreter.compile("tell application \"System Events\"\n"
-                                            "set p to first application process whose frontmost is true\n"
-                                            "set firstID to bundle identifier of p\n"
-                                            "set visible of p to false\n"
-                                            "set q to first application process whose frontmost is true\n"
-                                            "set nextID to bundle identifier of q\n"
-                                            "set visible of p to true\n"
-                                            "activate p\n"
-                                            "return firstID & \" \" & nextID\n"
-                                            "end tell");
-    return tabwright::applescript::sourceForm(interpreter.run(*script));
+    const std::vector<std::string> installed{"org.chromium.chromium"};
+    const auto script = interpreter.compile(tabwright::engine::AppleScriptSnippets::frontmostScriptText(installed));
+    return tabwright::applescript::sourceForm(interpreter.call(*script, "runWithVariables"));
   }
 
   tabwright::support::ProcessTree tree;
@@ -294,12 +291,12 @@ TEST_F(RealWindowSystem, TheApplicationBehindIsFoundAndTheFrontOneComesBack) {
   windows->activate(two);
   windows->activate(one);
   eventually("Terminal 1 (active), Terminal 2, Page, Text");
-  EXPECT_EQ(scripts.frontAndBehind(), "\"terminal org.chromium.chromium\"");
+  EXPECT_EQ(scripts.frontmostBrowser(), chromium);
   eventually("Terminal 1 (active), Terminal 2, Page, Text");
 
   windows->iconify({page});
   client->close(text);
-  EXPECT_EQ(scripts.frontAndBehind(), "\"terminal org.chromium.chromium\"") << "nothing else is there to be in front";
+  EXPECT_EQ(scripts.frontmostBrowser(), chromium) << "nothing else is there to be in front";
   eventually("Terminal 1 (active), Terminal 2, Page (hidden)");
 }
 
@@ -308,7 +305,7 @@ TEST_F(BareDisplay, TheApplicationBehindIsFoundWithoutAManagerToo) {
   EXPECT_EQ(scripts.desktop->processes().at(0).bundleIdentifier, "org.chromium.chromium") << "it may be headless";
   client->openUnmanaged("Page", 20);
   const std::uint32_t terminal = client->openUnmanaged("Terminal", 10);
-  EXPECT_EQ(scripts.frontAndBehind(), "\"terminal org.chromium.chromium\"");
+  EXPECT_EQ(scripts.frontmostBrowser(), chromium);
   EXPECT_EQ(windows->windows().at(0).id, terminal);
   EXPECT_THAT(names(), testing::ElementsAre("Terminal (active)", "Page"));
 }

@@ -10,22 +10,12 @@
 #include <stdexcept>
 #include <sys/prctl.h>
 #include <sys/wait.h>
-#include <system_error>
 #include <thread>
 #include <unistd.h>
 
 namespace tabwright::support {
 
 namespace {
-
-namespace fs = std::filesystem;
-
-fs::path makeDirectory() {
-  std::string name = (fs::temp_directory_path() / "tabwright-chromium-XXXXXX").string();
-  if (::mkdtemp(name.data()) == nullptr)
-    throw std::runtime_error("no temporary directory");
-  return name;
-}
 
 [[noreturn]] void become(const std::vector<std::string>& arguments) {
   ::setpgid(0, 0);
@@ -43,8 +33,7 @@ fs::path makeDirectory() {
 
 } // namespace
 
-ChromiumProcess::ChromiumProcess(Debugging debugging, const std::vector<std::string>& extraArguments)
-    : profileDirectory_(makeDirectory()) {
+ChromiumProcess::ChromiumProcess(Debugging debugging) {
   std::vector<std::string> arguments{"/usr/bin/chromium",
                                      "--headless=new",
                                      "--no-sandbox",
@@ -54,10 +43,9 @@ ChromiumProcess::ChromiumProcess(Debugging debugging, const std::vector<std::str
                                      "--disable-background-networking",
                                      "--disable-component-update",
                                      "--disable-sync",
-                                     "--user-data-dir=" + profileDirectory_.string()};
+                                     "--user-data-dir=" + profileDirectory().string()};
   if (debugging == Debugging::on)
     arguments.emplace_back("--remote-debugging-port=0");
-  arguments.insert(arguments.end(), extraArguments.begin(), extraArguments.end());
   arguments.emplace_back("about:blank");
 
   process_ = ::fork();
@@ -75,8 +63,6 @@ ChromiumProcess::ChromiumProcess(Debugging debugging, const std::vector<std::str
 
 ChromiumProcess::~ChromiumProcess() {
   kill();
-  std::error_code ignored;
-  fs::remove_all(profileDirectory_, ignored);
 }
 
 std::vector<platform::RunningBrowser> ChromiumProcess::find() const {
@@ -90,7 +76,7 @@ void ChromiumProcess::waitUntilReady(Debugging debugging) {
   while (std::chrono::steady_clock::now() < deadline) {
     const bool isSeen = !find().empty();
     if (isSeen && (debugging == Debugging::off ||
-                   devtools::Discovery().endpoint(profileDirectory_, process_, ::geteuid()).has_value()))
+                   devtools::Discovery().endpoint(profileDirectory(), process_, ::geteuid()).has_value()))
       return;
     if (::waitpid(process_, nullptr, WNOHANG) == process_) {
       process_ = 0;

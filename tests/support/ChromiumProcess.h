@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/linux/RunningBrowsers.h"
+#include "support/ScratchFolder.h"
 
 #include <filesystem>
 #include <string>
@@ -20,13 +21,13 @@ public:
 
   /// Starts it. With debugging on, waits until it listens; with debugging off, until its process is seen. Throws
   /// std::runtime_error when that takes more than a minute.
-  explicit ChromiumProcess(Debugging debugging = Debugging::on, const std::vector<std::string>& extraArguments = {});
+  explicit ChromiumProcess(Debugging debugging = Debugging::on);
   ~ChromiumProcess();
   ChromiumProcess(const ChromiumProcess&) = delete;
   ChromiumProcess& operator=(const ChromiumProcess&) = delete;
 
   [[nodiscard]] pid_t process() const { return process_; }
-  [[nodiscard]] const std::filesystem::path& profileDirectory() const { return profileDirectory_; }
+  [[nodiscard]] const std::filesystem::path& profileDirectory() const { return profile_.path(); }
   /// This browser as the process file system tells of it; nothing once it has ended.
   [[nodiscard]] std::vector<platform::RunningBrowser> find() const;
   /// Ends it at once, as a crash would, and waits for that.
@@ -35,7 +36,7 @@ public:
 private:
   void waitUntilReady(Debugging debugging);
 
-  std::filesystem::path profileDirectory_;
+  testsupport::ScratchFolder profile_; // goes once the browser has ended
   pid_t process_ = 0;
 };
 

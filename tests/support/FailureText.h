@@ -17,4 +17,15 @@ std::string failureText(Work work) {
   return "no failure";
 }
 
+/// Its type and case, such as "ScriptacularError.malformedScript".
+template <class Work>
+std::string failureName(Work work) {
+  try {
+    static_cast<void>(work());
+  } catch (const platform::Failure& failure) {
+    return failure.identity().type + "." + failure.identity().caseName;
+  }
+  return "no failure";
+}
+
 } // namespace tabwright::testsupport

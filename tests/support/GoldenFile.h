@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -19,10 +18,7 @@ inline void expectGolden(std::string_view text, const std::string& path) {
   const std::filesystem::path file = sourceFolder() / "tests" / path;
   if (std::getenv("TABWRIGHT_REWRITE_GOLDEN"))
     std::ofstream(file, std::ios::binary) << text;
-  std::ifstream stream(file, std::ios::binary);
-  std::stringstream content;
-  content << stream.rdbuf();
-  EXPECT_EQ(text, content.str()) << "see tests/" << path;
+  EXPECT_EQ(text, sourceText(file)) << "see tests/" << path;
 }
 
 } // namespace tabwright::testsupport

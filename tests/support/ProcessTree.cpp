@@ -3,9 +3,6 @@
 #include <fmt/core.h>
 
 #include <fstream>
-#include <stdexcept>
-#include <stdlib.h>
-#include <system_error>
 
 namespace tabwright::support {
 
@@ -21,24 +18,12 @@ void writeNullTerminated(const fs::path& file, const std::vector<std::string>& t
 
 } // namespace
 
-ProcessTree::ProcessTree() {
-  std::string name = (fs::temp_directory_path() / "tabwright-proc-XXXXXX").string();
-  if (::mkdtemp(name.data()) == nullptr)
-    throw std::runtime_error("no temporary directory");
-  root_ = name;
-}
-
-ProcessTree::~ProcessTree() {
-  std::error_code ignored;
-  fs::remove_all(root_, ignored);
-}
-
 void ProcessTree::addProcess(pid_t process, const std::string& executable, const std::vector<std::string>& arguments,
                              unsigned long startTime, const std::vector<std::string>& environment) {
-  const fs::path directory = root_ / std::to_string(process);
+  const fs::path directory = root() / std::to_string(process);
   fs::create_directories(directory);
   fs::create_symlink(executable, directory / "exe");
-  fs::create_symlink(root_, directory / "cwd");
+  fs::create_symlink(root(), directory / "cwd");
   writeNullTerminated(directory / "cmdline", arguments);
   writeNullTerminated(directory / "environ", environment);
   // The command's name may hold anything; behind it the start time is the twentieth field.
@@ -47,7 +32,7 @@ void ProcessTree::addProcess(pid_t process, const std::string& executable, const
 }
 
 void ProcessTree::addSocket(pid_t process, const std::string& inode) {
-  const fs::path directory = root_ / std::to_string(process) / "fd";
+  const fs::path directory = root() / std::to_string(process) / "fd";
   fs::create_directories(directory);
   fs::create_symlink("socket:[" + inode + "]", directory / inode);
 }
@@ -64,7 +49,7 @@ void ProcessTree::connect(const std::string& table, const std::string& address, 
 
 void ProcessTree::addLine(const std::string& table, const std::string& address, unsigned port, const std::string& state,
                           const std::string& inode) {
-  const fs::path file = root_ / "net" / table;
+  const fs::path file = root() / "net" / table;
   fs::create_directories(file.parent_path());
   const bool isNew = !fs::exists(file);
   std::ofstream out(file, std::ios::app);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/ScratchFolder.h"
+
 #include <filesystem>
 #include <string>
 #include <sys/types.h>
@@ -10,12 +12,7 @@ namespace tabwright::support {
 /// A process file system made up by a test, in a temporary directory that lives as long as this object.
 class ProcessTree {
 public:
-  ProcessTree();
-  ~ProcessTree();
-  ProcessTree(const ProcessTree&) = delete;
-  ProcessTree& operator=(const ProcessTree&) = delete;
-
-  [[nodiscard]] const std::filesystem::path& root() const { return root_; }
+  [[nodiscard]] const std::filesystem::path& root() const { return folder_.path(); }
 
   /// A process with this executable, these arguments and environment, and start time in ticks after boot.
   void addProcess(pid_t process, const std::string& executable, const std::vector<std::string>& arguments,
@@ -30,7 +27,7 @@ public:
 private:
   void addLine(const std::string& table, const std::string& address, unsigned port, const std::string& state,
                const std::string& inode);
-  std::filesystem::path root_;
+  testsupport::ScratchFolder folder_;
 };
 
 } // namespace tabwright::support

@@ -25,22 +25,4 @@ describe("A missing value", limits, () => {
     await agent.call("ClickElement", { ...tab, cssSelector: "#text" });
     assert.equal(questions.length, 1);
   });
-
-  it("isn't asked for any longer when the call is cancelled", async (test) => {
-    let ask;
-    const asked = new Promise((resolve) => (ask = resolve));
-    const answer = (_, { signal }) =>
-      new Promise((_, withdraw) => {
-        signal.addEventListener("abort", () => withdraw(new Error("withdrawn")));
-        ask(signal);
-      });
-    const agent = await Agent.connect(test, { answer });
-    const abort = new AbortController();
-    const call = agent.ask("ClickElement", { targetContext: "chromium" }, { signal: abort.signal });
-    const question = await asked;
-    abort.abort();
-    await assert.rejects(call);
-    if (!question.aborted) await new Promise((resolve) => question.addEventListener("abort", resolve));
-    assert.ok((await agent.call("GetBrowserReference", { targetContext: "chromium" })).id);
-  });
 });

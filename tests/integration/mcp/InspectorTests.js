@@ -26,10 +26,6 @@ describe("The inspector, whose arguments are words", limits, () => {
     assert.deepEqual(inputSchema.properties.listElements.enum, ["all", "first", "last", "random"]);
   });
 
-  it("sets the level of the log", async () => {
-    assert.deepEqual(await inspect("--method", "logging/setLevel", "--log-level", "debug"), {});
-  });
-
   it("fills in a form", async (test) => {
     const page = await Page.serve(test);
     const newTab = { targetContext: "chromium", targetSelection: "newTabInFrontWindow", newURL: page.url };

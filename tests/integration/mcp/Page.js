@@ -18,21 +18,13 @@ const form = `<!DOCTYPE html>
 <p id="text">Some <b>bold</b> words and an <em>ü</em>.</p>
 </html>`;
 
-const thanks = `<!DOCTYPE html>
-<html lang="en">
-<meta charset="utf-8">
-<title>Thank you</title>
-<script>setTimeout(() => { document.body.innerHTML = '<p id="thanks">Thank you.</p>' }, 300)</script>
-<body></body>
-</html>`;
-
 export class Page {
   #arrivals = new EventEmitter();
   #sent = [];
   #server = createServer((request, response) => {
     const { pathname, searchParams } = new URL(request.url, "http://page");
     response.setHeader("Content-Type", "text/html");
-    response.end(pathname === "/" ? form : thanks);
+    response.end(pathname === "/" ? form : "");
     this.#sent.push({ path: pathname, fields: Object.fromEntries(searchParams) });
     this.#arrivals.emit(pathname);
   });
