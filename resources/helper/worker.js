@@ -24,10 +24,12 @@ const kept = {
 let changes = 0;
 // Counts mean nothing to the next run of this worker.
 const instance = crypto.randomUUID();
-// The count at the last change that was more than a tab's own title, address or progress, and the tabs that have changed
-// in these since then, each with the count of its last change.
+// The count at the last change that was more than a tab's own title, address or progress, or a tab that was made or
+// shown; the tabs that these have happened to since then, each with the count of its last change; and the count of each
+// tab's making.
 let reshaped = 0;
 const touched = new Map();
+const made = new Map();
 // Of more tabs the whole snapshot is the cheaper answer.
 const mostTouched = 20;
 // A page may ask the user whether to leave it, who may take any time to answer.
@@ -79,16 +81,21 @@ function changed() {
   changes += 1;
   reshaped = changes;
   touched.clear();
+  made.clear();
+  report();
+}
+
+function touch(id) {
+  changes += 1;
+  touched.set(id, changes);
   report();
 }
 
 const ownProperties = new Set(["status", "title", "url", "favIconUrl", "audible", "mutedInfo", "autoDiscardable"]);
 
 function tabChanged(id, change) {
-  if (!Object.keys(change).every((property) => ownProperties.has(property))) return changed();
-  changes += 1;
-  touched.set(id, changes);
-  report();
+  if (Object.keys(change).every((property) => ownProperties.has(property))) touch(id);
+  else changed();
 }
 
 // --------------------------------------------------------------------------------------------- listening to changes
@@ -121,9 +128,7 @@ chrome.windows.onRemoved.addListener(async (id) => {
 
 for (const event of [
   chrome.windows.onBoundsChanged,
-  chrome.tabs.onActivated,
   chrome.tabs.onAttached,
-  chrome.tabs.onCreated,
   chrome.tabs.onDetached,
   chrome.tabs.onMoved,
   chrome.tabs.onRemoved,
@@ -132,6 +137,11 @@ for (const event of [
   event.addListener(changed);
 }
 chrome.tabs.onUpdated.addListener(tabChanged);
+chrome.tabs.onActivated.addListener(({ tabId }) => touch(tabId));
+chrome.tabs.onCreated.addListener((tab) => {
+  touch(tab.id);
+  made.set(tab.id, changes);
+});
 
 // ------------------------------------------------------------------------------------------------------- the snapshot
 
@@ -140,47 +150,61 @@ function describeTab(tab) {
     id: tab.id,
     title: tab.title ?? "",
     url: tab.pendingUrl || tab.url || "",
+    active: tab.active,
     loading: tab.status === "loading",
+    arriving: Boolean(tab.pendingUrl),
     // It still shows the empty document that every tab begins with.
     opening: Boolean(tab.pendingUrl) && (!tab.url || tab.url === "about:blank"),
   };
 }
 
 // All windows front to back, with their tabs in strip order, and the protocol's target of each tab; or, where the caller
-// has a snapshot and no more than some tabs have changed since, only these.
+// has a snapshot and no more than some tabs have changed or were made since, only these and those it names.
 async function snapshot({ since } = {}) {
   await isReady;
   const news = since ? await newsSince(since).catch(() => undefined) : undefined;
   return news ?? wholeSnapshot();
 }
 
-async function newsSince({ instance: known, changes: count }) {
+async function newsSince({ instance: known, changes: count, tabs: named }) {
   if (known !== instance || count < reshaped) return undefined;
   // What the browser has reported before it answers this has arrived by then.
   const last = await chrome.windows.getLastFocused({ windowTypes });
   const asOf = changes;
-  const ids = [...touched].filter(([, at]) => at > count).map(([id]) => id);
+  const ids = [...new Set([...named, ...[...touched].filter(([, at]) => at > count).map(([id]) => id)])];
   if (ids.length > mostTouched || (last.focused && last.id !== kept.order[0])) return undefined;
-  const tabs = await Promise.all(ids.map((id) => chrome.tabs.get(id)));
-  if (count < reshaped) return undefined;
+  const isNew = (id) => made.get(id) > count;
+  const [targets, ...tabs] = await Promise.all([
+    ids.some(isNew) ? targetsOfTabs() : undefined,
+    ...ids.map((id) => chrome.tabs.get(id)),
+  ]);
+  // Places in the strip count only among tabs that are all told of.
+  if (count < reshaped || [...made.values()].some((at) => at > asOf)) return undefined;
   return {
     instance,
     changes: asOf,
     focusedAt: last.focused ? Date.now() : kept.focusedAt,
-    tabs: tabs.map(describeTab),
+    tabs: tabs.map((tab) => ({
+      ...describeTab(tab),
+      window: tab.windowId,
+      index: tab.index,
+      ...(isNew(tab.id) && { target: targets.get(tab.id) ?? "" }),
+    })),
   };
+}
+
+// The protocol's target of each tab.
+async function targetsOfTabs() {
+  const pages = (await chrome.debugger.getTargets()).filter(({ tabId, type }) => tabId !== undefined && type === "page");
+  return new Map(pages.map(({ tabId, id }) => [tabId, id]));
 }
 
 async function wholeSnapshot() {
   const asOf = changes;
   const [windows, targets] = await Promise.all([
     chrome.windows.getAll({ populate: true, windowTypes }),
-    chrome.debugger.getTargets(),
+    targetsOfTabs(),
   ]);
-  const targetOfTab = new Map();
-  for (const target of targets) {
-    if (target.tabId !== undefined && target.type === "page") targetOfTab.set(target.tabId, target.id);
-  }
   orderWindows(windows);
   return {
     helper: chrome.runtime.getManifest().version,
@@ -198,8 +222,7 @@ async function wholeSnapshot() {
       // A developer tools window shows a page of the browser's own, which is not a tab to anybody.
       tabs: (window.type === "devtools" ? [] : window.tabs ?? []).map((tab) => ({
         ...describeTab(tab),
-        active: tab.active,
-        target: targetOfTab.get(tab.id) ?? "",
+        target: targets.get(tab.id) ?? "",
       })),
       title: window.type === "devtools" ? window.tabs?.[0]?.title ?? "" : "",
     })),

@@ -34,6 +34,7 @@ bool PageProgress::take(const Event& event) {
       begunAt_ = ++departures_;
       isUnderWay_ = true;
       loader_ = textOf(event.parameters, "loaderId");
+      destination_ = textOf(event.parameters, "url");
     }
   } else if (event.method == "Page.frameStoppedLoading") {
     // A navigation that was dropped ends so. A page that is restored says the same before it is there, so this alone

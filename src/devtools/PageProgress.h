@@ -36,6 +36,8 @@ public:
   [[nodiscard]] std::uint64_t departures() const { return departures_; }
   /// True while a navigation has begun whose end has not been reported.
   [[nodiscard]] bool isUnderWay() const { return isUnderWay_; }
+  /// The address that the last navigation has begun with.
+  [[nodiscard]] const std::string& destination() const { return destination_; }
   [[nodiscard]] bool isParsed() const { return isParsed_; }
   [[nodiscard]] bool isSettled() const { return settled_ == departures_ && !isUnderWay_; }
   /// True when the document is the browser's own, in place of one that could not be loaded.
@@ -49,6 +51,7 @@ private:
 
   std::string mainFrame_;
   std::string loader_; // of the navigation that began last
+  std::string destination_;
   bool isUnderWay_ = false;
   bool isParsed_ = true;
   bool isErrorPage_ = false;

@@ -320,6 +320,12 @@ bool Session::isErrorPage() const {
   return state_->progress.isErrorPage();
 }
 
+std::optional<std::string> Session::destination() const {
+  const std::lock_guard lock(state_->mutex);
+  return state_->progress.isUnderWay() && !state_->obstacle() ? std::optional(state_->progress.destination())
+                                                              : std::nullopt;
+}
+
 std::uint64_t Session::departures() const {
   const std::lock_guard lock(state_->mutex);
   return state_->progress.departures();

@@ -70,6 +70,8 @@ public:
   [[nodiscard]] bool answersLately() const;
   /// True when the page is the browser’s own, in place of one that could not be loaded; known after `settle`.
   [[nodiscard]] bool isErrorPage() const;
+  /// The address of the navigation that has begun and not come to its end; known after `settle` or a call.
+  [[nodiscard]] std::optional<std::string> destination() const;
   /// The number of times that the page was about to leave so far.
   [[nodiscard]] std::uint64_t departures() const;
 

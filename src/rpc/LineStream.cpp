@@ -131,6 +131,8 @@ public:
     emptied_.cancel();
   }
 
+  [[nodiscard]] error_code writeError() const { return writeError_; }
+
 private:
   std::optional<std::string> nextLine() {
     const std::size_t end = received_.find('\n', searched_);
@@ -182,8 +184,10 @@ private:
     queue_.pop_front();
     if (isClosed_)
       return;
-    if (error)
+    if (error) {
+      writeError_ = error;
       return close();
+    }
     if (queue_.empty())
       emptied_.cancel();
     else
@@ -200,6 +204,7 @@ private:
   bool isSkipping_ = false;  ///< the bytes up to the next line feed belong to a line that was refused
   std::deque<std::string> queue_;
   std::size_t queued_ = 0;
+  error_code writeError_;
   asio::steady_timer emptied_; ///< cancelled when the queue is empty
   bool isClosed_ = false;
 };
@@ -228,6 +233,10 @@ platform::Task<void> LineStream::flush(std::chrono::nanoseconds atMost) {
 
 void LineStream::close() {
   channel_->close();
+}
+
+error_code LineStream::writeError() const {
+  return channel_->writeError();
 }
 
 } // namespace tabwright::rpc

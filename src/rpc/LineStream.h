@@ -3,6 +3,7 @@
 #include "rpc/MessageStream.h"
 
 #include <boost/asio/any_io_executor.hpp>
+#include <boost/system/error_code.hpp>
 
 #include <cstddef>
 #include <memory>
@@ -39,6 +40,10 @@ public:
   void send(const boost::json::value& message) override;
   platform::Task<void> flush(std::chrono::nanoseconds atMost) override;
   void close() override;
+
+  /// What ended the stream, where that was a message that couldn't be written; else success. A peer that has left is
+  /// `broken_pipe` or `connection_reset`.
+  [[nodiscard]] boost::system::error_code writeError() const;
 
 private:
   class Channel;

@@ -108,6 +108,9 @@ TEST_F(CommandLine, saysWhenItsOutputCannotBeWritten) {
       {{"completion", "bash"}, ""},
       {{"manual"}, ""},
       {{"--help"}, ""},
+      {{"mcp"},
+       R"({"jsonrpc": "2.0", "id": 1, "method": "ping"})"
+       "\n"},
   };
   for (const auto& [words, input] : commands) {
     const CommandOutcome full = redirected(">/dev/full", words, input);

@@ -118,6 +118,20 @@ TEST_F(DriverTest, NavigationShowsInTheNextSnapshotAndTheHistoryLeadsBack) {
   eventually([&] { return evaluate(tab, "window.mark === undefined") == true; });
 }
 
+TEST_F(DriverTest, APageThatCannotBeLoadedShowsItsAddressAllTheWay) {
+  const TabID tab = open("data:text/html,<title>Here</title>");
+  const std::string blocked = "http://127.0.0.1:1/";
+  const std::stop_source run; // one and the same: it doesn't wait for where it has sent the page
+  const CallLimits own{limits().deadline, run.get_token()};
+  driver().navigate(tab, blocked, own);
+  eventually([&] {
+    const auto seen = driver().snapshot(own);
+    const TabState& state = seen->windows.front().tabs.at(seen->windows.front().activeTabIndex - 1);
+    EXPECT_EQ(state.url, blocked);
+    return !state.isLoading;
+  });
+}
+
 TEST_F(DriverTest, APageThatNeverArrivesIsLoadingUntilStopped) {
   support::PageServer server;
   server.neverAnswer("/slow");

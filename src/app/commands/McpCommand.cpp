@@ -2,6 +2,7 @@
 // own.
 #include "app/Composition.h"
 #include "app/Interruptible.h"
+#include "app/OutputStreams.h"
 #include "app/commands/Commands.h"
 #include "host/mcp/ToolServer.h"
 #include "platform/linux/SystemClock.h"
@@ -9,6 +10,7 @@
 #include "rpc/Peer.h"
 
 #include <boost/asio/this_coro.hpp>
+#include <boost/system/error_code.hpp>
 
 #include <chrono>
 #include <csignal>
@@ -24,6 +26,10 @@ platform::Task<void> serve(const host::Catalogue& catalogue) {
   const host::ToolServer server(peer, catalogue, clock, TABWRIGHT_VERSION);
   co_await peer.run();
   co_await stream.flush(std::chrono::seconds(5));
+  // An agent that leaves ends the conversation; that is no failure.
+  const boost::system::error_code error = stream.writeError();
+  if (error && error != boost::system::errc::broken_pipe && error != boost::system::errc::connection_reset)
+    throw OutputLost(error.value());
 }
 
 } // namespace

@@ -28,6 +28,7 @@ struct TabState {
   std::string title;
   std::string url; ///< the address the tab is going to, where a navigation is pending
   bool isLoading = false;
+  bool isArriving = false; ///< the page at that address has yet to come
 };
 
 struct WindowState {

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <chrono>
 #include <string_view>
+#include <unordered_map>
 
 namespace tabwright::scripting {
 
@@ -106,7 +107,7 @@ std::shared_ptr<const BrowserSnapshot> BrowserLink::upToDate(const CallLimits& l
     if (isHeld() || viewedBy_ > asked)
       return viewed_.snapshot;
   }
-  return look(BrowserView::Extent::news, limits).snapshot;
+  return look({}, limits).snapshot;
 }
 
 void BrowserLink::lookAhead(const std::stop_token& stop) {
@@ -115,22 +116,32 @@ void BrowserLink::lookAhead(const std::stop_token& stop) {
     upToDate({std::chrono::steady_clock::now() + 5s, stop});
 }
 
+void BrowserLink::noteCommand(std::optional<TabID> tab) {
+  const std::lock_guard lock(mutex_);
+  std::erase_if(unseen_, [&](const Command& command) { return command.tab == tab; });
+  unseen_.push_back({++commandsEnded_, tab});
+}
+
 ViewedBrowser BrowserLink::look(BrowserView::Extent extent, const CallLimits& limits) {
   std::uint64_t number = 0;
   std::uint64_t commands = 0;
   {
     const std::lock_guard lock(mutex_);
     number = ++looksBegun_;
-    commands = commands_.load(); // after the number: who asked before shares this look, and may have ended a command
-    if (wholeAt_ != commands)
-      extent = BrowserView::Extent::whole;
+    commands = commandsEnded_;
+    for (const Command& command : unseen_) {
+      if (command.tab)
+        extent.tabs.push_back(*command.tab);
+      else
+        extent.isWhole = true;
+    }
   }
   const std::uint64_t before = changes_->load();
   const bool mayHold = view_->reportsChanges() && disturbances_->load() == 0;
   ViewedBrowser viewed = view_->look(extent, limits);
+  addDestinations(viewed);
   const std::lock_guard lock(mutex_);
-  if (extent == BrowserView::Extent::whole)
-    wholeAt_ = std::max(wholeAt_, commands);
+  std::erase_if(unseen_, [&](const Command& command) { return command.number <= commands; });
   if (number < viewedBy_) // a later look was faster
     return viewed;
   viewedBy_ = number;
@@ -139,6 +150,26 @@ ViewedBrowser BrowserLink::look(BrowserView::Extent extent, const CallLimits& li
   if (mayHold && disturbances_->load() == 0 && changes_->load() == before)
     viewedAt_ = before;
   return viewed;
+}
+
+/// A page that could not be loaded is no longer on its way for the browser, and not yet there, while the one that tells
+/// so is being made. Its own events say where it is going.
+void BrowserLink::addDestinations(ViewedBrowser& viewed) {
+  const std::unordered_map<std::string, std::string> destinations = pages_.destinations();
+  if (destinations.empty())
+    return;
+  auto snapshot = std::make_shared<BrowserSnapshot>(*viewed.snapshot);
+  for (WindowState& window : snapshot->windows) {
+    for (TabState& tab : window.tabs) {
+      const auto target = viewed.targets.find(tab.id);
+      const auto destination = target != viewed.targets.end() ? destinations.find(target->second) : destinations.end();
+      if (destination == destinations.end() || tab.isArriving)
+        continue;
+      tab.url = destination->second;
+      tab.isArriving = true;
+    }
+  }
+  viewed.snapshot = std::move(snapshot);
 }
 
 /// The target of a tab as last seen, which holds for longer than the rest of a snapshot.
@@ -158,7 +189,7 @@ std::shared_ptr<Session> BrowserLink::requirePage(TabID tab, const CallLimits& l
     }
   }
   // Not seen yet, closed meanwhile, or given another page by the browser.
-  const ViewedBrowser viewed = look(BrowserView::Extent::whole, limits);
+  const ViewedBrowser viewed = look({.isWhole = true}, limits);
   const auto found = viewed.targets.find(tab);
   if (found == viewed.targets.end())
     throw platform::failure(DriverFault::noSuchTab, std::to_string(tab));
@@ -179,7 +210,7 @@ void BrowserLink::awaitOpening(TabID tab, const CallLimits& callLimits) {
   };
   while (isOpening()) {
     const std::uint64_t before = changes_->load();
-    look(BrowserView::Extent::whole, limits);
+    look({.tabs = {tab}}, limits);
     if (isOpening())
       changes_->awaitOther(before, "the tab’s first page", limits);
   }
@@ -338,6 +369,22 @@ void BrowserLink::leave(const std::shared_ptr<Session>& page, const CallLimits& 
   page->depart();
 }
 
+TabID BrowserLink::makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
+                           const CallLimits& limits) {
+  connection_->requireAnswer(limits);
+  Disturbance disturbance(*this);
+  const TabID tab = view_->makeTab(window, index, url, limits);
+  disturbance.concerns(tab);
+  return tab;
+}
+
+void BrowserLink::activateTab(TabID tab, const CallLimits& limits) {
+  connection_->requireAnswer(limits);
+  Disturbance disturbance(*this);
+  disturbance.concerns(tab);
+  view_->activateTab(tab, limits);
+}
+
 void BrowserLink::navigate(TabID tab, const std::string& url, const CallLimits& callLimits) {
   if (isJavaScript(url)) {
     // The page itself is the only one that may follow such an address.
@@ -346,7 +393,8 @@ void BrowserLink::navigate(TabID tab, const std::string& url, const CallLimits& 
     return;
   }
   connection_->requireAnswer(callLimits);
-  const Disturbance disturbance(*this);
+  Disturbance disturbance(*this);
+  disturbance.concerns(tab);
   const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
   // The browser answers when the page is there, which may take for ever; but it takes calls up in order, so the answer
   // to the next one tells that this one has begun, and a refusal would have come before it.
@@ -362,7 +410,8 @@ void BrowserLink::navigate(TabID tab, const std::string& url, const CallLimits& 
 /// By the entries themselves: the browser's own way back leaves out pages on which the user has done nothing.
 void BrowserLink::goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits) {
   connection_->requireAnswer(limits);
-  const Disturbance disturbance(*this);
+  Disturbance disturbance(*this);
+  disturbance.concerns(tab);
   const std::shared_ptr<Session> page = requirePage(tab, limits);
   arrive(*page, limits); // the entries count from where the page is
   const boost::json::object history = page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
@@ -378,7 +427,8 @@ void BrowserLink::goInHistory(TabID tab, BrowserDriver::History direction, const
 
 void BrowserLink::reload(TabID tab, const CallLimits& limits) {
   connection_->requireAnswer(limits);
-  const Disturbance disturbance(*this);
+  Disturbance disturbance(*this);
+  disturbance.concerns(tab);
   const std::shared_ptr<Session> page = requirePage(tab, limits);
   arrive(*page, limits);
   leave(page, limits);
@@ -386,7 +436,8 @@ void BrowserLink::reload(TabID tab, const CallLimits& limits) {
 }
 
 void BrowserLink::stopLoading(TabID tab, const CallLimits& limits) {
-  const Disturbance disturbance(*this);
+  Disturbance disturbance(*this);
+  disturbance.concerns(tab);
   requirePage(tab, limits)->call("Page.stopLoading", {}, Session::AnsweredBy::browser, limits);
 }
 

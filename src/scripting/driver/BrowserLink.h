@@ -18,6 +18,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tabwright::scripting {
 
@@ -46,8 +47,10 @@ public:
 
   std::shared_ptr<const BrowserSnapshot> snapshot(const CallLimits& limits);
   /// See ViewedBrowser.
-  double lastFocus(const CallLimits& limits) { return look(BrowserView::Extent::news, limits).lastFocus; }
+  double lastFocus(const CallLimits& limits) { return look({}, limits).lastFocus; }
   boost::json::value evaluate(TabID tab, const std::string& javascript, const CallLimits& limits);
+  TabID makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url, const CallLimits& limits);
+  void activateTab(TabID tab, const CallLimits& limits);
   void navigate(TabID tab, const std::string& url, const CallLimits& limits);
   void goInHistory(TabID tab, BrowserDriver::History direction, const CallLimits& limits);
   void reload(TabID tab, const CallLimits& limits);
@@ -77,9 +80,11 @@ private:
     explicit Disturbance(BrowserLink& link, Kind kind = Kind::command) : link_(link), kind_(kind) {
       link_.disturbances_->fetch_add(1);
     }
+    /// The command changes nothing but this tab, and which one its window shows.
+    void concerns(TabID tab) { tab_ = tab; }
     ~Disturbance() {
       if (kind_ == Kind::command)
-        link_.commands_.fetch_add(1);
+        link_.noteCommand(tab_);
       link_.changes_->add();
       link_.disturbances_->fetch_sub(1);
       if (link_.lookahead_) {
@@ -93,13 +98,16 @@ private:
   private:
     BrowserLink& link_;
     const Kind kind_;
+    std::optional<TabID> tab_;
   };
 
   using Counter = std::shared_ptr<std::atomic<std::uint64_t>>;
   BrowserLink(platform::RunningBrowser browser, std::shared_ptr<devtools::Connection> connection);
   std::shared_ptr<const BrowserSnapshot> upToDate(const CallLimits& limits);
   void lookAhead(const std::stop_token& stop);
+  void noteCommand(std::optional<TabID> tab);
   ViewedBrowser look(BrowserView::Extent extent, const CallLimits& limits);
+  void addDestinations(ViewedBrowser& viewed);
   [[nodiscard]] bool isHeld() const { return viewedAt_ == changes_->load() && disturbances_->load() == 0; }
   [[nodiscard]] bool isHeldFor(const std::stop_token& run) const;
   std::optional<std::string> findTarget(TabID tab);
@@ -124,7 +132,6 @@ private:
   PageJobResults jobs_;
   const std::shared_ptr<ChangeCount> changes_ = std::make_shared<ChangeCount>();
   const Counter disturbances_ = std::make_shared<std::atomic<std::uint64_t>>(0);
-  std::atomic<std::uint64_t> commands_ = 0; ///< that have ended
   std::unique_ptr<BrowserView> view_;
 
   devtools::Turn looking_;
@@ -133,7 +140,12 @@ private:
   std::uint64_t looksBegun_ = 0;
   std::uint64_t viewedBy_ = 0;            // the number of the look that viewed_ is from
   std::optional<std::uint64_t> viewedAt_; // the count of changes that viewed_ holds for
-  std::uint64_t wholeAt_ = 0;             // the count of commands at the last whole look
+  struct Command {
+    std::uint64_t number;
+    std::optional<TabID> tab; // nothing for one that may have changed anything
+  };
+  std::uint64_t commandsEnded_ = 0;
+  std::vector<Command> unseen_; // commands that have ended since the last look began, the last one to each tab
   struct JobDone {
     std::stop_token run;
     std::uint64_t changes; // the count of changes with that of the job itself

@@ -7,6 +7,7 @@
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 namespace tabwright::scripting {
 
@@ -29,13 +30,16 @@ class BrowserView {
 public:
   virtual ~BrowserView() = default;
 
-  /// How much is looked at. `news` takes the look before for what it shows, but for the changes that the browser has
-  /// reported: it costs less the more tabs there are. It may miss what a command of ours has just changed, and a page
-  /// that a tab was given without a word.
-  enum class Extent { whole, news };
+  /// How much is looked at. News take the look before for what they show, but for the changes that the browser has
+  /// reported, so that the cost does not grow with the number of tabs. They may miss what a command of ours has just
+  /// changed, but for the tabs that are named, and a page that a tab was given without a word.
+  struct Extent {
+    bool isWhole = false;
+    std::vector<TabID> tabs{}; ///< looked at in any case
+  };
 
   /// The windows as they are now, front to back.
-  virtual ViewedBrowser look(Extent extent, const CallLimits& limits) = 0;
+  virtual ViewedBrowser look(const Extent& extent, const CallLimits& limits) = 0;
   /// Whether every change in the browser is reported to us, so that what was seen holds until then.
   [[nodiscard]] virtual bool reportsChanges() const = 0;
 

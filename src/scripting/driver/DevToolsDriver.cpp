@@ -204,9 +204,7 @@ boost::json::value DevToolsDriver::evaluate(TabID tab, const std::string& javasc
 
 TabID DevToolsDriver::makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
                               const CallLimits& limits) {
-  return withLink(limits, "", [&](BrowserLink& link) {
-    return link.command(limits, [&](BrowserView& view) { return view.makeTab(window, index, url, limits); });
-  });
+  return withLink(limits, "", [&](BrowserLink& link) { return link.makeTab(window, index, url, limits); });
 }
 
 WindowID DevToolsDriver::makeWindow(WindowMode mode, const std::string& url, const CallLimits& limits) {
@@ -225,8 +223,7 @@ void DevToolsDriver::closeWindow(WindowID window, const CallLimits& limits) {
 }
 
 void DevToolsDriver::activateTab(TabID tab, const CallLimits& limits) {
-  withLink(limits, std::to_string(tab),
-           [&](BrowserLink& link) { link.command(limits, [&](BrowserView& view) { view.activateTab(tab, limits); }); });
+  withLink(limits, std::to_string(tab), [&](BrowserLink& link) { link.activateTab(tab, limits); });
 }
 
 void DevToolsDriver::navigate(TabID tab, const std::string& url, const CallLimits& limits) {

@@ -25,6 +25,7 @@ TabState readTab(const boost::json::object& fields) {
   tab.title = textAt(fields, "title");
   tab.url = textAt(fields, "url");
   tab.isLoading = fields.at("loading").as_bool();
+  tab.isArriving = fields.at("arriving").as_bool();
   return tab;
 }
 
@@ -54,18 +55,35 @@ WindowState readWindow(const boost::json::object& fields, ViewedBrowser& viewed)
   return window;
 }
 
-// False when there is no such tab.
-bool replaceTab(BrowserSnapshot& snapshot, TabState tab) {
-  for (WindowState& window : snapshot.windows) {
-    const auto place = std::ranges::find(window.tabs, tab.id, &TabState::id);
-    if (place == window.tabs.end())
-      continue;
-    if (static_cast<std::size_t>(place - window.tabs.begin()) + 1 == window.activeTabIndex)
-      window.title = tab.title;
-    *place = std::move(tab);
-    return true;
+/// What is told of one tab, and where in which window's strip it is.
+struct ToldTab {
+  TabState state;
+  WindowID window = 0;
+  std::size_t index = 0;
+  bool isActive = false;
+};
+
+// Yields false when the tab has no place in its window. A new one moves those behind it on.
+bool place(BrowserSnapshot& snapshot, const ToldTab& tab) {
+  const auto window = std::ranges::find(snapshot.windows, tab.window, &WindowState::id);
+  if (window == snapshot.windows.end() || tab.index > window->tabs.size())
+    return false;
+  const auto at = window->tabs.begin() + static_cast<std::ptrdiff_t>(tab.index);
+  const auto known = std::ranges::find(window->tabs, tab.state.id, &TabState::id);
+  if (known != window->tabs.end()) {
+    if (known != at)
+      return false;
+    *known = tab.state;
+  } else {
+    window->tabs.insert(at, tab.state);
+    if (tab.index < window->activeTabIndex)
+      ++window->activeTabIndex;
   }
-  return false;
+  if (tab.isActive)
+    window->activeTabIndex = tab.index + 1;
+  if (tab.index + 1 == window->activeTabIndex)
+    window->title = tab.state.title;
+  return true;
 }
 
 } // namespace
@@ -88,39 +106,51 @@ ViewedBrowser readHelperSnapshot(const boost::json::value& answer, std::string v
 
 std::optional<ViewedBrowser> withNews(const ViewedBrowser& before, const boost::json::value& answer) {
   ViewedBrowser viewed = before;
-  std::shared_ptr<BrowserSnapshot> snapshot;
+  std::vector<ToldTab> told;
   try {
     viewed.lastFocus = answer.at("focusedAt").to_number<double>();
     for (const boost::json::value& entry : answer.at("tabs").as_array()) {
-      if (!snapshot)
-        snapshot = std::make_shared<BrowserSnapshot>(*before.snapshot);
-      TabState tab = readTab(entry.as_object());
-      if (entry.at("opening").as_bool())
-        viewed.opening.insert(tab.id);
+      const boost::json::object& fields = entry.as_object();
+      const ToldTab& tab =
+          told.emplace_back(readTab(fields), fields.at("window").to_number<WindowID>(),
+                            fields.at("index").to_number<std::size_t>(), fields.at("active").as_bool());
+      if (fields.at("opening").as_bool())
+        viewed.opening.insert(tab.state.id);
       else
-        viewed.opening.erase(tab.id);
-      if (!replaceTab(*snapshot, std::move(tab)))
+        viewed.opening.erase(tab.state.id);
+      if (fields.contains("target"))
+        viewed.targets[tab.state.id] = textAt(fields, "target");
+      else if (!viewed.targets.contains(tab.state.id))
         return std::nullopt;
     }
   } catch (const std::exception& error) {
     throw platform::failure(DriverFault::refused, fmt::format("the helper's news can't be read ({})", error.what()));
   }
-  if (snapshot)
-    viewed.snapshot = std::move(snapshot);
+  if (told.empty())
+    return viewed;
+  std::ranges::sort(told, {}, &ToldTab::index); // so that each is inserted behind those that are before it
+  auto snapshot = std::make_shared<BrowserSnapshot>(*before.snapshot);
+  for (const ToldTab& tab : told) {
+    if (!place(*snapshot, tab))
+      return std::nullopt;
+  }
+  viewed.snapshot = std::move(snapshot);
   return viewed;
 }
 
 HelperView::HelperView(std::unique_ptr<HelperWorker> worker, std::string version)
     : worker_(std::move(worker)), version_(std::move(version)) {}
 
-ViewedBrowser HelperView::look(Extent extent, const CallLimits& limits) {
+ViewedBrowser HelperView::look(const Extent& extent, const CallLimits& limits) {
   std::optional<Seen> seen;
-  if (extent == Extent::news) {
+  if (!extent.isWhole) {
     const std::lock_guard lock(mutex_);
     seen = seen_;
   }
   if (seen) {
-    const boost::json::object since{{"instance", seen->instance}, {"changes", seen->changes}};
+    const boost::json::object since{{"instance", seen->instance},
+                                    {"changes", seen->changes},
+                                    {"tabs", boost::json::array(extent.tabs.begin(), extent.tabs.end())}};
     const boost::json::value answer = worker_->perform("snapshot", {{"since", since}}, Repeat::allowed, limits);
     if (answer.is_object() && answer.get_object().contains("windows"))
       return keep(answer, readHelperSnapshot(answer, version_));

@@ -17,17 +17,18 @@ namespace tabwright::scripting {
 /// Throws DriverFailure (`refused`) where the text has another shape.
 [[nodiscard]] ViewedBrowser readHelperSnapshot(const boost::json::value& answer, std::string version);
 
-/// The tabs that the answer tells of, in the place of those with the same ids; nothing when one of them isn't known. An
-/// answer without any leaves the snapshot itself as it is. Throws as above.
+/// The tabs that the answer tells of, in the place of those with the same ids or, where they are new, at their places
+/// in the strip; nothing when they don't fit in. An answer without any leaves the snapshot itself as it is. Throws as
+/// above.
 [[nodiscard]] std::optional<ViewedBrowser> withNews(const ViewedBrowser& before, const boost::json::value& answer);
 
-/// The browser as its helper sees it. A look costs one round trip, whatever the number of tabs.
+/// The browser as its helper sees it. A look costs one round trip.
 class HelperView final : public BrowserView {
 public:
   /// `version` is the browser's, which the helper doesn't know.
   HelperView(std::unique_ptr<HelperWorker> worker, std::string version);
 
-  ViewedBrowser look(Extent extent, const CallLimits& limits) override;
+  ViewedBrowser look(const Extent& extent, const CallLimits& limits) override;
   [[nodiscard]] bool reportsChanges() const override { return true; }
   TabID makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
                 const CallLimits& limits) override;

@@ -1,5 +1,7 @@
 #include "scripting/driver/PageSessions.h"
 
+#include <optional>
+
 namespace tabwright::scripting {
 
 std::shared_ptr<devtools::Session> PageSessions::require(const std::string& targetID,
@@ -17,6 +19,16 @@ std::shared_ptr<devtools::Session> PageSessions::require(const std::string& targ
   const std::lock_guard lock(mutex_);
   sessions_[targetID] = session;
   return session;
+}
+
+std::unordered_map<std::string, std::string> PageSessions::destinations() {
+  const std::lock_guard lock(mutex_);
+  std::unordered_map<std::string, std::string> found;
+  for (const auto& [target, session] : sessions_) {
+    if (const std::optional<std::string> address = session->destination())
+      found.emplace(target, *address);
+  }
+  return found;
 }
 
 } // namespace tabwright::scripting

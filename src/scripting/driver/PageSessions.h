@@ -18,6 +18,9 @@ public:
   /// The session of a target. Throws DevToolsFailure; `refused` when there is no such target.
   std::shared_ptr<devtools::Session> require(const std::string& targetID, const platform::CallLimits& limits);
 
+  /// The addresses to which pages are on their way now, by target.
+  [[nodiscard]] std::unordered_map<std::string, std::string> destinations();
+
 private:
   std::shared_ptr<devtools::Connection> connection_;
   std::mutex mutex_;

@@ -83,7 +83,7 @@ std::vector<ProtocolView::Page> ProtocolView::listPages(const CallLimits& limits
   return pages;
 }
 
-ViewedBrowser ProtocolView::look(Extent /*always the whole*/, const CallLimits& callLimits) {
+ViewedBrowser ProtocolView::look(const Extent& /*always the whole*/, const CallLimits& callLimits) {
   const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
   const auto contexts = connection_->send("Target.getBrowserContexts", {});
   const std::vector<Page> pages = listPages(limits);
@@ -115,7 +115,7 @@ ViewedBrowser ProtocolView::look(Extent /*always the whole*/, const CallLimits& 
       state.isFullScreen = textOf(bounds, "windowState") == "fullscreen";
       window = snapshot->windows.insert(snapshot->windows.end(), std::move(state));
     }
-    window->tabs.push_back({page.tab, page.title, page.url, false});
+    window->tabs.push_back({.id = page.tab, .title = page.title, .url = page.url});
     viewed.targets[page.tab] = page.target;
     if (window->activeTabIndex == 0 && isVisible(pages_, page.target, limits))
       window->activeTabIndex = window->tabs.size();
@@ -153,7 +153,7 @@ std::string ProtocolView::requireTarget(TabID tab, const CallLimits& limits) {
 }
 
 std::string ProtocolView::activeTarget(WindowID id, const CallLimits& limits) {
-  const ViewedBrowser viewed = look(Extent::whole, limits);
+  const ViewedBrowser viewed = look({.isWhole = true}, limits);
   for (const WindowState& window : viewed.snapshot->windows) {
     if (window.id == id)
       return viewed.targets.at(window.tabs[window.activeTabIndex - 1].id);
@@ -198,7 +198,7 @@ void ProtocolView::closeTab(TabID tab, const CallLimits& limits) {
 }
 
 void ProtocolView::closeWindow(WindowID id, const CallLimits& limits) {
-  const ViewedBrowser viewed = look(Extent::whole, limits);
+  const ViewedBrowser viewed = look({.isWhole = true}, limits);
   const auto window = std::ranges::find(viewed.snapshot->windows, id, &WindowState::id);
   if (window == viewed.snapshot->windows.end())
     throw platform::failure(DriverFault::noSuchWindow, std::to_string(id));

@@ -22,7 +22,7 @@ public:
   /// `pages` outlives this.
   ProtocolView(std::shared_ptr<devtools::Connection> connection, PageSessions& pages, std::string version);
 
-  ViewedBrowser look(Extent extent, const CallLimits& limits) override;
+  ViewedBrowser look(const Extent& extent, const CallLimits& limits) override;
   [[nodiscard]] bool reportsChanges() const override { return false; }
   TabID makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
                 const CallLimits& limits) override;
