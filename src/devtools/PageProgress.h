@@ -33,6 +33,9 @@ public:
     isErrorPage_ = isErrorPage;
   }
 
+  /// Nobody waits for the end of this document any longer.
+  void countAsParsed() { isParsed_ = true; }
+
   [[nodiscard]] std::uint64_t departures() const { return departures_; }
   /// True while a navigation has begun whose end has not been reported.
   [[nodiscard]] bool isUnderWay() const { return isUnderWay_; }

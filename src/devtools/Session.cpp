@@ -292,9 +292,11 @@ void Session::settle(Answer answer, const platform::CallLimits& callLimits) {
     take(requireProbe(), limits);
   }
   std::unique_lock lock(state_->mutex);
-  state_->progressed.wait_until(lock, limits.stop,
-                                std::min(limits.deadline, std::chrono::steady_clock::now() + patienceWithParsing),
-                                [this] { return state_->progress.isParsed() || state_->obstacle(); });
+  const bool isThere = state_->progressed.wait_until(
+      lock, limits.stop, std::min(limits.deadline, std::chrono::steady_clock::now() + patienceWithParsing),
+      [this] { return state_->progress.isParsed() || state_->obstacle(); });
+  if (!isThere && std::chrono::steady_clock::now() < limits.deadline)
+    state_->progress.countAsParsed(); // else each call would wait anew for a page that comes in drops
   if (limits.stop.stop_requested())
     throw platform::failure(DevToolsFault::stopped);
 }

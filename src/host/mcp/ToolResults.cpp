@@ -64,14 +64,23 @@ std::string sentenceOf(const std::vector<std::string>& leftOut) {
       fmt::join(leftOut, "; "));
 }
 
+/// A sentence that quotes what it was given is as long as that.
+json::object bounded(json::object result) {
+  constexpr ResultBounds ofSentences{.text = 2'000, .whole = 8'000};
+  json::value value(std::move(result));
+  static_cast<void>(shorten(value, ofSentences));
+  return std::move(value.as_object());
+}
+
 } // namespace
 
 json::object failedResult(const platform::Failure& failure) {
   std::string text = failure.errorDescription();
   if (const std::string cause = causeLine(failure); !cause.empty())
     text += "\n" + cause;
-  return {
+  json::object result{
       {"content", json::array{textContent(text)}}, {"isError", true}, {"_meta", {{failureKey, failureJson(failure)}}}};
+  return bounded(std::move(result));
 }
 
 json::object withNotices(const std::vector<platform::Notice>& notices, json::object result) {
@@ -79,8 +88,8 @@ json::object withNotices(const std::vector<platform::Notice>& notices, json::obj
     return result;
   json::array data;
   for (const platform::Notice& notice : notices) {
-    result["content"].as_array().push_back(textContent(notice.sentence));
-    data.push_back(noticeJson(notice));
+    result["content"].as_array().push_back(bounded(textContent(notice.sentence)));
+    data.push_back(bounded(noticeJson(notice)));
   }
   result["_meta"] = json::object{{noticesKey, std::move(data)}};
   return result;

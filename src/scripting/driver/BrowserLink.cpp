@@ -27,6 +27,8 @@ namespace {
 const platform::Logger log("BrowserLink");
 
 constexpr auto patienceWithNewPages = 3s;
+constexpr auto patienceWithBusyPages = 20s; // beside that with pages on their way
+constexpr auto patienceWithPlanting = 10s;  // which takes a page a tenth of a second, unless its code keeps it busy
 constexpr auto newPagePollInterval = 5ms;
 constexpr std::string_view notActive = "Not attached to an active page"; // the browser's words
 
@@ -245,7 +247,7 @@ boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascrip
     return nullptr;
   }
   const Disturbance disturbance(*this, Disturbance::Kind::evaluation);
-  std::optional<devtools::Evaluation> evaluation = evaluateOnArrival(tab, javascript, limits);
+  std::optional<devtools::Evaluation> evaluation = evaluateOnArrival(tab, javascript, limits, std::nullopt);
   if (!evaluation)
     return nullptr;
   if (!asksForResult(javascript))
@@ -267,7 +269,7 @@ void BrowserLink::plant(TabID tab, const PageJob& job, const CallLimits& limits)
   const Disturbance disturbance(*this, Disturbance::Kind::evaluation);
   std::optional<devtools::Evaluation> evaluation;
   try {
-    evaluation = evaluateOnArrival(tab, job.code, limits);
+    evaluation = evaluateOnArrival(tab, job.code, limits, patienceWithPlanting);
   } catch (const DevToolsFailure& failure) {
     if (failure.kind() != DevToolsFault::targetCrashed || !job.reloadsThePage())
       throw;
@@ -291,24 +293,32 @@ void BrowserLink::plant(TabID tab, const PageJob& job, const CallLimits& limits)
 }
 
 /// Evaluates once the page is where its navigations lead; nothing when it doesn't come, because its server is silent.
-/// A run waits for that but once, so that programs which ask again and again end by their own count.
+/// A run waits for that but once, so that programs which ask again and again end by their own count. `longest` bounds
+/// the evaluation itself.
 std::optional<devtools::Evaluation> BrowserLink::evaluateOnArrival(TabID tab, const std::string& code,
-                                                                   const CallLimits& limits) {
+                                                                   const CallLimits& limits,
+                                                                   std::optional<std::chrono::seconds> longest) {
   const CallLimits patience = visits_.patienceWith(tab, limits);
   requirePage(tab, limits);
-  if (!comes(tab, patience, limits, [&] { awaitOpening(tab, patience); }, [] { return true; }))
+  if (!comes(tab, limits, [&] { awaitOpening(tab, patience); }, [] { return true; }))
     return std::nullopt;
   return onPage(tab, limits, [&](const std::shared_ptr<Session>& page) -> std::optional<devtools::Evaluation> {
     const auto arrive = [&](const CallLimits& until) {
       if (visits_.settle(*page, until))
         noticeFailedLoad(*page, until);
     };
-    if (!comes(tab, patience, limits, [&] { arrive(patience); }, [&] { return page->isLeaving(); }))
+    if (!comes(tab, limits, [&] { arrive(patience); }, [&] { return page->isLeaving(); }))
       return std::nullopt;
-    if (!page->answersLately()) // busy, but on its way nowhere
-      arrive(limits);
+    if (!page->answersLately()) { // busy, but on its way nowhere
+      CallLimits busy = limits;
+      busy.deadline = std::min(limits.deadline, std::chrono::steady_clock::now() + patienceWithBusyPages);
+      arrive(busy);
+    }
     visits_.note(page, limits.stop);
-    devtools::Evaluation result = page->evaluate(code, limits);
+    CallLimits until = limits;
+    if (longest)
+      until.deadline = std::min(limits.deadline, std::chrono::steady_clock::now() + *longest);
+    devtools::Evaluation result = page->evaluate(code, until);
     page->probe();
     if (result.exception)
       log.debug("JavaScript gave no value: {}", *result.exception);
@@ -317,8 +327,8 @@ std::optional<devtools::Evaluation> BrowserLink::evaluateOnArrival(TabID tab, co
 }
 
 /// False when `wait` outlasts the patience while `isOnItsWay`, which the run's user is told once.
-bool BrowserLink::comes(TabID tab, const CallLimits& patience, const CallLimits& limits,
-                        const std::function<void()>& wait, const std::function<bool()>& isOnItsWay) {
+bool BrowserLink::comes(TabID tab, const CallLimits& limits, const std::function<void()>& wait,
+                        const std::function<bool()>& isOnItsWay) {
   try {
     wait();
     return true;

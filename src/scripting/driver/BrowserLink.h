@@ -13,6 +13,7 @@
 #include <boost/json/value.hpp>
 
 #include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <mutex>
@@ -114,8 +115,9 @@ private:
   std::shared_ptr<devtools::Session> requirePage(TabID tab, const CallLimits& limits);
   void awaitOpening(TabID tab, const CallLimits& limits);
   void plant(TabID tab, const PageJob& job, const CallLimits& limits);
-  std::optional<devtools::Evaluation> evaluateOnArrival(TabID tab, const std::string& code, const CallLimits& limits);
-  bool comes(TabID tab, const CallLimits& patience, const CallLimits& limits, const std::function<void()>& wait,
+  std::optional<devtools::Evaluation> evaluateOnArrival(TabID tab, const std::string& code, const CallLimits& limits,
+                                                        std::optional<std::chrono::seconds> longest);
+  bool comes(TabID tab, const CallLimits& limits, const std::function<void()>& wait,
              const std::function<bool()>& isOnItsWay);
   static void noticeFailedLoad(devtools::Session& page, const CallLimits& limits);
   static void arrive(devtools::Session& page, const CallLimits& limits);
