@@ -126,8 +126,9 @@ TEST_P(Catalogue, AnOpenDialogAndACrashedTabAreToldAtOnce) {
   const TabID asking = openPage("<title>D</title><button onclick=\"alert('Sure?')\">b</button>");
   EXPECT_THAT(failureText([&] { return run("ClickElement", {{"cssSelector", "button"}}); }), HasSubstr("Sure?"));
   EXPECT_THAT(failureText([&] { return run("ClickElement", {{"cssSelector", "button"}}); }), HasSubstr("dialog"));
-  if (!isSafari()) // whose dictionary asks the page in front for the version
+  if (!isSafari()) { // whose dictionary asks the page in front for the version
     EXPECT_GE(run("GetListOfTabs").as_array().size(), 1U) << "the rest of the browser still answers";
+  }
   driver().closeTab(asking, limits());
 
   const TabID frail = open("data:text/html,<title>frail</title>");
