@@ -27,7 +27,8 @@ protected:
   // The native ids of the tabs found, such as "1 3".
   std::string ids(ParameterTexts parameters) {
     std::string text;
-    for (const boost::json::value& tab : list(std::move(parameters)).as_array()) {
+    const boost::json::value tabs = list(std::move(parameters));
+    for (const boost::json::value& tab : tabs.as_array()) {
       const std::string fullID(tab.at("fullID").as_string());
       text += (text.empty() ? "" : " ") + fullID.substr(fullID.find(':') + 1);
     }

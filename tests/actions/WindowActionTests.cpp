@@ -92,7 +92,8 @@ protected:
   // The native ids of the windows found, such as "1 3".
   std::string ids(ParameterTexts parameters) {
     std::string text;
-    for (const boost::json::value& window : list(std::move(parameters)).as_array()) {
+    const boost::json::value windows = list(std::move(parameters));
+    for (const boost::json::value& window : windows.as_array()) {
       const std::string fullID(window.at("fullID").as_string());
       text += (text.empty() ? "" : " ") + fullID.substr(fullID.find(':') + 1);
     }
