@@ -1,6 +1,13 @@
 // A navigation of ours counts until it is there: whatever an action has set going, the next one meets what came of it.
 #include "RealRoad.h"
 #include "support/NavigationKinds.h"
+#include "support/PageServer.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <string>
+#include <thread>
 
 namespace tabwright::scripting {
 namespace {
@@ -23,6 +30,25 @@ TEST_F(NavigationRoad, TheNextActionBeginsWithThePageThatTheLastOneLedTo) {
       EXPECT_EQ(outcome.failure, "") << kind.name;
     }
   }
+}
+
+TEST_F(NavigationRoad, AJobWhosePageDoesNotComeIsHeldUntilOneDoes) {
+  support::PageServer pages;
+  pages.neverAnswer("/never");
+  pages.serve("/late", "<title>late</title><p id=late>x");
+  const TabID tab = snapshot()->windows.front().tabs.front().id;
+  driver().navigate(tab, pages.url("/never"), limits());
+  std::jthread comesLate([&] {
+    std::this_thread::sleep_for(std::chrono::seconds(11)); // a second after nobody waits for the first page any longer
+    driver().navigate(tab, pages.url("/late"), limits());
+  });
+  const host::ParameterTexts parameters{{"targetContext", "chromium"},
+                                        {"cssSelector", "#late"},
+                                        {"timeout", "12"},
+                                        {"targetTab", "chromium:" + std::to_string(tab)}};
+  EXPECT_EQ(testsupport::runTask(host::perform(catalogue(), "WaitForElement", parameters, nobody())).value,
+            boost::json::value(true));
+  EXPECT_THAT(noticed(), testing::Contains("notCome"));
 }
 
 } // namespace
