@@ -44,10 +44,10 @@ public:
   }
 
   platform::Task<void> sleep(std::chrono::nanoseconds duration) override {
-    const auto sleeper =
-        std::make_shared<Sleeper>(Sleeper{boost::asio::steady_timer(co_await boost::asio::this_coro::executor,
-                                                                    boost::asio::steady_timer::time_point::max()),
-                                          {}});
+    // Named: g++ 12 destroys what an await within an initializer gave twice.
+    const auto executor = co_await boost::asio::this_coro::executor;
+    const auto sleeper = std::make_shared<Sleeper>(
+        Sleeper{boost::asio::steady_timer(executor, boost::asio::steady_timer::time_point::max()), {}});
     {
       const std::scoped_lock lock(mutex_);
       sleeper->end = now_ + duration;
