@@ -91,9 +91,10 @@ std::string_view collapsed(std::string_view text, Arena& arena) {
 std::string_view tagName(const GumboElement& element, Arena& arena) {
   if (element.tag != GUMBO_TAG_UNKNOWN)
     return gumbo_normalized_tagname(element.tag);
-  GumboStringPiece piece = element.original_tag;
-  gumbo_tag_from_original_text(&piece);
-  const std::string name = platform::lowercased({piece.data, piece.length});
+  // gumbo's own reading of the source ends a name at vertical tabs too, which browsers take as part of it.
+  std::string_view tag(element.original_tag.data, element.original_tag.length);
+  tag.remove_prefix(std::min(tag.find_first_not_of('<'), tag.size()));
+  const std::string name = platform::lowercased(tag.substr(0, tag.find_first_of(" \t\n\f\r/>")));
   return name.empty() ? std::string_view("span") : arena.copy(name);
 }
 

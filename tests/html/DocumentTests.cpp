@@ -56,6 +56,7 @@ TEST(Document, IsTheTreeThatABrowserMakes) {
            {"<p>a<p>b", "p(a),p(b)"},
            {"<ul><li>a<li>b</ul>", "ul(li(a),li(b))"},
            {"<b>1<p>2</b>3", "b(1),p(b(2),3)"},
+           {"<script\v>a<b>c", "script\v(a,b(c))"},
            {"<table><tr><td>x</table>", "table(tbody(tr(td(x))))"},
            {"<table>out<tr><td>in</table>", "out,table(tbody(tr(td(in))))"},
            {"<A HREF='x' hReF=y Title>t</a>", "a[href=x][title=](t)"},
