@@ -47,8 +47,7 @@ public:
     const auto opening = std::make_shared<PendingCall>("connecting");
     thread_ = std::thread([this] { run(); });
     asio::post(context_, [this, opening, endpoint] { connect(endpoint, opening); });
-    platform::CallLimits patience = limits;
-    patience.deadline = std::min(limits.deadline, Clock::now() + bounds_.silence);
+    const platform::CallLimits patience = limits.within(bounds_.silence);
     try {
       static_cast<void>(opening->await(patience));
     } catch (const DevToolsFailure& failure) {

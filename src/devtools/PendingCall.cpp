@@ -15,7 +15,7 @@ PendingCall::Answer PendingCall::await(const platform::CallLimits& limits) {
 void PendingCall::awaitEnd(const platform::CallLimits& limits) {
   std::unique_lock lock(mutex_);
   const auto hasEnded = [this] { return answer_.has_value() || failure_.has_value(); };
-  if (ended_.wait_until(lock, limits.stop, limits.deadline, hasEnded))
+  if (limits.wait(ended_, lock, hasEnded))
     return;
   if (limits.stop.stop_requested())
     throw platform::failure(DevToolsFault::stopped);

@@ -276,9 +276,9 @@ void Session::take(const Probe& probe, const platform::CallLimits& limits) {
   const std::int64_t facts = value != nullptr && value->is_int64() ? value->get_int64() : 0;
   if (!state_->progress.knowsDocument())
     state_->progress.found(facts % 2 == 0, facts >= 2);
-  state_->progressed.wait_until(lock, limits.stop,
-                                std::min(limits.deadline, std::chrono::steady_clock::now() + patienceWithEnds),
-                                [this] { return !state_->progress.isUnderWay() || state_->obstacle(); });
+  limits.within(patienceWithEnds).wait(state_->progressed, lock, [this] {
+    return !state_->progress.isUnderWay() || state_->obstacle();
+  });
 }
 
 void Session::settle(Answer answer, const platform::CallLimits& callLimits) {
@@ -292,10 +292,10 @@ void Session::settle(Answer answer, const platform::CallLimits& callLimits) {
     take(requireProbe(), limits);
   }
   std::unique_lock lock(state_->mutex);
-  const bool isThere = state_->progressed.wait_until(
-      lock, limits.stop, std::min(limits.deadline, std::chrono::steady_clock::now() + patienceWithParsing),
-      [this] { return state_->progress.isParsed() || state_->obstacle(); });
-  if (!isThere && std::chrono::steady_clock::now() < limits.deadline)
+  const bool isThere = limits.within(patienceWithParsing).wait(state_->progressed, lock, [this] {
+    return state_->progress.isParsed() || state_->obstacle();
+  });
+  if (!isThere && !limits.hasPassed())
     state_->progress.countAsParsed(); // else each call would wait anew for a page that comes in drops
   if (limits.stop.stop_requested())
     throw platform::failure(DevToolsFault::stopped);

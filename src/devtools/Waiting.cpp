@@ -20,9 +20,10 @@ void pause(std::chrono::milliseconds duration, const char* what, const platform:
   std::mutex mutex;
   std::condition_variable_any never;
   std::unique_lock lock(mutex);
-  const auto until = std::chrono::steady_clock::now() + duration;
-  never.wait_until(lock, limits.stop, std::min(until, limits.deadline), [] { return false; });
-  if (limits.stop.stop_requested() || until > limits.deadline)
+  const std::chrono::steady_clock::duration left = limits.deadline - limits.now();
+  never.wait_for(lock, limits.stop, std::min<std::chrono::steady_clock::duration>(duration, left),
+                 [] { return false; });
+  if (limits.stop.stop_requested() || left < duration)
     throwUnfulfilled(what, limits);
 }
 
@@ -36,7 +37,7 @@ Turn::Holder::~Holder() {
 
 Turn::Holder Turn::take(const char* what, const platform::CallLimits& limits) {
   std::unique_lock lock(mutex_);
-  if (!released_.wait_until(lock, limits.stop, limits.deadline, [this] { return !isTaken_; }))
+  if (!limits.wait(released_, lock, [this] { return !isTaken_; }))
     throwUnfulfilled(what, limits);
   isTaken_ = true;
   return Holder(this);

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "platform/DeadlineClock.h"
 #include "platform/Notices.h"
 
+#include <algorithm>
 #include <chrono>
+#include <condition_variable>
 #include <memory>
+#include <mutex>
 #include <stop_token>
 
 namespace tabwright::platform {
@@ -14,7 +18,26 @@ namespace tabwright::platform {
 struct CallLimits {
   std::chrono::steady_clock::time_point deadline = std::chrono::steady_clock::time_point::max();
   std::stop_token stop;
-  std::shared_ptr<Notices> notices = {}; ///< null: nobody listens
+  std::shared_ptr<Notices> notices = {};     ///< null: nobody listens
+  std::shared_ptr<DeadlineClock> clock = {}; ///< null: the steady clock
+
+  [[nodiscard]] std::chrono::steady_clock::time_point now() const {
+    return clock ? clock->now() : std::chrono::steady_clock::now();
+  }
+  [[nodiscard]] bool hasPassed() const { return now() >= deadline; }
+
+  /// The same limits, but none later than `duration` from now.
+  [[nodiscard]] CallLimits within(std::chrono::steady_clock::duration duration) const {
+    CallLimits nearer = *this;
+    nearer.deadline = std::min(deadline, now() + duration);
+    return nearer;
+  }
+
+  /// Waits on the condition until `isOver`, the deadline or a stop. Yields `isOver()`.
+  template <class Predicate>
+  bool wait(std::condition_variable_any& condition, std::unique_lock<std::mutex>& lock, Predicate isOver) const {
+    return clock ? clock->wait(condition, lock, *this, isOver) : condition.wait_until(lock, stop, deadline, isOver);
+  }
 };
 
 inline void giveNotice(const CallLimits& limits, Notice notice) {
@@ -24,9 +47,7 @@ inline void giveNotice(const CallLimits& limits, Notice notice) {
 
 /// The limits, with a deadline where they had none: `duration` from now.
 [[nodiscard]] inline CallLimits boundedBy(CallLimits limits, std::chrono::steady_clock::duration duration) {
-  if (limits.deadline == std::chrono::steady_clock::time_point::max())
-    limits.deadline = std::chrono::steady_clock::now() + duration;
-  return limits;
+  return limits.deadline == std::chrono::steady_clock::time_point::max() ? limits.within(duration) : limits;
 }
 
 } // namespace tabwright::platform

@@ -1,7 +1,10 @@
 #include "devtools/Session.h"
 #include "support/ScriptedBrowser.h"
+#include "support/SteppedDeadlines.h"
 
 #include <gtest/gtest.h>
+
+#include <thread>
 
 namespace tabwright::devtools {
 
@@ -85,6 +88,20 @@ TEST_F(SessionTest, BindingsCallTheirListenerWithTheText) {
   session_->bind("mine", [&](const std::string& payload) { heard.push_back(payload); });
   EXPECT_EQ(evaluate().value, nullptr);
   EXPECT_EQ(heard, std::vector<std::string>{"yes"});
+}
+
+TEST_F(SessionTest, ADocumentThatComesInDropsIsWaitedForOnce) {
+  script([](Wire& wire, const Call& call) {
+    wire.report("Page.frameNavigated", {{"frame", {{"id", "T"}}}}, "S");
+    wire.answer(call, {{"result", {{"type", "undefined"}}}});
+  });
+  evaluate();
+  EXPECT_TRUE(session_->isLeaving());
+  const auto time = std::make_shared<testsupport::SteppedDeadlines>();
+  std::jthread waiting([&] { session_->settle(Session::Answer::ever, testsupport::SteppedDeadlines::limits(time)); });
+  EXPECT_TRUE(time->pass(1s));
+  waiting.join();
+  EXPECT_FALSE(session_->isLeaving());
 }
 
 } // namespace tabwright::devtools

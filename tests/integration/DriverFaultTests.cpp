@@ -1,6 +1,8 @@
 #include "devtools/Session.h"
 #include "integration/DriverFixture.h"
+#include "support/SteppedDeadlines.h"
 
+#include <fmt/core.h>
 #include <gmock/gmock.h>
 
 #include <csignal>
@@ -63,6 +65,34 @@ TEST_F(DriverTest, ACrashFailsAtOnceAndReloadingHeals) {
       << "also for one that comes later";
   driver().reload(tab, limits());
   EXPECT_EQ(evaluate(tab, "document.title"), "frail");
+}
+
+TEST_F(DriverTest, APageThatIsBusyForEverIsWaitedForABoundedTime) {
+  const TabID tab = open("data:text/html,<title>idle</title>");
+  const auto time = std::make_shared<testsupport::SteppedDeadlines>();
+  const auto begin = [&](const std::string& javascript) {
+    return std::async(std::launch::async, [&, javascript] {
+      return faultOf([&] { driver().evaluate(tab, javascript, testsupport::SteppedDeadlines::limits(time)); });
+    });
+  };
+  auto planting = begin(fmt::format("window.{0} = 'alive';\n(async function() {{\ndocument.title = 'busy'; for (;;);\n"
+                                    "}})()\n.then(res => {{\nwindow.{0} = (res === undefined || res === null)\n? ['x']",
+                                    "__" + std::string(26, '0')));
+  const std::unique_ptr<DevToolsDriver> beside = makeDriver(chromium());
+  eventually([&] { return find(tab, *beside)->title == "busy"; });
+  EXPECT_TRUE(time->pass(10s)) << "code that keeps its page busy";
+  EXPECT_EQ(planting.get(), DriverFault::timedOut);
+
+  std::this_thread::sleep_for(150ms); // else it would count as having answered just now
+  auto evaluating = begin("1");
+  EXPECT_TRUE(time->pass(10s)) << "as long as a page may be on its way";
+  EXPECT_TRUE(time->pass(20s)) << "but this one is only busy";
+  EXPECT_EQ(evaluating.get(), DriverFault::timedOut);
+
+  auto looking = std::async(std::launch::async,
+                            [&] { return driver().snapshot(testsupport::SteppedDeadlines::limits(time)) != nullptr; });
+  EXPECT_TRUE(time->pass(3s)) << "a page that another run has visited";
+  EXPECT_TRUE(looking.get());
 }
 
 TEST_F(DriverTest, ClosingATabFailsItsCallsAtOnce) {

@@ -93,8 +93,9 @@ protected:
     });
   }
 
-  std::optional<TabState> find(TabID tab) {
-    const auto seen = snapshot();
+  std::optional<TabState> find(TabID tab) { return find(tab, driver()); }
+  static std::optional<TabState> find(TabID tab, BrowserDriver& looking) {
+    const auto seen = looking.snapshot(limits());
     for (const WindowState& window : seen->windows) {
       for (const TabState& state : window.tabs) {
         if (state.id == tab)

@@ -222,12 +222,12 @@ void BrowserLink::awaitOpening(TabID tab, const CallLimits& callLimits) {
 /// milliseconds: then the call is made again.
 template <class Call>
 auto BrowserLink::onPage(TabID tab, const CallLimits& limits, Call&& call) {
-  const auto end = std::chrono::steady_clock::now() + patienceWithNewPages;
+  const CallLimits patience = limits.within(patienceWithNewPages);
   for (;;) {
     try {
       return call(requirePage(tab, limits));
     } catch (const DevToolsFailure& failure) {
-      if (failure.kind() != DevToolsFault::refused || std::chrono::steady_clock::now() > end ||
+      if (failure.kind() != DevToolsFault::refused || patience.hasPassed() ||
           failure.detail().find(notActive) == std::string::npos)
         throw;
     }
@@ -309,16 +309,10 @@ std::optional<devtools::Evaluation> BrowserLink::evaluateOnArrival(TabID tab, co
     };
     if (!comes(tab, limits, [&] { arrive(patience); }, [&] { return page->isLeaving(); }))
       return std::nullopt;
-    if (!page->answersLately()) { // busy, but on its way nowhere
-      CallLimits busy = limits;
-      busy.deadline = std::min(limits.deadline, std::chrono::steady_clock::now() + patienceWithBusyPages);
-      arrive(busy);
-    }
+    if (!page->answersLately()) // busy, but on its way nowhere
+      arrive(limits.within(patienceWithBusyPages));
     visits_.note(page, limits.stop);
-    CallLimits until = limits;
-    if (longest)
-      until.deadline = std::min(limits.deadline, std::chrono::steady_clock::now() + *longest);
-    devtools::Evaluation result = page->evaluate(code, until);
+    devtools::Evaluation result = page->evaluate(code, longest ? limits.within(*longest) : limits);
     page->probe();
     if (result.exception)
       log.debug("JavaScript gave no value: {}", *result.exception);
@@ -333,7 +327,7 @@ bool BrowserLink::comes(TabID tab, const CallLimits& limits, const std::function
     wait();
     return true;
   } catch (const DevToolsFailure& failure) {
-    if (failure.kind() != DevToolsFault::timedOut || std::chrono::steady_clock::now() >= limits.deadline)
+    if (failure.kind() != DevToolsFault::timedOut || limits.hasPassed())
       throw;
   }
   if (!isOnItsWay())

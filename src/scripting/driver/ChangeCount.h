@@ -25,7 +25,7 @@ public:
   /// Waits until the count is another than it was. Throws DevToolsFailure: timedOut (naming `what`), stopped.
   void awaitOther(std::uint64_t before, const char* what, const platform::CallLimits& limits) {
     std::unique_lock lock(mutex_);
-    if (added_.wait_until(lock, limits.stop, limits.deadline, [&] { return count_.load() != before; }))
+    if (limits.wait(added_, lock, [&] { return count_.load() != before; }))
       return;
     if (limits.stop.stop_requested())
       throw platform::failure(devtools::DevToolsFault::stopped);

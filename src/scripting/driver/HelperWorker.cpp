@@ -183,9 +183,7 @@ std::shared_ptr<Session> HelperWorker::attachToRunning(const platform::CallLimit
     std::shared_ptr<Session> session = Session::attach(connection_, target, Session::Kind::worker, limits);
     const std::string question = "globalThis.tabwright ? chrome.runtime.getManifest().version : ''";
     for (;;) {
-      platform::CallLimits patience = limits;
-      patience.deadline = std::min(limits.deadline, std::chrono::steady_clock::now() + patienceWithWorker);
-      const devtools::Evaluation version = session->evaluate(question, patience);
+      const devtools::Evaluation version = session->evaluate(question, limits.within(patienceWithWorker));
       if (version.value.is_string() && !version.value.get_string().empty())
         return isOlder(std::string(version.value.get_string()), version_) ? nullptr : session;
       devtools::pause(lookAgain, "the helper is starting", limits);
@@ -193,7 +191,7 @@ std::shared_ptr<Session> HelperWorker::attachToRunning(const platform::CallLimit
   } catch (const DevToolsFailure& failure) {
     // It ended while we were at it.
     const bool isOver = failure.kind() == DevToolsFault::targetGone || failure.kind() == DevToolsFault::refused;
-    const bool isMute = failure.kind() == DevToolsFault::timedOut && std::chrono::steady_clock::now() < limits.deadline;
+    const bool isMute = failure.kind() == DevToolsFault::timedOut && !limits.hasPassed();
     if (!isOver && !isMute)
       throw;
     log.debug("The helper's worker {} is left: {}", target, failure.errorDescription());
@@ -207,10 +205,8 @@ std::shared_ptr<Session> HelperWorker::wakeOrLoad(const platform::CallLimits& li
     return session;
   if (isInstalled(limits)) {
     wake(limits);
-    platform::CallLimits patience = limits;
-    patience.deadline = std::min(limits.deadline, std::chrono::steady_clock::now() + 3s);
     try {
-      return awaitWorker(patience);
+      return awaitWorker(limits.within(3s));
     } catch (const DevToolsFailure& failure) {
       if (failure.kind() != DevToolsFault::timedOut)
         throw;

@@ -54,9 +54,7 @@ platform::CallLimits PageVisits::patienceWith(TabID tab, const platform::CallLim
   const std::lock_guard lock(mutex_);
   const std::chrono::milliseconds patience =
       isGivenUp(tab, limits.stop) ? patienceAfterGivingUp : std::chrono::milliseconds(longestPatience);
-  platform::CallLimits bounded = limits;
-  bounded.deadline = std::min(limits.deadline, std::chrono::steady_clock::now() + patience);
-  return bounded;
+  return limits.within(patience);
 }
 
 bool PageVisits::giveUp(TabID tab, const std::stop_token& run) {
@@ -81,8 +79,7 @@ bool PageVisits::settleOthers(const platform::CallLimits& limits) {
     visits_ = std::move(own);
   }
   bool hasLeft = false;
-  platform::CallLimits patience = limits;
-  patience.deadline = std::min(limits.deadline, std::chrono::steady_clock::now() + patienceOfLooks);
+  const platform::CallLimits patience = limits.within(patienceOfLooks);
   for (const Visit& visit : others) {
     const std::shared_ptr<Session> page = visit.page.lock();
     if (!page)

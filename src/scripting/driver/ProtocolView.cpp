@@ -27,10 +27,10 @@ namespace {
 
 /// A page that is busy or shows a dialog doesn't say; it counts as not visible.
 bool isVisible(PageSessions& pages, const std::string& target, const CallLimits& limits) {
-  CallLimits patience = limits;
-  patience.deadline = std::min(limits.deadline, std::chrono::steady_clock::now() + 500ms);
   try {
-    return pages.require(target, limits)->evaluate("document.visibilityState === 'visible'", patience).value == true;
+    return pages.require(target, limits)
+               ->evaluate("document.visibilityState === 'visible'", limits.within(500ms))
+               .value == true;
   } catch (const DevToolsFailure& failure) {
     if (concernsBrowser(failure) || failure.kind() == DevToolsFault::stopped)
       throw;

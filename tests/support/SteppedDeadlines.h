@@ -1,0 +1,78 @@
+#pragma once
+
+#include "platform/CallLimits.h"
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace tabwright::testsupport {
+
+/// A clock of deadlines that stands still until a test lets the time of a wait pass. What is waited for ends waits as
+/// ever. Safe to use from any thread.
+class SteppedDeadlines final : public platform::DeadlineClock {
+public:
+  using Time = std::chrono::steady_clock::time_point;
+
+  /// Limits of an hour by the clock.
+  [[nodiscard]] static platform::CallLimits limits(const std::shared_ptr<SteppedDeadlines>& clock) {
+    platform::CallLimits limits;
+    limits.clock = clock;
+    return limits.within(std::chrono::hours(1));
+  }
+
+  [[nodiscard]] Time now() const override {
+    const std::lock_guard lock(mutex_);
+    return now_;
+  }
+
+  bool wait(std::condition_variable_any& condition, std::unique_lock<std::mutex>& lock,
+            const platform::CallLimits& limits, const std::function<bool()>& isOver) override {
+    if (isOver())
+      return true;
+    add(limits.deadline);
+    while (!isOver() && !limits.stop.stop_requested() && !limits.hasPassed())
+      condition.wait_for(lock, std::chrono::milliseconds(1));
+    remove(limits.deadline);
+    return isOver();
+  }
+
+  /// Once a call waits that will give up in exactly `duration`, lets that time pass. When none comes to do so: false,
+  /// and all give up.
+  [[nodiscard]] bool pass(std::chrono::nanoseconds duration) {
+    for (int look = 0; look < 10'000; ++look) {
+      {
+        const std::lock_guard lock(mutex_);
+        if (std::ranges::find(waits_, now_ + duration) != waits_.end()) {
+          now_ += duration;
+          return true;
+        }
+      }
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    const std::lock_guard lock(mutex_);
+    now_ += std::chrono::hours(24);
+    return false;
+  }
+
+private:
+  void add(Time deadline) {
+    const std::lock_guard lock(mutex_);
+    waits_.push_back(deadline);
+  }
+  void remove(Time deadline) {
+    const std::lock_guard lock(mutex_);
+    waits_.erase(std::ranges::find(waits_, deadline));
+  }
+
+  mutable std::mutex mutex_;
+  Time now_{std::chrono::hours(1)};
+  std::vector<Time> waits_; // the deadlines of those who wait
+};
+
+} // namespace tabwright::testsupport
