@@ -27,7 +27,7 @@ private:
   }
 
   [[nodiscard]] std::optional<platform::Notice> noticeOf(const std::vector<std::string>& answer) const override {
-    return noticeOfNothing(answer, *cssSelector, "clicked");
+    return noticeOfNothing(answer, "Nothing was clicked", noSuchElement(*cssSelector));
   }
 };
 

@@ -4,6 +4,8 @@
 #include "actions/enums/ClickLinkOptions.h"
 #include "engine/ScriptText.h"
 
+#include <fmt/core.h>
+
 namespace tabwright::actions {
 
 namespace {
@@ -33,6 +35,12 @@ private:
   [[nodiscard]] std::string scriptBody() const override {
     return pageJob(tab, "return [\n  clickLinkLabelled(\"" + engine::escapeForJavascript(*label) + "\", " +
                             javascriptText(*linkSelection == LinkSelection::labelExact) + ")\n]");
+  }
+
+  [[nodiscard]] std::optional<platform::Notice> noticeOf(const std::vector<std::string>& answer) const override {
+    const char* const verb = *linkSelection == LinkSelection::labelExact ? "reads" : "holds";
+    return noticeOfNothing(answer, "Nothing was clicked",
+                           {"noSuchLink", fmt::format("no link of the page {} “{}”", verb, *label)});
   }
 };
 

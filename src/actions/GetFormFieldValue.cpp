@@ -4,6 +4,8 @@
 #include "actions/ScriptAction.h"
 #include "engine/ScriptText.h"
 
+#include <fmt/core.h>
+
 namespace tabwright::actions {
 
 namespace {
@@ -37,6 +39,14 @@ private:
   [[nodiscard]] std::string result(std::vector<std::string> answer,
                                    const engine::TargetContext& /*browser*/) const override {
     return answerOf(answer);
+  }
+
+  [[nodiscard]] std::optional<platform::Notice> noticeOf(const std::vector<std::string>& answer) const override {
+    if (answer.empty() || !answer.front().empty())
+      return std::nullopt;
+    return platform::Notice{
+        {"Notice", "noValue", {}},
+        fmt::format("Nothing was read: no field of the page matches “{}”, or it is empty.", *fieldTargetSpec)};
   }
 };
 

@@ -29,15 +29,23 @@ bool succeeded(const std::vector<std::string>& list) {
   return platform::equalIgnoringCase(answerOf(list), "true");
 }
 
-std::optional<platform::Notice> noticeOfNothing(const std::vector<std::string>& list, const std::string& selector,
-                                                std::string_view done) {
+std::optional<platform::Notice> noticeOfException(const std::vector<std::string>& list, std::string_view undone) {
+  if (list.empty() || succeeded(list) || platform::equalIgnoringCase(list.front(), "false"))
+    return std::nullopt;
+  return platform::Notice{{"Notice", "pageException", {}}, fmt::format("{}. The page said: {}", undone, list.front())};
+}
+
+std::optional<platform::Notice> noticeOfNothing(const std::vector<std::string>& list, std::string_view undone,
+                                                const Reason& reason) {
   if (list.empty() || succeeded(list))
     return std::nullopt;
-  if (platform::equalIgnoringCase(list.front(), "false"))
-    return platform::Notice{{"Notice", "noSuchElement", {}},
-                            fmt::format("No element of the page matches “{}”, so nothing was {}.", selector, done)};
-  return platform::Notice{{"Notice", "pageException", {}},
-                          fmt::format("Nothing was {}. The page said: {}", done, list.front())};
+  if (std::optional<platform::Notice> exception = noticeOfException(list, undone))
+    return exception;
+  return platform::Notice{{"Notice", std::string(reason.caseName), {}}, fmt::format("{}: {}.", undone, reason.clause)};
+}
+
+Reason noSuchElement(const std::string& selector) {
+  return {"noSuchElement", fmt::format("no element of the page matches “{}”", selector)};
 }
 
 } // namespace tabwright::actions

@@ -30,11 +30,20 @@ inline constexpr double pageJobInterval = 0.2;
 /// Whether the page function reported success: its text is "true", in any case. Throws as `answerOf` does.
 [[nodiscard]] bool succeeded(const std::vector<std::string>& list);
 
-/// Tells the user of a page function that came to nothing, though its action succeeds: that no element
-/// matches the selector, so that nothing was done to it (`done`, such as "clicked"), or what the page said to the
-/// selector.
+/// An explanation of a page function that reported no success.
+struct Reason {
+  std::string_view caseName; ///< of the notice
+  std::string clause;
+};
+[[nodiscard]] Reason noSuchElement(const std::string& selector);
+
+/// Tells the user of a page function that came to nothing (`undone`, such as "Nothing was clicked"), though its action
+/// has a value all the same: the reason, or the text of the page's exception.
 [[nodiscard]] std::optional<platform::Notice> noticeOfNothing(const std::vector<std::string>& list,
-                                                              const std::string& selector, std::string_view done);
+                                                              std::string_view undone, const Reason& reason);
+/// The same for an action whose value gives the reason: of an exception only.
+[[nodiscard]] std::optional<platform::Notice> noticeOfException(const std::vector<std::string>& list,
+                                                                std::string_view undone);
 
 /// An action whose job does something and has nothing to say but that it ran.
 class PageDeed : public ScriptAction<std::vector<std::string>, intents::Nothing> {

@@ -12,6 +12,7 @@
 #include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace tabwright::actions {
 
@@ -39,7 +40,7 @@ protected:
 
   /// The line of the user's own text that a line of `scriptBody` is, both from 1; nothing for the action's own lines.
   [[nodiscard]] virtual std::optional<std::size_t> userLine(std::size_t /*line*/) const { return std::nullopt; }
-  /// A notice for the user beside a success: none for most.
+  /// A notice for the user beside a success, or the cause of a failure of `result`: none for most.
   [[nodiscard]] virtual std::optional<platform::Notice> noticeOf(const Answer& /*answer*/) const {
     return std::nullopt;
   }
@@ -47,12 +48,12 @@ protected:
   platform::Task<Outcome> run(intents::ActionHost& host) override {
     engine::Scriptacular scriptacular = makeScriptacular();
     Answer answer = co_await runScript(scriptacular);
-    const std::optional<platform::Notice> own = noticeOf(answer);
-    const Result value = result(std::move(answer), scriptacular.targetContext());
-    for (const platform::Notice& noticed : scriptacular.notices())
-      host.notice(noticed);
-    if (own)
-      host.notice(*own);
+    std::vector<platform::Notice> notices = scriptacular.notices();
+    if (std::optional<platform::Notice> own = noticeOf(answer))
+      notices.push_back(std::move(*own));
+    const Result value = resultOf(std::move(answer), scriptacular.targetContext(), notices);
+    for (const platform::Notice& notice : notices)
+      host.notice(notice);
     Outcome outcome{.value = intents::ValueTraits<Result>::toJson(value)};
     if constexpr (std::is_same_v<Result, bool>)
       outcome.success = value ? Outcome::Success::yes : Outcome::Success::no;
@@ -68,6 +69,18 @@ protected:
   }
 
 private:
+  /// An action that fails by what the script has answered says what was noticed last.
+  [[nodiscard]] Result resultOf(Answer answer, const engine::TargetContext& browser,
+                                const std::vector<platform::Notice>& notices) const {
+    try {
+      return result(std::move(answer), browser);
+    } catch (platform::Failure& failure) {
+      if (!failure.cause() && !notices.empty())
+        failure.setCause(notices.back());
+      throw;
+    }
+  }
+
   platform::Task<Answer> runScript(engine::Scriptacular& scriptacular) {
     try {
       co_return co_await scriptacular.run<Answer>();

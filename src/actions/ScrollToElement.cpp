@@ -29,7 +29,7 @@ private:
   }
 
   [[nodiscard]] std::optional<platform::Notice> noticeOf(const std::vector<std::string>& answer) const override {
-    return noticeOfNothing(answer, *cssSelector, "scrolled to");
+    return noticeOfNothing(answer, "Nothing was scrolled to", noSuchElement(*cssSelector));
   }
 };
 

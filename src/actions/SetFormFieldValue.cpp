@@ -4,6 +4,8 @@
 #include "actions/PageJob.h"
 #include "engine/ScriptText.h"
 
+#include <fmt/core.h>
+
 namespace tabwright::actions {
 
 namespace {
@@ -50,6 +52,12 @@ private:
                             "\",\n    \"" + strategy + "\",\n    `" + escapeForTemplate(*newValue) + "`,\n    " +
                             javascriptText(*shouldFireChangeEvent) + ",\n    " +
                             javascriptText(*shouldSubmitParentForm) + "\n  )\n]");
+  }
+
+  [[nodiscard]] std::optional<platform::Notice> noticeOf(const std::vector<std::string>& answer) const override {
+    return noticeOfNothing(
+        answer, "Nothing was set",
+        {"notSet", fmt::format("no field of the page matches “{}”, or it takes no such value", *targetField)});
   }
 };
 

@@ -51,6 +51,11 @@ private:
                             javascriptText(*shouldFireChangeEvent) + ",\n    " +
                             javascriptText(*shouldSubmitParentForm) + "\n  )\n]");
   }
+
+  [[nodiscard]] std::optional<platform::Notice> noticeOf(const std::vector<std::string>& answer) const override {
+    return noticeOfNothing(answer, "Not every field was set",
+                           {"notSet", "the page lacks one of them, or it takes no such value"});
+  }
 };
 
 } // namespace

@@ -43,6 +43,10 @@ private:
       throw platform::failure(engine::AppleScriptRuntimeError::pageElementNotFound);
     return isFound;
   }
+
+  [[nodiscard]] std::optional<platform::Notice> noticeOf(const std::vector<std::string>& answer) const override {
+    return noticeOfException(answer, "Nothing was found");
+  }
 };
 
 } // namespace

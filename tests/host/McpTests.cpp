@@ -141,8 +141,12 @@ TEST_F(McpTest, TellsOfFailuresAndMistakesInWaysThatAnAgentCanMend) {
   bench.payload = R"(["false"])";
   const json::object idle = answerTo(call("ClickElement", {{"cssSelector", "a"}}));
   EXPECT_EQ(idle.at("result").at("content").at(0).at("text"),
-            "No element of the page matches “a”, so nothing was clicked.");
+            "Nothing was clicked: no element of the page matches “a”.");
   EXPECT_EQ(idle.at("result").at("_meta").at("com.tabwright/notices").at(0).at("case"), "noSuchElement");
+  const std::string endless(1'000'000, 'x');
+  for (const json::object& quoting :
+       {call("ClickElement", {{endless, "a"}}), call("ClickElement", {{"cssSelector", endless}})})
+    EXPECT_LT(json::serialize(answerTo(quoting)).size(), 10'000U) << "a sentence that quotes what it was given";
   bench.failureNumber = 0;
   const json::object failed = answerTo(call("ClickElement", {{"cssSelector", "a"}}));
   EXPECT_TRUE(failed.at("result").at("isError").as_bool());

@@ -80,10 +80,38 @@ TEST_F(Road, NoPageCanTakeAwayWhatAJobNeedsAndOneThatFailsSaysWhy) {
 }
 
 TEST_F(Road, ASuccessThatCameToNothingGivesNotice) {
-  open("data:text/html,<a id=a href='%23'>a</a>");
-  for (const char* selector : {"#a\n", "#none", "["})
-    perform("ClickElement", {{"targetContext", "chromium"}, {"cssSelector", selector}});
-  EXPECT_THAT(noticed(), testing::ElementsAre("noSuchElement", "pageException"));
+  open("data:text/html,<a id=a href='%23'>a</a><input name=i value=v>");
+  std::vector<std::string> expected;
+  const std::vector<std::tuple<std::string, host::ParameterTexts, std::string>> rows{
+      {"ClickElement", {{"cssSelector", "#a\n"}}, ""},
+      {"ClickElement", {{"cssSelector", "#none"}}, "noSuchElement"},
+      {"ClickElement", {{"cssSelector", "["}}, "pageException"},
+      {"ClickLink", {{"label", "a"}}, ""},
+      {"ClickLink", {{"label", "b"}}, "noSuchLink"},
+      {"SetFormFieldValue", {{"targetField", "none"}, {"newValue", ""}}, "notSet"},
+      {"SetFormFields", {{"inputDict", R"({"i": "v", "none": ""})"}}, "notSet"},
+      {"GetFormFieldValue", {{"fieldTargetSpec", "i"}}, ""},
+      {"GetFormFieldValue", {{"fieldTargetSpec", "none"}}, "noValue"}};
+  for (auto [action, parameters, notice] : rows) {
+    parameters.emplace_back("targetContext", "chromium");
+    perform(action, parameters);
+    if (!notice.empty())
+      expected.push_back(notice);
+  }
+  EXPECT_EQ(noticed(), expected);
+}
+
+TEST_F(Road, AFailureOfTheActionsOwnTellsTheCause) {
+  const TabID tab = open("about:blank");
+  const auto waiting = [&](const char* selector) {
+    return outcomeOf([&] {
+      return perform("WaitForElement", {{"targetContext", "chromium"}, {"cssSelector", selector}, {"timeout", "2"}});
+    });
+  };
+  EXPECT_THAT(waiting("["), testing::StartsWith("pageElementNotFound: Nothing was found. The page said: SyntaxError"));
+  driver().navigate(tab, "http://127.0.0.1:2/", limits());
+  EXPECT_EQ(waiting("#none"),
+            "pageElementNotFound: The page http://127.0.0.1:2/ could not be loaded: ERR_CONNECTION_REFUSED.");
 }
 
 } // namespace
