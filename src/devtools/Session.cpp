@@ -233,32 +233,33 @@ Evaluation Session::evaluate(const std::string& javascript, const platform::Call
 
 void Session::probe() {
   try {
-    std::uint64_t departures = 0;
-    {
-      const std::lock_guard lock(state_->mutex);
-      departures = state_->progress.departures();
-    }
-    std::shared_ptr<PendingCall> call =
-        send("Runtime.evaluate", {{"expression", probeCode}, {"returnByValue", true}}, AnsweredBy::page);
-    const std::lock_guard lock(state_->mutex);
-    state_->probe = Probe{std::move(call), departures};
+    sendProbe();
   } catch (const DevToolsFailure&) { // it would not answer: whoever calls it next is told why
   }
 }
 
+Session::Probe Session::sendProbe() {
+  Probe probe;
+  {
+    const std::lock_guard lock(state_->mutex);
+    probe.departures = state_->progress.departures();
+  }
+  probe.call = send("Runtime.evaluate", {{"expression", probeCode}, {"returnByValue", true}}, AnsweredBy::page);
+  const std::lock_guard lock(state_->mutex);
+  state_->probe = probe;
+  return probe;
+}
+
 /// The last probe where nobody has waited for it, else a new one.
 Session::Probe Session::requireProbe() {
-  for (int attempt = 0; attempt < 2; ++attempt) {
-    {
-      const std::lock_guard lock(state_->mutex);
-      if (const std::optional<DevToolsFailure> why = state_->obstacle())
-        throw *why;
-      if (state_->probe && (attempt > 0 || !state_->probe->call->hasFailed()))
-        return *state_->probe;
-    }
-    probe();
+  {
+    const std::lock_guard lock(state_->mutex);
+    if (const std::optional<DevToolsFailure> why = state_->obstacle())
+      throw *why;
+    if (state_->probe && !state_->probe->call->hasFailed())
+      return *state_->probe;
   }
-  throw platform::failure(DevToolsFault::targetGone);
+  return sendProbe();
 }
 
 /// Waits for what the page says, and then for the end of a navigation that had begun by then.

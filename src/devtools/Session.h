@@ -93,6 +93,7 @@ public:
 private:
   struct State;
   struct Probe;
+  Probe sendProbe();
   Probe requireProbe();
   void take(const Probe& probe, const platform::CallLimits& limits);
   Session(std::shared_ptr<Connection> connection, std::shared_ptr<State> state);

@@ -95,6 +95,20 @@ TEST_F(DriverTest, APageThatIsBusyForEverIsWaitedForABoundedTime) {
   EXPECT_TRUE(looking.get());
 }
 
+TEST_F(DriverTest, APageWhoseServerIsSilentTakesCommands) {
+  support::PageServer pages;
+  pages.serve("/page", "<title>old</title>");
+  pages.neverAnswer("/never");
+  const TabID tab = open(pages.url("/page"));
+  driver().navigate(tab, pages.url("/never"), limits());
+  const auto time = std::make_shared<testsupport::SteppedDeadlines>();
+  auto reloading =
+      std::async(std::launch::async, [&] { driver().reload(tab, testsupport::SteppedDeadlines::limits(time)); });
+  time->passUntil([&] { return reloading.wait_for(0s) == std::future_status::ready; }, 10s);
+  EXPECT_NO_THROW(reloading.get());
+  EXPECT_EQ(evaluate(tab, "document.title"), "old");
+}
+
 TEST_F(DriverTest, ClosingATabFailsItsCallsAtOnce) {
   const TabID tab = open("data:text/html,x");
   auto waiting =

@@ -60,6 +60,24 @@ public:
     return false;
   }
 
+  /// Lets the time pass of all waits that end within `most` from now, until `isOver`. When that never holds, all give
+  /// up.
+  void passUntil(const std::function<bool()>& isOver, std::chrono::nanoseconds most) {
+    const Time last = now() + most;
+    for (int look = 0; look < 10'000; ++look) {
+      if (isOver())
+        return;
+      {
+        const std::lock_guard lock(mutex_);
+        if (const auto next = std::ranges::min_element(waits_); next != waits_.end() && *next <= last)
+          now_ = *next;
+      }
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    const std::lock_guard lock(mutex_);
+    now_ += std::chrono::hours(24);
+  }
+
 private:
   void add(Time deadline) {
     const std::lock_guard lock(mutex_);

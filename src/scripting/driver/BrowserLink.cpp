@@ -347,22 +347,25 @@ void BrowserLink::noticeFailedLoad(Session& page, const CallLimits& limits) {
     return;
   const boost::json::object tree = page.call("Page.getFrameTree", {}, Session::AnsweredBy::page, limits);
   const boost::json::object& frame = tree.at("frameTree").at("frame").as_object();
+  const std::string address = devtools::textOf(frame, "unreachableUrl");
+  if (address.empty()) // another page has come meanwhile
+    return;
   const devtools::Evaluation code = page.evaluate("document.querySelector('.error-code')?.textContent ?? ''", limits);
   const std::string reason = code.value.is_string() ? std::string(code.value.get_string()) : std::string();
-  platform::giveNotice(limits,
-                       {{"Page", "notLoaded", {}},
-                        fmt::format("The page {} could not be loaded{}{}.", devtools::textOf(frame, "unreachableUrl"),
-                                    reason.empty() ? "" : ": ", reason)});
+  platform::giveNotice(
+      limits, {{"Page", "notLoaded", {}},
+               fmt::format("The page {} could not be loaded{}{}.", address, reason.empty() ? "" : ": ", reason)});
 }
 
 /// Lets a navigation that is under way come to its end, for a command that means the page it leads to. The browser
-/// carries such commands out on a page that answers nothing too.
-void BrowserLink::arrive(Session& page, const CallLimits& limits) {
+/// carries such commands out on a page that answers nothing too, and on one whose server is silent.
+void BrowserLink::arrive(TabID tab, Session& page, const CallLimits& limits) {
   try {
     if (page.isLeaving())
-      page.settle(Session::Answer::ever, limits);
+      page.settle(Session::Answer::ever, visits_.patienceWith(tab, limits));
   } catch (const DevToolsFailure& failure) {
-    if (failure.kind() != DevToolsFault::targetCrashed && failure.kind() != DevToolsFault::dialogOpen)
+    const bool isLate = failure.kind() == DevToolsFault::timedOut && !limits.hasPassed();
+    if (!isLate && failure.kind() != DevToolsFault::targetCrashed && failure.kind() != DevToolsFault::dialogOpen)
       throw;
   }
 }
@@ -417,7 +420,7 @@ void BrowserLink::goInHistory(TabID tab, BrowserDriver::History direction, const
   Disturbance disturbance(*this);
   disturbance.concerns(tab);
   const std::shared_ptr<Session> page = requirePage(tab, limits);
-  arrive(*page, limits); // the entries count from where the page is
+  arrive(tab, *page, limits); // the entries count from where the page is
   const boost::json::object history = page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
   const boost::json::array& entries = history.at("entries").as_array();
   const std::int64_t step = direction == BrowserDriver::History::back ? -1 : 1;
@@ -434,7 +437,7 @@ void BrowserLink::reload(TabID tab, const CallLimits& limits) {
   Disturbance disturbance(*this);
   disturbance.concerns(tab);
   const std::shared_ptr<Session> page = requirePage(tab, limits);
-  arrive(*page, limits);
+  arrive(tab, *page, limits);
   leave(page, limits);
   page->call("Page.reload", {}, Session::AnsweredBy::browser, limits);
 }

@@ -120,7 +120,7 @@ private:
   bool comes(TabID tab, const CallLimits& limits, const std::function<void()>& wait,
              const std::function<bool()>& isOnItsWay);
   static void noticeFailedLoad(devtools::Session& page, const CallLimits& limits);
-  static void arrive(devtools::Session& page, const CallLimits& limits);
+  void arrive(TabID tab, devtools::Session& page, const CallLimits& limits);
   void leave(const std::shared_ptr<devtools::Session>& page, const CallLimits& limits);
   template <class Call>
   auto onPage(TabID tab, const CallLimits& limits, Call&& call);

@@ -30,9 +30,9 @@ class BrowserView {
 public:
   virtual ~BrowserView() = default;
 
-  /// How much is looked at. News take the look before for what they show, but for the changes that the browser has
-  /// reported, so that the cost does not grow with the number of tabs. They may miss what a command of ours has just
-  /// changed, but for the tabs that are named, and a page that a tab was given without a word.
+  /// The part of the browser that is looked at. News take the look before for what they show, but for the changes that
+  /// the browser has reported, so that the cost does not grow with the number of tabs. They may miss what a command of
+  /// ours has just changed, but for the tabs that are named, and a page that a tab was given without a word.
   struct Extent {
     bool isWhole = false;
     std::vector<TabID> tabs{}; ///< looked at in any case

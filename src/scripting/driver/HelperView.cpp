@@ -55,7 +55,7 @@ WindowState readWindow(const boost::json::object& fields, ViewedBrowser& viewed)
   return window;
 }
 
-/// What is told of one tab, and where in which window's strip it is.
+/// One tab, and its place in the strip of its window.
 struct ToldTab {
   TabState state;
   WindowID window = 0;
