@@ -102,7 +102,7 @@ steps:
   ASSERT_EQ(bench.scripts.size(), 1U);
   EXPECT_THAT(bench.scripts.front(), HasSubstr("set tabID to \"8\""));
   EXPECT_THAT(bench.scripts.front(), HasSubstr(R"(${selector})"));
-  EXPECT_THAT(recorder.steps, testing::Contains(StartsWith("6: No element of the page matches")));
+  EXPECT_THAT(recorder.steps, testing::Contains(StartsWith("6: Nothing was clicked: no element of the page matches")));
 }
 
 TEST_F(WorkflowRun, ReadsAFileOnlyWhereTheWorkflowItselfMarksIt) {
