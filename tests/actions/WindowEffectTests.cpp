@@ -22,7 +22,7 @@ protected:
     world.browser->page = [](scripting::TabID, const std::string&) { return boost::json::value("156"); };
     world.desktop->menus = {{{}, {{"Safari", true, true}, {"Ablage", true, true}}},
                             {{1}, {{"Neues Fenster", true, false}, {"Neues privates Fenster", true, false}}}};
-    world.desktop->onChoose = [this] { world.browser->makeWindow(WindowMode::incognito, "", {}); };
+    world.desktop->onChoose = [this] { world.browser->perform(scripting::MakeWindow{WindowMode::incognito, ""}, {}); };
   }
 
   static bool isChromium() { return GetParam() == "chromium"; }
@@ -102,7 +102,7 @@ TEST_P(WindowEffects, WindowsThatAreGoneAreNotFound) {
 }
 
 TEST_P(WindowEffects, GetListOfWindowsTellsPrivateAndHiddenOnesApart) {
-  world.browser->setShape(102, scripting::BrowserDriver::WindowShape::minimized, {});
+  world.browser->perform(scripting::SetShape{102, scripting::WindowShape::minimized}, {});
   const boost::json::value windows = run("GetListOfWindows", {});
   ASSERT_EQ(windows.as_array().size(), 2U);
   EXPECT_EQ(windows.at(0).at("isPrivate"), false);

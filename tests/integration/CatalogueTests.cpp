@@ -129,11 +129,11 @@ TEST_P(Catalogue, AnOpenDialogAndACrashedTabAreToldAtOnce) {
   if (!isSafari()) { // whose dictionary asks the page in front for the version
     EXPECT_GE(run("GetListOfTabs").as_array().size(), 1U) << "the rest of the browser still answers";
   }
-  driver().closeTab(asking, limits());
+  driver().perform(CloseTab{asking}, limits());
 
   const TabID frail = open("data:text/html,<title>frail</title>");
   evaluate(frail, "1");
-  driver().navigate(frail, "chrome://crash", limits());
+  driver().perform(Navigate{frail, "chrome://crash"}, limits());
   EXPECT_THAT(failureText([&] { return run("ClickElement", {{"cssSelector", "b"}}); }), HasSubstr("crash"));
 }
 

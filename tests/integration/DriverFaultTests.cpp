@@ -58,12 +58,12 @@ TEST_F(DriverTest, ACrashFailsAtOnceAndReloadingHeals) {
   auto waiting =
       std::async(std::launch::async, [&] { return faultOf([&] { evaluate(tab, "new Promise(() => {})"); }); });
   evaluate(tab, "1");
-  driver().navigate(tab, "chrome://crash", limits());
+  driver().perform(Navigate{tab, "chrome://crash"}, limits());
   EXPECT_EQ(waiting.get(), DriverFault::tabCrashed);
   EXPECT_EQ(faultOf([&] { evaluate(tab, "1"); }), DriverFault::tabCrashed);
   EXPECT_EQ(faultOf([&] { makeDriver(chromium())->evaluate(tab, "1", limits()); }), DriverFault::tabCrashed)
       << "also for one that comes later";
-  driver().reload(tab, limits());
+  driver().perform(Reload{tab}, limits());
   EXPECT_EQ(evaluate(tab, "document.title"), "frail");
 }
 
@@ -114,15 +114,15 @@ TEST_F(DriverTest, ClosingATabFailsItsCallsAtOnce) {
   auto waiting =
       std::async(std::launch::async, [&] { return faultOf([&] { evaluate(tab, "new Promise(() => {})"); }); });
   evaluate(tab, "1");
-  driver().closeTab(tab, limits());
+  driver().perform(CloseTab{tab}, limits());
   // The call may come only when the tab is gone already.
   EXPECT_THAT(waiting.get(), testing::AnyOf(DriverFault::tabClosed, DriverFault::noSuchTab));
   EXPECT_EQ(faultOf([&] { evaluate(tab, "1"); }), DriverFault::noSuchTab);
 }
 
 TEST_F(DriverTest, AHelperWhoseWorkerWasStoppedIsWokenAndRemembers) {
-  const WindowID window = driver().makeWindow(WindowMode::normal, "about:blank", limits());
-  driver().setGivenName(window, "kept", limits());
+  const WindowID window = driver().perform(MakeWindow{WindowMode::normal, "about:blank"}, limits());
+  driver().perform(SetGivenName{window, "kept"}, limits());
   const TabID tab = findWindow(window)->tabs.at(0).id;
 
   for (int round = 0; round < 3; ++round) {
@@ -131,10 +131,10 @@ TEST_F(DriverTest, AHelperWhoseWorkerWasStoppedIsWokenAndRemembers) {
     page->call("ServiceWorker.enable", {}, devtools::Session::AnsweredBy::browser, limits());
     page->call("ServiceWorker.stopAllWorkers", {}, devtools::Session::AnsweredBy::browser, limits());
     EXPECT_EQ(findWindow(window)->givenName, "kept");
-    driver().activateTab(tab, limits());
+    driver().perform(ActivateTab{tab}, limits());
     EXPECT_EQ(makeDriver(chromium())->snapshot(limits())->windows.front().givenName, "kept");
   }
-  driver().closeWindow(window, limits());
+  driver().perform(CloseWindow{window}, limits());
 }
 
 TEST_F(DriverTest, ADamagedOrForeignEndpointFileIsNotTrusted) {
@@ -189,7 +189,7 @@ TEST(BrowserLifetime, AFrozenBrowserDoesNothingOfWhatWasGivenUpWhenItGoesOn) {
   std::this_thread::sleep_for(150ms); // else it would count as having answered just now
   ::kill(chromium.process(), SIGSTOP);
   EXPECT_EQ(faultOf([&] { driver->evaluate(tab, "clicks += 1", soon()); }), DriverFault::timedOut);
-  EXPECT_EQ(faultOf([&] { driver->closeTab(tab, soon()); }), DriverFault::timedOut);
+  EXPECT_EQ(faultOf([&] { driver->perform(CloseTab{tab}, soon()); }), DriverFault::timedOut);
   ::kill(chromium.process(), SIGCONT);
   EXPECT_EQ(driver->evaluate(tab, "clicks", {}), 0);
 }
@@ -213,7 +213,7 @@ TEST(BrowserLifetime, SeveralProcessesLoadTheHelperAtOnce) {
 TEST(BrowserLifetime, QuittingWaitsForTheEnd) {
   const support::ChromiumProcess chromium;
   const std::unique_ptr<DevToolsDriver> driver = makeDriver(chromium);
-  driver->quit({});
+  driver->perform(Quit{}, {});
   EXPECT_FALSE(driver->isRunning());
   EXPECT_TRUE(chromium.find().empty());
 }

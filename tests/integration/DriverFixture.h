@@ -60,7 +60,7 @@ protected:
   void TearDown() override {
     for (const TabID tab : opened_) {
       try {
-        driver().closeTab(tab, limits());
+        driver().perform(CloseTab{tab}, limits());
       } catch (const DriverFailure&) { // a test may have closed it
       }
     }
@@ -80,7 +80,7 @@ protected:
 
   /// A new tab in the front window whose document is there.
   TabID open(const std::string& url) {
-    const TabID tab = driver().makeTab(frontWindow(), std::nullopt, url, limits());
+    const TabID tab = driver().perform(MakeTab{frontWindow(), std::nullopt, url}, limits());
     opened_.push_back(tab);
     awaitLoaded(tab);
     return tab;

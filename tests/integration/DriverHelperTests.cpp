@@ -62,27 +62,27 @@ TEST(WithoutHelper, TheProtocolAloneDoesForTheCommonCommands) {
 
   const WindowID first = driver->snapshot({})->windows.at(0).id;
   const TabID blank = window(first)->tabs.at(0).id;
-  const TabID tab = driver->makeTab(first, std::nullopt, "data:text/html,<title>Made</title>", {});
+  const TabID tab = driver->perform(MakeTab{first, std::nullopt, "data:text/html,<title>Made</title>"}, {});
   eventually([&] { return window(first)->activeTabIndex == 2 && window(first)->title == "Made"; });
   EXPECT_EQ(driver->evaluate(tab, "document.title", {}), "Made");
   EXPECT_EQ(makeDriverWith(chromium, "/nonexistent")->evaluate(tab, "1 + 1", {}), 2) << "ids hold in other processes";
-  driver->activateTab(blank, {});
+  driver->perform(ActivateTab{blank}, {});
   eventually([&] { return window(first)->activeTabIndex == 1; });
 
-  const WindowID second = driver->makeWindow(WindowMode::incognito, "about:blank", {});
+  const WindowID second = driver->perform(MakeWindow{WindowMode::incognito, "about:blank"}, {});
   EXPECT_EQ(driver->snapshot({})->windows.front().id, second);
   EXPECT_EQ(window(second)->mode, WindowMode::incognito);
-  driver->raiseWindow(first, {});
+  driver->perform(RaiseWindow{first}, {});
   EXPECT_EQ(driver->snapshot({})->windows.front().id, first);
-  driver->setGivenName(second, "mine", {});
+  driver->perform(SetGivenName{second, "mine"}, {});
   EXPECT_EQ(window(second)->givenName, "mine");
-  driver->closeWindow(second, {});
+  driver->perform(CloseWindow{second}, {});
   EXPECT_FALSE(window(second));
 
-  driver->closeTab(tab, {});
+  driver->perform(CloseTab{tab}, {});
   EXPECT_EQ(window(first)->tabs.size(), 1U);
   EXPECT_EQ(faultOf([&] { driver->evaluate(tab, "1", {}); }), DriverFault::noSuchTab);
-  EXPECT_EQ(faultOf([&] { driver->raiseWindow(second, {}); }), DriverFault::noSuchWindow);
+  EXPECT_EQ(faultOf([&] { driver->perform(RaiseWindow{second}, {}); }), DriverFault::noSuchWindow);
 }
 
 TEST_F(DriverTest, AWindowOfDeveloperToolsIsListedWithoutTabsAndCanBeClosed) {
@@ -113,7 +113,7 @@ TEST_F(DriverTest, AWindowOfDeveloperToolsIsListedWithoutTabsAndCanBeClosed) {
   ASSERT_TRUE(tools());
   EXPECT_EQ(tools()->activeTabIndex, 0U);
   eventually([&] { return tools()->title.starts_with("DevTools"); });
-  driver().closeWindow(tools()->id, limits());
+  driver().perform(CloseWindow{tools()->id}, limits());
   eventually([&] { return !tools(); });
   EXPECT_TRUE(find(tab));
 }

@@ -108,9 +108,9 @@ TEST_F(DriverTest, ChangesOneByOneAddUpToWhatIsThere) {
   const WindowID window = snapshot()->windows.front().id;
   for (int round = 0; round < 40; ++round) {
     if (round % 5 == 0)
-      tabs.push_back(driver().makeTab(window, random() % 3, pages.url("/a"), limits()));
+      tabs.push_back(driver().perform(MakeTab{window, random() % 3, pages.url("/a")}, limits()));
     if (round % 7 == 0)
-      driver().activateTab(tabs[random() % tabs.size()], limits());
+      driver().perform(ActivateTab{tabs[random() % tabs.size()]}, limits());
     static constexpr const char* deeds[]{"document.title = Math.random()",
                                          "history.pushState({}, '', '?' + Math.random())",
                                          "location.hash = Math.random()",
@@ -130,7 +130,7 @@ TEST_F(DriverTest, ChangesOneByOneAddUpToWhatIsThere) {
   for (const WindowState& window : seen->windows) {
     for (const TabState& tab : window.tabs) {
       if (tab.url.starts_with(pages.url("/")))
-        driver().closeTab(tab.id, limits());
+        driver().perform(CloseTab{tab.id}, limits());
     }
   }
 }

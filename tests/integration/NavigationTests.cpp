@@ -37,10 +37,10 @@ TEST_F(NavigationRoad, AJobWhosePageDoesNotComeIsHeldUntilOneDoes) {
   pages.neverAnswer("/never");
   pages.serve("/late", "<title>late</title><p id=late>x");
   const TabID tab = snapshot()->windows.front().tabs.front().id;
-  driver().navigate(tab, pages.url("/never"), limits());
+  driver().perform(Navigate{tab, pages.url("/never")}, limits());
   std::jthread comesLate([&] {
     std::this_thread::sleep_for(std::chrono::seconds(11)); // a second after nobody waits for the first page any longer
-    driver().navigate(tab, pages.url("/late"), limits());
+    driver().perform(Navigate{tab, pages.url("/late")}, limits());
   });
   const host::ParameterTexts parameters{{"targetContext", "chromium"},
                                         {"cssSelector", "#late"},

@@ -51,7 +51,7 @@ TEST(Lookahead, EndsInTheMiddleOfALookAndItsBellRingsOnForNobody) {
           stopped.acquire();
         },
         1h);
-    bell = lookahead.staleBell();
+    bell = lookahead.staleSignal();
     lookahead.used();
     bell();
     ASSERT_TRUE(looking.try_acquire_for(20s));

@@ -60,8 +60,12 @@ boost::json::value ModelBrowser::evaluate(TabID id, const std::string& javascrip
   return page ? page(id, javascript) : boost::json::value();
 }
 
-TabID ModelBrowser::makeTab(WindowID windowID, std::optional<std::size_t> index, const std::string& url,
-                            const CallLimits&) {
+std::int64_t ModelBrowser::perform(const BrowserCommand& command, const CallLimits&) {
+  return dispatch(command, [this](const auto& each) { return carryOut(each); });
+}
+
+TabID ModelBrowser::carryOut(const MakeTab& command) {
+  const auto& [windowID, index, url] = command;
   note(fmt::format("make tab in {}{} {}", windowID, index ? fmt::format(" at {}", *index) : "", url));
   WindowState& owner = window(windowID);
   const std::size_t position = std::min(index.value_or(owner.tabs.size()), owner.tabs.size());
@@ -70,7 +74,8 @@ TabID ModelBrowser::makeTab(WindowID windowID, std::optional<std::size_t> index,
   return owner.tabs[position].id;
 }
 
-WindowID ModelBrowser::makeWindow(WindowMode mode, const std::string& url, const CallLimits&) {
+WindowID ModelBrowser::carryOut(const MakeWindow& command) {
+  const auto& [mode, url] = command;
   note(fmt::format("make {} window {}", mode == WindowMode::incognito ? "incognito" : "normal", url));
   WindowState made;
   made.id = nextWindow_++;
@@ -82,7 +87,8 @@ WindowID ModelBrowser::makeWindow(WindowMode mode, const std::string& url, const
   return made.id;
 }
 
-void ModelBrowser::closeTab(TabID id, const CallLimits&) {
+void ModelBrowser::carryOut(const CloseTab& command) {
+  const auto& [id] = command;
   note(fmt::format("close tab {}", id));
   WindowState& owner = windowOfTab(id);
   std::erase_if(owner.tabs, [&](const TabState& each) { return each.id == id; });
@@ -90,13 +96,15 @@ void ModelBrowser::closeTab(TabID id, const CallLimits&) {
   std::erase_if(windows_, [&](const WindowState& each) { return each.id == owner.id && each.tabs.empty(); });
 }
 
-void ModelBrowser::closeWindow(WindowID id, const CallLimits&) {
+void ModelBrowser::carryOut(const CloseWindow& command) {
+  const auto& [id] = command;
   note(fmt::format("close window {}", id));
   window(id);
   std::erase_if(windows_, [&](const WindowState& each) { return each.id == id; });
 }
 
-void ModelBrowser::activateTab(TabID id, const CallLimits&) {
+void ModelBrowser::carryOut(const ActivateTab& command) {
+  const auto& [id] = command;
   note(fmt::format("activate tab {}", id));
   WindowState& owner = windowOfTab(id);
   const auto position = std::ranges::find(owner.tabs, id, &TabState::id) - owner.tabs.begin();
@@ -104,24 +112,29 @@ void ModelBrowser::activateTab(TabID id, const CallLimits&) {
   owner.title = owner.tabs[owner.activeTabIndex - 1].title;
 }
 
-void ModelBrowser::navigate(TabID id, const std::string& url, const CallLimits&) {
+void ModelBrowser::carryOut(const Navigate& command) {
+  const auto& [id, url] = command;
   note(fmt::format("navigate {} {}", id, url));
   tab(id).url = url;
   tab(id).isLoading = true;
 }
 
-void ModelBrowser::goInHistory(TabID id, History direction, const CallLimits&) {
+void ModelBrowser::carryOut(const GoInHistory& command) {
+  const auto& [id, direction] = command;
   note(fmt::format("go {} {}", direction == History::back ? "back" : "forward", id));
 }
 
-void ModelBrowser::reload(TabID id, const CallLimits&) {
+void ModelBrowser::carryOut(const Reload& command) {
+  const auto& [id] = command;
   note(fmt::format("reload {}", id));
 }
-void ModelBrowser::stopLoading(TabID id, const CallLimits&) {
+void ModelBrowser::carryOut(const StopLoading& command) {
+  const auto& [id] = command;
   note(fmt::format("stop {}", id));
 }
 
-void ModelBrowser::raiseWindow(WindowID id, const CallLimits&) {
+void ModelBrowser::carryOut(const RaiseWindow& command) {
+  const auto& [id] = command;
   note(fmt::format("raise {}", id));
   const auto at = std::ranges::find(windows_, id, &WindowState::id);
   if (at == windows_.end())
@@ -129,12 +142,14 @@ void ModelBrowser::raiseWindow(WindowID id, const CallLimits&) {
   std::rotate(windows_.begin(), at, at + 1);
 }
 
-void ModelBrowser::setBounds(WindowID id, WindowBounds bounds, const CallLimits&) {
+void ModelBrowser::carryOut(const SetBounds& command) {
+  const auto& [id, bounds] = command;
   note(fmt::format("bounds {} {} {} {} {}", id, bounds.left, bounds.top, bounds.width, bounds.height));
   window(id).bounds = bounds;
 }
 
-void ModelBrowser::setShape(WindowID id, WindowShape shape, const CallLimits&) {
+void ModelBrowser::carryOut(const SetShape& command) {
+  const auto& [id, shape] = command;
   note(fmt::format("shape {} {}", id,
                    shape == WindowShape::normal      ? "normal"
                    : shape == WindowShape::minimized ? "minimized"
@@ -143,16 +158,17 @@ void ModelBrowser::setShape(WindowID id, WindowShape shape, const CallLimits&) {
   window(id).isFullScreen = shape == WindowShape::fullScreen;
 }
 
-void ModelBrowser::setGivenName(WindowID id, const std::string& name, const CallLimits&) {
+void ModelBrowser::carryOut(const SetGivenName& command) {
+  const auto& [id, name] = command;
   note(fmt::format("name {} {}", id, name));
   window(id).givenName = name;
 }
 
-void ModelBrowser::activate(const CallLimits&) {
+void ModelBrowser::carryOut(const Activate& /*command*/) {
   note("activate");
 }
 
-void ModelBrowser::quit(const CallLimits&) {
+void ModelBrowser::carryOut(const Quit& /*command*/) {
   note("quit");
   runs = false;
 }

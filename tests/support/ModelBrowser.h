@@ -52,26 +52,24 @@ public:
   std::shared_ptr<const scripting::BrowserSnapshot> snapshot(const scripting::CallLimits& limits) override;
   boost::json::value evaluate(scripting::TabID tab, const std::string& javascript,
                               const scripting::CallLimits& limits) override;
-  scripting::TabID makeTab(scripting::WindowID window, std::optional<std::size_t> index, const std::string& url,
-                           const scripting::CallLimits& limits) override;
-  scripting::WindowID makeWindow(scripting::WindowMode mode, const std::string& url,
-                                 const scripting::CallLimits& limits) override;
-  void closeTab(scripting::TabID tab, const scripting::CallLimits& limits) override;
-  void closeWindow(scripting::WindowID window, const scripting::CallLimits& limits) override;
-  void activateTab(scripting::TabID tab, const scripting::CallLimits& limits) override;
-  void navigate(scripting::TabID tab, const std::string& url, const scripting::CallLimits& limits) override;
-  void goInHistory(scripting::TabID tab, History direction, const scripting::CallLimits& limits) override;
-  void reload(scripting::TabID tab, const scripting::CallLimits& limits) override;
-  void stopLoading(scripting::TabID tab, const scripting::CallLimits& limits) override;
-  void raiseWindow(scripting::WindowID window, const scripting::CallLimits& limits) override;
-  void setBounds(scripting::WindowID window, scripting::WindowBounds bounds,
-                 const scripting::CallLimits& limits) override;
-  void setShape(scripting::WindowID window, WindowShape shape, const scripting::CallLimits& limits) override;
-  void setGivenName(scripting::WindowID window, const std::string& name, const scripting::CallLimits& limits) override;
-  void activate(const scripting::CallLimits& limits) override;
-  void quit(const scripting::CallLimits& limits) override;
+  std::int64_t perform(const scripting::BrowserCommand& command, const scripting::CallLimits& limits) override;
 
 private:
+  scripting::TabID carryOut(const scripting::MakeTab& command);
+  scripting::WindowID carryOut(const scripting::MakeWindow& command);
+  void carryOut(const scripting::CloseTab& command);
+  void carryOut(const scripting::CloseWindow& command);
+  void carryOut(const scripting::ActivateTab& command);
+  void carryOut(const scripting::RaiseWindow& command);
+  void carryOut(const scripting::SetGivenName& command);
+  void carryOut(const scripting::Navigate& command);
+  void carryOut(const scripting::GoInHistory& command);
+  void carryOut(const scripting::Reload& command);
+  void carryOut(const scripting::StopLoading& command);
+  void carryOut(const scripting::SetBounds& command);
+  void carryOut(const scripting::SetShape& command);
+  void carryOut(const scripting::Activate& command);
+  void carryOut(const scripting::Quit& command);
   void note(std::string command);
   void throwIfFailing() const;
   scripting::WindowState& window(scripting::WindowID id);

@@ -9,7 +9,7 @@ namespace tabwright::support {
 ///
 ///     PageServer server;
 ///     server.serve("/form", "<title>Form</title><input id=name>");
-///     driver.navigate(tab, server.url("/form"), limits);
+///     driver.perform(Navigate{tab, server.url("/form")}, limits);
 ///
 /// Paths that were not set up answer 404. Safe to use from any thread.
 class PageServer {

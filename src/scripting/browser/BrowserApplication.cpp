@@ -25,7 +25,7 @@ Value BrowserApplication::handle(const applescript::AppleEventMessage& message) 
     }
     if (message.code == events::quit) {
       if (driver_->isRunning())
-        driver_->quit(scope.limits());
+        scope.perform(Quit{});
       return Value::missing();
     }
     return perform(scope);
@@ -38,7 +38,7 @@ void BrowserApplication::activate(BrowserScope& scope) {
   if (!driver_->isRunning() && hooks_.launch)
     hooks_.launch();
   else
-    driver_->activate(scope.limits());
+    scope.perform(Activate{});
 }
 
 } // namespace tabwright::scripting

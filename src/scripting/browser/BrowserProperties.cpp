@@ -43,7 +43,7 @@ void setWindowIndex(BrowserScope& scope, Object window, const Value& value) {
   order.erase(order.begin() + window.first);
   order.insert(order.begin() + static_cast<std::ptrdiff_t>(target), moved);
   for (std::size_t position = target + 1; position-- > 0;)
-    scope.driver().raiseWindow(order[position], scope.limits());
+    scope.perform(RaiseWindow{order[position]});
 }
 
 Found windowName(BrowserScope& scope, Object window) {
@@ -56,10 +56,8 @@ Found windowVisible(BrowserScope& scope, Object window) {
 }
 
 void setWindowVisible(BrowserScope& scope, Object window, const Value& value) {
-  scope.driver().setShape(scope.window(window).id,
-                          requireBoolean(value) ? BrowserDriver::WindowShape::normal
-                                                : BrowserDriver::WindowShape::minimized,
-                          scope.limits());
+  scope.perform(
+      SetShape{scope.window(window).id, requireBoolean(value) ? WindowShape::normal : WindowShape::minimized});
 }
 
 Found windowMinimized(BrowserScope& scope, Object window) {
@@ -75,10 +73,8 @@ Found windowZoomed(BrowserScope& scope, Object window) {
 }
 
 void setWindowZoomed(BrowserScope& scope, Object window, const Value& value) {
-  scope.driver().setShape(scope.window(window).id,
-                          requireBoolean(value) ? BrowserDriver::WindowShape::fullScreen
-                                                : BrowserDriver::WindowShape::normal,
-                          scope.limits());
+  scope.perform(
+      SetShape{scope.window(window).id, requireBoolean(value) ? WindowShape::fullScreen : WindowShape::normal});
 }
 
 Found windowBounds(BrowserScope& scope, Object window) {
@@ -97,7 +93,7 @@ WindowBounds requireBounds(const Value& value) {
 }
 
 void setWindowBounds(BrowserScope& scope, Object window, const Value& value) {
-  scope.driver().setBounds(scope.window(window).id, requireBounds(value), scope.limits());
+  scope.perform(SetBounds{scope.window(window).id, requireBounds(value)});
 }
 
 Found always(BrowserScope&, Object) {
@@ -109,7 +105,7 @@ Found tabURL(BrowserScope& scope, Object tab) {
 }
 
 void setTabURL(BrowserScope& scope, Object tab, const Value& value) {
-  scope.driver().navigate(scope.tab(tab).id, requireText(value), scope.limits());
+  scope.perform(Navigate{scope.tab(tab).id, requireText(value)});
 }
 
 Found tabTitle(BrowserScope& scope, Object tab) {
@@ -121,7 +117,7 @@ std::size_t countTabs(BrowserScope& scope, Object window) {
 }
 
 TabID openTab(BrowserScope& scope, Object window, std::optional<std::size_t> position, const std::string& url) {
-  return scope.driver().makeTab(scope.window(window).id, position, url, scope.limits());
+  return scope.perform(MakeTab{scope.window(window).id, position, url});
 }
 
 } // namespace tabwright::scripting

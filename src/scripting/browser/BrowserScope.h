@@ -21,6 +21,8 @@ public:
                const std::function<bool()>& isFrontmost);
 
   [[nodiscard]] BrowserDriver& driver() const { return driver_; }
+  /// Carries out a command within the event's limits.
+  std::int64_t perform(const BrowserCommand& command) const { return driver_.perform(command, limits_); }
   [[nodiscard]] const CallLimits& limits() const { return limits_; }
   [[nodiscard]] bool isFrontmost() const { return isFrontmost_ && isFrontmost_(); }
 

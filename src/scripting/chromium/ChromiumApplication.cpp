@@ -62,9 +62,13 @@ Value execute(BrowserScope& scope) {
   return results.size() == 1 ? results.front() : Value::list(std::move(results));
 }
 
-Value inEachTab(BrowserScope& scope, const auto& command) {
-  for (const Object& tab : tabsOf(scope))
-    command(scope.tab(tab).id);
+/// Carries out the command on each tab of the event.
+template <class Command>
+Value inEachTab(BrowserScope& scope, Command command) {
+  for (const Object& tab : tabsOf(scope)) {
+    command.tab = scope.tab(tab).id;
+    scope.perform(command);
+  }
   return Value::missing();
 }
 
@@ -72,9 +76,9 @@ Value close(BrowserScope& scope) {
   const Value subject = scope.model().subject(scope);
   for (const Object& object : scope.model().objects(scope, subject)) {
     if (object.type == &chromiumTabClass())
-      scope.driver().closeTab(scope.tab(object).id, scope.limits());
+      scope.perform(CloseTab{scope.tab(object).id});
     else if (object.type == &chromiumWindowClass())
-      scope.driver().closeWindow(scope.window(object).id, scope.limits());
+      scope.perform(CloseWindow{scope.window(object).id});
     else
       throw notUnderstood(subject, scope.message().code, chromiumTerminology());
   }
@@ -95,12 +99,12 @@ Value makeWindow(BrowserScope& scope, const MakeRequest& request) {
   if (!isIncognito && !sameIgnoringCase(mode, "normal"))
     throw eventError(applescript::errorNumber::handlerFailed,
                      "The mode of a new window is \"normal\" or \"incognito\", not \"" + mode + "\".");
-  const WindowID id = scope.driver().makeWindow(isIncognito ? WindowMode::incognito : WindowMode::normal,
-                                                textOr(request.find(chromium::url), ""), scope.limits());
+  const WindowID id = scope.perform(
+      MakeWindow{isIncognito ? WindowMode::incognito : WindowMode::normal, textOr(request.find(chromium::url), "")});
   if (const std::string name = textOr(request.find(chromium::givenName), ""); !name.empty())
-    scope.driver().setGivenName(id, name, scope.limits());
+    scope.perform(SetGivenName{id, name});
   if (const Value* bounds = request.find(fourCharCode("pbnd")))
-    scope.driver().setBounds(id, requireBounds(*bounds), scope.limits());
+    scope.perform(SetBounds{id, requireBounds(*bounds)});
   return Value(windowByID(scope, id));
 }
 
@@ -148,7 +152,7 @@ Value open(BrowserScope& scope) {
     if (const auto front = frontWindowWithTabs(scope))
       openTab(scope, *front, std::nullopt, url);
     else
-      scope.driver().makeWindow(WindowMode::normal, url, scope.limits());
+      scope.perform(MakeWindow{WindowMode::normal, url});
   }
   return Value::missing();
 }
@@ -161,8 +165,6 @@ ChromiumApplication::ChromiumApplication(const platform::BrowserFacts& facts, st
 
 Value ChromiumApplication::perform(BrowserScope& scope) {
   const applescript::EventCode code = scope.message().code;
-  BrowserDriver& driver = scope.driver();
-  const CallLimits& limits = scope.limits();
   if (code == chromium::execute)
     return execute(scope);
   if (code == events::make)
@@ -170,13 +172,13 @@ Value ChromiumApplication::perform(BrowserScope& scope) {
   if (code == events::close || code == events::remove)
     return close(scope);
   if (code == chromium::reload)
-    return inEachTab(scope, [&](TabID tab) { driver.reload(tab, limits); });
+    return inEachTab(scope, Reload{});
   if (code == chromium::stop)
-    return inEachTab(scope, [&](TabID tab) { driver.stopLoading(tab, limits); });
+    return inEachTab(scope, StopLoading{});
   if (code == chromium::goBack)
-    return inEachTab(scope, [&](TabID tab) { driver.goInHistory(tab, BrowserDriver::History::back, limits); });
+    return inEachTab(scope, GoInHistory{.direction = History::back});
   if (code == chromium::goForward)
-    return inEachTab(scope, [&](TabID tab) { driver.goInHistory(tab, BrowserDriver::History::forward, limits); });
+    return inEachTab(scope, GoInHistory{.direction = History::forward});
   if (code == events::open || code == openLocation)
     return open(scope);
   throw notUnderstood(scope.model().subject(scope), code, chromiumTerminology());

@@ -69,7 +69,7 @@ Found windowGivenName(BrowserScope& scope, Object window) {
 }
 
 void setWindowGivenName(BrowserScope& scope, Object window, const Value& value) {
-  scope.driver().setGivenName(scope.window(window).id, requireText(value), scope.limits());
+  scope.perform(SetGivenName{scope.window(window).id, requireText(value)});
 }
 
 Found activeTabIndex(BrowserScope& scope, Object window) {
@@ -82,7 +82,7 @@ void setActiveTabIndex(BrowserScope& scope, Object window, const Value& value) {
   if (index < 1 || index > static_cast<std::int64_t>(state.tabs.size()))
     throw eventError(applescript::errorNumber::invalidIndex,
                      "Can’t set active tab index of the window: there is no tab " + std::to_string(index) + ".");
-  scope.driver().activateTab(state.tabs[static_cast<std::size_t>(index - 1)].id, scope.limits());
+  scope.perform(ActivateTab{state.tabs[static_cast<std::size_t>(index - 1)].id});
 }
 
 Found activeTab(BrowserScope& scope, Object window) {

@@ -1,9 +1,11 @@
 #pragma once
 
-#include "scripting/driver/BrowserDriver.h"
+#include "scripting/driver/BrowserCommand.h"
+#include "scripting/driver/BrowserState.h"
+#include "scripting/driver/DriverFault.h"
 
+#include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -43,14 +45,8 @@ public:
   /// Whether every change in the browser is reported to us, so that what was seen holds until then.
   [[nodiscard]] virtual bool reportsChanges() const = 0;
 
-  virtual TabID makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
-                        const CallLimits& limits) = 0;
-  virtual WindowID makeWindow(WindowMode mode, const std::string& url, const CallLimits& limits) = 0;
-  virtual void closeTab(TabID tab, const CallLimits& limits) = 0;
-  virtual void closeWindow(WindowID window, const CallLimits& limits) = 0;
-  virtual void activateTab(TabID tab, const CallLimits& limits) = 0;
-  virtual void raiseWindow(WindowID window, const CallLimits& limits) = 0;
-  virtual void setGivenName(WindowID window, const std::string& name, const CallLimits& limits) = 0;
+  /// Yields the command's number, where it has one; else 0.
+  virtual std::int64_t perform(const ViewCommand& command, const CallLimits& limits) = 0;
 };
 
 } // namespace tabwright::scripting

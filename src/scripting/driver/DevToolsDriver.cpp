@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <utility>
+#include <variant>
 
 // Every call takes the link to the browser, making it first where there is none, and translates what goes wrong on the
 // way into the driver's own faults: here and nowhere else.
@@ -41,6 +42,23 @@ DriverFailure translated(const DevToolsFailure& failure, const std::string& subj
     return platform::failure(DriverFault::dialogOpen, failure.detail());
   }
   return platform::failure(DriverFault::refused, failure.detail());
+}
+
+/// The id of the command's tab as text; empty for a command on no tab.
+std::string tabNamedBy(const BrowserCommand& command) {
+  return std::visit(
+      [](const auto& each) {
+        if constexpr (requires { each.tab; })
+          return std::to_string(each.tab);
+        else
+          return std::string();
+      },
+      command);
+}
+
+/// Closing the last tab may end the browser before it answers: then, too, the command is carried out.
+bool closesSomething(const BrowserCommand& command) {
+  return std::holds_alternative<CloseTab>(command) || std::holds_alternative<CloseWindow>(command);
 }
 
 /// One that can't tell now is no reason to fail: another may be meant.
@@ -164,19 +182,6 @@ auto DevToolsDriver::withLink(const CallLimits& limits, const std::string& subje
   }
 }
 
-/// Closing the last tab may end the browser before it answers: then, too, the tab is closed.
-template <class Call>
-void DevToolsDriver::close(const CallLimits& limits, const std::string& subject, Call&& call) {
-  withLink(limits, subject, [&](BrowserLink& link) {
-    try {
-      call(link);
-    } catch (const DevToolsFailure& failure) {
-      if (failure.kind() != DevToolsFault::lost)
-        throw;
-    }
-  });
-}
-
 bool DevToolsDriver::isRunning() {
   try {
     return currentLink() != nullptr || !parts_.findRunning().empty();
@@ -202,77 +207,16 @@ boost::json::value DevToolsDriver::evaluate(TabID tab, const std::string& javasc
                   [&](BrowserLink& link) { return link.evaluate(tab, javascript, limits); });
 }
 
-TabID DevToolsDriver::makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
-                              const CallLimits& limits) {
-  return withLink(limits, "", [&](BrowserLink& link) { return link.makeTab(window, index, url, limits); });
-}
-
-WindowID DevToolsDriver::makeWindow(WindowMode mode, const std::string& url, const CallLimits& limits) {
-  return withLink(limits, "", [&](BrowserLink& link) {
-    return link.command(limits, [&](BrowserView& view) { return view.makeWindow(mode, url, limits); });
+std::int64_t DevToolsDriver::perform(const BrowserCommand& command, const CallLimits& limits) {
+  return withLink(limits, tabNamedBy(command), [&](BrowserLink& link) {
+    try {
+      return link.perform(command, limits);
+    } catch (const DevToolsFailure& failure) {
+      if (failure.kind() != DevToolsFault::lost || !closesSomething(command))
+        throw;
+      return std::int64_t{0};
+    }
   });
-}
-
-void DevToolsDriver::closeTab(TabID tab, const CallLimits& limits) {
-  close(limits, std::to_string(tab),
-        [&](BrowserLink& link) { link.command(limits, [&](BrowserView& view) { view.closeTab(tab, limits); }); });
-}
-
-void DevToolsDriver::closeWindow(WindowID window, const CallLimits& limits) {
-  close(limits, "", [&](BrowserLink& link) { link.closeWindow(window, limits); });
-}
-
-void DevToolsDriver::activateTab(TabID tab, const CallLimits& limits) {
-  withLink(limits, std::to_string(tab), [&](BrowserLink& link) { link.activateTab(tab, limits); });
-}
-
-void DevToolsDriver::navigate(TabID tab, const std::string& url, const CallLimits& limits) {
-  withLink(limits, std::to_string(tab), [&](BrowserLink& link) { link.navigate(tab, url, limits); });
-}
-
-void DevToolsDriver::goInHistory(TabID tab, History direction, const CallLimits& limits) {
-  withLink(limits, std::to_string(tab), [&](BrowserLink& link) { link.goInHistory(tab, direction, limits); });
-}
-
-void DevToolsDriver::reload(TabID tab, const CallLimits& limits) {
-  withLink(limits, std::to_string(tab), [&](BrowserLink& link) { link.reload(tab, limits); });
-}
-
-void DevToolsDriver::stopLoading(TabID tab, const CallLimits& limits) {
-  withLink(limits, std::to_string(tab), [&](BrowserLink& link) { link.stopLoading(tab, limits); });
-}
-
-void DevToolsDriver::raiseWindow(WindowID window, const CallLimits& limits) {
-  withLink(limits, "", [&](BrowserLink& link) {
-    link.command(limits, [&](BrowserView& view) { view.raiseWindow(window, limits); });
-  });
-}
-
-void DevToolsDriver::setBounds(WindowID window, WindowBounds bounds, const CallLimits& limits) {
-  withLink(limits, "", [&](BrowserLink& link) { link.setBounds(window, bounds, limits); });
-}
-
-void DevToolsDriver::setShape(WindowID window, WindowShape shape, const CallLimits& limits) {
-  withLink(limits, "", [&](BrowserLink& link) { link.setShape(window, shape, limits); });
-}
-
-void DevToolsDriver::setGivenName(WindowID window, const std::string& name, const CallLimits& limits) {
-  withLink(limits, "", [&](BrowserLink& link) {
-    link.command(limits, [&](BrowserView& view) { view.setGivenName(window, name, limits); });
-  });
-}
-
-void DevToolsDriver::activate(const CallLimits& limits) {
-  withLink(limits, "", [&](BrowserLink& link) {
-    const std::shared_ptr<const BrowserSnapshot> seen = link.snapshot(limits);
-    if (seen->windows.empty())
-      return;
-    link.command(limits, [&](BrowserView& view) { view.raiseWindow(seen->windows.front().id, limits); });
-  });
-}
-
-void DevToolsDriver::quit(const CallLimits& limits) {
-  withLink(limits, "", [&](BrowserLink& link) { link.quit(limits); });
 }
 
 } // namespace tabwright::scripting

@@ -49,22 +49,7 @@ public:
   [[nodiscard]] bool isRunning() override;
   std::shared_ptr<const BrowserSnapshot> snapshot(const CallLimits& limits) override;
   boost::json::value evaluate(TabID tab, const std::string& javascript, const CallLimits& limits) override;
-  TabID makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
-                const CallLimits& limits) override;
-  WindowID makeWindow(WindowMode mode, const std::string& url, const CallLimits& limits) override;
-  void closeTab(TabID tab, const CallLimits& limits) override;
-  void closeWindow(WindowID window, const CallLimits& limits) override;
-  void activateTab(TabID tab, const CallLimits& limits) override;
-  void navigate(TabID tab, const std::string& url, const CallLimits& limits) override;
-  void goInHistory(TabID tab, History direction, const CallLimits& limits) override;
-  void reload(TabID tab, const CallLimits& limits) override;
-  void stopLoading(TabID tab, const CallLimits& limits) override;
-  void raiseWindow(WindowID window, const CallLimits& limits) override;
-  void setBounds(WindowID window, WindowBounds bounds, const CallLimits& limits) override;
-  void setShape(WindowID window, WindowShape shape, const CallLimits& limits) override;
-  void setGivenName(WindowID window, const std::string& name, const CallLimits& limits) override;
-  void activate(const CallLimits& limits) override;
-  void quit(const CallLimits& limits) override;
+  std::int64_t perform(const BrowserCommand& command, const CallLimits& limits) override;
 
   /// What went over the present connection so far, for benchmarks; zero without one.
   [[nodiscard]] devtools::Traffic traffic();
@@ -77,8 +62,6 @@ private:
   std::shared_ptr<BrowserLink> tryLink(const platform::RunningBrowser& browser, const CallLimits& limits);
   template <class Call>
   auto withLink(const CallLimits& limits, const std::string& subject, Call&& call);
-  template <class Call>
-  void close(const CallLimits& limits, const std::string& subject, Call&& call);
 
   const platform::BrowserFacts& facts_;
   const DevToolsDriverParts parts_;

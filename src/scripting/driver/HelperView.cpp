@@ -5,15 +5,52 @@
 #include <algorithm>
 #include <string_view>
 #include <utility>
+#include <variant>
 
-// Each command is one call of the helper's function of the same name; the shapes of their parameters are in its
-// worker.js.
+// Each command is one call of a function of the helper's; the shapes of their parameters are in its worker.js.
 
 namespace tabwright::scripting {
 
 using Repeat = HelperWorker::Repeat;
 
 namespace {
+
+struct HelperCall {
+  std::string_view function;
+  boost::json::object parameters;
+  Repeat repeat;
+};
+
+HelperCall callOf(const MakeTab& command) {
+  HelperCall call{"makeTab", {{"window", command.window}, {"url", command.url}}, Repeat::never};
+  if (command.index)
+    call.parameters["index"] = *command.index;
+  return call;
+}
+
+HelperCall callOf(const MakeWindow& command) {
+  return {"makeWindow", {{"incognito", command.mode == WindowMode::incognito}, {"url", command.url}}, Repeat::never};
+}
+
+HelperCall callOf(const CloseTab& command) {
+  return {"closeTab", {{"tab", command.tab}}, Repeat::never};
+}
+
+HelperCall callOf(const CloseWindow& command) {
+  return {"closeWindow", {{"window", command.window}}, Repeat::never};
+}
+
+HelperCall callOf(const ActivateTab& command) {
+  return {"activateTab", {{"tab", command.tab}}, Repeat::allowed};
+}
+
+HelperCall callOf(const RaiseWindow& command) {
+  return {"raiseWindow", {{"window", command.window}}, Repeat::allowed};
+}
+
+HelperCall callOf(const SetGivenName& command) {
+  return {"setGivenName", {{"window", command.window}, {"name", command.name}}, Repeat::allowed};
+}
 
 std::string textAt(const boost::json::object& fields, std::string_view key) {
   return std::string(fields.at(key).as_string());
@@ -170,38 +207,10 @@ ViewedBrowser HelperView::keep(const boost::json::value& answer, ViewedBrowser v
   return viewed;
 }
 
-TabID HelperView::makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
-                          const CallLimits& limits) {
-  boost::json::object parameters{{"window", window}, {"url", url}};
-  if (index)
-    parameters["index"] = *index;
-  return worker_->perform("makeTab", parameters, Repeat::never, limits).to_number<TabID>();
-}
-
-WindowID HelperView::makeWindow(WindowMode mode, const std::string& url, const CallLimits& limits) {
-  return worker_
-      ->perform("makeWindow", {{"incognito", mode == WindowMode::incognito}, {"url", url}}, Repeat::never, limits)
-      .to_number<WindowID>();
-}
-
-void HelperView::closeTab(TabID tab, const CallLimits& limits) {
-  worker_->perform("closeTab", {{"tab", tab}}, Repeat::never, limits);
-}
-
-void HelperView::closeWindow(WindowID window, const CallLimits& limits) {
-  worker_->perform("closeWindow", {{"window", window}}, Repeat::never, limits);
-}
-
-void HelperView::activateTab(TabID tab, const CallLimits& limits) {
-  worker_->perform("activateTab", {{"tab", tab}}, Repeat::allowed, limits);
-}
-
-void HelperView::raiseWindow(WindowID window, const CallLimits& limits) {
-  worker_->perform("raiseWindow", {{"window", window}}, Repeat::allowed, limits);
-}
-
-void HelperView::setGivenName(WindowID window, const std::string& name, const CallLimits& limits) {
-  worker_->perform("setGivenName", {{"window", window}, {"name", name}}, Repeat::allowed, limits);
+std::int64_t HelperView::perform(const ViewCommand& command, const CallLimits& limits) {
+  const HelperCall call = std::visit([](const auto& each) { return callOf(each); }, command);
+  const boost::json::value number = worker_->perform(call.function, call.parameters, call.repeat, limits);
+  return number.is_number() ? number.to_number<std::int64_t>() : 0;
 }
 
 } // namespace tabwright::scripting

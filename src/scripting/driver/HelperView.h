@@ -30,14 +30,7 @@ public:
 
   ViewedBrowser look(const Extent& extent, const CallLimits& limits) override;
   [[nodiscard]] bool reportsChanges() const override { return true; }
-  TabID makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
-                const CallLimits& limits) override;
-  WindowID makeWindow(WindowMode mode, const std::string& url, const CallLimits& limits) override;
-  void closeTab(TabID tab, const CallLimits& limits) override;
-  void closeWindow(WindowID window, const CallLimits& limits) override;
-  void activateTab(TabID tab, const CallLimits& limits) override;
-  void raiseWindow(WindowID window, const CallLimits& limits) override;
-  void setGivenName(WindowID window, const std::string& name, const CallLimits& limits) override;
+  std::int64_t perform(const ViewCommand& command, const CallLimits& limits) override;
 
 private:
   /// What was seen last, and as of which count of changes of which run of the helper.

@@ -110,8 +110,8 @@ void HelperWorker::prepare(const platform::CallLimits& limits) {
   requireSession(limits);
 }
 
-boost::json::value HelperWorker::perform(const std::string& command, const boost::json::object& parameters,
-                                         Repeat repeat, const platform::CallLimits& limits) {
+boost::json::value HelperWorker::perform(std::string_view command, const boost::json::object& parameters, Repeat repeat,
+                                         const platform::CallLimits& limits) {
   const std::string expression =
       fmt::format("tabwright.perform(\"{}\", {})", command, boost::json::serialize(parameters));
   devtools::Evaluation evaluation;

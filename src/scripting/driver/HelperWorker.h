@@ -41,7 +41,7 @@ public:
   };
   /// Carries out one of the helper's commands and yields its value. Throws DriverFailure for what the helper refuses,
   /// and DevToolsFailure.
-  boost::json::value perform(const std::string& command, const boost::json::object& parameters, Repeat repeat,
+  boost::json::value perform(std::string_view command, const boost::json::object& parameters, Repeat repeat,
                              const platform::CallLimits& limits);
 
 private:

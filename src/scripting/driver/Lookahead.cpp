@@ -24,35 +24,35 @@ Lookahead::Lookahead(std::function<void(const std::stop_token&)> look, std::chro
     : look_(std::move(look)), usefulFor_(usefulFor), thread_([this](const std::stop_token& stop) { run(stop); }) {}
 
 void Lookahead::used() {
-  const std::lock_guard lock(bell_->mutex);
-  bell_->used = std::chrono::steady_clock::now();
+  const std::lock_guard lock(signal_->mutex);
+  signal_->used = std::chrono::steady_clock::now();
 }
 
-std::function<void()> Lookahead::staleBell() const {
-  return [bell = bell_] { ring(*bell); };
+std::function<void()> Lookahead::staleSignal() const {
+  return [signal = signal_] { raise(*signal); };
 }
 
-void Lookahead::ring(Bell& bell) {
+void Lookahead::raise(Signal& signal) {
   {
-    const std::lock_guard lock(bell.mutex);
-    bell.isStale = true;
+    const std::lock_guard lock(signal.mutex);
+    signal.isStale = true;
   }
-  bell.rung.notify_one();
+  signal.raised.notify_one();
 }
 
 /// Waits until a look is due; false when it is time to end.
 bool Lookahead::awaitDue(const std::stop_token& stop, Time notBefore) const {
-  Bell& bell = *bell_;
-  std::unique_lock lock(bell.mutex);
+  Signal& signal = *signal_;
+  std::unique_lock lock(signal.mutex);
   for (;;) {
-    if (!bell.rung.wait(lock, stop, [&] { return bell.isStale; }))
+    if (!signal.raised.wait(lock, stop, [&] { return signal.isStale; }))
       return false;
     const Time due = std::max(std::chrono::steady_clock::now() + moment, notBefore);
-    bell.rung.wait_until(lock, stop, due, [] { return false; });
+    signal.raised.wait_until(lock, stop, due, [] { return false; });
     if (stop.stop_requested())
       return false;
-    bell.isStale = false;
-    if (bell.used && std::chrono::steady_clock::now() - *bell.used < usefulFor_)
+    signal.isStale = false;
+    if (signal.used && std::chrono::steady_clock::now() - *signal.used < usefulFor_)
       return true;
   }
 }

@@ -32,28 +32,28 @@ public:
   /// Somebody uses the browser now.
   void used();
   /// What was seen last holds no more.
-  void stale() { ring(*bell_); }
+  void stale() { raise(*signal_); }
   /// `stale` for those who may outlive this: does nothing then.
-  [[nodiscard]] std::function<void()> staleBell() const;
+  [[nodiscard]] std::function<void()> staleSignal() const;
 
 private:
   using Time = std::chrono::steady_clock::time_point;
 
   /// What the thread waits for.
-  struct Bell {
+  struct Signal {
     std::mutex mutex;
-    std::condition_variable_any rung;
+    std::condition_variable_any raised;
     bool isStale = false;
     std::optional<Time> used;
   };
 
-  static void ring(Bell& bell);
+  static void raise(Signal& signal);
   void run(const std::stop_token& stop) const;
   [[nodiscard]] bool awaitDue(const std::stop_token& stop, Time notBefore) const;
 
   const std::function<void(const std::stop_token&)> look_;
   const std::chrono::nanoseconds usefulFor_;
-  const std::shared_ptr<Bell> bell_ = std::make_shared<Bell>();
+  const std::shared_ptr<Signal> signal_ = std::make_shared<Signal>();
   std::jthread thread_; // the last member: it ends before what it uses
 };
 

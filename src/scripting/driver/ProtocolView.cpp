@@ -163,19 +163,22 @@ std::string ProtocolView::activeTarget(WindowID id, const CallLimits& limits) {
 
 // ---------------------------------------------------------------------------------------------------------- commands
 
+std::int64_t ProtocolView::perform(const ViewCommand& command, const CallLimits& limits) {
+  return dispatch(command, [&](const auto& each) { return carryOut(each, limits); });
+}
+
 /// The protocol opens a tab in the window used last, so that window is raised first; it can't be placed in the strip.
-TabID ProtocolView::makeTab(WindowID window, std::optional<std::size_t>, const std::string& url,
-                            const CallLimits& limits) {
-  raiseWindow(window, limits);
-  const boost::json::object reply =
-      connection_->call("Target.createTarget", {{"url", url.empty() ? "chrome://newtab/" : url}}, {}, limits);
+TabID ProtocolView::carryOut(const MakeTab& command, const CallLimits& limits) {
+  carryOut(RaiseWindow{command.window}, limits);
+  const boost::json::object reply = connection_->call(
+      "Target.createTarget", {{"url", command.url.empty() ? "chrome://newtab/" : command.url}}, {}, limits);
   const std::lock_guard lock(mutex_);
   return tabOf(textOf(reply, "targetId"));
 }
 
-WindowID ProtocolView::makeWindow(WindowMode mode, const std::string& url, const CallLimits& limits) {
-  boost::json::object parameters{{"url", url.empty() ? "about:blank" : url}, {"newWindow", true}};
-  if (mode == WindowMode::incognito)
+WindowID ProtocolView::carryOut(const MakeWindow& command, const CallLimits& limits) {
+  boost::json::object parameters{{"url", command.url.empty() ? "about:blank" : command.url}, {"newWindow", true}};
+  if (command.mode == WindowMode::incognito)
     parameters["browserContextId"] =
         textOf(connection_->call("Target.createBrowserContext", {}, {}, limits), "browserContextId");
   const std::string target = textOf(connection_->call("Target.createTarget", parameters, {}, limits), "targetId");
@@ -193,33 +196,33 @@ void ProtocolView::closeTarget(const std::string& target, const CallLimits& call
     devtools::pause(5ms, "the page is closing", limits);
 }
 
-void ProtocolView::closeTab(TabID tab, const CallLimits& limits) {
-  closeTarget(requireTarget(tab, limits), limits);
+void ProtocolView::carryOut(const CloseTab& command, const CallLimits& limits) {
+  closeTarget(requireTarget(command.tab, limits), limits);
 }
 
-void ProtocolView::closeWindow(WindowID id, const CallLimits& limits) {
+void ProtocolView::carryOut(const CloseWindow& command, const CallLimits& limits) {
   const ViewedBrowser viewed = look({.isWhole = true}, limits);
-  const auto window = std::ranges::find(viewed.snapshot->windows, id, &WindowState::id);
+  const auto window = std::ranges::find(viewed.snapshot->windows, command.window, &WindowState::id);
   if (window == viewed.snapshot->windows.end())
-    throw platform::failure(DriverFault::noSuchWindow, std::to_string(id));
+    throw platform::failure(DriverFault::noSuchWindow, std::to_string(command.window));
   for (const TabState& tab : window->tabs)
     closeTarget(viewed.targets.at(tab.id), limits);
 }
 
 /// The protocol can't but raise the window with it.
-void ProtocolView::activateTab(TabID tab, const CallLimits& limits) {
-  connection_->call("Target.activateTarget", {{"targetId", requireTarget(tab, limits)}}, {}, limits);
+void ProtocolView::carryOut(const ActivateTab& command, const CallLimits& limits) {
+  connection_->call("Target.activateTarget", {{"targetId", requireTarget(command.tab, limits)}}, {}, limits);
 }
 
-void ProtocolView::raiseWindow(WindowID window, const CallLimits& limits) {
-  connection_->call("Target.activateTarget", {{"targetId", activeTarget(window, limits)}}, {}, limits);
-  toFront(window);
+void ProtocolView::carryOut(const RaiseWindow& command, const CallLimits& limits) {
+  connection_->call("Target.activateTarget", {{"targetId", activeTarget(command.window, limits)}}, {}, limits);
+  toFront(command.window);
 }
 
-void ProtocolView::setGivenName(WindowID window, const std::string& name, const CallLimits& limits) {
-  activeTarget(window, limits); // throws for a window that isn't there
+void ProtocolView::carryOut(const SetGivenName& command, const CallLimits& limits) {
+  activeTarget(command.window, limits); // throws for a window that isn't there
   const std::lock_guard lock(mutex_);
-  names_[window] = name;
+  names_[command.window] = command.name;
 }
 
 } // namespace tabwright::scripting

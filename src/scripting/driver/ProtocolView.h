@@ -24,16 +24,17 @@ public:
 
   ViewedBrowser look(const Extent& extent, const CallLimits& limits) override;
   [[nodiscard]] bool reportsChanges() const override { return false; }
-  TabID makeTab(WindowID window, std::optional<std::size_t> index, const std::string& url,
-                const CallLimits& limits) override;
-  WindowID makeWindow(WindowMode mode, const std::string& url, const CallLimits& limits) override;
-  void closeTab(TabID tab, const CallLimits& limits) override;
-  void closeWindow(WindowID window, const CallLimits& limits) override;
-  void activateTab(TabID tab, const CallLimits& limits) override;
-  void raiseWindow(WindowID window, const CallLimits& limits) override;
-  void setGivenName(WindowID window, const std::string& name, const CallLimits& limits) override;
+  std::int64_t perform(const ViewCommand& command, const CallLimits& limits) override;
 
 private:
+  TabID carryOut(const MakeTab& command, const CallLimits& limits);
+  WindowID carryOut(const MakeWindow& command, const CallLimits& limits);
+  void carryOut(const CloseTab& command, const CallLimits& limits);
+  void carryOut(const CloseWindow& command, const CallLimits& limits);
+  void carryOut(const ActivateTab& command, const CallLimits& limits);
+  void carryOut(const RaiseWindow& command, const CallLimits& limits);
+  void carryOut(const SetGivenName& command, const CallLimits& limits);
+
   struct Page {
     std::string target;
     std::string title;

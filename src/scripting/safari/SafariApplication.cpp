@@ -55,9 +55,9 @@ Value close(BrowserScope& scope) {
   const Value subject = scope.model().subject(scope);
   for (const Object& object : scope.model().objects(scope, subject)) {
     if (object.type == &safariTabClass())
-      scope.driver().closeTab(scope.tab(object).id, scope.limits());
+      scope.perform(CloseTab{scope.tab(object).id});
     else if (object.type == &safariWindowClass() || object.type == &safariDocumentClass())
-      scope.driver().closeWindow(scope.window(object).id, scope.limits());
+      scope.perform(CloseWindow{scope.window(object).id});
     else
       throw notUnderstood(subject, scope.message().code, safariTerminology());
   }
@@ -96,7 +96,7 @@ Value make(BrowserScope& scope) {
   const bool isDocument = request.elementClass == fourCharCode("docu");
   if (!isDocument && request.elementClass != windowCode)
     throw eventError(applescript::errorNumber::handlerFailed, "Only documents, windows and tabs can be made.");
-  const WindowID id = scope.driver().makeWindow(WindowMode::normal, addressOf(request), scope.limits());
+  const WindowID id = scope.perform(MakeWindow{WindowMode::normal, addressOf(request)});
   return isDocument ? Value(applescript::elementByID(scope.root(), fourCharCode("docu"), Value(id)))
                     : Value(safariWindowSpecifier(scope, id));
 }

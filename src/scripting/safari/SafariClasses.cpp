@@ -125,7 +125,7 @@ void setCurrentTab(BrowserScope& scope, Object window, const Value& value) {
   if (tab.type != &tabClass || tab.first != window.first)
     throw eventError(applescript::errorNumber::cannotSet,
                      "Can’t set current tab of the window to what is no tab of it.");
-  scope.driver().activateTab(scope.tab(tab).id, scope.limits());
+  scope.perform(ActivateTab{scope.tab(tab).id});
 }
 
 /// Position among the listed windows, which leaves out those without tabs.

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "platform/CallLimits.h"
+#include "scripting/driver/BrowserState.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <variant>
+
+namespace tabwright::scripting {
+
+using platform::CallLimits; ///< until when a browser may be waited for
+
+// The commands that a browser carries out, one struct each. A new one is a struct here, an alternative below, and a
+// handler where it is carried out: in BrowserLink for what every browser does alike, in both views for what they do in
+// their own ways. The compiler names the places.
+
+/// Opens a tab at the end of the window's strip, or at a 0-based index, showing `url` (empty: the new tab page), and
+/// makes it the window's active tab. Does not raise the window. Its number is the tab's id.
+struct MakeTab {
+  WindowID window = 0;
+  std::optional<std::size_t> index;
+  std::string url;
+};
+/// Opens a window with one tab, in front. Its number is the window's id.
+struct MakeWindow {
+  WindowMode mode = WindowMode::normal;
+  std::string url;
+};
+struct CloseTab {
+  TabID tab = 0;
+};
+struct CloseWindow {
+  WindowID window = 0;
+};
+/// Makes the tab its window's active one, without raising the window.
+struct ActivateTab {
+  TabID tab = 0;
+};
+/// Brings the window to the front of the browser's windows, and of the desktop's.
+struct RaiseWindow {
+  WindowID window = 0;
+};
+/// Keeps a name for the window, for as long as it lives, across connections. An empty one takes the name away.
+struct SetGivenName {
+  WindowID window = 0;
+  std::string name;
+};
+
+/// Starts loading an address; done when the navigation has begun, not when the page is there.
+struct Navigate {
+  TabID tab = 0;
+  std::string url;
+};
+enum class History { back, forward };
+/// Does nothing at the end of the history, as the browser's own buttons.
+struct GoInHistory {
+  TabID tab = 0;
+  History direction = History::back;
+};
+struct Reload {
+  TabID tab = 0;
+};
+struct StopLoading {
+  TabID tab = 0;
+};
+
+struct SetBounds {
+  WindowID window = 0;
+  WindowBounds bounds;
+};
+enum class WindowShape { normal, minimized, fullScreen };
+struct SetShape {
+  WindowID window = 0;
+  WindowShape shape = WindowShape::normal;
+};
+
+/// Brings the browser's front window to the front of the desktop.
+struct Activate {};
+/// Asks the browser to close all windows and end, and waits until it has.
+struct Quit {};
+
+/// What a BrowserView carries out.
+using ViewCommand = std::variant<MakeTab, MakeWindow, CloseTab, CloseWindow, ActivateTab, RaiseWindow, SetGivenName>;
+
+using BrowserCommand = std::variant<MakeTab, MakeWindow, CloseTab, CloseWindow, ActivateTab, RaiseWindow, SetGivenName,
+                                    Navigate, GoInHistory, Reload, StopLoading, SetBounds, SetShape, Activate, Quit>;
+
+/// Hands the command to the handler of its kind. Yields what that yields; 0 where it yields nothing.
+template <class Command, class Handler>
+std::int64_t dispatch(const Command& command, const Handler& handler) {
+  return std::visit(
+      [&](const auto& each) -> std::int64_t {
+        if constexpr (!std::is_void_v<decltype(handler(each))>)
+          return handler(each);
+        else
+          return handler(each), 0;
+      },
+      command);
+}
+
+} // namespace tabwright::scripting

@@ -1,0 +1,152 @@
+#include "scripting/driver/SeenBrowser.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tabwright::scripting {
+
+using namespace std::chrono_literals;
+
+SeenBrowser::SeenBrowser(PageSessions& pages, LooksAhead looksAhead, const MakeView& makeView) : pages_(pages) {
+  std::function<void()> onChange = [changes = changes_] { changes->add(); };
+  if (looksAhead == LooksAhead::yes) {
+    lookahead_ = std::make_unique<Lookahead>([this](const std::stop_token& stop) { lookAhead(stop); });
+    onChange = [count = std::move(onChange), stale = lookahead_->staleSignal()] {
+      count();
+      stale();
+    };
+  }
+  view_ = makeView(std::move(onChange));
+}
+
+std::shared_ptr<const BrowserSnapshot> SeenBrowser::snapshot(const CallLimits& limits) {
+  if (lookahead_)
+    lookahead_->used();
+  return upToDate(limits);
+}
+
+bool SeenBrowser::isHeldFor(const std::stop_token& run) const {
+  return jobDone_ && run.stop_possible() && jobDone_->run == run && jobDone_->changes == changes_->load() &&
+         disturbances_.load() == 0;
+}
+
+std::shared_ptr<const BrowserSnapshot> SeenBrowser::upToDate(const CallLimits& limits) {
+  std::uint64_t asked = 0;
+  {
+    const std::lock_guard lock(mutex_);
+    if (isHeld() || isHeldFor(limits.stop))
+      return viewed_.snapshot;
+    asked = looksBegun_;
+  }
+  const devtools::Turn::Holder turn = looking_.take("the browser is being looked at", limits);
+  {
+    const std::lock_guard lock(mutex_);
+    if (isHeld() || viewedBy_ > asked)
+      return viewed_.snapshot;
+  }
+  return look({}, limits).snapshot;
+}
+
+void SeenBrowser::lookAhead(const std::stop_token& stop) {
+  // What we are doing ourselves would make the look worthless; another follows when it is done.
+  if (view_->reportsChanges() && disturbances_.load() == 0)
+    upToDate({std::chrono::steady_clock::now() + 5s, stop});
+}
+
+void SeenBrowser::noteCommand(std::optional<TabID> tab) {
+  const std::lock_guard lock(mutex_);
+  std::erase_if(unseen_, [&](const Command& command) { return command.tab == tab; });
+  unseen_.push_back({++commandsEnded_, tab});
+}
+
+ViewedBrowser SeenBrowser::look(BrowserView::Extent extent, const CallLimits& limits) {
+  std::uint64_t number = 0;
+  std::uint64_t commands = 0;
+  {
+    const std::lock_guard lock(mutex_);
+    number = ++looksBegun_;
+    commands = commandsEnded_;
+    for (const Command& command : unseen_) {
+      if (command.tab)
+        extent.tabs.push_back(*command.tab);
+      else
+        extent.isWhole = true;
+    }
+  }
+  const std::uint64_t before = changes_->load();
+  const bool mayHold = view_->reportsChanges() && disturbances_.load() == 0;
+  ViewedBrowser viewed = view_->look(extent, limits);
+  addDestinations(viewed);
+  const std::lock_guard lock(mutex_);
+  std::erase_if(unseen_, [&](const Command& command) { return command.number <= commands; });
+  if (number < viewedBy_) // a later look was faster
+    return viewed;
+  viewedBy_ = number;
+  viewed_ = viewed;
+  viewedAt_.reset();
+  if (mayHold && disturbances_.load() == 0 && changes_->load() == before)
+    viewedAt_ = before;
+  return viewed;
+}
+
+/// A page that could not be loaded is no longer on its way for the browser, and not yet there, while the error page is
+/// being made. Its own events say where it is going.
+void SeenBrowser::addDestinations(ViewedBrowser& viewed) {
+  const std::unordered_map<std::string, std::string> destinations = pages_.destinations();
+  if (destinations.empty())
+    return;
+  auto snapshot = std::make_shared<BrowserSnapshot>(*viewed.snapshot);
+  for (WindowState& window : snapshot->windows) {
+    for (TabState& tab : window.tabs) {
+      const auto target = viewed.targets.find(tab.id);
+      const auto destination = target != viewed.targets.end() ? destinations.find(target->second) : destinations.end();
+      if (destination == destinations.end() || tab.isArriving)
+        continue;
+      tab.url = destination->second;
+      tab.isArriving = true;
+    }
+  }
+  viewed.snapshot = std::move(snapshot);
+}
+
+std::optional<std::string> SeenBrowser::findTarget(TabID tab) {
+  const std::lock_guard lock(mutex_);
+  const auto found = viewed_.targets.find(tab);
+  return found != viewed_.targets.end() ? std::optional(found->second) : std::nullopt;
+}
+
+void SeenBrowser::awaitFirstPage(TabID tab, const CallLimits& limits) {
+  const auto isOpening = [&] {
+    const std::lock_guard lock(mutex_);
+    return viewed_.opening.contains(tab);
+  };
+  while (isOpening()) {
+    const std::uint64_t before = changes_->load();
+    look({.tabs = {tab}}, limits);
+    if (isOpening())
+      changes_->awaitOther(before, "the tab’s first page", limits);
+  }
+}
+
+std::optional<std::uint64_t> SeenBrowser::heldAt() {
+  const std::lock_guard lock(mutex_);
+  return isHeld() ? viewedAt_ : std::nullopt;
+}
+
+void SeenBrowser::noteJobDone(const std::stop_token& run, std::uint64_t heldAt) {
+  const std::lock_guard lock(mutex_);
+  jobDone_ = {run, heldAt + 1};
+}
+
+SeenBrowser::Disturbance::~Disturbance() {
+  if (kind_ == Kind::command)
+    seen_.noteCommand(tab_);
+  seen_.changes_->add();
+  seen_.disturbances_.fetch_sub(1);
+  if (seen_.lookahead_) {
+    seen_.lookahead_->used();
+    seen_.lookahead_->stale();
+  }
+}
+
+} // namespace tabwright::scripting
