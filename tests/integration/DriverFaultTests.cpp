@@ -100,10 +100,10 @@ TEST_F(DriverTest, APageWhoseServerIsSilentTakesCommands) {
   pages.serve("/page", "<title>old</title>");
   pages.neverAnswer("/never");
   const TabID tab = open(pages.url("/page"));
-  driver().navigate(tab, pages.url("/never"), limits());
+  driver().perform(Navigate{tab, pages.url("/never")}, limits());
   const auto time = std::make_shared<testsupport::SteppedDeadlines>();
-  auto reloading =
-      std::async(std::launch::async, [&] { driver().reload(tab, testsupport::SteppedDeadlines::limits(time)); });
+  auto reloading = std::async(std::launch::async,
+                              [&] { driver().perform(Reload{tab}, testsupport::SteppedDeadlines::limits(time)); });
   time->passUntil([&] { return reloading.wait_for(0s) == std::future_status::ready; }, 10s);
   EXPECT_NO_THROW(reloading.get());
   EXPECT_EQ(evaluate(tab, "document.title"), "old");

@@ -109,7 +109,7 @@ TEST_F(Road, AFailureOfTheActionsOwnTellsTheCause) {
     });
   };
   EXPECT_THAT(waiting("["), testing::StartsWith("pageElementNotFound: Nothing was found. The page said: SyntaxError"));
-  driver().navigate(tab, "http://127.0.0.1:2/", limits());
+  driver().perform(Navigate{tab, "http://127.0.0.1:2/"}, limits());
   EXPECT_EQ(waiting("#none"),
             "pageElementNotFound: The page http://127.0.0.1:2/ could not be loaded: ERR_CONNECTION_REFUSED.");
 }
