@@ -20,4 +20,8 @@ namespace tabwright::platform {
 /// As much of the text as fits into `cells`, with an ellipsis where something was left out.
 [[nodiscard]] std::string fitted(std::string_view text, std::size_t cells);
 
+/// The words of the text, which blanks part, in lines of no more than `width` cells that begin with `indent` blanks and
+/// end in line feeds. A longer word has a line of its own. No words: nothing.
+[[nodiscard]] std::string wrapped(std::string_view text, std::size_t indent, std::size_t width = 80);
+
 } // namespace tabwright::platform
