@@ -4,6 +4,7 @@
 
 #include <boost/json/value.hpp>
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <string>
@@ -62,8 +63,13 @@ void forEachPath(const Expression& expression, const std::function<void(const Pa
 /// that begins so by what a path brings is not meant.
 [[nodiscard]] bool beginsWithAt(const Expression& expression);
 
-/// The value now. Throws `Problem` for a variable that no step has given, and for a way that doesn't exist.
-[[nodiscard]] boost::json::value evaluate(const Expression& expression, const Variables& variables);
+/// The value now, of no more than `most` bytes. Throws `Problem` for a larger one, for a variable that no step has
+/// given, and for a way that doesn't exist.
+[[nodiscard]] boost::json::value evaluate(const Expression& expression, const Variables& variables,
+                                          std::size_t most = std::size_t{256} << 20);
+
+/// As much of a text, on one line, as tells which one it is.
+[[nodiscard]] std::string quotedBriefly(const std::string& text);
 
 /// A value as text: texts as they are, others as JSON.
 [[nodiscard]] std::string textOf(const boost::json::value& value);
