@@ -13,7 +13,7 @@
 
 namespace tabwright::app {
 
-/// How a browser is to be started.
+/// The order to start a browser.
 struct BrowserLaunch {
   const platform::BrowserFacts* facts = nullptr;
   std::filesystem::path profileDirectory; ///< made with mode 0700 when it isn't there

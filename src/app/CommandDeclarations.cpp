@@ -17,7 +17,7 @@ CLI::Option* operand(CLI::App& command, const char* kind, Value& value, const ch
   return command.add_option(kind, value, description)->type_name("");
 }
 
-// What stands behind an action's name is read later. “--help” there means the action, so the command has no flag of
+// The words behind an action's name are read later. “--help” there means the action, so the command has no flag of
 // that name, and takes it for its own only when no action is named.
 void takeTheRest(CLI::App& command) {
   command.set_help_flag();

@@ -19,13 +19,13 @@
 #include <span>
 #include <string_view>
 
-// What the words on the command line choose is run here, and its failure is told in words or as JSON, with the exit
-// code that belongs to it.
+// The command that the words on the command line choose is run here, and its failure is told in words or as JSON, with
+// the exit code that belongs to it.
 
 namespace tabwright::app {
 namespace {
 
-// Which form an action's error takes may stand behind its name.
+// The form of an action's error may stand behind its name.
 ReportForm reportForm(const Choices& choices) {
   const bool isJson = choices.isJson || std::ranges::count(choices.run.parameters, "--json") > 0;
   return isJson ? ReportForm::json : ReportForm::sentence;

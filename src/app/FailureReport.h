@@ -9,7 +9,7 @@ namespace tabwright::app {
 
 enum class ReportForm { sentence, json };
 
-/// What to tell the caller of a failure: its exit code, and what goes to standard error.
+/// All that the caller is told of a failure: its exit code, and what goes to standard error.
 ///
 /// A sentence ends in a line feed, and has its advice in another line: beneath it, or above it where that is what helps
 /// first. JSON is one line (`host::failureJson`).

@@ -10,7 +10,7 @@
 
 namespace tabwright::platform {
 
-/// Where the program's log goes. Nothing set: nowhere.
+/// The places that the program's log goes to. Nothing set: nowhere.
 struct LogSinks {
   /// A file that lines are added to; it is rotated at one megabyte, three old ones are kept. Its folder is made.
   std::optional<std::filesystem::path> file = std::nullopt;

@@ -11,7 +11,7 @@ namespace tabwright::platform {
 [[nodiscard]] std::size_t cellsOf(std::string_view text);
 
 /// The text on one line that can do a terminal no harm: runs of white space and control characters become a blank.
-/// What no UTF-8 is becomes U+FFFD.
+/// Bytes that are no UTF-8 become U+FFFD.
 [[nodiscard]] std::string onOneLine(std::string_view text);
 
 /// The text with its line feeds and tabs, without other control characters.

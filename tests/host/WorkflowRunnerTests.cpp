@@ -4,8 +4,8 @@
 #include "host/workflow/WorkflowRunner.h"
 #include "support/ActionBench.h"
 
-#include <fmt/core.h>
 #include <boost/json/string.hpp>
+#include <fmt/core.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -18,9 +18,9 @@ namespace tabwright::host::workflow {
 /// The values that steps have given so far, by name.
 using Variables = std::map<std::string, boost::json::value, std::less<>>;
 
-/// What stands in `${…}`: a variable, and perhaps a way into its value. A member is a key of an object, or the index of
-/// an item of a list, from 0; "count" is the number of items of a list. A text that holds an object or a list as JSON,
-/// such as the result of JavaScript, can be gone into like these.
+/// The way that stands in `${…}`: a variable, and perhaps a way into its value. A member is a key of an object, or the
+/// index of an item of a list, from 0; "count" is the number of items of a list. A text that holds an object or a list
+/// as JSON, such as the result of JavaScript, can be gone into like these.
 struct Path {
   std::string variable;
   std::vector<std::string> members;
@@ -50,7 +50,7 @@ struct Expression {
   Place place;
 };
 
-/// Whether a variable can have that name: ASCII letters, digits, "_" and "-".
+/// True when a variable can have that name: ASCII letters, digits, "_" and "-".
 [[nodiscard]] bool isVariableName(std::string_view name);
 
 /// The expression of a text. Throws `Problem` for an opening `${` without its end, and for what can't be a path.
