@@ -14,6 +14,7 @@ _tabwright() {
   done < <("${words[1]}" complete "${(@)words[2,CURRENT]}" 2>/dev/null)
   (( ${#candidates} )) && _describe -V tabwright candidates
   if [[ -n $files ]]; then
+    compset -P '--*='
     compset -P @
     _files
   fi

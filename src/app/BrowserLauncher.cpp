@@ -1,10 +1,14 @@
 #include "app/BrowserLauncher.h"
 
+#include "app/BrowserReach.h"
 #include "devtools/Discovery.h"
 #include "intents/UsageError.h"
 #include "platform/FileFailure.h"
+#include "platform/Logger.h"
 #include "platform/linux/BaseDirectories.h"
 #include "platform/linux/BrowserExecutable.h"
+#include "platform/linux/FileDescriptor.h"
+#include "session/TrustedFolder.h"
 
 #include <fmt/core.h>
 
@@ -12,6 +16,7 @@
 #include <cerrno>
 #include <condition_variable>
 #include <csignal>
+#include <cstdint>
 #include <fcntl.h>
 #include <mutex>
 #include <optional>
@@ -34,6 +39,9 @@ using platform::RunningBrowser;
 constexpr std::string_view programSwitches[]{"browser-subprocess-path", "gpu-launcher",          "nacl-gdb",
                                              "plugin-launcher",         "ppapi-plugin-launcher", "renderer-cmd-prefix",
                                              "utility-cmd-prefix",      "zygote-cmd-prefix"};
+
+constexpr std::chrono::milliseconds patienceWithRunning{2000};
+constexpr std::uintmax_t roomForProfile = 16 << 20; // a new one takes 12 MB
 
 constexpr std::string_view blanks = " \t\n\v\f\r"; // which browsers take away around a word
 
@@ -89,7 +97,22 @@ std::vector<std::string> commandLineOf(const BrowserLaunch& launch, const std::f
   return words;
 }
 
+// The file for what the browser says; nowhere, when it can't be written.
+platform::FileDescriptor openLog(const std::filesystem::path& logFile) {
+  try {
+    platform::ensurePrivateFolder(logFile.parent_path());
+    platform::FileDescriptor log(::open(logFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+    if (log.isOpen())
+      return log;
+    throw platform::FileFailure("write", logFile, errno);
+  } catch (const platform::FileFailure& failure) {
+    platform::Logger("Browser").error("{}", failure.errorDescription());
+  }
+  return platform::FileDescriptor(::open("/dev/null", O_WRONLY | O_CLOEXEC));
+}
+
 pid_t spawnDetached(const std::vector<std::string>& words, const std::filesystem::path& logFile) {
+  const platform::FileDescriptor log = openLog(logFile);
   std::vector<char*> arguments;
   arguments.reserve(words.size() + 1);
   for (const std::string& word : words)
@@ -99,7 +122,7 @@ pid_t spawnDetached(const std::vector<std::string>& words, const std::filesystem
   posix_spawn_file_actions_t files;
   posix_spawn_file_actions_init(&files);
   posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-  posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, logFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  posix_spawn_file_actions_adddup2(&files, log.number(), STDOUT_FILENO);
   posix_spawn_file_actions_adddup2(&files, STDOUT_FILENO, STDERR_FILENO);
   posix_spawnattr_t attributes;
   posix_spawnattr_init(&attributes);
@@ -117,6 +140,18 @@ pid_t spawnDetached(const std::vector<std::string>& words, const std::filesystem
   return process;
 }
 
+bool accepts(const RunningBrowser& browser) {
+  return devtools::Discovery().endpoint(browser.profileDirectory, browser.process, browser.owner).has_value();
+}
+
+// A browser whose disk is full starts, and then waits for ever.
+void requireRoom(const BrowserLaunch& launch) {
+  if (!session::hasRoom(launch.profileDirectory.string(), roomForProfile))
+    throw NoBrowser(fmt::format("The disk with the profile {} is full: {} needs some {} MB there. Make room, and start "
+                                "it again.",
+                                launch.profileDirectory.string(), launch.facts->name, roomForProfile >> 20));
+}
+
 // Ends when the stop is requested, else after the interval.
 bool pause(std::chrono::milliseconds interval, const std::stop_token& stop) {
   std::mutex mutex;
@@ -127,10 +162,6 @@ bool pause(std::chrono::milliseconds interval, const std::stop_token& stop) {
 
 } // namespace
 
-bool accepts(const RunningBrowser& browser) {
-  return devtools::Discovery().endpoint(browser.profileDirectory, browser.process, browser.owner).has_value();
-}
-
 LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem::path& logFile,
                               std::chrono::seconds patience, const std::stop_token& stop) {
   requireHarmless(launch);
@@ -138,13 +169,19 @@ LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem
   if (!executable)
     throw NoBrowser(fmt::format("{} isn’t installed: none of its programs is on the PATH.", launch.facts->name));
   platform::ensurePrivateFolder(launch.profileDirectory);
-  platform::ensurePrivateFolder(logFile.parent_path());
 
   const std::optional<RunningBrowser> before = findRunning(launch);
+  if (before && reachOf(*before, patienceWithRunning).kind == BrowserReach::Kind::silent)
+    throw NoBrowser(fmt::format("{} already runs with the profile {}, but answers nothing: it is frozen, or very busy. "
+                                "Look at its windows, or end it (process {}) and start it again.",
+                                launch.facts->name, launch.profileDirectory.string(), before->process));
   if (before && launch.address.empty() && accepts(*before))
     return {.process = before->process, .wasRunning = true};
-  if (!before) // the port of an earlier run would only be in the way
-    std::filesystem::remove(launch.profileDirectory / "DevToolsActivePort");
+  if (!before) {
+    requireRoom(launch);
+    std::error_code ignored; // the port of an earlier run would only be in the way
+    std::filesystem::remove(launch.profileDirectory / "DevToolsActivePort", ignored);
+  }
 
   const pid_t spawned = spawnDetached(commandLineOf(launch, *executable), logFile);
   bool hasEnded = false;

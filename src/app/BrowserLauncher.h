@@ -13,7 +13,7 @@
 
 namespace tabwright::app {
 
-/// How a browser is to be started.
+/// The order to start a browser.
 struct BrowserLaunch {
   const platform::BrowserFacts* facts = nullptr;
   std::filesystem::path profileDirectory; ///< made with mode 0700 when it isn't there
@@ -38,15 +38,13 @@ private:
   std::string sentence_;
 };
 
-/// True for a running browser that can be driven, since remote debugging is on. Connects to nothing.
-[[nodiscard]] bool accepts(const platform::RunningBrowser& browser);
-
 /// Starts a browser in a session of its own, with remote debugging on and its output in `logFile`, and returns when it
 /// accepts connections. The browser outlives this process.
 ///
 /// Throws `UsageError` for an address that the browser would take for a switch, and for a switch that makes it run
 /// another program: whoever passes on words of others, such as an address behind "--", is not to run what they name.
-/// Throws NoBrowser when it isn't installed, ends at once, or accepts nothing within `patience`; it is not left running
+/// A log file that can't be written is done without. Throws NoBrowser when it isn't installed, has no room for its
+/// profile, ends at once, or accepts nothing within `patience`; it is not left running
 /// then. A requested stop ends the wait likewise.
 [[nodiscard]] LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem::path& logFile,
                                             std::chrono::seconds patience, const std::stop_token& stop);

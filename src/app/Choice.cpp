@@ -10,7 +10,6 @@
 
 #include <charconv>
 #include <string_view>
-#include <utility>
 
 namespace tabwright::app {
 namespace {
@@ -59,7 +58,7 @@ platform::Task<std::optional<std::string>> askForValue(const host::Catalogue& ca
   const std::string prompt = fmt::format("{} [1-{}]:", parameter->declaration().title.text(), choices->size());
   std::string question = resultView(*items, run.terminalWidth, additions) + prompt;
   for (;;) {
-    std::optional<std::string> answer = co_await caller.ask(std::exchange(question, prompt));
+    std::optional<std::string> answer = co_await caller.ask(question);
     if (!answer)
       co_return std::nullopt;
     const std::optional<std::size_t> number = numberIn(*answer);
@@ -67,6 +66,7 @@ platform::Task<std::optional<std::string>> askForValue(const host::Catalogue& ca
       co_return std::move(answer); // a reference
     if (number && *number >= 1 && *number <= choices->size())
       co_return boost::json::serialize((*choices)[*number - 1]);
+    question = fmt::format("A number from 1 to {}, please, or a reference.\n{}", choices->size(), prompt);
   }
 }
 

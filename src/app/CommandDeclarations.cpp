@@ -2,7 +2,11 @@
 // knows the parameters.
 #include "app/CommandDeclarations.h"
 
+#include "app/HelpFormatter.h"
+
 #include <CLI/CLI.hpp>
+
+#include <memory>
 
 namespace tabwright::app {
 namespace {
@@ -13,7 +17,7 @@ CLI::Option* operand(CLI::App& command, const char* kind, Value& value, const ch
   return command.add_option(kind, value, description)->type_name("");
 }
 
-// What stands behind an action's name is read later. “--help” there means the action, so the command has no flag of
+// The words behind an action's name are read later. “--help” there means the action, so the command has no flag of
 // that name, and takes it for its own only when no action is named.
 void takeTheRest(CLI::App& command) {
   command.set_help_flag();
@@ -158,6 +162,7 @@ void declareShells(CLI::App& program, Choices& choices) {
 void declareCommands(CLI::App& program, Choices& choices) {
   program.description("Drives a browser from outside: actions on its windows, tabs and pages, and AppleScript");
   program.name("tabwright");
+  program.formatter(std::make_shared<HelpFormatter>());
   program.set_version_flag("--version", "tabwright " TABWRIGHT_VERSION);
   program.add_option("--log-level", choices.logLevel, "Show on standard error what happens: debug, info or error")
       ->type_name("LEVEL");

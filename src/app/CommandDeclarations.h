@@ -11,7 +11,7 @@ class App;
 
 namespace tabwright::app {
 
-/// What the words of one command line choose.
+/// The choices that the words of one command line make.
 struct Choices {
   std::string logLevel;
   bool isJson = false;

@@ -19,18 +19,28 @@
 #include <span>
 #include <string_view>
 
-// What the words on the command line choose is run here, and its failure is told in words or as JSON, with the exit
-// code that belongs to it.
+// The command that the words on the command line choose is run here, and its failure is told in words or as JSON, with
+// the exit code that belongs to it.
 
 namespace tabwright::app {
 namespace {
 
-bool installLog(const std::string& levelName) {
-  platform::LogSinks sinks{.file = platform::defaultLogFile(), .fileLevel = platform::LogLevel::info};
-  if (!levelName.empty()) {
-    sinks.standardErrorLevel = platform::logLevelNamed(levelName);
+// The form of an action's error may stand behind its name.
+ReportForm reportForm(const Choices& choices) {
+  const bool isJson = choices.isJson || std::ranges::count(choices.run.parameters, "--json") > 0;
+  return isJson ? ReportForm::json : ReportForm::sentence;
+}
+
+bool installLog(const Choices& choices) {
+  platform::LogSinks sinks{.file = platform::defaultLogFile(),
+                           .fileLevel = platform::LogLevel::info,
+                           .onLoss = [form = reportForm(choices)](const std::string& sentence) {
+                             std::cerr << noticeReport({{"Log", "lost", {}}, sentence}, form);
+                           }};
+  if (!choices.logLevel.empty()) {
+    sinks.standardErrorLevel = platform::logLevelNamed(choices.logLevel);
     if (!sinks.standardErrorLevel) {
-      std::cerr << "There is no log level “" << levelName << "”: choose debug, info or error.\n";
+      std::cerr << "There is no log level “" << choices.logLevel << "”: choose debug, info or error.\n";
       return false;
     }
   }
@@ -39,16 +49,14 @@ bool installLog(const std::string& levelName) {
 }
 
 ExitCode report(const platform::Failure& failure, const Choices& choices) {
-  // Which form an action's error takes may stand behind its name.
-  const bool isJson = choices.isJson || std::ranges::count(choices.run.parameters, "--json") > 0;
-  const FailureReport report = commandReportOf(failure, isJson ? ReportForm::json : ReportForm::sentence);
+  const FailureReport report = commandReportOf(failure, reportForm(choices));
   std::cerr << report.text;
   return report.exitCode;
 }
 
 ExitCode perform(const Choices& choices) {
   try {
-    if (!installLog(choices.logLevel))
+    if (!installLog(choices))
       return ExitCode::wrongUse;
     const ExitCode code = choices.chosen();
     std::cout.flush();

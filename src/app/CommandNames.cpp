@@ -93,7 +93,7 @@ std::string helpOn(const std::string& word, const CLI::App& program) {
   if (word.empty()) // of the program itself: its own function speaks for the command that was parsed
     return program.get_formatter()->make_help(&program, program.get_name(), CLI::AppFormatMode::Normal);
   if (const CLI::App* command = commandNamed(program, word))
-    return command->help();
+    return command->help(program.get_name());
   const Composition composition;
   const std::vector<std::string> actions = composition.catalogue().names();
   if (std::ranges::none_of(actions, [&](const std::string& name) { return platform::equalIgnoringCase(name, word); }))

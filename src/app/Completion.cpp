@@ -3,6 +3,7 @@
 #include "app/Completion.h"
 
 #include "app/CommandDeclarations.h"
+#include "intents/EntityDeclaration.h"
 #include "intents/UsageError.h"
 #include "platform/StringCatalogue.h"
 #include "platform/TerminalCells.h"
@@ -23,6 +24,7 @@ using intents::ValueKind;
 using Words = std::span<const std::string>;
 
 constexpr std::string_view optionMark = "--";
+constexpr std::string_view saveFilesOption = "--save-files";
 
 // Sections may offer the same choice twice: a running browser is an installed one.
 void add(Completion& completion, std::string word, std::string_view meaning) {
@@ -75,6 +77,18 @@ bool isOption(const std::string& word) {
   return word.starts_with(optionMark) && word.size() > optionMark.size();
 }
 
+bool holdsFiles(const intents::ValueType& type) {
+  return type.kind == ValueKind::file ||
+         (type.kind == ValueKind::entity &&
+          std::ranges::any_of(type.entity->properties,
+                              [](const intents::PropertyDeclaration& property) { return holdsFiles(property.type); }));
+}
+
+void addLogLevels(Completion& completion, const std::string& before) {
+  for (const char* level : {"debug", "info", "error"})
+    add(completion, before + level, "");
+}
+
 // The parameters of an action, of which the words before the last were given already.
 Completion parameterCompletion(const CLI::App& command, const host::Catalogue& catalogue, const std::string& name,
                                Words given, const std::string& last, const CandidateSource& things) {
@@ -102,6 +116,11 @@ Completion parameterCompletion(const CLI::App& command, const host::Catalogue& c
       for (Candidate& candidate : completion.candidates)
         candidate.word.insert(0, last, 0, equals + 1);
     }
+    completion.takesFiles = last.starts_with(saveFilesOption) || last[equals + 1] == '@';
+    return completion;
+  }
+  if (!given.empty() && given.back() == saveFilesOption) {
+    completion.takesFiles = true;
     return completion;
   }
   if (waiting) {
@@ -115,6 +134,8 @@ Completion parameterCompletion(const CLI::App& command, const host::Catalogue& c
       add(completion, std::string(optionMark) + parameter->name(), parameter->declaration().title.text());
   }
   addOptions(completion, command);
+  if (holdsFiles(action->resultType()) && command.get_name() == "run")
+    add(completion, std::string(saveFilesOption), platform::localized("completion.saveFiles"));
   add(completion, "--help", platform::localized("completion.help"));
   return completion;
 }
@@ -155,6 +176,9 @@ Completion commandCompletion(const CLI::App& command, const host::Catalogue& cat
     return parameterCompletion(command, catalogue, *action, {action + 1, given.end()}, last, things);
   }
   Completion completion;
+  if (const CLI::Option* option = given.empty() ? nullptr : command.get_option_no_throw(given.back());
+      option && !option->get_positional() && option->get_items_expected_max() > 0)
+    return completion; // a value of it, such as NAME=VALUE
   if (operandWords < positionals.size() && !isOption(last))
     addOperand(completion, *command.get_parent(), positionals[operandWords]->get_name(true), catalogue);
   if (last.starts_with('-'))
@@ -173,8 +197,11 @@ Completion anyCompletion(const CLI::App& program, const host::Catalogue& catalog
   }
   Completion completion;
   if (!given.empty() && given.back() == "--log-level") {
-    for (const char* level : {"debug", "info", "error"})
-      add(completion, level, "");
+    addLogLevels(completion, "");
+    return completion;
+  }
+  if (last.starts_with("--log-level=")) {
+    addLogLevels(completion, "--log-level=");
     return completion;
   }
   if (last.starts_with('-')) {

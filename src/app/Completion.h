@@ -21,7 +21,7 @@ struct Candidate {
   friend bool operator==(const Candidate&, const Candidate&) = default;
 };
 
-/// What may stand in place of the last word.
+/// All that may stand in place of the last word.
 struct Completion {
   std::vector<Candidate> candidates;
   bool takesFiles = false; ///< names of files may stand there, too
@@ -30,7 +30,7 @@ struct Completion {
 /// The tabs or windows that there are, for a parameter of that type. Asked only where one may stand; may be empty.
 using CandidateSource = std::function<std::vector<Candidate>(const intents::ValueType& type)>;
 
-/// What may stand in place of the last of `words`, which are those behind the program's name; the last one is empty
+/// All that may stand in place of the last of `words`, which are those behind the program's name; the last one is empty
 /// when nothing of it has been typed. Only candidates that begin as the last word does. Commands and options come from
 /// the declared `program`; actions, parameters and choices from the catalogue; tabs and windows from `things`. Never
 /// throws for words that make no sense: nothing is offered for them.

@@ -34,7 +34,7 @@ namespace {
 
 using platform::BrowserFacts;
 
-/// Whether the browser is installed, or runs from somewhere else.
+/// True when the browser is installed, or runs from somewhere else.
 bool isHere(const BrowserFacts& facts) {
   const auto installed = platform::findInstalledBrowsers(platform::InstallationPlaces::ofThisProcess());
   return std::ranges::find(installed, &facts) != installed.end() || !platform::RunningBrowsers().find(facts).empty();

@@ -18,7 +18,7 @@ namespace tabwright::app {
 /// is destroyed are stopped.
 class Composition {
 public:
-  /// What a process that stays gives to its actions; all of it outlives the composition.
+  /// All that a process that stays gives to its actions; all of it outlives the composition.
   struct Lifecycle {
     shell::UserDefaultsManager& settings;
     actions::ShutdownScheduler& shutdown;

@@ -4,6 +4,7 @@
 #include "intents/UsageError.h"
 #include "intents/ValueError.h"
 #include "platform/TerminalCells.h"
+#include "platform/Whitespace.h"
 
 #include <boost/json/serialize.hpp>
 #include <boost/json/stream_parser.hpp>
@@ -75,6 +76,10 @@ GivenList listForEach(const intents::Intent& action, const host::ParameterTexts&
                                    parameters[lists[0].parameter].first, parameters[lists[1].parameter].first));
     if (lists.size() == 1)
       return std::move(lists.front());
+  }
+  for (const auto& [name, text] : parameters) {
+    if (platform::trimmingWhitespaceAndNewlines(text).starts_with('['))
+      throw UsageError(fmt::format("--each needs a list, and {} begins as one, but is no JSON.", name));
   }
   throw UsageError(fmt::format("--each needs a list: give one for a parameter of {}, such as --targetTab - behind a "
                                "pipe from GetListOfTabs.",

@@ -2,7 +2,7 @@
 
 namespace tabwright::app {
 
-/// What the process tells its caller, as documented in the manual.
+/// The result that the process tells its caller, as documented in the manual.
 enum class ExitCode : int {
   done = 0,
   failed = 1,    ///< the action or the script failed

@@ -24,6 +24,7 @@ constexpr Row rows[]{
     {"UsageError", "", ExitCode::wrongUse},
     {"NeedsValue", "", ExitCode::wrongUse},
     {"ValueError", "", ExitCode::wrongUse},
+    {"JSONFailure", "", ExitCode::wrongUse}, // only parameters are such documents
     {"InvalidWorkflow", "", ExitCode::wrongUse},
     {"NoBrowser", "", ExitCode::noBrowser},
     {"ScriptacularError", "browserNotFound", ExitCode::noBrowser},
@@ -36,17 +37,22 @@ constexpr Row rows[]{
 // Numbers by which a script says that an application isn't there: not running, connection lost, not authorised.
 constexpr int unreachableNumbers[]{-600, -609, -1743};
 
+// A browser that can't be found may be one that doesn't run, which that failure's own words don't tell, and those
+// beneath it no better.
+bool lacksAnyBrowser(const platform::Failure& failure) {
+  return failure.identity().caseName == "browserNotFound" && platform::RunningBrowsers().findAll().empty();
+}
+
+// The catalogue's sentences about files were worded for another system, so the words of the one at hand come first.
+bool isOfFiles(const platform::Failure& failure) {
+  return failure.cause() && failure.cause()->identity.type == "FileFailure";
+}
+
 } // namespace
 
-// A browser that can't be found may be one that doesn't run, which that failure's own words don't tell.
-std::string_view hintFor(const platform::Failure& failure) {
-  if (failure.identity().caseName != "browserNotFound")
-    return "";
-  for (const platform::BrowserFacts& facts : platform::browserTable) {
-    if (!platform::RunningBrowsers().find(facts).empty())
-      return "";
-  }
-  return "No supported browser is running now. “tabwright browser chromium” starts one.\n";
+std::string adviceFor(const platform::Failure& failure) {
+  return lacksAnyBrowser(failure) ? "No supported browser is running now. “tabwright browser chromium” starts one."
+                                  : host::causeLine(failure);
 }
 
 ExitCode exitCodeOf(const platform::Failure& failure) {
@@ -66,9 +72,14 @@ FailureReport reportOf(const platform::Failure& failure, ReportForm form) {
     report.text = boost::json::serialize(host::failureJson(failure)) + "\n";
     return report;
   }
-  report.text = failure.errorDescription() + "\n";
-  if (const std::string cause = host::causeLine(failure); !cause.empty())
-    report.text += cause + "\n";
+  const std::string sentence = failure.errorDescription() + "\n";
+  const std::string advice = adviceFor(failure);
+  if (advice.empty())
+    report.text = sentence;
+  else if (isOfFiles(failure) || advice != host::causeLine(failure))
+    report.text = advice + "\n" + sentence;
+  else
+    report.text = sentence + advice + "\n";
   return report;
 }
 
@@ -81,7 +92,7 @@ std::string noticeReport(const platform::Notice& notice, ReportForm form) {
 FailureReport commandReportOf(const platform::Failure& failure, ReportForm form) {
   FailureReport report = reportOf(failure, form);
   if (form == ReportForm::sentence)
-    report.text = "tabwright: " + std::string(hintFor(failure)) + report.text;
+    report.text.insert(0, "tabwright: ");
   return report;
 }
 

@@ -4,31 +4,29 @@
 #include "platform/Failure.h"
 
 #include <string>
-#include <string_view>
 
 namespace tabwright::app {
 
 enum class ReportForm { sentence, json };
 
-/// What to tell the caller of a failure: its exit code, and what goes to standard error.
+/// All that the caller is told of a failure: its exit code, and what goes to standard error.
 ///
-/// A sentence ends in a line feed, and its cause stands beneath it in another line; JSON is one line
-/// (`host::failureJson`).
+/// A sentence ends in a line feed, and has its advice in another line: beneath it, or above it where that is what helps
+/// first. JSON is one line (`host::failureJson`).
 struct FailureReport {
   ExitCode exitCode = ExitCode::failed;
   std::string text;
 };
 [[nodiscard]] FailureReport reportOf(const platform::Failure& failure, ReportForm form);
 
-/// The same as the command line words it: with the program's name before the sentence, and with what to do about a
-/// browser that isn't found in front of it.
+/// The same as the command line words it: with the program's name before the sentence.
 [[nodiscard]] FailureReport commandReportOf(const platform::Failure& failure, ReportForm form);
 
 /// A notice as it goes to standard error beside a success.
 [[nodiscard]] std::string noticeReport(const platform::Notice& notice, ReportForm form);
 
-/// That line alone: what to do about a failure, with its line feed; empty for most.
-[[nodiscard]] std::string_view hintFor(const platform::Failure& failure);
+/// That advice alone: what to do about a failure, or what lies beneath it; empty for most. Without a line feed.
+[[nodiscard]] std::string adviceFor(const platform::Failure& failure);
 
 /// The exit code alone: 2 for wrong use and missing values, 3 where no browser could be reached, else 1.
 [[nodiscard]] ExitCode exitCodeOf(const platform::Failure& failure);

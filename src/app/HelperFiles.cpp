@@ -1,7 +1,9 @@
 #include "app/HelperFiles.h"
 
 #include "platform/FileFailure.h"
+#include "platform/Logger.h"
 #include "platform/linux/BaseDirectories.h"
+#include "session/TrustedFolder.h"
 #include "tabwright_appResources.h"
 
 #include <fmt/core.h>
@@ -44,27 +46,59 @@ void writeFile(const std::filesystem::path& path, std::string_view content) {
     throw platform::FileFailure("write", path, errno);
 }
 
-} // namespace
+/// A folder of this process's own, gone in the end unless it was renamed.
+class Draft {
+public:
+  explicit Draft(const std::filesystem::path& parent) : folder_(parent / fmt::format(".draft-{}", ::getpid())) {
+    platform::ensurePrivateFolder(folder_);
+  }
+  ~Draft() {
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
+  }
+  Draft(const Draft&) = delete;
+  Draft& operator=(const Draft&) = delete;
 
-std::filesystem::path ensureHelperFiles() {
-  const std::filesystem::path parent = platform::dataHome() / "tabwright" / "helper";
+  [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
+
+private:
+  const std::filesystem::path folder_;
+};
+
+// The folder in `parent`, which is made where it is missing.
+std::filesystem::path ensureFilesIn(const std::filesystem::path& parent) {
   const std::filesystem::path folder = parent / fmt::format("{:016x}", hashOfFiles());
   std::error_code error;
   if (std::filesystem::is_directory(folder, error))
     return folder;
 
   platform::ensurePrivateFolder(parent);
-  const std::filesystem::path draft = parent / fmt::format(".draft-{}", ::getpid());
-  platform::ensurePrivateFolder(draft);
+  const Draft draft(parent);
   for (const auto& [name, content] : files)
-    writeFile(draft / name, content);
-  if (std::rename(draft.c_str(), folder.c_str()) != 0) {
+    writeFile(draft.folder() / name, content);
+  if (std::rename(draft.folder().c_str(), folder.c_str()) != 0) {
     const int reason = errno;
-    std::filesystem::remove_all(draft, error);
     if (!std::filesystem::is_directory(folder, error))
       throw platform::FileFailure("make", folder, reason);
   }
   return folder;
+}
+
+} // namespace
+
+std::filesystem::path ensureHelperFiles() {
+  try {
+    return ensureFilesIn(platform::dataHome() / "tabwright" / "helper");
+  } catch (const platform::FileFailure& failure) {
+    try {
+      const session::TrustedFolder trusted(session::runtimePath());
+      const std::filesystem::path folder = ensureFilesIn(std::filesystem::path(trusted.path()) / "helper");
+      platform::Logger("Helper").error("{}: {} is used instead", failure.errorDescription(), folder.string());
+      return folder;
+    } catch (const std::exception&) { // which is no better place, and not the one that the user knows
+    }
+    throw;
+  }
 }
 
 } // namespace tabwright::app

@@ -15,7 +15,7 @@ class HostService {
 public:
   virtual ~HostService() = default;
 
-  /// Whether a client of this version is served. Not when the host has ended its service for newcomers, which it does
+  /// True when a client of this version is served. Not when the host has ended its service for newcomers, which it does
   /// at once for a client that is newer than itself.
   [[nodiscard]] virtual bool serves(std::string_view clientVersion) = 0;
 };
@@ -40,7 +40,7 @@ public:
   /// Ends it and cancels what it has started.
   void end();
 
-  /// Whether it has sent a whole message yet.
+  /// True once it has sent a whole message.
   [[nodiscard]] bool hasSpoken() const;
 
 private:

@@ -6,6 +6,7 @@
 
 #include <boost/asio/post.hpp>
 #include <boost/asio/strand.hpp>
+#include <boost/system/system_error.hpp>
 
 #include <algorithm>
 #include <cerrno>
@@ -122,7 +123,12 @@ void HostServer::take(int socket) {
     return;
   }
   pause_.cancel();
-  connections_.emplace_back(asio::make_strand(surroundings_.pool), socket, surroundings_.catalogue, *this);
+  try {
+    connections_.emplace_back(asio::make_strand(surroundings_.pool), socket, surroundings_.catalogue, *this);
+  } catch (const boost::system::system_error& error) { // short of descriptors; the client comes again
+    log_.error("A connection can't be served: {}", error.what());
+    return;
+  }
   const auto connection = std::prev(connections_.end());
   connection->serve(
       [this, connection] { asio::post(surroundings_.mainActor, [this, connection] { hasEnded(connection); }); });

@@ -19,8 +19,8 @@
 
 namespace tabwright::app {
 
-/// Where the host is found: a listening Unix socket, and the lock that says there is a host. Both are given up
-/// together.
+/// The door at which the host is found: a listening Unix socket, and the lock that says there is a host. Both are given
+/// up together.
 struct HostDoor {
   platform::FileDescriptor socket;
   platform::FileDescriptor lock; ///< none where nobody else would serve at the same path
@@ -80,7 +80,7 @@ private:
   std::atomic<bool> isLeaving_ = false;
 };
 
-/// Whether version `a` is newer than `b`. Both are numbers with dots between; what isn't there or is no number counts
+/// True when version `a` is newer than `b`. Both are numbers with dots between; what isn't there or is no number counts
 /// as zero.
 [[nodiscard]] bool isNewer(std::string_view a, std::string_view b);
 

@@ -17,7 +17,7 @@ struct ParameterFile {
   std::string file;          ///< a path, or "-" for standard input
 };
 
-/// What stands behind an action's name on the command line: its parameters, and switches of the command itself.
+/// All that stands behind an action's name on the command line: its parameters, and switches of the command itself.
 struct ParameterArguments {
   host::ParameterTexts parameters;
   std::vector<ParameterFile> files; ///< those that are still to be read into the parameters

@@ -42,7 +42,7 @@ struct ActionRun {
 /// Throws `UsageError` when there is no action among them.
 [[nodiscard]] RunCommand runCommandIn(const std::vector<std::string>& words);
 
-/// Whether the words ask for JSON, also in place of an error's sentence.
+/// True when the words ask for JSON, also in place of an error's sentence.
 [[nodiscard]] bool wantsJson(const RunCommand& command);
 
 /// Reads the parameters, performs the action, and yields what goes to standard output: the result in the form asked

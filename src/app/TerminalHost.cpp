@@ -15,14 +15,23 @@ bool TerminalHost::isTerminal() {
   return ::isatty(STDIN_FILENO) == 1;
 }
 
+namespace {
+
+std::optional<std::string> nextLine() {
+  std::string line;
+  if (std::getline(std::cin, line))
+    return line;
+  std::cerr << '\n'; // what comes next doesn't go on behind the question
+  return std::nullopt;
+}
+
+} // namespace
+
 std::optional<std::string> TerminalHost::ask(const std::string& question) {
   if (!isTerminal())
     return std::nullopt;
   std::cerr << question << ' ' << std::flush;
-  std::string line;
-  if (!std::getline(std::cin, line))
-    return std::nullopt;
-  return line;
+  return nextLine();
 }
 
 platform::Task<std::optional<std::string>> TerminalHost::askInterruptibly(std::string question) {
@@ -33,10 +42,7 @@ platform::Task<std::optional<std::string>> TerminalHost::askInterruptibly(std::s
   input.assign(::dup(STDIN_FILENO));
   std::cerr << question << ' ' << std::flush;
   co_await input.async_wait(boost::asio::posix::stream_descriptor::wait_read, boost::asio::use_awaitable);
-  std::string line;
-  if (!std::getline(std::cin, line))
-    co_return std::nullopt;
-  co_return line;
+  co_return nextLine();
 }
 
 bool TerminalHost::isYes(const std::string& answer) {

@@ -20,7 +20,7 @@ public:
   /// `boost::system::system_error` of `operation_aborted`.
   [[nodiscard]] static platform::Task<std::optional<std::string>> askInterruptibly(std::string question);
 
-  /// Whether an answer is a consent: it begins with "y" or "j" in either case.
+  /// True for an answer that is a consent: it begins with "y" or "j" in either case.
   [[nodiscard]] static bool isYes(const std::string& answer);
 
   /// Every other answer is a refusal.

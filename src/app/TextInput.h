@@ -16,7 +16,7 @@ inline constexpr std::size_t longestText = std::size_t{64} << 20;
 [[nodiscard]] std::string readTextFile(const std::filesystem::path& path);
 [[nodiscard]] std::string readStandardInput();
 
-/// What is said of a file, or of standard input as "-", that can't be read: `operation` is "open" or "read", the number
+/// The sentence about a file, or standard input as "-", that can't be read: `operation` is "open" or "read", the number
 /// an errno value.
 [[nodiscard]] intents::UsageError unreadable(const std::string& operation, const std::string& file, int errorNumber);
 

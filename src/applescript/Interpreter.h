@@ -37,7 +37,7 @@ struct Surroundings {
 /// Bounds of a run: beyond them the script ends with an error of its own, never with a crash.
 struct RunLimits {
   std::size_t handlerDepth = 1000;   ///< error −2706
-  std::size_t valueBytes = 1u << 30; ///< one text or list grown beyond this: error −2707
+  std::size_t valueBytes = 1u << 28; ///< one text or list grown beyond this: error −108
   std::chrono::nanoseconds eventTimeout =
       std::chrono::seconds(120); ///< error −1712, unless `with timeout` says otherwise
   std::size_t steps = 0; ///< statements and expressions evaluated in all; beyond them −128. 0: as many as it takes

@@ -42,8 +42,10 @@ std::optional<std::string> askAtTerminal(const std::string& question) {
     const ssize_t count = ::read(STDIN_FILENO, &character, 1);
     if (count < 0 && errno == EINTR)
       continue;
-    if (count <= 0 && line.empty())
+    if (count <= 0 && line.empty()) {
+      static_cast<void>(writeText(STDERR_FILENO, "\n")); // what comes next doesn't go on behind the question
       return std::nullopt;
+    }
     if (count <= 0 || character == '\n')
       return line;
     line += character;

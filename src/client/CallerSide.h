@@ -5,9 +5,9 @@
 
 namespace tabwright::client {
 
-/// What the host leaves to the process that called it: its terminal, its files, its standard streams.
+/// All that the host leaves to the process that called it: its terminal, its files, its standard streams.
 
-/// What the host needs to know of the terminal.
+/// The facts of the terminal that the host needs.
 struct TerminalFacts {
   bool isInput = false;  ///< standard input is one: there is somebody to ask
   bool isOutput = false; ///< standard output is one

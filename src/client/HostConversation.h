@@ -6,7 +6,7 @@
 
 namespace tabwright::client {
 
-/// How a run through the host came out.
+/// The outcome of a run through the host.
 struct RunOutcome {
   enum class Kind {
     done,         ///< the host has answered: the other members are its answer

@@ -6,7 +6,7 @@ namespace tabwright::client {
 
 class RuntimeFolder;
 
-/// Where the full program `tabwright-host` is: beside the client, or in ../libexec/tabwright seen from there.
+/// The path of the full program `tabwright-host`: beside the client, or in ../libexec/tabwright seen from there.
 /// Throws HostUnavailable, with both places, when it is in neither.
 [[nodiscard]] std::string hostProgram(const std::string& programPath);
 

@@ -1,6 +1,6 @@
 #pragma once
 
-/// What the thin client `tabwright` and the background host agree on, beside JSON-RPC 2.0 in lines on a Unix socket
+/// The agreement of the thin client `tabwright` and the background host, beside JSON-RPC 2.0 in lines on a Unix socket
 /// (rpc/LineStream.h). Other programs speak the Model Context Protocol on the same socket and need none of this.
 ///
 /// The client connects and sends one request:
@@ -32,7 +32,7 @@ inline constexpr const char* read = "tabwright/read";
 inline constexpr int leavingError = -32010;
 } // namespace protocol
 
-/// How the host is started: "tabwright-host serve SOCKET", with two descriptors that it inherits. The socket listens
+/// The start of the host: "tabwright-host serve SOCKET", with two descriptors that it inherits. The socket listens
 /// at the path SOCKET already; the lock beside it, of the same name but for the ending, says that there is a host, and
 /// is held for its life. Whoever holds it may remove both, the socket first.
 namespace handover {

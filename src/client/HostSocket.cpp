@@ -64,7 +64,7 @@ sockaddr_un addressOf(const std::string& path) {
   return address;
 }
 
-/// What the system says to a caller where nobody listens, or not for long any more.
+/// True for an error that the system gives a caller where nobody listens, or not for long any more.
 bool isNobodyThere(int error) {
   return error == ENOENT || error == ECONNREFUSED || error == ECONNRESET;
 }

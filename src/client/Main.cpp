@@ -45,14 +45,14 @@ int fail(const char* type, const char* kind, const std::string& sentence, bool i
   return EXIT_FAILURE;
 }
 
-/// Whether a word names a file as only the calling process can open it, such as "@/dev/fd/63".
+/// True for a word that names a file as only the calling process can open it, such as "@/dev/fd/63".
 bool namesOwnDescriptor(std::string_view word) {
   const std::size_t equals = word.starts_with("--") ? word.find('=') : std::string_view::npos;
   const std::string_view value = equals == std::string_view::npos ? word : word.substr(equals + 1);
   return value.starts_with("@/dev/") || value.starts_with("@/proc/");
 }
 
-/// Whether the host can do what the words behind "run" say as this process would do it itself. Words that mean
+/// True when the host can do what the words behind "run" say as this process would do it itself. Words that mean
 /// something else where they stand only cost the way through the host.
 bool isForHost(const std::vector<std::string>& words) {
   std::size_t name = 0;

@@ -2,23 +2,12 @@
 
 #include "client/HostUnavailable.h"
 
-#include <unistd.h>
-
 namespace tabwright::client {
 namespace {
 
-std::string wantedPath() {
-  const std::string user = std::to_string(::geteuid());
-  if (const auto folder = session::sessionFolder())
-    return *folder + "/tabwright";
-  if (session::isOwnFolder("/run/user/" + user))
-    return "/run/user/" + user + "/tabwright";
-  return "/tmp/tabwright-" + user;
-}
-
 session::TrustedFolder wantedFolder() {
   try {
-    return session::TrustedFolder(wantedPath());
+    return session::TrustedFolder(session::runtimePath());
   } catch (const session::FolderRefused& refusal) {
     throw HostUnavailable(refusal.what());
   }

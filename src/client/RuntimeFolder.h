@@ -18,7 +18,7 @@ public:
   RuntimeFolder();
 
   [[nodiscard]] int descriptor() const noexcept { return folder_.descriptor(); }
-  /// Where a name in the folder is for everyone: as it is shown and handed on.
+  /// The path of a name in the folder for everyone: as it is shown and handed on.
   [[nodiscard]] std::string pathOf(const std::string& name) const { return folder_.path() + "/" + name; }
   /// A short path to the same name, valid in this process as long as this object lives.
   [[nodiscard]] std::string shortPathOf(const std::string& name) const;

@@ -6,6 +6,7 @@
 #include "host/ExampleCommands.h"
 #include "intents/EntityDeclaration.h"
 #include "platform/StringCatalogue.h"
+#include "platform/TerminalCells.h"
 
 #include <algorithm>
 
@@ -15,33 +16,6 @@ namespace {
 
 using intents::ParameterDeclaration;
 using intents::ValueKind;
-
-constexpr std::size_t lineWidth = 80;
-
-std::size_t characterCount(std::string_view utf8) {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(utf8, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
-}
-
-// The words of `text` in lines that begin with `indent` blanks.
-std::string wrapped(std::string_view text, std::size_t indent) {
-  const std::string margin(indent, ' ');
-  std::string lines;
-  std::string line;
-  for (std::size_t start = 0; start < text.size();) {
-    const std::size_t end = std::min(text.find(' ', start), text.size());
-    const std::string_view word = text.substr(start, end - start);
-    start = end + 1;
-    if (word.empty())
-      continue;
-    if (!line.empty() && indent + characterCount(line) + 1 + characterCount(word) > lineWidth) {
-      lines += margin + line + "\n";
-      line.clear();
-    }
-    line += (line.empty() ? "" : " ") + std::string(word);
-  }
-  return line.empty() ? lines : lines + margin + line + "\n";
-}
 
 const intents::SummaryRow& mainRow(const intents::Intent& action) {
   return action.summary().current();
@@ -63,7 +37,7 @@ std::string choicesOf(const ParameterDeclaration& declaration) {
       for (const intents::Option& option : section.options)
         texts += (texts.empty() ? "" : ", ") + option.text + " (" + option.title + ")";
       if (!texts.empty())
-        lines += wrapped(section.label + ": " + texts, 8);
+        lines += platform::wrapped(section.label + ": " + texts, 8);
     }
   }
   return lines;
@@ -72,7 +46,7 @@ std::string choicesOf(const ParameterDeclaration& declaration) {
 std::string parameterHelp(const intents::Intent& action, const intents::ParameterBase& parameter) {
   const ParameterDeclaration& declaration = parameter.declaration();
   std::string help = "  --" + declaration.name + " <" + captionOf(declaration.type) + ">\n";
-  help += wrapped(declaration.title.text() + ": " + declaration.description.text(), 6);
+  help += platform::wrapped(declaration.title.text() + ": " + declaration.description.text(), 6);
   help += choicesOf(declaration);
   if (action.isAlwaysNeeded(parameter))
     help += "      " + platform::localized("help.needed") + "\n";
@@ -88,7 +62,7 @@ std::string resultHelp(const intents::ValueType& type) {
   std::string names;
   for (const intents::PropertyDeclaration& property : type.entity->properties)
     names += (names.empty() ? "" : ", ") + std::string(property.name);
-  return help + wrapped(platform::localizedFormat("help.properties", {names}), 6);
+  return help + platform::wrapped(platform::localizedFormat("help.properties", {names}), 6);
 }
 
 std::string heading(std::string_view key) {
@@ -97,14 +71,15 @@ std::string heading(std::string_view key) {
 
 } // namespace
 
-std::string catalogueHelp(const Catalogue& catalogue) {
+std::string catalogueHelp(const Catalogue& catalogue, std::size_t lineWidth) {
   std::string help;
   std::size_t widest = 0;
   for (const std::string& name : catalogue.names())
     widest = std::max(widest, name.size());
   for (const std::string& name : catalogue.names()) {
     const auto action = catalogue.make(name);
-    help += name + std::string(widest - name.size() + 2, ' ') + sentenceOf(*action, mainRow(*action)) + "\n";
+    const std::string sentence = platform::wrapped(sentenceOf(*action, mainRow(*action)), widest + 2, lineWidth);
+    help += name + sentence.substr(name.size());
   }
   return help;
 }
@@ -113,14 +88,14 @@ std::string actionHelp(const Catalogue& catalogue, std::string_view name) {
   const auto action = catalogue.make(name);
   std::string help = action->name() + " - " + action->title().text() + "\n\n";
 
-  help += wrapped(sentenceOf(*action, mainRow(*action)), 2);
+  help += platform::wrapped(sentenceOf(*action, mainRow(*action)), 2);
   for (const intents::SummaryRow& row : action->summary().rows) {
     if (&row == &mainRow(*action))
       continue;
     const std::string sentence = sentenceOf(*action, row);
-    help += wrapped(row.when.empty() ? platform::localizedFormat("help.otherwise", {sentence})
-                                     : platform::localizedFormat("help.with", {conditionOf(row), sentence}),
-                    2);
+    help += platform::wrapped(row.when.empty() ? platform::localizedFormat("help.otherwise", {sentence})
+                                               : platform::localizedFormat("help.with", {conditionOf(row), sentence}),
+                              2);
   }
 
   help += heading("help.parameters");

@@ -2,12 +2,14 @@
 
 #include "host/Catalogue.h"
 
+#include <cstddef>
 #include <string>
 
 namespace tabwright::host {
 
-/// All actions, a line each: the name and what it does. Ends in a line feed.
-[[nodiscard]] std::string catalogueHelp(const Catalogue& catalogue);
+/// All actions: the name and what it does, in a line each unless that is longer than `lineWidth` cells. Ends in a line
+/// feed.
+[[nodiscard]] std::string catalogueHelp(const Catalogue& catalogue, std::size_t lineWidth = std::string::npos);
 
 /// One action in full, from its declaration: what it does for which choices, its parameters with types, meanings,
 /// choices and defaults, its result, and command lines that run as printed. Lines of at most 80 characters but for

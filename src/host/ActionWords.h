@@ -11,7 +11,7 @@ namespace tabwright::host {
 /// A summary's sentence with its fields as "<name>".
 [[nodiscard]] std::string sentenceOf(const intents::Intent& action, const intents::SummaryRow& row);
 
-/// What must hold for a form of the summary: "tabSelection specificTab". Empty for the form without condition.
+/// The condition of a form of the summary: "tabSelection specificTab". Empty for the form without condition.
 [[nodiscard]] std::string conditionOf(const intents::SummaryRow& row);
 
 /// The value that a parameter has as long as nobody gives one, as it would be given; empty when there is none.

@@ -27,7 +27,7 @@ ExampleCommand completed(intents::Intent& action, ParameterTexts chosen, Fill fi
   for (intents::ParameterBase* parameter : action.parameters()) {
     const std::string& text = parameter->declaration().example;
     const intents::SummaryRow& row = action.summary().current();
-    // What may be left out is missing only where the sentence needs it.
+    // A parameter that may be left out is missing only where the sentence needs it.
     const bool isMissing =
         !parameter->hasValue() && (parameter->declaration().presence == intents::Presence::required ||
                                    std::ranges::find(row.sentence, parameter) != row.sentence.end());

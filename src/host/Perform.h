@@ -13,7 +13,7 @@
 
 namespace tabwright::host {
 
-/// What an action gave back.
+/// The value that an action gave back.
 struct ActionResult {
   boost::json::value value; ///< null for nothing
   intents::ValueType type;

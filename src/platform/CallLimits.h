@@ -12,9 +12,9 @@
 
 namespace tabwright::platform {
 
-/// How and until when a blocking call may wait. A call that takes these ends by the deadline, and at once when a stop
-/// is requested; which failure it throws then is told beside the call.
-/// They also bring along whom to tell what the call's own answer doesn't.
+/// The manner and time in which a blocking call may wait. A call that takes these ends by the deadline, and at once
+/// when a stop is requested; which failure it throws then is told beside the call. They also bring along whom to tell
+/// what the call's own answer doesn't.
 struct CallLimits {
   std::chrono::steady_clock::time_point deadline = std::chrono::steady_clock::time_point::max();
   std::stop_token stop;

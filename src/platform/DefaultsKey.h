@@ -14,8 +14,8 @@
 
 namespace tabwright::platform {
 
-/// How a type is kept in the store: as itself, for the types of `DefaultsValue`. Other types specialise this with the
-/// same two functions; `from` gives nothing for a value that isn't of the type.
+/// The way in which a type is kept in the store: as itself, for the types of `DefaultsValue`. Other types specialise
+/// this with the same two functions; `from` gives nothing for a value that isn't of the type.
 template <class T>
 struct DefaultsCoding {
   static std::optional<T> from(const DefaultsValue& value) {

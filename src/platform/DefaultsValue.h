@@ -13,7 +13,7 @@ struct ForeignValue {
   bool operator==(const ForeignValue&) const = default;
 };
 
-/// What the store of settings holds under one name. Texts are UTF-8.
+/// The value that the store of settings holds under one name. Texts are UTF-8.
 using DefaultsValue =
     std::variant<ForeignValue, std::int64_t, double, bool, std::string, std::map<std::string, std::string>>;
 

@@ -8,7 +8,7 @@
 
 namespace tabwright::platform {
 
-/// What a program may ask of a failure, beside its sentence: which catalogue it is from, and which case.
+/// The facts that a program may ask of a failure, beside its sentence: which catalogue it is from, and which case.
 struct FailureIdentity {
   std::string type;          ///< the catalogue's name, such as "AppleScriptRuntimeError"
   std::string caseName;      ///< the case, such as "tabNotFound"

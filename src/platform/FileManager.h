@@ -34,7 +34,8 @@ public:
   /// The folder that the application may run scripts from; it is made when it isn't there.
   [[nodiscard]] virtual std::filesystem::path applicationScriptsFolder() = 0;
 
-  /// What lies at `path`, following links; nothing when nothing does or it can't be seen. Never throws for that.
+  /// The kind of what lies at `path`, following links; nothing when nothing does or it can't be seen. Never throws for
+  /// that.
   [[nodiscard]] virtual std::optional<FileKind> kindOfFile(const std::filesystem::path& path) = 0;
 
   /// Makes one folder, open to its owner alone; its parent must exist. Making one that exists already is no error, so

@@ -10,9 +10,10 @@
 #include <spdlog/sinks/rotating_file_sink.h>
 
 #include <algorithm>
-#include <cstdio>
+#include <atomic>
 #include <iostream>
 #include <memory>
+#include <utility>
 
 namespace tabwright::platform {
 namespace {
@@ -32,14 +33,23 @@ spdlog::level::level_enum spdlogLevel(LogLevel level) {
   return spdlog::level::err;
 }
 
-std::shared_ptr<spdlog::sinks::sink> fileSink(const std::filesystem::path& file) {
+using OnLoss = std::function<void(const std::string& reason)>;
+
+std::shared_ptr<spdlog::sinks::sink> fileSink(const std::filesystem::path& file, const OnLoss& onLoss) {
   try {
     ensurePrivateFolder(file.parent_path());
     return std::make_shared<spdlog::sinks::rotating_file_sink_mt>(file.string(), bytesPerFile, oldFiles);
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "tabwright: no log file: %s\n", error.what());
+    onLoss(error.what());
     return nullptr;
   }
+}
+
+OnLoss toldOnce(OnLoss told) {
+  return [told = std::move(told), isTold = std::make_shared<std::atomic_flag>()](const std::string& reason) {
+    if (!isTold->test_and_set() && told)
+      told("No log is kept: " + reason);
+  };
 }
 
 } // namespace
@@ -60,14 +70,16 @@ std::optional<LogLevel> logLevelNamed(std::string_view name) {
 
 void installLogSinks(const LogSinks& sinks) {
   LogLevel lowest = LogLevel::error;
+  const OnLoss onLoss = toldOnce(sinks.onLoss);
   const auto logger = std::make_shared<spdlog::logger>("tabwright");
+  logger->set_error_handler(onLoss);
   const auto add = [&](const std::shared_ptr<spdlog::sinks::sink>& sink, LogLevel level) {
     sink->set_level(spdlogLevel(level));
     logger->sinks().push_back(sink);
     lowest = std::min(lowest, level);
   };
   if (sinks.file) {
-    if (const auto sink = fileSink(*sinks.file))
+    if (const auto sink = fileSink(*sinks.file, onLoss))
       add(sink, sinks.fileLevel);
   }
   if (sinks.standardErrorLevel)

@@ -3,18 +3,23 @@
 #include "platform/Logger.h"
 
 #include <filesystem>
+#include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace tabwright::platform {
 
-/// Where the program's log goes. Nothing set: nowhere.
+/// The places that the program's log goes to. Nothing set: nowhere.
 struct LogSinks {
   /// A file that lines are added to; it is rotated at one megabyte, three old ones are kept. Its folder is made.
   std::optional<std::filesystem::path> file = std::nullopt;
   LogLevel fileLevel = LogLevel::debug;
   /// The lowest level that goes to standard error.
   std::optional<LogLevel> standardErrorLevel = std::nullopt;
+  /// Told why, once, when lines can't be written to the file: from the thread that logs, which must not log then. The
+  /// sentence has no full stop.
+  std::function<void(const std::string& sentence)> onLoss = nullptr;
 };
 
 /// `tabwright/tabwright.log` in the XDG state home.
@@ -23,8 +28,8 @@ struct LogSinks {
 /// The level of the name "debug", "info" or "error"; nothing for others.
 [[nodiscard]] std::optional<LogLevel> logLevelNamed(std::string_view name);
 
-/// Sends the log to these sinks from now on. A file that can't be opened is told on standard error and left out: a
-/// program runs without its log.
+/// Sends the log to these sinks from now on. A file that can't be opened is told to `onLoss` and left out: a program
+/// runs without its log.
 void installLogSinks(const LogSinks& sinks);
 
 } // namespace tabwright::platform

@@ -104,7 +104,7 @@ std::string utf8Of(std::string_view data) {
   return text;
 }
 
-/// What the parser calls. The names are the parser's.
+/// The calls of the parser. The names are the parser's.
 class Writer {
 public:
   static constexpr std::size_t max_object_size = static_cast<std::size_t>(-1);

@@ -3,6 +3,7 @@
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
+#include <algorithm>
 #include <cstdint>
 
 namespace tabwright::platform {
@@ -98,6 +99,27 @@ std::string fitted(std::string_view text, std::size_t cells) {
     result += text.substr(start, at - start);
   }
   return cells == 0 ? result : result.append(ellipsis);
+}
+
+std::string wrapped(std::string_view text, std::size_t indent, std::size_t width) {
+  std::string lines;
+  std::size_t used = 0; // of the last line, its indent included; 0 before there is one
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find(' ', start), text.size());
+    const std::string_view word = text.substr(start, end - start);
+    start = end + 1;
+    if (word.empty())
+      continue;
+    const std::size_t cells = cellsOf(word);
+    const bool isOnNext = used == 0 || used + 1 + cells > width;
+    if (isOnNext)
+      lines.append(used == 0 ? "" : "\n").append(indent, ' ');
+    else
+      lines += ' ';
+    used = (isOnNext ? indent : used + 1) + cells;
+    lines += word;
+  }
+  return lines.empty() ? lines : lines + "\n";
 }
 
 } // namespace tabwright::platform

@@ -11,7 +11,7 @@ namespace tabwright::platform {
 [[nodiscard]] std::size_t cellsOf(std::string_view text);
 
 /// The text on one line that can do a terminal no harm: runs of white space and control characters become a blank.
-/// What no UTF-8 is becomes U+FFFD.
+/// Bytes that are no UTF-8 become U+FFFD.
 [[nodiscard]] std::string onOneLine(std::string_view text);
 
 /// The text with its line feeds and tabs, without other control characters.
@@ -19,5 +19,9 @@ namespace tabwright::platform {
 
 /// As much of the text as fits into `cells`, with an ellipsis where something was left out.
 [[nodiscard]] std::string fitted(std::string_view text, std::size_t cells);
+
+/// The words of the text, which blanks part, in lines of no more than `width` cells that begin with `indent` blanks and
+/// end in line feeds. A longer word has a line of its own. No words: nothing.
+[[nodiscard]] std::string wrapped(std::string_view text, std::size_t indent, std::size_t width = 80);
 
 } // namespace tabwright::platform

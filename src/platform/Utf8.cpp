@@ -20,12 +20,16 @@ std::optional<std::size_t> malformedByte(std::string_view text) {
 }
 
 std::string wellFormed(std::string text) {
-  for (std::optional<std::size_t> bad = malformedByte(text); bad;) {
-    text.replace(*bad, 1, "\uFFFD");
-    const auto rest = malformedByte(std::string_view(text).substr(*bad));
-    bad = rest ? std::optional(*bad + *rest) : std::nullopt;
+  std::optional<std::size_t> bad = malformedByte(text);
+  if (!bad)
+    return text;
+  std::string result;
+  std::string_view rest = text;
+  for (; bad; bad = malformedByte(rest)) {
+    result.append(rest.substr(0, *bad)).append("\uFFFD");
+    rest.remove_prefix(*bad + 1);
   }
-  return text;
+  return result.append(rest);
 }
 
 } // namespace tabwright::platform

@@ -67,7 +67,8 @@ ReceivedMessage parsed(std::string_view line) {
   error_code error;
   boost::json::value message = boost::json::parse(line, error, {}, options);
   if (error)
-    return std::unexpected(RpcError(ErrorCode::parseError, "The line is no JSON: " + error.message() + "."));
+    return std::unexpected(UnreadableMessage{
+        RpcError(ErrorCode::parseError, "The line is no JSON: " + error.message() + "."), envelopeOf(line)});
   return message;
 }
 
@@ -87,16 +88,17 @@ public:
           continue;
         }
         if (line->size() > bounds_.message)
-          co_return tooLong();
+          co_return tooLong(*line);
         if (line->find_first_not_of(whiteSpace) != std::string::npos)
           co_return parsed(*line);
       }
       if (isSkipping_)
         forget();
       if (received_.size() - start_ > bounds_.message) {
+        ReceivedMessage refused = tooLong(std::string_view(received_).substr(start_));
         forget();
         isSkipping_ = true;
-        co_return tooLong();
+        co_return refused;
       }
       if (!co_await readMore())
         co_return std::nullopt;
@@ -169,9 +171,10 @@ private:
     start_ = searched_ = 0;
   }
 
-  [[nodiscard]] ReceivedMessage tooLong() const {
-    return std::unexpected(
-        RpcError(ErrorCode::invalidRequest, fmt::format("The message is longer than {} bytes.", bounds_.message)));
+  [[nodiscard]] ReceivedMessage tooLong(std::string_view begin) const {
+    return std::unexpected(UnreadableMessage{
+        RpcError(ErrorCode::invalidRequest, fmt::format("The message is longer than {} bytes.", bounds_.message)),
+        envelopeOf(begin)});
   }
 
   void write() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Task.h"
+#include "rpc/Envelope.h"
 #include "rpc/RpcError.h"
 
 #include <boost/json/value.hpp>
@@ -11,8 +12,14 @@
 
 namespace tabwright::rpc {
 
-/// What came from the other side: a JSON value, or the error that answers bytes which are none.
-using ReceivedMessage = std::expected<boost::json::value, RpcError>;
+/// Bytes that are no message, as far as they can be told: the error that answers them.
+struct UnreadableMessage {
+  RpcError error;
+  Envelope envelope = {};
+};
+
+/// What came from the other side: a JSON value, or bytes that are none.
+using ReceivedMessage = std::expected<boost::json::value, UnreadableMessage>;
 
 /// The messages to and from one peer, in order. Message borders are kept; what a message means is not looked at.
 ///

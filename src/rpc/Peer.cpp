@@ -141,7 +141,7 @@ private:
 
   void take(ReceivedMessage received) {
     if (!received)
-      return refuse(nullptr, received.error());
+      return takeUnreadable(received.error());
     json::object* message = received->if_object();
     if (!message)
       return refuse(nullptr, {ErrorCode::invalidRequest, "A message is an object; batches are not taken."});
@@ -192,6 +192,16 @@ private:
       return;
     const std::string key = "notification " + std::to_string(nextNotification_++);
     start(key, hear(handler->second, method, std::move(params)), std::make_shared<Running>());
+  }
+
+  // An answer that can't be read is one all the same: nobody waits for it any longer.
+  void takeUnreadable(const UnreadableMessage& message) {
+    const auto& [id, hasMethod] = message.envelope;
+    const auto found = !hasMethod && id.is_int64() ? waiting_.find(id.get_int64()) : waiting_.end();
+    if (found == waiting_.end())
+      return refuse(id, message.error);
+    found->second->error = message.error;
+    found->second->answered.cancel();
   }
 
   void takeAnswer(const json::object& message) {

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 #include <utility>
 
@@ -63,6 +64,24 @@ bool isOwnFolder(const std::string& path) {
 std::optional<std::string> sessionFolder() {
   const char* given = std::getenv("XDG_RUNTIME_DIR");
   return given && *given == '/' && isOwnFolder(given) ? std::optional<std::string>(given) : std::nullopt;
+}
+
+std::string runtimePath() {
+  const std::string user = std::to_string(::geteuid());
+  if (const auto folder = sessionFolder())
+    return *folder + "/tabwright";
+  if (isOwnFolder("/run/user/" + user))
+    return "/run/user/" + user + "/tabwright";
+  return "/tmp/tabwright-" + user;
+}
+
+bool hasRoom(const std::string& path, std::uintmax_t bytes) {
+  struct statvfs facts{};
+  if (::statvfs(path.c_str(), &facts) != 0)
+    return true;
+  // A file system without a bound has totals of 0.
+  const bool hasBlocks = facts.f_blocks == 0 || std::uintmax_t{facts.f_bavail} * facts.f_frsize >= bytes;
+  return hasBlocks && (facts.f_files == 0 || facts.f_favail > 0);
 }
 
 } // namespace tabwright::session

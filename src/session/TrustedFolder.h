@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -46,5 +47,14 @@ private:
 
 /// The same for any folder, following links.
 [[nodiscard]] bool isOwnFolder(const std::string& path);
+
+/// The path of the folder for what a session of this user's needs: `tabwright` in the session's folder, else in
+/// /run/user/UID, else /tmp/tabwright-UID. It needn't be there, and isn't to be trusted before a TrustedFolder of it is
+/// made.
+[[nodiscard]] std::string runtimePath();
+
+/// False when the file system of an existing path has less than `bytes` left, or room for no further file. What can't
+/// be told counts as room.
+[[nodiscard]] bool hasRoom(const std::string& path, std::uintmax_t bytes);
 
 } // namespace tabwright::session

@@ -22,8 +22,11 @@ std::vector<std::string> namesWithEnding(int folder, std::string_view ending) {
   std::vector<std::string> names;
   const int own = ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   const std::unique_ptr<DIR, CloseDirectory> directory(own < 0 ? nullptr : ::fdopendir(own));
-  if (!directory)
+  if (!directory) {
+    if (own >= 0)
+      ::close(own);
     return names;
+  }
   while (const dirent* entry = ::readdir(directory.get())) {
     if (std::string_view(entry->d_name).ends_with(ending))
       names.emplace_back(entry->d_name);

@@ -13,7 +13,8 @@ namespace tabwright::shell {
 /// Stands for the text of "What's New"; it changes with that text.
 inline constexpr std::string_view whatsNewChecksum = "67b4e7f3";
 
-/// What the main window shows. One per process, made on the main actor; its published values change there only.
+/// The state that the main window shows. One per process, made on the main actor; its published values change there
+/// only.
 class AppState {
 public:
   /// Asks the application once whether it is hidden. As its last step decides whether "What's New" is to be shown: yes

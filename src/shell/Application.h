@@ -12,16 +12,16 @@ class Application {
 public:
   virtual ~Application() = default;
 
-  /// Whether the process runs without showing itself, as one does that was started to serve an action.
+  /// True when the process runs without showing itself, as one does that was started to serve an action.
   [[nodiscard]] virtual bool isHidden() const = 0;
 
   /// The open windows, in the application's order; they belong to it and are valid until they are closed.
   [[nodiscard]] virtual std::vector<Window*> windows() const = 0;
 
-  /// Whether the window manager may gather windows as tabs of one.
+  /// True when the window manager may gather windows as tabs of one.
   virtual void setAllowsAutomaticWindowTabbing(bool isAllowed) = 0;
 
-  /// Who hears of start and end; it outlives the application. Null: nobody.
+  /// The one who hears of start and end; it outlives the application. Null: nobody.
   virtual void setDelegate(ApplicationDelegate* delegate) = 0;
 
   /// Quits: tells the delegate, then ends the process's work. Returns. Further calls do nothing.

@@ -9,7 +9,7 @@
 
 namespace tabwright::shell {
 
-/// How far a browser is with letting itself be driven, as tried by the setup.
+/// The point at which a browser is with letting itself be driven, as tried by the setup.
 enum class AssistiveAccessStatus {
   unknown,         ///< nothing known yet
   appNotInstalled, ///< the browser isn't installed
@@ -21,7 +21,7 @@ enum class AssistiveAccessStatus {
 /// The case's name, as it is stored.
 [[nodiscard]] std::string_view rawValue(AssistiveAccessStatus status);
 
-/// What is kept of one browser.
+/// All that is kept of one browser.
 struct BrowserState {
   AssistiveAccessStatus assistiveAccess = AssistiveAccessStatus::unknown;
   std::string version = "-"; ///< last told by a script; "-" for none yet

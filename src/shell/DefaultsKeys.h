@@ -29,7 +29,7 @@ struct DefaultsKeys {
   platform::DefaultsKey<std::string> lastReportedRelease;      ///< the last release whose launch was reported
   platform::DefaultsKey<std::string> seenWhatsNewWithChecksum; ///< which "What's New" was marked as read
   platform::DefaultsKey<BrowserStates> browserStates;
-  /// Whether the setup found each browser granted or not installed.
+  /// True when the setup found each browser granted or not installed.
   platform::DefaultsKey<bool> isAssistiveAccessGranted;
   /// From the full id of a window of Safari to the name that an action gave it.
   platform::DefaultsKey<std::map<std::string, std::string>> windowNames;

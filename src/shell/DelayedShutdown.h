@@ -21,7 +21,7 @@ public:
   /// From the start of the last action to the quit. No setting changes it.
   static constexpr std::chrono::milliseconds delay = std::chrono::seconds(120) + std::chrono::milliseconds(100);
 
-  /// What the timer works with. References and executors' contexts outlive the timer.
+  /// All that the timer works with. References and executors' contexts outlive the timer.
   struct Surroundings {
     const AppState& appState;
     Application& application;

@@ -26,7 +26,7 @@ namespace tabwright::shell {
 ///     mainLoop.run();
 class Main {
 public:
-  /// What the program runs on; all of it outlives the entry, and so do the threads that run the executors.
+  /// All that the program runs on; all of it outlives the entry, and so do the threads that run the executors.
   struct Surroundings {
     Application& application;
     platform::UserDefaults& defaults;

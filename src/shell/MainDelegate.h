@@ -13,10 +13,10 @@
 
 namespace tabwright::shell {
 
-/// What happens at the start of the process, in which order, and at its end. On the main actor.
+/// The order of the start of the process, and its end. On the main actor.
 class MainDelegate final : public ApplicationDelegate {
 public:
-  /// What the delegate works with; all of it outlives the delegate and what it has posted to the main actor.
+  /// All that the delegate works with; all of it outlives the delegate and what it has posted to the main actor.
   struct Surroundings {
     Application& application;
     const AppState& appState;

@@ -5,7 +5,7 @@
 
 namespace tabwright::shell {
 
-/// Where in the standard menus an entry goes.
+/// The place in the standard menus at which an entry goes.
 enum class MenuPlacement {
   appSettings,  ///< in place of the settings item of the application's menu
   newItem,      ///< in place of the items of the File menu that open something new
@@ -14,7 +14,7 @@ enum class MenuPlacement {
   afterAppInfo, ///< behind the item of the application's menu that tells about it
 };
 
-/// What choosing a menu command does.
+/// The effect of choosing a menu command.
 enum class MenuAction {
   none,            ///< a placement that is emptied; there is no command
   showMainWindow,  ///< `Varn::Windows::showMainWindow`

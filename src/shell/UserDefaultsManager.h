@@ -18,7 +18,7 @@ namespace tabwright::shell {
 /// behind. Each is one read-change-write step that no other interrupts, in this process or another.
 ///
 /// Safe to use from any thread. Nothing throws and nothing is reported but to the log, see `platform::UserDefaults`.
-/// What actions and scripts call returns without waiting for the disk. `store` and `keys` outlive this.
+/// The functions that actions and scripts call return without waiting for the disk. `store` and `keys` outlive this.
 class UserDefaultsManager final : public actions::CallCounter,
                                   public actions::WindowNames,
                                   public engine::BrowserVersionStore {

@@ -10,7 +10,7 @@ class Window;
 
 /// The namespace of facts and helpers that belong to the program as a whole.
 struct Varn {
-  /// What the program is. Set when it is built; the same for the process's life.
+  /// The facts of the program. Set when it is built; the same for the process's life.
   struct App {
     enum class CurrentBuild { Preview, Development, Beta, Production };
     /// The channel of this build: its environment in crash reports, its news and its update feed follow from it.

@@ -5,7 +5,7 @@
 
 namespace tabwright::shell {
 
-/// What the main window's `identifier()` is.
+/// The main window's `identifier()`.
 inline constexpr std::string_view mainWindowIdentifier = "main";
 
 /// A window of the program's own. On the main actor only.

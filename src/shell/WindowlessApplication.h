@@ -7,7 +7,7 @@
 
 namespace tabwright::shell {
 
-/// Who started the process.
+/// The starter of the process.
 enum class Launch {
   hidden, ///< an action that wanted to run: the process quits by itself
   byUser, ///< the user: it stays until the user quits it

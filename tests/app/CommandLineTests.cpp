@@ -1,4 +1,5 @@
 // What a user sees of the program itself, without any browser: each test runs the executable.
+#include "platform/TerminalCells.h"
 #include "support/CommandRun.h"
 #include "support/ScratchFolder.h"
 
@@ -9,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <initializer_list>
+#include <sstream>
 #include <utility>
 
 namespace tabwright {
@@ -70,6 +72,8 @@ TEST_F(CommandLine, refusesWithTheReasonOnStandardError) {
            {{"--log-level", "info", "clickelement"}, 2, "“clickelement” is an action: tabwright run ClickElement"},
            {{"help", "ClikElement"}, 2, "Did you mean ClickElement?"},
            {{"manual", "ClikElement"}, 2, "Did you mean ClickElement?"},
+           {{"run", "SetFormFields", "--targetContext", "chromium", "--inputDict", "{x"}, 2, "JSON document inputDict"},
+           {{"run", "OpenInTab", "--newURL", "[x", "--each"}, 2, "newURL begins as one, but is no JSON"},
            {{"run", "CloseTab", "--targetTab", "[]"}, 2, "the list given for it is empty"},
            {{"run", "CloseTab", "--targetTab", "[1, 2]"}, 2, "With --each behind it, CloseTab runs for each of them."},
            {{"run", "CloseTab", "--targetTab", "{}\n{}\n"}, 2, "a list of 2 was given. With --each"},
@@ -132,6 +136,17 @@ TEST_F(CommandLine, tellsANewcomerWhereToBegin) {
   EXPECT_THAT(outcome.output, HasSubstr("tabwright browser chromium"));
   EXPECT_THAT(outcome.output, ::testing::ContainsRegex("No browser is running|is running"));
   EXPECT_EQ(tabwright({"help"}).output, tabwright({"--help"}).output);
+}
+
+TEST_F(CommandLine, showsHelpThatFitsATerminalAndCanBeCopied) {
+  for (const std::string command : {"", "run", "script", "actions", "applescript", "workflow", "markdown", "browser",
+                                    "mcp", "completion", "manual", "help"}) {
+    const std::string help = tabwright({"help", command}).output;
+    EXPECT_THAT(help, HasSubstr("\nUsage: tabwright " + command));
+    std::istringstream lines(help);
+    for (std::string line; std::getline(lines, line);)
+      EXPECT_LE(platform::cellsOf(line), 80u) << line;
+  }
 }
 
 TEST_F(CommandLine, checksSyntaxWithoutRunning) {

@@ -45,6 +45,8 @@ TEST_F(CompletionOfWords, OffersCommandsThenActionsThenParameters) {
   EXPECT_THAT(candidates({"script", "GetListOfT"}), ElementsAre("GetListOfTabs"));
   EXPECT_THAT(candidates({"run", "ClickElement", "--css"}), ElementsAre("--cssSelector"));
   EXPECT_THAT(candidates({"run", "clickelement", "--j"}), ElementsAre("--json"));
+  EXPECT_THAT(candidates({"run", "GetDetailsOfTab", "--s"}), ElementsAre("--save-files"));
+  EXPECT_THAT(candidates({"run", "ClickElement", "--s"}), IsEmpty());
 }
 
 TEST_F(CompletionOfWords, LeavesOutWhatWasGiven) {
@@ -87,6 +89,10 @@ TEST_F(CompletionOfWords, KnowsTheOperandsOfEachCommand) {
   EXPECT_THAT(candidates({"completion", ""}), ElementsAre("bash", "zsh", "fish"));
   EXPECT_TRUE(completion({"applescript", ""}).takesFiles);
   EXPECT_FALSE(completion({"actions", ""}).takesFiles);
+  EXPECT_TRUE(completion({"run", "GetDetailsOfTab", "--save-files", ""}).takesFiles);
+  EXPECT_TRUE(completion({"run", "GetDetailsOfTab", "--save-files=x"}).takesFiles);
+  EXPECT_FALSE(completion({"workflow", "--set", ""}).takesFiles);
+  EXPECT_THAT(candidates({"--log-level=d"}), ElementsAre("--log-level=debug"));
 }
 
 TEST_F(CompletionOfWords, OffersNothingForWordsWithoutSense) {

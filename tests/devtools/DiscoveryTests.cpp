@@ -1,12 +1,18 @@
 #include "devtools/Discovery.h"
+#include "devtools/PortLook.h"
 #include "support/ProcessTree.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <fstream>
+#include <netinet/in.h>
 #include <string>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace tabwright::devtools {
@@ -130,6 +136,36 @@ TEST_F(DiscoveryTest, DoesNotBelieveAFileThatCouldBeAnybodys) {
     EXPECT_EQ(fault(), DiscoveryFault::untrusted);
     EXPECT_TRUE(find(12345)) << "unless the browser is that user's";
   }
+}
+
+TEST(LookAtPort, TellsAFrozenBrowserFromOneThatSpeaksHTTPOrDoesNot) {
+  using namespace std::chrono_literals;
+  const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t length = sizeof address;
+  ASSERT_EQ(::bind(listener, reinterpret_cast<const sockaddr*>(&address), length), 0);
+  ASSERT_EQ(::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length), 0);
+  const auto port = ntohs(address.sin_port);
+  EXPECT_EQ(lookAtPort(port, 10s), PortAnswer::other); // nobody listens yet
+  ASSERT_EQ(::listen(listener, 4), 0);
+  EXPECT_EQ(lookAtPort(port, 50ms), PortAnswer::silence);
+  ::close(::accept(listener, nullptr, nullptr)); // the one that was not answered
+  for (const auto& [answer, expected] : {std::pair(std::string("HTTP/1.1 404"), PortAnswer::http),
+                                         std::pair(std::string("SSH-2.0"), PortAnswer::other)}) {
+    std::thread answering([&] {
+      const int socket = ::accept(listener, nullptr, nullptr);
+      static_cast<void>(::send(socket, answer.data(), answer.size(), MSG_NOSIGNAL));
+      char question[16];
+      while (::recv(socket, question, sizeof question, 0) > 0) {
+      }
+      ::close(socket);
+    });
+    EXPECT_EQ(lookAtPort(port, 10s), expected);
+    answering.join();
+  }
+  ::close(listener);
 }
 
 } // namespace tabwright::devtools

@@ -4,6 +4,7 @@
 #include "host/workflow/WorkflowRunner.h"
 #include "support/ActionBench.h"
 
+#include <boost/json/string.hpp>
 #include <fmt/core.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -215,6 +216,16 @@ TEST_F(WorkflowRun, TellsOfValuesThatAreNotThere) {
   EXPECT_EQ(failureOf(step("  - if: ''\n    then: [{set: {y: 1}}]\n  - print: ${y}")),
             "5: print failed: ${y} has no value: the step that gives it has not run.");
   EXPECT_THAT(recorder.lines, IsEmpty());
+}
+
+TEST(WorkflowValues, AreBoundedAsAWholeSinceStepsThatGoRoundCouldDoubleThem) {
+  const Variables variables{{"t", boost::json::value(boost::json::string(100, 'x'))}};
+  const Expression twice = textExpression("${t}${t}", {});
+  const Expression list{Expression::List{{textExpression("${t}", {}), textExpression("${t}", {})}}, {}};
+  for (const Expression& doubled : {twice, list}) {
+    EXPECT_NO_THROW(static_cast<void>(evaluate(doubled, variables, 300)));
+    EXPECT_THROW(static_cast<void>(evaluate(doubled, variables, 199)), Problem);
+  }
 }
 
 } // namespace

@@ -63,11 +63,17 @@ TEST_F(LoggerTest, AddsLinesToAFileOfTheStateHome) {
               testing::ContainsRegex("^\\[[-0-9: .]+\\] \\[info\\] \\[Category\\] \\{\\} loud\n$"));
 }
 
-TEST_F(LoggerTest, RunsWithoutAFileThatCannotBeOpened) {
-  testing::internal::CaptureStderr();
-  installLogSinks({.file = "/dev/null/tabwright.log"});
-  EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("no log file: Couldn't make the folder"));
+TEST_F(LoggerTest, TellsOnceThatItsFileCannotBeWritten) {
+  std::vector<std::string> losses;
+  const auto onLoss = [&losses](const std::string& sentence) { losses.push_back(sentence); };
+  installLogSinks({.file = "/dev/null/tabwright.log", .onLoss = onLoss});
   EXPECT_FALSE(log.isOn(LogLevel::error));
+  installLogSinks({.file = "/dev/full", .onLoss = onLoss});
+  log.error("a");
+  log.error("b");
+  setLogReceiver(LogLevel::error, {});
+  EXPECT_THAT(losses, testing::ElementsAre(testing::HasSubstr("No log is kept: Couldn't make the folder"),
+                                           testing::HasSubstr("No space left on device")));
 }
 
 TEST(LogLevelNamed, KnowsThreeNames) {

@@ -1,5 +1,6 @@
 #include "platform/FileFailure.h"
 #include "platform/linux/PosixFileManager.h"
+#include "session/TrustedFolder.h"
 #include "support/Environment.h"
 #include "support/ScratchFolder.h"
 
@@ -7,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <fstream>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -62,6 +64,12 @@ TEST_F(PosixFileManagerTest, RemovesFilesThatNobodyHolds) {
   for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
     names.push_back(entry.path().filename());
   EXPECT_THAT(names, testing::UnorderedElementsAre("held.lock", "held.socket", "other"));
+}
+
+TEST_F(PosixFileManagerTest, KnowsWhetherThereIsRoom) {
+  EXPECT_TRUE(session::hasRoom(folder.path(), 1));
+  EXPECT_FALSE(session::hasRoom(folder.path(), UINTMAX_MAX));
+  EXPECT_TRUE(session::hasRoom("/proc", 1)); // it has no sizes
 }
 
 TEST_F(PosixFileManagerTest, NamesOperationPathAndReasonOfAFailure) {

@@ -57,7 +57,7 @@ struct Sockets {
 };
 
 /// What the stream makes of the bytes when they come in pieces of that size, and then end: each message as JSON, each
-/// error as its code.
+/// error as its code, and the id that it answers where one could be told.
 std::vector<std::string> received(std::string_view bytes, std::size_t pieceSize) {
   Sockets sockets;
   std::vector<std::string> messages;
@@ -68,8 +68,15 @@ std::vector<std::string> received(std::string_view bytes, std::size_t pieceSize)
   });
   const auto reading = [&]() -> Task<void> {
     LineStream stream = sockets.lineStream(co_await asio::this_coro::executor);
-    while (auto message = co_await stream.receive())
-      messages.push_back(*message ? boost::json::serialize(**message) : std::to_string(message->error().code()));
+    while (auto message = co_await stream.receive()) {
+      if (!*message) {
+        const auto& [error, envelope] = message->error();
+        messages.push_back(std::to_string(error.code()) +
+                           (envelope.id.is_null() ? "" : " " + boost::json::serialize(envelope.id)));
+      } else {
+        messages.push_back(boost::json::serialize(**message));
+      }
+    }
   };
   runTask(reading());
   writer.join();
@@ -86,6 +93,20 @@ TEST(LineStreamTests, cutsBytesIntoMessages) {
       R"({"a":1})", "[2]", "-32700", "-32700", "-32600", "-32700", "-32600", longest, "\"ä\xf0\x9f\x90\x8b\""};
   for (const std::size_t pieceSize : {std::size_t{1}, std::size_t{7}, std::size_t{99}, bytes.size()})
     EXPECT_EQ(received(bytes, pieceSize), expected) << "in pieces of " << pieceSize;
+}
+
+TEST(LineStreamTests, tellsWhichRequestCouldNotBeRead) {
+  const std::vector<std::pair<std::string, std::string>> rows{
+      {R"({"jsonrpc":"2.0", "id" : 7 ,"method":"m","params":{"a":"\ud800"}})", "-32700 7"},
+      {R"({"params":{"id":1,"b":["\"id\":2", {"id":3}],"a":"\udc00"},"method":"m","id":"x,}"})", "-32700 \"x,}\""},
+      {R"({"id":"\ud800","method":"m"})", "-32700"},
+      {R"({"id":{"id":1},"method":"\ud800"})", "-32700"},
+      {R"([{"id":1,"method":"\ud800"}])", "-32700"},
+      {R"({"id":12)", "-32700"},
+      {R"({"id":4,"long":")" + std::string(300, 'x') + "\"}", "-32600 4"},
+  };
+  for (const auto& [line, answer] : rows)
+    EXPECT_EQ(received(line + "\n", 20), std::vector{answer}) << line;
 }
 
 TEST(LineStreamTests, refusesNestingBeyondItsBound) {

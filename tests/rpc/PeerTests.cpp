@@ -205,6 +205,13 @@ TEST_F(PeerTests, asksTheOtherSide) {
     theirs_->sendText(R"({"jsonrpc":"2.0","id":3,"result":"too late"})");
     theirs_->sendText(R"({"jsonrpc":"2.0","id":10,"method":"echo"})");
     EXPECT_EQ(co_await receive(), R"({"jsonrpc":"2.0","id":10,"result":{}})");
+
+    theirs_->sendText(R"({"jsonrpc":"2.0","id":11,"method":"ask"})");
+    EXPECT_EQ(co_await receive(), R"({"jsonrpc":"2.0","id":4,"method":"question","params":{}})");
+    theirs_->sendUnreadable({.id = 4, .hasMethod = true}); // a request of theirs, which has numbers of its own
+    EXPECT_EQ(co_await receive(), R"({"jsonrpc":"2.0","id":4,"error":{"code":-32700,"message":"no JSON"}})");
+    theirs_->sendUnreadable({.id = 4});
+    EXPECT_EQ(co_await receive(), R"({"jsonrpc":"2.0","id":11,"error":{"code":-32700,"message":"no JSON"}})");
   });
 }
 

@@ -43,7 +43,10 @@ public:
 
   void send(const boost::json::value& message) override { put(message); }
   void sendText(std::string_view text) { put(boost::json::parse(text)); }
-  void sendUnreadable() { put(std::unexpected(rpc::RpcError(rpc::ErrorCode::parseError, "no JSON"))); }
+  void sendUnreadable(rpc::Envelope envelope = {}) {
+    put(std::unexpected(
+        rpc::UnreadableMessage{rpc::RpcError(rpc::ErrorCode::parseError, "no JSON"), std::move(envelope)}));
+  }
 
   platform::Task<void> flush(std::chrono::nanoseconds) override { co_return; }
 

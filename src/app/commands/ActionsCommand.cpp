@@ -1,5 +1,6 @@
 #include "app/Composition.h"
 #include "app/commands/Commands.h"
+#include "client/CallerSide.h"
 #include "host/ActionHelp.h"
 #include "host/CatalogueDocument.h"
 #include "host/JsonSchema.h"
@@ -41,7 +42,10 @@ ExitCode actions(const ActionsCommand& command) {
       std::cout << boost::json::serialize(list) << '\n';
     return ExitCode::done;
   }
-  std::cout << (command.name ? host::actionHelp(catalogue, *command.name) : host::catalogueHelp(catalogue));
+  const client::TerminalFacts terminal = client::terminalFacts();
+  std::cout << (command.name        ? host::actionHelp(catalogue, *command.name)
+                : terminal.isOutput ? host::catalogueHelp(catalogue, static_cast<std::size_t>(terminal.width))
+                                    : host::catalogueHelp(catalogue));
   return ExitCode::done;
 }
 

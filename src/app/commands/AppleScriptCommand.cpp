@@ -5,7 +5,6 @@
 #include "app/TextInput.h"
 #include "app/commands/Commands.h"
 #include "applescript/Interpreter.h"
-#include "host/FailureWords.h"
 #include "intents/UsageError.h"
 #include "platform/Utf8.h"
 
@@ -59,8 +58,8 @@ ExitCode appleScript(const AppleScriptCommand& command) {
     return ExitCode::done;
   } catch (const ScriptError& error) {
     std::cerr << placed(error, source, name);
-    if (const std::string cause = host::causeLine(error); !cause.empty())
-      std::cerr << cause << '\n';
+    if (const std::string advice = adviceFor(error); !advice.empty())
+      std::cerr << advice << '\n';
     return exitCodeOf(error);
   }
 }

@@ -15,7 +15,7 @@ class App;
 /// `Interrupted` when a signal ended them.
 namespace tabwright::app {
 
-/// Whether a result is written for a person or for a program. Nothing given: for a person on a terminal.
+/// The reader for whom a result is written: a person or a program. Nothing given: for a person on a terminal.
 enum class OutputForm { automatic, json };
 
 struct RunCommand {

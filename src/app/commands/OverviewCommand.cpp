@@ -1,14 +1,18 @@
-// Nothing is started and nothing connected to: the process table and the browsers' own files tell.
-#include "app/BrowserLauncher.h"
+// Nothing is started: the process table, the browsers' own files and a question at their ports tell.
+#include "app/BrowserReach.h"
 #include "app/commands/Commands.h"
 #include "platform/BrowserTable.h"
+#include "platform/TerminalCells.h"
 
 #include <fmt/core.h>
 
-#include <algorithm>
+#include <chrono>
+#include <future>
 #include <iostream>
+#include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tabwright::app {
@@ -27,25 +31,55 @@ constexpr Row firstCommands[]{
     {"tabwright help", "shows all commands"},
 };
 
-std::string statusOfBrowsers() {
-  const std::vector<platform::RunningBrowser> browsers = platform::RunningBrowsers().findAll();
-  std::string status;
-  bool isAnyReachable = false;
-  for (const platform::BrowserFacts& facts : platform::browserTable) {
-    const auto isOfKind = [&](const platform::RunningBrowser& browser) { return browser.facts == &facts; };
-    if (std::ranges::none_of(browsers, isOfKind))
-      continue;
-    const bool isReachable = std::ranges::any_of(
-        browsers, [&](const platform::RunningBrowser& browser) { return isOfKind(browser) && accepts(browser); });
-    isAnyReachable = isAnyReachable || isReachable;
-    status += isReachable ? fmt::format("{} is running and can be driven.\n", facts.name)
-                          : fmt::format("{} is running, but not with remote debugging: open "
-                                        "chrome://inspect/#remote-debugging in it and\nswitch it on.\n",
-                                        facts.name);
+constexpr std::chrono::milliseconds patience{800}; // with all of them, who are looked at together
+
+std::string sentenceOf(const platform::BrowserFacts& facts, const BrowserReach& reach) {
+  switch (reach.kind) {
+  case BrowserReach::Kind::drivable:
+    return fmt::format("{} is running and can be driven.", facts.name);
+  case BrowserReach::Kind::silent:
+    return fmt::format("{} is running, but answers nothing: it is frozen, or very busy. Look at its windows, or end it "
+                       "and start it again.",
+                       facts.name);
+  case BrowserReach::Kind::broken:
+    return fmt::format("{} is running, but can’t be reached at its debugging port: {}. End it and start it again.",
+                       facts.name, reach.detail);
+  case BrowserReach::Kind::debuggingOff:
+    break;
   }
-  if (browsers.empty())
+  return fmt::format("{} is running, but not with remote debugging: open chrome://inspect/#remote-debugging in it and "
+                     "switch it on.",
+                     facts.name);
+}
+
+std::string statusOfBrowsers() {
+  struct Look {
+    const platform::BrowserFacts* facts;
+    std::future<BrowserReach> reach;
+  };
+  std::vector<Look> looks;
+  for (const platform::RunningBrowser& browser : platform::RunningBrowsers().findAll())
+    looks.push_back({browser.facts, std::async(std::launch::async, reachOf, browser, patience)});
+  if (looks.empty())
     return "No browser is running that can be driven: “tabwright browser chromium” starts one.\n";
-  return status + (isAnyReachable ? "" : "Or start one with a profile of its own: tabwright browser chromium\n");
+  // Of several of one kind the one that is reached best counts.
+  std::map<const platform::BrowserFacts*, BrowserReach> best;
+  for (Look& look : looks) {
+    BrowserReach reach = look.reach.get();
+    const auto [place, isFirst] = best.try_emplace(look.facts, reach);
+    if (!isFirst && reach.kind < place->second.kind)
+      place->second = std::move(reach);
+  }
+  std::string status;
+  bool isAnyDrivable = false;
+  for (const platform::BrowserFacts& facts : platform::browserTable) {
+    const auto found = best.find(&facts);
+    if (found == best.end())
+      continue;
+    status += platform::wrapped(sentenceOf(facts, found->second), 0);
+    isAnyDrivable = isAnyDrivable || found->second.kind == BrowserReach::Kind::drivable;
+  }
+  return status + (isAnyDrivable ? "" : "Or start one with a profile of its own: tabwright browser chromium\n");
 }
 
 } // namespace

@@ -7,7 +7,6 @@
 #include "app/WorkflowProgress.h"
 #include "app/commands/Commands.h"
 #include "client/CallerSide.h"
-#include "host/FailureWords.h"
 #include "host/workflow/StepWords.h"
 #include "host/workflow/WorkflowCheck.h"
 #include "host/workflow/WorkflowReader.h"
@@ -76,9 +75,8 @@ ExitCode workflow(const WorkflowCommand& command) {
     return exitCodeOf(invalid);
   } catch (const flow::StepFailure& failure) {
     tell(failure.place(), failure.errorDescription());
-    if (const std::string cause = host::causeLine(failure); !cause.empty())
-      std::cerr << cause << '\n';
-    std::cerr << hintFor(failure);
+    if (const std::string advice = adviceFor(failure); !advice.empty())
+      std::cerr << advice << '\n';
     return exitCodeOf(failure);
   }
 }

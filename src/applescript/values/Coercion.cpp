@@ -69,7 +69,7 @@ struct TextVisitor {
 void appendText(const Value& original, const Value& value, std::string& text, const CoercionContext& context) {
   value.visit(TextVisitor{original, text, context});
   // A few lists that share their items can unfold to any size.
-  if (text.size() > (std::size_t{1} << 30))
+  if (text.size() > (std::size_t{1} << 28))
     throw errors::outOfMemory();
 }
 

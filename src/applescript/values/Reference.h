@@ -116,7 +116,7 @@ private:
 
 enum class ForeignObjects { kept, unwrapped };
 /// The value as others get it: no references at any depth, and no foreign objects if asked for. Shares what needs no
-/// change. Throws ScriptError −2706 or −2707 for a value nested too deeply or too large to walk.
+/// change. Throws ScriptError −2706 or −108 for a value nested too deeply or too large to walk.
 [[nodiscard]] Value lookThroughDeep(Value value, ForeignObjects foreignObjects);
 
 } // namespace tabwright::applescript

@@ -7,7 +7,7 @@ namespace tabwright::applescript {
 /// Bounds a recursive walk over a value: lists may be nested as deep as a script likes, may share their parts so that a
 /// few of them unfold to billions, and may even come to hold themselves.
 ///
-/// Made at each level of the walk. Throws ScriptError −2706 when the walk gets too deep and −2707 when it takes too
+/// Made at each level of the walk. Throws ScriptError −2706 when the walk gets too deep and −108 when it takes too
 /// many steps in all. Walks of one thread count together while one is inside the other.
 class Traversal {
 public:

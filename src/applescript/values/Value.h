@@ -162,7 +162,7 @@ public:
     return text ? &text->utf8() : nullptr;
   }
 
-  /// Lists and records at every depth are made anew; everything else is shared. Throws ScriptError −2706 or −2707 for
+  /// Lists and records at every depth are made anew; everything else is shared. Throws ScriptError −2706 or −108 for
   /// a value nested too deeply or too large to walk.
   [[nodiscard]] Value deepCopy() const;
 

@@ -8,9 +8,9 @@
 
 namespace tabwright::host {
 
-/// What an agent may expect of an action before it has read its description: the tool annotations of the Model Context
-/// Protocol (https://modelcontextprotocol.io, "Tools"). They are hints to people who allow tools, so they are honest
-/// about the worst that a run can do.
+/// All that an agent may expect of an action before it has read its description: the tool annotations of the Model
+/// Context Protocol (https://modelcontextprotocol.io, "Tools"). They are hints to people who allow tools, so they are
+/// honest about the worst that a run can do.
 struct ToolHints {
   std::string_view action;
   bool readsOnly = false;    ///< nothing in the browser or in a page is changed

@@ -1,5 +1,7 @@
 #include "host/workflow/Expression.h"
 
+#include "platform/TerminalCells.h"
+
 #include <boost/json/array.hpp>
 #include <boost/json/object.hpp>
 #include <boost/json/parse.hpp>
@@ -78,7 +80,7 @@ std::string whyNot(const json::value& value, const std::string& member, const st
     return fmt::format("{} is a list of {}: it has no “{}”.", way, list->size(), member);
   if (value.is_object())
     return fmt::format("{} has no member “{}”.", way, member);
-  return fmt::format("{} is {}, which has no members.", way, json::serialize(value));
+  return fmt::format("{} is {}, which has no members.", way, quotedBriefly(json::serialize(value)));
 }
 
 json::value valueOf(const Path& path, const Variables& variables, Place place) {
@@ -95,21 +97,6 @@ json::value valueOf(const Path& path, const Variables& variables, Place place) {
     way.insert(way.size() - 1, "." + member);
   }
   return value;
-}
-
-json::value textValue(const Expression::Text& text, const Variables& variables, Place place) {
-  if (text.pieces.size() == 1) {
-    if (const Path* path = std::get_if<Path>(&text.pieces.front()))
-      return valueOf(*path, variables, place);
-  }
-  std::string whole;
-  for (const Expression::Piece& piece : text.pieces) {
-    if (const Path* path = std::get_if<Path>(&piece))
-      whole += textOf(valueOf(*path, variables, place));
-    else
-      whole += std::get<std::string>(piece);
-  }
-  return json::value(whole);
 }
 
 } // namespace
@@ -181,22 +168,83 @@ bool hasPaths(const Expression& expression) {
   return found;
 }
 
-json::value evaluate(const Expression& expression, const Variables& variables) {
-  if (const auto* text = std::get_if<Expression::Text>(&expression.form))
-    return textValue(*text, variables, expression.place);
-  if (const auto* list = std::get_if<Expression::List>(&expression.form)) {
-    json::array items;
-    for (const Expression& item : list->items)
-      items.push_back(evaluate(item, variables));
-    return items;
+namespace {
+
+std::size_t sizeOf(const json::value& value) {
+  std::size_t size = sizeof value;
+  if (const json::string* text = value.if_string())
+    return size + text->size();
+  if (const json::array* list = value.if_array()) {
+    for (const json::value& item : *list)
+      size += sizeOf(item);
+  } else if (const json::object* object = value.if_object()) {
+    for (const auto& [key, member] : *object)
+      size += key.size() + sizeOf(member);
   }
-  if (const auto* map = std::get_if<Expression::Map>(&expression.form)) {
-    json::object members;
-    for (const auto& [name, member] : map->members)
-      members[name] = evaluate(member, variables);
-    return members;
+  return size;
+}
+
+/// One evaluation. Steps that go round could double a value each time, so there is a bound on what it comes to.
+class Evaluation {
+public:
+  Evaluation(const Variables& variables, std::size_t most) : variables_(variables), most_(most) {}
+
+  json::value value(const Expression& expression) {
+    if (const auto* text = std::get_if<Expression::Text>(&expression.form))
+      return textValue(*text, expression.place);
+    if (const auto* list = std::get_if<Expression::List>(&expression.form)) {
+      json::array items;
+      for (const Expression& item : list->items)
+        items.push_back(value(item));
+      return items;
+    }
+    if (const auto* map = std::get_if<Expression::Map>(&expression.form)) {
+      json::object members;
+      for (const auto& [name, member] : map->members)
+        members[name] = value(member);
+      return members;
+    }
+    return std::get<json::value>(expression.form);
   }
-  return std::get<json::value>(expression.form);
+
+private:
+  json::value textValue(const Expression::Text& text, Place place) {
+    const Path* sole = text.pieces.size() == 1 ? std::get_if<Path>(&text.pieces.front()) : nullptr;
+    if (sole) {
+      json::value value = valueOf(*sole, variables_, place);
+      spend(sizeOf(value), place);
+      return value;
+    }
+    std::string whole;
+    for (const Expression::Piece& piece : text.pieces) {
+      const Path* path = std::get_if<Path>(&piece);
+      const std::string part = path ? textOf(valueOf(*path, variables_, place)) : std::get<std::string>(piece);
+      spend(part.size(), place);
+      whole += part;
+    }
+    return json::value(whole);
+  }
+
+  void spend(std::size_t size, Place place) {
+    if (size > left_)
+      throw Problem{place, fmt::format("This comes to more than {} MB, the most that a value may have.", most_ >> 20)};
+    left_ -= size;
+  }
+
+  const Variables& variables_;
+  const std::size_t most_;
+  std::size_t left_ = most_;
+};
+
+} // namespace
+
+json::value evaluate(const Expression& expression, const Variables& variables, std::size_t most) {
+  return Evaluation(variables, most).value(expression);
+}
+
+std::string quotedBriefly(const std::string& text) {
+  constexpr std::size_t longest = 80;
+  return platform::fitted(platform::onOneLine(std::string_view(text).substr(0, longest * 8)), longest);
 }
 
 std::string textOf(const json::value& value) {

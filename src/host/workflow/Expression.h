@@ -4,6 +4,7 @@
 
 #include <boost/json/value.hpp>
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <string>
@@ -17,9 +18,9 @@ namespace tabwright::host::workflow {
 /// The values that steps have given so far, by name.
 using Variables = std::map<std::string, boost::json::value, std::less<>>;
 
-/// What stands in `${…}`: a variable, and perhaps a way into its value. A member is a key of an object, or the index of
-/// an item of a list, from 0; "count" is the number of items of a list. A text that holds an object or a list as JSON,
-/// such as the result of JavaScript, can be gone into like these.
+/// The way that stands in `${…}`: a variable, and perhaps a way into its value. A member is a key of an object, or the
+/// index of an item of a list, from 0; "count" is the number of items of a list. A text that holds an object or a list
+/// as JSON, such as the result of JavaScript, can be gone into like these.
 struct Path {
   std::string variable;
   std::vector<std::string> members;
@@ -49,7 +50,7 @@ struct Expression {
   Place place;
 };
 
-/// Whether a variable can have that name: ASCII letters, digits, "_" and "-".
+/// True when a variable can have that name: ASCII letters, digits, "_" and "-".
 [[nodiscard]] bool isVariableName(std::string_view name);
 
 /// The expression of a text. Throws `Problem` for an opening `${` without its end, and for what can't be a path.
@@ -62,8 +63,13 @@ void forEachPath(const Expression& expression, const std::function<void(const Pa
 /// that begins so by what a path brings is not meant.
 [[nodiscard]] bool beginsWithAt(const Expression& expression);
 
-/// The value now. Throws `Problem` for a variable that no step has given, and for a way that doesn't exist.
-[[nodiscard]] boost::json::value evaluate(const Expression& expression, const Variables& variables);
+/// The value now, of no more than `most` bytes. Throws `Problem` for a larger one, for a variable that no step has
+/// given, and for a way that doesn't exist.
+[[nodiscard]] boost::json::value evaluate(const Expression& expression, const Variables& variables,
+                                          std::size_t most = std::size_t{256} << 20);
+
+/// As much of a text, on one line, as tells which one it is.
+[[nodiscard]] std::string quotedBriefly(const std::string& text);
 
 /// A value as text: texts as they are, others as JSON.
 [[nodiscard]] std::string textOf(const boost::json::value& value);

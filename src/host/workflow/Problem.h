@@ -17,7 +17,7 @@ struct Place {
   std::size_t line = 1;
 };
 
-/// What is wrong at a place of the file. Thrown and collected inside this folder.
+/// A mistake at a place of the file. Thrown and collected inside this folder.
 struct Problem {
   Place place;
   std::string sentence;

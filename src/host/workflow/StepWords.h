@@ -6,11 +6,11 @@
 
 namespace tabwright::host::workflow {
 
-/// What kind of step it is: its action's name, or "repeat", "if", "try", "set", "append", "print".
+/// The kind of the step: its action's name, or "repeat", "if", "try", "set", "append", "print".
 [[nodiscard]] std::string kindOf(const Step& step);
 
-/// What the step does with the values as they are: `ClickElement cssSelector: #send`, `repeat for each tab in ${tabs}`.
-/// Values that aren't known yet stay as the file has them. The step's own title stands in front.
+/// The work of the step with the values as they are: `ClickElement cssSelector: #send`, `repeat for each tab in
+/// ${tabs}`. Values that aren't known yet stay as the file has them. The step's own title stands in front.
 [[nodiscard]] std::string describe(const Step& step, const Variables& variables);
 
 /// All steps, one a line with the number of its line in the file, those inside of others indented: what would run.

@@ -183,7 +183,7 @@ private:
         return parsed;
     }
     if (!value.is_array())
-      throw Problem{expression.place, "What is repeated over is a list, not " + textOf(value) + "."};
+      throw Problem{expression.place, "What is repeated over is a list, not " + quotedBriefly(textOf(value)) + "."};
     return value;
   }
 

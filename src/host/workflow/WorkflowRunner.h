@@ -11,7 +11,7 @@
 
 namespace tabwright::host::workflow {
 
-/// Who watches a workflow run. Called on the run's executor.
+/// The one who watches a workflow run. Called on the run's executor.
 class WorkflowObserver {
 public:
   virtual ~WorkflowObserver() = default;

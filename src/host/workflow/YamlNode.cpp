@@ -60,7 +60,7 @@ bool isPlain(const YAML::Node& node) {
   return node.Tag() == "?" || node.Tag().empty();
 }
 
-// What the library's words don't tell about the line: the two ways in which texts are taken for something else.
+// Words that the library lacks about the line: the two ways in which texts are taken for something else.
 std::string_view hintFor(std::string_view source, const YAML::Mark& mark) {
   const auto offset = static_cast<std::size_t>(std::max(mark.pos, 0));
   const std::size_t start = offset == 0 ? 0 : source.rfind('\n', offset - 1) + 1;

@@ -19,7 +19,7 @@ namespace tabwright::host::workflow {
 /// The keys and values of a map, in its order. Throws a `Problem` for a key that is no text or stands there twice.
 [[nodiscard]] std::vector<std::pair<YAML::Node, YAML::Node>> membersOf(const YAML::Node& map);
 
-/// Whether the node is a plain scalar that stands for null, or there is nothing.
+/// True when the node is a plain scalar that stands for null, or there is nothing.
 [[nodiscard]] bool isNull(const YAML::Node& node);
 
 /// "a list", "a map", "a text", "nothing": for complaints.

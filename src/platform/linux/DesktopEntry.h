@@ -6,7 +6,7 @@
 
 namespace tabwright::platform {
 
-/// What is read of a desktop entry: the keys that tell an application from anything else, and whether it is there.
+/// All that is read of a desktop entry: the keys that tell an application from anything else, and whether it is there.
 struct DesktopEntry {
   std::string type;      ///< "Application", "Link" or "Directory"
   std::string name;      ///< in no language

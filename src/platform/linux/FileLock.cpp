@@ -13,7 +13,7 @@
 namespace tabwright::platform {
 namespace {
 
-// Whether the path still leads to the open file; a user may have removed it before the lock was ours.
+// True when the path still leads to the open file; a user may have removed it before the lock was ours.
 bool isStillAt(const std::filesystem::path& path, int descriptor) {
   struct stat there{};
   struct stat here{};

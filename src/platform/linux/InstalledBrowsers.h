@@ -8,7 +8,7 @@
 
 namespace tabwright::platform {
 
-/// Where installed programs and desktop entries are looked for. Tests give folders of their own.
+/// The places in which installed programs and desktop entries are looked for. Tests give folders of their own.
 struct InstallationPlaces {
   std::string path; ///< folders of programs, colon separated, as PATH is
   /// Folders of desktop entries, the most important first: an entry in one hides those of its id further down.

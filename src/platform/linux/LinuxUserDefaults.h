@@ -11,7 +11,7 @@ namespace tabwright::platform {
 /// `tabwright/settings.plist` in the XDG configuration home.
 [[nodiscard]] std::filesystem::path defaultSettingsFile();
 
-/// Where the settings lie, and how long a writer waits for the others.
+/// The place of the settings, and how long a writer waits for the others.
 struct LinuxUserDefaultsOptions {
   std::filesystem::path file = defaultSettingsFile();
   /// After that a change is given up for now: another process holds the lock and is stopped, or hangs. As long as that

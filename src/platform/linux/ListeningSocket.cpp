@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Whether a listener at this address, written as the kernel does, would get a connection to 127.0.0.1.
+/// True when a listener at this address, written as the kernel does, would get a connection to 127.0.0.1.
 bool takesLoopback(const std::string& address) {
   return address == "0100007F" || address == "00000000" || // 127.0.0.1, any
          address == "00000000000000000000000000000000" ||  // any, of both kinds

@@ -12,7 +12,7 @@ enum class ListenerOwner {
   another,     ///< a socket of another process could take it, or whose it is cannot be told
 };
 
-/// Who would take a connection to 127.0.0.1 at a TCP port: whether it is the given process.
+/// The owner who would take a connection to 127.0.0.1 at a TCP port: whether it is the given process.
 ///
 /// Compares the inodes of the listening sockets (net/tcp and net/tcp6 of the process file system, proc(5)) with the
 /// open descriptors of the process. `processes` is where that file system is mounted. Throws FileFailure only when

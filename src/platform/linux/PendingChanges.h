@@ -8,7 +8,7 @@
 
 namespace tabwright::platform {
 
-/// What came of applying changes to a document.
+/// The outcome of applying changes to a document.
 struct AppliedChanges {
   bool isChanged = false;
   bool replacesOtherType = false; ///< a value gave way to one of another type

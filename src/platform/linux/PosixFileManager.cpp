@@ -9,12 +9,16 @@
 #include "session/TrustedFolder.h"
 #include "session/UnheldFiles.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <fcntl.h>
+#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace tabwright::platform {
 namespace {
@@ -88,29 +92,41 @@ private:
   FileDescriptor descriptor_;
 };
 
-/// The folder for scripts in `parent`, which must be there.
-std::filesystem::path scriptsFolderIn(const std::filesystem::path& parent) {
-  const session::TrustedFolder own((parent / "tabwright").string());
-  return session::TrustedFolder(own.path() + "/scripts").path();
+constexpr std::uintmax_t roomForScripts = 1 << 18;
+
+/// The folder for scripts in one of ours, whose parent is made if it is missing.
+std::filesystem::path scriptsFolderIn(const std::filesystem::path& ours) {
+  ensurePrivateFolder(ours.parent_path());
+  try {
+    const session::TrustedFolder own(ours.string());
+    return session::TrustedFolder(own.path() + "/scripts").path();
+  } catch (const session::FolderRefused& refusal) {
+    throw FileFailure("use the folder", ours / "scripts", refusal.errorNumber());
+  }
 }
 
 } // namespace
 
 std::filesystem::path PosixFileManager::applicationScriptsFolder() {
+  std::vector<std::filesystem::path> places{dataHome() / "tabwright", session::runtimePath()};
   // In memory where the session has such a place: it is quicker, and what was typed into forms reaches no disk.
-  if (const auto folder = session::sessionFolder()) {
+  if (session::sessionFolder())
+    std::ranges::rotate(places, places.begin() + 1);
+  std::optional<FileFailure> refusal;
+  std::optional<std::filesystem::path> full;
+  for (const std::filesystem::path& place : places) {
     try {
-      return scriptsFolderIn(*folder);
-    } catch (const session::FolderRefused&) { // the next place may be better
+      std::filesystem::path folder = scriptsFolderIn(place);
+      if (session::hasRoom(folder.string(), roomForScripts))
+        return folder;
+      full = full.value_or(folder);
+    } catch (const FileFailure& failure) {
+      refusal.emplace(failure);
     }
   }
-  const std::filesystem::path home = dataHome();
-  ensurePrivateFolder(home);
-  try {
-    return scriptsFolderIn(home);
-  } catch (const session::FolderRefused& refusal) {
-    throw FileFailure("use the folder", home / "tabwright" / "scripts", refusal.errorNumber());
-  }
+  if (!full)
+    throw FileFailure(*refusal);
+  return *full; // to write there tells why that fails
 }
 
 std::optional<FileKind> PosixFileManager::kindOfFile(const std::filesystem::path& path) {

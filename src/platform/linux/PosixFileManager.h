@@ -4,9 +4,10 @@
 
 namespace tabwright::platform {
 
-/// The real files. Scripts may run from `tabwright/scripts` in the session's folder, else in the XDG data home: the
-/// first that nobody else can change and that can be written to. Text is written in full before it gets its name, but
-/// not forced to the disk: a script file is of no use after a crash of the machine.
+/// The real files. Scripts may run from `scripts` in the session's folder of ours, else in the XDG data home's, else in
+/// the one of users without a session: the first that nobody else can change, that can be written to, and has room.
+/// Text is written in full before it gets its name, but not forced to the disk: a script file is of no use after a
+/// crash of the machine.
 class PosixFileManager final : public FileManager {
 public:
   [[nodiscard]] std::filesystem::path applicationScriptsFolder() override;

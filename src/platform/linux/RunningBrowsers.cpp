@@ -59,7 +59,7 @@ std::optional<std::string> readAll(const ProcessFiles& process, std::string_view
   return count < 0 ? std::nullopt : std::optional(std::move(text));
 }
 
-/// Where a symbolic link of a process leads; empty when that can't be read.
+/// The path to which a symbolic link of a process leads; empty when that can't be read.
 std::string linkOf(int directory, const std::string& name) {
   char buffer[4096];
   const ssize_t size = ::readlinkat(directory, name.c_str(), buffer, sizeof buffer);
@@ -139,7 +139,7 @@ std::string variable(const std::vector<std::string>& environment, const std::str
   return {};
 }
 
-/// Where the process' own environment doesn't tell: Chromium writes over it.
+/// For when the process' own environment doesn't tell: Chromium writes over it.
 std::string homeOf(uid_t owner) {
   if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/' && owner == ::geteuid())
     return home;

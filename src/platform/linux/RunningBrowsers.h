@@ -21,7 +21,8 @@ struct RunningBrowser {
   /// Its user data directory, absolute; may be missing for a moment after the start.
   std::filesystem::path profileDirectory;
   bool isHeadless = false;
-  /// Whether its place among others of its kind is known from the order of windows. `RunningBrowsers` doesn't know it.
+  /// True when its place among others of its kind is known from the order of windows. `RunningBrowsers` doesn't know
+  /// it.
   bool isPlacedByWindows = false;
 };
 

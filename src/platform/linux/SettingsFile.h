@@ -18,8 +18,8 @@ namespace tabwright::platform {
 /// next one.
 class SettingsFile {
 public:
-  /// What the file held at one moment. The open descriptor keeps the system from giving the file's inode to another, so
-  /// that a change is never missed.
+  /// The content of the file at one moment. The open descriptor keeps the system from giving the file's inode to
+  /// another, so that a change is never missed.
   struct Snapshot {
     enum class Kind { missing, damaged, readable };
     Kind kind = Kind::missing;

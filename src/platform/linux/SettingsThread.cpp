@@ -116,7 +116,7 @@ void SettingsThread::run(const std::stop_token& stop) {
   }
 }
 
-// Whether one of the events, all of which are taken, was about the file.
+// True when one of the events, all of which are taken, was about the file.
 bool SettingsThread::readEvents() const {
   bool isAboutFile = false;
   alignas(inotify_event) std::array<char, 8192> buffer;

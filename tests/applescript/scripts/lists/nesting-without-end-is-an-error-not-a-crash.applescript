@@ -16,7 +16,7 @@ set x to {1}
 repeat 40 times
 	set x to {x, x}
 end repeat
-copy x to y --> error -2707
+copy x to y --> error -108
 
 on link(x)
 	set y to x

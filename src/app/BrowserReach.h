@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/linux/RunningBrowsers.h"
+
+#include <chrono>
+#include <string>
+
+namespace tabwright::app {
+
+/// The ways in which a running browser can be reached now or not, the best first.
+struct BrowserReach {
+  enum class Kind {
+    drivable,     ///< remote debugging is on, and it answers
+    silent,       ///< it is on, but nothing is answered: the browser is frozen, or very busy
+    broken,       ///< it says that it is on, but what it says is wrong
+    debuggingOff, ///< remote debugging is off
+  };
+  Kind kind = Kind::debuggingOff;
+  std::string detail; ///< of what is broken
+};
+
+/// Reads the browser's own files and asks at its port. Opens no session, and takes no longer than `patience`.
+[[nodiscard]] BrowserReach reachOf(const platform::RunningBrowser& browser, std::chrono::milliseconds patience);
+
+} // namespace tabwright::app

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <boost/json/value.hpp>
+
+#include <string_view>
+
+namespace tabwright::rpc {
+
+/// What tells whom a message is for.
+struct Envelope {
+  boost::json::value id;  ///< a text or a number; null where none can be told
+  bool hasMethod = false; ///< without one it is an answer
+};
+
+/// The envelope of bytes that are no JSON as a whole, or only the begin of one: as much as its outermost members tell.
+[[nodiscard]] Envelope envelopeOf(std::string_view text);
+
+} // namespace tabwright::rpc
