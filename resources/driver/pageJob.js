@@ -1,11 +1,14 @@
 // Runs a job of a generated program in a page and brings its result along when it comes at once. Pages may have changed
-// what the language comes with, so everything is done by the language's own words; only for `Array.isArray` is there none.
+// what the language comes with, so everything is done by the language's own words; only for lists of other frames is
+// there none.
 (async (resultName, noValue, work) => {
   let outcome;
   let isLate = false;
 
+  const isList = (value) => value.__proto__ === [].__proto__ || Array.isArray(value);
+
   const flatTexts = (value, texts) => {
-    if (typeof value === "object" && value !== null && Array.isArray(value)) {
+    if (typeof value === "object" && value !== null && isList(value)) {
       for (let place = 0; place < value.length; place += 1) {
         if (place in value) flatTexts(value[place], texts);
       }

@@ -114,9 +114,13 @@ function setFormFieldValue(value, strategy, newValue, fireChange = false, submit
       return isSet;
     }
     case "SELECT": {
-      const values = [newValue].flat(Infinity).map((item) => `${item}`);
+      const values = [newValue].flat(Infinity);
       for (const option of field.querySelectorAll("option")) {
-        option.selected = values.includes(option.value);
+        let isWanted = false;
+        for (let place = 0; place < values.length; place += 1) {
+          isWanted ||= `${values[place]}` === option.value;
+        }
+        option.selected = isWanted;
       }
       finish();
       return true;
@@ -134,11 +138,13 @@ function setFormFieldValue(value, strategy, newValue, fireChange = false, submit
 
 // Sets every field of the map, whatever became of the one before, and submits with the last. True when all were set.
 function setFormFields(map, strategy, fireChange = false, submit = false) {
-  const entries = Object.entries(map);
-  const outcomes = entries.map(([field, newValue], index) =>
-    setFormFieldValue(field, strategy, newValue, fireChange, submit && index === entries.length - 1),
-  );
-  return outcomes.every((isSet) => isSet);
+  const fields = Object.keys(map);
+  let areAllSet = true;
+  for (let place = 0; place < fields.length; place += 1) {
+    const isLast = place === fields.length - 1;
+    areAllSet = setFormFieldValue(fields[place], strategy, map[fields[place]], fireChange, submit && isLast) && areAllSet;
+  }
+  return areAllSet;
 }
 
 // Sends a click to the first link whose text is the label, or holds it.

@@ -74,11 +74,11 @@ public:
                                                           .pool = pool_.get_executor(),
                                                           .catalogue = composition_.catalogue(),
                                                           .version = TABWRIGHT_VERSION,
-                                                          .retired = [this] { application_.terminate(); }},
+                                                          .retired = [this] { stop(); }},
                                                          std::move(door)) {
     signals_.async_wait([this](const boost::system::error_code& error, int) {
       if (!error)
-        application_.terminate();
+        stop();
     });
   }
 
@@ -91,6 +91,9 @@ public:
 
 private:
   void stop() {
+    if (std::exchange(isStopping_, true))
+      return;
+    application_.terminate();
     server_.close([this] { loop_.stop(); });
     // Whatever hangs then would hang as well when it is taken down in order.
     lastMoment_.expires_after(patienceAtTheEnd);
@@ -103,6 +106,7 @@ private:
   }
 
   platform::Logger log_{"Host"};
+  bool isStopping_ = false;
   const std::filesystem::path runtimeFolder_;
   asio::io_context loop_{1};
   asio::thread_pool pool_{poolThreads};
@@ -110,7 +114,9 @@ private:
   asio::steady_timer lastMoment_{loop_};
   platform::SystemClock clock_;
   platform::LinuxUserDefaults defaults_;
-  shell::WindowlessApplication application_{shell::Launch::hidden, [this] { stop(); }};
+  // The application's own end comes 120 seconds after the start of the last action. One that takes longer has a caller
+  // who waits for it, so the host ends behind the last of those.
+  shell::WindowlessApplication application_{shell::Launch::hidden, [this] { server_.leave(); }};
   shell::Main main_{{.application = application_,
                      .defaults = defaults_,
                      .clock = clock_,

@@ -165,14 +165,22 @@ bool HostServer::serves(std::string_view clientVersion) {
     return false;
   if (!isNewer(clientVersion, surroundings_.version) && !isReplaced())
     return true;
-  if (!isLeaving_.exchange(true))
-    asio::post(surroundings_.mainActor, [this] { retire(); });
+  if (!isLeaving_.exchange(true)) {
+    log_.info("A newer host is to follow this one");
+    asio::post(surroundings_.mainActor, [this] { leave(); });
+  }
   return false;
 }
 
-void HostServer::retire() {
-  log_.info("A newer host is to follow this one");
+void HostServer::leave() {
+  isLeaving_ = true;
+  if (!acceptor_.is_open())
+    return;
   closeDoor();
+  for (HostConnection& connection : connections_) {
+    if (!connection.hasSpoken())
+      connection.end();
+  }
   if (connections_.empty() && !closed_)
     surroundings_.retired();
 }

@@ -39,7 +39,7 @@ public:
     boost::asio::any_io_executor pool; ///< where connections are served; any number of threads
     const host::Catalogue& catalogue;
     std::string version; ///< of this host, such as "0.1.0"
-    /// Called on the main actor when a host that has ended its service has served the last connection.
+    /// Called on the main actor when a host that takes no more connections has served the last one.
     std::function<void()> retired;
     std::size_t connections = 256;
   };
@@ -50,6 +50,10 @@ public:
 
   /// Begins to take connections.
   void open();
+
+  /// Takes no more connections, so that the next caller starts another host, and serves those there are to their end.
+  /// Called on the main actor.
+  void leave();
 
   /// Takes no more connections and ends all there are, then calls `closed`, on the main actor.
   void close(std::function<void()> closed);
@@ -64,7 +68,6 @@ private:
   bool makeRoom();
   void take(int socket);
   void hasEnded(std::list<HostConnection>::iterator connection);
-  void retire();
   void closeDoor();
   [[nodiscard]] bool isReplaced() const;
 

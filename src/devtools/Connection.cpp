@@ -1,5 +1,6 @@
 #include "devtools/Connection.h"
 
+#include "devtools/Waiting.h"
 #include "devtools/WireText.h"
 #include "platform/FileFailure.h"
 
@@ -415,7 +416,6 @@ void Connection::stopListening(const std::string& session) {
 }
 
 void Connection::requireAnswer(const platform::CallLimits& limits) {
-  constexpr std::chrono::milliseconds lately(100);
   if (Clock::now() - channel_->heardAt() > lately)
     call("Browser.getVersion", {}, {}, limits);
 }

@@ -1,6 +1,7 @@
 #include "devtools/Session.h"
 
 #include "devtools/PageProgress.h"
+#include "devtools/Waiting.h"
 #include "devtools/WireText.h"
 
 #include <fmt/core.h>
@@ -39,8 +40,6 @@ std::string thrownText(const boost::json::object& details) {
   return textOf(details, "text");
 }
 
-// A page that answered so lately counts as answering.
-constexpr std::chrono::milliseconds lately(100);
 // A document may be held up by a script of its own that never comes.
 constexpr std::chrono::seconds patienceWithParsing(1);
 // A navigation that neither comes to an end nor keeps the page from answering may be none.

@@ -8,6 +8,10 @@
 
 namespace tabwright::devtools {
 
+/// A browser or page that answered so lately counts as answering: what is sent to one that has frozen since then would
+/// be carried out when it goes on, long after its caller has given up.
+inline constexpr std::chrono::milliseconds lately{20};
+
 /// Waits for a moment before something is looked at again. Throws DevToolsFailure: timedOut when the deadline comes
 /// first (`what` names what is waited for), stopped at once when a stop is requested.
 void pause(std::chrono::milliseconds duration, const char* what, const platform::CallLimits& limits);

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <sys/ioctl.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace tabwright::testsupport {
@@ -119,7 +120,7 @@ CommandOutcome runProgram(const std::string& program, const std::vector<std::str
                                    pointersTo(variables).data());
   posix_spawn_file_actions_destroy(&files);
   if (error != 0)
-    throw std::runtime_error("can't start " + words.front());
+    throw std::system_error(error, std::generic_category(), "can't start " + words.front());
   in.close(0);
   out.close(1);
   err.close(1);
