@@ -66,6 +66,18 @@ void assign(intents::ParameterBase& parameter, const boost::json::value& json) {
   parameter.setJson(json);
 }
 
+// What is null counts as not given. A tab or a window that is null was to come from somewhere: without it another one
+// would be taken, and perhaps closed.
+void requireNoneMeant(const intents::Intent& action, const intents::ParameterBase& parameter) {
+  const bool isAimed = std::ranges::any_of(action.dependences(), [&](const intents::Dependence& dependence) {
+    return dependence.parameter == &parameter && parameter.declaration().type.kind == intents::ValueKind::entity;
+  });
+  if (isAimed)
+    throw intents::UsageError(fmt::format("{} is null: what should give it has given nothing. Leave it out to mean the "
+                                          "one in front.",
+                                          parameter.name()));
+}
+
 // Hands each value to its parameter, and yields which were given.
 template <class Values>
 GivenParameters readEach(const intents::Intent& action, const Values& values) {
@@ -76,8 +88,10 @@ GivenParameters readEach(const intents::Intent& action, const Values& values) {
     if (!named.insert(&parameter).second)
       throw intents::UsageError(parameter.name() + " is given twice.");
     if constexpr (std::is_same_v<std::decay_t<decltype(value)>, boost::json::value>) {
-      if (value.is_null())
+      if (value.is_null()) {
+        requireNoneMeant(action, parameter);
         continue;
+      }
     }
     try {
       assign(parameter, value);

@@ -85,6 +85,7 @@ public:
       while (std::optional<std::string> line = nextLine()) {
         if (isSkipping_) {
           isSkipping_ = false;
+          skipped_ = 0;
           continue;
         }
         if (line->size() > bounds_.message)
@@ -92,8 +93,12 @@ public:
         if (line->find_first_not_of(whiteSpace) != std::string::npos)
           co_return parsed(*line);
       }
-      if (isSkipping_)
+      if (isSkipping_) {
+        skipped_ += received_.size() - start_;
+        if (skipped_ > bounds_.skipped)
+          co_return std::nullopt;
         forget();
+      }
       if (received_.size() - start_ > bounds_.message) {
         ReceivedMessage refused = tooLong(std::string_view(received_).substr(start_));
         forget();
@@ -204,6 +209,7 @@ private:
   std::string received_;
   std::size_t start_ = 0;    ///< of the first line that isn't cut off yet
   std::size_t searched_ = 0; ///< there is no line feed between the start and here
+  std::size_t skipped_ = 0;  ///< bytes of the line that is skipped
   bool isSkipping_ = false;  ///< the bytes up to the next line feed belong to a line that was refused
   std::deque<std::string> queue_;
   std::size_t queued_ = 0;

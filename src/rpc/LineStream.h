@@ -26,6 +26,8 @@ class LineStream final : public MessageStream {
 public:
   struct Bounds {
     std::size_t message = std::size_t{16} << 20; ///< bytes of the longest line taken
+    std::size_t skipped = std::size_t{1} << 30;  ///< bytes of a longer line that are read past, before its sender is
+                                                 ///< given up
     std::size_t unread = std::size_t{64} << 20;  ///< bytes queued for a peer that doesn't read, before it is given up;
                                                  ///< a single message may be larger
   };

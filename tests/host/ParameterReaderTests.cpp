@@ -85,8 +85,9 @@ TEST_F(ParameterReader, ComplaintsNameTheParameterWhatCameAndWhatMayStandThere) 
       {boost::json::object{{"targetContext", "chromum"}}, "targetContext can't be \"chromum\"; give one of frontmost, "
                                                           "brave, chromium, chrome, edge, safari, vivaldi, or an "
                                                           "object with an id. Did you mean chromium?"},
-      {ParameterTexts{{"targetTab", " \n"}}, "targetTab is empty: what should give it has given nothing. Give one JSON "
-                                             "object of the type BrowserTabEntity, or its reference, such as chromium:8."},
+      {ParameterTexts{{"targetTab", " \n"}},
+       "targetTab is empty: what should give it has given nothing. Give one JSON "
+       "object of the type BrowserTabEntity, or its reference, such as chromium:8."},
       {ParameterTexts{{"cssSelector", "a\xff"}}, "cssSelector takes text in UTF-8, but byte 2 of what it was given "
                                                  "(hexadecimal FF) belongs to no character."},
       {boost::json::object{{"cssSelector", 5}}, "cssSelector can't be 5; give a text."},
@@ -94,10 +95,11 @@ TEST_F(ParameterReader, ComplaintsNameTheParameterWhatCameAndWhatMayStandThere) 
       {ParameterTexts{{"targetContext", "netscape"}}, "targetContext can't be \"netscape\"; give one of frontmost, "
                                                       "brave, chromium, chrome, edge, safari, vivaldi, or an "
                                                       "object with an id."},
-      {ParameterTexts{{"targetTab", "8"}},
-       "targetTab can't be 8; give one JSON object of the type BrowserTabEntity, or its reference, such as chromium:8."},
+      {ParameterTexts{{"targetTab", "8"}}, "targetTab can't be 8; give one JSON object of the type BrowserTabEntity, "
+                                           "or its reference, such as chromium:8."},
       {ParameterTexts{{"targetTab", R"([{},{},{}])"}},
-       "targetTab can't be a list of 3 items; give one JSON object of the type BrowserTabEntity, or its reference, such as chromium:8."},
+       "targetTab can't be a list of 3 items; give one JSON object of the type BrowserTabEntity, or its reference, "
+       "such as chromium:8."},
       {boost::json::object{{"targetTab", {{"targetContext", "chromium"}, {"fullID", "a:1"}, {"url", 7}}}},
        "targetTab.url can't be 7; give a text."},
       {boost::json::object{{"targetTab", {{"targetContext", "opera"}, {"fullID", "a:1"}}}},
@@ -143,6 +145,7 @@ TEST_F(ParameterReader, AGivenTabOrWindowIsTheOneThatCounts) {
   };
   for (const Case& one : cases)
     EXPECT_THAT(read(one.action, one.parameters), HasSubstr(one.expected)) << one.action;
+  EXPECT_THAT(read("CloseTab", boost::json::object{{"targetTab", nullptr}}), HasSubstr("targetTab is null"));
 
   // Every action with a tab selection has the pair.
   int pairs = 0;

@@ -105,6 +105,7 @@ TEST_F(WorkflowFile, MustBeOneWorkflowInYaml) {
                           {"steps:\n  - print: [${a}]", "Inside of [] and {}, a text with ${…} stands in quotes."},
                           {"steps:\n  - print: a: b", "A text with a colon and a blank in it stands in quotes"},
                           {"\xEF\xBB\xBFsteps: []", "byte order mark"},
+                          {"steps:\n  - print: \xFF", "a byte here belongs to no character"},
                           {"variables: {a: \"${b}\"}\nsteps: [{print: 1}]", "can’t come from others"},
                           {"steps: [{print: *a}]", "This is no YAML"},
                           {", a", "can’t begin like this"}})
@@ -205,6 +206,8 @@ TEST_F(WorkflowFile, TakesVariablesFromOutside) {
             "The workflow needs a value of “c”: give it with --set c=VALUE.");
   EXPECT_EQ(failureText([&] { return firstVariables(workflow, {{"c", "1"}, {"bb", "1"}}); }),
             "The workflow has no variable “bb”. Did you mean b, a or c?");
+  EXPECT_EQ(failureText([&] { return firstVariables(workflow, {{"c", "\xFF"}}); }),
+            "The variable “c” takes text in UTF-8.");
   for (const char* text : {"y", "5"})
     EXPECT_EQ(failureText([&] { return firstVariables(workflow, {{"c", "1"}, {"b", text}}); }),
               "The variable “b” is a list or a map: give it as JSON.");

@@ -27,7 +27,7 @@ using tabwright::platform::Task;
 using tabwright::rpc::LineStream;
 using tabwright::testsupport::runTask;
 
-constexpr LineStream::Bounds smallBounds{.message = 100, .unread = std::size_t{1} << 20};
+constexpr LineStream::Bounds smallBounds{.message = 100, .skipped = 1000, .unread = std::size_t{1} << 20};
 
 /// A connected pair of sockets: one for the stream, one for the test.
 struct Sockets {
@@ -130,6 +130,10 @@ TEST(LineStreamTests, refusesALineThatNeverEndsBeforeItsEnd) {
     EXPECT_FALSE((co_await stream.receive())->has_value());
     sockets.write(std::string(200, 'x') + "\n5\n");
     EXPECT_EQ((co_await stream.receive())->value(), 5);
+    sockets.write(std::string(200, 'x'));
+    EXPECT_FALSE((co_await stream.receive())->has_value());
+    sockets.write(std::string(2000, 'x'));
+    EXPECT_FALSE((co_await stream.receive()).has_value()); // nobody reads on for ever
   };
   runTask(reading());
 }

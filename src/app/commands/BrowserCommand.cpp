@@ -1,17 +1,20 @@
 #include "app/BrowserLauncher.h"
 #include "app/Interruptible.h"
 #include "app/commands/Commands.h"
+#include "host/NearestNames.h"
 #include "intents/UsageError.h"
 #include "platform/AsciiCase.h"
 #include "platform/linux/BaseDirectories.h"
 
 #include <boost/json/object.hpp>
 #include <boost/json/serialize.hpp>
-#include <fmt/core.h>
+#include <fmt/format.h>
 
 #include <cstdlib>
 #include <iostream>
+#include <string>
 #include <unistd.h>
+#include <vector>
 
 namespace tabwright::app {
 namespace {
@@ -25,12 +28,13 @@ const BrowserFacts& requireBrowser(const std::string& wanted) {
   const BrowserFacts* facts = platform::findBrowser(platform::lowercased(wanted));
   if (facts && !facts->executables.empty())
     return *facts;
-  std::string names;
+  std::vector<std::string> names;
   for (const BrowserFacts& row : platform::browserTable) {
     if (!row.executables.empty())
-      names += (names.empty() ? "" : ", ") + std::string(row.shortName);
+      names.emplace_back(row.shortName);
   }
-  throw intents::UsageError(fmt::format("There is no browser “{}” to start. Choose one of: {}.", wanted, names));
+  throw intents::UsageError(fmt::format("There is no browser “{}” to start. Choose one of: {}.{}", wanted,
+                                        fmt::join(names, ", "), host::didYouMean(wanted, names, "")));
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "host/ParameterReader.h"
 #include "intents/EntityDeclaration.h"
 #include "intents/UsageError.h"
+#include "platform/Utf8.h"
 
 #include <boost/json/parse.hpp>
 #include <fmt/core.h>
@@ -248,6 +249,8 @@ Variables firstVariables(const Workflow& workflow, const std::map<std::string, s
     names.push_back(one.name.text);
     json::value value = evaluate(one.value, {});
     if (const auto text = given.find(one.name.text); text != given.end()) {
+      if (platform::malformedByte(text->second))
+        throw intents::UsageError(fmt::format("The variable “{}” takes text in UTF-8.", one.name.text));
       boost::system::error_code error;
       const bool isStructured = value.is_structured();
       value = isStructured ? json::parse(text->second, error) : json::value(text->second);

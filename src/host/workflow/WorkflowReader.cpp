@@ -3,6 +3,7 @@
 
 #include "host/NearestNames.h"
 #include "host/workflow/YamlNode.h"
+#include "platform/Utf8.h"
 
 #include <fmt/core.h>
 
@@ -265,6 +266,11 @@ private:
 Workflow readWorkflow(std::string_view source) {
   if (source.starts_with(byteOrderMark))
     throw InvalidWorkflow(std::vector{Problem{{}, "The file begins with a byte order mark, which it must not have."}});
+  if (const auto place = platform::malformedByte(source)) {
+    const auto line = static_cast<std::size_t>(std::ranges::count(source.substr(0, *place), '\n')) + 1;
+    throw InvalidWorkflow(
+        std::vector{Problem{{*place, 1, line}, "The file is text in UTF-8, but a byte here belongs to no character."}});
+  }
   return Reader().read(source);
 }
 
