@@ -1,3 +1,6 @@
+#include "engine/AppleScriptSnippets.h"
+#include "engine/ScriptLayers.h"
+#include "scripting/chromium/VersionQuestion.h"
 #include "scripting/driver/PageJobs.h"
 
 #include <gtest/gtest.h>
@@ -8,10 +11,24 @@ namespace {
 const std::string canary = "__01JDA0000000000000000000CA";
 const std::string result = "__01JDA0000000000000000000RE";
 
+// The value of the AppleScript literal that follows `before` in a program.
+std::string literalAfter(const std::string& program, const std::string& before) {
+  const std::size_t begin = program.find(before + '"');
+  EXPECT_NE(begin, std::string::npos) << before;
+  std::string text;
+  for (std::size_t at = begin + before.size() + 1; at < program.size() && program[at] != '"'; ++at) {
+    if (program[at] == '\\')
+      ++at;
+    text += program[at];
+  }
+  return text;
+}
+
+// The code as the engine generates it, and as the language hands it on: between the quotes of its literal.
 std::string jobWith(const std::string& body) {
-  return "window." + canary + " = 'alive';\n(async function() {\ntry {\n" + body +
-         "\n} catch (error) {\nreturn error.toString()\n}\n})()\n.then(res => {\nwindow." + result +
-         " = (res === undefined || res === null)\n? ['x']\n: [res]\n});";
+  const std::string program =
+      engine::preparedBody(engine::AppleScriptSnippets::asyncJob(body, 1, 0.25, {.result = result, .canary = canary}));
+  return literalAfter(program, "set jsJobCode to ");
 }
 
 TEST(PageJobs, AreKnownByTheirVariables) {
@@ -20,9 +37,10 @@ TEST(PageJobs, AreKnownByTheirVariables) {
   EXPECT_EQ(job->canary, canary);
   EXPECT_EQ(job->result, result);
   EXPECT_TRUE(job->code.starts_with("window." + canary + " = 'alive';\n"));
-  EXPECT_TRUE(job->code.ends_with("('" + result + "', 'x', async function() {\ntry {\nreturn 1\n} catch (error) {\n" +
-                                  "return error.toString()\n}\n})"))
+  EXPECT_TRUE(job->code.contains("('" + result + "', '" + engine::AppleScriptSnippets::emptyResultMarker() +
+                                 "', async function() {\ntry {\n"))
       << job->code;
+  EXPECT_TRUE(job->code.ends_with("\nreturn 1\n} catch (error) {\nreturn error.toString()\n}\n})")) << job->code;
 }
 
 TEST(PageJobs, ABodyCannotNameAnotherResult) {
@@ -38,6 +56,29 @@ TEST(PageJobs, OtherJavaScriptIsNone) {
                                   "window." + canary + " = 'alive';", "'' + window." + canary, " " + jobWith(""),
                                   "window.__01jda0000000000000000000ca = 'alive';" + jobWith("")})
     EXPECT_FALSE(readPageJob(text)) << text;
+}
+
+TEST(PageJobs, AreAskedForByTheProgramsOwnQuestions) {
+  const std::string program =
+      engine::preparedBody(engine::AppleScriptSnippets::asyncJob("", 1, 0.25, {.result = result, .canary = canary}));
+  PageJobResults results;
+  results.keep({canary, result, ""}, boost::json::array{"a"});
+  const auto ask = [&](const std::string& line) {
+    return results.answer(literalAfter(program, line + " my executeJavascriptInTab("));
+  };
+  EXPECT_EQ(ask("set canary to"), boost::json::value("alive"));
+  EXPECT_EQ(ask("set res to"), boost::json::value(boost::json::array{"a"}));
+  EXPECT_TRUE(asksForResult(literalAfter(program, "set res to my executeJavascriptInTab(")));
+  EXPECT_EQ(results.answer(literalAfter(program, "then\nmy executeJavascriptInTab(")), boost::json::value(true));
+}
+
+TEST(VersionQuestion, IsTheOneThatProgramsAsk) {
+  const std::string program =
+      engine::scriptLayers("org.chromium.chromium")
+          .fill({{"ARGKEYS", ""}, {"MAIN_RECEIVER_ID", ""}, {"BROWSER_BUNDLE_ID", ""}, {"APPLESCRIPT", ""}});
+  const std::string question = literalAfter(program, "return execute javascript ");
+  EXPECT_EQ(answerToVersionQuestion(question, {.windows = {}, .version = "156.0.8078.79"}), "156");
+  EXPECT_EQ(answerToVersionQuestion(question + " ", {.windows = {}, .version = "156.0.8078.79"}), std::nullopt);
 }
 
 TEST(PageJobs, KeptResultsAnswerTheQuestionsOfTheirJobOnly) {
