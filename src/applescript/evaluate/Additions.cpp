@@ -1,7 +1,7 @@
 // The commands with parameters of their own: `delay`, `offset`, `random number`, `round`, `ASCII character`.
 #include "applescript/evaluate/Commands.h"
 #include "applescript/evaluate/Evaluator.h"
-#include "applescript/values/Codes.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Numbers.h"
 #include "applescript/values/SourceForm.h"
@@ -57,7 +57,7 @@ Value Evaluator::offset(const Command& command) {
   const auto searched = parameterOf(command, searchedParameter);
   const auto given = parameterOf(command, textParameter);
   if (!searched || !given)
-    throw errors::of(errorNumber::missingParameter, "A parameter is missing for offset.");
+    throw errors::missingParameter(searched ? "in" : "of", "offset");
   const Value whole = given->is<Text>() ? *given : Value(textOf(*given));
   const Text& text = *whole.get<Text>();
   const auto match = TextSearch(text.utf8(), attributes_).find(textOf(*searched), 0);
@@ -92,7 +92,7 @@ Value Evaluator::randomNumber(const Command& command) {
 
 Value Evaluator::roundNumber(const Command& command) {
   if (!command.direct)
-    throw errors::of(errorNumber::missingParameter, "The direct parameter is missing for round.");
+    throw errors::missingParameter("direct", "round");
   const Value number = numberOf(operand(*command.direct));
   const auto direction = parameterOf(command, roundingParameter);
   const Rounding rounding = direction ? roundingOf(*direction) : Rounding::toNearest;

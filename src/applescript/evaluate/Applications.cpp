@@ -3,13 +3,14 @@
 // of w`, `item 2 of name of windows`) is done here, after a `get` of the value.
 #include "applescript/evaluate/Evaluator.h"
 #include "applescript/evaluate/TestNeedsValues.h"
-#include "applescript/events/ObjectSpecifier.h"
-#include "applescript/events/ScriptableApplication.h"
+#include "applescript/events/AppleEventMessage.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/ClassNames.h"
-#include "applescript/values/Codes.h"
 #include "applescript/values/Errors.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/Restored.h"
+#include "applescript/values/ScriptableApplication.h"
 #include "applescript/values/SourceForm.h"
 
 #include <fmt/core.h>
@@ -186,58 +187,21 @@ Value Evaluator::specifierElement(const Value::SpecifierPointer& container, cons
 
 Value::SpecifierPointer Evaluator::elementSpecifier(Value::SpecifierPointer container,
                                                     const ElementAccess& expression) {
-  FourCharCode desiredClass = expression.elementClass.code;
-  std::shared_ptr<const SpecifierTest> test;
-  if (desiredClass == codes::item && container->form == SpecifierForm::every && container->container) {
-    desiredClass = container->desiredClass;
-    test = container->test;
+  const ElementKey key = keyOf(expression);
+  const auto specifier = stepOf(expression, {outgoing(key.first), outgoing(key.last)});
+  if (specifier->form == SpecifierForm::index)
+    specifier->key = integerOf(specifier->key);
+  if (expression.test)
+    specifier->test = specifierTest(*expression.test);
+  // `item 2 of tabs of w` is the tab.
+  if (specifier->desiredClass == codes::item && container->form == SpecifierForm::every && container->container) {
+    specifier->desiredClass = container->desiredClass;
+    if (!expression.test)
+      specifier->test = container->test;
     container = Value::SpecifierPointer(container->container);
   }
-  const auto specifier = childOf(std::move(container), desiredClass);
-  const ElementKey key = keyOf(expression);
-  specifier->key = outgoing(key.first);
-  switch (expression.form) {
-  case Form::index:
-    // A bare `tab x` is by index or by name, as the value of x decides.
-    specifier->form = specifier->key.text() && !expression.isIndexWritten ? SpecifierForm::name : SpecifierForm::index;
-    if (specifier->form == SpecifierForm::index)
-      specifier->key = integerOf(specifier->key);
-    break;
-  case Form::first:
-    specifier->form = SpecifierForm::index;
-    specifier->key = 1;
-    break;
-  case Form::last:
-    specifier->form = SpecifierForm::index;
-    specifier->key = -1;
-    break;
-  case Form::middle:
-    specifier->form = SpecifierForm::middle;
-    break;
-  case Form::some:
-    specifier->form = SpecifierForm::some;
-    break;
-  case Form::every:
-    specifier->form = SpecifierForm::every;
-    break;
-  case Form::name:
-    specifier->form = SpecifierForm::name;
-    break;
-  case Form::id:
-    specifier->form = SpecifierForm::id;
-    break;
-  case Form::range:
-    specifier->form = SpecifierForm::range;
-    specifier->rangeEnd = outgoing(key.last);
-    break;
-  case Form::before:
-    specifier->form = SpecifierForm::before;
-    break;
-  case Form::after:
-    specifier->form = SpecifierForm::after;
-    break;
-  }
-  specifier->test = expression.test ? specifierTest(*expression.test) : std::move(test);
+  specifier->application = container->application;
+  specifier->container = std::move(container);
   return specifier;
 }
 

@@ -2,10 +2,10 @@
 // the rules of the language: appending to a variable's list or text (`set x to x & y`) doesn't copy it when nobody else
 // can see it, and a list doesn't come to hold itself: what would close a ring is stored as a copy.
 #include "applescript/evaluate/Evaluator.h"
-#include "applescript/events/ObjectSpecifier.h"
-#include "applescript/values/Codes.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/Dates.h"
 #include "applescript/values/Errors.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/SourceForm.h"
 

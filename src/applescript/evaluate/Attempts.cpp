@@ -3,7 +3,7 @@
 // `return`, its expression is attempted: the one failure that is foreseen without going further is told instead of
 // thrown.
 #include "applescript/evaluate/Evaluator.h"
-#include "applescript/values/Codes.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/Coercion.h"
 #include "applescript/values/Errors.h"
 

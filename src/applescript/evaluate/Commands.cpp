@@ -4,13 +4,13 @@
 
 #include "applescript/evaluate/Evaluator.h"
 #include "applescript/evaluate/TestNeedsValues.h"
-#include "applescript/events/ObjectSpecifier.h"
-#include "applescript/events/ScriptableApplication.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/ClassNames.h"
-#include "applescript/values/Codes.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Names.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
+#include "applescript/values/ScriptableApplication.h"
 #include "applescript/values/SourceForm.h"
 
 #include <fmt/core.h>
@@ -83,9 +83,7 @@ Value Evaluator::evaluateCommand(const Command& command) {
   case commandKey(additions::read):
   case commandKey(additions::clipboard):
   case commandKey(additions::setClipboard):
-    throw errors::of(
-        errorNumber::privilege,
-        fmt::format("A privilege violation occurred: “{}” isn’t available to scripts here.", command.term->words));
+    throw errors::notAvailable(command.term->words);
   default:
     return sendCommand(command);
   }

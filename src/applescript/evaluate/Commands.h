@@ -1,6 +1,6 @@
 #pragma once
 
-#include "applescript/events/AppleEventMessage.h"
+#include "applescript/terminology/EventCode.h"
 
 #include <cstdint>
 

@@ -1,12 +1,12 @@
 // Elements of values: items of lists, pieces of text (with TextContainers.cpp). The container is evaluated first, then
 // the key, once; `whose` and a class other than `item` narrow the candidates before one is picked.
 #include "applescript/evaluate/Evaluator.h"
-#include "applescript/events/ObjectSpecifier.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/ClassNames.h"
-#include "applescript/values/Codes.h"
 #include "applescript/values/Dates.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/ForeignObject.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/Restored.h"
 #include "applescript/values/SourceForm.h"
@@ -27,36 +27,6 @@ bool isTextElement(FourCharCode code) {
          code == codes::textItem || isTextClass(code);
 }
 
-// "item 9", "items 2 thru 3", "last word", as the sentence of an error names it.
-std::string describe(const ElementAccess& expression, const Value& first, const Value& last) {
-  std::string words = classWords(expression.elementClass);
-  switch (expression.form) {
-  case Form::index:
-  case Form::name:
-    return fmt::format("{} {}", words, shortSourceForm(first));
-  case Form::first:
-    return fmt::format("{} 1", words);
-  case Form::last:
-    return fmt::format("last {}", words);
-  case Form::middle:
-    return fmt::format("middle {}", words);
-  case Form::some:
-    return fmt::format("some {}", words);
-  case Form::every:
-    return fmt::format("every {}", words);
-  case Form::id:
-    return fmt::format("{} id {}", words, shortSourceForm(first));
-  case Form::range:
-    return fmt::format("{}{} {} thru {}", words, isTextClass(expression.elementClass.code) ? "" : "s",
-                       shortSourceForm(first), shortSourceForm(last));
-  case Form::before:
-    return fmt::format("{} before", words);
-  case Form::after:
-    return fmt::format("{} after", words);
-  }
-  return words;
-}
-
 std::string textFromCodePoints(const Value& value) {
   std::string text;
   const Value::ListPointer codePoints = listOf(value);
@@ -75,7 +45,7 @@ std::string textFromCodePoints(const Value& value) {
 
 } // namespace
 
-Evaluator::ElementKey Evaluator::keyOf(const ElementAccess& expression) {
+ElementKey Evaluator::keyOf(const ElementAccess& expression) {
   ElementKey key;
   if (expression.key)
     key.first = operand(*expression.key);
@@ -93,7 +63,7 @@ std::optional<Value> Evaluator::specialElement(const ElementAccess& expression) 
     const Value text = operand(*expression.key);
     if (const auto date = dateFromText(textOf(text), Date{surroundings_.now()}))
       return Value(*date);
-    throw errors::of(errorNumber::invalidDate, fmt::format("Invalid date and time {}.", shortSourceForm(text)));
+    throw errors::invalidDate(text);
   }
   if (expression.form == Form::id && (code == codes::character || isTextClass(code)))
     return Value(textFromCodePoints(operand(*expression.key)));
@@ -136,9 +106,7 @@ std::vector<Value> Evaluator::candidates(const Value& container, const ElementAc
     for (const TextRange range : textRanges(*text, code))
       elements.emplace_back(text->utf8().substr(range.offset, range.length));
   } else {
-    const ElementKey key = keyOf(expression);
-    throw errors::cannotGet(
-        fmt::format("{} of {}", describe(expression, key.first, key.last), shortSourceForm(container)));
+    throw cannotGetElement(expression, keyOf(expression), container);
   }
   if (!expression.test)
     return elements;
@@ -180,8 +148,7 @@ std::size_t Evaluator::position(std::size_t count, const ElementAccess& expressi
     break;
   }
   if (index < 0 || index >= size)
-    throw errors::cannotGet(
-        fmt::format("{} of {}", describe(expression, key.first, key.last), shortSourceForm(container)));
+    throw cannotGetElement(expression, key, container);
   return static_cast<std::size_t>(index);
 }
 
@@ -196,8 +163,7 @@ std::pair<std::size_t, std::size_t> Evaluator::positions(std::size_t count, cons
   const std::int64_t start = indexOf(key.first);
   const std::int64_t end = indexOf(key.last);
   if (std::min(start, end) < 0 || std::max(start, end) >= size)
-    throw errors::cannotGet(
-        fmt::format("{} of {}", describe(expression, key.first, key.last), shortSourceForm(container)));
+    throw cannotGetElement(expression, key, container);
   return {static_cast<std::size_t>(std::min(start, end)), static_cast<std::size_t>(std::max(start, end))};
 }
 

@@ -4,9 +4,9 @@
 #include "applescript/evaluate/Evaluator.h"
 
 #include "applescript/evaluate/TestNeedsValues.h"
-#include "applescript/events/ObjectSpecifier.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Names.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/Restored.h"
 

@@ -1,12 +1,14 @@
 #pragma once
 
-#include "applescript/Interpreter.h"
+#include "applescript/evaluate/ElementStep.h"
 #include "applescript/evaluate/Frame.h"
 #include "applescript/evaluate/Script.h"
 #include "applescript/evaluate/StackGuard.h"
-#include "applescript/events/ObjectSpecifier.h"
+#include "applescript/evaluate/Surroundings.h"
+#include "applescript/events/AppleEventMessage.h"
 #include "applescript/values/Coercion.h"
 #include "applescript/values/Comparison.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/TextElements.h"
 
 #include <chrono>
@@ -154,10 +156,6 @@ private:
   Value referenceToElement(const ElementAccess& element);
 
   // Elements.cpp
-  struct ElementKey {
-    Value first; ///< index, name, id, or start of the range
-    Value last;  ///< end of the range
-  };
   Value evaluateElement(const ElementAccess& expression, Mode mode);
   ElementKey keyOf(const ElementAccess& expression);
   Value elementOf(const Value& container, const ElementAccess& expression);

@@ -3,13 +3,13 @@
 // stands.
 #include "applescript/evaluate/Evaluator.h"
 #include "applescript/evaluate/TestNeedsValues.h"
-#include "applescript/events/ObjectSpecifier.h"
-#include "applescript/events/ScriptableApplication.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/ForeignObject.h"
 #include "applescript/values/Names.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/Restored.h"
+#include "applescript/values/ScriptableApplication.h"
 #include "applescript/values/SourceForm.h"
 
 #include <fmt/core.h>
@@ -118,8 +118,7 @@ Value Evaluator::callHandler(const HandlerCall& call) {
       return sendForeign(**foreign, selectorOf(call), std::move(arguments));
     }
     if (const auto* specifier = object.get<Value::SpecifierPointer>(); specifier && (*specifier)->application)
-      throw errors::of(errorNumber::notHandled, fmt::format("Can’t continue {}.", call.name))
-          .raisedBy((*specifier)->application->name());
+      throw errors::cannotContinue(call.name).raisedBy((*specifier)->application->name());
     const auto* script = object.get<Value::ScriptPointer>();
     const FoundHandler found = script ? findHandler(*script, call.foldedName) : FoundHandler{};
     if (!found.definition)
@@ -141,8 +140,7 @@ Value Evaluator::callHandler(const HandlerCall& call) {
   if (!found.definition) {
     const auto* target = frame_->target.get<Value::SpecifierPointer>();
     if (call.target == HandlerCall::Target::implicit && target && (*target)->application)
-      throw errors::of(errorNumber::notHandled, fmt::format("Can’t continue {}.", call.name))
-          .raisedBy((*target)->application->name());
+      throw errors::cannotContinue(call.name).raisedBy((*target)->application->name());
     throw errors::notUnderstood(frame_->self->description(), call.name);
   }
   return invoke(found, found.owner, argumentsOf(call), call.name);
@@ -155,17 +153,11 @@ Value Evaluator::continueCall(const ContinueStatement& statement) {
   const auto* parent = frame_->owner->parent.get<Value::ScriptPointer>();
   const FoundHandler found = parent ? findHandler(*parent, call.foldedName) : FoundHandler{};
   if (!found.definition)
-    throw errors::of(errorNumber::notHandled, fmt::format("Can’t continue {}.", call.name));
+    throw errors::cannotContinue(call.name);
   return invoke(found, frame_->self, argumentsOf(call), call.name);
 }
 
 void Evaluator::bindParameters(const HandlerDefinition& definition, Arguments&& arguments, std::string_view name) {
-  const auto mismatch = [&](const std::string& what) {
-    return errors::of(errorNumber::wrongParameters, fmt::format("{} for {}.", what, name));
-  };
-  const auto missing = [&](std::string_view what) {
-    return errors::of(errorNumber::missingParameter, fmt::format("The {} parameter is missing for {}.", what, name));
-  };
   std::size_t leastNeeded = 0;
   for (std::size_t index = 0; index < definition.positional.size(); ++index) {
     if (!definition.positional[index].defaultValue)
@@ -173,11 +165,12 @@ void Evaluator::bindParameters(const HandlerDefinition& definition, Arguments&& 
   }
   const std::size_t given = arguments.positional.size();
   if (definition.isLabelled != arguments.isLabelled && (definition.isLabelled || given > 0 || leastNeeded > 0))
-    throw mismatch("The parameters don’t match");
+    throw errors::wrongParameters("The parameters don’t match", name);
   if (given > definition.positional.size() || given < leastNeeded)
-    throw mismatch(fmt::format("{} doesn’t match the {} parameters",
-                               shortSourceForm(Value::list(std::move(arguments.positional))),
-                               definition.positional.size()));
+    throw errors::wrongParameters(fmt::format("{} doesn’t match the {} parameters",
+                                              shortSourceForm(Value::list(std::move(arguments.positional))),
+                                              definition.positional.size()),
+                                  name);
   for (std::size_t index = 0; index < definition.positional.size(); ++index) {
     const Parameter& parameter = definition.positional[index];
     assignTo(*parameter.pattern,
@@ -185,7 +178,7 @@ void Evaluator::bindParameters(const HandlerDefinition& definition, Arguments&& 
   }
   if (definition.direct) {
     if (arguments.direct.isNothing() && !definition.direct->defaultValue)
-      throw missing("direct");
+      throw errors::missingParameter("direct", name);
     assignTo(*definition.direct->pattern,
              arguments.direct.isNothing() ? evaluate(*definition.direct->defaultValue) : std::move(arguments.direct));
   }
@@ -197,7 +190,7 @@ void Evaluator::bindParameters(const HandlerDefinition& definition, Arguments&& 
     else if (parameter.defaultValue)
       assignTo(*parameter.pattern, evaluate(*parameter.defaultValue));
     else
-      throw missing(label);
+      throw errors::missingParameter(label, name);
   }
 }
 

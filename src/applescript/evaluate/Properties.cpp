@@ -1,11 +1,11 @@
 // Properties of values of the language; those of application objects are Applications.cpp's.
 #include "applescript/evaluate/Evaluator.h"
-#include "applescript/events/ObjectSpecifier.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/ClassNames.h"
-#include "applescript/values/Codes.h"
 #include "applescript/values/Dates.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/ForeignObject.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/SourceForm.h"
 
@@ -91,7 +91,7 @@ std::optional<Value> Evaluator::propertyOfValue(const Value& value, const Label&
     if (const Value* own = findProperty(**script, property); own && !own->isNothing())
       return *own;
     if (property.code == codes::name)
-      return (*script)->layout().name.empty() ? surroundings_.ownName : (*script)->layout().name;
+      return (*script)->name().empty() ? surroundings_.ownName : (*script)->name();
     if (property.code == codes::parent && !(*script)->parent.isNothing())
       return (*script)->parent;
   } else if (const auto* text = value.get<Text>()) {

@@ -2,10 +2,10 @@
 // Reference; anything else is its own value. References may outlive the run, so they hold on to what they read from.
 #include "applescript/evaluate/Bridge.h"
 #include "applescript/evaluate/Evaluator.h"
-#include "applescript/events/ObjectSpecifier.h"
-#include "applescript/values/Codes.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/ForeignObject.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/SourceForm.h"
 

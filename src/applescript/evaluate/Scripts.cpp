@@ -1,7 +1,7 @@
 // Script objects come to be when their text is reached: properties are evaluated in the order written, each seeing
 // those before it, and in a handler also the handler's variables.
 #include "applescript/evaluate/Evaluator.h"
-#include "applescript/values/Codes.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/Restored.h"

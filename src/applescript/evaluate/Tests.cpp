@@ -3,8 +3,8 @@
 // with such a property can't travel (TestNeedsValues), and is evaluated here like that of a `whose` on a list.
 #include "applescript/evaluate/Evaluator.h"
 #include "applescript/evaluate/TestNeedsValues.h"
-#include "applescript/events/ObjectSpecifier.h"
 #include "applescript/values/Errors.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/Restored.h"
 

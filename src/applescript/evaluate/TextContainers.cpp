@@ -1,8 +1,8 @@
 // Pieces of a text: characters, words, paragraphs, text items. A range of `text` is the stretch from the first to the
 // last of its characters; a range of anything else is the list of the pieces.
 #include "applescript/evaluate/Evaluator.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/ClassNames.h"
-#include "applescript/values/Codes.h"
 #include "applescript/values/Reference.h"
 
 #include <algorithm>

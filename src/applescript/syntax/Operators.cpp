@@ -1,5 +1,7 @@
 #include "applescript/syntax/Operators.h"
 
+#include "applescript/values/SourceForm.h"
+
 #include <algorithm>
 
 // One row per spelling. A row is found by its first token; among rows with the same first token the longest that fits
@@ -154,29 +156,29 @@ std::string_view sourceForm(Binary::Operator op) {
   case concatenate:
     return "&";
   case equal:
-    return "is";
+    return sourceForm(TestOperator::equals);
   case notEqual:
     return "is not";
   case less:
-    return "<";
+    return sourceForm(TestOperator::lessThan);
   case lessOrEqual:
-    return "≤";
+    return sourceForm(TestOperator::atMost);
   case greater:
-    return ">";
+    return sourceForm(TestOperator::greaterThan);
   case greaterOrEqual:
-    return "≥";
+    return sourceForm(TestOperator::atLeast);
   case contains:
-    return "contains";
+    return sourceForm(TestOperator::contains);
   case doesNotContain:
     return "does not contain";
   case isIn:
-    return "is in";
+    return sourceForm(TestOperator::isContainedBy);
   case isNotIn:
     return "is not in";
   case beginsWith:
-    return "begins with";
+    return sourceForm(TestOperator::beginsWith);
   case endsWith:
-    return "ends with";
+    return sourceForm(TestOperator::endsWith);
   case logicalAnd:
     return "and";
   case logicalOr:

@@ -1,4 +1,5 @@
 #include "applescript/syntax/ScriptParser.h"
+#include "applescript/values/Errors.h"
 
 #include <fmt/core.h>
 
@@ -246,7 +247,7 @@ void ScriptParser::explainByUnknownApplication(const Expression* target, std::si
     return;
   const std::string_view words = std::string_view(tree_.source).substr(target->range.offset, target->range.length);
   errors_.insert(errors_.begin() + static_cast<std::ptrdiff_t>(firstError),
-                 syntaxError(errorNumber::noSuchObject, fmt::format("Can’t get {}.", words), target->range));
+                 syntaxError(errorNumber::noSuchObject, errors::cannotGet(words).sentence(), target->range));
 }
 
 const Terminology* ScriptParser::terminologyOf(const Expression* expression) const {

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "applescript/lexer/Lexer.h"
+#include "applescript/lexer/SyntaxErrors.h"
 #include "applescript/syntax/Operators.h"
 #include "applescript/syntax/Parser.h"
-#include "applescript/syntax/SyntaxErrors.h"
 #include "applescript/syntax/Tree.h"
 #include "applescript/syntax/WordScope.h"
 
