@@ -1,7 +1,9 @@
-// The border to applications. Access to an object's properties and elements only makes its name longer, until a value
+// Objects of applications. Access to an object's properties and elements only makes its name longer, until a value
 // is needed: then one `get` carries the whole name. What the language can do on its own with a value (`length of name
 // of w`, `item 2 of name of windows`) is done here, after a `get` of the value.
+#include "applescript/evaluate/Bridge.h"
 #include "applescript/evaluate/Evaluator.h"
+#include "applescript/evaluate/TestBuilder.h"
 #include "applescript/evaluate/TestNeedsValues.h"
 #include "applescript/events/AppleEventMessage.h"
 #include "applescript/terminology/Codes.h"
@@ -71,76 +73,22 @@ std::shared_ptr<ObjectSpecifier> childOf(Value::SpecifierPointer container, Four
 
 } // namespace
 
-const Value& Evaluator::currentApplication() {
-  static const Value root{Value::SpecifierPointer(std::make_shared<const ObjectSpecifier>())};
-  return root;
-}
-
 Value Evaluator::evaluateApplication(const ApplicationReference& expression) {
-  if (const auto found = applications_.find(&expression); found != applications_.end())
-    return found->second;
-  const std::string designation = textOf(operand(*expression.designation), coercionContext());
-  const bool byID = expression.by == ApplicationReference::By::id;
-  const auto application =
-      byID ? surroundings_.directory->findByID(designation) : surroundings_.directory->findByName(designation);
-  if (!application)
-    throw errors::cannotGet(fmt::format("application {}{}", byID ? "id " : "", shortSourceForm(Value(designation))));
-  Value::SpecifierPointer root = applicationRoot(application);
-  if (expression.designation->kind == Expression::Kind::literal)
-    applications_.emplace(&expression, root);
-  return root;
-}
-
-Value Evaluator::get(const Value::SpecifierPointer& specifier) {
-  if (specifier->form == SpecifierForm::application || !specifier->application)
-    return specifier;
-  AppleEventMessage message;
-  message.code = events::get;
-  message.directObject = specifier;
-  return send(specifier->application, std::move(message));
-}
-
-void Evaluator::setInApplication(const Value::SpecifierPointer& specifier, const Value& value) {
-  AppleEventMessage message;
-  message.code = events::set;
-  message.directObject = specifier;
-  message.parameters.emplace_back(keywords::data, outgoing(value));
-  send(specifier->application, std::move(message));
-}
-
-Value Evaluator::outgoing(const Value& value) {
-  return lookThroughDeep(value, ForeignObjects::unwrapped);
-}
-
-Value Evaluator::send(const std::shared_ptr<ScriptableApplication>& application, AppleEventMessage message) {
-  if (mustEnd())
-    throw errors::userCancelled();
-  if (const auto* target = frame_->target.get<Value::SpecifierPointer>(); target && (*target)->application)
-    message.subject = *target;
-  message.deadline = std::chrono::steady_clock::now() + eventTimeout_;
-  message.stop = stop_;
-  message.notices = notices_;
-  try {
-    return application->handle(message);
-  } catch (ScriptError& error) {
-    if (!error.application() && error.number() != errorNumber::userCancelled)
-      error.raisedBy(application->name());
-    throw;
-  } catch (const platform::Failure& failure) {
-    throw errors::of(errorNumber::handlerFailed, failure.errorDescription()).raisedBy(application->name());
-  }
+  if (const Value::SpecifierPointer* known = sender_.known(expression))
+    return *known;
+  return sender_.find(expression, textOf(operand(*expression.designation), coercionContext()));
 }
 
 Value Evaluator::specifierProperty(const Value::SpecifierPointer& container, const Label& property, Mode mode) {
   const bool isRoot = container->form == SpecifierForm::application;
   if (property.code == codes::contents)
-    return mode == Mode::value ? get(container) : Value(container);
+    return mode == Mode::value ? sender_.get(container) : Value(container);
   if (isRoot && property.code == codes::className)
     return ClassName{codes::application, "application"};
   if (isRoot && !container->application) {
     if (property.code == codes::name)
       return surroundings_.ownName;
-    return bridgeName(property.name);
+    return findInBridge(surroundings_.objectiveC, property.name);
   }
   if (isRootedInTest(*container))
     return applescript::propertyOf(container, property.code);
@@ -157,9 +105,9 @@ Value Evaluator::specifierProperty(const Value::SpecifierPointer& container, con
     throw errors::cannotGet(fmt::format("{} of {}", property.name, shortSourceForm(Value(container))))
         .raisedBy(container->application->name());
   if (isValueProperty(property.code, container->form))
-    return propertyOf(get(container), property, mode);
+    return propertyOf(sender_.get(container), property, mode);
   const Value::SpecifierPointer specifier = applescript::propertyOf(container, property.code);
-  return mode == Mode::value ? get(specifier) : Value(specifier);
+  return mode == Mode::value ? sender_.get(specifier) : Value(specifier);
 }
 
 Value Evaluator::specifierElement(const Value::SpecifierPointer& container, const ElementAccess& expression,
@@ -172,7 +120,7 @@ Value Evaluator::specifierElement(const Value::SpecifierPointer& container, cons
     const bool isItemOfEvery = expression.elementClass.code == codes::item && container->form == SpecifierForm::every &&
                                !(container->test && expression.test) && container->container;
     if (!isItemOfEvery)
-      return elementOf(get(container), expression);
+      return elementOf(sender_.get(container), expression);
   }
   Value::SpecifierPointer specifier;
   try {
@@ -182,7 +130,7 @@ Value Evaluator::specifierElement(const Value::SpecifierPointer& container, cons
       throw;
     return filteredElement(container, expression);
   }
-  return mode == Mode::value ? get(specifier) : Value(specifier);
+  return mode == Mode::value ? sender_.get(specifier) : Value(specifier);
 }
 
 Value::SpecifierPointer Evaluator::elementSpecifier(Value::SpecifierPointer container,
@@ -205,24 +153,38 @@ Value::SpecifierPointer Evaluator::elementSpecifier(Value::SpecifierPointer cont
   return specifier;
 }
 
+std::shared_ptr<const SpecifierTest> Evaluator::specifierTest(const Expression& test) {
+  const Restored<Value> target(frame_->target, TestBuilder::objectUnderTest());
+  const auto side = [this](const Expression& expression) {
+    const Value value = lookThrough(evaluate(expression));
+    const auto* specifier = value.get<Value::SpecifierPointer>();
+    return specifier && isRootedInTest(**specifier) ? value : outgoing(plain(value));
+  };
+  return TestBuilder(attributes_.considersCase, stack_, side).build(test);
+}
+
+bool Evaluator::passes(const Value& item, const Expression& test) {
+  const Restored<Value> target(frame_->target, lookThrough(item));
+  return condition(test);
+}
+
 // A condition that the application can't be asked: all elements are fetched, and each is put to the test here.
 Value Evaluator::filteredElement(const Value::SpecifierPointer& container, const ElementAccess& expression) {
   const auto every = childOf(container, expression.elementClass.code);
   every->form = SpecifierForm::every;
-  const Value all = get(every);
+  const Value all = sender_.get(every);
   std::vector<Value> passing;
   const Value::ListPointer elements = listOf(all);
   for (const Value& element : elements->items) {
     if (passes(element, *expression.test))
       passing.push_back(element);
   }
-  return pick(passing, expression, keyOf(expression), Value(container));
+  return picker_.pickFrom(passing, expression, keyOf(expression), Value(container));
 }
 
 Value Evaluator::insertionPoint(const InsertionPoint& expression) {
   using Where = InsertionPoint::Where;
-  const Value container =
-      lookThrough(expression.container ? evaluate(*expression.container, Mode::designation) : implicitTarget());
+  const Value container = containerOf(expression.container);
   const auto* place = container.get<Value::SpecifierPointer>();
   const bool isEnd = expression.where == Where::end || expression.where == Where::beginning;
   if (!place || !(*place)->application) {

@@ -1,6 +1,7 @@
 // Calls of the script's own handlers. A message goes to a script object; its handler is found there or along its
 // parents. The frame of the call knows both: `self`, who was sent the message, and `owner`, in whose text the handler
 // stands.
+#include "applescript/evaluate/Bridge.h"
 #include "applescript/evaluate/Evaluator.h"
 #include "applescript/evaluate/TestNeedsValues.h"
 #include "applescript/values/Errors.h"
@@ -26,7 +27,7 @@ Value Evaluator::inFrame(Frame& frame, Body body) {
   const Restored<std::size_t> depth(depth_, depth_ + 1);
   if (body() == Flow::returned)
     return std::move(frame.returned);
-  return result();
+  return frame.result();
 }
 
 Value Evaluator::invoke(const FoundHandler& handler, std::shared_ptr<ScriptObject> self, Arguments&& arguments,
@@ -68,26 +69,6 @@ Value Evaluator::runScript(const std::shared_ptr<ScriptObject>& script, std::vec
   return invoke(found, script, std::move(passed), "run");
 }
 
-Evaluator::FoundHandler Evaluator::findHandler(const std::shared_ptr<ScriptObject>& script, const std::string& folded) {
-  std::shared_ptr<ScriptObject> object = script;
-  for (int hops = 0; object && hops < 100; ++hops) {
-    if (const HandlerDefinition* definition = object->layout().findHandler(folded))
-      return {definition, object};
-    const auto* parent = object->parent.get<Value::ScriptPointer>();
-    object = parent ? *parent : nullptr;
-  }
-  return {};
-}
-
-/// The handler of a script around this one, which a message without a receiver reaches too.
-Evaluator::FoundHandler Evaluator::findHandlerAround(const std::string& folded) {
-  for (std::shared_ptr<ScriptObject> script = frame_->owner; script; script = script->enclosing()) {
-    if (const FoundHandler found = findHandler(script, folded); found.definition)
-      return found;
-  }
-  return {};
-}
-
 Evaluator::Arguments Evaluator::argumentsOf(const HandlerCall& call) {
   // The reference that a loop's variable holds is, for the handler, the value that it leads to.
   const auto argument = [&](const Expression& expression) {
@@ -115,7 +96,8 @@ Value Evaluator::callHandler(const HandlerCall& call) {
     const Value object = lookThrough(evaluate(*call.object, Mode::designation));
     if (const auto* foreign = object.get<Value::ForeignPointer>()) {
       std::vector<Value> arguments = argumentsOf(call).positional;
-      return sendForeign(**foreign, selectorOf(call), std::move(arguments));
+      budget_.require();
+      return sendToForeign(*foreign, selectorOf(call), std::move(arguments));
     }
     if (const auto* specifier = object.get<Value::SpecifierPointer>(); specifier && (*specifier)->application)
       throw errors::cannotContinue(call.name).raisedBy((*specifier)->application->name());
@@ -136,7 +118,7 @@ Value Evaluator::callHandler(const HandlerCall& call) {
   if (const FoundHandler own = findHandler(frame_->self, call.foldedName); own.definition)
     return invoke(own, frame_->self, argumentsOf(call), call.name);
   const FoundHandler found =
-      call.target == HandlerCall::Target::implicit ? findHandlerAround(call.foldedName) : FoundHandler{};
+      call.target == HandlerCall::Target::implicit ? findHandlerAround(frame_->owner, call.foldedName) : FoundHandler{};
   if (!found.definition) {
     const auto* target = frame_->target.get<Value::SpecifierPointer>();
     if (call.target == HandlerCall::Target::implicit && target && (*target)->application)

@@ -31,18 +31,4 @@ void Evaluator::initialize(const std::shared_ptr<ScriptObject>& script) {
   }
 }
 
-Value* Evaluator::findProperty(ScriptObject& script, const Label& label) {
-  ScriptObject* object = &script;
-  for (int hops = 0; object && hops < 100; ++hops) {
-    if (const auto index = object->layout().findVariable(label.name)) {
-      Value& variable = object->variables[static_cast<std::size_t>(*index)];
-      // A name that was only declared somewhere doesn't hide what a parent has.
-      if (!variable.isNothing() || !object->parentScript())
-        return &variable;
-    }
-    object = object->parentScript();
-  }
-  return nullptr;
-}
-
 } // namespace tabwright::applescript

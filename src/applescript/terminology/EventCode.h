@@ -2,6 +2,8 @@
 
 #include "applescript/terminology/FourCharCode.h"
 
+#include <cstdint>
+
 namespace tabwright::applescript {
 
 /// Identity of an event: `core`/`getd` is the event that `get` sends.
@@ -10,6 +12,11 @@ struct EventCode {
   FourCharCode eventID = 0;
   friend bool operator==(EventCode, EventCode) = default;
 };
+
+/// An event's identity as one number, for tables and to switch over.
+[[nodiscard]] constexpr std::uint64_t eventKey(EventCode code) {
+  return std::uint64_t{code.eventClass} << 32 | code.eventID;
+}
 
 namespace events {
 inline constexpr EventCode get{fourCharCode("core"), fourCharCode("getd")};
@@ -26,6 +33,8 @@ inline constexpr EventCode activate{fourCharCode("misc"), fourCharCode("actv")};
 inline constexpr EventCode quit{fourCharCode("aevt"), fourCharCode("quit")};
 inline constexpr EventCode open{fourCharCode("aevt"), fourCharCode("odoc")};
 inline constexpr EventCode run{fourCharCode("aevt"), fourCharCode("oapp")};
+inline constexpr EventCode launch{fourCharCode("ascr"), fourCharCode("noop")};
+inline constexpr EventCode reopen{fourCharCode("aevt"), fourCharCode("rapp")};
 } // namespace events
 
 namespace keywords {
