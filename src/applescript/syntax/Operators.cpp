@@ -14,10 +14,13 @@ using enum Binary::Operator;
 using K = Keyword;
 
 constexpr OperatorRow sign(Binary::Operator op, Precedence precedence, Symbol symbol) {
-  return {op, precedence, symbol, {}};
+  return {OperatorRow::Form::binary, op, precedence, symbol, {}};
 }
 constexpr OperatorRow words(Binary::Operator op, Precedence precedence, std::array<Keyword, 8> words) {
-  return {op, precedence, Symbol::none, words};
+  return {OperatorRow::Form::binary, op, precedence, Symbol::none, words};
+}
+constexpr OperatorRow suffix(OperatorRow::Form form, Precedence precedence, std::array<Keyword, 8> words) {
+  return {form, {}, precedence, Symbol::none, words};
 }
 
 constexpr auto rows = std::to_array<OperatorRow>({
@@ -104,6 +107,17 @@ constexpr auto rows = std::to_array<OperatorRow>({
     words(integerDivide, Precedence::multiplication, {K::div}),
     words(modulo, Precedence::multiplication, {K::mod}),
     sign(power, Precedence::power, Symbol::power),
+
+    suffix(OperatorRow::Form::coercion, Precedence::coercion, {K::as}),
+    suffix(OperatorRow::Form::existence, Precedence::equality, {K::exists}),
+    suffix(OperatorRow::Form::existence, Precedence::equality, {K::exist}),
+    suffix(OperatorRow::Form::nonexistence, Precedence::equality, {K::does, K::not_, K::exist}),
+    suffix(OperatorRow::Form::nonexistence, Precedence::equality, {K::does, K::not_, K::exists}),
+    suffix(OperatorRow::Form::nonexistence, Precedence::equality, {K::doesnt, K::exist}),
+    suffix(OperatorRow::Form::nonexistence, Precedence::equality, {K::doesnt, K::exists}),
+    suffix(OperatorRow::Form::running, Precedence::equality, {K::is, K::running}),
+    suffix(OperatorRow::Form::notRunning, Precedence::equality, {K::is, K::not_, K::running}),
+    suffix(OperatorRow::Form::notRunning, Precedence::equality, {K::isnt, K::running}),
 });
 
 /// How many tokens the row's words take, or 0 when they don't stand there.
@@ -119,7 +133,7 @@ std::size_t matchWords(const OperatorRow& row, std::span<const Token> tokens) {
 
 } // namespace
 
-OperatorMatch matchOperator(std::span<const Token> tokens) {
+OperatorMatch matchOperator(std::span<const Token> tokens, OperatorRows which) {
   OperatorMatch best;
   const Token& first = tokens.front();
   if (first.kind == Token::Kind::symbol) {
@@ -129,7 +143,8 @@ OperatorMatch matchOperator(std::span<const Token> tokens) {
   if (first.kind != Token::Kind::word || first.keyword == Keyword::none)
     return best;
   for (const OperatorRow& row : rows) {
-    if (row.words.front() != first.keyword)
+    const bool isState = row.form == OperatorRow::Form::running || row.form == OperatorRow::Form::notRunning;
+    if (row.words.front() != first.keyword || (isState && which == OperatorRows::withoutStates))
       continue;
     if (const std::size_t count = matchWords(row, tokens); count > best.tokens)
       best = {&row, count};
