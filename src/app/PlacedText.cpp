@@ -1,6 +1,6 @@
 #include "app/PlacedText.h"
 
-#include "applescript/syntax/SourceRange.h"
+#include "applescript/SourceRange.h"
 #include "platform/Utf8.h"
 
 #include <fmt/core.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "applescript/syntax/SourceRange.h"
+#include "applescript/SourceRange.h"
 #include "platform/Failure.h"
 
 #include <memory>

@@ -1,7 +1,7 @@
 #include "scripting/OwnApplication.h"
 
 #include "applescript/ScriptError.h"
-#include "scripting/model/EventErrors.h"
+#include "applescript/values/Errors.h"
 
 #include <utility>
 
@@ -10,6 +10,7 @@ namespace tabwright::scripting {
 using applescript::ObjectSpecifier;
 using applescript::Value;
 namespace events = applescript::events;
+namespace errors = applescript::errors;
 
 OwnApplication::OwnApplication(std::string name, std::string bundleIdentifier, std::function<void()> activate)
     : name_(std::move(name)), bundleIdentifier_(std::move(bundleIdentifier)), activate_(std::move(activate)) {}
@@ -36,9 +37,9 @@ Value OwnApplication::handle(const applescript::AppleEventMessage& message) {
       if ((*specifier)->desiredClass == applescript::fourCharCode("ID  "))
         return Value(bundleIdentifier_);
     }
-    throw cannotGet(**specifier, *terminology());
+    throw errors::cannotGet(**specifier, *terminology());
   }
-  throw notUnderstood(target != nullptr ? *target : Value(name_), message.code, *terminology());
+  throw errors::notUnderstood(target != nullptr ? *target : Value(name_), message.code, *terminology());
 }
 
 } // namespace tabwright::scripting

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "applescript/events/ScriptableApplication.h"
+#include "applescript/events/ApplicationDirectory.h"
 #include "platform/BrowserTable.h"
 #include "scripting/driver/BrowserDriver.h"
 #include "scripting/systemevents/Desktop.h"

@@ -1,8 +1,8 @@
 // What a script says to applications: which events, with which specifiers, and how many of them.
 #include "RecordingApplication.h"
 #include "applescript/Interpreter.h"
-#include "applescript/events/ObjectSpecifier.h"
 #include "applescript/values/Errors.h"
+#include "applescript/values/ObjectSpecifier.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -82,7 +82,7 @@ TEST_F(EventTests, WhoseTravelsInOneEventWithItsOperandsEvaluated) {
            "on two()\nreturn 2\nend two");
   inChrome("count (every tab of window 1 whose title does not contain \"x\")");
   EXPECT_THAT(events(), ElementsAre("get every window whose active tab index > 0",
-                                    "get window 1 whose name is \"News\" and not (visible is true) or id is in {1, 2}",
+                                    "get window 1 whose name = \"News\" and not (visible = true) or id is in {1, 2}",
                                     "count every tab of window 1 whose not (title contains \"x\")"));
 }
 

@@ -44,7 +44,7 @@ TEST(Printer, WritesWhatParsesAgain) {
   for (const auto& [source, printed] : std::vector<ParserCase>{
            {"set x to |error| & |any text| & |tab|", "set x to |error| & |any text| & |tab|\n"},
            {"a's b of c's d", "a's b of c's d\n"},
-           {"x exists and y does not exist", "x exists and y exists is false\n"},
+           {"x exists and y does not exist", "x exists and y exists = false\n"},
            {"windows whose x", "every window whose x\n"},
            {"third window whose x", "3rd window whose x\n"},
            {"every window whose (x) of every window", "every window of every window whose (x)\n"},

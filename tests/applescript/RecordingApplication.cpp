@@ -1,9 +1,9 @@
 #include "RecordingApplication.h"
 
 #include "applescript/Interpreter.h"
-#include "applescript/events/ObjectSpecifier.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Names.h"
+#include "applescript/values/ObjectSpecifier.h"
 
 namespace tabwright::applescript::test {
 

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "applescript/SyntaxDictionaries.h"
-#include "applescript/events/ScriptableApplication.h"
+#include "applescript/events/AppleEventMessage.h"
+#include "applescript/events/ApplicationDirectory.h"
 
 #include <functional>
 #include <map>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "applescript/events/ScriptableApplication.h"
+#include "applescript/events/ApplicationDirectory.h"
 
 namespace tabwright::applescript::test {
 

@@ -75,6 +75,8 @@ TEST_F(ChromiumDictionary, SaysWhatIsNotThere) {
   EXPECT_EQ(chromium("get loading of window 1"), "error -1728: Chromium got an error: Can’t get loading of window 1.");
   EXPECT_EQ(chromium("set loading of tab 1 of window 1 to true"),
             "error -10006: Chromium got an error: Can’t set loading of tab 1 of window 1 to true.");
+  EXPECT_EQ(chromium("set loading of every tab of window 1 to true"),
+            "error -10006: Chromium got an error: Can’t set loading of every tab of window 1 to true.");
   EXPECT_EQ(chromium("reload window 1"),
             "error -1708: Chromium got an error: window 1 doesn’t understand the “reload” message.");
   EXPECT_EQ(chromium("set active tab index of window 1 to 4").substr(0, 11), "error -1719");

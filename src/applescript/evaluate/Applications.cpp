@@ -1,15 +1,18 @@
-// The border to applications. Access to an object's properties and elements only makes its name longer, until a value
+// Objects of applications. Access to an object's properties and elements only makes its name longer, until a value
 // is needed: then one `get` carries the whole name. What the language can do on its own with a value (`length of name
 // of w`, `item 2 of name of windows`) is done here, after a `get` of the value.
+#include "applescript/evaluate/Bridge.h"
 #include "applescript/evaluate/Evaluator.h"
+#include "applescript/evaluate/TestBuilder.h"
 #include "applescript/evaluate/TestNeedsValues.h"
-#include "applescript/events/ObjectSpecifier.h"
-#include "applescript/events/ScriptableApplication.h"
+#include "applescript/events/AppleEventMessage.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/ClassNames.h"
-#include "applescript/values/Codes.h"
 #include "applescript/values/Errors.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/Restored.h"
+#include "applescript/values/ScriptableApplication.h"
 #include "applescript/values/SourceForm.h"
 
 #include <fmt/core.h>
@@ -70,76 +73,22 @@ std::shared_ptr<ObjectSpecifier> childOf(Value::SpecifierPointer container, Four
 
 } // namespace
 
-const Value& Evaluator::currentApplication() {
-  static const Value root{Value::SpecifierPointer(std::make_shared<const ObjectSpecifier>())};
-  return root;
-}
-
 Value Evaluator::evaluateApplication(const ApplicationReference& expression) {
-  if (const auto found = applications_.find(&expression); found != applications_.end())
-    return found->second;
-  const std::string designation = textOf(operand(*expression.designation), coercionContext());
-  const bool byID = expression.by == ApplicationReference::By::id;
-  const auto application =
-      byID ? surroundings_.directory->findByID(designation) : surroundings_.directory->findByName(designation);
-  if (!application)
-    throw errors::cannotGet(fmt::format("application {}{}", byID ? "id " : "", shortSourceForm(Value(designation))));
-  Value::SpecifierPointer root = applicationRoot(application);
-  if (expression.designation->kind == Expression::Kind::literal)
-    applications_.emplace(&expression, root);
-  return root;
-}
-
-Value Evaluator::get(const Value::SpecifierPointer& specifier) {
-  if (specifier->form == SpecifierForm::application || !specifier->application)
-    return specifier;
-  AppleEventMessage message;
-  message.code = events::get;
-  message.directObject = specifier;
-  return send(specifier->application, std::move(message));
-}
-
-void Evaluator::setInApplication(const Value::SpecifierPointer& specifier, const Value& value) {
-  AppleEventMessage message;
-  message.code = events::set;
-  message.directObject = specifier;
-  message.parameters.emplace_back(keywords::data, outgoing(value));
-  send(specifier->application, std::move(message));
-}
-
-Value Evaluator::outgoing(const Value& value) {
-  return lookThroughDeep(value, ForeignObjects::unwrapped);
-}
-
-Value Evaluator::send(const std::shared_ptr<ScriptableApplication>& application, AppleEventMessage message) {
-  if (mustEnd())
-    throw errors::userCancelled();
-  if (const auto* target = frame_->target.get<Value::SpecifierPointer>(); target && (*target)->application)
-    message.subject = *target;
-  message.deadline = std::chrono::steady_clock::now() + eventTimeout_;
-  message.stop = stop_;
-  message.notices = notices_;
-  try {
-    return application->handle(message);
-  } catch (ScriptError& error) {
-    if (!error.application() && error.number() != errorNumber::userCancelled)
-      error.raisedBy(application->name());
-    throw;
-  } catch (const platform::Failure& failure) {
-    throw errors::of(errorNumber::handlerFailed, failure.errorDescription()).raisedBy(application->name());
-  }
+  if (const Value::SpecifierPointer* known = sender_.known(expression))
+    return *known;
+  return sender_.find(expression, textOf(operand(*expression.designation), coercionContext()));
 }
 
 Value Evaluator::specifierProperty(const Value::SpecifierPointer& container, const Label& property, Mode mode) {
   const bool isRoot = container->form == SpecifierForm::application;
   if (property.code == codes::contents)
-    return mode == Mode::value ? get(container) : Value(container);
+    return mode == Mode::value ? sender_.get(container) : Value(container);
   if (isRoot && property.code == codes::className)
     return ClassName{codes::application, "application"};
   if (isRoot && !container->application) {
     if (property.code == codes::name)
       return surroundings_.ownName;
-    return bridgeName(property.name);
+    return findInBridge(surroundings_.objectiveC, property.name);
   }
   if (isRootedInTest(*container))
     return applescript::propertyOf(container, property.code);
@@ -156,9 +105,9 @@ Value Evaluator::specifierProperty(const Value::SpecifierPointer& container, con
     throw errors::cannotGet(fmt::format("{} of {}", property.name, shortSourceForm(Value(container))))
         .raisedBy(container->application->name());
   if (isValueProperty(property.code, container->form))
-    return propertyOf(get(container), property, mode);
+    return propertyOf(sender_.get(container), property, mode);
   const Value::SpecifierPointer specifier = applescript::propertyOf(container, property.code);
-  return mode == Mode::value ? get(specifier) : Value(specifier);
+  return mode == Mode::value ? sender_.get(specifier) : Value(specifier);
 }
 
 Value Evaluator::specifierElement(const Value::SpecifierPointer& container, const ElementAccess& expression,
@@ -171,7 +120,7 @@ Value Evaluator::specifierElement(const Value::SpecifierPointer& container, cons
     const bool isItemOfEvery = expression.elementClass.code == codes::item && container->form == SpecifierForm::every &&
                                !(container->test && expression.test) && container->container;
     if (!isItemOfEvery)
-      return elementOf(get(container), expression);
+      return elementOf(sender_.get(container), expression);
   }
   Value::SpecifierPointer specifier;
   try {
@@ -181,84 +130,61 @@ Value Evaluator::specifierElement(const Value::SpecifierPointer& container, cons
       throw;
     return filteredElement(container, expression);
   }
-  return mode == Mode::value ? get(specifier) : Value(specifier);
+  return mode == Mode::value ? sender_.get(specifier) : Value(specifier);
 }
 
 Value::SpecifierPointer Evaluator::elementSpecifier(Value::SpecifierPointer container,
                                                     const ElementAccess& expression) {
-  FourCharCode desiredClass = expression.elementClass.code;
-  std::shared_ptr<const SpecifierTest> test;
-  if (desiredClass == codes::item && container->form == SpecifierForm::every && container->container) {
-    desiredClass = container->desiredClass;
-    test = container->test;
+  const ElementKey key = keyOf(expression);
+  const auto specifier = stepOf(expression, {outgoing(key.first), outgoing(key.last)});
+  if (specifier->form == SpecifierForm::index)
+    specifier->key = integerOf(specifier->key);
+  if (expression.test)
+    specifier->test = specifierTest(*expression.test);
+  // `item 2 of tabs of w` is the tab.
+  if (specifier->desiredClass == codes::item && container->form == SpecifierForm::every && container->container) {
+    specifier->desiredClass = container->desiredClass;
+    if (!expression.test)
+      specifier->test = container->test;
     container = Value::SpecifierPointer(container->container);
   }
-  const auto specifier = childOf(std::move(container), desiredClass);
-  const ElementKey key = keyOf(expression);
-  specifier->key = outgoing(key.first);
-  switch (expression.form) {
-  case Form::index:
-    // A bare `tab x` is by index or by name, as the value of x decides.
-    specifier->form = specifier->key.text() && !expression.isIndexWritten ? SpecifierForm::name : SpecifierForm::index;
-    if (specifier->form == SpecifierForm::index)
-      specifier->key = integerOf(specifier->key);
-    break;
-  case Form::first:
-    specifier->form = SpecifierForm::index;
-    specifier->key = 1;
-    break;
-  case Form::last:
-    specifier->form = SpecifierForm::index;
-    specifier->key = -1;
-    break;
-  case Form::middle:
-    specifier->form = SpecifierForm::middle;
-    break;
-  case Form::some:
-    specifier->form = SpecifierForm::some;
-    break;
-  case Form::every:
-    specifier->form = SpecifierForm::every;
-    break;
-  case Form::name:
-    specifier->form = SpecifierForm::name;
-    break;
-  case Form::id:
-    specifier->form = SpecifierForm::id;
-    break;
-  case Form::range:
-    specifier->form = SpecifierForm::range;
-    specifier->rangeEnd = outgoing(key.last);
-    break;
-  case Form::before:
-    specifier->form = SpecifierForm::before;
-    break;
-  case Form::after:
-    specifier->form = SpecifierForm::after;
-    break;
-  }
-  specifier->test = expression.test ? specifierTest(*expression.test) : std::move(test);
+  specifier->application = container->application;
+  specifier->container = std::move(container);
   return specifier;
+}
+
+std::shared_ptr<const SpecifierTest> Evaluator::specifierTest(const Expression& test) {
+  const Restored<Value> target(frame_->target, TestBuilder::objectUnderTest());
+  const auto side = [this](const Expression& expression) {
+    const Value value = lookThrough(evaluate(expression));
+    const auto* specifier = value.get<Value::SpecifierPointer>();
+    return specifier && isRootedInTest(**specifier) ? value : outgoing(plain(value));
+  };
+  return TestBuilder(attributes_.considersCase, stack_, side).build(test);
+}
+
+bool Evaluator::passes(const Value& item, const Expression& test) {
+  const Restored<Value> target(frame_->target, lookThrough(item));
+  return condition(test);
 }
 
 // A condition that the application can't be asked: all elements are fetched, and each is put to the test here.
 Value Evaluator::filteredElement(const Value::SpecifierPointer& container, const ElementAccess& expression) {
   const auto every = childOf(container, expression.elementClass.code);
   every->form = SpecifierForm::every;
-  const Value all = get(every);
+  const Value all = sender_.get(every);
   std::vector<Value> passing;
   const Value::ListPointer elements = listOf(all);
   for (const Value& element : elements->items) {
     if (passes(element, *expression.test))
       passing.push_back(element);
   }
-  return pick(passing, expression, keyOf(expression), Value(container));
+  return picker_.pickFrom(passing, expression, keyOf(expression), Value(container));
 }
 
 Value Evaluator::insertionPoint(const InsertionPoint& expression) {
   using Where = InsertionPoint::Where;
-  const Value container =
-      lookThrough(expression.container ? evaluate(*expression.container, Mode::designation) : implicitTarget());
+  const Value container = containerOf(expression.container);
   const auto* place = container.get<Value::SpecifierPointer>();
   const bool isEnd = expression.where == Where::end || expression.where == Where::beginning;
   if (!place || !(*place)->application) {

@@ -2,10 +2,10 @@
 // the rules of the language: appending to a variable's list or text (`set x to x & y`) doesn't copy it when nobody else
 // can see it, and a list doesn't come to hold itself: what would close a ring is stored as a copy.
 #include "applescript/evaluate/Evaluator.h"
-#include "applescript/events/ObjectSpecifier.h"
-#include "applescript/values/Codes.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/Dates.h"
 #include "applescript/values/Errors.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/SourceForm.h"
 
@@ -71,22 +71,21 @@ void Evaluator::assign(const Assignment& statement) {
                              : nullptr;
   const bool isCopy = statement.form == Assignment::Form::copy;
   if (variable && !isCopy && appendInPlace(*variable, *statement.value)) {
-    setResult(Value::nothing());
-    frame_->resultVariable = variable;
+    frame_->setResult(*variable);
     return;
   }
   Value value = evaluate(*statement.value);
   if (isCopy)
     value = lookThroughDeep(value, ForeignObjects::kept).deepCopy();
   // What the last statement came to would be a second holder of the list that is being replaced.
-  setResult(Value::nothing());
+  frame_->setResult(Value::nothing());
   if (variable) {
     assignToVariable(*variable, std::move(value));
-    frame_->resultVariable = variable;
+    frame_->setResult(*variable);
     return;
   }
   assignTo(*statement.target, Value(value));
-  setResult(std::move(value));
+  frame_->setResult(std::move(value));
 }
 
 bool Evaluator::appendInPlace(const Variable& variable, const Expression& value) {
@@ -99,17 +98,17 @@ bool Evaluator::appendInPlace(const Variable& variable, const Expression& value)
   }
   if (parts.empty() || !sameVariable(variable, *first))
     return false;
-  const bool isList = variableSlot(variable).is<Value::ListPointer>();
-  if (!isList && !variableSlot(variable).is<Text>())
+  const bool isList = frame_->variable(variable).is<Value::ListPointer>();
+  if (!isList && !frame_->variable(variable).is<Text>())
     return false;
 
   // The parts are evaluated with the left side held, as the operator would; then the variable's own is let go of.
-  Value left = variableSlot(variable);
+  Value left = frame_->variable(variable);
   std::vector<Value> added;
   for (auto part = parts.rbegin(); part != parts.rend(); ++part)
     added.push_back(operand(**part));
-  setResult(Value::nothing());
-  Value& slot = variableSlot(variable);
+  frame_->setResult(Value::nothing());
+  Value& slot = frame_->variable(variable);
   const bool isUnchanged =
       isList ? slot.is<Value::ListPointer>() && *slot.get<Value::ListPointer>() == *left.get<Value::ListPointer>()
              : slot.is<Text>() && slot.get<Text>()->isSameObject(*left.get<Text>());
@@ -178,58 +177,16 @@ void Evaluator::assignTo(const Expression& target, Value&& value) {
   }
 }
 
-Value& Evaluator::variableSlot(const Variable& variable) {
-  switch (variable.place) {
-  case Variable::Place::frame:
-    return frame_->slots[static_cast<std::size_t>(variable.slot)];
-  case Variable::Place::cell: {
-    Value& slot = frame_->slots[static_cast<std::size_t>(variable.slot)];
-    if (!slot.is<Value::ReferencePointer>())
-      slot = Value::ReferencePointer(std::make_shared<const VariableReference>(variable.name));
-    return static_cast<const VariableReference&>(**slot.get<Value::ReferencePointer>()).variable();
-  }
-  case Variable::Place::script: {
-    ScriptObject* script = frame_->owner.get();
-    for (int depth = 0; depth < variable.scriptDepth; ++depth)
-      script = script->enclosing().get();
-    return script->variables[static_cast<std::size_t>(variable.slot)];
-  }
-  case Variable::Place::result:
-    break;
-  }
-  throw errors::undefinedVariable(variable.name);
-}
-
-Value Evaluator::readVariable(const Variable& variable) {
-  if (variable.place == Variable::Place::result) {
-    if (Value value = result(); !value.isNothing())
-      return value;
-  } else if (const Value& value = variableSlot(variable); !value.isNothing()) {
-    return value;
-  }
-  // A record's labels are no dictionary's words: in `items of rs whose n > 1` they look like variables.
-  if (const auto* record = frame_->target.get<Value::RecordPointer>()) {
-    if (const Value* field = (*record)->find({0, variable.name}))
-      return *field;
-  }
-  throw errors::undefinedVariable(variable.name);
-}
-
 void Evaluator::assignToVariable(const Variable& variable, Value&& value) {
   if (variable.place == Variable::Place::result)
     throw errors::cannotSet(variable.name, value);
-  Value& slot = variableSlot(variable);
+  Value& slot = frame_->variable(variable);
   if (variable.place == Variable::Place::cell) {
     const Value& cell = frame_->slots[static_cast<std::size_t>(variable.slot)];
     value = withoutRing(std::move(value), cell.get<Value::ReferencePointer>()->get());
   }
   // The former value may hold script objects and the like whose end changes the slots: it ends after the exchange.
   const Value former = std::exchange(slot, std::move(value));
-}
-
-void Evaluator::bindOptional(const std::unique_ptr<Variable>& variable, Value&& value) {
-  if (variable)
-    assignToVariable(*variable, std::move(value));
 }
 
 void Evaluator::assignToProperty(const PropertyAccess& target, Value&& value) {
@@ -244,12 +201,12 @@ void Evaluator::assignToProperty(const PropertyAccess& target, Value&& value) {
     script_.textItemDelimiters = delimiters.deepCopy();
     return;
   }
-  Value container = target.container ? evaluate(*target.container, Mode::designation) : implicitTarget();
+  Value container = target.container ? evaluate(*target.container, Mode::designation) : frame_->implicitTarget();
   if (target.property.code == codes::contents && target.container) {
     if (const auto* reference = container.get<Value::ReferencePointer>())
       return (*reference)->assign(std::move(value));
     if (const auto* specifier = container.get<Value::SpecifierPointer>()) {
-      setInApplication(*specifier, value);
+      sender_.set(*specifier, value);
       return;
     }
     return assignTo(withoutParentheses(*target.container), std::move(value));
@@ -257,7 +214,7 @@ void Evaluator::assignToProperty(const PropertyAccess& target, Value&& value) {
   container = lookThrough(std::move(container));
   if (const auto* specifier = container.get<Value::SpecifierPointer>();
       specifier && (*specifier)->application && target.property.code != 0) {
-    setInApplication(applescript::propertyOf(*specifier, target.property.code), value);
+    sender_.set(applescript::propertyOf(*specifier, target.property.code), value);
     return;
   }
   if (const auto* record = container.get<Value::RecordPointer>()) {
@@ -278,12 +235,11 @@ void Evaluator::assignToProperty(const PropertyAccess& target, Value&& value) {
 }
 
 void Evaluator::assignToElement(const ElementAccess& target, Value&& value) {
-  const Value container =
-      lookThrough(target.container ? evaluate(*target.container, Mode::designation) : implicitTarget());
+  const Value container = containerOf(target.container);
   if (const auto* specifier = container.get<Value::SpecifierPointer>(); specifier && (*specifier)->application) {
     const auto element = specifierElement(*specifier, target, Mode::designation);
     if (const auto* place = element.get<Value::SpecifierPointer>()) {
-      setInApplication(*place, value);
+      sender_.set(*place, value);
       return;
     }
   }
@@ -293,18 +249,17 @@ void Evaluator::assignToElement(const ElementAccess& target, Value&& value) {
   if (!list || !isOneItem)
     throw errors::cannotSet(fmt::format("{} of {}", classWords(target.elementClass), shortSourceForm(container)),
                             value);
-  const std::size_t index = position((*list)->items.size(), target, keyOf(target), container);
+  const std::size_t index = picker_.position((*list)->items.size(), target, keyOf(target), container);
   const Value former = std::exchange((*list)->items[index], withoutRing(std::move(value), list->get()));
 }
 
 void Evaluator::assignToEnd(const InsertionPoint& target, Value&& value) {
   const bool isBeside = target.where == InsertionPoint::Where::before || target.where == InsertionPoint::Where::after;
-  const Value container =
-      lookThrough(target.container ? evaluate(*target.container, Mode::designation) : implicitTarget());
+  const Value container = containerOf(target.container);
   if (container.is<Value::SpecifierPointer>()) {
     const Value place = insertionPoint(target);
     if (const auto* specifier = place.get<Value::SpecifierPointer>()) {
-      setInApplication(*specifier, value);
+      sender_.set(*specifier, value);
       return;
     }
   }

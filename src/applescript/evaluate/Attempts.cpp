@@ -3,7 +3,7 @@
 // `return`, its expression is attempted: the one failure that is foreseen without going further is told instead of
 // thrown.
 #include "applescript/evaluate/Evaluator.h"
-#include "applescript/values/Codes.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/Coercion.h"
 #include "applescript/values/Errors.h"
 
@@ -30,7 +30,7 @@ Evaluator::Flow Evaluator::executeTried(const Try& statement) {
   const auto& returning = static_cast<const Return&>(*statement.body.front());
   if (!returning.value)
     return execute(statement.body);
-  step();
+  budget_.step();
   const SourceRange* const outer = std::exchange(place_, &returning.range);
   std::optional<Value> value = attempt(*returning.value);
   place_ = outer;

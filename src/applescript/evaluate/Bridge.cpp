@@ -22,17 +22,11 @@ Value findInBridge(const ObjectiveCBridge* bridge, const std::string& name) {
   throw errors::cannotGet(fmt::format("{} of current application", name));
 }
 
-Value Evaluator::bridgeName(std::string_view name) {
-  return findInBridge(surroundings_.objectiveC, std::string(name));
-}
-
-Value Evaluator::sendForeign(ForeignObject& receiver, std::string_view selector, std::vector<Value> arguments) {
-  if (mustEnd())
-    throw errors::userCancelled();
+Value sendToForeign(Value::ForeignPointer receiver, std::string_view selector, std::vector<Value> arguments) {
   for (Value& argument : arguments)
     argument = lookThroughDeep(std::move(argument), ForeignObjects::kept);
   try {
-    return receiver.send(selector, arguments);
+    return receiver->send(selector, arguments);
   } catch (const ScriptError&) {
     throw;
   } catch (const platform::Failure& failure) {
@@ -40,8 +34,7 @@ Value Evaluator::sendForeign(ForeignObject& receiver, std::string_view selector,
   }
 }
 
-// `alloc()` is the selector `alloc`; `f_(x)` and `f(x)` both are `f:`, `a_b_(x, y)` is `a:b:`.
-std::string Evaluator::selectorOf(const HandlerCall& call) {
+std::string selectorOf(const HandlerCall& call) {
   std::string selector = call.name;
   if (call.arguments.empty())
     return selector;
@@ -60,8 +53,8 @@ Value Evaluator::evaluateMessage(const ObjectiveCMessage& message) {
   for (const auto& argument : message.arguments)
     arguments.push_back(evaluate(*argument));
   if (const auto* foreign = receiver.get<Value::ForeignPointer>()) {
-    const Value::ForeignPointer held = *foreign;
-    return sendForeign(*held, message.selector, std::move(arguments));
+    budget_.require();
+    return sendToForeign(*foreign, message.selector, std::move(arguments));
   }
   if (const auto* script = receiver.get<Value::ScriptPointer>()) {
     if (const FoundHandler found = findHandler(*script, foldedName(message.selector)); found.definition) {

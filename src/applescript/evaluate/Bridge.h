@@ -1,13 +1,25 @@
 #pragma once
 
+#include "applescript/syntax/Tree.h"
 #include "applescript/values/ForeignObject.h"
 #include "applescript/values/Value.h"
 
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace tabwright::applescript {
 
 /// `NAME of current application`. Throws ScriptError −1728 when there is no bridge, or it doesn't know the name.
 [[nodiscard]] Value findInBridge(const ObjectiveCBridge* bridge, const std::string& name);
+
+/// Sends a message: references among the arguments are looked through, foreign objects passed as they are. A failure of
+/// the bridge's own becomes ScriptError −10000.
+[[nodiscard]] Value sendToForeign(Value::ForeignPointer receiver, std::string_view selector,
+                                  std::vector<Value> arguments);
+
+/// The selector that a call in the language's own form stands for: `alloc()` is `alloc`; `f_(x)` and `f(x)` both are
+/// `f:`, `a_b_(x, y)` is `a:b:`.
+[[nodiscard]] std::string selectorOf(const HandlerCall& call);
 
 } // namespace tabwright::applescript

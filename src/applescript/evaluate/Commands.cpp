@@ -1,19 +1,15 @@
 // Commands. Those of the language are answered here, whatever the target is; the rest go to the application that their
 // direct parameter is in, or else to the one that the `tell` around talks to.
-#include "applescript/evaluate/Commands.h"
-
 #include "applescript/evaluate/Evaluator.h"
 #include "applescript/evaluate/TestNeedsValues.h"
-#include "applescript/events/ObjectSpecifier.h"
-#include "applescript/events/ScriptableApplication.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/ClassNames.h"
-#include "applescript/values/Codes.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Names.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
+#include "applescript/values/ScriptableApplication.h"
 #include "applescript/values/SourceForm.h"
-
-#include <fmt/core.h>
 
 #include <algorithm>
 
@@ -41,68 +37,31 @@ std::shared_ptr<ScriptableApplication> applicationIn(const Value& value) {
 } // namespace
 
 Value Evaluator::evaluateCommand(const Command& command) {
-  switch (commandKey(command.term->event)) {
-  case commandKey(events::get):
+  switch (eventKey(command.term->event)) {
+  case eventKey(events::get):
     return command.direct ? evaluateOptional(*command.direct)
-                          : propertyOf(implicitTarget(), {codes::contents, "contents"}, Mode::value);
-  case commandKey(events::count):
+                          : propertyOf(frame_->implicitTarget(), {codes::contents, "contents"}, Mode::value);
+  case eventKey(events::count):
     return count(command);
-  case commandKey(events::exists):
+  case eventKey(events::exists):
     return exists(command);
-  case commandKey(events::run):
+  case eventKey(events::run):
     return runCommand(command);
-  case commandKey(additions::delay):
-    delay(command);
-    return Value::nothing();
-  case commandKey(additions::offset):
-    return offset(command);
-  case commandKey(additions::randomNumber):
-    return randomNumber(command);
-  case commandKey(additions::round):
-    return roundNumber(command);
-  case commandKey(additions::currentDate):
-    return Date{surroundings_.now()};
-  case commandKey(additions::log): {
-    const Value value = command.direct ? operand(*command.direct) : Value::nothing();
-    const std::string* text = value.text();
-    surroundings_.log(text ? *text : sourceFormUpTo(value, limits_.valueBytes));
-    return Value::nothing();
-  }
-  case commandKey(additions::beep):
-    return Value::nothing();
-  case commandKey(additions::asciiCharacter):
-    return asciiCharacter(command);
-  case commandKey(additions::asciiNumber):
-    return asciiNumber(command);
-  case commandKey(additions::doShellScript):
-  case commandKey(additions::displayDialog):
-  case commandKey(additions::displayNotification):
-  case commandKey(additions::chooseFromList):
-  case commandKey(additions::runScript):
-  case commandKey(additions::say):
-  case commandKey(additions::read):
-  case commandKey(additions::clipboard):
-  case commandKey(additions::setClipboard):
-    throw errors::of(
-        errorNumber::privilege,
-        fmt::format("A privilege violation occurred: “{}” isn’t available to scripts here.", command.term->words));
   default:
+    if (auto answer = additions_.answer(command))
+      return std::move(*answer);
     return sendCommand(command);
   }
 }
 
-std::optional<Value> Evaluator::parameterOf(const Command& command, FourCharCode code) {
-  for (const auto& [term, expression] : command.parameters) {
-    if (term.code == code)
-      return operand(*expression);
-  }
-  return {};
-}
-
 Value Evaluator::count(const Command& command) {
   if (!command.direct)
-    return countOf(implicitTarget());
-  const auto elementClass = parameterOf(command, keywords::elementClass);
+    return countOf(frame_->implicitTarget());
+  std::optional<Value> elementClass;
+  for (const auto& [term, expression] : command.parameters) {
+    if (term.code == keywords::elementClass)
+      elementClass = operand(*expression);
+  }
   const Expression& direct = withoutParentheses(*command.direct);
   if (!elementClass && direct.kind == Expression::Kind::element)
     return countElements(static_cast<const ElementAccess&>(direct));
@@ -122,25 +81,21 @@ Value Evaluator::count(const Command& command) {
 Value Evaluator::countOf(const Value& given) {
   const Value value = plain(given);
   if (const auto* specifier = value.get<Value::SpecifierPointer>(); specifier && (*specifier)->application) {
-    AppleEventMessage message;
-    message.code = events::count;
-    message.directObject = value;
-    return send((*specifier)->application, std::move(message));
+    return sender_.send(events::count, *specifier);
   }
   if (const auto* list = value.get<Value::ListPointer>())
     return static_cast<std::int64_t>((*list)->items.size());
   if (const auto* record = value.get<Value::RecordPointer>())
     return static_cast<std::int64_t>((*record)->fields.size());
   if (const auto* text = value.get<Text>())
-    return static_cast<std::int64_t>(characters_.count(*text));
+    return static_cast<std::int64_t>(picker_.characters().count(*text));
   throw errors::notUnderstood(shortSourceForm(value), "count");
 }
 
 Value Evaluator::exists(const Command& command) {
   Value value;
   try {
-    value = command.direct ? evaluate(*command.direct, Mode::designation) : implicitTarget();
-    value = lookThrough(std::move(value));
+    value = containerOf(command.direct);
   } catch (const ScriptError& error) {
     if (error.number() == errorNumber::noSuchObject || error.number() == errorNumber::invalidIndex)
       return false;
@@ -151,14 +106,11 @@ Value Evaluator::exists(const Command& command) {
     throw TestNeedsValues();
   if (!specifier || !(*specifier)->application || (*specifier)->form == ObjectSpecifier::Form::application)
     return true;
-  AppleEventMessage message;
-  message.code = events::exists;
-  message.directObject = value;
-  return send((*specifier)->application, std::move(message));
+  return sender_.send(events::exists, *specifier);
 }
 
 Value Evaluator::runCommand(const Command& command) {
-  const Value target = lookThrough(command.direct ? evaluate(*command.direct, Mode::designation) : implicitTarget());
+  const Value target = containerOf(command.direct);
   if (const auto* script = target.get<Value::ScriptPointer>()) {
     const std::shared_ptr<ScriptObject> held = *script;
     return runScript(held, {});
@@ -204,16 +156,16 @@ Value Evaluator::sendCommand(const Command& command) {
   }
   for (const auto& [term, expression] : command.parameters)
     message.parameters.emplace_back(term.code, commandParameter(term, *expression));
-  const Value target = implicitTarget();
+  const Value target = frame_->implicitTarget();
   if (!application)
     application = applicationIn(target);
   if (application)
-    return send(application, std::move(message));
+    return sender_.send(application, std::move(message));
   if (const auto own = ownCommand(command, message.directObject))
     return *own;
   // `activate` and the like without a target are for the script's own host, which has nothing to do.
   const bool isForHost =
-      message.code == events::activate || message.code == additions::launch || message.code == additions::reopen;
+      message.code == events::activate || message.code == events::launch || message.code == events::reopen;
   if (isForHost && (!command.direct || message.directObject->is<Value::SpecifierPointer>()))
     return Value::nothing();
   throw errors::notUnderstood(shortSourceForm(message.directObject.value_or(target)), command.term->words);

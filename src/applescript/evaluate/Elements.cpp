@@ -1,61 +1,20 @@
-// Elements of values: items of lists, pieces of text (with TextContainers.cpp). The container is evaluated first, then
-// the key, once; `whose` and a class other than `item` narrow the candidates before one is picked.
+// Access to elements: the container is evaluated first, then the key, once. Those of application objects are
+// Applications.cpp's.
 #include "applescript/evaluate/Evaluator.h"
-#include "applescript/events/ObjectSpecifier.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/ClassNames.h"
-#include "applescript/values/Codes.h"
 #include "applescript/values/Dates.h"
 #include "applescript/values/Errors.h"
-#include "applescript/values/ForeignObject.h"
 #include "applescript/values/Reference.h"
-#include "applescript/values/Restored.h"
-#include "applescript/values/SourceForm.h"
 
 #include <fmt/core.h>
 #include <unicode/utf8.h>
-
-#include <algorithm>
 
 namespace tabwright::applescript {
 
 namespace {
 
 using Form = ElementAccess::Form;
-
-bool isTextElement(FourCharCode code) {
-  return code == codes::item || code == codes::character || code == codes::word || code == codes::paragraph ||
-         code == codes::textItem || isTextClass(code);
-}
-
-// "item 9", "items 2 thru 3", "last word", as the sentence of an error names it.
-std::string describe(const ElementAccess& expression, const Value& first, const Value& last) {
-  std::string words = classWords(expression.elementClass);
-  switch (expression.form) {
-  case Form::index:
-  case Form::name:
-    return fmt::format("{} {}", words, shortSourceForm(first));
-  case Form::first:
-    return fmt::format("{} 1", words);
-  case Form::last:
-    return fmt::format("last {}", words);
-  case Form::middle:
-    return fmt::format("middle {}", words);
-  case Form::some:
-    return fmt::format("some {}", words);
-  case Form::every:
-    return fmt::format("every {}", words);
-  case Form::id:
-    return fmt::format("{} id {}", words, shortSourceForm(first));
-  case Form::range:
-    return fmt::format("{}{} {} thru {}", words, isTextClass(expression.elementClass.code) ? "" : "s",
-                       shortSourceForm(first), shortSourceForm(last));
-  case Form::before:
-    return fmt::format("{} before", words);
-  case Form::after:
-    return fmt::format("{} after", words);
-  }
-  return words;
-}
 
 std::string textFromCodePoints(const Value& value) {
   std::string text;
@@ -73,9 +32,13 @@ std::string textFromCodePoints(const Value& value) {
   return text;
 }
 
+bool isEnd(const ExpressionPointer& key) {
+  return key && key->kind == Expression::Kind::element && !static_cast<const ElementAccess&>(*key).container;
+}
+
 } // namespace
 
-Evaluator::ElementKey Evaluator::keyOf(const ElementAccess& expression) {
+ElementKey Evaluator::keyOf(const ElementAccess& expression) {
   ElementKey key;
   if (expression.key)
     key.first = operand(*expression.key);
@@ -93,7 +56,7 @@ std::optional<Value> Evaluator::specialElement(const ElementAccess& expression) 
     const Value text = operand(*expression.key);
     if (const auto date = dateFromText(textOf(text), Date{surroundings_.now()}))
       return Value(*date);
-    throw errors::of(errorNumber::invalidDate, fmt::format("Invalid date and time {}.", shortSourceForm(text)));
+    throw errors::invalidDate(text);
   }
   if (expression.form == Form::id && (code == codes::character || isTextClass(code)))
     return Value(textFromCodePoints(operand(*expression.key)));
@@ -103,8 +66,7 @@ std::optional<Value> Evaluator::specialElement(const ElementAccess& expression) 
 Value Evaluator::evaluateElement(const ElementAccess& expression, Mode mode) {
   if (auto special = specialElement(expression))
     return std::move(*special);
-  const Value container =
-      lookThrough(expression.container ? evaluate(*expression.container, Mode::designation) : implicitTarget());
+  const Value container = containerOf(expression.container);
   if (const auto* specifier = container.get<Value::SpecifierPointer>())
     return specifierElement(*specifier, expression, mode);
   return elementOf(container, expression);
@@ -114,123 +76,37 @@ Value Evaluator::elementOf(const Value& given, const ElementAccess& expression) 
   const Value container = plain(given);
   if (const auto* specifier = container.get<Value::SpecifierPointer>())
     return specifierElement(*specifier, expression, Mode::value);
-  if (const auto* text = container.get<Text>(); text && !expression.test && isTextElement(expression.elementClass.code))
-    return textElement(*text, expression);
-  if (const auto* list = container.get<Value::ListPointer>();
-      list && !expression.test && expression.elementClass.code == codes::item) {
-    // The common case, without a copy of the list.
-    const Value::ListPointer held = *list;
-    return pick(held->items, expression, keyOf(expression), container);
+  if (const auto* text = container.get<Text>(); text && !expression.test && expression.form == Form::range &&
+                                                isEnd(expression.key) && isEnd(expression.rangeEnd)) {
+    const auto endOf = [this](const Expression& end) {
+      const auto& access = static_cast<const ElementAccess&>(end);
+      return ElementPicker::End{access, keyOf(access)};
+    };
+    const ElementPicker::End from = endOf(*expression.key);
+    return picker_.pickBetween(*text, expression, from, endOf(*expression.rangeEnd));
   }
-  const std::vector<Value> elements = candidates(container, expression);
-  return pick(elements, expression, keyOf(expression), container);
-}
-
-std::vector<Value> Evaluator::candidates(const Value& container, const ElementAccess& expression) {
-  std::vector<Value> elements;
-  const FourCharCode code = expression.elementClass.code;
-  if (const auto* list = container.get<Value::ListPointer>()) {
-    std::ranges::copy_if((*list)->items, std::back_inserter(elements),
-                         [&](const Value& item) { return isKindOf(item, code); });
-  } else if (const auto* text = container.get<Text>(); text && isTextElement(code)) {
-    for (const TextRange range : textRanges(*text, code))
-      elements.emplace_back(text->utf8().substr(range.offset, range.length));
-  } else {
-    const ElementKey key = keyOf(expression);
-    throw errors::cannotGet(
-        fmt::format("{} of {}", describe(expression, key.first, key.last), shortSourceForm(container)));
-  }
+  const ElementKey key = keyOf(expression);
   if (!expression.test)
-    return elements;
+    return picker_.pick(container, expression, key);
   std::vector<Value> passing;
-  for (Value& element : elements) {
+  std::vector<Value> candidates = picker_.candidates(container, expression, key);
+  for (Value& element : candidates) {
     if (passes(element, *expression.test))
       passing.push_back(std::move(element));
   }
-  return passing;
-}
-
-std::size_t Evaluator::position(std::size_t count, const ElementAccess& expression, const ElementKey& key,
-                                const Value& container) {
-  std::int64_t index = 0;
-  const auto size = static_cast<std::int64_t>(count);
-  switch (expression.form) {
-  case Form::index:
-    index = integerOf(key.first);
-    index = index < 0 ? size + index : index - 1;
-    break;
-  case Form::first:
-    break;
-  case Form::last:
-    index = size - 1;
-    break;
-  case Form::middle:
-    index = (size - 1) / 2;
-    break;
-  case Form::some:
-    index = count == 0 ? -1 : static_cast<std::int64_t>(randomIndex(count));
-    break;
-  case Form::every:
-  case Form::name:
-  case Form::id:
-  case Form::range:
-  case Form::before:
-  case Form::after:
-    index = -1;
-    break;
-  }
-  if (index < 0 || index >= size)
-    throw errors::cannotGet(
-        fmt::format("{} of {}", describe(expression, key.first, key.last), shortSourceForm(container)));
-  return static_cast<std::size_t>(index);
-}
-
-// First and last position of a range, both included; the ends may come in either order.
-std::pair<std::size_t, std::size_t> Evaluator::positions(std::size_t count, const ElementAccess& expression,
-                                                         const ElementKey& key, const Value& container) {
-  const auto size = static_cast<std::int64_t>(count);
-  const auto indexOf = [&](const Value& end) {
-    const std::int64_t index = integerOf(end);
-    return index < 0 ? size + index : index - 1;
-  };
-  const std::int64_t start = indexOf(key.first);
-  const std::int64_t end = indexOf(key.last);
-  if (std::min(start, end) < 0 || std::max(start, end) >= size)
-    throw errors::cannotGet(
-        fmt::format("{} of {}", describe(expression, key.first, key.last), shortSourceForm(container)));
-  return {static_cast<std::size_t>(std::min(start, end)), static_cast<std::size_t>(std::max(start, end))};
-}
-
-Value Evaluator::pick(const std::vector<Value>& elements, const ElementAccess& expression, const ElementKey& key,
-                      const Value& container) {
-  if (expression.form == Form::every)
-    return Value::list(elements);
-  if (expression.form == Form::range) {
-    const auto [first, last] = positions(elements.size(), expression, key, container);
-    const auto at = [&](std::size_t index) { return elements.begin() + static_cast<std::ptrdiff_t>(index); };
-    return Value::list({at(first), at(last) + 1});
-  }
-  return elements[position(elements.size(), expression, key, container)];
-}
-
-std::size_t Evaluator::randomIndex(std::size_t count) {
-  return std::min(static_cast<std::size_t>(randomFraction() * static_cast<double>(count)), count - 1);
+  return picker_.pickFrom(passing, expression, key, container);
 }
 
 // `count of characters of t`, `count of windows whose …`: counted where they are, instead of made into a list first.
 Value Evaluator::countElements(const ElementAccess& expression) {
   if (auto special = specialElement(expression))
     return countOf(*special);
-  const Value container =
-      plain(expression.container ? evaluate(*expression.container, Mode::designation) : implicitTarget());
+  const Value container = plain(containerOf(expression.container));
   if (const auto* specifier = container.get<Value::SpecifierPointer>())
     return countOf(specifierElement(*specifier, expression, Mode::designation));
-  const FourCharCode code = expression.elementClass.code;
   if (const auto* text = container.get<Text>(); text && !expression.test && expression.form == Form::every) {
-    if (code == codes::character || code == codes::item)
-      return static_cast<std::int64_t>(characters_.count(*text));
-    if (isTextElement(code) && !isTextClass(code))
-      return static_cast<std::int64_t>(textRanges(*text, code).size());
+    if (const auto count = picker_.countPieces(*text, expression.elementClass.code))
+      return *count;
   }
   return countOf(elementOf(container, expression));
 }

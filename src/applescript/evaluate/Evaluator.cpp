@@ -4,26 +4,24 @@
 #include "applescript/evaluate/Evaluator.h"
 
 #include "applescript/evaluate/TestNeedsValues.h"
-#include "applescript/events/ObjectSpecifier.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Names.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/Restored.h"
 
-#include <algorithm>
 #include <new>
 #include <stdexcept>
 
 namespace tabwright::applescript {
 
-namespace {
-constexpr std::size_t stepsBetweenCheckpoints = 256;
-}
-
 Evaluator::Evaluator(const Surroundings& surroundings, const RunLimits& limits, Script& script, std::stop_token stop,
                      std::shared_ptr<platform::Notices> notices)
-    : surroundings_(surroundings), limits_(limits), script_(script), stop_(std::move(stop)),
-      notices_(std::move(notices)), eventTimeout_(limits.eventTimeout) {}
+    : surroundings_(surroundings), limits_(limits), script_(script), budget_(limits, std::move(stop)),
+      sender_(*surroundings.directory, budget_, frame_, limits.eventTimeout, std::move(notices)),
+      picker_(surroundings.random, script.textItemDelimiters, attributes_),
+      additions_(surroundings, limits, budget_, picker_.characters(), attributes_,
+                 [this](const Expression& expression) { return operand(expression); }) {}
 
 template <class Body>
 Value Evaluator::guarded(Body body) {
@@ -67,20 +65,6 @@ void Evaluator::load() {
   script_.isLoaded = true;
 }
 
-bool Evaluator::mustEnd() const {
-  return stop_.stop_requested() || (limits_.steps != 0 && stepsTaken_ >= limits_.steps);
-}
-
-void Evaluator::checkpoint() {
-  std::size_t chunk = stepsBetweenCheckpoints;
-  if (limits_.steps != 0)
-    chunk = std::clamp<std::size_t>(limits_.steps - std::min(limits_.steps, stepsTaken_), 1, chunk);
-  untilCheckpoint_ = chunk;
-  if (mustEnd())
-    throw errors::userCancelled();
-  stepsTaken_ += chunk;
-}
-
 CoercionContext Evaluator::coercionContext() const {
   if (const auto* list = script_.textItemDelimiters.get<Value::ListPointer>())
     return {(*list)->items.empty() ? std::string() : textOf((*list)->items.front())};
@@ -102,13 +86,17 @@ Value Evaluator::evaluate(const Expression& expression, Mode mode) {
 }
 
 Value Evaluator::evaluateOptional(const Expression& expression, Mode mode) {
-  step();
+  budget_.step();
   if (stack_.isExhausted())
     throw errors::stackOverflow();
   const SourceRange* const outer = std::exchange(place_, &expression.range);
   Value value = dispatch(expression, mode);
   place_ = outer;
   return value;
+}
+
+Value Evaluator::containerOf(const ExpressionPointer& container) {
+  return lookThrough(container ? evaluate(*container, Mode::designation) : frame_->implicitTarget());
 }
 
 Value Evaluator::operand(const Expression& expression) {
@@ -130,7 +118,7 @@ Value Evaluator::plain(const Value& given) {
       throw TestNeedsValues();
     // `a reference to name of window 1` and the like; what an application answers names an object, not a property.
     if ((*specifier)->form == ObjectSpecifier::Form::property)
-      value = get(Value::SpecifierPointer(*specifier));
+      value = sender_.get(Value::SpecifierPointer(*specifier));
   }
   return value;
 }
@@ -157,17 +145,19 @@ Value Evaluator::dispatch(const Expression& expression, Mode mode) {
     return record;
   }
   case Kind::variable:
-    return readVariable(static_cast<const Variable&>(expression));
+    return frame_->read(static_cast<const Variable&>(expression));
   case Kind::me:
     return frame_->self;
   case Kind::it: {
-    Value target = implicitTarget();
+    Value target = frame_->implicitTarget();
     const auto* specifier = target.get<Value::SpecifierPointer>();
     const bool isSettled = !specifier || (*specifier)->form == ObjectSpecifier::Form::id;
-    return mode == Mode::designation || isSettled ? target : get(*specifier);
+    return mode == Mode::designation || isSettled ? target : sender_.get(*specifier);
   }
-  case Kind::currentApplication:
-    return currentApplication();
+  case Kind::currentApplication: {
+    static const Value root{Value::SpecifierPointer(std::make_shared<const ObjectSpecifier>())};
+    return root;
+  }
   case Kind::application:
     return evaluateApplication(static_cast<const ApplicationReference&>(expression));
   case Kind::property:

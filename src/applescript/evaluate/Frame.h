@@ -21,11 +21,36 @@ struct Frame {
   /// `it`: the target of the innermost `tell`, or the object under test of a `whose`; `nothing` outside of both.
   Value target = Value::nothing();
 
-  /// What `result` stands for: the value, unless the last statement set a variable, whose value isn't held twice.
-  Value result = Value::nothing();
-  const Variable* resultVariable = nullptr;
-
   Value returned = Value::nothing();
+
+  /// Where a variable's value is; `nothing` stands there while it isn't defined. −2753 for `result`, which has no
+  /// place.
+  Value& variable(const Variable& name) {
+    return name.place == Variable::Place::frame ? slots[static_cast<std::size_t>(name.slot)] : outerVariable(name);
+  }
+  /// The value of a variable, or else of the field of that name in a record under test. −2753 when there is neither.
+  Value read(const Variable& name);
+  /// The script object among whose variables a Place::script variable is.
+  [[nodiscard]] const std::shared_ptr<ScriptObject>& scriptOf(const Variable& name) const;
+
+  /// `result`: the value that the last statement left, or the variable that it set, whose value isn't held twice.
+  void setResult(Value&& value) {
+    result_ = std::move(value);
+    resultVariable_ = nullptr;
+  }
+  void setResult(const Variable& name) {
+    result_ = Value::nothing();
+    resultVariable_ = &name;
+  }
+  Value result() { return resultVariable_ ? variable(*resultVariable_) : result_; }
+  /// What `it` names, or `me` outside of any `tell`.
+  [[nodiscard]] Value implicitTarget() const { return target.isNothing() ? Value(self) : target; }
+
+private:
+  Value& outerVariable(const Variable& name);
+
+  Value result_ = Value::nothing();
+  const Variable* resultVariable_ = nullptr;
 };
 
 } // namespace tabwright::applescript

@@ -1,15 +1,16 @@
 // Calls of the script's own handlers. A message goes to a script object; its handler is found there or along its
 // parents. The frame of the call knows both: `self`, who was sent the message, and `owner`, in whose text the handler
 // stands.
+#include "applescript/evaluate/Bridge.h"
 #include "applescript/evaluate/Evaluator.h"
 #include "applescript/evaluate/TestNeedsValues.h"
-#include "applescript/events/ObjectSpecifier.h"
-#include "applescript/events/ScriptableApplication.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/ForeignObject.h"
 #include "applescript/values/Names.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/Restored.h"
+#include "applescript/values/ScriptableApplication.h"
 #include "applescript/values/SourceForm.h"
 
 #include <fmt/core.h>
@@ -26,7 +27,7 @@ Value Evaluator::inFrame(Frame& frame, Body body) {
   const Restored<std::size_t> depth(depth_, depth_ + 1);
   if (body() == Flow::returned)
     return std::move(frame.returned);
-  return result();
+  return frame.result();
 }
 
 Value Evaluator::invoke(const FoundHandler& handler, std::shared_ptr<ScriptObject> self, Arguments&& arguments,
@@ -68,26 +69,6 @@ Value Evaluator::runScript(const std::shared_ptr<ScriptObject>& script, std::vec
   return invoke(found, script, std::move(passed), "run");
 }
 
-Evaluator::FoundHandler Evaluator::findHandler(const std::shared_ptr<ScriptObject>& script, const std::string& folded) {
-  std::shared_ptr<ScriptObject> object = script;
-  for (int hops = 0; object && hops < 100; ++hops) {
-    if (const HandlerDefinition* definition = object->layout().findHandler(folded))
-      return {definition, object};
-    const auto* parent = object->parent.get<Value::ScriptPointer>();
-    object = parent ? *parent : nullptr;
-  }
-  return {};
-}
-
-/// The handler of a script around this one, which a message without a receiver reaches too.
-Evaluator::FoundHandler Evaluator::findHandlerAround(const std::string& folded) {
-  for (std::shared_ptr<ScriptObject> script = frame_->owner; script; script = script->enclosing()) {
-    if (const FoundHandler found = findHandler(script, folded); found.definition)
-      return found;
-  }
-  return {};
-}
-
 Evaluator::Arguments Evaluator::argumentsOf(const HandlerCall& call) {
   // The reference that a loop's variable holds is, for the handler, the value that it leads to.
   const auto argument = [&](const Expression& expression) {
@@ -115,11 +96,11 @@ Value Evaluator::callHandler(const HandlerCall& call) {
     const Value object = lookThrough(evaluate(*call.object, Mode::designation));
     if (const auto* foreign = object.get<Value::ForeignPointer>()) {
       std::vector<Value> arguments = argumentsOf(call).positional;
-      return sendForeign(**foreign, selectorOf(call), std::move(arguments));
+      budget_.require();
+      return sendToForeign(*foreign, selectorOf(call), std::move(arguments));
     }
     if (const auto* specifier = object.get<Value::SpecifierPointer>(); specifier && (*specifier)->application)
-      throw errors::of(errorNumber::notHandled, fmt::format("Can’t continue {}.", call.name))
-          .raisedBy((*specifier)->application->name());
+      throw errors::cannotContinue(call.name).raisedBy((*specifier)->application->name());
     const auto* script = object.get<Value::ScriptPointer>();
     const FoundHandler found = script ? findHandler(*script, call.foldedName) : FoundHandler{};
     if (!found.definition)
@@ -137,12 +118,11 @@ Value Evaluator::callHandler(const HandlerCall& call) {
   if (const FoundHandler own = findHandler(frame_->self, call.foldedName); own.definition)
     return invoke(own, frame_->self, argumentsOf(call), call.name);
   const FoundHandler found =
-      call.target == HandlerCall::Target::implicit ? findHandlerAround(call.foldedName) : FoundHandler{};
+      call.target == HandlerCall::Target::implicit ? findHandlerAround(frame_->owner, call.foldedName) : FoundHandler{};
   if (!found.definition) {
     const auto* target = frame_->target.get<Value::SpecifierPointer>();
     if (call.target == HandlerCall::Target::implicit && target && (*target)->application)
-      throw errors::of(errorNumber::notHandled, fmt::format("Can’t continue {}.", call.name))
-          .raisedBy((*target)->application->name());
+      throw errors::cannotContinue(call.name).raisedBy((*target)->application->name());
     throw errors::notUnderstood(frame_->self->description(), call.name);
   }
   return invoke(found, found.owner, argumentsOf(call), call.name);
@@ -155,17 +135,11 @@ Value Evaluator::continueCall(const ContinueStatement& statement) {
   const auto* parent = frame_->owner->parent.get<Value::ScriptPointer>();
   const FoundHandler found = parent ? findHandler(*parent, call.foldedName) : FoundHandler{};
   if (!found.definition)
-    throw errors::of(errorNumber::notHandled, fmt::format("Can’t continue {}.", call.name));
+    throw errors::cannotContinue(call.name);
   return invoke(found, frame_->self, argumentsOf(call), call.name);
 }
 
 void Evaluator::bindParameters(const HandlerDefinition& definition, Arguments&& arguments, std::string_view name) {
-  const auto mismatch = [&](const std::string& what) {
-    return errors::of(errorNumber::wrongParameters, fmt::format("{} for {}.", what, name));
-  };
-  const auto missing = [&](std::string_view what) {
-    return errors::of(errorNumber::missingParameter, fmt::format("The {} parameter is missing for {}.", what, name));
-  };
   std::size_t leastNeeded = 0;
   for (std::size_t index = 0; index < definition.positional.size(); ++index) {
     if (!definition.positional[index].defaultValue)
@@ -173,11 +147,12 @@ void Evaluator::bindParameters(const HandlerDefinition& definition, Arguments&& 
   }
   const std::size_t given = arguments.positional.size();
   if (definition.isLabelled != arguments.isLabelled && (definition.isLabelled || given > 0 || leastNeeded > 0))
-    throw mismatch("The parameters don’t match");
+    throw errors::wrongParameters("The parameters don’t match", name);
   if (given > definition.positional.size() || given < leastNeeded)
-    throw mismatch(fmt::format("{} doesn’t match the {} parameters",
-                               shortSourceForm(Value::list(std::move(arguments.positional))),
-                               definition.positional.size()));
+    throw errors::wrongParameters(fmt::format("{} doesn’t match the {} parameters",
+                                              shortSourceForm(Value::list(std::move(arguments.positional))),
+                                              definition.positional.size()),
+                                  name);
   for (std::size_t index = 0; index < definition.positional.size(); ++index) {
     const Parameter& parameter = definition.positional[index];
     assignTo(*parameter.pattern,
@@ -185,7 +160,7 @@ void Evaluator::bindParameters(const HandlerDefinition& definition, Arguments&& 
   }
   if (definition.direct) {
     if (arguments.direct.isNothing() && !definition.direct->defaultValue)
-      throw missing("direct");
+      throw errors::missingParameter("direct", name);
     assignTo(*definition.direct->pattern,
              arguments.direct.isNothing() ? evaluate(*definition.direct->defaultValue) : std::move(arguments.direct));
   }
@@ -197,7 +172,7 @@ void Evaluator::bindParameters(const HandlerDefinition& definition, Arguments&& 
     else if (parameter.defaultValue)
       assignTo(*parameter.pattern, evaluate(*parameter.defaultValue));
     else
-      throw missing(label);
+      throw errors::missingParameter(label, name);
   }
 }
 

@@ -13,7 +13,7 @@ Evaluator::Flow Evaluator::executeRepeat(const Repeat& repeat) {
   switch (repeat.form) {
   case Repeat::Form::forever:
     while (flow == Flow::next) {
-      step();
+      budget_.step();
       flow = execute(repeat.body);
     }
     break;
@@ -38,7 +38,7 @@ Evaluator::Flow Evaluator::repeatTimes(const Repeat& repeat) {
   const std::int64_t times = integerOf(operand(*repeat.condition));
   Flow flow = Flow::next;
   for (std::int64_t round = 0; round < times && flow == Flow::next; ++round) {
-    step();
+    budget_.step();
     flow = execute(repeat.body);
   }
   return flow;
@@ -48,7 +48,7 @@ Evaluator::Flow Evaluator::repeatWhile(const Repeat& repeat) {
   const bool wanted = repeat.form == Repeat::Form::whileTrue;
   Flow flow = Flow::next;
   while (flow == Flow::next && condition(*repeat.condition) == wanted) {
-    step();
+    budget_.step();
     flow = execute(repeat.body);
   }
   return flow;
@@ -60,7 +60,7 @@ Evaluator::Flow Evaluator::repeatRange(const Repeat& repeat) {
   const std::int64_t by = repeat.by ? integerOf(operand(*repeat.by)) : 1;
   Flow flow = Flow::next;
   while (flow == Flow::next && (by >= 0 ? counter <= last : counter >= last)) {
-    step();
+    budget_.step();
     assignToVariable(*repeat.variable, counter);
     flow = execute(repeat.body);
     if (__builtin_add_overflow(counter, by, &counter))
@@ -77,8 +77,8 @@ Evaluator::Flow Evaluator::repeatItems(const Repeat& repeat) {
     list = *given;
   } else if (const auto* text = whole.get<Text>()) {
     list = std::make_shared<List>();
-    for (std::size_t index = 0, count = characters_.count(*text); index < count; ++index) {
-      const TextRange range = characters_.character(*text, index);
+    for (std::size_t index = 0, count = picker_.characters().count(*text); index < count; ++index) {
+      const TextRange range = picker_.characters().character(*text, index);
       list->items.emplace_back(text->utf8().substr(range.offset, range.length));
     }
   } else if (whole.is<Value::RecordPointer>() || whole.is<Value::SpecifierPointer>()) {
@@ -89,7 +89,7 @@ Evaluator::Flow Evaluator::repeatItems(const Repeat& repeat) {
   Flow flow = Flow::next;
   const std::size_t count = list->items.size();
   for (std::size_t index = 0; index < count && index < list->items.size() && flow == Flow::next; ++index) {
-    step();
+    budget_.step();
     assignToVariable(*repeat.variable, Value::ReferencePointer(std::make_shared<const ItemReference>(list, index)));
     flow = execute(repeat.body);
   }

@@ -2,8 +2,8 @@
 // `is not`, which see the reference that a loop's variable holds.
 #include "applescript/evaluate/Evaluator.h"
 #include "applescript/evaluate/TestNeedsValues.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/ClassNames.h"
-#include "applescript/values/Codes.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Numbers.h"
 #include "applescript/values/Reference.h"

@@ -2,10 +2,10 @@
 // Reference; anything else is its own value. References may outlive the run, so they hold on to what they read from.
 #include "applescript/evaluate/Bridge.h"
 #include "applescript/evaluate/Evaluator.h"
-#include "applescript/events/ObjectSpecifier.h"
-#include "applescript/values/Codes.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/ForeignObject.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/SourceForm.h"
 
@@ -32,12 +32,10 @@ Value Evaluator::referenceTo(const ReferenceTo& expression) {
 Value Evaluator::referenceToVariable(const Variable& variable) {
   switch (variable.place) {
   case Variable::Place::cell:
-    variableSlot(variable); // makes the cell
+    frame_->variable(variable); // makes the cell
     return frame_->slots[static_cast<std::size_t>(variable.slot)];
   case Variable::Place::script: {
-    std::shared_ptr<ScriptObject> script = frame_->owner;
-    for (int depth = 0; depth < variable.scriptDepth; ++depth)
-      script = script->enclosing();
+    const std::shared_ptr<ScriptObject> script = frame_->scriptOf(variable);
     const auto index = static_cast<std::size_t>(variable.slot);
     const auto read = [script, index, name = variable.name] {
       if (script->variables[index].isNothing())
@@ -52,12 +50,11 @@ Value Evaluator::referenceToVariable(const Variable& variable) {
   case Variable::Place::result:
     break;
   }
-  return readVariable(variable);
+  return frame_->read(variable);
 }
 
 Value Evaluator::referenceToProperty(const PropertyAccess& property) {
-  const Value container =
-      lookThrough(property.container ? evaluate(*property.container, Mode::designation) : implicitTarget());
+  const Value container = containerOf(property.container);
   const Label& label = property.property;
   const std::string description = fmt::format("{} of {}", label.name, shortSourceForm(container));
   if (const auto* specifier = container.get<Value::SpecifierPointer>()) {
@@ -92,8 +89,7 @@ Value Evaluator::referenceToProperty(const PropertyAccess& property) {
 }
 
 Value Evaluator::referenceToElement(const ElementAccess& element) {
-  const Value container =
-      lookThrough(element.container ? evaluate(*element.container, Mode::designation) : implicitTarget());
+  const Value container = containerOf(element.container);
   if (const auto* specifier = container.get<Value::SpecifierPointer>())
     return specifierElement(*specifier, element, Mode::designation);
   const auto* list = container.get<Value::ListPointer>();
@@ -101,7 +97,7 @@ Value Evaluator::referenceToElement(const ElementAccess& element) {
                          element.form != ElementAccess::Form::every && element.form != ElementAccess::Form::range;
   if (!list || !isOneItem)
     return elementOf(container, element);
-  const std::size_t index = position((*list)->items.size(), element, keyOf(element), container);
+  const std::size_t index = picker_.position((*list)->items.size(), element, keyOf(element), container);
   return Value::ReferencePointer(std::make_shared<const ItemReference>(*list, index));
 }
 

@@ -4,7 +4,7 @@
 #include "applescript/evaluate/Resolver.h"
 
 #include "applescript/syntax/Children.h"
-#include "applescript/values/Codes.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/Names.h"
 
 #include <set>

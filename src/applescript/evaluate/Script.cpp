@@ -18,7 +18,7 @@ Script::~Script() {
 }
 
 std::shared_ptr<ScriptObject> Script::instantiate(const ScriptLayout& layout, std::shared_ptr<ScriptObject> enclosing) {
-  auto object = std::make_shared<ScriptObject>(layout, std::move(enclosing));
+  auto object = std::make_shared<ScriptObject>(layout, layout.name, layout.variables.size(), std::move(enclosing));
   if (instances_.size() >= sweepAt_) {
     std::erase_if(instances_, [](const auto& instance) { return instance.expired(); });
     sweepAt_ = std::max<std::size_t>(64, instances_.size() * 2);

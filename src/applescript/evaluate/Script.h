@@ -1,6 +1,5 @@
 #pragma once
 
-#include "applescript/Interpreter.h"
 #include "applescript/evaluate/ScriptLayout.h"
 #include "applescript/values/ScriptObject.h"
 

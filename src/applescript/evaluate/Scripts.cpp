@@ -1,7 +1,7 @@
 // Script objects come to be when their text is reached: properties are evaluated in the order written, each seeing
 // those before it, and in a handler also the handler's variables.
 #include "applescript/evaluate/Evaluator.h"
-#include "applescript/values/Codes.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/Restored.h"
@@ -29,20 +29,6 @@ void Evaluator::initialize(const std::shared_ptr<ScriptObject>& script) {
       script->parent = lookThrough(value);
     script->variables[static_cast<std::size_t>(initializer.index)] = std::move(value);
   }
-}
-
-Value* Evaluator::findProperty(ScriptObject& script, const Label& label) {
-  ScriptObject* object = &script;
-  for (int hops = 0; object && hops < 100; ++hops) {
-    if (const auto index = object->layout().findVariable(label.name)) {
-      Value& variable = object->variables[static_cast<std::size_t>(*index)];
-      // A name that was only declared somewhere doesn't hide what a parent has.
-      if (!variable.isNothing() || !object->parentScript())
-        return &variable;
-    }
-    object = object->parentScript();
-  }
-  return nullptr;
 }
 
 } // namespace tabwright::applescript

@@ -23,7 +23,7 @@ Evaluator::Flow Evaluator::execute(const Block& block) {
 }
 
 Evaluator::Flow Evaluator::execute(const Statement& statement) {
-  step();
+  budget_.step();
   if (stack_.isExhausted())
     throw errors::stackOverflow();
   const SourceRange* const outer = std::exchange(place_, &statement.range);
@@ -36,7 +36,7 @@ Evaluator::Flow Evaluator::dispatch(const Statement& statement) {
   using Kind = Statement::Kind;
   switch (statement.kind) {
   case Kind::expression:
-    setResult(evaluateOptional(*static_cast<const ExpressionStatement&>(statement).expression));
+    frame_->setResult(evaluateOptional(*static_cast<const ExpressionStatement&>(statement).expression));
     return Flow::next;
   case Kind::set:
     assign(static_cast<const Assignment&>(statement));
@@ -48,7 +48,7 @@ Evaluator::Flow Evaluator::dispatch(const Statement& statement) {
   case Kind::exitRepeat:
     return Flow::exitRepeat;
   case Kind::continueHandler:
-    setResult(continueCall(static_cast<const ContinueStatement&>(statement)));
+    frame_->setResult(continueCall(static_cast<const ContinueStatement&>(statement)));
     return Flow::next;
   case Kind::tell:
     return executeTell(static_cast<const Tell&>(statement));
@@ -74,7 +74,7 @@ Evaluator::Flow Evaluator::dispatch(const Statement& statement) {
     Value script = instantiate(*definition.layout, frame_->owner);
     if (definition.binding)
       assignToVariable(*definition.binding, Value(script));
-    setResult(std::move(script));
+    frame_->setResult(std::move(script));
     return Flow::next;
   }
   case Kind::declare:
@@ -84,15 +84,6 @@ Evaluator::Flow Evaluator::dispatch(const Statement& statement) {
     return Flow::next;
   }
   return Flow::next;
-}
-
-void Evaluator::setResult(Value&& value) {
-  frame_->result = std::move(value);
-  frame_->resultVariable = nullptr;
-}
-
-Value Evaluator::result() {
-  return frame_->resultVariable ? variableSlot(*frame_->resultVariable) : frame_->result;
 }
 
 bool Evaluator::condition(const Expression& expression) {
@@ -127,7 +118,7 @@ Evaluator::Flow Evaluator::executeTry(const Try& statement) {
   caught->at(*place_);
   place_ = &statement.range;
   // A run that is being ended can't be kept alive by a handler of its own.
-  if (mustEnd())
+  if (budget_.isSpent())
     throw *caught;
   if (!statement.hasHandler)
     return Flow::next;
@@ -137,12 +128,15 @@ Evaluator::Flow Evaluator::executeTry(const Try& statement) {
     return value ? *value : otherwise;
   };
   if (statement.message)
-    bindOptional(statement.message, caught->message());
-  bindOptional(statement.number, caught->number());
-  bindOptional(statement.from, valueOr(caught->offendingObject, {}));
+    assignToVariable(*statement.message, caught->message());
+  if (statement.number)
+    assignToVariable(*statement.number, caught->number());
+  if (statement.from)
+    assignToVariable(*statement.from, valueOr(caught->offendingObject, {}));
   if (statement.partialResult)
-    bindOptional(statement.partialResult, valueOr(caught->partialResult, Value::list({})));
-  bindOptional(statement.to, valueOr(caught->expectedType, {}));
+    assignToVariable(*statement.partialResult, valueOr(caught->partialResult, Value::list({})));
+  if (statement.to)
+    assignToVariable(*statement.to, valueOr(caught->expectedType, {}));
   return execute(statement.handler);
 }
 
@@ -214,7 +208,7 @@ Evaluator::Flow Evaluator::executeTimeout(const Timeout& statement) {
   const double seconds = realOf(operand(*statement.seconds));
   const auto timeout = std::chrono::duration_cast<std::chrono::nanoseconds>(
       std::chrono::duration<double>(seconds > 0 ? std::min(seconds, longest) : 0));
-  const Restored<std::chrono::nanoseconds> current(eventTimeout_, timeout);
+  const Restored<std::chrono::nanoseconds> current(sender_.timeout, timeout);
   return execute(statement.body);
 }
 

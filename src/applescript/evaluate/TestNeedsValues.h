@@ -1,6 +1,6 @@
 #pragma once
 
-#include "applescript/events/ObjectSpecifier.h"
+#include "applescript/values/ObjectSpecifier.h"
 
 namespace tabwright::applescript {
 

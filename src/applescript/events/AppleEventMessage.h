@@ -1,6 +1,6 @@
 #pragma once
 
-#include "applescript/events/FourCharCode.h"
+#include "applescript/terminology/EventCode.h"
 #include "applescript/values/Value.h"
 #include "platform/Notices.h"
 
@@ -12,38 +12,6 @@
 #include <vector>
 
 namespace tabwright::applescript {
-
-/// Identity of an event: `core`/`getd` is the event that `get` sends.
-struct EventCode {
-  FourCharCode eventClass = 0;
-  FourCharCode eventID = 0;
-  friend bool operator==(EventCode, EventCode) = default;
-};
-
-namespace events {
-inline constexpr EventCode get{fourCharCode("core"), fourCharCode("getd")};
-inline constexpr EventCode set{fourCharCode("core"), fourCharCode("setd")}; ///< value in keyword 'data'
-inline constexpr EventCode count{
-    fourCharCode("core"),
-    fourCharCode("cnte")}; ///< direct object: the container of what is counted, or every …; class in 'kocl'
-inline constexpr EventCode exists{fourCharCode("core"), fourCharCode("doex")};
-inline constexpr EventCode make{fourCharCode("core"),
-                                fourCharCode("crel")}; ///< class 'kocl', place 'insh', properties 'prdt'
-inline constexpr EventCode close{fourCharCode("core"), fourCharCode("clos")};
-inline constexpr EventCode remove{fourCharCode("core"), fourCharCode("delo")};
-inline constexpr EventCode activate{fourCharCode("misc"), fourCharCode("actv")};
-inline constexpr EventCode quit{fourCharCode("aevt"), fourCharCode("quit")};
-inline constexpr EventCode open{fourCharCode("aevt"), fourCharCode("odoc")};
-inline constexpr EventCode run{fourCharCode("aevt"), fourCharCode("oapp")};
-} // namespace events
-
-namespace keywords {
-inline constexpr FourCharCode directObject = fourCharCode("----");
-inline constexpr FourCharCode data = fourCharCode("data");
-inline constexpr FourCharCode elementClass = fourCharCode("kocl");
-inline constexpr FourCharCode insertionLocation = fourCharCode("insh");
-inline constexpr FourCharCode withProperties = fourCharCode("prdt");
-} // namespace keywords
 
 /// One Apple event as the evaluator sends it to an application: what is asked, of what, until when.
 ///

@@ -1,6 +1,6 @@
 #include "applescript/lexer/Lexer.h"
 
-#include "applescript/syntax/SyntaxErrors.h"
+#include "applescript/lexer/SyntaxErrors.h"
 #include "applescript/terminology/FoldedWords.h"
 
 #include <unicode/uchar.h>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "applescript/SourceRange.h"
 #include "applescript/lexer/Keyword.h"
-#include "applescript/syntax/SourceRange.h"
 
 #include <cstdint>
 #include <string_view>

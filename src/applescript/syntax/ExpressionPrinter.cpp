@@ -1,12 +1,14 @@
 #include "applescript/syntax/ExpressionPrinter.h"
 
 #include "applescript/lexer/Keyword.h"
+#include "applescript/syntax/ElementForm.h"
 #include "applescript/syntax/Operators.h"
 #include "applescript/syntax/Prepositions.h"
+#include "applescript/values/Names.h"
 #include "applescript/values/Numbers.h"
+#include "applescript/values/SourceForm.h"
 
 #include <algorithm>
-#include <cctype>
 #include <utility>
 
 // Brackets, and the way a reference was joined to its container, are in the tree. So nothing here weighs precedences:
@@ -14,14 +16,6 @@
 namespace tabwright::applescript {
 
 namespace {
-
-bool isPlainName(std::string_view name) {
-  const auto isLetter = [](char character) {
-    return std::isalnum(static_cast<unsigned char>(character)) || character == '_';
-  };
-  return !name.empty() && !std::isdigit(static_cast<unsigned char>(name.front())) &&
-         std::ranges::all_of(name, isLetter);
-}
 
 std::string escaped(std::string_view value, char quote) {
   std::string text(1, quote);
@@ -70,7 +64,7 @@ std::string ExpressionPrinter::name(std::string_view name) const {
   const Keyword keyword = findKeyword(name);
   const bool isHarmless =
       keyword == Keyword::none || keyword == Keyword::a || keyword == Keyword::current || keyword == Keyword::result;
-  if (isPlainName(name) && isHarmless && !isTerm)
+  if (isIdentifier(name) && isHarmless && !isTerm)
     return std::string(name);
   return escaped(name, '|');
 }
@@ -142,11 +136,7 @@ std::string ExpressionPrinter::unary(const Unary& unary) const {
 }
 
 std::string ExpressionPrinter::binary(const Binary& binary) const {
-  const std::string right = print(*binary.right);
-  std::string_view sign = sourceForm(binary.op);
-  if (binary.op == Binary::Operator::equal && right.starts_with("not ")) // not the operator `is not`
-    sign = "=";
-  return print(*binary.left) + " " + std::string(sign) + " " + right;
+  return print(*binary.left) + " " + std::string(sourceForm(binary.op)) + " " + print(*binary.right);
 }
 
 std::string ExpressionPrinter::literal(const Literal& literal) const {
@@ -239,32 +229,40 @@ std::string ExpressionPrinter::elementWords(const ElementAccess& element) const 
       const auto number = *static_cast<const Literal&>(*element.key).value.get<std::int64_t>();
       return std::to_string(number) + std::string(ordinalEnding(number)) + " " + element.elementClass.words;
     }
-    return words + (element.isIndexWritten ? " index " : " ") + print(*element.key);
+    if (element.isIndexWritten)
+      return words + " index " + print(*element.key);
+    break;
   case Form::name:
     return words + " named " + print(*element.key);
-  case Form::id:
-    return words + " id " + print(*element.key);
   case Form::first:
     return "first " + words;
   case Form::last:
     return "last " + words;
-  case Form::middle:
-    return "middle " + words;
-  case Form::some:
-    return "some " + words;
-  case Form::every:
-    return "every " + words;
-  case Form::range: {
-    const bool isByReference = isReferenceKey(*element.key) || isReferenceKey(*element.rangeEnd);
-    return words + (isByReference ? " from " : " ") + print(*element.key) + (isByReference ? " to " : " thru ") +
-           print(*element.rangeEnd);
-  }
+  case Form::range:
+    if (isReferenceKey(*element.key) || isReferenceKey(*element.rangeEnd))
+      return words + " from " + print(*element.key) + " to " + print(*element.rangeEnd);
+    return wordsBeforeKey(ObjectSpecifier::Form::range, {words, pluralOf(element.elementClass)}) + print(*element.key) +
+           " thru " + print(*element.rangeEnd);
   case Form::before:
     return words + " before " + print(*element.container);
   case Form::after:
     return words + " after " + print(*element.container);
+  case Form::id:
+  case Form::middle:
+  case Form::some:
+  case Form::every:
+    break;
   }
-  return {};
+  return wordsBeforeKey(specifierForm(element.form), {words, words}) + (element.key ? print(*element.key) : "");
+}
+
+std::string_view ExpressionPrinter::pluralOf(const ClassName& name) const {
+  for (const Terminology* terminology : tree_.terminologies) {
+    const Term* term = terminology->findCode(Term::Kind::className, name.code);
+    if (term && term->words == name.words && !term->plural.empty())
+      return term->plural;
+  }
+  return name.words;
 }
 
 ExpressionPrinter::Parts ExpressionPrinter::insertionPoint(const InsertionPoint& point) const {

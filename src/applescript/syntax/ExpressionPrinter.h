@@ -30,6 +30,7 @@ private:
   [[nodiscard]] Parts joined(std::string member, const ExpressionPointer& container, Joint joint) const;
   [[nodiscard]] Parts element(const ElementAccess& element) const;
   [[nodiscard]] std::string elementWords(const ElementAccess& element) const;
+  [[nodiscard]] std::string_view pluralOf(const ClassName& name) const;
   [[nodiscard]] Parts insertionPoint(const InsertionPoint& point) const;
   [[nodiscard]] Parts call(const HandlerCall& call) const;
   [[nodiscard]] Parts message(const ObjectiveCMessage& message) const;

@@ -1,5 +1,7 @@
 #include "applescript/syntax/Operators.h"
 
+#include "applescript/values/SourceForm.h"
+
 #include <algorithm>
 
 // One row per spelling. A row is found by its first token; among rows with the same first token the longest that fits
@@ -12,10 +14,13 @@ using enum Binary::Operator;
 using K = Keyword;
 
 constexpr OperatorRow sign(Binary::Operator op, Precedence precedence, Symbol symbol) {
-  return {op, precedence, symbol, {}};
+  return {OperatorRow::Form::binary, op, precedence, symbol, {}};
 }
 constexpr OperatorRow words(Binary::Operator op, Precedence precedence, std::array<Keyword, 8> words) {
-  return {op, precedence, Symbol::none, words};
+  return {OperatorRow::Form::binary, op, precedence, Symbol::none, words};
+}
+constexpr OperatorRow suffix(OperatorRow::Form form, Precedence precedence, std::array<Keyword, 8> words) {
+  return {form, {}, precedence, Symbol::none, words};
 }
 
 constexpr auto rows = std::to_array<OperatorRow>({
@@ -102,6 +107,17 @@ constexpr auto rows = std::to_array<OperatorRow>({
     words(integerDivide, Precedence::multiplication, {K::div}),
     words(modulo, Precedence::multiplication, {K::mod}),
     sign(power, Precedence::power, Symbol::power),
+
+    suffix(OperatorRow::Form::coercion, Precedence::coercion, {K::as}),
+    suffix(OperatorRow::Form::existence, Precedence::equality, {K::exists}),
+    suffix(OperatorRow::Form::existence, Precedence::equality, {K::exist}),
+    suffix(OperatorRow::Form::nonexistence, Precedence::equality, {K::does, K::not_, K::exist}),
+    suffix(OperatorRow::Form::nonexistence, Precedence::equality, {K::does, K::not_, K::exists}),
+    suffix(OperatorRow::Form::nonexistence, Precedence::equality, {K::doesnt, K::exist}),
+    suffix(OperatorRow::Form::nonexistence, Precedence::equality, {K::doesnt, K::exists}),
+    suffix(OperatorRow::Form::running, Precedence::equality, {K::is, K::running}),
+    suffix(OperatorRow::Form::notRunning, Precedence::equality, {K::is, K::not_, K::running}),
+    suffix(OperatorRow::Form::notRunning, Precedence::equality, {K::isnt, K::running}),
 });
 
 /// How many tokens the row's words take, or 0 when they don't stand there.
@@ -117,7 +133,7 @@ std::size_t matchWords(const OperatorRow& row, std::span<const Token> tokens) {
 
 } // namespace
 
-OperatorMatch matchOperator(std::span<const Token> tokens) {
+OperatorMatch matchOperator(std::span<const Token> tokens, OperatorRows which) {
   OperatorMatch best;
   const Token& first = tokens.front();
   if (first.kind == Token::Kind::symbol) {
@@ -127,7 +143,8 @@ OperatorMatch matchOperator(std::span<const Token> tokens) {
   if (first.kind != Token::Kind::word || first.keyword == Keyword::none)
     return best;
   for (const OperatorRow& row : rows) {
-    if (row.words.front() != first.keyword)
+    const bool isState = row.form == OperatorRow::Form::running || row.form == OperatorRow::Form::notRunning;
+    if (row.words.front() != first.keyword || (isState && which == OperatorRows::withoutStates))
       continue;
     if (const std::size_t count = matchWords(row, tokens); count > best.tokens)
       best = {&row, count};
@@ -154,29 +171,29 @@ std::string_view sourceForm(Binary::Operator op) {
   case concatenate:
     return "&";
   case equal:
-    return "is";
+    return sourceForm(TestOperator::equals);
   case notEqual:
     return "is not";
   case less:
-    return "<";
+    return sourceForm(TestOperator::lessThan);
   case lessOrEqual:
-    return "≤";
+    return sourceForm(TestOperator::atMost);
   case greater:
-    return ">";
+    return sourceForm(TestOperator::greaterThan);
   case greaterOrEqual:
-    return "≥";
+    return sourceForm(TestOperator::atLeast);
   case contains:
-    return "contains";
+    return sourceForm(TestOperator::contains);
   case doesNotContain:
     return "does not contain";
   case isIn:
-    return "is in";
+    return sourceForm(TestOperator::isContainedBy);
   case isNotIn:
     return "is not in";
   case beginsWith:
-    return "begins with";
+    return sourceForm(TestOperator::beginsWith);
   case endsWith:
-    return "ends with";
+    return sourceForm(TestOperator::endsWith);
   case logicalAnd:
     return "and";
   case logicalOr:

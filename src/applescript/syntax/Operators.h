@@ -29,8 +29,11 @@ enum class Precedence : std::uint8_t {
 
 /// One way to write an operator: a sign, or words in a row.
 struct OperatorRow {
-  Binary::Operator op;
-  Precedence precedence;
+  /// All but `binary` stand behind their operand: `as` takes a type, the others nothing.
+  enum class Form : std::uint8_t { binary, coercion, existence, nonexistence, running, notRunning };
+  Form form = Form::binary;
+  Binary::Operator op = {}; ///< Form::binary
+  Precedence precedence = Precedence::lowest;
   Symbol symbol = Symbol::none;
   std::array<Keyword, 8> words = {}; ///< filled up with Keyword::none
 };
@@ -38,12 +41,13 @@ struct OperatorRow {
 /// What is printed for an operator.
 [[nodiscard]] std::string_view sourceForm(Binary::Operator op);
 
-/// The longest row that the tokens begin with, and how many tokens it takes; null when they begin with none. `as` is
-/// not among the rows: its right side is no expression.
+/// The longest row that the tokens begin with, and how many tokens it takes; null when they begin with none.
 struct OperatorMatch {
   const OperatorRow* row = nullptr;
   std::size_t tokens = 0;
 };
-[[nodiscard]] OperatorMatch matchOperator(std::span<const Token> tokens);
+/// `is running` asks for the state of one thing only; behind a computation it is `is` and a name.
+enum class OperatorRows { all, withoutStates };
+[[nodiscard]] OperatorMatch matchOperator(std::span<const Token> tokens, OperatorRows which = OperatorRows::all);
 
 } // namespace tabwright::applescript

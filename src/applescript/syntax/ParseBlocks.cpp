@@ -1,4 +1,5 @@
 #include "applescript/syntax/ScriptParser.h"
+#include "applescript/values/Errors.h"
 
 #include <fmt/core.h>
 
@@ -91,12 +92,12 @@ void ScriptParser::finishBlock(Keyword kind) {
 void ScriptParser::startLine() {
   activeCommands_.clear(); // an error may have left some
   std::vector<const Terminology*> mentioned;
-  while (nextMention_ < list_.mentions.size() && list_.mentions[nextMention_].firstOfLine <= position_) {
+  while (nextMention_ < list_.mentions.size() && list_.mentions[nextMention_].firstOfLine <= position()) {
     const TokenList::Mention& mention = list_.mentions[nextMention_++];
-    const std::string_view name = tokens_[mention.name].text;
+    const std::string_view name = all()[mention.name].text;
     const Terminology* terminology =
         mention.isID ? directory_.terminologyByID(name) : directory_.terminologyByName(name);
-    if (terminology && mention.firstOfLine == position_)
+    if (terminology && mention.firstOfLine == position())
       mentioned.push_back(terminology);
     if (terminology && std::ranges::find(tree_.terminologies, terminology) == tree_.terminologies.end())
       tree_.terminologies.push_back(terminology);
@@ -105,14 +106,13 @@ void ScriptParser::startLine() {
 }
 
 bool ScriptParser::lineHas(std::size_t first, Keyword keyword) const {
-  return std::ranges::any_of(std::span(tokens_).subspan(first, position_ - first),
-                             [keyword](const Token& token) { return token.is(keyword); });
+  return std::ranges::any_of(since(first), [keyword](const Token& token) { return token.is(keyword); });
 }
 
 // ------------------------------------------------------------------------- if
 
 bool ScriptParser::parseCondition(ExpressionPointer& condition, bool& onOneLine) {
-  const std::size_t start = position_;
+  const std::size_t start = position();
   const bool isFine = parseHeader([&] {
     condition = parseExpression();
     if (!accept(Keyword::then) && !token().endsLine())
@@ -120,7 +120,7 @@ bool ScriptParser::parseCondition(ExpressionPointer& condition, bool& onOneLine)
     onOneLine = !token().endsLine();
   });
   if (!isFine) // `then` in the middle of the line is what a one-line form has
-    onOneLine = lineHas(start, Keyword::then) && !tokens_[position_ - 1].is(Keyword::then);
+    onOneLine = lineHas(start, Keyword::then) && !previous().is(Keyword::then);
   return isFine;
 }
 
@@ -218,7 +218,7 @@ StatementPointer ScriptParser::parseTell() {
   const std::size_t start = offset();
   auto statement = std::make_unique<Tell>();
   advance();
-  const std::size_t first = position_;
+  const std::size_t first = position();
   const bool isFine = parseHeader([&] {
     statement->target = parseExpression();
     if (!token().endsLine() && !token().is(Keyword::to))
@@ -246,7 +246,7 @@ void ScriptParser::explainByUnknownApplication(const Expression* target, std::si
     return;
   const std::string_view words = std::string_view(tree_.source).substr(target->range.offset, target->range.length);
   errors_.insert(errors_.begin() + static_cast<std::ptrdiff_t>(firstError),
-                 syntaxError(errorNumber::noSuchObject, fmt::format("Can’t get {}.", words), target->range));
+                 syntaxError(errorNumber::noSuchObject, errors::cannotGet(words).sentence(), target->range));
 }
 
 const Terminology* ScriptParser::terminologyOf(const Expression* expression) const {

@@ -80,7 +80,8 @@ void ScriptParser::checkDuplicates(const Block& body, bool isWhole) {
   }
   if (isWhole && firstStatement && handlers.contains("run"))
     report(syntaxError(errorNumber::syntaxError,
-                       "The script has a run handler, so no statement can stand outside of handlers.",
+                       "The script has a run handler, so no statement can "
+                       "stand outside of handlers.",
                        firstStatement->range));
 }
 
@@ -104,19 +105,20 @@ StatementPointer ScriptParser::parsePropertyDefinition() {
 
 // The call `f of x from y` can't be told from the property `f of x` without knowing `f`, which may be defined below.
 void ScriptParser::findLabelledHandlers() {
-  for (std::size_t i = 0; i + 2 < tokens_.size(); ++i) {
-    const bool isFirst = i == 0 || tokens_[i - 1].kind == Token::Kind::lineEnd;
-    if (!isFirst || !(tokens_[i].is(Keyword::on) || tokens_[i].is(Keyword::to)))
+  const std::span<const Token> tokens = all();
+  for (std::size_t i = 0; i + 2 < tokens.size(); ++i) {
+    const bool isFirst = i == 0 || tokens[i - 1].kind == Token::Kind::lineEnd;
+    if (!isFirst || !(tokens[i].is(Keyword::on) || tokens[i].is(Keyword::to)))
       continue;
-    const Token& name = tokens_[i + 1];
+    const Token& name = tokens[i + 1];
     const bool isName =
         name.kind == Token::Kind::quotedName || (name.kind == Token::Kind::word && !isReserved(name.keyword));
-    position_ = i + 2;
+    moveTo(i + 2);
     if (isName && (token().is(Keyword::of) || token().is(Keyword::in) || token().is(Keyword::given) ||
                    findPreposition().second > 0))
       labelledHandlers_.insert(name.text);
   }
-  position_ = 0;
+  moveTo(0);
 }
 
 StatementPointer ScriptParser::parseHandler() {

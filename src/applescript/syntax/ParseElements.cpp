@@ -10,13 +10,13 @@ using Form = ElementAccess::Form;
 
 std::optional<ScriptParser::FoundClass> ScriptParser::acceptClass() {
   if (token().kind == Token::Kind::raw && token().text.starts_with("«class ")) {
-    const std::size_t before = position_;
+    const std::size_t before = position();
     ExpressionPointer literal = parseRaw();
     if (literal->kind == Expression::Kind::literal) {
       if (const auto* name = static_cast<const Literal&>(*literal).value.get<Value::ClassPointer>())
         return FoundClass{**name, false};
     }
-    position_ = before;
+    moveTo(before);
     return std::nullopt;
   }
   if (const auto match = scope_.match(rest(), Term::Kind::className)) {
@@ -160,7 +160,7 @@ bool ScriptParser::canStartKey(std::size_t ahead) const {
       return false;
     if (isReserved(next.keyword))
       return next.is(Keyword::my) || next.is(Keyword::its);
-    if (matchOperator(rest(ahead)).row || next.is(Keyword::exists))
+    if (matchOperator(rest(ahead)).row)
       return false;
     const auto matches = scope_.match(rest(ahead));
     return matches.empty() || (!scope_.isInTell() && matches.front().words == 1 && scope_.isBound(next.text) &&

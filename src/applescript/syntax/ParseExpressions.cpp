@@ -3,8 +3,8 @@
 #include <cmath>
 #include <utility>
 
-// Operators by precedence climbing over the table of Operators.h. `not`, the signs and `as` aren't in that table: the
-// first two stand in front, the last has a type on its right.
+// Operators by precedence climbing over the table of Operators.h; `not` and the signs, which stand in front, aren't in
+// it. A type ends what is to be coerced, so `a as text & b` goes on with the text though `&` binds tighter.
 namespace tabwright::applescript {
 
 ExpressionPointer ScriptParser::parseExpression() {
@@ -16,32 +16,14 @@ ExpressionPointer ScriptParser::parseBinary(Precedence lowest) {
   ExpressionPointer left = parseOperand(lowest);
   const std::size_t start = left->range.offset;
   while (!isStopped()) {
-    // A type ends what is to be coerced, so `a as text & b` goes on with the text though `&` binds tighter.
-    if (token().is(Keyword::as)) {
-      if (lowest > Precedence::coercion)
-        break;
-      left = parseCoercion(std::move(left));
-      continue;
-    }
-    if (lowest <= Precedence::equality) {
-      const bool isNegated = (token().is(Keyword::does) && token(1).is(Keyword::not_)) || token().is(Keyword::doesnt);
-      const std::size_t verb = isNegated ? (token().is(Keyword::does) ? 2 : 1) : 0;
-      if (token(verb).is(Keyword::exists) || token(verb).is(Keyword::exist)) {
-        left = parseExistence(std::move(left), verb + 1, isNegated);
-        continue;
-      }
-      const bool isNot = token(1).is(Keyword::not_) || token().is(Keyword::isnt);
-      const std::size_t state = token().is(Keyword::isnt) ? 1 : isNot ? 2 : 1;
-      if ((token().is(Keyword::is) || token().is(Keyword::isnt)) && token(state).is(Keyword::running) &&
-          left->kind != Expression::Kind::binary && left->kind != Expression::Kind::unary) {
-        left = parseRunning(std::move(left), state + 1, isNot);
-        continue;
-      }
-    }
-
-    const OperatorMatch match = matchOperator(rest());
+    const bool isSimple = left->kind != Expression::Kind::binary && left->kind != Expression::Kind::unary;
+    const OperatorMatch match = matchOperator(rest(), isSimple ? OperatorRows::all : OperatorRows::withoutStates);
     if (!match.row || match.row->precedence < lowest)
       break;
+    if (match.row->form != OperatorRow::Form::binary) {
+      left = parseSuffix(std::move(left), match);
+      continue;
+    }
     advance(match.tokens);
     auto binary = std::make_unique<Binary>();
     binary->op = match.row->op;
@@ -94,13 +76,48 @@ ExpressionPointer ScriptParser::parseSigned() {
   return finish(std::move(unary), start);
 }
 
-ExpressionPointer ScriptParser::parseCoercion(ExpressionPointer operand) {
+ExpressionPointer ScriptParser::parseSuffix(ExpressionPointer operand, OperatorMatch match) {
+  using RowForm = OperatorRow::Form;
   const std::size_t start = operand->range.offset;
-  auto coercion = std::make_unique<Coercion>();
-  coercion->operand = std::move(operand);
-  advance();
-  coercion->type = parseType();
-  return finish(std::move(coercion), start);
+  advance(match.tokens);
+  switch (match.row->form) {
+  case RowForm::coercion: {
+    auto coercion = std::make_unique<Coercion>();
+    coercion->operand = std::move(operand);
+    coercion->type = parseType();
+    return finish(std::move(coercion), start);
+  }
+  case RowForm::existence:
+  case RowForm::nonexistence: { // the command `exists x`, with its object in
+                                // front
+    auto command = std::make_unique<Command>();
+    command->term = scope_.findCommand(events::exists);
+    command->direct = std::move(operand);
+    command->form = Command::Form::objectFirst;
+    operand = finish(std::move(command), start);
+    break;
+  }
+  case RowForm::running:
+  case RowForm::notRunning: { // reads the property `running`
+    auto property = std::make_unique<PropertyAccess>();
+    property->property = {fourCharCode("prun"), "running"};
+    property->container = std::move(operand);
+    operand = finish(std::move(property), start);
+    break;
+  }
+  case RowForm::binary:
+    break;
+  }
+  if (match.row->form == RowForm::existence || match.row->form == RowForm::running)
+    return operand;
+  // `x does not exist` is `x exists is false`.
+  const SourceRange range = operand->range;
+  auto denial = std::make_unique<Binary>();
+  denial->op = Binary::Operator::equal;
+  denial->left = std::move(operand);
+  denial->right = std::make_unique<Literal>(Value(false));
+  denial->right->range = range;
+  return finish(std::move(denial), range.offset);
 }
 
 ExpressionPointer ScriptParser::parseType() {
@@ -125,40 +142,6 @@ ExpressionPointer ScriptParser::parseType() {
   if (auto found = acceptClass())
     return finish(std::make_unique<Literal>(Value(std::move(found->name))), start);
   return parseChain();
-}
-
-// `x exists` is the command `exists x`, with its object in front.
-ExpressionPointer ScriptParser::parseExistence(ExpressionPointer operand, std::size_t tokens, bool isNegated) {
-  const std::size_t start = operand->range.offset;
-  advance(tokens);
-  auto command = std::make_unique<Command>();
-  command->term = scope_.findCommand(events::exists);
-  command->direct = std::move(operand);
-  command->form = Command::Form::objectFirst;
-  ExpressionPointer result = finish(std::move(command), start);
-  return isNegated ? makeDenial(std::move(result)) : std::move(result);
-}
-
-// `application "X" is running` reads the property `running`.
-ExpressionPointer ScriptParser::parseRunning(ExpressionPointer operand, std::size_t tokens, bool isNegated) {
-  const std::size_t start = operand->range.offset;
-  advance(tokens);
-  auto property = std::make_unique<PropertyAccess>();
-  property->property = {fourCharCode("prun"), "running"};
-  property->container = std::move(operand);
-  ExpressionPointer result = finish(std::move(property), start);
-  return isNegated ? makeDenial(std::move(result)) : std::move(result);
-}
-
-// `x does not exist` is `x exists is false`.
-ExpressionPointer ScriptParser::makeDenial(ExpressionPointer statement) {
-  const SourceRange range = statement->range;
-  auto denial = std::make_unique<Binary>();
-  denial->op = Binary::Operator::equal;
-  denial->left = std::move(statement);
-  denial->right = std::make_unique<Literal>(Value(false));
-  denial->right->range = range;
-  return finish(std::move(denial), range.offset);
 }
 
 bool ScriptParser::isStopped() const {
@@ -193,43 +176,12 @@ bool ScriptParser::canStartExpression() const {
     return false;
   }
 
-  switch (next.keyword) {
-  case Keyword::the:
-  case Keyword::my:
-  case Keyword::its:
-  case Keyword::it:
-  case Keyword::me:
-  case Keyword::every:
-  case Keyword::some:
-  case Keyword::first:
-  case Keyword::second:
-  case Keyword::third:
-  case Keyword::fourth:
-  case Keyword::fifth:
-  case Keyword::sixth:
-  case Keyword::seventh:
-  case Keyword::eighth:
-  case Keyword::ninth:
-  case Keyword::tenth:
-  case Keyword::last:
-  case Keyword::front:
-  case Keyword::back:
-  case Keyword::middle:
-  case Keyword::true_:
-  case Keyword::false_:
-  case Keyword::not_:
-  case Keyword::get:
-  case Keyword::return_:
-  case Keyword::ref:
-  case Keyword::reference:
+  const Argument argument = ruleFor(next.keyword).argument;
+  if (argument == Argument::always)
     return true;
-  case Keyword::beginning:
-  case Keyword::end:
+  if (argument == Argument::beforeOf)
     return token(1).is(Keyword::of);
-  default:
-    break;
-  }
-  if (isLabel() || token().is(Keyword::exists))
+  if (isLabel())
     return false;
   return !isReserved(next.keyword) ? !matchOperator(rest()).row : !scope_.match(rest()).empty();
 }

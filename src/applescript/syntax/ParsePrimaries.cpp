@@ -43,119 +43,21 @@ ExpressionPointer ScriptParser::parsePrimary() {
   const auto matches = scope_.match(rest());
   if (!matches.empty() && matches.front().words > 1)
     return parseTerm(matches);
-  if (isReserved(first.keyword))
-    return parseReservedWord();
-  switch (first.keyword) {
-  case Keyword::application:
-  case Keyword::app:
-    return parseApplication();
-  case Keyword::current:
-    if (token(1).is(Keyword::application))
-      return parseSimple(Expression::Kind::currentApplication, 2);
-    break;
-  case Keyword::a:
-    if ((token(1).is(Keyword::reference) || token(1).is(Keyword::ref)) && token(2).is(Keyword::to))
-      return parseReferenceTo(3);
-    break;
-  case Keyword::number:
-    if (token(1).is(Keyword::of)) // another way to say `count of`
-      return parseCount(1);
-    break;
-  default:
-    break;
+  if (const auto parse = ruleFor(first.keyword).expression) {
+    if (ExpressionPointer parsed = parse(*this))
+      return parsed;
   }
+  if (isReserved(first.keyword))
+    fail("expression");
   if (matches.empty() || isVariableDespite(matches))
     return parseName();
   return parseTerm(matches);
 }
 
-ExpressionPointer ScriptParser::parseReservedWord() {
-  using Form = ElementAccess::Form;
-  using Where = InsertionPoint::Where;
-  switch (token().keyword) {
-  case Keyword::the:
-    while (token().is(Keyword::the))
-      advance();
-    return parsePrimary();
-  case Keyword::true_:
-    return makeLiteral(Value(true), 1);
-  case Keyword::false_:
-    return makeLiteral(Value(false), 1);
-  case Keyword::return_:
-    return makeLiteral(Value("\r"), 1, "return");
-  case Keyword::me:
-    return parseSimple(Expression::Kind::me, 1);
-  case Keyword::it:
-    return parseSimple(Expression::Kind::it, 1);
-  case Keyword::my:
-    return parseMy();
-  case Keyword::its:
-    return parseIts();
-  case Keyword::every:
-    return parseEvery();
-  case Keyword::some:
-    return parsePicked(Form::some);
-  case Keyword::middle:
-    return parsePicked(Form::middle);
-  case Keyword::last:
-    return parsePicked(Form::last);
-  case Keyword::back:
-    return token(1).is(Keyword::of) ? parseInsertionPoint(Where::end, 1) : parsePicked(Form::last);
-  case Keyword::front:
-    return token(1).is(Keyword::of) ? parseInsertionPoint(Where::beginning, 1) : parsePicked(Form::first);
-  case Keyword::first:
-    return parsePicked(Form::first);
-  case Keyword::second:
-    return parseOrdinal(2);
-  case Keyword::third:
-    return parseOrdinal(3);
-  case Keyword::fourth:
-    return parseOrdinal(4);
-  case Keyword::fifth:
-    return parseOrdinal(5);
-  case Keyword::sixth:
-    return parseOrdinal(6);
-  case Keyword::seventh:
-    return parseOrdinal(7);
-  case Keyword::eighth:
-    return parseOrdinal(8);
-  case Keyword::ninth:
-    return parseOrdinal(9);
-  case Keyword::tenth:
-    return parseOrdinal(10);
-  case Keyword::beginning:
-  case Keyword::end: // alone only where a place is asked for: see parseArgumentValue, parseKey
-    if (token(1).is(Keyword::of) || token(1).is(Keyword::in))
-      return parseInsertionPoint(token().is(Keyword::end) ? Where::end : Where::beginning, 1);
-    break;
-  case Keyword::before:
-    return parseInsertionPoint(Where::before, 1);
-  case Keyword::after:
-  case Keyword::behind:
-    return parseInsertionPoint(Where::after, 1);
-  case Keyword::in:
-    if (token(1).is(Keyword::front) && token(2).is(Keyword::of))
-      return parseInsertionPoint(Where::before, 3);
-    if (token(1).is(Keyword::back) && token(2).is(Keyword::of))
-      return parseInsertionPoint(Where::after, 3);
-    break;
-  case Keyword::ref:
-  case Keyword::reference:
-    if (token(1).is(Keyword::to))
-      return parseReferenceTo(2);
-    if (token().is(Keyword::reference)) // the class
-      return makeLiteral(Value(ClassName{fourCharCode("obj "), "reference"}), 1);
-    break;
-  case Keyword::script:
-    return parseElement({{fourCharCode("scpt"), "script"}, false}, consumeOne());
-  case Keyword::get: {
-    const Term* get = languageTerminology().findCommand(events::get);
-    return parseCommand(*get, 1);
+ExpressionPointer ScriptParser::parseThe() {
+  while (accept(Keyword::the)) {
   }
-  default:
-    break;
-  }
-  fail("expression");
+  return parsePrimary();
 }
 
 ExpressionPointer ScriptParser::parseSimple(Expression::Kind kind, std::size_t words) {
@@ -172,6 +74,19 @@ std::size_t ScriptParser::consumeOne() {
 
 // ---------------------------------------------------------------------- words
 
+namespace {
+
+/// A class of the language's own values, as against elements of texts and applications.
+bool isLanguageValueClass(const Term& term) {
+  const auto inTable =
+      std::ranges::any_of(language::valueClasses, [&](const Term& row) { return row.words == term.words; });
+  constexpr auto elements = std::to_array<FourCharCode>(
+      {fourCharCode("cobj"), fourCharCode("cha "), fourCharCode("cwor"), fourCharCode("cpar"), fourCharCode("citm")});
+  return inTable && std::ranges::find(elements, term.code) == elements.end();
+}
+
+} // namespace
+
 // Outside of a `tell`, a word that the script has bound is its variable unless what follows needs the dictionary's
 // word. The plural of a class of values (`numbers`, `lists`) is a variable anywhere unless something is picked from.
 bool ScriptParser::isVariableDespite(const TermMatches& matches) const {
@@ -187,14 +102,6 @@ bool ScriptParser::isVariableDespite(const TermMatches& matches) const {
   if (scope_.isInTell() || first.term->kind == Term::Kind::command || !scope_.isBound(token().text))
     return false;
   return !matches.find(Term::Kind::className) || !canStartKey(1);
-}
-
-bool ScriptParser::isLanguageValueClass(const Term& term) {
-  const auto inTable =
-      std::ranges::any_of(language::valueClasses, [&](const Term& row) { return row.words == term.words; });
-  constexpr auto elements = std::to_array<FourCharCode>(
-      {fourCharCode("cobj"), fourCharCode("cha "), fourCharCode("cwor"), fourCharCode("cpar"), fourCharCode("citm")});
-  return inTable && std::ranges::find(elements, term.code) == elements.end();
 }
 
 ExpressionPointer ScriptParser::parseTerm(const TermMatches& matches) {

@@ -45,6 +45,41 @@ bool picksFromSeveral(const Expression& node) {
   return false;
 }
 
+/// Whether something may still be put around the innermost end of a reference.
+bool canAttach(const Expression& node) {
+  switch (node.kind) {
+  case Expression::Kind::property: {
+    const auto& container = static_cast<const PropertyAccess&>(node).container;
+    return !container || canAttach(*container);
+  }
+  case Expression::Kind::element: {
+    const auto& container = static_cast<const ElementAccess&>(node).container;
+    return !container || canAttach(*container);
+  }
+  case Expression::Kind::insertionPoint: {
+    const auto& container = static_cast<const InsertionPoint&>(node).container;
+    return !container || canAttach(*container);
+  }
+  case Expression::Kind::handlerCall: {
+    const auto& call = static_cast<const HandlerCall&>(node);
+    return call.target == HandlerCall::Target::implicit || (call.object && canAttach(*call.object));
+  }
+  case Expression::Kind::message: {
+    const auto& receiver = static_cast<const ObjectiveCMessage&>(node).receiver;
+    return !receiver || canAttach(*receiver);
+  }
+  case Expression::Kind::variable:
+    return true;
+  case Expression::Kind::literal: {
+    const auto& literal = static_cast<const Literal&>(node);
+    return literal.value.is<Value::ClassPointer>() || literal.value.is<Value::EnumeratorPointer>() ||
+           !literal.words.empty();
+  }
+  default:
+    return false;
+  }
+}
+
 } // namespace
 
 ExpressionPointer ScriptParser::parseChain() {
@@ -135,7 +170,7 @@ ExpressionPointer ScriptParser::parseMy() {
   const bool isName =
       name.kind == Token::Kind::quotedName || (name.kind == Token::Kind::word && !isReserved(name.keyword));
   auto me = std::make_unique<SimpleExpression>(Expression::Kind::me);
-  me->range = tokens_[position_ - 1].range;
+  me->range = previous().range;
   if (isName && token(1).is(Symbol::openParenthesis)) {
     advance();
     ExpressionPointer call = parseCall(std::string(name.text), start);
@@ -162,7 +197,7 @@ ExpressionPointer ScriptParser::parseIts() {
   advance();
   const Token& first = token();
   auto it = std::make_unique<SimpleExpression>(Expression::Kind::it);
-  it->range = tokens_[position_ - 1].range;
+  it->range = previous().range;
   ExpressionPointer member = parseMember();
   if (!canAttach(*member))
     throw expectedError("variable name or property", describe(first), first);
@@ -172,40 +207,6 @@ ExpressionPointer ScriptParser::parseIts() {
 }
 
 // ----------------------------------------------------------------- containers
-
-bool ScriptParser::canAttach(const Expression& node) const {
-  switch (node.kind) {
-  case Expression::Kind::property: {
-    const auto& container = static_cast<const PropertyAccess&>(node).container;
-    return !container || canAttach(*container);
-  }
-  case Expression::Kind::element: {
-    const auto& container = static_cast<const ElementAccess&>(node).container;
-    return !container || canAttach(*container);
-  }
-  case Expression::Kind::insertionPoint: {
-    const auto& container = static_cast<const InsertionPoint&>(node).container;
-    return !container || canAttach(*container);
-  }
-  case Expression::Kind::handlerCall: {
-    const auto& call = static_cast<const HandlerCall&>(node);
-    return call.target == HandlerCall::Target::implicit || (call.object && canAttach(*call.object));
-  }
-  case Expression::Kind::message: {
-    const auto& receiver = static_cast<const ObjectiveCMessage&>(node).receiver;
-    return !receiver || canAttach(*receiver);
-  }
-  case Expression::Kind::variable:
-    return true;
-  case Expression::Kind::literal: {
-    const auto& literal = static_cast<const Literal&>(node);
-    return literal.value.is<Value::ClassPointer>() || literal.value.is<Value::EnumeratorPointer>() ||
-           !literal.words.empty();
-  }
-  default:
-    return false;
-  }
-}
 
 void ScriptParser::attach(ExpressionPointer& node, ExpressionPointer container, Joint joint) {
   const auto into = [&](ExpressionPointer& place, auto& owner) {

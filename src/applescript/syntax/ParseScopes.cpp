@@ -37,6 +37,12 @@ void ScriptParser::parseAttributes(std::vector<Considering::Attribute>& attribut
   } while (accept(Symbol::comma) || token().is(Keyword::and_));
 }
 
+StatementPointer ScriptParser::parseWith() {
+  return token(1).is(Keyword::timeout)       ? parseTimeout()
+         : token(1).is(Keyword::transaction) ? parseTransaction()
+                                             : nullptr;
+}
+
 StatementPointer ScriptParser::parseTimeout() {
   const std::size_t start = offset();
   auto statement = std::make_unique<Timeout>();
@@ -66,6 +72,8 @@ StatementPointer ScriptParser::parseTransaction() {
 }
 
 StatementPointer ScriptParser::parseUsingTerms() {
+  if (!token(1).is(Keyword::terms))
+    return nullptr;
   const std::size_t start = offset();
   auto statement = std::make_unique<UsingTerms>();
   advance(2);

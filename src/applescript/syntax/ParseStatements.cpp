@@ -15,47 +15,9 @@ StatementPointer ScriptParser::parseStatement() {
   if (isReserved(first.keyword) && scope_.match(rest(), Term::Kind::command))
     return parseExpressionStatement();
 
-  switch (first.keyword) {
-  case Keyword::if_:
-    return parseIf();
-  case Keyword::repeat:
-    return parseRepeat();
-  case Keyword::tell:
-    return parseTell();
-  case Keyword::try_:
-    return parseTry();
-  case Keyword::considering:
-  case Keyword::ignoring:
-    return parseConsidering();
-  case Keyword::with:
-    if (token(1).is(Keyword::timeout))
-      return parseTimeout();
-    if (token(1).is(Keyword::transaction))
-      return parseTransaction();
-    break;
-  case Keyword::using_:
-    if (token(1).is(Keyword::terms))
-      return parseUsingTerms();
-    break;
-  case Keyword::set:
-    return parseSet();
-  case Keyword::copy:
-    return parseCopy();
-  case Keyword::return_:
-    return parseReturn();
-  case Keyword::error:
-    return parseError();
-  case Keyword::exit:
-    return parseExit();
-  case Keyword::continue_:
-    return parseContinue();
-  case Keyword::global:
-  case Keyword::local:
-    return parseDeclaration();
-  case Keyword::script:
-    return parseScript();
-  default:
-    break;
+  if (const auto parse = ruleFor(first.keyword).statement) {
+    if (StatementPointer parsed = (this->*parse)())
+      return parsed;
   }
   return parseExpressionStatement();
 }
@@ -125,7 +87,7 @@ ExpressionPointer ScriptParser::parseTarget() {
   while (target->kind == Expression::Kind::parenthesized)
     target = std::move(static_cast<Parenthesized&>(*target).inner);
   requireTarget(*target, first);
-  const Token& last = tokens_[position_ - 1]; // its text lives as long as the parse; the node's may not
+  const Token& last = previous(); // its text lives as long as the parse; the node's may not
   if (target->kind == Expression::Kind::variable && last.kind != Token::Kind::symbol)
     scope_.bind(last.text);
   return target;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "applescript/ScriptError.h"
-#include "applescript/events/ScriptableApplication.h"
+#include "applescript/events/ApplicationDirectory.h"
 #include "applescript/syntax/Tree.h"
 
 #include <cstddef>

@@ -17,16 +17,17 @@ ParseResult parse(std::string source, const ApplicationDirectory& directory, con
   }
   auto tree = std::make_unique<SyntaxTree>();
   tree->source = std::move(source);
-  ScriptParser parser(*tree, tokenize(tree->source), directory, limits);
+  TokenList tokens = tokenize(tree->source);
+  ScriptParser parser(*tree, tokens, directory, limits);
   result.errors = parser.run();
   if (result.errors.empty())
     result.tree = std::move(tree);
   return result;
 }
 
-ScriptParser::ScriptParser(SyntaxTree& tree, TokenList tokens, const ApplicationDirectory& directory,
+ScriptParser::ScriptParser(SyntaxTree& tree, TokenList& tokens, const ApplicationDirectory& directory,
                            const ParserLimits& limits)
-    : tree_(tree), list_(std::move(tokens)), tokens_(list_.tokens), directory_(directory), limits_(limits) {
+    : TokenCursor(tokens.tokens), tree_(tree), list_(tokens), directory_(directory), limits_(limits) {
   tree_.terminologies.push_back(&languageTerminology());
 }
 
@@ -69,20 +70,9 @@ void ScriptParser::require(Symbol symbol, std::string_view expected) {
 
 void ScriptParser::requireLineEnd() {
   // A block that lacks its `end` stops in front of a line that is not its own.
-  const bool isAtLineStart = position_ > 0 && tokens_[position_ - 1].kind == Token::Kind::lineEnd;
+  const bool isAtLineStart = position() > 0 && previous().kind == Token::Kind::lineEnd;
   if (!token().endsLine() && !isAtLineStart)
     fail("end of line");
-}
-
-void ScriptParser::skipLine() {
-  while (!token().endsLine())
-    advance();
-}
-
-bool ScriptParser::isLabel(std::size_t ahead) const {
-  const Token& first = token(ahead);
-  return (first.kind == Token::Kind::word || first.kind == Token::Kind::quotedName) &&
-         token(ahead + 1).is(Symbol::colon);
 }
 
 // --------------------------------------------------------------------- errors
@@ -108,11 +98,6 @@ void ScriptParser::report(ScriptError error) {
 }
 
 // ---------------------------------------------------------------------- nodes
-
-SourceRange ScriptParser::rangeFrom(std::size_t startOffset) const {
-  const std::size_t end = position_ == 0 ? startOffset : tokens_[position_ - 1].range.end();
-  return {startOffset, end > startOffset ? end - startOffset : 0};
-}
 
 void ScriptParser::setRange(Expression& node, std::size_t startOffset) {
   node.range = rangeFrom(startOffset);

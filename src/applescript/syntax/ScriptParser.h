@@ -1,9 +1,10 @@
 #pragma once
 
 #include "applescript/lexer/Lexer.h"
+#include "applescript/lexer/SyntaxErrors.h"
 #include "applescript/syntax/Operators.h"
 #include "applescript/syntax/Parser.h"
-#include "applescript/syntax/SyntaxErrors.h"
+#include "applescript/syntax/TokenCursor.h"
 #include "applescript/syntax/Tree.h"
 #include "applescript/syntax/WordScope.h"
 
@@ -21,15 +22,17 @@
 namespace tabwright::applescript {
 
 /// The parser behind `parse`: recursive descent over the tokens, one function per construct, spread over files by kind
-/// of construct (ParseBlocks, ParseStatements, ParseExpressions, ParseReferences, …).
+/// of construct (ParseBlocks, ParseStatements, ParseExpressions, ParseReferences, …). What a word of the grammar begins
+/// stands in WordRules.cpp, the operators in Operators.cpp.
 ///
 /// A parse function starts at the construct's first token and leaves the cursor behind its last. It throws the
 /// ScriptError of the first thing that doesn't fit; `parseStatements` and `parseHeader` catch, note the error, and go
 /// on at the next line.
-class ScriptParser {
+class ScriptParser : private TokenCursor {
 public:
-  /// Fills in `tree.body` and the tables of `tree`, whose `source` is set and was cut into `tokens`.
-  ScriptParser(SyntaxTree& tree, TokenList tokens, const ApplicationDirectory& directory, const ParserLimits& limits);
+  /// Fills in `tree.body` and the tables of `tree`, whose `source` is set and was cut into `tokens`. All must outlive
+  /// the parser, which takes the errors out of `tokens`.
+  ScriptParser(SyntaxTree& tree, TokenList& tokens, const ApplicationDirectory& directory, const ParserLimits& limits);
 
   /// Once per object.
   std::vector<ScriptError> run();
@@ -50,27 +53,26 @@ private:
     ScriptParser& parser_;
   };
 
-  // ---- Cursor (ScriptParser.cpp)
-  [[nodiscard]] const Token& token(std::size_t ahead = 0) const {
-    return tokens_[std::min(position_ + ahead, tokens_.size() - 1)];
-  }
-  [[nodiscard]] std::span<const Token> rest(std::size_t ahead = 0) const {
-    return std::span(tokens_).subspan(std::min(position_ + ahead, tokens_.size() - 1));
-  }
-  void advance(std::size_t count = 1) { position_ = std::min(position_ + count, tokens_.size() - 1); }
-  template <class Sign>
-  bool accept(Sign sign) {
-    if (!token().is(sign))
-      return false;
-    advance();
-    return true;
-  }
+  // ---- Words of the grammar (WordRules.cpp)
+  /// A word behind a command, as the beginning of its argument.
+  enum class Argument {
+    asTerm,   ///< only as a dictionary's word, or a name of the script's own
+    always,   ///< begins one
+    beforeOf, ///< begins one with `of` behind it
+  };
+  /// What a word of the grammar begins. Null for nothing; the functions answer null where what follows doesn't fit.
+  struct WordRule {
+    Keyword word = Keyword::none;
+    Argument argument = Argument::asTerm;
+    ExpressionPointer (*expression)(ScriptParser&) = nullptr;
+    StatementPointer (ScriptParser::*statement)() = nullptr;
+  };
+  [[nodiscard]] static const WordRule& ruleFor(Keyword word);
+
+  // ---- Tools (ScriptParser.cpp)
   void require(Keyword keyword);
   void require(Symbol symbol, std::string_view expected);
   void requireLineEnd();
-  void skipLine();
-  /// A word or quoted name with a colon behind it: a label, or the next part of a message.
-  [[nodiscard]] bool isLabel(std::size_t ahead = 0) const;
 
   // ---- Errors (ScriptParser.cpp)
   [[noreturn]] void fail(std::string_view expected) const;
@@ -86,8 +88,6 @@ private:
   }
   void setRange(Expression& node, std::size_t startOffset);
   void setRange(Statement& node, std::size_t startOffset) const;
-  [[nodiscard]] SourceRange rangeFrom(std::size_t startOffset) const;
-  [[nodiscard]] std::size_t offset() const { return token().range.offset; }
   void updateHeight(Expression& node);
 
   // ---- Blocks (ParseBlocks.cpp)
@@ -119,6 +119,7 @@ private:
   // ---- More blocks (ParseScopes.cpp)
   StatementPointer parseConsidering();
   void parseAttributes(std::vector<Considering::Attribute>& attributes);
+  StatementPointer parseWith();
   StatementPointer parseTimeout();
   StatementPointer parseTransaction();
   StatementPointer parseUsingTerms();
@@ -165,18 +166,16 @@ private:
   ExpressionPointer parseBinary(Precedence lowest);
   ExpressionPointer parseOperand(Precedence lowest);
   ExpressionPointer parseSigned();
-  ExpressionPointer parseCoercion(ExpressionPointer operand);
+  /// An operator that stands behind its operand.
+  ExpressionPointer parseSuffix(ExpressionPointer operand, OperatorMatch match);
   ExpressionPointer parseType();
-  ExpressionPointer parseExistence(ExpressionPointer operand, std::size_t tokens, bool isNegated);
-  ExpressionPointer makeDenial(ExpressionPointer statement);
-  ExpressionPointer parseRunning(ExpressionPointer operand, std::size_t tokens, bool isNegated);
   /// Whether the cursor is at something that belongs to a construct around the expression.
   [[nodiscard]] bool isStopped() const;
   [[nodiscard]] bool canStartExpression() const;
 
   // ---- Primaries (ParsePrimaries.cpp, ParseLiterals.cpp, ParseRaw.cpp)
   ExpressionPointer parsePrimary();
-  ExpressionPointer parseReservedWord();
+  ExpressionPointer parseThe();
   ExpressionPointer parseTerm(const TermMatches& matches);
   ExpressionPointer parseName();
   ExpressionPointer parseNumber();
@@ -194,8 +193,6 @@ private:
   std::size_t consumeOne();
   /// Whether something that picks elements of a class stands behind its words: `3`, `id 5`, `before …`.
   [[nodiscard]] bool startsElementKey(std::size_t words) const;
-  /// A class of the language's own values, as against elements of texts and applications.
-  [[nodiscard]] static bool isLanguageValueClass(const Term& term);
   /// Whether a bare word is a variable although dictionaries have it.
   [[nodiscard]] bool isVariableDespite(const TermMatches& matches) const;
 
@@ -207,7 +204,6 @@ private:
   ExpressionPointer parseMessage();
   ExpressionPointer parseMy();
   ExpressionPointer parseIts();
-  [[nodiscard]] bool canAttach(const Expression& node) const;
   /// Puts a container around the innermost end of a reference: `name of first tab` and `w` give `name of first tab of
   /// w`.
   void attach(ExpressionPointer& node, ExpressionPointer container, Joint joint);
@@ -255,12 +251,10 @@ private:
   [[nodiscard]] bool startsLabelledArguments(std::string_view name) const;
 
   SyntaxTree& tree_;
-  TokenList list_;
-  const std::vector<Token>& tokens_;
+  TokenList& list_;
   const ApplicationDirectory& directory_;
   const ParserLimits limits_;
 
-  std::size_t position_ = 0;
   std::size_t depth_ = 0;
   std::size_t nextMention_ = 0;
   std::size_t repeats_ = 0; ///< `repeat` blocks around the cursor, within the handler

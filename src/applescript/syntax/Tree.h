@@ -1,8 +1,8 @@
 #pragma once
 
-#include "applescript/events/AppleEventMessage.h"
-#include "applescript/events/FourCharCode.h"
-#include "applescript/syntax/SourceRange.h"
+#include "applescript/SourceRange.h"
+#include "applescript/terminology/EventCode.h"
+#include "applescript/terminology/FourCharCode.h"
 #include "applescript/terminology/Terminology.h"
 #include "applescript/values/Value.h"
 

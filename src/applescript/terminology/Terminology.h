@@ -1,7 +1,6 @@
 #pragma once
 
-#include "applescript/events/AppleEventMessage.h"
-#include "applescript/events/FourCharCode.h"
+#include "applescript/terminology/EventCode.h"
 #include "applescript/terminology/FoldedWords.h"
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 #include "applescript/values/ClassNames.h"
 
-#include "applescript/events/ObjectSpecifier.h"
 #include "applescript/values/Dates.h"
 #include "applescript/values/ForeignObject.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
 
 namespace tabwright::applescript {

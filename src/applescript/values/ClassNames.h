@@ -1,6 +1,6 @@
 #pragma once
 
-#include "applescript/values/Codes.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/Value.h"
 
 #include <string_view>

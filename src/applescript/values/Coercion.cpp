@@ -2,12 +2,12 @@
 // out in one place, at the end of each attempt, before the error.
 #include "applescript/values/Coercion.h"
 
-#include "applescript/events/ObjectSpecifier.h"
 #include "applescript/values/ClassNames.h"
 #include "applescript/values/Dates.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/ForeignObject.h"
 #include "applescript/values/Numbers.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/SourceForm.h"
 #include "applescript/values/TextComparison.h"

@@ -1,11 +1,11 @@
 #include "applescript/values/Comparison.h"
 
-#include "applescript/events/ObjectSpecifier.h"
 #include "applescript/values/ClassNames.h"
 #include "applescript/values/Coercion.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/ForeignObject.h"
 #include "applescript/values/Numbers.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/Traversal.h"
 

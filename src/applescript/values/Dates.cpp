@@ -2,7 +2,7 @@
 // calendar, and texts are read token by token, numbers by what stands between them.
 #include "applescript/values/Dates.h"
 
-#include "applescript/values/Codes.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/values/Names.h"
 
 #include <fmt/core.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "applescript/events/FourCharCode.h"
+#include "applescript/terminology/FourCharCode.h"
 #include "applescript/values/Value.h"
 
 #include <cstdint>

@@ -12,12 +12,33 @@ ScriptError of(int number, std::string sentence) {
   return ScriptError(ScriptError::Stage::execution, number, std::move(sentence));
 }
 
-ScriptError cannotGet(const std::string& what) {
+ScriptError cannotGet(std::string_view what) {
   return of(errorNumber::noSuchObject, fmt::format("Can’t get {}.", what));
 }
 
-ScriptError cannotSet(const std::string& what, const Value& value) {
-  return of(errorNumber::cannotSet, fmt::format("Can’t set {} to {}.", what, shortSourceForm(value)));
+ScriptError cannotGet(const ObjectSpecifier& specifier, const Terminology& dictionary) {
+  return cannotGet(shortSourceForm(specifier, dictionary));
+}
+
+ScriptError invalidIndex(const ObjectSpecifier& specifier, const Terminology& dictionary) {
+  return of(errorNumber::invalidIndex,
+            fmt::format("Can’t get {}. Invalid index.", shortSourceForm(specifier, dictionary)));
+}
+
+namespace {
+
+ScriptError cannotSetTo(std::string_view what, std::string_view value) {
+  return of(errorNumber::cannotSet, fmt::format("Can’t set {} to {}.", what, value));
+}
+
+} // namespace
+
+ScriptError cannotSet(std::string_view what, const Value& value) {
+  return cannotSetTo(what, shortSourceForm(value));
+}
+
+ScriptError cannotSet(const ObjectSpecifier& specifier, const Value& value, const Terminology& dictionary) {
+  return cannotSetTo(shortSourceForm(specifier, dictionary), shortSourceForm(value, dictionary));
 }
 
 namespace {
@@ -54,8 +75,37 @@ ScriptError noResult() {
   return of(errorNumber::noResult, "No result was returned from some part of this expression.");
 }
 
-ScriptError notUnderstood(const std::string& subject, std::string_view message) {
+ScriptError notUnderstood(std::string_view subject, std::string_view message) {
   return of(errorNumber::notHandled, fmt::format("{} doesn’t understand the “{}” message.", subject, message));
+}
+
+ScriptError notUnderstood(const Value& subject, EventCode event, const Terminology& dictionary) {
+  return notUnderstood(shortSourceForm(subject, dictionary), commandWords(event, dictionary));
+}
+
+ScriptError missingParameter(std::string_view parameter, std::string_view command) {
+  return of(errorNumber::missingParameter, fmt::format("The {} parameter is missing for {}.", parameter, command));
+}
+
+ScriptError missingParameter(std::string_view parameter, EventCode event, const Terminology& dictionary) {
+  return missingParameter(parameter, commandWords(event, dictionary));
+}
+
+ScriptError cannotContinue(std::string_view name) {
+  return of(errorNumber::notHandled, fmt::format("Can’t continue {}.", name));
+}
+
+ScriptError wrongParameters(std::string_view what, std::string_view handler) {
+  return of(errorNumber::wrongParameters, fmt::format("{} for {}.", what, handler));
+}
+
+ScriptError invalidDate(const Value& text) {
+  return of(errorNumber::invalidDate, fmt::format("Invalid date and time {}.", shortSourceForm(text)));
+}
+
+ScriptError notAvailable(std::string_view command) {
+  return of(errorNumber::privilege,
+            fmt::format("A privilege violation occurred: “{}” isn’t available to scripts here.", command));
 }
 
 ScriptError userCancelled() {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "applescript/ScriptError.h"
+#include "applescript/terminology/Terminology.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Value.h"
 
 #include <string>
@@ -12,9 +14,9 @@ namespace tabwright::applescript::errors {
 [[nodiscard]] ScriptError of(int number, std::string sentence);
 
 /// −1728 `Can’t get WHAT.` with `what` in source form, such as `item 9 of {1}`.
-[[nodiscard]] ScriptError cannotGet(const std::string& what);
+[[nodiscard]] ScriptError cannotGet(std::string_view what);
 /// −10006 `Can’t set WHAT to VALUE.`
-[[nodiscard]] ScriptError cannotSet(const std::string& what, const Value& value);
+[[nodiscard]] ScriptError cannotSet(std::string_view what, const Value& value);
 /// −1700 `Can’t make VALUE into type TYPE.`; the value is its offending object.
 [[nodiscard]] ScriptError cannotMake(const Value& value, std::string_view type);
 /// −2753 `The variable NAME is not defined.`
@@ -22,11 +24,32 @@ namespace tabwright::applescript::errors {
 /// −2763: an expression that needs a value came to none.
 [[nodiscard]] ScriptError noResult();
 /// −1708 `SUBJECT doesn’t understand the “MESSAGE” message.`
-[[nodiscard]] ScriptError notUnderstood(const std::string& subject, std::string_view message);
+[[nodiscard]] ScriptError notUnderstood(std::string_view subject, std::string_view message);
+/// −1715 `The PARAMETER parameter is missing for COMMAND.`
+[[nodiscard]] ScriptError missingParameter(std::string_view parameter, std::string_view command);
+/// −1708 `Can’t continue NAME.`
+[[nodiscard]] ScriptError cannotContinue(std::string_view name);
+/// −1721 `WHAT for HANDLER.`, such as `{1, 2} doesn’t match the 1 parameters for f.`
+[[nodiscard]] ScriptError wrongParameters(std::string_view what, std::string_view handler);
+/// −30720 `Invalid date and time TEXT.`
+[[nodiscard]] ScriptError invalidDate(const Value& text);
+/// −10004: a command that scripts may not use here.
+[[nodiscard]] ScriptError notAvailable(std::string_view command);
 [[nodiscard]] ScriptError userCancelled();
 [[nodiscard]] ScriptError divisionByZero();
 [[nodiscard]] ScriptError numericOverflow();
 [[nodiscard]] ScriptError stackOverflow();
 [[nodiscard]] ScriptError outOfMemory();
+
+/// Errors that an application answers an event with, worded in its dictionary. The application's own name is left out,
+/// since it comes in front of the sentence.
+
+[[nodiscard]] ScriptError cannotGet(const ObjectSpecifier& specifier, const Terminology& dictionary);
+/// −1719 `Can’t get window 0. Invalid index.`
+[[nodiscard]] ScriptError invalidIndex(const ObjectSpecifier& specifier, const Terminology& dictionary);
+[[nodiscard]] ScriptError cannotSet(const ObjectSpecifier& specifier, const Value& value,
+                                    const Terminology& dictionary);
+[[nodiscard]] ScriptError notUnderstood(const Value& subject, EventCode event, const Terminology& dictionary);
+[[nodiscard]] ScriptError missingParameter(std::string_view parameter, EventCode event, const Terminology& dictionary);
 
 } // namespace tabwright::applescript::errors

@@ -18,6 +18,12 @@ char lower(char c) {
 
 } // namespace
 
+bool isIdentifier(std::string_view name) {
+  const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; };
+  const auto isPart = [&](char c) { return isLetter(c) || (c >= '0' && c <= '9'); };
+  return !name.empty() && isLetter(name.front()) && std::ranges::all_of(name, isPart);
+}
+
 std::string foldedName(std::string_view name) {
   std::string folded;
   if (std::ranges::all_of(name, isASCII)) {

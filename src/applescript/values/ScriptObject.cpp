@@ -1,13 +1,13 @@
 #include "applescript/values/ScriptObject.h"
 
-#include "applescript/evaluate/ScriptLayout.h"
-
 #include <fmt/core.h>
 
 namespace tabwright::applescript {
 
-ScriptObject::ScriptObject(const ScriptLayout& layout, std::shared_ptr<ScriptObject> enclosing)
-    : variables(layout.variables.size(), Value::nothing()), layout_(layout), enclosing_(std::move(enclosing)) {}
+ScriptObject::ScriptObject(const ScriptLayout& layout, std::string name, std::size_t variables,
+                           std::shared_ptr<ScriptObject> enclosing)
+    : variables(variables, Value::nothing()), layout_(layout), name_(std::move(name)),
+      enclosing_(std::move(enclosing)) {}
 
 ScriptObject* ScriptObject::parentScript() const {
   const auto* script = parent.get<Value::ScriptPointer>();
@@ -15,7 +15,7 @@ ScriptObject* ScriptObject::parentScript() const {
 }
 
 std::string ScriptObject::description() const {
-  return layout_.name.empty() ? "«script»" : fmt::format("«script {}»", layout_.name);
+  return name_.empty() ? "«script»" : fmt::format("«script {}»", name_);
 }
 
 void ScriptObject::clear() {

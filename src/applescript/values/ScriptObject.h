@@ -2,6 +2,7 @@
 
 #include "applescript/values/Value.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -16,12 +17,15 @@ struct ScriptLayout;
 /// compiled Script. So a script object is of use only while that Script lives.
 class ScriptObject {
 public:
-  ScriptObject(const ScriptLayout& layout, std::shared_ptr<ScriptObject> enclosing);
+  /// `name` is empty for a script without one; all `variables` begin as `nothing`.
+  ScriptObject(const ScriptLayout& layout, std::string name, std::size_t variables,
+               std::shared_ptr<ScriptObject> enclosing);
   ~ScriptObject() { clear(); }
   ScriptObject(const ScriptObject&) = delete;
   ScriptObject& operator=(const ScriptObject&) = delete;
 
   [[nodiscard]] const ScriptLayout& layout() const { return layout_; }
+  [[nodiscard]] const std::string& name() const { return name_; }
   /// The script object inside whose text this one stands; null for the whole script.
   [[nodiscard]] const std::shared_ptr<ScriptObject>& enclosing() const { return enclosing_; }
 
@@ -39,6 +43,7 @@ public:
 
 private:
   const ScriptLayout& layout_;
+  std::string name_;
   std::shared_ptr<ScriptObject> enclosing_;
 };
 

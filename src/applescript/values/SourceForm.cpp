@@ -2,10 +2,8 @@
 // share their parts or of a list that holds itself must not cost more than what is shown of it.
 #include "applescript/values/SourceForm.h"
 
-#include "applescript/Interpreter.h"
-#include "applescript/events/ScriptableApplication.h"
+#include "applescript/terminology/Codes.h"
 #include "applescript/terminology/Terminology.h"
-#include "applescript/values/Codes.h"
 #include "applescript/values/Dates.h"
 #include "applescript/values/ForeignObject.h"
 #include "applescript/values/Names.h"
@@ -13,6 +11,7 @@
 #include "applescript/values/Reference.h"
 #include "applescript/values/Restored.h"
 #include "applescript/values/ScriptObject.h"
+#include "applescript/values/ScriptableApplication.h"
 
 #include <fmt/core.h>
 
@@ -29,7 +28,9 @@ constexpr std::size_t longestInSentence = 1000;
 
 class SourceFormWriter {
 public:
-  explicit SourceFormWriter(std::size_t limit) : limit_(limit) {}
+  /// With a dictionary, specifiers are worded in it and without the application at their root.
+  explicit SourceFormWriter(std::size_t limit, const Terminology* dictionary = nullptr)
+      : limit_(limit), isWithinApplication_(dictionary != nullptr), dictionary_(dictionary) {}
 
   std::string take() {
     if (out_.size() > limit_) {
@@ -110,117 +111,76 @@ public:
   }
 
   void write(const ObjectSpecifier& specifier) {
-    using Form = ObjectSpecifier::Form;
     if (specifier.form == Form::application) {
-      out_ += specifier.application ? fmt::format("application \"{}\"", specifier.application->name())
-                                    : "current application";
+      out_ += isWithinApplication_    ? "application"
+              : specifier.application ? fmt::format("application \"{}\"", specifier.application->name())
+                                      : "current application";
       return;
     }
-    if (specifier.form == Form::tested) {
-      out_ += "it";
-      return;
+    const Term::Kind kind = specifier.form == Form::property ? Term::Kind::property : Term::Kind::className;
+    if (const Term* term = find(specifier, kind)) {
+      writeStep(specifier, {term->words, term->plural.empty() ? term->words : term->plural});
+    } else {
+      const std::string code =
+          fmt::format("«{} {}»", kind == Term::Kind::property ? "property" : "class", toString(specifier.desiredClass));
+      writeStep(specifier, {code, code});
     }
-    writeStep(specifier);
-    if (!specifier.container)
+    const ObjectSpecifier* container = specifier.container.get();
+    if (!container)
       return;
-    const bool isPlaceBeside = specifier.form == Form::before || specifier.form == Form::after;
-    if (specifier.container->form != Form::tested) {
-      out_ += isPlaceBeside ? " " : " of ";
+    const bool isOutermost =
+        container->form == Form::tested || (isWithinApplication_ && container->form == Form::application);
+    if (!isOutermost) {
+      out_ += specifier.form == Form::before || specifier.form == Form::after ? " " : " of ";
       write(Value(specifier.container));
     }
     if (specifier.test) {
       out_ += " whose ";
-      // What hangs from the object under test doesn't know its application.
-      const Restored<const Terminology*> terminology(
-          terminology_, specifier.application ? specifier.application->terminology() : terminology_);
+      // An object under test doesn't know its application.
+      const Restored<const Terminology*> dictionary(dictionary_, dictionaryOf(specifier));
       writeTest(*specifier.test);
     }
   }
 
-private:
-  [[nodiscard]] const Term* find(const ObjectSpecifier& specifier, Term::Kind kind) const {
-    const Terminology* own = specifier.application ? specifier.application->terminology() : terminology_;
-    if (own) {
-      if (const Term* term = own->findCode(kind, specifier.desiredClass))
-        return term;
+  void writeStep(const ObjectSpecifier& step, StepWords words) {
+    if (const auto* index = step.key.get<std::int64_t>(); step.form == Form::index && index && *index == -1) {
+      out_ += fmt::format("last {}", words.singular);
+      return;
     }
-    return languageTerminology().findCode(kind, specifier.desiredClass);
-  }
-
-  [[nodiscard]] std::string elementWords(const ObjectSpecifier& specifier, bool plural) const {
-    const Term* term = find(specifier, Term::Kind::className);
-    if (!term)
-      return fmt::format("«class {}»", toString(specifier.desiredClass));
-    return std::string(plural && !term->plural.empty() ? term->plural : term->words);
-  }
-
-  void writeStep(const ObjectSpecifier& specifier) {
-    using Form = ObjectSpecifier::Form;
-    switch (specifier.form) {
-    case Form::application:
-    case Form::tested:
-      break;
-    case Form::property: {
-      const Term* term = find(specifier, Term::Kind::property);
-      out_ += term ? std::string(term->words) : fmt::format("«property {}»", toString(specifier.desiredClass));
-      break;
+    if ((step.form == Form::before || step.form == Form::after) && step.desiredClass == 0) {
+      out_ += step.form == Form::before ? "before" : "after";
+      return;
     }
-    case Form::index:
-      if (const auto* index = specifier.key.get<std::int64_t>(); index && *index == -1) {
-        out_ += "last " + elementWords(specifier, false);
-      } else {
-        out_ += elementWords(specifier, false) + " ";
-        write(specifier.key);
-      }
-      break;
-    case Form::middle:
-      out_ += "middle " + elementWords(specifier, false);
-      break;
-    case Form::some:
-      out_ += "some " + elementWords(specifier, false);
-      break;
-    case Form::every:
-      out_ += "every " + elementWords(specifier, false);
-      break;
-    case Form::name:
-      out_ += elementWords(specifier, false) + " ";
-      write(specifier.key);
-      break;
-    case Form::id:
-      out_ += elementWords(specifier, false) + " id ";
-      write(specifier.key);
-      break;
-    case Form::range:
-      out_ += elementWords(specifier, true) + " ";
-      write(specifier.key);
+    out_ += wordsBeforeKey(step.form, words);
+    if (step.form == Form::index || step.form == Form::name || step.form == Form::id || step.form == Form::range)
+      write(step.key);
+    if (step.form == Form::range) {
       out_ += " thru ";
-      write(specifier.rangeEnd);
-      break;
-    case Form::before:
-    case Form::after:
-      if (specifier.desiredClass != 0)
-        out_ += elementWords(specifier, false) + " ";
-      out_ += specifier.form == Form::before ? "before" : "after";
-      break;
-    case Form::beginning:
-      out_ += "beginning";
-      break;
-    case Form::end:
-      out_ += "end";
-      break;
+      write(step.rangeEnd);
     }
+  }
+
+private:
+  using Form = ObjectSpecifier::Form;
+
+  [[nodiscard]] const Terminology* dictionaryOf(const ObjectSpecifier& specifier) const {
+    return !isWithinApplication_ && specifier.application ? specifier.application->terminology() : dictionary_;
+  }
+
+  [[nodiscard]] const Term* find(const ObjectSpecifier& specifier, Term::Kind kind) const {
+    const Terminology* own = dictionaryOf(specifier);
+    const Term* term = own ? own->findCode(kind, specifier.desiredClass) : nullptr;
+    return term ? term : languageTerminology().findCode(kind, specifier.desiredClass);
   }
 
   void writeTest(const SpecifierTest& test) {
     if (out_.size() > limit_ || depth_ > deepestShown)
       return;
     ++depth_;
-    constexpr std::array<std::string_view, 9> words{"is",          ">",         "≥",        "<",    "≤",
-                                                    "begins with", "ends with", "contains", "is in"};
     switch (test.kind) {
     case SpecifierTest::Kind::comparison:
       write(test.left);
-      out_ += fmt::format(" {} ", words[static_cast<std::size_t>(test.comparison)]);
+      out_ += fmt::format(" {} ", sourceForm(test.comparison));
       write(test.right);
       break;
     case SpecifierTest::Kind::negation:
@@ -243,7 +203,8 @@ private:
   std::string out_;
   std::size_t limit_;
   std::size_t depth_ = 0;
-  const Terminology* terminology_ = nullptr; ///< of the application whose objects are being put to a test
+  bool isWithinApplication_;
+  const Terminology* dictionary_; ///< the one given, or of the application whose objects are being put to a test
 };
 
 } // namespace
@@ -263,10 +224,62 @@ std::string shortSourceForm(const Value& value) {
   return sourceFormUpTo(value, longestInSentence);
 }
 
-std::string sourceForm(const ObjectSpecifier& specifier) {
-  SourceFormWriter writer(longestInSentence);
+std::string shortSourceForm(const Value& value, const Terminology& dictionary) {
+  SourceFormWriter writer(longestInSentence, &dictionary);
+  writer.write(value);
+  return writer.take();
+}
+
+std::string shortSourceForm(const ObjectSpecifier& specifier, const Terminology& dictionary) {
+  SourceFormWriter writer(longestInSentence, &dictionary);
   writer.write(specifier);
   return writer.take();
+}
+
+std::string stepSourceForm(const ObjectSpecifier& step, StepWords words) {
+  SourceFormWriter writer(longestInSentence);
+  writer.writeStep(step, words);
+  return writer.take();
+}
+
+std::string wordsBeforeKey(ObjectSpecifier::Form form, StepWords words) {
+  using Form = ObjectSpecifier::Form;
+  switch (form) {
+  case Form::application:
+    return "application";
+  case Form::tested:
+    return "it";
+  case Form::property:
+    return std::string(words.singular);
+  case Form::index:
+  case Form::name:
+    return fmt::format("{} ", words.singular);
+  case Form::id:
+    return fmt::format("{} id ", words.singular);
+  case Form::middle:
+    return fmt::format("middle {}", words.singular);
+  case Form::some:
+    return fmt::format("some {}", words.singular);
+  case Form::every:
+    return fmt::format("every {}", words.singular);
+  case Form::range:
+    return fmt::format("{} ", words.plural);
+  case Form::before:
+    return fmt::format("{} before", words.singular);
+  case Form::after:
+    return fmt::format("{} after", words.singular);
+  case Form::beginning:
+    return "beginning";
+  case Form::end:
+    return "end";
+  }
+  return {};
+}
+
+std::string_view sourceForm(TestOperator comparison) {
+  constexpr std::array<std::string_view, 9> words{"=",           ">",         "≥",        "<",    "≤",
+                                                  "begins with", "ends with", "contains", "is in"};
+  return words[static_cast<std::size_t>(comparison)];
 }
 
 std::string sourceForm(const Value& value) {
@@ -274,15 +287,21 @@ std::string sourceForm(const Value& value) {
 }
 
 std::string nameInSource(std::string_view name) {
-  const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; };
-  const auto isPart = [&](char c) { return isLetter(c) || (c >= '0' && c <= '9'); };
-  if (!name.empty() && isLetter(name.front()) && std::ranges::all_of(name, isPart))
+  if (isIdentifier(name))
     return std::string(name);
   return fmt::format("|{}|", name);
 }
 
 std::string classWords(const ClassName& name) {
   return name.words.empty() ? fmt::format("«class {}»", toString(name.code)) : name.words;
+}
+
+std::string commandWords(EventCode event, const Terminology& dictionary) {
+  const Term* command = dictionary.findCommand(event);
+  if (!command)
+    command = languageTerminology().findCommand(event);
+  return command ? std::string(command->words)
+                 : fmt::format("«event {}{}»", toString(event.eventClass), toString(event.eventID));
 }
 
 } // namespace tabwright::applescript

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "applescript/events/ScriptableApplication.h"
+#include "applescript/events/AppleEventMessage.h"
+#include "applescript/values/ScriptableApplication.h"
 #include "platform/BrowserTable.h"
 #include "scripting/browser/BrowserScope.h"
 #include "scripting/browser/IndexedSnapshot.h"

@@ -1,8 +1,8 @@
 #include "scripting/browser/BrowserProperties.h"
 
 #include "applescript/ScriptError.h"
+#include "applescript/values/Errors.h"
 #include "scripting/model/Arguments.h"
-#include "scripting/model/EventErrors.h"
 
 #include <algorithm>
 #include <vector>
@@ -10,6 +10,7 @@
 namespace tabwright::scripting {
 
 using applescript::Value;
+namespace errors = applescript::errors;
 
 Found applicationFrontmost(BrowserScope& scope, Object) {
   return Value(scope.isFrontmost());
@@ -33,7 +34,7 @@ void setWindowIndex(BrowserScope& scope, Object window, const Value& value) {
   const std::int64_t index = requireInteger(value);
   const auto count = static_cast<std::int64_t>(windows.size());
   if (index < -count || index == 0 || index > count)
-    throw eventError(applescript::errorNumber::invalidIndex, "Can’t set index of the window: there is no such index.");
+    throw errors::of(applescript::errorNumber::invalidIndex, "Can’t set index of the window: there is no such index.");
   std::vector<WindowID> order;
   order.reserve(windows.size());
   for (const WindowState& each : windows)
@@ -85,7 +86,7 @@ Found windowBounds(BrowserScope& scope, Object window) {
 WindowBounds requireBounds(const Value& value) {
   const auto* list = value.get<Value::ListPointer>();
   if (list == nullptr || (*list)->items.size() != 4)
-    throw cannotMake(value, "bounding rectangle");
+    throw errors::cannotMake(value, "bounding rectangle");
   std::vector<int> edges;
   for (const Value& edge : (*list)->items)
     edges.push_back(static_cast<int>(std::clamp<std::int64_t>(requireInteger(edge), -1'000'000, 1'000'000)));

@@ -1,6 +1,6 @@
 #include "scripting/browser/DriverErrors.h"
 
-#include "scripting/model/EventErrors.h"
+#include "applescript/values/Errors.h"
 
 #include <fmt/core.h>
 
@@ -10,6 +10,7 @@ namespace tabwright::scripting {
 
 using applescript::ScriptError;
 namespace errorNumber = applescript::errorNumber;
+namespace errors = applescript::errors;
 
 namespace {
 
@@ -25,28 +26,28 @@ ScriptError inTheLanguage(const DriverFailure& failure) {
   const std::string sentence = withoutSigns(failure.errorDescription());
   switch (failure.kind()) {
   case DriverFault::notRunning:
-    return eventError(errorNumber::applicationNotRunning, sentence);
+    return errors::of(errorNumber::applicationNotRunning, sentence);
   case DriverFault::notAccepting:
-    return eventError(errorNumber::notAuthorised, sentence);
+    return errors::of(errorNumber::notAuthorised, sentence);
   case DriverFault::unreachable:
   case DriverFault::lost:
   case DriverFault::notAnswering:
-    return eventError(errorNumber::connectionInvalid, sentence);
+    return errors::of(errorNumber::connectionInvalid, sentence);
   case DriverFault::noSuchTab:
-    return eventError(errorNumber::noSuchObject, fmt::format("Can’t get tab id \"{}\".", failure.detail()));
+    return errors::cannotGet(fmt::format("tab id \"{}\"", failure.detail()));
   case DriverFault::noSuchWindow:
-    return eventError(errorNumber::noSuchObject, fmt::format("Can’t get window id \"{}\".", failure.detail()));
+    return errors::cannotGet(fmt::format("window id \"{}\"", failure.detail()));
   case DriverFault::timedOut:
-    return eventError(errorNumber::timedOut, "AppleEvent timed out.");
+    return errors::of(errorNumber::timedOut, "AppleEvent timed out.");
   case DriverFault::stopped:
-    return eventError(errorNumber::userCancelled, "User canceled.");
+    return errors::userCancelled();
   case DriverFault::tabClosed:
   case DriverFault::tabCrashed:
   case DriverFault::dialogOpen:
   case DriverFault::refused:
-    return eventError(errorNumber::handlerFailed, sentence);
+    return errors::of(errorNumber::handlerFailed, sentence);
   }
-  return eventError(errorNumber::handlerFailed, sentence);
+  return errors::of(errorNumber::handlerFailed, sentence);
 }
 
 } // namespace

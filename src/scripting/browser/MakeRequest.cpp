@@ -1,13 +1,14 @@
 #include "scripting/browser/MakeRequest.h"
 
 #include "applescript/events/AppleEventMessage.h"
-#include "scripting/model/EventErrors.h"
+#include "applescript/values/Errors.h"
 
 namespace tabwright::scripting {
 
 using applescript::ObjectSpecifier;
 using applescript::Value;
 namespace keywords = applescript::keywords;
+namespace errors = applescript::errors;
 
 const Value* MakeRequest::find(applescript::FourCharCode property) const {
   for (const auto& [code, value] : properties) {
@@ -34,13 +35,13 @@ MakeRequest readMakeRequest(BrowserScope& scope) {
     }
   }
   if (request.elementClass == 0)
-    throw missingParameter("new");
+    throw errors::missingParameter("new", "make");
   if (const Value* place = message.parameter(keywords::insertionLocation))
     request.place = scope.model().place(scope, *place);
   if (const Value* properties = message.parameter(keywords::withProperties)) {
     const auto* record = properties->get<Value::RecordPointer>();
     if (record == nullptr)
-      throw cannotMake(*properties, "record");
+      throw errors::cannotMake(*properties, "record");
     for (const auto& [label, value] : (*record)->fields)
       request.properties.emplace_back(scope.model().propertyCode(label), value);
   }

@@ -1,5 +1,6 @@
 #include "scripting/chromium/ChromiumApplication.h"
 
+#include "applescript/values/Errors.h"
 #include "scripting/browser/BrowserProperties.h"
 #include "scripting/browser/JSONValue.h"
 #include "scripting/browser/MakeRequest.h"
@@ -8,7 +9,6 @@
 #include "scripting/chromium/VersionQuestion.h"
 #include "scripting/model/Arguments.h"
 #include "scripting/model/Comparison.h"
-#include "scripting/model/EventErrors.h"
 
 #include <boost/json/value.hpp>
 
@@ -21,6 +21,7 @@ namespace tabwright::scripting {
 using applescript::fourCharCode;
 using applescript::Value;
 namespace events = applescript::events;
+namespace errors = applescript::errors;
 
 namespace {
 
@@ -32,7 +33,7 @@ std::vector<Object> tabsOf(BrowserScope& scope) {
   std::vector<Object> objects = scope.model().objects(scope, subject);
   for (const Object& object : objects) {
     if (object.type != &chromiumTabClass())
-      throw notUnderstood(subject, scope.message().code, chromiumTerminology());
+      throw errors::notUnderstood(subject, scope.message().code, chromiumTerminology());
   }
   return objects;
 }
@@ -40,7 +41,7 @@ std::vector<Object> tabsOf(BrowserScope& scope) {
 Value execute(BrowserScope& scope) {
   const Value* code = scope.message().parameter(chromium::javascript);
   if (code == nullptr)
-    throw missingParameter("javascript");
+    throw errors::missingParameter("javascript", scope.message().code, chromiumTerminology());
   const std::string javascript = requireText(*code);
   if (const auto tab = scope.tabLastSeen(scope.model().subject(scope), chromium::tab)) {
     try {
@@ -80,7 +81,7 @@ Value close(BrowserScope& scope) {
     else if (object.type == &chromiumWindowClass())
       scope.perform(CloseWindow{scope.window(object).id});
     else
-      throw notUnderstood(subject, scope.message().code, chromiumTerminology());
+      throw errors::notUnderstood(subject, scope.message().code, chromiumTerminology());
   }
   return Value::missing();
 }
@@ -97,7 +98,7 @@ Value makeWindow(BrowserScope& scope, const MakeRequest& request) {
   const std::string mode = textOr(request.find(chromium::mode), "normal");
   const bool isIncognito = sameIgnoringCase(mode, "incognito");
   if (!isIncognito && !sameIgnoringCase(mode, "normal"))
-    throw eventError(applescript::errorNumber::handlerFailed,
+    throw errors::of(applescript::errorNumber::handlerFailed,
                      "The mode of a new window is \"normal\" or \"incognito\", not \"" + mode + "\".");
   const WindowID id = scope.perform(
       MakeWindow{isIncognito ? WindowMode::incognito : WindowMode::normal, textOr(request.find(chromium::url), "")});
@@ -122,11 +123,11 @@ Value makeTab(BrowserScope& scope, const MakeRequest& request) {
   if (!place) {
     const auto window = frontWindowWithTabs(scope);
     if (!window)
-      throw cannotGet(*applescript::elementByIndex(scope.root(), windowCode, 1), chromiumTerminology());
+      throw errors::cannotGet(*applescript::elementByIndex(scope.root(), windowCode, 1), chromiumTerminology());
     place = InsertionPlace{*window, std::nullopt};
   }
   if (place->container.type != &chromiumWindowClass())
-    throw notUnderstood(Value(scope.root()), scope.message().code, chromiumTerminology());
+    throw errors::notUnderstood(Value(scope.root()), scope.message().code, chromiumTerminology());
   const TabID id = openTab(scope, place->container, place->position, textOr(request.find(chromium::url), ""));
   return Value(applescript::elementByID(windowByID(scope, scope.window(place->container).id), chromium::tab,
                                         Value(std::to_string(id))));
@@ -138,14 +139,14 @@ Value make(BrowserScope& scope) {
     return makeTab(scope, request);
   if (request.elementClass == windowCode || request.elementClass == fourCharCode("docu"))
     return makeWindow(scope, request);
-  throw eventError(applescript::errorNumber::handlerFailed, "Only windows and tabs can be made.");
+  throw errors::of(applescript::errorNumber::handlerFailed, "Only windows and tabs can be made.");
 }
 
 /// Opens addresses in new tabs of the front window that has tabs, or in a new window when there is none.
 Value open(BrowserScope& scope) {
   const Value* target = scope.message().directObject ? &*scope.message().directObject : nullptr;
   if (target == nullptr)
-    throw missingParameter("direct");
+    throw errors::missingParameter("direct", scope.message().code, chromiumTerminology());
   const auto* list = target->get<Value::ListPointer>();
   for (const Value& address : list != nullptr ? (*list)->items : std::vector<Value>{*target}) {
     const std::string url = requireText(address);
@@ -181,7 +182,7 @@ Value ChromiumApplication::perform(BrowserScope& scope) {
     return inEachTab(scope, GoInHistory{.direction = History::forward});
   if (code == events::open || code == openLocation)
     return open(scope);
-  throw notUnderstood(scope.model().subject(scope), code, chromiumTerminology());
+  throw errors::notUnderstood(scope.model().subject(scope), code, chromiumTerminology());
 }
 
 } // namespace tabwright::scripting

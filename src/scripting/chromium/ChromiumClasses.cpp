@@ -3,16 +3,17 @@
 #include "scripting/chromium/ChromiumClasses.h"
 
 #include "applescript/ScriptError.h"
+#include "applescript/values/Errors.h"
 #include "scripting/browser/BrowserProperties.h"
 #include "scripting/browser/BrowserScope.h"
 #include "scripting/chromium/ChromiumTerminology.h"
 #include "scripting/model/Arguments.h"
-#include "scripting/model/EventErrors.h"
 
 namespace tabwright::scripting {
 
 using applescript::fourCharCode;
 using applescript::Value;
+namespace errors = applescript::errors;
 
 namespace {
 
@@ -80,7 +81,7 @@ void setActiveTabIndex(BrowserScope& scope, Object window, const Value& value) {
   const WindowState& state = scope.window(window);
   const std::int64_t index = requireInteger(value);
   if (index < 1 || index > static_cast<std::int64_t>(state.tabs.size()))
-    throw eventError(applescript::errorNumber::invalidIndex,
+    throw errors::of(applescript::errorNumber::invalidIndex,
                      "Can’t set active tab index of the window: there is no tab " + std::to_string(index) + ".");
   scope.perform(ActivateTab{state.tabs[static_cast<std::size_t>(index - 1)].id});
 }
@@ -88,8 +89,8 @@ void setActiveTabIndex(BrowserScope& scope, Object window, const Value& value) {
 Found activeTab(BrowserScope& scope, Object window) {
   const std::size_t index = scope.window(window).activeTabIndex;
   if (index == 0 || index > scope.window(window).tabs.size())
-    throw cannotGet(*applescript::propertyOf(windowSpecifier(scope, window.first), chromium::activeTab),
-                    chromiumTerminology());
+    throw errors::cannotGet(*applescript::propertyOf(windowSpecifier(scope, window.first), chromium::activeTab),
+                            chromiumTerminology());
   return Object{&tabClass, window.first, static_cast<std::int64_t>(index - 1)};
 }
 

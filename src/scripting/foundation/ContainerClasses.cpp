@@ -1,8 +1,8 @@
 // NSDictionary and NSArray with their mutable kinds. The immutable ones lack the methods that change them; the data is
 // kept alike.
 #include "applescript/ScriptError.h"
+#include "applescript/values/Errors.h"
 #include "scripting/foundation/FoundationObject.h"
-#include "scripting/model/EventErrors.h"
 
 #include <fmt/core.h>
 
@@ -11,6 +11,7 @@ namespace tabwright::scripting {
 using applescript::Label;
 using applescript::Value;
 namespace errorNumber = applescript::errorNumber;
+namespace errors = applescript::errors;
 
 namespace {
 
@@ -52,7 +53,7 @@ Value setValue(FoundationObject& self, const Arguments& arguments) {
 
 Value setObject(FoundationObject& self, const Arguments& arguments) {
   if (arguments[0].isMissing())
-    throw eventError(errorNumber::handlerFailed,
+    throw errors::of(errorNumber::handlerFailed,
                      fmt::format("*** -[__NSDictionaryM setObject:forKey:]: object cannot be nil (key: {})",
                                  textArgument(arguments, 1)));
   return setValue(self, arguments);
@@ -105,7 +106,7 @@ Value arrayCount(FoundationObject& self, const Arguments&) {
 Value itemAt(const FoundationArray& array, std::int64_t index) {
   const auto count = static_cast<std::int64_t>(array.items.size());
   if (index < 0 || index >= count)
-    throw eventError(errorNumber::handlerFailed,
+    throw errors::of(errorNumber::handlerFailed,
                      count == 0 ? fmt::format("index {} beyond bounds for empty array", index)
                                 : fmt::format("index {} beyond bounds [0 .. {}]", index, count - 1));
   return bridged(array.items[static_cast<std::size_t>(index)]);

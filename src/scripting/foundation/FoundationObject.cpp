@@ -4,10 +4,10 @@
 
 #include "applescript/ScriptError.h"
 #include "applescript/values/Coercion.h"
+#include "applescript/values/Errors.h"
 #include "applescript/values/Names.h"
 #include "scripting/foundation/FoundationTime.h"
 #include "scripting/model/Arguments.h"
-#include "scripting/model/EventErrors.h"
 
 #include <fmt/core.h>
 
@@ -18,6 +18,7 @@ namespace tabwright::scripting {
 using applescript::Label;
 using applescript::Value;
 namespace errorNumber = applescript::errorNumber;
+namespace errors = applescript::errors;
 
 namespace {
 
@@ -57,7 +58,7 @@ Value recordOf(const FoundationDictionary& dictionary) {
 
 const Value& argumentAt(const Arguments& arguments, std::size_t position) {
   if (position >= arguments.size())
-    throw eventError(errorNumber::handlerFailed, "The message has too few arguments.");
+    throw errors::of(errorNumber::handlerFailed, "The message has too few arguments.");
   return arguments[position];
 }
 
@@ -117,11 +118,10 @@ Value FoundationObject::send(std::string_view selector, const Arguments& argumen
                                    : &FoundationClass::methods;
   const FoundationMethod* method = findMethod(type_, table, selector);
   if (method == nullptr)
-    throw eventError(errorNumber::notHandled,
-                     fmt::format("{} doesn’t understand the “{}” message.", description(), selector));
+    throw errors::notUnderstood(description(), selector);
   const auto colons = static_cast<std::size_t>(std::ranges::count(selector, ':'));
   if (arguments.size() != colons)
-    throw eventError(errorNumber::handlerFailed,
+    throw errors::of(errorNumber::handlerFailed,
                      fmt::format("“{}” takes {} arguments, not {}.", selector, colons, arguments.size()));
   const bool hasReferences =
       std::ranges::any_of(arguments, [](const Value& value) { return value.is<Value::ReferencePointer>(); });
@@ -224,7 +224,7 @@ FoundationDictionary dictionaryArgument(const Arguments& arguments, std::size_t 
     return *dictionary;
   const auto* record = value.get<Value::RecordPointer>();
   if (record == nullptr)
-    throw eventError(errorNumber::handlerFailed, "A dictionary is made of a record or a dictionary only.");
+    throw errors::of(errorNumber::handlerFailed, "A dictionary is made of a record or a dictionary only.");
   FoundationDictionary dictionary;
   dictionary.reserve((*record)->fields.size());
   for (const auto& [label, field] : (*record)->fields)
@@ -238,7 +238,7 @@ FoundationArray arrayArgument(const Arguments& arguments, std::size_t position) 
     return *array;
   const auto* list = value.get<Value::ListPointer>();
   if (list == nullptr)
-    throw eventError(errorNumber::handlerFailed, "An array is made of a list or an array only.");
+    throw errors::of(errorNumber::handlerFailed, "An array is made of a list or an array only.");
   FoundationArray array;
   array.items.reserve((*list)->items.size());
   std::ranges::transform((*list)->items, std::back_inserter(array.items), stored);

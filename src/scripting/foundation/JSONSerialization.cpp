@@ -4,9 +4,9 @@
 
 #include "applescript/ScriptError.h"
 #include "applescript/values/Coercion.h"
+#include "applescript/values/Errors.h"
 #include "applescript/values/Traversal.h"
 #include "scripting/foundation/FoundationObject.h"
-#include "scripting/model/EventErrors.h"
 
 #include <boost/json/parse.hpp>
 #include <boost/json/value.hpp>
@@ -23,11 +23,12 @@ namespace tabwright::scripting {
 using applescript::Label;
 using applescript::Text;
 using applescript::Value;
+namespace errors = applescript::errors;
 
 namespace {
 
 applescript::ScriptError writeError(std::string_view what) {
-  return eventError(applescript::errorNumber::handlerFailed,
+  return errors::of(applescript::errorNumber::handlerFailed,
                     fmt::format("*** +[NSJSONSerialization dataWithJSONObject:options:error:]: {}", what));
 }
 

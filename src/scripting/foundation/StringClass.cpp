@@ -1,7 +1,7 @@
 // NSString, and the character sets that it trims with. Lengths count UTF-16 units, as NSString's do.
 #include "applescript/ScriptError.h"
+#include "applescript/values/Errors.h"
 #include "scripting/foundation/FoundationObject.h"
-#include "scripting/model/EventErrors.h"
 
 #include <fmt/core.h>
 #include <unicode/locid.h>
@@ -13,6 +13,7 @@ namespace tabwright::scripting {
 
 using applescript::Text;
 using applescript::Value;
+namespace errors = applescript::errors;
 
 namespace {
 
@@ -38,7 +39,7 @@ Value fromUnicode(const icu::UnicodeString& text) {
 
 void requireUTF8(std::int64_t encoding) {
   if (encoding != utf8Encoding)
-    throw eventError(applescript::errorNumber::handlerFailed,
+    throw errors::of(applescript::errorNumber::handlerFailed,
                      fmt::format("Only NSUTF8StringEncoding (4) is known, not the encoding {}.", encoding));
 }
 
@@ -111,7 +112,7 @@ bool isIn(CharacterSet set, UChar32 character) {
 Value trimming(FoundationObject& self, const Arguments& arguments) {
   const auto* set = payloadOf<CharacterSet>(arguments[0]);
   if (set == nullptr)
-    throw eventError(applescript::errorNumber::handlerFailed, "Trimming takes a character set.");
+    throw errors::of(applescript::errorNumber::handlerFailed, "Trimming takes a character set.");
   const icu::UnicodeString text = unicode(content(self));
   std::int32_t begin = 0;
   std::int32_t end = text.length();

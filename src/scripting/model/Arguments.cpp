@@ -1,17 +1,18 @@
 #include "scripting/model/Arguments.h"
 
 #include "applescript/values/Coercion.h"
-#include "scripting/model/EventErrors.h"
+#include "applescript/values/Errors.h"
 
 #include <cmath>
 
 namespace tabwright::scripting {
 
 using applescript::Value;
+namespace errors = applescript::errors;
 
 std::string requireText(const Value& value) {
   if (value.isMissing() || value.isNull())
-    throw cannotMake(value, "text");
+    throw errors::cannotMake(value, "text");
   return applescript::textOf(value);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "applescript/events/ObjectSpecifier.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Value.h"
 
 #include <string_view>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "applescript/events/AppleEventMessage.h"
-#include "applescript/events/ObjectSpecifier.h"
-#include "applescript/events/ScriptableApplication.h"
+#include "applescript/values/ObjectSpecifier.h"
+#include "applescript/values/ScriptableApplication.h"
 #include "scripting/model/ObjectClass.h"
 
 #include <memory>

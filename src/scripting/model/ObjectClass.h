@@ -1,7 +1,7 @@
 #pragma once
 
-#include "applescript/events/FourCharCode.h"
-#include "applescript/events/ObjectSpecifier.h"
+#include "applescript/terminology/FourCharCode.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Value.h"
 
 #include <cstddef>

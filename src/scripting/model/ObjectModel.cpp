@@ -3,9 +3,9 @@
 // one event. The events built on resolution are in ObjectModelEvents.cpp.
 #include "scripting/model/ObjectModel.h"
 
+#include "applescript/values/Errors.h"
 #include "scripting/model/Arguments.h"
 #include "scripting/model/Comparison.h"
-#include "scripting/model/EventErrors.h"
 
 #include <algorithm>
 #include <random>
@@ -18,6 +18,7 @@ using applescript::ObjectSpecifier;
 using applescript::SpecifierTest;
 using applescript::Term;
 using applescript::Value;
+namespace errors = applescript::errors;
 using Form = ObjectSpecifier::Form;
 
 namespace {
@@ -85,14 +86,14 @@ Found ObjectModel::resolve(EventScope& scope, const ObjectSpecifier& specifier, 
     return Object{&root_};
   case Form::tested:
     if (underTest == nullptr)
-      throw cannotGet(specifier, terminology_);
+      throw errors::cannotGet(specifier, terminology_);
     return *underTest;
   case Form::before:
   case Form::after:
     return neighbour(scope, specifier, underTest);
   case Form::beginning:
   case Form::end:
-    throw cannotGet(specifier, terminology_);
+    throw errors::cannotGet(specifier, terminology_);
   default:
     break;
   }
@@ -103,7 +104,7 @@ Found ObjectModel::resolve(EventScope& scope, const ObjectSpecifier& specifier, 
     if (const auto* value = std::get_if<Value>(&from.what)) {
       if (const auto inner = stepIntoValue(specifier, *value))
         return *inner;
-      throw cannotGet(specifier, terminology_);
+      throw errors::cannotGet(specifier, terminology_);
     }
     std::vector<Found> results;
     for (const Found& each : std::get<std::vector<Found>>(from.what))
@@ -116,7 +117,7 @@ Found ObjectModel::resolve(EventScope& scope, const ObjectSpecifier& specifier, 
       return container;
     if (const auto item = pick(specifier, *list))
       return *item;
-    throw cannotGet(specifier, terminology_);
+    throw errors::cannotGet(specifier, terminology_);
   }
   return take(take, container);
 }
@@ -127,11 +128,11 @@ Found ObjectModel::step(EventScope& scope, const ObjectSpecifier& specifier, Obj
     return property(scope, specifier, container);
   const ElementRow* row = findElements(*container.type, specifier.desiredClass);
   if (row == nullptr)
-    throw cannotGet(specifier, terminology_);
+    throw errors::cannotGet(specifier, terminology_);
   if (specifier.form == Form::name || specifier.form == Form::id) {
     const auto element = find(scope, specifier, container, *row);
     if (!element || (specifier.test && !passes(scope, *specifier.test, *element)))
-      throw cannotGet(specifier, terminology_);
+      throw errors::cannotGet(specifier, terminology_);
     return *element;
   }
   if (specifier.form == Form::range)
@@ -141,8 +142,8 @@ Found ObjectModel::step(EventScope& scope, const ObjectSpecifier& specifier, Obj
   if (!specifier.test && specifier.form == Form::index) {
     const auto position = positionOf(requireInteger(specifier.key), count);
     if (!position)
-      throw requireInteger(specifier.key) == 0 ? invalidIndex(specifier, terminology_)
-                                               : cannotGet(specifier, terminology_);
+      throw requireInteger(specifier.key) == 0 ? errors::invalidIndex(specifier, terminology_)
+                                               : errors::cannotGet(specifier, terminology_);
     return row->at(scope, container, *position);
   }
   // `first window whose …` is the common case: the search ends at the match that the index asks for.
@@ -159,7 +160,7 @@ Found ObjectModel::step(EventScope& scope, const ObjectSpecifier& specifier, Obj
     return matches;
   if (const auto match = pick(specifier, matches))
     return *match;
-  throw cannotGet(specifier, terminology_);
+  throw errors::cannotGet(specifier, terminology_);
 }
 
 Found ObjectModel::property(EventScope& scope, const ObjectSpecifier& specifier, Object object) const {
@@ -189,7 +190,7 @@ Found ObjectModel::property(EventScope& scope, const ObjectSpecifier& specifier,
     return Value(record);
   }
   default:
-    throw cannotGet(specifier, terminology_);
+    throw errors::cannotGet(specifier, terminology_);
   }
 }
 
@@ -227,7 +228,7 @@ std::int64_t ObjectModel::boundary(EventScope& scope, const ObjectSpecifier& spe
   const auto* element = std::get_if<Object>(&found.what);
   const auto index = element != nullptr ? position(scope, container, *element) : std::nullopt;
   if (!index)
-    throw cannotGet(specifier, terminology_);
+    throw errors::cannotGet(specifier, terminology_);
   return static_cast<std::int64_t>(*index) + 1;
 }
 
@@ -237,7 +238,7 @@ Found ObjectModel::range(EventScope& scope, const ObjectSpecifier& specifier, Ob
   const auto first = positionOf(boundary(scope, specifier, container, specifier.key, underTest), count);
   const auto last = positionOf(boundary(scope, specifier, container, specifier.rangeEnd, underTest), count);
   if (!first || !last)
-    throw cannotGet(specifier, terminology_);
+    throw errors::cannotGet(specifier, terminology_);
   std::vector<Found> elements;
   for (std::size_t position = std::min(*first, *last); position <= std::max(*first, *last); ++position) {
     const Object element = row.at(scope, container, position);
@@ -278,10 +279,10 @@ Found ObjectModel::neighbour(EventScope& scope, const ObjectSpecifier& specifier
   const ElementRow* row = at ? findElements(*container->type, object->type->code) : nullptr;
   const bool isOfClass = object != nullptr && object->type->code == specifier.desiredClass;
   if (row == nullptr || !isOfClass)
-    throw cannotGet(specifier, terminology_);
+    throw errors::cannotGet(specifier, terminology_);
   const std::size_t wanted = specifier.form == Form::after ? *at + 1 : *at - 1; // wraps below the first one
   if (wanted >= row->count(scope, *container))
-    throw cannotGet(specifier, terminology_);
+    throw errors::cannotGet(specifier, terminology_);
   return row->at(scope, *container, wanted);
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "applescript/events/AppleEventMessage.h"
-#include "applescript/events/ObjectSpecifier.h"
 #include "applescript/terminology/Terminology.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "scripting/model/EventScope.h"
 #include "scripting/model/ObjectClass.h"
 

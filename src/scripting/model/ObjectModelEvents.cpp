@@ -1,6 +1,6 @@
 // The events that all applications answer alike, and what their own commands need of resolution: the objects that an
 // event is about, and the place that `make … at` names.
-#include "scripting/model/EventErrors.h"
+#include "applescript/values/Errors.h"
 #include "scripting/model/ObjectModel.h"
 
 #include <algorithm>
@@ -15,6 +15,7 @@ using Form = ObjectSpecifier::Form;
 namespace events = applescript::events;
 namespace keywords = applescript::keywords;
 namespace errorNumber = applescript::errorNumber;
+namespace errors = applescript::errors;
 
 namespace {
 
@@ -26,7 +27,7 @@ void gather(const Found& found, std::vector<Object>& objects, const ObjectSpecif
     for (const Found& each : *list)
       gather(each, objects, specifier, terminology);
   } else {
-    throw cannotGet(specifier, terminology);
+    throw errors::cannotGet(specifier, terminology);
   }
 }
 
@@ -92,16 +93,16 @@ void ObjectModel::set(EventScope& scope) const {
   const Value target = subject(scope);
   const Value* given = scope.message().parameter(keywords::data);
   if (given == nullptr)
-    throw missingParameter("to");
+    throw errors::missingParameter("to", events::set, terminology_);
   const auto* specifier = target.get<Value::SpecifierPointer>();
   if (specifier == nullptr)
-    throw eventError(errorNumber::cannotSet, "Can’t set what is no object of the application.");
+    throw errors::of(errorNumber::cannotSet, "Can’t set what is no object of the application.");
   Value newValue = *given;
   if (const auto* source = newValue.get<Value::SpecifierPointer>();
       source != nullptr && (*source)->application == scope.root()->application)
     newValue = value(scope, resolve(scope, **source));
   if ((*specifier)->form != Form::property)
-    throw cannotSet(**specifier, newValue, terminology_);
+    throw errors::cannotSet(**specifier, newValue, terminology_);
 
   std::vector<Object> owners;
   gather(resolve(scope, *(*specifier)->container), owners, *(*specifier)->container, terminology_);
@@ -114,7 +115,7 @@ void ObjectModel::setProperty(EventScope& scope, const ObjectSpecifier& specifie
   const auto setOne = [&](applescript::FourCharCode code, const Value& to) {
     const auto row = std::ranges::find(object.type->properties, code, &PropertyRow::code);
     if (row == object.type->properties.end() || row->set == nullptr)
-      throw cannotSet(specifier, to, terminology_);
+      throw errors::cannotSet(specifier, to, terminology_);
     row->set(scope, object, to);
   };
   const auto* record = newValue.get<Value::RecordPointer>();
@@ -131,7 +132,7 @@ std::int64_t ObjectModel::count(EventScope& scope) const {
     return static_cast<std::int64_t>((*list)->items.size());
   const auto* specifier = target.get<Value::SpecifierPointer>();
   if (specifier == nullptr)
-    throw notUnderstood(target, events::count, terminology_);
+    throw errors::notUnderstood(target, events::count, terminology_);
 
   if (const Value* kind = scope.message().parameter(keywords::elementClass)) {
     const auto* name = kind->get<Value::ClassPointer>();
@@ -181,7 +182,7 @@ std::vector<Object> ObjectModel::objects(EventScope& scope, const Value& target)
   }
   const auto* specifier = target.get<Value::SpecifierPointer>();
   if (specifier == nullptr)
-    throw eventError(errorNumber::noSuchObject, "Can’t get what is no object of the application.");
+    throw errors::cannotGet("what is no object of the application");
   gather(resolve(scope, **specifier), result, **specifier, terminology_);
   return result;
 }
@@ -192,8 +193,8 @@ Object ObjectModel::object(EventScope& scope, const Value& target) const {
     return found.front();
   const auto* specifier = target.get<Value::SpecifierPointer>();
   if (specifier != nullptr)
-    throw cannotGet(**specifier, terminology_);
-  throw eventError(errorNumber::noSuchObject, "Can’t get one object from a list of several.");
+    throw errors::cannotGet(**specifier, terminology_);
+  throw errors::cannotGet("one object from a list of several");
 }
 
 InsertionPlace ObjectModel::place(EventScope& scope, const Value& target) const {
@@ -216,7 +217,7 @@ InsertionPlace ObjectModel::place(EventScope& scope, const Value& target) const 
     const auto container = parent(scope, beside);
     const auto at = container ? position(scope, *container, beside) : std::nullopt;
     if (!at)
-      throw cannotGet(specifier, terminology_);
+      throw errors::cannotGet(specifier, terminology_);
     return {*container, specifier.form == Form::after ? *at + 1 : *at};
   }
   default:

@@ -2,7 +2,7 @@
 // executor of whoever awaits. A cancellation only requests the stop; the operation completes when the script has ended.
 #include "scripting/run/InterpreterScriptTasks.h"
 
-#include "scripting/model/EventErrors.h"
+#include "applescript/values/Errors.h"
 #include "scripting/run/DescriptorConversion.h"
 
 #include <boost/asio/associated_cancellation_slot.hpp>
@@ -20,6 +20,7 @@
 namespace tabwright::scripting {
 
 using applescript::Value;
+namespace errors = applescript::errors;
 using platform::AppleEvent;
 using platform::AppleEventDescriptor;
 using Result = std::optional<AppleEventDescriptor>;
@@ -41,7 +42,7 @@ void place(applescript::ScriptError& error, std::string_view source) {
 Result runScript(applescript::Interpreter& interpreter, const std::string& source, const AppleEvent& event,
                  std::stop_token stop, std::shared_ptr<platform::Notices> notices) {
   if (stop.stop_requested())
-    throw eventError(applescript::errorNumber::userCancelled, "User canceled.");
+    throw errors::userCancelled();
   std::vector<Value> arguments;
   if (const auto list = event.parameters.find(argumentsKeyword); list != event.parameters.end()) {
     for (std::size_t index = 1; index <= list->second.numberOfItems(); ++index)

@@ -1,10 +1,10 @@
 #include "scripting/safari/SafariApplication.h"
 
+#include "applescript/values/Errors.h"
 #include "scripting/browser/BrowserProperties.h"
 #include "scripting/browser/JSONValue.h"
 #include "scripting/browser/MakeRequest.h"
 #include "scripting/model/Arguments.h"
-#include "scripting/model/EventErrors.h"
 #include "scripting/safari/SafariClasses.h"
 #include "scripting/safari/SafariTerminology.h"
 
@@ -18,6 +18,7 @@ namespace tabwright::scripting {
 using applescript::fourCharCode;
 using applescript::Value;
 namespace events = applescript::events;
+namespace errors = applescript::errors;
 
 namespace {
 
@@ -27,7 +28,7 @@ constexpr auto windowCode = fourCharCode("cwin");
 /// tab.
 Value doJavaScript(BrowserScope& scope) {
   if (!scope.message().directObject)
-    throw missingParameter("direct");
+    throw errors::missingParameter("direct", scope.message().code, safariTerminology());
   const std::string javascript = requireText(*scope.message().directObject);
   Value target;
   if (const Value* given = scope.message().parameter(safari::target))
@@ -35,7 +36,7 @@ Value doJavaScript(BrowserScope& scope) {
   else if (scope.message().subject && scope.message().subject->container)
     target = Value(scope.message().subject);
   else
-    throw missingParameter("in");
+    throw errors::missingParameter("in", scope.message().code, safariTerminology());
 
   std::vector<Value> results;
   for (const Object& object : scope.model().objects(scope, target)) {
@@ -45,7 +46,7 @@ Value doJavaScript(BrowserScope& scope) {
                                           ? currentTabOf(scope, object)
                                           : std::nullopt;
     if (!tab)
-      throw notUnderstood(target, safari::doJavaScript, safariTerminology());
+      throw errors::notUnderstood(target, safari::doJavaScript, safariTerminology());
     results.push_back(valueOf(scope.driver().evaluate(scope.tab(*tab).id, javascript, scope.limits())));
   }
   return results.size() == 1 ? results.front() : Value::list(std::move(results));
@@ -59,7 +60,7 @@ Value close(BrowserScope& scope) {
     else if (object.type == &safariWindowClass() || object.type == &safariDocumentClass())
       scope.perform(CloseWindow{scope.window(object).id});
     else
-      throw notUnderstood(subject, scope.message().code, safariTerminology());
+      throw errors::notUnderstood(subject, scope.message().code, safariTerminology());
   }
   return Value::missing();
 }
@@ -74,7 +75,7 @@ Value makeTab(BrowserScope& scope, const MakeRequest& request) {
       request.place ? request.place->container
                     : scope.model().object(scope, Value(applescript::elementByIndex(scope.root(), windowCode, 1)));
   if (window.type != &safariWindowClass())
-    throw notUnderstood(Value(scope.root()), scope.message().code, safariTerminology());
+    throw errors::notUnderstood(Value(scope.root()), scope.message().code, safariTerminology());
   const std::optional<std::size_t> position = request.place ? request.place->position : std::nullopt;
   const TabID id = openTab(scope, window, position, addressOf(request));
   // Tabs are named by position, so the one made has to be looked for.
@@ -95,7 +96,7 @@ Value make(BrowserScope& scope) {
     return makeTab(scope, request);
   const bool isDocument = request.elementClass == fourCharCode("docu");
   if (!isDocument && request.elementClass != windowCode)
-    throw eventError(applescript::errorNumber::handlerFailed, "Only documents, windows and tabs can be made.");
+    throw errors::of(applescript::errorNumber::handlerFailed, "Only documents, windows and tabs can be made.");
   const WindowID id = scope.perform(MakeWindow{WindowMode::normal, addressOf(request)});
   return isDocument ? Value(applescript::elementByID(scope.root(), fourCharCode("docu"), Value(id)))
                     : Value(safariWindowSpecifier(scope, id));
@@ -115,7 +116,7 @@ Value SafariApplication::perform(BrowserScope& scope) {
     return make(scope);
   if (code == events::close || code == events::remove)
     return close(scope);
-  throw notUnderstood(scope.model().subject(scope), code, safariTerminology());
+  throw errors::notUnderstood(scope.model().subject(scope), code, safariTerminology());
 }
 
 } // namespace tabwright::scripting

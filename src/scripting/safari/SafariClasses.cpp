@@ -4,9 +4,9 @@
 #include "scripting/safari/SafariClasses.h"
 
 #include "applescript/ScriptError.h"
+#include "applescript/values/Errors.h"
 #include "scripting/browser/BrowserProperties.h"
 #include "scripting/browser/JSONValue.h"
-#include "scripting/model/EventErrors.h"
 #include "scripting/safari/SafariTerminology.h"
 
 #include <boost/json/value.hpp>
@@ -17,6 +17,7 @@ namespace tabwright::scripting {
 
 using applescript::fourCharCode;
 using applescript::Value;
+namespace errors = applescript::errors;
 
 namespace {
 
@@ -123,7 +124,7 @@ Found currentTab(BrowserScope& scope, Object window) {
 void setCurrentTab(BrowserScope& scope, Object window, const Value& value) {
   const Object tab = scope.model().object(scope, value);
   if (tab.type != &tabClass || tab.first != window.first)
-    throw eventError(applescript::errorNumber::cannotSet,
+    throw errors::of(applescript::errorNumber::cannotSet,
                      "Can’t set current tab of the window to what is no tab of it.");
   scope.perform(ActivateTab{scope.tab(tab).id});
 }

@@ -1,8 +1,8 @@
 #include "scripting/systemevents/SystemEventsApplication.h"
 
 #include "applescript/ScriptError.h"
+#include "applescript/values/Errors.h"
 #include "scripting/model/Arguments.h"
-#include "scripting/model/EventErrors.h"
 #include "scripting/systemevents/SystemEventsClasses.h"
 #include "scripting/systemevents/SystemEventsScope.h"
 #include "scripting/systemevents/SystemEventsTerminology.h"
@@ -15,6 +15,7 @@ namespace tabwright::scripting {
 using applescript::fourCharCode;
 using applescript::Value;
 namespace events = applescript::events;
+namespace errors = applescript::errors;
 
 namespace {
 
@@ -46,7 +47,7 @@ std::vector<ModifierKey> modifiersOf(const Value& value) {
       return enumerator != nullptr && ((*enumerator)->code == candidate.held || (*enumerator)->code == candidate.key);
     });
     if (row == std::ranges::end(modifierRows))
-      throw cannotMake(each, "modifier key");
+      throw errors::cannotMake(each, "modifier key");
     keys.push_back(row->modifier);
   }
   return keys;
@@ -59,7 +60,7 @@ std::vector<ModifierKey> heldModifiers(const SystemEventsScope& scope) {
 
 const Value& requireDirect(const SystemEventsScope& scope) {
   if (!scope.message().directObject)
-    throw missingParameter("direct");
+    throw errors::missingParameter("direct", scope.message().code, systemEventsTerminology());
   return *scope.message().directObject;
 }
 
@@ -67,7 +68,7 @@ Value click(SystemEventsScope& scope) {
   const Value& target = requireDirect(scope);
   const Object object = scope.model().object(scope, target);
   if (!isMenuEntry(object))
-    throw notUnderstood(target, systemevents::click, systemEventsTerminology());
+    throw errors::notUnderstood(target, systemevents::click, systemEventsTerminology());
   scope.desktop().chooseMenuItem(scope.process(object).pid, scope.path(object));
   return Value(object.type->specifier(scope, object));
 }
@@ -105,7 +106,7 @@ Value perform(SystemEventsScope& scope) {
     return activate(scope);
   if (code == events::quit)
     return Value::missing(); // the real one ends by itself, and so nothing is lost
-  throw notUnderstood(scope.model().subject(scope), code, systemEventsTerminology());
+  throw errors::notUnderstood(scope.model().subject(scope), code, systemEventsTerminology());
 }
 
 } // namespace
@@ -125,7 +126,7 @@ Value SystemEventsApplication::handle(const applescript::AppleEventMessage& mess
   } catch (const applescript::ScriptError&) {
     throw;
   } catch (const platform::Failure& failure) {
-    throw eventError(applescript::errorNumber::handlerFailed, failure.errorDescription());
+    throw errors::of(applescript::errorNumber::handlerFailed, failure.errorDescription());
   }
 }
 

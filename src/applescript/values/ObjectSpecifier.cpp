@@ -1,8 +1,8 @@
-#include "applescript/events/ObjectSpecifier.h"
+#include "applescript/values/ObjectSpecifier.h"
 
-#include "applescript/events/ScriptableApplication.h"
 #include "applescript/values/Comparison.h"
 #include "applescript/values/Names.h"
+#include "applescript/values/ScriptableApplication.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "applescript/syntax/SourceRange.h"
+#include "applescript/SourceRange.h"
 
 #include <algorithm>
 

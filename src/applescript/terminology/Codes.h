@@ -1,6 +1,6 @@
 #pragma once
 
-#include "applescript/events/FourCharCode.h"
+#include "applescript/terminology/FourCharCode.h"
 
 /// Four-character codes of the classes, properties and constants that the language itself gives a meaning to. The same
 /// codes stand in languageTerminology(), and in the dictionaries of applications for the same things.

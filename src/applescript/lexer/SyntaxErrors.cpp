@@ -1,4 +1,4 @@
-#include "applescript/syntax/SyntaxErrors.h"
+#include "applescript/lexer/SyntaxErrors.h"
 
 #include <fmt/core.h>
 

@@ -1,25 +1,10 @@
-// `whose`. Of objects in an application, the condition becomes a tree that travels with the event: bare properties in
-// it are written as properties of the object under test, everything else is evaluated now. A condition that computes
-// with such a property can't travel (TestNeedsValues), and is evaluated here like that of a `whose` on a list.
-#include "applescript/evaluate/Evaluator.h"
-#include "applescript/evaluate/TestNeedsValues.h"
-#include "applescript/events/ObjectSpecifier.h"
+#include "applescript/evaluate/TestBuilder.h"
+
 #include "applescript/values/Errors.h"
-#include "applescript/values/Reference.h"
-#include "applescript/values/Restored.h"
 
 namespace tabwright::applescript {
 
 namespace {
-
-const Value& objectUnderTest() {
-  static const Value root = [] {
-    auto specifier = std::make_shared<ObjectSpecifier>();
-    specifier->form = ObjectSpecifier::Form::tested;
-    return Value(Value::SpecifierPointer(std::move(specifier)));
-  }();
-  return root;
-}
 
 std::shared_ptr<const SpecifierTest> negation(std::shared_ptr<const SpecifierTest> operand) {
   auto test = std::make_shared<SpecifierTest>();
@@ -30,49 +15,45 @@ std::shared_ptr<const SpecifierTest> negation(std::shared_ptr<const SpecifierTes
 
 } // namespace
 
-bool Evaluator::passes(const Value& item, const Expression& test) {
-  const Restored<Value> target(frame_->target, lookThrough(item));
-  return condition(test);
+const Value& TestBuilder::objectUnderTest() {
+  static const Value root = [] {
+    auto specifier = std::make_shared<ObjectSpecifier>();
+    specifier->form = ObjectSpecifier::Form::tested;
+    return Value(Value::SpecifierPointer(std::move(specifier)));
+  }();
+  return root;
 }
 
-std::shared_ptr<const SpecifierTest> Evaluator::specifierTest(const Expression& test) {
-  const Restored<Value> target(frame_->target, objectUnderTest());
-  return buildTest(test);
-}
-
-Value Evaluator::testOperand(const Expression& expression) {
-  Value value = lookThrough(evaluate(expression));
-  if (const auto* specifier = value.get<Value::SpecifierPointer>(); specifier && isRootedInTest(**specifier))
-    return value;
-  return outgoing(plain(value));
-}
-
-std::shared_ptr<const SpecifierTest> Evaluator::buildTest(const Expression& expression) {
+std::shared_ptr<const SpecifierTest> TestBuilder::build(const Expression& expression) const {
   if (stack_.isExhausted())
     throw errors::stackOverflow();
   if (expression.kind == Expression::Kind::parenthesized)
-    return buildTest(*static_cast<const Parenthesized&>(expression).inner);
+    return build(*static_cast<const Parenthesized&>(expression).inner);
   if (expression.kind == Expression::Kind::unary) {
     const auto& unary = static_cast<const Unary&>(expression);
     if (unary.op == Unary::Operator::logicalNot)
-      return negation(buildTest(*unary.operand));
+      return negation(build(*unary.operand));
   }
   if (expression.kind == Expression::Kind::binary)
-    return buildComparison(static_cast<const Binary&>(expression));
+    return buildBinary(static_cast<const Binary&>(expression));
+  return isTrue(expression);
+}
+
+std::shared_ptr<const SpecifierTest> TestBuilder::isTrue(const Expression& expression) const {
   auto test = std::make_shared<SpecifierTest>();
-  test->left = testOperand(expression);
+  test->left = operand_(expression);
   test->right = true;
   return test;
 }
 
-std::shared_ptr<const SpecifierTest> Evaluator::buildComparison(const Binary& expression) {
+std::shared_ptr<const SpecifierTest> TestBuilder::buildBinary(const Binary& expression) const {
   using Operator = Binary::Operator;
   const auto compare = [&](TestOperator comparison) {
     auto test = std::make_shared<SpecifierTest>();
     test->comparison = comparison;
-    test->left = testOperand(*expression.left);
-    test->right = testOperand(*expression.right);
-    test->considersCase = attributes_.considersCase;
+    test->left = operand_(*expression.left);
+    test->right = operand_(*expression.right);
+    test->considersCase = considersCase_;
     return test;
   };
   switch (expression.op) {
@@ -80,7 +61,7 @@ std::shared_ptr<const SpecifierTest> Evaluator::buildComparison(const Binary& ex
   case Operator::logicalOr: {
     auto test = std::make_shared<SpecifierTest>();
     test->kind = expression.op == Operator::logicalAnd ? SpecifierTest::Kind::both : SpecifierTest::Kind::either;
-    test->operands = {buildTest(*expression.left), buildTest(*expression.right)};
+    test->operands = {build(*expression.left), build(*expression.right)};
     return test;
   }
   case Operator::equal:
@@ -114,12 +95,8 @@ std::shared_ptr<const SpecifierTest> Evaluator::buildComparison(const Binary& ex
   case Operator::integerDivide:
   case Operator::modulo:
   case Operator::power:
-  case Operator::concatenate: {
-    auto test = std::make_shared<SpecifierTest>();
-    test->left = outgoing(operand(expression));
-    test->right = true;
-    return test;
-  }
+  case Operator::concatenate:
+    return isTrue(expression);
   }
   return nullptr;
 }

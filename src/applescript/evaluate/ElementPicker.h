@@ -1,0 +1,63 @@
+#pragma once
+
+#include "applescript/evaluate/ElementStep.h"
+#include "applescript/values/TextElements.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tabwright::applescript {
+
+/// Picks elements of values: items of lists, and characters, words, paragraphs and text items of texts.
+///
+/// Works on values alone: keys have been evaluated, and a `whose` has been put to `candidates`. Remembers where the
+/// pieces of the last text are, so that a loop over them costs one pass over the text. Throws ScriptError −1728 for
+/// what isn't there.
+class ElementPicker {
+public:
+  /// `random` gives a number in [0, 1). `delimiters` (a text or a list of texts) and `attributes` are those in force
+  /// when elements are picked. All must outlive the picker.
+  ElementPicker(const std::function<double()>& random, const Value& delimiters, const TextAttributes& attributes)
+      : random_(random), delimiters_(delimiters), attributes_(attributes) {}
+
+  /// What an access without `whose` comes to: one element, or the list of them.
+  [[nodiscard]] Value pick(const Value& container, const ElementAccess& access, const ElementKey& key);
+  /// The same of `elements`, which are all candidates there are in the container.
+  [[nodiscard]] Value pickFrom(const std::vector<Value>& elements, const ElementAccess& access, const ElementKey& key,
+                               const Value& container) const;
+  /// All elements of the access's class.
+  [[nodiscard]] std::vector<Value> candidates(const Value& container, const ElementAccess& access,
+                                              const ElementKey& key);
+  /// 0-based; for all forms that name one element by its position.
+  [[nodiscard]] std::size_t position(std::size_t count, const ElementAccess& access, const ElementKey& key,
+                                     const Value& container) const;
+
+  /// `text from word 2 to word 4 of t`: a range of a text whose ends are elements of it.
+  struct End {
+    const ElementAccess& access;
+    ElementKey key;
+  };
+  [[nodiscard]] Value pickBetween(const Text& text, const ElementAccess& access, const End& from, const End& to);
+
+  /// How many pieces of a class a text has, counted without making them; nothing for what is no piece of text.
+  [[nodiscard]] std::optional<std::int64_t> countPieces(const Text& text, FourCharCode elementClass);
+  [[nodiscard]] CharacterIndex& characters() { return characters_; }
+
+private:
+  Value pickFromText(const Text& text, const ElementAccess& access, const ElementKey& key);
+  std::pair<std::size_t, std::size_t> positions(std::size_t count, const ElementAccess& access, const ElementKey& key,
+                                                const Value& container) const;
+  const std::vector<TextRange>& pieces(const Text& text, FourCharCode elementClass);
+
+  const std::function<double()>& random_;
+  const Value& delimiters_;
+  const TextAttributes& attributes_;
+  CharacterIndex characters_;
+  PieceIndex pieces_;
+};
+
+} // namespace tabwright::applescript

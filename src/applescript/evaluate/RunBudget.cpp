@@ -1,0 +1,24 @@
+#include "applescript/evaluate/RunBudget.h"
+
+#include "applescript/values/Errors.h"
+
+#include <algorithm>
+
+namespace tabwright::applescript {
+
+void RunBudget::require() const {
+  if (isSpent())
+    throw errors::userCancelled();
+}
+
+void RunBudget::checkpoint() {
+  constexpr std::size_t stepsBetweenCheckpoints = 256;
+  std::size_t chunk = stepsBetweenCheckpoints;
+  if (limit_ != 0)
+    chunk = std::clamp<std::size_t>(limit_ - std::min(limit_, taken_), 1, chunk);
+  untilCheckpoint_ = chunk;
+  require();
+  taken_ += chunk;
+}
+
+} // namespace tabwright::applescript

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "applescript/evaluate/Surroundings.h"
+
+#include <cstddef>
+#include <stop_token>
+
+namespace tabwright::applescript {
+
+/// Bounds how long a run goes on: counts its steps, and now and then looks whether it has been stopped.
+class RunBudget {
+public:
+  RunBudget(const RunLimits& limits, std::stop_token stop) : limit_(limits.steps), stop_(std::move(stop)) {}
+
+  /// One statement, expression or round of a loop. Throws −128 when the run has to end.
+  void step() {
+    if (--untilCheckpoint_ == 0)
+      checkpoint();
+  }
+  /// Whether the run has been stopped or has taken all its steps.
+  [[nodiscard]] bool isSpent() const { return stop_.stop_requested() || (limit_ != 0 && taken_ >= limit_); }
+  /// Throws −128 when the run has to end: before and after whatever takes long.
+  void require() const;
+  [[nodiscard]] const std::stop_token& stop() const { return stop_; }
+
+private:
+  void checkpoint();
+
+  std::size_t limit_;
+  std::size_t untilCheckpoint_ = 1;
+  std::size_t taken_ = 0;
+  std::stop_token stop_;
+};
+
+} // namespace tabwright::applescript
