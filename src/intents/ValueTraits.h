@@ -160,7 +160,8 @@ struct ValueTraits<Entity> {
 
 private:
   static std::string expected() {
-    return "one JSON object of the type " + type().name() + (ReferredEntity<Entity> ? ", or its reference, such as chromium:8" : "");
+    return "one JSON object of the type " + type().name() +
+           (ReferredEntity<Entity> ? ", or its reference, such as chromium:8" : "");
   }
 };
 
