@@ -9,17 +9,6 @@ namespace tabwright::applescript {
 
 namespace {
 
-Expression* containerOf(Expression& node) {
-  switch (node.kind) {
-  case Expression::Kind::property:
-    return static_cast<PropertyAccess&>(node).container.get();
-  case Expression::Kind::element:
-    return static_cast<ElementAccess&>(node).container.get();
-  default:
-    return nullptr;
-  }
-}
-
 bool picksFromSeveral(const Expression& node) {
   if (node.kind != Expression::Kind::element)
     return false;
@@ -45,39 +34,50 @@ bool picksFromSeveral(const Expression& node) {
   return false;
 }
 
-/// Whether something may still be put around the innermost end of a reference.
-bool canAttach(const Expression& node) {
+/// Where the container of a node is, and how it was joined to it; null for a node that takes none.
+struct ContainerSlot {
+  ExpressionPointer* container = nullptr;
+  Joint* joint = nullptr;
+};
+
+ContainerSlot slotOf(Expression& node) {
+  const auto slot = [](auto& owner) { return ContainerSlot{&owner.container, &owner.joint}; };
   switch (node.kind) {
-  case Expression::Kind::property: {
-    const auto& container = static_cast<const PropertyAccess&>(node).container;
-    return !container || canAttach(*container);
-  }
-  case Expression::Kind::element: {
-    const auto& container = static_cast<const ElementAccess&>(node).container;
-    return !container || canAttach(*container);
-  }
-  case Expression::Kind::insertionPoint: {
-    const auto& container = static_cast<const InsertionPoint&>(node).container;
-    return !container || canAttach(*container);
-  }
+  case Expression::Kind::property:
+    return slot(static_cast<PropertyAccess&>(node));
+  case Expression::Kind::element:
+    return slot(static_cast<ElementAccess&>(node));
+  case Expression::Kind::insertionPoint:
+    return slot(static_cast<InsertionPoint&>(node));
   case Expression::Kind::handlerCall: {
-    const auto& call = static_cast<const HandlerCall&>(node);
-    return call.target == HandlerCall::Target::implicit || (call.object && canAttach(*call.object));
+    auto& call = static_cast<HandlerCall&>(node);
+    return call.target == HandlerCall::Target::me ? ContainerSlot{} : ContainerSlot{&call.object, &call.joint};
   }
-  case Expression::Kind::message: {
-    const auto& receiver = static_cast<const ObjectiveCMessage&>(node).receiver;
-    return !receiver || canAttach(*receiver);
-  }
-  case Expression::Kind::variable:
-    return true;
-  case Expression::Kind::literal: {
-    const auto& literal = static_cast<const Literal&>(node);
-    return literal.value.is<Value::ClassPointer>() || literal.value.is<Value::EnumeratorPointer>() ||
-           !literal.words.empty();
-  }
+  case Expression::Kind::message:
+    return {&static_cast<ObjectiveCMessage&>(node).receiver, nullptr};
   default:
-    return false;
+    return {};
   }
+}
+
+/// The name that a node with a container becomes when it is a variable, a class or a constant: `text of x`.
+std::optional<Label> labelOf(const Expression& node) {
+  if (node.kind == Expression::Kind::variable)
+    return Label{0, static_cast<const Variable&>(node).name};
+  if (node.kind != Expression::Kind::literal)
+    return std::nullopt;
+  const auto& literal = static_cast<const Literal&>(node);
+  if (const auto* name = literal.value.get<Value::ClassPointer>())
+    return Label{(*name)->code, (*name)->words};
+  if (const auto* constant = literal.value.get<Value::EnumeratorPointer>())
+    return Label{0, (*constant)->words};
+  return literal.words.empty() ? std::nullopt : std::optional(Label{0, literal.words});
+}
+
+/// Whether something may still be put around the innermost end of a reference.
+bool canAttach(Expression& node) {
+  const ContainerSlot slot = slotOf(node);
+  return slot.container ? !*slot.container || canAttach(**slot.container) : labelOf(node).has_value();
 }
 
 } // namespace
@@ -209,60 +209,22 @@ ExpressionPointer ScriptParser::parseIts() {
 // ----------------------------------------------------------------- containers
 
 void ScriptParser::attach(ExpressionPointer& node, ExpressionPointer container, Joint joint) {
-  const auto into = [&](ExpressionPointer& place, auto& owner) {
-    if (place) {
-      attach(place, std::move(container), joint);
-      setRange(*place, place->range.offset);
-    } else {
-      place = std::move(container);
-      owner.joint = joint;
-    }
-  };
-  const auto becomeProperty = [&](Label label) {
+  if (const ContainerSlot slot = slotOf(*node); slot.container && *slot.container) {
+    attach(*slot.container, std::move(container), joint);
+    setRange(**slot.container, (*slot.container)->range.offset);
+  } else if (slot.container) {
+    *slot.container = std::move(container);
+    if (slot.joint)
+      *slot.joint = joint;
+    if (node->kind == Expression::Kind::handlerCall)
+      static_cast<HandlerCall&>(*node).target = HandlerCall::Target::object;
+  } else if (auto label = labelOf(*node)) {
     auto access = std::make_unique<PropertyAccess>();
     access->range = node->range;
-    access->property = std::move(label);
+    access->property = std::move(*label);
     access->container = std::move(container);
     access->joint = joint;
     node = std::move(access);
-  };
-
-  switch (node->kind) {
-  case Expression::Kind::property:
-    into(static_cast<PropertyAccess&>(*node).container, static_cast<PropertyAccess&>(*node));
-    break;
-  case Expression::Kind::element:
-    into(static_cast<ElementAccess&>(*node).container, static_cast<ElementAccess&>(*node));
-    break;
-  case Expression::Kind::insertionPoint:
-    into(static_cast<InsertionPoint&>(*node).container, static_cast<InsertionPoint&>(*node));
-    break;
-  case Expression::Kind::handlerCall:
-    static_cast<HandlerCall&>(*node).target = HandlerCall::Target::object;
-    into(static_cast<HandlerCall&>(*node).object, static_cast<HandlerCall&>(*node));
-    break;
-  case Expression::Kind::message:
-    if (auto& receiver = static_cast<ObjectiveCMessage&>(*node).receiver)
-      attach(receiver, std::move(container), joint);
-    else
-      receiver = std::move(container);
-    break;
-  case Expression::Kind::variable:
-    becomeProperty({0, static_cast<const Variable&>(*node).name});
-    break;
-  case Expression::Kind::literal: {
-    // A class names the property that holds one such thing (`text of x`); a constant is a name like any other here.
-    const auto& literal = static_cast<const Literal&>(*node);
-    if (const auto* name = literal.value.get<Value::ClassPointer>())
-      becomeProperty({(*name)->code, (*name)->words});
-    else if (const auto* constant = literal.value.get<Value::EnumeratorPointer>())
-      becomeProperty({0, (*constant)->words});
-    else
-      becomeProperty({0, literal.words});
-    break;
-  }
-  default:
-    break;
   }
   updateHeight(*node);
 }
@@ -277,7 +239,8 @@ void ScriptParser::parseTest(ExpressionPointer& node) {
   Expression* picked = node.get();
   while (picked && !picksFromSeveral(*picked)) {
     around.push_back(picked);
-    picked = containerOf(*picked);
+    const bool isReference = picked->kind == Expression::Kind::property || picked->kind == Expression::Kind::element;
+    picked = isReference ? slotOf(*picked).container->get() : nullptr;
   }
   if (!picked)
     return;
