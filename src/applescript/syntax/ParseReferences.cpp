@@ -162,46 +162,32 @@ ExpressionPointer ScriptParser::parseMessage() {
   return finish(std::move(message), start);
 }
 
-ExpressionPointer ScriptParser::parseMy() {
+// `my x`, `its x`. A call behind `my` is the script's own, and no message to an object.
+ExpressionPointer ScriptParser::parseMemberOf(Expression::Kind owner) {
   const Nesting nesting(*this);
   const std::size_t start = offset();
   advance();
   const Token& name = token();
+  const bool isMy = owner == Expression::Kind::me;
   const bool isName =
       name.kind == Token::Kind::quotedName || (name.kind == Token::Kind::word && !isReserved(name.keyword));
-  auto me = std::make_unique<SimpleExpression>(Expression::Kind::me);
-  me->range = previous().range;
-  if (isName && token(1).is(Symbol::openParenthesis)) {
+  auto container = std::make_unique<SimpleExpression>(owner);
+  container->range = previous().range;
+  if (isMy && isName && token(1).is(Symbol::openParenthesis)) {
     advance();
     ExpressionPointer call = parseCall(std::string(name.text), start);
     static_cast<HandlerCall&>(*call).target = HandlerCall::Target::me;
     return call;
   }
   ExpressionPointer member = parseMember();
-  if (member->kind == Expression::Kind::handlerCall &&
+  if (isMy && member->kind == Expression::Kind::handlerCall &&
       static_cast<const HandlerCall&>(*member).target == HandlerCall::Target::implicit) {
     static_cast<HandlerCall&>(*member).target = HandlerCall::Target::me;
-    setRange(*member, start);
-    return member;
+  } else {
+    if (!canAttach(*member))
+      throw expectedError("variable name or property", describe(name), name);
+    attach(member, std::move(container), Joint::possessive);
   }
-  if (!canAttach(*member))
-    throw expectedError("variable name or property", describe(name), name);
-  attach(member, std::move(me), Joint::possessive);
-  setRange(*member, start);
-  return member;
-}
-
-ExpressionPointer ScriptParser::parseIts() {
-  const Nesting nesting(*this);
-  const std::size_t start = offset();
-  advance();
-  const Token& first = token();
-  auto it = std::make_unique<SimpleExpression>(Expression::Kind::it);
-  it->range = previous().range;
-  ExpressionPointer member = parseMember();
-  if (!canAttach(*member))
-    throw expectedError("variable name or property", describe(first), first);
-  attach(member, std::move(it), Joint::possessive);
   setRange(*member, start);
   return member;
 }

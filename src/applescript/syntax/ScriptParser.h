@@ -202,8 +202,7 @@ private:
   ExpressionPointer parsePossessives(ExpressionPointer head);
   ExpressionPointer parseMember();
   ExpressionPointer parseMessage();
-  ExpressionPointer parseMy();
-  ExpressionPointer parseIts();
+  ExpressionPointer parseMemberOf(Expression::Kind owner);
   /// Puts a container around the innermost end of a reference: `name of first tab` and `w` give `name of first tab of
   /// w`.
   void attach(ExpressionPointer& node, ExpressionPointer container, Joint joint);
