@@ -143,8 +143,10 @@ OperatorMatch matchOperator(std::span<const Token> tokens, OperatorRows which) {
   if (first.kind != Token::Kind::word || first.keyword == Keyword::none)
     return best;
   for (const OperatorRow& row : rows) {
+    if (row.words.front() != first.keyword)
+      continue;
     const bool isState = row.form == OperatorRow::Form::running || row.form == OperatorRow::Form::notRunning;
-    if (row.words.front() != first.keyword || (isState && which == OperatorRows::withoutStates))
+    if (isState && which == OperatorRows::withoutStates)
       continue;
     if (const std::size_t count = matchWords(row, tokens); count > best.tokens)
       best = {&row, count};
