@@ -34,7 +34,7 @@ bool picksFromSeveral(const Expression& node) {
   return false;
 }
 
-/// Where the container of a node is, and how it was joined to it; null for a node that takes none.
+/// The places of a node's container and of its joint; null for a node that takes none.
 struct ContainerSlot {
   ExpressionPointer* container = nullptr;
   Joint* joint = nullptr;
@@ -74,7 +74,7 @@ std::optional<Label> labelOf(const Expression& node) {
   return literal.words.empty() ? std::nullopt : std::optional(Label{0, literal.words});
 }
 
-/// Whether something may still be put around the innermost end of a reference.
+/// The innermost end of a reference takes a container.
 bool canAttach(Expression& node) {
   const ContainerSlot slot = slotOf(node);
   return slot.container ? !*slot.container || canAttach(**slot.container) : labelOf(node).has_value();

@@ -60,7 +60,8 @@ private:
     always,   ///< begins one
     beforeOf, ///< begins one with `of` behind it
   };
-  /// What a word of the grammar begins. Null for nothing; the functions answer null where what follows doesn't fit.
+  /// The constructs that a word of the grammar begins. Null for none; the functions answer null where what follows
+  /// doesn't fit.
   struct WordRule {
     Keyword word = Keyword::none;
     Argument argument = Argument::asTerm;
