@@ -45,13 +45,6 @@ Value withoutRing(Value value, const void* holder) {
   return leadsTo(value, holder, looks) ? lookThroughDeep(value, ForeignObjects::kept).deepCopy() : std::move(value);
 }
 
-const Expression& withoutParentheses(const Expression& expression) {
-  const Expression* inner = &expression;
-  while (inner->kind == Expression::Kind::parenthesized)
-    inner = static_cast<const Parenthesized&>(*inner).inner.get();
-  return *inner;
-}
-
 bool sameVariable(const Variable& left, const Expression& right) {
   if (right.kind != Expression::Kind::variable || left.place == Variable::Place::result)
     return false;

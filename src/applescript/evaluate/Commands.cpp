@@ -17,13 +17,6 @@ namespace tabwright::applescript {
 
 namespace {
 
-const Expression& withoutParentheses(const Expression& expression) {
-  const Expression* inner = &expression;
-  while (inner->kind == Expression::Kind::parenthesized)
-    inner = static_cast<const Parenthesized&>(*inner).inner.get();
-  return *inner;
-}
-
 std::shared_ptr<ScriptableApplication> applicationIn(const Value& value) {
   if (const auto* specifier = value.get<Value::SpecifierPointer>())
     return (*specifier)->application;

@@ -24,7 +24,7 @@ public:
   ElementPicker(const std::function<double()>& random, const Value& delimiters, const TextAttributes& attributes)
       : random_(random), delimiters_(delimiters), attributes_(attributes) {}
 
-  /// What an access without `whose` comes to: one element, or the list of them.
+  /// An access without `whose` comes to one element, or to the list of them.
   [[nodiscard]] Value pick(const Value& container, const ElementAccess& access, const ElementKey& key);
   /// The same of `elements`, which are all candidates there are in the container.
   [[nodiscard]] Value pickFrom(const std::vector<Value>& elements, const ElementAccess& access, const ElementKey& key,
@@ -43,7 +43,7 @@ public:
   };
   [[nodiscard]] Value pickBetween(const Text& text, const ElementAccess& access, const End& from, const End& to);
 
-  /// How many pieces of a class a text has, counted without making them; nothing for what is no piece of text.
+  /// The number of pieces that a text has of a class, counted without making them; nothing for a class of no pieces.
   [[nodiscard]] std::optional<std::int64_t> countPieces(const Text& text, FourCharCode elementClass);
   [[nodiscard]] CharacterIndex& characters() { return characters_; }
 

@@ -53,7 +53,7 @@ private:
   /// The value for an operator: references and foreign objects looked through, properties of objects read.
   Value operand(const Expression& expression);
   Value plain(const Value& value);
-  /// What an access goes into, looked through: the container written, or the target of the `tell` around.
+  /// The container of an access, looked through: the one written, or the target of the `tell` around.
   Value containerOf(const ExpressionPointer& container);
   static bool isPlain(const Value& value);
   template <class Body>

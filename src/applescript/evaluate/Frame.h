@@ -23,7 +23,7 @@ struct Frame {
 
   Value returned = Value::nothing();
 
-  /// Where a variable's value is; `nothing` stands there while it isn't defined. −2753 for `result`, which has no
+  /// The place of a variable's value; `nothing` stands there while it isn't defined. −2753 for `result`, which has no
   /// place.
   Value& variable(const Variable& name) {
     return name.place == Variable::Place::frame ? slots[static_cast<std::size_t>(name.slot)] : outerVariable(name);
@@ -43,7 +43,7 @@ struct Frame {
     resultVariable_ = &name;
   }
   Value result() { return resultVariable_ ? variable(*resultVariable_) : result_; }
-  /// What `it` names, or `me` outside of any `tell`.
+  /// The target of a message without one: `it`, or `me` outside of any `tell`.
   [[nodiscard]] Value implicitTarget() const { return target.isNothing() ? Value(self) : target; }
 
 private:

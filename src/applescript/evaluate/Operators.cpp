@@ -1,5 +1,7 @@
 // Operators. Their operands are values: references are looked through and properties of objects read, but for `is` and
 // `is not`, which see the reference that a loop's variable holds.
+#include "applescript/syntax/Operators.h"
+
 #include "applescript/evaluate/Evaluator.h"
 #include "applescript/evaluate/TestNeedsValues.h"
 #include "applescript/terminology/Codes.h"
@@ -127,31 +129,10 @@ bool Evaluator::isEqual(const Value& a, const Value& b) {
 }
 
 Value Evaluator::evaluateComparison(const Binary& expression) {
-  using Operator = Binary::Operator;
   const Value left = operand(*expression.left);
   const Value right = operand(*expression.right);
-  switch (expression.op) {
-  case Operator::less:
-    return compareValues(left, right, attributes_) < 0;
-  case Operator::lessOrEqual:
-    return compareValues(left, right, attributes_) <= 0;
-  case Operator::greater:
-    return compareValues(left, right, attributes_) > 0;
-  case Operator::greaterOrEqual:
-    return compareValues(left, right, attributes_) >= 0;
-  case Operator::contains:
-    return valueContains(left, right, attributes_);
-  case Operator::doesNotContain:
-    return !valueContains(left, right, attributes_);
-  case Operator::isIn:
-    return valueContains(right, left, attributes_);
-  case Operator::isNotIn:
-    return !valueContains(right, left, attributes_);
-  case Operator::beginsWith:
-    return valueBeginsWith(left, right, attributes_);
-  default:
-    return valueEndsWith(left, right, attributes_);
-  }
+  const Comparison& comparison = *comparisonOf(expression.op);
+  return compare(comparison.test, left, right, attributes_) != comparison.isDenied;
 }
 
 Value Evaluator::evaluateConcatenation(const Binary& expression) {

@@ -14,18 +14,16 @@
 namespace tabwright::applescript {
 
 Value Evaluator::referenceTo(const ReferenceTo& expression) {
-  const Expression* operand = expression.operand.get();
-  while (operand->kind == Expression::Kind::parenthesized)
-    operand = static_cast<const Parenthesized&>(*operand).inner.get();
-  switch (operand->kind) {
+  const Expression& operand = withoutParentheses(*expression.operand);
+  switch (operand.kind) {
   case Expression::Kind::variable:
-    return referenceToVariable(static_cast<const Variable&>(*operand));
+    return referenceToVariable(static_cast<const Variable&>(operand));
   case Expression::Kind::property:
-    return referenceToProperty(static_cast<const PropertyAccess&>(*operand));
+    return referenceToProperty(static_cast<const PropertyAccess&>(operand));
   case Expression::Kind::element:
-    return referenceToElement(static_cast<const ElementAccess&>(*operand));
+    return referenceToElement(static_cast<const ElementAccess&>(operand));
   default:
-    return evaluate(*operand, Mode::designation);
+    return evaluate(operand, Mode::designation);
   }
 }
 

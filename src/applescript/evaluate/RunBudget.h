@@ -17,7 +17,7 @@ public:
     if (--untilCheckpoint_ == 0)
       checkpoint();
   }
-  /// Whether the run has been stopped or has taken all its steps.
+  /// The run has been stopped or has taken all its steps.
   [[nodiscard]] bool isSpent() const { return stop_.stop_requested() || (limit_ != 0 && taken_ >= limit_); }
   /// Throws −128 when the run has to end: before and after whatever takes long.
   void require() const;

@@ -1,5 +1,6 @@
 #include "applescript/evaluate/TestBuilder.h"
 
+#include "applescript/syntax/Operators.h"
 #include "applescript/values/Errors.h"
 
 namespace tabwright::applescript {
@@ -47,58 +48,22 @@ std::shared_ptr<const SpecifierTest> TestBuilder::isTrue(const Expression& expre
 }
 
 std::shared_ptr<const SpecifierTest> TestBuilder::buildBinary(const Binary& expression) const {
-  using Operator = Binary::Operator;
-  const auto compare = [&](TestOperator comparison) {
-    auto test = std::make_shared<SpecifierTest>();
-    test->comparison = comparison;
+  auto test = std::make_shared<SpecifierTest>();
+  if (const auto& comparison = comparisonOf(expression.op)) {
+    test->comparison = comparison->test;
     test->left = operand_(*expression.left);
     test->right = operand_(*expression.right);
     test->considersCase = considersCase_;
-    return test;
-  };
-  switch (expression.op) {
-  case Operator::logicalAnd:
-  case Operator::logicalOr: {
-    auto test = std::make_shared<SpecifierTest>();
-    test->kind = expression.op == Operator::logicalAnd ? SpecifierTest::Kind::both : SpecifierTest::Kind::either;
-    test->operands = {build(*expression.left), build(*expression.right)};
+    if (comparison->isDenied)
+      return negation(std::move(test));
     return test;
   }
-  case Operator::equal:
-    return compare(TestOperator::equals);
-  case Operator::notEqual:
-    return negation(compare(TestOperator::equals));
-  case Operator::less:
-    return compare(TestOperator::lessThan);
-  case Operator::lessOrEqual:
-    return compare(TestOperator::atMost);
-  case Operator::greater:
-    return compare(TestOperator::greaterThan);
-  case Operator::greaterOrEqual:
-    return compare(TestOperator::atLeast);
-  case Operator::contains:
-    return compare(TestOperator::contains);
-  case Operator::doesNotContain:
-    return negation(compare(TestOperator::contains));
-  case Operator::isIn:
-    return compare(TestOperator::isContainedBy);
-  case Operator::isNotIn:
-    return negation(compare(TestOperator::isContainedBy));
-  case Operator::beginsWith:
-    return compare(TestOperator::beginsWith);
-  case Operator::endsWith:
-    return compare(TestOperator::endsWith);
-  case Operator::add:
-  case Operator::subtract:
-  case Operator::multiply:
-  case Operator::divide:
-  case Operator::integerDivide:
-  case Operator::modulo:
-  case Operator::power:
-  case Operator::concatenate:
+  const bool isBoth = expression.op == Binary::Operator::logicalAnd;
+  if (!isBoth && expression.op != Binary::Operator::logicalOr)
     return isTrue(expression);
-  }
-  return nullptr;
+  test->kind = isBoth ? SpecifierTest::Kind::both : SpecifierTest::Kind::either;
+  test->operands = {build(*expression.left), build(*expression.right)};
+  return test;
 }
 
 } // namespace tabwright::applescript

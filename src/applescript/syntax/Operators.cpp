@@ -143,8 +143,10 @@ OperatorMatch matchOperator(std::span<const Token> tokens, OperatorRows which) {
   if (first.kind != Token::Kind::word || first.keyword == Keyword::none)
     return best;
   for (const OperatorRow& row : rows) {
+    if (row.words.front() != first.keyword)
+      continue;
     const bool isState = row.form == OperatorRow::Form::running || row.form == OperatorRow::Form::notRunning;
-    if (row.words.front() != first.keyword || (isState && which == OperatorRows::withoutStates))
+    if (isState && which == OperatorRows::withoutStates)
       continue;
     if (const std::size_t count = matchWords(row, tokens); count > best.tokens)
       best = {&row, count};
@@ -152,54 +154,59 @@ OperatorMatch matchOperator(std::span<const Token> tokens, OperatorRows which) {
   return best;
 }
 
-std::string_view sourceForm(Binary::Operator op) {
-  switch (op) {
-  case add:
-    return "+";
-  case subtract:
-    return "-";
-  case multiply:
-    return "*";
-  case divide:
-    return "/";
-  case integerDivide:
-    return "div";
-  case modulo:
-    return "mod";
-  case power:
-    return "^";
-  case concatenate:
-    return "&";
-  case equal:
-    return sourceForm(TestOperator::equals);
-  case notEqual:
-    return "is not";
-  case less:
-    return sourceForm(TestOperator::lessThan);
-  case lessOrEqual:
-    return sourceForm(TestOperator::atMost);
-  case greater:
-    return sourceForm(TestOperator::greaterThan);
-  case greaterOrEqual:
-    return sourceForm(TestOperator::atLeast);
-  case contains:
-    return sourceForm(TestOperator::contains);
-  case doesNotContain:
-    return "does not contain";
-  case isIn:
-    return sourceForm(TestOperator::isContainedBy);
-  case isNotIn:
-    return "is not in";
-  case beginsWith:
-    return sourceForm(TestOperator::beginsWith);
-  case endsWith:
-    return sourceForm(TestOperator::endsWith);
-  case logicalAnd:
-    return "and";
-  case logicalOr:
-    return "or";
+namespace {
+
+struct OperatorMeaning {
+  Binary::Operator op;
+  std::string_view words; ///< as printed
+  std::optional<Comparison> comparison = {};
+};
+
+constexpr OperatorMeaning compares(Binary::Operator op, TestOperator test) {
+  return {op, sourceForm(test), Comparison{test, false}};
+}
+
+/// In the order of Binary::Operator.
+constexpr auto meanings = std::to_array<OperatorMeaning>({
+    {add, "+"},
+    {subtract, "-"},
+    {multiply, "*"},
+    {divide, "/"},
+    {integerDivide, "div"},
+    {modulo, "mod"},
+    {power, "^"},
+    {concatenate, "&"},
+    compares(equal, TestOperator::equals),
+    {notEqual, "is not", Comparison{TestOperator::equals, true}},
+    compares(less, TestOperator::lessThan),
+    compares(lessOrEqual, TestOperator::atMost),
+    compares(greater, TestOperator::greaterThan),
+    compares(greaterOrEqual, TestOperator::atLeast),
+    compares(contains, TestOperator::contains),
+    {doesNotContain, "does not contain", Comparison{TestOperator::contains, true}},
+    compares(isIn, TestOperator::isContainedBy),
+    {isNotIn, "is not in", Comparison{TestOperator::isContainedBy, true}},
+    compares(beginsWith, TestOperator::beginsWith),
+    compares(endsWith, TestOperator::endsWith),
+    {logicalAnd, "and"},
+    {logicalOr, "or"},
+});
+static_assert([] {
+  for (std::size_t index = 0; index < meanings.size(); ++index) {
+    if (meanings[index].op != static_cast<Binary::Operator>(index))
+      return false;
   }
-  return {};
+  return meanings.back().op == logicalOr;
+}());
+
+} // namespace
+
+std::string_view sourceForm(Binary::Operator op) {
+  return meanings[static_cast<std::size_t>(op)].words;
+}
+
+const std::optional<Comparison>& comparisonOf(Binary::Operator op) {
+  return meanings[static_cast<std::size_t>(op)].comparison;
 }
 
 } // namespace tabwright::applescript

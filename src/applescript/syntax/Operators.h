@@ -2,10 +2,11 @@
 
 #include "applescript/lexer/Token.h"
 #include "applescript/syntax/Tree.h"
+#include "applescript/values/ObjectSpecifier.h"
 
 #include <array>
 #include <cstdint>
-#include <initializer_list>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -40,6 +41,13 @@ struct OperatorRow {
 
 /// What is printed for an operator.
 [[nodiscard]] std::string_view sourceForm(Binary::Operator op);
+
+/// An operator that compares: the comparison that a `whose` makes of it, and whether that is denied.
+struct Comparison {
+  TestOperator test = TestOperator::equals;
+  bool isDenied = false;
+};
+[[nodiscard]] const std::optional<Comparison>& comparisonOf(Binary::Operator op);
 
 /// The longest row that the tokens begin with, and how many tokens it takes; null when they begin with none.
 struct OperatorMatch {

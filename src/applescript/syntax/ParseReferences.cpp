@@ -9,17 +9,6 @@ namespace tabwright::applescript {
 
 namespace {
 
-Expression* containerOf(Expression& node) {
-  switch (node.kind) {
-  case Expression::Kind::property:
-    return static_cast<PropertyAccess&>(node).container.get();
-  case Expression::Kind::element:
-    return static_cast<ElementAccess&>(node).container.get();
-  default:
-    return nullptr;
-  }
-}
-
 bool picksFromSeveral(const Expression& node) {
   if (node.kind != Expression::Kind::element)
     return false;
@@ -45,39 +34,50 @@ bool picksFromSeveral(const Expression& node) {
   return false;
 }
 
-/// Whether something may still be put around the innermost end of a reference.
-bool canAttach(const Expression& node) {
+/// The places of a node's container and of its joint; null for a node that takes none.
+struct ContainerSlot {
+  ExpressionPointer* container = nullptr;
+  Joint* joint = nullptr;
+};
+
+ContainerSlot slotOf(Expression& node) {
+  const auto slot = [](auto& owner) { return ContainerSlot{&owner.container, &owner.joint}; };
   switch (node.kind) {
-  case Expression::Kind::property: {
-    const auto& container = static_cast<const PropertyAccess&>(node).container;
-    return !container || canAttach(*container);
-  }
-  case Expression::Kind::element: {
-    const auto& container = static_cast<const ElementAccess&>(node).container;
-    return !container || canAttach(*container);
-  }
-  case Expression::Kind::insertionPoint: {
-    const auto& container = static_cast<const InsertionPoint&>(node).container;
-    return !container || canAttach(*container);
-  }
+  case Expression::Kind::property:
+    return slot(static_cast<PropertyAccess&>(node));
+  case Expression::Kind::element:
+    return slot(static_cast<ElementAccess&>(node));
+  case Expression::Kind::insertionPoint:
+    return slot(static_cast<InsertionPoint&>(node));
   case Expression::Kind::handlerCall: {
-    const auto& call = static_cast<const HandlerCall&>(node);
-    return call.target == HandlerCall::Target::implicit || (call.object && canAttach(*call.object));
+    auto& call = static_cast<HandlerCall&>(node);
+    return call.target == HandlerCall::Target::me ? ContainerSlot{} : ContainerSlot{&call.object, &call.joint};
   }
-  case Expression::Kind::message: {
-    const auto& receiver = static_cast<const ObjectiveCMessage&>(node).receiver;
-    return !receiver || canAttach(*receiver);
-  }
-  case Expression::Kind::variable:
-    return true;
-  case Expression::Kind::literal: {
-    const auto& literal = static_cast<const Literal&>(node);
-    return literal.value.is<Value::ClassPointer>() || literal.value.is<Value::EnumeratorPointer>() ||
-           !literal.words.empty();
-  }
+  case Expression::Kind::message:
+    return {&static_cast<ObjectiveCMessage&>(node).receiver, nullptr};
   default:
-    return false;
+    return {};
   }
+}
+
+/// The name that a node with a container becomes when it is a variable, a class or a constant: `text of x`.
+std::optional<Label> labelOf(const Expression& node) {
+  if (node.kind == Expression::Kind::variable)
+    return Label{0, static_cast<const Variable&>(node).name};
+  if (node.kind != Expression::Kind::literal)
+    return std::nullopt;
+  const auto& literal = static_cast<const Literal&>(node);
+  if (const auto* name = literal.value.get<Value::ClassPointer>())
+    return Label{(*name)->code, (*name)->words};
+  if (const auto* constant = literal.value.get<Value::EnumeratorPointer>())
+    return Label{0, (*constant)->words};
+  return literal.words.empty() ? std::nullopt : std::optional(Label{0, literal.words});
+}
+
+/// The innermost end of a reference takes a container.
+bool canAttach(Expression& node) {
+  const ContainerSlot slot = slotOf(node);
+  return slot.container ? !*slot.container || canAttach(**slot.container) : labelOf(node).has_value();
 }
 
 } // namespace
@@ -162,46 +162,32 @@ ExpressionPointer ScriptParser::parseMessage() {
   return finish(std::move(message), start);
 }
 
-ExpressionPointer ScriptParser::parseMy() {
+// `my x`, `its x`. A call behind `my` is the script's own, and no message to an object.
+ExpressionPointer ScriptParser::parseMemberOf(Expression::Kind owner) {
   const Nesting nesting(*this);
   const std::size_t start = offset();
   advance();
   const Token& name = token();
+  const bool isMy = owner == Expression::Kind::me;
   const bool isName =
       name.kind == Token::Kind::quotedName || (name.kind == Token::Kind::word && !isReserved(name.keyword));
-  auto me = std::make_unique<SimpleExpression>(Expression::Kind::me);
-  me->range = previous().range;
-  if (isName && token(1).is(Symbol::openParenthesis)) {
+  auto container = std::make_unique<SimpleExpression>(owner);
+  container->range = previous().range;
+  if (isMy && isName && token(1).is(Symbol::openParenthesis)) {
     advance();
     ExpressionPointer call = parseCall(std::string(name.text), start);
     static_cast<HandlerCall&>(*call).target = HandlerCall::Target::me;
     return call;
   }
   ExpressionPointer member = parseMember();
-  if (member->kind == Expression::Kind::handlerCall &&
+  if (isMy && member->kind == Expression::Kind::handlerCall &&
       static_cast<const HandlerCall&>(*member).target == HandlerCall::Target::implicit) {
     static_cast<HandlerCall&>(*member).target = HandlerCall::Target::me;
-    setRange(*member, start);
-    return member;
+  } else {
+    if (!canAttach(*member))
+      throw expectedError("variable name or property", describe(name), name);
+    attach(member, std::move(container), Joint::possessive);
   }
-  if (!canAttach(*member))
-    throw expectedError("variable name or property", describe(name), name);
-  attach(member, std::move(me), Joint::possessive);
-  setRange(*member, start);
-  return member;
-}
-
-ExpressionPointer ScriptParser::parseIts() {
-  const Nesting nesting(*this);
-  const std::size_t start = offset();
-  advance();
-  const Token& first = token();
-  auto it = std::make_unique<SimpleExpression>(Expression::Kind::it);
-  it->range = previous().range;
-  ExpressionPointer member = parseMember();
-  if (!canAttach(*member))
-    throw expectedError("variable name or property", describe(first), first);
-  attach(member, std::move(it), Joint::possessive);
   setRange(*member, start);
   return member;
 }
@@ -209,60 +195,22 @@ ExpressionPointer ScriptParser::parseIts() {
 // ----------------------------------------------------------------- containers
 
 void ScriptParser::attach(ExpressionPointer& node, ExpressionPointer container, Joint joint) {
-  const auto into = [&](ExpressionPointer& place, auto& owner) {
-    if (place) {
-      attach(place, std::move(container), joint);
-      setRange(*place, place->range.offset);
-    } else {
-      place = std::move(container);
-      owner.joint = joint;
-    }
-  };
-  const auto becomeProperty = [&](Label label) {
+  if (const ContainerSlot slot = slotOf(*node); slot.container && *slot.container) {
+    attach(*slot.container, std::move(container), joint);
+    setRange(**slot.container, (*slot.container)->range.offset);
+  } else if (slot.container) {
+    *slot.container = std::move(container);
+    if (slot.joint)
+      *slot.joint = joint;
+    if (node->kind == Expression::Kind::handlerCall)
+      static_cast<HandlerCall&>(*node).target = HandlerCall::Target::object;
+  } else if (auto label = labelOf(*node)) {
     auto access = std::make_unique<PropertyAccess>();
     access->range = node->range;
-    access->property = std::move(label);
+    access->property = std::move(*label);
     access->container = std::move(container);
     access->joint = joint;
     node = std::move(access);
-  };
-
-  switch (node->kind) {
-  case Expression::Kind::property:
-    into(static_cast<PropertyAccess&>(*node).container, static_cast<PropertyAccess&>(*node));
-    break;
-  case Expression::Kind::element:
-    into(static_cast<ElementAccess&>(*node).container, static_cast<ElementAccess&>(*node));
-    break;
-  case Expression::Kind::insertionPoint:
-    into(static_cast<InsertionPoint&>(*node).container, static_cast<InsertionPoint&>(*node));
-    break;
-  case Expression::Kind::handlerCall:
-    static_cast<HandlerCall&>(*node).target = HandlerCall::Target::object;
-    into(static_cast<HandlerCall&>(*node).object, static_cast<HandlerCall&>(*node));
-    break;
-  case Expression::Kind::message:
-    if (auto& receiver = static_cast<ObjectiveCMessage&>(*node).receiver)
-      attach(receiver, std::move(container), joint);
-    else
-      receiver = std::move(container);
-    break;
-  case Expression::Kind::variable:
-    becomeProperty({0, static_cast<const Variable&>(*node).name});
-    break;
-  case Expression::Kind::literal: {
-    // A class names the property that holds one such thing (`text of x`); a constant is a name like any other here.
-    const auto& literal = static_cast<const Literal&>(*node);
-    if (const auto* name = literal.value.get<Value::ClassPointer>())
-      becomeProperty({(*name)->code, (*name)->words});
-    else if (const auto* constant = literal.value.get<Value::EnumeratorPointer>())
-      becomeProperty({0, (*constant)->words});
-    else
-      becomeProperty({0, literal.words});
-    break;
-  }
-  default:
-    break;
   }
   updateHeight(*node);
 }
@@ -277,7 +225,8 @@ void ScriptParser::parseTest(ExpressionPointer& node) {
   Expression* picked = node.get();
   while (picked && !picksFromSeveral(*picked)) {
     around.push_back(picked);
-    picked = containerOf(*picked);
+    const bool isReference = picked->kind == Expression::Kind::property || picked->kind == Expression::Kind::element;
+    picked = isReference ? slotOf(*picked).container->get() : nullptr;
   }
   if (!picked)
     return;

@@ -60,7 +60,8 @@ private:
     always,   ///< begins one
     beforeOf, ///< begins one with `of` behind it
   };
-  /// What a word of the grammar begins. Null for nothing; the functions answer null where what follows doesn't fit.
+  /// The constructs that a word of the grammar begins. Null for none; the functions answer null where what follows
+  /// doesn't fit.
   struct WordRule {
     Keyword word = Keyword::none;
     Argument argument = Argument::asTerm;
@@ -202,8 +203,7 @@ private:
   ExpressionPointer parsePossessives(ExpressionPointer head);
   ExpressionPointer parseMember();
   ExpressionPointer parseMessage();
-  ExpressionPointer parseMy();
-  ExpressionPointer parseIts();
+  ExpressionPointer parseMemberOf(Expression::Kind owner);
   /// Puts a container around the innermost end of a reference: `name of first tab` and `w` give `name of first tab of
   /// w`.
   void attach(ExpressionPointer& node, ExpressionPointer container, Joint joint);

@@ -52,7 +52,7 @@ public:
     return (first.kind == Token::Kind::word || first.kind == Token::Kind::quotedName) &&
            token(ahead + 1).is(Symbol::colon);
   }
-  /// Where the token stands in the source.
+  /// The token's place in the source.
   [[nodiscard]] std::size_t offset() const { return token().range.offset; }
   /// The range from an offset to the end of the token last taken.
   [[nodiscard]] SourceRange rangeFrom(std::size_t startOffset) const {

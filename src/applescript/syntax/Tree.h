@@ -247,6 +247,13 @@ struct Parenthesized final : Expression {
   ExpressionPointer inner;
 };
 
+[[nodiscard]] inline const Expression& withoutParentheses(const Expression& expression) {
+  const Expression* inner = &expression;
+  while (inner->kind == Expression::Kind::parenthesized)
+    inner = static_cast<const Parenthesized&>(*inner).inner.get();
+  return *inner;
+}
+
 // ----------------------------------------------------------------- statements
 
 struct Statement {

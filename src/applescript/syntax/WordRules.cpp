@@ -22,8 +22,8 @@ const ScriptParser::WordRule& ScriptParser::ruleFor(Keyword word) {
       {K::return_, always, [](P& p) { return p.makeLiteral(Value("\r"), 1, "return"); }, &P::parseReturn},
       {K::me, always, [](P& p) { return p.parseSimple(Expression::Kind::me, 1); }},
       {K::it, always, [](P& p) { return p.parseSimple(Expression::Kind::it, 1); }},
-      {K::my, always, [](P& p) { return p.parseMy(); }},
-      {K::its, always, [](P& p) { return p.parseIts(); }},
+      {K::my, always, [](P& p) { return p.parseMemberOf(Expression::Kind::me); }},
+      {K::its, always, [](P& p) { return p.parseMemberOf(Expression::Kind::it); }},
       {K::the, always, [](P& p) { return p.parseThe(); }},
       {K::not_, always, nullptr}, // in front of a whole comparison: parseOperand
       {K::get, always, [](P& p) { return p.parseCommand(*languageTerminology().findCommand(events::get), 1); }},

@@ -150,13 +150,8 @@ int order(Number left, Number right) {
   return left < right ? -1 : left > right ? 1 : 0;
 }
 
-} // namespace
-
-bool equalValues(const Value& left, const Value& right, const TextAttributes& attributes) {
-  return left.visit(EqualVisitor{right, attributes});
-}
-
-int compareValues(const Value& left, const Value& right, const TextAttributes& attributes) {
+/// Negative, 0 or positive.
+int order(const Value& left, const Value& right, const TextAttributes& attributes) {
   if (const auto* text = left.text())
     return right.text() ? compareText(*text, *right.text(), attributes) : compareText(*text, textOf(right), attributes);
   if (const auto* date = left.get<Date>()) {
@@ -174,16 +169,34 @@ int compareValues(const Value& left, const Value& right, const TextAttributes& a
   throw errors::cannotMake(left, "number");
 }
 
-bool valueContains(const Value& whole, const Value& part, const TextAttributes& attributes) {
-  return holds(whole, part, Place::anywhere, attributes);
+} // namespace
+
+bool equalValues(const Value& left, const Value& right, const TextAttributes& attributes) {
+  return left.visit(EqualVisitor{right, attributes});
 }
 
-bool valueBeginsWith(const Value& whole, const Value& part, const TextAttributes& attributes) {
-  return holds(whole, part, Place::start, attributes);
-}
-
-bool valueEndsWith(const Value& whole, const Value& part, const TextAttributes& attributes) {
-  return holds(whole, part, Place::end, attributes);
+bool compare(TestOperator comparison, const Value& left, const Value& right, const TextAttributes& attributes) {
+  switch (comparison) {
+  case TestOperator::equals:
+    return equalValues(left, right, attributes);
+  case TestOperator::greaterThan:
+    return order(left, right, attributes) > 0;
+  case TestOperator::atLeast:
+    return order(left, right, attributes) >= 0;
+  case TestOperator::lessThan:
+    return order(left, right, attributes) < 0;
+  case TestOperator::atMost:
+    return order(left, right, attributes) <= 0;
+  case TestOperator::beginsWith:
+    return holds(left, right, Place::start, attributes);
+  case TestOperator::endsWith:
+    return holds(left, right, Place::end, attributes);
+  case TestOperator::contains:
+    return holds(left, right, Place::anywhere, attributes);
+  case TestOperator::isContainedBy:
+    return holds(right, left, Place::anywhere, attributes);
+  }
+  return false;
 }
 
 } // namespace tabwright::applescript

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/TextComparison.h"
 #include "applescript/values/Value.h"
 
@@ -14,15 +15,12 @@ namespace tabwright::applescript {
 /// have the same labels with equal values; `text`, `string` and `Unicode text` are one class.
 [[nodiscard]] bool equalValues(const Value& left, const Value& right, const TextAttributes& attributes);
 
-/// Negative, 0 or positive: the order of two numbers, texts or dates; a value of another kind on the right is coerced
-/// to the kind of the left one first. Throws ScriptError −1700 where there is no order.
-[[nodiscard]] int compareValues(const Value& left, const Value& right, const TextAttributes& attributes);
-
-/// `whole contains part` and its kin. Texts hold texts, lists hold rows of items (a single value counts as a list of
-/// one), records hold fields. A number in a comparison with text counts as its text. Throws ScriptError −1700 for
-/// values that hold nothing.
-[[nodiscard]] bool valueContains(const Value& whole, const Value& part, const TextAttributes& attributes);
-[[nodiscard]] bool valueBeginsWith(const Value& whole, const Value& part, const TextAttributes& attributes);
-[[nodiscard]] bool valueEndsWith(const Value& whole, const Value& part, const TextAttributes& attributes);
+/// A comparison as operators and the condition of a `whose` name it. Throws ScriptError −1700 where it has no meaning.
+///
+/// The order is that of two numbers, texts or dates; a value of another kind on the right is coerced to the kind of the
+/// left one first. Texts hold texts, lists hold rows of items (a single value counts as a list of one), records hold
+/// fields. A number in a comparison with text counts as its text.
+[[nodiscard]] bool compare(TestOperator comparison, const Value& left, const Value& right,
+                           const TextAttributes& attributes);
 
 } // namespace tabwright::applescript

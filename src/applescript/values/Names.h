@@ -8,7 +8,7 @@ namespace tabwright::applescript {
 /// Whether two names of a script (variables, handlers, labels) are one: case doesn't count.
 [[nodiscard]] bool sameName(std::string_view left, std::string_view right);
 
-/// Whether source text may show the name without bars, but for words that mean something else there.
+/// The name may stand in source without bars, unless the word means something else there.
 [[nodiscard]] bool isIdentifier(std::string_view name);
 
 /// The form of a name under which tables keep it: equal for names that are the same.

@@ -16,7 +16,6 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <array>
 #include <limits>
 
 namespace tabwright::applescript {
@@ -274,12 +273,6 @@ std::string wordsBeforeKey(ObjectSpecifier::Form form, StepWords words) {
     return "end";
   }
   return {};
-}
-
-std::string_view sourceForm(TestOperator comparison) {
-  constexpr std::array<std::string_view, 9> words{"=",           ">",         "≥",        "<",    "≤",
-                                                  "begins with", "ends with", "contains", "is in"};
-  return words[static_cast<std::size_t>(comparison)];
 }
 
 std::string sourceForm(const Value& value) {

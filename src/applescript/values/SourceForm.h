@@ -4,6 +4,7 @@
 #include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Value.h"
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -38,7 +39,11 @@ struct StepWords {
 /// The words of a step, up to its key where the form takes one: `tab `, `tab id `, `every tab`, `tabs `.
 [[nodiscard]] std::string wordsBeforeKey(ObjectSpecifier::Form form, StepWords words);
 
-[[nodiscard]] std::string_view sourceForm(TestOperator comparison);
+[[nodiscard]] constexpr std::string_view sourceForm(TestOperator comparison) {
+  constexpr std::array<std::string_view, 9> words{"=",           ">",         "≥",        "<",    "≤",
+                                                  "begins with", "ends with", "contains", "is in"};
+  return words[static_cast<std::size_t>(comparison)];
+}
 
 /// A name as source has it: between bars when it isn't an identifier.
 [[nodiscard]] std::string nameInSource(std::string_view name);

@@ -16,32 +16,13 @@ bool sameIgnoringCase(std::string_view left, std::string_view right) {
 bool compare(TestOperator comparison, const Value& left, const Value& right, TextCase textCase) {
   const applescript::TextAttributes attributes{.considersCase = textCase == TextCase::considered};
   try {
-    switch (comparison) {
-    case TestOperator::equals:
-      return applescript::equalValues(left, right, attributes);
-    case TestOperator::greaterThan:
-      return applescript::compareValues(left, right, attributes) > 0;
-    case TestOperator::atLeast:
-      return applescript::compareValues(left, right, attributes) >= 0;
-    case TestOperator::lessThan:
-      return applescript::compareValues(left, right, attributes) < 0;
-    case TestOperator::atMost:
-      return applescript::compareValues(left, right, attributes) <= 0;
-    case TestOperator::beginsWith:
-      return applescript::valueBeginsWith(left, right, attributes);
-    case TestOperator::endsWith:
-      return applescript::valueEndsWith(left, right, attributes);
-    case TestOperator::contains:
-      return applescript::valueContains(left, right, attributes);
-    case TestOperator::isContainedBy:
-      return applescript::valueContains(right, left, attributes);
-    }
+    return applescript::compare(comparison, left, right, attributes);
   } catch (const applescript::ScriptError& error) {
     // One tab without what is compared, such as a title, must not end a search through all of them.
     if (error.number() != applescript::errorNumber::cannotMake)
       throw;
+    return false;
   }
-  return false;
 }
 
 } // namespace tabwright::scripting
