@@ -4,8 +4,8 @@
 
 #include <vector>
 
-/// One walk over the page, building the clean tree beside it: an element that stays is opened there, one that doesn't
-/// gives its nodes to the element that is open. The tree's depth is bounded, so the walk recurses.
+/// One walk over the page, building the clean tree beside it: an element that stays gets its copy there, one that
+/// doesn't gives its nodes to the element around it. The tree's depth is bounded, so the walk recurses.
 namespace tabwright::html {
 
 namespace {
@@ -14,21 +14,21 @@ class CleanCopy {
 public:
   explicit CleanCopy(TreeBuilder& tree) : tree_(tree) {}
 
-  void add(const Node& node, const AllowList& list) {
+  // Behind all that is in `parent`.
+  void add(const Node& node, const AllowList& list, Element& parent) {
     if (node.isText())
-      return tree_.addText(node.wholeText(), node.text());
-    const bool isAllowed = list.allowsTag(node.name());
-    if (isAllowed) {
+      return tree_.insertText(node.wholeText(), node.text(), parent);
+    Element* inside = &parent;
+    if (list.allowsTag(node.name())) {
       allowed_.clear();
       for (const Attribute& attribute : node.attributes())
         if (list.allowsAttribute(node.name(), attribute.name, attribute.value))
           allowed_.push_back(attribute);
-      tree_.openElement(node.name(), allowed_);
+      inside = &tree_.makeElement(node.name(), allowed_);
+      tree_.insert(*inside, parent);
     }
     for (const Node child : node.children())
-      add(child, list);
-    if (isAllowed)
-      tree_.close();
+      add(child, list, *inside);
   }
 
 private:
@@ -42,15 +42,15 @@ Document Cleaner::clean(const Document& page) const {
   auto nodes = std::make_unique<Arena>();
   TreeBuilder tree(*nodes);
   CleanCopy copy(tree);
-  const NodeRecord& root = tree.begin("html", {});
+  Element& root = tree.makeElement("html", {});
   for (const auto& [name, list] : {std::pair("head", &head_), std::pair("body", &body_)}) {
-    tree.openElement(name, {});
+    Element& clean = tree.makeElement(name, {});
+    tree.insert(clean, root);
     for (const Node part : page.root().children())
       if (part.name() == name)
         for (const Node child : part.children())
           if (list == &body_ || (!child.isText() && list->allowsTag(child.name())))
-            copy.add(child, *list);
-    tree.close();
+            copy.add(child, *list, clean);
   }
   return Document(page.texts_, std::move(nodes), root);
 }

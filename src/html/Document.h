@@ -16,12 +16,17 @@ class Arena;
 ///     page.root().name();                     // "html"; its children are "head" and "body"
 ///
 /// Where it leaves the standard, so that time and memory stay in proportion to the text whatever it says:
-///  - elements nested more than `maximumDepth` levels deep are dropped and their content stays, as browsers do;
+///  - an element that would be more than `maximumDepth` levels deep becomes a sibling of the one that it would be in,
+///  as
+///    in browsers;
 ///  - an element keeps its first `maximumAttributes` attributes;
-///  - formatting that is never closed is no longer carried into further blocks once that has happened very often.
+///  - formatting that is never closed is no longer carried into further blocks once that has happened very often, and
+///  of
+///    very much formatting only the last is carried;
+///  - scripts, style sheets, templates, embedded documents and comments are left out;
+///  - a `frameset` counts only before the body, `xmp` and `plaintext` are `pre`.
 ///
-/// The content of scripts, style sheets and embedded foreign documents is no text and is left out, as are comments;
-/// what `textarea` and `title` hold is text.
+/// Elements of drawings and formulas are named after both: "svg", "svg path", "math mi".
 ///
 /// Immutable, moved but not copied. Nodes and their texts live as long as the document.
 class Document {
@@ -30,8 +35,8 @@ public:
   static constexpr int maximumAttributes = 64;
   /// Bytes that `parse` takes at most.
   static constexpr std::size_t maximumLength = std::size_t{128} << 20;
-  /// Tags and attributes that it takes at most, since each costs hundreds of bytes while it parses. With both bounds
-  /// no page costs more than some two gigabytes.
+  /// Tags and attributes that it takes at most, since each costs a hundred bytes and more. With both bounds no page
+  /// costs more than about one gigabyte.
   static constexpr std::size_t maximumMarkup = 4'000'000;
 
   /// Parses UTF-8; bytes that aren't become U+FFFD. Any text is a page. Throws `ParseFault` for one that is too large.

@@ -13,14 +13,15 @@ namespace tabwright::html {
 struct Attribute {
   std::string_view name;
   std::string_view value;
+  friend bool operator==(const Attribute&, const Attribute&) = default;
 };
 
 /// How a document stores a node: small, since there are many. Made by `Document` and `Cleaner` only; everyone else
 /// reads `Node`.
 struct NodeRecord {
-  const NodeRecord* next = nullptr;       ///< the sibling behind it
-  const char* characters = nullptr;       ///< an element's name, a text as it stands in the page
-  const NodeRecord* firstChild = nullptr; ///< of an element
+  NodeRecord* next = nullptr;       ///< the sibling behind it
+  const char* characters = nullptr; ///< an element's name, a text as it stands in the page
+  NodeRecord* firstChild = nullptr; ///< of an element
   union {
     const Attribute* attributes = nullptr; ///< of an element
     const char* collapsed;                 ///< of a text: with runs of white space collapsed
