@@ -15,15 +15,14 @@ class Arena;
 ///     const html::Document page = html::Document::parse("<p>Good <b>morning");
 ///     page.root().name();                     // "html"; its children are "head" and "body"
 ///
-/// Where it leaves the standard, so that time and memory stay in proportion to the text whatever it says:
+/// Where it leaves the standard, mostly so that time and memory stay in proportion to the text whatever it says:
 ///  - an element that would be more than `maximumDepth` levels deep becomes a sibling of the one that it would be in,
-///  as
-///    in browsers;
+///    as in browsers;
 ///  - an element keeps its first `maximumAttributes` attributes;
 ///  - formatting that is never closed is no longer carried into further blocks once that has happened very often, and
-///  of
-///    very much formatting only the last is carried;
+///    only the last of very much;
 ///  - scripts, style sheets, templates, embedded documents and comments are left out;
+///  - any doctype makes a page one that follows the standards;
 ///  - a `frameset` counts only before the body, `xmp` and `plaintext` are `pre`.
 ///
 /// Elements of drawings and formulas are named after both: "svg", "svg path", "math mi".
