@@ -66,8 +66,8 @@ void assign(intents::ParameterBase& parameter, const boost::json::value& json) {
   parameter.setJson(json);
 }
 
-// What is null counts as not given. A tab or a window that is null was to come from somewhere: without it another one
-// would be taken, and perhaps closed.
+// A value of null counts as not given. A tab or a window that is null was to come from somewhere: without it another
+// one would be taken, and perhaps closed.
 void requireNoneMeant(const intents::Intent& action, const intents::ParameterBase& parameter) {
   const bool isAimed = std::ranges::any_of(action.dependences(), [&](const intents::Dependence& dependence) {
     return dependence.parameter == &parameter && parameter.declaration().type.kind == intents::ValueKind::entity;

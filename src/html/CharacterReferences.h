@@ -5,7 +5,7 @@
 
 namespace tabwright::html {
 
-/// Where a text stands, which decides about character references and about NUL.
+/// The place of a text, which decides about character references and about NUL.
 enum class TextPlace {
   content,   ///< references count, NUL is left out
   foreign,   ///< references count, NUL becomes U+FFFD

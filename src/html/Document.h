@@ -15,7 +15,8 @@ class Arena;
 ///     const html::Document page = html::Document::parse("<p>Good <b>morning");
 ///     page.root().name();                     // "html"; its children are "head" and "body"
 ///
-/// Where it leaves the standard, mostly so that time and memory stay in proportion to the text whatever it says:
+/// It leaves the standard in these points, mostly so that time and memory stay in proportion to the text whatever it
+/// says:
 ///  - an element that would be more than `maximumDepth` levels deep becomes a sibling of the one that it would be in,
 ///    as in browsers;
 ///  - an element keeps its first `maximumAttributes` attributes;

@@ -15,7 +15,7 @@ std::string_view localName(const Element& element) {
   return name.substr(name.find(' ') + 1);
 }
 
-// What an element is to the HTML in it.
+// The part that an element plays for the HTML in it.
 std::uint16_t foreignTraits(std::string_view name, std::span<const Attribute> attributes) {
   constexpr auto always = std::to_array<std::string_view>(
       {"svg foreignobject", "svg desc", "svg title", "math mi", "math mo", "math mn", "math ms", "math mtext"});

@@ -81,7 +81,7 @@ Element& TreeConstruction::insertElement(const Token& token) {
   return insertElement(tag == tag_unknown ? texts_.copy(token.name) : nameOf(tag), token.traits, token.attributes);
 }
 
-// Where there is no room any deeper an element becomes a sibling of the one that it would stand in, as in browsers.
+// With no room any deeper, an element becomes a sibling of the one that it would stand in, as in browsers.
 Element& TreeConstruction::insertElement(Element& element) {
   flushText();
   while (current().depth >= Document::maximumDepth || stack_.size() >= Document::maximumDepth)

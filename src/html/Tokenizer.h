@@ -34,7 +34,7 @@ public:
   /// "<![CDATA[" begins text. Throws `ParseFault` for a page with more tags and attributes than `Document` takes.
   const Token& next(bool isForeign);
 
-  /// What stands before the end tag of the element whose start tag was read last, and goes behind that. Nothing ends
+  /// The text before the end tag of the element whose start tag was read last, and goes behind that. Nothing ends
   /// `plaintext`.
   std::string_view takeContent();
   /// Passes over it, and over what a script in it writes inside a comment.

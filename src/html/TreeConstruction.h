@@ -19,7 +19,7 @@ namespace tabwright::html {
 /// structure tells which rules count, and what needs no tree (scripts, style sheets, templates, embedded documents) is
 /// passed over where it begins.
 ///
-/// Where it leaves the standard is said at `Document`. No step walks further than over `Document::maximumDepth` open
+/// `Document` says where this leaves the standard. No step walks further than over `Document::maximumDepth` open
 /// elements or `maximumFormatting` formatting ones, so the whole takes time in proportion to the page.
 class TreeConstruction {
 public:

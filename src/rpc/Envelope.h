@@ -6,7 +6,7 @@
 
 namespace tabwright::rpc {
 
-/// What tells whom a message is for.
+/// The members that tell whom a message is for.
 struct Envelope {
   boost::json::value id;  ///< a text or a number; null where none can be told
   bool hasMethod = false; ///< without one it is an answer

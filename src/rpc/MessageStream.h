@@ -18,7 +18,7 @@ struct UnreadableMessage {
   Envelope envelope = {};
 };
 
-/// What came from the other side: a JSON value, or bytes that are none.
+/// A message from the other side: a JSON value, or bytes that are none.
 using ReceivedMessage = std::expected<boost::json::value, UnreadableMessage>;
 
 /// The messages to and from one peer, in order. Message borders are kept; what a message means is not looked at.

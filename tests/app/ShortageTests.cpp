@@ -1,4 +1,4 @@
-// What is short or can't be written stops nothing that does without it, and is said first where it does.
+// A full disk or a folder that can't be written stops nothing that does without it, and is said first where it does.
 #include "app/FailureReport.h"
 #include "app/HelperFiles.h"
 #include "engine/errors/ScriptacularError.h"

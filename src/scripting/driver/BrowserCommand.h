@@ -83,7 +83,7 @@ struct Activate {};
 /// Asks the browser to close all windows and end, and waits until it has.
 struct Quit {};
 
-/// What a BrowserView carries out.
+/// The commands that a BrowserView carries out.
 using ViewCommand = std::variant<MakeTab, MakeWindow, CloseTab, CloseWindow, ActivateTab, RaiseWindow, SetGivenName>;
 
 using BrowserCommand = std::variant<MakeTab, MakeWindow, CloseTab, CloseWindow, ActivateTab, RaiseWindow, SetGivenName,

@@ -48,7 +48,7 @@ std::shared_ptr<const BrowserSnapshot> SeenBrowser::upToDate(const CallLimits& l
 }
 
 void SeenBrowser::lookAhead(const std::stop_token& stop) {
-  // What we are doing ourselves would make the look worthless; another follows when it is done.
+  // Our own commands under way would make the look worthless; another follows when it is done.
   if (view_->reportsChanges() && disturbances_.load() == 0)
     upToDate({std::chrono::steady_clock::now() + 5s, stop});
 }

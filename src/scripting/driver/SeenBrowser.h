@@ -18,9 +18,9 @@
 
 namespace tabwright::scripting {
 
-/// What is seen of one connected browser: its view, and the snapshot that is held until something changes.
+/// One connected browser as it is seen: its view, and the snapshot that is held until something changes.
 ///
-/// What holding guarantees: a snapshot was true at one moment after all our own commands and evaluations so far had
+/// Holding guarantees this: a snapshot was true at one moment after all our own commands and evaluations so far had
 /// ended. It is kept only while no change was reported, from before it was asked for; so it lags behind the user by no
 /// more than the time that the browser takes to report a change. Callers who ask at once share a look that began after
 /// they asked. The program whose page job has just ended goes on with what it saw before, since all it has left to do
@@ -55,7 +55,7 @@ public:
   /// While one lives, something of ours may be changing the browser.
   class Disturbance {
   public:
-    /// What a page does by itself the browser reports; our own commands are looked for.
+    /// Changes that a page makes by itself the browser reports; our own commands are looked for.
     enum class Kind { command, evaluation };
 
     /// A command that names a tab changes nothing but this tab, and which one its window shows.
