@@ -20,7 +20,9 @@ find_package(PkgConfig REQUIRED)
 add_compile_options(-Wall -Wextra -Wpedantic -Werror -fno-omit-frame-pointer)
 # Paths in messages and debug information are relative to the checkout, so that builds are alike wherever it lies.
 add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=")
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  add_compile_options(-Wthread-safety) # locks as src/platform/Mutex.h annotates them
+elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # g++ 12 warns of moved-from strings and optionals that it has misread (GCC bugs 105329, 105562, 107852).
   # And of coroutine frames, whose operators new and delete belong together though one of them was inlined.
   add_compile_options(-Wno-mismatched-new-delete)

@@ -5,6 +5,7 @@
 #include "intents/UsageError.h"
 #include "platform/FileFailure.h"
 #include "platform/Logger.h"
+#include "platform/Sleep.h"
 #include "platform/linux/BaseDirectories.h"
 #include "platform/linux/BrowserExecutable.h"
 #include "platform/linux/FileDescriptor.h"
@@ -14,11 +15,9 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <condition_variable>
 #include <csignal>
 #include <cstdint>
 #include <fcntl.h>
-#include <mutex>
 #include <optional>
 #include <spawn.h>
 #include <string_view>
@@ -152,14 +151,6 @@ void requireRoom(const BrowserLaunch& launch) {
                                 launch.profileDirectory.string(), launch.facts->name, roomForProfile >> 20));
 }
 
-// Ends when the stop is requested, else after the interval.
-bool pause(std::chrono::milliseconds interval, const std::stop_token& stop) {
-  std::mutex mutex;
-  std::condition_variable_any wake;
-  std::unique_lock lock(mutex);
-  return wake.wait_for(lock, stop, interval, [] { return false; }) || stop.stop_requested();
-}
-
 } // namespace
 
 LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem::path& logFile,
@@ -199,7 +190,7 @@ LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem
     if (running && accepts(*running) && (!before || hasEnded))
       return {.process = running->process, .wasRunning = before.has_value()};
     const bool isLate = std::chrono::steady_clock::now() >= deadline;
-    if (pause(std::chrono::milliseconds(20), stop) || isLate) {
+    if (!platform::sleepUnlessStopped(std::chrono::milliseconds(20), stop) || isLate) {
       if (!hasEnded)
         ::kill(spawned, SIGTERM);
       throw NoBrowser(before

@@ -4,6 +4,7 @@
 #include "crashreport/LoggingCrashReporter.h"
 #include "engine/JavaScriptCoreSyntaxValidator.h"
 #include "platform/Logger.h"
+#include "platform/Mutex.h"
 #include "platform/linux/InstalledBrowsers.h"
 #include "platform/linux/LinuxUserDefaults.h"
 #include "platform/linux/PosixFileManager.h"
@@ -22,7 +23,6 @@
 #include <algorithm>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -58,7 +58,7 @@ public:
   std::shared_ptr<scripting::DevToolsDriver> driver(const BrowserFacts& facts) {
     if (facts.family != platform::BrowserFamily::chromium)
       return nullptr;
-    const std::scoped_lock lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     std::shared_ptr<scripting::DevToolsDriver>& driver = drivers_[facts.id];
     if (!driver && isHere(facts)) {
       const auto findRunning = [browsers = recentBrowsers_, &facts] { return browsers.find(facts); };
@@ -70,8 +70,8 @@ public:
 
 private:
   const scripting::RecentBrowsers recentBrowsers_;
-  std::mutex mutex_;
-  std::map<std::string_view, std::shared_ptr<scripting::DevToolsDriver>> drivers_;
+  platform::Mutex mutex_;
+  std::map<std::string_view, std::shared_ptr<scripting::DevToolsDriver>> drivers_ GUARDED_BY(mutex_);
 };
 
 /// The settings of a process that runs one command, which no other part of it uses.

@@ -2,9 +2,9 @@
 #include "app/OutputStreams.h"
 
 #include "client/StandardStreams.h"
+#include "platform/Mutex.h"
 
 #include <iostream>
-#include <mutex>
 #include <streambuf>
 #include <string_view>
 #include <unistd.h>
@@ -49,7 +49,7 @@ private:
   }
 
   std::streamsize xsputn(const char* text, std::streamsize count) override {
-    const std::scoped_lock lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     held_.append(text, static_cast<std::size_t>(count));
     if (held_.size() >= enough)
       write(held_.size() - unfinished(held_));
@@ -57,12 +57,12 @@ private:
   }
 
   int sync() override {
-    const std::scoped_lock lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     write(held_.size());
     return 0;
   }
 
-  void write(std::size_t count) {
+  void write(std::size_t count) REQUIRES(mutex_) {
     std::string text = held_.substr(0, count);
     held_.erase(0, count);
     const int error = client::writeText(descriptor_, text);
@@ -74,8 +74,8 @@ private:
   std::streambuf* const former_;
   const int descriptor_;
   const OnError onError_;
-  std::mutex mutex_; // the log comes from any thread
-  std::string held_;
+  platform::Mutex mutex_; // the log comes from any thread
+  std::string held_ GUARDED_BY(mutex_);
 };
 
 OutputLost::OutputLost(int errorNumber) : errorNumber_(errorNumber), sentence_(client::notWritten(errorNumber)) {}

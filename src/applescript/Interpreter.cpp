@@ -1,13 +1,12 @@
 #include "applescript/Interpreter.h"
 
 #include "applescript/evaluate/Evaluator.h"
+#include "platform/Sleep.h"
 #include "platform/Utf8.h"
 
 #include <fmt/core.h>
 
-#include <condition_variable>
 #include <ctime>
-#include <mutex>
 #include <optional>
 #include <random>
 #include <utility>
@@ -15,13 +14,6 @@
 namespace tabwright::applescript {
 
 namespace {
-
-void sleepUntilStopped(std::chrono::nanoseconds time, std::stop_token stop) {
-  std::mutex mutex;
-  std::condition_variable_any condition;
-  std::unique_lock lock(mutex);
-  condition.wait_for(lock, std::move(stop), time, [] { return false; });
-}
 
 double secondsOnWallClock() {
   const std::time_t now = std::time(nullptr);
@@ -58,7 +50,7 @@ Interpreter::Interpreter(Surroundings surroundings, RunLimits limits)
     : state_(std::make_shared<State>(State{std::move(surroundings), limits})) {
   Surroundings& world = state_->surroundings;
   if (!world.sleep)
-    world.sleep = sleepUntilStopped;
+    world.sleep = platform::sleepUnlessStopped;
   if (!world.now)
     world.now = secondsOnWallClock;
   if (!world.random)

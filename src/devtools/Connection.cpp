@@ -3,6 +3,7 @@
 #include "devtools/Waiting.h"
 #include "devtools/WireText.h"
 #include "platform/FileFailure.h"
+#include "platform/Mutex.h"
 
 #include <boost/asio/connect.hpp>
 #include <boost/asio/executor_work_guard.hpp>
@@ -19,7 +20,6 @@
 #include <algorithm>
 #include <atomic>
 #include <deque>
-#include <mutex>
 #include <optional>
 #include <thread>
 #include <unordered_map>
@@ -81,7 +81,7 @@ public:
       return pending;
     }
 
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     if (!isOpen_) {
       pending->fail(DevToolsFault::lost, lossReason_);
       return pending;
@@ -98,17 +98,17 @@ public:
   }
 
   void listen(const std::string& session, std::function<void(const Event&)> listener) {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     listeners_[session] = std::make_shared<std::function<void(const Event&)>>(std::move(listener));
   }
 
   void stopListening(const std::string& session) {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     listeners_.erase(session);
   }
 
   [[nodiscard]] bool isOpen() const {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     return isOpen_;
   }
 
@@ -159,7 +159,7 @@ private:
         if (refusal)
           return giveUp(refusal);
         {
-          const std::lock_guard lock(mutex_);
+          const platform::MutexLock lock(mutex_);
           isOpen_ = true;
         }
         read();
@@ -230,7 +230,7 @@ private:
     PendingCall::Answer read = readAnswer(fields);
     std::shared_ptr<PendingCall> pending;
     {
-      const std::lock_guard lock(mutex_);
+      const platform::MutexLock lock(mutex_);
       const auto found = waiting_.find(id);
       if (found == waiting_.end())
         return;
@@ -244,7 +244,7 @@ private:
   void report(const std::string& session, const Event& event) {
     std::shared_ptr<std::function<void(const Event&)>> listener;
     {
-      const std::lock_guard lock(mutex_);
+      const platform::MutexLock lock(mutex_);
       const auto found = listeners_.find(session);
       if (found == listeners_.end())
         return;
@@ -280,7 +280,7 @@ private:
       return watch();
     Waiting waiting;
     {
-      const std::lock_guard lock(mutex_);
+      const platform::MutexLock lock(mutex_);
       waiting.swap(waiting_);
       isWatched_ = false;
     }
@@ -298,7 +298,7 @@ private:
 
   /// When the oldest of the calls that somebody waits for was sent; without any the watch is over.
   std::optional<Clock::time_point> oldestWaiting() {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     std::optional<Clock::time_point> oldest;
     for (const auto& [id, sent] : waiting_) {
       if (!sent.call.expired() && (!oldest || sent.at < *oldest))
@@ -312,7 +312,7 @@ private:
   void write() {
     const std::string* text = nullptr;
     {
-      const std::lock_guard lock(mutex_);
+      const platform::MutexLock lock(mutex_);
       if (!isOpen_ || queue_.empty())
         return;
       text = &queue_.front();
@@ -324,7 +324,7 @@ private:
       // Told under the lock: a `send` that finds the queue empty starts a write of its own.
       bool hasMore = false;
       {
-        const std::lock_guard lock(mutex_);
+        const platform::MutexLock lock(mutex_);
         queue_.pop_front();
         hasMore = !queue_.empty();
       }
@@ -335,14 +335,16 @@ private:
 
   void lose(const std::string& reason) {
     Waiting waiting;
+    std::string firstReason;
     {
-      const std::lock_guard lock(mutex_);
+      const platform::MutexLock lock(mutex_);
       if (lossReason_.empty())
         lossReason_ = reason;
+      firstReason = lossReason_;
       isOpen_ = false;
       waiting.swap(waiting_);
     }
-    failAll(waiting, DevToolsFault::lost, lossReason_);
+    failAll(waiting, DevToolsFault::lost, firstReason);
     // Ends reading and writing; on a thread that isn't the context's, `close` stops the context instead.
     if (std::this_thread::get_id() == thread_.get_id()) {
       error_code ignored;
@@ -351,7 +353,7 @@ private:
   }
 
   /// Forgets calls that nobody waits for any more and that the browser has never answered, now and then.
-  void dropAbandoned() {
+  void dropAbandoned() REQUIRES(mutex_) {
     constexpr std::size_t many = 512;
     if (waiting_.size() >= many)
       std::erase_if(waiting_, [](const auto& entry) { return entry.second.call.expired(); });
@@ -370,13 +372,13 @@ private:
   asio::steady_timer silence_{context_};
   std::shared_ptr<PendingCall> question_; // the plain one
 
-  mutable std::mutex mutex_; // guards what follows
-  bool isOpen_ = false;
-  std::string lossReason_;
-  bool isWatched_ = false; // the timer runs
-  std::deque<std::string> queue_;
-  Waiting waiting_;
-  std::unordered_map<std::string, std::shared_ptr<std::function<void(const Event&)>>> listeners_;
+  mutable platform::Mutex mutex_;
+  bool isOpen_ GUARDED_BY(mutex_) = false;
+  std::string lossReason_ GUARDED_BY(mutex_);
+  bool isWatched_ GUARDED_BY(mutex_) = false; // the timer runs
+  std::deque<std::string> queue_ GUARDED_BY(mutex_);
+  Waiting waiting_ GUARDED_BY(mutex_);
+  std::unordered_map<std::string, std::shared_ptr<std::function<void(const Event&)>>> listeners_ GUARDED_BY(mutex_);
 };
 
 Connection::Connection(std::unique_ptr<Channel> channel) : channel_(std::move(channel)) {}

@@ -6,15 +6,15 @@ namespace tabwright::devtools {
 
 PendingCall::Answer PendingCall::await(const platform::CallLimits& limits) {
   awaitEnd(limits);
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   if (failure_)
     throw *failure_;
   return std::move(*answer_);
 }
 
 void PendingCall::awaitEnd(const platform::CallLimits& limits) {
-  std::unique_lock lock(mutex_);
-  const auto hasEnded = [this] { return answer_.has_value() || failure_.has_value(); };
+  platform::MutexLock lock(mutex_);
+  const auto hasEnded = [this]() REQUIRES(mutex_) { return answer_.has_value() || failure_.has_value(); };
   if (limits.wait(ended_, lock, hasEnded))
     return;
   if (limits.stop.stop_requested())
@@ -30,29 +30,29 @@ boost::json::object PendingCall::result(const platform::CallLimits& limits) {
 }
 
 std::optional<PendingCall::Answer> PendingCall::answer() {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   if (failure_ && concernsBrowser(*failure_))
     throw *failure_;
   return answer_;
 }
 
 std::chrono::steady_clock::time_point PendingCall::answeredAt() {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   return answeredAt_;
 }
 
 bool PendingCall::hasFailed() {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   return failure_.has_value();
 }
 
 bool PendingCall::hasEnded() {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   return answer_.has_value() || failure_.has_value();
 }
 
 void PendingCall::complete(Answer answer) {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   if (!answer_ && !failure_) {
     answer_ = std::move(answer);
     answeredAt_ = std::chrono::steady_clock::now();
@@ -61,7 +61,7 @@ void PendingCall::complete(Answer answer) {
 }
 
 void PendingCall::fail(DevToolsFault fault, std::string detail) {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   if (!answer_ && !failure_)
     failure_.emplace(fault, std::move(detail));
   ended_.notify_all();

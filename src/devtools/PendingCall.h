@@ -2,13 +2,13 @@
 
 #include "devtools/DevToolsFault.h"
 #include "platform/CallLimits.h"
+#include "platform/Mutex.h"
 
 #include <boost/json/object.hpp>
 
 #include <chrono>
 #include <condition_variable>
 #include <expected>
-#include <mutex>
 #include <optional>
 #include <string>
 
@@ -58,11 +58,11 @@ public:
 
 private:
   const std::string method_;
-  std::mutex mutex_;
+  platform::Mutex mutex_;
   std::condition_variable_any ended_;
-  std::optional<Answer> answer_;
-  std::optional<DevToolsFailure> failure_;
-  std::chrono::steady_clock::time_point answeredAt_;
+  std::optional<Answer> answer_ GUARDED_BY(mutex_);
+  std::optional<DevToolsFailure> failure_ GUARDED_BY(mutex_);
+  std::chrono::steady_clock::time_point answeredAt_ GUARDED_BY(mutex_);
 };
 
 } // namespace tabwright::devtools

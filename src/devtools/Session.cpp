@@ -3,13 +3,13 @@
 #include "devtools/PageProgress.h"
 #include "devtools/Waiting.h"
 #include "devtools/WireText.h"
+#include "platform/Mutex.h"
 
 #include <fmt/core.h>
 
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
-#include <mutex>
 #include <vector>
 
 // The session's state says why the page would not answer now. Events change it on the connection's thread and fail the
@@ -67,24 +67,25 @@ struct Session::State {
   const std::string sessionID;
   const Kind kind;
 
-  std::mutex mutex;        // guards what follows
-  bool isDetached = false; // the browser has ended the session
-  bool isGone = false;
-  bool isCrashed = false;
-  std::optional<std::string> dialog; // its text while one is open
-  std::vector<std::weak_ptr<PendingCall>> pageCalls;
-  std::string bindingName;
-  std::function<void(const std::string&)> bindingListener;
-  PageProgress progress;
+  platform::Mutex mutex;
+  bool isDetached GUARDED_BY(mutex) = false; // the browser has ended the session
+  bool isGone GUARDED_BY(mutex) = false;
+  bool isCrashed GUARDED_BY(mutex) = false;
+  std::optional<std::string> dialog GUARDED_BY(mutex); // its text while one is open
+  std::vector<std::weak_ptr<PendingCall>> pageCalls GUARDED_BY(mutex);
+  std::string bindingName GUARDED_BY(mutex);
+  std::function<void(const std::string&)> bindingListener GUARDED_BY(mutex);
+  PageProgress progress GUARDED_BY(mutex);
   std::condition_variable_any progressed;
-  std::optional<Probe> probe;                       // the last one that nobody has waited for
-  std::chrono::steady_clock::time_point answeredAt; // when the page has last answered a probe or an evaluation
+  std::optional<Probe> probe GUARDED_BY(mutex); // the last one that nobody has waited for
+  std::chrono::steady_clock::time_point
+      answeredAt GUARDED_BY(mutex); // when the page has last answered a probe or an evaluation
 
   State(std::string target, std::string session, Kind kindOfTarget)
       : targetID(std::move(target)), sessionID(std::move(session)), kind(kindOfTarget), progress(targetID) {}
 
   /// Why the page would not answer now.
-  [[nodiscard]] std::optional<DevToolsFailure> obstacle() const {
+  [[nodiscard]] std::optional<DevToolsFailure> obstacle() const REQUIRES(mutex) {
     if (isGone)
       return platform::failure(DevToolsFault::targetGone);
     if (isCrashed)
@@ -94,9 +95,11 @@ struct Session::State {
     return std::nullopt;
   }
 
-  [[nodiscard]] bool answersLately() const { return std::chrono::steady_clock::now() - answeredAt < lately; }
+  [[nodiscard]] bool answersLately() const REQUIRES(mutex) {
+    return std::chrono::steady_clock::now() - answeredAt < lately;
+  }
 
-  void failPageCalls() {
+  void failPageCalls() REQUIRES(mutex) {
     const std::optional<DevToolsFailure> why = obstacle();
     for (const std::weak_ptr<PendingCall>& call : pageCalls) {
       if (const std::shared_ptr<PendingCall> pending = call.lock())
@@ -107,7 +110,7 @@ struct Session::State {
   }
 
   void take(const Event& event) {
-    std::unique_lock lock(mutex);
+    platform::MutexLock lock(mutex);
     if (progress.take(event)) {
       progressed.notify_all();
     } else if (event.method == "Runtime.bindingCalled") {
@@ -161,13 +164,13 @@ Session::Session(std::shared_ptr<Connection> connection, std::shared_ptr<State> 
 
 Session::~Session() {
   connection_->stopListening(state_->sessionID);
-  const std::lock_guard lock(state_->mutex);
+  const platform::MutexLock lock(state_->mutex);
   if (!state_->isDetached)
     connection_->send("Target.detachFromTarget", {{"sessionId", state_->sessionID}});
 }
 
 std::shared_ptr<PendingCall> Session::send(std::string method, boost::json::object parameters, AnsweredBy answeredBy) {
-  const std::lock_guard lock(state_->mutex);
+  const platform::MutexLock lock(state_->mutex);
   if (state_->isGone)
     throw platform::failure(DevToolsFault::targetGone);
   if (answeredBy == AnsweredBy::page) {
@@ -202,7 +205,7 @@ Evaluation Session::evaluate(const std::string& javascript, const platform::Call
           ->await(bounded);
   if (answer) {
     {
-      const std::lock_guard lock(state_->mutex);
+      const platform::MutexLock lock(state_->mutex);
       state_->answeredAt = std::chrono::steady_clock::now();
     }
     if (const boost::json::value* thrown = answer->if_contains("exceptionDetails"))
@@ -240,11 +243,11 @@ void Session::probe() {
 Session::Probe Session::sendProbe() {
   Probe probe;
   {
-    const std::lock_guard lock(state_->mutex);
+    const platform::MutexLock lock(state_->mutex);
     probe.departures = state_->progress.departures();
   }
   probe.call = send("Runtime.evaluate", {{"expression", probeCode}, {"returnByValue", true}}, AnsweredBy::page);
-  const std::lock_guard lock(state_->mutex);
+  const platform::MutexLock lock(state_->mutex);
   state_->probe = probe;
   return probe;
 }
@@ -252,7 +255,7 @@ Session::Probe Session::sendProbe() {
 /// The last probe where nobody has waited for it, else a new one.
 Session::Probe Session::requireProbe() {
   {
-    const std::lock_guard lock(state_->mutex);
+    const platform::MutexLock lock(state_->mutex);
     if (const std::optional<DevToolsFailure> why = state_->obstacle())
       throw *why;
     if (state_->probe && !state_->probe->call->hasFailed())
@@ -265,7 +268,7 @@ Session::Probe Session::requireProbe() {
 void Session::take(const Probe& probe, const platform::CallLimits& limits) {
   probe.call->awaitEnd(limits);
   const std::optional<PendingCall::Answer> answer = probe.call->answer(); // throws when the connection is lost
-  std::unique_lock lock(state_->mutex);
+  platform::MutexLock lock(state_->mutex);
   if (state_->probe && state_->probe->call == probe.call)
     state_->probe.reset();
   if (!answer || !*answer) // a dialog, or the page went elsewhere just then
@@ -276,7 +279,7 @@ void Session::take(const Probe& probe, const platform::CallLimits& limits) {
   const std::int64_t facts = value != nullptr && value->is_int64() ? value->get_int64() : 0;
   if (!state_->progress.knowsDocument())
     state_->progress.found(facts % 2 == 0, facts >= 2);
-  limits.within(patienceWithEnds).wait(state_->progressed, lock, [this] {
+  limits.within(patienceWithEnds).wait(state_->progressed, lock, [this]() REQUIRES(state_->mutex) {
     return !state_->progress.isUnderWay() || state_->obstacle();
   });
 }
@@ -285,16 +288,17 @@ void Session::settle(Answer answer, const platform::CallLimits& callLimits) {
   const platform::CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
   for (int probes = 0; probes < mostProbes; ++probes) {
     {
-      const std::lock_guard lock(state_->mutex);
+      const platform::MutexLock lock(state_->mutex);
       if (!state_->probe && state_->progress.isSettled() && (answer == Answer::ever || state_->answersLately()))
         break;
     }
     take(requireProbe(), limits);
   }
-  std::unique_lock lock(state_->mutex);
-  const bool isThere = limits.within(patienceWithParsing).wait(state_->progressed, lock, [this] {
-    return state_->progress.isParsed() || state_->obstacle();
-  });
+  platform::MutexLock lock(state_->mutex);
+  const bool isThere =
+      limits.within(patienceWithParsing).wait(state_->progressed, lock, [this]() REQUIRES(state_->mutex) {
+        return state_->progress.isParsed() || state_->obstacle();
+      });
   if (!isThere && !limits.hasPassed())
     state_->progress.countAsParsed(); // else each call would wait anew for a page that comes in drops
   if (limits.stop.stop_requested())
@@ -302,40 +306,40 @@ void Session::settle(Answer answer, const platform::CallLimits& callLimits) {
 }
 
 void Session::depart() {
-  const std::lock_guard lock(state_->mutex);
+  const platform::MutexLock lock(state_->mutex);
   state_->progress.depart();
   state_->isCrashed = false; // the command brings the page's process back; where it can't, that is reported anew
 }
 
 bool Session::isLeaving() const {
-  const std::lock_guard lock(state_->mutex);
+  const platform::MutexLock lock(state_->mutex);
   return !state_->progress.isSettled() || !state_->progress.isParsed();
 }
 
 bool Session::answersLately() const {
-  const std::lock_guard lock(state_->mutex);
+  const platform::MutexLock lock(state_->mutex);
   return state_->answersLately();
 }
 
 bool Session::isErrorPage() const {
-  const std::lock_guard lock(state_->mutex);
+  const platform::MutexLock lock(state_->mutex);
   return state_->progress.isErrorPage();
 }
 
 std::optional<std::string> Session::destination() const {
-  const std::lock_guard lock(state_->mutex);
+  const platform::MutexLock lock(state_->mutex);
   return state_->progress.isUnderWay() && !state_->obstacle() ? std::optional(state_->progress.destination())
                                                               : std::nullopt;
 }
 
 std::uint64_t Session::departures() const {
-  const std::lock_guard lock(state_->mutex);
+  const platform::MutexLock lock(state_->mutex);
   return state_->progress.departures();
 }
 
 void Session::bind(const std::string& name, std::function<void(const std::string&)> listener) {
   {
-    const std::lock_guard lock(state_->mutex);
+    const platform::MutexLock lock(state_->mutex);
     state_->bindingName = name;
     state_->bindingListener = std::move(listener);
   }
@@ -343,7 +347,7 @@ void Session::bind(const std::string& name, std::function<void(const std::string
 }
 
 bool Session::isAttached() const {
-  const std::lock_guard lock(state_->mutex);
+  const platform::MutexLock lock(state_->mutex);
   return !state_->isGone && connection_->isOpen();
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "platform/CallLimits.h"
+#include "platform/Mutex.h"
 
 #include <chrono>
 #include <condition_variable>
-#include <mutex>
 
 namespace tabwright::devtools {
 
@@ -36,9 +36,9 @@ public:
   [[nodiscard]] Holder take(const char* what, const platform::CallLimits& limits);
 
 private:
-  std::mutex mutex_;
+  platform::Mutex mutex_;
   std::condition_variable_any released_;
-  bool isTaken_ = false;
+  bool isTaken_ GUARDED_BY(mutex_) = false;
 };
 
 } // namespace tabwright::devtools

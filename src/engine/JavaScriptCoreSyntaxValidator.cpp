@@ -121,7 +121,7 @@ JavaScriptCoreSyntaxValidator::JavaScriptCoreSyntaxValidator() = default;
 JavaScriptCoreSyntaxValidator::~JavaScriptCoreSyntaxValidator() = default;
 
 std::optional<std::string> JavaScriptCoreSyntaxValidator::validateJavascript(std::string_view js) {
-  const std::scoped_lock lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   if (!engine_)
     engine_ = std::make_unique<Engine>();
   std::optional<std::string> exception = engine_->check("(function() { " + std::string(js) + " })");

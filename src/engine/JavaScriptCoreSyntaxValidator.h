@@ -1,9 +1,9 @@
 #pragma once
 
 #include "engine/JavascriptSyntaxValidator.h"
+#include "platform/Mutex.h"
 
 #include <memory>
-#include <mutex>
 
 namespace tabwright::engine {
 
@@ -18,8 +18,8 @@ public:
 
 private:
   class Engine;
-  std::mutex mutex_;
-  std::unique_ptr<Engine> engine_; ///< once it is needed
+  platform::Mutex mutex_;
+  std::unique_ptr<Engine> engine_ GUARDED_BY(mutex_); ///< once it is needed
 };
 
 } // namespace tabwright::engine

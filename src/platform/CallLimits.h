@@ -1,13 +1,13 @@
 #pragma once
 
 #include "platform/DeadlineClock.h"
+#include "platform/Mutex.h"
 #include "platform/Notices.h"
 
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <memory>
-#include <mutex>
 #include <stop_token>
 
 namespace tabwright::platform {
@@ -35,7 +35,7 @@ struct CallLimits {
 
   /// Waits on the condition until `isOver`, the deadline or a stop. Yields `isOver()`.
   template <class Predicate>
-  bool wait(std::condition_variable_any& condition, std::unique_lock<std::mutex>& lock, Predicate isOver) const {
+  bool wait(std::condition_variable_any& condition, MutexLock<Mutex>& lock, Predicate isOver) const {
     return clock ? clock->wait(condition, lock, *this, isOver) : condition.wait_until(lock, stop, deadline, isOver);
   }
 };

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "platform/Mutex.h"
+
 #include <chrono>
 #include <condition_variable>
 #include <functional>
-#include <mutex>
 
 namespace tabwright::platform {
 
@@ -18,8 +19,8 @@ public:
   [[nodiscard]] virtual std::chrono::steady_clock::time_point now() const = 0;
   /// Waits on the condition until `isOver`, which is asked while the lock is held, the deadline or a stop. Yields
   /// `isOver()`.
-  virtual bool wait(std::condition_variable_any& condition, std::unique_lock<std::mutex>& lock,
-                    const CallLimits& limits, const std::function<bool()>& isOver) = 0;
+  virtual bool wait(std::condition_variable_any& condition, MutexLock<Mutex>& lock, const CallLimits& limits,
+                    const std::function<bool()>& isOver) = 0;
 };
 
 } // namespace tabwright::platform

@@ -1,14 +1,13 @@
 // One list of receivers for the whole process: the program's own, without an owner, and listeners. Whether a level is
-// on is a single atomic read, so that a log that is off costs nothing; lines take a shared lock to get at the list.
+// on is a single atomic read, so that a log that is off costs nothing; lines take the lock to get at the list.
 #include "platform/Logger.h"
 
 #include "platform/LogReceiver.h"
+#include "platform/Mutex.h"
 
 #include <algorithm>
 #include <atomic>
 #include <memory>
-#include <mutex>
-#include <shared_mutex>
 #include <vector>
 
 namespace tabwright::platform {
@@ -24,8 +23,9 @@ struct Receiving {
 
 struct Log {
   std::atomic<int> lowestLevel = nothingIsOn;
-  std::shared_mutex mutex;
-  std::shared_ptr<const std::vector<Receiving>> receivers = std::make_shared<const std::vector<Receiving>>();
+  Mutex mutex;
+  std::shared_ptr<const std::vector<Receiving>>
+      receivers GUARDED_BY(mutex) = std::make_shared<const std::vector<Receiving>>();
 };
 
 // Never destroyed: threads may log while the process ends.
@@ -36,7 +36,7 @@ Log& processLog() {
 
 void setReceiver(const LogListener* owner, LogLevel lowestLevel, LogReceiver receiver) {
   Log& log = processLog();
-  const std::unique_lock lock(log.mutex);
+  const MutexLock lock(log.mutex);
   std::vector<Receiving> receivers = *log.receivers;
   std::erase_if(receivers, [owner](const Receiving& one) { return one.owner == owner; });
   if (receiver)
@@ -74,7 +74,7 @@ void Logger::write(LogLevel level, std::string_view text) const {
   Log& log = processLog();
   std::shared_ptr<const std::vector<Receiving>> receivers;
   {
-    const std::shared_lock lock(log.mutex);
+    const MutexLock lock(log.mutex);
     receivers = log.receivers;
   }
   for (const Receiving& one : *receivers) {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/Failure.h"
+#include "platform/Mutex.h"
 
-#include <mutex>
 #include <utility>
 #include <vector>
 
@@ -12,18 +12,18 @@ namespace tabwright::platform {
 class Notices {
 public:
   void add(Notice notice) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     noticed_.push_back(std::move(notice));
   }
   /// In the order in which they came.
   [[nodiscard]] std::vector<Notice> all() const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return noticed_;
   }
 
 private:
-  mutable std::mutex mutex_;
-  std::vector<Notice> noticed_;
+  mutable Mutex mutex_;
+  std::vector<Notice> noticed_ GUARDED_BY(mutex_);
 };
 
 } // namespace tabwright::platform

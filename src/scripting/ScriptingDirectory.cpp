@@ -79,7 +79,7 @@ std::shared_ptr<ScriptableApplication> ScriptingDirectory::findByName(std::strin
 }
 
 std::shared_ptr<ScriptableApplication> ScriptingDirectory::browser(const BrowserFacts& facts) {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   std::shared_ptr<ScriptableApplication>& application = browsers_[facts.id];
   if (application)
     return application;

@@ -2,13 +2,13 @@
 
 #include "applescript/events/ApplicationDirectory.h"
 #include "platform/BrowserTable.h"
+#include "platform/Mutex.h"
 #include "scripting/driver/BrowserDriver.h"
 #include "scripting/systemevents/Desktop.h"
 
 #include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <string_view>
 
@@ -46,8 +46,9 @@ private:
   ScriptingServices services_;
   std::shared_ptr<applescript::ScriptableApplication> systemEvents_;
   std::shared_ptr<applescript::ScriptableApplication> self_;
-  std::mutex mutex_;
-  std::map<std::string_view, std::shared_ptr<applescript::ScriptableApplication>> browsers_; ///< by id, once made
+  platform::Mutex mutex_;
+  std::map<std::string_view, std::shared_ptr<applescript::ScriptableApplication>>
+      browsers_ GUARDED_BY(mutex_); ///< by id, once made
 };
 
 } // namespace tabwright::scripting

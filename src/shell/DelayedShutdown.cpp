@@ -4,6 +4,7 @@
 #include "shell/DelayedShutdown.h"
 
 #include "platform/Logger.h"
+#include "platform/Mutex.h"
 
 #include <boost/asio/bind_cancellation_slot.hpp>
 #include <boost/asio/cancellation_signal.hpp>
@@ -12,7 +13,6 @@
 #include <boost/asio/strand.hpp>
 
 #include <exception>
-#include <mutex>
 #include <utility>
 
 namespace tabwright::shell {
@@ -57,15 +57,15 @@ struct DelayedShutdown::Pending {
 
   const platform::Logger log{"DelayedShutdown"};
   const Surroundings surroundings;
-  std::mutex mutex;
-  std::shared_ptr<Job> pendingJob; // guarded by the mutex
+  platform::Mutex mutex;
+  std::shared_ptr<Job> pendingJob GUARDED_BY(mutex);
 };
 
 DelayedShutdown::DelayedShutdown(Surroundings surroundings)
     : pending_(std::make_shared<Pending>(std::move(surroundings))) {}
 
 DelayedShutdown::~DelayedShutdown() {
-  const std::scoped_lock lock(pending_->mutex);
+  const platform::MutexLock lock(pending_->mutex);
   if (pending_->pendingJob)
     pending_->pendingJob->cancel();
   pending_->pendingJob = nullptr;
@@ -79,7 +79,7 @@ void DelayedShutdown::scheduleShutdown(std::function<void()> beforeQuit) {
   }
   const auto job = std::make_shared<Job>(surroundings.background, std::move(beforeQuit));
   {
-    const std::scoped_lock lock(pending_->mutex);
+    const platform::MutexLock lock(pending_->mutex);
     if (pending_->pendingJob)
       pending_->pendingJob->cancel();
     pending_->pendingJob = job;
@@ -96,7 +96,7 @@ void DelayedShutdown::fire(const std::weak_ptr<Pending>& weakPending, const std:
   if (!pending)
     return;
   {
-    const std::scoped_lock lock(pending->mutex);
+    const platform::MutexLock lock(pending->mutex);
     if (pending->pendingJob != job)
       return;
   }

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "platform/CallLimits.h"
+#include "platform/Mutex.h"
 
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -27,11 +27,11 @@ public:
   }
 
   [[nodiscard]] Time now() const override {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     return now_;
   }
 
-  bool wait(std::condition_variable_any& condition, std::unique_lock<std::mutex>& lock,
+  bool wait(std::condition_variable_any& condition, platform::MutexLock<platform::Mutex>& lock,
             const platform::CallLimits& limits, const std::function<bool()>& isOver) override {
     if (isOver())
       return true;
@@ -47,7 +47,7 @@ public:
   [[nodiscard]] bool pass(std::chrono::nanoseconds duration) {
     for (int look = 0; look < 10'000; ++look) {
       {
-        const std::lock_guard lock(mutex_);
+        const platform::MutexLock lock(mutex_);
         if (std::ranges::find(waits_, now_ + duration) != waits_.end()) {
           now_ += duration;
           return true;
@@ -55,7 +55,7 @@ public:
       }
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     now_ += std::chrono::hours(24);
     return false;
   }
@@ -68,29 +68,29 @@ public:
       if (isOver())
         return;
       {
-        const std::lock_guard lock(mutex_);
+        const platform::MutexLock lock(mutex_);
         if (const auto next = std::ranges::min_element(waits_); next != waits_.end() && *next <= last)
           now_ = *next;
       }
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     now_ += std::chrono::hours(24);
   }
 
 private:
   void add(Time deadline) {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     waits_.push_back(deadline);
   }
   void remove(Time deadline) {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     waits_.erase(std::ranges::find(waits_, deadline));
   }
 
-  mutable std::mutex mutex_;
-  Time now_{std::chrono::hours(1)};
-  std::vector<Time> waits_; // the deadlines of those who wait
+  mutable platform::Mutex mutex_;
+  Time now_ GUARDED_BY(mutex_){std::chrono::hours(1)};
+  std::vector<Time> waits_ GUARDED_BY(mutex_); // the deadlines of those who wait
 };
 
 } // namespace tabwright::testsupport

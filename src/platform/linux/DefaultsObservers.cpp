@@ -8,18 +8,15 @@ namespace tabwright::platform {
 
 DefaultsObservation DefaultsObservers::add(const std::string& name, std::optional<DefaultsValue> value,
                                            std::function<void()> callback) {
-  const auto observer = std::make_shared<Observer>();
-  observer->name = name;
-  observer->known = std::move(value);
-  observer->callback = std::move(callback);
+  const auto observer = std::make_shared<Observer>(name, std::move(value), std::move(callback));
   {
-    const std::scoped_lock lock(mutex_);
+    const MutexLock lock(mutex_);
     std::erase_if(observers_, [](const std::weak_ptr<Observer>& entry) { return entry.expired(); });
     observers_.push_back(observer);
   }
   // A handle of its own, whose end ends the observation even while `notify` holds the observer.
   return {observer.get(), [observer](void*) {
-            const std::scoped_lock lock(observer->mutex);
+            const MutexLock lock(observer->mutex);
             observer->callback = {};
           }};
 }
@@ -27,14 +24,14 @@ DefaultsObservation DefaultsObservers::add(const std::string& name, std::optiona
 void DefaultsObservers::notify(const DefaultsReader& reader) {
   std::vector<std::shared_ptr<Observer>> observers;
   {
-    const std::scoped_lock lock(mutex_);
+    const MutexLock lock(mutex_);
     for (const std::weak_ptr<Observer>& entry : observers_) {
       if (auto observer = entry.lock())
         observers.push_back(std::move(observer));
     }
   }
   for (const std::shared_ptr<Observer>& observer : observers) {
-    const std::scoped_lock lock(observer->mutex);
+    const MutexLock lock(observer->mutex);
     std::optional<DefaultsValue> value = reader.find(observer->name);
     if (!observer->callback || value == observer->known)
       continue;

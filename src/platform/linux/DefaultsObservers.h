@@ -1,12 +1,13 @@
 #pragma once
 
+#include "platform/Mutex.h"
 #include "platform/UserDefaults.h"
 
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tabwright::platform {
@@ -23,14 +24,17 @@ public:
 
 private:
   struct Observer {
-    std::string name;
-    std::recursive_mutex mutex; ///< guards what follows; recursive, as a callback may end its own observation
-    std::optional<DefaultsValue> known;
-    std::function<void()> callback; ///< empty when the observation has ended
+    Observer(std::string ofName, std::optional<DefaultsValue> value, std::function<void()> onChange)
+        : name(std::move(ofName)), known(std::move(value)), callback(std::move(onChange)) {}
+
+    const std::string name;
+    RecursiveMutex mutex; ///< recursive, as a callback may end its own observation
+    std::optional<DefaultsValue> known GUARDED_BY(mutex);
+    std::function<void()> callback GUARDED_BY(mutex); ///< empty when the observation has ended
   };
 
-  std::mutex mutex_;
-  std::vector<std::weak_ptr<Observer>> observers_;
+  Mutex mutex_;
+  std::vector<std::weak_ptr<Observer>> observers_ GUARDED_BY(mutex_);
 };
 
 } // namespace tabwright::platform

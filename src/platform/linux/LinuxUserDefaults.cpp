@@ -8,6 +8,7 @@
 
 #include "platform/FileFailure.h"
 #include "platform/Logger.h"
+#include "platform/Mutex.h"
 #include "platform/linux/BaseDirectories.h"
 #include "platform/linux/DefaultsObservers.h"
 #include "platform/linux/PendingChanges.h"
@@ -16,7 +17,6 @@
 
 #include <cerrno>
 #include <cstddef>
-#include <mutex>
 #include <set>
 #include <string>
 #include <utility>
@@ -30,8 +30,8 @@ std::filesystem::path defaultSettingsFile() {
 struct LinuxUserDefaults::Parts {
   explicit Parts(const LinuxUserDefaultsOptions& options) : file(options.file), lockWait(options.lockWait) {}
 
-  // With `state` held: takes up what is on the disk now. What can't be read leaves the values as they are.
-  void refresh() {
+  // Takes up what is on the disk now. What can't be read leaves the values as they are.
+  void refresh() REQUIRES(state) {
     try {
       SettingsFile::SnapshotPointer loaded = file.load(snapshot);
       if (loaded != snapshot)
@@ -41,30 +41,29 @@ struct LinuxUserDefaults::Parts {
     }
   }
 
-  // With `state` held.
-  void show(SettingsFile::SnapshotPointer loaded) {
+  void show(SettingsFile::SnapshotPointer loaded) REQUIRES(state) {
     snapshot = std::move(loaded);
     shown = snapshot->document;
     pending.applyTo(shown);
   }
 
   void add(DefaultsUpdate change) {
-    const std::scoped_lock lock(state);
+    const MutexLock lock(state);
     refresh();
     applyChange(change, shown);
     if (!pending.add(std::move(change)) && !std::exchange(isLossTold, true))
       log.error("More than {} changes of the settings can't be stored: the oldest are given up", PendingChanges::limit);
   }
 
-  // With `writing` held: the pending changes on top of what is on the disk; their end; the state beneath them.
+  // The pending changes on top of what is on the disk; their end; the state beneath them.
   struct Batch {
     SettingsFile::SnapshotPointer old;
     PropertyListDocument document;
     AppliedChanges applied;
     std::size_t end = 0;
   };
-  Batch makeBatch() {
-    const std::scoped_lock lock(state);
+  Batch makeBatch() REQUIRES(writing) {
+    const MutexLock lock(state);
     Batch batch{.old = file.load(snapshot), .document = {}, .applied = {}, .end = pending.end()};
     batch.document = batch.old->document;
     batch.applied = pending.applyTo(batch.document);
@@ -73,9 +72,9 @@ struct LinuxUserDefaults::Parts {
 
   // Brings the pending changes to the disk. Doesn't throw for what the machine refuses: they stay pending then.
   void flush() {
-    const std::scoped_lock lock(writing);
+    const MutexLock lock(writing);
     {
-      const std::scoped_lock stateLock(state);
+      const MutexLock stateLock(state);
       if (pending.isEmpty()) // another flush has taken them along
         return;
     }
@@ -88,20 +87,19 @@ struct LinuxUserDefaults::Parts {
         written = file.replace(*batch.old, std::move(batch.document),
                                batch.applied.replacesOtherType ? SettingsFile::OldFile::keepAside
                                                                : SettingsFile::OldFile::replace);
-      const std::scoped_lock stateLock(state);
+      const MutexLock stateLock(state);
       pending.removeUpTo(batch.end);
       show(std::move(written));
       complaints.clear();
       isLossTold = false;
     } catch (const FileFailure& failure) {
       isLockHeldUp = failure.errorNumber() == EWOULDBLOCK;
-      const std::scoped_lock stateLock(state);
+      const MutexLock stateLock(state);
       complain(failure);
     }
   }
 
-  // With `state` held.
-  void complain(const FileFailure& failure) {
+  void complain(const FileFailure& failure) REQUIRES(state) {
     const std::string text = failure.errorDescription();
     if (complaints.insert(text).second)
       log.error("{}", text);
@@ -112,15 +110,15 @@ struct LinuxUserDefaults::Parts {
   const std::chrono::nanoseconds lockWait;
   DefaultsObservers observers;
 
-  std::mutex writing;
-  bool isLockHeldUp = false; // guarded by `writing`
+  Mutex writing;
+  bool isLockHeldUp GUARDED_BY(writing) = false;
 
-  std::mutex state; // guards what follows
-  SettingsFile::SnapshotPointer snapshot;
-  PendingChanges pending;
-  PropertyListDocument shown;       // the snapshot with the pending changes in it
-  std::set<std::string> complaints; // told since the last write that succeeded
-  bool isLossTold = false;
+  Mutex state;
+  SettingsFile::SnapshotPointer snapshot GUARDED_BY(state);
+  PendingChanges pending GUARDED_BY(state);
+  PropertyListDocument shown GUARDED_BY(state);       // the snapshot with the pending changes in it
+  std::set<std::string> complaints GUARDED_BY(state); // told since the last write that succeeded
+  bool isLossTold GUARDED_BY(state) = false;
 
   std::unique_ptr<SettingsThread> thread; // uses all of the above
 };
@@ -143,7 +141,7 @@ LinuxUserDefaults::~LinuxUserDefaults() {
 }
 
 std::optional<DefaultsValue> LinuxUserDefaults::find(const std::string& name) const {
-  const std::scoped_lock lock(parts_->state);
+  const MutexLock lock(parts_->state);
   parts_->refresh();
   return parts_->shown.find(name);
 }
@@ -165,7 +163,7 @@ DefaultsObservation LinuxUserDefaults::observe(const std::string& name, std::fun
     ensurePrivateFolder(parts_->file.path().parent_path());
     parts_->thread->follow(parts_->file.path());
   } catch (const FileFailure& failure) {
-    const std::scoped_lock lock(parts_->state);
+    const MutexLock lock(parts_->state);
     parts_->complain(failure);
   }
   return parts_->observers.add(name, find(name), std::move(callback));

@@ -30,22 +30,40 @@ const Logger& logger() {
   return log;
 }
 
+// Takes all events from the queue. True when one of them was about the file.
+bool isAboutFile(int watch, const std::string& fileName) {
+  bool isAbout = false;
+  alignas(inotify_event) std::array<char, 8192> buffer;
+  for (;;) {
+    const ssize_t length = read(watch, buffer.data(), buffer.size());
+    if (length <= 0)
+      return isAbout;
+    for (const char* place = buffer.data(); place < buffer.data() + length;) {
+      inotify_event event{};
+      std::memcpy(&event, place, sizeof event);
+      isAbout |= (event.mask & IN_Q_OVERFLOW) != 0 || (event.len > 0 && fileName == place + sizeof event);
+      place += sizeof event + event.len;
+    }
+  }
+}
+
 } // namespace
 
 SettingsThread::~SettingsThread() {
+  const MutexLock lock(mutex_);
   thread_.request_stop();
   wake();
 }
 
 void SettingsThread::requestWrite() {
-  const std::scoped_lock lock(mutex_);
+  const MutexLock lock(mutex_);
   isWriteRequested_ = true;
   ensureRunning();
   wake();
 }
 
 void SettingsThread::follow(const std::filesystem::path& file) {
-  const std::scoped_lock lock(mutex_);
+  const MutexLock lock(mutex_);
   if (watch_.isOpen())
     return;
   FileDescriptor watch(inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
@@ -85,11 +103,13 @@ void SettingsThread::run(const std::stop_token& stop) {
   while (!stop.stop_requested()) {
     int watch = -1;
     int wakeUp = -1;
+    std::string fileName;
     bool isWriteRequested = false;
     {
-      const std::scoped_lock lock(mutex_);
+      const MutexLock lock(mutex_);
       watch = watch_.number();
       wakeUp = wakeUp_.number();
+      fileName = fileName_;
       isWriteRequested = std::exchange(isWriteRequested_, false);
     }
     if (isWriteRequested && !writeTime)
@@ -111,25 +131,8 @@ void SettingsThread::run(const std::stop_token& stop) {
       std::uint64_t count = 0;
       [[maybe_unused]] const ssize_t ignored = read(wakeUp, &count, sizeof count);
     }
-    if (waits[1].revents != 0 && readEvents())
+    if (waits[1].revents != 0 && isAboutFile(watch, fileName))
       work_.fileChanged();
-  }
-}
-
-// True when one of the events, all of which are taken, was about the file.
-bool SettingsThread::readEvents() const {
-  bool isAboutFile = false;
-  alignas(inotify_event) std::array<char, 8192> buffer;
-  for (;;) {
-    const ssize_t length = read(watch_.number(), buffer.data(), buffer.size());
-    if (length <= 0)
-      return isAboutFile;
-    for (const char* place = buffer.data(); place < buffer.data() + length;) {
-      inotify_event event{};
-      std::memcpy(&event, place, sizeof event);
-      isAboutFile |= (event.mask & IN_Q_OVERFLOW) != 0 || (event.len > 0 && fileName_ == place + sizeof event);
-      place += sizeof event + event.len;
-    }
   }
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "platform/Mutex.h"
 #include "platform/linux/FileDescriptor.h"
 
 #include <filesystem>
 #include <functional>
-#include <mutex>
 #include <stop_token>
 #include <string>
 #include <thread>
@@ -32,18 +32,17 @@ public:
   void follow(const std::filesystem::path& file);
 
 private:
-  void ensureRunning();
+  void ensureRunning() REQUIRES(mutex_);
   void run(const std::stop_token& stop);
-  void wake() const;
-  [[nodiscard]] bool readEvents() const;
+  void wake() const REQUIRES(mutex_);
 
   Work work_;
-  std::mutex mutex_; ///< guards what follows, which the thread only reads
-  FileDescriptor wakeUp_;
-  FileDescriptor watch_;
-  std::string fileName_;
-  bool isWriteRequested_ = false;
-  std::jthread thread_;
+  Mutex mutex_;
+  FileDescriptor wakeUp_ GUARDED_BY(mutex_);
+  FileDescriptor watch_ GUARDED_BY(mutex_);
+  std::string fileName_ GUARDED_BY(mutex_);
+  bool isWriteRequested_ GUARDED_BY(mutex_) = false;
+  std::jthread thread_ GUARDED_BY(mutex_);
 };
 
 } // namespace tabwright::platform

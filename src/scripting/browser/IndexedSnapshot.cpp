@@ -34,18 +34,18 @@ std::optional<TabPosition> IndexedSnapshot::findTab(TabID id) const {
 std::shared_ptr<const IndexedSnapshot> SnapshotCache::take(BrowserDriver& driver, const CallLimits& limits) {
   std::shared_ptr<const BrowserSnapshot> snapshot = driver.snapshot(limits);
   {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     if (last_ && last_->snapshot() == snapshot)
       return last_;
   }
   auto indexed = std::make_shared<const IndexedSnapshot>(std::move(snapshot));
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   last_ = indexed;
   return indexed;
 }
 
 std::shared_ptr<const IndexedSnapshot> SnapshotCache::last() const {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   return last_;
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "applescript/values/Value.h"
+#include "platform/Mutex.h"
 #include "scripting/driver/BrowserDriver.h"
 
 #include <cstddef>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <unordered_map>
 #include <vector>
@@ -50,8 +50,8 @@ public:
   [[nodiscard]] std::shared_ptr<const IndexedSnapshot> last() const;
 
 private:
-  mutable std::mutex mutex_;
-  std::shared_ptr<const IndexedSnapshot> last_;
+  mutable platform::Mutex mutex_;
+  std::shared_ptr<const IndexedSnapshot> last_ GUARDED_BY(mutex_);
 };
 
 } // namespace tabwright::scripting

@@ -2,11 +2,11 @@
 
 #include "devtools/DevToolsFault.h"
 #include "platform/CallLimits.h"
+#include "platform/Mutex.h"
 
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
-#include <mutex>
 
 namespace tabwright::scripting {
 
@@ -15,7 +15,7 @@ class ChangeCount {
 public:
   void add() {
     {
-      const std::lock_guard lock(mutex_);
+      const platform::MutexLock lock(mutex_);
       count_.fetch_add(1);
     }
     added_.notify_all();
@@ -24,7 +24,7 @@ public:
 
   /// Waits until the count is another than it was. Throws DevToolsFailure: timedOut (naming `what`), stopped.
   void awaitOther(std::uint64_t before, const char* what, const platform::CallLimits& limits) {
-    std::unique_lock lock(mutex_);
+    platform::MutexLock lock(mutex_);
     if (limits.wait(added_, lock, [&] { return count_.load() != before; }))
       return;
     if (limits.stop.stop_requested())
@@ -33,7 +33,7 @@ public:
   }
 
 private:
-  std::mutex mutex_;
+  platform::Mutex mutex_;
   std::condition_variable_any added_;
   std::atomic<std::uint64_t> count_ = 0;
 };

@@ -81,7 +81,7 @@ DevToolsDriver::~DevToolsDriver() = default;
 // ---------------------------------------------------------------------------------------------------------- the link
 
 std::shared_ptr<BrowserLink> DevToolsDriver::currentLink() {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   if (link_ && !link_->isOpen())
     link_.reset();
   return link_;
@@ -90,7 +90,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::currentLink() {
 /// Whether a call comes after a pause. The calls of one run stay with one browser, but between runs the user may have
 /// gone on to another.
 bool DevToolsDriver::beginsAnew() {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   const auto now = std::chrono::steady_clock::now();
   return now - std::exchange(called_, now) >= parts_.pauseBetweenRuns;
 }
@@ -113,7 +113,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::requireLink(const CallLimits& callL
     log.error("Which browser is meant can't be told, so the last one counts: {}", failure.errorDescription());
     return present;
   }
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   link_ = link;
   return link;
 }

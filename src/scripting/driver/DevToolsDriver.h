@@ -4,6 +4,7 @@
 #include "devtools/Discovery.h"
 #include "devtools/Waiting.h"
 #include "platform/BrowserTable.h"
+#include "platform/Mutex.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/driver/BrowserDriver.h"
 #include "scripting/driver/Lookahead.h"
@@ -12,7 +13,6 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 namespace tabwright::scripting {
@@ -66,9 +66,9 @@ private:
   const platform::BrowserFacts& facts_;
   const DevToolsDriverParts parts_;
   devtools::Turn connecting_;
-  std::mutex mutex_;
-  std::shared_ptr<BrowserLink> link_;
-  std::chrono::steady_clock::time_point called_; // the last call's begin
+  platform::Mutex mutex_;
+  std::shared_ptr<BrowserLink> link_ GUARDED_BY(mutex_);
+  std::chrono::steady_clock::time_point called_ GUARDED_BY(mutex_); // the last call's begin
 };
 
 } // namespace tabwright::scripting

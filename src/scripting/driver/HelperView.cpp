@@ -181,7 +181,7 @@ HelperView::HelperView(std::unique_ptr<HelperWorker> worker, std::string version
 ViewedBrowser HelperView::look(const Extent& extent, const CallLimits& limits) {
   std::optional<Seen> seen;
   if (!extent.isWhole) {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     seen = seen_;
   }
   if (seen) {
@@ -200,7 +200,7 @@ ViewedBrowser HelperView::look(const Extent& extent, const CallLimits& limits) {
 
 ViewedBrowser HelperView::keep(const boost::json::value& answer, ViewedBrowser viewed) {
   Seen seen{textAt(answer.as_object(), "instance"), answer.at("changes").to_number<std::int64_t>(), viewed};
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   // Of two looks at once the one that saw less may come last.
   if (!seen_ || seen_->instance != seen.instance || seen_->changes <= seen.changes)
     seen_ = std::move(seen);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Mutex.h"
 #include "scripting/driver/BrowserView.h"
 #include "scripting/driver/HelperWorker.h"
 
@@ -7,7 +8,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 
@@ -44,8 +44,8 @@ private:
 
   std::unique_ptr<HelperWorker> worker_;
   const std::string version_;
-  std::mutex mutex_; ///< guards what follows
-  std::optional<Seen> seen_;
+  platform::Mutex mutex_;
+  std::optional<Seen> seen_ GUARDED_BY(mutex_);
 };
 
 } // namespace tabwright::scripting

@@ -122,7 +122,7 @@ boost::json::value HelperWorker::perform(std::string_view command, const boost::
       const bool isStarting = evaluation.exception && evaluation.exception->find("not defined") != std::string::npos;
       if (!isStarting || attempt >= 3)
         break;
-      const std::lock_guard lock(mutex_);
+      const platform::MutexLock lock(mutex_);
       session_.reset();
     } catch (const DevToolsFailure& failure) {
       if (failure.kind() != DevToolsFault::targetGone)
@@ -155,7 +155,7 @@ std::shared_ptr<Session> HelperWorker::requireSession(const platform::CallLimits
   const platform::CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
   const devtools::Turn::Holder holder = turn_.take("the helper is being prepared", limits);
   {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     if (session_ && session_->isAttached())
       return session_;
   }
@@ -164,7 +164,7 @@ std::shared_ptr<Session> HelperWorker::requireSession(const platform::CallLimits
     session = wakeOrLoad(limits);
   session->bind("tabwrightChanged", [onChange = onChange_](const std::string&) { onChange(); });
   onChange_(); // what was seen before is of unknown age
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   session_ = session;
   return session;
 }

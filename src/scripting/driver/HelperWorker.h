@@ -2,6 +2,7 @@
 
 #include "devtools/Session.h"
 #include "devtools/Waiting.h"
+#include "platform/Mutex.h"
 
 #include <boost/json/object.hpp>
 #include <boost/json/value.hpp>
@@ -9,7 +10,6 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 
 namespace tabwright::scripting {
@@ -58,8 +58,8 @@ private:
   const std::string version_;
   const std::function<void()> onChange_;
   devtools::Turn turn_;
-  std::mutex mutex_;
-  std::shared_ptr<devtools::Session> session_;
+  platform::Mutex mutex_;
+  std::shared_ptr<devtools::Session> session_ GUARDED_BY(mutex_);
 };
 
 } // namespace tabwright::scripting

@@ -24,7 +24,7 @@ Lookahead::Lookahead(std::function<void(const std::stop_token&)> look, std::chro
     : look_(std::move(look)), usefulFor_(usefulFor), thread_([this](const std::stop_token& stop) { run(stop); }) {}
 
 void Lookahead::used() {
-  const std::lock_guard lock(signal_->mutex);
+  const platform::MutexLock lock(signal_->mutex);
   signal_->used = std::chrono::steady_clock::now();
 }
 
@@ -34,7 +34,7 @@ std::function<void()> Lookahead::staleSignal() const {
 
 void Lookahead::raise(Signal& signal) {
   {
-    const std::lock_guard lock(signal.mutex);
+    const platform::MutexLock lock(signal.mutex);
     signal.isStale = true;
   }
   signal.raised.notify_one();
@@ -43,9 +43,9 @@ void Lookahead::raise(Signal& signal) {
 /// Waits until a look is due; false when it is time to end.
 bool Lookahead::awaitDue(const std::stop_token& stop, Time notBefore) const {
   Signal& signal = *signal_;
-  std::unique_lock lock(signal.mutex);
+  platform::MutexLock lock(signal.mutex);
   for (;;) {
-    if (!signal.raised.wait(lock, stop, [&] { return signal.isStale; }))
+    if (!signal.raised.wait(lock, stop, [&]() REQUIRES(signal.mutex) { return signal.isStale; }))
       return false;
     const Time due = std::max(std::chrono::steady_clock::now() + moment, notBefore);
     signal.raised.wait_until(lock, stop, due, [] { return false; });

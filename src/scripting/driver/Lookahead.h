@@ -1,10 +1,11 @@
 #pragma once
 
+#include "platform/Mutex.h"
+
 #include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <stop_token>
 #include <thread>
@@ -41,10 +42,10 @@ private:
 
   /// What the thread waits for.
   struct Signal {
-    std::mutex mutex;
+    platform::Mutex mutex;
     std::condition_variable_any raised;
-    bool isStale = false;
-    std::optional<Time> used;
+    bool isStale GUARDED_BY(mutex) = false;
+    std::optional<Time> used GUARDED_BY(mutex);
   };
 
   static void raise(Signal& signal);

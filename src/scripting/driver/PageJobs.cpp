@@ -87,21 +87,21 @@ platform::Notice notBegun(const std::string& exception) {
 
 void PageJobResults::keep(PageJob job, boost::json::value answer) {
   job.code.clear();
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   kept_.push_back({std::move(job), std::move(answer)});
   if (kept_.size() > mostKept)
     kept_.pop_front();
 }
 
 void PageJobResults::defer(PageJob job) {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   deferred_.push_back(std::move(job));
   if (deferred_.size() > mostKept)
     deferred_.pop_front();
 }
 
 std::optional<PageJob> PageJobResults::takeDeferred(std::string_view javascript) {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   const auto found = std::ranges::find_if(
       deferred_, [&](const PageJob& job) { return javascript == fmt::format("window.{}{}", job.result, ifAbsent); });
   if (found == deferred_.end())
@@ -112,7 +112,7 @@ std::optional<PageJob> PageJobResults::takeDeferred(std::string_view javascript)
 }
 
 std::optional<boost::json::value> PageJobResults::answer(std::string_view javascript) {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   for (const PageJob& job : deferred_) {
     if (javascript == fmt::format("'' + window.{}", job.canary))
       return boost::json::value("alive");

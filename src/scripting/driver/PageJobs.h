@@ -1,11 +1,11 @@
 #pragma once
 
 #include "platform/Failure.h"
+#include "platform/Mutex.h"
 
 #include <boost/json/value.hpp>
 
 #include <list>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -67,9 +67,9 @@ private:
     boost::json::value answer;
   };
 
-  std::mutex mutex_;
-  std::list<PageJob> deferred_;
-  std::list<Kept> kept_; // oldest first; programs that were stopped never ask
+  platform::Mutex mutex_;
+  std::list<PageJob> deferred_ GUARDED_BY(mutex_);
+  std::list<Kept> kept_ GUARDED_BY(mutex_); // oldest first; programs that were stopped never ask
 };
 
 } // namespace tabwright::scripting

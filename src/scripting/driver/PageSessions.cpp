@@ -7,7 +7,7 @@ namespace tabwright::scripting {
 std::shared_ptr<devtools::Session> PageSessions::require(const std::string& targetID,
                                                          const platform::CallLimits& limits) {
   {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     std::erase_if(sessions_, [](const auto& entry) { return !entry.second->isAttached(); });
     const auto found = sessions_.find(targetID);
     if (found != sessions_.end())
@@ -16,13 +16,13 @@ std::shared_ptr<devtools::Session> PageSessions::require(const std::string& targ
   // Two threads may attach at once; that does no harm, and neither waits for the other's page.
   std::shared_ptr<devtools::Session> session =
       devtools::Session::attach(connection_, targetID, devtools::Session::Kind::page, limits);
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   sessions_[targetID] = session;
   return session;
 }
 
 std::unordered_map<std::string, std::string> PageSessions::destinations() {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   std::unordered_map<std::string, std::string> found;
   for (const auto& [target, session] : sessions_) {
     if (const std::optional<std::string> address = session->destination())

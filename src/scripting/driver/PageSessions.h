@@ -1,9 +1,9 @@
 #pragma once
 
 #include "devtools/Session.h"
+#include "platform/Mutex.h"
 
 #include <memory>
-#include <mutex>
 #include <string>
 #include <unordered_map>
 
@@ -23,8 +23,8 @@ public:
 
 private:
   std::shared_ptr<devtools::Connection> connection_;
-  std::mutex mutex_;
-  std::unordered_map<std::string, std::shared_ptr<devtools::Session>> sessions_;
+  platform::Mutex mutex_;
+  std::unordered_map<std::string, std::shared_ptr<devtools::Session>> sessions_ GUARDED_BY(mutex_);
 };
 
 } // namespace tabwright::scripting

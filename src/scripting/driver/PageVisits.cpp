@@ -24,7 +24,7 @@ bool isSameRun(const std::stop_token& left, const std::stop_token& right) {
 
 void PageVisits::note(const std::shared_ptr<Session>& page, const std::stop_token& run) {
   const std::uint64_t departures = page->departures();
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   std::erase_if(visits_, [&](const Visit& visit) {
     const std::shared_ptr<Session> other = visit.page.lock();
     return !other || other == page;
@@ -35,7 +35,7 @@ void PageVisits::note(const std::shared_ptr<Session>& page, const std::stop_toke
 bool PageVisits::settle(Session& page, const platform::CallLimits& limits) {
   bool isOwn = false;
   {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     isOwn = std::ranges::any_of(visits_, [&](const Visit& visit) {
       return isSameRun(visit.run, limits.stop) && visit.page.lock().get() == &page;
     });
@@ -51,14 +51,14 @@ bool PageVisits::isGivenUp(TabID tab, const std::stop_token& run) const {
 }
 
 platform::CallLimits PageVisits::patienceWith(TabID tab, const platform::CallLimits& limits) {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   const std::chrono::milliseconds patience =
       isGivenUp(tab, limits.stop) ? patienceAfterGivingUp : std::chrono::milliseconds(longestPatience);
   return limits.within(patience);
 }
 
 bool PageVisits::giveUp(TabID tab, const std::stop_token& run) {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   if (isGivenUp(tab, run))
     return false;
   givenUp_.push_back({tab, run});
@@ -70,7 +70,7 @@ bool PageVisits::giveUp(TabID tab, const std::stop_token& run) {
 bool PageVisits::settleOthers(const platform::CallLimits& limits) {
   std::vector<Visit> others;
   {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     if (visits_.empty())
       return false;
     std::vector<Visit> own;

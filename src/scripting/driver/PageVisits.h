@@ -1,13 +1,13 @@
 #pragma once
 
 #include "devtools/Session.h"
+#include "platform/Mutex.h"
 #include "scripting/driver/BrowserDriver.h"
 
 #include <chrono>
 #include <cstdint>
 #include <list>
 #include <memory>
-#include <mutex>
 #include <stop_token>
 #include <vector>
 
@@ -50,11 +50,11 @@ private:
     std::stop_token run;
   };
 
-  [[nodiscard]] bool isGivenUp(TabID tab, const std::stop_token& run) const;
+  [[nodiscard]] bool isGivenUp(TabID tab, const std::stop_token& run) const REQUIRES(mutex_);
 
-  std::mutex mutex_;
-  std::vector<Visit> visits_;  // at most one to each page, the last
-  std::list<GivenUp> givenUp_; // the latest last; few, since runs end
+  platform::Mutex mutex_;
+  std::vector<Visit> visits_ GUARDED_BY(mutex_);  // at most one to each page, the last
+  std::list<GivenUp> givenUp_ GUARDED_BY(mutex_); // the latest last; few, since runs end
 };
 
 } // namespace tabwright::scripting

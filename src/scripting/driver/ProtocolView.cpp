@@ -64,7 +64,7 @@ TabID ProtocolView::tabOf(const std::string& target) {
 std::vector<ProtocolView::Page> ProtocolView::listPages(const CallLimits& limits) {
   const boost::json::object reply = connection_->call("Target.getTargets", {}, {}, limits);
   std::vector<Page> pages;
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   for (const boost::json::value& info : reply.at("targetInfos").as_array()) {
     const boost::json::object& fields = info.as_object();
     if (textOf(fields, "type") != "page" || textOf(fields, "url").starts_with("devtools:"))
@@ -79,7 +79,9 @@ std::vector<ProtocolView::Page> ProtocolView::listPages(const CallLimits& limits
   std::erase_if(seen_, [&](const std::string& target) {
     return std::ranges::none_of(pages, [&](const Page& page) { return page.target == target; });
   });
-  std::ranges::sort(pages, {}, [&](const Page& page) { return std::ranges::find(seen_, page.target) - seen_.begin(); });
+  std::ranges::sort(pages, {}, [&](const Page& page) REQUIRES(mutex_) {
+    return std::ranges::find(seen_, page.target) - seen_.begin();
+  });
   return pages;
 }
 
@@ -121,7 +123,7 @@ ViewedBrowser ProtocolView::look(const Extent& /*always the whole*/, const CallL
       window->activeTabIndex = window->tabs.size();
   }
 
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   for (WindowState& window : snapshot->windows) {
     window.activeTabIndex = std::max<std::size_t>(window.activeTabIndex, 1); // a minimised window shows none
     window.title = window.tabs[window.activeTabIndex - 1].title;
@@ -130,14 +132,15 @@ ViewedBrowser ProtocolView::look(const Extent& /*always the whole*/, const CallL
     if (std::ranges::find(order_, window.id) == order_.end())
       order_.push_back(window.id);
   }
-  std::ranges::sort(snapshot->windows, {},
-                    [&](const WindowState& window) { return std::ranges::find(order_, window.id) - order_.begin(); });
+  std::ranges::sort(snapshot->windows, {}, [&](const WindowState& window) REQUIRES(mutex_) {
+    return std::ranges::find(order_, window.id) - order_.begin();
+  });
   viewed.snapshot = snapshot;
   return viewed;
 }
 
 void ProtocolView::toFront(WindowID window) {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   std::erase(order_, window);
   order_.insert(order_.begin(), window);
 }
@@ -172,7 +175,7 @@ TabID ProtocolView::carryOut(const MakeTab& command, const CallLimits& limits) {
   carryOut(RaiseWindow{command.window}, limits);
   const boost::json::object reply = connection_->call(
       "Target.createTarget", {{"url", command.url.empty() ? "chrome://newtab/" : command.url}}, {}, limits);
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   return tabOf(textOf(reply, "targetId"));
 }
 
@@ -221,7 +224,7 @@ void ProtocolView::carryOut(const RaiseWindow& command, const CallLimits& limits
 
 void ProtocolView::carryOut(const SetGivenName& command, const CallLimits& limits) {
   activeTarget(command.window, limits); // throws for a window that isn't there
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   names_[command.window] = command.name;
 }
 

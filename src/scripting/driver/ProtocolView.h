@@ -1,10 +1,10 @@
 #pragma once
 
+#include "platform/Mutex.h"
 #include "scripting/driver/BrowserView.h"
 #include "scripting/driver/PageSessions.h"
 
 #include <memory>
-#include <mutex>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -43,7 +43,7 @@ private:
     TabID tab = 0;
   };
   std::vector<Page> listPages(const CallLimits& limits);
-  TabID tabOf(const std::string& target);
+  TabID tabOf(const std::string& target) REQUIRES(mutex_);
   std::string requireTarget(TabID tab, const CallLimits& limits);
   std::string activeTarget(WindowID window, const CallLimits& limits);
   void closeTarget(const std::string& target, const CallLimits& limits);
@@ -53,12 +53,12 @@ private:
   PageSessions& pages_;
   const std::string version_;
 
-  std::mutex mutex_;                             // guards what follows
-  std::vector<std::string> seen_;                // targets, the first seen first
-  std::unordered_map<std::string, TabID> tabs_;  // target -> tab
-  std::unordered_map<TabID, std::string> taken_; // tab -> target
-  std::vector<WindowID> order_;                  // windows, front first
-  std::unordered_map<WindowID, std::string> names_;
+  platform::Mutex mutex_;
+  std::vector<std::string> seen_ GUARDED_BY(mutex_);                // targets, the first seen first
+  std::unordered_map<std::string, TabID> tabs_ GUARDED_BY(mutex_);  // target -> tab
+  std::unordered_map<TabID, std::string> taken_ GUARDED_BY(mutex_); // tab -> target
+  std::vector<WindowID> order_ GUARDED_BY(mutex_);                  // windows, front first
+  std::unordered_map<WindowID, std::string> names_ GUARDED_BY(mutex_);
 };
 
 } // namespace tabwright::scripting

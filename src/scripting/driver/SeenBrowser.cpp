@@ -33,14 +33,14 @@ bool SeenBrowser::isHeldFor(const std::stop_token& run) const {
 std::shared_ptr<const BrowserSnapshot> SeenBrowser::upToDate(const CallLimits& limits) {
   std::uint64_t asked = 0;
   {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     if (isHeld() || isHeldFor(limits.stop))
       return viewed_.snapshot;
     asked = looksBegun_;
   }
   const devtools::Turn::Holder turn = looking_.take("the browser is being looked at", limits);
   {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     if (isHeld() || viewedBy_ > asked)
       return viewed_.snapshot;
   }
@@ -54,7 +54,7 @@ void SeenBrowser::lookAhead(const std::stop_token& stop) {
 }
 
 void SeenBrowser::noteCommand(std::optional<TabID> tab) {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   std::erase_if(unseen_, [&](const Command& command) { return command.tab == tab; });
   unseen_.push_back({++commandsEnded_, tab});
 }
@@ -63,7 +63,7 @@ ViewedBrowser SeenBrowser::look(BrowserView::Extent extent, const CallLimits& li
   std::uint64_t number = 0;
   std::uint64_t commands = 0;
   {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     number = ++looksBegun_;
     commands = commandsEnded_;
     for (const Command& command : unseen_) {
@@ -77,7 +77,7 @@ ViewedBrowser SeenBrowser::look(BrowserView::Extent extent, const CallLimits& li
   const bool mayHold = view_->reportsChanges() && disturbances_.load() == 0;
   ViewedBrowser viewed = view_->look(extent, limits);
   addDestinations(viewed);
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   std::erase_if(unseen_, [&](const Command& command) { return command.number <= commands; });
   if (number < viewedBy_) // a later look was faster
     return viewed;
@@ -110,14 +110,14 @@ void SeenBrowser::addDestinations(ViewedBrowser& viewed) {
 }
 
 std::optional<std::string> SeenBrowser::findTarget(TabID tab) {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   const auto found = viewed_.targets.find(tab);
   return found != viewed_.targets.end() ? std::optional(found->second) : std::nullopt;
 }
 
 void SeenBrowser::awaitFirstPage(TabID tab, const CallLimits& limits) {
   const auto isOpening = [&] {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     return viewed_.opening.contains(tab);
   };
   while (isOpening()) {
@@ -129,12 +129,12 @@ void SeenBrowser::awaitFirstPage(TabID tab, const CallLimits& limits) {
 }
 
 std::optional<std::uint64_t> SeenBrowser::heldAt() {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   return isHeld() ? viewedAt_ : std::nullopt;
 }
 
 void SeenBrowser::noteJobDone(const std::stop_token& run, std::uint64_t heldAt) {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   jobDone_ = {run, heldAt + 1};
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "devtools/Waiting.h"
+#include "platform/Mutex.h"
 #include "scripting/driver/BrowserView.h"
 #include "scripting/driver/ChangeCount.h"
 #include "scripting/driver/Lookahead.h"
@@ -10,7 +11,6 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -79,8 +79,10 @@ private:
   void lookAhead(const std::stop_token& stop);
   void noteCommand(std::optional<TabID> tab);
   void addDestinations(ViewedBrowser& viewed);
-  [[nodiscard]] bool isHeld() const { return viewedAt_ == changes_->load() && disturbances_.load() == 0; }
-  [[nodiscard]] bool isHeldFor(const std::stop_token& run) const;
+  [[nodiscard]] bool isHeld() const REQUIRES(mutex_) {
+    return viewedAt_ == changes_->load() && disturbances_.load() == 0;
+  }
+  [[nodiscard]] bool isHeldFor(const std::stop_token& run) const REQUIRES(mutex_);
 
   PageSessions& pages_;
   const std::shared_ptr<ChangeCount> changes_ = std::make_shared<ChangeCount>();
@@ -88,22 +90,23 @@ private:
   std::unique_ptr<BrowserView> view_;
 
   devtools::Turn looking_;
-  std::mutex mutex_; // guards what follows, but not the lookahead
-  ViewedBrowser viewed_;
-  std::uint64_t looksBegun_ = 0;
-  std::uint64_t viewedBy_ = 0;            // the number of the look that viewed_ is from
-  std::optional<std::uint64_t> viewedAt_; // the count of changes that viewed_ holds for
+  platform::Mutex mutex_;
+  ViewedBrowser viewed_ GUARDED_BY(mutex_);
+  std::uint64_t looksBegun_ GUARDED_BY(mutex_) = 0;
+  std::uint64_t viewedBy_ GUARDED_BY(mutex_) = 0;            // the number of the look that viewed_ is from
+  std::optional<std::uint64_t> viewedAt_ GUARDED_BY(mutex_); // the count of changes that viewed_ holds for
   struct Command {
     std::uint64_t number;
     std::optional<TabID> tab; // nothing for one that may have changed anything
   };
-  std::uint64_t commandsEnded_ = 0;
-  std::vector<Command> unseen_; // commands that have ended since the last look began, the last one to each tab
+  std::uint64_t commandsEnded_ GUARDED_BY(mutex_) = 0;
+  std::vector<Command>
+      unseen_ GUARDED_BY(mutex_); // commands that have ended since the last look began, the last one to each tab
   struct JobDone {
     std::stop_token run;
     std::uint64_t changes; // the count of changes with that of the job itself
   };
-  std::optional<JobDone> jobDone_; // the last page job on a browser whose snapshot was held
+  std::optional<JobDone> jobDone_ GUARDED_BY(mutex_); // the last page job on a browser whose snapshot was held
 
   std::unique_ptr<Lookahead> lookahead_; // null without; the last member: its thread ends before what it uses
 };

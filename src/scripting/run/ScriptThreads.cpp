@@ -25,7 +25,7 @@ ScriptThreads::ScriptThreads(std::size_t mostThreads) : mostThreads_(std::max<st
 
 ScriptThreads::~ScriptThreads() {
   {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     isClosing_ = true;
     for (const auto& job : queue_)
       job->stop.request_stop();
@@ -44,7 +44,7 @@ std::shared_ptr<ScriptThreads::Job> ScriptThreads::prepare(Work work) {
 }
 
 void ScriptThreads::start(const std::shared_ptr<Job>& job) {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   joinEnded();
   if (idle_ <= queue_.size() && threads_.size() < mostThreads_)
     addThread();
@@ -55,7 +55,7 @@ void ScriptThreads::start(const std::shared_ptr<Job>& job) {
 void ScriptThreads::cancel(const std::shared_ptr<Job>& job) {
   job->stop.request_stop();
   {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     const auto waiting = std::ranges::find(queue_, job);
     if (waiting == queue_.end())
       return;
@@ -89,7 +89,7 @@ void* ScriptThreads::threadMain(void* threads) {
 }
 
 void ScriptThreads::serve() {
-  std::unique_lock lock(mutex_);
+  platform::MutexLock lock(mutex_);
   for (;;) {
     if (queue_.empty() && idle_ >= mostIdle && !isClosing_) {
       joinEnded(); // so that at most one keeps its stack
@@ -98,7 +98,7 @@ void ScriptThreads::serve() {
       return;
     }
     ++idle_;
-    wake_.wait(lock, [&] { return isClosing_ || !queue_.empty(); });
+    wake_.wait(lock, [this]() REQUIRES(mutex_) { return isClosing_ || !queue_.empty(); });
     --idle_;
     if (queue_.empty())
       return;

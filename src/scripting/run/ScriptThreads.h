@@ -1,11 +1,12 @@
 #pragma once
 
+#include "platform/Mutex.h"
+
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <pthread.h>
 #include <stop_token>
 #include <vector>
@@ -41,18 +42,18 @@ public:
 private:
   static void* threadMain(void* threads);
   void serve();
-  void addThread();
-  void joinEnded();
+  void addThread() REQUIRES(mutex_);
+  void joinEnded() REQUIRES(mutex_);
 
   const std::size_t mostThreads_;
-  std::mutex mutex_;
-  std::condition_variable wake_;
-  std::deque<std::shared_ptr<Job>> queue_;
-  std::vector<std::shared_ptr<Job>> running_;
-  std::vector<pthread_t> threads_; ///< that serve
-  std::vector<pthread_t> ended_;   ///< that have left, or are about to return
-  std::size_t idle_ = 0;
-  bool isClosing_ = false;
+  platform::Mutex mutex_;
+  std::condition_variable_any wake_;
+  std::deque<std::shared_ptr<Job>> queue_ GUARDED_BY(mutex_);
+  std::vector<std::shared_ptr<Job>> running_ GUARDED_BY(mutex_);
+  std::vector<pthread_t> threads_ GUARDED_BY(mutex_); ///< that serve
+  std::vector<pthread_t> ended_ GUARDED_BY(mutex_);   ///< that have left, or are about to return
+  std::size_t idle_ GUARDED_BY(mutex_) = 0;
+  bool isClosing_ GUARDED_BY(mutex_) = false;
 };
 
 } // namespace tabwright::scripting

@@ -14,7 +14,7 @@ LinuxDesktop::LinuxDesktop(platform::RunningBrowsers browsers, std::string displ
     : browsers_(std::move(browsers)), display_(std::move(display)) {}
 
 WindowSystem* LinuxDesktop::windowSystem() {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   if (!windowSystem_ && (!display_.empty() || std::getenv("DISPLAY") != nullptr))
     windowSystem_ = WindowSystem::connect(display_);
   return windowSystem_.get();

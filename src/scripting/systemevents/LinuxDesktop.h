@@ -1,11 +1,11 @@
 #pragma once
 
+#include "platform/Mutex.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/systemevents/Desktop.h"
 #include "scripting/systemevents/WindowSystem.h"
 
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -40,8 +40,8 @@ private:
 
   const platform::RunningBrowsers browsers_;
   const std::string display_;
-  std::mutex mutex_;
-  std::unique_ptr<WindowSystem> windowSystem_;
+  platform::Mutex mutex_;
+  std::unique_ptr<WindowSystem> windowSystem_ GUARDED_BY(mutex_);
 };
 
 } // namespace tabwright::scripting

@@ -3,6 +3,7 @@
 // Without a window manager, what it would keep is kept here: which windows are hidden.
 #include "scripting/systemevents/WindowSystem.h"
 
+#include "platform/Mutex.h"
 #include "scripting/systemevents/ClientProcesses.h"
 
 #include <algorithm>
@@ -10,7 +11,6 @@
 #include <cstdlib>
 #include <functional>
 #include <initializer_list>
-#include <mutex>
 #include <optional>
 #include <poll.h>
 #include <utility>
@@ -43,8 +43,8 @@ struct WindowSystem::Connection {
   int screen = 0;
   xcb_window_t root = 0;
   xcb_atom_t changeState = XCB_ATOM_NONE;
-  std::vector<xcb_window_t> hiddenByUs; // without a window manager
-  std::mutex mutex;
+  std::vector<xcb_window_t> hiddenByUs GUARDED_BY(mutex); // without a window manager
+  platform::Mutex mutex;
 
   ~Connection() {
     if (hasAtoms)
@@ -68,7 +68,7 @@ struct WindowSystem::Connection {
   }
 
   /// Children of the root, top first, then those that we have hidden.
-  std::vector<xcb_window_t> unmanagedWindows() {
+  std::vector<xcb_window_t> unmanagedWindows() REQUIRES(mutex) {
     const ReplyPointer<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(xcb, xcb_query_tree(xcb, root), nullptr));
     if (!tree)
       return {};
@@ -119,7 +119,7 @@ struct WindowSystem::Connection {
     return XCB_WINDOW_NONE;
   }
 
-  std::vector<ClientWindow> windows() {
+  std::vector<ClientWindow> windows() REQUIRES(mutex) {
     const auto managed = managedWindows();
     const std::vector<xcb_window_t> ids = managed ? *managed : unmanagedWindows();
     struct Cookies {
@@ -219,13 +219,13 @@ struct WindowSystem::Connection {
   }
 
   /// Whether the keyboard has a place, or there is none for it.
-  bool isSettled() {
+  bool isSettled() REQUIRES(mutex) {
     const std::vector<ClientWindow> now = windows();
     return std::ranges::none_of(now, &ClientWindow::isShown) || std::ranges::any_of(now, &ClientWindow::isActive);
   }
 
   /// Whether all of these are open, or all hidden and without the keyboard.
-  bool allShown(const std::vector<std::uint32_t>& ids, bool shown) {
+  bool allShown(const std::vector<std::uint32_t>& ids, bool shown) REQUIRES(mutex) {
     const std::vector<ClientWindow> now = windows();
     return std::ranges::all_of(ids, [&](std::uint32_t id) {
       const auto window = std::ranges::find(now, id, &ClientWindow::id);
@@ -259,12 +259,12 @@ std::unique_ptr<WindowSystem> WindowSystem::connect(const std::string& display) 
 }
 
 std::vector<ClientWindow> WindowSystem::windows() {
-  const std::lock_guard lock(connection_->mutex);
+  const platform::MutexLock lock(connection_->mutex);
   return connection_->windows();
 }
 
 void WindowSystem::activate(std::uint32_t window) {
-  const std::lock_guard lock(connection_->mutex);
+  const platform::MutexLock lock(connection_->mutex);
   const bool isManaged = connection_->managedWindows().has_value();
   if (isManaged) {
     xcb_ewmh_request_change_active_window(&connection_->ewmh, connection_->screen, window,
@@ -280,7 +280,7 @@ void WindowSystem::activate(std::uint32_t window) {
 }
 
 void WindowSystem::iconify(const std::vector<std::uint32_t>& windows) {
-  const std::lock_guard lock(connection_->mutex);
+  const platform::MutexLock lock(connection_->mutex);
   const bool isManaged = connection_->managedWindows().has_value();
   // Back ones first, lest one of the same application becomes active in between.
   for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
@@ -292,17 +292,17 @@ void WindowSystem::iconify(const std::vector<std::uint32_t>& windows) {
     }
   }
   xcb_flush(connection_->xcb);
-  connection_->await(patience, [&] { return connection_->allShown(windows, false); });
+  connection_->await(patience, [&]() REQUIRES(connection_->mutex) { return connection_->allShown(windows, false); });
   if (isManaged)
-    connection_->await(activationGap, [&] { return connection_->isSettled(); });
+    connection_->await(activationGap, [&]() REQUIRES(connection_->mutex) { return connection_->isSettled(); });
 }
 
 void WindowSystem::open(const std::vector<std::uint32_t>& windows) {
-  const std::lock_guard lock(connection_->mutex);
+  const platform::MutexLock lock(connection_->mutex);
   for (auto window = windows.rbegin(); window != windows.rend(); ++window)
     xcb_map_window(connection_->xcb, *window);
   xcb_flush(connection_->xcb);
-  connection_->await(patience, [&] { return connection_->allShown(windows, true); });
+  connection_->await(patience, [&]() REQUIRES(connection_->mutex) { return connection_->allShown(windows, true); });
 }
 
 } // namespace tabwright::scripting
