@@ -1,4 +1,4 @@
-// What it costs to write the program of one action, from its parameters to the finished text.
+// Times the writing of one action's program, from its parameters to the finished text.
 #include "app/Composition.h"
 #include "host/Perform.h"
 

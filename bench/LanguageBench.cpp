@@ -86,7 +86,7 @@ void listOfTabs(benchmark::State& state) {
 }
 BENCHMARK(listOfTabs)->Arg(3)->Arg(100)->Arg(1000)->Unit(benchmark::kMicrosecond);
 
-// What is processed in a second must stay the same however much it is.
+// The rate must not depend on the number of items: the cost is linear.
 void numbersAsResult(benchmark::State& state) {
   runProgram(state,
              programOf("RunAppleScript", {{"targetContext", "chromium"},

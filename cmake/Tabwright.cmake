@@ -1,4 +1,4 @@
-# How this project's targets are made: one library per folder of src/, one test program per folder of tests/.
+# Functions that make this project's targets: one library per folder of src/, one test program per folder of tests/.
 
 set(CMAKE_CXX_STANDARD 23)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

@@ -4,7 +4,7 @@
 set -euo pipefail
 scratch=$(mktemp -d)
 runtime=$(mktemp -d -p /dev/shm 2>/dev/null || mktemp -d) # in memory, as a session's is
-# What still runs in these surroundings, where processes can't be kept apart.
+# Lists what still runs in these surroundings, where processes can't be kept apart.
 left() { grep -lasF "XDG_RUNTIME_DIR=$runtime" /proc/[0-9]*/environ | cut -d/ -f3 | grep -vx "$$" || true; }
 cleanup() {
   kill $(left) 2>/dev/null || true

@@ -116,7 +116,7 @@ class ChromeDevTools(Tool):
     element = re.search(r'uid=(\S+) button "Count"', self.must('take_snapshot', page))[1]
     self.commands[EVALUATE] = ['evaluate_script', '() => document.title', '--pageId', page, '--waitForStableDom', 'false']
     self.commands[CLICK] = ['click', page, element]
-    # What they are when the background process is new.
+    # Their values when the background process is new.
     self.cold_commands[EVALUATE] = [['evaluate_script', '() => document.title', '--pageId', '1', '--waitForStableDom',
                                      'false']]
     self.cold_commands[CLICK] = [['take_snapshot', '1'], ['click', '1', element]]

@@ -10,7 +10,7 @@
 
 namespace tabwright::browserdata {
 
-/// What a script reports of one tab. JSON keys are the field names.
+/// One tab as a script reports it. JSON keys are the field names.
 ///
 /// Only a detailed record has the page's content and selection. `tabID` is the browser's own reference and means
 /// something to scripts only; "0" stands for a tab that has been closed.

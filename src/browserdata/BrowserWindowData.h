@@ -12,7 +12,7 @@
 
 namespace tabwright::browserdata {
 
-/// What a script reports of one window with all its tabs. JSON keys are the field names.
+/// One window with all its tabs as a script reports it. JSON keys are the field names.
 struct BrowserWindowData {
   bool isPrivate = false;
   bool isVisible = false;

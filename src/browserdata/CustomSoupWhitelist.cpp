@@ -4,7 +4,7 @@ namespace tabwright::browserdata {
 
 namespace {
 
-// What any text may hold: the usual list for texts with images.
+// The usual allow list for texts with images.
 html::AllowList base() {
   html::AllowList list;
   list.addTags({"a",     "b",     "blockquote", "br",    "caption", "cite",  "code", "col",    "colgroup", "dd",  "div",

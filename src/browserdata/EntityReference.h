@@ -8,7 +8,7 @@
 
 namespace tabwright::browserdata {
 
-/// What a tab or window is found by.
+/// The ids that name a tab or window.
 struct EntityReference {
   engine::TargetContext targetContext;
   std::string fullID; ///< begins with the context's id

@@ -18,7 +18,7 @@ platform::FailureIdentity identity(HTMLToMarkdownError error);
 ///
 ///     HTMLToMarkdown{"<h2>News</h2><p>All is <b>well</b>.</p>"}.convert();   // "\n\n## News\n\nAll is **well**.\n\n"
 ///
-/// What a reader sees is kept by an allow list of elements (`CustomSoupWhitelist`): headings, emphasis, code, links,
+/// An allow list (`CustomSoupWhitelist`) keeps the elements that a reader sees: headings, emphasis, code, links,
 /// images, lists with their levels, tables, quotes, rules. Everything else gives its text. Only links that lead
 /// somewhere by ftp, http, https or mailto keep their address. Markdown's own characters in the text are not escaped,
 /// and the result is not trimmed. Nested items are indented by four blanks for their first level and a tab for each

@@ -10,7 +10,7 @@
 
 namespace tabwright::html {
 
-/// What a cleaner lets through: elements by tag, attributes by tag, and the protocols of addresses in attributes.
+/// The elements, attributes by tag, and protocols of addresses in attributes that a cleaner lets through.
 ///
 ///     AllowList list;
 ///     list.addTags({"a", "b"}).addAttributes("a", {"href"}).addProtocols("a", "href", {"https"});

@@ -16,7 +16,7 @@ struct ConverterCloser {
   void operator()(UConverter* converter) const { ucnv_close(converter); }
 };
 
-/// What a `meta` element within the first bytes says of the encoding; empty for nothing.
+/// The encoding that a `meta` element within the first bytes names; empty for none.
 std::string declaredEncoding(std::string_view bytes) {
   constexpr std::size_t prescan = 1024;
   const std::string start = platform::lowercased(bytes.substr(0, prescan));

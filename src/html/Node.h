@@ -16,8 +16,8 @@ struct Attribute {
   friend bool operator==(const Attribute&, const Attribute&) = default;
 };
 
-/// How a document stores a node: small, since there are many. Made by `Document` and `Cleaner` only; everyone else
-/// reads `Node`.
+/// A node as its document stores it: small, since there are many. Only `Document` and `Cleaner` make these; all others
+/// read `Node`.
 struct NodeRecord {
   NodeRecord* next = nullptr;       ///< the sibling behind it
   const char* characters = nullptr; ///< an element's name, a text as it stands in the page

@@ -24,7 +24,7 @@ struct Token {
 };
 
 /// Reads a page as the HTML standard's section 13.2.5, "Tokenization", says. Comments are passed over, and text is told
-/// apart from tags only; whoever builds the tree takes the content of elements that hold nothing else by `takeContent`.
+/// apart from tags only; the tree's builder takes the content of elements that hold nothing else by `takeContent`.
 class Tokenizer {
 public:
   /// Both must outlive it. `page` is UTF-8.

@@ -79,7 +79,7 @@ Kind kindOf(cmark_node* node) {
 }
 
 std::string textOf(const char* text) {
-  return text == nullptr ? std::string() : withoutMarks(text);
+  return !text ? std::string() : withoutMarks(text);
 }
 
 std::vector<Node::Alignment> alignmentsOf(cmark_node* table) {

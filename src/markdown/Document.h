@@ -27,8 +27,8 @@ private:
 /// The longest text that `parse` takes, in bytes.
 inline constexpr std::size_t longestText = std::size_t{64} << 20;
 
-/// How deep quotes, lists, emphasis and links may stand in each other. Deeper ones vanish, their content stays. No
-/// branch of a document is more than ten nodes longer, so that recursion over a document is safe.
+/// The greatest depth of quotes, lists, emphasis and links within each other. Deeper ones vanish, their content stays.
+/// No branch of a document is more than ten nodes longer, so that recursion over a document is safe.
 inline constexpr std::size_t deepestNesting = 64;
 
 /// Parses GitHub Flavored Markdown: CommonMark with tables, strikethrough, task lists and autolinks.

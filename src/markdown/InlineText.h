@@ -10,7 +10,7 @@
 
 namespace tabwright::markdown {
 
-/// Whether looks, colours and hyperlinks are written as escape sequences, or everything as text.
+/// On: looks, colours and hyperlinks are written as escape sequences. Off: everything is text.
 enum class TerminalColours : std::uint8_t { on, off };
 
 /// Letters of one look; of a link, with its address.
@@ -35,7 +35,7 @@ public:
     std::size_t end;
   };
 
-  /// What becomes of a word that is wider than the line.
+  /// The treatment of a word that is wider than the line.
   enum class LongWords : std::uint8_t { whole, split };
 
   /// Adds text whose runs of blanks, tabs and line feeds count as one blank.

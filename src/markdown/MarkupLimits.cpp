@@ -34,7 +34,7 @@ std::optional<std::size_t> endOfMarker(std::string_view line, std::size_t at) {
   return isBlankAt(line, end + 1) ? std::optional(end + 1) : std::nullopt;
 }
 
-// Where the first marker stands that is not to nest any more.
+// The place of the first marker that may not nest any more.
 std::optional<std::size_t> excessiveMarker(std::string_view line) {
   std::size_t at = 0;
   while (at < line.size()) {

@@ -22,7 +22,7 @@ struct Node {
     item,
     taskItem,
     codeBlock,
-    htmlBlock, ///< markup kept as text; whoever shows it shows it as text
+    htmlBlock, ///< markup, kept and shown as text
     thematicBreak,
     table, ///< its children are rows; each row has as many cells as `alignments` has entries
     row,

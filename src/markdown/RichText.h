@@ -8,7 +8,7 @@
 
 namespace tabwright::markdown {
 
-/// What the window's ground is like.
+/// The brightness of the window's ground.
 enum class ColourScheme : std::uint8_t { light, dark };
 
 /// The document as the rich text of Qt: a fragment of its "Supported HTML Subset"

@@ -8,11 +8,11 @@
 
 namespace tabwright::markdown {
 
-/// How Markdown looks, in windows and on a terminal: plain data, of no toolkit. Its texts are views of literals.
+/// The look of Markdown, in windows and on a terminal: plain data, of no toolkit. Its texts are views of literals.
 ///
 /// Looks add up: a code span in a heading has the heading's size and the code's letters.
 struct Theme {
-  /// What has a look of its own.
+  /// The parts of a document that have a look of their own.
   enum class Role : std::uint8_t {
     heading1,
     heading2,

@@ -56,7 +56,7 @@ public:
   /// The number; 0 when this is none.
   [[nodiscard]] double doubleValue() const {
     const double* real = std::get_if<double>(&value_);
-    return real != nullptr ? *real : int32Value();
+    return real ? *real : int32Value();
   }
   /// The text, UTF-8; nothing when this is no text.
   [[nodiscard]] std::optional<std::string> stringValue() const;

@@ -25,7 +25,7 @@ struct Notice {
 
 /// The one base of everything this project throws.
 ///
-/// Purpose: whoever hosts an action can show any failure to a user with `errorDescription()` alone, and can tell kinds
+/// Purpose: a host of actions can show any failure to a user with `errorDescription()` alone, and can tell kinds
 /// apart with `identity()` without knowing the concrete type.
 ///
 /// Failures of enums are made with `failure(...)`:

@@ -8,7 +8,7 @@
 
 namespace tabwright::platform {
 
-/// Notices from far below while a run goes on, for whoever started it. Safe from several threads.
+/// Collects notices from far below while a run goes on, for the caller that started it. Safe from several threads.
 class Notices {
 public:
   void add(Notice notice) {

@@ -5,7 +5,7 @@
 namespace tabwright::platform {
 
 /// A coroutine that yields a `T` or throws. Lazy: it starts when it is awaited or spawned. It runs on the executor of
-/// whoever awaits it and holds no thread while it is suspended. Cancellation arrives by Asio's cancellation slots.
+/// its awaiter and holds no thread while it is suspended. Cancellation arrives by Asio's cancellation slots.
 template <class T>
 using Task = boost::asio::awaitable<T>;
 

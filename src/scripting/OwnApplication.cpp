@@ -26,8 +26,8 @@ Value OwnApplication::handle(const applescript::AppleEventMessage& message) {
     return Value::missing();
   }
   const Value* target = message.directObject ? &*message.directObject : nullptr;
-  const auto* specifier = target != nullptr ? target->get<Value::SpecifierPointer>() : nullptr;
-  if (message.code == events::get && specifier != nullptr) {
+  const auto* specifier = target ? target->get<Value::SpecifierPointer>() : nullptr;
+  if (message.code == events::get && specifier) {
     if ((*specifier)->form == ObjectSpecifier::Form::application)
       return *target;
     const bool isOwn = (*specifier)->container && (*specifier)->container->form == ObjectSpecifier::Form::application;
@@ -39,7 +39,7 @@ Value OwnApplication::handle(const applescript::AppleEventMessage& message) {
     }
     throw errors::cannotGet(**specifier, *terminology());
   }
-  throw errors::notUnderstood(target != nullptr ? *target : Value(name_), message.code, *terminology());
+  throw errors::notUnderstood(target ? *target : Value(name_), message.code, *terminology());
 }
 
 } // namespace tabwright::scripting

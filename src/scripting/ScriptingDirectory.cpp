@@ -48,7 +48,7 @@ const Terminology* ScriptingDirectory::terminologyByID(std::string_view bundleId
       return application->terminology();
   }
   const BrowserFacts* facts = findFacts(&BrowserFacts::id, bundleIdentifier);
-  return facts != nullptr ? terminologyOf(*facts) : nullptr;
+  return facts ? terminologyOf(*facts) : nullptr;
 }
 
 const Terminology* ScriptingDirectory::terminologyByName(std::string_view name) const {
@@ -57,7 +57,7 @@ const Terminology* ScriptingDirectory::terminologyByName(std::string_view name) 
       return application->terminology();
   }
   const BrowserFacts* facts = findFacts(&BrowserFacts::name, name);
-  return facts != nullptr ? terminologyOf(*facts) : nullptr;
+  return facts ? terminologyOf(*facts) : nullptr;
 }
 
 std::shared_ptr<ScriptableApplication> ScriptingDirectory::findByID(std::string_view bundleIdentifier) {
@@ -66,7 +66,7 @@ std::shared_ptr<ScriptableApplication> ScriptingDirectory::findByID(std::string_
       return application;
   }
   const BrowserFacts* facts = findFacts(&BrowserFacts::id, bundleIdentifier);
-  return facts != nullptr ? browser(*facts) : nullptr;
+  return facts ? browser(*facts) : nullptr;
 }
 
 std::shared_ptr<ScriptableApplication> ScriptingDirectory::findByName(std::string_view name) {
@@ -75,7 +75,7 @@ std::shared_ptr<ScriptableApplication> ScriptingDirectory::findByName(std::strin
       return application;
   }
   const BrowserFacts* facts = findFacts(&BrowserFacts::name, name);
-  return facts != nullptr ? browser(*facts) : nullptr;
+  return facts ? browser(*facts) : nullptr;
 }
 
 std::shared_ptr<ScriptableApplication> ScriptingDirectory::browser(const BrowserFacts& facts) {

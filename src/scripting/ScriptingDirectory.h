@@ -14,7 +14,7 @@
 
 namespace tabwright::scripting {
 
-/// What the directory makes its applications of.
+/// The parts that the directory makes its applications of.
 struct ScriptingServices {
   /// A driver for a browser; null when the browser isn't installed, or there is no way to it. Asked again until there
   /// is one, then kept.

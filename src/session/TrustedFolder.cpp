@@ -22,8 +22,8 @@ bool isOwn(const struct stat& facts) {
 } // namespace
 
 TrustedFolder::TrustedFolder(std::string path) : path_(std::move(path)) {
-  const auto refusal = [this](const char* deed, int error) {
-    return FolderRefused(path_, std::string(deed) + ": " + std::strerror(error), error);
+  const auto refusal = [this](const char* step, int error) {
+    return FolderRefused(path_, std::string(step) + ": " + std::strerror(error), error);
   };
   if (::mkdir(path_.c_str(), 0700) != 0 && errno != EEXIST && errno != EROFS)
     throw refusal("can’t be made", errno);

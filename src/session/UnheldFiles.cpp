@@ -1,5 +1,5 @@
-// A file is removed while its lock is ours. Whoever opened it before and gets the lock after must look again whether it
-// is still there (isStillAt).
+// A file is removed while its lock is ours. A process that opened it before and gets the lock after must look again
+// whether it is still there (isStillAt).
 #include "session/UnheldFiles.h"
 
 #include <cerrno>

@@ -16,8 +16,8 @@ struct RunningApplication {
   bool isFrontmost = false; ///< at most one of all
 };
 
-/// What is asked of the machine about applications. Safe to use from any thread; never throws for what can't be found
-/// out, which is left out.
+/// Finds the machine's applications. Safe to use from any thread; leaves out what can't be found out, and never throws
+/// for that.
 class BrowserProbe {
 public:
   virtual ~BrowserProbe() = default;

@@ -30,7 +30,7 @@ public:
     std::vector<TargetContext> items;
   };
 
-  /// Which groups are wanted.
+  /// The groups that are wanted.
   struct Sections {
     bool dynamic = true;
     bool running = true;

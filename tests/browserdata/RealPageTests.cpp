@@ -47,7 +47,7 @@ void appendLetters(std::string& letters, std::string_view text) {
   }
 }
 
-// What a clean page shows, but for the two things that the rules leave out: text between a list's items, captions.
+// The text that a clean page shows, but for two things that the rules leave out: text between a list's items, captions.
 void appendVisible(std::string& letters, const html::Node& node) {
   static const std::set<std::string_view> rows = {"thead", "tbody", "tfoot", "tr"};
   if (node.isText())

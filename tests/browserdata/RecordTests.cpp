@@ -8,7 +8,7 @@
 namespace tabwright::browserdata {
 namespace {
 
-// What is wrong with a window; empty when it can be decoded.
+// The message that refuses a window; empty when it can be decoded.
 std::string mismatchOf(std::string_view json) {
   try {
     static_cast<void>(engine::JSONDecoding<BrowserWindowData>::from(boost::json::parse(json)));

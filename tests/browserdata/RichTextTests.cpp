@@ -20,7 +20,7 @@ std::string converted(std::string_view page) {
   return richText(html::Document::parse(page));
 }
 
-// What stands behind the declarations, without the group's end.
+// The body behind the declarations, without the group's end.
 std::string textOf(std::string_view page) {
   const std::string whole = converted(page);
   const std::size_t start = std::min(whole.find("\\pard"), whole.find("\\trowd"));

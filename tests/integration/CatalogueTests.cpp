@@ -1,4 +1,4 @@
-// What only a real page can show of actions, through either family's dictionary.
+// Actions in a real page, where a model proves nothing, through either family's dictionary.
 #include "RealRoad.h"
 #include "intents/IntentFile.h"
 #include "intents/ValueTraits.h"

@@ -26,7 +26,7 @@ inline std::unique_ptr<DevToolsDriver> makeDriver(const support::ChromiumProcess
       chromiumFacts(), DevToolsDriverParts{support::helperDirectory(), [&chromium] { return chromium.find(); }});
 }
 
-/// What a call failed with; a failed expectation where it didn't.
+/// The fault of a call that fails; a failed expectation where it doesn't.
 inline DriverFault faultOf(const std::function<void()>& call) {
   try {
     call();

@@ -111,15 +111,15 @@ TEST_F(DriverTest, ChangesOneByOneAddUpToWhatIsThere) {
       tabs.push_back(driver().perform(MakeTab{window, random() % 3, pages.url("/a")}, limits()));
     if (round % 7 == 0)
       driver().perform(ActivateTab{tabs[random() % tabs.size()]}, limits());
-    static constexpr const char* deeds[]{"document.title = Math.random()",
-                                         "history.pushState({}, '', '?' + Math.random())",
-                                         "location.hash = Math.random()",
-                                         "location.reload()",
-                                         "location.href = location.pathname === '/a' ? '/b' : '/a'",
-                                         "window.open('/b')",
-                                         "void setTimeout(() => { document.title = 'late' }, 5)"};
-    const std::size_t deed = random() % std::size(deeds);
-    evaluate(tabs[random() % tabs.size()], deeds[deed]);
+    static constexpr const char* changes[]{"document.title = Math.random()",
+                                           "history.pushState({}, '', '?' + Math.random())",
+                                           "location.hash = Math.random()",
+                                           "location.reload()",
+                                           "location.href = location.pathname === '/a' ? '/b' : '/a'",
+                                           "window.open('/b')",
+                                           "void setTimeout(() => { document.title = 'late' }, 5)"};
+    const std::size_t change = random() % std::size(changes);
+    evaluate(tabs[random() % tabs.size()], changes[change]);
     if (round % 3 == 0)
       static_cast<void>(snapshot());
     if (round % 8 == 7) {

@@ -33,7 +33,7 @@ class RealRoad : public DriverTest {
 protected:
   static engine::TargetContext chromiumTarget() { return {"org.chromium.chromium", "Chromium"}; }
 
-  /// Which driver answers; the one of the shared browser unless a test says otherwise.
+  /// The driver that answers; the one of the shared browser unless a test says otherwise.
   std::shared_ptr<BrowserDriver> answering = std::shared_ptr<BrowserDriver>(makeDriver(chromium()));
 
   /// Runs lines in the main handler of a family's program and yields the triple's payload in the form of `T`.
@@ -75,7 +75,7 @@ private:
     std::vector<std::string> told;
   };
 
-  // What Safari's process calls its windows, which tells private ones apart.
+  // Gives windows the titles that Safari's process gives them, which tell private ones apart.
   void nameWindows() {
     std::vector<std::string> names;
     try {

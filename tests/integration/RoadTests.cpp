@@ -38,7 +38,7 @@ TEST_F(Road, ABrowserThatDiesDuringARunEndsIt) {
   EXPECT_TRUE(leftNoScript());
 }
 
-/// What came of JavaScript in a tab: its texts as JSON, or the case of the failure, and what lies beneath it.
+/// The outcome of JavaScript in a tab: its texts as JSON, or the case of the failure, and what lies beneath it.
 std::string outcomeOf(const std::function<boost::json::value()>& run) {
   try {
     return boost::json::serialize(run());

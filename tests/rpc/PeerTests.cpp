@@ -197,7 +197,7 @@ TEST_F(PeerTests, asksTheOtherSide) {
     theirs_->sendText(R"({"jsonrpc":"2.0","id":2,"error":{"code":5,"message":"no idea","data":1}})");
     EXPECT_EQ(co_await receive(), R"({"jsonrpc":"2.0","id":8,"error":{"code":5,"message":"no idea","data":1}})");
 
-    // Whoever cancels the request that asks has its question taken back.
+    // A cancelled request takes the question back that it has asked.
     theirs_->sendText(R"({"jsonrpc":"2.0","id":9,"method":"ask"})");
     EXPECT_EQ(co_await receive(), R"({"jsonrpc":"2.0","id":3,"method":"question","params":{}})");
     theirs_->sendText(R"({"jsonrpc":"2.0","method":"notifications/cancelled","params":{"requestId":9}})");

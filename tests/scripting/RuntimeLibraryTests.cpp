@@ -90,7 +90,7 @@ TEST(GeneratedScripts, FindTheFrontmostBrowser) {
   const auto script = bench.interpreter.compile(engine::AppleScriptSnippets::frontmostScriptText(ids));
   EXPECT_EQ(applescript::sourceForm(bench.interpreter.call(*script, "runWithVariables")),
             R"({true, "", "\"org.chromium.chromium\""})");
-  EXPECT_THAT(bench.desktop->deeds, testing::ElementsAre("hide 1", "show 1", "activate 1"));
+  EXPECT_THAT(bench.desktop->calls, testing::ElementsAre("hide 1", "show 1", "activate 1"));
 }
 
 TEST(GeneratedScripts, TriggerThePermissionDialogs) {
@@ -102,7 +102,7 @@ TEST(GeneratedScripts, TriggerThePermissionDialogs) {
   const auto script = bench.interpreter.compile(
       engine::AppleScriptSnippets::permissionTriggerScript("org.chromium.chromium", "Tabwright"));
   EXPECT_EQ(applescript::sourceForm(bench.interpreter.call(*script, "runWithVariables")), R"({true, "", "true"})");
-  EXPECT_THAT(bench.desktop->deeds, testing::ElementsAre("activate 2"));
+  EXPECT_THAT(bench.desktop->calls, testing::ElementsAre("activate 2"));
   EXPECT_EQ(bench.ownActivations, 1);
   EXPECT_EQ(bench.browser->snapshotsAsked, 1); // it went through to the last step
 }

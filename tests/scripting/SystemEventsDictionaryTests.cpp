@@ -43,7 +43,7 @@ TEST_F(SystemEventsDictionary, HidesShowsAndActivates) {
                          "set visible of p to true\nactivate p\nreturn n"),
             R"("Chromium")");
   systemEvents("tell process \"Safari\" to set frontmost to true");
-  EXPECT_THAT(desktop->deeds, ElementsAre("hide 10", "show 10", "activate 10", "activate 30"));
+  EXPECT_THAT(desktop->calls, ElementsAre("hide 10", "show 10", "activate 10", "activate 30"));
 }
 
 TEST_F(SystemEventsDictionary, WalksMenus) {
@@ -61,14 +61,14 @@ TEST_F(SystemEventsDictionary, WalksMenus) {
   EXPECT_EQ(inSafari("count menus of menu item 1 of menu 2 of menu bar 1"), "0");
   inSafari("click menu item \"Seite\" of menu 1 of menu item \"Zuletzt\" of menu 1 of menu bar item \"Ablage\" of menu "
            "bar 1");
-  EXPECT_THAT(desktop->deeds, ElementsAre("choose 30 1/2/0"));
+  EXPECT_THAT(desktop->calls, ElementsAre("choose 30 1/2/0"));
   EXPECT_THAT(inSafari("click menu item 9 of menu 2 of menu bar 1"), HasSubstr("error -1728"));
 }
 
 TEST_F(SystemEventsDictionary, PressesKeys) {
   systemEvents("tell process \"Chromium\"\nkeystroke \"x\" using {command down, shift down}\nkey up {command, shift}\n"
                "keystroke \"y\" using {}\nkey up {}\nkey code 36 using option down\nkey down control\nend tell");
-  EXPECT_THAT(desktop->deeds,
+  EXPECT_THAT(desktop->calls,
               ElementsAre("type x command shift", "up command shift", "type y", "key 36 option", "down control"));
 }
 

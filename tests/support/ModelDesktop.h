@@ -20,7 +20,7 @@ public:
   std::map<std::vector<std::size_t>, std::vector<scripting::MenuEntry>> menus;
   std::function<void()> onLook = [] {};   ///< called before someone looks at the processes
   std::function<void()> onChoose = [] {}; ///< called when a menu item has been chosen
-  std::vector<std::string> deeds;         ///< such as "activate 12", "choose 12 1/3", "type x command shift"
+  std::vector<std::string> calls;         ///< such as "activate 12", "choose 12 1/3", "type x command shift"
 
   /// Adds a process behind the others.
   void add(pid_t pid, std::string name, std::string bundleIdentifier,
@@ -45,7 +45,7 @@ public:
   }
 
   void activate(pid_t pid) override {
-    deeds.push_back(fmt::format("activate {}", pid));
+    calls.push_back(fmt::format("activate {}", pid));
     const auto process = std::ranges::find(all, pid, &scripting::DesktopProcess::pid);
     process->isVisible = true;
     std::rotate(all.begin(), process, process + 1);
@@ -53,7 +53,7 @@ public:
 
   void setVisible(pid_t pid, scripting::Visibility visibility) override {
     const bool isShown = visibility == scripting::Visibility::shown;
-    deeds.push_back(fmt::format("{} {}", isShown ? "show" : "hide", pid));
+    calls.push_back(fmt::format("{} {}", isShown ? "show" : "hide", pid));
     std::ranges::find(all, pid, &scripting::DesktopProcess::pid)->isVisible = isShown;
   }
 
@@ -66,18 +66,18 @@ public:
     std::string text = fmt::format("choose {} ", pid);
     for (std::size_t position = 0; position < path.size(); ++position)
       text += fmt::format("{}{}", position == 0 ? "" : "/", path[position]);
-    deeds.push_back(text);
+    calls.push_back(text);
     onChoose();
   }
 
   void keystroke(const std::string& text, std::span<const scripting::ModifierKey> keys) override {
-    deeds.push_back("type " + text + named(keys));
+    calls.push_back("type " + text + named(keys));
   }
   void keyCode(int code, std::span<const scripting::ModifierKey> keys) override {
-    deeds.push_back(fmt::format("key {}{}", code, named(keys)));
+    calls.push_back(fmt::format("key {}{}", code, named(keys)));
   }
   void modifiers(scripting::KeyTransition transition, std::span<const scripting::ModifierKey> keys) override {
-    deeds.push_back((transition == scripting::KeyTransition::down ? "down" : "up") + named(keys));
+    calls.push_back((transition == scripting::KeyTransition::down ? "down" : "up") + named(keys));
   }
 
 private:

@@ -16,7 +16,7 @@ namespace tabwright::browserdata {
 
 namespace {
 
-/// What a reader counts as characters: extended grapheme clusters.
+/// Extended grapheme clusters, which a reader counts as characters.
 std::size_t characterCount(std::string_view text) {
   if (std::ranges::all_of(text, [](char character) { return static_cast<unsigned char>(character) < 0x80; }))
     return text.size();

@@ -6,7 +6,7 @@
 #include <array>
 #include <unordered_map>
 
-/// Which rule an element goes by is a table; the rules follow in its order, but for that of tables, which has a file of
+/// A table gives each tag its rule; the rules follow in the table's order, but for that of tables, which has a file of
 /// its own. Tags that the table doesn't hold leave no mark: their content stands as it is.
 namespace tabwright::browserdata {
 

@@ -7,7 +7,7 @@
 
 namespace tabwright::browserdata {
 
-/// What the rules ask about the elements around a node.
+/// The surroundings of a node, as far as the rules ask about them.
 struct MarkdownPlace {
   std::string_view parent = "root"; ///< tag of the nearest element around
   bool isInLink = false;

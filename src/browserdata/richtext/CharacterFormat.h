@@ -5,7 +5,7 @@
 
 namespace tabwright::browserdata {
 
-/// How a run of characters looks, and which link of the document's `LinkTable` it belongs to.
+/// The look of a run of characters, and the link of the document's `LinkTable` that it belongs to.
 struct CharacterFormat {
   /// Combined as bits.
   enum Style : std::uint16_t {

@@ -8,7 +8,7 @@ namespace tabwright::browserdata {
 /// the level.
 [[nodiscard]] std::string headingWords(int level);
 
-/// What stands before the lists and the text: it opens the document's group and declares fonts (0 for text, 1 of fixed
+/// The text before the lists and the body: it opens the document's group and declares fonts (0 for text, 1 of fixed
 /// pitch), colours (1 of links, 2 of highlights) and styles (1 to 6 of headings).
 [[nodiscard]] std::string documentStart();
 

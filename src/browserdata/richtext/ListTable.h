@@ -10,7 +10,7 @@
 
 namespace tabwright::browserdata {
 
-/// What marks the items of a list.
+/// The markers of a list's items.
 enum class ListKind : std::uint8_t { bullets, decimal, upperRoman, lowerRoman, upperLetters, lowerLetters };
 
 /// The kind that the attribute "type" of a numbered list names; decimal for any other value.

@@ -13,7 +13,7 @@
 
 namespace tabwright::browserdata {
 
-/// What becomes of white space in a page's text: by the rules of CSS Text, those of "normal" and "pre".
+/// The treatment of white space in a page's text, as CSS Text has it for "normal" and "pre".
 enum class WhiteSpace : std::uint8_t { collapsed, kept };
 
 /// The paragraph that is being collected: its text, in runs of one format.
@@ -32,7 +32,7 @@ public:
   /// Adds one that overrides directions, and is written.
   void addDirectionOverride(char16_t mark, CharacterFormat format);
 
-  /// Whether there is anything that a browser shows, a line break included.
+  /// True when there is anything that a browser shows, a line break included.
   [[nodiscard]] bool isShown() const { return isShown_; }
 
   /// Drops all text.

@@ -9,7 +9,7 @@
 
 namespace tabwright::browserdata {
 
-/// How a paragraph stands. Indents count in steps, the same for lists, quotes and descriptions.
+/// A paragraph's place on the page. Indents count in steps, the same for lists, quotes and descriptions.
 struct ParagraphFormat {
   static constexpr int indentStep = 480;  ///< twips (1/20 point)
   static constexpr int maximumIndent = 9; ///< steps at each side; what is deeper stays there

@@ -40,8 +40,8 @@ public:
   std::vector<html::Node> before; ///< captions, and what else stands in the table but in no row, in order
   std::vector<TableRow> rows;     ///< those with cells only
 
-  /// Where the columns end, in twips, for a table of that width at `left`: wider where there is more text. They grow
-  /// strictly.
+  /// The right edges of the columns, in twips, for a table of that width at `left`: wider where there is more text.
+  /// They grow strictly.
   [[nodiscard]] std::vector<int> edges(int left, int width) const;
 
 private:

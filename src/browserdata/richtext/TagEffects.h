@@ -8,7 +8,7 @@
 
 namespace tabwright::browserdata {
 
-/// What an element is to rich text.
+/// The part that an element plays in rich text.
 enum class TagRole : std::uint8_t {
   text, ///< flows with the text around it
   block,
@@ -26,7 +26,7 @@ enum class TagRole : std::uint8_t {
   table,
 };
 
-/// How much further a block's text stands in.
+/// The sides at which a block's text is indented further.
 enum class Indent : std::uint8_t { none, start, both };
 
 /// The effect of one tag.
@@ -44,7 +44,7 @@ struct TagEffect {
 /// The effect of an element: text that flows for tags that nobody knows, as in browsers.
 [[nodiscard]] const TagEffect& tagEffect(std::string_view tag);
 
-/// Whether a browser shows nothing of an element: for its tag, or as its attributes say.
+/// True when a browser shows nothing of an element: for its tag, or as its attributes say.
 [[nodiscard]] bool isHidden(const TagEffect& effect, html::Node element);
 
 } // namespace tabwright::browserdata

@@ -17,7 +17,7 @@ namespace {
 
 constexpr char16_t leftToRightIsolate = 0x2066;
 
-// Whether the unit may belong to a letter or mark that runs from right to left. Their blocks are fixed (UAX #9,
+// True when the unit may belong to a letter or mark that runs from right to left. Their blocks are fixed (UAX #9,
 // section 3.2); surrogates stand for all planes beyond.
 bool mayRunRightToLeft(char16_t unit) {
   return unit >= 0x0590 && (unit < 0x0900 || unit == 0x200F || (unit >= 0x202A && unit <= 0x202E) || unit == 0x2067 ||
@@ -53,7 +53,7 @@ TextDirections TextDirections::of(std::u16string_view text, Direction direction)
   if (algorithm)
     ubidi_setPara(algorithm.get(), text.data(), length, isRightToLeft ? 1 : 0, nullptr, &error);
   const UBiDiLevel* first = algorithm ? ubidi_getLevels(algorithm.get(), &error) : nullptr;
-  if (first == nullptr || U_FAILURE(error))
+  if (!first || U_FAILURE(error))
     throw std::bad_alloc(); // the only failure that there is for a text and a level like these
 
   TextDirections result{isRightToLeft, {}};

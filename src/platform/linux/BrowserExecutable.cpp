@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 
 std::string_view programPath() {
   const char* path = std::getenv("PATH");
-  return path != nullptr ? path : "/usr/local/bin:/usr/bin:/bin";
+  return path ? path : "/usr/local/bin:/usr/bin:/bin";
 }
 
 std::optional<fs::path> findProgram(std::string_view name, std::string_view path) {

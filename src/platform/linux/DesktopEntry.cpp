@@ -74,7 +74,7 @@ bool readKey(std::string_view key, std::string_view value, DesktopEntry& entry, 
                        : key == "Exec"    ? &entry.exec
                        : key == "TryExec" ? &entry.tryExec
                                           : nullptr;
-  if (field == nullptr)
+  if (!field)
     return true;
   std::optional<std::string> text = unescaped(value);
   if (text)

@@ -115,7 +115,7 @@ bool hasEntry(std::string_view id, const Folders& folders, std::string_view path
 std::vector<fs::path> dataFolders() {
   std::vector<fs::path> folders{dataHome()};
   const char* given = std::getenv("XDG_DATA_DIRS");
-  std::string_view rest = given != nullptr && *given != '\0' ? given : "/usr/local/share:/usr/share";
+  std::string_view rest = given && *given != '\0' ? given : "/usr/local/share:/usr/share";
   while (!rest.empty()) {
     const std::size_t end = std::min(rest.find(':'), rest.size());
     if (rest.starts_with('/'))

@@ -11,7 +11,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-// A process file descriptor (pidfd_open(2)) becomes readable when its process ends, whoever its parent is; an event
+// A process file descriptor (pidfd_open(2)) becomes readable when its process ends, a child of ours or not; an event
 // file descriptor beside it lets a stop request end the wait.
 
 namespace tabwright::platform {

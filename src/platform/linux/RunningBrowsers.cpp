@@ -141,12 +141,12 @@ std::string variable(const std::vector<std::string>& environment, const std::str
 
 /// For when the process' own environment doesn't tell: Chromium writes over it.
 std::string homeOf(uid_t owner) {
-  if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/' && owner == ::geteuid())
+  if (const char* home = std::getenv("HOME"); home && *home == '/' && owner == ::geteuid())
     return home;
   std::vector<char> buffer(16384);
   passwd entry{};
   passwd* found = nullptr;
-  if (getpwuid_r(owner, &entry, buffer.data(), buffer.size(), &found) != 0 || found == nullptr)
+  if (getpwuid_r(owner, &entry, buffer.data(), buffer.size(), &found) != 0 || !found)
     return {};
   return found->pw_dir;
 }
@@ -200,7 +200,7 @@ fs::path defaultProfile(const RunningBrowser& browser, const ProcessFiles& proce
 
 std::optional<RunningBrowser> look(const ProcessFiles& process, const BrowserFacts* wanted) {
   const BrowserFacts* facts = findBrowserOfProgram(programOf(process.directory, process.name));
-  if (facts == nullptr || (wanted != nullptr && facts != wanted))
+  if (!facts || (wanted && facts != wanted))
     return std::nullopt;
 
   const std::optional<std::string> commandLine = readAll(process, "cmdline");

@@ -1,4 +1,5 @@
-// Reading opens the file before it looks at it, so that facts and content belong together whoever renames meanwhile.
+// Reading opens the file before it looks at it, so that facts and content belong together even if the file is replaced
+// meanwhile.
 #include "platform/linux/SettingsFile.h"
 
 #include "platform/FileFailure.h"

@@ -22,7 +22,7 @@
 namespace tabwright::platform {
 namespace {
 
-// Whoever asked for the write does something that matters more just now.
+// The action that asked for the write is still running, and matters more.
 constexpr std::chrono::milliseconds delayOfWrites{100};
 
 const Logger& logger() {

@@ -18,7 +18,7 @@ std::string requireText(const Value& value) {
 
 std::int64_t requireInteger(const Value& value) {
   const auto* integer = value.get<std::int64_t>(); // nearly always
-  return integer != nullptr ? *integer : applescript::integerOf(value);
+  return integer ? *integer : applescript::integerOf(value);
 }
 
 bool requireBoolean(const Value& value) {
@@ -31,7 +31,7 @@ std::optional<std::string> idText(const Value& value) {
   if (const auto* integer = value.get<std::int64_t>())
     return std::to_string(*integer);
   const auto* real = value.get<double>();
-  if (real != nullptr && std::trunc(*real) == *real && std::abs(*real) < 9.0e15)
+  if (real && std::trunc(*real) == *real && std::abs(*real) < 9.0e15)
     return std::to_string(static_cast<std::int64_t>(*real));
   return std::nullopt;
 }

@@ -14,7 +14,7 @@ enum class TextCase { ignored, considered };
 [[nodiscard]] bool compare(applescript::TestOperator comparison, const applescript::Value& left,
                            const applescript::Value& right, TextCase textCase);
 
-/// Whether two UTF-8 texts are the same but for case.
+/// True when two UTF-8 texts are the same but for case.
 [[nodiscard]] bool sameIgnoringCase(std::string_view left, std::string_view right);
 
 } // namespace tabwright::scripting

@@ -11,7 +11,7 @@ namespace tabwright::scripting {
 
 class ObjectModel;
 
-/// What one event sees of an application. Each application derives its own, holding the one snapshot that answers the
+/// An application as one event sees it. Each application derives its own, holding the one snapshot that answers the
 /// event, and its tables cast the scope they are given back to that type. Lives on the stack of `handle`; one thread.
 class EventScope {
 public:

@@ -27,8 +27,8 @@ struct Object {
   friend bool operator==(const Object&, const Object&) = default;
 };
 
-/// What a specifier, or one step of it, leads to: a plain value, an object, or several of either (a step taken from
-/// several objects leads to a list of what it leads to from each).
+/// The result of a specifier, or of one step of it: a plain value, an object, or several of either (a step taken from
+/// several objects gives a list of its results from each).
 struct Found {
   std::variant<applescript::Value, Object, std::vector<Found>> what;
 

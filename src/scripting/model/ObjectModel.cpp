@@ -69,9 +69,9 @@ std::optional<Item> pick(const ObjectSpecifier& specifier, const std::vector<Ite
 
 /// A step into a value: `item 2 of bounds`, `URL of properties of tab 1`.
 std::optional<Value> stepIntoValue(const ObjectSpecifier& specifier, const Value& value) {
-  if (const auto* list = value.get<Value::ListPointer>(); list != nullptr && specifier.desiredClass == itemClass)
+  if (const auto* list = value.get<Value::ListPointer>(); list && specifier.desiredClass == itemClass)
     return specifier.form == Form::every ? std::optional<Value>(value) : pick(specifier, (*list)->items);
-  if (const auto* record = value.get<Value::RecordPointer>(); record != nullptr && specifier.form == Form::property) {
+  if (const auto* record = value.get<Value::RecordPointer>(); record && specifier.form == Form::property) {
     if (const Value* field = (*record)->find(Label{specifier.desiredClass, ""}))
       return *field;
   }
@@ -85,7 +85,7 @@ Found ObjectModel::resolve(EventScope& scope, const ObjectSpecifier& specifier, 
   case Form::application:
     return Object{&root_};
   case Form::tested:
-    if (underTest == nullptr)
+    if (!underTest)
       throw errors::cannotGet(specifier, terminology_);
     return *underTest;
   case Form::before:
@@ -112,7 +112,7 @@ Found ObjectModel::resolve(EventScope& scope, const ObjectSpecifier& specifier, 
     return results;
   };
   if (const auto* list = std::get_if<std::vector<Found>>(&container.what);
-      list != nullptr && specifier.desiredClass == itemClass && specifier.form != Form::property) {
+      list && specifier.desiredClass == itemClass && specifier.form != Form::property) {
     if (specifier.form == Form::every)
       return container;
     if (const auto item = pick(specifier, *list))
@@ -127,7 +127,7 @@ Found ObjectModel::step(EventScope& scope, const ObjectSpecifier& specifier, Obj
   if (specifier.form == Form::property)
     return property(scope, specifier, container);
   const ElementRow* row = findElements(*container.type, specifier.desiredClass);
-  if (row == nullptr)
+  if (!row)
     throw errors::cannotGet(specifier, terminology_);
   if (specifier.form == Form::name || specifier.form == Form::id) {
     const auto element = find(scope, specifier, container, *row);
@@ -177,10 +177,10 @@ Found ObjectModel::property(EventScope& scope, const ObjectSpecifier& specifier,
     auto record = std::make_shared<applescript::Record>();
     for (const PropertyRow& row : object.type->properties) {
       const Term* term = terminology_.findCode(Term::Kind::property, row.code);
-      if (term == nullptr)
+      if (!term)
         term = applescript::languageTerminology().findCode(Term::Kind::property, row.code);
       try {
-        record->set(Label{row.code, term != nullptr ? std::string(term->words) : applescript::toString(row.code)},
+        record->set(Label{row.code, term ? std::string(term->words) : applescript::toString(row.code)},
                     value(scope, row.get(scope, object)));
       } catch (const applescript::ScriptError& error) {
         if (error.number() != applescript::errorNumber::noSuchObject)
@@ -197,22 +197,22 @@ Found ObjectModel::property(EventScope& scope, const ObjectSpecifier& specifier,
 std::optional<Object> ObjectModel::find(EventScope& scope, const ObjectSpecifier& specifier, Object container,
                                         const ElementRow& row) const {
   const bool isByID = specifier.form == Form::id;
-  if (isByID && row.byID != nullptr)
+  if (isByID && row.byID)
     return row.byID(scope, container, specifier.key);
   const std::optional<std::string> key = idText(specifier.key);
   if (!key)
     return std::nullopt;
-  if (!isByID && row.byName != nullptr)
+  if (!isByID && row.byName)
     return row.byName(scope, container, *key);
   const PropertyRow* property = findProperty(*row.type, isByID ? idProperty : nameProperty);
-  if (property == nullptr)
+  if (!property)
     return std::nullopt;
   const std::size_t count = row.count(scope, container);
   for (std::size_t position = 0; position < count; ++position) {
     const Object element = row.at(scope, container, position);
     const Found found = property->get(scope, element);
     const auto* candidate = std::get_if<Value>(&found.what);
-    const std::optional<std::string> text = candidate != nullptr ? idText(*candidate) : std::nullopt;
+    const std::optional<std::string> text = candidate ? idText(*candidate) : std::nullopt;
     if (text && (isByID ? *text == *key : sameIgnoringCase(*text, *key)))
       return element;
   }
@@ -222,11 +222,11 @@ std::optional<Object> ObjectModel::find(EventScope& scope, const ObjectSpecifier
 std::int64_t ObjectModel::boundary(EventScope& scope, const ObjectSpecifier& specifier, Object container,
                                    const Value& key, const Object* underTest) const {
   const auto* inner = key.get<Value::SpecifierPointer>();
-  if (inner == nullptr)
+  if (!inner)
     return requireInteger(key);
-  const Found found = resolve(scope, **inner, underTest != nullptr ? underTest : &container);
+  const Found found = resolve(scope, **inner, underTest ? underTest : &container);
   const auto* element = std::get_if<Object>(&found.what);
-  const auto index = element != nullptr ? position(scope, container, *element) : std::nullopt;
+  const auto index = element ? position(scope, container, *element) : std::nullopt;
   if (!index)
     throw errors::cannotGet(specifier, terminology_);
   return static_cast<std::int64_t>(*index) + 1;
@@ -249,19 +249,19 @@ Found ObjectModel::range(EventScope& scope, const ObjectSpecifier& specifier, Ob
 }
 
 std::optional<Object> ObjectModel::parent(EventScope& scope, Object object) const {
-  if (object.type->specifier == nullptr)
+  if (!object.type->specifier)
     return std::nullopt;
   const auto specifier = object.type->specifier(scope, object);
   if (!specifier->container)
     return std::nullopt;
   const Found found = resolve(scope, *specifier->container);
   const auto* container = std::get_if<Object>(&found.what);
-  return container != nullptr ? std::optional<Object>(*container) : std::nullopt;
+  return container ? std::optional<Object>(*container) : std::nullopt;
 }
 
 std::optional<std::size_t> ObjectModel::position(EventScope& scope, Object container, Object element) const {
   const ElementRow* row = findElements(*container.type, element.type->code);
-  if (row == nullptr)
+  if (!row)
     return std::nullopt;
   const std::size_t count = row->count(scope, container);
   for (std::size_t position = 0; position < count; ++position) {
@@ -274,11 +274,11 @@ std::optional<std::size_t> ObjectModel::position(EventScope& scope, Object conta
 Found ObjectModel::neighbour(EventScope& scope, const ObjectSpecifier& specifier, const Object* underTest) const {
   const Found found = resolve(scope, *specifier.container, underTest);
   const auto* object = std::get_if<Object>(&found.what);
-  const auto container = object != nullptr ? parent(scope, *object) : std::nullopt;
+  const auto container = object ? parent(scope, *object) : std::nullopt;
   const auto at = container ? position(scope, *container, *object) : std::nullopt;
   const ElementRow* row = at ? findElements(*container->type, object->type->code) : nullptr;
-  const bool isOfClass = object != nullptr && object->type->code == specifier.desiredClass;
-  if (row == nullptr || !isOfClass)
+  const bool isOfClass = object && object->type->code == specifier.desiredClass;
+  if (!row || !isOfClass)
     throw errors::cannotGet(specifier, terminology_);
   const std::size_t wanted = specifier.form == Form::after ? *at + 1 : *at - 1; // wraps below the first one
   if (wanted >= row->count(scope, *container))
@@ -312,7 +312,7 @@ Value ObjectModel::value(EventScope& scope, const Found& found) const {
   if (const auto* value = std::get_if<Value>(&found.what))
     return *value;
   if (const auto* object = std::get_if<Object>(&found.what))
-    return object->type->specifier != nullptr ? Value(object->type->specifier(scope, *object)) : Value(scope.root());
+    return object->type->specifier ? Value(object->type->specifier(scope, *object)) : Value(scope.root());
   std::vector<Value> items;
   const auto& list = std::get<std::vector<Found>>(found.what);
   items.reserve(list.size());

@@ -46,10 +46,10 @@ public:
   /// Answers get, set, count and exists; nothing for any other event.
   [[nodiscard]] std::optional<applescript::Value> answer(EventScope& scope) const;
 
-  /// What the event is about: its direct object, else the subject of the enclosing `tell`, else the application.
+  /// The subject of the event: its direct object, else the target of the enclosing `tell`, else the application.
   [[nodiscard]] applescript::Value subject(EventScope& scope) const;
 
-  /// What a specifier leads to.
+  /// Resolves a specifier, step by step.
   [[nodiscard]] Found resolve(EventScope& scope, const applescript::ObjectSpecifier& specifier,
                               const Object* underTest = nullptr) const;
 

@@ -33,7 +33,7 @@ void gather(const Found& found, std::vector<Object>& objects, const ObjectSpecif
 
 std::int64_t leaves(const Found& found) {
   const auto* list = std::get_if<std::vector<Found>>(&found.what);
-  if (list == nullptr)
+  if (!list)
     return 1;
   std::int64_t total = 0;
   for (const Found& each : *list)
@@ -92,14 +92,14 @@ Value ObjectModel::get(EventScope& scope) const {
 void ObjectModel::set(EventScope& scope) const {
   const Value target = subject(scope);
   const Value* given = scope.message().parameter(keywords::data);
-  if (given == nullptr)
+  if (!given)
     throw errors::missingParameter("to", events::set, terminology_);
   const auto* specifier = target.get<Value::SpecifierPointer>();
-  if (specifier == nullptr)
+  if (!specifier)
     throw errors::of(errorNumber::cannotSet, "Can’t set what is no object of the application.");
   Value newValue = *given;
   if (const auto* source = newValue.get<Value::SpecifierPointer>();
-      source != nullptr && (*source)->application == scope.root()->application)
+      source && (*source)->application == scope.root()->application)
     newValue = value(scope, resolve(scope, **source));
   if ((*specifier)->form != Form::property)
     throw errors::cannotSet(**specifier, newValue, terminology_);
@@ -114,12 +114,12 @@ void ObjectModel::setProperty(EventScope& scope, const ObjectSpecifier& specifie
                               const Value& newValue) const {
   const auto setOne = [&](applescript::FourCharCode code, const Value& to) {
     const auto row = std::ranges::find(object.type->properties, code, &PropertyRow::code);
-    if (row == object.type->properties.end() || row->set == nullptr)
+    if (row == object.type->properties.end() || !row->set)
       throw errors::cannotSet(specifier, to, terminology_);
     row->set(scope, object, to);
   };
   const auto* record = newValue.get<Value::RecordPointer>();
-  if (specifier.desiredClass != fourCharCode("pALL") || record == nullptr)
+  if (specifier.desiredClass != fourCharCode("pALL") || !record)
     return setOne(specifier.desiredClass, newValue);
   for (const auto& [label, field] : (*record)->fields)
     setOne(propertyCode(label), field);
@@ -128,15 +128,15 @@ void ObjectModel::setProperty(EventScope& scope, const ObjectSpecifier& specifie
 std::int64_t ObjectModel::count(EventScope& scope) const {
   const Value target = subject(scope);
   const auto* list = target.get<Value::ListPointer>();
-  if (list != nullptr)
+  if (list)
     return static_cast<std::int64_t>((*list)->items.size());
   const auto* specifier = target.get<Value::SpecifierPointer>();
-  if (specifier == nullptr)
+  if (!specifier)
     throw errors::notUnderstood(target, events::count, terminology_);
 
   if (const Value* kind = scope.message().parameter(keywords::elementClass)) {
     const auto* name = kind->get<Value::ClassPointer>();
-    if (name != nullptr && (*name)->code != fourCharCode("cobj")) {
+    if (name && (*name)->code != fourCharCode("cobj")) {
       // `count each tab of window 1`; the direct object may be the container, or the elements themselves.
       const bool isElements = (*specifier)->form != Form::property && (*specifier)->desiredClass == (*name)->code;
       if (!isElements)
@@ -160,7 +160,7 @@ std::int64_t ObjectModel::count(EventScope& scope) const {
 bool ObjectModel::exists(EventScope& scope) const {
   const Value target = subject(scope);
   const auto* specifier = target.get<Value::SpecifierPointer>();
-  if (specifier == nullptr)
+  if (!specifier)
     return !target.isMissing();
   try {
     return isThere(resolve(scope, **specifier));
@@ -181,7 +181,7 @@ std::vector<Object> ObjectModel::objects(EventScope& scope, const Value& target)
     return result;
   }
   const auto* specifier = target.get<Value::SpecifierPointer>();
-  if (specifier == nullptr)
+  if (!specifier)
     throw errors::cannotGet("what is no object of the application");
   gather(resolve(scope, **specifier), result, **specifier, terminology_);
   return result;
@@ -192,14 +192,14 @@ Object ObjectModel::object(EventScope& scope, const Value& target) const {
   if (found.size() == 1)
     return found.front();
   const auto* specifier = target.get<Value::SpecifierPointer>();
-  if (specifier != nullptr)
+  if (specifier)
     throw errors::cannotGet(**specifier, terminology_);
   throw errors::cannotGet("one object from a list of several");
 }
 
 InsertionPlace ObjectModel::place(EventScope& scope, const Value& target) const {
   const auto* pointer = target.get<Value::SpecifierPointer>();
-  if (pointer == nullptr)
+  if (!pointer)
     return {object(scope, target), std::nullopt};
   const ObjectSpecifier& specifier = **pointer;
   const auto holder = [&](const applescript::SpecifierPointer& elements) {

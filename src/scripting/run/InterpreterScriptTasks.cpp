@@ -1,5 +1,6 @@
 // A run is one Asio operation: its initiation hands the script to a thread, and the thread posts the completion to the
-// executor of whoever awaits. A cancellation only requests the stop; the operation completes when the script has ended.
+// executor of the awaiting coroutine. A cancellation only requests the stop; the operation completes when the script
+// has ended.
 #include "scripting/run/InterpreterScriptTasks.h"
 
 #include "applescript/values/Errors.h"

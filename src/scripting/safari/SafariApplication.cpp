@@ -67,7 +67,7 @@ Value close(BrowserScope& scope) {
 
 std::string addressOf(const MakeRequest& request) {
   const Value* url = request.find(safari::url);
-  return url != nullptr && !url->isMissing() ? requireText(*url) : std::string();
+  return url && !url->isMissing() ? requireText(*url) : std::string();
 }
 
 Value makeTab(BrowserScope& scope, const MakeRequest& request) {

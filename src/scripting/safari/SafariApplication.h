@@ -6,7 +6,7 @@ namespace tabwright::scripting {
 
 /// Safari's published dictionary over any BrowserDriver.
 ///
-/// What differs from the other family: the id of a window is a number, a tab has none and is named by its position
+/// It differs from the other family: the id of a window is a number, a tab has none and is named by its position
 /// (`tab 3 of window id 12345`), windows without tabs are not listed, the title is the window's `name`, and an empty
 /// address is `missing value`. Whether a window is private can't be asked. Documents stand for windows, one each, with
 /// the page of the current tab.

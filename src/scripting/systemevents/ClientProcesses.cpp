@@ -70,7 +70,7 @@ void tellProcesses(xcb_connection_t* connection, std::vector<ClientWindow>& wind
     if (window.pid != 0)
       continue;
     const xcb_query_extension_reply_t* extension = xcb_get_extension_data(connection, &resourceExtension);
-    if (extension == nullptr || extension->present == 0)
+    if (!extension || extension->present == 0)
       return;
     asked.emplace_back(&window, ask(connection, window.id));
   }

@@ -23,8 +23,8 @@ DesktopProcess describe(pid_t pid, const std::vector<RunningBrowser>& browsers, 
   const std::filesystem::path program = browser == browsers.end() ? programOf(pid) : std::filesystem::path();
   const BrowserFacts* facts =
       browser != browsers.end() ? browser->facts : platform::findBrowserOfProgram(program.native());
-  process.name = facts != nullptr ? std::string(facts->name) : program.filename().string();
-  process.bundleIdentifier = facts != nullptr ? std::string(facts->id) : process.name;
+  process.name = facts ? std::string(facts->name) : program.filename().string();
+  process.bundleIdentifier = facts ? std::string(facts->id) : process.name;
   return process;
 }
 

@@ -18,8 +18,8 @@ using ProgramOfProcess = std::function<std::filesystem::path(pid_t)>;
 /// itself and the window is of that browser's class.
 [[nodiscard]] pid_t processOfWindow(const ClientWindow& window, const std::vector<platform::RunningBrowser>& browsers);
 
-/// What the desktop's processes are: those with windows in the order of their frontmost ones, then the browsers that
-/// have none in the order given. The frontmost one comes first.
+/// Lists the desktop's processes: those with windows in the order of their frontmost ones, then the browsers that have
+/// none in the order given. The frontmost one comes first.
 ///
 /// `windows` are front to back. Frontmost is the process of the active window. Without one the user is nowhere, and it
 /// is the process of the first window that is shown; where nothing is shown, the first browser.

@@ -15,14 +15,14 @@ LinuxDesktop::LinuxDesktop(platform::RunningBrowsers browsers, std::string displ
 
 WindowSystem* LinuxDesktop::windowSystem() {
   const platform::MutexLock lock(mutex_);
-  if (!windowSystem_ && (!display_.empty() || std::getenv("DISPLAY") != nullptr))
+  if (!windowSystem_ && (!display_.empty() || std::getenv("DISPLAY")))
     windowSystem_ = WindowSystem::connect(display_);
   return windowSystem_.get();
 }
 
 std::vector<ClientWindow> LinuxDesktop::windows() {
   WindowSystem* system = windowSystem();
-  return system != nullptr ? system->windows() : std::vector<ClientWindow>{};
+  return system ? system->windows() : std::vector<ClientWindow>{};
 }
 
 std::vector<DesktopProcess> LinuxDesktop::processes() {
@@ -30,7 +30,7 @@ std::vector<DesktopProcess> LinuxDesktop::processes() {
 }
 
 std::vector<ClientWindow> LinuxDesktop::requireWindows(pid_t process) {
-  if (windowSystem() == nullptr)
+  if (!windowSystem())
     throw platform::failure(DesktopFault::noWindowSystem);
   const std::vector<platform::RunningBrowser> browsers = browsers_.findAll();
   std::vector<ClientWindow> mine = windows();
@@ -41,7 +41,7 @@ std::vector<ClientWindow> LinuxDesktop::requireWindows(pid_t process) {
 }
 
 void LinuxDesktop::activate(pid_t process) {
-  if (windowSystem() == nullptr) {
+  if (!windowSystem()) {
     // Without windows the frontmost one is where it is wanted already.
     const std::vector<DesktopProcess> all = processes();
     if (!all.empty() && all.front().isFrontmost && all.front().pid == process)

@@ -44,7 +44,7 @@ std::vector<ModifierKey> modifiersOf(const Value& value) {
   for (const Value& each : itemsOf(value)) {
     const auto* enumerator = each.get<Value::EnumeratorPointer>();
     const auto row = std::ranges::find_if(modifierRows, [&](const ModifierRow& candidate) {
-      return enumerator != nullptr && ((*enumerator)->code == candidate.held || (*enumerator)->code == candidate.key);
+      return enumerator && ((*enumerator)->code == candidate.held || (*enumerator)->code == candidate.key);
     });
     if (row == std::ranges::end(modifierRows))
       throw errors::cannotMake(each, "modifier key");
@@ -55,7 +55,7 @@ std::vector<ModifierKey> modifiersOf(const Value& value) {
 
 std::vector<ModifierKey> heldModifiers(const SystemEventsScope& scope) {
   const Value* given = scope.message().parameter(systemevents::usingModifiers);
-  return given != nullptr ? modifiersOf(*given) : std::vector<ModifierKey>{};
+  return given ? modifiersOf(*given) : std::vector<ModifierKey>{};
 }
 
 const Value& requireDirect(const SystemEventsScope& scope) {

@@ -8,7 +8,7 @@ namespace tabwright::scripting {
 /// bar, menu bar item, menu, menu item.
 [[nodiscard]] const ObjectModel& systemEventsModel();
 
-/// What an object is, for the commands.
+/// The commands ask for an object's class.
 [[nodiscard]] bool isProcess(Object object);
 [[nodiscard]] bool isMenuEntry(Object object);
 

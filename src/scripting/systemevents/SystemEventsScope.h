@@ -11,7 +11,7 @@
 
 namespace tabwright::scripting {
 
-/// What System Events sees of an event: the processes as they were when the event first asked, and the menus that it
+/// The desktop as one event sees it: the processes as they were when the event first asked, and the menus that it
 /// has read so far, each read once. In objects, `first` is the process's position; `second` is a window's position, or
 /// the number of a menu path that this scope has handed out.
 class SystemEventsScope : public EventScope {

@@ -49,7 +49,7 @@ struct WindowSystem::Connection {
   ~Connection() {
     if (hasAtoms)
       xcb_ewmh_connection_wipe(&ewmh);
-    if (xcb != nullptr)
+    if (xcb)
       xcb_disconnect(xcb);
   }
 
@@ -179,7 +179,7 @@ struct WindowSystem::Connection {
             static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
   }
 
-  /// Whether a property that is a list of atoms holds one of these.
+  /// True when a property that is a list of atoms holds one of these.
   template <auto Reply>
   bool hasAtom(xcb_get_property_cookie_t cookie, std::initializer_list<xcb_atom_t> wanted) {
     xcb_ewmh_get_atoms_reply_t list{};
@@ -218,13 +218,13 @@ struct WindowSystem::Connection {
                    reinterpret_cast<const char*>(&message));
   }
 
-  /// Whether the keyboard has a place, or there is none for it.
+  /// True when a window has the keyboard, or none is shown that could have it.
   bool isSettled() REQUIRES(mutex) {
     const std::vector<ClientWindow> now = windows();
     return std::ranges::none_of(now, &ClientWindow::isShown) || std::ranges::any_of(now, &ClientWindow::isActive);
   }
 
-  /// Whether all of these are open, or all hidden and without the keyboard.
+  /// True when all of these are open, or all hidden and without the keyboard.
   bool allShown(const std::vector<std::uint32_t>& ids, bool shown) REQUIRES(mutex) {
     const std::vector<ClientWindow> now = windows();
     return std::ranges::all_of(ids, [&](std::uint32_t id) {
@@ -282,7 +282,7 @@ void WindowSystem::activate(std::uint32_t window) {
 void WindowSystem::iconify(const std::vector<std::uint32_t>& windows) {
   const platform::MutexLock lock(connection_->mutex);
   const bool isManaged = connection_->managedWindows().has_value();
-  // Back ones first, lest one of the same application becomes active in between.
+  // Back ones first: otherwise one of the same application becomes active in between.
   for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
     if (isManaged) {
       connection_->requestIconic(*window);
