@@ -1,3 +1,4 @@
+// Parse, clean, walk, tidy, in this order. The walk's rules are in markdown/.
 #include "browserdata/HTMLToMarkdown.h"
 
 #include "browserdata/CustomSoupWhitelist.h"
@@ -11,7 +12,6 @@
 #include <algorithm>
 #include <string_view>
 
-/// Parse, clean, walk, tidy, in this order. The walk's rules are in markdown/.
 namespace tabwright::browserdata {
 
 namespace {

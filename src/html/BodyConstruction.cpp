@@ -1,3 +1,4 @@
+// The insertion mode "in body", into which all others lead.
 #include "html/Document.h"
 #include "html/TreeConstruction.h"
 #include "html/WhiteSpace.h"
@@ -6,7 +7,6 @@
 #include <algorithm>
 #include <utility>
 
-/// The insertion mode "in body", into which all others lead.
 namespace tabwright::html {
 
 void TreeConstruction::takeText(std::string_view text) {

@@ -1,3 +1,4 @@
+// The HTML standard's "character reference state" and those behind it. The names are a resource.
 #include "html/CharacterReferences.h"
 
 #include "tabwright_htmlResources.h"
@@ -10,7 +11,6 @@
 #include <cstdint>
 #include <unordered_map>
 
-/// The HTML standard's "character reference state" and those behind it. The names are a resource.
 namespace tabwright::html {
 
 namespace {

@@ -1,11 +1,11 @@
+// One walk over the page, building the clean tree beside it: an element that stays gets its copy there, one that
+// doesn't gives its nodes to the element around it. The tree's depth is bounded, so the walk recurses.
 #include "html/Cleaner.h"
 
 #include "html/TreeBuilder.h"
 
 #include <vector>
 
-/// One walk over the page, building the clean tree beside it: an element that stays gets its copy there, one that
-/// doesn't gives its nodes to the element around it. The tree's depth is bounded, so the walk recurses.
 namespace tabwright::html {
 
 namespace {

@@ -1,3 +1,4 @@
+// ICU knows the encodings and their many names.
 #include "html/Encoding.h"
 
 #include "platform/AsciiCase.h"
@@ -7,7 +8,6 @@
 
 #include <memory>
 
-/// ICU knows the encodings and their many names.
 namespace tabwright::html {
 
 namespace {

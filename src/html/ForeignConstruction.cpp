@@ -1,11 +1,11 @@
+// Drawings (SVG) and formulas (MathML). Their elements are named "svg", "svg path", "math mi", so that none is taken
+// for HTML's element of that name.
 #include "html/TreeConstruction.h"
 #include "platform/AsciiCase.h"
 
 #include <algorithm>
 #include <array>
 
-/// Drawings (SVG) and formulas (MathML). Their elements are named "svg", "svg path", "math mi", so that none is taken
-/// for HTML's element of that name.
 namespace tabwright::html {
 
 namespace {

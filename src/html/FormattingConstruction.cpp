@@ -1,9 +1,9 @@
+// Formatting elements: opening them again, and the standard's "adoption agency algorithm", which mends formatting that
+// was closed around a block.
 #include "html/TreeConstruction.h"
 
 #include <algorithm>
 
-/// Formatting elements: opening them again, and the standard's "adoption agency algorithm", which mends formatting that
-/// was closed around a block.
 namespace tabwright::html {
 
 // At most three that are alike are kept, as the standard says; null is a marker.

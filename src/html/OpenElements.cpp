@@ -1,10 +1,10 @@
+// The stack of open elements, and where nodes go.
 #include "html/Document.h"
 #include "html/TreeConstruction.h"
 #include "html/WhiteSpace.h"
 
 #include <algorithm>
 
-/// The stack of open elements, and where nodes go.
 namespace tabwright::html {
 
 namespace {

@@ -1,8 +1,8 @@
+// Tables: which of a table's structure is open, and what a tag of that structure ends and implies.
 #include "html/TreeConstruction.h"
 
 #include <initializer_list>
 
-/// Tables: which of a table's structure is open, and what a tag of that structure ends and implies.
 namespace tabwright::html {
 
 // Of a table, but for cells and captions: text doesn't stand in it.

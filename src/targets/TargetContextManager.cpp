@@ -1,3 +1,4 @@
+// Every bundle identifier is put into lower case where it enters, so that identifiers are compared as they are.
 #include "targets/TargetContextManager.h"
 
 #include "platform/AsciiCase.h"
@@ -7,8 +8,6 @@
 
 #include <algorithm>
 #include <utility>
-
-// Every bundle identifier is put into lower case where it enters, so that identifiers are compared as they are.
 
 namespace tabwright::targets {
 

@@ -1,9 +1,9 @@
+// The texts of all pieces stand in one text, one behind the other; a piece is a place in it.
 #include "browserdata/markdown/MarkdownPieces.h"
 
 #include "browserdata/HTMLToMarkdown.h"
 #include "platform/Whitespace.h"
 
-/// The texts of all pieces stand in one text, one behind the other; a piece is a place in it.
 namespace tabwright::browserdata {
 
 void MarkdownPieces::require(std::size_t room) const {

@@ -1,3 +1,5 @@
+// The rule of tables. The cells' texts are made first, which tells the columns' widths; then the rows are written,
+// padded to them.
 #include "browserdata/HTMLToMarkdown.h"
 #include "browserdata/markdown/MarkdownWalk.h"
 #include "platform/Whitespace.h"
@@ -10,8 +12,6 @@
 #include <string>
 #include <vector>
 
-/// The rule of tables. The cells' texts are made first, which tells the columns' widths; then the rows are written,
-/// padded to them.
 namespace tabwright::browserdata {
 
 namespace {

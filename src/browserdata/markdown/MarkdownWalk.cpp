@@ -1,3 +1,5 @@
+// A table gives each tag its rule; the rules follow in the table's order, but for that of tables, which has a file of
+// its own. Tags that the table doesn't hold leave no mark: their content stands as it is.
 #include "browserdata/markdown/MarkdownWalk.h"
 
 #include "platform/Whitespace.h"
@@ -6,8 +8,6 @@
 #include <array>
 #include <unordered_map>
 
-/// A table gives each tag its rule; the rules follow in the table's order, but for that of tables, which has a file of
-/// its own. Tags that the table doesn't hold leave no mark: their content stands as it is.
 namespace tabwright::browserdata {
 
 enum class MarkdownWalk::Rule : unsigned char {

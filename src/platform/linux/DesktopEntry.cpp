@@ -1,11 +1,10 @@
+// One pass over the lines up to the second group, which belongs to an action of the application and says nothing about
+// whether it is there. Localised keys, such as "Name[de]", are keys of other names.
 #include "platform/linux/DesktopEntry.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <utility>
-
-// One pass over the lines up to the second group, which belongs to an action of the application and says nothing about
-// whether it is there. Localised keys, such as "Name[de]", are keys of other names.
 
 namespace tabwright::platform {
 

@@ -1,3 +1,4 @@
+// Folders are opened, and the few files that an id of the table may lie in are opened in them: nothing is enumerated.
 #include "platform/linux/InstalledBrowsers.h"
 
 #include "platform/FileFailure.h"
@@ -17,8 +18,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
-
-// Folders are opened, and the few files that an id of the table may lie in are opened in them: nothing is enumerated.
 
 namespace tabwright::platform {
 

@@ -1,3 +1,5 @@
+// A process file descriptor (pidfd_open(2)) becomes readable when its process ends, a child of ours or not; an event
+// file descriptor beside it lets a stop request end the wait.
 #include "platform/linux/ProcessExit.h"
 
 #include <algorithm>
@@ -10,9 +12,6 @@
 #include <sys/eventfd.h>
 #include <sys/syscall.h>
 #include <unistd.h>
-
-// A process file descriptor (pidfd_open(2)) becomes readable when its process ends, a child of ours or not; an event
-// file descriptor beside it lets a stop request end the wait.
 
 namespace tabwright::platform {
 

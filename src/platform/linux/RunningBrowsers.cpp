@@ -1,3 +1,8 @@
+// Each numbered directory is looked at in the order of cost: the executable's name sorts out nearly all of them at one
+// system call each, then the command line, then the rest. Names are taken relative to the open directory, and read
+// into buffers on the stack: a desktop has hundreds of processes, and this is asked for by every action. A process may
+// vanish between two reads; whatever cannot be read then is not running. When it is this process
+// that has run short, of descriptors say, nothing is known, and that is a failure.
 #include "platform/linux/RunningBrowsers.h"
 
 #include "platform/FileFailure.h"
@@ -17,12 +22,6 @@
 #include <system_error>
 #include <unistd.h>
 #include <utility>
-
-// Each numbered directory is looked at in the order of cost: the executable's name sorts out nearly all of them at one
-// system call each, then the command line, then the rest. Names are taken relative to the open directory, and read
-// into buffers on the stack: a desktop has hundreds of processes, and this is asked for by every action. A process may
-// vanish between two reads; whatever cannot be read then is not running. When it is this process
-// that has run short, of descriptors say, nothing is known, and that is a failure.
 
 namespace tabwright::platform {
 

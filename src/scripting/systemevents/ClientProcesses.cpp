@@ -1,3 +1,4 @@
+// Requests of the extension are few and short enough to be written here, which spares a library.
 #include "scripting/systemevents/ClientProcesses.h"
 
 #include <array>
@@ -10,8 +11,6 @@
 #include <utility>
 #include <xcb/xcb.h>
 #include <xcb/xcbext.h>
-
-// Requests of the extension are few and short enough to be written here, which spares a library.
 
 namespace tabwright::scripting {
 

@@ -1,3 +1,5 @@
+// Windows are gathered by process, in the order in which each process is met first. That order is the order in which
+// applications were last used.
 #include "scripting/systemevents/DesktopProcesses.h"
 
 #include "platform/BrowserTable.h"
@@ -5,9 +7,6 @@
 
 #include <algorithm>
 #include <string>
-
-// Windows are gathered by process, in the order in which each process is met first. That order is the order in which
-// applications were last used.
 
 namespace tabwright::scripting {
 
