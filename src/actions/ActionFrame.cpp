@@ -48,7 +48,7 @@ void ActionFrame::aimAt(const Parameter<engine::TargetContext>& targetContext) {
 }
 
 void ActionFrame::registerRun() {
-  services_.shutdown.scheduleShutdown([] {});
+  services_.shutdown.scheduleShutdown();
   if (services_.callCounter)
     services_.callCounter->countCall();
 }

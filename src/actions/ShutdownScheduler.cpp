@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-void NoScheduledShutdown::scheduleShutdown(std::function<void()> /*beforeQuit*/) {
+void NoScheduledShutdown::scheduleShutdown() {
   static const platform::Logger log("DelayedShutdown");
   log.debug("Not started by service/action, no shutdown scheduling");
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-
 namespace tabwright::actions {
 
 /// The self-timed quit of a process that was started in the background to serve actions.
@@ -9,15 +7,15 @@ class ShutdownScheduler {
 public:
   virtual ~ShutdownScheduler() = default;
 
-  /// Puts the quit off: it comes 120.1 seconds after the last call, whatever runs then. `beforeQuit` runs first. Does
-  /// nothing in a process that the user started. From any thread; must not throw.
-  virtual void scheduleShutdown(std::function<void()> beforeQuit) = 0;
+  /// Puts the quit off: it comes 120.1 seconds after the last call, whatever runs then. Does nothing in a
+  /// process that the user started. From any thread; must not throw.
+  virtual void scheduleShutdown() = 0;
 };
 
 /// The scheduler of a process that ends by itself, such as a command: nothing to put off.
 class NoScheduledShutdown final : public ShutdownScheduler {
 public:
-  void scheduleShutdown(std::function<void()> beforeQuit) override;
+  void scheduleShutdown() override;
 };
 
 } // namespace tabwright::actions

@@ -14,14 +14,14 @@ using intents::PropertyPresence;
 
 namespace {
 
-const platform::Logger logger("BrowserTabEntity");
+const platform::Logger log("BrowserTabEntity");
 
 // The file is plain rich text, whatever its name says: word processors of every kind open it.
 std::optional<intents::IntentFile> richTextFile(const std::string& html) {
   try {
     return intents::IntentFile{richText(html::Document::parse(html)), "selection.rtfd", "com.apple.rtfd"};
   } catch (const html::ParseFault& fault) {
-    logger.error("Error converting HTML to AttributedString: {}", fault.errorDescription());
+    log.error("Error converting HTML to AttributedString: {}", fault.errorDescription());
     return std::nullopt;
   }
 }

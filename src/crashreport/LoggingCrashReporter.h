@@ -1,7 +1,6 @@
 #pragma once
 
 #include "crashreport/CrashReporter.h"
-#include "platform/Logger.h"
 
 namespace tabwright::crashreport {
 
@@ -9,9 +8,6 @@ namespace tabwright::crashreport {
 class LoggingCrashReporter final : public CrashReporter {
 public:
   void captureError(const std::exception& error) noexcept override;
-
-private:
-  platform::Logger log_{"CrashReporter"};
 };
 
 } // namespace tabwright::crashreport

@@ -13,7 +13,7 @@ enum class LogLevel { debug, info, error };
 /// Writes lines of one subsystem and category, as `[time] [level] [category] text`, to the sink that the program has
 /// set up: by default nowhere. Cheap when the level is off: the arguments are not formatted then.
 ///
-///     static const Logger log("Scriptacular");
+///     const Logger log("Scriptacular"); // in the source's unnamed namespace
 ///     log.debug("Arguments: {}", text);
 ///
 /// Safe to use from any thread.

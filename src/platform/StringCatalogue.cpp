@@ -18,7 +18,7 @@
 namespace tabwright::platform {
 namespace {
 
-const Logger logger("StringCatalogue");
+const Logger log("StringCatalogue");
 
 constexpr std::string_view fallbackLanguage = "en";
 
@@ -27,15 +27,15 @@ std::unordered_map<std::string, std::string> parseTable(const StringCatalogue::S
   boost::system::error_code error;
   const boost::json::value json = boost::json::parse({source.json.data(), source.json.size()}, error);
   if (error || !json.is_object()) {
-    logger.error("The string table {} of {} is no JSON object: {}", source.table, source.language, error.message());
+    log.error("The string table {} of {} is no JSON object: {}", source.table, source.language, error.message());
     return texts;
   }
   for (const auto& [key, text] : json.get_object()) {
     if (text.is_string())
       texts.emplace(key, text.get_string());
     else
-      logger.error("The text {} in the string table {} of {} is no text", std::string_view(key), source.table,
-                   source.language);
+      log.error("The text {} in the string table {} of {} is no text", std::string_view(key), source.table,
+                source.language);
   }
   return texts;
 }

@@ -1,6 +1,7 @@
 #include "shell/BrowserState.h"
 
 #include "engine/JSONDecoding.h"
+#include "platform/Logger.h"
 
 #include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
@@ -14,6 +15,8 @@
 
 namespace tabwright::shell {
 namespace {
+
+const platform::Logger log("UserDefaults");
 
 // In the order of the enum.
 constexpr std::array<std::string_view, 5> statusNames{"unknown", "appNotInstalled", "requesting", "granted", "denied"};
@@ -67,7 +70,7 @@ std::optional<shell::BrowserStates> DefaultsCoding<shell::BrowserStates>::from(c
     std::optional<shell::BrowserState> state = shell::BrowserState::fromJSON(text);
     static std::atomic<bool> isTold = false; // the map is read all the time
     if (!state && !isTold.exchange(true))
-      Logger("UserDefaults").error("The stored state of {} can't be read: {}", id, text);
+      shell::log.error("The stored state of {} can't be read: {}", id, text);
     states.emplace(id, std::move(state).value_or(shell::BrowserState()));
   }
   return states;

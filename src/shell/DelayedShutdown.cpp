@@ -13,14 +13,20 @@
 #include <boost/asio/strand.hpp>
 
 #include <exception>
+#include <functional>
 #include <utility>
 
 namespace tabwright::shell {
 
+namespace {
+
+const platform::Logger log("DelayedShutdown");
+
+} // namespace
+
 class DelayedShutdown::Job : public std::enable_shared_from_this<Job> {
 public:
-  Job(const boost::asio::any_io_executor& background, std::function<void()> beforeQuit)
-      : beforeQuit(std::move(beforeQuit)), strand_(boost::asio::make_strand(background)) {}
+  explicit Job(const boost::asio::any_io_executor& background) : strand_(boost::asio::make_strand(background)) {}
 
   // Calls `done` on the strand at the end of the sleep, but not when that was cancelled.
   void start(platform::Clock& clock, std::function<void()> done) {
@@ -44,8 +50,6 @@ public:
     });
   }
 
-  const std::function<void()> beforeQuit;
-
 private:
   boost::asio::strand<boost::asio::any_io_executor> strand_;
   boost::asio::cancellation_signal cancellation_; // used on the strand only, like the flag
@@ -55,7 +59,6 @@ private:
 struct DelayedShutdown::Pending {
   explicit Pending(Surroundings surroundings) : surroundings(std::move(surroundings)) {}
 
-  const platform::Logger log{"DelayedShutdown"};
   const Surroundings surroundings;
   platform::Mutex mutex;
   std::shared_ptr<Job> pendingJob GUARDED_BY(mutex);
@@ -71,13 +74,13 @@ DelayedShutdown::~DelayedShutdown() {
   pending_->pendingJob = nullptr;
 }
 
-void DelayedShutdown::scheduleShutdown(std::function<void()> beforeQuit) {
+void DelayedShutdown::scheduleShutdown() {
   const Surroundings& surroundings = pending_->surroundings;
   if (!surroundings.appState.isAppRunningHidden) {
-    pending_->log.debug("Not started by service/action, no shutdown scheduling");
+    log.debug("Not started by service/action, no shutdown scheduling");
     return;
   }
-  const auto job = std::make_shared<Job>(surroundings.background, std::move(beforeQuit));
+  const auto job = std::make_shared<Job>(surroundings.background);
   {
     const platform::MutexLock lock(pending_->mutex);
     if (pending_->pendingJob)
@@ -88,7 +91,7 @@ void DelayedShutdown::scheduleShutdown(std::function<void()> beforeQuit) {
         fire(weak, finished);
     });
   }
-  pending_->log.debug("(Re-)scheduled automatic app shutdown");
+  log.debug("(Re-)scheduled automatic app shutdown");
 }
 
 void DelayedShutdown::fire(const std::weak_ptr<Pending>& weakPending, const std::shared_ptr<Job>& job) {
@@ -100,15 +103,7 @@ void DelayedShutdown::fire(const std::weak_ptr<Pending>& weakPending, const std:
     if (pending->pendingJob != job)
       return;
   }
-  boost::asio::post(pending->surroundings.mainActor, [pending, job] {
-    try {
-      if (job->beforeQuit)
-        job->beforeQuit();
-    } catch (const std::exception& error) {
-      pending->log.error("A step before the shutdown failed: {}", error.what());
-    }
-    pending->surroundings.application.terminate();
-  });
+  boost::asio::post(pending->surroundings.mainActor, [pending] { pending->surroundings.application.terminate(); });
 }
 
 } // namespace tabwright::shell

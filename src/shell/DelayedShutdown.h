@@ -8,7 +8,6 @@
 #include <boost/asio/any_io_executor.hpp>
 
 #include <chrono>
-#include <functional>
 #include <memory>
 
 namespace tabwright::shell {
@@ -36,9 +35,8 @@ public:
   DelayedShutdown(const DelayedShutdown&) = delete;
   DelayedShutdown& operator=(const DelayedShutdown&) = delete;
 
-  /// Arms the quit in place of the one that was armed; the exchange is one step. `beforeQuit` runs on the main actor
-  /// right before the application is told to terminate; what it throws is logged. From any thread.
-  void scheduleShutdown(std::function<void()> beforeQuit) override;
+  /// Arms the quit in place of the one that was armed; the exchange is one step. From any thread.
+  void scheduleShutdown() override;
 
 private:
   class Job;

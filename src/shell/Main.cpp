@@ -1,10 +1,17 @@
 #include "shell/Main.h"
 
+#include "platform/Logger.h"
 #include "shell/Varn.h"
 
 #include <utility>
 
 namespace tabwright::shell {
+
+namespace {
+
+const platform::Logger log("Main");
+
+} // namespace
 
 Main::Main(const Surroundings& surroundings)
     : application_(surroundings.application), updateController_(surroundings.updateController),
@@ -22,7 +29,7 @@ Main::Main(const Surroundings& surroundings)
                  .mainActor = surroundings.mainActor,
                  .errorTracking = surroundings.errorTracking}) {
   application_.setDelegate(&delegate_);
-  log_.info("{}", Varn::App::identificationLine());
+  log.info("{}", Varn::App::identificationLine());
 }
 
 Main::~Main() {

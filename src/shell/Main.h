@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/Clock.h"
-#include "platform/Logger.h"
 #include "platform/UserDefaults.h"
 #include "shell/AppState.h"
 #include "shell/Application.h"
@@ -52,7 +51,6 @@ public:
   void mainContentAppeared();
 
 private:
-  platform::Logger log_{"Main"};
   Application& application_;
   UpdateController* updateController_;
   bool hasContentAppeared_ = false;

@@ -1,5 +1,6 @@
 #include "shell/MainDelegate.h"
 
+#include "platform/Logger.h"
 #include "shell/Varn.h"
 
 #include <boost/asio/post.hpp>
@@ -8,12 +9,18 @@
 
 namespace tabwright::shell {
 
+namespace {
+
+const platform::Logger log("MainDelegate");
+
+} // namespace
+
 MainDelegate::MainDelegate(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
 
 void MainDelegate::applicationDidFinishLaunching() {
   // 1. Tell which kind of launch this is.
   if (surroundings_.appState.isAppRunningHidden)
-    log_.debug("Launched by action/service");
+    log.debug("Launched by action/service");
   // 2. The first launch of all is remembered.
   surroundings_.defaultsManager.recordFirstLaunch(surroundings_.clock);
   // 3. From here on failures are reported.
@@ -26,11 +33,11 @@ void MainDelegate::applicationDidFinishLaunching() {
                     [&application = surroundings_.application] { Varn::Windows::cleanUp(application); });
   // 5. A hidden process quits by itself even if no action ever comes.
   if (surroundings_.appState.isAppRunningHidden)
-    surroundings_.shutdown.scheduleShutdown([] {});
+    surroundings_.shutdown.scheduleShutdown();
 }
 
 void MainDelegate::applicationWillTerminate() {
-  log_.debug("Shutting down");
+  log.debug("Shutting down");
 }
 
 } // namespace tabwright::shell

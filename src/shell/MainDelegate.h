@@ -2,7 +2,6 @@
 
 #include "actions/ShutdownScheduler.h"
 #include "platform/Clock.h"
-#include "platform/Logger.h"
 #include "shell/AppState.h"
 #include "shell/Application.h"
 #include "shell/ApplicationDelegate.h"
@@ -36,7 +35,6 @@ public:
   void applicationWillTerminate() override;
 
 private:
-  platform::Logger log_{"MainDelegate"};
   Surroundings surroundings_;
 };
 

@@ -75,7 +75,7 @@ private:
     co_return;
   }
 
-  void scheduleShutdown(std::function<void()>) override { steps.emplace_back("schedule"); }
+  void scheduleShutdown() override { steps.emplace_back("schedule"); }
   void countCall() override { steps.emplace_back("count"); }
   platform::Task<void> requestConfirmation(intents::LocalizedText) override {
     throw intents::ConfirmationRefused();

@@ -23,6 +23,12 @@
 
 namespace tabwright::platform {
 
+namespace {
+
+const Logger log("UserDefaults");
+
+} // namespace
+
 std::filesystem::path defaultSettingsFile() {
   return configHome() / "tabwright" / "settings.plist";
 }
@@ -105,7 +111,6 @@ struct LinuxUserDefaults::Parts {
       log.error("{}", text);
   }
 
-  const Logger log{"UserDefaults"};
   const SettingsFile file;
   const std::chrono::nanoseconds lockWait;
   DefaultsObservers observers;

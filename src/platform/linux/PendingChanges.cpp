@@ -8,6 +8,8 @@
 namespace tabwright::platform {
 namespace {
 
+const Logger log("UserDefaults");
+
 class DocumentChange final : public DefaultsChange {
 public:
   explicit DocumentChange(PropertyListDocument& document) : document_(document) {}
@@ -38,7 +40,7 @@ AppliedChanges applyChange(const DefaultsUpdate& change, PropertyListDocument& d
   try {
     change(documentChange);
   } catch (const std::exception& error) {
-    Logger("UserDefaults").error("A change of the settings failed: {}", error.what());
+    log.error("A change of the settings failed: {}", error.what());
   }
   return documentChange.applied;
 }

@@ -23,10 +23,7 @@ namespace {
 constexpr std::size_t longestFile = 4UL * 1024 * 1024;
 constexpr int mostCopies = 3; // of damaged files
 
-const Logger& logger() {
-  static const Logger log("UserDefaults");
-  return log;
-}
+const Logger log("UserDefaults");
 
 std::filesystem::path withEnding(std::filesystem::path path, std::string_view ending) {
   path += ending;
@@ -109,7 +106,7 @@ SettingsFile::SnapshotPointer SettingsFile::load(const SnapshotPointer& previous
   if (document)
     snapshot->document = *std::move(document);
   else
-    logger().error("The settings “{}” are damaged: defaults hold", file_.string());
+    log.error("The settings “{}” are damaged: defaults hold", file_.string());
   return snapshot;
 }
 
@@ -147,7 +144,7 @@ SettingsFile::SnapshotPointer SettingsFile::replace(const Snapshot& old, Propert
   try {
     syncFolder(file_.parent_path());
   } catch (const FileFailure& failure) {
-    logger().error("{}", failure.errorDescription());
+    log.error("{}", failure.errorDescription());
   }
   snapshot->kind = Snapshot::Kind::readable;
   snapshot->document = std::move(document);
@@ -164,7 +161,7 @@ void SettingsFile::keepAside() const {
   }
   if (link(file_.c_str(), copy(1).c_str()) != 0 && rename(file_.c_str(), copy(1).c_str()) != 0)
     throw FileFailure("set aside", file_, errno);
-  logger().error("Set the damaged settings “{}” aside as “{}”", file_.string(), copy(1).string());
+  log.error("Set the damaged settings “{}” aside as “{}”", file_.string(), copy(1).string());
 }
 
 } // namespace tabwright::platform
