@@ -1,5 +1,7 @@
 #include "app/TextInput.h"
 
+#include "platform/linux/FileDescriptor.h"
+
 #include <fmt/core.h>
 
 #include <array>
@@ -35,17 +37,10 @@ std::string readAll(int descriptor, const std::string& file) {
 } // namespace
 
 std::string readTextFile(const std::filesystem::path& path) {
-  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0)
+  const platform::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!file.isOpen())
     throw unreadable("open", path.string(), errno);
-  try {
-    std::string content = readAll(descriptor, path.string());
-    ::close(descriptor);
-    return content;
-  } catch (...) {
-    ::close(descriptor);
-    throw;
-  }
+  return readAll(file.number(), path.string());
 }
 
 std::string readStandardInput() {

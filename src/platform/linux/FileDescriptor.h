@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
+#include <string>
 #include <unistd.h>
 #include <utility>
 
@@ -22,6 +25,8 @@ public:
 
   [[nodiscard]] int number() const noexcept { return number_; }
   [[nodiscard]] bool isOpen() const noexcept { return number_ >= 0; }
+  /// The bytes from here to the end. Nothing, with errno set, when they can't be read; EFBIG for more than `most`.
+  [[nodiscard]] std::optional<std::string> readAll(std::size_t most = std::string::npos) const;
 
 private:
   int number_ = -1;

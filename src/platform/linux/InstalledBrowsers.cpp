@@ -6,12 +6,12 @@
 #include "platform/linux/BaseDirectories.h"
 #include "platform/linux/BrowserExecutable.h"
 #include "platform/linux/DesktopEntry.h"
+#include "platform/linux/FileDescriptor.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
-#include <deque>
 #include <fcntl.h>
 #include <optional>
 #include <string_view>
@@ -27,33 +27,15 @@ namespace fs = std::filesystem;
 
 const Logger log("InstalledBrowsers");
 
-/// Closes a file descriptor at the end of its scope; negative when opening failed.
-struct Descriptor {
-  int number;
-  explicit Descriptor(int number) : number(number) {}
-  ~Descriptor() {
-    if (number >= 0)
-      ::close(number);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-};
-
-using Folders = std::deque<Descriptor>;
-
 constexpr std::size_t mostBytes = std::size_t{1} << 20; // entries with all their translations have some ten thousand
 
-/// Nothing for what can't be read.
-std::optional<std::string> readAll(int file) {
+/// Nothing for what can't be read, or is no file.
+std::optional<DesktopEntry> readEntry(const FileDescriptor& file) {
   struct stat status{};
-  if (::fstat(file, &status) != 0 || !S_ISREG(status.st_mode))
+  if (::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode))
     return std::nullopt;
-  std::string text;
-  char buffer[16384];
-  ssize_t count = 0;
-  while ((count = ::read(file, buffer, sizeof buffer)) > 0 && text.size() < mostBytes)
-    text.append(buffer, static_cast<std::size_t>(count));
-  return count == 0 ? std::optional(std::move(text)) : std::nullopt;
+  const std::optional<std::string> text = file.readAll(mostBytes);
+  return text ? parseDesktopEntry(*text) : std::nullopt;
 }
 
 /// The files below a folder that have this id: each of its dashes may as well be the border of a subfolder.
@@ -81,13 +63,12 @@ enum class EntryState {
 };
 
 EntryState stateOf(int folder, const std::string& name, std::string_view path) {
-  const Descriptor file(::openat(folder, name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (file.number < 0 && isShortage(errno))
+  const FileDescriptor file(::openat(folder, name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!file.isOpen() && isShortage(errno))
     throw FileFailure("read", name, errno);
-  if (file.number < 0 && (errno == ENOENT || errno == ENOTDIR))
+  if (!file.isOpen() && (errno == ENOENT || errno == ENOTDIR))
     return EntryState::absent;
-  const std::optional<std::string> text = file.number >= 0 ? readAll(file.number) : std::nullopt;
-  const std::optional<DesktopEntry> entry = text ? parseDesktopEntry(*text) : std::nullopt;
+  const std::optional<DesktopEntry> entry = readEntry(file);
   if (!entry) {
     log.error("Failed to get info dictionary for {}", name.substr(name.rfind('/') + 1));
     return EntryState::absent;
@@ -97,13 +78,13 @@ EntryState stateOf(int folder, const std::string& name, std::string_view path) {
   return isThere ? EntryState::present : EntryState::denied;
 }
 
-bool hasEntry(std::string_view id, const Folders& folders, std::string_view path) {
+bool hasEntry(std::string_view id, const std::vector<FileDescriptor>& folders, std::string_view path) {
   const std::vector<std::string> files = filesOfID(id);
-  for (const Descriptor& folder : folders) {
-    if (folder.number < 0)
+  for (const FileDescriptor& folder : folders) {
+    if (!folder.isOpen())
       continue;
     for (const std::string& file : files) {
-      const EntryState state = stateOf(folder.number, file, path);
+      const EntryState state = stateOf(folder.number(), file, path);
       if (state != EntryState::absent)
         return state == EntryState::present;
     }
@@ -141,10 +122,10 @@ InstallationPlaces InstallationPlaces::ofThisProcess() {
 }
 
 std::vector<const BrowserFacts*> findInstalledBrowsers(const InstallationPlaces& places) {
-  Folders folders;
+  std::vector<FileDescriptor> folders;
   for (const fs::path& folder : places.applicationFolders) {
     folders.emplace_back(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    if (folders.back().number < 0 && isShortage(errno))
+    if (!folders.back().isOpen() && isShortage(errno))
       throw FileFailure("read", folder, errno);
   }
   std::vector<const BrowserFacts*> browsers;

@@ -31,16 +31,12 @@ public:
   [[nodiscard]] const std::filesystem::path& path() const override { return path_; }
 
   [[nodiscard]] std::string content() const override {
-    std::string text;
-    char buffer[16 * 1024];
-    for (;;) {
-      const ssize_t count = pread(descriptor_.number(), buffer, sizeof buffer, static_cast<off_t>(text.size()));
-      if (count == 0)
-        return text;
-      if (count < 0 && errno != EINTR)
-        throw FileFailure("read", path_, errno);
-      text.append(buffer, count > 0 ? static_cast<std::size_t>(count) : 0);
-    }
+    std::optional<std::string> text;
+    if (lseek(descriptor_.number(), 0, SEEK_SET) == 0)
+      text = descriptor_.readAll();
+    if (!text)
+      throw FileFailure("read", path_, errno);
+    return *std::move(text);
   }
 
 private:

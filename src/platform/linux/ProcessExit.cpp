@@ -2,6 +2,8 @@
 // file descriptor beside it lets a stop request end the wait.
 #include "platform/linux/ProcessExit.h"
 
+#include "platform/linux/FileDescriptor.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -15,30 +17,11 @@
 
 namespace tabwright::platform {
 
-namespace {
-
-class Descriptor {
-public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    if (number_ >= 0)
-      ::close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  [[nodiscard]] int number() const { return number_; }
-
-private:
-  int number_;
-};
-
-} // namespace
-
 ProcessExit waitForExit(pid_t process, const CallLimits& limits) {
-  const Descriptor watched(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
-  if (watched.number() < 0)
+  const FileDescriptor watched(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+  if (!watched.isOpen())
     return ProcessExit::ended;
-  const Descriptor stop(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+  const FileDescriptor stop(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
   const std::stop_callback onStop(limits.stop, [&stop] {
     const std::uint64_t one = 1;
     [[maybe_unused]] const auto written = ::write(stop.number(), &one, sizeof one);

@@ -6,6 +6,7 @@
 #include "platform/linux/RunningBrowsers.h"
 
 #include "platform/FileFailure.h"
+#include "platform/linux/FileDescriptor.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -44,18 +45,10 @@ struct ProcessFiles {
 };
 
 std::optional<std::string> readAll(const ProcessFiles& process, std::string_view file) {
-  const int descriptor = ::openat(process.directory, process.fileName(file).c_str(), O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0 && isShortage(errno))
+  const FileDescriptor opened(::openat(process.directory, process.fileName(file).c_str(), O_RDONLY | O_CLOEXEC));
+  if (!opened.isOpen() && isShortage(errno))
     throw FileFailure("read", process.path / process.fileName(file), errno);
-  if (descriptor < 0)
-    return std::nullopt;
-  std::string text;
-  char buffer[4096];
-  ssize_t count = 0;
-  while ((count = ::read(descriptor, buffer, sizeof buffer)) > 0)
-    text.append(buffer, static_cast<std::size_t>(count));
-  ::close(descriptor);
-  return count < 0 ? std::nullopt : std::optional(std::move(text));
+  return opened.readAll();
 }
 
 /// The path to which a symbolic link of a process leads; empty when that can't be read.

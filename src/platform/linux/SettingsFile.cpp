@@ -35,22 +35,6 @@ bool isSameState(const struct stat& one, const struct stat& other) {
          one.st_mtim.tv_sec == other.st_mtim.tv_sec && one.st_mtim.tv_nsec == other.st_mtim.tv_nsec;
 }
 
-// Nothing for a file that is too long.
-std::optional<std::string> readAll(int descriptor, const std::filesystem::path& path) {
-  std::string content;
-  char buffer[16 * 1024];
-  for (;;) {
-    const ssize_t count = read(descriptor, buffer, sizeof buffer);
-    if (count == 0)
-      return content;
-    if (count < 0 && errno != EINTR)
-      throw FileFailure("read", path, errno);
-    content.append(buffer, count > 0 ? static_cast<std::size_t>(count) : 0);
-    if (content.size() > longestFile)
-      return std::nullopt;
-  }
-}
-
 void writeAll(int descriptor, std::string_view content, const std::filesystem::path& path) {
   while (!content.empty()) {
     const ssize_t count = write(descriptor, content.data(), content.size());
@@ -98,7 +82,9 @@ SettingsFile::SnapshotPointer SettingsFile::load(const SnapshotPointer& previous
   if (!S_ISREG(snapshot->facts.st_mode))
     throw FileFailure("read", file_, S_ISDIR(snapshot->facts.st_mode) ? EISDIR : EINVAL);
 
-  const std::optional<std::string> content = readAll(snapshot->descriptor.number(), file_);
+  const std::optional<std::string> content = snapshot->descriptor.readAll(longestFile);
+  if (!content && errno != EFBIG)
+    throw FileFailure("read", file_, errno);
   std::optional<PropertyListDocument> document;
   if (content)
     document = PropertyListDocument::parse(*content);
