@@ -12,7 +12,7 @@ namespace tabwright::markdown {
 ///
 ///     const Document document = parse("# Hello\n\n- [x] done");
 ///     document.root().children[1].children[0].isChecked; // true
-///     terminalText(document, markdownTheme, 80, TerminalColours::on);
+///     richText(document, markdownTheme, ColourScheme::light);
 class Document {
 public:
   explicit Document(Node root) : root_(std::move(root)) {}

@@ -215,7 +215,7 @@ private:
   }
 
   std::string look(Role role) const {
-    const Theme::WindowLook& look = theme_.look(role).window;
+    const Theme::Look& look = theme_.look(role);
     std::string style;
     if (look.size != 100)
       style += fmt::format("font-size:{}%;", look.size);
@@ -239,7 +239,7 @@ private:
     return fmt::format("{}:#{:02x}{:02x}{:02x};", property, colour.red, colour.green, colour.blue);
   }
 
-  const std::optional<Theme::ColourPair>& border() const { return theme_.look(Role::border).window.colour; }
+  const std::optional<Theme::ColourPair>& border() const { return theme_.look(Role::border).colour; }
 
   const Theme& theme_;
   ColourScheme scheme_;

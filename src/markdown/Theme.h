@@ -8,7 +8,7 @@
 
 namespace tabwright::markdown {
 
-/// The look of Markdown, in windows and on a terminal: plain data, of no toolkit. Its texts are views of literals.
+/// The look of Markdown in windows: plain data, of no toolkit. Its texts are views of literals.
 ///
 /// Looks add up: a code span in a heading has the heading's size and the code's letters.
 struct Theme {
@@ -29,9 +29,8 @@ struct Theme {
     link,
     image, ///< the alternative text that stands for one
     html,  ///< markup that is shown as text
-    listMarker,
     tableHeader,
-    border, ///< lines of tables, bars of quotes, rules
+    border, ///< lines of tables, rules
   };
   static constexpr std::size_t roleCount = static_cast<std::size_t>(Role::border) + 1;
 
@@ -47,7 +46,8 @@ struct Theme {
     Colour dark;
   };
 
-  struct WindowLook {
+  struct Look {
+    Role role;
     int size = 100; ///< per cent of the window's letters
     bool isBold = false;
     bool isItalic = false;
@@ -58,26 +58,6 @@ struct Theme {
     std::optional<ColourPair> background = std::nullopt; ///< none: as what it stands in
   };
 
-  /// The terminal's own palette, which its user has chosen.
-  enum class TerminalColour : std::uint8_t { unchanged, red, green, yellow, blue, magenta, cyan };
-
-  struct TerminalLook {
-    bool isBold = false;
-    bool isDim = false;
-    bool isItalic = false;
-    bool isUnderlined = false;
-    bool isStruckThrough = false;
-    TerminalColour colour = TerminalColour::unchanged;
-    std::string_view plainMark = {}; ///< on both sides of it where nothing else may show the look
-    bool operator==(const TerminalLook&) const = default;
-  };
-
-  struct Look {
-    Role role;
-    WindowLook window;
-    TerminalLook terminal;
-  };
-
   /// Distances in windows, in logical pixels.
   struct Spacing {
     int paragraph;    ///< below a paragraph, list, quote, table or code block
@@ -86,14 +66,10 @@ struct Theme {
     int cellPadding;
   };
 
-  /// Single characters of one cell each, for terminals.
+  /// The boxes of tasks.
   struct Symbols {
-    std::array<std::string_view, 3> bullets; ///< by depth; the last one for all deeper lists
-    std::string_view unchecked;              ///< task boxes, in windows too
+    std::string_view unchecked;
     std::string_view checked;
-    std::string_view vertical; ///< bars of quotes, lines between columns
-    std::string_view horizontal;
-    std::string_view crossing;
   };
 
   std::array<Look, roleCount> looks; ///< in the order of `Role`
@@ -106,7 +82,7 @@ struct Theme {
   [[nodiscard]] static constexpr Role heading(int level) { return static_cast<Role>(level - 1); }
 };
 
-/// The one theme of all windows and of the command line.
+/// The one theme of all windows.
 extern const Theme markdownTheme;
 
 } // namespace tabwright::markdown

@@ -51,8 +51,11 @@ TEST(RichText, LetsNoMarkupOrAddressOfTheTextThrough) {
 
 TEST(RichText, LooksAsTheThemeSays) {
   Theme theme = markdownTheme;
-  theme.looks[static_cast<std::size_t>(Theme::Role::heading1)].window = {
-      .size = 150, .isItalic = true, .colour = Theme::ColourPair{{1, 2, 3}, {0xA, 0xB, 0xC}}};
+  theme.looks[static_cast<std::size_t>(Theme::Role::heading1)] = {.role = Theme::Role::heading1,
+                                                                  .size = 150,
+                                                                  .isItalic = true,
+                                                                  .colour =
+                                                                      Theme::ColourPair{{1, 2, 3}, {0xA, 0xB, 0xC}}};
   theme.spacing = {.paragraph = 5, .headingAbove = 7, .quoteIndentation = 0, .cellPadding = 0};
   EXPECT_EQ(richText(parse("# a"), theme, ColourScheme::light),
             "<h1 style=\"margin-top:7px;margin-bottom:5px;font-size:150%;font-style:italic;color:#010203;\">a</h1>");
