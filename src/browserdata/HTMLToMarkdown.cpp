@@ -80,7 +80,7 @@ std::string tidied(std::string_view text, std::string_view lineSeparator, std::s
 std::string errorDescription(HTMLToMarkdownError error, const std::string& detail) {
   switch (error) {
   case HTMLToMarkdownError::unexpectedNode:
-    return "A table of the page holds an element \"" + detail + "\" where a row or a cell belongs";
+    return "A table of the page holds an element “" + detail + "” where a row or a cell belongs";
   case HTMLToMarkdownError::unprocessableHTML:
     return "The HTML can't be converted: it is too long, or its Markdown would be out of all proportion to it";
   }
