@@ -1,4 +1,5 @@
 #include "platform/DefaultsKey.h"
+#include "platform/Mutex.h"
 #include "platform/linux/LinuxUserDefaults.h"
 #include "support/LogCapture.h"
 #include "support/SettingsFolder.h"
@@ -10,7 +11,6 @@
 #include <csignal>
 #include <cstdint>
 #include <fcntl.h>
-#include <mutex>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -292,23 +292,23 @@ TEST_F(LinuxUserDefaultsTest, ManyThreadsLoseNoUpdate) {
 class CallCount {
 public:
   void add() {
-    const std::scoped_lock lock(mutex_);
+    const MutexLock lock(mutex_);
     ++calls_;
     changed_.notify_all();
   }
   int calls() const {
-    const std::scoped_lock lock(mutex_);
+    const MutexLock lock(mutex_);
     return calls_;
   }
   bool waitFor(int calls) {
-    std::unique_lock lock(mutex_);
-    return changed_.wait_for(lock, std::chrono::seconds(60), [&] { return calls_ >= calls; });
+    MutexLock lock(mutex_);
+    return changed_.wait_for(lock, std::chrono::seconds(60), [&]() REQUIRES(mutex_) { return calls_ >= calls; });
   }
 
 private:
-  mutable std::mutex mutex_;
-  std::condition_variable changed_;
-  int calls_ = 0;
+  mutable Mutex mutex_;
+  std::condition_variable_any changed_;
+  int calls_ GUARDED_BY(mutex_) = 0;
 };
 
 TEST_F(LinuxUserDefaultsTest, ALateUpdateReachesTheDiskWhileItsStoreLives) {

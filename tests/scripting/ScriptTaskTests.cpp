@@ -1,3 +1,4 @@
+#include "platform/Mutex.h"
 #include "scripting/ScriptingDirectory.h"
 #include "scripting/run/DescriptorConversion.h"
 #include "scripting/run/InterpreterScriptTasks.h"
@@ -14,7 +15,6 @@
 #include <gtest/gtest.h>
 
 #include <condition_variable>
-#include <mutex>
 #include <thread>
 
 namespace {
@@ -46,7 +46,7 @@ protected:
     applescript::Surroundings surroundings;
     surroundings.directory = directory.get();
     surroundings.sleep = [this](std::chrono::nanoseconds, std::stop_token stop) {
-      std::unique_lock lock(mutex);
+      platform::MutexLock lock(mutex);
       ++sleeping;
       changed.notify_all();
       std::condition_variable_any wake;
@@ -66,15 +66,20 @@ protected:
     return testsupport::failureText([&] { return testsupport::runTask(task.executeWithAppleEvent(std::move(event))); });
   }
 
+  int sleepers() {
+    const platform::MutexLock lock(mutex);
+    return sleeping;
+  }
+
   void awaitSleepers(int count) {
-    std::unique_lock lock(mutex);
-    changed.wait(lock, [&] { return sleeping == count; });
+    platform::MutexLock lock(mutex);
+    changed.wait(lock, [&]() REQUIRES(mutex) { return sleeping == count; });
   }
 
   testsupport::MemoryFileManager files;
-  std::mutex mutex;
-  std::condition_variable changed;
-  int sleeping = 0;
+  platform::Mutex mutex;
+  std::condition_variable_any changed;
+  int sleeping GUARDED_BY(mutex) = 0;
   std::unique_ptr<scripting::ScriptingDirectory> directory;
   std::shared_ptr<applescript::Interpreter> interpreter;
 };
@@ -125,7 +130,7 @@ TEST_F(ScriptTasks, StopARunningScriptWhenItsCoroutineIsCancelled) {
   context.run();
   EXPECT_THAT(failure, HasSubstr("(-128)"));
   EXPECT_EQ(completions, 1);
-  EXPECT_EQ(sleeping, 0);
+  EXPECT_EQ(sleepers(), 0);
 }
 
 TEST_F(ScriptTasks, RunBesideManyThatWait) {
@@ -143,7 +148,7 @@ TEST_F(ScriptTasks, RunBesideManyThatWait) {
   for (auto& signal : signals)
     signal.emit(boost::asio::cancellation_type::terminal);
   context.run();
-  EXPECT_EQ(sleeping, 0);
+  EXPECT_EQ(sleepers(), 0);
 }
 
 TEST_F(ScriptTasks, QueueBehindABoundAndLeaveTheQueueWhenCancelled) {

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/LogReceiver.h"
+#include "platform/Mutex.h"
 
 #include <algorithm>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,7 +17,7 @@ public:
     platform::setLogReceiver(platform::LogLevel::debug,
                              [this](platform::LogLevel level, std::string_view category, std::string_view text) {
                                static constexpr const char* names[]{"debug", "info", "error"};
-                               const std::lock_guard lock(mutex_);
+                               const platform::MutexLock lock(mutex_);
                                lines_.push_back(std::string(names[static_cast<int>(level)]) + ' ' +
                                                 std::string(category) + ": " + std::string(text));
                              });
@@ -27,7 +27,7 @@ public:
   LogCapture& operator=(const LogCapture&) = delete;
 
   [[nodiscard]] std::vector<std::string> lines() const {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     return lines_;
   }
   [[nodiscard]] bool holds(std::string_view line) const { return std::ranges::count(lines(), line) > 0; }
@@ -39,8 +39,8 @@ public:
   }
 
 private:
-  mutable std::mutex mutex_;
-  std::vector<std::string> lines_;
+  mutable platform::Mutex mutex_;
+  std::vector<std::string> lines_ GUARDED_BY(mutex_);
 };
 
 } // namespace tabwright::testsupport

@@ -9,7 +9,7 @@ namespace tabwright::testsupport {
 using namespace scripting;
 
 WindowID ModelBrowser::addWindow(const std::vector<Page>& pages, WindowMode mode) {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   WindowState window;
   window.id = nextWindow_++;
   window.mode = mode;
@@ -23,24 +23,24 @@ WindowID ModelBrowser::addWindow(const std::vector<Page>& pages, WindowMode mode
 }
 
 void ModelBrowser::change(const std::function<void(std::vector<WindowState>&)>& how) {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   how(windows_);
   snapshot_.reset();
 }
 
 std::vector<WindowState> ModelBrowser::windows() {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   return windows_;
 }
 
 std::vector<std::string> ModelBrowser::commands() {
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   return commands_;
 }
 
 std::shared_ptr<const BrowserSnapshot> ModelBrowser::snapshot(const CallLimits&) {
   throwIfFailing();
-  const std::lock_guard lock(mutex_);
+  const platform::MutexLock lock(mutex_);
   ++snapshotsAsked;
   if (!snapshot_) {
     ++snapshotsTaken;
@@ -52,7 +52,7 @@ std::shared_ptr<const BrowserSnapshot> ModelBrowser::snapshot(const CallLimits&)
 boost::json::value ModelBrowser::evaluate(TabID id, const std::string& javascript, const CallLimits&) {
   throwIfFailing();
   {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     ++evaluations;
     tab(id);
     snapshot_.reset(); // a page may have changed anything
@@ -61,7 +61,10 @@ boost::json::value ModelBrowser::evaluate(TabID id, const std::string& javascrip
 }
 
 std::int64_t ModelBrowser::perform(const BrowserCommand& command, const CallLimits&) {
-  return dispatch(command, [this](const auto& each) { return carryOut(each); });
+  return dispatch(command, [this](const auto& each) {
+    const platform::MutexLock lock(mutex_);
+    return carryOut(each);
+  });
 }
 
 TabID ModelBrowser::carryOut(const MakeTab& command) {
@@ -175,7 +178,6 @@ void ModelBrowser::carryOut(const Quit& /*command*/) {
 
 void ModelBrowser::note(std::string command) {
   throwIfFailing();
-  const std::lock_guard lock(mutex_);
   commands_.push_back(std::move(command));
   snapshot_.reset();
 }

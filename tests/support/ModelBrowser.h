@@ -1,12 +1,12 @@
 #pragma once
 
+#include "platform/Mutex.h"
 #include "scripting/driver/BrowserDriver.h"
 
 #include <boost/json/value.hpp>
 
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -55,34 +55,34 @@ public:
   std::int64_t perform(const scripting::BrowserCommand& command, const scripting::CallLimits& limits) override;
 
 private:
-  scripting::TabID carryOut(const scripting::MakeTab& command);
-  scripting::WindowID carryOut(const scripting::MakeWindow& command);
-  void carryOut(const scripting::CloseTab& command);
-  void carryOut(const scripting::CloseWindow& command);
-  void carryOut(const scripting::ActivateTab& command);
-  void carryOut(const scripting::RaiseWindow& command);
-  void carryOut(const scripting::SetGivenName& command);
-  void carryOut(const scripting::Navigate& command);
-  void carryOut(const scripting::GoInHistory& command);
-  void carryOut(const scripting::Reload& command);
-  void carryOut(const scripting::StopLoading& command);
-  void carryOut(const scripting::SetBounds& command);
-  void carryOut(const scripting::SetShape& command);
-  void carryOut(const scripting::Activate& command);
-  void carryOut(const scripting::Quit& command);
-  void note(std::string command);
+  scripting::TabID carryOut(const scripting::MakeTab& command) REQUIRES(mutex_);
+  scripting::WindowID carryOut(const scripting::MakeWindow& command) REQUIRES(mutex_);
+  void carryOut(const scripting::CloseTab& command) REQUIRES(mutex_);
+  void carryOut(const scripting::CloseWindow& command) REQUIRES(mutex_);
+  void carryOut(const scripting::ActivateTab& command) REQUIRES(mutex_);
+  void carryOut(const scripting::RaiseWindow& command) REQUIRES(mutex_);
+  void carryOut(const scripting::SetGivenName& command) REQUIRES(mutex_);
+  void carryOut(const scripting::Navigate& command) REQUIRES(mutex_);
+  void carryOut(const scripting::GoInHistory& command) REQUIRES(mutex_);
+  void carryOut(const scripting::Reload& command) REQUIRES(mutex_);
+  void carryOut(const scripting::StopLoading& command) REQUIRES(mutex_);
+  void carryOut(const scripting::SetBounds& command) REQUIRES(mutex_);
+  void carryOut(const scripting::SetShape& command) REQUIRES(mutex_);
+  void carryOut(const scripting::Activate& command) REQUIRES(mutex_);
+  void carryOut(const scripting::Quit& command) REQUIRES(mutex_);
+  void note(std::string command) REQUIRES(mutex_);
   void throwIfFailing() const;
-  scripting::WindowState& window(scripting::WindowID id);
-  scripting::WindowState& windowOfTab(scripting::TabID id);
-  scripting::TabState& tab(scripting::TabID id);
-  scripting::TabState newTab(const std::string& title, const std::string& url);
+  scripting::WindowState& window(scripting::WindowID id) REQUIRES(mutex_);
+  scripting::WindowState& windowOfTab(scripting::TabID id) REQUIRES(mutex_);
+  scripting::TabState& tab(scripting::TabID id) REQUIRES(mutex_);
+  scripting::TabState newTab(const std::string& title, const std::string& url) REQUIRES(mutex_);
 
-  std::mutex mutex_;
-  std::vector<scripting::WindowState> windows_;
-  std::shared_ptr<const scripting::BrowserSnapshot> snapshot_;
-  std::vector<std::string> commands_;
-  scripting::WindowID nextWindow_ = 101;
-  scripting::TabID nextTab_ = 1;
+  platform::Mutex mutex_;
+  std::vector<scripting::WindowState> windows_ GUARDED_BY(mutex_);
+  std::shared_ptr<const scripting::BrowserSnapshot> snapshot_ GUARDED_BY(mutex_);
+  std::vector<std::string> commands_ GUARDED_BY(mutex_);
+  scripting::WindowID nextWindow_ GUARDED_BY(mutex_) = 101;
+  scripting::TabID nextTab_ GUARDED_BY(mutex_) = 1;
 };
 
 } // namespace tabwright::testsupport

@@ -1,5 +1,7 @@
 #include "support/PageServer.h"
 
+#include "platform/Mutex.h"
+
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -9,7 +11,6 @@
 
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <set>
 #include <thread>
@@ -32,7 +33,7 @@ public:
   }
 
   void set(const std::string& path, std::optional<std::string> response) {
-    const std::lock_guard lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     responses_[path] = std::move(response);
   }
 
@@ -67,7 +68,7 @@ private:
     const std::size_t start = exchange->request.find(' ') + 1;
     const std::string path = exchange->request.substr(start, exchange->request.find_first_of(" ?", start) - start);
     {
-      const std::lock_guard lock(mutex_);
+      const platform::MutexLock lock(mutex_);
       const auto found = responses_.find(path);
       if (found == responses_.end()) {
         exchange->response = "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
@@ -84,9 +85,9 @@ private:
   asio::io_context context_{1};
   tcp::acceptor acceptor_;
   std::thread thread_;
-  std::mutex mutex_; // guards what follows
-  std::map<std::string, std::optional<std::string>> responses_;
-  std::set<std::shared_ptr<Exchange>> waiting_;
+  platform::Mutex mutex_;
+  std::map<std::string, std::optional<std::string>> responses_ GUARDED_BY(mutex_);
+  std::set<std::shared_ptr<Exchange>> waiting_ GUARDED_BY(mutex_);
 };
 
 PageServer::PageServer() : listener_(std::make_unique<Listener>()) {}

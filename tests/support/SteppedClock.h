@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Clock.h"
+#include "platform/Mutex.h"
 
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/steady_timer.hpp>
@@ -12,7 +13,6 @@
 #include <chrono>
 #include <cstddef>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 namespace tabwright::testsupport {
@@ -24,7 +24,7 @@ class SteppedClock final : public platform::Clock {
 public:
   /// Moves time on. Sleepers whose time has come go on when their executor next runs.
   void advance(std::chrono::nanoseconds step) {
-    const std::scoped_lock lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     now_ += step;
     for (const auto& entry : sleepers_) {
       if (const auto sleeper = entry.lock(); sleeper && sleeper->end <= now_)
@@ -33,13 +33,13 @@ public:
   }
   /// The number of sleeps under way.
   [[nodiscard]] std::size_t sleepers() const {
-    const std::scoped_lock lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     return static_cast<std::size_t>(
         std::ranges::count_if(sleepers_, [](const auto& entry) { return !entry.expired(); }));
   }
 
   [[nodiscard]] double secondsSinceReferenceDate() const override {
-    const std::scoped_lock lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     return 788918400 + std::chrono::duration<double>(now_).count();
   }
 
@@ -49,12 +49,12 @@ public:
     const auto sleeper = std::make_shared<Sleeper>(
         Sleeper{boost::asio::steady_timer(executor, boost::asio::steady_timer::time_point::max()), {}});
     {
-      const std::scoped_lock lock(mutex_);
+      const platform::MutexLock lock(mutex_);
       sleeper->end = now_ + duration;
       sleepers_.push_back(sleeper);
     }
     co_await sleeper->timer.async_wait(boost::asio::as_tuple(boost::asio::use_awaitable));
-    const std::scoped_lock lock(mutex_);
+    const platform::MutexLock lock(mutex_);
     std::erase_if(sleepers_, [&](const auto& entry) { return entry.expired() || entry.lock() == sleeper; });
     if (now_ < sleeper->end)
       throw boost::system::system_error(boost::asio::error::operation_aborted);
@@ -66,9 +66,9 @@ private:
     std::chrono::nanoseconds end;
   };
 
-  mutable std::mutex mutex_;
-  std::chrono::nanoseconds now_{};
-  std::vector<std::weak_ptr<Sleeper>> sleepers_; // those that end with their executor just vanish
+  mutable platform::Mutex mutex_;
+  std::chrono::nanoseconds now_ GUARDED_BY(mutex_){};
+  std::vector<std::weak_ptr<Sleeper>> sleepers_ GUARDED_BY(mutex_); // those that end with their executor just vanish
 };
 
 } // namespace tabwright::testsupport
