@@ -12,13 +12,12 @@
 
 namespace tabwright::platform {
 
-/// The manner and time in which a blocking call may wait. A call that takes these ends by the deadline, and at once
-/// when a stop is requested; which failure it throws then is told beside the call. They also bring along whom to tell
-/// what the call's own answer doesn't.
+/// The deadline and the stop of a blocking call: it ends by the deadline, and at once when a stop is requested. Each
+/// call documents the failure that it throws then. Notices that are no part of the call's answer go to `notices`.
 struct CallLimits {
   std::chrono::steady_clock::time_point deadline = std::chrono::steady_clock::time_point::max();
   std::stop_token stop;
-  std::shared_ptr<Notices> notices = {};     ///< null: nobody listens
+  std::shared_ptr<Notices> notices = {};     ///< null: they are dropped
   std::shared_ptr<DeadlineClock> clock = {}; ///< null: the steady clock
 
   [[nodiscard]] std::chrono::steady_clock::time_point now() const {

@@ -69,7 +69,7 @@ public:
       return defaultValue_;
     if (std::optional<T> value = DefaultsCoding<T>::from(*stored))
       return *std::move(value);
-    if (!isComplaintMade_->exchange(true))
+    if (!isMismatchLogged_->exchange(true))
       Logger("UserDefaults").error("The stored value of {} is of another type: its default holds", name_);
     return defaultValue_;
   }
@@ -88,7 +88,7 @@ private:
   UserDefaults& store_;
   std::string name_;
   T defaultValue_;
-  std::shared_ptr<std::atomic<bool>> isComplaintMade_ = std::make_shared<std::atomic<bool>>(false);
+  std::shared_ptr<std::atomic<bool>> isMismatchLogged_ = std::make_shared<std::atomic<bool>>(false);
 };
 
 } // namespace tabwright::platform

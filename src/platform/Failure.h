@@ -45,7 +45,7 @@ public:
   /// Kind of the failure, for programs.
   [[nodiscard]] virtual FailureIdentity identity() const = 0;
 
-  /// The cause beneath this failure; nothing for most, whose sentence tells all.
+  /// The cause beneath this failure; nothing for most, whose sentence says it all.
   [[nodiscard]] const std::optional<Notice>& cause() const noexcept { return cause_; }
   void setCause(std::optional<Notice> cause) { cause_ = std::move(cause); }
 

@@ -45,10 +45,10 @@ std::shared_ptr<spdlog::sinks::sink> fileSink(const std::filesystem::path& file,
   }
 }
 
-OnLoss toldOnce(OnLoss told) {
-  return [told = std::move(told), isTold = std::make_shared<std::atomic_flag>()](const std::string& reason) {
-    if (!isTold->test_and_set() && told)
-      told("No log is kept: " + reason);
+OnLoss onlyOnce(OnLoss onLoss) {
+  return [onLoss = std::move(onLoss), isDone = std::make_shared<std::atomic_flag>()](const std::string& reason) {
+    if (!isDone->test_and_set() && onLoss)
+      onLoss("No log is kept: " + reason);
   };
 }
 
@@ -70,7 +70,7 @@ std::optional<LogLevel> logLevelNamed(std::string_view name) {
 
 void installLogSinks(const LogSinks& sinks) {
   LogLevel lowest = LogLevel::error;
-  const OnLoss onLoss = toldOnce(sinks.onLoss);
+  const OnLoss onLoss = onlyOnce(sinks.onLoss);
   const auto logger = std::make_shared<spdlog::logger>("tabwright");
   logger->set_error_handler(onLoss);
   const auto add = [&](const std::shared_ptr<spdlog::sinks::sink>& sink, LogLevel level) {

@@ -17,8 +17,8 @@ struct LogSinks {
   LogLevel fileLevel = LogLevel::debug;
   /// The lowest level that goes to standard error.
   std::optional<LogLevel> standardErrorLevel = std::nullopt;
-  /// Told why, once, when lines can't be written to the file: from the thread that logs, which must not log then. The
-  /// sentence has no full stop.
+  /// Called once, with the reason, when lines can't be written to the file: on the thread that logs, and it must not
+  /// log. The sentence has no full stop.
   std::function<void(const std::string& sentence)> onLoss = nullptr;
 };
 
@@ -28,8 +28,8 @@ struct LogSinks {
 /// The level of the name "debug", "info" or "error"; nothing for others.
 [[nodiscard]] std::optional<LogLevel> logLevelNamed(std::string_view name);
 
-/// Sends the log to these sinks from now on. A file that can't be opened is told to `onLoss` and left out: a program
-/// runs without its log.
+/// Sends the log to these sinks from now on. A file that can't be opened is reported to `onLoss` and left out: a
+/// program runs without its log.
 void installLogSinks(const LogSinks& sinks);
 
 } // namespace tabwright::platform

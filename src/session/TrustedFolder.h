@@ -53,8 +53,8 @@ private:
 /// made.
 [[nodiscard]] std::string runtimePath();
 
-/// False when the file system of an existing path has less than `bytes` left, or room for no further file. What can't
-/// be told counts as room.
+/// False when the file system of an existing path has less than `bytes` left, or room for no further file. An
+/// unknown state counts as room.
 [[nodiscard]] bool hasRoom(const std::string& path, std::uintmax_t bytes);
 
 } // namespace tabwright::session

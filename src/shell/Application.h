@@ -21,10 +21,10 @@ public:
   /// True when the window manager may gather windows as tabs of one.
   virtual void setAllowsAutomaticWindowTabbing(bool isAllowed) = 0;
 
-  /// The one who hears of start and end; it outlives the application. Null: nobody.
+  /// Sets the object that is notified of start and end; it outlives the application. Null: none.
   virtual void setDelegate(ApplicationDelegate* delegate) = 0;
 
-  /// Quits: tells the delegate, then ends the process's work. Returns. Further calls do nothing.
+  /// Quits: notifies the delegate, then ends the process's work. Returns. Further calls do nothing.
   virtual void terminate() = 0;
 };
 

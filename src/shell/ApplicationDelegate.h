@@ -2,7 +2,7 @@
 
 namespace tabwright::shell {
 
-/// Is told the two turning points of the process's life, each once, on the main actor.
+/// Notified of the start and the end of the process, each once, on the main actor.
 class ApplicationDelegate {
 public:
   virtual ~ApplicationDelegate() = default;

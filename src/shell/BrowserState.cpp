@@ -68,8 +68,8 @@ std::optional<shell::BrowserStates> DefaultsCoding<shell::BrowserStates>::from(c
   shell::BrowserStates states;
   for (const auto& [id, text] : *texts) {
     std::optional<shell::BrowserState> state = shell::BrowserState::fromJSON(text);
-    static std::atomic<bool> isTold = false; // the map is read all the time
-    if (!state && !isTold.exchange(true))
+    static std::atomic<bool> isLogged = false; // the map is read all the time
+    if (!state && !isLogged.exchange(true))
       shell::log.error("The stored state of {} can't be read: {}", id, text);
     states.emplace(id, std::move(state).value_or(shell::BrowserState()));
   }

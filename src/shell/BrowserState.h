@@ -9,9 +9,9 @@
 
 namespace tabwright::shell {
 
-/// The point at which a browser is with letting itself be driven, as tried by the setup.
+/// The permission to drive a browser, as the setup's trial found it.
 enum class AssistiveAccessStatus {
-  unknown,         ///< nothing known yet
+  unknown,         ///< not tried yet
   appNotInstalled, ///< the browser isn't installed
   requesting,      ///< it is being tried now
   granted,         ///< the trial ended without error
@@ -21,10 +21,10 @@ enum class AssistiveAccessStatus {
 /// The case's name, as it is stored.
 [[nodiscard]] std::string_view rawValue(AssistiveAccessStatus status);
 
-/// All that is kept of one browser.
+/// The stored state of one browser.
 struct BrowserState {
   AssistiveAccessStatus assistiveAccess = AssistiveAccessStatus::unknown;
-  std::string version = "-"; ///< last told by a script; "-" for none yet
+  std::string version = "-"; ///< as a script last reported it; "-" for none yet
 
   bool operator==(const BrowserState&) const = default;
 

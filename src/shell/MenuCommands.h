@@ -11,7 +11,7 @@ enum class MenuPlacement {
   newItem,      ///< in place of the items of the File menu that open something new
   windowSize,   ///< in place of the size items of the Window menu
   help,         ///< in place of the items of the Help menu
-  afterAppInfo, ///< behind the item of the application's menu that tells about it
+  afterAppInfo, ///< behind the "About" item of the application's menu
 };
 
 /// The effect of choosing a menu command.

@@ -10,7 +10,8 @@ namespace tabwright::shell {
 /// Ends an observation of a `Published` value when it goes. It may go during a call.
 using PublishedObservation = std::shared_ptr<void>;
 
-/// A value that tells its observers before every write, also of an equal value, so that a view can get ready to redraw.
+/// A value that notifies its observers before every write, also of an equal value, so that a view can get ready to
+/// redraw.
 ///
 ///     Published<bool> isOpen(false);
 ///     const auto observation = isOpen.observe([](bool next) { … }); // isOpen.value() is the old value in there

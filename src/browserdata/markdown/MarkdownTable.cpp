@@ -1,5 +1,5 @@
-// The rule of tables. The cells' texts are made first, which tells the columns' widths; then the rows are written,
-// padded to them.
+// The rule of tables. The cells' texts are made first, since the columns' widths depend on them; then the rows are
+// written, padded to them.
 #include "browserdata/HTMLToMarkdown.h"
 #include "browserdata/markdown/MarkdownWalk.h"
 #include "platform/Whitespace.h"

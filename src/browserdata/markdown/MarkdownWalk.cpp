@@ -179,8 +179,8 @@ void MarkdownWalk::addList(const html::Node& list, const MarkdownPlace& place) {
   });
 }
 
-// An item that begins with a list has no marker, and its list goes under the item before it: `isUnderItem` tells that
-// there is one. Yields whether there is one now.
+// An item that begins with a list has no marker, and its list goes under the item before it, if there is one
+// (`isUnderItem`). Returns that for the item after this.
 bool MarkdownWalk::addItem(const html::Node& item, const MarkdownPlace& place, bool isUnderItem) {
   const auto isList = [](const html::Node& node) { return node.name() == "ol" || node.name() == "ul"; };
   const bool hasMarker = item.children().empty() || !isList(item.children().front());

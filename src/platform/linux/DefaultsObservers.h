@@ -12,7 +12,7 @@
 
 namespace tabwright::platform {
 
-/// Those who follow values of a store. Safe to use from any thread.
+/// The observers of a store's values. Safe to use from any thread.
 class DefaultsObservers {
 public:
   /// Adds an observer of a value that is `value` now.

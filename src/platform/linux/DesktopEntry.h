@@ -6,7 +6,7 @@
 
 namespace tabwright::platform {
 
-/// All that is read of a desktop entry: the keys that tell an application from anything else, and whether it is there.
+/// The keys of a desktop entry that decide whether an application is installed.
 struct DesktopEntry {
   std::string type;      ///< "Application", "Link" or "Directory"
   std::string name;      ///< in no language

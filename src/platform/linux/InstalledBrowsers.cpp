@@ -131,7 +131,7 @@ std::vector<const BrowserFacts*> findInstalledBrowsers(const InstallationPlaces&
   std::vector<const BrowserFacts*> browsers;
   for (const BrowserFacts& facts : browserTable) {
     bool isInstalled = findExecutable(facts, places.path).has_value();
-    for (const std::string_view id : facts.desktopEntries) // all of them, so that each damaged one is told
+    for (const std::string_view id : facts.desktopEntries) // all of them, so that each damaged one is logged
       isInstalled |= hasEntry(id, folders, places.path);
     if (isInstalled)
       browsers.push_back(&facts);

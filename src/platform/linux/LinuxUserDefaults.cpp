@@ -43,7 +43,7 @@ struct LinuxUserDefaults::Parts {
       if (loaded != snapshot)
         show(std::move(loaded));
     } catch (const FileFailure& failure) {
-      complain(failure);
+      logOnce(failure);
     }
   }
 
@@ -57,7 +57,7 @@ struct LinuxUserDefaults::Parts {
     const MutexLock lock(state);
     refresh();
     applyChange(change, shown);
-    if (!pending.add(std::move(change)) && !std::exchange(isLossTold, true))
+    if (!pending.add(std::move(change)) && !std::exchange(isLossLogged, true))
       log.error("More than {} changes of the settings can't be stored: the oldest are given up", PendingChanges::limit);
   }
 
@@ -96,18 +96,18 @@ struct LinuxUserDefaults::Parts {
       const MutexLock stateLock(state);
       pending.removeUpTo(batch.end);
       show(std::move(written));
-      complaints.clear();
-      isLossTold = false;
+      logged.clear();
+      isLossLogged = false;
     } catch (const FileFailure& failure) {
       isLockHeldUp = failure.errorNumber() == EWOULDBLOCK;
       const MutexLock stateLock(state);
-      complain(failure);
+      logOnce(failure);
     }
   }
 
-  void complain(const FileFailure& failure) REQUIRES(state) {
+  void logOnce(const FileFailure& failure) REQUIRES(state) {
     const std::string text = failure.errorDescription();
-    if (complaints.insert(text).second)
+    if (logged.insert(text).second)
       log.error("{}", text);
   }
 
@@ -121,9 +121,9 @@ struct LinuxUserDefaults::Parts {
   Mutex state;
   SettingsFile::SnapshotPointer snapshot GUARDED_BY(state);
   PendingChanges pending GUARDED_BY(state);
-  PropertyListDocument shown GUARDED_BY(state);       // the snapshot with the pending changes in it
-  std::set<std::string> complaints GUARDED_BY(state); // told since the last write that succeeded
-  bool isLossTold GUARDED_BY(state) = false;
+  PropertyListDocument shown GUARDED_BY(state);   // the snapshot with the pending changes in it
+  std::set<std::string> logged GUARDED_BY(state); // failures since the last write that succeeded
+  bool isLossLogged GUARDED_BY(state) = false;
 
   std::unique_ptr<SettingsThread> thread; // uses all of the above
 };
@@ -169,7 +169,7 @@ DefaultsObservation LinuxUserDefaults::observe(const std::string& name, std::fun
     parts_->thread->follow(parts_->file.path());
   } catch (const FileFailure& failure) {
     const MutexLock lock(parts_->state);
-    parts_->complain(failure);
+    parts_->logOnce(failure);
   }
   return parts_->observers.add(name, find(name), std::move(callback));
 }

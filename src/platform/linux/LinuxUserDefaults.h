@@ -23,19 +23,18 @@ struct LinuxUserDefaultsOptions {
 ///
 /// - Killing a process at any instant leaves the state before or after one of its updates.
 /// - Reading costs a look at the file's status, and a read of the file only after a change.
-/// - A file that isn't a property list, or is far beyond any real one (4 MB, 1,000 arrays and dictionaries), is set
-/// aside by the next update: kept under another name, told in the log. Until
-///   then, and after it, defaults hold. A value of another type than its key's is read as the default; the update that
-///   replaces it keeps a copy of the file in the same way.
+/// - A file that isn't a property list, or is far beyond any real one (4 MB, 1,000 arrays and dictionaries), is renamed
+///   by the next update, which is logged. Until then, and after it, defaults hold. A value of another type than its
+///   key's is read as the default; the update that replaces it keeps a copy of the file in the same way.
 /// - Entries of names that nobody uses are kept.
-/// - When the file can't be read or written, or the lock isn't had in time, that is logged once, and the change holds
-/// in
-///   this process; it is made on the disk before the next change that can be. Of more than 1,000 such changes the
-///   oldest are given up, which is logged.
+/// - When the file can't be read or written, or the lock times out, that is logged once, and the change holds in this
+///   process; it is written before the next change that can be. Of more than 1,000 such changes the oldest are dropped,
+///   which is logged.
 ///
-/// Observers hear of changes by other processes through inotify(7), as long as the folder isn't replaced; where that
-/// can't be had (told in the log), they hear of this process's only. The first `observe` or `updateSoon` starts the one
-/// thread of the store; so fork only before. Destruction writes what `updateSoon` has left to write.
+/// Observers are notified of changes by other processes through inotify(7), as long as the folder isn't replaced; where
+/// the system refuses that, which is logged, they are notified of this process's only. The first `observe` or
+/// `updateSoon` starts the one thread of the store; so fork only before. Destruction writes what `updateSoon` has left
+/// to write.
 class LinuxUserDefaults final : public UserDefaults {
 public:
   explicit LinuxUserDefaults(const LinuxUserDefaultsOptions& options = {});

@@ -9,7 +9,7 @@ namespace tabwright::platform {
 enum class ListenerOwner {
   none,        ///< nobody listens there
   thisProcess, ///< every socket that could take the connection belongs to the process
-  another,     ///< a socket of another process could take it, or whose it is cannot be told
+  another,     ///< a socket of another process could take it, or its owner is unknown
 };
 
 /// The owner who would take a connection to 127.0.0.1 at a TCP port: whether it is the given process.

@@ -131,7 +131,7 @@ std::string variable(const std::vector<std::string>& environment, const std::str
   return {};
 }
 
-/// For when the process' own environment doesn't tell: Chromium writes over it.
+/// The fallback where the process' environment has no HOME: Chromium writes over it.
 std::string homeOf(uid_t owner) {
   if (const char* home = std::getenv("HOME"); home && *home == '/' && owner == ::geteuid())
     return home;

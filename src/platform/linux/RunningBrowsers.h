@@ -13,8 +13,8 @@ namespace tabwright::platform {
 struct RunningBrowser {
   const BrowserFacts* facts = nullptr; ///< its row of the table
   pid_t process = 0;
-  /// Its number as it knows it itself: another one than `process` when it runs in a sandbox with numbers of its own, as
-  /// Flatpak makes them (pid_namespaces(7)). Its lock files and its windows tell this one.
+  /// Its number in its own namespace, which differs from `process` in a sandbox such as Flatpak's (pid_namespaces(7)).
+  /// Its lock files and its windows name this one.
   pid_t innerProcess = 0;
   uid_t owner = 0;
   std::uint64_t startTime = 0; ///< clock ticks after boot; larger is later

@@ -12,7 +12,7 @@
 
 namespace tabwright::platform {
 
-/// The store's own thread: writes when it is asked to, and tells when the settings file has changed. Safe to use from
+/// The store's own thread: writes on request, and reports changes of the settings file. Safe to use from
 /// any thread. It starts with the first request and ends with this.
 class SettingsThread {
 public:

@@ -1,4 +1,3 @@
-// Requests of the extension are few and short enough to be written here, which spares a library.
 #include "scripting/systemevents/ClientProcesses.h"
 
 #include <array>
@@ -11,6 +10,8 @@
 #include <utility>
 #include <xcb/xcb.h>
 #include <xcb/xcbext.h>
+
+// Requests of the extension are few and short enough to be written here, which spares a library.
 
 namespace tabwright::scripting {
 
@@ -69,7 +70,7 @@ void tellProcesses(xcb_connection_t* connection, std::vector<ClientWindow>& wind
     if (window.pid != 0)
       continue;
     const xcb_query_extension_reply_t* extension = xcb_get_extension_data(connection, &resourceExtension);
-    if (!extension || extension->present == 0)
+    if (extension == nullptr || extension->present == 0)
       return;
     asked.emplace_back(&window, ask(connection, window.id));
   }

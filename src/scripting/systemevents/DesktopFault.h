@@ -6,7 +6,7 @@
 
 namespace tabwright::scripting {
 
-/// The kinds of failure of a desktop.
+/// What a desktop could not do.
 enum class DesktopFault {
   menusUnavailable, ///< menus can't be read or chosen from
   keysUnavailable,  ///< keys can't be pressed

@@ -11,11 +11,11 @@
 
 namespace tabwright::scripting {
 
-/// The path of a process's program; empty when it can't be told.
+/// The path of a process's program; empty when it is unknown.
 using ProgramOfProcess = std::function<std::filesystem::path(pid_t)>;
 
-/// The process that a window belongs to. That is the one it tells, unless that number is what a sandboxed browser calls
-/// itself and the window is of that browser's class.
+/// The process that a window belongs to. That is the one it names, unless that is a sandboxed browser's number in its
+/// own namespace and the window is of that browser's class.
 [[nodiscard]] pid_t processOfWindow(const ClientWindow& window, const std::vector<platform::RunningBrowser>& browsers);
 
 /// Lists the desktop's processes: those with windows in the order of their frontmost ones, then the browsers that have

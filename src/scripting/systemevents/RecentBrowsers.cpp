@@ -28,7 +28,7 @@ std::vector<RunningBrowser> RecentBrowsers::find(const platform::BrowserFacts& f
   try {
     order = desktop_->processes();
   } catch (const platform::Failure& failure) {
-    log.debug("The order of windows can't be told: {}", failure.errorDescription());
+    log.debug("The order of windows is unknown: {}", failure.errorDescription());
   }
   std::erase_if(order, [](const DesktopProcess& process) { return process.windows.empty(); });
   const auto placeAmongWindows = [&](const RunningBrowser& browser) {

@@ -16,8 +16,8 @@ namespace tabwright::scripting {
 ///     RecentBrowsers browsers(desktop);
 ///     driver(facts, {helperDirectory, [&] { return browsers.find(facts); }});
 ///
-/// The desktop is asked only where there is a choice. Safe to use from any thread. What the desktop can't tell is no
-/// error: the order is then that of the starts.
+/// The desktop is asked only where there is a choice. Safe to use from any thread. A desktop that doesn't know
+/// the order is no error: it is then that of the starts.
 class RecentBrowsers {
 public:
   explicit RecentBrowsers(std::shared_ptr<Desktop> desktop,

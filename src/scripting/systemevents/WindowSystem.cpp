@@ -229,7 +229,7 @@ struct WindowSystem::Connection {
     const std::vector<ClientWindow> now = windows();
     return std::ranges::all_of(ids, [&](std::uint32_t id) {
       const auto window = std::ranges::find(now, id, &ClientWindow::id);
-      // A window that has just been hidden may be told as active for a moment more.
+      // A window that has just been hidden may count as active for a moment more.
       return window == now.end() || (window->isShown == shown && (shown || !window->isActive));
     });
   }

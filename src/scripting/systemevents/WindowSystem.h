@@ -11,14 +11,14 @@ namespace tabwright::scripting {
 /// A top-level window of an application.
 struct ClientWindow {
   std::uint32_t id = 0;
-  pid_t pid = 0; ///< of its process; 0 when neither the window nor the display server tells
+  pid_t pid = 0; ///< of its process; 0 when neither the window nor the display server knows it
   std::string name;
   std::string windowClass; ///< the class of WM_CLASS, such as "Chromium"; the same for all windows of an application
   bool isShown = false;    ///< not iconified
   bool isActive = false;   ///< has the keyboard
 };
 
-/// The windows of an X11 display, as its window manager tells of them (Extended Window Manager Hints 1.5, ICCCM 2.0);
+/// The windows of an X11 display, as its window manager reports them (Extended Window Manager Hints 1.5, ICCCM 2.0);
 /// without a window manager, as the window tree and the input focus do. Panels and the desktop's own background are no
 /// windows of applications and left out.
 ///
