@@ -41,42 +41,6 @@ std::string quoted(const std::string& text) {
 
 } // namespace
 
-AppleEventDescriptor AppleEventDescriptor::boolean(bool value) {
-  AppleEventDescriptor descriptor;
-  descriptor.value_ = value;
-  return descriptor;
-}
-
-AppleEventDescriptor AppleEventDescriptor::integer(std::int32_t value) {
-  AppleEventDescriptor descriptor;
-  descriptor.value_ = value;
-  return descriptor;
-}
-
-AppleEventDescriptor AppleEventDescriptor::real(double value) {
-  AppleEventDescriptor descriptor;
-  descriptor.value_ = value;
-  return descriptor;
-}
-
-AppleEventDescriptor AppleEventDescriptor::string(std::string utf8) {
-  AppleEventDescriptor descriptor;
-  descriptor.value_ = std::move(utf8);
-  return descriptor;
-}
-
-AppleEventDescriptor AppleEventDescriptor::list(List items) {
-  AppleEventDescriptor descriptor;
-  descriptor.value_ = std::move(items);
-  return descriptor;
-}
-
-AppleEventDescriptor AppleEventDescriptor::other(std::string description) {
-  AppleEventDescriptor descriptor;
-  descriptor.value_ = Other{std::move(description)};
-  return descriptor;
-}
-
 void AppleEventDescriptor::append(AppleEventDescriptor item) {
   std::get<List>(value_).push_back(std::move(item));
 }

@@ -31,13 +31,15 @@ public:
   using List = std::vector<AppleEventDescriptor>;
 
   AppleEventDescriptor() = default; ///< the null descriptor
-  static AppleEventDescriptor boolean(bool value);
-  static AppleEventDescriptor integer(std::int32_t value);
-  static AppleEventDescriptor real(double value);
-  static AppleEventDescriptor string(std::string utf8);
-  static AppleEventDescriptor list(List items = {});
+  static AppleEventDescriptor boolean(bool value) { return AppleEventDescriptor(Value(value)); }
+  static AppleEventDescriptor integer(std::int32_t value) { return AppleEventDescriptor(Value(value)); }
+  static AppleEventDescriptor real(double value) { return AppleEventDescriptor(Value(value)); }
+  static AppleEventDescriptor string(std::string utf8) { return AppleEventDescriptor(Value(std::move(utf8))); }
+  static AppleEventDescriptor list(List items = {}) { return AppleEventDescriptor(Value(std::move(items))); }
   /// A value that has no form of its own here; `description` is its source form, and its only reading.
-  static AppleEventDescriptor other(std::string description);
+  static AppleEventDescriptor other(std::string description) {
+    return AppleEventDescriptor(Value(Other{std::move(description)}));
+  }
 
   /// Adds an item at the end. The descriptor must be a list.
   void append(AppleEventDescriptor item);
@@ -67,7 +69,10 @@ private:
   struct Other {
     std::string description;
   };
-  std::variant<std::monostate, bool, std::int32_t, double, std::string, List, Other> value_;
+  using Value = std::variant<std::monostate, bool, std::int32_t, double, std::string, List, Other>;
+  explicit AppleEventDescriptor(Value value) : value_(std::move(value)) {}
+
+  Value value_;
 };
 
 /// An event sent to a script: class, id, and parameters by keyword.
