@@ -1,3 +1,5 @@
+// The selection's Markdown and rich text are made here, once, when the record becomes an entity. A selection that can't
+// be converted leaves its property empty or says so: the rest of the result is worth more than its form.
 #include "browserdata/BrowserTabEntity.h"
 
 #include "browserdata/EntityReference.h"

@@ -1,3 +1,4 @@
+// References go into programs between quotes, so they are checked where they enter, and for nothing but that.
 #include "browserdata/EntityReference.h"
 
 #include "intents/ValueError.h"

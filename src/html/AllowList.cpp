@@ -1,3 +1,4 @@
+// One look-up by tag serves the elements, their attributes and the attributes' protocols.
 #include "html/AllowList.h"
 
 #include "platform/AsciiCase.h"

@@ -1,3 +1,4 @@
+// A row for each trait, as the standard lists elements by what they do. The look-up by name is made of the rows once.
 #include "html/Tags.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// The page is read where it lies: texts stay views of it, and only names and values are copied to the arena. The states
+// of the standard that differ in their errors alone are one here.
 #include "html/Tokenizer.h"
 
 #include "html/Document.h"

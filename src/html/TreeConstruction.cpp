@@ -1,3 +1,5 @@
+// The standard's insertion modes up to "after head" are a phase that only goes forward; each token either belongs to it
+// or begins the body.
 #include "html/TreeConstruction.h"
 
 #include "html/WhiteSpace.h"

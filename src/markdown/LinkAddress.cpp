@@ -1,3 +1,4 @@
+// An allow list of schemes: an address is opened by a click, and "javascript:" or "file:" must not be.
 #include "markdown/LinkAddress.h"
 
 #include "platform/AsciiCase.h"

@@ -1,3 +1,4 @@
+// Widths follow Unicode's East Asian Width property, as terminals do; ambiguous characters count one cell.
 #include "platform/TerminalCells.h"
 
 #include <unicode/uchar.h>

@@ -1,3 +1,4 @@
+// ICU decides what is well formed. Nearly all texts are, so they are only looked through.
 #include "platform/Utf8.h"
 
 #include <unicode/utf8.h>

@@ -1,3 +1,5 @@
+// System Events and this program are there from the start. A browser's application is made when a script first speaks
+// to it, and kept; a browser that can't be reached yet is asked for again.
 #include "scripting/ScriptingDirectory.h"
 
 #include "scripting/OwnApplication.h"

@@ -1,3 +1,4 @@
+// One JSON text for each browser, so that a damaged one costs the state of that browser only.
 #include "shell/BrowserState.h"
 
 #include "engine/JSONDecoding.h"

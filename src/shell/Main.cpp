@@ -1,3 +1,4 @@
+// The members are made in the order in which they use each other, and go in the opposite one.
 #include "shell/Main.h"
 
 #include "platform/Logger.h"

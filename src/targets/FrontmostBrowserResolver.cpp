@@ -1,3 +1,5 @@
+// The question goes to System Events by a script of its own, before the action's program is written: that program is
+// made for one browser.
 #include "targets/FrontmostBrowserResolver.h"
 
 #include "engine/AppleScriptSnippets.h"

@@ -1,3 +1,4 @@
+// The table of browsers in the form in which actions know them: ids in lower case.
 #include "targets/SupportedBrowsers.h"
 
 #include "platform/AsciiCase.h"

@@ -1,3 +1,5 @@
+// A text or an object that names a supported browser becomes the table's row; any other id is taken as it is, since a
+// script may address applications that no table knows.
 #include "targets/TargetContextValue.h"
 
 #include "platform/AsciiCase.h"

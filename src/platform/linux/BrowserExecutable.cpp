@@ -1,3 +1,4 @@
+// Folders of the PATH that are relative are passed over: what lies there depends on where the program was started.
 #include "platform/linux/BrowserExecutable.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// The kernel's tables name the sockets that listen at a port by inode, and the process file system names the sockets of
+// a process in the same way: so a port that another process has taken is found out.
 #include "platform/linux/ListeningSocket.h"
 
 #include "platform/FileFailure.h"

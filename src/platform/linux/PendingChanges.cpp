@@ -1,3 +1,4 @@
+// A change is a function, not a value: it is applied anew to each state that turns up beneath it.
 #include "platform/linux/PendingChanges.h"
 
 #include "platform/Logger.h"

@@ -1,3 +1,4 @@
+// Arguments are coerced as the language coerces them; ids match in whichever of their forms a script has kept them.
 #include "scripting/model/Arguments.h"
 
 #include "applescript/values/Coercion.h"

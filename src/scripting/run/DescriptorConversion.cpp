@@ -1,3 +1,4 @@
+// Descriptors know fewer types than the language: what has none there goes over as its source form.
 #include "scripting/run/DescriptorConversion.h"
 
 #include "applescript/Interpreter.h"

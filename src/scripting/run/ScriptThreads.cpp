@@ -1,3 +1,5 @@
+// pthreads, since a standard thread has no way to ask for a larger stack. A thread that is no longer needed joins the
+// one that left before it, and is joined itself by the next to come.
 #include "scripting/run/ScriptThreads.h"
 
 #include <algorithm>

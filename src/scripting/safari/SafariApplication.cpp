@@ -1,3 +1,5 @@
+// Commands of the dictionary, in the terms of the driver. Safari names a tab by its position, so the position of a tab
+// just made is looked up once more.
 #include "scripting/safari/SafariApplication.h"
 
 #include "applescript/values/Errors.h"

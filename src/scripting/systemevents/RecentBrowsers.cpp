@@ -1,3 +1,4 @@
+// A stable insertion sort by place, since `RunningBrowsers` already gives the last started browser first.
 #include "scripting/systemevents/RecentBrowsers.h"
 
 #include "platform/Failure.h"

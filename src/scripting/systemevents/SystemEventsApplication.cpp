@@ -1,3 +1,4 @@
+// Reading goes by the tables of classes; the commands, which touch menus and the keyboard, are here.
 #include "scripting/systemevents/SystemEventsApplication.h"
 
 #include "applescript/ScriptError.h"
