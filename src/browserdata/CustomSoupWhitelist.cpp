@@ -1,3 +1,4 @@
+// The usual list first, then the elements of newer HTML that hold text for readers.
 #include "browserdata/CustomSoupWhitelist.h"
 
 namespace tabwright::browserdata {
@@ -35,15 +36,10 @@ html::AllowList base() {
 const html::AllowList& CustomSoupWhitelist::list() {
   static const html::AllowList list =
       base()
-          .addTags({"a",       "abbr",   "address",  "article", "aside",    "b",          "blockquote", "br",
-                    "caption", "cite",   "code",     "data",    "datalist", "dd",         "del",        "details",
-                    "dfn",     "div",    "dl",       "dt",      "em",       "figcaption", "figure",     "footer",
-                    "header",  "hgroup", "hr",       "i",       "img",      "ins",        "kbd",        "li",
-                    "main",    "mark",   "meter",    "nav",     "noscript", "ol",         "output",     "p",
-                    "picture", "pre",    "progress", "q",       "s",        "samp",       "section",    "small",
-                    "source",  "span",   "strong",   "sub",     "summary",  "sup",        "table",      "tbody",
-                    "td",      "tfoot",  "th",       "thead",   "time",     "tr",         "u",          "ul",
-                    "var"})
+          .addTags({"abbr",     "address",    "article", "aside",   "data",   "datalist", "del",    "details",
+                    "dfn",      "figcaption", "figure",  "footer",  "header", "hgroup",   "hr",     "ins",
+                    "kbd",      "main",       "mark",    "meter",   "nav",    "noscript", "output", "picture",
+                    "progress", "s",          "samp",    "section", "source", "summary",  "time",   "var"})
           .addAttributes("abbr", {"title"});
   return list;
 }

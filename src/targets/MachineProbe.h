@@ -1,10 +1,11 @@
 #pragma once
 
 #include "platform/linux/InstalledBrowsers.h"
-#include "platform/linux/RunningBrowsers.h"
 #include "targets/BrowserProbe.h"
 
 #include <functional>
+#include <utility>
+#include <vector>
 
 namespace tabwright::targets {
 
@@ -14,18 +15,16 @@ class MachineProbe final : public BrowserProbe {
 public:
   using Applications = std::function<std::vector<RunningApplication>()>;
 
-  /// `applications` lists what runs, as the desktop knows it. Without it, only browsers are known: those of the process
-  /// file system, and the one started last counts as frontmost.
-  explicit MachineProbe(Applications applications = {},
-                        platform::RunningBrowsers browsers = platform::RunningBrowsers(),
-                        platform::InstallationPlaces places = platform::InstallationPlaces::ofThisProcess());
+  /// `running` lists the running applications, as the desktop knows them.
+  explicit MachineProbe(Applications running,
+                        platform::InstallationPlaces places = platform::InstallationPlaces::ofThisProcess())
+      : running_(std::move(running)), places_(std::move(places)) {}
 
   [[nodiscard]] std::vector<engine::TargetContext> installedApplications() const override;
-  [[nodiscard]] std::vector<RunningApplication> runningApplications() const override;
+  [[nodiscard]] std::vector<RunningApplication> runningApplications() const override { return running_(); }
 
 private:
-  Applications applications_;
-  platform::RunningBrowsers browsers_;
+  Applications running_;
   platform::InstallationPlaces places_;
 };
 

@@ -1,6 +1,6 @@
 #include "support/FailureText.h"
 #include "support/ModelBrowserProbe.h"
-#include "support/ProcessTree.h"
+#include "support/ScratchFolder.h"
 #include "targets/BrowserTargetContextsProvider.h"
 #include "targets/MachineProbe.h"
 #include "targets/SupportedBrowsers.h"
@@ -152,25 +152,15 @@ TEST(TargetContextQuery, FindsARunningBrowserInTwoSections) {
   EXPECT_TRUE(query.entities(std::vector<std::string>{safari.id}).empty());
 }
 
-TEST(MachineProbe, TellsBrowsersByTheNamesOfTheTable) {
-  support::ProcessTree tree; // an empty folder of entries, too
-  tree.addProcess(10, "/usr/lib/chromium/chromium", {"chromium", "--user-data-dir=/a"}, 1);
-  tree.addProcess(11, "/usr/lib/chromium/chromium", {"chromium", "--user-data-dir=/b"}, 3);
-  tree.addProcess(12, "/opt/vivaldi/vivaldi-bin", {"vivaldi-bin"}, 2);
-  std::ofstream(tree.root() / "vivaldi-stable.desktop") << "[Desktop Entry]\nType=Application\nName=V\nExec=v\n";
-  const platform::RunningBrowsers browsers(tree.root());
-  const platform::InstallationPlaces places{.path = "", .applicationFolders = {tree.root()}};
-
-  const MachineProbe bare({}, browsers, places);
-  const TargetContextManager manager(bare);
+TEST(MachineProbe, NamesInstalledBrowsersAsTheTableDoes) {
+  const testsupport::ScratchFolder entries;
+  std::ofstream(entries.path() / "vivaldi-stable.desktop") << "[Desktop Entry]\nType=Application\nName=V\nExec=v\n";
+  const MachineProbe probe([] { return std::vector<RunningApplication>{{"org.editor", "Editor", 7, true}}; },
+                           {.path = "", .applicationFolders = {entries.path()}});
+  const TargetContextManager manager(probe);
   EXPECT_EQ(manager.installedBrowsers(), std::vector{vivaldi});
-  EXPECT_EQ(manager.runningBrowsers(), (std::vector{chromium, vivaldi}));
-  EXPECT_EQ(manager.findApplication(".focussed").value().process, 11) << "the one started last";
-
-  const MachineProbe desk([] { return std::vector<RunningApplication>{{"org.editor", "Editor", 7, true}}; }, browsers,
-                          places);
-  EXPECT_TRUE(TargetContextManager(desk).runningBrowsers().empty());
-  EXPECT_EQ(TargetContextManager(desk).findApplication(".focussed").value().localizedName, "Editor");
+  EXPECT_TRUE(manager.runningBrowsers().empty());
+  EXPECT_EQ(manager.findApplication(".focussed").value().localizedName, "Editor");
 }
 
 TEST(BrowserTargetContextsProvider, OffersTitlesAndTextsThatReadAsTheValue) {
