@@ -12,7 +12,6 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <memory>
 #include <optional>
 #include <span>
 
@@ -33,8 +32,8 @@ void add(Completion& completion, std::string word, std::string_view meaning) {
 }
 
 void addActions(Completion& completion, const host::Catalogue& catalogue) {
-  for (const std::string& name : catalogue.names())
-    add(completion, name, catalogue.make(name)->title().text());
+  for (const auto& action : catalogue.declarations())
+    add(completion, action->name(), action->title().text());
 }
 
 void addOptions(Completion& completion, const CLI::App& command) {
@@ -93,9 +92,9 @@ void addLogLevels(Completion& completion, const std::string& before) {
 Completion parameterCompletion(const CLI::App& command, const host::Catalogue& catalogue, const std::string& name,
                                Words given, const std::string& last, const CandidateSource& things) {
   Completion completion;
-  std::unique_ptr<actions::ActionFrame> action;
+  const intents::Intent* action = nullptr;
   try {
-    action = catalogue.make(name);
+    action = &catalogue.declaration(name);
   } catch (const intents::UsageError&) {
     return completion;
   }

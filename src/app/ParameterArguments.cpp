@@ -39,9 +39,7 @@ std::optional<std::string> fileIn(const std::string& value) {
 
 } // namespace
 
-ParameterArguments parseArguments(const host::Catalogue& catalogue, const std::string& action,
-                                  const std::vector<std::string>& words) {
-  const auto declared = catalogue.make(action);
+ParameterArguments parseArguments(const intents::Intent& action, const std::vector<std::string>& words) {
   ParameterArguments result;
   for (std::size_t index = 0; index < words.size(); ++index) {
     const std::string& word = words[index];
@@ -63,10 +61,10 @@ ParameterArguments parseArguments(const host::Catalogue& catalogue, const std::s
       throw UsageError(
           fmt::format("“{}” belongs to no parameter. Parameters of {} are written --name value; “tabwright "
                       "actions {}” lists them.",
-                      word, declared->name(), declared->name()));
+                      word, action.name(), action.name()));
     const std::size_t equals = word.find('=');
     std::string name = word.substr(2, equals == std::string::npos ? std::string::npos : equals - 2);
-    const intents::ParameterBase* parameter = declared->findParameter(name);
+    const intents::ParameterBase* parameter = action.findParameter(name);
     std::optional<std::string> value;
     if (equals != std::string::npos)
       value = word.substr(equals + 1);
@@ -87,9 +85,8 @@ ParameterArguments parseArguments(const host::Catalogue& catalogue, const std::s
   return result;
 }
 
-ParameterArguments readArguments(const host::Catalogue& catalogue, const std::string& action,
-                                 const std::vector<std::string>& words) {
-  ParameterArguments result = parseArguments(catalogue, action, words);
+ParameterArguments readArguments(const intents::Intent& action, const std::vector<std::string>& words) {
+  ParameterArguments result = parseArguments(action, words);
   for (const ParameterFile& wanted : std::exchange(result.files, {}))
     result.parameters[wanted.parameter].second = wanted.file == "-" ? readStandardInput() : readTextFile(wanted.file);
   return result;

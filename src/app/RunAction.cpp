@@ -60,7 +60,7 @@ public:
   platform::Task<void> forEach(GivenList list) {
     host::ParameterTexts parameters = arguments_.parameters;
     const intents::ValueType type =
-        catalogue_.make(run_.command.name)->findParameter(parameters[list.parameter].first)->declaration().type;
+        catalogue_.declaration(run_.command.name).findParameter(parameters[list.parameter].first)->declaration().type;
     std::size_t failed = 0;
     for (std::size_t index = 0; index < list.items.size(); ++index) {
       const boost::json::value& item = list.items[index];
@@ -182,24 +182,24 @@ bool wantsJson(const RunCommand& command) {
 }
 
 platform::Task<std::string> runAction(const host::Catalogue& catalogue, ActionRun run, RunCaller& caller) {
-  ParameterArguments arguments = parseArguments(catalogue, run.command.name, run.command.parameters);
+  const intents::Intent& action = catalogue.declaration(run.command.name);
+  ParameterArguments arguments = parseArguments(action, run.command.parameters);
   if (arguments.wantsHelp)
     co_return host::actionHelp(catalogue, run.command.name);
   if (arguments.output == OutputForm::json)
     run.command.output = OutputForm::json;
-  const auto action = catalogue.make(run.command.name);
   for (const ParameterFile& wanted : arguments.files) {
     auto& [name, text] = arguments.parameters[wanted.parameter];
     text = co_await caller.read(wanted.file);
-    if (action->findParameter(name)->declaration().type.kind == intents::ValueKind::entity)
+    if (action.findParameter(name)->declaration().type.kind == intents::ValueKind::entity)
       requireContent(wanted, name, text);
   }
   const bool isForEach = run.command.isForEach || arguments.isForEach;
   std::optional<GivenList> list;
   if (isForEach)
-    list = listForEach(*action, arguments.parameters);
+    list = listForEach(action, arguments.parameters);
   else
-    requireNoList(*action, arguments.parameters);
+    requireNoList(action, arguments.parameters);
   Running running(catalogue, std::move(run), std::move(arguments), caller);
   if (!list)
     co_return co_await running.once();

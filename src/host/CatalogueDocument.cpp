@@ -98,7 +98,7 @@ std::string resultOf(const intents::ValueType& type) {
   return text + "\n";
 }
 
-std::string sectionOf(const Catalogue& catalogue, const actions::ActionFrame& action) {
+std::string sectionOf(const Catalogue& catalogue, const intents::Intent& action) {
   std::string text = "### " + action.name() + "\n\n" + escaped(action.title().text()) + ".\n\n" + sentencesOf(action) +
                      "\n" + parametersOf(action);
   std::string choices;
@@ -117,8 +117,7 @@ std::string sectionOf(const Catalogue& catalogue, const actions::ActionFrame& ac
 std::string catalogueDocument(const Catalogue& catalogue) {
   std::string document = "# " + localized("reference.title") + "\n\n" + localized("reference.introduction") + "\n";
   std::vector<std::pair<std::string, std::string>> sections; // of each string table, in the order of its first action
-  for (const std::string& name : catalogue.names()) {
-    const auto action = catalogue.make(name);
+  for (const auto& action : catalogue.declarations()) {
     auto section = std::ranges::find(sections, action->table(), &std::pair<std::string, std::string>::first);
     if (section == sections.end())
       section = sections.insert(section, {action->table(), {}});

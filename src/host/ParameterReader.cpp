@@ -3,7 +3,6 @@
 #include "host/NearestNames.h"
 #include "intents/UsageError.h"
 #include "intents/ValueError.h"
-#include "platform/AsciiCase.h"
 #include "platform/Utf8.h"
 
 #include <fmt/core.h>
@@ -15,8 +14,8 @@ namespace tabwright::host {
 
 namespace {
 
-intents::ParameterBase& requireParameter(const intents::Intent& action, std::string_view name) {
-  if (intents::ParameterBase* const found = findParameter(action, name))
+intents::ParameterBase& requireParameter(intents::Intent& action, std::string_view name) {
+  if (intents::ParameterBase* const found = action.findParameter(name))
     return *found;
   std::vector<std::string> names;
   for (const intents::ParameterBase* parameter : action.parameters())
@@ -80,7 +79,7 @@ void requireNoneMeant(const intents::Intent& action, const intents::ParameterBas
 
 // Hands each value to its parameter, and yields which were given.
 template <class Values>
-GivenParameters readEach(const intents::Intent& action, const Values& values) {
+GivenParameters readEach(intents::Intent& action, const Values& values) {
   GivenParameters named;
   GivenParameters given;
   for (const auto& [name, value] : values) {
@@ -108,13 +107,6 @@ GivenParameters readEach(const intents::Intent& action, const Values& values) {
 
 void readParameters(intents::Intent& action, const ParameterValues& values) {
   settleOpenChoices(action, readParameterValues(action, values));
-}
-
-intents::ParameterBase* findParameter(const intents::Intent& action, std::string_view name) {
-  const auto found = std::ranges::find_if(action.parameters(), [name](const intents::ParameterBase* parameter) {
-    return platform::equalIgnoringCase(parameter->name(), name);
-  });
-  return found == action.parameters().end() ? nullptr : *found;
 }
 
 GivenParameters readParameterValues(intents::Intent& action, const ParameterValues& values) {

@@ -34,8 +34,11 @@ public:
   [[nodiscard]] const std::string& table() const { return table_; }
   [[nodiscard]] LocalizedText title() const;
   /// In declaration order.
-  [[nodiscard]] std::span<ParameterBase* const> parameters() const { return parameters_; }
-  [[nodiscard]] ParameterBase* findParameter(std::string_view name) const;
+  [[nodiscard]] std::span<const ParameterBase* const> parameters() const { return parameters_; }
+  [[nodiscard]] std::span<ParameterBase* const> parameters() { return parameters_; }
+  /// The parameter of that name, in any case; null for none.
+  [[nodiscard]] const ParameterBase* findParameter(std::string_view name) const;
+  [[nodiscard]] ParameterBase* findParameter(std::string_view name);
   [[nodiscard]] const Summary& summary() const { return summary_; }
   [[nodiscard]] LocalizedText summaryText(const SummaryRow& row) const;
   /// The parameters that count only for certain values of others, as the action's class declares it.

@@ -37,7 +37,8 @@ TEST(Intent, ParametersStandInDeclaredOrderWithKeysByRule) {
   EXPECT_EQ(find.deep.declaration().description.key, "intent.Find.parameter.deep.description");
   EXPECT_EQ(find.title(), (LocalizedText{"intent.Find.title.betaBuild", "Intents-Demo"}));
   EXPECT_EQ(find.findParameter("place"), &find.place);
-  EXPECT_EQ(find.findParameter("Place"), nullptr);
+  EXPECT_EQ(find.findParameter("PLACE"), &find.place);
+  EXPECT_EQ(find.findParameter("places"), nullptr);
 }
 
 TEST(Intent, SummaryFollowsTheValuesAndItsKeysEndInABlank) {

@@ -11,7 +11,8 @@ namespace tabwright::app {
 
 ExitCode script(const ScriptCommand& command) {
   Composition composition;
-  const ParameterArguments arguments = readArguments(composition.catalogue(), command.name, command.parameters);
+  const ParameterArguments arguments =
+      readArguments(composition.catalogue().declaration(command.name), command.parameters);
   if (arguments.wantsHelp) {
     std::cout << host::actionHelp(composition.catalogue(), command.name);
     return ExitCode::done;

@@ -77,10 +77,9 @@ const ToolHints& hintsOf(std::string_view action) {
 
 json::array toolDescriptions(const Catalogue& catalogue) {
   json::array tools;
-  for (const std::string& name : catalogue.names()) {
-    const auto action = catalogue.make(name);
-    const ToolHints& hint = hintsOf(name);
-    json::object tool{{"name", name},
+  for (const auto& action : catalogue.declarations()) {
+    const ToolHints& hint = hintsOf(action->name());
+    json::object tool{{"name", action->name()},
                       {"title", action->title().text()},
                       {"description", descriptionOf(*action)},
                       {"inputSchema", inputOf(*action)}};

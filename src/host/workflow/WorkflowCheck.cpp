@@ -187,7 +187,7 @@ private:
     GivenParameters named;      // with whatever value
     GivenParameters given;
     for (const NamedExpression& parameter : step.parameters) {
-      const intents::ParameterBase* const found = findParameter(action, parameter.name.text);
+      const intents::ParameterBase* const found = action.findParameter(parameter.name.text);
       const bool isKnown = found != nullptr;
       if (isKnown && !named.insert(found).second)
         complain(parameter.name.place, found->name() + " is given twice.");
