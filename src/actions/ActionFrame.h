@@ -60,8 +60,8 @@ protected:
   /// `run`, by calling `registerRun` there.
   enum class Registration { afterPreconditions, beforePreconditions, insideRun };
 
-  ActionFrame(const ActionServices& services, std::string name, std::string_view table)
-      : Intent(std::move(name), table), services_(services) {}
+  ActionFrame(const ActionServices& services, std::string name, std::string_view table, const intents::Hints& hints)
+      : Intent(std::move(name), table, hints), services_(services) {}
 
   // What an action declares in its constructor.
 

@@ -14,7 +14,7 @@ class ClickElement final : public PageDeed {
 
 public:
   explicit ClickElement(const ActionServices& services)
-      : PageDeed(services, "ClickElement", intents::tables::webPages) {
+      : PageDeed(services, "ClickElement", intents::tables::webPages, {.destroys = true}) {
     requireText(cssSelector);
     aimAtTab(tab);
     pauseAfterSuccess(pauseAfterSucessInSeconds);

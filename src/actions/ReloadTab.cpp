@@ -11,7 +11,8 @@ class ReloadTab final : public PageDeed {
   Parameter<PauseOption> pauseAfterSucessInSeconds{*this, shared::pauseAfterSucessInSeconds()};
 
 public:
-  explicit ReloadTab(const ActionServices& services) : PageDeed(services, "ReloadTab", intents::tables::browserTabs) {
+  explicit ReloadTab(const ActionServices& services)
+      : PageDeed(services, "ReloadTab", intents::tables::browserTabs, {.destroys = true}) {
     aimAtTab(tab);
     pauseAfterSuccess(pauseAfterSucessInSeconds);
     summarise(tab.summary({}, {}, {&pauseAfterSucessInSeconds}));

@@ -16,7 +16,7 @@ class ScrollToElement final : public PageDeed {
 
 public:
   explicit ScrollToElement(const ActionServices& services)
-      : PageDeed(services, "ScrollToElement", intents::tables::webPages) {
+      : PageDeed(services, "ScrollToElement", intents::tables::webPages, {.isIdempotent = true}) {
     requireText(cssSelector);
     aimAtTab(tab);
     pauseAfterSuccess(pauseAfterSucessInSeconds);

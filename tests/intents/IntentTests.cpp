@@ -15,7 +15,7 @@ constexpr EnumDeclaration enumDeclaration(Filter) {
 
 class Find final : public Intent {
 public:
-  Find() : Intent("Find", "Intents-Demo") {
+  Find() : Intent("Find", "Intents-Demo", {}) {
     summarise({{.when = {is(filter, Filter::off)}, .key = "filter.off", .sentence = {&place}, .further = {&filter}},
                {.when = {}, .key = "filter.defaultCase", .sentence = {&place, &filter, &text}, .further = {}}});
   }
@@ -86,7 +86,7 @@ TEST(Intent, ARefusedValueLeavesTheOldOne) {
 
 TEST(Intent, ASummaryNeedsARowForEveryCase) {
   struct Open final : Intent {
-    Open() : Intent("Open", "") {
+    Open() : Intent("Open", "", {}) {
       summarise({{.when = {is(filter, Filter::on)}, .key = "", .sentence = {}, .further = {}}});
     }
     ValueType resultType() const override { return {}; }

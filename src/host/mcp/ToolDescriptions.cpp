@@ -6,9 +6,6 @@
 
 #include <boost/json/object.hpp>
 
-#include <algorithm>
-#include <array>
-#include <stdexcept>
 #include <string>
 
 namespace tabwright::host {
@@ -16,33 +13,6 @@ namespace tabwright::host {
 namespace json = boost::json;
 
 namespace {
-
-constexpr auto hints = std::to_array<ToolHints>({
-    {.action = "ClickElement", .destroys = true},
-    {.action = "ClickLink", .destroys = true},
-    {.action = "CloseTab", .destroys = true, .isOpen = false},
-    {.action = "CloseWindow", .destroys = true, .isOpen = false},
-    {.action = "CreateTab", .isOpen = false},
-    {.action = "CreateWindow"},
-    {.action = "FocusTab", .isIdempotent = true, .isOpen = false},
-    {.action = "FocusWindow", .isIdempotent = true, .isOpen = false},
-    {.action = "GetBrowserReference", .readsOnly = true, .isIdempotent = true, .isOpen = false},
-    {.action = "GetDetailsOfTab", .readsOnly = true, .isIdempotent = true},
-    {.action = "GetFormFieldValue", .readsOnly = true, .isIdempotent = true},
-    {.action = "GetFrontmostWindow", .readsOnly = true, .isIdempotent = true, .isOpen = false},
-    {.action = "GetListOfTabs", .readsOnly = true, .isIdempotent = true, .isOpen = false},
-    {.action = "GetListOfWindows", .readsOnly = true, .isIdempotent = true, .isOpen = false},
-    {.action = "OpenInTab", .destroys = true}, // the page that was in the tab goes
-    {.action = "ReloadTab", .destroys = true}, // with what was typed into it
-    {.action = "RunAppleScript", .destroys = true},
-    {.action = "RunJavascriptInTab", .destroys = true},
-    {.action = "ScrollToElement", .isIdempotent = true},
-    {.action = "SetFormFieldValue", .destroys = true}, // which may send the form
-    {.action = "SetFormFields", .destroys = true},
-    {.action = "WaitForElement", .readsOnly = true, .isIdempotent = true},
-    {.action = "WaitForTabToFinishLoading", .readsOnly = true, .isIdempotent = true, .isOpen = false},
-});
-static_assert(std::ranges::is_sorted(hints, {}, &ToolHints::action));
 
 // The title, what the action does for each form of its parameters, and what it gives.
 std::string descriptionOf(const intents::Intent& action) {
@@ -68,26 +38,19 @@ json::object inputOf(const intents::Intent& action) {
 
 } // namespace
 
-const ToolHints& hintsOf(std::string_view action) {
-  const auto row = std::ranges::lower_bound(hints, action, {}, &ToolHints::action);
-  if (row == hints.end() || row->action != action)
-    throw std::logic_error("no tool hints for " + std::string(action));
-  return *row;
-}
-
 json::array toolDescriptions(const Catalogue& catalogue) {
   json::array tools;
   for (const auto& action : catalogue.declarations()) {
-    const ToolHints& hint = hintsOf(action->name());
+    const intents::Hints& hints = action->hints();
     json::object tool{{"name", action->name()},
                       {"title", action->title().text()},
                       {"description", descriptionOf(*action)},
                       {"inputSchema", inputOf(*action)}};
     tool["annotations"] = {{"title", action->title().text()},
-                           {"readOnlyHint", hint.readsOnly},
-                           {"destructiveHint", hint.destroys},
-                           {"idempotentHint", hint.isIdempotent},
-                           {"openWorldHint", hint.isOpen}};
+                           {"readOnlyHint", hints.readsOnly},
+                           {"destructiveHint", hints.destroys},
+                           {"idempotentHint", hints.isIdempotent},
+                           {"openWorldHint", hints.isOpen}};
     tools.push_back(std::move(tool));
   }
   return tools;
