@@ -46,7 +46,7 @@ std::string choicesOf(const ParameterDeclaration& declaration) {
 std::string parameterHelp(const intents::Intent& action, const intents::ParameterBase& parameter) {
   const ParameterDeclaration& declaration = parameter.declaration();
   std::string help = "  --" + declaration.name + " <" + captionOf(declaration.type) + ">\n";
-  help += platform::wrapped(declaration.title.text() + ": " + declaration.description.text(), 6);
+  help += platform::wrapped(declaration.title.text() + ": " + platform::onOneLine(declaration.description.text()), 6);
   help += choicesOf(declaration);
   if (action.isAlwaysNeeded(parameter))
     help += "      " + platform::localized("help.needed") + "\n";
