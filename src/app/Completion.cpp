@@ -3,6 +3,7 @@
 #include "app/Completion.h"
 
 #include "app/CommandDeclarations.h"
+#include "client/RunWords.h"
 #include "intents/EntityDeclaration.h"
 #include "intents/UsageError.h"
 #include "platform/StringCatalogue.h"
@@ -23,7 +24,7 @@ using intents::ValueKind;
 using Words = std::span<const std::string>;
 
 constexpr std::string_view optionMark = "--";
-constexpr std::string_view saveFilesOption = "--save-files";
+constexpr std::string_view saveFiles = client::runWords::saveFiles.word;
 
 // Sections may offer the same choice twice: a running browser is an installed one.
 void add(Completion& completion, std::string word, std::string_view meaning) {
@@ -115,10 +116,10 @@ Completion parameterCompletion(const CLI::App& command, const host::Catalogue& c
       for (Candidate& candidate : completion.candidates)
         candidate.word.insert(0, last, 0, equals + 1);
     }
-    completion.takesFiles = last.starts_with(saveFilesOption) || last[equals + 1] == '@';
+    completion.takesFiles = last.starts_with(saveFiles) || last[equals + 1] == '@';
     return completion;
   }
-  if (!given.empty() && given.back() == saveFilesOption) {
+  if (!given.empty() && given.back() == saveFiles) {
     completion.takesFiles = true;
     return completion;
   }
@@ -133,8 +134,8 @@ Completion parameterCompletion(const CLI::App& command, const host::Catalogue& c
       add(completion, std::string(optionMark) + parameter->name(), parameter->declaration().title.text());
   }
   addOptions(completion, command);
-  if (holdsFiles(action->resultType()) && command.get_name() == "run")
-    add(completion, std::string(saveFilesOption), platform::localized("completion.saveFiles"));
+  if (!holdsFiles(action->resultType()))
+    std::erase_if(completion.candidates, [](const Candidate& each) { return each.word == saveFiles; });
   add(completion, "--help", platform::localized("completion.help"));
   return completion;
 }

@@ -1,6 +1,7 @@
 #include "app/ParameterArguments.h"
 
 #include "app/TextInput.h"
+#include "client/RunWords.h"
 #include "intents/UsageError.h"
 #include "intents/ValueType.h"
 
@@ -13,10 +14,9 @@
 namespace tabwright::app {
 namespace {
 
+namespace runWords = client::runWords;
 using intents::UsageError;
 using intents::ValueKind;
-
-constexpr std::string_view saveFiles = "save-files";
 
 // A browser is an entity too, but is named by a word, and "-" or "@" begin no such word.
 bool isReadFromFiles(const intents::ParameterBase* parameter) {
@@ -43,15 +43,15 @@ ParameterArguments parseArguments(const intents::Intent& action, const std::vect
   ParameterArguments result;
   for (std::size_t index = 0; index < words.size(); ++index) {
     const std::string& word = words[index];
-    if (word == "--json") {
+    if (word == runWords::json.word) {
       result.output = OutputForm::json;
       continue;
     }
-    if (word == "--each") {
+    if (word == runWords::each.word) {
       result.isForEach = true;
       continue;
     }
-    if (word == "--no-host") // the program that reads this runs the action itself
+    if (word == runWords::noHost.word) // the program that reads this runs the action itself
       continue;
     if (word == "--help" || word == "-h") {
       result.wantsHelp = true;
@@ -64,6 +64,7 @@ ParameterArguments parseArguments(const intents::Intent& action, const std::vect
                       word, action.name(), action.name()));
     const std::size_t equals = word.find('=');
     std::string name = word.substr(2, equals == std::string::npos ? std::string::npos : equals - 2);
+    const bool isForFiles = word.substr(0, equals) == runWords::saveFiles.word;
     const intents::ParameterBase* parameter = action.findParameter(name);
     std::optional<std::string> value;
     if (equals != std::string::npos)
@@ -72,9 +73,9 @@ ParameterArguments parseArguments(const intents::Intent& action, const std::vect
       value = "true";
     else if (index + 1 < words.size())
       value = words[++index];
-    else if (parameter || name == saveFiles)
+    else if (parameter || isForFiles)
       throw UsageError(fmt::format("--{} needs a value behind it.", name));
-    if (name == saveFiles) {
+    if (isForFiles) {
       result.filesFolder = value;
       continue;
     }

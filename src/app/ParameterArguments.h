@@ -29,8 +29,8 @@ struct ParameterArguments {
 
 /// Reads `--name value`, `--name=value`, and `--name` alone for a boolean parameter, which sets it to true. The value
 /// of a tab, window or file parameter may be `@FILE` or `-`, which stand for the content of that file or of standard
-/// input; a text is always taken as it is. `--json`, `--each`, `--save-files FOLDER`,
-/// `--no-host` and `--help` are the command's own.
+/// input; a text is always taken as it is. The command's own words (`client::runWords`) and
+/// `--help` stand among them.
 ///
 /// Throws `UsageError` for a word that belongs to no parameter, a parameter without a
 /// value.
