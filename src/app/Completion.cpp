@@ -4,6 +4,7 @@
 
 #include "app/CommandDeclarations.h"
 #include "client/RunWords.h"
+#include "host/ActionWords.h"
 #include "intents/EntityDeclaration.h"
 #include "intents/UsageError.h"
 #include "platform/StringCatalogue.h"
@@ -26,10 +27,8 @@ using Words = std::span<const std::string>;
 constexpr std::string_view optionMark = "--";
 constexpr std::string_view saveFiles = client::runWords::saveFiles.word;
 
-// Sections may offer the same choice twice: a running browser is an installed one.
 void add(Completion& completion, std::string word, std::string_view meaning) {
-  if (std::ranges::find(completion.candidates, word, &Candidate::word) == completion.candidates.end())
-    completion.candidates.push_back({std::move(word), platform::onOneLine(meaning)});
+  completion.candidates.push_back({std::move(word), platform::onOneLine(meaning)});
 }
 
 void addActions(Completion& completion, const host::Catalogue& catalogue) {
@@ -46,25 +45,15 @@ void addOptions(Completion& completion, const CLI::App& command) {
 
 void addValues(Completion& completion, const intents::ParameterDeclaration& declaration,
                const CandidateSource& things) {
-  switch (declaration.type.kind) {
-  case ValueKind::boolean:
+  if (declaration.type.kind == ValueKind::boolean) {
     add(completion, "true", "");
     add(completion, "false", "");
-    break;
-  case ValueKind::enumeration:
-    for (const intents::EnumCase& enumCase : declaration.type.enumeration->cases)
-      add(completion, std::string(enumCase.name), declaration.type.enumeration->caption(enumCase).text());
-    break;
-  default:
-    if (declaration.options) {
-      for (const intents::OptionSection& section : declaration.options->results()) {
-        for (const intents::Option& option : section.options)
-          add(completion, option.text, option.title);
-      }
-    } else if (declaration.type.kind == ValueKind::entity && things) {
-      for (const Candidate& thing : things(declaration.type))
-        add(completion, thing.word, thing.meaning);
-    }
+  }
+  for (host::OfferedValue& offer : host::offersOf(declaration))
+    add(completion, std::move(offer.text), offer.caption);
+  if (declaration.type.kind == ValueKind::entity && !declaration.options && things) {
+    for (const Candidate& thing : things(declaration.type))
+      add(completion, thing.word, thing.meaning);
   }
 }
 

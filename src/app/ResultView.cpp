@@ -49,25 +49,6 @@ std::string cellOf(const PropertyDeclaration& property, const boost::json::value
   }
 }
 
-const PropertyDeclaration& propertyNamed(const EntityDeclaration& entity, std::string_view name) {
-  return *std::ranges::find(entity.properties, name, &PropertyDeclaration::name);
-}
-
-void fit(std::vector<std::size_t>& widths, std::size_t available) {
-  const auto total = [&widths] {
-    std::size_t sum = gap.size() * (widths.size() - 1);
-    for (const std::size_t width : widths)
-      sum += width;
-    return sum;
-  };
-  while (total() > available) {
-    const auto widest = std::max_element(widths.begin(), widths.end() - 1);
-    if (widest == widths.end() - 1 || *widest <= leastColumnWidth)
-      return;
-    --*widest;
-  }
-}
-
 std::string lineOf(const Row& row, const std::vector<std::size_t>& widths) {
   std::string line;
   for (std::size_t column = 0; column < row.size(); ++column) {
@@ -113,11 +94,11 @@ std::string tableOf(const EntityDeclaration& entity, const boost::json::array& i
       std::ranges::any_of(additions.places, [](const auto& place) { return place.second.window > 1; });
   std::vector<Row> rows{{"", platform::localized("result.window"), platform::localized("result.active")}};
   for (const std::string_view column : entity.columns)
-    rows.front().push_back(propertyNamed(entity, column).title.text());
+    rows.front().push_back(entity.find(column)->title.text());
   for (const boost::json::value& item : items) {
     Row& row = rows.emplace_back(additionsTo(item, rows.size(), additions, hasSeveralWindows));
     for (const std::string_view column : entity.columns)
-      row.push_back(cellOf(propertyNamed(entity, column), item.as_object().if_contains(column)));
+      row.push_back(cellOf(*entity.find(column), item.as_object().if_contains(column)));
   }
   dropEmptyColumns(rows);
   std::vector<std::size_t> widths(rows.front().size(), 0);
@@ -125,7 +106,10 @@ std::string tableOf(const EntityDeclaration& entity, const boost::json::array& i
     for (std::size_t column = 0; column < row.size(); ++column)
       widths[column] = std::max(widths[column], platform::cellsOf(row[column]));
   }
-  fit(widths, width);
+  std::vector<std::size_t> least(widths.size(), leastColumnWidth);
+  least.back() = widths.back();
+  const std::size_t gaps = gap.size() * (widths.size() - 1);
+  platform::shrinkColumns(widths, least, width - std::min(gaps, width));
   std::string table;
   for (const Row& row : rows)
     table += lineOf(row, widths);

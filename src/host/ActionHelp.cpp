@@ -8,6 +8,8 @@
 #include "platform/StringCatalogue.h"
 #include "platform/TerminalCells.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 namespace tabwright::host {
@@ -59,9 +61,7 @@ std::string resultHelp(const intents::ValueType& type) {
   std::string help = "  " + captionOf(type) + "\n";
   if (type.kind != ValueKind::entity)
     return help;
-  std::string names;
-  for (const intents::PropertyDeclaration& property : type.entity->properties)
-    names += (names.empty() ? "" : ", ") + std::string(property.name);
+  const std::string names = fmt::format("{}", fmt::join(type.entity->propertyNames(), ", "));
   return help + platform::wrapped(platform::localizedFormat("help.properties", {names}), 6);
 }
 

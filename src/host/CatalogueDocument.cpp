@@ -6,6 +6,8 @@
 #include "intents/EntityDeclaration.h"
 #include "platform/StringCatalogue.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -75,14 +77,11 @@ std::string parametersOf(const intents::Intent& action) {
 // Choices with captions are a list; names of browsers tell themselves.
 std::string choicesOf(const ParameterDeclaration& declaration) {
   std::string items;
-  if (declaration.type.kind == ValueKind::enumeration) {
-    for (const intents::EnumCase& enumCase : declaration.type.enumeration->cases)
-      items += "\n  - " + code(enumCase.name) + " " + escaped(declaration.type.enumeration->caption(enumCase).text());
-  } else if (declaration.options) {
-    for (const intents::OptionSection& section : declaration.options->results()) {
-      for (const intents::Option& option : section.options)
-        items += (items.empty() ? " " : ", ") + code(option.text);
-    }
+  for (const OfferedValue& offer : offersOf(declaration)) {
+    if (declaration.type.kind == ValueKind::enumeration)
+      items += "\n  - " + code(offer.text) + " " + escaped(offer.caption);
+    else
+      items += (items.empty() ? " " : ", ") + code(offer.text);
   }
   return items.empty() ? items : "- " + code(declaration.name) + ":" + items + "\n";
 }
@@ -90,10 +89,7 @@ std::string choicesOf(const ParameterDeclaration& declaration) {
 std::string resultOf(const intents::ValueType& type) {
   std::string text = localizedFormat("reference.result", {captionOf(type)});
   if (type.kind == ValueKind::entity) {
-    std::string names;
-    for (const intents::PropertyDeclaration& property : type.entity->properties)
-      names += (names.empty() ? "" : ", ") + code(property.name);
-    text += " (" + names + ")";
+    text += fmt::format(" (`{}`)", fmt::join(type.entity->propertyNames(), "`, `"));
   }
   return text + "\n";
 }

@@ -61,8 +61,8 @@ public:
   [[nodiscard]] std::vector<const ParameterBase*> missingParameters() const;
   /// The first of them, or null.
   [[nodiscard]] const ParameterBase* missingParameter() const;
-  /// Whether the parameter must be given whatever the others say: required, without a value so far, and shown by every
-  /// form of the summary.
+  /// True for a parameter that must be given whatever the others say: required, without a value so far, and shown by
+  /// every form of the summary.
   [[nodiscard]] bool isAlwaysNeeded(const ParameterBase& parameter) const;
 
 protected:

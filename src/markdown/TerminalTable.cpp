@@ -3,9 +3,9 @@
 #include "markdown/TerminalTable.h"
 
 #include "markdown/InlineFlow.h"
+#include "platform/TerminalCells.h"
 
 #include <algorithm>
-#include <numeric>
 #include <optional>
 
 namespace tabwright::markdown {
@@ -17,25 +17,6 @@ using Row = std::vector<InlineText>;
 
 constexpr std::size_t leastColumn = 4;
 constexpr std::size_t widestSeparator = 3; // blank, line, blank
-
-std::size_t sum(const Widths& widths) {
-  return std::accumulate(widths.begin(), widths.end(), std::size_t{0});
-}
-
-// Takes cells from the widest columns, but from none below its floor, until all fit or nothing is left to take.
-void shrink(Widths& widths, const Widths& floors, std::size_t available) {
-  std::size_t total = sum(widths);
-  while (total > available) {
-    std::optional<std::size_t> widest;
-    for (std::size_t column = 0; column < widths.size(); ++column)
-      if (widths[column] > floors[column] && (!widest || widths[column] > widths[*widest]))
-        widest = column;
-    if (!widest)
-      return;
-    --widths[*widest];
-    --total;
-  }
-}
 
 std::optional<Widths> columnWidths(const std::vector<Row>& rows, std::size_t columns, std::size_t width) {
   const std::size_t separators = widestSeparator * (columns - 1);
@@ -50,8 +31,8 @@ std::optional<Widths> columnWidths(const std::vector<Row>& rows, std::size_t col
       widths[column] = std::min(std::max(widths[column], row[column].widestLine()), available);
       words[column] = std::min(std::max(words[column], row[column].widestWord()), available);
     }
-  shrink(widths, words, available);
-  shrink(widths, Widths(columns, leastColumn), available);
+  platform::shrinkColumns(widths, words, available);
+  platform::shrinkColumns(widths, Widths(columns, leastColumn), available);
   return widths;
 }
 

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <numeric>
+#include <optional>
 
 namespace tabwright::platform {
 namespace {
@@ -120,6 +122,21 @@ std::string wrapped(std::string_view text, std::size_t indent, std::size_t width
     lines += word;
   }
   return lines.empty() ? lines : lines + "\n";
+}
+
+void shrinkColumns(std::vector<std::size_t>& widths, const std::vector<std::size_t>& least, std::size_t available) {
+  std::size_t total = std::accumulate(widths.begin(), widths.end(), std::size_t{0});
+  while (total > available) {
+    std::optional<std::size_t> widest;
+    for (std::size_t column = 0; column < widths.size(); ++column) {
+      if (widths[column] > least[column] && (!widest || widths[column] > widths[*widest]))
+        widest = column;
+    }
+    if (!widest)
+      return;
+    --widths[*widest];
+    --total;
+  }
 }
 
 } // namespace tabwright::platform

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Text as a terminal shows it: UTF-8 in cells, where wide East Asian characters and emoji take two and marks none.
 namespace tabwright::platform {
@@ -23,5 +24,9 @@ namespace tabwright::platform {
 /// The words of the text, which blanks part, in lines of no more than `width` cells that begin with `indent` blanks and
 /// end in line feeds. A longer word has a line of its own. No words: nothing.
 [[nodiscard]] std::string wrapped(std::string_view text, std::size_t indent, std::size_t width = 80);
+
+/// Takes cells from a table's widest columns, but from none below its least width, until all together fit into
+/// `available` or nothing is left to take.
+void shrinkColumns(std::vector<std::size_t>& widths, const std::vector<std::size_t>& least, std::size_t available);
 
 } // namespace tabwright::platform
