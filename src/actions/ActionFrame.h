@@ -20,7 +20,7 @@ using intents::Parameter;
 
 struct TabTarget;
 
-/// What all actions have in common: the order in which a run's steps happen, and the preconditions that an action
+/// The base of all actions: it keeps the order in which a run's steps happen, and the preconditions that an action
 /// declares instead of testing them.
 ///
 /// An action's constructor declares what it needs; `run` does the work. The steps of `perform` are
@@ -48,7 +48,7 @@ public:
   [[nodiscard]] std::string scriptText();
 
 protected:
-  /// What `run` came to. Only a success is followed by the pause.
+  /// The value and the success of `run`. Only a success is followed by the pause.
   struct Outcome {
     enum class Success : bool { no, yes };
 
@@ -56,14 +56,14 @@ protected:
     Success success = Success::yes;
   };
 
-  /// When a run is put on record (step 3): most actions validate first, a few count every attempt, some count inside
-  /// `run`, by calling `registerRun` there.
+  /// The moment at which a run is put on record (step 3): most actions validate first, a few count every attempt, some
+  /// do it inside `run`, by calling `registerRun` there.
   enum class Registration { afterPreconditions, beforePreconditions, insideRun };
 
-  ActionFrame(const ActionServices& services, std::string name, std::string_view table)
-      : Intent(std::move(name), table), services_(services) {}
+  ActionFrame(const ActionServices& services, std::string name, std::string_view table, const intents::Hints& hints)
+      : Intent(std::move(name), table, hints), services_(services) {}
 
-  // What an action declares in its constructor.
+  // Declarations, for an action's constructor.
 
   /// The text must hold something beside white space; it is used as it was entered.
   void requireText(const Parameter<std::string>& text);
@@ -86,7 +86,7 @@ protected:
   void pauseAfterSuccess(const Parameter<Delay>& delay);
   void registerRuns(Registration moment) { registration_ = moment; }
 
-  // What an action's own steps use.
+  // Means, for an action's own steps.
 
   [[nodiscard]] const ActionServices& services() const { return services_; }
   /// The browser to work in, once the preconditions hold.
@@ -94,7 +94,7 @@ protected:
   /// Step 3.
   void registerRun();
 
-  // What an action overrides.
+  // Steps, for an action to override.
 
   /// Step 2: what must happen before the run counts, such as asking the user. Nothing by default.
   virtual platform::Task<void> prepare(intents::ActionHost& host);

@@ -2,13 +2,13 @@
 
 namespace tabwright::actions {
 
-std::span<const ActionEntry> actionList() {
-  static constexpr ActionEntry entries[]{
-#define TABWRIGHT_ACTION(name) {#name, make##name},
+std::span<const ActionMaker> actionList() {
+  static constexpr ActionMaker makers[]{
+#define TABWRIGHT_ACTION(name) make##name,
 #include "actions/Actions.def"
 #undef TABWRIGHT_ACTION
   };
-  return entries;
+  return makers;
 }
 
 } // namespace tabwright::actions

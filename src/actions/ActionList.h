@@ -4,18 +4,14 @@
 
 #include <memory>
 #include <span>
-#include <string_view>
 
 namespace tabwright::actions {
 
-/// One action of the catalogue: its short name, and how a value for one run is made.
-struct ActionEntry {
-  std::string_view name;
-  std::unique_ptr<ActionFrame> (*make)(const ActionServices& services);
-};
+/// Makes an action for one run.
+using ActionMaker = std::unique_ptr<ActionFrame> (*)(const ActionServices& services);
 
 /// All actions, in the order in which they are offered: the rows of `Actions.def`.
-[[nodiscard]] std::span<const ActionEntry> actionList();
+[[nodiscard]] std::span<const ActionMaker> actionList();
 
 // Each action's file defines its own.
 #define TABWRIGHT_ACTION(name) std::unique_ptr<ActionFrame> make##name(const ActionServices& services);

@@ -8,7 +8,7 @@
 
 namespace tabwright::actions {
 
-/// Where the number of action runs is kept.
+/// Keeps the number of action runs.
 class CallCounter {
 public:
   virtual ~CallCounter() = default;
@@ -17,7 +17,7 @@ public:
   virtual void countCall() = 0;
 };
 
-/// What actions need of the world. The program makes one; it and all that it names outlive every action.
+/// All that actions need of the world. The program makes one; it and all that it names outlive every action.
 struct ActionServices {
   const engine::ScriptacularServices& scripts;
   const intents::OptionsProvider& browserTargets; ///< choices and default of `targetContext`

@@ -7,14 +7,14 @@ namespace tabwright::actions {
 
 namespace {
 
-class ClickElement final : public PageDeed {
+class ClickElement final : public PageCommand {
   TabTarget tab{*this, services()};
   Parameter<std::string> cssSelector{*this, shared::cssSelector()};
   Parameter<PauseOption> pauseAfterSucessInSeconds{*this, shared::pauseAfterSucessInSeconds()};
 
 public:
   explicit ClickElement(const ActionServices& services)
-      : PageDeed(services, "ClickElement", intents::tables::webPages) {
+      : PageCommand(services, "ClickElement", intents::tables::webPages, {.destroys = true}) {
     requireText(cssSelector);
     aimAtTab(tab);
     pauseAfterSuccess(pauseAfterSucessInSeconds);

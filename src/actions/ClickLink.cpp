@@ -24,7 +24,8 @@ class ClickLink final : public PageAttempt {
       *this, {.name = "pauseAfterSucessInSeconds", .defaultValue = PauseOption::p00}};
 
 public:
-  explicit ClickLink(const ActionServices& services) : PageAttempt(services, "ClickLink", intents::tables::webPages) {
+  explicit ClickLink(const ActionServices& services)
+      : PageAttempt(services, "ClickLink", intents::tables::webPages, {.destroys = true}) {
     requireText(label);
     aimAtTab(tab);
     pauseAfterSuccess(pauseAfterSucessInSeconds);

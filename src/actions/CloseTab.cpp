@@ -13,7 +13,8 @@ class CloseTab final : public TabAction {
   TabTarget tab{*this, services()};
 
 public:
-  explicit CloseTab(const ActionServices& services) : TabAction(services, "CloseTab", intents::tables::browserTabs) {
+  explicit CloseTab(const ActionServices& services)
+      : TabAction(services, "CloseTab", intents::tables::browserTabs, {.destroys = true, .isOpen = false}) {
     aimAtTab(tab);
     summarise(tab.summary({}));
   }

@@ -15,7 +15,7 @@ class CloseWindow final : public WindowAction {
 
 public:
   explicit CloseWindow(const ActionServices& services)
-      : WindowAction(services, "CloseWindow", intents::tables::browserWindows) {
+      : WindowAction(services, "CloseWindow", intents::tables::browserWindows, {.destroys = true, .isOpen = false}) {
     aimAtOwnerOf(targetWindow);
     summarise({{.when = {}, .key = "", .sentence = {&targetWindow}, .further = {}}});
   }

@@ -19,7 +19,8 @@ class CreateTab final : public TabAction {
   Parameter<browserdata::BrowserWindowEntity> targetWindow{*this, shared::targetWindow()};
 
 public:
-  explicit CreateTab(const ActionServices& services) : TabAction(services, "CreateTab", intents::tables::browserTabs) {
+  explicit CreateTab(const ActionServices& services)
+      : TabAction(services, "CreateTab", intents::tables::browserTabs, {.isOpen = false}) {
     aimAt(targetContext);
     takeTargetFrom(targetWindow, windowType, WindowType::specificWindow, targetContext);
     summarise({

@@ -31,7 +31,7 @@ class CreateWindow final : public WindowAction {
 
 public:
   explicit CreateWindow(const ActionServices& services)
-      : WindowAction(services, "CreateWindow", intents::tables::browserWindows) {
+      : WindowAction(services, "CreateWindow", intents::tables::browserWindows, {}) {
     registerRuns(Registration::beforePreconditions);
     require([this] {
       if (!url().empty())

@@ -13,7 +13,8 @@ class FocusTab final : public TabAction {
   Parameter<browserdata::BrowserTabEntity> targetTab{*this, shared::requiredTab()};
 
 public:
-  explicit FocusTab(const ActionServices& services) : TabAction(services, "FocusTab", intents::tables::browserTabs) {
+  explicit FocusTab(const ActionServices& services)
+      : TabAction(services, "FocusTab", intents::tables::browserTabs, {.isIdempotent = true, .isOpen = false}) {
     aimAtOwnerOf(targetTab);
     summarise({{.when = {}, .key = "", .sentence = {&targetTab}, .further = {}}});
   }

@@ -14,7 +14,8 @@ class FocusWindow final : public WindowAction {
 
 public:
   explicit FocusWindow(const ActionServices& services)
-      : WindowAction(services, "FocusWindow", intents::tables::browserWindows) {
+      : WindowAction(services, "FocusWindow", intents::tables::browserWindows,
+                     {.isIdempotent = true, .isOpen = false}) {
     aimAtOwnerOf(targetWindow);
     summarise({{.when = {}, .key = "", .sentence = {&targetWindow}, .further = {}}});
   }

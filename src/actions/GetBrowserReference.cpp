@@ -13,7 +13,7 @@ class GetBrowserReference final : public ActionFrame {
 
 public:
   explicit GetBrowserReference(const ActionServices& services)
-      : ActionFrame(services, "GetBrowserReference", intents::tables::browsers) {
+      : ActionFrame(services, "GetBrowserReference", intents::tables::browsers, {.readsOnly = true, .isOpen = false}) {
     aimAt(targetContext);
     summarise({{.when = {}, .key = "", .sentence = {&targetContext}, .further = {}}});
   }

@@ -15,7 +15,7 @@ class GetDetailsOfTab final : public TabAction {
 
 public:
   explicit GetDetailsOfTab(const ActionServices& services)
-      : TabAction(services, "GetDetailsOfTab", intents::tables::browserTabs) {
+      : TabAction(services, "GetDetailsOfTab", intents::tables::browserTabs, {.readsOnly = true}) {
     aimAtTab(tab);
     summarise(tab.summary({}));
   }

@@ -23,7 +23,7 @@ class GetFormFieldValue final : public ScriptAction<std::vector<std::string>, st
 
 public:
   explicit GetFormFieldValue(const ActionServices& services)
-      : ScriptAction(services, "GetFormFieldValue", intents::tables::webPages) {
+      : ScriptAction(services, "GetFormFieldValue", intents::tables::webPages, {.readsOnly = true}) {
     requireText(fieldTargetSpec);
     aimAtTab(tab);
     summarise(tab.summary({&formFieldSelection, &fieldTargetSpec}));

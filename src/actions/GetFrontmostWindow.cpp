@@ -14,7 +14,8 @@ class GetFrontmostWindow final : public WindowAction {
 
 public:
   explicit GetFrontmostWindow(const ActionServices& services)
-      : WindowAction(services, "GetFrontmostWindow", intents::tables::browserWindows) {
+      : WindowAction(services, "GetFrontmostWindow", intents::tables::browserWindows,
+                     {.readsOnly = true, .isOpen = false}) {
     aimAt(targetContext);
     summarise({{.when = {}, .key = "", .sentence = {&targetContext}, .further = {}}});
   }

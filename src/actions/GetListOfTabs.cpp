@@ -30,7 +30,7 @@ class GetListOfTabs final : public ScriptAction<std::vector<BrowserTabData>, std
 
 public:
   explicit GetListOfTabs(const ActionServices& services)
-      : ScriptAction(services, "GetListOfTabs", intents::tables::browserTabs) {
+      : ScriptAction(services, "GetListOfTabs", intents::tables::browserTabs, {.readsOnly = true, .isOpen = false}) {
     aimAt(targetContext);
     declare({&pageURL, is(urlFilter, Filter::ignore), intents::Dependence::Counts::unlessItHolds});
     declare({&pageTitle, is(titleFilter, Filter::ignore), intents::Dependence::Counts::unlessItHolds});

@@ -38,7 +38,8 @@ class GetListOfWindows final : public ScriptAction<std::vector<BrowserWindowData
 
 public:
   explicit GetListOfWindows(const ActionServices& services)
-      : ScriptAction(services, "GetListOfWindows", intents::tables::browserWindows) {
+      : ScriptAction(services, "GetListOfWindows", intents::tables::browserWindows,
+                     {.readsOnly = true, .isOpen = false}) {
     aimAt(targetContext);
     declare({&title, is(titleFilter, TitleFilter::ignore), intents::Dependence::Counts::unlessItHolds});
     summarise({

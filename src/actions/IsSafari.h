@@ -4,8 +4,8 @@
 
 namespace tabwright::actions {
 
-/// Whether a target, as a parameter holds it, is Safari by name. The frontmost browser isn't, whichever it turns out to
-/// be.
+/// True for a target that, as a parameter holds it, is Safari by name. The frontmost browser isn't, whichever it turns
+/// out to be.
 [[nodiscard]] inline bool isSafari(const engine::TargetContext& target) {
   return target.id == "com.apple.safari";
 }

@@ -68,7 +68,7 @@ bool consistsOf(std::string_view text, std::string_view characters, Percent perc
   return true;
 }
 
-// What stands before the first of `marks`; `text` keeps the rest, mark included.
+// Takes the part before the first of `marks` away; `text` keeps the rest, mark included.
 std::string_view takeUntil(std::string_view& text, std::string_view marks) {
   const std::string_view taken = text.substr(0, text.find_first_of(marks));
   text.remove_prefix(taken.size());

@@ -6,7 +6,7 @@
 
 namespace tabwright::actions {
 
-/// Whether an action may open `text` (UTF-8) in a browser: a URL of the scheme http, https or file, spelled in small
+/// True when an action may open `text` (UTF-8) in a browser: a URL of the scheme http, https or file, spelled in small
 /// letters, that names a host unless it is a file's.
 ///
 ///     isUsableURL("https://example.com/a?b=c#d")    // true

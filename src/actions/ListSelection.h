@@ -22,7 +22,7 @@ template <class Item, class Option>
   return {std::move(items.front())};
 }
 
-/// Whether a tab or window is of the kind that a list action was asked for. `Option` is an enum with the cases `any`,
+/// True for a tab or window of the kind that a list action was asked for. `Option` is an enum with the cases `any`,
 /// `standard` and `incognito`.
 template <class Item, class Option>
 [[nodiscard]] bool hasPrivacy(const Item& item, Option option) {

@@ -25,7 +25,8 @@ class OpenInTab final : public TabAction {
   Parameter<PauseOption> pauseAfterSucessInSeconds{*this, shared::pauseAfterSucessInSeconds()};
 
 public:
-  explicit OpenInTab(const ActionServices& services) : TabAction(services, "OpenInTab", intents::tables::browserTabs) {
+  explicit OpenInTab(const ActionServices& services)
+      : TabAction(services, "OpenInTab", intents::tables::browserTabs, {.destroys = true}) {
     requireText(newURL);
     require([this] { requireUsableURL(newURL, *newURL); });
     aimAt(targetContext);

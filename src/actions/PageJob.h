@@ -23,11 +23,11 @@ inline constexpr double pageJobInterval = 0.2;
   return value ? "true" : "false";
 }
 
-/// What the one page function of a job returned, in its text form. Throws `JavascriptError::unableToParseJS` when the
-/// page gave nothing.
+/// The text form of the value that the one page function of a job returned. Throws `JavascriptError::unableToParseJS`
+/// when the page gave nothing.
 [[nodiscard]] const std::string& answerOf(const std::vector<std::string>& list);
 
-/// Whether the page function reported success: its text is "true", in any case. Throws as `answerOf` does.
+/// True when the page function reported success: its text is "true", in any case. Throws as `answerOf` does.
 [[nodiscard]] bool succeeded(const std::vector<std::string>& list);
 
 /// An explanation of a page function that reported no success.
@@ -46,7 +46,7 @@ struct Reason {
                                                                 std::string_view undone);
 
 /// An action whose job does something and has nothing to say but that it ran.
-class PageDeed : public ScriptAction<std::vector<std::string>, intents::Nothing> {
+class PageCommand : public ScriptAction<std::vector<std::string>, intents::Nothing> {
 protected:
   using ScriptAction::ScriptAction;
 

@@ -6,12 +6,13 @@ namespace tabwright::actions {
 
 namespace {
 
-class ReloadTab final : public PageDeed {
+class ReloadTab final : public PageCommand {
   TabTarget tab{*this, services()};
   Parameter<PauseOption> pauseAfterSucessInSeconds{*this, shared::pauseAfterSucessInSeconds()};
 
 public:
-  explicit ReloadTab(const ActionServices& services) : PageDeed(services, "ReloadTab", intents::tables::browserTabs) {
+  explicit ReloadTab(const ActionServices& services)
+      : PageCommand(services, "ReloadTab", intents::tables::browserTabs, {.destroys = true}) {
     aimAtTab(tab);
     pauseAfterSuccess(pauseAfterSucessInSeconds);
     summarise(tab.summary({}, {}, {&pauseAfterSucessInSeconds}));

@@ -37,7 +37,7 @@ class RunAppleScript final : public ScriptAction<AppleScriptPlaygroundData, std:
 
 public:
   explicit RunAppleScript(const ActionServices& services)
-      : ScriptAction(services, "RunAppleScript", intents::tables::browsers) {
+      : ScriptAction(services, "RunAppleScript", intents::tables::browsers, {.destroys = true}) {
     registerRuns(Registration::beforePreconditions);
     aimAt(targetContext);
     summarise({{.when = {}, .key = "", .sentence = {&script, &targetContext}, .further = {}}});

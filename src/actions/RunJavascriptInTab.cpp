@@ -20,7 +20,7 @@ class RunJavascriptInTab final : public ScriptAction<std::vector<std::string>, s
 
 public:
   explicit RunJavascriptInTab(const ActionServices& services)
-      : ScriptAction(services, "RunJavascriptInTab", intents::tables::webPages) {
+      : ScriptAction(services, "RunJavascriptInTab", intents::tables::webPages, {.destroys = true}) {
     requireText(jsCode);
     aimAtTab(tab);
     require([this] {

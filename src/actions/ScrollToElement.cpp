@@ -8,7 +8,7 @@ namespace tabwright::actions {
 
 namespace {
 
-class ScrollToElement final : public PageDeed {
+class ScrollToElement final : public PageCommand {
   TabTarget tab{*this, services()};
   Parameter<std::string> cssSelector{*this, shared::cssSelector()};
   Parameter<PauseOption> pauseAfterSucessInSeconds{
@@ -16,7 +16,7 @@ class ScrollToElement final : public PageDeed {
 
 public:
   explicit ScrollToElement(const ActionServices& services)
-      : PageDeed(services, "ScrollToElement", intents::tables::webPages) {
+      : PageCommand(services, "ScrollToElement", intents::tables::webPages, {.isIdempotent = true}) {
     requireText(cssSelector);
     aimAtTab(tab);
     pauseAfterSuccess(pauseAfterSucessInSeconds);

@@ -37,7 +37,7 @@ class SetFormFieldValue final : public PageAttempt {
 
 public:
   explicit SetFormFieldValue(const ActionServices& services)
-      : PageAttempt(services, "SetFormFieldValue", intents::tables::webPages) {
+      : PageAttempt(services, "SetFormFieldValue", intents::tables::webPages, {.destroys = true}) {
     requireText(targetField);
     aimAtTab(tab);
     pauseAfterSuccess(pauseAfterSucessInSeconds);

@@ -29,7 +29,7 @@ class SetFormFields final : public PageAttempt {
 
 public:
   explicit SetFormFields(const ActionServices& services)
-      : PageAttempt(services, "SetFormFields", intents::tables::webPages) {
+      : PageAttempt(services, "SetFormFields", intents::tables::webPages, {.destroys = true}) {
     aimAtTab(tab);
     pauseAfterSuccess(pauseAfterSucessInSeconds);
     summarise(tab.summary({&formFieldsSelection, &inputDict}, {},

@@ -16,7 +16,7 @@
 /// those of `formFieldSelection` in "Intents-Web Pages".
 namespace tabwright::actions::shared {
 
-/// Which of its descriptions `targetContext` carries.
+/// The descriptions of which `targetContext` carries one.
 enum class TargetDescription { plain, tabSelection, targetWindow };
 
 [[nodiscard]] intents::ParameterSpec<engine::TargetContext>
@@ -34,7 +34,7 @@ targetContext(const ActionServices& services, TargetDescription description = Ta
 [[nodiscard]] intents::ParameterSpec<bool> shouldFireChangeEvent();
 [[nodiscard]] intents::ParameterSpec<bool> shouldSubmitParentForm();
 
-/// How fields for selectors, labels, field names and code behave: what is typed stays as it was typed.
+/// The behaviour of fields for selectors, labels, field names and code, which keep what is typed as it was typed.
 [[nodiscard]] intents::TextInputOptions literalInput();
 
 } // namespace tabwright::actions::shared

@@ -22,7 +22,7 @@ class WaitForElement final : public ScriptAction<std::vector<std::string>, bool>
 
 public:
   explicit WaitForElement(const ActionServices& services)
-      : ScriptAction(services, "WaitForElement", intents::tables::webPages) {
+      : ScriptAction(services, "WaitForElement", intents::tables::webPages, {.readsOnly = true}) {
     requireText(cssSelector);
     aimAtTab(tab);
     summarise(tab.summary({&timeout, &cssSelector}, {}, {&onFailure}));

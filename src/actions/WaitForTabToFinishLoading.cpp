@@ -18,7 +18,8 @@ class WaitForTabToFinishLoading final : public ScriptAction<bool, bool> {
 
 public:
   explicit WaitForTabToFinishLoading(const ActionServices& services)
-      : ScriptAction(services, "WaitForTabToFinishLoading", intents::tables::browserTabs) {
+      : ScriptAction(services, "WaitForTabToFinishLoading", intents::tables::browserTabs,
+                     {.readsOnly = true, .isOpen = false}) {
     aimAtTab(tab);
     summarise(tab.summary({}, {&readyState}));
   }

@@ -6,7 +6,7 @@
 
 namespace tabwright::actions {
 
-/// Where the names are kept that users gave to windows of Safari, which can't hold a name itself. They outlive the
+/// Keeps the names that users gave to windows of Safari, which can't hold a name itself. They outlive the
 /// process; a name stays until a `prune` finds its window gone.
 ///
 /// Keys are the windows' full ids, "com.apple.safari:17". Each call is one step that no other call interrupts, and may

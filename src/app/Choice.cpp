@@ -43,8 +43,7 @@ platform::Task<std::optional<std::string>> askForValue(const host::Catalogue& ca
                                                        intents::ActionHost& host) {
   if (!caller.canAsk())
     co_return std::nullopt;
-  const auto action = catalogue.make(run.command.name);
-  const intents::ParameterBase* parameter = action->findParameter(missing.parameter());
+  const intents::ParameterBase* parameter = catalogue.declaration(run.command.name).findParameter(missing.parameter());
   std::optional<host::ActionResult> items;
   if (parameter)
     items = co_await listing(catalogue, parameter->declaration().type, browserAmong(parameters), host);

@@ -3,8 +3,10 @@
 #include "app/CommandDeclarations.h"
 
 #include "app/HelpFormatter.h"
+#include "client/RunWords.h"
 
 #include <CLI/CLI.hpp>
+#include <fmt/core.h>
 
 #include <memory>
 
@@ -36,20 +38,29 @@ std::vector<std::string> restOf(const CLI::App& command, const std::string& acti
 void declareRun(CLI::App& program, Choices& choices) {
   CLI::App* run = program.add_subcommand("run", "Run an action of the catalogue");
   operand(*run, operands::action, choices.run.name, "The action: “tabwright actions” lists them");
-  run->add_flag("--json", choices.isJson, "Print the result, or the error, as JSON");
-  run->add_flag("--each", choices.run.isForEach,
-                "Run it for each item of a list given as a parameter, a result a line");
-  run->add_flag("--no-host", choices.isWithoutHost, "Run it in a process of its own, without the background host");
-  run->footer(
+  for (const client::RunWord& own : client::runWords::all) {
+    const std::string word(own.word);
+    const std::string meaning(own.meaning);
+    if (own.value.empty())
+      run->add_flag_callback(word, [&choices, word] { choices.run.words.push_back(word); }, meaning);
+    else
+      run->add_option_function<std::string>(
+             word,
+             [&choices, word](const std::string& value) {
+               choices.run.words.insert(choices.run.words.end(), {word, value});
+             },
+             meaning)
+          ->type_name(std::string(own.value));
+  }
+  run->footer(fmt::format(
       "Parameters follow the name: --name value. “tabwright actions ACTION” tells which there are.\n"
-      "--each runs the action for each item of the list that a parameter is given as, goes on where one fails, and "
-      "ends with 1 then: tabwright run GetListOfTabs | tabwright run CloseTab --targetTab - --each\n"
-      "--save-files FOLDER behind the name writes the files of a result there, such as a selection’s rich text, "
-      "and prints their paths.");
+      "{0} runs the action for each item of the list that a parameter is given as, goes on where one fails, "
+      "and ends with 1 then: tabwright run GetListOfTabs | tabwright run CloseTab --targetTab - {0}",
+      client::runWords::each.word));
   takeTheRest(*run);
   run->callback([&choices, run] {
-    choices.run.parameters = restOf(*run, choices.run.name);
-    choices.run.output = choices.output();
+    const std::vector<std::string> rest = restOf(*run, choices.run.name);
+    choices.run.words.insert(choices.run.words.end(), rest.begin(), rest.end());
     choices.chosen = [&choices] { return app::run(choices.run); };
   });
 

@@ -16,7 +16,6 @@ struct Choices {
   std::string logLevel;
   bool isJson = false;
   bool isMarkdown = false;
-  bool isWithoutHost = false; ///< nothing more to do: whoever reads this has no host
 
   RunCommand run;
   ScriptCommand script;

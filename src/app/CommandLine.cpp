@@ -5,6 +5,7 @@
 #include "app/FailureReport.h"
 #include "app/Interruptible.h"
 #include "app/OutputStreams.h"
+#include "app/RunAction.h"
 #include "client/StandardStreams.h"
 #include "platform/LogSinks.h"
 #include "platform/Logger.h"
@@ -27,7 +28,7 @@ namespace {
 
 // The form of an action's error may stand behind its name.
 ReportForm reportForm(const Choices& choices) {
-  const bool isJson = choices.isJson || std::ranges::count(choices.run.parameters, "--json") > 0;
+  const bool isJson = choices.isJson || wantsJson(choices.run);
   return isJson ? ReportForm::json : ReportForm::sentence;
 }
 

@@ -3,6 +3,8 @@
 #include "app/Completion.h"
 
 #include "app/CommandDeclarations.h"
+#include "client/RunWords.h"
+#include "host/ActionWords.h"
 #include "intents/EntityDeclaration.h"
 #include "intents/UsageError.h"
 #include "platform/StringCatalogue.h"
@@ -12,7 +14,6 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <memory>
 #include <optional>
 #include <span>
 
@@ -24,17 +25,15 @@ using intents::ValueKind;
 using Words = std::span<const std::string>;
 
 constexpr std::string_view optionMark = "--";
-constexpr std::string_view saveFilesOption = "--save-files";
+constexpr std::string_view saveFiles = client::runWords::saveFiles.word;
 
-// Sections may offer the same choice twice: a running browser is an installed one.
 void add(Completion& completion, std::string word, std::string_view meaning) {
-  if (std::ranges::find(completion.candidates, word, &Candidate::word) == completion.candidates.end())
-    completion.candidates.push_back({std::move(word), platform::onOneLine(meaning)});
+  completion.candidates.push_back({std::move(word), platform::onOneLine(meaning)});
 }
 
 void addActions(Completion& completion, const host::Catalogue& catalogue) {
-  for (const std::string& name : catalogue.names())
-    add(completion, name, catalogue.make(name)->title().text());
+  for (const auto& action : catalogue.declarations())
+    add(completion, action->name(), action->title().text());
 }
 
 void addOptions(Completion& completion, const CLI::App& command) {
@@ -46,25 +45,15 @@ void addOptions(Completion& completion, const CLI::App& command) {
 
 void addValues(Completion& completion, const intents::ParameterDeclaration& declaration,
                const CandidateSource& things) {
-  switch (declaration.type.kind) {
-  case ValueKind::boolean:
+  if (declaration.type.kind == ValueKind::boolean) {
     add(completion, "true", "");
     add(completion, "false", "");
-    break;
-  case ValueKind::enumeration:
-    for (const intents::EnumCase& enumCase : declaration.type.enumeration->cases)
-      add(completion, std::string(enumCase.name), declaration.type.enumeration->caption(enumCase).text());
-    break;
-  default:
-    if (declaration.options) {
-      for (const intents::OptionSection& section : declaration.options->results()) {
-        for (const intents::Option& option : section.options)
-          add(completion, option.text, option.title);
-      }
-    } else if (declaration.type.kind == ValueKind::entity && things) {
-      for (const Candidate& thing : things(declaration.type))
-        add(completion, thing.word, thing.meaning);
-    }
+  }
+  for (host::OfferedValue& offer : host::offersOf(declaration))
+    add(completion, std::move(offer.text), offer.caption);
+  if (declaration.type.kind == ValueKind::entity && !declaration.options && things) {
+    for (const Candidate& thing : things(declaration.type))
+      add(completion, thing.word, thing.meaning);
   }
 }
 
@@ -93,9 +82,9 @@ void addLogLevels(Completion& completion, const std::string& before) {
 Completion parameterCompletion(const CLI::App& command, const host::Catalogue& catalogue, const std::string& name,
                                Words given, const std::string& last, const CandidateSource& things) {
   Completion completion;
-  std::unique_ptr<actions::ActionFrame> action;
+  const intents::Intent* action = nullptr;
   try {
-    action = catalogue.make(name);
+    action = &catalogue.declaration(name);
   } catch (const intents::UsageError&) {
     return completion;
   }
@@ -116,10 +105,10 @@ Completion parameterCompletion(const CLI::App& command, const host::Catalogue& c
       for (Candidate& candidate : completion.candidates)
         candidate.word.insert(0, last, 0, equals + 1);
     }
-    completion.takesFiles = last.starts_with(saveFilesOption) || last[equals + 1] == '@';
+    completion.takesFiles = last.starts_with(saveFiles) || last[equals + 1] == '@';
     return completion;
   }
-  if (!given.empty() && given.back() == saveFilesOption) {
+  if (!given.empty() && given.back() == saveFiles) {
     completion.takesFiles = true;
     return completion;
   }
@@ -134,8 +123,8 @@ Completion parameterCompletion(const CLI::App& command, const host::Catalogue& c
       add(completion, std::string(optionMark) + parameter->name(), parameter->declaration().title.text());
   }
   addOptions(completion, command);
-  if (holdsFiles(action->resultType()) && command.get_name() == "run")
-    add(completion, std::string(saveFilesOption), platform::localized("completion.saveFiles"));
+  if (!holdsFiles(action->resultType()))
+    std::erase_if(completion.candidates, [](const Candidate& each) { return each.word == saveFiles; });
   add(completion, "--help", platform::localized("completion.help"));
   return completion;
 }

@@ -140,7 +140,6 @@ struct Composition::Parts {
                                             .browserTargets = supportedBrowsers,
                                             .shutdown = noShutdown,
                                             .javascriptValidator = javascriptValidator};
-  host::Catalogue referenceCatalogue{referenceServices};
 };
 
 Composition::Composition() : parts_(std::make_unique<Parts>(nullptr)) {}
@@ -151,8 +150,8 @@ const host::Catalogue& Composition::catalogue() const {
   return parts_->catalogue;
 }
 
-const host::Catalogue& Composition::referenceCatalogue() const {
-  return parts_->referenceCatalogue;
+host::Catalogue Composition::referenceCatalogue() const {
+  return host::Catalogue(parts_->referenceServices);
 }
 
 applescript::Interpreter& Composition::interpreter() {

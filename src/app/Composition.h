@@ -32,8 +32,8 @@ public:
   Composition& operator=(const Composition&) = delete;
 
   [[nodiscard]] const host::Catalogue& catalogue() const;
-  /// The same actions, with choices that are alike on every machine: for documents.
-  [[nodiscard]] const host::Catalogue& referenceCatalogue() const;
+  /// The same actions, with choices that are alike on every machine: for documents. Uses this composition.
+  [[nodiscard]] host::Catalogue referenceCatalogue() const;
   [[nodiscard]] applescript::Interpreter& interpreter();
 
   /// The driver of a browser of the Chromium family, the same at each call; null when that browser is not installed and

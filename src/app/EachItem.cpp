@@ -1,5 +1,6 @@
 #include "app/EachItem.h"
 
+#include "client/RunWords.h"
 #include "intents/EntityDeclaration.h"
 #include "intents/UsageError.h"
 #include "intents/ValueError.h"
@@ -21,6 +22,7 @@ using intents::UsageError;
 using intents::ValueKind;
 
 constexpr std::size_t longestName = 60;
+constexpr std::string_view each = client::runWords::each.word;
 
 // The JSON values that a text is, one behind the other, as commands print results; nothing for other texts.
 std::optional<boost::json::array> valuesIn(std::string_view text) {
@@ -72,18 +74,18 @@ GivenList listForEach(const intents::Intent& action, const host::ParameterTexts&
   for (const bool ofEntities : {true, false}) {
     std::vector<GivenList> lists = listsOf(action, parameters, ofEntities);
     if (lists.size() > 1)
-      throw UsageError(fmt::format("--each takes the items of one list, but {} and {} are both lists.",
+      throw UsageError(fmt::format("{} takes the items of one list, but {} and {} are both lists.", each,
                                    parameters[lists[0].parameter].first, parameters[lists[1].parameter].first));
     if (lists.size() == 1)
       return std::move(lists.front());
   }
   for (const auto& [name, text] : parameters) {
     if (platform::trimmingWhitespaceAndNewlines(text).starts_with('['))
-      throw UsageError(fmt::format("--each needs a list, and {} begins as one, but is no JSON.", name));
+      throw UsageError(fmt::format("{} needs a list, and {} begins as one, but is no JSON.", each, name));
   }
-  throw UsageError(fmt::format("--each needs a list: give one for a parameter of {}, such as --targetTab - behind a "
+  throw UsageError(fmt::format("{} needs a list: give one for a parameter of {}, such as --targetTab - behind a "
                                "pipe from GetListOfTabs.",
-                               action.name()));
+                               each, action.name()));
 }
 
 void requireNoList(const intents::Intent& action, const host::ParameterTexts& parameters) {
@@ -92,9 +94,9 @@ void requireNoList(const intents::Intent& action, const host::ParameterTexts& pa
     if (list.items.empty())
       throw UsageError(fmt::format("{} needs a value, but the list given for it is empty: nothing was found.", name));
     if (list.items.size() > 1)
-      throw UsageError(fmt::format("{} takes one item, and a list of {} was given. With --each behind it, {} runs for "
+      throw UsageError(fmt::format("{} takes one item, and a list of {} was given. With {} behind it, {} runs for "
                                    "each of them.",
-                                   name, list.items.size(), action.name()));
+                                   name, list.items.size(), each, action.name()));
   }
 }
 

@@ -87,21 +87,25 @@ std::string choicesOf(const intents::ValueType& type) {
   return ".br\n" + choices + "\n";
 }
 
-std::string sectionsOf(const host::Catalogue& catalogue, const std::vector<std::string>& actions) {
-  std::string text;
-  for (const std::string& name : actions) {
-    const auto action = catalogue.make(name);
-    text += ".SS " + name + "\n" + roff(host::sentenceOf(*action, action->summary().current())) + "\n";
-    for (const intents::ParameterBase* parameter : action->parameters()) {
-      const intents::ParameterDeclaration& declaration = parameter->declaration();
-      std::string meaning = roff(declaration.description.text()) + "\n" + choicesOf(declaration.type);
-      if (const std::string initial = host::defaultOf(declaration); !initial.empty())
-        meaning += ".br\n" + roff(platform::localizedFormat("help.default", {initial})) + "\n";
-      text += entry(bold("--" + declaration.name) + " " + italic(host::captionOf(declaration.type)), meaning);
-    }
-    text +=
-        ".PP\n" + roff(platform::localizedFormat("reference.result", {host::captionOf(action->resultType())})) + "\n";
+std::string sectionOf(const intents::Intent& action) {
+  std::string text = ".SS " + action.name() + "\n" + roff(host::sentenceOf(action, action.summary().current())) + "\n";
+  for (const intents::ParameterBase* parameter : action.parameters()) {
+    const intents::ParameterDeclaration& declaration = parameter->declaration();
+    std::string meaning = roff(declaration.description.text()) + "\n" + choicesOf(declaration.type);
+    if (const std::string initial = host::defaultOf(declaration); !initial.empty())
+      meaning += ".br\n" + roff(platform::localizedFormat("help.default", {initial})) + "\n";
+    text += entry(bold("--" + declaration.name) + " " + italic(host::captionOf(declaration.type)), meaning);
   }
+  return text + ".PP\n" + roff(platform::localizedFormat("reference.result", {host::captionOf(action.resultType())})) +
+         "\n";
+}
+
+std::string sectionsOf(const host::Catalogue& catalogue, const std::string& name) {
+  if (!name.empty())
+    return sectionOf(catalogue.declaration(name));
+  std::string text;
+  for (const auto& action : catalogue.declarations())
+    text += sectionOf(*action);
   return text;
 }
 
@@ -111,13 +115,12 @@ void fill(std::string& page, std::string_view placeholder, const std::string& te
 
 } // namespace
 
-std::string manualPage(const CLI::App& program, const host::Catalogue& catalogue,
-                       const std::vector<std::string>& actions) {
+std::string manualPage(const CLI::App& program, const host::Catalogue& catalogue, const std::string& action) {
   std::string page(resources::tabwright_1);
   fill(page, "@VERSION@", TABWRIGHT_VERSION);
   fill(page, "@COMMANDS@\n", commandsOf(program));
   fill(page, "@OPTIONS@\n", optionsOf(program));
-  fill(page, "@ACTIONS@\n", sectionsOf(catalogue, actions));
+  fill(page, "@ACTIONS@\n", sectionsOf(catalogue, action));
   for (std::size_t gap; (gap = page.find("\n\n")) != std::string::npos;)
     page.erase(gap, 1);
   return page;

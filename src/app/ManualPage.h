@@ -3,7 +3,6 @@
 #include "host/Catalogue.h"
 
 #include <string>
-#include <vector>
 
 namespace CLI {
 class App;
@@ -12,9 +11,9 @@ class App;
 namespace tabwright::app {
 
 /// The manual page tabwright(1) in the man macros of roff: the fixed text of resources/manual/ around the commands and
-/// options of `program` and the named actions of the catalogue. In the user's language as far as the catalogues have
-/// it.
+/// options of `program` and the catalogue's actions, or the one named when `action` isn't empty. In the user's language
+/// as far as the catalogues have it.
 [[nodiscard]] std::string manualPage(const CLI::App& program, const host::Catalogue& catalogue,
-                                     const std::vector<std::string>& actions);
+                                     const std::string& action);
 
 } // namespace tabwright::app

@@ -1,6 +1,7 @@
 #include "app/ParameterArguments.h"
 
 #include "app/TextInput.h"
+#include "client/RunWords.h"
 #include "intents/UsageError.h"
 #include "intents/ValueType.h"
 
@@ -13,10 +14,9 @@
 namespace tabwright::app {
 namespace {
 
+namespace runWords = client::runWords;
 using intents::UsageError;
 using intents::ValueKind;
-
-constexpr std::string_view saveFiles = "save-files";
 
 // A browser is an entity too, but is named by a word, and "-" or "@" begin no such word.
 bool isReadFromFiles(const intents::ParameterBase* parameter) {
@@ -39,21 +39,19 @@ std::optional<std::string> fileIn(const std::string& value) {
 
 } // namespace
 
-ParameterArguments parseArguments(const host::Catalogue& catalogue, const std::string& action,
-                                  const std::vector<std::string>& words) {
-  const auto declared = catalogue.make(action);
+ParameterArguments parseArguments(const intents::Intent& action, const std::vector<std::string>& words) {
   ParameterArguments result;
   for (std::size_t index = 0; index < words.size(); ++index) {
     const std::string& word = words[index];
-    if (word == "--json") {
+    if (word == runWords::json.word) {
       result.output = OutputForm::json;
       continue;
     }
-    if (word == "--each") {
+    if (word == runWords::each.word) {
       result.isForEach = true;
       continue;
     }
-    if (word == "--no-host") // the program that reads this runs the action itself
+    if (word == runWords::noHost.word) // the program that reads this runs the action itself
       continue;
     if (word == "--help" || word == "-h") {
       result.wantsHelp = true;
@@ -63,10 +61,11 @@ ParameterArguments parseArguments(const host::Catalogue& catalogue, const std::s
       throw UsageError(
           fmt::format("“{}” belongs to no parameter. Parameters of {} are written --name value; “tabwright "
                       "actions {}” lists them.",
-                      word, declared->name(), declared->name()));
+                      word, action.name(), action.name()));
     const std::size_t equals = word.find('=');
     std::string name = word.substr(2, equals == std::string::npos ? std::string::npos : equals - 2);
-    const intents::ParameterBase* parameter = declared->findParameter(name);
+    const bool isForFiles = word.substr(0, equals) == runWords::saveFiles.word;
+    const intents::ParameterBase* parameter = action.findParameter(name);
     std::optional<std::string> value;
     if (equals != std::string::npos)
       value = word.substr(equals + 1);
@@ -74,9 +73,9 @@ ParameterArguments parseArguments(const host::Catalogue& catalogue, const std::s
       value = "true";
     else if (index + 1 < words.size())
       value = words[++index];
-    else if (parameter || name == saveFiles)
+    else if (parameter || isForFiles)
       throw UsageError(fmt::format("--{} needs a value behind it.", name));
-    if (name == saveFiles) {
+    if (isForFiles) {
       result.filesFolder = value;
       continue;
     }
@@ -87,9 +86,8 @@ ParameterArguments parseArguments(const host::Catalogue& catalogue, const std::s
   return result;
 }
 
-ParameterArguments readArguments(const host::Catalogue& catalogue, const std::string& action,
-                                 const std::vector<std::string>& words) {
-  ParameterArguments result = parseArguments(catalogue, action, words);
+ParameterArguments readArguments(const intents::Intent& action, const std::vector<std::string>& words) {
+  ParameterArguments result = parseArguments(action, words);
   for (const ParameterFile& wanted : std::exchange(result.files, {}))
     result.parameters[wanted.parameter].second = wanted.file == "-" ? readStandardInput() : readTextFile(wanted.file);
   return result;

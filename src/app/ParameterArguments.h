@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/commands/Commands.h"
-#include "host/Catalogue.h"
 #include "host/ParameterReader.h"
+#include "intents/Intent.h"
 
 #include <cstddef>
 #include <optional>
@@ -29,16 +29,14 @@ struct ParameterArguments {
 
 /// Reads `--name value`, `--name=value`, and `--name` alone for a boolean parameter, which sets it to true. The value
 /// of a tab, window or file parameter may be `@FILE` or `-`, which stand for the content of that file or of standard
-/// input; a text is always taken as it is. `--json`, `--each`, `--save-files FOLDER`,
-/// `--no-host` and `--help` are the command's own.
+/// input; a text is always taken as it is. The command's own words (`client::runWords`) and
+/// `--help` stand among them.
 ///
-/// Throws `UsageError` for an action that doesn't exist, a word that belongs to no parameter, a parameter without a
+/// Throws `UsageError` for a word that belongs to no parameter, a parameter without a
 /// value.
-[[nodiscard]] ParameterArguments parseArguments(const host::Catalogue& catalogue, const std::string& action,
-                                                const std::vector<std::string>& words);
+[[nodiscard]] ParameterArguments parseArguments(const intents::Intent& action, const std::vector<std::string>& words);
 
 /// The same with all files read: `files` is empty. Throws `UsageError` also for a file that can't be read.
-[[nodiscard]] ParameterArguments readArguments(const host::Catalogue& catalogue, const std::string& action,
-                                               const std::vector<std::string>& words);
+[[nodiscard]] ParameterArguments readArguments(const intents::Intent& action, const std::vector<std::string>& words);
 
 } // namespace tabwright::app

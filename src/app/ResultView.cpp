@@ -49,10 +49,6 @@ std::string cellOf(const PropertyDeclaration& property, const boost::json::value
   }
 }
 
-const PropertyDeclaration& propertyNamed(const EntityDeclaration& entity, std::string_view name) {
-  return *std::ranges::find(entity.properties, name, &PropertyDeclaration::name);
-}
-
 void fit(std::vector<std::size_t>& widths, std::size_t available) {
   const auto total = [&widths] {
     std::size_t sum = gap.size() * (widths.size() - 1);
@@ -113,11 +109,11 @@ std::string tableOf(const EntityDeclaration& entity, const boost::json::array& i
       std::ranges::any_of(additions.places, [](const auto& place) { return place.second.window > 1; });
   std::vector<Row> rows{{"", platform::localized("result.window"), platform::localized("result.active")}};
   for (const std::string_view column : entity.columns)
-    rows.front().push_back(propertyNamed(entity, column).title.text());
+    rows.front().push_back(entity.find(column)->title.text());
   for (const boost::json::value& item : items) {
     Row& row = rows.emplace_back(additionsTo(item, rows.size(), additions, hasSeveralWindows));
     for (const std::string_view column : entity.columns)
-      row.push_back(cellOf(propertyNamed(entity, column), item.as_object().if_contains(column)));
+      row.push_back(cellOf(*entity.find(column), item.as_object().if_contains(column)));
   }
   dropEmptyColumns(rows);
   std::vector<std::size_t> widths(rows.front().size(), 0);

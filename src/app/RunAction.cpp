@@ -9,6 +9,7 @@
 #include "app/ResultFiles.h"
 #include "app/ResultView.h"
 #include "app/TerminalHost.h"
+#include "client/RunWords.h"
 #include "host/ActionHelp.h"
 #include "host/Perform.h"
 #include "intents/NeedsValue.h"
@@ -52,7 +53,7 @@ class Running {
 public:
   Running(const host::Catalogue& catalogue, ActionRun run, ParameterArguments arguments, RunCaller& caller)
       : catalogue_(catalogue), run_(std::move(run)), arguments_(std::move(arguments)), caller_(caller),
-        host_(caller, run_.command.output == OutputForm::json ? ReportForm::json : ReportForm::sentence) {}
+        host_(caller, arguments_.output == OutputForm::json ? ReportForm::json : ReportForm::sentence) {}
 
   platform::Task<std::string> once() { co_return co_await shown(co_await performed(arguments_.parameters)); }
 
@@ -60,7 +61,7 @@ public:
   platform::Task<void> forEach(GivenList list) {
     host::ParameterTexts parameters = arguments_.parameters;
     const intents::ValueType type =
-        catalogue_.make(run_.command.name)->findParameter(parameters[list.parameter].first)->declaration().type;
+        catalogue_.declaration(run_.command.name).findParameter(parameters[list.parameter].first)->declaration().type;
     std::size_t failed = 0;
     for (std::size_t index = 0; index < list.items.size(); ++index) {
       const boost::json::value& item = list.items[index];
@@ -108,7 +109,7 @@ private:
   }
 
   [[nodiscard]] bool isForTerminal() const {
-    return run_.command.output == OutputForm::automatic && run_.isShownOnTerminal;
+    return arguments_.output == OutputForm::automatic && run_.isShownOnTerminal;
   }
 
   platform::Task<std::string> shown(host::ActionResult result) {
@@ -120,7 +121,7 @@ private:
   }
 
   [[nodiscard]] std::string asJson(const host::ActionResult& result) const {
-    if (result.value.is_null() && run_.command.output == OutputForm::automatic)
+    if (result.value.is_null() && arguments_.output == OutputForm::automatic)
       return {};
     return boost::json::serialize(result.value) + "\n";
   }
@@ -135,7 +136,7 @@ private:
 
   [[nodiscard]] std::string told(const platform::Failure& failure, const intents::ValueType& type,
                                  const boost::json::value& item, std::size_t index) const {
-    if (run_.command.output == OutputForm::automatic)
+    if (arguments_.output == OutputForm::automatic)
       return fmt::format("tabwright: item {}, {}: {}", index + 1, nameOfItem(type, item),
                          reportOf(failure, ReportForm::sentence).text);
     boost::json::value report = boost::json::parse(reportOf(failure, ReportForm::json).text);
@@ -162,44 +163,34 @@ void requireContent(const ParameterFile& wanted, const std::string& parameter, c
 } // namespace
 
 RunCommand runCommandIn(const std::vector<std::string>& words) {
-  RunCommand command;
-  auto word = words.begin();
-  for (; word != words.end() && (*word == "--json" || *word == "--each"); ++word) {
-    if (*word == "--each")
-      command.isForEach = true;
-    else
-      command.output = OutputForm::json;
-  }
-  if (word == words.end())
+  const std::size_t place = client::placeOfAction(words);
+  if (place == words.size())
     throw intents::UsageError("No action is named. “tabwright actions” lists them.");
-  command.name = *word;
-  command.parameters.assign(word + 1, words.end());
+  RunCommand command{.name = words[place], .words = words};
+  command.words.erase(command.words.begin() + static_cast<std::ptrdiff_t>(place));
   return command;
 }
 
 bool wantsJson(const RunCommand& command) {
-  return command.output == OutputForm::json || std::ranges::count(command.parameters, "--json") > 0;
+  return std::ranges::count(command.words, client::runWords::json.word) > 0;
 }
 
 platform::Task<std::string> runAction(const host::Catalogue& catalogue, ActionRun run, RunCaller& caller) {
-  ParameterArguments arguments = parseArguments(catalogue, run.command.name, run.command.parameters);
+  const intents::Intent& action = catalogue.declaration(run.command.name);
+  ParameterArguments arguments = parseArguments(action, run.command.words);
   if (arguments.wantsHelp)
     co_return host::actionHelp(catalogue, run.command.name);
-  if (arguments.output == OutputForm::json)
-    run.command.output = OutputForm::json;
-  const auto action = catalogue.make(run.command.name);
   for (const ParameterFile& wanted : arguments.files) {
     auto& [name, text] = arguments.parameters[wanted.parameter];
     text = co_await caller.read(wanted.file);
-    if (action->findParameter(name)->declaration().type.kind == intents::ValueKind::entity)
+    if (action.findParameter(name)->declaration().type.kind == intents::ValueKind::entity)
       requireContent(wanted, name, text);
   }
-  const bool isForEach = run.command.isForEach || arguments.isForEach;
   std::optional<GivenList> list;
-  if (isForEach)
-    list = listForEach(*action, arguments.parameters);
+  if (arguments.isForEach)
+    list = listForEach(action, arguments.parameters);
   else
-    requireNoList(*action, arguments.parameters);
+    requireNoList(action, arguments.parameters);
   Running running(catalogue, std::move(run), std::move(arguments), caller);
   if (!list)
     co_return co_await running.once();

@@ -38,7 +38,7 @@ struct ActionRun {
   std::size_t terminalWidth = 80;  ///< its cells, or those of the terminal that questions are shown on
 };
 
-/// The command in the words behind `tabwright run`: perhaps `--json` or `--each`, then the action, then its parameters.
+/// The command in the words behind `tabwright run`: perhaps some of its own, then the action, then its parameters.
 /// Throws `UsageError` when there is no action among them.
 [[nodiscard]] RunCommand runCommandIn(const std::vector<std::string>& words);
 

@@ -6,6 +6,7 @@
 #include "client/HostProgram.h"
 #include "client/HostSocket.h"
 #include "client/HostUnavailable.h"
+#include "client/RunWords.h"
 #include "client/RuntimeFolder.h"
 #include "client/StandardStreams.h"
 #include "client/UTF8.h"
@@ -55,13 +56,11 @@ bool namesOwnDescriptor(std::string_view word) {
 /// True when the host can do what the words behind "run" say as this process would do it itself. Words that mean
 /// something else where they stand only cost the way through the host.
 bool isForHost(const std::vector<std::string>& words) {
-  std::size_t name = 0;
-  while (name < words.size() && (words[name] == "--json" || words[name] == "--each"))
-    ++name;
+  const std::size_t name = placeOfAction(words);
   if (name == words.size() || words[name].starts_with("-")) // a question about “run” itself, or a mistake
     return false;
   for (const std::string& word : words) {
-    if (word == "--no-host" || !isUTF8(word) || namesOwnDescriptor(word))
+    if (word == runWords::noHost.word || !isUTF8(word) || namesOwnDescriptor(word))
       return false;
   }
   return true;
@@ -91,6 +90,10 @@ void print(const std::string& output, const std::string& error) {
     throw OutputLost{lost};
 }
 
+std::string wayWithoutHost() {
+  return "“tabwright run " + std::string(runWords::noHost.word) + " …” does without it.";
+}
+
 int tell(const RunOutcome& outcome, bool isJson) {
   switch (outcome.kind) {
   case RunOutcome::Kind::done:
@@ -100,16 +103,15 @@ int tell(const RunOutcome& outcome, bool isJson) {
     return fail("HostFailure", "lost",
                 "The background host ended while the action ran: whether it has done its work isn’t known.", isJson);
   case RunOutcome::Kind::unresponsive:
-    return fail("HostFailure", "unresponsive",
-                "The background host doesn’t answer. “tabwright run --no-host …” does without it.", isJson);
+    return fail("HostFailure", "unresponsive", "The background host doesn’t answer. " + wayWithoutHost(), isJson);
   case RunOutcome::Kind::refused:
     return fail("HostFailure", "refused", "The background host refused the request: " + outcome.error, isJson);
   case RunOutcome::Kind::notStarted:
     break;
   }
   return fail("HostFailure", "notStarted",
-              "The background host ended before it had begun, each time it was started. Its log may tell why; "
-              "“tabwright run --no-host …” does without it.",
+              "The background host ended before it had begun, each time it was started. Its log may tell why; " +
+                  wayWithoutHost(),
               isJson);
 }
 
@@ -117,7 +119,7 @@ int run(const std::string& program, const std::vector<std::string>& words) {
   const RuntimeFolder folder;
   const std::string identity = hostIdentity(program);
   endOnInterrupt();
-  const bool isJson = std::ranges::count(words, "--json") > 0;
+  const bool isJson = std::ranges::count(words, runWords::json.word) > 0;
   try {
     RunOutcome outcome;
     for (int attempt = 0; attempt < attempts; ++attempt) {

@@ -8,6 +8,8 @@
 #include "platform/StringCatalogue.h"
 #include "platform/TerminalCells.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 namespace tabwright::host {
@@ -46,7 +48,7 @@ std::string choicesOf(const ParameterDeclaration& declaration) {
 std::string parameterHelp(const intents::Intent& action, const intents::ParameterBase& parameter) {
   const ParameterDeclaration& declaration = parameter.declaration();
   std::string help = "  --" + declaration.name + " <" + captionOf(declaration.type) + ">\n";
-  help += platform::wrapped(declaration.title.text() + ": " + declaration.description.text(), 6);
+  help += platform::wrapped(declaration.title.text() + ": " + platform::onOneLine(declaration.description.text()), 6);
   help += choicesOf(declaration);
   if (action.isAlwaysNeeded(parameter))
     help += "      " + platform::localized("help.needed") + "\n";
@@ -59,9 +61,7 @@ std::string resultHelp(const intents::ValueType& type) {
   std::string help = "  " + captionOf(type) + "\n";
   if (type.kind != ValueKind::entity)
     return help;
-  std::string names;
-  for (const intents::PropertyDeclaration& property : type.entity->properties)
-    names += (names.empty() ? "" : ", ") + std::string(property.name);
+  const std::string names = fmt::format("{}", fmt::join(type.entity->propertyNames(), ", "));
   return help + platform::wrapped(platform::localizedFormat("help.properties", {names}), 6);
 }
 
@@ -74,35 +74,34 @@ std::string heading(std::string_view key) {
 std::string catalogueHelp(const Catalogue& catalogue, std::size_t lineWidth) {
   std::string help;
   std::size_t widest = 0;
-  for (const std::string& name : catalogue.names())
-    widest = std::max(widest, name.size());
-  for (const std::string& name : catalogue.names()) {
-    const auto action = catalogue.make(name);
+  for (const auto& action : catalogue.declarations())
+    widest = std::max(widest, action->name().size());
+  for (const auto& action : catalogue.declarations()) {
     const std::string sentence = platform::wrapped(sentenceOf(*action, mainRow(*action)), widest + 2, lineWidth);
-    help += name + sentence.substr(name.size());
+    help += action->name() + sentence.substr(action->name().size());
   }
   return help;
 }
 
 std::string actionHelp(const Catalogue& catalogue, std::string_view name) {
-  const auto action = catalogue.make(name);
-  std::string help = action->name() + " - " + action->title().text() + "\n\n";
+  const intents::Intent& action = catalogue.declaration(name);
+  std::string help = action.name() + " - " + action.title().text() + "\n\n";
 
-  help += platform::wrapped(sentenceOf(*action, mainRow(*action)), 2);
-  for (const intents::SummaryRow& row : action->summary().rows) {
-    if (&row == &mainRow(*action))
+  help += platform::wrapped(sentenceOf(action, mainRow(action)), 2);
+  for (const intents::SummaryRow& row : action.summary().rows) {
+    if (&row == &mainRow(action))
       continue;
-    const std::string sentence = sentenceOf(*action, row);
+    const std::string sentence = sentenceOf(action, row);
     help += platform::wrapped(row.when.empty() ? platform::localizedFormat("help.otherwise", {sentence})
                                                : platform::localizedFormat("help.with", {conditionOf(row), sentence}),
                               2);
   }
 
   help += heading("help.parameters");
-  for (const intents::ParameterBase* parameter : action->parameters())
-    help += parameterHelp(*action, *parameter);
+  for (const intents::ParameterBase* parameter : action.parameters())
+    help += parameterHelp(action, *parameter);
 
-  help += heading("help.result") + resultHelp(action->resultType());
+  help += heading("help.result") + resultHelp(action.resultType());
 
   help += heading("help.examples");
   for (const ExampleCommand& example : exampleCommands(catalogue, name))

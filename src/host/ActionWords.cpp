@@ -5,6 +5,7 @@
 
 #include <boost/json/serialize.hpp>
 
+#include <algorithm>
 #include <optional>
 
 namespace tabwright::host {
@@ -60,6 +61,22 @@ std::string defaultOf(const ParameterDeclaration& declaration) {
     return {};
   const boost::json::string* text = declaration.defaultValue->if_string();
   return text ? std::string(*text) : boost::json::serialize(*declaration.defaultValue);
+}
+
+std::vector<OfferedValue> offersOf(const ParameterDeclaration& declaration) {
+  std::vector<OfferedValue> offers;
+  if (const intents::EnumDeclaration* choices = declaration.type.enumeration) {
+    for (const intents::EnumCase& one : choices->cases)
+      offers.push_back({std::string(one.name), choices->caption(one).text()});
+  } else if (declaration.options) {
+    for (const intents::OptionSection& section : declaration.options->results()) {
+      for (const intents::Option& option : section.options) { // a running browser is an installed one, too
+        if (std::ranges::find(offers, option.text, &OfferedValue::text) == offers.end())
+          offers.push_back({option.text, option.title});
+      }
+    }
+  }
+  return offers;
 }
 
 std::string captionOf(const intents::ValueType& type) {

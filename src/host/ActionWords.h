@@ -4,6 +4,7 @@
 #include "intents/ValueType.h"
 
 #include <string>
+#include <vector>
 
 /// Pieces of text about an action that help, reference and manual share. In the user's language.
 namespace tabwright::host {
@@ -16,6 +17,14 @@ namespace tabwright::host {
 
 /// The value that a parameter has as long as nobody gives one, as it would be given; empty when there is none.
 [[nodiscard]] std::string defaultOf(const intents::ParameterDeclaration& declaration);
+
+/// A value that a parameter offers: as it is given, and what it is called.
+struct OfferedValue {
+  std::string text;
+  std::string caption;
+};
+/// The values that a parameter offers at this moment, each once: the cases of an enum, or the choices of its provider.
+[[nodiscard]] std::vector<OfferedValue> offersOf(const intents::ParameterDeclaration& declaration);
 
 /// A type in the words of the user: "text", "Tab selection", "list of: Browser tab".
 [[nodiscard]] std::string captionOf(const intents::ValueType& type);

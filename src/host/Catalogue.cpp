@@ -6,21 +6,34 @@
 
 namespace tabwright::host {
 
+Catalogue::Catalogue(const actions::ActionServices& services) : services_(services) {
+  for (const actions::ActionMaker make : actions::actionList())
+    declarations_.push_back(make(services));
+}
+
 std::vector<std::string> Catalogue::names() const {
   std::vector<std::string> names;
-  for (const actions::ActionEntry& entry : actions::actionList())
-    names.emplace_back(entry.name);
+  for (const Declaration& action : declarations_)
+    names.push_back(action->name());
   return names;
 }
 
+const intents::Intent& Catalogue::declaration(std::string_view name) const {
+  return *declarations_[placeOf(name)];
+}
+
 std::unique_ptr<actions::ActionFrame> Catalogue::make(std::string_view name) const {
+  return actions::actionList()[placeOf(name)](services_);
+}
+
+std::size_t Catalogue::placeOf(std::string_view name) const {
   std::string_view shortName = name;
   constexpr std::string_view prefix = actions::ActionFrame::typeNamePrefix;
   if (platform::equalIgnoringCase(shortName.substr(0, prefix.size()), prefix))
     shortName.remove_prefix(prefix.size());
-  for (const actions::ActionEntry& entry : actions::actionList()) {
-    if (platform::equalIgnoringCase(entry.name, shortName))
-      return entry.make(services_);
+  for (std::size_t place = 0; place < declarations_.size(); ++place) {
+    if (platform::equalIgnoringCase(declarations_[place]->name(), shortName))
+      return place;
   }
   throw intents::UsageError("There is no action \"" + std::string(name) + "\"." +
                             didYouMean(shortName, names(), " `tabwright actions` lists them all."));

@@ -6,6 +6,8 @@
 #include "intents/EntityDeclaration.h"
 #include "platform/StringCatalogue.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -75,14 +77,11 @@ std::string parametersOf(const intents::Intent& action) {
 // Choices with captions are a list; names of browsers tell themselves.
 std::string choicesOf(const ParameterDeclaration& declaration) {
   std::string items;
-  if (declaration.type.kind == ValueKind::enumeration) {
-    for (const intents::EnumCase& enumCase : declaration.type.enumeration->cases)
-      items += "\n  - " + code(enumCase.name) + " " + escaped(declaration.type.enumeration->caption(enumCase).text());
-  } else if (declaration.options) {
-    for (const intents::OptionSection& section : declaration.options->results()) {
-      for (const intents::Option& option : section.options)
-        items += (items.empty() ? " " : ", ") + code(option.text);
-    }
+  for (const OfferedValue& offer : offersOf(declaration)) {
+    if (declaration.type.kind == ValueKind::enumeration)
+      items += "\n  - " + code(offer.text) + " " + escaped(offer.caption);
+    else
+      items += (items.empty() ? " " : ", ") + code(offer.text);
   }
   return items.empty() ? items : "- " + code(declaration.name) + ":" + items + "\n";
 }
@@ -90,15 +89,12 @@ std::string choicesOf(const ParameterDeclaration& declaration) {
 std::string resultOf(const intents::ValueType& type) {
   std::string text = localizedFormat("reference.result", {captionOf(type)});
   if (type.kind == ValueKind::entity) {
-    std::string names;
-    for (const intents::PropertyDeclaration& property : type.entity->properties)
-      names += (names.empty() ? "" : ", ") + code(property.name);
-    text += " (" + names + ")";
+    text += fmt::format(" (`{}`)", fmt::join(type.entity->propertyNames(), "`, `"));
   }
   return text + "\n";
 }
 
-std::string sectionOf(const Catalogue& catalogue, const actions::ActionFrame& action) {
+std::string sectionOf(const Catalogue& catalogue, const intents::Intent& action) {
   std::string text = "### " + action.name() + "\n\n" + escaped(action.title().text()) + ".\n\n" + sentencesOf(action) +
                      "\n" + parametersOf(action);
   std::string choices;
@@ -117,8 +113,7 @@ std::string sectionOf(const Catalogue& catalogue, const actions::ActionFrame& ac
 std::string catalogueDocument(const Catalogue& catalogue) {
   std::string document = "# " + localized("reference.title") + "\n\n" + localized("reference.introduction") + "\n";
   std::vector<std::pair<std::string, std::string>> sections; // of each string table, in the order of its first action
-  for (const std::string& name : catalogue.names()) {
-    const auto action = catalogue.make(name);
+  for (const auto& action : catalogue.declarations()) {
     auto section = std::ranges::find(sections, action->table(), &std::pair<std::string, std::string>::first);
     if (section == sections.end())
       section = sections.insert(section, {action->table(), {}});

@@ -52,7 +52,6 @@ ExampleCommand completed(intents::Intent& action, ParameterTexts chosen, Fill fi
 } // namespace
 
 std::vector<ExampleCommand> exampleCommands(const Catalogue& catalogue, std::string_view name) {
-  const auto action = catalogue.make(name);
   std::vector<ExampleCommand> examples;
   const auto add = [&](ParameterTexts chosen, Fill fill) {
     ExampleCommand example = completed(*catalogue.make(name), std::move(chosen), fill);
@@ -61,7 +60,7 @@ std::vector<ExampleCommand> exampleCommands(const Catalogue& catalogue, std::str
   };
   add({}, Fill::whatIsMissing);
   add({}, Fill::allExamples);
-  for (const intents::SummaryRow& row : action->summary().rows) {
+  for (const intents::SummaryRow& row : catalogue.declaration(name).summary().rows) {
     ParameterTexts chosen;
     for (const intents::SummaryCondition& condition : row.when) {
       if (!condition.holds())

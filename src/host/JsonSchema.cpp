@@ -1,10 +1,11 @@
 #include "host/JsonSchema.h"
 
+#include "host/ActionWords.h"
 #include "intents/EntityDeclaration.h"
 
 #include <boost/json/array.hpp>
 
-#include <algorithm>
+#include <utility>
 
 namespace tabwright::host {
 
@@ -82,27 +83,13 @@ object schemaOf(const ValueType& type, Direction direction) {
   return schemaOfItem(type, direction);
 }
 
-// Every offered text once: a running browser is also an installed one.
-array textsOf(const intents::OptionsProvider& provider) {
-  array texts;
-  for (const intents::OptionSection& section : provider.results()) {
-    for (const intents::Option& option : section.options) {
-      const boost::json::value text(option.text);
-      if (std::ranges::find(texts, text) == texts.end())
-        texts.push_back(text);
-    }
-  }
-  return texts;
-}
-
 std::string descriptionOf(const ParameterDeclaration& declaration) {
   std::string description = declaration.description.text();
   if (declaration.type.kind != ValueKind::enumeration)
     return description;
-  const intents::EnumDeclaration& declared = *declaration.type.enumeration;
-  for (const intents::EnumCase& enumCase : declared.cases)
-    description += (enumCase.name == declared.cases.front().name ? " (" : "; ") + std::string(enumCase.name) + ": " +
-                   declared.caption(enumCase).text();
+  const char* before = " (";
+  for (const OfferedValue& offer : offersOf(declaration))
+    description += std::exchange(before, "; ") + offer.text + ": " + offer.caption;
   return description + ")";
 }
 
@@ -110,8 +97,11 @@ object schemaOfParameter(const ParameterDeclaration& declaration) {
   object schema{{"title", declaration.title.text()}, {"description", descriptionOf(declaration)}};
   for (auto& [key, value] : schemaOf(declaration.type, Direction::in))
     schema[key] = std::move(value);
-  if (declaration.options)
-    schema["examples"] = textsOf(*declaration.options);
+  if (declaration.options) {
+    array& examples = schema["examples"].emplace_array();
+    for (const OfferedValue& offer : offersOf(declaration))
+      examples.emplace_back(offer.text);
+  }
   if (declaration.defaultValue)
     schema["default"] = *declaration.defaultValue;
   else if (const auto offered = declaration.options ? declaration.options->defaultResult() : std::nullopt)

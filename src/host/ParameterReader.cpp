@@ -1,12 +1,13 @@
 #include "host/ParameterReader.h"
 
+#include "host/ActionWords.h"
 #include "host/NearestNames.h"
 #include "intents/UsageError.h"
 #include "intents/ValueError.h"
-#include "platform/AsciiCase.h"
 #include "platform/Utf8.h"
 
 #include <fmt/core.h>
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <type_traits>
@@ -15,34 +16,25 @@ namespace tabwright::host {
 
 namespace {
 
-intents::ParameterBase& requireParameter(const intents::Intent& action, std::string_view name) {
-  if (intents::ParameterBase* const found = findParameter(action, name))
+intents::ParameterBase& requireParameter(intents::Intent& action, std::string_view name) {
+  if (intents::ParameterBase* const found = action.findParameter(name))
     return *found;
   std::vector<std::string> names;
   for (const intents::ParameterBase* parameter : action.parameters())
     names.push_back(parameter->name());
-  std::string all;
-  for (const std::string& known : names)
-    all += (all.empty() ? " Its parameters are " : ", ") + known;
-  throw intents::UsageError(action.name() + " has no parameter \"" + std::string(name) + "\"." +
-                            didYouMean(name, names, all + "."));
+  throw intents::UsageError(
+      fmt::format("{} has no parameter \"{}\".{}", action.name(), name,
+                  didYouMean(name, names, fmt::format(" Its parameters are {}.", fmt::join(names, ", ")))));
 }
 
 // The choices of a parameter that can't take the text it was given, for a user who misspelt one.
 std::string nearestChoice(const intents::ParameterBase& parameter, std::string_view text) {
-  std::vector<std::string> choices;
   const intents::ParameterDeclaration& declaration = parameter.declaration();
-  if (declaration.type.kind == intents::ValueKind::enumeration && !declaration.type.enumeration->isOfSeconds()) {
-    for (const intents::EnumCase& one : declaration.type.enumeration->cases)
-      choices.emplace_back(one.name);
-  }
-  for (const intents::OptionSection& section :
-       declaration.options ? declaration.options->results() : std::vector<intents::OptionSection>()) {
-    for (const intents::Option& option : section.options) {
-      if (std::ranges::find(choices, option.text) == choices.end())
-        choices.push_back(option.text);
-    }
-  }
+  if (declaration.type.enumeration && declaration.type.enumeration->isOfSeconds())
+    return {};
+  std::vector<std::string> choices;
+  for (OfferedValue& offer : offersOf(declaration))
+    choices.push_back(std::move(offer.text));
   return didYouMean(text, choices, "");
 }
 
@@ -80,7 +72,7 @@ void requireNoneMeant(const intents::Intent& action, const intents::ParameterBas
 
 // Hands each value to its parameter, and yields which were given.
 template <class Values>
-GivenParameters readEach(const intents::Intent& action, const Values& values) {
+GivenParameters readEach(intents::Intent& action, const Values& values) {
   GivenParameters named;
   GivenParameters given;
   for (const auto& [name, value] : values) {
@@ -108,13 +100,6 @@ GivenParameters readEach(const intents::Intent& action, const Values& values) {
 
 void readParameters(intents::Intent& action, const ParameterValues& values) {
   settleOpenChoices(action, readParameterValues(action, values));
-}
-
-intents::ParameterBase* findParameter(const intents::Intent& action, std::string_view name) {
-  const auto found = std::ranges::find_if(action.parameters(), [name](const intents::ParameterBase* parameter) {
-    return platform::equalIgnoringCase(parameter->name(), name);
-  });
-  return found == action.parameters().end() ? nullptr : *found;
 }
 
 GivenParameters readParameterValues(intents::Intent& action, const ParameterValues& values) {

@@ -35,7 +35,4 @@ void readParameters(intents::Intent& action, const ParameterValues& values);
 /// the parameters that were given a value.
 GivenParameters readParameterValues(intents::Intent& action, const ParameterValues& values);
 
-/// The parameter of that name, in any case; null for none.
-[[nodiscard]] intents::ParameterBase* findParameter(const intents::Intent& action, std::string_view name);
-
 } // namespace tabwright::host

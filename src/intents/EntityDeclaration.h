@@ -5,6 +5,7 @@
 
 #include <boost/json/value.hpp>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -12,7 +13,7 @@
 
 namespace tabwright::intents {
 
-/// Whether a property must stand in an entity that a user wrote by hand. One that an action made has them all.
+/// A needed property must stand in an entity that a user wrote by hand. One that an action made has them all.
 enum class PropertyPresence { needed, mayBeLeftOut };
 
 /// One property of an entity: a key of its JSON object.
@@ -23,10 +24,10 @@ struct PropertyDeclaration {
   PropertyPresence presence = PropertyPresence::mayBeLeftOut;
 };
 
-/// Whether a text that names an entity (a short name, a reference) is read as that entity, beside its object.
+/// A text that names an entity (a short name, a reference) is read as that entity, beside its object, where one may.
 enum class TextForm { none, names };
 
-/// What is known of an entity without its C++ type. An entity is a value that crosses to the host as a JSON object, and
+/// An entity without its C++ type. An entity is a value that crosses to the host as a JSON object, and
 /// comes back as a parameter of a later action. Its properties keep their declared order.
 struct EntityDeclaration {
   std::string_view name;
@@ -37,6 +38,18 @@ struct EntityDeclaration {
 
   /// One line that shows an entity to a user, from its JSON. Throws `ValueError` when it is none.
   std::function<std::string(const boost::json::value&)> displayRepresentation;
+
+  /// The property of that name; null for none.
+  [[nodiscard]] const PropertyDeclaration* find(std::string_view property) const {
+    const auto found = std::ranges::find(properties, property, &PropertyDeclaration::name);
+    return found == properties.end() ? nullptr : &*found;
+  }
+  [[nodiscard]] std::vector<std::string> propertyNames() const {
+    std::vector<std::string> names;
+    for (const PropertyDeclaration& property : properties)
+      names.emplace_back(property.name);
+    return names;
+  }
 };
 
 } // namespace tabwright::intents

@@ -17,7 +17,7 @@ struct EnumCase {
   std::string_view rawValue; ///< what it stands for as text, sent to pages and scripts: "0.5"
 };
 
-/// What is known of an enum without its C++ type: its name and its cases in declaration order.
+/// An enum without its C++ type: its name and its cases in declaration order.
 ///
 /// Captions follow from the names, by one rule: `appEnum.NAME.typeDisplayRepresentation` for the enum and
 /// `appEnum.NAME.caseDisplayRepresentation.CASE` for a case, in the enum's table.

@@ -2,11 +2,13 @@
 // what their declaration leaves out is filled in here, where the action's name and table are known.
 #include "intents/Intent.h"
 
+#include "platform/AsciiCase.h"
 #include "platform/StringCatalogue.h"
 
 #include <algorithm>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 namespace tabwright::intents {
 
@@ -44,9 +46,15 @@ LocalizedText Intent::title() const {
   return {"intent." + name_ + ".title.betaBuild", table_};
 }
 
-ParameterBase* Intent::findParameter(std::string_view name) const {
-  const auto found = std::ranges::find(parameters_, name, &ParameterBase::name);
+const ParameterBase* Intent::findParameter(std::string_view name) const {
+  const auto found = std::ranges::find_if(parameters_, [name](const ParameterBase* parameter) {
+    return platform::equalIgnoringCase(parameter->name(), name);
+  });
   return found == parameters_.end() ? nullptr : *found;
+}
+
+ParameterBase* Intent::findParameter(std::string_view name) {
+  return const_cast<ParameterBase*>(std::as_const(*this).findParameter(name));
 }
 
 LocalizedText Intent::summaryText(const SummaryRow& row) const {

@@ -10,20 +10,30 @@
 
 namespace tabwright::intents {
 
-/// What an action is to those who list, describe and fill it in: a name, typed parameters, a summary, a result type.
+/// The worst that a run of an action can do, for people who allow an agent its tools.
+struct Hints {
+  bool readsOnly = false;    ///< nothing in the browser or in a page is changed; `isOpen` alone counts beside it
+  bool destroys = false;     ///< a run may lose something: a tab, typed text, what a page's own code does
+  bool isIdempotent = false; ///< a second run with the same parameters changes nothing more
+  bool isOpen = true; ///< works on pages, which anybody may have written; false for the browser's own windows and tabs
+};
+
+/// An action as it is listed, described and filled in: a name, typed parameters, a summary, a result type.
 ///
 /// An action's class derives from it and declares each parameter once, as a member:
 ///
 ///     class Greet : public Intent {
 ///     public:
-///       Greet() : Intent("Greet", "Intents-Demo") { summarise({{.key = "", .sentence = {&person}}}); }
+///       Greet() : Intent("Greet", "Intents-Demo", {.readsOnly = true}) {
+///         summarise({{.key = "", .sentence = {&person}}});
+///       }
 ///       ValueType resultType() const override { return ValueTraits<std::string>::type(); }
 ///       Parameter<std::string> person{*this, {.name = "person", .example = "Ann"}};
 ///     };
 ///
 /// Title and summary have the keys `intent.NAME.title.betaBuild` and `intent.NAME.parameterSummary.ROW ` (with the
-/// blank at the end) in the action's table. An object holds the parameter values of one run; it belongs to one thread
-/// at a time. It can't be copied or moved, since its parameters know it.
+/// blank at the end) in the action's table. An object holds the parameter values of one run and belongs to one thread
+/// at a time; a const one may be read from any. It can't be copied or moved, since its parameters know it.
 class Intent {
 public:
   virtual ~Intent() = default;
@@ -32,10 +42,14 @@ public:
 
   [[nodiscard]] const std::string& name() const { return name_; }
   [[nodiscard]] const std::string& table() const { return table_; }
+  [[nodiscard]] const Hints& hints() const { return hints_; }
   [[nodiscard]] LocalizedText title() const;
   /// In declaration order.
-  [[nodiscard]] std::span<ParameterBase* const> parameters() const { return parameters_; }
-  [[nodiscard]] ParameterBase* findParameter(std::string_view name) const;
+  [[nodiscard]] std::span<const ParameterBase* const> parameters() const { return parameters_; }
+  [[nodiscard]] std::span<ParameterBase* const> parameters() { return parameters_; }
+  /// The parameter of that name, in any case; null for none.
+  [[nodiscard]] const ParameterBase* findParameter(std::string_view name) const;
+  [[nodiscard]] ParameterBase* findParameter(std::string_view name);
   [[nodiscard]] const Summary& summary() const { return summary_; }
   [[nodiscard]] LocalizedText summaryText(const SummaryRow& row) const;
   /// The parameters that count only for certain values of others, as the action's class declares it.
@@ -47,12 +61,13 @@ public:
   [[nodiscard]] std::vector<const ParameterBase*> missingParameters() const;
   /// The first of them, or null.
   [[nodiscard]] const ParameterBase* missingParameter() const;
-  /// Whether the parameter must be given whatever the others say: required, without a value so far, and shown by every
-  /// form of the summary.
+  /// True for a parameter that must be given whatever the others say: required, without a value so far, and shown by
+  /// every form of the summary.
   [[nodiscard]] bool isAlwaysNeeded(const ParameterBase& parameter) const;
 
 protected:
-  Intent(std::string name, std::string_view table) : name_(std::move(name)), table_(table) {}
+  Intent(std::string name, std::string_view table, const Hints& hints)
+      : name_(std::move(name)), table_(table), hints_(hints) {}
 
   /// Sets the summary, once, in the constructor. Its last row must have no condition: `std::logic_error`.
   void summarise(std::vector<SummaryRow> rows);
@@ -63,6 +78,7 @@ private:
 
   std::string name_;
   std::string table_;
+  Hints hints_;
   std::vector<ParameterBase*> parameters_;
   Summary summary_;
   std::vector<Dependence> dependences_;

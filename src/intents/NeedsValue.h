@@ -18,7 +18,7 @@ public:
 
   /// Name of the parameter, as in its declaration.
   [[nodiscard]] const std::string& parameter() const { return parameter_; }
-  /// What to ask, in the user's language.
+  /// The question to ask, in the user's language.
   [[nodiscard]] const std::string& question() const { return question_; }
 
   /// Both in one sentence: "cssSelector needs a value. QUESTION".

@@ -21,7 +21,7 @@ struct OptionSection {
   std::vector<Option> options;
 };
 
-/// Where the choices of a parameter come from when they are only known at run time. Choices are offers: the parameter
+/// Gives the choices of a parameter that are only known at run time. Choices are offers: the parameter
 /// takes other values of its type too.
 class OptionsProvider {
 public:

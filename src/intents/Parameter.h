@@ -17,11 +17,11 @@ namespace tabwright::intents {
 
 class Intent;
 
-/// Whether an action may run without the parameter. A required one without default must be given when the action's
+/// An action may run without an optional parameter. A required one without default must be given when the action's
 /// summary shows it; while it isn't shown it may lack a value.
 enum class Presence { required, optional };
 
-/// How a field for the text behaves where one is shown.
+/// The behaviour of a field for the text where one is shown.
 struct TextInputOptions {
   enum class KeyboardType { standard, asciiCapable };
   enum class Capitalization { sentences, none };
@@ -82,7 +82,7 @@ public:
   /// The same of a text from a command line.
   virtual void setText(std::string_view text) = 0;
 
-  /// What an action throws when it can't go on without a value.
+  /// For an action to throw when it can't go on without a value.
   [[nodiscard]] NeedsValue needsValueError() const;
 
 protected:

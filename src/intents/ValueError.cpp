@@ -6,7 +6,7 @@ namespace tabwright::intents {
 
 namespace {
 
-// What came is quoted so that it can be recognised, not read through: a page's HTML may stand where a number is meant.
+// The value is quoted so that it can be recognised, not read through: a page's HTML may stand where a number is meant.
 std::string shortened(std::string text) {
   constexpr std::size_t longest = 60;
   if (text.size() <= longest)

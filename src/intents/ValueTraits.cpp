@@ -7,6 +7,7 @@
 #include "platform/Whitespace.h"
 
 #include <boost/json/parse.hpp>
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
@@ -115,14 +116,9 @@ const boost::json::value& detail::soleValue(const boost::json::value& json, std:
 
 void refuseUnknownProperties(const EntityDeclaration& declaration, const boost::json::object& object) {
   for (const auto& [key, value] : object) {
-    if (std::ranges::find(declaration.properties, std::string_view(key), &PropertyDeclaration::name) !=
-        declaration.properties.end())
-      continue;
-    std::string names;
-    for (const PropertyDeclaration& property : declaration.properties)
-      names += (names.empty() ? "" : ", ") + std::string(property.name);
-    throw ValueError("has no property \"" + std::string(key) + "\" as a " + std::string(declaration.name) +
-                     "; its properties are " + names + ".");
+    if (!declaration.find(key))
+      throw ValueError(fmt::format("has no property \"{}\" as a {}; its properties are {}.", std::string_view(key),
+                                   declaration.name, fmt::join(declaration.propertyNames(), ", ")));
   }
 }
 

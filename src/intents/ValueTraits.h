@@ -23,7 +23,7 @@ namespace tabwright::intents {
 template <class Entity>
 class EntityDefinition;
 
-/// How a C++ type is a value of parameters, properties and results. Each specialisation has
+/// Makes a C++ type a value of parameters, properties and results. Each specialisation has
 ///
 ///     static ValueType type();
 ///     static boost::json::value toJson(const T& value);

@@ -20,7 +20,7 @@ public:
   using ActionFrame::Registration;
 
   explicit Probe(testsupport::ActionBench& bench, Registration moment = Registration::afterPreconditions)
-      : ActionFrame(bench.services, "Probe", "Intents-Demo"), bench_(bench) {
+      : ActionFrame(bench.services, "Probe", "Intents-Demo", {}), bench_(bench) {
     registerRuns(moment);
     requireText(text);
     require([this] { bench_.steps.emplace_back("precondition"); });

@@ -1,5 +1,5 @@
-// What the actions on a page ask for, and what they make of the answer. What their jobs do in a page is tried in
-// PageEffectTests.
+// The programs of the actions on a page, and the results made of answers. The effects of their jobs in a page are tried
+// in PageEffectTests.
 #include "support/ActionBench.h"
 #include "support/FailureText.h"
 

@@ -1,4 +1,4 @@
-// What the actions on tabs ask for and give. What their programs do is tried in TabEffectTests.
+// The programs and results of the actions on tabs. The effects of the programs are tried in TabEffectTests.
 #include "support/ActionBench.h"
 #include "support/FailureText.h"
 

@@ -28,7 +28,7 @@ protected:
   static bool isChromium() { return GetParam() == "chromium"; }
   static std::string browserID() { return isChromium() ? "org.chromium.chromium" : "com.apple.safari"; }
 
-  // What scripts know a tab by, and the tab as a parameter.
+  // A tab by its id for scripts, and as a parameter.
   static std::string nativeID(int tab) {
     return isChromium() ? std::to_string(tab) : tab < 3 ? "101:" + std::to_string(tab) : "102:1";
   }

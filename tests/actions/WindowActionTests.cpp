@@ -1,5 +1,5 @@
-// What the actions on windows and on the browser itself ask for and give, and how lists of windows are filtered. What
-// their programs do is tried in WindowEffectTests.
+// The programs and results of the actions on windows and on the browser itself, and the filters of lists of windows.
+// The effects of their programs are tried in WindowEffectTests.
 #include "support/ActionBench.h"
 #include "support/FailureText.h"
 

@@ -1,4 +1,4 @@
-// What a user sees of the program itself, without any browser: each test runs the executable.
+// The program itself as a user sees it, without any browser: each test runs the executable.
 #include "platform/TerminalCells.h"
 #include "support/CommandRun.h"
 #include "support/ScratchFolder.h"

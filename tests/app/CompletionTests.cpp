@@ -1,4 +1,5 @@
-// What shells are told, and that the three shells make candidates of it: each script is loaded by the shell it is for.
+// The words that shells are told, and the candidates that the three shells make of them: each script is loaded by its
+// shell.
 #include "app/CommandDeclarations.h"
 #include "app/Completion.h"
 #include "app/Composition.h"

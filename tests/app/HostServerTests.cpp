@@ -55,7 +55,7 @@ TEST(HostServer, LeavesNobodyWhomItServes) {
   std::promise<void> retired;
   HostServer server({.mainActor = loop.get_executor(),
                      .pool = pool.get_executor(),
-                     .catalogue = composition.referenceCatalogue(),
+                     .catalogue = composition.catalogue(),
                      .version = "1.0",
                      .retired = [&] { retired.set_value(); }},
                     {.socket = platform::FileDescriptor(listenAt(path)), .lock = {}, .path = path});

@@ -162,6 +162,7 @@ TEST_F(HostTest, DoesWhatAProcessOfItsOwnDoes) {
            {"ClickElement"},
            {"CloseTab", "--tabSelection", "specificTab", "--targetTab", "[\"vivaldi:1\", 5]", "--each"},
            {"--each", "CloseTab", "--tabSelection", "specificTab", "--targetTab", "[5]", "--json"},
+           {"--save-files", "x", "--json", "CloseTab", "--targetTab", "5"},
            {"ClickElement", "--json"},
            {"ClickElement", "--cssSelector", "a", "--targetTab", "@missing.json", "--tabSelection", "specificTab"},
            {"NoSuchAction"}}) {

@@ -20,7 +20,7 @@ using ::testing::Pair;
 class ParameterArgumentsOfClickElement : public ::testing::Test {
 protected:
   [[nodiscard]] ParameterArguments read(const std::vector<std::string>& words) {
-    return readArguments(composition_.catalogue(), "ClickElement", words);
+    return readArguments(composition_.catalogue().declaration("ClickElement"), words);
   }
   [[nodiscard]] std::string refusal(const std::vector<std::string>& words) {
     try {

@@ -1,4 +1,4 @@
-// What a person at a terminal sees of a result.
+// A result as a person at a terminal sees it.
 #include "app/ResultView.h"
 #include "browserdata/BrowserTabEntity.h"
 #include "browserdata/BrowserWindowEntity.h"

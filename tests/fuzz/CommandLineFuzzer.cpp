@@ -29,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       words.back() += character;
   }
   try {
-    const app::ParameterArguments arguments = app::parseArguments(composition.catalogue(), name, words);
+    const app::ParameterArguments arguments = app::parseArguments(composition.catalogue().declaration(name), words);
     host::readParameters(*composition.catalogue().make(name), arguments.parameters);
   } catch (const intents::UsageError& refusal) {
     if (refusal.errorDescription().empty())

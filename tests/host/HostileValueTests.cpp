@@ -43,7 +43,7 @@ bool holdsCode(std::string_view text) {
   return text.find("HOSTILE") != std::string_view::npos;
 }
 
-// Whether the value has become code, of the program itself or of the job that it plants in the page.
+// True when the value has become code, of the program itself or of the job that it plants in the page.
 bool hasBecomeCode(const std::string& program) {
   const Cut script = cut(program, "\"");
   for (const std::string& literal : script.literals) {
@@ -54,7 +54,7 @@ bool hasBecomeCode(const std::string& program) {
   return holdsCode(script.outside);
 }
 
-// What a caller may write for a parameter so that the value gets as far as it can.
+// The words that a caller may write for a parameter so that the value gets as far as it can.
 std::vector<std::string> formsOf(const std::string& value, intents::ValueKind kind) {
   const boost::json::value json(value);
   const auto text = [](boost::json::object object) { return boost::json::serialize(object); };

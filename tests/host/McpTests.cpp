@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <memory>
@@ -91,6 +92,26 @@ TEST_F(McpTest, BeginsWithAHandshake) {
   EXPECT_EQ(initialized({}).at("result").at("protocolVersion"), "2025-06-18");
 }
 
+// All of it is in an agent's memory before the first call: some 5,000 tokens.
+TEST_F(McpTest, DescribesEveryToolInLittle) {
+  initialized({});
+  const json::object answer = answerTo({{"id", 1}, {"method", "tools/list"}});
+  EXPECT_LT(json::serialize(answer).size(), 20'000U);
+  const json::array& tools = answer.at("result").at("tools").as_array();
+  ASSERT_EQ(tools.size(), catalogue.names().size());
+  const auto* click =
+      std::ranges::find(tools, json::value("ClickElement"), [](const json::value& tool) { return tool.at("name"); });
+  EXPECT_EQ(click->at("description"), "Click the element <cssSelector> in the front tab of <targetContext>.");
+  EXPECT_FALSE(click->as_object().contains("annotations")) << "the protocol takes the worst for granted";
+  const json::value& schema = click->at("inputSchema");
+  EXPECT_EQ(schema.at("required"), json::array{"cssSelector"});
+  const json::value& properties = schema.at("properties");
+  EXPECT_FALSE(properties.as_object().contains("tabSelection")) << "it follows from targetTab";
+  EXPECT_EQ(properties.at("targetContext").at("examples"), (json::array{"frontmost", "brave", "chromium"}));
+  EXPECT_EQ(properties.at("targetTab").at("type"), "string");
+  EXPECT_EQ(properties.at("pauseAfterSucessInSeconds").at("default"), "0.0");
+}
+
 TEST_F(McpTest, GivesResultsOnceAndWithoutEmptyFields) {
   initialized({});
   const auto answer = [&](const char* tool) {
@@ -147,6 +168,9 @@ TEST_F(McpTest, TellsOfFailuresAndMistakesInWaysThatAnAgentCanMend) {
   for (const json::object& quoting :
        {call("ClickElement", {{endless, "a"}}), call("ClickElement", {{"cssSelector", endless}})})
     EXPECT_LT(json::serialize(answerTo(quoting)).size(), 10'000U) << "a sentence that quotes what it was given";
+  bench.payload = R"(["true"])";
+  EXPECT_EQ(answerTo(call("ClickElement", {{"cssSelector", "a"}})).at("result"),
+            json::parse(R"({"content":[{"type":"text","text":"Done."}]})"));
   bench.failureNumber = 0;
   const json::object failed = answerTo(call("ClickElement", {{"cssSelector", "a"}}));
   EXPECT_TRUE(failed.at("result").at("isError").as_bool());

@@ -119,7 +119,7 @@ TEST_F(ParameterReader, SecondsAreWrittenAsPeopleWriteThem) {
     EXPECT_THAT(read("ReloadTab", boost::json::object{{"pauseAfterSucessInSeconds", number}}), HasSubstr(R"(:"p20"})"));
 }
 
-// What is given settles the choice that is left open, and a value that wouldn't count is refused.
+// A given value settles the choice that is left open, and a value that wouldn't count is refused.
 TEST_F(ParameterReader, AGivenTabOrWindowIsTheOneThatCounts) {
   struct Case {
     const char* action;

@@ -1,4 +1,4 @@
-// What a workflow's file may hold, and how mistakes in it are told: by place, and all at once.
+// The forms of a workflow's file, and the mistakes in it, which are told by place and all at once.
 #include "host/workflow/StepWords.h"
 #include "host/workflow/WorkflowCheck.h"
 #include "host/workflow/WorkflowReader.h"

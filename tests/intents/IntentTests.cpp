@@ -15,7 +15,7 @@ constexpr EnumDeclaration enumDeclaration(Filter) {
 
 class Find final : public Intent {
 public:
-  Find() : Intent("Find", "Intents-Demo") {
+  Find() : Intent("Find", "Intents-Demo", {}) {
     summarise({{.when = {is(filter, Filter::off)}, .key = "filter.off", .sentence = {&place}, .further = {&filter}},
                {.when = {}, .key = "filter.defaultCase", .sentence = {&place, &filter, &text}, .further = {}}});
   }
@@ -37,7 +37,8 @@ TEST(Intent, ParametersStandInDeclaredOrderWithKeysByRule) {
   EXPECT_EQ(find.deep.declaration().description.key, "intent.Find.parameter.deep.description");
   EXPECT_EQ(find.title(), (LocalizedText{"intent.Find.title.betaBuild", "Intents-Demo"}));
   EXPECT_EQ(find.findParameter("place"), &find.place);
-  EXPECT_EQ(find.findParameter("Place"), nullptr);
+  EXPECT_EQ(find.findParameter("PLACE"), &find.place);
+  EXPECT_EQ(find.findParameter("places"), nullptr);
 }
 
 TEST(Intent, SummaryFollowsTheValuesAndItsKeysEndInABlank) {
@@ -85,7 +86,7 @@ TEST(Intent, ARefusedValueLeavesTheOldOne) {
 
 TEST(Intent, ASummaryNeedsARowForEveryCase) {
   struct Open final : Intent {
-    Open() : Intent("Open", "") {
+    Open() : Intent("Open", "", {}) {
       summarise({{.when = {is(filter, Filter::on)}, .key = "", .sentence = {}, .further = {}}});
     }
     ValueType resultType() const override { return {}; }

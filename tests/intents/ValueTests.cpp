@@ -36,7 +36,7 @@ struct Parcel {
   }
 };
 
-// What a value reads as, written back as JSON, or the complaint.
+// The value as it reads, written back as JSON, or the complaint.
 template <class T>
 std::string fromText(std::string_view text) {
   std::string written;

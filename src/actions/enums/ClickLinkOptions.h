@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-/// How `ClickLink` compares the text of a link with the label.
+/// The ways in which `ClickLink` compares the text of a link with the label.
 enum class ClickLink_LinkSelectionOption {
   labelExact,      ///< the text is the label, white space around either left out
   labelContaining, ///< the text holds the label

@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-/// Where `CreateTab` makes its tab.
+/// The places at which `CreateTab` makes its tab.
 enum class CreateTab_WindowTypeOption {
   frontWindow,    ///< in the front window
   newWindow,      ///< in a window of its own

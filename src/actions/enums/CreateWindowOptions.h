@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-/// What kind of window `CreateWindow` makes.
+/// The kinds of windows that `CreateWindow` makes.
 enum class CreateWindow_WindowTypeOption { standardWindow, privateWindow };
 
 inline constexpr auto createWindowWindowTypeOptions = intents::enumTable<CreateWindow_WindowTypeOption>({

@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-/// What a menu action makes of a menu item that isn't found.
+/// The outcomes of a menu action whose menu item isn't found.
 enum class ErrorHandlingSelection {
   raiseError,    ///< the action fails
   returnNothing, ///< the action ends without a value

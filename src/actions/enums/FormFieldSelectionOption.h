@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-/// How a text names a field of a form. The raw value is what the page library calls it.
+/// The ways in which a text names a field of a form. The raw value is the page library's name of it.
 enum class FormFieldSelectionOption {
   elementNameAttribute, ///< by the field's `name` attribute
   elementIDAttribute,   ///< by the field's `id` attribute

@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-/// Which of the tabs found `GetListOfTabs` gives.
+/// The selections that `GetListOfTabs` makes of the tabs found.
 enum class GetListOfTabs_ListElementsOption { all, first, last, random };
 
 inline constexpr auto getListOfTabsListElementsOptions = intents::enumTable<GetListOfTabs_ListElementsOption>({
@@ -18,7 +18,7 @@ constexpr intents::EnumDeclaration enumDeclaration(GetListOfTabs_ListElementsOpt
   return {"GetListOfTabs_ListElementsOption", intents::tables::standard, getListOfTabsListElementsOptions};
 }
 
-/// Whether `GetListOfTabs` looks at tabs of private windows, of the others, or of both.
+/// The windows whose tabs `GetListOfTabs` looks at: private ones, the others, or both.
 enum class GetListOfTabs_TabPrivacyOption { any, standard, incognito };
 
 inline constexpr auto getListOfTabsTabPrivacyOptions = intents::enumTable<GetListOfTabs_TabPrivacyOption>({

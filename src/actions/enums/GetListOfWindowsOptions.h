@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-/// Which of the windows found `GetListOfWindows` gives.
+/// The selections that `GetListOfWindows` makes of the windows found.
 enum class GetListOfWindows_ListElementsOption { all, first, last, random };
 
 inline constexpr auto getListOfWindowsListElementsOptions = intents::enumTable<GetListOfWindows_ListElementsOption>({
@@ -18,7 +18,7 @@ constexpr intents::EnumDeclaration enumDeclaration(GetListOfWindows_ListElements
   return {"GetListOfWindows_ListElementsOption", intents::tables::standard, getListOfWindowsListElementsOptions};
 }
 
-/// Whether `GetListOfWindows` looks at private windows, at the others, or at both.
+/// The windows that `GetListOfWindows` looks at: private ones, the others, or both.
 enum class GetListOfWindows_PrivacyFilterOption { any, standard, incognito };
 
 inline constexpr auto getListOfWindowsPrivacyFilterOptions = intents::enumTable<GetListOfWindows_PrivacyFilterOption>({
@@ -31,7 +31,7 @@ constexpr intents::EnumDeclaration enumDeclaration(GetListOfWindows_PrivacyFilte
   return {"GetListOfWindows_PrivacyFilterOption", intents::tables::standard, getListOfWindowsPrivacyFilterOptions};
 }
 
-/// Whether `GetListOfWindows` looks at windows that can be seen, at the others (such as minimized ones), or at both.
+/// The windows that `GetListOfWindows` looks at: those that can be seen, the others (such as minimized ones), or both.
 enum class GetListOfWindows_VisibilityFilterOption { any, visible, hidden };
 
 inline constexpr auto getListOfWindowsVisibilityFilterOptions =

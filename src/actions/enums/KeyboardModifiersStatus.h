@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-/// Whether a keyboard action looks at its modifier parameters.
+/// Tells a keyboard action to look at its modifier parameters, or not to.
 enum class KeyboardModifiersStatus { enabled, disabled };
 
 inline constexpr auto keyboardModifiersStatus = intents::enumTable<KeyboardModifiersStatus>({

@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-/// How a menu item is named.
+/// The ways in which a menu item is named.
 enum class MenuItemBasicsSelection {
   title,         ///< by its title and a `StringFilterEnum`
   path,          ///< by a path in one text

@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-/// How a menu item is named where an earlier action's result will do as well.
+/// The ways in which a menu item is named where an earlier action's result will do as well.
 enum class MenuItemFullSelection {
   title,         ///< by its title and a `StringFilterEnum`
   path,          ///< by a path in one text

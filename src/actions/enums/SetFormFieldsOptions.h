@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-/// How `SetFormFields` reads the keys of its dictionary: as `FormFieldSelectionOption` reads a text.
+/// The ways in which `SetFormFields` reads the keys of its dictionary, as `FormFieldSelectionOption` reads a text.
 enum class SetFormFields_FormFieldsSelectionOption { elementNameAttribute, elementIDAttribute, cssSelector };
 
 inline constexpr auto setFormFieldsFormFieldsSelectionOptions =

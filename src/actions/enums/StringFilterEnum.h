@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-/// How the menu actions compare the title of a menu item with the text of a filter.
+/// The ways in which the menu actions compare the title of a menu item with the text of a filter.
 enum class StringFilterEnum {
   isExactly,  ///< the title is the text
   contains,   ///< the title holds the text

@@ -6,7 +6,7 @@
 
 namespace tabwright::actions {
 
-/// How the list actions compare a text of an item with the text of a filter.
+/// The ways in which the list actions compare a text of an item with the text of a filter.
 enum class StringFilterOption {
   ignore,                ///< every item passes
   contains,              ///< the item contains the filter text, in any case
@@ -25,7 +25,7 @@ constexpr intents::EnumDeclaration enumDeclaration(StringFilterOption) {
   return {"StringFilterOption", intents::tables::standard, stringFilterOptions};
 }
 
-/// Whether `item` passes. Both are UTF-8; "in any case" means equal once both are in lower case by Unicode's rules,
+/// True when `item` passes. Both are UTF-8; "in any case" means equal once both are in lower case by Unicode's rules,
 /// independent of the language. Every text contains the empty one.
 [[nodiscard]] bool passes(StringFilterOption filter, std::string_view item, std::string_view filterText);
 

@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-/// Which tab of a browser an action works on.
+/// The tabs of a browser that an action can work on.
 enum class TabSelectionOption {
   frontTab,    ///< the front tab of the front window of the target browser
   specificTab, ///< the tab held by the parameter `targetTab`

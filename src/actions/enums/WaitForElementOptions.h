@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-/// How long `WaitForElement` waits; raw values are seconds.
+/// The times for which `WaitForElement` waits; raw values are seconds.
 enum class WaitForElement_TimeoutOption { p00, p02, p04, p06, p08, p10, p12, p14, p16, p18, p20 };
 
 inline constexpr auto waitForElementTimeoutOptions = intents::enumTable<WaitForElement_TimeoutOption>({
@@ -25,7 +25,7 @@ constexpr intents::EnumDeclaration enumDeclaration(WaitForElement_TimeoutOption)
   return {"WaitForElement_TimeoutOption", intents::tables::standard, waitForElementTimeoutOptions};
 }
 
-/// What `WaitForElement` makes of an element that didn't show up in time.
+/// The outcomes of `WaitForElement` for an element that didn't show up in time.
 enum class WaitForElement_OnFailureOption {
   returnFalse, ///< the result is false
   raiseError,  ///< the action fails with `pageElementNotFound`

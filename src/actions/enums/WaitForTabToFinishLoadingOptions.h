@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-/// Which state of a page `WaitForTabToFinishLoading` waits for. The raw values are those of `document.readyState`.
+/// The states of a page that `WaitForTabToFinishLoading` waits for. The raw values are those of `document.readyState`.
 enum class WaitForTabToFinishLoading_DocumentReadyState {
   interactive, ///< the document has been read; images, style sheets and frames may still load
   complete,    ///< everything has been loaded

@@ -4,7 +4,7 @@
 
 namespace tabwright::actions {
 
-/// How titles of windows are compared with the text of a filter. No action takes it as yet.
+/// The ways in which titles of windows are compared with the text of a filter. No action takes it as yet.
 enum class WindowTitleFilterEnum { noFiltering, isExactly, contains, beginsWith, endsWith, regex };
 
 inline constexpr auto windowTitleFilterEnum = intents::enumTable<WindowTitleFilterEnum>({

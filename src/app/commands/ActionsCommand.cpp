@@ -14,7 +14,7 @@
 namespace tabwright::app {
 namespace {
 
-boost::json::object descriptionOf(const actions::ActionFrame& action) {
+boost::json::object descriptionOf(const intents::Intent& action) {
   boost::json::object description;
   description["name"] = action.name();
   description["title"] = action.title().text();
@@ -34,10 +34,10 @@ ExitCode actions(const ActionsCommand& command) {
   }
   if (command.output == OutputForm::json) {
     boost::json::array list;
-    for (const std::string& name : catalogue.names())
-      list.push_back(descriptionOf(*catalogue.make(name)));
+    for (const auto& action : catalogue.declarations())
+      list.push_back(descriptionOf(*action));
     if (command.name)
-      std::cout << boost::json::serialize(descriptionOf(*catalogue.make(*command.name))) << '\n';
+      std::cout << boost::json::serialize(descriptionOf(catalogue.declaration(*command.name))) << '\n';
     else
       std::cout << boost::json::serialize(list) << '\n';
     return ExitCode::done;

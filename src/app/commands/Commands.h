@@ -20,9 +20,7 @@ enum class OutputForm { automatic, json };
 
 struct RunCommand {
   std::string name;
-  std::vector<std::string> parameters; ///< as they stand behind the name
-  OutputForm output = OutputForm::automatic;
-  bool isForEach = false; ///< the action runs for each item of a list
+  std::vector<std::string> words; ///< its parameters and the command's own words, as they were written
 };
 /// `tabwright run`: performs an action and prints its result. Asks for a missing value when standard input is a
 /// terminal.

@@ -4,15 +4,12 @@
 
 #include <iostream>
 #include <string>
-#include <vector>
 
 namespace tabwright::app {
 
 ExitCode manual(const CLI::App& program, const std::string& action) {
   const Composition composition;
-  const host::Catalogue& catalogue = composition.referenceCatalogue();
-  std::cout << manualPage(program, catalogue,
-                          action.empty() ? catalogue.names() : std::vector{catalogue.make(action)->name()});
+  std::cout << manualPage(program, composition.referenceCatalogue(), action);
   return ExitCode::done;
 }
 

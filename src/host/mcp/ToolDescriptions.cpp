@@ -1,14 +1,15 @@
+// Every conversation with an agent begins with all of these texts, so each has what a first call needs, once: a
+// sentence with the parameters in it, a line for each of them, choices by their names alone. More stands in the help.
 #include "host/mcp/ToolDescriptions.h"
 
 #include "host/ActionWords.h"
 #include "host/JsonSchema.h"
+#include "intents/EnumDeclaration.h"
 #include "platform/StringCatalogue.h"
 
 #include <boost/json/object.hpp>
 
 #include <algorithm>
-#include <array>
-#include <stdexcept>
 #include <string>
 
 namespace tabwright::host {
@@ -17,78 +18,93 @@ namespace json = boost::json;
 
 namespace {
 
-constexpr auto hints = std::to_array<ToolHints>({
-    {.action = "ClickElement", .destroys = true},
-    {.action = "ClickLink", .destroys = true},
-    {.action = "CloseTab", .destroys = true, .isOpen = false},
-    {.action = "CloseWindow", .destroys = true, .isOpen = false},
-    {.action = "CreateTab", .isOpen = false},
-    {.action = "CreateWindow"},
-    {.action = "FocusTab", .isIdempotent = true, .isOpen = false},
-    {.action = "FocusWindow", .isIdempotent = true, .isOpen = false},
-    {.action = "GetBrowserReference", .readsOnly = true, .isIdempotent = true, .isOpen = false},
-    {.action = "GetDetailsOfTab", .readsOnly = true, .isIdempotent = true},
-    {.action = "GetFormFieldValue", .readsOnly = true, .isIdempotent = true},
-    {.action = "GetFrontmostWindow", .readsOnly = true, .isIdempotent = true, .isOpen = false},
-    {.action = "GetListOfTabs", .readsOnly = true, .isIdempotent = true, .isOpen = false},
-    {.action = "GetListOfWindows", .readsOnly = true, .isIdempotent = true, .isOpen = false},
-    {.action = "OpenInTab", .destroys = true}, // the page that was in the tab goes
-    {.action = "ReloadTab", .destroys = true}, // with what was typed into it
-    {.action = "RunAppleScript", .destroys = true},
-    {.action = "RunJavascriptInTab", .destroys = true},
-    {.action = "ScrollToElement", .isIdempotent = true},
-    {.action = "SetFormFieldValue", .destroys = true}, // which may send the form
-    {.action = "SetFormFields", .destroys = true},
-    {.action = "WaitForElement", .readsOnly = true, .isIdempotent = true},
-    {.action = "WaitForTabToFinishLoading", .readsOnly = true, .isIdempotent = true, .isOpen = false},
-});
-static_assert(std::ranges::is_sorted(hints, {}, &ToolHints::action));
-
-// The title, what the action does for each form of its parameters, and what it gives.
-std::string descriptionOf(const intents::Intent& action) {
-  std::string text = action.title().text() + ".";
-  for (const intents::SummaryRow& row : action.summary().rows) {
-    const std::string condition = conditionOf(row);
-    text += "\n- " + sentenceOf(action, row) + (condition.empty() ? "" : " (" + condition + ")");
-  }
-  return text + "\n" + platform::localizedFormat("reference.result", {captionOf(action.resultType())});
+// True for a choice whose cases follow from what else is given, but for the default: a tab that is named is the one to
+// work on. Agents aren't offered it, since many of them write defaults down, which would contradict the tab.
+bool isSettledByOthers(const intents::Intent& action, const intents::ParameterBase& choice) {
+  const intents::ParameterDeclaration& declaration = choice.declaration();
+  return declaration.type.kind == intents::ValueKind::enumeration &&
+         std::ranges::all_of(declaration.type.enumeration->cases, [&](const intents::EnumCase& one) {
+           return declaration.defaultValue == json::value(one.name) ||
+                  std::ranges::any_of(action.dependences(), [&](const intents::Dependence& dependence) {
+                    return dependence.counts == intents::Dependence::Counts::whileItHolds &&
+                           dependence.condition.parameter == &choice && dependence.condition.caseName == one.name;
+                  });
+         });
 }
 
-// Agents read every schema before they do anything. What a tab or a window looks like they see in results, and a
-// parameter's description says what to give, so the shape of such objects is left out here.
+std::string descriptionOf(const intents::Intent& action) {
+  std::string text = sentenceOf(action, action.summary().current()) + ".";
+  for (const intents::ParameterBase* parameter : action.parameters()) {
+    const std::string field = "<" + parameter->name() + ">";
+    if (const std::size_t place = text.find(field);
+        place != std::string::npos && isSettledByOthers(action, *parameter)) {
+      const intents::EnumDeclaration& choices = *parameter->declaration().type.enumeration;
+      text.replace(place, field.size(), choices.caption(*choices.find(defaultOf(parameter->declaration()))).text());
+    }
+  }
+  if (const intents::ValueType result = action.resultType(); result.kind != intents::ValueKind::nothing)
+    text += " " + platform::localizedFormat("reference.result", {captionOf(result)}) + ".";
+  return text;
+}
+
+// A number of seconds tells more than the name of its case.
+void nameBySeconds(json::object& property, const intents::EnumDeclaration& choices) {
+  json::array seconds;
+  for (const intents::EnumCase& one : choices.cases)
+    seconds.emplace_back(one.rawValue);
+  property["enum"] = std::move(seconds);
+  if (json::value* initial = property.if_contains("default"))
+    *initial = choices.find(initial->as_string())->rawValue;
+}
+
+// A tab or a window is given by its reference: agents have seen what the whole of it looks like in results.
 json::object inputOf(const intents::Intent& action) {
   json::object schema = inputSchema(action);
-  for (auto& [name, property] : schema.at("properties").as_object()) {
-    json::object& one = property.as_object();
-    if (one.erase("anyOf") > 0)
-      one["type"] = json::array{"string", "object"};
+  schema.stable_erase("additionalProperties");
+  json::object& properties = schema.at("properties").as_object();
+  for (const intents::ParameterBase* parameter : action.parameters()) {
+    const intents::ParameterDeclaration& declaration = parameter->declaration();
+    if (isSettledByOthers(action, *parameter)) {
+      properties.stable_erase(declaration.name);
+      continue;
+    }
+    json::object& property = properties.at(declaration.name).as_object();
+    const std::string description = declaration.description.text();
+    property.stable_erase("title");
+    property["description"] = description.substr(0, description.find('\n'));
+    if (property.stable_erase("anyOf") > 0)
+      property["type"] = "string";
+    if (const intents::EnumDeclaration* choices = declaration.type.enumeration; choices && choices->isOfSeconds())
+      nameBySeconds(property, *choices);
   }
   return schema;
 }
 
-} // namespace
-
-const ToolHints& hintsOf(std::string_view action) {
-  const auto row = std::ranges::lower_bound(hints, action, {}, &ToolHints::action);
-  if (row == hints.end() || row->action != action)
-    throw std::logic_error("no tool hints for " + std::string(action));
-  return *row;
+// Those that differ from what the protocol takes for granted.
+json::object annotationsOf(const intents::Hints& hints) {
+  json::object annotations;
+  if (hints.readsOnly)
+    annotations["readOnlyHint"] = true;
+  else if (!hints.destroys)
+    annotations["destructiveHint"] = false;
+  if (hints.isIdempotent)
+    annotations["idempotentHint"] = true;
+  if (!hints.isOpen)
+    annotations["openWorldHint"] = false;
+  return annotations;
 }
+
+} // namespace
 
 json::array toolDescriptions(const Catalogue& catalogue) {
   json::array tools;
-  for (const std::string& name : catalogue.names()) {
-    const auto action = catalogue.make(name);
-    const ToolHints& hint = hintsOf(name);
-    json::object tool{{"name", name},
+  for (const auto& action : catalogue.declarations()) {
+    json::object tool{{"name", action->name()},
                       {"title", action->title().text()},
                       {"description", descriptionOf(*action)},
                       {"inputSchema", inputOf(*action)}};
-    tool["annotations"] = {{"title", action->title().text()},
-                           {"readOnlyHint", hint.readsOnly},
-                           {"destructiveHint", hint.destroys},
-                           {"idempotentHint", hint.isIdempotent},
-                           {"openWorldHint", hint.isOpen}};
+    if (json::object annotations = annotationsOf(action->hints()); !annotations.empty())
+      tool["annotations"] = std::move(annotations);
     tools.push_back(std::move(tool));
   }
   return tools;

@@ -72,6 +72,20 @@ json::object bounded(json::object result) {
   return std::move(value.as_object());
 }
 
+json::array contentOf(ActionResult result) {
+  json::array files;
+  std::vector<std::string> leftOut;
+  embedFiles(result, files, leftOut);
+  dropEmptyFields(result.value);
+  std::ranges::move(shorten(result.value), std::back_inserter(leftOut));
+  const json::string* text = result.value.if_string();
+  json::array content{textContent(text ? std::string(*text) : json::serialize(result.value))};
+  if (!leftOut.empty())
+    content.push_back(textContent(sentenceOf(leftOut)));
+  content.insert(content.end(), files.begin(), files.end());
+  return content;
+}
+
 } // namespace
 
 json::object failedResult(const platform::Failure& failure) {
@@ -83,32 +97,19 @@ json::object failedResult(const platform::Failure& failure) {
   return bounded(std::move(result));
 }
 
-json::object withNotices(const std::vector<platform::Notice>& notices, json::object result) {
-  if (notices.empty())
-    return result;
+json::object succeededResult(ActionResult result, const std::vector<platform::Notice>& notices) {
+  json::array content = result.type.kind == intents::ValueKind::nothing ? json::array() : contentOf(std::move(result));
   json::array data;
   for (const platform::Notice& notice : notices) {
-    result["content"].as_array().push_back(bounded(textContent(notice.sentence)));
+    content.push_back(bounded(textContent(notice.sentence)));
     data.push_back(bounded(noticeJson(notice)));
   }
-  result["_meta"] = json::object{{noticesKey, std::move(data)}};
-  return result;
-}
-
-json::object succeededResult(ActionResult result) {
-  if (result.type.kind == intents::ValueKind::nothing)
-    return {{"content", json::array()}};
-  json::array files;
-  std::vector<std::string> leftOut;
-  embedFiles(result, files, leftOut);
-  dropEmptyFields(result.value);
-  std::ranges::move(shorten(result.value), std::back_inserter(leftOut));
-  const json::string* text = result.value.if_string();
-  json::array content{textContent(text ? std::string(*text) : json::serialize(result.value))};
-  if (!leftOut.empty())
-    content.push_back(textContent(sentenceOf(leftOut)));
-  content.insert(content.end(), files.begin(), files.end());
-  return {{"content", std::move(content)}};
+  if (content.empty())
+    content.push_back(textContent("Done."));
+  json::object answer{{"content", std::move(content)}};
+  if (!data.empty())
+    answer["_meta"] = json::object{{noticesKey, std::move(data)}};
+  return answer;
 }
 
 } // namespace tabwright::host

@@ -29,8 +29,9 @@ constexpr std::array<std::string_view, 2> revisions = {"2025-11-25", "2025-06-18
 
 constexpr const char* instructions =
     "Tools that act on a real browser with all its windows and tabs. Give a browser by its name in targetContext, such "
-    "as \"chromium\"; without it the frontmost one counts. Results feed further calls: a tab or window from a result "
-    "can be given as targetTab or targetWindow, whole or by its fullID alone. Elements are named by CSS selectors. "
+    "as \"chromium\"; without it the frontmost one counts. Results feed further calls: give the fullID of a tab or "
+    "window from a result as targetTab or targetWindow, which makes the choice of a specific one by itself. Elements "
+    "are named by CSS selectors. "
     "When no browser can be reached, one is started by the command \"tabwright "
     "browser chromium\".";
 
@@ -117,7 +118,7 @@ platform::Task<json::value> ToolServer::callTool(json::object params) {
     std::optional<intents::NeedsValue> missing;
     try {
       ActionResult result = co_await run(tool, arguments, user, token);
-      co_return withNotices(user.notices(), succeededResult(std::move(result)));
+      co_return succeededResult(std::move(result), user.notices());
     } catch (const intents::NeedsValue& thrown) {
       missing = thrown;
     } catch (const RpcError&) {

@@ -10,6 +10,7 @@
 
 #include <boost/json/parse.hpp>
 #include <fmt/core.h>
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <optional>
@@ -165,17 +166,11 @@ private:
 
   KnownType typeOfMember(const ValueType& type, const std::string& member, const std::string& way, Place place) {
     if (type.kind == ValueKind::entity) {
-      std::vector<std::string> names;
-      for (const intents::PropertyDeclaration& property : type.entity->properties) {
-        if (property.name == member)
-          return property.type;
-        names.emplace_back(property.name);
-      }
-      std::string all;
-      for (const std::string& name : names)
-        all += (all.empty() ? " It has " : ", ") + name;
-      complain(place,
-               fmt::format("{}, a {}, has no “{}”.{}", way, type.name(), member, didYouMean(member, names, all + ".")));
+      if (const intents::PropertyDeclaration* property = type.entity->find(member))
+        return property->type;
+      const std::vector<std::string> names = type.entity->propertyNames();
+      complain(place, fmt::format("{}, a {}, has no “{}”.{}", way, type.name(), member,
+                                  didYouMean(member, names, fmt::format(" It has {}.", fmt::join(names, ", ")))));
     } else if (type.kind != ValueKind::text && type.kind != ValueKind::file) { // a text may hold JSON
       complain(place, fmt::format("{} is of type {}, which has no members.", way, type.name()));
     }
@@ -187,7 +182,7 @@ private:
     GivenParameters named;      // with whatever value
     GivenParameters given;
     for (const NamedExpression& parameter : step.parameters) {
-      const intents::ParameterBase* const found = findParameter(action, parameter.name.text);
+      const intents::ParameterBase* const found = action.findParameter(parameter.name.text);
       const bool isKnown = found != nullptr;
       if (isKnown && !named.insert(found).second)
         complain(parameter.name.place, found->name() + " is given twice.");

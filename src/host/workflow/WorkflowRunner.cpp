@@ -141,15 +141,15 @@ private:
   }
 
   platform::Task<void> perform(const Step& step, const ActionStep& action) {
+    const intents::Intent& declaration = catalogue_.declaration(action.action.text);
     ParameterTexts parameters;
     for (const NamedExpression& parameter : action.parameters) {
       const json::value value = evaluate(parameter.value, variables_);
       if (value.is_null()) // which leaves the default
         continue;
       std::string text = textOf(value);
-      const auto declared = beginsWithAt(parameter.value) ? catalogue_.make(action.action.text) : nullptr;
-      if (const auto* one = declared ? findParameter(*declared, parameter.name.text) : nullptr;
-          one && readsFile(*one, parameter.value))
+      if (const auto* declared = declaration.findParameter(parameter.name.text);
+          declared && readsFile(*declared, parameter.value))
         text = readFile_(text.substr(1));
       parameters.emplace_back(parameter.name.text, std::move(text));
     }

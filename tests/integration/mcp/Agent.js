@@ -48,19 +48,21 @@ export class Agent {
     return this.client.callTool({ name, arguments: parameters }, undefined, options);
   }
 
-  /** Calls a tool with arguments that fit its schema, and gives its result. */
+  /** Calls a tool with arguments that fit its schema, and gives its result; for an action without one, its text. */
   async call(name, parameters = {}, options = {}) {
     const { valid, errorMessage } = this.#inputs.get(name)(parameters);
     assert.ok(valid, `${name} ${JSON.stringify(parameters)}: ${errorMessage}`);
     const answer = await this.ask(name, parameters, options);
     assert.ok(!answer.isError, `${name}: ${answer.content[0]?.text}`);
-    return answer.content[0] && JSON.parse(answer.content[0].text);
+    const { text } = answer.content[0];
+    return text === "Done." ? text : JSON.parse(text);
   }
 
   /** Opens a page in a new tab for the length of the test, and gives the parameters that aim an action at it. */
   async open(url) {
     const wanted = { targetContext: "chromium", targetSelection: "newTabInFrontWindow", newURL: url };
-    const tab = { targetTab: await this.call("OpenInTab", wanted) };
+    const { fullID } = await this.call("OpenInTab", wanted);
+    const tab = { targetTab: fullID };
     this.#opened.push(tab);
     const loaded = await this.call("WaitForTabToFinishLoading", { ...tab, readyState: "complete" });
     assert.equal(loaded, true);

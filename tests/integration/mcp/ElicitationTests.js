@@ -22,7 +22,7 @@ describe("A missing value", limits, () => {
     assert.deepEqual(questions[0].requestedSchema.required, ["cssSelector"]);
     assert.equal(questions[0].requestedSchema.properties.cssSelector.type, "string");
 
-    await agent.call("ClickElement", { ...tab, cssSelector: "#text" });
+    assert.equal(await agent.call("ClickElement", { ...tab, cssSelector: "#text" }), "Done.");
     assert.equal(questions.length, 1);
   });
 });

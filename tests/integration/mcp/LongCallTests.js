@@ -12,7 +12,7 @@ describe("A call that takes its time", limits, () => {
     const page = await Page.serve(test);
     const tab = await agent.open(page.url);
     const reports = [];
-    const wanted = { ...tab, cssSelector: "#late", timeout: "p20" };
+    const wanted = { ...tab, cssSelector: "#late", timeout: "20.0" };
     const answer = await new Promise((resolve, reject) => {
       const onprogress = (report) => {
         if (reports.push(report) === 2)

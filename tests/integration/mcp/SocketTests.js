@@ -31,7 +31,7 @@ describe("A conversation on the socket of the background host", limits, () => {
     const tab = await agent.open(page.url);
     const filter = ["--targetContext", "chromium", "--urlFilter", "equals", "--pageURL", page.url];
     const [seen] = await run("GetListOfTabs", ...filter);
-    assert.equal(seen.fullID, tab.targetTab.fullID);
+    assert.equal(seen.fullID, tab.targetTab);
 
     const arrival = page.next("/order");
     assert.deepEqual(await agent.call("SetFormFields", { ...tab, inputDict: { who: "Ann" } }), true);
@@ -56,7 +56,7 @@ describe("A conversation on the socket of the background host", limits, () => {
     const progress = new EventEmitter();
     const reported = once(progress, "report");
     const onprogress = (report) => progress.emit("report", report);
-    const late = first.ask("WaitForElement", { ...tab, timeout: "p20" }, { onprogress });
+    const late = first.ask("WaitForElement", { ...tab, timeout: "20.0" }, { onprogress });
     await Promise.race([reported, late]);
     await second.call("RunJavascriptInTab", { ...tab, jsCode: "text.id = 'late'" });
     assert.equal((await late).content[0].text, "true");
