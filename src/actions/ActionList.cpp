@@ -4,7 +4,7 @@ namespace tabwright::actions {
 
 std::span<const ActionMaker> actionList() {
   static constexpr ActionMaker makers[]{
-#define TABWRIGHT_ACTION(name) make##name,
+#define TABWRIGHT_ACTION(name) makeAction<name>,
 #include "actions/Actions.def"
 #undef TABWRIGHT_ACTION
   };

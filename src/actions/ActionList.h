@@ -7,15 +7,22 @@
 
 namespace tabwright::actions {
 
-/// Makes an action for one run.
-using ActionMaker = std::unique_ptr<ActionFrame> (*)(const ActionServices& services);
+/// Makes an action for one run. The file of an action instantiates it, so that no other has to know the class:
+///
+///     template std::unique_ptr<ActionFrame> makeAction<ClickElement>(const ActionServices&);
+template <class Action>
+std::unique_ptr<ActionFrame> makeAction(const ActionServices& services) {
+  return std::make_unique<Action>(services);
+}
 
-/// All actions, in the order in which they are offered: the rows of `Actions.def`.
-[[nodiscard]] std::span<const ActionMaker> actionList();
-
-// Each action's file defines its own.
-#define TABWRIGHT_ACTION(name) std::unique_ptr<ActionFrame> make##name(const ActionServices& services);
+#define TABWRIGHT_ACTION(name)                                                                                         \
+  class name;                                                                                                          \
+  extern template std::unique_ptr<ActionFrame> makeAction<name>(const ActionServices&);
 #include "actions/Actions.def"
 #undef TABWRIGHT_ACTION
+
+using ActionMaker = std::unique_ptr<ActionFrame> (*)(const ActionServices& services);
+/// The makers of all actions, in the order in which these are offered: the rows of `Actions.def`.
+[[nodiscard]] std::span<const ActionMaker> actionList();
 
 } // namespace tabwright::actions

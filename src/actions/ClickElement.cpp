@@ -5,8 +5,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class ClickElement final : public PageCommand {
   TabTarget tab{*this, services()};
   Parameter<std::string> cssSelector{*this, shared::cssSelector()};
@@ -31,10 +29,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeClickElement(const ActionServices& services) {
-  return std::make_unique<ClickElement>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<ClickElement>(const ActionServices&);
 
 } // namespace tabwright::actions

@@ -8,8 +8,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class ClickLink final : public PageAttempt {
   using LinkSelection = ClickLink_LinkSelectionOption;
 
@@ -45,10 +43,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeClickLink(const ActionServices& services) {
-  return std::make_unique<ClickLink>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<ClickLink>(const ActionServices&);
 
 } // namespace tabwright::actions

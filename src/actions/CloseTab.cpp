@@ -7,8 +7,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class CloseTab final : public TabAction {
   TabTarget tab{*this, services()};
 
@@ -40,10 +38,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeCloseTab(const ActionServices& services) {
-  return std::make_unique<CloseTab>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<CloseTab>(const ActionServices&);
 
 } // namespace tabwright::actions

@@ -8,8 +8,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class CloseWindow final : public WindowAction {
   Parameter<browserdata::BrowserWindowEntity> targetWindow{*this, shared::requiredWindow()};
 
@@ -17,7 +15,7 @@ public:
   explicit CloseWindow(const ActionServices& services)
       : WindowAction(services, "CloseWindow", intents::tables::browserWindows, {.destroys = true, .isOpen = false}) {
     aimAtOwnerOf(targetWindow);
-    summarise({{.when = {}, .key = "", .sentence = {&targetWindow}, .further = {}}});
+    summarise({{.sentence = {&targetWindow}}});
   }
 
 private:
@@ -29,10 +27,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeCloseWindow(const ActionServices& services) {
-  return std::make_unique<CloseWindow>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<CloseWindow>(const ActionServices&);
 
 } // namespace tabwright::actions

@@ -8,8 +8,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class CreateTab final : public TabAction {
   using WindowType = CreateTab_WindowTypeOption;
 
@@ -26,9 +24,8 @@ public:
     summarise({
         {.when = {is(windowType, WindowType::specificWindow)},
          .key = "windowType.specificWindow",
-         .sentence = {&windowType, &targetWindow},
-         .further = {}},
-        {.when = {}, .key = "windowType.defaultCase", .sentence = {&windowType, &targetContext}, .further = {}},
+         .sentence = {&windowType, &targetWindow}},
+        {.key = "windowType.defaultCase", .sentence = {&windowType, &targetContext}},
     });
   }
 
@@ -54,10 +51,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeCreateTab(const ActionServices& services) {
-  return std::make_unique<CreateTab>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<CreateTab>(const ActionServices&);
 
 } // namespace tabwright::actions

@@ -14,8 +14,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class CreateWindow final : public WindowAction {
   using WindowType = CreateWindow_WindowTypeOption;
 
@@ -45,10 +43,7 @@ public:
     });
     aimAt(targetContext);
     pauseAfterSuccess(pauseAfterSucessInSeconds);
-    summarise({{.when = {},
-                .key = "",
-                .sentence = {&windowType, &targetContext},
-                .further = {&name, &newURL, &pauseAfterSucessInSeconds}}});
+    summarise({{.sentence = {&windowType, &targetContext}, .further = {&name, &newURL, &pauseAfterSucessInSeconds}}});
   }
 
 private:
@@ -125,10 +120,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeCreateWindow(const ActionServices& services) {
-  return std::make_unique<CreateWindow>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<CreateWindow>(const ActionServices&);
 
 } // namespace tabwright::actions

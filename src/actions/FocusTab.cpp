@@ -7,8 +7,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class FocusTab final : public TabAction {
   Parameter<browserdata::BrowserTabEntity> targetTab{*this, shared::requiredTab()};
 
@@ -16,7 +14,7 @@ public:
   explicit FocusTab(const ActionServices& services)
       : TabAction(services, "FocusTab", intents::tables::browserTabs, {.isIdempotent = true, .isOpen = false}) {
     aimAtOwnerOf(targetTab);
-    summarise({{.when = {}, .key = "", .sentence = {&targetTab}, .further = {}}});
+    summarise({{.sentence = {&targetTab}}});
   }
 
 private:
@@ -33,10 +31,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeFocusTab(const ActionServices& services) {
-  return std::make_unique<FocusTab>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<FocusTab>(const ActionServices&);
 
 } // namespace tabwright::actions

@@ -7,8 +7,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class FocusWindow final : public WindowAction {
   Parameter<browserdata::BrowserWindowEntity> targetWindow{*this, shared::requiredWindow()};
 
@@ -17,7 +15,7 @@ public:
       : WindowAction(services, "FocusWindow", intents::tables::browserWindows,
                      {.isIdempotent = true, .isOpen = false}) {
     aimAtOwnerOf(targetWindow);
-    summarise({{.when = {}, .key = "", .sentence = {&targetWindow}, .further = {}}});
+    summarise({{.sentence = {&targetWindow}}});
   }
 
 private:
@@ -29,10 +27,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeFocusWindow(const ActionServices& services) {
-  return std::make_unique<FocusWindow>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<FocusWindow>(const ActionServices&);
 
 } // namespace tabwright::actions

@@ -6,8 +6,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class GetBrowserReference final : public ActionFrame {
   Parameter<engine::TargetContext> targetContext{*this, shared::targetContext(services())};
 
@@ -15,7 +13,7 @@ public:
   explicit GetBrowserReference(const ActionServices& services)
       : ActionFrame(services, "GetBrowserReference", intents::tables::browsers, {.readsOnly = true, .isOpen = false}) {
     aimAt(targetContext);
-    summarise({{.when = {}, .key = "", .sentence = {&targetContext}, .further = {}}});
+    summarise({{.sentence = {&targetContext}}});
   }
 
   [[nodiscard]] intents::ValueType resultType() const override {
@@ -34,10 +32,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeGetBrowserReference(const ActionServices& services) {
-  return std::make_unique<GetBrowserReference>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<GetBrowserReference>(const ActionServices&);
 
 } // namespace tabwright::actions

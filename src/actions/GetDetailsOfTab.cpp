@@ -8,8 +8,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class GetDetailsOfTab final : public TabAction {
   TabTarget tab{*this, services()};
 
@@ -46,10 +44,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeGetDetailsOfTab(const ActionServices& services) {
-  return std::make_unique<GetDetailsOfTab>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<GetDetailsOfTab>(const ActionServices&);
 
 } // namespace tabwright::actions

@@ -8,8 +8,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class GetFormFieldValue final : public ScriptAction<std::vector<std::string>, std::string> {
   TabTarget tab{*this, services(), shared::TargetDescription::plain};
   Parameter<FormFieldSelectionOption> formFieldSelection{*this, shared::formFieldSelection()};
@@ -50,10 +48,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeGetFormFieldValue(const ActionServices& services) {
-  return std::make_unique<GetFormFieldValue>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<GetFormFieldValue>(const ActionServices&);
 
 } // namespace tabwright::actions

@@ -7,8 +7,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class GetFrontmostWindow final : public WindowAction {
   Parameter<engine::TargetContext> targetContext{*this, shared::targetContext(services())};
 
@@ -17,7 +15,7 @@ public:
       : WindowAction(services, "GetFrontmostWindow", intents::tables::browserWindows,
                      {.readsOnly = true, .isOpen = false}) {
     aimAt(targetContext);
-    summarise({{.when = {}, .key = "", .sentence = {&targetContext}, .further = {}}});
+    summarise({{.sentence = {&targetContext}}});
   }
 
 private:
@@ -27,10 +25,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeGetFrontmostWindow(const ActionServices& services) {
-  return std::make_unique<GetFrontmostWindow>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<GetFrontmostWindow>(const ActionServices&);
 
 } // namespace tabwright::actions

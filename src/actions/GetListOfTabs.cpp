@@ -10,8 +10,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 using browserdata::BrowserTabData;
 using browserdata::BrowserTabEntity;
 
@@ -47,8 +45,7 @@ public:
          .key = "urlFilter.defaultCase.titleFilter.ignore",
          .sentence = {&listElements, &targetContext, &urlFilter, &pageURL},
          .further = {&tabPrivacy, &titleFilter}},
-        {.when = {},
-         .key = "urlFilter.defaultCase.titleFilter.defaultCase",
+        {.key = "urlFilter.defaultCase.titleFilter.defaultCase",
          .sentence = {&listElements, &targetContext, &urlFilter, &pageURL, &titleFilter, &pageTitle},
          .further = {&tabPrivacy}},
     });
@@ -75,10 +72,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeGetListOfTabs(const ActionServices& services) {
-  return std::make_unique<GetListOfTabs>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<GetListOfTabs>(const ActionServices&);
 
 } // namespace tabwright::actions

@@ -16,8 +16,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 using browserdata::BrowserWindowData;
 using browserdata::BrowserWindowEntity;
 
@@ -47,8 +45,7 @@ public:
          .key = "titleFilter.ignore",
          .sentence = {&listElements, &targetContext},
          .further = {&privacyFilter, &titleFilter, &visibilityFilter}},
-        {.when = {},
-         .key = "titleFilter.defaultCase",
+        {.key = "titleFilter.defaultCase",
          .sentence = {&listElements, &targetContext, &titleFilter, &title},
          .further = {&privacyFilter, &visibilityFilter}},
     });
@@ -99,10 +96,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeGetListOfWindows(const ActionServices& services) {
-  return std::make_unique<GetListOfWindows>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<GetListOfWindows>(const ActionServices&);
 
 } // namespace tabwright::actions

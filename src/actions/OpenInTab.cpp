@@ -10,8 +10,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class OpenInTab final : public TabAction {
   using TabSelection = OpenInTab_TabSelectionOption;
 
@@ -42,8 +40,7 @@ public:
          .key = "targetSelection.newTabInWindow",
          .sentence = {&newURL, &targetSelection, &targetWindow},
          .further = {&pauseAfterSucessInSeconds}},
-        {.when = {},
-         .key = "targetSelection.defaultCase",
+        {.key = "targetSelection.defaultCase",
          .sentence = {&newURL, &targetSelection, &targetContext},
          .further = {&pauseAfterSucessInSeconds}},
     });
@@ -85,10 +82,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeOpenInTab(const ActionServices& services) {
-  return std::make_unique<OpenInTab>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<OpenInTab>(const ActionServices&);
 
 } // namespace tabwright::actions

@@ -4,8 +4,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class ReloadTab final : public PageCommand {
   TabTarget tab{*this, services()};
   Parameter<PauseOption> pauseAfterSucessInSeconds{*this, shared::pauseAfterSucessInSeconds()};
@@ -22,10 +20,6 @@ private:
   [[nodiscard]] std::string scriptBody() const override { return pageJob(tab, "document.location.reload()"); }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeReloadTab(const ActionServices& services) {
-  return std::make_unique<ReloadTab>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<ReloadTab>(const ActionServices&);
 
 } // namespace tabwright::actions

@@ -9,7 +9,6 @@
 
 namespace tabwright {
 
-// Not in an unnamed namespace: coroutines are made over the type, and their frames would have linkage without it.
 namespace actions {
 
 struct AppleScriptPlaygroundData {
@@ -27,8 +26,6 @@ struct engine::JSONDecoding<actions::AppleScriptPlaygroundData> {
 
 namespace actions {
 
-namespace {
-
 class RunAppleScript final : public ScriptAction<AppleScriptPlaygroundData, std::string> {
   Parameter<engine::TargetContext> targetContext{*this, shared::targetContext(services())};
   Parameter<std::string> script{
@@ -40,7 +37,7 @@ public:
       : ScriptAction(services, "RunAppleScript", intents::tables::browsers, {.destroys = true}) {
     registerRuns(Registration::beforePreconditions);
     aimAt(targetContext);
-    summarise({{.when = {}, .key = "", .sentence = {&script, &targetContext}, .further = {}}});
+    summarise({{.sentence = {&script, &targetContext}}});
   }
 
 private:
@@ -60,11 +57,7 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeRunAppleScript(const ActionServices& services) {
-  return std::make_unique<RunAppleScript>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<RunAppleScript>(const ActionServices&);
 
 } // namespace actions
 

@@ -8,8 +8,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class RunJavascriptInTab final : public ScriptAction<std::vector<std::string>, std::vector<std::string>> {
   TabTarget tab{*this, services()};
   Parameter<std::string> jsCode{*this,
@@ -41,10 +39,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeRunJavascriptInTab(const ActionServices& services) {
-  return std::make_unique<RunJavascriptInTab>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<RunJavascriptInTab>(const ActionServices&);
 
 } // namespace tabwright::actions

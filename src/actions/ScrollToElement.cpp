@@ -6,8 +6,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class ScrollToElement final : public PageCommand {
   TabTarget tab{*this, services()};
   Parameter<std::string> cssSelector{*this, shared::cssSelector()};
@@ -33,10 +31,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeScrollToElement(const ActionServices& services) {
-  return std::make_unique<ScrollToElement>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<ScrollToElement>(const ActionServices&);
 
 } // namespace tabwright::actions

@@ -21,6 +21,8 @@ std::string escapeForTemplate(const std::string& text) {
   return escaped;
 }
 
+} // namespace
+
 class SetFormFieldValue final : public PageAttempt {
   TabTarget tab{*this, services()};
   Parameter<FormFieldSelectionOption> formFieldSelection{*this, shared::formFieldSelection()};
@@ -61,10 +63,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeSetFormFieldValue(const ActionServices& services) {
-  return std::make_unique<SetFormFieldValue>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<SetFormFieldValue>(const ActionServices&);
 
 } // namespace tabwright::actions

@@ -9,8 +9,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class SetFormFields final : public PageAttempt {
   using Selection = SetFormFields_FormFieldsSelectionOption;
 
@@ -58,10 +56,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeSetFormFields(const ActionServices& services) {
-  return std::make_unique<SetFormFields>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<SetFormFields>(const ActionServices&);
 
 } // namespace tabwright::actions

@@ -11,8 +11,8 @@ intents::LocalizedText generalKey(std::string_view parameter, std::string_view p
 
 // A parameter whose title and description have keys of the shared scheme.
 template <class T>
-intents::ParameterSpec<T> generalParameter(std::string_view name) {
-  intents::ParameterSpec<T> spec{.name = name};
+intents::ParameterSpec<T> generalParameter(std::string_view name, std::optional<T> defaultValue = {}) {
+  intents::ParameterSpec<T> spec{.name = name, .defaultValue = std::move(defaultValue)};
   spec.title = generalKey(name, "title");
   spec.description = generalKey(name, "description");
   return spec;
@@ -42,9 +42,7 @@ intents::ParameterSpec<engine::TargetContext> targetContext(const ActionServices
 }
 
 intents::ParameterSpec<TabSelectionOption> tabSelection() {
-  auto spec = generalParameter<TabSelectionOption>("tabSelection");
-  spec.defaultValue = TabSelectionOption::frontTab;
-  return spec;
+  return generalParameter<TabSelectionOption>("tabSelection", TabSelectionOption::frontTab);
 }
 
 intents::ParameterSpec<browserdata::BrowserTabEntity> targetTab() {
@@ -87,9 +85,7 @@ intents::ParameterSpec<std::string> cssSelector() {
 }
 
 intents::ParameterSpec<PauseOption> pauseAfterSucessInSeconds() {
-  auto spec = generalParameter<PauseOption>("pauseAfterSucessInSeconds");
-  spec.defaultValue = PauseOption::p00;
-  return spec;
+  return generalParameter<PauseOption>("pauseAfterSucessInSeconds", PauseOption::p00);
 }
 
 intents::ParameterSpec<FormFieldSelectionOption> formFieldSelection() {
@@ -101,15 +97,11 @@ intents::ParameterSpec<FormFieldSelectionOption> formFieldSelection() {
 }
 
 intents::ParameterSpec<bool> shouldFireChangeEvent() {
-  auto spec = generalParameter<bool>("shouldFireChangeEvent");
-  spec.defaultValue = false;
-  return spec;
+  return generalParameter<bool>("shouldFireChangeEvent", false);
 }
 
 intents::ParameterSpec<bool> shouldSubmitParentForm() {
-  auto spec = generalParameter<bool>("shouldSubmitParentForm");
-  spec.defaultValue = false;
-  return spec;
+  return generalParameter<bool>("shouldSubmitParentForm", false);
 }
 
 intents::TextInputOptions literalInput() {

@@ -14,7 +14,7 @@ std::vector<intents::SummaryRow> TabTarget::summary(const Fields& before, const 
            .key = "tabSelection.specificTab",
            .sentence = sentenceWith(targetTab),
            .further = further},
-          {.when = {}, .key = "tabSelection.defaultCase", .sentence = sentenceWith(targetContext), .further = further}};
+          {.key = "tabSelection.defaultCase", .sentence = sentenceWith(targetContext), .further = further}};
 }
 
 } // namespace tabwright::actions

@@ -9,8 +9,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class WaitForElement final : public ScriptAction<std::vector<std::string>, bool> {
   using Timeout = WaitForElement_TimeoutOption;
   using OnFailure = WaitForElement_OnFailureOption;
@@ -49,10 +47,6 @@ private:
   }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeWaitForElement(const ActionServices& services) {
-  return std::make_unique<WaitForElement>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<WaitForElement>(const ActionServices&);
 
 } // namespace tabwright::actions

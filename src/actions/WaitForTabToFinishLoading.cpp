@@ -8,8 +8,6 @@
 
 namespace tabwright::actions {
 
-namespace {
-
 class WaitForTabToFinishLoading final : public ScriptAction<bool, bool> {
   using ReadyState = WaitForTabToFinishLoading_DocumentReadyState;
 
@@ -46,10 +44,6 @@ private:
   [[nodiscard]] bool result(bool answer, const engine::TargetContext& /*browser*/) const override { return answer; }
 };
 
-} // namespace
-
-std::unique_ptr<ActionFrame> makeWaitForTabToFinishLoading(const ActionServices& services) {
-  return std::make_unique<WaitForTabToFinishLoading>(services);
-}
+template std::unique_ptr<ActionFrame> makeAction<WaitForTabToFinishLoading>(const ActionServices&);
 
 } // namespace tabwright::actions

@@ -19,6 +19,12 @@ CLI::Option* operand(CLI::App& command, const char* kind, Value& value, const ch
   return command.add_option(kind, value, description)->type_name("");
 }
 
+// Makes one choice when it is given.
+template <class Value>
+void flag(CLI::App& command, const char* word, Value& value, Value chosen, const char* description) {
+  command.add_flag_callback(word, [&value, chosen] { value = chosen; }, description);
+}
+
 // The words behind an action's name are read later. “--help” there means the action, so the command has no flag of
 // that name, and takes it for its own only when no action is named.
 void takeTheRest(CLI::App& command) {
@@ -75,14 +81,11 @@ void declareRun(CLI::App& program, Choices& choices) {
 
 void declareActions(CLI::App& program, Choices& choices) {
   CLI::App* actions = program.add_subcommand("actions", "List the actions, or show one in full");
-  operand(*actions, operands::action, choices.actionName, "The action to show");
+  operand(*actions, operands::action, choices.actions.name, "The action to show");
   actions->add_flag("--json", choices.isJson, "Print names, titles and JSON schemas");
-  actions->add_flag("--markdown", choices.isMarkdown, "Print the reference of all actions as Markdown");
+  actions->add_flag("--markdown", choices.actions.isReference, "Print the reference of all actions as Markdown");
   actions->callback([&choices] {
-    if (!choices.actionName.empty())
-      choices.actions.name = choices.actionName;
     choices.actions.output = choices.output();
-    choices.actions.isReference = choices.isMarkdown;
     choices.chosen = [&choices] { return app::actions(choices.actions); };
   });
 }
@@ -91,23 +94,17 @@ void declareAppleScript(CLI::App& program, Choices& choices) {
   CLI::App* script = program.add_subcommand("applescript", "Run an AppleScript and print its result in source form");
   operand(*script, operands::file, choices.appleScript.file, "The script; “-” reads standard input")->required();
   operand(*script, "ARGUMENT", choices.appleScript.arguments, "Passed to the script’s run handler as a list of texts");
-  script->add_flag("--check", choices.checks, "Only check the syntax; show every error with its place");
-  script->callback([&choices] {
-    if (choices.checks)
-      choices.appleScript.mode = AppleScriptCommand::Mode::check;
-    choices.chosen = [&choices] { return appleScript(choices.appleScript); };
-  });
+  flag(*script, "--check", choices.appleScript.mode, AppleScriptCommand::Mode::check,
+       "Only check the syntax; show every error with its place");
+  script->callback([&choices] { choices.chosen = [&choices] { return appleScript(choices.appleScript); }; });
 }
 
 void declareMarkdown(CLI::App& program, Choices& choices) {
   CLI::App* markdown = program.add_subcommand("markdown", "Convert HTML to Markdown, or to rich text");
   operand(*markdown, operands::file, choices.markdown.file, "The page; without it, or with “-”, standard input");
-  markdown->add_flag("--rtf", choices.isRichText, "Convert to Rich Text Format, for word processors");
-  markdown->callback([&choices] {
-    if (choices.isRichText)
-      choices.markdown.form = MarkdownCommand::Form::richText;
-    choices.chosen = [&choices] { return app::markdown(choices.markdown); };
-  });
+  flag(*markdown, "--rtf", choices.markdown.form, MarkdownCommand::Form::richText,
+       "Convert to Rich Text Format, for word processors");
+  markdown->callback([&choices] { choices.chosen = [&choices] { return app::markdown(choices.markdown); }; });
 }
 
 void declareWorkflow(CLI::App& program, Choices& choices) {
@@ -119,26 +116,21 @@ void declareWorkflow(CLI::App& program, Choices& choices) {
       ->type_name("NAME=VALUE")
       ->expected(1)
       ->take_all();
-  workflow->add_flag("--dry-run", choices.isDryRun, "Check the file and tell what would run");
-  workflow->callback([&choices] {
-    if (choices.isDryRun)
-      choices.workflow.mode = WorkflowCommand::Mode::dryRun;
-    choices.chosen = [&choices] { return app::workflow(choices.workflow); };
-  });
+  flag(*workflow, "--dry-run", choices.workflow.mode, WorkflowCommand::Mode::dryRun,
+       "Check the file and tell what would run");
+  workflow->callback([&choices] { choices.chosen = [&choices] { return app::workflow(choices.workflow); }; });
 }
 
 void declareBrowser(CLI::App& program, Choices& choices) {
   CLI::App* browser =
       program.add_subcommand("browser", "Start a browser to drive, with a profile of its own and remote debugging on");
   operand(*browser, operands::browser, choices.browser.browser, "chromium, chrome, edge, brave or vivaldi")->required();
-  operand(*browser, "ADDRESS", choices.address, "A page to open");
+  operand(*browser, "ADDRESS", choices.browser.address, "A page to open");
   browser->add_flag("--headless", choices.browser.isHeadless, "Without a window");
   browser->add_flag("--json", choices.isJson, "Print what was started as JSON");
   browser->footer(
       "Words behind “--” go to the browser as they are: its own switches, but for those that run a program.");
   browser->callback([&choices] {
-    if (!choices.address.empty())
-      choices.browser.address = choices.address;
     choices.browser.output = choices.output();
     choices.chosen = [&choices] { return app::browser(choices.browser); };
   });
@@ -157,9 +149,9 @@ void declareShells(CLI::App& program, Choices& choices) {
   completion->callback([&choices] { choices.chosen = [&choices] { return app::completion(choices.shell); }; });
 
   CLI::App* manual = program.add_subcommand("manual", "Print the manual page, for “man -l -”");
-  operand(*manual, operands::action, choices.actionName, "The one action to tell of; without it, all");
+  operand(*manual, operands::action, choices.manualAction, "The one action to tell of; without it, all");
   manual->callback([&choices, &program] {
-    choices.chosen = [&choices, &program] { return app::manual(program, choices.actionName); };
+    choices.chosen = [&choices, &program] { return app::manual(program, choices.manualAction); };
   });
 
   CLI::App* help = program.add_subcommand("help", "Show all commands, or one command or action in full");

@@ -15,20 +15,15 @@ namespace tabwright::app {
 struct Choices {
   std::string logLevel;
   bool isJson = false;
-  bool isMarkdown = false;
 
   RunCommand run;
   ScriptCommand script;
   ActionsCommand actions;
-  std::string actionName;
   AppleScriptCommand appleScript;
-  bool checks = false;
   MarkdownCommand markdown;
-  bool isRichText = false;
   WorkflowCommand workflow;
-  bool isDryRun = false;
   BrowserCommand browser;
-  std::string address;
+  std::string manualAction;
   std::string shell;
   std::string helpWord;
 

@@ -25,7 +25,7 @@ struct Hints {
 ///     class Greet : public Intent {
 ///     public:
 ///       Greet() : Intent("Greet", "Intents-Demo", {.readsOnly = true}) {
-///         summarise({{.key = "", .sentence = {&person}}});
+///         summarise({{.sentence = {&person}}});
 ///       }
 ///       ValueType resultType() const override { return ValueTraits<std::string>::type(); }
 ///       Parameter<std::string> person{*this, {.name = "person", .example = "Ann"}};

@@ -36,10 +36,10 @@ struct Dependence {
 
 /// One form of an action's summary.
 struct SummaryRow {
-  std::vector<SummaryCondition> when;         ///< all must hold; none stands for always
-  std::string key;                            ///< the last part of the sentence's key: "tabSelection.specificTab"
-  std::vector<const ParameterBase*> sentence; ///< stand in the sentence, as ${name}
-  std::vector<const ParameterBase*> further;  ///< shown beside it
+  std::vector<SummaryCondition> when{};         ///< all must hold; none stands for always
+  std::string key{};                            ///< the last part of the sentence's key: "tabSelection.specificTab"
+  std::vector<const ParameterBase*> sentence{}; ///< stand in the sentence, as ${name}
+  std::vector<const ParameterBase*> further{};  ///< shown beside it
 
   [[nodiscard]] bool shows(const ParameterBase& parameter) const;
 };

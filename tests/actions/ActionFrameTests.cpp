@@ -25,7 +25,7 @@ public:
     requireText(text);
     require([this] { bench_.steps.emplace_back("precondition"); });
     pauseAfterSuccess(pause);
-    summarise({{.when = {}, .key = "", .sentence = {&text}, .further = {}}});
+    summarise({{.sentence = {&text}}});
   }
   intents::ValueType resultType() const override { return intents::ValueTraits<std::string>::type(); }
 

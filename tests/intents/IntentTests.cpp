@@ -17,7 +17,7 @@ class Find final : public Intent {
 public:
   Find() : Intent("Find", "Intents-Demo", {}) {
     summarise({{.when = {is(filter, Filter::off)}, .key = "filter.off", .sentence = {&place}, .further = {&filter}},
-               {.when = {}, .key = "filter.defaultCase", .sentence = {&place, &filter, &text}, .further = {}}});
+               {.key = "filter.defaultCase", .sentence = {&place, &filter, &text}}});
   }
   ValueType resultType() const override { return {}; }
 
@@ -86,9 +86,7 @@ TEST(Intent, ARefusedValueLeavesTheOldOne) {
 
 TEST(Intent, ASummaryNeedsARowForEveryCase) {
   struct Open final : Intent {
-    Open() : Intent("Open", "", {}) {
-      summarise({{.when = {is(filter, Filter::on)}, .key = "", .sentence = {}, .further = {}}});
-    }
+    Open() : Intent("Open", "", {}) { summarise({{.when = {is(filter, Filter::on)}}}); }
     ValueType resultType() const override { return {}; }
     Parameter<Filter> filter{*this, {.name = "filter", .defaultValue = Filter::off}};
   };
