@@ -57,7 +57,7 @@ TEST_P(WindowEffects, CreateWindowMakesAPrivateWindow) {
   EXPECT_EQ(made.at("isPrivate"), true);
   EXPECT_EQ(front().mode, WindowMode::incognito);
   EXPECT_EQ(front().tabs.at(0).url, "https://n.test/");
-  EXPECT_EQ(world.desktop->deeds, isChromium() ? Commands{} : Commands{"choose 9 1/1"});
+  EXPECT_EQ(world.desktop->calls, isChromium() ? Commands{} : Commands{"choose 9 1/1"});
 }
 
 TEST_P(WindowEffects, CreateWindowWorksWithoutAWindow) {
