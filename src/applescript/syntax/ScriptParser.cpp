@@ -1,12 +1,14 @@
 #include "applescript/syntax/ScriptParser.h"
 
 #include "applescript/syntax/Children.h"
+#include "applescript/syntax/ParseExpressions.h"
+#include "applescript/syntax/ParseStatements.h"
 
 #include <fmt/core.h>
 
 #include <utility>
 
-// The parser's own tools: cursor, errors, ranges. What is parsed where: see ScriptParser.h.
+// Tools that the constructs share: lines, errors, ranges, the words of a `tell`.
 namespace tabwright::applescript {
 
 ParseResult parse(std::string source, const ApplicationDirectory& directory, const ParserLimits& limits) {
@@ -27,24 +29,23 @@ ParseResult parse(std::string source, const ApplicationDirectory& directory, con
 
 ScriptParser::ScriptParser(SyntaxTree& tree, TokenList& tokens, const ApplicationDirectory& directory,
                            const ParserLimits& limits)
-    : TokenCursor(tokens.tokens), tree_(tree), list_(tokens), directory_(directory), limits_(limits) {
-  tree_.terminologies.push_back(&languageTerminology());
+    : TokenCursor(tokens.tokens), tree(tree), directory(directory), list_(tokens), limits_(limits) {
+  tree.terminologies.push_back(&languageTerminology());
 }
 
 std::vector<ScriptError> ScriptParser::run() {
-  errors_ = std::move(list_.errors);
-  findLabelledHandlers();
+  errors = std::move(list_.errors);
   try {
-    tree_.body = parseScriptBody(true);
+    tree.body = parseScriptBody(*this);
   } catch (const EnoughErrors&) {
-    // What has been found is in errors_.
+    // What has been found stands in `errors`.
   }
-  std::ranges::sort(errors_, {}, [](const ScriptError& error) {
+  std::ranges::sort(errors, {}, [](const ScriptError& error) {
     return std::pair<std::size_t, std::string>(error.range()->offset, error.sentence());
   });
-  if (errors_.size() > limits_.errors)
-    errors_.erase(errors_.begin() + static_cast<std::ptrdiff_t>(limits_.errors), errors_.end());
-  return std::move(errors_);
+  if (errors.size() > limits_.errors)
+    errors.erase(errors.begin() + static_cast<std::ptrdiff_t>(limits_.errors), errors.end());
+  return std::move(errors);
 }
 
 ScriptParser::Nesting::Nesting(ScriptParser& parser) : parser_(parser) {
@@ -56,7 +57,71 @@ ScriptParser::Nesting::Nesting(ScriptParser& parser) : parser_(parser) {
   ++parser_.depth_;
 }
 
-// --------------------------------------------------------------------- cursor
+ScriptParser::Inside::Inside(ScriptParser& parser, const Expression* target) : scope_(parser.scope) {
+  if (target && (target->kind == Expression::Kind::me || target->kind == Expression::Kind::currentApplication))
+    scope_.enterOwnTell();
+  else
+    scope_.enterTell(parser.terminologyOf(target));
+}
+
+Block ScriptParser::parseLines(bool (*isEnd)(const ScriptParser&), StatementPointer (*parse)(ScriptParser&)) {
+  Block block;
+  while (true) {
+    while (token().kind == Token::Kind::lineEnd)
+      advance();
+    if (isEnd(*this))
+      return block;
+    startLine();
+    parseLine([&] {
+      block.push_back(parse(*this));
+      requireLineEnd();
+    });
+  }
+}
+
+void ScriptParser::startLine() {
+  activeCommands.clear(); // an error may have left some
+  std::vector<const Terminology*> mentioned;
+  while (nextMention_ < list_.mentions.size() && list_.mentions[nextMention_].firstOfLine <= position()) {
+    const TokenList::Mention& mention = list_.mentions[nextMention_++];
+    const std::string_view name = all()[mention.name].text;
+    const Terminology* terminology = mention.isID ? directory.terminologyByID(name) : directory.terminologyByName(name);
+    if (terminology && mention.firstOfLine == position())
+      mentioned.push_back(terminology);
+    if (terminology && std::ranges::find(tree.terminologies, terminology) == tree.terminologies.end())
+      tree.terminologies.push_back(terminology);
+  }
+  scope.startLine(std::move(mentioned));
+}
+
+const Terminology* ScriptParser::terminologyOf(const Expression* expression) const {
+  while (expression) {
+    switch (expression->kind) {
+    case Expression::Kind::property:
+      expression = static_cast<const PropertyAccess*>(expression)->container.get();
+      break;
+    case Expression::Kind::element:
+      expression = static_cast<const ElementAccess*>(expression)->container.get();
+      break;
+    case Expression::Kind::parenthesized:
+      expression = static_cast<const Parenthesized*>(expression)->inner.get();
+      break;
+    case Expression::Kind::application: {
+      const auto& reference = static_cast<const ApplicationReference&>(*expression);
+      if (reference.designation->kind != Expression::Kind::literal)
+        return nullptr;
+      const auto* name = static_cast<const Literal&>(*reference.designation).value.text();
+      if (!name)
+        return nullptr;
+      return reference.by == ApplicationReference::By::id ? directory.terminologyByID(*name)
+                                                          : directory.terminologyByName(*name);
+    }
+    default: // a target that only the run knows
+      return nullptr;
+    }
+  }
+  return nullptr;
+}
 
 void ScriptParser::require(Keyword keyword) {
   if (!accept(keyword))
@@ -75,10 +140,8 @@ void ScriptParser::requireLineEnd() {
     fail("end of line");
 }
 
-// --------------------------------------------------------------------- errors
-
 std::string ScriptParser::describeFound() const {
-  if (const auto matches = scope_.match(rest()); !matches.empty() && !isVariableDespite(matches))
+  if (const auto matches = scope.match(rest()); !matches.empty() && !isVariableDespite(*this, matches))
     return std::string(describe(matches.front()));
   return describe(token());
 }
@@ -92,23 +155,17 @@ void ScriptParser::report(ScriptError error) {
   if (place == lastErrorAt_) // one mistake shows in several ways
     return;
   lastErrorAt_ = place;
-  errors_.push_back(std::move(error));
-  if (errors_.size() >= limits_.errors)
+  errors.push_back(std::move(error));
+  if (errors.size() >= limits_.errors)
     throw EnoughErrors();
 }
-
-// ---------------------------------------------------------------------- nodes
 
 void ScriptParser::setRange(Expression& node, std::size_t startOffset) {
   node.range = rangeFrom(startOffset);
   updateHeight(node);
 }
 
-void ScriptParser::setRange(Statement& node, std::size_t startOffset) const {
-  node.range = rangeFrom(startOffset);
-}
-
-void ScriptParser::updateHeight(Expression& node) {
+void ScriptParser::updateHeight(Expression& node) const {
   std::uint32_t below = 0;
   forEachChild(node, [&](const Expression& child) { below = std::max(below, child.height); });
   node.height = below + 1;
