@@ -52,8 +52,7 @@ TEST(ParserDictionaries, LeaveGeneralWordsWhereTheTargetIsKnownAtRunTimeOnly) {
 
 TEST(ParserDictionaries, LetVariablesHaveTheirWordsOutsideOfTells) {
   for (const auto& [source, expected] : std::vector<ParserCase>{
-           {"repeat with URL in xs\nlog URL\nend repeat",
-            "repeat-items URL in xs\n  (command log'ascrcmnt' direct URL)"},
+           {"repeat with URL in xs\nlog URL\nend repeat", "repeat URL in xs\n  (command log'ascrcmnt' direct URL)"},
            {"set index to 3\nset x to item index of xs", "set index := 3\nset x := (index item'cobj' at index of xs)"},
            {"set tab to 1\nlog tab & return", "set tab := 1\n(command log'ascrcmnt' direct (& tab return))"},
            {"on f(name)\nname & name of x\nend f", "on f name\n  (& name (property name'pnam' of x))"},

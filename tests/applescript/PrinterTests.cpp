@@ -1,4 +1,5 @@
 #include "applescript/ParserTestSupport.h"
+#include "applescript/syntax/Printer.h"
 #include "support/SourceFolder.h"
 #include "support/Texts.h"
 
@@ -10,7 +11,7 @@
 namespace tabwright::applescript::test {
 namespace {
 
-/// Parses, prints, parses again; the trees must be equal. Gives what was printed.
+/// Parses, prints, parses again; the second print must be the first. Gives what was printed.
 std::string roundTrip(const std::string& source) {
   const SyntaxDictionaries dictionaries;
   const ParseResult first = parse(source, dictionaries);
@@ -24,7 +25,6 @@ std::string roundTrip(const std::string& source) {
     ADD_FAILURE() << again.errors.front().errorDescription() << "\n" << printed;
     return printed;
   }
-  EXPECT_EQ(dump(*again.tree), dump(*first.tree)) << printed;
   EXPECT_EQ(print(*again.tree), printed);
   return printed;
 }

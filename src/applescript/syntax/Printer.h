@@ -10,7 +10,4 @@ namespace tabwright::applescript {
 /// round trip that tests rely on. Comments are not kept.
 [[nodiscard]] std::string print(const SyntaxTree& tree);
 
-/// The structure of a tree as text, without ranges: what two trees are compared by in tests.
-[[nodiscard]] std::string dump(const SyntaxTree& tree);
-
 } // namespace tabwright::applescript
