@@ -49,10 +49,9 @@ Value withoutRing(Value value, const void* holder) {
 }
 
 bool sameVariable(const Variable& left, const Expression& right) {
-  if (right.kind != Expression::Kind::variable || left.place == Variable::Place::result)
-    return false;
-  const auto& other = static_cast<const Variable&>(right);
-  return left.place == other.place && left.slot == other.slot && left.scriptDepth == other.scriptDepth;
+  const auto* other = as<Variable>(right);
+  return other && left.place != Variable::Place::result && left.place == other->place && left.slot == other->slot &&
+         left.scriptDepth == other->scriptDepth;
 }
 
 bool joinsToText(const Value& value) {
@@ -62,10 +61,10 @@ bool joinsToText(const Value& value) {
 bool appendInPlace(Evaluator& run, const Variable& variable, const Expression& value) {
   std::vector<const Expression*> parts;
   const Expression* first = &withoutParentheses(value);
-  while (first->kind == Expression::Kind::binary &&
-         static_cast<const Binary*>(first)->op == Binary::Operator::concatenate) {
-    parts.push_back(static_cast<const Binary*>(first)->right.get());
-    first = &withoutParentheses(*static_cast<const Binary*>(first)->left);
+  for (const auto* binary = as<Binary>(*first); binary && binary->op == Binary::Operator::concatenate;
+       binary = as<Binary>(*first)) {
+    parts.push_back(binary->right.get());
+    first = &withoutParentheses(*binary->left);
   }
   if (parts.empty() || !sameVariable(variable, *first))
     return false;
@@ -209,9 +208,7 @@ void assignPattern(Evaluator& run, const std::vector<ExpressionPointer>& targets
 } // namespace
 
 void assign(Evaluator& run, const Assignment& statement) {
-  const auto* variable = statement.target->kind == Expression::Kind::variable
-                             ? static_cast<const Variable*>(statement.target.get())
-                             : nullptr;
+  const auto* variable = as<Variable>(std::as_const(*statement.target));
   const bool isCopy = statement.form == Assignment::Form::copy;
   if (variable && !isCopy && appendInPlace(run, *variable, *statement.value)) {
     run.frame->setResult(*variable);

@@ -24,19 +24,17 @@ bool isTextClass(const Value& type) {
 
 /// The value, or nothing where a record is to become a text. Other failures are thrown.
 std::optional<Value> attempt(Evaluator& run, const Expression& expression) {
-  if (expression.kind == Expression::Kind::coercion) {
-    const auto& coercion = static_cast<const Coercion&>(expression);
-    const Value value = run.operand(*coercion.operand);
-    const Value type = run.operand(*coercion.type);
+  if (const auto* coercion = as<Coercion>(expression)) {
+    const Value value = run.operand(*coercion->operand);
+    const Value type = run.operand(*coercion->type);
     if (value.is<Value::RecordPointer>() && isTextClass(type))
       return std::nullopt;
     return coerced(run, value, type);
   }
-  if (expression.kind != Expression::Kind::binary)
-    return run.evaluateOptional(expression);
-  const auto& binary = static_cast<const Binary&>(expression);
+  const auto* binary = as<Binary>(expression);
   using Operator = Binary::Operator;
-  if (binary.op != Operator::logicalAnd && binary.op != Operator::equal && binary.op != Operator::notEqual)
+  if (!binary ||
+      (binary->op != Operator::logicalAnd && binary->op != Operator::equal && binary->op != Operator::notEqual))
     return run.evaluateOptional(expression);
   const auto attempted = [&run](const Expression& side) {
     std::optional<Value> value = attempt(run, side);
@@ -44,17 +42,17 @@ std::optional<Value> attempt(Evaluator& run, const Expression& expression) {
       throw errors::noResult();
     return value;
   };
-  const std::optional<Value> left = attempted(*binary.left);
+  const std::optional<Value> left = attempted(*binary->left);
   if (!left)
     return std::nullopt;
-  if (binary.op == Operator::logicalAnd && !booleanOf(run.plain(*left)))
+  if (binary->op == Operator::logicalAnd && !booleanOf(run.plain(*left)))
     return Value(false);
-  const std::optional<Value> right = attempted(*binary.right);
+  const std::optional<Value> right = attempted(*binary->right);
   if (!right)
     return std::nullopt;
-  if (binary.op == Operator::logicalAnd)
+  if (binary->op == Operator::logicalAnd)
     return Value(booleanOf(run.plain(*right)));
-  return Value(isEqual(run, *left, *right) == (binary.op == Operator::equal));
+  return Value(isEqual(run, *left, *right) == (binary->op == Operator::equal));
 }
 
 } // namespace

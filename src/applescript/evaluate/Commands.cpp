@@ -37,8 +37,8 @@ Value count(Evaluator& run, const Command& command) {
       elementClass = run.operand(*expression);
   }
   const Expression& direct = withoutParentheses(*command.direct);
-  if (!elementClass && direct.kind == Expression::Kind::element)
-    return countElements(run, static_cast<const ElementAccess&>(direct));
+  if (const auto* element = as<ElementAccess>(direct); element && !elementClass)
+    return countElements(run, *element);
   const Value value = run.evaluate(direct, Mode::designation);
   if (!elementClass)
     return countOf(run, value);

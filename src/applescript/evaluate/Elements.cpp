@@ -34,7 +34,8 @@ std::string textFromCodePoints(const Value& value) {
 }
 
 bool isEnd(const ExpressionPointer& key) {
-  return key && key->kind == Expression::Kind::element && !static_cast<const ElementAccess&>(*key).container;
+  const auto* element = key ? as<ElementAccess>(*key) : nullptr;
+  return element && !element->container;
 }
 
 // Forms that name a value whatever the target is: `date "2026-01-31"`, `character id 65`.

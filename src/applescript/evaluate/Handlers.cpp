@@ -173,14 +173,14 @@ Value callHandler(Evaluator& run, const HandlerCall& call) {
 }
 
 Value continueCall(Evaluator& run, const ContinueStatement& statement) {
-  if (statement.call->kind != Expression::Kind::handlerCall)
+  const auto* call = as<HandlerCall>(*statement.call);
+  if (!call)
     return run.evaluateOptional(*statement.call);
-  const auto& call = static_cast<const HandlerCall&>(*statement.call);
   const auto* parent = run.frame->owner->parent.get<Value::ScriptPointer>();
-  const FoundHandler found = parent ? findHandler(*parent, call.foldedName) : FoundHandler{};
+  const FoundHandler found = parent ? findHandler(*parent, call->foldedName) : FoundHandler{};
   if (!found.definition)
-    throw errors::cannotContinue(call.name);
-  return invoke(run, found, run.frame->self, argumentsOf(run, call), call.name);
+    throw errors::cannotContinue(call->name);
+  return invoke(run, found, run.frame->self, argumentsOf(run, *call), call->name);
 }
 
 std::shared_ptr<ScriptObject> instantiate(Evaluator& run, const ScriptLayout& layout,

@@ -28,16 +28,12 @@ const Value& TestBuilder::objectUnderTest() {
 std::shared_ptr<const SpecifierTest> TestBuilder::build(const Expression& expression) const {
   if (stack_.isExhausted())
     throw errors::stackOverflow();
-  if (expression.kind == Expression::Kind::parenthesized)
-    return build(*static_cast<const Parenthesized&>(expression).inner);
-  if (expression.kind == Expression::Kind::unary) {
-    const auto& unary = static_cast<const Unary&>(expression);
-    if (unary.op == Unary::Operator::logicalNot)
-      return negation(build(*unary.operand));
-  }
-  if (expression.kind == Expression::Kind::binary)
-    return buildBinary(static_cast<const Binary&>(expression));
-  return isTrue(expression);
+  if (const auto* brackets = as<Parenthesized>(expression))
+    return build(*brackets->inner);
+  if (const auto* unary = as<Unary>(expression); unary && unary->op == Unary::Operator::logicalNot)
+    return negation(build(*unary->operand));
+  const auto* binary = as<Binary>(expression);
+  return binary ? buildBinary(*binary) : isTrue(expression);
 }
 
 std::shared_ptr<const SpecifierTest> TestBuilder::isTrue(const Expression& expression) const {

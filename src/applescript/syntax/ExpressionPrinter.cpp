@@ -48,8 +48,7 @@ std::string_view ordinalEnding(std::int64_t number) {
 
 /// A key that can't stand directly behind a class.
 bool isReferenceKey(const Expression& key) {
-  return key.kind == Expression::Kind::element || key.kind == Expression::Kind::property ||
-         key.kind == Expression::Kind::message || key.kind == Expression::Kind::handlerCall;
+  return as<ElementAccess>(key) || as<PropertyAccess>(key) || as<ObjectiveCMessage>(key) || as<HandlerCall>(key);
 }
 
 } // namespace
@@ -199,9 +198,9 @@ ExpressionPrinter::Parts ExpressionPrinter::joined(std::string member, const Exp
     return {std::move(member), {}};
   if (joint != Joint::possessive)
     return {std::move(member), (joint == Joint::of ? " of " : " in ") + print(*container)};
-  if (container->kind == Expression::Kind::it)
+  if (as<It>(*container))
     return {"its " + member, {}};
-  if (container->kind == Expression::Kind::me)
+  if (as<Me>(*container))
     return {"my " + member, {}};
   Parts pieces = parts(*container);
   pieces.head += "'s " + member;

@@ -82,8 +82,8 @@ void parseRepeatHeader(ScriptParser& p, Repeat& repeat) {
 
 // Words of an application that isn't there can't be known: that is the mistake, ahead of those in the body.
 void explainByUnknownApplication(ScriptParser& p, const Expression* target, std::size_t firstError) {
-  if (!target || target->kind != Expression::Kind::application || p.terminologyOf(target) ||
-      static_cast<const ApplicationReference&>(*target).designation->kind != Expression::Kind::literal)
+  const auto* application = target ? as<ApplicationReference>(*target) : nullptr;
+  if (!application || !as<Literal>(*application->designation) || p.terminologyOf(target))
     return;
   const std::string_view words = std::string_view(p.tree.source).substr(target->range.offset, target->range.length);
   p.errors.insert(p.errors.begin() + static_cast<std::ptrdiff_t>(firstError),

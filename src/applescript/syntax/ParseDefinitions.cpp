@@ -232,13 +232,13 @@ void checkDuplicates(ScriptParser& p, const Block& body, bool isWhole) {
   FoldedNames properties;
   const Statement* firstStatement = nullptr;
   for (const auto& statement : body) {
-    if (statement->kind == Statement::Kind::handler) {
-      const auto& name = static_cast<const HandlerDefinition&>(*statement).name;
+    if (const auto* handler = as<HandlerDefinition>(*statement)) {
+      const auto& name = handler->name;
       if (!name.empty() && !handlers.insert(name).second)
         p.report(syntaxError(errorNumber::duplicateHandler,
                              fmt::format("The handler {} is specified more than once.", name), statement->range));
-    } else if (statement->kind == Statement::Kind::property) {
-      const auto& name = static_cast<const PropertyDefinition&>(*statement).name.name;
+    } else if (const auto* property = as<PropertyDefinition>(*statement)) {
+      const auto& name = property->name.name;
       if (!name.empty() && !properties.insert(name).second)
         p.report(syntaxError(errorNumber::duplicateProperty,
                              fmt::format("The property {} is specified more than once.", name), statement->range));

@@ -38,10 +38,9 @@ std::optional<FoundClass> acceptClass(ScriptParser& p) {
   if (p.token().kind == Token::Kind::raw && p.token().text.starts_with("«class ")) {
     const std::size_t before = p.position();
     ExpressionPointer literal = parseRaw(p);
-    if (literal->kind == Expression::Kind::literal) {
-      if (const auto* name = static_cast<const Literal&>(*literal).value.get<Value::ClassPointer>())
-        return FoundClass{**name, false};
-    }
+    const auto* found = as<Literal>(*literal);
+    if (const auto* name = found ? found->value.get<Value::ClassPointer>() : nullptr)
+      return FoundClass{**name, false};
     p.moveTo(before);
     return std::nullopt;
   }

@@ -100,7 +100,7 @@ ExpressionPointer parseBinary(ScriptParser& p, Precedence lowest) {
   ExpressionPointer left = parseOperand(p, lowest);
   const std::size_t start = left->range.offset;
   while (!isStopped(p)) {
-    const bool isSimple = left->kind != Expression::Kind::binary && left->kind != Expression::Kind::unary;
+    const bool isSimple = !as<Binary>(*left) && !as<Unary>(*left);
     const OperatorMatch match = matchOperator(p.rest(), isSimple ? OperatorRows::all : OperatorRows::withoutStates);
     if (!match.row || match.row->precedence < lowest)
       break;
@@ -138,12 +138,11 @@ ExpressionPointer parseSigned(ScriptParser& p) {
   if (!isMinus)
     p.accept(Symbol::plus);
   ExpressionPointer operand = p.at(Symbol::minus) || p.at(Symbol::plus) ? parseSigned(p) : parseChain(p);
-  if (isMinus && operand->kind == Expression::Kind::literal) {
-    const Value& value = static_cast<const Literal&>(*operand).value;
-    const auto* integer = value.get<std::int64_t>();
-    const auto* real = value.get<double>();
+  if (const auto* literal = as<Literal>(*operand); literal && isMinus) {
+    const auto* integer = literal->value.get<std::int64_t>();
+    const auto* real = literal->value.get<double>();
     const bool isSigned = (integer && *integer < 0) || (real && std::signbit(*real));
-    if ((integer || real) && !isSigned && static_cast<const Literal&>(*operand).words.empty())
+    if ((integer || real) && !isSigned && literal->words.empty())
       return p.finish(std::make_unique<Literal>(integer ? Value(-*integer) : Value(-*real)), start);
   }
   auto unary = std::make_unique<Unary>();

@@ -13,28 +13,12 @@ namespace tabwright::applescript {
 namespace {
 
 bool picksFromSeveral(const Expression& node) {
-  if (node.kind != Expression::Kind::element)
+  using Form = ElementAccess::Form;
+  const auto* element = as<ElementAccess>(node);
+  if (!element || element->test)
     return false;
-  const auto& element = static_cast<const ElementAccess&>(node);
-  if (element.test)
-    return false;
-  switch (element.form) {
-  case ElementAccess::Form::every:
-  case ElementAccess::Form::first:
-  case ElementAccess::Form::last:
-  case ElementAccess::Form::some:
-  case ElementAccess::Form::middle:
-    return true;
-  case ElementAccess::Form::index:
-    return element.isOrdinal;
-  case ElementAccess::Form::name:
-  case ElementAccess::Form::id:
-  case ElementAccess::Form::range:
-  case ElementAccess::Form::before:
-  case ElementAccess::Form::after:
-    return false;
-  }
-  return false;
+  return element->form == Form::every || element->form == Form::first || element->form == Form::last ||
+         element->form == Form::some || element->form == Form::middle || element->isOrdinal;
 }
 
 /// The places of a node's container and of its joint; null for a node that takes none.
@@ -65,16 +49,16 @@ ContainerSlot slotOf(Expression& node) {
 
 /// The name that a node with a container becomes when it is a variable, a class or a constant: `text of x`.
 std::optional<Label> labelOf(const Expression& node) {
-  if (node.kind == Expression::Kind::variable)
-    return Label{0, static_cast<const Variable&>(node).name};
-  if (node.kind != Expression::Kind::literal)
+  if (const auto* variable = as<Variable>(node))
+    return Label{0, variable->name};
+  const auto* literal = as<Literal>(node);
+  if (!literal)
     return std::nullopt;
-  const auto& literal = static_cast<const Literal&>(node);
-  if (const auto* name = literal.value.get<Value::ClassPointer>())
+  if (const auto* name = literal->value.get<Value::ClassPointer>())
     return Label{(*name)->code, (*name)->words};
-  if (const auto* constant = literal.value.get<Value::EnumeratorPointer>())
+  if (const auto* constant = literal->value.get<Value::EnumeratorPointer>())
     return Label{0, (*constant)->words};
-  return literal.words.empty() ? std::nullopt : std::optional(Label{0, literal.words});
+  return literal->words.empty() ? std::nullopt : std::optional(Label{0, literal->words});
 }
 
 /// The innermost end of a reference takes a container.
@@ -95,8 +79,8 @@ void attach(ScriptParser& p, ExpressionPointer& node, ExpressionPointer containe
     *slot.container = std::move(container);
     if (slot.joint)
       *slot.joint = joint;
-    if (node->kind == Expression::Kind::handlerCall)
-      static_cast<HandlerCall&>(*node).target = HandlerCall::Target::object;
+    if (auto* call = as<HandlerCall>(*node))
+      call->target = HandlerCall::Target::object;
   } else if (auto label = labelOf(*node)) {
     auto access = std::make_unique<PropertyAccess>();
     access->range = node->range;
@@ -164,8 +148,7 @@ void parseTest(ScriptParser& p, ExpressionPointer& node) {
   Expression* picked = node.get();
   while (picked && !picksFromSeveral(*picked)) {
     around.push_back(picked);
-    const bool isReference = picked->kind == Expression::Kind::property || picked->kind == Expression::Kind::element;
-    picked = isReference ? slotOf(*picked).container->get() : nullptr;
+    picked = as<PropertyAccess>(*picked) || as<ElementAccess>(*picked) ? slotOf(*picked).container->get() : nullptr;
   }
   if (!picked)
     return;
@@ -217,7 +200,11 @@ ExpressionPointer parseMemberOf(ScriptParser& p, Expression::Kind owner) {
   p.advance();
   const Token& name = p.token();
   const bool isMy = owner == Expression::Kind::me;
-  auto container = std::make_unique<SimpleExpression>(owner);
+  ExpressionPointer container;
+  if (isMy)
+    container = std::make_unique<Me>();
+  else
+    container = std::make_unique<It>();
   container->range = p.previous().range;
   if (isMy && name.isName() && p.token(1).is(Symbol::openParenthesis)) {
     p.advance();
@@ -226,9 +213,8 @@ ExpressionPointer parseMemberOf(ScriptParser& p, Expression::Kind owner) {
     return call;
   }
   ExpressionPointer member = parseMember(p);
-  if (isMy && member->kind == Expression::Kind::handlerCall &&
-      static_cast<const HandlerCall&>(*member).target == HandlerCall::Target::implicit) {
-    static_cast<HandlerCall&>(*member).target = HandlerCall::Target::me;
+  if (auto* call = as<HandlerCall>(*member); call && isMy && call->target == HandlerCall::Target::implicit) {
+    call->target = HandlerCall::Target::me;
   } else {
     if (!canAttach(*member))
       throw expectedError("variable name or property", describe(name), name);

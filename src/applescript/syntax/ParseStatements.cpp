@@ -94,11 +94,11 @@ ExpressionPointer parseTarget(ScriptParser& p) {
     return parseBinding(p);
 
   ExpressionPointer target = parseChain(p);
-  while (target->kind == Expression::Kind::parenthesized)
-    target = std::move(static_cast<Parenthesized&>(*target).inner);
+  while (auto* brackets = as<Parenthesized>(*target))
+    target = std::move(brackets->inner);
   requireTarget(p, *target, first);
   const Token& last = p.previous(); // its text lives as long as the parse; the node's may not
-  if (target->kind == Expression::Kind::variable && last.kind != Token::Kind::symbol)
+  if (as<Variable>(*target) && last.kind != Token::Kind::symbol)
     p.scope.bind(last.text);
   return target;
 }
@@ -138,7 +138,7 @@ StatementPointer parseReturn(ScriptParser& p) {
 
 StatementPointer parseExit(ScriptParser& p) {
   const std::size_t start = p.offset();
-  auto statement = std::make_unique<SimpleStatement>(Statement::Kind::exitRepeat);
+  auto statement = std::make_unique<ExitRepeat>();
   if (p.repeats == 0)
     throw syntaxError(errorNumber::syntaxError, "Can’t exit from a repeat here: there is none around.",
                       p.token().range);
@@ -153,13 +153,13 @@ StatementPointer parseContinue(ScriptParser& p) {
   p.advance();
   const Token& first = p.token();
   statement->call = parseExpression(p);
-  if (statement->call->kind == Expression::Kind::variable) {
+  if (const auto* name = as<Variable>(*statement->call)) {
     // `continue idle`-like calls of a handler without parameters.
     auto call = std::make_unique<HandlerCall>();
-    call->name = static_cast<const Variable&>(*statement->call).name;
+    call->name = name->name;
     statement->call = p.finish(std::move(call), first.range.offset);
-  } else if (statement->call->kind != Expression::Kind::handlerCall &&
-             statement->call->kind != Expression::Kind::command && statement->call->kind != Expression::Kind::message) {
+  } else if (!as<HandlerCall>(*statement->call) && !as<Command>(*statement->call) &&
+             !as<ObjectiveCMessage>(*statement->call)) {
     throw expectedError("identifier or command name", describe(first), first);
   }
   return p.finish(std::move(statement), start);

@@ -58,7 +58,7 @@ ScriptParser::Nesting::Nesting(ScriptParser& parser) : parser_(parser) {
 }
 
 ScriptParser::Inside::Inside(ScriptParser& parser, const Expression* target) : scope_(parser.scope) {
-  if (target && (target->kind == Expression::Kind::me || target->kind == Expression::Kind::currentApplication))
+  if (target && (as<Me>(*target) || as<CurrentApplication>(*target)))
     scope_.enterOwnTell();
   else
     scope_.enterTell(parser.terminologyOf(target));
@@ -95,32 +95,21 @@ void ScriptParser::startLine() {
 }
 
 const Terminology* ScriptParser::terminologyOf(const Expression* expression) const {
-  while (expression) {
-    switch (expression->kind) {
-    case Expression::Kind::property:
-      expression = static_cast<const PropertyAccess*>(expression)->container.get();
-      break;
-    case Expression::Kind::element:
-      expression = static_cast<const ElementAccess*>(expression)->container.get();
-      break;
-    case Expression::Kind::parenthesized:
-      expression = static_cast<const Parenthesized*>(expression)->inner.get();
-      break;
-    case Expression::Kind::application: {
-      const auto& reference = static_cast<const ApplicationReference&>(*expression);
-      if (reference.designation->kind != Expression::Kind::literal)
-        return nullptr;
-      const auto* name = static_cast<const Literal&>(*reference.designation).value.text();
-      if (!name)
-        return nullptr;
-      return reference.by == ApplicationReference::By::id ? directory.terminologyByID(*name)
-                                                          : directory.terminologyByName(*name);
-    }
-    default: // a target that only the run knows
-      return nullptr;
-    }
-  }
-  return nullptr;
+  if (!expression)
+    return nullptr;
+  if (const auto* property = as<PropertyAccess>(*expression))
+    return terminologyOf(property->container.get());
+  if (const auto* element = as<ElementAccess>(*expression))
+    return terminologyOf(element->container.get());
+  if (const auto* brackets = as<Parenthesized>(*expression))
+    return terminologyOf(brackets->inner.get());
+  const auto* application = as<ApplicationReference>(*expression);
+  const auto* literal = application ? as<Literal>(*application->designation) : nullptr;
+  const std::string* name = literal ? literal->value.text() : nullptr;
+  if (!name)
+    return nullptr; // a target that only the run knows
+  return application->by == ApplicationReference::By::id ? directory.terminologyByID(*name)
+                                                         : directory.terminologyByName(*name);
 }
 
 void ScriptParser::require(Keyword keyword) {

@@ -13,10 +13,11 @@ namespace tabwright::applescript {
 
 namespace {
 
-ExpressionPointer parseSimple(ScriptParser& p, Expression::Kind kind, std::size_t words) {
+template <class Node>
+ExpressionPointer parseWords(ScriptParser& p, std::size_t words) {
   const std::size_t start = p.offset();
   p.advance(words);
-  return p.finish(std::make_unique<SimpleExpression>(kind), start);
+  return p.finish(std::make_unique<Node>(), start);
 }
 
 } // namespace
@@ -35,8 +36,8 @@ const WordRule& ruleFor(Keyword word) {
       {K::true_, always, [](P& p) { return makeLiteral(p, Value(true), 1); }},
       {K::false_, always, [](P& p) { return makeLiteral(p, Value(false), 1); }},
       {K::return_, always, [](P& p) { return makeLiteral(p, Value("\r"), 1, "return"); }, parseReturn},
-      {K::me, always, [](P& p) { return parseSimple(p, Expression::Kind::me, 1); }},
-      {K::it, always, [](P& p) { return parseSimple(p, Expression::Kind::it, 1); }},
+      {K::me, always, [](P& p) { return parseWords<Me>(p, 1); }},
+      {K::it, always, [](P& p) { return parseWords<It>(p, 1); }},
       {K::my, always, [](P& p) { return parseMemberOf(p, Expression::Kind::me); }},
       {K::its, always, [](P& p) { return parseMemberOf(p, Expression::Kind::it); }},
       {K::the, always, parseThe},
@@ -57,7 +58,7 @@ const WordRule& ruleFor(Keyword word) {
       {K::app, asTerm, parseApplication},
       {K::current, asTerm,
        [](P& p) {
-         return p.token(1).is(K::application) ? parseSimple(p, Expression::Kind::currentApplication, 2) : E();
+         return p.token(1).is(K::application) ? parseWords<CurrentApplication>(p, 2) : E();
        }},
       {K::number, asTerm, [](P& p) { return p.token(1).is(K::of) ? parseCount(p, 1) : E(); }}, // like `count of`
 
