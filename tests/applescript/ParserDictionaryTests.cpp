@@ -15,9 +15,9 @@ std::string inside(const std::string& application, const std::string& line) {
 }
 
 TEST(ParserDictionaries, GiveTestsToTheOutermostPick) {
-  EXPECT_EQ(
-      inside("Google Chrome", "URL of first tab of front window where its mode is x"),
-      "(property URL'URL ' of (first tab'CrTb' whose (= (property mode'mode' of it) x) of (first window'cwin')))");
+  EXPECT_EQ(inside("Google Chrome", "URL of first tab of front window where its mode is x"),
+            "(property URL'URL ' of (index tab'CrTb' at 1 whose (= (property mode'mode' of it) x) of (index "
+            "window'cwin' at 1)))");
   EXPECT_EQ(inside("Google Chrome", "third tab whose (loading) of w"),
             "(index tab'CrTb' at 3 whose (brackets (property loading'ldng')) of w)");
 }
@@ -46,7 +46,7 @@ TEST(ParserDictionaries, GiveWordsToLinesThatNameTheirApplication) {
 
 TEST(ParserDictionaries, LeaveGeneralWordsWhereTheTargetIsKnownAtRunTimeOnly) {
   EXPECT_EQ(parsed("tell application id bundleID\nset tmp to id of first window\nset n to title\nactivate\nend tell"),
-            "tell (application-id bundleID)\n  set tmp := (property id'ID  ' of (first window'cwin'))\n"
+            "tell (application-id bundleID)\n  set tmp := (property id'ID  ' of (index window'cwin' at 1))\n"
             "  set n := title\n  (command activate'miscactv')");
 }
 

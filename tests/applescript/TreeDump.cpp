@@ -2,7 +2,6 @@
 
 #include "applescript/syntax/Children.h"
 #include "applescript/syntax/ConsideringWords.h"
-#include "applescript/syntax/ElementForm.h"
 #include "applescript/syntax/Operators.h"
 #include "applescript/values/SourceForm.h"
 
@@ -34,10 +33,8 @@ std::string of(const ElementAccess& element) {
   using Form = ElementAccess::Form;
   const std::string form = element.isIndexWritten        ? "by-index "
                            : element.form == Form::index ? "index "
-                           : element.form == Form::first ? "first "
-                           : element.form == Form::last  ? "last "
                            : element.form == Form::name  ? "name "
-                                                         : wordsBeforeKey(specifierForm(element.form), {});
+                                                         : wordsBeforeKey(element.form, {});
   return form + withCode(element.elementClass.words, element.elementClass.code) + part("at", element.key) +
          part("thru", element.rangeEnd) + part("whose", element.test) + part("of", element.container);
 }

@@ -5,7 +5,6 @@
 #include "applescript/evaluate/Bridge.h"
 #include "applescript/evaluate/TestBuilder.h"
 #include "applescript/evaluate/TestNeedsValues.h"
-#include "applescript/events/AppleEventMessage.h"
 #include "applescript/terminology/Codes.h"
 #include "applescript/values/ClassNames.h"
 #include "applescript/values/Errors.h"
@@ -17,24 +16,19 @@
 
 #include <fmt/core.h>
 
-#include <algorithm>
-#include <new>
-
 namespace tabwright::applescript {
 
 namespace {
 
-using Form = ElementAccess::Form;
-
-using SpecifierForm = ObjectSpecifier::Form;
+using Form = ObjectSpecifier::Form;
 
 // Properties that values of the language have and objects don't: of a specifier they mean its value's.
-bool isValueProperty(FourCharCode property, SpecifierForm form) {
+bool isValueProperty(FourCharCode property, Form form) {
   switch (property) {
   case codes::length:
   case codes::reverse:
   case codes::rest:
-    return form == SpecifierForm::property || form == SpecifierForm::every || form == SpecifierForm::range;
+    return form == Form::property || form == Form::every || form == Form::range;
   case codes::quotedForm:
   case codes::className:
   case codes::year:
@@ -48,20 +42,19 @@ bool isValueProperty(FourCharCode property, SpecifierForm form) {
   case codes::dateString:
   case codes::shortDateString:
   case codes::timeString:
-    return form == SpecifierForm::property;
+    return form == Form::property;
   default:
     return false;
   }
 }
 
-bool isValueElement(FourCharCode elementClass, SpecifierForm form) {
+bool isValueElement(FourCharCode elementClass, Form form) {
   const bool isTextPiece = elementClass == codes::character || elementClass == codes::word ||
                            elementClass == codes::paragraph || elementClass == codes::textItem ||
                            isTextClass(elementClass);
   if (isTextPiece)
-    return form == SpecifierForm::property;
-  return elementClass == codes::item &&
-         (form == SpecifierForm::property || form == SpecifierForm::every || form == SpecifierForm::range);
+    return form == Form::property;
+  return elementClass == codes::item && (form == Form::property || form == Form::every || form == Form::range);
 }
 
 std::shared_ptr<ObjectSpecifier> childOf(Value::SpecifierPointer container, FourCharCode desiredClass) {
@@ -86,12 +79,12 @@ Value::SpecifierPointer elementSpecifier(Evaluator& run, Value::SpecifierPointer
                                          const ElementAccess& expression) {
   const ElementKey key = keyOf(run, expression);
   const auto specifier = stepOf(expression, {outgoing(key.first), outgoing(key.last)});
-  if (specifier->form == SpecifierForm::index)
+  if (specifier->form == Form::index)
     specifier->key = integerOf(specifier->key);
   if (expression.test)
     specifier->test = specifierTest(run, *expression.test);
   // `item 2 of tabs of w` is the tab.
-  if (specifier->desiredClass == codes::item && container->form == SpecifierForm::every && container->container) {
+  if (specifier->desiredClass == codes::item && container->form == Form::every && container->container) {
     specifier->desiredClass = container->desiredClass;
     if (!expression.test)
       specifier->test = container->test;
@@ -105,7 +98,7 @@ Value::SpecifierPointer elementSpecifier(Evaluator& run, Value::SpecifierPointer
 // A condition that the application can't be asked: all elements are fetched, and each is put to the test here.
 Value filteredElement(Evaluator& run, const Value::SpecifierPointer& container, const ElementAccess& expression) {
   const auto every = childOf(container, expression.elementClass.code);
-  every->form = SpecifierForm::every;
+  every->form = Form::every;
   const Value all = run.sender.get(every);
   std::vector<Value> passing;
   const Value::ListPointer elements = listOf(all);
@@ -125,7 +118,7 @@ Value evaluateApplication(Evaluator& run, const ApplicationReference& expression
 }
 
 Value specifierProperty(Evaluator& run, const Value::SpecifierPointer& container, const Label& property, Mode mode) {
-  const bool isRoot = container->form == SpecifierForm::application;
+  const bool isRoot = container->form == Form::application;
   if (property.code == codes::contents)
     return mode == Mode::value ? run.sender.get(container) : Value(container);
   if (isRoot && property.code == codes::className)
@@ -162,7 +155,7 @@ Value specifierElement(Evaluator& run, const Value::SpecifierPointer& container,
   }
   if (!isRootedInTest(*container) && isValueElement(expression.elementClass.code, container->form)) {
     // `first item of tabs of w` is the first tab, and still costs one event.
-    const bool isItemOfEvery = expression.elementClass.code == codes::item && container->form == SpecifierForm::every &&
+    const bool isItemOfEvery = expression.elementClass.code == codes::item && container->form == Form::every &&
                                !(container->test && expression.test) && container->container;
     if (!isItemOfEvery)
       return elementOf(run, run.sender.get(container), expression);
@@ -184,33 +177,19 @@ bool passes(Evaluator& run, const Value& item, const Expression& test) {
 }
 
 Value insertionPoint(Evaluator& run, const InsertionPoint& expression) {
-  using Where = InsertionPoint::Where;
   const Value container = run.containerOf(expression.container);
   const auto* place = container.get<Value::SpecifierPointer>();
-  const bool isEnd = expression.where == Where::end || expression.where == Where::beginning;
+  const bool isEnd = expression.form == Form::end || expression.form == Form::beginning;
   if (!place || !(*place)->application) {
     const auto* list = container.get<Value::ListPointer>();
     if (!list || !isEnd || (*list)->items.empty())
-      throw errors::cannotGet(fmt::format("{} of {}", expression.where == Where::beginning ? "beginning" : "end",
+      throw errors::cannotGet(fmt::format("{} of {}", expression.form == Form::beginning ? "beginning" : "end",
                                           shortSourceForm(container)));
-    return expression.where == Where::end ? (*list)->items.back() : (*list)->items.front();
+    return expression.form == Form::end ? (*list)->items.back() : (*list)->items.front();
   }
-  const bool isOfElements = isEnd && (*place)->form == SpecifierForm::every;
+  const bool isOfElements = isEnd && (*place)->form == Form::every;
   const auto specifier = childOf(*place, isOfElements ? (*place)->desiredClass : 0);
-  switch (expression.where) {
-  case Where::beginning:
-    specifier->form = SpecifierForm::beginning;
-    break;
-  case Where::end:
-    specifier->form = SpecifierForm::end;
-    break;
-  case Where::before:
-    specifier->form = SpecifierForm::before;
-    break;
-  case Where::after:
-    specifier->form = SpecifierForm::after;
-    break;
-  }
+  specifier->form = expression.form;
   return Value::SpecifierPointer(specifier);
 }
 

@@ -173,7 +173,7 @@ void assignToElement(Evaluator& run, const ElementAccess& target, Value&& value)
 }
 
 void assignToEnd(Evaluator& run, const InsertionPoint& target, Value&& value) {
-  const bool isBeside = target.where == InsertionPoint::Where::before || target.where == InsertionPoint::Where::after;
+  const bool isBeside = target.form == InsertionPoint::Form::before || target.form == InsertionPoint::Form::after;
   const Value container = run.containerOf(target.container);
   if (container.is<Value::SpecifierPointer>()) {
     const Value place = insertionPoint(run, target);
@@ -187,7 +187,7 @@ void assignToEnd(Evaluator& run, const InsertionPoint& target, Value&& value) {
     throw errors::cannotSet(fmt::format("end of {}", shortSourceForm(container)), value);
   std::vector<Value>& items = (*list)->items;
   run.checkSize((items.size() + 1) * sizeof(Value));
-  items.insert(target.where == InsertionPoint::Where::end ? items.end() : items.begin(),
+  items.insert(target.form == InsertionPoint::Form::end ? items.end() : items.begin(),
                withoutRing(std::move(value), list->get()));
 }
 

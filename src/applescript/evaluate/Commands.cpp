@@ -8,7 +8,6 @@
 #include "applescript/values/Errors.h"
 #include "applescript/values/Names.h"
 #include "applescript/values/ObjectSpecifier.h"
-#include "applescript/values/Reference.h"
 #include "applescript/values/ScriptableApplication.h"
 #include "applescript/values/SourceForm.h"
 

@@ -73,11 +73,6 @@ std::size_t ElementPicker::position(std::size_t count, const ElementAccess& acce
     index = integerOf(key.first);
     index = index < 0 ? size + index : index - 1;
     break;
-  case Form::first:
-    break;
-  case Form::last:
-    index = size - 1;
-    break;
   case Form::middle:
     index = (size - 1) / 2;
     break;
@@ -86,12 +81,7 @@ std::size_t ElementPicker::position(std::size_t count, const ElementAccess& acce
                        : std::clamp<std::int64_t>(static_cast<std::int64_t>(random_() * static_cast<double>(count)), 0,
                                                   size - 1);
     break;
-  case Form::every:
-  case Form::name:
-  case Form::id:
-  case Form::range:
-  case Form::before:
-  case Form::after:
+  default:
     index = -1;
     break;
   }

@@ -1,6 +1,5 @@
 #include "applescript/evaluate/ElementStep.h"
 
-#include "applescript/syntax/ElementForm.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/SourceForm.h"
 
@@ -10,15 +9,11 @@ namespace tabwright::applescript {
 
 std::shared_ptr<ObjectSpecifier> stepOf(const ElementAccess& access, const ElementKey& key) {
   auto step = std::make_shared<ObjectSpecifier>();
-  step->form = specifierForm(access.form);
+  step->form = access.form;
   step->desiredClass = access.elementClass.code;
   step->key = key.first;
   step->rangeEnd = key.last;
-  if (access.form == ElementAccess::Form::first)
-    step->key = 1;
-  else if (access.form == ElementAccess::Form::last)
-    step->key = -1;
-  else if (access.form == ElementAccess::Form::index && key.first.text() && !access.isIndexWritten)
+  if (access.form == ElementAccess::Form::index && key.first.text() && !access.isIndexWritten)
     step->form = ObjectSpecifier::Form::name;
   return step;
 }

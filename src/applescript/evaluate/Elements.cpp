@@ -40,7 +40,7 @@ bool isEnd(const ExpressionPointer& key) {
 
 // Forms that name a value whatever the target is: `date "2026-01-31"`, `character id 65`.
 std::optional<Value> specialElement(Evaluator& run, const ElementAccess& expression) {
-  if (expression.container || !expression.key)
+  if (expression.container || !expression.key || expression.isOrdinal)
     return {};
   const FourCharCode code = expression.elementClass.code;
   if (code == codes::date && (expression.form == Form::index || expression.form == Form::name)) {

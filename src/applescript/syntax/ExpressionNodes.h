@@ -2,6 +2,7 @@
 
 #include "applescript/SourceRange.h"
 #include "applescript/terminology/Terminology.h"
+#include "applescript/values/ObjectSpecifier.h"
 #include "applescript/values/Value.h"
 
 #include <cstdint>
@@ -119,7 +120,9 @@ struct PropertyAccess final : ExpressionOf<Expression::Kind::property> {
 /// `tab 3 of w`, `tab id "8" of w`, `tabs`, `every tab whose …`, `first window`, `characters 2 thru -1 of t`,
 /// `item i of xs`, `some window`, `middle item`, `tab before tab 3`, `text 1 thru 5 of t`.
 struct ElementAccess final : ExpressionOf<Expression::Kind::element> {
-  enum class Form { index, first, last, middle, some, every, name, id, range, before, after };
+  /// One of `index` (a bare `tab x` too, unless x turns out to be a text), `middle`, `some`, `every`, `name`, `id`,
+  /// `range`, `before`, `after`.
+  using Form = ObjectSpecifier::Form;
   Form form = Form::every;
   bool isIndexWritten = false; ///< `tab index x`: by index whatever x is, also a text that holds a number
   bool isOrdinal = false;      ///< `third tab`: Form::index too, but written so that a test may follow
@@ -135,8 +138,9 @@ struct ElementAccess final : ExpressionOf<Expression::Kind::element> {
 /// `end of xs`, `beginning of tabs of w`, as in `set end of xs to v` and `make … at end of tabs of w`; `before tab 3 of
 /// w` and `after tab 3 of w` (`in front of`, `behind`), as in `make new tab at after tab 3 of w`.
 struct InsertionPoint final : ExpressionOf<Expression::Kind::insertionPoint> {
-  enum class Where { beginning, end, before, after };
-  Where where = Where::end;
+  /// One of `beginning`, `end`, `before`, `after`.
+  using Form = ObjectSpecifier::Form;
+  Form form = Form::end;
   ExpressionPointer container; ///< before, after: the element beside it. Null: the target of the enclosing `tell`
   Joint joint = Joint::of;
 };

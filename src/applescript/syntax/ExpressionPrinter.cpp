@@ -1,12 +1,13 @@
 #include "applescript/syntax/ExpressionPrinter.h"
 
 #include "applescript/lexer/Keyword.h"
-#include "applescript/syntax/ElementForm.h"
 #include "applescript/syntax/Operators.h"
 #include "applescript/syntax/Prepositions.h"
 #include "applescript/values/Names.h"
 #include "applescript/values/Numbers.h"
 #include "applescript/values/SourceForm.h"
+
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <utility>
@@ -39,11 +40,16 @@ std::string escaped(std::string_view value, char quote) {
   return text + quote;
 }
 
-std::string_view ordinalEnding(std::int64_t number) {
+std::string ordinal(std::int64_t number) {
+  if (number == 1 || number == -1)
+    return number == 1 ? "first" : "last";
   const bool isTeen = number % 100 >= 11 && number % 100 <= 13;
-  if (isTeen || number % 10 > 3 || number % 10 == 0)
-    return "th";
-  return number % 10 == 1 ? "st" : number % 10 == 2 ? "nd" : "rd";
+  const std::string_view ending = isTeen             ? "th"
+                                  : number % 10 == 1 ? "st"
+                                  : number % 10 == 2 ? "nd"
+                                  : number % 10 == 3 ? "rd"
+                                                     : "th";
+  return fmt::format("{}{}", number, ending);
 }
 
 /// A key that can't stand directly behind a class.
@@ -226,17 +232,13 @@ std::string ExpressionPrinter::elementWords(const ElementAccess& element) const 
   case Form::index:
     if (element.isOrdinal) {
       const auto number = *static_cast<const Literal&>(*element.key).value.get<std::int64_t>();
-      return std::to_string(number) + std::string(ordinalEnding(number)) + " " + element.elementClass.words;
+      return ordinal(number) + " " + element.elementClass.words;
     }
     if (element.isIndexWritten)
       return words + " index " + print(*element.key);
     break;
   case Form::name:
     return words + " named " + print(*element.key);
-  case Form::first:
-    return "first " + words;
-  case Form::last:
-    return "last " + words;
   case Form::range:
     if (isReferenceKey(*element.key) || isReferenceKey(*element.rangeEnd))
       return words + " from " + print(*element.key) + " to " + print(*element.rangeEnd);
@@ -246,13 +248,10 @@ std::string ExpressionPrinter::elementWords(const ElementAccess& element) const 
     return words + " before " + print(*element.container);
   case Form::after:
     return words + " after " + print(*element.container);
-  case Form::id:
-  case Form::middle:
-  case Form::some:
-  case Form::every:
+  default:
     break;
   }
-  return wordsBeforeKey(specifierForm(element.form), {words, words}) + (element.key ? print(*element.key) : "");
+  return wordsBeforeKey(element.form, {words, words}) + (element.key ? print(*element.key) : "");
 }
 
 std::string_view ExpressionPrinter::pluralOf(const ClassName& name) const {
@@ -265,17 +264,10 @@ std::string_view ExpressionPrinter::pluralOf(const ClassName& name) const {
 }
 
 ExpressionPrinter::Parts ExpressionPrinter::insertionPoint(const InsertionPoint& point) const {
-  switch (point.where) {
-  case InsertionPoint::Where::beginning:
-    return joined("beginning", point.container, point.joint);
-  case InsertionPoint::Where::end:
-    return joined("end", point.container, point.joint);
-  case InsertionPoint::Where::before:
-    return {"before " + print(*point.container), {}};
-  case InsertionPoint::Where::after:
-    return {"after " + print(*point.container), {}};
-  }
-  return {};
+  const std::string words = wordsBeforeKey(point.form, {});
+  if (point.form == InsertionPoint::Form::beginning || point.form == InsertionPoint::Form::end)
+    return joined(words, point.container, point.joint);
+  return {(point.form == InsertionPoint::Form::before ? "before " : "after ") + print(*point.container), {}};
 }
 
 // ---------------------------------------------------------- calls and commands

@@ -135,13 +135,13 @@ ExpressionPointer parseOrdinal(ScriptParser& p, std::int64_t number) {
   return p.finish(std::move(element), start);
 }
 
-ExpressionPointer parseInsertionPoint(ScriptParser& p, InsertionPoint::Where where, std::size_t words) {
+ExpressionPointer parseInsertionPoint(ScriptParser& p, InsertionPoint::Form form, std::size_t words) {
   const ScriptParser::Nesting nesting(p);
   const std::size_t start = p.offset();
   auto point = std::make_unique<InsertionPoint>();
-  point->where = where;
+  point->form = form;
   p.advance(words);
-  if (where == InsertionPoint::Where::before || where == InsertionPoint::Where::after)
+  if (form == Form::before || form == Form::after)
     point->container = parseChain(p);
   return p.finish(std::move(point), start);
 }
@@ -177,8 +177,7 @@ ExpressionPointer parseKey(ScriptParser& p) {
   const ScriptParser::Nesting nesting(p);
   const Token& first = p.token();
   if (first.is(Keyword::beginning) || first.is(Keyword::end))
-    return parseInsertionPoint(
-        p, first.is(Keyword::end) ? InsertionPoint::Where::end : InsertionPoint::Where::beginning, 1);
+    return parseInsertionPoint(p, first.is(Keyword::end) ? Form::end : Form::beginning, 1);
   if (first.is(Symbol::minus)) {
     const std::size_t start = p.offset();
     if (p.token(1).kind == Token::Kind::number) {

@@ -17,8 +17,8 @@ bool picksFromSeveral(const Expression& node) {
   const auto* element = as<ElementAccess>(node);
   if (!element || element->test)
     return false;
-  return element->form == Form::every || element->form == Form::first || element->form == Form::last ||
-         element->form == Form::some || element->form == Form::middle || element->isOrdinal;
+  return element->form == Form::every || element->form == Form::some || element->form == Form::middle ||
+         element->isOrdinal;
 }
 
 /// The places of a node's container and of its joint; null for a node that takes none.

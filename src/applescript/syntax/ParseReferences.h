@@ -22,9 +22,11 @@ struct FoundClass {
 std::optional<FoundClass> acceptClass(ScriptParser& p);
 ExpressionPointer parseElement(ScriptParser& p, FoundClass found, std::size_t startOffset);
 ExpressionPointer parseEvery(ScriptParser& p);
+/// `some x`, `middle x`.
 ExpressionPointer parsePicked(ScriptParser& p, ElementAccess::Form form);
+/// `3rd x`, `third x`; −1 for `last x`.
 ExpressionPointer parseOrdinal(ScriptParser& p, std::int64_t number);
-ExpressionPointer parseInsertionPoint(ScriptParser& p, InsertionPoint::Where where, std::size_t words);
+ExpressionPointer parseInsertionPoint(ScriptParser& p, InsertionPoint::Form form, std::size_t words);
 /// Less than an expression: `item i of xs` is the item at `i`, not the item at `i of xs`.
 ExpressionPointer parseKey(ScriptParser& p);
 [[nodiscard]] bool canStartKey(const ScriptParser& p, std::size_t ahead = 0);

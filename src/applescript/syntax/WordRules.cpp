@@ -27,7 +27,6 @@ const WordRule& ruleFor(Keyword word) {
   using P = ScriptParser;
   using E = ExpressionPointer;
   using Form = ElementAccess::Form;
-  using Where = InsertionPoint::Where;
   constexpr auto always = WordRule::Argument::always;
   constexpr auto beforeOf = WordRule::Argument::beforeOf;
   constexpr auto asTerm = WordRule::Argument::asTerm;
@@ -66,8 +65,8 @@ const WordRule& ruleFor(Keyword word) {
       {K::every, always, parseEvery},
       {K::some, always, [](P& p) { return parsePicked(p, Form::some); }},
       {K::middle, always, [](P& p) { return parsePicked(p, Form::middle); }},
-      {K::last, always, [](P& p) { return parsePicked(p, Form::last); }},
-      {K::first, always, [](P& p) { return parsePicked(p, Form::first); }},
+      {K::last, always, [](P& p) { return parseOrdinal(p, -1); }},
+      {K::first, always, [](P& p) { return parseOrdinal(p, 1); }},
       {K::second, always, [](P& p) { return parseOrdinal(p, 2); }},
       {K::third, always, [](P& p) { return parseOrdinal(p, 3); }},
       {K::fourth, always, [](P& p) { return parseOrdinal(p, 4); }},
@@ -87,25 +86,25 @@ const WordRule& ruleFor(Keyword word) {
 
       // Places. `beginning` and `end` stand alone only where a place is asked for: see parseArgumentValue, parseKey
       {K::back, always,
-       [](P& p) { return p.token(1).is(K::of) ? parseInsertionPoint(p, Where::end, 1) : parsePicked(p, Form::last); }},
+       [](P& p) { return p.token(1).is(K::of) ? parseInsertionPoint(p, Form::end, 1) : parseOrdinal(p, -1); }},
       {K::front, always,
        [](P& p) {
-         return p.token(1).is(K::of) ? parseInsertionPoint(p, Where::beginning, 1) : parsePicked(p, Form::first);
+         return p.token(1).is(K::of) ? parseInsertionPoint(p, Form::beginning, 1) : parseOrdinal(p, 1);
        }},
       {K::beginning, beforeOf,
        [](P& p) {
-         return p.token(1).is(K::of) || p.token(1).is(K::in) ? parseInsertionPoint(p, Where::beginning, 1) : E();
+         return p.token(1).is(K::of) || p.token(1).is(K::in) ? parseInsertionPoint(p, Form::beginning, 1) : E();
        }},
       {K::end, beforeOf,
-       [](P& p) { return p.token(1).is(K::of) || p.token(1).is(K::in) ? parseInsertionPoint(p, Where::end, 1) : E(); }},
-      {K::before, asTerm, [](P& p) { return parseInsertionPoint(p, Where::before, 1); }},
-      {K::after, asTerm, [](P& p) { return parseInsertionPoint(p, Where::after, 1); }},
-      {K::behind, asTerm, [](P& p) { return parseInsertionPoint(p, Where::after, 1); }},
+       [](P& p) { return p.token(1).is(K::of) || p.token(1).is(K::in) ? parseInsertionPoint(p, Form::end, 1) : E(); }},
+      {K::before, asTerm, [](P& p) { return parseInsertionPoint(p, Form::before, 1); }},
+      {K::after, asTerm, [](P& p) { return parseInsertionPoint(p, Form::after, 1); }},
+      {K::behind, asTerm, [](P& p) { return parseInsertionPoint(p, Form::after, 1); }},
       {K::in, asTerm,
        [](P& p) {
          if (!p.token(2).is(K::of) || !(p.token(1).is(K::front) || p.token(1).is(K::back)))
            return E();
-         return parseInsertionPoint(p, p.token(1).is(K::front) ? Where::before : Where::after, 3);
+         return parseInsertionPoint(p, p.token(1).is(K::front) ? Form::before : Form::after, 3);
        }},
 
       // Statements
