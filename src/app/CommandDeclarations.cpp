@@ -80,10 +80,12 @@ void declareAppleScript(CLI::App& program, Choices& choices) {
   CLI::App* script = program.add_subcommand("applescript", "Run an AppleScript and print its result in source form");
   operand(*script, operands::file, choices.appleScript.file, "The script; “-” reads standard input")->required();
   operand(*script, "ARGUMENT", choices.appleScript.arguments, "Passed to the script’s run handler as a list of texts");
-  script->add_flag("--check", choices.checks, "Only check the syntax; show every error with its place");
+  const auto mode = [&](const std::string& name, AppleScriptCommand::Mode value, const std::string& description) {
+    return script->add_flag_callback(name, [&choices, value] { choices.appleScript.mode = value; }, description);
+  };
+  mode("--check", AppleScriptCommand::Mode::check, "Only check the syntax; show every error with its place")
+      ->excludes(mode("--format", AppleScriptCommand::Mode::format, "Only print the script, laid out in the usual way"));
   script->callback([&choices] {
-    if (choices.checks)
-      choices.appleScript.mode = AppleScriptCommand::Mode::check;
     choices.chosen = [&choices] { return appleScript(choices.appleScript); };
   });
 }

@@ -23,7 +23,6 @@ struct Choices {
   ActionsCommand actions;
   std::string actionName;
   AppleScriptCommand appleScript;
-  bool checks = false;
   MarkdownCommand markdown;
   bool isRichText = false;
   WorkflowCommand workflow;

@@ -54,6 +54,17 @@ TEST(Printer, WritesWhatParsesAgain) {
     EXPECT_EQ(roundTrip(source), printed) << source;
 }
 
+TEST(Printer, KeepsCommentsEmptyLinesAndContinuedLines) {
+  EXPECT_EQ(roundTrip("#!/usr/bin/env tabwright applescript\n(* two\n  lines *)\n\n\nset x to {1, ¬\n2} -- three\n"
+                      "if x then # four\n-- five\nbeep (* six *) 1 --seven\n\n-- eight\nelse -- nine\n-- ten\nend\n"
+                      "try\n-- eleven\non error\n-- twelve\nend try -- thirteen\ndisplay dialog x & ¬\n"
+                      "\"a\" ¬\nwith title \"b\"\n-- end"),
+            "#!/usr/bin/env tabwright applescript\n(* two\n  lines *)\n\nset x to {1, ¬\n\t2} -- three\n"
+            "if x then # four\n\t-- five\n\tbeep 1 (* six *) --seven\n\n\t-- eight\nelse -- nine\n\t-- ten\nend if\n"
+            "try\n\t-- eleven\non error\n\t-- twelve\nend try -- thirteen\ndisplay dialog x & ¬\n"
+            "\t\"a\" ¬\n\twith title \"b\"\n-- end\n");
+}
+
 /// The script texts that the engine assembles its programs from, their placeholders filled in.
 TEST(Printer, RoundTripsTheEnginesScripts) {
   const std::filesystem::path folder = testsupport::sourceFolder() / "resources" / "engine";

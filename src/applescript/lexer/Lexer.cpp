@@ -128,10 +128,13 @@ private:
         ++position_;
       } else if (startsWith("\xC2\xA0")) { // no-break space
         position_ += 2;
-      } else if (character == '#' || startsWith("--")) {
-        skipToLineEnd();
-      } else if (startsWith("(*")) {
-        skipComment();
+      } else if (character == '#' || startsWith("--") || startsWith("(*")) {
+        const std::size_t start = position_;
+        if (character == '(')
+          skipComment();
+        else
+          skipToLineEnd();
+        list_.comments.push_back({start, position_ - start});
       } else if (startsWith("\xC2\xAC")) { // ¬
         if (!skipContinuation())
           return true;

@@ -25,6 +25,8 @@ struct TokenList {
     bool isID = false;
   };
   std::vector<Mention> mentions;
+  /// In source order.
+  std::vector<SourceRange> comments;
 
   /// What tokens' texts point to where that isn't the source: texts with escapes, spellings first shown elsewhere.
   std::deque<std::string> storage;

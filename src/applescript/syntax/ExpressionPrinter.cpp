@@ -141,7 +141,8 @@ std::string ExpressionPrinter::unary(const Unary& unary) const {
 }
 
 std::string ExpressionPrinter::binary(const Binary& binary) const {
-  return print(*binary.left) + " " + std::string(sourceForm(binary.op)) + " " + print(*binary.right);
+  return print(*binary.left) + " " + std::string(sourceForm(binary.op)) +
+         breakOr(" ", binary.left->range.end(), binary.right->range.offset) + print(*binary.right);
 }
 
 std::string ExpressionPrinter::literal(const Literal& literal) const {
@@ -163,18 +164,30 @@ std::string ExpressionPrinter::literal(const Literal& literal) const {
   return value.isNull() ? "null" : "missing value";
 }
 
+std::string ExpressionPrinter::breakOr(std::string_view otherwise, std::size_t from, std::size_t to) const {
+  const bool isContinued = from < to && std::string_view(tree_.source).substr(from, to - from).contains("¬");
+  return isContinued ? " ¬\n" + std::string(depth + 1, '\t') : std::string(otherwise);
+}
+
 std::string ExpressionPrinter::list(const ListLiteral& list) const {
   std::string items;
-  for (const auto& item : list.items)
-    items += (items.empty() ? "" : ", ") + print(*item);
-  return "{" + items + "}";
+  std::size_t end = list.range.offset;
+  for (const auto& item : list.items) {
+    items += (items.empty() ? "" : ",") + breakOr(items.empty() ? "" : " ", end, item->range.offset) + print(*item);
+    end = item->range.end();
+  }
+  return "{" + items + breakOr("", end, list.range.end()) + "}";
 }
 
 std::string ExpressionPrinter::record(const RecordLiteral& record) const {
   std::string fields;
-  for (const auto& [fieldLabel, value] : record.fields)
-    fields += (fields.empty() ? "" : ", ") + label(fieldLabel) + ":" + print(*value);
-  return "{" + fields + "}";
+  std::size_t end = record.range.offset;
+  for (const auto& [fieldLabel, value] : record.fields) {
+    fields += (fields.empty() ? "" : ",") + breakOr(fields.empty() ? "" : " ", end, value->range.offset) +
+              label(fieldLabel) + ":" + print(*value);
+    end = value->range.end();
+  }
+  return "{" + fields + breakOr("", end, record.range.end()) + "}";
 }
 
 // ----------------------------------------------------------------- references
@@ -288,8 +301,12 @@ ExpressionPrinter::Parts ExpressionPrinter::call(const HandlerCall& call) const 
     }
   } else {
     std::string arguments;
-    for (const auto& argument : call.arguments)
-      arguments += (arguments.empty() ? "" : ", ") + print(*argument);
+    std::size_t end = std::string::npos;
+    for (const auto& argument : call.arguments) {
+      arguments += arguments.empty() ? "" : "," + breakOr(" ", end, argument->range.offset);
+      arguments += print(*argument);
+      end = argument->range.end();
+    }
     text += "(" + arguments + ")";
   }
   switch (call.target) {
@@ -314,15 +331,19 @@ std::string ExpressionPrinter::command(const Command& command) const {
   std::string text(command.term->words);
   if (command.form == Command::Form::objectFirst)
     return print(*command.direct) + " " + text;
-  if (command.direct)
-    text += (command.form == Command::Form::withOf ? " of " : " ") + print(*command.direct);
   const bool isRaw = text.starts_with("«");
+  std::size_t end = command.range.offset;
+  if (command.direct) {
+    text += (command.form == Command::Form::withOf ? " of" : "") + breakOr(" ", end, command.direct->range.offset);
+    text += print(*command.direct);
+    end = command.direct->range.end();
+  }
   bool isFirst = true;
   for (const auto& [parameter, value] : command.parameters) {
-    if (isRaw)
-      text += (isFirst ? " given " : ", ") + std::string(parameter.words) + ":" + print(*value);
-    else
-      text += " " + std::string(parameter.words) + " " + print(*value);
+    text += isRaw && !isFirst ? "," : "";
+    text += breakOr(" ", end, value->range.offset) + (isRaw && isFirst ? "given " : "");
+    text += std::string(parameter.words) + (isRaw ? ":" : " ") + print(*value);
+    end = value->range.end();
     isFirst = false;
   }
   return text;

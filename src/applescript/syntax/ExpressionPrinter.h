@@ -20,6 +20,8 @@ public:
   [[nodiscard]] std::string handlerName(std::string_view name) const;
   [[nodiscard]] static std::string text(std::string_view value);
 
+  std::size_t depth = 0; ///< of the line that is being written, in tabs
+
 private:
   /// A reference in two pieces: what may still take a `'s` behind it, and ` of …`.
   struct Parts {
@@ -40,6 +42,8 @@ private:
   [[nodiscard]] std::string command(const Command& command) const;
   [[nodiscard]] std::string list(const ListLiteral& list) const;
   [[nodiscard]] std::string record(const RecordLiteral& record) const;
+  /// A continued line end where the source has one between two places, else what stands there otherwise.
+  [[nodiscard]] std::string breakOr(std::string_view otherwise, std::size_t from, std::size_t to) const;
 
   const SyntaxTree& tree_;
 };

@@ -189,6 +189,7 @@ StatementPointer parseIf(ScriptParser& p) {
         p.parseLine([&] { p.requireLineEnd(); });
       branch.body = parseStatements(p);
     } else {
+      statement->otherwiseAt = p.previous().range.offset;
       p.parseLine([&] { p.requireLineEnd(); });
       statement->otherwise = parseStatements(p);
     }
@@ -248,6 +249,7 @@ StatementPointer parseTry(ScriptParser& p) {
   if (p.at(Keyword::on) && p.token(1).is(Keyword::error)) {
     p.startLine();
     statement->hasHandler = true;
+    statement->handlerAt = p.offset();
     p.advance(2);
     p.parseLine([&] {
       const auto number = [&] {

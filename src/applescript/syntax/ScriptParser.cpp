@@ -20,6 +20,7 @@ ParseResult parse(std::string source, const ApplicationDirectory& directory, con
   auto tree = std::make_unique<SyntaxTree>();
   tree->source = std::move(source);
   TokenList tokens = tokenize(tree->source);
+  tree->comments = std::move(tokens.comments);
   ScriptParser parser(*tree, tokens, directory, limits);
   result.errors = parser.run();
   if (result.errors.empty())

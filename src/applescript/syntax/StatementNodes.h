@@ -80,7 +80,8 @@ struct If final : StatementOf<Statement::Kind::ifElse> {
   };
   std::vector<Branch> branches;
   std::optional<Block> otherwise;
-  bool onOneLine = false; ///< `if x then return 1`
+  std::size_t otherwiseAt = 0; ///< offset of the last `else`
+  bool onOneLine = false;      ///< `if x then return 1`
 };
 
 struct Repeat final : StatementOf<Statement::Kind::repeat> {
@@ -105,6 +106,7 @@ struct Try final : StatementOf<Statement::Kind::tryBlock> {
   std::unique_ptr<Variable> message, number, from, partialResult, to; ///< null where not bound
   /// `on error number -128`: the handler takes errors of that number only. Then `number` is null.
   ExpressionPointer onlyNumber;
+  std::size_t handlerAt = 0; ///< offset of `on error`
   Block handler;
 };
 

@@ -34,6 +34,8 @@ template <class Node, class Base>
 struct SyntaxTree {
   std::string source;
   Block body;
+  /// In source order; no node knows of them.
+  std::vector<SourceRange> comments;
 
   /// Dictionaries whose words the script may use somewhere, the language's own among them.
   std::vector<const Terminology*> terminologies;
