@@ -7,7 +7,7 @@
 namespace tabwright::applescript::test {
 namespace {
 
-/// What a line means inside of a `tell` to an application.
+/// The meaning of a line inside of a `tell` to an application.
 std::string inside(const std::string& application, const std::string& line) {
   const std::string text = parsed("tell application \"" + application + "\"\n" + line + "\nend tell");
   const std::string head = "tell (application \"" + application + "\")\n  ";
@@ -58,7 +58,7 @@ TEST(ParserDictionaries, LetVariablesHaveTheirWordsOutsideOfTells) {
            {"on f(name)\nname & name of x\nend f", "on f name\n  (& name (property name'pnam' of x))"},
            {"set numbers to {1}\nset item 1 of numbers to 2",
             "set numbers := (list 1)\nset (index item'cobj' at 1 of numbers) := 2"},
-           // What no statement has bound is the dictionary's.
+           // A word that no statement has bound is the dictionary's.
            {"log tab", "(command log'ascrcmnt' direct tab)"},
            {"name", "(property name'pnam')"},
        })

@@ -131,7 +131,7 @@ Value specifierProperty(Evaluator& run, const Value::SpecifierPointer& container
   if (isRootedInTest(*container))
     return propertyOf(container, property.code);
   if (isRoot) {
-    // What is known without the application neither asks nor starts it.
+    // Facts known without the application neither ask nor start it.
     if (property.code == codes::name)
       return container->application->name();
     if (property.code == codes::id)

@@ -113,7 +113,7 @@ bool appendInPlace(Evaluator& run, const Variable& variable, const Expression& v
 void assignToProperty(Evaluator& run, const PropertyAccess& target, Value&& value) {
   if (target.property.code == codes::textItemDelimiters) {
     const Value delimiters = lookThroughDeep(value, ForeignObjects::unwrapped);
-    // What is no text is refused now and not at the next use.
+    // A value that is no text is refused now and not at the next use.
     if (!delimiters.is<Value::ListPointer>())
       static_cast<void>(textOf(delimiters));
     const Value::ListPointer list = listOf(delimiters);
@@ -217,7 +217,7 @@ void assign(Evaluator& run, const Assignment& statement) {
   Value value = run.evaluate(*statement.value);
   if (isCopy)
     value = lookThroughDeep(value, ForeignObjects::kept).deepCopy();
-  // What the last statement came to would be a second holder of the list that is being replaced.
+  // The result of the last statement would be a second holder of the list that is being replaced.
   run.frame->setResult(Value::nothing());
   if (variable) {
     assignToVariable(run, *variable, std::move(value));

@@ -1,5 +1,5 @@
-// What a `try` tries. Throwing an error costs as much as a hundred steps, and libraries test values by trying to make
-// texts of them, once per record of a list. So where the handler asks nothing of the error and the block is one
+// The tried part of a `try`. Throwing an error costs as much as a hundred steps, and libraries test values by trying to
+// make texts of them, once per record of a list. So where the handler asks nothing of the error and the block is one
 // `return`, its expression is attempted: the one failure that is foreseen without going further is told instead of
 // thrown.
 #include "applescript/evaluate/Operators.h"

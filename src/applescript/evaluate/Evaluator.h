@@ -21,7 +21,7 @@ namespace tabwright::applescript {
 /// An expression that names something in an application comes to its value, which the application is asked for, or to
 /// the name itself, which a longer name or an event is made of.
 enum class Mode { value, designation };
-/// How a block goes on after a statement.
+/// The way on from a statement within its block.
 enum class Flow { next, exitRepeat, returned };
 
 /// One run of a script: walks its tree.
@@ -66,7 +66,7 @@ public:
 
   Frame* frame = nullptr;
   std::size_t depth = 0;
-  /// Where in the source the run is: the innermost expression or statement. Errors get their place from it.
+  /// The innermost expression or statement that the run is in. Errors get their place in the source from it.
   const SourceRange* place = nullptr;
 
   TextAttributes attributes;

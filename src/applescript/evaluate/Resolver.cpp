@@ -154,7 +154,7 @@ private:
       placeInScript(variable, script_->declare({0, variable.name}, false), 0);
   }
 
-  // Where a name gets a value, so that even `result` becomes a variable.
+  // Binding gives a name a value, so that even `result` becomes a variable.
   void bind(Expression& target) {
     if (auto* variable = as<Variable>(target)) {
       const Restored<bool> binding(isBinding_, true);

@@ -12,7 +12,7 @@
 
 namespace tabwright::applescript {
 
-/// What a script's text says about the script objects made of it: names of their variables, handlers, and how the
+/// The shape of the script objects that a script's text makes: names of their variables, handlers, and how the
 /// variables get their first values. Points into the tree.
 struct ScriptLayout {
   struct VariableName {

@@ -1,6 +1,6 @@
 // Statements that steer: each tells its block's runner whether to go on, to leave the loop, or to leave the handler.
-// What a block changes for its inside (the target, the timeout, what text comparison considers) is put back however it
-// ends.
+// A block that changes something for its inside (the target, the timeout, the rules of text comparison) puts it back
+// however it ends.
 #include "applescript/evaluate/Statements.h"
 
 #include "applescript/evaluate/Calls.h"

@@ -8,7 +8,7 @@ namespace tabwright::applescript {
 /// object under test: the application can't be asked that, so the condition is evaluated here, object by object.
 struct TestNeedsValues {};
 
-/// Whether a specifier hangs from the object under test of a `whose`.
+/// The specifier hangs from the object under test of a `whose`.
 [[nodiscard]] inline bool isRootedInTest(const ObjectSpecifier& specifier) {
   return !specifier.application && rootOf(specifier).form == ObjectSpecifier::Form::tested;
 }

@@ -28,7 +28,7 @@ struct TokenList {
   /// In source order.
   std::vector<SourceRange> comments;
 
-  /// What tokens' texts point to where that isn't the source: texts with escapes, spellings first shown elsewhere.
+  /// Texts of tokens that don't stand in the source: those with escapes.
   std::deque<std::string> storage;
 };
 

@@ -58,7 +58,8 @@ struct ExpressionOf : Expression {
   ExpressionOf() : Expression(own) {}
 };
 
-/// How a reference was joined to its container: `name of w`, `name in w`, `w's name`. For the printer only.
+/// The written form of a reference's joint to its container: `name of w`, `name in w`, `w's name`. For the printer
+/// only.
 enum class Joint { of, in, possessive };
 
 /// A number, text, boolean, class name, enumerator, `missing value`, `null`, or a constant (`pi`, `return`, `tab`).

@@ -120,7 +120,7 @@ constexpr auto rows = std::to_array<OperatorRow>({
     suffix(OperatorRow::Form::notRunning, Precedence::equality, {K::isnt, K::running}),
 });
 
-/// How many tokens the row's words take, or 0 when they don't stand there.
+/// The number of tokens that the row's words take, or 0 when they don't stand there.
 std::size_t matchWords(const OperatorRow& row, std::span<const Token> tokens) {
   std::size_t count = 0;
   while (count < row.words.size() && row.words[count] != Keyword::none) {

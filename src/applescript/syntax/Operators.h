@@ -39,7 +39,7 @@ struct OperatorRow {
   std::array<Keyword, 8> words = {}; ///< filled up with Keyword::none
 };
 
-/// What is printed for an operator.
+/// An operator's sign or words as they are printed.
 [[nodiscard]] std::string_view sourceForm(Binary::Operator op);
 
 /// An operator that compares: the comparison that a `whose` makes of it, and whether that is denied.

@@ -6,7 +6,7 @@
 
 #include <utility>
 
-// What a script is made of at its outermost level: properties, handlers, script objects, and its imports.
+// The outermost level of a script: properties, handlers, script objects, and its imports.
 namespace tabwright::applescript {
 
 namespace {

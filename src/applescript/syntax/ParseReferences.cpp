@@ -116,7 +116,7 @@ ExpressionPointer parseMessage(ScriptParser& p) {
   return p.finish(std::move(message), start);
 }
 
-// What may stand behind `'s`: a name of any kind, never a variable of the script.
+// Behind `'s` stands a name of any kind, never a variable of the script.
 ExpressionPointer parseMember(ScriptParser& p) {
   const Token& first = p.token();
   const std::size_t start = p.offset();

@@ -13,7 +13,7 @@ Block parseStatements(ScriptParser& p);
 /// Parses the body of a block of that kind and its `end`.
 Block parseBody(ScriptParser& p, Keyword kind);
 void finishBlock(ScriptParser& p, Keyword kind);
-/// What `set` and `copy` may change.
+/// A place that `set` and `copy` may change.
 ExpressionPointer parseTarget(ScriptParser& p);
 /// A name that becomes a variable here.
 std::unique_ptr<Variable> parseBinding(ScriptParser& p);

@@ -75,7 +75,7 @@ private:
       }
     }
   }
-  /// Where the source has one in front of an offset, but for the beginning of a block.
+  /// Writes an empty line if the source has one in front of an offset, but for the beginning of a block.
   void emptyLine(std::size_t offset) {
     const std::size_t last = source_.substr(0, offset).find_last_not_of(" \t\r\n");
     const std::string_view blanks = source_.substr(last + 1, offset - last - 1);

@@ -39,7 +39,7 @@ std::vector<ScriptError> ScriptParser::run() {
   try {
     tree.body = parseScriptBody(*this);
   } catch (const EnoughErrors&) {
-    // What has been found stands in `errors`.
+    // Those found so far stand in `errors`.
   }
   std::ranges::sort(errors, {}, [](const ScriptError& error) {
     return std::pair<std::size_t, std::string>(error.range()->offset, error.sentence());

@@ -2,7 +2,6 @@
 // share their parts or of a list that holds itself must not cost more than what is shown of it.
 #include "applescript/values/SourceForm.h"
 
-#include "applescript/terminology/Codes.h"
 #include "applescript/terminology/Terminology.h"
 #include "applescript/values/Dates.h"
 #include "applescript/values/ForeignObject.h"
@@ -16,7 +15,6 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <limits>
 
 namespace tabwright::applescript {
 
