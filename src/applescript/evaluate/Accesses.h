@@ -29,6 +29,8 @@ Value specifierProperty(Evaluator& run, const Value::SpecifierPointer& container
 Value specifierElement(Evaluator& run, const Value::SpecifierPointer& container, const ElementAccess& expression,
                        Mode mode);
 Value insertionPoint(Evaluator& run, const InsertionPoint& expression);
+/// The condition of a `whose` for the application. Throws TestNeedsValues where it can't be asked that.
+std::shared_ptr<const SpecifierTest> specifierTest(Evaluator& run, const Expression& test);
 /// The condition of a `whose` holds for the item.
 bool passes(Evaluator& run, const Value& item, const Expression& test);
 

@@ -3,7 +3,6 @@
 // of w`, `item 2 of name of windows`) is done here, after a `get` of the value.
 #include "applescript/evaluate/Accesses.h"
 #include "applescript/evaluate/Bridge.h"
-#include "applescript/evaluate/TestBuilder.h"
 #include "applescript/evaluate/TestNeedsValues.h"
 #include "applescript/terminology/Codes.h"
 #include "applescript/values/ClassNames.h"
@@ -63,16 +62,6 @@ std::shared_ptr<ObjectSpecifier> childOf(Value::SpecifierPointer container, Four
   specifier->application = container->application;
   specifier->container = std::move(container);
   return specifier;
-}
-
-std::shared_ptr<const SpecifierTest> specifierTest(Evaluator& run, const Expression& test) {
-  const Restored<Value> target(run.frame->target, TestBuilder::objectUnderTest());
-  const auto side = [&run](const Expression& expression) {
-    const Value value = lookThrough(run.evaluate(expression));
-    const auto* specifier = value.get<Value::SpecifierPointer>();
-    return specifier && isRootedInTest(**specifier) ? value : outgoing(run.plain(value));
-  };
-  return TestBuilder(run.attributes.considersCase, run.stack, side).build(test);
 }
 
 Value::SpecifierPointer elementSpecifier(Evaluator& run, Value::SpecifierPointer container,
@@ -178,9 +167,9 @@ bool passes(Evaluator& run, const Value& item, const Expression& test) {
 
 Value insertionPoint(Evaluator& run, const InsertionPoint& expression) {
   const Value container = run.containerOf(expression.container);
-  const auto* place = container.get<Value::SpecifierPointer>();
+  const auto* place = objectIn(container);
   const bool isEnd = expression.form == Form::end || expression.form == Form::beginning;
-  if (!place || !(*place)->application) {
+  if (!place) {
     const auto* list = container.get<Value::ListPointer>();
     if (!list || !isEnd || (*list)->items.empty())
       throw errors::cannotGet(fmt::format("{} of {}", expression.form == Form::beginning ? "beginning" : "end",

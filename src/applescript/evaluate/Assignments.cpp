@@ -133,9 +133,8 @@ void assignToProperty(Evaluator& run, const PropertyAccess& target, Value&& valu
     return assignTo(run, withoutParentheses(*target.container), std::move(value));
   }
   container = lookThrough(std::move(container));
-  if (const auto* specifier = container.get<Value::SpecifierPointer>();
-      specifier && (*specifier)->application && target.property.code != 0) {
-    run.sender.set(propertyOf(*specifier, target.property.code), value);
+  if (const auto* object = objectIn(container); object && target.property.code != 0) {
+    run.sender.set(propertyOf(*object, target.property.code), value);
     return;
   }
   if (const auto* record = container.get<Value::RecordPointer>()) {
@@ -157,8 +156,8 @@ void assignToProperty(Evaluator& run, const PropertyAccess& target, Value&& valu
 
 void assignToElement(Evaluator& run, const ElementAccess& target, Value&& value) {
   const Value container = run.containerOf(target.container);
-  if (const auto* specifier = container.get<Value::SpecifierPointer>(); specifier && (*specifier)->application) {
-    const auto element = specifierElement(run, *specifier, target, Mode::designation);
+  if (const auto* object = objectIn(container)) {
+    const auto element = specifierElement(run, *object, target, Mode::designation);
     if (const auto* place = element.get<Value::SpecifierPointer>()) {
       run.sender.set(*place, value);
       return;

@@ -3,6 +3,7 @@
 #include "applescript/evaluate/Evaluator.h"
 #include "applescript/evaluate/ScriptMembers.h"
 
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -20,6 +21,8 @@ struct Arguments {
 Value callHandler(Evaluator& run, const HandlerCall& call);
 Value continueCall(Evaluator& run, const ContinueStatement& statement);
 Value evaluateCommand(Evaluator& run, const Command& command);
+/// No value for a command that is none of the scripting additions.
+std::optional<Value> answerOfAddition(Evaluator& run, const Command& command);
 Value evaluateMessage(Evaluator& run, const ObjectiveCMessage& message);
 
 Value invoke(Evaluator& run, const FoundHandler& handler, std::shared_ptr<ScriptObject> self, Arguments&& arguments,

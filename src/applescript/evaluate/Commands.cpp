@@ -18,13 +18,9 @@ namespace tabwright::applescript {
 namespace {
 
 std::shared_ptr<ScriptableApplication> applicationIn(const Value& value) {
-  if (const auto* specifier = value.get<Value::SpecifierPointer>())
-    return (*specifier)->application;
-  if (const auto* list = value.get<Value::ListPointer>(); list && !(*list)->items.empty()) {
-    if (const auto* specifier = (*list)->items.front().get<Value::SpecifierPointer>())
-      return (*specifier)->application;
-  }
-  return nullptr;
+  const auto* list = value.get<Value::ListPointer>();
+  const auto* object = objectIn(list && !(*list)->items.empty() ? (*list)->items.front() : value);
+  return object ? (*object)->application : nullptr;
 }
 
 Value count(Evaluator& run, const Command& command) {
@@ -44,8 +40,8 @@ Value count(Evaluator& run, const Command& command) {
   const auto* wanted = elementClass->get<Value::ClassPointer>();
   if (!wanted)
     throw errors::cannotMake(*elementClass, "class");
-  if (const auto* specifier = value.get<Value::SpecifierPointer>(); specifier && (*specifier)->application)
-    return countOf(run, everyElement(*specifier, (*wanted)->code));
+  if (const auto* object = objectIn(value))
+    return countOf(run, everyElement(*object, (*wanted)->code));
   const Value::ListPointer items = listOf(run.plain(value));
   return static_cast<std::int64_t>(
       std::ranges::count_if(items->items, [&](const Value& item) { return isKindOf(item, (*wanted)->code); }));
@@ -60,12 +56,11 @@ Value exists(Evaluator& run, const Command& command) {
       return false;
     throw;
   }
-  const auto* specifier = value.get<Value::SpecifierPointer>();
-  if (specifier && isRootedInTest(**specifier))
-    throw TestNeedsValues();
-  if (!specifier || !(*specifier)->application || (*specifier)->form == ObjectSpecifier::Form::application)
+  requireValue(value);
+  const auto* object = objectIn(value);
+  if (!object || (*object)->form == ObjectSpecifier::Form::application)
     return true;
-  return run.sender.send(events::exists, *specifier);
+  return run.sender.send(events::exists, *object);
 }
 
 // A parameter that says where something goes is a place, and stays unresolved, as do elements; properties are read.
@@ -99,9 +94,7 @@ Value sendCommand(Evaluator& run, const Command& command) {
   std::shared_ptr<ScriptableApplication> application;
   if (command.direct) {
     message.directObject = outgoing(run.evaluate(*command.direct, Mode::designation));
-    const auto* specifier = message.directObject->get<Value::SpecifierPointer>();
-    if (specifier && isRootedInTest(**specifier))
-      throw TestNeedsValues();
+    requireValue(*message.directObject);
     application = applicationIn(*message.directObject);
   }
   for (const auto& [term, expression] : command.parameters)
@@ -144,7 +137,7 @@ Value evaluateCommand(Evaluator& run, const Command& command) {
   case eventKey(events::run):
     return runCommand(run, command);
   default:
-    if (auto answer = run.additions.answer(command))
+    if (auto answer = answerOfAddition(run, command))
       return std::move(*answer);
     return sendCommand(run, command);
   }

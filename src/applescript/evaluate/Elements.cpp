@@ -124,9 +124,8 @@ std::optional<std::pair<Value::ListPointer, std::size_t>> itemPlace(Evaluator& r
 
 Value countOf(Evaluator& run, const Value& given) {
   const Value value = run.plain(given);
-  if (const auto* specifier = value.get<Value::SpecifierPointer>(); specifier && (*specifier)->application) {
-    return run.sender.send(events::count, *specifier);
-  }
+  if (const auto* object = objectIn(value))
+    return run.sender.send(events::count, *object);
   if (const auto* list = value.get<Value::ListPointer>())
     return static_cast<std::int64_t>((*list)->items.size());
   if (const auto* record = value.get<Value::RecordPointer>())

@@ -116,9 +116,7 @@ Evaluator::Evaluator(const Surroundings& surroundings, const RunLimits& limits, 
                      std::shared_ptr<platform::Notices> notices)
     : surroundings(surroundings), limits(limits), script(script), budget(limits, std::move(stop)),
       sender(*surroundings.directory, budget, frame, limits.eventTimeout, std::move(notices)),
-      picker(surroundings.random, script.textItemDelimiters, attributes),
-      additions(surroundings, limits, budget, picker.characters(), attributes,
-                [this](const Expression& expression) { return operand(expression); }) {}
+      picker(surroundings.random, script.textItemDelimiters, attributes) {}
 
 Value Evaluator::run(std::vector<Value> arguments) {
   return guarded(*this, [&] { return runScript(*this, script.object(), std::move(arguments)); });
@@ -190,13 +188,11 @@ bool Evaluator::isPlain(const Value& value) {
 
 Value Evaluator::plain(const Value& given) {
   Value value = plainValue(given);
-  if (const auto* specifier = value.get<Value::SpecifierPointer>()) {
-    if (isRootedInTest(**specifier))
-      throw TestNeedsValues();
-    // `a reference to name of window 1` and the like; what an application answers names an object, not a property.
-    if ((*specifier)->form == ObjectSpecifier::Form::property)
-      value = sender.get(Value::SpecifierPointer(*specifier));
-  }
+  requireValue(value);
+  // `a reference to name of window 1` and the like; what an application answers names an object, not a property.
+  const auto* specifier = value.get<Value::SpecifierPointer>();
+  if (specifier && (*specifier)->form == ObjectSpecifier::Form::property)
+    value = sender.get(Value::SpecifierPointer(*specifier));
   return value;
 }
 

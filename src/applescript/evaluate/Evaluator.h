@@ -5,7 +5,6 @@
 #include "applescript/evaluate/Frame.h"
 #include "applescript/evaluate/RunBudget.h"
 #include "applescript/evaluate/Script.h"
-#include "applescript/evaluate/ScriptingAdditions.h"
 #include "applescript/evaluate/StackGuard.h"
 #include "applescript/evaluate/Surroundings.h"
 #include "applescript/values/Coercion.h"
@@ -28,9 +27,9 @@ enum class Flow { next, exitRepeat, returned };
 ///
 /// It holds the state of the run, and passes each node through `evaluate` or `execute`. The kinds of node are functions
 /// over it, `run` in all of them, in files by kind: Statements, Attempts, Loops, Assignments (declared in
-/// Statements.h); Handlers, Commands, Bridge (Calls.h); Properties, Elements, References, Applications (Accesses.h);
-/// Operators. What needs no tree is its parts': variables (Frame), limits (RunBudget), events (EventSender), elements
-/// of values (ElementPicker), conditions that travel (TestBuilder), the commands of every system (ScriptingAdditions).
+/// Statements.h); Handlers, Commands, ScriptingAdditions, Bridge (Calls.h); Properties, Elements, References,
+/// Applications, Conditions (Accesses.h); Operators. What needs no tree is its parts': variables (Frame), limits
+/// (RunBudget), events (EventSender), elements of values (ElementPicker).
 ///
 /// An evaluator serves one run and one thread. It throws ScriptError, with the place in the source set.
 class Evaluator {
@@ -74,7 +73,6 @@ public:
   RunBudget budget;
   EventSender sender;
   ElementPicker picker;
-  ScriptingAdditions additions;
 };
 
 } // namespace tabwright::applescript

@@ -39,8 +39,7 @@ Arguments argumentsOf(Evaluator& run, const HandlerCall& call) {
     Value value = run.evaluate(expression);
     if (const auto* reference = value.get<Value::ReferencePointer>())
       return Value((*reference)->asParameter(*reference));
-    if (const auto* specifier = value.get<Value::SpecifierPointer>(); specifier && isRootedInTest(**specifier))
-      throw TestNeedsValues();
+    requireValue(value);
     return value;
   };
   Arguments arguments;
@@ -53,6 +52,12 @@ Arguments argumentsOf(Evaluator& run, const HandlerCall& call) {
   for (const auto& [label, expression] : call.labelled)
     arguments.labelled.emplace_back(label, argument(*expression));
   return arguments;
+}
+
+ScriptError notUnderstood(const Value& receiver, const HandlerCall& call) {
+  if (const auto* object = objectIn(receiver))
+    return errors::cannotContinue(call.name).raisedBy((*object)->application->name());
+  return errors::notUnderstood(shortSourceForm(receiver), call.name);
 }
 
 void bindParameters(Evaluator& run, const HandlerDefinition& definition, Arguments&& arguments, std::string_view name) {
@@ -69,27 +74,22 @@ void bindParameters(Evaluator& run, const HandlerDefinition& definition, Argumen
                                               shortSourceForm(Value::list(std::move(arguments.positional))),
                                               definition.positional.size()),
                                   name);
-  for (std::size_t index = 0; index < definition.positional.size(); ++index) {
-    const Parameter& parameter = definition.positional[index];
+  const auto bind = [&](const Parameter& parameter, Value& argument, std::string_view label) {
+    if (argument.isNothing() && !parameter.defaultValue)
+      throw errors::missingParameter(label, name);
     assignTo(run, *parameter.pattern,
-             index < given ? std::move(arguments.positional[index]) : run.evaluate(*parameter.defaultValue));
-  }
-  if (definition.direct) {
-    if (arguments.direct.isNothing() && !definition.direct->defaultValue)
-      throw errors::missingParameter("direct", name);
-    assignTo(run, *definition.direct->pattern,
-             arguments.direct.isNothing() ? run.evaluate(*definition.direct->defaultValue)
-                                          : std::move(arguments.direct));
-  }
+             argument.isNothing() ? run.evaluate(*parameter.defaultValue) : std::move(argument));
+  };
+  arguments.positional.resize(definition.positional.size(), Value::nothing());
+  for (std::size_t index = 0; index < definition.positional.size(); ++index)
+    bind(definition.positional[index], arguments.positional[index], {});
+  if (definition.direct)
+    bind(*definition.direct, arguments.direct, "direct");
   for (const auto& [label, parameter] : definition.labelled) {
     const auto found =
         std::ranges::find_if(arguments.labelled, [&](const auto& argument) { return sameName(argument.first, label); });
-    if (found != arguments.labelled.end())
-      assignTo(run, *parameter.pattern, std::move(found->second));
-    else if (parameter.defaultValue)
-      assignTo(run, *parameter.pattern, run.evaluate(*parameter.defaultValue));
-    else
-      throw errors::missingParameter(label, name);
+    Value absent = Value::nothing();
+    bind(parameter, found == arguments.labelled.end() ? absent : found->second, label);
   }
 }
 
@@ -142,12 +142,10 @@ Value callHandler(Evaluator& run, const HandlerCall& call) {
       run.budget.require();
       return sendToForeign(*foreign, selectorOf(call), std::move(arguments));
     }
-    if (const auto* specifier = object.get<Value::SpecifierPointer>(); specifier && (*specifier)->application)
-      throw errors::cannotContinue(call.name).raisedBy((*specifier)->application->name());
     const auto* script = object.get<Value::ScriptPointer>();
     const FoundHandler found = script ? findHandler(*script, call.foldedName) : FoundHandler{};
     if (!found.definition)
-      throw errors::notUnderstood(shortSourceForm(object), call.name);
+      throw notUnderstood(object, call);
     return invoke(run, found, *script, argumentsOf(run, call), call.name);
   }
 
@@ -164,10 +162,8 @@ Value callHandler(Evaluator& run, const HandlerCall& call) {
                                  ? findHandlerAround(run.frame->owner, call.foldedName)
                                  : FoundHandler{};
   if (!found.definition) {
-    const auto* target = run.frame->target.get<Value::SpecifierPointer>();
-    if (call.target == HandlerCall::Target::implicit && target && (*target)->application)
-      throw errors::cannotContinue(call.name).raisedBy((*target)->application->name());
-    throw errors::notUnderstood(run.frame->self->description(), call.name);
+    const bool isToObject = call.target == HandlerCall::Target::implicit && objectIn(run.frame->target);
+    throw notUnderstood(isToObject ? run.frame->target : Value(run.frame->self), call);
   }
   return invoke(run, found, found.owner, argumentsOf(run, call), call.name);
 }

@@ -17,25 +17,6 @@ namespace tabwright::applescript {
 
 namespace {
 
-Arithmetic arithmeticOf(Binary::Operator op) {
-  switch (op) {
-  case Binary::Operator::subtract:
-    return Arithmetic::subtract;
-  case Binary::Operator::multiply:
-    return Arithmetic::multiply;
-  case Binary::Operator::divide:
-    return Arithmetic::divide;
-  case Binary::Operator::integerDivide:
-    return Arithmetic::integerDivide;
-  case Binary::Operator::modulo:
-    return Arithmetic::modulo;
-  case Binary::Operator::power:
-    return Arithmetic::power;
-  default:
-    return Arithmetic::add;
-  }
-}
-
 // A date takes seconds, and gives them when another is subtracted.
 std::optional<Value> dateArithmetic(Binary::Operator op, const Value& left, const Value& right) {
   const auto* date = left.get<Date>();
@@ -51,18 +32,21 @@ std::optional<Value> dateArithmetic(Binary::Operator op, const Value& left, cons
   return Value(Date{op == Binary::Operator::add ? date->seconds + seconds : date->seconds - seconds});
 }
 
-Value evaluateArithmetic(Evaluator& run, const Binary& expression) {
+Value evaluateArithmetic(Evaluator& run, const Binary& expression, Arithmetic operation) {
   const Value left = run.operand(*expression.left);
   const Value right = run.operand(*expression.right);
   if (const auto result = dateArithmetic(expression.op, left, right))
     return *result;
-  return calculate(arithmeticOf(expression.op), numberOf(left), numberOf(right));
+  return calculate(operation, numberOf(left), numberOf(right));
 }
 
-Value evaluateComparison(Evaluator& run, const Binary& expression) {
+Value evaluateComparison(Evaluator& run, const Binary& expression, const Comparison& comparison) {
+  if (comparison.test == TestOperator::equals) {
+    const Value left = run.evaluate(*expression.left);
+    return isEqual(run, left, run.evaluate(*expression.right)) != comparison.isDenied;
+  }
   const Value left = run.operand(*expression.left);
   const Value right = run.operand(*expression.right);
-  const Comparison& comparison = *comparisonOf(expression.op);
   return compare(comparison.test, left, right, run.attributes) != comparison.isDenied;
 }
 
@@ -87,40 +71,14 @@ Value evaluateUnary(Evaluator& run, const Unary& expression) {
 }
 
 Value evaluateBinary(Evaluator& run, const Binary& expression) {
-  using Operator = Binary::Operator;
-  switch (expression.op) {
-  case Operator::add:
-  case Operator::subtract:
-  case Operator::multiply:
-  case Operator::divide:
-  case Operator::integerDivide:
-  case Operator::modulo:
-  case Operator::power:
-    return evaluateArithmetic(run, expression);
-  case Operator::concatenate:
+  if (const auto& arithmetic = arithmeticOf(expression.op))
+    return evaluateArithmetic(run, expression, *arithmetic);
+  if (const auto& comparison = comparisonOf(expression.op))
+    return evaluateComparison(run, expression, *comparison);
+  if (expression.op == Binary::Operator::concatenate)
     return evaluateConcatenation(run, expression);
-  case Operator::equal:
-  case Operator::notEqual: {
-    const Value left = run.evaluate(*expression.left);
-    return isEqual(run, left, run.evaluate(*expression.right)) == (expression.op == Operator::equal);
-  }
-  case Operator::less:
-  case Operator::lessOrEqual:
-  case Operator::greater:
-  case Operator::greaterOrEqual:
-  case Operator::contains:
-  case Operator::doesNotContain:
-  case Operator::isIn:
-  case Operator::isNotIn:
-  case Operator::beginsWith:
-  case Operator::endsWith:
-    return evaluateComparison(run, expression);
-  case Operator::logicalAnd:
-    return run.condition(*expression.left) && run.condition(*expression.right);
-  case Operator::logicalOr:
-    return run.condition(*expression.left) || run.condition(*expression.right);
-  }
-  return {};
+  const bool isBoth = expression.op == Binary::Operator::logicalAnd;
+  return run.condition(*expression.left) == isBoth ? run.condition(*expression.right) : !isBoth;
 }
 
 bool isEqual(Evaluator& run, const Value& a, const Value& b) {

@@ -23,11 +23,7 @@ std::optional<Value> ownProperty(Evaluator& run, const Value& value, const Label
   if (property.code == codes::name && value.is<Value::ScriptPointer>())
     return run.surroundings.ownName;
   // A list of objects answers with the list of their properties.
-  const auto isObject = [](const Value& item) {
-    const Value object = lookThrough(item);
-    const auto* specifier = object.get<Value::SpecifierPointer>();
-    return specifier && (*specifier)->application;
-  };
+  const auto isObject = [](const Value& item) { return objectIn(lookThrough(item)) != nullptr; };
   const auto* pointer = value.get<Value::ListPointer>();
   if (!pointer || property.code == 0 || (*pointer)->items.empty() || !std::ranges::all_of((*pointer)->items, isObject))
     return {};

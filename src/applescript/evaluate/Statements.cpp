@@ -93,37 +93,23 @@ void raise(Evaluator& run, const RaiseError& statement) {
 }
 
 Flow executeConsidering(Evaluator& run, const Considering& statement) {
-  TextAttributes attributes = run.attributes;
-  const auto change = [&](const std::vector<Considering::Attribute>& changed, bool considers) {
-    using Attribute = Considering::Attribute;
-    for (const Attribute attribute : changed) {
-      switch (attribute) {
-      case Attribute::textCase:
-        attributes.considersCase = considers;
-        break;
-      case Attribute::diacriticals:
-        attributes.considersDiacriticals = considers;
-        break;
-      case Attribute::hyphens:
-        attributes.considersHyphens = considers;
-        break;
-      case Attribute::punctuation:
-        attributes.considersPunctuation = considers;
-        break;
-      case Attribute::whiteSpace:
-        attributes.considersWhiteSpace = considers;
-        break;
-      case Attribute::numericStrings:
-        attributes.considersNumericStrings = considers;
-        break;
-      case Attribute::expansion:            // No folding here makes one character of two.
-      case Attribute::applicationResponses: // An answer is always waited for.
-        break;
-      }
-    }
+  using Attribute = Considering::Attribute;
+  // The others change nothing: no folding here makes one character of two, and an answer is always waited for.
+  static constexpr std::pair<Attribute, bool TextAttributes::*> flags[] = {
+      {Attribute::textCase, &TextAttributes::considersCase},
+      {Attribute::diacriticals, &TextAttributes::considersDiacriticals},
+      {Attribute::hyphens, &TextAttributes::considersHyphens},
+      {Attribute::punctuation, &TextAttributes::considersPunctuation},
+      {Attribute::whiteSpace, &TextAttributes::considersWhiteSpace},
+      {Attribute::numericStrings, &TextAttributes::considersNumericStrings},
   };
-  change(statement.considered, true);
-  change(statement.ignored, false);
+  TextAttributes attributes = run.attributes;
+  for (const auto& [attribute, flag] : flags) {
+    if (std::ranges::count(statement.considered, attribute) > 0)
+      attributes.*flag = true;
+    if (std::ranges::count(statement.ignored, attribute) > 0)
+      attributes.*flag = false;
+  }
   const Restored<TextAttributes> current(run.attributes, attributes);
   return run.execute(statement.body);
 }

@@ -13,4 +13,10 @@ struct TestNeedsValues {};
   return !specifier.application && rootOf(specifier).form == ObjectSpecifier::Form::tested;
 }
 
+/// Throws TestNeedsValues for a specifier that hangs from the object under test.
+inline void requireValue(const Value& value) {
+  if (const auto* specifier = value.get<Value::SpecifierPointer>(); specifier && isRootedInTest(**specifier))
+    throw TestNeedsValues();
+}
+
 } // namespace tabwright::applescript

@@ -2,7 +2,6 @@
 
 #include "applescript/lexer/Keyword.h"
 #include "applescript/syntax/Operators.h"
-#include "applescript/syntax/Prepositions.h"
 #include "applescript/values/Names.h"
 #include "applescript/values/Numbers.h"
 #include "applescript/values/SourceForm.h"
@@ -290,15 +289,7 @@ ExpressionPrinter::Parts ExpressionPrinter::call(const HandlerCall& call) const 
   if (call.isLabelled) {
     if (call.direct)
       text += " of " + print(*call.direct);
-    bool isGiven = false;
-    for (const auto& [label, value] : call.labelled) {
-      if (isPreposition(label) && !isGiven) {
-        text += " " + label + " " + print(*value);
-      } else {
-        text += (isGiven ? ", " : " given ") + name(label) + ":" + print(*value);
-        isGiven = true;
-      }
-    }
+    text += labelled(call.labelled, [this](const ExpressionPointer& value) { return print(*value); });
   } else {
     std::string arguments;
     std::size_t end = std::string::npos;

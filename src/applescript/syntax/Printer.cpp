@@ -2,7 +2,6 @@
 
 #include "applescript/syntax/ConsideringWords.h"
 #include "applescript/syntax/ExpressionPrinter.h"
-#include "applescript/syntax/Prepositions.h"
 
 #include <algorithm>
 #include <string_view>
@@ -84,15 +83,10 @@ private:
       out_ += '\n';
     isFirstOfBlock_ = false;
   }
-  void add(std::string_view words, const ExpressionPointer& expression) {
-    if (!expression)
-      return;
-    out_ += words;
-    out_ += expressions_.print(*expression);
-  }
-  void add(std::string_view words, const std::unique_ptr<Variable>& variable) {
-    if (variable)
-      out_ += std::string(words) + expressions_.print(*variable);
+  template <class Node>
+  void add(std::string_view words, const std::unique_ptr<Node>& expression) {
+    if (expression)
+      (out_ += words) += expressions_.print(*expression);
   }
 
   void print(const Statement& statement);
@@ -313,16 +307,7 @@ std::string StatementPrinter::parameters(const HandlerDefinition& handler) const
   }
   if (handler.direct)
     text += " of " + parameter(*handler.direct);
-  bool isGiven = false;
-  for (const auto& [label, labelled] : handler.labelled) {
-    if (isPreposition(label) && !isGiven) {
-      text += " " + label + " " + parameter(labelled);
-    } else {
-      text += (isGiven ? ", " : " given ") + expressions_.name(label) + ":" + parameter(labelled);
-      isGiven = true;
-    }
-  }
-  return text;
+  return text + expressions_.labelled(handler.labelled, [this](const Parameter& each) { return parameter(each); });
 }
 
 void StatementPrinter::print(const HandlerDefinition& handler) {
