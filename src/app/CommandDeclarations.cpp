@@ -21,8 +21,8 @@ CLI::Option* operand(CLI::App& command, const char* kind, Value& value, const ch
 
 // Makes one choice when it is given.
 template <class Value>
-void flag(CLI::App& command, const char* word, Value& value, Value chosen, const char* description) {
-  command.add_flag_callback(word, [&value, chosen] { value = chosen; }, description);
+CLI::Option* flag(CLI::App& command, const char* word, Value& value, Value chosen, const char* description) {
+  return command.add_flag_callback(word, [&value, chosen] { value = chosen; }, description);
 }
 
 // The words behind an action's name are read later. “--help” there means the action, so the command has no flag of
@@ -95,7 +95,9 @@ void declareAppleScript(CLI::App& program, Choices& choices) {
   operand(*script, operands::file, choices.appleScript.file, "The script; “-” reads standard input")->required();
   operand(*script, "ARGUMENT", choices.appleScript.arguments, "Passed to the script’s run handler as a list of texts");
   flag(*script, "--check", choices.appleScript.mode, AppleScriptCommand::Mode::check,
-       "Only check the syntax; show every error with its place");
+       "Only check the syntax; show every error with its place")
+      ->excludes(flag(*script, "--format", choices.appleScript.mode, AppleScriptCommand::Mode::format,
+                      "Only print the script, laid out in the usual way"));
   script->callback([&choices] { choices.chosen = [&choices] { return appleScript(choices.appleScript); }; });
 }
 

@@ -1,6 +1,7 @@
 #include "applescript/Interpreter.h"
 
 #include "applescript/evaluate/Evaluator.h"
+#include "applescript/syntax/Printer.h"
 #include "platform/Sleep.h"
 #include "platform/Utf8.h"
 
@@ -61,13 +62,21 @@ Interpreter::Interpreter(Surroundings surroundings, RunLimits limits)
 
 Interpreter::~Interpreter() = default;
 
-CompiledScript Interpreter::compile(std::string source) {
+std::unique_ptr<SyntaxTree> Interpreter::parsed(std::string source) const {
   if (std::optional<ScriptError> error = notText(source))
     throw *error;
   ParseResult parsed = parse(std::move(source), *state_->surroundings.directory);
   if (!parsed.tree)
     throw parsed.errors.front();
-  return CompiledScript(new Script(std::move(parsed.tree)));
+  return std::move(parsed.tree);
+}
+
+CompiledScript Interpreter::compile(std::string source) {
+  return CompiledScript(new Script(parsed(std::move(source))));
+}
+
+std::string Interpreter::formatted(std::string source) const {
+  return print(*parsed(std::move(source)));
 }
 
 std::vector<ScriptError> Interpreter::check(std::string source) const {

@@ -39,6 +39,8 @@ public:
   /// Throws the first syntax error; `check` shows all of them.
   [[nodiscard]] CompiledScript compile(std::string source);
   [[nodiscard]] std::vector<ScriptError> check(std::string source) const;
+  /// The script in the usual layout; throws as `compile` does.
+  [[nodiscard]] std::string formatted(std::string source) const;
 
   /// Runs the `run` handler, explicit or implicit, with its arguments. The result is the value of the last statement,
   /// or `nothing`. References are looked through at every depth and object specifiers left as they are; a script object
@@ -52,6 +54,8 @@ public:
              std::shared_ptr<platform::Notices> notices = {});
 
 private:
+  [[nodiscard]] std::unique_ptr<SyntaxTree> parsed(std::string source) const;
+
   struct State;
   std::shared_ptr<State> state_;
 };

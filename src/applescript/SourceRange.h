@@ -16,7 +16,7 @@ struct SourceRange {
   friend bool operator==(SourceRange, SourceRange) = default;
 };
 
-/// Where an offset lies: 1-based line, 1-based column in Unicode scalar values. Lines end at LF, CR or CR LF.
+/// The place of an offset: 1-based line, 1-based column in Unicode scalar values. Lines end at LF, CR or CR LF.
 struct SourcePosition {
   std::size_t line = 1;
   std::size_t column = 1;

@@ -149,7 +149,7 @@ TEST_F(CommandLine, showsHelpThatFitsATerminalAndCanBeCopied) {
   }
 }
 
-TEST_F(CommandLine, checksSyntaxWithoutRunning) {
+TEST_F(CommandLine, checksAndFormatsWithoutRunning) {
   const CommandOutcome good = tabwright({"applescript", "--check", "-"}, "error \"this is not run\"");
   EXPECT_EQ(good.exitCode, 0) << good.errors;
   EXPECT_EQ(good.output + good.errors, "");
@@ -159,6 +159,9 @@ TEST_F(CommandLine, checksSyntaxWithoutRunning) {
   EXPECT_THAT(bad.errors, HasSubstr("standard input:1:"));
   EXPECT_THAT(bad.errors, HasSubstr("standard input:3:"));
   EXPECT_THAT(bad.errors, HasSubstr("^"));
+
+  const CommandOutcome formatted = tabwright({"applescript", "--format", "-"}, "if 1 = x then -- so\n  beep\nend");
+  EXPECT_EQ(formatted.output + formatted.errors, "if 1 = x then -- so\n\tbeep\nend if\n");
 
   const CommandOutcome noText = tabwright({"applescript", "-"}, "set x to 1\nset y to \"a\xff\"\n");
   EXPECT_EQ(noText.exitCode, 1);

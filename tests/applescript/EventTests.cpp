@@ -1,4 +1,4 @@
-// What a script says to applications: which events, with which specifiers, and how many of them.
+// The events that a script sends to applications, their specifiers, and how many there are.
 #include "RecordingApplication.h"
 #include "applescript/Interpreter.h"
 #include "applescript/values/Errors.h"

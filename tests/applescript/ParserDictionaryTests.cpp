@@ -7,7 +7,7 @@
 namespace tabwright::applescript::test {
 namespace {
 
-/// What a line means inside of a `tell` to an application.
+/// The meaning of a line inside of a `tell` to an application.
 std::string inside(const std::string& application, const std::string& line) {
   const std::string text = parsed("tell application \"" + application + "\"\n" + line + "\nend tell");
   const std::string head = "tell (application \"" + application + "\")\n  ";
@@ -15,9 +15,9 @@ std::string inside(const std::string& application, const std::string& line) {
 }
 
 TEST(ParserDictionaries, GiveTestsToTheOutermostPick) {
-  EXPECT_EQ(
-      inside("Google Chrome", "URL of first tab of front window where its mode is x"),
-      "(property URL'URL ' of (first tab'CrTb' whose (= (property mode'mode' of it) x) of (first window'cwin')))");
+  EXPECT_EQ(inside("Google Chrome", "URL of first tab of front window where its mode is x"),
+            "(property URL'URL ' of (index tab'CrTb' at 1 whose (= (property mode'mode' of it) x) of (index "
+            "window'cwin' at 1)))");
   EXPECT_EQ(inside("Google Chrome", "third tab whose (loading) of w"),
             "(index tab'CrTb' at 3 whose (brackets (property loading'ldng')) of w)");
 }
@@ -46,20 +46,19 @@ TEST(ParserDictionaries, GiveWordsToLinesThatNameTheirApplication) {
 
 TEST(ParserDictionaries, LeaveGeneralWordsWhereTheTargetIsKnownAtRunTimeOnly) {
   EXPECT_EQ(parsed("tell application id bundleID\nset tmp to id of first window\nset n to title\nactivate\nend tell"),
-            "tell (application-id bundleID)\n  set tmp := (property id'ID  ' of (first window'cwin'))\n"
+            "tell (application-id bundleID)\n  set tmp := (property id'ID  ' of (index window'cwin' at 1))\n"
             "  set n := title\n  (command activate'miscactv')");
 }
 
 TEST(ParserDictionaries, LetVariablesHaveTheirWordsOutsideOfTells) {
   for (const auto& [source, expected] : std::vector<ParserCase>{
-           {"repeat with URL in xs\nlog URL\nend repeat",
-            "repeat-items URL in xs\n  (command log'ascrcmnt' direct URL)"},
+           {"repeat with URL in xs\nlog URL\nend repeat", "repeat URL in xs\n  (command log'ascrcmnt' direct URL)"},
            {"set index to 3\nset x to item index of xs", "set index := 3\nset x := (index item'cobj' at index of xs)"},
            {"set tab to 1\nlog tab & return", "set tab := 1\n(command log'ascrcmnt' direct (& tab return))"},
            {"on f(name)\nname & name of x\nend f", "on f name\n  (& name (property name'pnam' of x))"},
            {"set numbers to {1}\nset item 1 of numbers to 2",
             "set numbers := (list 1)\nset (index item'cobj' at 1 of numbers) := 2"},
-           // What no statement has bound is the dictionary's.
+           // A word that no statement has bound is the dictionary's.
            {"log tab", "(command log'ascrcmnt' direct tab)"},
            {"name", "(property name'pnam')"},
        })

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "applescript/SyntaxDictionaries.h"
+#include "applescript/TreeDump.h"
 #include "applescript/syntax/Parser.h"
-#include "applescript/syntax/Printer.h"
 
 #include <fmt/core.h>
 

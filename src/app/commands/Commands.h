@@ -42,12 +42,12 @@ struct ActionsCommand {
 ExitCode actions(const ActionsCommand& command);
 
 struct AppleScriptCommand {
-  enum class Mode { run, check };
+  enum class Mode { run, check, format };
   std::string file; ///< "-" for standard input
   std::vector<std::string> arguments;
   Mode mode = Mode::run;
 };
-/// `tabwright applescript`: runs a script and prints its result in source form, or checks its syntax.
+/// `tabwright applescript`: runs a script and prints its result in source form, checks its syntax, or lays it out.
 ExitCode appleScript(const AppleScriptCommand& command);
 
 struct MarkdownCommand {

@@ -1,11 +1,9 @@
 // Objects of applications. Access to an object's properties and elements only makes its name longer, until a value
 // is needed: then one `get` carries the whole name. What the language can do on its own with a value (`length of name
 // of w`, `item 2 of name of windows`) is done here, after a `get` of the value.
+#include "applescript/evaluate/Accesses.h"
 #include "applescript/evaluate/Bridge.h"
-#include "applescript/evaluate/Evaluator.h"
-#include "applescript/evaluate/TestBuilder.h"
 #include "applescript/evaluate/TestNeedsValues.h"
-#include "applescript/events/AppleEventMessage.h"
 #include "applescript/terminology/Codes.h"
 #include "applescript/values/ClassNames.h"
 #include "applescript/values/Errors.h"
@@ -17,23 +15,19 @@
 
 #include <fmt/core.h>
 
-#include <algorithm>
-#include <new>
-
 namespace tabwright::applescript {
 
 namespace {
 
-using Form = ElementAccess::Form;
-using SpecifierForm = ObjectSpecifier::Form;
+using Form = ObjectSpecifier::Form;
 
 // Properties that values of the language have and objects don't: of a specifier they mean its value's.
-bool isValueProperty(FourCharCode property, SpecifierForm form) {
+bool isValueProperty(FourCharCode property, Form form) {
   switch (property) {
   case codes::length:
   case codes::reverse:
   case codes::rest:
-    return form == SpecifierForm::property || form == SpecifierForm::every || form == SpecifierForm::range;
+    return form == Form::property || form == Form::every || form == Form::range;
   case codes::quotedForm:
   case codes::className:
   case codes::year:
@@ -47,20 +41,19 @@ bool isValueProperty(FourCharCode property, SpecifierForm form) {
   case codes::dateString:
   case codes::shortDateString:
   case codes::timeString:
-    return form == SpecifierForm::property;
+    return form == Form::property;
   default:
     return false;
   }
 }
 
-bool isValueElement(FourCharCode elementClass, SpecifierForm form) {
+bool isValueElement(FourCharCode elementClass, Form form) {
   const bool isTextPiece = elementClass == codes::character || elementClass == codes::word ||
                            elementClass == codes::paragraph || elementClass == codes::textItem ||
                            isTextClass(elementClass);
   if (isTextPiece)
-    return form == SpecifierForm::property;
-  return elementClass == codes::item &&
-         (form == SpecifierForm::property || form == SpecifierForm::every || form == SpecifierForm::range);
+    return form == Form::property;
+  return elementClass == codes::item && (form == Form::property || form == Form::every || form == Form::range);
 }
 
 std::shared_ptr<ObjectSpecifier> childOf(Value::SpecifierPointer container, FourCharCode desiredClass) {
@@ -71,29 +64,63 @@ std::shared_ptr<ObjectSpecifier> childOf(Value::SpecifierPointer container, Four
   return specifier;
 }
 
-} // namespace
-
-Value Evaluator::evaluateApplication(const ApplicationReference& expression) {
-  if (const Value::SpecifierPointer* known = sender_.known(expression))
-    return *known;
-  return sender_.find(expression, textOf(operand(*expression.designation), coercionContext()));
+Value::SpecifierPointer elementSpecifier(Evaluator& run, Value::SpecifierPointer container,
+                                         const ElementAccess& expression) {
+  const ElementKey key = keyOf(run, expression);
+  const auto specifier = stepOf(expression, {outgoing(key.first), outgoing(key.last)});
+  if (specifier->form == Form::index)
+    specifier->key = integerOf(specifier->key);
+  if (expression.test)
+    specifier->test = specifierTest(run, *expression.test);
+  // `item 2 of tabs of w` is the tab.
+  if (specifier->desiredClass == codes::item && container->form == Form::every && container->container) {
+    specifier->desiredClass = container->desiredClass;
+    if (!expression.test)
+      specifier->test = container->test;
+    container = Value::SpecifierPointer(container->container);
+  }
+  specifier->application = container->application;
+  specifier->container = std::move(container);
+  return specifier;
 }
 
-Value Evaluator::specifierProperty(const Value::SpecifierPointer& container, const Label& property, Mode mode) {
-  const bool isRoot = container->form == SpecifierForm::application;
+// A condition that the application can't be asked: all elements are fetched, and each is put to the test here.
+Value filteredElement(Evaluator& run, const Value::SpecifierPointer& container, const ElementAccess& expression) {
+  const auto every = childOf(container, expression.elementClass.code);
+  every->form = Form::every;
+  const Value all = run.sender.get(every);
+  std::vector<Value> passing;
+  const Value::ListPointer elements = listOf(all);
+  for (const Value& element : elements->items) {
+    if (passes(run, element, *expression.test))
+      passing.push_back(element);
+  }
+  return run.picker.pickFrom(passing, expression, keyOf(run, expression), Value(container));
+}
+
+} // namespace
+
+Value evaluateApplication(Evaluator& run, const ApplicationReference& expression) {
+  if (const Value::SpecifierPointer* known = run.sender.known(expression))
+    return *known;
+  return run.sender.find(expression, textOf(run.operand(*expression.designation), run.coercionContext()));
+}
+
+Value specifierProperty(Evaluator& run, const Value::SpecifierPointer& container, const Label& property, Mode mode) {
+  const bool isRoot = container->form == Form::application;
   if (property.code == codes::contents)
-    return mode == Mode::value ? sender_.get(container) : Value(container);
+    return mode == Mode::value ? run.sender.get(container) : Value(container);
   if (isRoot && property.code == codes::className)
     return ClassName{codes::application, "application"};
   if (isRoot && !container->application) {
     if (property.code == codes::name)
-      return surroundings_.ownName;
-    return findInBridge(surroundings_.objectiveC, property.name);
+      return run.surroundings.ownName;
+    return findInBridge(run.surroundings.objectiveC, property.name);
   }
   if (isRootedInTest(*container))
-    return applescript::propertyOf(container, property.code);
+    return propertyOf(container, property.code);
   if (isRoot) {
-    // What is known without the application neither asks nor starts it.
+    // Facts known without the application neither ask nor start it.
     if (property.code == codes::name)
       return container->application->name();
     if (property.code == codes::id)
@@ -105,111 +132,53 @@ Value Evaluator::specifierProperty(const Value::SpecifierPointer& container, con
     throw errors::cannotGet(fmt::format("{} of {}", property.name, shortSourceForm(Value(container))))
         .raisedBy(container->application->name());
   if (isValueProperty(property.code, container->form))
-    return propertyOf(sender_.get(container), property, mode);
-  const Value::SpecifierPointer specifier = applescript::propertyOf(container, property.code);
-  return mode == Mode::value ? sender_.get(specifier) : Value(specifier);
+    return propertyOf(run, run.sender.get(container), property, mode);
+  const Value::SpecifierPointer specifier = propertyOf(container, property.code);
+  return mode == Mode::value ? run.sender.get(specifier) : Value(specifier);
 }
 
-Value Evaluator::specifierElement(const Value::SpecifierPointer& container, const ElementAccess& expression,
-                                  Mode mode) {
+Value specifierElement(Evaluator& run, const Value::SpecifierPointer& container, const ElementAccess& expression,
+                       Mode mode) {
   if (!container->application && !isRootedInTest(*container)) {
     throw errors::cannotGet(fmt::format("{} of current application", classWords(expression.elementClass)));
   }
   if (!isRootedInTest(*container) && isValueElement(expression.elementClass.code, container->form)) {
     // `first item of tabs of w` is the first tab, and still costs one event.
-    const bool isItemOfEvery = expression.elementClass.code == codes::item && container->form == SpecifierForm::every &&
+    const bool isItemOfEvery = expression.elementClass.code == codes::item && container->form == Form::every &&
                                !(container->test && expression.test) && container->container;
     if (!isItemOfEvery)
-      return elementOf(sender_.get(container), expression);
+      return elementOf(run, run.sender.get(container), expression);
   }
   Value::SpecifierPointer specifier;
   try {
-    specifier = elementSpecifier(container, expression);
+    specifier = elementSpecifier(run, container, expression);
   } catch (const TestNeedsValues&) {
     if (isRootedInTest(*container))
       throw;
-    return filteredElement(container, expression);
+    return filteredElement(run, container, expression);
   }
-  return mode == Mode::value ? sender_.get(specifier) : Value(specifier);
+  return mode == Mode::value ? run.sender.get(specifier) : Value(specifier);
 }
 
-Value::SpecifierPointer Evaluator::elementSpecifier(Value::SpecifierPointer container,
-                                                    const ElementAccess& expression) {
-  const ElementKey key = keyOf(expression);
-  const auto specifier = stepOf(expression, {outgoing(key.first), outgoing(key.last)});
-  if (specifier->form == SpecifierForm::index)
-    specifier->key = integerOf(specifier->key);
-  if (expression.test)
-    specifier->test = specifierTest(*expression.test);
-  // `item 2 of tabs of w` is the tab.
-  if (specifier->desiredClass == codes::item && container->form == SpecifierForm::every && container->container) {
-    specifier->desiredClass = container->desiredClass;
-    if (!expression.test)
-      specifier->test = container->test;
-    container = Value::SpecifierPointer(container->container);
-  }
-  specifier->application = container->application;
-  specifier->container = std::move(container);
-  return specifier;
+bool passes(Evaluator& run, const Value& item, const Expression& test) {
+  const Restored<Value> target(run.frame->target, lookThrough(item));
+  return run.condition(test);
 }
 
-std::shared_ptr<const SpecifierTest> Evaluator::specifierTest(const Expression& test) {
-  const Restored<Value> target(frame_->target, TestBuilder::objectUnderTest());
-  const auto side = [this](const Expression& expression) {
-    const Value value = lookThrough(evaluate(expression));
-    const auto* specifier = value.get<Value::SpecifierPointer>();
-    return specifier && isRootedInTest(**specifier) ? value : outgoing(plain(value));
-  };
-  return TestBuilder(attributes_.considersCase, stack_, side).build(test);
-}
-
-bool Evaluator::passes(const Value& item, const Expression& test) {
-  const Restored<Value> target(frame_->target, lookThrough(item));
-  return condition(test);
-}
-
-// A condition that the application can't be asked: all elements are fetched, and each is put to the test here.
-Value Evaluator::filteredElement(const Value::SpecifierPointer& container, const ElementAccess& expression) {
-  const auto every = childOf(container, expression.elementClass.code);
-  every->form = SpecifierForm::every;
-  const Value all = sender_.get(every);
-  std::vector<Value> passing;
-  const Value::ListPointer elements = listOf(all);
-  for (const Value& element : elements->items) {
-    if (passes(element, *expression.test))
-      passing.push_back(element);
-  }
-  return picker_.pickFrom(passing, expression, keyOf(expression), Value(container));
-}
-
-Value Evaluator::insertionPoint(const InsertionPoint& expression) {
-  using Where = InsertionPoint::Where;
-  const Value container = containerOf(expression.container);
-  const auto* place = container.get<Value::SpecifierPointer>();
-  const bool isEnd = expression.where == Where::end || expression.where == Where::beginning;
-  if (!place || !(*place)->application) {
+Value insertionPoint(Evaluator& run, const InsertionPoint& expression) {
+  const Value container = run.containerOf(expression.container);
+  const auto* place = objectIn(container);
+  const bool isEnd = expression.form == Form::end || expression.form == Form::beginning;
+  if (!place) {
     const auto* list = container.get<Value::ListPointer>();
     if (!list || !isEnd || (*list)->items.empty())
-      throw errors::cannotGet(fmt::format("{} of {}", expression.where == Where::beginning ? "beginning" : "end",
+      throw errors::cannotGet(fmt::format("{} of {}", expression.form == Form::beginning ? "beginning" : "end",
                                           shortSourceForm(container)));
-    return expression.where == Where::end ? (*list)->items.back() : (*list)->items.front();
+    return expression.form == Form::end ? (*list)->items.back() : (*list)->items.front();
   }
-  const bool isOfElements = isEnd && (*place)->form == SpecifierForm::every;
+  const bool isOfElements = isEnd && (*place)->form == Form::every;
   const auto specifier = childOf(*place, isOfElements ? (*place)->desiredClass : 0);
-  switch (expression.where) {
-  case Where::beginning:
-    specifier->form = SpecifierForm::beginning;
-    break;
-  case Where::end:
-    specifier->form = SpecifierForm::end;
-    break;
-  case Where::before:
-    specifier->form = SpecifierForm::before;
-    break;
-  case Where::after:
-    specifier->form = SpecifierForm::after;
-    break;
-  }
+  specifier->form = expression.form;
   return Value::SpecifierPointer(specifier);
 }
 

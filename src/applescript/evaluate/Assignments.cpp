@@ -1,7 +1,10 @@
 // `set` and `copy`. Lists and records are changed where they are, for all who share them. Two things are minded beside
 // the rules of the language: appending to a variable's list or text (`set x to x & y`) doesn't copy it when nobody else
 // can see it, and a list doesn't come to hold itself: what would close a ring is stored as a copy.
-#include "applescript/evaluate/Evaluator.h"
+#include "applescript/evaluate/Accesses.h"
+#include "applescript/evaluate/Operators.h"
+#include "applescript/evaluate/ScriptMembers.h"
+#include "applescript/evaluate/Statements.h"
 #include "applescript/terminology/Codes.h"
 #include "applescript/values/Dates.h"
 #include "applescript/values/Errors.h"
@@ -46,76 +49,50 @@ Value withoutRing(Value value, const void* holder) {
 }
 
 bool sameVariable(const Variable& left, const Expression& right) {
-  if (right.kind != Expression::Kind::variable || left.place == Variable::Place::result)
-    return false;
-  const auto& other = static_cast<const Variable&>(right);
-  return left.place == other.place && left.slot == other.slot && left.scriptDepth == other.scriptDepth;
+  const auto* other = as<Variable>(right);
+  return other && left.place != Variable::Place::result && left.place == other->place && left.slot == other->slot &&
+         left.scriptDepth == other->scriptDepth;
 }
 
 bool joinsToText(const Value& value) {
   return !value.is<Value::ListPointer>() && !value.is<Value::RecordPointer>();
 }
 
-} // namespace
-
-void Evaluator::assign(const Assignment& statement) {
-  const auto* variable = statement.target->kind == Expression::Kind::variable
-                             ? static_cast<const Variable*>(statement.target.get())
-                             : nullptr;
-  const bool isCopy = statement.form == Assignment::Form::copy;
-  if (variable && !isCopy && appendInPlace(*variable, *statement.value)) {
-    frame_->setResult(*variable);
-    return;
-  }
-  Value value = evaluate(*statement.value);
-  if (isCopy)
-    value = lookThroughDeep(value, ForeignObjects::kept).deepCopy();
-  // What the last statement came to would be a second holder of the list that is being replaced.
-  frame_->setResult(Value::nothing());
-  if (variable) {
-    assignToVariable(*variable, std::move(value));
-    frame_->setResult(*variable);
-    return;
-  }
-  assignTo(*statement.target, Value(value));
-  frame_->setResult(std::move(value));
-}
-
-bool Evaluator::appendInPlace(const Variable& variable, const Expression& value) {
+bool appendInPlace(Evaluator& run, const Variable& variable, const Expression& value) {
   std::vector<const Expression*> parts;
   const Expression* first = &withoutParentheses(value);
-  while (first->kind == Expression::Kind::binary &&
-         static_cast<const Binary*>(first)->op == Binary::Operator::concatenate) {
-    parts.push_back(static_cast<const Binary*>(first)->right.get());
-    first = &withoutParentheses(*static_cast<const Binary*>(first)->left);
+  for (const auto* binary = as<Binary>(*first); binary && binary->op == Binary::Operator::concatenate;
+       binary = as<Binary>(*first)) {
+    parts.push_back(binary->right.get());
+    first = &withoutParentheses(*binary->left);
   }
   if (parts.empty() || !sameVariable(variable, *first))
     return false;
-  const bool isList = frame_->variable(variable).is<Value::ListPointer>();
-  if (!isList && !frame_->variable(variable).is<Text>())
+  const bool isList = run.frame->variable(variable).is<Value::ListPointer>();
+  if (!isList && !run.frame->variable(variable).is<Text>())
     return false;
 
   // The parts are evaluated with the left side held, as the operator would; then the variable's own is let go of.
-  Value left = frame_->variable(variable);
+  Value left = run.frame->variable(variable);
   std::vector<Value> added;
   for (auto part = parts.rbegin(); part != parts.rend(); ++part)
-    added.push_back(operand(**part));
-  frame_->setResult(Value::nothing());
-  Value& slot = frame_->variable(variable);
+    added.push_back(run.operand(**part));
+  run.frame->setResult(Value::nothing());
+  Value& slot = run.frame->variable(variable);
   const bool isUnchanged =
       isList ? slot.is<Value::ListPointer>() && *slot.get<Value::ListPointer>() == *left.get<Value::ListPointer>()
              : slot.is<Text>() && slot.get<Text>()->isSameObject(*left.get<Text>());
   if (!isUnchanged || (!isList && !std::ranges::all_of(added, joinsToText))) {
     for (const Value& part : added)
-      left = concatenate(std::move(left), part);
-    assignToVariable(variable, std::move(left));
+      left = concatenate(run, std::move(left), part);
+    assignToVariable(run, variable, std::move(left));
     return true;
   }
   if (!isList) {
     std::string tail;
     for (const Value& part : added)
-      tail += textOf(part, coercionContext());
-    checkSize(left.text()->size() + tail.size());
+      tail += textOf(part, run.coercionContext());
+    run.checkSize(left.text()->size() + tail.size());
     left = {};
     if (Text& text = *slot.get<Text>(); !text.appendUnshared(tail))
       text = Text(text.utf8() + tail);
@@ -127,87 +104,37 @@ bool Evaluator::appendInPlace(const Variable& variable, const Expression& value)
     list = std::make_shared<List>(list->items);
   for (const Value& part : added) {
     const Value::ListPointer items = listOf(part);
-    checkSize((list->items.size() + items->items.size()) * sizeof(Value));
+    run.checkSize((list->items.size() + items->items.size()) * sizeof(Value));
     list->items.insert(list->items.end(), items->items.begin(), items->items.end());
   }
   return true;
 }
 
-void Evaluator::assignTo(const Expression& target, Value&& value) {
-  using Kind = Expression::Kind;
-  switch (target.kind) {
-  case Kind::variable:
-    return assignToVariable(static_cast<const Variable&>(target), std::move(value));
-  case Kind::property:
-    return assignToProperty(static_cast<const PropertyAccess&>(target), std::move(value));
-  case Kind::element:
-    return assignToElement(static_cast<const ElementAccess&>(target), std::move(value));
-  case Kind::insertionPoint:
-    return assignToEnd(static_cast<const InsertionPoint&>(target), std::move(value));
-  case Kind::list:
-    return assignPattern(static_cast<const ListLiteral&>(target).items, value);
-  case Kind::record: {
-    const Value whole = plain(value);
-    for (const auto& [label, part] : static_cast<const RecordLiteral&>(target).fields)
-      assignTo(*part, propertyOf(whole, label, Mode::value));
-    return;
-  }
-  case Kind::parenthesized:
-    return assignTo(*static_cast<const Parenthesized&>(target).inner, std::move(value));
-  case Kind::literal:
-  case Kind::me:
-  case Kind::it:
-  case Kind::currentApplication:
-  case Kind::application:
-  case Kind::referenceTo:
-  case Kind::unary:
-  case Kind::binary:
-  case Kind::coercion:
-  case Kind::handlerCall:
-  case Kind::command:
-  case Kind::message:
-    throw errors::cannotSet(shortSourceForm(evaluate(target, Mode::designation)), value);
-  }
-}
-
-void Evaluator::assignToVariable(const Variable& variable, Value&& value) {
-  if (variable.place == Variable::Place::result)
-    throw errors::cannotSet(variable.name, value);
-  Value& slot = frame_->variable(variable);
-  if (variable.place == Variable::Place::cell) {
-    const Value& cell = frame_->slots[static_cast<std::size_t>(variable.slot)];
-    value = withoutRing(std::move(value), cell.get<Value::ReferencePointer>()->get());
-  }
-  // The former value may hold script objects and the like whose end changes the slots: it ends after the exchange.
-  const Value former = std::exchange(slot, std::move(value));
-}
-
-void Evaluator::assignToProperty(const PropertyAccess& target, Value&& value) {
+void assignToProperty(Evaluator& run, const PropertyAccess& target, Value&& value) {
   if (target.property.code == codes::textItemDelimiters) {
     const Value delimiters = lookThroughDeep(value, ForeignObjects::unwrapped);
-    // What is no text is refused now and not at the next use.
+    // A value that is no text is refused now and not at the next use.
     if (!delimiters.is<Value::ListPointer>())
       static_cast<void>(textOf(delimiters));
     const Value::ListPointer list = listOf(delimiters);
     for (const Value& delimiter : list->items)
       static_cast<void>(textOf(delimiter));
-    script_.textItemDelimiters = delimiters.deepCopy();
+    run.script.textItemDelimiters = delimiters.deepCopy();
     return;
   }
-  Value container = target.container ? evaluate(*target.container, Mode::designation) : frame_->implicitTarget();
+  Value container = target.container ? run.evaluate(*target.container, Mode::designation) : run.frame->implicitTarget();
   if (target.property.code == codes::contents && target.container) {
     if (const auto* reference = container.get<Value::ReferencePointer>())
       return (*reference)->assign(std::move(value));
     if (const auto* specifier = container.get<Value::SpecifierPointer>()) {
-      sender_.set(*specifier, value);
+      run.sender.set(*specifier, value);
       return;
     }
-    return assignTo(withoutParentheses(*target.container), std::move(value));
+    return assignTo(run, withoutParentheses(*target.container), std::move(value));
   }
   container = lookThrough(std::move(container));
-  if (const auto* specifier = container.get<Value::SpecifierPointer>();
-      specifier && (*specifier)->application && target.property.code != 0) {
-    sender_.set(applescript::propertyOf(*specifier, target.property.code), value);
+  if (const auto* object = objectIn(container); object && target.property.code != 0) {
+    run.sender.set(propertyOf(*object, target.property.code), value);
     return;
   }
   if (const auto* record = container.get<Value::RecordPointer>()) {
@@ -221,38 +148,36 @@ void Evaluator::assignToProperty(const PropertyAccess& target, Value&& value) {
       return;
     }
   } else if (const auto* date = container.get<Date>(); date && target.container) {
-    if (const auto changed = withDateProperty(*date, target.property.code, plain(value)))
-      return assignTo(withoutParentheses(*target.container), Value(*changed));
+    if (const auto changed = withDateProperty(*date, target.property.code, run.plain(value)))
+      return assignTo(run, withoutParentheses(*target.container), Value(*changed));
   }
   throw errors::cannotSet(fmt::format("{} of {}", target.property.name, shortSourceForm(container)), value);
 }
 
-void Evaluator::assignToElement(const ElementAccess& target, Value&& value) {
-  const Value container = containerOf(target.container);
-  if (const auto* specifier = container.get<Value::SpecifierPointer>(); specifier && (*specifier)->application) {
-    const auto element = specifierElement(*specifier, target, Mode::designation);
+void assignToElement(Evaluator& run, const ElementAccess& target, Value&& value) {
+  const Value container = run.containerOf(target.container);
+  if (const auto* object = objectIn(container)) {
+    const auto element = specifierElement(run, *object, target, Mode::designation);
     if (const auto* place = element.get<Value::SpecifierPointer>()) {
-      sender_.set(*place, value);
+      run.sender.set(*place, value);
       return;
     }
   }
-  const auto* list = container.get<Value::ListPointer>();
-  const bool isOneItem = target.elementClass.code == codes::item && !target.test &&
-                         target.form != ElementAccess::Form::every && target.form != ElementAccess::Form::range;
-  if (!list || !isOneItem)
+  const auto place = itemPlace(run, container, target);
+  if (!place)
     throw errors::cannotSet(fmt::format("{} of {}", classWords(target.elementClass), shortSourceForm(container)),
                             value);
-  const std::size_t index = picker_.position((*list)->items.size(), target, keyOf(target), container);
-  const Value former = std::exchange((*list)->items[index], withoutRing(std::move(value), list->get()));
+  const auto& [list, index] = *place;
+  const Value former = std::exchange(list->items[index], withoutRing(std::move(value), list.get()));
 }
 
-void Evaluator::assignToEnd(const InsertionPoint& target, Value&& value) {
-  const bool isBeside = target.where == InsertionPoint::Where::before || target.where == InsertionPoint::Where::after;
-  const Value container = containerOf(target.container);
+void assignToEnd(Evaluator& run, const InsertionPoint& target, Value&& value) {
+  const bool isBeside = target.form == InsertionPoint::Form::before || target.form == InsertionPoint::Form::after;
+  const Value container = run.containerOf(target.container);
   if (container.is<Value::SpecifierPointer>()) {
-    const Value place = insertionPoint(target);
+    const Value place = insertionPoint(run, target);
     if (const auto* specifier = place.get<Value::SpecifierPointer>()) {
-      sender_.set(*specifier, value);
+      run.sender.set(*specifier, value);
       return;
     }
   }
@@ -260,13 +185,13 @@ void Evaluator::assignToEnd(const InsertionPoint& target, Value&& value) {
   if (!list || isBeside)
     throw errors::cannotSet(fmt::format("end of {}", shortSourceForm(container)), value);
   std::vector<Value>& items = (*list)->items;
-  checkSize((items.size() + 1) * sizeof(Value));
-  items.insert(target.where == InsertionPoint::Where::end ? items.end() : items.begin(),
+  run.checkSize((items.size() + 1) * sizeof(Value));
+  items.insert(target.form == InsertionPoint::Form::end ? items.end() : items.begin(),
                withoutRing(std::move(value), list->get()));
 }
 
-void Evaluator::assignPattern(const std::vector<ExpressionPointer>& targets, const Value& value) {
-  const Value whole = plain(value);
+void assignPattern(Evaluator& run, const std::vector<ExpressionPointer>& targets, const Value& value) {
+  const Value whole = run.plain(value);
   const auto* list = whole.get<Value::ListPointer>();
   // Taken out first, so that `set {a, b} to {b, a}` and targets that change the list do what they say.
   std::vector<Value> items;
@@ -276,7 +201,79 @@ void Evaluator::assignPattern(const std::vector<ExpressionPointer>& targets, con
     items.push_back((*list)->items[index]);
   }
   for (std::size_t index = 0; index < targets.size(); ++index)
-    assignTo(*targets[index], std::move(items[index]));
+    assignTo(run, *targets[index], std::move(items[index]));
+}
+
+} // namespace
+
+void assign(Evaluator& run, const Assignment& statement) {
+  const auto* variable = as<Variable>(std::as_const(*statement.target));
+  const bool isCopy = statement.form == Assignment::Form::copy;
+  if (variable && !isCopy && appendInPlace(run, *variable, *statement.value)) {
+    run.frame->setResult(*variable);
+    return;
+  }
+  Value value = run.evaluate(*statement.value);
+  if (isCopy)
+    value = lookThroughDeep(value, ForeignObjects::kept).deepCopy();
+  // The result of the last statement would be a second holder of the list that is being replaced.
+  run.frame->setResult(Value::nothing());
+  if (variable) {
+    assignToVariable(run, *variable, std::move(value));
+    run.frame->setResult(*variable);
+    return;
+  }
+  assignTo(run, *statement.target, Value(value));
+  run.frame->setResult(std::move(value));
+}
+
+void assignTo(Evaluator& run, const Expression& target, Value&& value) {
+  using Kind = Expression::Kind;
+  switch (target.kind) {
+  case Kind::variable:
+    return assignToVariable(run, static_cast<const Variable&>(target), std::move(value));
+  case Kind::property:
+    return assignToProperty(run, static_cast<const PropertyAccess&>(target), std::move(value));
+  case Kind::element:
+    return assignToElement(run, static_cast<const ElementAccess&>(target), std::move(value));
+  case Kind::insertionPoint:
+    return assignToEnd(run, static_cast<const InsertionPoint&>(target), std::move(value));
+  case Kind::list:
+    return assignPattern(run, static_cast<const ListLiteral&>(target).items, value);
+  case Kind::record: {
+    const Value whole = run.plain(value);
+    for (const auto& [label, part] : static_cast<const RecordLiteral&>(target).fields)
+      assignTo(run, *part, propertyOf(run, whole, label, Mode::value));
+    return;
+  }
+  case Kind::parenthesized:
+    return assignTo(run, *static_cast<const Parenthesized&>(target).inner, std::move(value));
+  case Kind::literal:
+  case Kind::me:
+  case Kind::it:
+  case Kind::currentApplication:
+  case Kind::application:
+  case Kind::referenceTo:
+  case Kind::unary:
+  case Kind::binary:
+  case Kind::coercion:
+  case Kind::handlerCall:
+  case Kind::command:
+  case Kind::message:
+    throw errors::cannotSet(shortSourceForm(run.evaluate(target, Mode::designation)), value);
+  }
+}
+
+void assignToVariable(Evaluator& run, const Variable& variable, Value&& value) {
+  if (variable.place == Variable::Place::result)
+    throw errors::cannotSet(variable.name, value);
+  Value& slot = run.frame->variable(variable);
+  if (variable.place == Variable::Place::cell) {
+    const Value& cell = run.frame->slots[static_cast<std::size_t>(variable.slot)];
+    value = withoutRing(std::move(value), cell.get<Value::ReferencePointer>()->get());
+  }
+  // The former value may hold script objects and the like whose end changes the slots: it ends after the exchange.
+  const Value former = std::exchange(slot, std::move(value));
 }
 
 } // namespace tabwright::applescript

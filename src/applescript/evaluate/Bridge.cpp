@@ -2,7 +2,7 @@
 // objects as they are; failures of the bridge that aren't the language's own become its error for a failed handler.
 #include "applescript/evaluate/Bridge.h"
 
-#include "applescript/evaluate/Evaluator.h"
+#include "applescript/evaluate/Calls.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Names.h"
 #include "applescript/values/Reference.h"
@@ -45,22 +45,22 @@ std::string selectorOf(const HandlerCall& call) {
   return selector;
 }
 
-Value Evaluator::evaluateMessage(const ObjectiveCMessage& message) {
+Value evaluateMessage(Evaluator& run, const ObjectiveCMessage& message) {
   const Value receiver =
-      message.receiver ? lookThrough(evaluate(*message.receiver, Mode::designation)) : Value(frame_->self);
+      message.receiver ? lookThrough(run.evaluate(*message.receiver, Mode::designation)) : Value(run.frame->self);
   std::vector<Value> arguments;
   arguments.reserve(message.arguments.size());
   for (const auto& argument : message.arguments)
-    arguments.push_back(evaluate(*argument));
+    arguments.push_back(run.evaluate(*argument));
   if (const auto* foreign = receiver.get<Value::ForeignPointer>()) {
-    budget_.require();
+    run.budget.require();
     return sendToForeign(*foreign, message.selector, std::move(arguments));
   }
   if (const auto* script = receiver.get<Value::ScriptPointer>()) {
     if (const FoundHandler found = findHandler(*script, foldedName(message.selector)); found.definition) {
       Arguments passed;
       passed.positional = std::move(arguments);
-      return invoke(found, *script, std::move(passed), message.selector);
+      return invoke(run, found, *script, std::move(passed), message.selector);
     }
   }
   throw errors::notUnderstood(shortSourceForm(receiver), message.selector);

@@ -5,6 +5,10 @@
 #include "applescript/terminology/Codes.h"
 #include "applescript/values/ClassNames.h"
 #include "applescript/values/Coercion.h"
+#include "applescript/values/Errors.h"
+#include "applescript/values/SourceForm.h"
+
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <cmath>
@@ -21,11 +25,31 @@ bool isTextElement(FourCharCode code) {
          code == codes::textItem || isTextClass(code);
 }
 
+/// −1728 `Can’t get item 9 of {1}.`
+ScriptError cannotGetElement(const ElementAccess& access, const ElementKey& key, const Value& container) {
+  const std::string words = classWords(access.elementClass);
+  const Term* term = languageTerminology().findCode(Term::Kind::className, access.elementClass.code);
+  const std::string_view plural = term && !term->plural.empty() ? term->plural : words;
+  return errors::cannotGet(
+      fmt::format("{} of {}", stepSourceForm(*stepOf(access, key), {words, plural}), shortSourceForm(container)));
+}
+
 Value piece(const std::string& utf8, TextRange range) {
   return utf8.substr(range.offset, range.length);
 }
 
 } // namespace
+
+std::shared_ptr<ObjectSpecifier> stepOf(const ElementAccess& access, const ElementKey& key) {
+  auto step = std::make_shared<ObjectSpecifier>();
+  step->form = access.form;
+  step->desiredClass = access.elementClass.code;
+  step->key = key.first;
+  step->rangeEnd = key.last;
+  if (access.form == ElementAccess::Form::index && key.first.text() && !access.isIndexWritten)
+    step->form = ObjectSpecifier::Form::name;
+  return step;
+}
 
 Value ElementPicker::pick(const Value& container, const ElementAccess& access, const ElementKey& key) {
   if (const auto* text = container.get<Text>(); text && isTextElement(access.elementClass.code))
@@ -73,11 +97,6 @@ std::size_t ElementPicker::position(std::size_t count, const ElementAccess& acce
     index = integerOf(key.first);
     index = index < 0 ? size + index : index - 1;
     break;
-  case Form::first:
-    break;
-  case Form::last:
-    index = size - 1;
-    break;
   case Form::middle:
     index = (size - 1) / 2;
     break;
@@ -86,12 +105,7 @@ std::size_t ElementPicker::position(std::size_t count, const ElementAccess& acce
                        : std::clamp<std::int64_t>(static_cast<std::int64_t>(random_() * static_cast<double>(count)), 0,
                                                   size - 1);
     break;
-  case Form::every:
-  case Form::name:
-  case Form::id:
-  case Form::range:
-  case Form::before:
-  case Form::after:
+  default:
     index = -1;
     break;
   }

@@ -1,16 +1,27 @@
 #pragma once
 
-#include "applescript/evaluate/ElementStep.h"
+#include "applescript/ScriptError.h"
+#include "applescript/syntax/Tree.h"
 #include "applescript/values/TextElements.h"
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace tabwright::applescript {
+
+/// The keys of an access to elements, evaluated.
+struct ElementKey {
+  Value first; ///< index, name, id, or start of the range
+  Value last;  ///< end of the range
+};
+
+/// The step that an access adds to a specifier, with its form and keys and without container, application and test.
+[[nodiscard]] std::shared_ptr<ObjectSpecifier> stepOf(const ElementAccess& access, const ElementKey& key);
 
 /// Picks elements of values: items of lists, and characters, words, paragraphs and text items of texts.
 ///

@@ -1,11 +1,12 @@
 // Access to elements: the container is evaluated first, then the key, once. Those of application objects are
 // Applications.cpp's.
-#include "applescript/evaluate/Evaluator.h"
+#include "applescript/evaluate/Accesses.h"
 #include "applescript/terminology/Codes.h"
 #include "applescript/values/ClassNames.h"
 #include "applescript/values/Dates.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Reference.h"
+#include "applescript/values/SourceForm.h"
 
 #include <fmt/core.h>
 #include <unicode/utf8.h>
@@ -33,82 +34,105 @@ std::string textFromCodePoints(const Value& value) {
 }
 
 bool isEnd(const ExpressionPointer& key) {
-  return key && key->kind == Expression::Kind::element && !static_cast<const ElementAccess&>(*key).container;
-}
-
-} // namespace
-
-ElementKey Evaluator::keyOf(const ElementAccess& expression) {
-  ElementKey key;
-  if (expression.key)
-    key.first = operand(*expression.key);
-  if (expression.rangeEnd)
-    key.last = operand(*expression.rangeEnd);
-  return key;
+  const auto* element = key ? as<ElementAccess>(*key) : nullptr;
+  return element && !element->container;
 }
 
 // Forms that name a value whatever the target is: `date "2026-01-31"`, `character id 65`.
-std::optional<Value> Evaluator::specialElement(const ElementAccess& expression) {
-  if (expression.container || !expression.key)
+std::optional<Value> specialElement(Evaluator& run, const ElementAccess& expression) {
+  if (expression.container || !expression.key || expression.isOrdinal)
     return {};
   const FourCharCode code = expression.elementClass.code;
   if (code == codes::date && (expression.form == Form::index || expression.form == Form::name)) {
-    const Value text = operand(*expression.key);
-    if (const auto date = dateFromText(textOf(text), Date{surroundings_.now()}))
+    const Value text = run.operand(*expression.key);
+    if (const auto date = dateFromText(textOf(text), Date{run.surroundings.now()}))
       return Value(*date);
     throw errors::invalidDate(text);
   }
   if (expression.form == Form::id && (code == codes::character || isTextClass(code)))
-    return Value(textFromCodePoints(operand(*expression.key)));
+    return Value(textFromCodePoints(run.operand(*expression.key)));
   return {};
 }
 
-Value Evaluator::evaluateElement(const ElementAccess& expression, Mode mode) {
-  if (auto special = specialElement(expression))
-    return std::move(*special);
-  const Value container = containerOf(expression.container);
-  if (const auto* specifier = container.get<Value::SpecifierPointer>())
-    return specifierElement(*specifier, expression, mode);
-  return elementOf(container, expression);
+} // namespace
+
+ElementKey keyOf(Evaluator& run, const ElementAccess& expression) {
+  ElementKey key;
+  if (expression.key)
+    key.first = run.operand(*expression.key);
+  if (expression.rangeEnd)
+    key.last = run.operand(*expression.rangeEnd);
+  return key;
 }
 
-Value Evaluator::elementOf(const Value& given, const ElementAccess& expression) {
-  const Value container = plain(given);
+Value evaluateElement(Evaluator& run, const ElementAccess& expression, Mode mode) {
+  if (auto special = specialElement(run, expression))
+    return std::move(*special);
+  const Value container = run.containerOf(expression.container);
   if (const auto* specifier = container.get<Value::SpecifierPointer>())
-    return specifierElement(*specifier, expression, Mode::value);
+    return specifierElement(run, *specifier, expression, mode);
+  return elementOf(run, container, expression);
+}
+
+Value elementOf(Evaluator& run, const Value& given, const ElementAccess& expression) {
+  const Value container = run.plain(given);
+  if (const auto* specifier = container.get<Value::SpecifierPointer>())
+    return specifierElement(run, *specifier, expression, Mode::value);
   if (const auto* text = container.get<Text>(); text && !expression.test && expression.form == Form::range &&
                                                 isEnd(expression.key) && isEnd(expression.rangeEnd)) {
-    const auto endOf = [this](const Expression& end) {
+    const auto endOf = [&run](const Expression& end) {
       const auto& access = static_cast<const ElementAccess&>(end);
-      return ElementPicker::End{access, keyOf(access)};
+      return ElementPicker::End{access, keyOf(run, access)};
     };
     const ElementPicker::End from = endOf(*expression.key);
-    return picker_.pickBetween(*text, expression, from, endOf(*expression.rangeEnd));
+    return run.picker.pickBetween(*text, expression, from, endOf(*expression.rangeEnd));
   }
-  const ElementKey key = keyOf(expression);
+  const ElementKey key = keyOf(run, expression);
   if (!expression.test)
-    return picker_.pick(container, expression, key);
+    return run.picker.pick(container, expression, key);
   std::vector<Value> passing;
-  std::vector<Value> candidates = picker_.candidates(container, expression, key);
+  std::vector<Value> candidates = run.picker.candidates(container, expression, key);
   for (Value& element : candidates) {
-    if (passes(element, *expression.test))
+    if (passes(run, element, *expression.test))
       passing.push_back(std::move(element));
   }
-  return picker_.pickFrom(passing, expression, key, container);
+  return run.picker.pickFrom(passing, expression, key, container);
 }
 
 // `count of characters of t`, `count of windows whose …`: counted where they are, instead of made into a list first.
-Value Evaluator::countElements(const ElementAccess& expression) {
-  if (auto special = specialElement(expression))
-    return countOf(*special);
-  const Value container = plain(containerOf(expression.container));
+Value countElements(Evaluator& run, const ElementAccess& expression) {
+  if (auto special = specialElement(run, expression))
+    return countOf(run, *special);
+  const Value container = run.plain(run.containerOf(expression.container));
   if (const auto* specifier = container.get<Value::SpecifierPointer>())
-    return countOf(specifierElement(*specifier, expression, Mode::designation));
+    return countOf(run, specifierElement(run, *specifier, expression, Mode::designation));
   if (const auto* text = container.get<Text>(); text && !expression.test && expression.form == Form::every) {
-    if (const auto count = picker_.countPieces(*text, expression.elementClass.code))
+    if (const auto count = run.picker.countPieces(*text, expression.elementClass.code))
       return *count;
   }
-  return countOf(elementOf(container, expression));
+  return countOf(run, elementOf(run, container, expression));
+}
+
+std::optional<std::pair<Value::ListPointer, std::size_t>> itemPlace(Evaluator& run, const Value& container,
+                                                                    const ElementAccess& expression) {
+  const auto* list = container.get<Value::ListPointer>();
+  if (!list || expression.elementClass.code != codes::item || expression.test || expression.form == Form::every ||
+      expression.form == Form::range)
+    return {};
+  return std::pair(*list, run.picker.position((*list)->items.size(), expression, keyOf(run, expression), container));
+}
+
+Value countOf(Evaluator& run, const Value& given) {
+  const Value value = run.plain(given);
+  if (const auto* object = objectIn(value))
+    return run.sender.send(events::count, *object);
+  if (const auto* list = value.get<Value::ListPointer>())
+    return static_cast<std::int64_t>((*list)->items.size());
+  if (const auto* record = value.get<Value::RecordPointer>())
+    return static_cast<std::int64_t>((*record)->fields.size());
+  if (const auto* text = value.get<Text>())
+    return static_cast<std::int64_t>(run.picker.characters().count(*text));
+  throw errors::notUnderstood(shortSourceForm(value), "count");
 }
 
 } // namespace tabwright::applescript

@@ -26,7 +26,7 @@ const Value::SpecifierPointer* EventSender::known(const ApplicationReference& re
 
 Value EventSender::send(const std::shared_ptr<ScriptableApplication>& application, AppleEventMessage message) {
   budget_.require();
-  if (const auto* target = frame_->target.get<Value::SpecifierPointer>(); target && (*target)->application)
+  if (const auto* target = objectIn(frame_->target))
     message.subject = *target;
   message.deadline = std::chrono::steady_clock::now() + timeout;
   message.stop = budget_.stop();
@@ -61,6 +61,11 @@ void EventSender::set(const Value::SpecifierPointer& specifier, const Value& val
   message.directObject = specifier;
   message.parameters.emplace_back(keywords::data, outgoing(value));
   send(specifier->application, std::move(message));
+}
+
+const Value::SpecifierPointer* objectIn(const Value& value) {
+  const auto* specifier = value.get<Value::SpecifierPointer>();
+  return specifier && (*specifier)->application ? specifier : nullptr;
 }
 
 Value outgoing(const Value& value) {

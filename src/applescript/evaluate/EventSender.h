@@ -48,6 +48,9 @@ private:
   std::unordered_map<const ApplicationReference*, Value::SpecifierPointer> named_; ///< literally
 };
 
+/// The specifier, where a value names something in an application; null for any other value.
+[[nodiscard]] const Value::SpecifierPointer* objectIn(const Value& value);
+
 /// A value as events carry it: references looked through, foreign objects unwrapped, specifiers as they are.
 [[nodiscard]] Value outgoing(const Value& value);
 

@@ -2,7 +2,8 @@
 // parents. The frame of the call knows both: `self`, who was sent the message, and `owner`, in whose text the handler
 // stands.
 #include "applescript/evaluate/Bridge.h"
-#include "applescript/evaluate/Evaluator.h"
+#include "applescript/evaluate/Calls.h"
+#include "applescript/evaluate/Statements.h"
 #include "applescript/evaluate/TestNeedsValues.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/ForeignObject.h"
@@ -19,64 +20,26 @@
 
 namespace tabwright::applescript {
 
+namespace {
+
 template <class Body>
-Value Evaluator::inFrame(Frame& frame, Body body) {
-  if (depth_ >= limits_.handlerDepth)
+Value inFrame(Evaluator& run, Frame& frame, Body body) {
+  if (run.depth >= run.limits.handlerDepth)
     throw errors::stackOverflow();
-  const Restored<Frame*> current(frame_, &frame);
-  const Restored<std::size_t> depth(depth_, depth_ + 1);
+  const Restored<Frame*> current(run.frame, &frame);
+  const Restored<std::size_t> depth(run.depth, run.depth + 1);
   if (body() == Flow::returned)
     return std::move(frame.returned);
   return frame.result();
 }
 
-Value Evaluator::invoke(const FoundHandler& handler, std::shared_ptr<ScriptObject> self, Arguments&& arguments,
-                        std::string_view name) {
-  Frame frame;
-  frame.self = std::move(self);
-  frame.owner = handler.owner;
-  frame.handler = handler.definition;
-  frame.slots.assign(static_cast<std::size_t>(handler.definition->frameSize), Value::nothing());
-  return inFrame(frame, [&] {
-    bindParameters(*handler.definition, std::move(arguments), name);
-    return execute(handler.definition->body);
-  });
-}
-
-Value Evaluator::runScript(const std::shared_ptr<ScriptObject>& script, std::vector<Value> arguments) {
-  const FoundHandler found = findHandler(script, "run");
-  if (!found.definition) {
-    Frame frame;
-    frame.self = frame.owner = script;
-    return inFrame(frame, [&] {
-      for (const Statement* statement : script->layout().implicitRun) {
-        if (const Flow flow = execute(*statement); flow != Flow::next)
-          return flow;
-      }
-      return Flow::next;
-    });
-  }
-  // `on run argv` gets all arguments as one list, `on run {a, b}` each as one, and `on run` none.
-  Arguments passed;
-  const HandlerDefinition& run = *found.definition;
-  if (run.direct) {
-    passed.direct = Value::list(std::move(arguments));
-  } else if (run.positional.size() == 1) {
-    passed.positional.push_back(Value::list(std::move(arguments)));
-  } else if (!run.positional.empty()) {
-    passed.positional = std::move(arguments);
-  }
-  return invoke(found, script, std::move(passed), "run");
-}
-
-Evaluator::Arguments Evaluator::argumentsOf(const HandlerCall& call) {
+Arguments argumentsOf(Evaluator& run, const HandlerCall& call) {
   // The reference that a loop's variable holds is, for the handler, the value that it leads to.
   const auto argument = [&](const Expression& expression) {
-    Value value = evaluate(expression);
+    Value value = run.evaluate(expression);
     if (const auto* reference = value.get<Value::ReferencePointer>())
       return Value((*reference)->asParameter(*reference));
-    if (const auto* specifier = value.get<Value::SpecifierPointer>(); specifier && isRootedInTest(**specifier))
-      throw TestNeedsValues();
+    requireValue(value);
     return value;
   };
   Arguments arguments;
@@ -91,55 +54,13 @@ Evaluator::Arguments Evaluator::argumentsOf(const HandlerCall& call) {
   return arguments;
 }
 
-Value Evaluator::callHandler(const HandlerCall& call) {
-  if (call.target == HandlerCall::Target::object) {
-    const Value object = lookThrough(evaluate(*call.object, Mode::designation));
-    if (const auto* foreign = object.get<Value::ForeignPointer>()) {
-      std::vector<Value> arguments = argumentsOf(call).positional;
-      budget_.require();
-      return sendToForeign(*foreign, selectorOf(call), std::move(arguments));
-    }
-    if (const auto* specifier = object.get<Value::SpecifierPointer>(); specifier && (*specifier)->application)
-      throw errors::cannotContinue(call.name).raisedBy((*specifier)->application->name());
-    const auto* script = object.get<Value::ScriptPointer>();
-    const FoundHandler found = script ? findHandler(*script, call.foldedName) : FoundHandler{};
-    if (!found.definition)
-      throw errors::notUnderstood(shortSourceForm(object), call.name);
-    return invoke(found, *script, argumentsOf(call), call.name);
-  }
-
-  if (call.target == HandlerCall::Target::implicit) {
-    if (const auto* script = frame_->target.get<Value::ScriptPointer>()) {
-      const std::shared_ptr<ScriptObject> target = *script;
-      if (const FoundHandler found = findHandler(target, call.foldedName); found.definition)
-        return invoke(found, target, argumentsOf(call), call.name);
-    }
-  }
-  if (const FoundHandler own = findHandler(frame_->self, call.foldedName); own.definition)
-    return invoke(own, frame_->self, argumentsOf(call), call.name);
-  const FoundHandler found =
-      call.target == HandlerCall::Target::implicit ? findHandlerAround(frame_->owner, call.foldedName) : FoundHandler{};
-  if (!found.definition) {
-    const auto* target = frame_->target.get<Value::SpecifierPointer>();
-    if (call.target == HandlerCall::Target::implicit && target && (*target)->application)
-      throw errors::cannotContinue(call.name).raisedBy((*target)->application->name());
-    throw errors::notUnderstood(frame_->self->description(), call.name);
-  }
-  return invoke(found, found.owner, argumentsOf(call), call.name);
+ScriptError notUnderstood(const Value& receiver, const HandlerCall& call) {
+  if (const auto* object = objectIn(receiver))
+    return errors::cannotContinue(call.name).raisedBy((*object)->application->name());
+  return errors::notUnderstood(shortSourceForm(receiver), call.name);
 }
 
-Value Evaluator::continueCall(const ContinueStatement& statement) {
-  if (statement.call->kind != Expression::Kind::handlerCall)
-    return evaluateOptional(*statement.call);
-  const auto& call = static_cast<const HandlerCall&>(*statement.call);
-  const auto* parent = frame_->owner->parent.get<Value::ScriptPointer>();
-  const FoundHandler found = parent ? findHandler(*parent, call.foldedName) : FoundHandler{};
-  if (!found.definition)
-    throw errors::cannotContinue(call.name);
-  return invoke(found, frame_->self, argumentsOf(call), call.name);
-}
-
-void Evaluator::bindParameters(const HandlerDefinition& definition, Arguments&& arguments, std::string_view name) {
+void bindParameters(Evaluator& run, const HandlerDefinition& definition, Arguments&& arguments, std::string_view name) {
   std::size_t leastNeeded = 0;
   for (std::size_t index = 0; index < definition.positional.size(); ++index) {
     if (!definition.positional[index].defaultValue)
@@ -153,26 +74,133 @@ void Evaluator::bindParameters(const HandlerDefinition& definition, Arguments&& 
                                               shortSourceForm(Value::list(std::move(arguments.positional))),
                                               definition.positional.size()),
                                   name);
-  for (std::size_t index = 0; index < definition.positional.size(); ++index) {
-    const Parameter& parameter = definition.positional[index];
-    assignTo(*parameter.pattern,
-             index < given ? std::move(arguments.positional[index]) : evaluate(*parameter.defaultValue));
-  }
-  if (definition.direct) {
-    if (arguments.direct.isNothing() && !definition.direct->defaultValue)
-      throw errors::missingParameter("direct", name);
-    assignTo(*definition.direct->pattern,
-             arguments.direct.isNothing() ? evaluate(*definition.direct->defaultValue) : std::move(arguments.direct));
-  }
+  const auto bind = [&](const Parameter& parameter, Value& argument, std::string_view label) {
+    if (argument.isNothing() && !parameter.defaultValue)
+      throw errors::missingParameter(label, name);
+    assignTo(run, *parameter.pattern,
+             argument.isNothing() ? run.evaluate(*parameter.defaultValue) : std::move(argument));
+  };
+  arguments.positional.resize(definition.positional.size(), Value::nothing());
+  for (std::size_t index = 0; index < definition.positional.size(); ++index)
+    bind(definition.positional[index], arguments.positional[index], {});
+  if (definition.direct)
+    bind(*definition.direct, arguments.direct, "direct");
   for (const auto& [label, parameter] : definition.labelled) {
     const auto found =
         std::ranges::find_if(arguments.labelled, [&](const auto& argument) { return sameName(argument.first, label); });
-    if (found != arguments.labelled.end())
-      assignTo(*parameter.pattern, std::move(found->second));
-    else if (parameter.defaultValue)
-      assignTo(*parameter.pattern, evaluate(*parameter.defaultValue));
-    else
-      throw errors::missingParameter(label, name);
+    Value absent = Value::nothing();
+    bind(parameter, found == arguments.labelled.end() ? absent : found->second, label);
+  }
+}
+
+} // namespace
+
+Value invoke(Evaluator& run, const FoundHandler& handler, std::shared_ptr<ScriptObject> self, Arguments&& arguments,
+             std::string_view name) {
+  Frame frame;
+  frame.self = std::move(self);
+  frame.owner = handler.owner;
+  frame.handler = handler.definition;
+  frame.slots.assign(static_cast<std::size_t>(handler.definition->frameSize), Value::nothing());
+  return inFrame(run, frame, [&] {
+    bindParameters(run, *handler.definition, std::move(arguments), name);
+    return run.execute(handler.definition->body);
+  });
+}
+
+Value runScript(Evaluator& run, const std::shared_ptr<ScriptObject>& script, std::vector<Value> arguments) {
+  const FoundHandler found = findHandler(script, "run");
+  if (!found.definition) {
+    Frame frame;
+    frame.self = frame.owner = script;
+    return inFrame(run, frame, [&] {
+      for (const Statement* statement : script->layout().implicitRun) {
+        if (const Flow flow = run.execute(*statement); flow != Flow::next)
+          return flow;
+      }
+      return Flow::next;
+    });
+  }
+  // `on run argv` gets all arguments as one list, `on run {a, b}` each as one, and `on run` none.
+  Arguments passed;
+  const HandlerDefinition& handler = *found.definition;
+  if (handler.direct) {
+    passed.direct = Value::list(std::move(arguments));
+  } else if (handler.positional.size() == 1) {
+    passed.positional.push_back(Value::list(std::move(arguments)));
+  } else if (!handler.positional.empty()) {
+    passed.positional = std::move(arguments);
+  }
+  return invoke(run, found, script, std::move(passed), "run");
+}
+
+Value callHandler(Evaluator& run, const HandlerCall& call) {
+  if (call.target == HandlerCall::Target::object) {
+    const Value object = lookThrough(run.evaluate(*call.object, Mode::designation));
+    if (const auto* foreign = object.get<Value::ForeignPointer>()) {
+      std::vector<Value> arguments = argumentsOf(run, call).positional;
+      run.budget.require();
+      return sendToForeign(*foreign, selectorOf(call), std::move(arguments));
+    }
+    const auto* script = object.get<Value::ScriptPointer>();
+    const FoundHandler found = script ? findHandler(*script, call.foldedName) : FoundHandler{};
+    if (!found.definition)
+      throw notUnderstood(object, call);
+    return invoke(run, found, *script, argumentsOf(run, call), call.name);
+  }
+
+  if (call.target == HandlerCall::Target::implicit) {
+    if (const auto* script = run.frame->target.get<Value::ScriptPointer>()) {
+      const std::shared_ptr<ScriptObject> target = *script;
+      if (const FoundHandler found = findHandler(target, call.foldedName); found.definition)
+        return invoke(run, found, target, argumentsOf(run, call), call.name);
+    }
+  }
+  if (const FoundHandler own = findHandler(run.frame->self, call.foldedName); own.definition)
+    return invoke(run, own, run.frame->self, argumentsOf(run, call), call.name);
+  const FoundHandler found = call.target == HandlerCall::Target::implicit
+                                 ? findHandlerAround(run.frame->owner, call.foldedName)
+                                 : FoundHandler{};
+  if (!found.definition) {
+    const bool isToObject = call.target == HandlerCall::Target::implicit && objectIn(run.frame->target);
+    throw notUnderstood(isToObject ? run.frame->target : Value(run.frame->self), call);
+  }
+  return invoke(run, found, found.owner, argumentsOf(run, call), call.name);
+}
+
+Value continueCall(Evaluator& run, const ContinueStatement& statement) {
+  const auto* call = as<HandlerCall>(*statement.call);
+  if (!call)
+    return run.evaluateOptional(*statement.call);
+  const auto* parent = run.frame->owner->parent.get<Value::ScriptPointer>();
+  const FoundHandler found = parent ? findHandler(*parent, call->foldedName) : FoundHandler{};
+  if (!found.definition)
+    throw errors::cannotContinue(call->name);
+  return invoke(run, found, run.frame->self, argumentsOf(run, *call), call->name);
+}
+
+std::shared_ptr<ScriptObject> instantiate(Evaluator& run, const ScriptLayout& layout,
+                                          std::shared_ptr<ScriptObject> enclosing) {
+  const auto script = run.script.instantiate(layout, std::move(enclosing));
+  initialize(run, script);
+  return script;
+}
+
+// Properties are evaluated in the order written, each seeing those before it, and in a handler also the handler's
+// variables.
+void initialize(Evaluator& run, const std::shared_ptr<ScriptObject>& script) {
+  if (run.stack.isExhausted())
+    throw errors::stackOverflow();
+  const Restored<std::shared_ptr<ScriptObject>> self(run.frame->self, script);
+  const Restored<std::shared_ptr<ScriptObject>> owner(run.frame->owner, script);
+  const Restored<Value> target(run.frame->target, Value::nothing());
+  const ScriptLayout& layout = script->layout();
+  for (const auto& initializer : layout.initializers) {
+    Value value = initializer.script ? Value(instantiate(run, *initializer.script->layout, script))
+                                     : run.evaluate(*initializer.value);
+    if (initializer.index == layout.parentIndex)
+      script->parent = lookThrough(value);
+    script->variables[static_cast<std::size_t>(initializer.index)] = std::move(value);
   }
 }
 

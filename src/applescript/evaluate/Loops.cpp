@@ -1,5 +1,5 @@
 // Loops. Each round takes a step of its own, so that one with an empty body can be stopped too.
-#include "applescript/evaluate/Evaluator.h"
+#include "applescript/evaluate/Statements.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Reference.h"
 #include "applescript/values/SourceForm.h"
@@ -8,77 +8,53 @@
 
 namespace tabwright::applescript {
 
-Evaluator::Flow Evaluator::executeRepeat(const Repeat& repeat) {
-  Flow flow = Flow::next;
-  switch (repeat.form) {
-  case Repeat::Form::forever:
-    while (flow == Flow::next) {
-      budget_.step();
-      flow = execute(repeat.body);
-    }
-    break;
-  case Repeat::Form::times:
-    flow = repeatTimes(repeat);
-    break;
-  case Repeat::Form::whileTrue:
-  case Repeat::Form::untilTrue:
-    flow = repeatWhile(repeat);
-    break;
-  case Repeat::Form::range:
-    flow = repeatRange(repeat);
-    break;
-  case Repeat::Form::items:
-    flow = repeatItems(repeat);
-    break;
-  }
-  return flow == Flow::returned ? flow : Flow::next;
-}
+namespace {
 
-Evaluator::Flow Evaluator::repeatTimes(const Repeat& repeat) {
-  const std::int64_t times = integerOf(operand(*repeat.condition));
+Flow repeatTimes(Evaluator& run, const Repeat& repeat) {
+  const std::int64_t times = integerOf(run.operand(*repeat.condition));
   Flow flow = Flow::next;
   for (std::int64_t round = 0; round < times && flow == Flow::next; ++round) {
-    budget_.step();
-    flow = execute(repeat.body);
+    run.budget.step();
+    flow = run.execute(repeat.body);
   }
   return flow;
 }
 
-Evaluator::Flow Evaluator::repeatWhile(const Repeat& repeat) {
+Flow repeatWhile(Evaluator& run, const Repeat& repeat) {
   const bool wanted = repeat.form == Repeat::Form::whileTrue;
   Flow flow = Flow::next;
-  while (flow == Flow::next && condition(*repeat.condition) == wanted) {
-    budget_.step();
-    flow = execute(repeat.body);
+  while (flow == Flow::next && run.condition(*repeat.condition) == wanted) {
+    run.budget.step();
+    flow = run.execute(repeat.body);
   }
   return flow;
 }
 
-Evaluator::Flow Evaluator::repeatRange(const Repeat& repeat) {
-  std::int64_t counter = integerOf(operand(*repeat.from));
-  const std::int64_t last = integerOf(operand(*repeat.to));
-  const std::int64_t by = repeat.by ? integerOf(operand(*repeat.by)) : 1;
+Flow repeatRange(Evaluator& run, const Repeat& repeat) {
+  std::int64_t counter = integerOf(run.operand(*repeat.from));
+  const std::int64_t last = integerOf(run.operand(*repeat.to));
+  const std::int64_t by = repeat.by ? integerOf(run.operand(*repeat.by)) : 1;
   Flow flow = Flow::next;
   while (flow == Flow::next && (by >= 0 ? counter <= last : counter >= last)) {
-    budget_.step();
-    assignToVariable(*repeat.variable, counter);
-    flow = execute(repeat.body);
+    run.budget.step();
+    assignToVariable(run, *repeat.variable, counter);
+    flow = run.execute(repeat.body);
     if (__builtin_add_overflow(counter, by, &counter))
       break;
   }
   return flow;
 }
 
-Evaluator::Flow Evaluator::repeatItems(const Repeat& repeat) {
+Flow repeatItems(Evaluator& run, const Repeat& repeat) {
   // The list is evaluated once; a list of objects costs one event.
-  const Value whole = plain(evaluate(*repeat.items));
+  const Value whole = run.plain(run.evaluate(*repeat.items));
   Value::ListPointer list;
   if (const auto* given = whole.get<Value::ListPointer>()) {
     list = *given;
   } else if (const auto* text = whole.get<Text>()) {
     list = std::make_shared<List>();
-    for (std::size_t index = 0, count = picker_.characters().count(*text); index < count; ++index) {
-      const TextRange range = picker_.characters().character(*text, index);
+    for (std::size_t index = 0, count = run.picker.characters().count(*text); index < count; ++index) {
+      const TextRange range = run.picker.characters().character(*text, index);
       list->items.emplace_back(text->utf8().substr(range.offset, range.length));
     }
   } else if (whole.is<Value::RecordPointer>() || whole.is<Value::SpecifierPointer>()) {
@@ -89,11 +65,40 @@ Evaluator::Flow Evaluator::repeatItems(const Repeat& repeat) {
   Flow flow = Flow::next;
   const std::size_t count = list->items.size();
   for (std::size_t index = 0; index < count && index < list->items.size() && flow == Flow::next; ++index) {
-    budget_.step();
-    assignToVariable(*repeat.variable, Value::ReferencePointer(std::make_shared<const ItemReference>(list, index)));
-    flow = execute(repeat.body);
+    run.budget.step();
+    assignToVariable(run, *repeat.variable,
+                     Value::ReferencePointer(std::make_shared<const ItemReference>(list, index)));
+    flow = run.execute(repeat.body);
   }
   return flow;
+}
+
+} // namespace
+
+Flow executeRepeat(Evaluator& run, const Repeat& repeat) {
+  Flow flow = Flow::next;
+  switch (repeat.form) {
+  case Repeat::Form::forever:
+    while (flow == Flow::next) {
+      run.budget.step();
+      flow = run.execute(repeat.body);
+    }
+    break;
+  case Repeat::Form::times:
+    flow = repeatTimes(run, repeat);
+    break;
+  case Repeat::Form::whileTrue:
+  case Repeat::Form::untilTrue:
+    flow = repeatWhile(run, repeat);
+    break;
+  case Repeat::Form::range:
+    flow = repeatRange(run, repeat);
+    break;
+  case Repeat::Form::items:
+    flow = repeatItems(run, repeat);
+    break;
+  }
+  return flow == Flow::returned ? flow : Flow::next;
 }
 
 } // namespace tabwright::applescript

@@ -1,9 +1,9 @@
 // Operators. Their operands are values: references are looked through and properties of objects read, but for `is` and
 // `is not`, which see the reference that a loop's variable holds.
-#include "applescript/syntax/Operators.h"
+#include "applescript/evaluate/Operators.h"
 
-#include "applescript/evaluate/Evaluator.h"
 #include "applescript/evaluate/TestNeedsValues.h"
+#include "applescript/syntax/Operators.h"
 #include "applescript/terminology/Codes.h"
 #include "applescript/values/ClassNames.h"
 #include "applescript/values/Errors.h"
@@ -15,74 +15,7 @@
 
 namespace tabwright::applescript {
 
-Value Evaluator::evaluateUnary(const Unary& expression) {
-  switch (expression.op) {
-  case Unary::Operator::logicalNot:
-    return !condition(*expression.operand);
-  case Unary::Operator::negate:
-    return negated(numberOf(operand(*expression.operand)));
-  case Unary::Operator::plus:
-    return numberOf(operand(*expression.operand));
-  }
-  return {};
-}
-
-Value Evaluator::evaluateBinary(const Binary& expression) {
-  using Operator = Binary::Operator;
-  switch (expression.op) {
-  case Operator::add:
-  case Operator::subtract:
-  case Operator::multiply:
-  case Operator::divide:
-  case Operator::integerDivide:
-  case Operator::modulo:
-  case Operator::power:
-    return evaluateArithmetic(expression);
-  case Operator::concatenate:
-    return evaluateConcatenation(expression);
-  case Operator::equal:
-    return isEqual(*expression.left, *expression.right);
-  case Operator::notEqual:
-    return !isEqual(*expression.left, *expression.right);
-  case Operator::less:
-  case Operator::lessOrEqual:
-  case Operator::greater:
-  case Operator::greaterOrEqual:
-  case Operator::contains:
-  case Operator::doesNotContain:
-  case Operator::isIn:
-  case Operator::isNotIn:
-  case Operator::beginsWith:
-  case Operator::endsWith:
-    return evaluateComparison(expression);
-  case Operator::logicalAnd:
-    return condition(*expression.left) && condition(*expression.right);
-  case Operator::logicalOr:
-    return condition(*expression.left) || condition(*expression.right);
-  }
-  return {};
-}
-
 namespace {
-
-Arithmetic arithmeticOf(Binary::Operator op) {
-  switch (op) {
-  case Binary::Operator::subtract:
-    return Arithmetic::subtract;
-  case Binary::Operator::multiply:
-    return Arithmetic::multiply;
-  case Binary::Operator::divide:
-    return Arithmetic::divide;
-  case Binary::Operator::integerDivide:
-    return Arithmetic::integerDivide;
-  case Binary::Operator::modulo:
-    return Arithmetic::modulo;
-  case Binary::Operator::power:
-    return Arithmetic::power;
-  default:
-    return Arithmetic::add;
-  }
-}
 
 // A date takes seconds, and gives them when another is subtracted.
 std::optional<Value> dateArithmetic(Binary::Operator op, const Value& left, const Value& right) {
@@ -99,22 +32,56 @@ std::optional<Value> dateArithmetic(Binary::Operator op, const Value& left, cons
   return Value(Date{op == Binary::Operator::add ? date->seconds + seconds : date->seconds - seconds});
 }
 
-} // namespace
-
-Value Evaluator::evaluateArithmetic(const Binary& expression) {
-  const Value left = operand(*expression.left);
-  const Value right = operand(*expression.right);
+Value evaluateArithmetic(Evaluator& run, const Binary& expression, Arithmetic operation) {
+  const Value left = run.operand(*expression.left);
+  const Value right = run.operand(*expression.right);
   if (const auto result = dateArithmetic(expression.op, left, right))
     return *result;
-  return calculate(arithmeticOf(expression.op), numberOf(left), numberOf(right));
+  return calculate(operation, numberOf(left), numberOf(right));
 }
 
-bool Evaluator::isEqual(const Expression& left, const Expression& right) {
-  const Value a = evaluate(left);
-  return isEqual(a, evaluate(right));
+Value evaluateComparison(Evaluator& run, const Binary& expression, const Comparison& comparison) {
+  if (comparison.test == TestOperator::equals) {
+    const Value left = run.evaluate(*expression.left);
+    return isEqual(run, left, run.evaluate(*expression.right)) != comparison.isDenied;
+  }
+  const Value left = run.operand(*expression.left);
+  const Value right = run.operand(*expression.right);
+  return compare(comparison.test, left, right, run.attributes) != comparison.isDenied;
 }
 
-bool Evaluator::isEqual(const Value& a, const Value& b) {
+Value evaluateConcatenation(Evaluator& run, const Binary& expression) {
+  Value left = run.operand(*expression.left);
+  const Value right = run.operand(*expression.right);
+  return concatenate(run, std::move(left), right);
+}
+
+} // namespace
+
+Value evaluateUnary(Evaluator& run, const Unary& expression) {
+  switch (expression.op) {
+  case Unary::Operator::logicalNot:
+    return !run.condition(*expression.operand);
+  case Unary::Operator::negate:
+    return negated(numberOf(run.operand(*expression.operand)));
+  case Unary::Operator::plus:
+    return numberOf(run.operand(*expression.operand));
+  }
+  return {};
+}
+
+Value evaluateBinary(Evaluator& run, const Binary& expression) {
+  if (const auto& arithmetic = arithmeticOf(expression.op))
+    return evaluateArithmetic(run, expression, *arithmetic);
+  if (const auto& comparison = comparisonOf(expression.op))
+    return evaluateComparison(run, expression, *comparison);
+  if (expression.op == Binary::Operator::concatenate)
+    return evaluateConcatenation(run, expression);
+  const bool isBoth = expression.op == Binary::Operator::logicalAnd;
+  return run.condition(*expression.left) == isBoth ? run.condition(*expression.right) : !isBoth;
+}
+
+bool isEqual(Evaluator& run, const Value& a, const Value& b) {
   const auto* leftReference = a.get<Value::ReferencePointer>();
   const auto* rightReference = b.get<Value::ReferencePointer>();
   if (leftReference && rightReference && (*leftReference)->isSamePlace(**rightReference))
@@ -123,33 +90,19 @@ bool Evaluator::isEqual(const Value& a, const Value& b) {
     if (reference && !(*reference)->comparesAsValue())
       return false;
   }
-  if (isPlain(a) && isPlain(b))
-    return equalValues(a, b, attributes_);
-  return equalValues(plain(a), plain(b), attributes_);
+  if (run.isPlain(a) && run.isPlain(b))
+    return equalValues(a, b, run.attributes);
+  return equalValues(run.plain(a), run.plain(b), run.attributes);
 }
 
-Value Evaluator::evaluateComparison(const Binary& expression) {
-  const Value left = operand(*expression.left);
-  const Value right = operand(*expression.right);
-  const Comparison& comparison = *comparisonOf(expression.op);
-  return compare(comparison.test, left, right, attributes_) != comparison.isDenied;
-}
-
-Value Evaluator::evaluateConcatenation(const Binary& expression) {
-  Value left = operand(*expression.left);
-  const Value right = operand(*expression.right);
-  return concatenate(std::move(left), right);
-}
-
-// `left` is taken over: what nobody else holds, such as the result of the `&` before, grows where it is.
-Value Evaluator::concatenate(Value left, const Value& right) {
+Value concatenate(Evaluator& run, Value left, const Value& right) {
   const bool rightIsList = right.is<Value::ListPointer>();
   const bool rightIsRecord = right.is<Value::RecordPointer>();
   if (Text* text = left.get<Text>(); text && !rightIsList && !rightIsRecord) {
     const std::string* given = right.text();
-    const std::string tail = given ? std::string() : textOf(right, coercionContext());
+    const std::string tail = given ? std::string() : textOf(right, run.coercionContext());
     const std::string_view added = given ? std::string_view(*given) : std::string_view(tail);
-    checkSize(text->utf8().size() + added.size());
+    run.checkSize(text->utf8().size() + added.size());
     if (!text->appendUnshared(added)) {
       std::string whole;
       whole.reserve(text->utf8().size() + added.size());
@@ -164,7 +117,7 @@ Value Evaluator::concatenate(Value left, const Value& right) {
       if (!merged->find(label))
         merged->fields.emplace_back(label, value);
     }
-    checkSize(merged->fields.size() * sizeof(merged->fields.front()));
+    run.checkSize(merged->fields.size() * sizeof(merged->fields.front()));
     return merged;
   }
   Value::ListPointer list;
@@ -173,7 +126,7 @@ Value Evaluator::concatenate(Value left, const Value& right) {
   else
     list = std::make_shared<List>(std::vector<Value>{std::move(left)});
   const Value::ListPointer added = rightIsList || rightIsRecord ? listOf(right) : nullptr;
-  checkSize((list->items.size() + (added ? added->items.size() : 1)) * sizeof(Value));
+  run.checkSize((list->items.size() + (added ? added->items.size() : 1)) * sizeof(Value));
   if (added)
     list->items.insert(list->items.end(), added->items.begin(), added->items.end());
   else
@@ -181,19 +134,19 @@ Value Evaluator::concatenate(Value left, const Value& right) {
   return list;
 }
 
-Value Evaluator::evaluateCoercion(const Coercion& expression) {
-  const Value value = operand(*expression.operand);
-  return coerced(value, operand(*expression.type));
+Value evaluateCoercion(Evaluator& run, const Coercion& expression) {
+  const Value value = run.operand(*expression.operand);
+  return coerced(run, value, run.operand(*expression.type));
 }
 
-Value Evaluator::coerced(const Value& value, const Value& type) {
+Value coerced(Evaluator& run, const Value& value, const Value& type) {
   const auto coerceTo = [&](const Value& wanted) {
     const auto* className = wanted.get<Value::ClassPointer>();
     if (!className)
       throw errors::cannotMake(wanted, "class");
-    Value result = coerce(value, **className, coercionContext());
+    Value result = coerce(value, **className, run.coercionContext());
     if (const std::string* text = result.text())
-      checkSize(text->size());
+      run.checkSize(text->size());
     return result;
   };
   const auto* alternatives = type.get<Value::ListPointer>();

@@ -1,6 +1,6 @@
 // Properties of values of the language; those of application objects are Applications.cpp's.
+#include "applescript/evaluate/Accesses.h"
 #include "applescript/evaluate/Bridge.h"
-#include "applescript/evaluate/Evaluator.h"
 #include "applescript/evaluate/ScriptMembers.h"
 #include "applescript/evaluate/ValueProperties.h"
 #include "applescript/terminology/Codes.h"
@@ -15,55 +15,15 @@
 
 namespace tabwright::applescript {
 
-Value Evaluator::evaluateProperty(const PropertyAccess& expression, Mode mode) {
-  const Label& property = expression.property;
-  if (property.code == codes::textItemDelimiters)
-    return script_.textItemDelimiters;
-  if (expression.container)
-    return propertyOf(evaluate(*expression.container, Mode::designation), property, mode);
-  if (!frame_->target.isNothing())
-    return propertyOf(frame_->target, property, mode);
-  // Outside of any `tell` a bare word that names no property of the script is a variable that nobody set.
-  Value* own = findProperty(*frame_->self, property);
-  if (own && !own->isNothing())
-    return *own;
-  if (auto value = ownProperty(Value(frame_->self), property))
-    return std::move(*value);
-  throw errors::undefinedVariable(property.name);
-}
+namespace {
 
-Value Evaluator::propertyOf(const Value& given, const Label& property, Mode mode) {
-  if (given.is<Value::ReferencePointer>())
-    return property.code == codes::contents ? lookThrough(given) : propertyOf(lookThrough(given), property, mode);
-  if (const auto* specifier = given.get<Value::SpecifierPointer>())
-    return specifierProperty(*specifier, property, mode);
-  if (property.code == codes::contents)
-    return given;
-  if (const auto* foreign = given.get<Value::ForeignPointer>()) {
-    if (property.code != 0) {
-      const auto unwrapped = (*foreign)->unwrapped();
-      if (auto value = ownProperty(unwrapped.value_or(given), property))
-        return std::move(*value);
-    }
-    budget_.require();
-    return sendToForeign(*foreign, property.name, {});
-  }
-  if (auto value = ownProperty(given, property))
-    return std::move(*value);
-  throw errors::cannotGet(fmt::format("{} of {}", property.name, shortSourceForm(given)));
-}
-
-std::optional<Value> Evaluator::ownProperty(const Value& value, const Label& property) {
-  if (auto found = propertyOfValue(value, property, picker_.characters()))
+std::optional<Value> ownProperty(Evaluator& run, const Value& value, const Label& property) {
+  if (auto found = propertyOfValue(value, property, run.picker.characters()))
     return found;
   if (property.code == codes::name && value.is<Value::ScriptPointer>())
-    return surroundings_.ownName;
+    return run.surroundings.ownName;
   // A list of objects answers with the list of their properties.
-  const auto isObject = [](const Value& item) {
-    const Value object = lookThrough(item);
-    const auto* specifier = object.get<Value::SpecifierPointer>();
-    return specifier && (*specifier)->application;
-  };
+  const auto isObject = [](const Value& item) { return objectIn(lookThrough(item)) != nullptr; };
   const auto* pointer = value.get<Value::ListPointer>();
   if (!pointer || property.code == 0 || (*pointer)->items.empty() || !std::ranges::all_of((*pointer)->items, isObject))
     return {};
@@ -71,8 +31,48 @@ std::optional<Value> Evaluator::ownProperty(const Value& value, const Label& pro
   std::vector<Value> values;
   values.reserve(list->items.size());
   for (std::size_t index = 0; index < list->items.size(); ++index)
-    values.push_back(propertyOf(list->items[index], property, Mode::value));
+    values.push_back(propertyOf(run, list->items[index], property, Mode::value));
   return Value::list(std::move(values));
+}
+
+} // namespace
+
+Value evaluateProperty(Evaluator& run, const PropertyAccess& expression, Mode mode) {
+  const Label& property = expression.property;
+  if (property.code == codes::textItemDelimiters)
+    return run.script.textItemDelimiters;
+  if (expression.container)
+    return propertyOf(run, run.evaluate(*expression.container, Mode::designation), property, mode);
+  if (!run.frame->target.isNothing())
+    return propertyOf(run, run.frame->target, property, mode);
+  // Outside of any `tell` a bare word that names no property of the script is a variable that nobody set.
+  Value* own = findProperty(*run.frame->self, property);
+  if (own && !own->isNothing())
+    return *own;
+  if (auto value = ownProperty(run, Value(run.frame->self), property))
+    return std::move(*value);
+  throw errors::undefinedVariable(property.name);
+}
+
+Value propertyOf(Evaluator& run, const Value& given, const Label& property, Mode mode) {
+  if (given.is<Value::ReferencePointer>())
+    return property.code == codes::contents ? lookThrough(given) : propertyOf(run, lookThrough(given), property, mode);
+  if (const auto* specifier = given.get<Value::SpecifierPointer>())
+    return specifierProperty(run, *specifier, property, mode);
+  if (property.code == codes::contents)
+    return given;
+  if (const auto* foreign = given.get<Value::ForeignPointer>()) {
+    if (property.code != 0) {
+      const auto unwrapped = (*foreign)->unwrapped();
+      if (auto value = ownProperty(run, unwrapped.value_or(given), property))
+        return std::move(*value);
+    }
+    run.budget.require();
+    return sendToForeign(*foreign, property.name, {});
+  }
+  if (auto value = ownProperty(run, given, property))
+    return std::move(*value);
+  throw errors::cannotGet(fmt::format("{} of {}", property.name, shortSourceForm(given)));
 }
 
 } // namespace tabwright::applescript

@@ -1,7 +1,8 @@
 // `a reference to x`. What names something in an application is a specifier already; a place in the script becomes a
 // Reference; anything else is its own value. References may outlive the run, so they hold on to what they read from.
+#include "applescript/evaluate/Accesses.h"
 #include "applescript/evaluate/Bridge.h"
-#include "applescript/evaluate/Evaluator.h"
+#include "applescript/evaluate/ScriptMembers.h"
 #include "applescript/terminology/Codes.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/ForeignObject.h"
@@ -13,27 +14,15 @@
 
 namespace tabwright::applescript {
 
-Value Evaluator::referenceTo(const ReferenceTo& expression) {
-  const Expression& operand = withoutParentheses(*expression.operand);
-  switch (operand.kind) {
-  case Expression::Kind::variable:
-    return referenceToVariable(static_cast<const Variable&>(operand));
-  case Expression::Kind::property:
-    return referenceToProperty(static_cast<const PropertyAccess&>(operand));
-  case Expression::Kind::element:
-    return referenceToElement(static_cast<const ElementAccess&>(operand));
-  default:
-    return evaluate(operand, Mode::designation);
-  }
-}
+namespace {
 
-Value Evaluator::referenceToVariable(const Variable& variable) {
+Value referenceToVariable(Evaluator& run, const Variable& variable) {
   switch (variable.place) {
   case Variable::Place::cell:
-    frame_->variable(variable); // makes the cell
-    return frame_->slots[static_cast<std::size_t>(variable.slot)];
+    run.frame->variable(variable); // makes the cell
+    return run.frame->slots[static_cast<std::size_t>(variable.slot)];
   case Variable::Place::script: {
-    const std::shared_ptr<ScriptObject> script = frame_->scriptOf(variable);
+    const std::shared_ptr<ScriptObject> script = run.frame->scriptOf(variable);
     const auto index = static_cast<std::size_t>(variable.slot);
     const auto read = [script, index, name = variable.name] {
       if (script->variables[index].isNothing())
@@ -48,17 +37,17 @@ Value Evaluator::referenceToVariable(const Variable& variable) {
   case Variable::Place::result:
     break;
   }
-  return frame_->read(variable);
+  return run.frame->read(variable);
 }
 
-Value Evaluator::referenceToProperty(const PropertyAccess& property) {
-  const Value container = containerOf(property.container);
+Value referenceToProperty(Evaluator& run, const PropertyAccess& property) {
+  const Value container = run.containerOf(property.container);
   const Label& label = property.property;
   const std::string description = fmt::format("{} of {}", label.name, shortSourceForm(container));
   if (const auto* specifier = container.get<Value::SpecifierPointer>()) {
     if ((*specifier)->application || (*specifier)->form != ObjectSpecifier::Form::application)
-      return specifierProperty(*specifier, label, Mode::designation);
-    const ObjectiveCBridge* bridge = surroundings_.objectiveC;
+      return specifierProperty(run, *specifier, label, Mode::designation);
+    const ObjectiveCBridge* bridge = run.surroundings.objectiveC;
     const auto find = [bridge, name = label.name] { return findInBridge(bridge, name); };
     return Value::ReferencePointer(std::make_shared<const BridgeReference>(label.name, find));
   }
@@ -70,7 +59,7 @@ Value Evaluator::referenceToProperty(const PropertyAccess& property) {
     return nullptr;
   };
   if (!place())
-    return propertyOf(container, label, Mode::value);
+    return propertyOf(run, container, label, Mode::value);
   const auto read = [place, description] {
     const Value* value = place();
     if (!value || value->isNothing())
@@ -86,17 +75,29 @@ Value Evaluator::referenceToProperty(const PropertyAccess& property) {
   return Value::ReferencePointer(std::make_shared<const ComputedReference>(description, container, read, write));
 }
 
-Value Evaluator::referenceToElement(const ElementAccess& element) {
-  const Value container = containerOf(element.container);
+Value referenceToElement(Evaluator& run, const ElementAccess& element) {
+  const Value container = run.containerOf(element.container);
   if (const auto* specifier = container.get<Value::SpecifierPointer>())
-    return specifierElement(*specifier, element, Mode::designation);
-  const auto* list = container.get<Value::ListPointer>();
-  const bool isOneItem = element.elementClass.code == codes::item && !element.test &&
-                         element.form != ElementAccess::Form::every && element.form != ElementAccess::Form::range;
-  if (!list || !isOneItem)
-    return elementOf(container, element);
-  const std::size_t index = picker_.position((*list)->items.size(), element, keyOf(element), container);
-  return Value::ReferencePointer(std::make_shared<const ItemReference>(*list, index));
+    return specifierElement(run, *specifier, element, Mode::designation);
+  if (const auto place = itemPlace(run, container, element))
+    return Value::ReferencePointer(std::make_shared<const ItemReference>(place->first, place->second));
+  return elementOf(run, container, element);
+}
+
+} // namespace
+
+Value referenceTo(Evaluator& run, const ReferenceTo& expression) {
+  const Expression& operand = withoutParentheses(*expression.operand);
+  switch (operand.kind) {
+  case Expression::Kind::variable:
+    return referenceToVariable(run, static_cast<const Variable&>(operand));
+  case Expression::Kind::property:
+    return referenceToProperty(run, static_cast<const PropertyAccess&>(operand));
+  case Expression::Kind::element:
+    return referenceToElement(run, static_cast<const ElementAccess&>(operand));
+  default:
+    return run.evaluate(operand, Mode::designation);
+  }
 }
 
 } // namespace tabwright::applescript

@@ -1,28 +1,16 @@
-// Two steps per script: first its layout is collected (properties, handlers, scripts, globals declared outside of
-// handlers), since handlers may use what stands below them; then each handler's body is walked with a table of the
-// names seen so far. Statements are walked by kind, without a default, so that a new kind can't be forgotten.
+// Each script's layout is collected first, since handlers may use what stands below them; then its statements are
+// walked with a table of the names seen so far. Statements are walked by kind, without a default, so that a new kind
+// can't be forgotten.
 #include "applescript/evaluate/Resolver.h"
 
 #include "applescript/syntax/Children.h"
-#include "applescript/terminology/Codes.h"
 #include "applescript/values/Names.h"
+#include "applescript/values/Restored.h"
 
 #include <set>
 #include <utility>
 
 namespace tabwright::applescript {
-
-std::optional<int> ScriptLayout::findVariable(std::string_view variable) const {
-  const auto found = indexByName.find(foldedName(variable));
-  if (found == indexByName.end())
-    return {};
-  return found->second;
-}
-
-const HandlerDefinition* ScriptLayout::findHandler(const std::string& folded) const {
-  const auto found = handlers.find(folded);
-  return found == handlers.end() ? nullptr : found->second;
-}
 
 namespace {
 
@@ -34,35 +22,26 @@ public:
     ScriptLayout& layout = *layouts_.emplace_back(std::make_unique<ScriptLayout>());
     layout.name = std::move(name);
     layout.enclosing = enclosing;
-    collect(body, layout);
+    layout.collect(body);
 
     ScriptLayout* const outerScript = std::exchange(script_, &layout);
     for (const auto& statement : body) {
-      switch (statement->kind) {
-      case Statement::Kind::property: {
-        auto& property = static_cast<PropertyDefinition&>(*statement);
-        visit(property.value);
-        layout.initializers.push_back({*layout.findVariable(property.name.name), property.value.get(), nullptr});
-        break;
-      }
-      case Statement::Kind::script: {
-        auto& definition = static_cast<ScriptDefinition&>(*statement);
-        scriptDefinition(definition);
-        if (definition.binding)
-          layout.initializers.push_back({*layout.findVariable(definition.name), nullptr, &definition});
-        break;
-      }
-      default:
-        break;
+      if (auto* property = as<PropertyDefinition>(*statement)) {
+        visit(property->value);
+        layout.initializers.push_back({*layout.findVariable(property->name.name), property->value.get(), nullptr});
+      } else if (auto* definition = as<ScriptDefinition>(*statement)) {
+        scriptDefinition(*definition);
+        if (definition->binding)
+          layout.initializers.push_back({*layout.findVariable(definition->name), nullptr, definition});
       }
     }
     HandlerScope* const outerHandler = std::exchange(handler_, nullptr);
     for (const auto& statement : body) {
-      if (statement->kind == Statement::Kind::handler)
-        handler(static_cast<HandlerDefinition&>(*statement));
+      if (auto* definition = as<HandlerDefinition>(*statement))
+        handler(*definition);
     }
     for (const auto& statement : body) {
-      if (isRunStatement(*statement))
+      if (ScriptLayout::isRunStatement(*statement))
         visit(*statement);
     }
     handler_ = outerHandler;
@@ -78,89 +57,19 @@ private:
     std::set<int> referenced;                        // slots that `a reference to` names
   };
 
-  static bool isRunStatement(const Statement& statement) {
-    switch (statement.kind) {
-    case Statement::Kind::property:
-    case Statement::Kind::script:
-    case Statement::Kind::handler:
-    case Statement::Kind::use:
-      return false;
-    default:
-      return true;
-    }
-  }
-
-  static int declare(ScriptLayout& layout, const Label& label, bool isSeenByHandlers) {
-    const auto [place, isNew] =
-        layout.indexByName.try_emplace(foldedName(label.name), static_cast<int>(layout.variables.size()));
-    if (isNew)
-      layout.variables.push_back({label, isSeenByHandlers});
-    else if (isSeenByHandlers)
-      layout.variables[static_cast<std::size_t>(place->second)].isSeenByHandlers = true;
-    return place->second;
-  }
-
-  void collect(const Block& body, ScriptLayout& layout) {
-    for (const auto& statement : body) {
-      switch (statement->kind) {
-      case Statement::Kind::property: {
-        const Label& label = static_cast<const PropertyDefinition&>(*statement).name;
-        const int index = declare(layout, label, true);
-        if (label.code == codes::parent || sameName(label.name, "parent"))
-          layout.parentIndex = index;
-        break;
-      }
-      case Statement::Kind::script:
-        if (const auto& name = static_cast<const ScriptDefinition&>(*statement).name; !name.empty())
-          declare(layout, {0, name}, true);
-        break;
-      case Statement::Kind::handler: {
-        const auto& definition = static_cast<const HandlerDefinition&>(*statement);
-        layout.handlers.insert_or_assign(foldedName(definition.name), &definition);
-        break;
-      }
-      case Statement::Kind::declare: {
-        const auto& declaration = static_cast<const Declare&>(*statement);
-        for (const auto& variable : declaration.variables) {
-          if (declaration.scope == Declare::Scope::global)
-            declareGlobal(layout, variable->name);
-        }
-        layout.implicitRun.push_back(statement.get());
-        break;
-      }
-      default:
-        if (isRunStatement(*statement))
-          layout.implicitRun.push_back(statement.get());
-        break;
-      }
-    }
-  }
-
-  // A global is one of the outermost script, and a name of this one too.
-  void declareGlobal(ScriptLayout& layout, const std::string& name) {
-    ScriptLayout* outermost = &layout;
-    while (outermost->enclosing)
-      outermost = outermost->enclosing;
-    declare(*outermost, {0, name}, outermost == &layout);
-    if (outermost != &layout)
-      globalsOf_[&layout].insert(foldedName(name));
-  }
-
   void handler(HandlerDefinition& definition) {
     HandlerScope scope;
     HandlerScope* const outer = std::exchange(handler_, &scope);
-    for (auto& parameter : definition.positional)
-      bindPattern(parameter.pattern);
-    if (definition.direct)
-      bindPattern(definition.direct->pattern);
-    for (auto& [label, parameter] : definition.labelled)
-      bindPattern(parameter.pattern);
-    for (auto& parameter : definition.positional)
-      visit(parameter.defaultValue);
-    if (definition.direct)
-      visit(definition.direct->defaultValue);
-    for (auto& [label, parameter] : definition.labelled)
-      visit(parameter.defaultValue);
+    const auto eachParameter = [&](auto use) {
+      for (const Parameter& parameter : definition.positional)
+        use(parameter);
+      if (definition.direct)
+        use(*definition.direct);
+      for (const auto& [label, parameter] : definition.labelled)
+        use(parameter);
+    };
+    eachParameter([this](const Parameter& parameter) { bindPattern(*parameter.pattern); });
+    eachParameter([this](const Parameter& parameter) { visit(parameter.defaultValue); });
     visit(definition.body);
     for (const int slot : scope.referenced) {
       for (Variable* variable : scope.occurrences[static_cast<std::size_t>(slot)])
@@ -171,31 +80,13 @@ private:
   }
 
   // Parameters are the handler's own whatever the script calls its properties.
-  void bindPattern(const ExpressionPointer& pattern) {
-    if (!pattern)
-      return;
-    switch (pattern->kind) {
-    case Expression::Kind::variable: {
-      auto& variable = static_cast<Variable&>(*pattern);
-      slotOf(foldedName(variable.name));
-      place(variable);
-      break;
-    }
-    case Expression::Kind::list:
-      for (const auto& item : static_cast<ListLiteral&>(*pattern).items)
-        bindPattern(item);
-      break;
-    case Expression::Kind::record:
-      for (const auto& field : static_cast<RecordLiteral&>(*pattern).fields)
-        bindPattern(field.second);
-      break;
-    case Expression::Kind::parenthesized:
-      bindPattern(static_cast<Parenthesized&>(*pattern).inner);
-      break;
-    default:
+  void bindPattern(Expression& pattern) {
+    if (auto* variable = as<Variable>(pattern))
+      slotOf(foldedName(variable->name));
+    if (as<ListLiteral>(pattern) || as<RecordLiteral>(pattern))
+      forEachChild(pattern, [this](Expression& part) { bindPattern(part); });
+    else
       visit(pattern);
-      break;
-    }
   }
 
   int slotOf(const std::string& folded) {
@@ -219,17 +110,15 @@ private:
 
   void placeGlobal(Variable& variable) {
     int depth = 0;
-    ScriptLayout* outermost = script_;
-    for (; outermost->enclosing; outermost = outermost->enclosing)
+    for (const ScriptLayout* layout = script_; layout->enclosing; layout = layout->enclosing)
       ++depth;
-    placeInScript(variable, declare(*outermost, {0, variable.name}, false), depth);
+    placeInScript(variable, script_->outermost().declare({0, variable.name}, false), depth);
   }
 
   bool placeAmongScripts(Variable& variable, const std::string& folded) {
     int depth = 0;
     for (ScriptLayout* layout = script_; layout; layout = layout->enclosing, ++depth) {
-      if (const auto globals = globalsOf_.find(layout);
-          globals != globalsOf_.end() && globals->second.contains(folded)) {
+      if (layout->globals.contains(folded)) {
         placeGlobal(variable);
         return true;
       }
@@ -262,45 +151,29 @@ private:
     if (handler_)
       placeInFrame(variable, slotOf(folded));
     else
-      placeInScript(variable, declare(*script_, {0, variable.name}, false), 0);
+      placeInScript(variable, script_->declare({0, variable.name}, false), 0);
   }
 
-  // Where a name gets a value, so that even `result` becomes a variable.
-  void bind(const ExpressionPointer& target) {
-    if (!target)
-      return;
-    switch (target->kind) {
-    case Expression::Kind::variable: {
-      const bool outer = std::exchange(isBinding_, true);
-      place(static_cast<Variable&>(*target));
-      isBinding_ = outer;
-      break;
-    }
-    case Expression::Kind::list:
-      for (const auto& item : static_cast<ListLiteral&>(*target).items)
-        bind(item);
-      break;
-    case Expression::Kind::record:
-      for (const auto& field : static_cast<RecordLiteral&>(*target).fields)
-        bind(field.second);
-      break;
-    default:
+  // Binding gives a name a value, so that even `result` becomes a variable.
+  void bind(Expression& target) {
+    if (auto* variable = as<Variable>(target)) {
+      const Restored<bool> binding(isBinding_, true);
+      place(*variable);
+    } else if (as<ListLiteral>(target) || as<RecordLiteral>(target)) {
+      forEachChild(target, [this](Expression& part) { bind(part); });
+    } else {
       visit(target);
-      break;
     }
   }
-  void bind(const std::unique_ptr<Variable>& variable) {
-    if (!variable)
-      return;
-    const bool outer = std::exchange(isBinding_, true);
-    place(*variable);
-    isBinding_ = outer;
+  template <class... Targets>
+  void bindAll(const Targets&... targets) {
+    ((targets ? bind(*targets) : void()), ...);
   }
 
   void scriptDefinition(ScriptDefinition& definition) {
     if (!definition.name.empty()) {
       definition.binding = std::make_unique<Variable>(definition.name);
-      bind(definition.binding);
+      bind(*definition.binding);
     }
     definition.layout = &script(definition.body, definition.name, script_);
   }
@@ -314,17 +187,21 @@ private:
     if (expression)
       visit(*expression);
   }
+  template <class... Parts>
+  void visitAll(const Parts&... parts) {
+    (visit(parts), ...);
+  }
 
   void visit(Expression& expression) {
-    if (expression.kind == Expression::Kind::variable)
-      return place(static_cast<Variable&>(expression));
-    forEachChild(expression, [&](Expression& child) { visit(child); });
-    if (expression.kind == Expression::Kind::referenceTo)
-      noteReference(*static_cast<ReferenceTo&>(expression).operand);
-    else if (expression.kind == Expression::Kind::handlerCall)
-      static_cast<HandlerCall&>(expression).foldedName = foldedName(static_cast<HandlerCall&>(expression).name);
-    else if (expression.kind == Expression::Kind::message)
-      nameSelector(static_cast<ObjectiveCMessage&>(expression));
+    if (auto* variable = as<Variable>(expression))
+      return place(*variable);
+    forEachChild(expression, [this](Expression& child) { visit(child); });
+    if (auto* reference = as<ReferenceTo>(expression))
+      noteReference(withoutParentheses(*reference->operand));
+    else if (auto* call = as<HandlerCall>(expression))
+      call->foldedName = foldedName(call->name);
+    else if (auto* message = as<ObjectiveCMessage>(expression))
+      nameSelector(*message);
   }
 
   static void nameSelector(ObjectiveCMessage& message) {
@@ -334,105 +211,79 @@ private:
   }
 
   void noteReference(const Expression& operand) {
-    if (operand.kind == Expression::Kind::parenthesized)
-      return noteReference(*static_cast<const Parenthesized&>(operand).inner);
-    if (operand.kind != Expression::Kind::variable || !handler_)
-      return;
-    const auto& variable = static_cast<const Variable&>(operand);
-    if (variable.place == Variable::Place::frame)
-      handler_->referenced.insert(variable.slot);
+    const auto* variable = as<Variable>(operand);
+    if (variable && handler_ && variable->place == Variable::Place::frame)
+      handler_->referenced.insert(variable->slot);
   }
 
   void visit(Statement& statement) {
     using Kind = Statement::Kind;
     switch (statement.kind) {
     case Kind::expression:
-      visit(static_cast<ExpressionStatement&>(statement).expression);
-      break;
+      return visit(static_cast<ExpressionStatement&>(statement).expression);
     case Kind::set:
       visit(static_cast<Assignment&>(statement).value);
-      bind(static_cast<Assignment&>(statement).target);
-      break;
+      return bind(*static_cast<Assignment&>(statement).target);
     case Kind::ifElse: {
-      auto& choice = static_cast<If&>(statement);
-      for (auto& branch : choice.branches) {
-        visit(branch.condition);
-        visit(branch.body);
-      }
-      if (choice.otherwise)
-        visit(*choice.otherwise);
-      break;
+      const auto& choice = static_cast<If&>(statement);
+      for (const auto& branch : choice.branches)
+        visitAll(branch.condition, branch.body);
+      return choice.otherwise ? visit(*choice.otherwise) : void();
     }
     case Kind::repeat: {
-      auto& repeat = static_cast<Repeat&>(statement);
-      visit(repeat.condition);
-      visit(repeat.from);
-      visit(repeat.to);
-      visit(repeat.by);
-      visit(repeat.items);
-      bind(repeat.variable);
-      visit(repeat.body);
-      break;
+      const auto& repeat = static_cast<Repeat&>(statement);
+      visitAll(repeat.condition, repeat.from, repeat.to, repeat.by, repeat.items);
+      bindAll(repeat.variable);
+      return visit(repeat.body);
     }
-    case Kind::exitRepeat:
-    case Kind::use:
-      break;
     case Kind::continueHandler:
-      visit(static_cast<ContinueStatement&>(statement).call);
-      break;
-    case Kind::tell:
-      visit(static_cast<Tell&>(statement).target);
-      visit(static_cast<Tell&>(statement).body);
-      break;
+      return visit(static_cast<ContinueStatement&>(statement).call);
+    case Kind::tell: {
+      const auto& tell = static_cast<Tell&>(statement);
+      return visitAll(tell.target, tell.body);
+    }
     case Kind::tryBlock: {
-      auto& attempt = static_cast<Try&>(statement);
+      const auto& attempt = static_cast<Try&>(statement);
       visit(attempt.body);
-      bind(attempt.message);
-      bind(attempt.number);
-      bind(attempt.from);
-      bind(attempt.partialResult);
-      bind(attempt.to);
-      visit(attempt.handler);
-      break;
+      bindAll(attempt.message, attempt.number, attempt.from, attempt.partialResult, attempt.to);
+      return visit(attempt.handler);
     }
     case Kind::returning:
-      visit(static_cast<Return&>(statement).value);
-      break;
+      return visit(static_cast<Return&>(statement).value);
     case Kind::error: {
-      auto& error = static_cast<RaiseError&>(statement);
-      for (const auto* part : {&error.message, &error.number, &error.from, &error.partialResult, &error.to})
-        visit(*part);
-      break;
+      const auto& error = static_cast<RaiseError&>(statement);
+      return visitAll(error.message, error.number, error.from, error.partialResult, error.to);
     }
     case Kind::considering:
-      visit(static_cast<Considering&>(statement).body);
-      break;
-    case Kind::timeout:
-      visit(static_cast<Timeout&>(statement).seconds);
-      visit(static_cast<Timeout&>(statement).body);
-      break;
+      return visit(static_cast<Considering&>(statement).body);
+    case Kind::timeout: {
+      const auto& timeout = static_cast<Timeout&>(statement);
+      return visitAll(timeout.seconds, timeout.body);
+    }
     case Kind::transaction:
-      visit(static_cast<Transaction&>(statement).body);
-      break;
+      return visit(static_cast<Transaction&>(statement).body);
     case Kind::usingTerms:
-      visit(static_cast<UsingTerms&>(statement).body);
-      break;
+      return visit(static_cast<UsingTerms&>(statement).body);
     case Kind::declare:
-      for (const auto& variable : static_cast<Declare&>(statement).variables) {
-        const std::string folded = foldedName(variable->name);
-        if (handler_ && static_cast<Declare&>(statement).scope == Declare::Scope::global)
-          handler_->globals.insert(folded);
-        else if (handler_)
-          slotOf(folded);
-        bind(variable);
-      }
-      break;
+      return visit(static_cast<const Declare&>(statement));
     case Kind::script:
-      scriptDefinition(static_cast<ScriptDefinition&>(statement));
-      break;
+      return scriptDefinition(static_cast<ScriptDefinition&>(statement));
     case Kind::property:
-    case Kind::handler:
-      break; // Only at the top of a script, where they are collected.
+    case Kind::handler: // Only at the top of a script, where they are collected.
+    case Kind::exitRepeat:
+    case Kind::use:
+      return;
+    }
+  }
+
+  void visit(const Declare& declaration) {
+    for (const auto& variable : declaration.variables) {
+      const std::string folded = foldedName(variable->name);
+      if (handler_ && declaration.scope == Declare::Scope::global)
+        handler_->globals.insert(folded);
+      else if (handler_)
+        slotOf(folded);
+      bind(*variable);
     }
   }
 
@@ -440,7 +291,6 @@ private:
   ScriptLayout* script_ = nullptr;
   HandlerScope* handler_ = nullptr;
   bool isBinding_ = false;
-  std::unordered_map<const ScriptLayout*, std::set<std::string>> globalsOf_; // declared `global` inside a script
 };
 
 } // namespace

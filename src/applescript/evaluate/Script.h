@@ -25,7 +25,7 @@ public:
   [[nodiscard]] std::shared_ptr<ScriptObject> instantiate(const ScriptLayout& layout,
                                                           std::shared_ptr<ScriptObject> enclosing);
 
-  /// Whether the properties have got their first values.
+  /// The properties have got their first values.
   bool isLoaded = false;
   /// `AppleScript's text item delimiters`: a text, or a list of texts.
   Value textItemDelimiters = "";

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -11,7 +12,7 @@
 
 namespace tabwright::applescript {
 
-/// What a script's text says about the script objects made of it: names of their variables, handlers, and how the
+/// The shape of the script objects that a script's text makes: names of their variables, handlers, and how the
 /// variables get their first values. Points into the tree.
 struct ScriptLayout {
   struct VariableName {
@@ -35,9 +36,22 @@ struct ScriptLayout {
   std::unordered_map<std::string, const HandlerDefinition*> handlers; ///< folded names
   std::vector<const Statement*> implicitRun; ///< statements outside of handlers, when there is no `on run`
   int parentIndex = -1;                      ///< of the property `parent`
+  std::set<std::string> globals;             ///< folded names declared `global` in a script inside of another
 
   [[nodiscard]] std::optional<int> findVariable(std::string_view name) const;
   [[nodiscard]] const HandlerDefinition* findHandler(const std::string& foldedName) const;
+  [[nodiscard]] ScriptLayout& outermost();
+  /// A statement of the implicit run handler.
+  [[nodiscard]] static bool isRunStatement(const Statement& statement);
+
+  /// Takes in what the script's text defines, but for the initializers.
+  void collect(const Block& body);
+  /// The index of the variable of that name, which is made if there is none.
+  int declare(const Label& label, bool isSeenByHandlers);
+
+private:
+  /// A global is one of the outermost script, and a name of this one too.
+  void declareGlobal(const std::string& name);
 };
 
 /// The layouts of a whole script, the outermost first.

@@ -10,7 +10,7 @@ public:
   /// Guards the thread it is made on.
   StackGuard();
 
-  /// Whether less than `reserve` bytes are left.
+  /// Less than `reserve` bytes are left.
   [[nodiscard]] bool isExhausted() const { return reinterpret_cast<std::size_t>(__builtin_frame_address(0)) < limit_; }
 
   /// Room for whatever is called without looking: application objects, Unicode functions, walks over nested values.

@@ -8,6 +8,7 @@
 #include <unicode/utf8.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <unordered_map>
@@ -34,6 +35,37 @@ bool continuesName(char32_t character) {
 bool isApostrophe(char32_t character) {
   return character == '\'' || character == U'’';
 }
+
+struct Sign {
+  std::string_view text;
+  Symbol symbol;
+};
+/// Those that others begin with stand behind them.
+constexpr auto signs = std::to_array<Sign>({
+    {"(", Symbol::openParenthesis},
+    {")", Symbol::closeParenthesis},
+    {"{", Symbol::openBrace},
+    {"}", Symbol::closeBrace},
+    {",", Symbol::comma},
+    {":", Symbol::colon},
+    {"&", Symbol::ampersand},
+    {"+", Symbol::plus},
+    {"-", Symbol::minus},
+    {"*", Symbol::times},
+    {"×", Symbol::times},
+    {"/=", Symbol::notEqual},
+    {"/", Symbol::divide},
+    {"÷", Symbol::divide},
+    {"^", Symbol::power},
+    {"=", Symbol::equal},
+    {"≠", Symbol::notEqual},
+    {"<=", Symbol::lessOrEqual},
+    {"<", Symbol::less},
+    {"≤", Symbol::lessOrEqual},
+    {">=", Symbol::greaterOrEqual},
+    {">", Symbol::greater},
+    {"≥", Symbol::greaterOrEqual},
+});
 
 class Lexer {
 public:
@@ -82,11 +114,6 @@ private:
     return list_.tokens.back();
   }
 
-  void addSymbol(Symbol symbol, std::size_t length) {
-    position_ += length;
-    add(Token::Kind::symbol).symbol = symbol;
-  }
-
   void fail(int number, std::string sentence, SourceRange range) {
     list_.errors.push_back(syntaxError(number, std::move(sentence), range));
   }
@@ -101,10 +128,13 @@ private:
         ++position_;
       } else if (startsWith("\xC2\xA0")) { // no-break space
         position_ += 2;
-      } else if (character == '#' || startsWith("--")) {
-        skipToLineEnd();
-      } else if (startsWith("(*")) {
-        skipComment();
+      } else if (character == '#' || startsWith("--") || startsWith("(*")) {
+        const std::size_t start = position_;
+        if (character == '(')
+          skipComment();
+        else
+          skipToLineEnd();
+        list_.comments.push_back({start, position_ - start});
       } else if (startsWith("\xC2\xAC")) { // ¬
         if (!skipContinuation())
           return true;
@@ -170,21 +200,19 @@ private:
       lexRaw();
     } else if (isApostrophe(character)) {
       lexPossessive(length);
-    } else if (!lexSymbol(character, length)) {
+    } else if (!lexSymbol()) {
       position_ += length == 0 ? 1 : length;
       add(Token::Kind::unknown);
     }
   }
 
   void lexNumber() {
-    while (isDigit(static_cast<unsigned char>(at(position_))))
-      ++position_;
+    skipDigits();
     if (lexOrdinalEnding())
       return;
     if (at(position_) == '.' && !startsName(decode(position_ + 1).first)) {
       ++position_;
-      while (isDigit(static_cast<unsigned char>(at(position_))))
-        ++position_;
+      skipDigits();
     }
     if (at(position_) == 'e' || at(position_) == 'E') {
       std::size_t exponent = position_ + 1;
@@ -192,11 +220,15 @@ private:
         ++exponent;
       if (isDigit(static_cast<unsigned char>(at(exponent)))) {
         position_ = exponent;
-        while (isDigit(static_cast<unsigned char>(at(position_))))
-          ++position_;
+        skipDigits();
       }
     }
     add(Token::Kind::number);
+  }
+
+  void skipDigits() {
+    while (isDigit(static_cast<unsigned char>(at(position_))))
+      ++position_;
   }
 
   /// `1st`, `2nd`, `3rd`, `4th`.
@@ -319,79 +351,13 @@ private:
     add(Token::Kind::raw);
   }
 
-  bool lexSymbol(char32_t character, std::size_t length) {
-    const char next = at(position_ + length);
-    switch (character) {
-    case '(':
-      addSymbol(Symbol::openParenthesis, length);
-      return true;
-    case ')':
-      addSymbol(Symbol::closeParenthesis, length);
-      return true;
-    case '{':
-      addSymbol(Symbol::openBrace, length);
-      return true;
-    case '}':
-      addSymbol(Symbol::closeBrace, length);
-      return true;
-    case ',':
-      addSymbol(Symbol::comma, length);
-      return true;
-    case ':':
-      addSymbol(Symbol::colon, length);
-      return true;
-    case '&':
-      addSymbol(Symbol::ampersand, length);
-      return true;
-    case '+':
-      addSymbol(Symbol::plus, length);
-      return true;
-    case '-':
-      addSymbol(Symbol::minus, length);
-      return true;
-    case '*':
-    case U'×':
-      addSymbol(Symbol::times, length);
-      return true;
-    case U'÷':
-      addSymbol(Symbol::divide, length);
-      return true;
-    case '/':
-      if (next == '=')
-        addSymbol(Symbol::notEqual, 2);
-      else
-        addSymbol(Symbol::divide, 1);
-      return true;
-    case '^':
-      addSymbol(Symbol::power, length);
-      return true;
-    case '=':
-      addSymbol(Symbol::equal, length);
-      return true;
-    case U'≠':
-      addSymbol(Symbol::notEqual, length);
-      return true;
-    case '<':
-      if (next == '=')
-        addSymbol(Symbol::lessOrEqual, 2);
-      else
-        addSymbol(Symbol::less, 1);
-      return true;
-    case U'≤':
-      addSymbol(Symbol::lessOrEqual, length);
-      return true;
-    case '>':
-      if (next == '=')
-        addSymbol(Symbol::greaterOrEqual, 2);
-      else
-        addSymbol(Symbol::greater, 1);
-      return true;
-    case U'≥':
-      addSymbol(Symbol::greaterOrEqual, length);
-      return true;
-    default:
+  bool lexSymbol() {
+    const auto row = std::ranges::find_if(signs, [this](const Sign& sign) { return startsWith(sign.text); });
+    if (row == signs.end())
       return false;
-    }
+    position_ += row->text.size();
+    add(Token::Kind::symbol).symbol = row->symbol;
+    return true;
   }
 
   // ------------------------------------------------------------------- names

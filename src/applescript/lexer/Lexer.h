@@ -25,8 +25,10 @@ struct TokenList {
     bool isID = false;
   };
   std::vector<Mention> mentions;
+  /// In source order.
+  std::vector<SourceRange> comments;
 
-  /// What tokens' texts point to where that isn't the source: texts with escapes, spellings first shown elsewhere.
+  /// Texts of tokens that don't stand in the source: those with escapes.
   std::deque<std::string> storage;
 };
 

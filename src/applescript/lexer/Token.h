@@ -56,6 +56,8 @@ struct Token {
 
   [[nodiscard]] bool is(Keyword other) const { return keyword == other && kind == Kind::word; }
   [[nodiscard]] bool is(Symbol other) const { return symbol == other && kind == Kind::symbol; }
+  /// May name something of the script's own.
+  [[nodiscard]] bool isName() const { return kind == Kind::quotedName || (kind == Kind::word && !isReserved(keyword)); }
   /// The end of the logical line.
   [[nodiscard]] bool endsLine() const { return kind == Kind::lineEnd || kind == Kind::scriptEnd; }
 };

@@ -9,7 +9,7 @@
 
 namespace tabwright::applescript {
 
-/// How an attribute of `considering` and `ignoring` is written: one word, or two.
+/// The words of an attribute of `considering` and `ignoring`: one, or two.
 struct ConsideringRow {
   Considering::Attribute attribute;
   std::string_view words;

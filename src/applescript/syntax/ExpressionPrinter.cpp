@@ -1,12 +1,12 @@
 #include "applescript/syntax/ExpressionPrinter.h"
 
 #include "applescript/lexer/Keyword.h"
-#include "applescript/syntax/ElementForm.h"
 #include "applescript/syntax/Operators.h"
-#include "applescript/syntax/Prepositions.h"
 #include "applescript/values/Names.h"
 #include "applescript/values/Numbers.h"
 #include "applescript/values/SourceForm.h"
+
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <utility>
@@ -39,17 +39,21 @@ std::string escaped(std::string_view value, char quote) {
   return text + quote;
 }
 
-std::string_view ordinalEnding(std::int64_t number) {
+std::string ordinal(std::int64_t number) {
+  if (number == 1 || number == -1)
+    return number == 1 ? "first" : "last";
   const bool isTeen = number % 100 >= 11 && number % 100 <= 13;
-  if (isTeen || number % 10 > 3 || number % 10 == 0)
-    return "th";
-  return number % 10 == 1 ? "st" : number % 10 == 2 ? "nd" : "rd";
+  const std::string_view ending = isTeen             ? "th"
+                                  : number % 10 == 1 ? "st"
+                                  : number % 10 == 2 ? "nd"
+                                  : number % 10 == 3 ? "rd"
+                                                     : "th";
+  return fmt::format("{}{}", number, ending);
 }
 
 /// A key that can't stand directly behind a class.
 bool isReferenceKey(const Expression& key) {
-  return key.kind == Expression::Kind::element || key.kind == Expression::Kind::property ||
-         key.kind == Expression::Kind::message || key.kind == Expression::Kind::handlerCall;
+  return as<ElementAccess>(key) || as<PropertyAccess>(key) || as<ObjectiveCMessage>(key) || as<HandlerCall>(key);
 }
 
 } // namespace
@@ -136,7 +140,8 @@ std::string ExpressionPrinter::unary(const Unary& unary) const {
 }
 
 std::string ExpressionPrinter::binary(const Binary& binary) const {
-  return print(*binary.left) + " " + std::string(sourceForm(binary.op)) + " " + print(*binary.right);
+  return print(*binary.left) + " " + std::string(sourceForm(binary.op)) +
+         breakOr(" ", binary.left->range.end(), binary.right->range.offset) + print(*binary.right);
 }
 
 std::string ExpressionPrinter::literal(const Literal& literal) const {
@@ -158,18 +163,30 @@ std::string ExpressionPrinter::literal(const Literal& literal) const {
   return value.isNull() ? "null" : "missing value";
 }
 
+std::string ExpressionPrinter::breakOr(std::string_view otherwise, std::size_t from, std::size_t to) const {
+  const bool isContinued = from < to && std::string_view(tree_.source).substr(from, to - from).contains("¬");
+  return isContinued ? " ¬\n" + std::string(depth + 1, '\t') : std::string(otherwise);
+}
+
 std::string ExpressionPrinter::list(const ListLiteral& list) const {
   std::string items;
-  for (const auto& item : list.items)
-    items += (items.empty() ? "" : ", ") + print(*item);
-  return "{" + items + "}";
+  std::size_t end = list.range.offset;
+  for (const auto& item : list.items) {
+    items += (items.empty() ? "" : ",") + breakOr(items.empty() ? "" : " ", end, item->range.offset) + print(*item);
+    end = item->range.end();
+  }
+  return "{" + items + breakOr("", end, list.range.end()) + "}";
 }
 
 std::string ExpressionPrinter::record(const RecordLiteral& record) const {
   std::string fields;
-  for (const auto& [fieldLabel, value] : record.fields)
-    fields += (fields.empty() ? "" : ", ") + label(fieldLabel) + ":" + print(*value);
-  return "{" + fields + "}";
+  std::size_t end = record.range.offset;
+  for (const auto& [fieldLabel, value] : record.fields) {
+    fields += (fields.empty() ? "" : ",") + breakOr(fields.empty() ? "" : " ", end, value->range.offset) +
+              label(fieldLabel) + ":" + print(*value);
+    end = value->range.end();
+  }
+  return "{" + fields + breakOr("", end, record.range.end()) + "}";
 }
 
 // ----------------------------------------------------------------- references
@@ -199,9 +216,9 @@ ExpressionPrinter::Parts ExpressionPrinter::joined(std::string member, const Exp
     return {std::move(member), {}};
   if (joint != Joint::possessive)
     return {std::move(member), (joint == Joint::of ? " of " : " in ") + print(*container)};
-  if (container->kind == Expression::Kind::it)
+  if (as<It>(*container))
     return {"its " + member, {}};
-  if (container->kind == Expression::Kind::me)
+  if (as<Me>(*container))
     return {"my " + member, {}};
   Parts pieces = parts(*container);
   pieces.head += "'s " + member;
@@ -227,17 +244,13 @@ std::string ExpressionPrinter::elementWords(const ElementAccess& element) const 
   case Form::index:
     if (element.isOrdinal) {
       const auto number = *static_cast<const Literal&>(*element.key).value.get<std::int64_t>();
-      return std::to_string(number) + std::string(ordinalEnding(number)) + " " + element.elementClass.words;
+      return ordinal(number) + " " + element.elementClass.words;
     }
     if (element.isIndexWritten)
       return words + " index " + print(*element.key);
     break;
   case Form::name:
     return words + " named " + print(*element.key);
-  case Form::first:
-    return "first " + words;
-  case Form::last:
-    return "last " + words;
   case Form::range:
     if (isReferenceKey(*element.key) || isReferenceKey(*element.rangeEnd))
       return words + " from " + print(*element.key) + " to " + print(*element.rangeEnd);
@@ -247,13 +260,10 @@ std::string ExpressionPrinter::elementWords(const ElementAccess& element) const 
     return words + " before " + print(*element.container);
   case Form::after:
     return words + " after " + print(*element.container);
-  case Form::id:
-  case Form::middle:
-  case Form::some:
-  case Form::every:
+  default:
     break;
   }
-  return wordsBeforeKey(specifierForm(element.form), {words, words}) + (element.key ? print(*element.key) : "");
+  return wordsBeforeKey(element.form, {words, words}) + (element.key ? print(*element.key) : "");
 }
 
 std::string_view ExpressionPrinter::pluralOf(const ClassName& name) const {
@@ -266,17 +276,10 @@ std::string_view ExpressionPrinter::pluralOf(const ClassName& name) const {
 }
 
 ExpressionPrinter::Parts ExpressionPrinter::insertionPoint(const InsertionPoint& point) const {
-  switch (point.where) {
-  case InsertionPoint::Where::beginning:
-    return joined("beginning", point.container, point.joint);
-  case InsertionPoint::Where::end:
-    return joined("end", point.container, point.joint);
-  case InsertionPoint::Where::before:
-    return {"before " + print(*point.container), {}};
-  case InsertionPoint::Where::after:
-    return {"after " + print(*point.container), {}};
-  }
-  return {};
+  const std::string words = wordsBeforeKey(point.form, {});
+  if (point.form == InsertionPoint::Form::beginning || point.form == InsertionPoint::Form::end)
+    return joined(words, point.container, point.joint);
+  return {(point.form == InsertionPoint::Form::before ? "before " : "after ") + print(*point.container), {}};
 }
 
 // ---------------------------------------------------------- calls and commands
@@ -286,19 +289,15 @@ ExpressionPrinter::Parts ExpressionPrinter::call(const HandlerCall& call) const 
   if (call.isLabelled) {
     if (call.direct)
       text += " of " + print(*call.direct);
-    bool isGiven = false;
-    for (const auto& [label, value] : call.labelled) {
-      if (isPreposition(label) && !isGiven) {
-        text += " " + label + " " + print(*value);
-      } else {
-        text += (isGiven ? ", " : " given ") + name(label) + ":" + print(*value);
-        isGiven = true;
-      }
-    }
+    text += labelled(call.labelled, [this](const ExpressionPointer& value) { return print(*value); });
   } else {
     std::string arguments;
-    for (const auto& argument : call.arguments)
-      arguments += (arguments.empty() ? "" : ", ") + print(*argument);
+    std::size_t end = std::string::npos;
+    for (const auto& argument : call.arguments) {
+      arguments += arguments.empty() ? "" : "," + breakOr(" ", end, argument->range.offset);
+      arguments += print(*argument);
+      end = argument->range.end();
+    }
     text += "(" + arguments + ")";
   }
   switch (call.target) {
@@ -323,15 +322,19 @@ std::string ExpressionPrinter::command(const Command& command) const {
   std::string text(command.term->words);
   if (command.form == Command::Form::objectFirst)
     return print(*command.direct) + " " + text;
-  if (command.direct)
-    text += (command.form == Command::Form::withOf ? " of " : " ") + print(*command.direct);
   const bool isRaw = text.starts_with("«");
+  std::size_t end = command.range.offset;
+  if (command.direct) {
+    text += (command.form == Command::Form::withOf ? " of" : "") + breakOr(" ", end, command.direct->range.offset);
+    text += print(*command.direct);
+    end = command.direct->range.end();
+  }
   bool isFirst = true;
   for (const auto& [parameter, value] : command.parameters) {
-    if (isRaw)
-      text += (isFirst ? " given " : ", ") + std::string(parameter.words) + ":" + print(*value);
-    else
-      text += " " + std::string(parameter.words) + " " + print(*value);
+    text += isRaw && !isFirst ? "," : "";
+    text += breakOr(" ", end, value->range.offset) + (isRaw && isFirst ? "given " : "");
+    text += std::string(parameter.words) + (isRaw ? ":" : " ") + print(*value);
+    end = value->range.end();
     isFirst = false;
   }
   return text;

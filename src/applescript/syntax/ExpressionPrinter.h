@@ -1,5 +1,6 @@
 #pragma once
 
+#include "applescript/syntax/Prepositions.h"
 #include "applescript/syntax/Tree.h"
 
 #include <string>
@@ -18,7 +19,21 @@ public:
   [[nodiscard]] std::string name(std::string_view name) const;
   [[nodiscard]] std::string label(const Label& label) const;
   [[nodiscard]] std::string handlerName(std::string_view name) const;
+  /// ` from a given b:c`: labelled arguments or parameters, each written by `print`.
+  template <class Labelled, class Print>
+  [[nodiscard]] std::string labelled(const Labelled& rows, Print print) const {
+    std::string text;
+    bool isGiven = false;
+    for (const auto& [label, row] : rows) {
+      const bool isPlain = isPreposition(label) && !isGiven;
+      text += (isPlain ? " " + label + " " : (isGiven ? ", " : " given ") + name(label) + ":") + print(row);
+      isGiven = !isPlain;
+    }
+    return text;
+  }
   [[nodiscard]] static std::string text(std::string_view value);
+
+  std::size_t depth = 0; ///< of the line that is being written, in tabs
 
 private:
   /// A reference in two pieces: what may still take a `'s` behind it, and ` of …`.
@@ -40,6 +55,8 @@ private:
   [[nodiscard]] std::string command(const Command& command) const;
   [[nodiscard]] std::string list(const ListLiteral& list) const;
   [[nodiscard]] std::string record(const RecordLiteral& record) const;
+  /// A continued line end where the source has one between two places, else what stands there otherwise.
+  [[nodiscard]] std::string breakOr(std::string_view otherwise, std::size_t from, std::size_t to) const;
 
   const SyntaxTree& tree_;
 };

@@ -4,8 +4,9 @@
 
 #include <algorithm>
 
-// One row per spelling. A row is found by its first token; among rows with the same first token the longest that fits
-// wins, which is why the table needs no order.
+// One row per spelling, but for `isn't` and `doesn't`, which are read as the two words that they stand for. A row is
+// found by its first word; among rows with the same first word the longest that fits wins, which is why the table needs
+// no order.
 namespace tabwright::applescript {
 
 namespace {
@@ -36,13 +37,9 @@ constexpr auto rows = std::to_array<OperatorRow>({
     words(equal, Precedence::equality, {K::is, K::equal, K::to}),
     sign(notEqual, Precedence::equality, Symbol::notEqual),
     words(notEqual, Precedence::equality, {K::is, K::not_}),
-    words(notEqual, Precedence::equality, {K::isnt}),
     words(notEqual, Precedence::equality, {K::is, K::not_, K::equal}),
     words(notEqual, Precedence::equality, {K::is, K::not_, K::equal, K::to}),
-    words(notEqual, Precedence::equality, {K::isnt, K::equal}),
-    words(notEqual, Precedence::equality, {K::isnt, K::equal, K::to}),
     words(notEqual, Precedence::equality, {K::does, K::not_, K::equal}),
-    words(notEqual, Precedence::equality, {K::doesnt, K::equal}),
 
     sign(less, Precedence::comparison, Symbol::less),
     words(less, Precedence::comparison, {K::less, K::than}),
@@ -50,8 +47,6 @@ constexpr auto rows = std::to_array<OperatorRow>({
     words(less, Precedence::comparison, {K::comes, K::before}),
     words(less, Precedence::comparison, {K::is, K::not_, K::greater, K::than, K::or_, K::equal}),
     words(less, Precedence::comparison, {K::is, K::not_, K::greater, K::than, K::or_, K::equal, K::to}),
-    words(less, Precedence::comparison, {K::isnt, K::greater, K::than, K::or_, K::equal}),
-    words(less, Precedence::comparison, {K::isnt, K::greater, K::than, K::or_, K::equal, K::to}),
 
     sign(greater, Precedence::comparison, Symbol::greater),
     words(greater, Precedence::comparison, {K::greater, K::than}),
@@ -59,8 +54,6 @@ constexpr auto rows = std::to_array<OperatorRow>({
     words(greater, Precedence::comparison, {K::comes, K::after}),
     words(greater, Precedence::comparison, {K::is, K::not_, K::less, K::than, K::or_, K::equal}),
     words(greater, Precedence::comparison, {K::is, K::not_, K::less, K::than, K::or_, K::equal, K::to}),
-    words(greater, Precedence::comparison, {K::isnt, K::less, K::than, K::or_, K::equal}),
-    words(greater, Precedence::comparison, {K::isnt, K::less, K::than, K::or_, K::equal, K::to}),
 
     sign(lessOrEqual, Precedence::comparison, Symbol::lessOrEqual),
     words(lessOrEqual, Precedence::comparison, {K::less, K::than, K::or_, K::equal}),
@@ -68,9 +61,7 @@ constexpr auto rows = std::to_array<OperatorRow>({
     words(lessOrEqual, Precedence::comparison, {K::is, K::less, K::than, K::or_, K::equal}),
     words(lessOrEqual, Precedence::comparison, {K::is, K::less, K::than, K::or_, K::equal, K::to}),
     words(lessOrEqual, Precedence::comparison, {K::is, K::not_, K::greater, K::than}),
-    words(lessOrEqual, Precedence::comparison, {K::isnt, K::greater, K::than}),
     words(lessOrEqual, Precedence::comparison, {K::does, K::not_, K::come, K::after}),
-    words(lessOrEqual, Precedence::comparison, {K::doesnt, K::come, K::after}),
 
     sign(greaterOrEqual, Precedence::comparison, Symbol::greaterOrEqual),
     words(greaterOrEqual, Precedence::comparison, {K::greater, K::than, K::or_, K::equal}),
@@ -78,20 +69,15 @@ constexpr auto rows = std::to_array<OperatorRow>({
     words(greaterOrEqual, Precedence::comparison, {K::is, K::greater, K::than, K::or_, K::equal}),
     words(greaterOrEqual, Precedence::comparison, {K::is, K::greater, K::than, K::or_, K::equal, K::to}),
     words(greaterOrEqual, Precedence::comparison, {K::is, K::not_, K::less, K::than}),
-    words(greaterOrEqual, Precedence::comparison, {K::isnt, K::less, K::than}),
     words(greaterOrEqual, Precedence::comparison, {K::does, K::not_, K::come, K::before}),
-    words(greaterOrEqual, Precedence::comparison, {K::doesnt, K::come, K::before}),
 
     words(contains, Precedence::comparison, {K::contains}),
     words(contains, Precedence::comparison, {K::contain}),
     words(doesNotContain, Precedence::comparison, {K::does, K::not_, K::contain}),
-    words(doesNotContain, Precedence::comparison, {K::doesnt, K::contain}),
     words(isIn, Precedence::comparison, {K::is, K::in}),
     words(isIn, Precedence::comparison, {K::is, K::contained, K::by}),
     words(isNotIn, Precedence::comparison, {K::is, K::not_, K::in}),
-    words(isNotIn, Precedence::comparison, {K::isnt, K::in}),
     words(isNotIn, Precedence::comparison, {K::is, K::not_, K::contained, K::by}),
-    words(isNotIn, Precedence::comparison, {K::isnt, K::contained, K::by}),
     words(beginsWith, Precedence::comparison, {K::begins, K::with}),
     words(beginsWith, Precedence::comparison, {K::begin, K::with}),
     words(beginsWith, Precedence::comparison, {K::starts, K::with}),
@@ -113,20 +99,28 @@ constexpr auto rows = std::to_array<OperatorRow>({
     suffix(OperatorRow::Form::existence, Precedence::equality, {K::exist}),
     suffix(OperatorRow::Form::nonexistence, Precedence::equality, {K::does, K::not_, K::exist}),
     suffix(OperatorRow::Form::nonexistence, Precedence::equality, {K::does, K::not_, K::exists}),
-    suffix(OperatorRow::Form::nonexistence, Precedence::equality, {K::doesnt, K::exist}),
-    suffix(OperatorRow::Form::nonexistence, Precedence::equality, {K::doesnt, K::exists}),
     suffix(OperatorRow::Form::running, Precedence::equality, {K::is, K::running}),
     suffix(OperatorRow::Form::notRunning, Precedence::equality, {K::is, K::not_, K::running}),
-    suffix(OperatorRow::Form::notRunning, Precedence::equality, {K::isnt, K::running}),
 });
 
-/// How many tokens the row's words take, or 0 when they don't stand there.
+/// The words that a token stands for: two for `isn't` and `doesn't`.
+std::pair<Keyword, Keyword> wordsOf(const Token& token) {
+  if (token.is(K::isnt))
+    return {K::is, K::not_};
+  if (token.is(K::doesnt))
+    return {K::does, K::not_};
+  return {token.kind == Token::Kind::word ? token.keyword : K::none, K::none};
+}
+
+/// The number of tokens that the row's words take, or 0 when they don't stand there.
 std::size_t matchWords(const OperatorRow& row, std::span<const Token> tokens) {
   std::size_t count = 0;
-  while (count < row.words.size() && row.words[count] != Keyword::none) {
-    if (count == tokens.size() || !tokens[count].is(row.words[count]))
+  for (std::size_t word = 0; word < row.words.size() && row.words[word] != K::none; ++word, ++count) {
+    if (count == tokens.size())
       return 0;
-    ++count;
+    const auto [first, second] = wordsOf(tokens[count]);
+    if (first != row.words[word] || (second != K::none && row.words[++word] != second))
+      return 0;
   }
   return count;
 }
@@ -140,10 +134,11 @@ OperatorMatch matchOperator(std::span<const Token> tokens, OperatorRows which) {
     const auto row = std::ranges::find(rows, first.symbol, &OperatorRow::symbol);
     return row == rows.end() ? best : OperatorMatch{&*row, 1};
   }
-  if (first.kind != Token::Kind::word || first.keyword == Keyword::none)
+  const Keyword firstWord = wordsOf(first).first;
+  if (firstWord == K::none)
     return best;
   for (const OperatorRow& row : rows) {
-    if (row.words.front() != first.keyword)
+    if (row.words.front() != firstWord)
       continue;
     const bool isState = row.form == OperatorRow::Form::running || row.form == OperatorRow::Form::notRunning;
     if (isState && which == OperatorRows::withoutStates)
@@ -160,6 +155,7 @@ struct OperatorMeaning {
   Binary::Operator op;
   std::string_view words; ///< as printed
   std::optional<Comparison> comparison = {};
+  std::optional<Arithmetic> arithmetic = {};
 };
 
 constexpr OperatorMeaning compares(Binary::Operator op, TestOperator test) {
@@ -168,13 +164,13 @@ constexpr OperatorMeaning compares(Binary::Operator op, TestOperator test) {
 
 /// In the order of Binary::Operator.
 constexpr auto meanings = std::to_array<OperatorMeaning>({
-    {add, "+"},
-    {subtract, "-"},
-    {multiply, "*"},
-    {divide, "/"},
-    {integerDivide, "div"},
-    {modulo, "mod"},
-    {power, "^"},
+    {add, "+", {}, Arithmetic::add},
+    {subtract, "-", {}, Arithmetic::subtract},
+    {multiply, "*", {}, Arithmetic::multiply},
+    {divide, "/", {}, Arithmetic::divide},
+    {integerDivide, "div", {}, Arithmetic::integerDivide},
+    {modulo, "mod", {}, Arithmetic::modulo},
+    {power, "^", {}, Arithmetic::power},
     {concatenate, "&"},
     compares(equal, TestOperator::equals),
     {notEqual, "is not", Comparison{TestOperator::equals, true}},
@@ -203,6 +199,10 @@ static_assert([] {
 
 std::string_view sourceForm(Binary::Operator op) {
   return meanings[static_cast<std::size_t>(op)].words;
+}
+
+const std::optional<Arithmetic>& arithmeticOf(Binary::Operator op) {
+  return meanings[static_cast<std::size_t>(op)].arithmetic;
 }
 
 const std::optional<Comparison>& comparisonOf(Binary::Operator op) {

@@ -2,6 +2,7 @@
 
 #include "applescript/lexer/Token.h"
 #include "applescript/syntax/Tree.h"
+#include "applescript/values/Numbers.h"
 #include "applescript/values/ObjectSpecifier.h"
 
 #include <array>
@@ -39,8 +40,11 @@ struct OperatorRow {
   std::array<Keyword, 8> words = {}; ///< filled up with Keyword::none
 };
 
-/// What is printed for an operator.
+/// An operator's sign or words as they are printed.
 [[nodiscard]] std::string_view sourceForm(Binary::Operator op);
+
+/// The calculation of an operator that calculates.
+[[nodiscard]] const std::optional<Arithmetic>& arithmeticOf(Binary::Operator op);
 
 /// An operator that compares: the comparison that a `whose` makes of it, and whether that is denied.
 struct Comparison {

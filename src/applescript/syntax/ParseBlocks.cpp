@@ -1,4 +1,5 @@
-#include "applescript/syntax/ScriptParser.h"
+#include "applescript/syntax/ParseExpressions.h"
+#include "applescript/syntax/ParseStatements.h"
 #include "applescript/values/Errors.h"
 
 #include <fmt/core.h>
@@ -25,304 +26,254 @@ bool isBlockKind(const Token& token) {
   return token.kind == Token::Kind::word && std::ranges::find(blockKinds, token.keyword) != blockKinds.end();
 }
 
-} // namespace
+bool isEndOfBlock(const ScriptParser& p) {
+  if (p.token().kind == Token::Kind::scriptEnd || p.at(Keyword::else_))
+    return true;
+  if (p.at(Keyword::end)) // but `end of xs` is an expression
+    return !p.token(1).is(Keyword::of) && !p.token(1).is(Keyword::in) && p.token(1).kind != Token::Kind::possessive;
+  // A handler can't begin inside of a block: an `end` is missing above it.
+  return p.at(Keyword::on);
+}
 
-Block ScriptParser::parseStatements() {
-  Block block;
-  while (true) {
-    while (token().kind == Token::Kind::lineEnd)
-      advance();
-    if (isEndOfBlock())
-      return block;
-    startLine();
-    try {
-      block.push_back(parseStatement());
-      requireLineEnd();
-    } catch (ScriptError& error) {
-      report(std::move(error));
-      skipLine();
+bool lineHas(const ScriptParser& p, std::size_t first, Keyword keyword) {
+  return std::ranges::any_of(p.since(first), [keyword](const Token& token) { return token.is(keyword); });
+}
+
+bool parseCondition(ScriptParser& p, ExpressionPointer& condition, bool& onOneLine) {
+  const std::size_t start = p.position();
+  const bool isFine = p.parseLine([&] {
+    condition = parseExpression(p);
+    if (!p.accept(Keyword::then) && !p.token().endsLine())
+      p.fail("“then”");
+    onOneLine = !p.token().endsLine();
+  });
+  if (!isFine) // `then` in the middle of the line is what a one-line form has
+    onOneLine = lineHas(p, start, Keyword::then) && !p.previous().is(Keyword::then);
+  return isFine;
+}
+
+void parseRepeatHeader(ScriptParser& p, Repeat& repeat) {
+  if (p.token().endsLine())
+    return;
+  if (p.accept(Keyword::while_) || p.at(Keyword::until)) {
+    repeat.form = p.accept(Keyword::until) ? Repeat::Form::untilTrue : Repeat::Form::whileTrue;
+    repeat.condition = parseExpression(p);
+  } else if (p.accept(Keyword::with)) {
+    repeat.variable = parseBinding(p);
+    if (p.accept(Keyword::in)) {
+      repeat.form = Repeat::Form::items;
+      repeat.items = parseExpression(p);
+    } else if (p.accept(Keyword::from)) {
+      repeat.form = Repeat::Form::range;
+      repeat.from = parseExpression(p);
+      p.require(Keyword::to);
+      repeat.to = parseExpression(p);
+      if (p.accept(Keyword::by))
+        repeat.by = parseExpression(p);
+    } else {
+      p.fail("“from” or “in”");
+    }
+  } else {
+    repeat.form = Repeat::Form::times;
+    repeat.condition = parseExpression(p);
+    p.require(Keyword::times);
+  }
+}
+
+// Words of an application that isn't there can't be known: that is the mistake, ahead of those in the body.
+void explainByUnknownApplication(ScriptParser& p, const Expression* target, std::size_t firstError) {
+  const auto* application = target ? as<ApplicationReference>(*target) : nullptr;
+  if (!application || !as<Literal>(*application->designation) || p.terminologyOf(target))
+    return;
+  const std::string_view words = std::string_view(p.tree.source).substr(target->range.offset, target->range.length);
+  p.errors.insert(p.errors.begin() + static_cast<std::ptrdiff_t>(firstError),
+                  syntaxError(errorNumber::noSuchObject, errors::cannotGet(words).sentence(), target->range));
+}
+
+/// The parts of an error, as `error` raises it and `on error` takes it apart.
+template <class Node, class Number, class Part>
+void parseErrorParts(ScriptParser& p, Node& node, Number parseNumber, Part parsePart) {
+  const auto isPartialResult = [&p] { return p.at(Keyword::partial) && p.token(1).is(Keyword::result); };
+  if (!p.token().endsLine() && !p.at(Keyword::number) && !p.at(Keyword::from) && !p.at(Keyword::to) &&
+      !p.at(Keyword::else_) && !isPartialResult())
+    node.message = parsePart(p);
+  while (!p.token().endsLine()) {
+    if (p.accept(Keyword::number)) {
+      parseNumber();
+    } else if (p.accept(Keyword::from)) {
+      node.from = parsePart(p);
+    } else if (isPartialResult()) {
+      p.advance(2);
+      node.partialResult = parsePart(p);
+    } else if (p.accept(Keyword::to)) {
+      node.to = parsePart(p);
+    } else {
+      return;
     }
   }
 }
 
-bool ScriptParser::isEndOfBlock() const {
-  if (token().kind == Token::Kind::scriptEnd || token().is(Keyword::else_))
-    return true;
-  if (token().is(Keyword::end)) // but `end of xs` is an expression
-    return !token(1).is(Keyword::of) && !token(1).is(Keyword::in) && token(1).kind != Token::Kind::possessive;
-  // A handler can't begin inside of a block: an `end` is missing above it.
-  return token().is(Keyword::on);
+} // namespace
+
+Block parseStatements(ScriptParser& p) {
+  return p.parseLines(isEndOfBlock, parseStatement);
 }
 
-Block ScriptParser::parseBody(Keyword kind) {
-  openBlocks_.push_back(kind);
-  Block body = parseStatements();
-  finishBlock(kind);
-  openBlocks_.pop_back();
+Block parseBody(ScriptParser& p, Keyword kind) {
+  p.openBlocks.push_back(kind);
+  Block body = parseStatements(p);
+  finishBlock(p, kind);
+  p.openBlocks.pop_back();
   return body;
 }
 
-void ScriptParser::finishBlock(Keyword kind) {
+void finishBlock(ScriptParser& p, Keyword kind) {
   const std::string expected = fmt::format("“end” or “end {}”", closingWords(kind));
-  if (!token().is(Keyword::end)) {
-    report(expectedError(expected, describeFound(), token()));
+  if (!p.at(Keyword::end)) {
+    p.report(expectedError(expected, p.describeFound(), p.token()));
     return;
   }
 
-  const Token& word = token(1);
+  const Token& word = p.token(1);
   if (word.endsLine() || word.is(kind)) {
-    advance(word.endsLine() ? 1 : 2);
-    if (kind == Keyword::using_ && accept(Keyword::terms))
-      accept(Keyword::from);
-    if (kind == Keyword::script && !token().endsLine())
-      advance(); // its name
+    p.advance(word.endsLine() ? 1 : 2);
+    if (kind == Keyword::using_ && p.accept(Keyword::terms))
+      p.accept(Keyword::from);
+    if (kind == Keyword::script && !p.token().endsLine())
+      p.advance(); // its name
     return;
   }
 
   // The wrong word: another block's `end`, which then closes that one, or a slip.
   const std::string found = fmt::format("“end {}”", isBlockKind(word) ? closingWords(word.keyword) : word.text);
-  report(syntaxError(errorNumber::syntaxError, fmt::format("Expected {} but found {}.", expected, found),
-                     token().range.joinedWith(word.range)));
+  p.report(syntaxError(errorNumber::syntaxError, fmt::format("Expected {} but found {}.", expected, found),
+                       p.token().range.joinedWith(word.range)));
   const bool closesOuter =
-      std::ranges::find(openBlocks_, isBlockKind(word) ? word.keyword : Keyword::on) != openBlocks_.end();
+      std::ranges::find(p.openBlocks, isBlockKind(word) ? word.keyword : Keyword::on) != p.openBlocks.end();
   if (!closesOuter)
-    skipLine();
+    p.skipLine();
 }
 
-void ScriptParser::startLine() {
-  activeCommands_.clear(); // an error may have left some
-  std::vector<const Terminology*> mentioned;
-  while (nextMention_ < list_.mentions.size() && list_.mentions[nextMention_].firstOfLine <= position()) {
-    const TokenList::Mention& mention = list_.mentions[nextMention_++];
-    const std::string_view name = all()[mention.name].text;
-    const Terminology* terminology =
-        mention.isID ? directory_.terminologyByID(name) : directory_.terminologyByName(name);
-    if (terminology && mention.firstOfLine == position())
-      mentioned.push_back(terminology);
-    if (terminology && std::ranges::find(tree_.terminologies, terminology) == tree_.terminologies.end())
-      tree_.terminologies.push_back(terminology);
-  }
-  scope_.startLine(std::move(mentioned));
-}
-
-bool ScriptParser::lineHas(std::size_t first, Keyword keyword) const {
-  return std::ranges::any_of(since(first), [keyword](const Token& token) { return token.is(keyword); });
-}
-
-// ------------------------------------------------------------------------- if
-
-bool ScriptParser::parseCondition(ExpressionPointer& condition, bool& onOneLine) {
-  const std::size_t start = position();
-  const bool isFine = parseHeader([&] {
-    condition = parseExpression();
-    if (!accept(Keyword::then) && !token().endsLine())
-      fail("“then”");
-    onOneLine = !token().endsLine();
-  });
-  if (!isFine) // `then` in the middle of the line is what a one-line form has
-    onOneLine = lineHas(start, Keyword::then) && !previous().is(Keyword::then);
-  return isFine;
-}
-
-StatementPointer ScriptParser::parseIf() {
-  const std::size_t start = offset();
+StatementPointer parseIf(ScriptParser& p) {
+  const std::size_t start = p.offset();
   auto statement = std::make_unique<If>();
-  advance();
+  p.advance();
   auto& first = statement->branches.emplace_back();
-  const bool isFine = parseCondition(first.condition, statement->onOneLine);
+  const bool isFine = parseCondition(p, first.condition, statement->onOneLine);
 
   if (statement->onOneLine) {
     if (!isFine)
       return statement;
-    first.body.push_back(parseStatement());
-    while (token().is(Keyword::else_) && token(1).is(Keyword::if_)) {
-      advance(2);
+    first.body.push_back(parseStatement(p));
+    while (p.at(Keyword::else_) && p.token(1).is(Keyword::if_)) {
+      p.advance(2);
       auto& branch = statement->branches.emplace_back();
-      branch.condition = parseExpression();
-      require(Keyword::then);
-      branch.body.push_back(parseStatement());
+      branch.condition = parseExpression(p);
+      p.require(Keyword::then);
+      branch.body.push_back(parseStatement(p));
     }
-    if (accept(Keyword::else_))
-      statement->otherwise.emplace().push_back(parseStatement());
-    return finish(std::move(statement), start);
+    if (p.accept(Keyword::else_))
+      statement->otherwise.emplace().push_back(parseStatement(p));
+    return p.finish(std::move(statement), start);
   }
 
-  openBlocks_.push_back(Keyword::if_);
-  first.body = parseStatements();
-  while (token().is(Keyword::else_) && !statement->otherwise) {
-    startLine();
-    advance();
-    if (accept(Keyword::if_)) {
+  p.openBlocks.push_back(Keyword::if_);
+  first.body = parseStatements(p);
+  while (p.at(Keyword::else_) && !statement->otherwise) {
+    p.startLine();
+    p.advance();
+    if (p.accept(Keyword::if_)) {
       auto& branch = statement->branches.emplace_back();
       bool onOneLine = false;
-      if (parseCondition(branch.condition, onOneLine))
-        parseHeader([&] { requireLineEnd(); });
-      branch.body = parseStatements();
+      if (parseCondition(p, branch.condition, onOneLine))
+        p.parseLine([&] { p.requireLineEnd(); });
+      branch.body = parseStatements(p);
     } else {
-      parseHeader([&] { requireLineEnd(); });
-      statement->otherwise = parseStatements();
+      statement->otherwiseAt = p.previous().range.offset;
+      p.parseLine([&] { p.requireLineEnd(); });
+      statement->otherwise = parseStatements(p);
     }
   }
-  finishBlock(Keyword::if_);
-  openBlocks_.pop_back();
-  return finish(std::move(statement), start);
+  finishBlock(p, Keyword::if_);
+  p.openBlocks.pop_back();
+  return p.finish(std::move(statement), start);
 }
 
-// --------------------------------------------------------------------- repeat
-
-StatementPointer ScriptParser::parseRepeat() {
-  const std::size_t start = offset();
+StatementPointer parseRepeat(ScriptParser& p) {
+  const std::size_t start = p.offset();
   auto statement = std::make_unique<Repeat>();
-  advance();
-  parseHeader([&] {
-    parseRepeatHeader(*statement);
-    requireLineEnd();
+  p.advance();
+  p.parseLine([&] {
+    parseRepeatHeader(p, *statement);
+    p.requireLineEnd();
   });
-  ++repeats_;
-  statement->body = parseBody(Keyword::repeat);
-  --repeats_;
-  return finish(std::move(statement), start);
+  ++p.repeats;
+  statement->body = parseBody(p, Keyword::repeat);
+  --p.repeats;
+  return p.finish(std::move(statement), start);
 }
 
-void ScriptParser::parseRepeatHeader(Repeat& repeat) {
-  if (token().endsLine())
-    return;
-  if (accept(Keyword::while_) || token().is(Keyword::until)) {
-    repeat.form = accept(Keyword::until) ? Repeat::Form::untilTrue : Repeat::Form::whileTrue;
-    repeat.condition = parseExpression();
-  } else if (accept(Keyword::with)) {
-    repeat.variable = parseBinding();
-    if (accept(Keyword::in)) {
-      repeat.form = Repeat::Form::items;
-      repeat.items = parseExpression();
-    } else if (accept(Keyword::from)) {
-      repeat.form = Repeat::Form::range;
-      repeat.from = parseExpression();
-      require(Keyword::to);
-      repeat.to = parseExpression();
-      if (accept(Keyword::by))
-        repeat.by = parseExpression();
-    } else {
-      fail("“from” or “in”");
-    }
-  } else {
-    repeat.form = Repeat::Form::times;
-    repeat.condition = parseExpression();
-    require(Keyword::times);
-  }
-}
-
-// ----------------------------------------------------------------------- tell
-
-StatementPointer ScriptParser::parseTell() {
-  const std::size_t start = offset();
+StatementPointer parseTell(ScriptParser& p) {
+  const std::size_t start = p.offset();
   auto statement = std::make_unique<Tell>();
-  advance();
-  const std::size_t first = position();
-  const bool isFine = parseHeader([&] {
-    statement->target = parseExpression();
-    if (!token().endsLine() && !token().is(Keyword::to))
-      fail("end of line or “to”");
+  p.advance();
+  const std::size_t first = p.position();
+  const bool isFine = p.parseLine([&] {
+    statement->target = parseExpression(p);
+    if (!p.token().endsLine() && !p.at(Keyword::to))
+      p.fail("end of line or “to”");
   });
-  if (!isFine && lineHas(first, Keyword::to))
+  if (!isFine && lineHas(p, first, Keyword::to))
     return statement;
-  statement->onOneLine = accept(Keyword::to);
-  const std::size_t errorsBefore = errors_.size();
-  insideTell(statement->target.get(), [&] {
+  statement->onOneLine = p.accept(Keyword::to);
+  const std::size_t errorsBefore = p.errors.size();
+  {
+    const ScriptParser::Inside inside(p, statement->target.get());
     if (statement->onOneLine)
-      statement->body.push_back(parseStatement());
+      statement->body.push_back(parseStatement(p));
     else
-      statement->body = parseBody(Keyword::tell);
-  });
-  if (errors_.size() > errorsBefore)
-    explainByUnknownApplication(statement->target.get(), errorsBefore);
-  return finish(std::move(statement), start);
-}
-
-// Words of an application that isn't there can't be known: that is the mistake, ahead of those in the body.
-void ScriptParser::explainByUnknownApplication(const Expression* target, std::size_t firstError) {
-  if (!target || target->kind != Expression::Kind::application || terminologyOf(target) ||
-      static_cast<const ApplicationReference&>(*target).designation->kind != Expression::Kind::literal)
-    return;
-  const std::string_view words = std::string_view(tree_.source).substr(target->range.offset, target->range.length);
-  errors_.insert(errors_.begin() + static_cast<std::ptrdiff_t>(firstError),
-                 syntaxError(errorNumber::noSuchObject, errors::cannotGet(words).sentence(), target->range));
-}
-
-const Terminology* ScriptParser::terminologyOf(const Expression* expression) const {
-  while (expression) {
-    switch (expression->kind) {
-    case Expression::Kind::property:
-      expression = static_cast<const PropertyAccess*>(expression)->container.get();
-      break;
-    case Expression::Kind::element:
-      expression = static_cast<const ElementAccess*>(expression)->container.get();
-      break;
-    case Expression::Kind::parenthesized:
-      expression = static_cast<const Parenthesized*>(expression)->inner.get();
-      break;
-    case Expression::Kind::application: {
-      const auto& reference = static_cast<const ApplicationReference&>(*expression);
-      if (reference.designation->kind != Expression::Kind::literal)
-        return nullptr;
-      const auto* name = static_cast<const Literal&>(*reference.designation).value.text();
-      if (!name)
-        return nullptr;
-      return reference.by == ApplicationReference::By::id ? directory_.terminologyByID(*name)
-                                                          : directory_.terminologyByName(*name);
-    }
-    default: // a target that only the run knows
-      return nullptr;
-    }
+      statement->body = parseBody(p, Keyword::tell);
   }
-  return nullptr;
+  if (p.errors.size() > errorsBefore)
+    explainByUnknownApplication(p, statement->target.get(), errorsBefore);
+  return p.finish(std::move(statement), start);
 }
 
-// ------------------------------------------------------------------------ try
-
-StatementPointer ScriptParser::parseTry() {
-  const std::size_t start = offset();
+StatementPointer parseTry(ScriptParser& p) {
+  const std::size_t start = p.offset();
   auto statement = std::make_unique<Try>();
-  advance();
-  parseHeader([&] { requireLineEnd(); });
-  openBlocks_.push_back(Keyword::try_);
-  statement->body = parseStatements();
-  if (token().is(Keyword::on) && token(1).is(Keyword::error)) {
-    startLine();
+  p.advance();
+  p.parseLine([&] { p.requireLineEnd(); });
+  p.openBlocks.push_back(Keyword::try_);
+  statement->body = parseStatements(p);
+  if (p.at(Keyword::on) && p.token(1).is(Keyword::error)) {
+    p.startLine();
     statement->hasHandler = true;
-    advance(2);
-    parseHeader([&] {
-      parseErrorHeader(*statement);
-      requireLineEnd();
+    statement->handlerAt = p.offset();
+    p.advance(2);
+    p.parseLine([&] {
+      const auto number = [&] {
+        if (p.token().kind == Token::Kind::number || p.at(Symbol::minus))
+          statement->onlyNumber = parseSigned(p);
+        else
+          statement->number = parseBinding(p);
+      };
+      parseErrorParts(p, *statement, number, parseBinding);
+      p.requireLineEnd();
     });
-    statement->handler = parseStatements();
+    statement->handler = parseStatements(p);
   }
-  finishBlock(Keyword::try_);
-  openBlocks_.pop_back();
-  return finish(std::move(statement), start);
+  finishBlock(p, Keyword::try_);
+  p.openBlocks.pop_back();
+  return p.finish(std::move(statement), start);
 }
 
-void ScriptParser::parseErrorHeader(Try& statement) {
-  if (!token().endsLine() && !token().is(Keyword::number) && !token().is(Keyword::from) && !token().is(Keyword::to) &&
-      !token().is(Keyword::partial))
-    statement.message = parseBinding();
-  while (!token().endsLine()) {
-    if (accept(Keyword::number)) {
-      if (token().kind == Token::Kind::number || token().is(Symbol::minus))
-        statement.onlyNumber = parseSigned();
-      else
-        statement.number = parseBinding();
-    } else if (accept(Keyword::from)) {
-      statement.from = parseBinding();
-    } else if (token().is(Keyword::partial) && token(1).is(Keyword::result)) {
-      advance(2);
-      statement.partialResult = parseBinding();
-    } else if (accept(Keyword::to)) {
-      statement.to = parseBinding();
-    } else {
-      return;
-    }
-  }
+StatementPointer parseError(ScriptParser& p) {
+  const std::size_t start = p.offset();
+  auto statement = std::make_unique<RaiseError>();
+  p.advance();
+  parseErrorParts(p, *statement, [&] { statement->number = parseExpression(p); }, parseExpression);
+  return p.finish(std::move(statement), start);
 }
 
 } // namespace tabwright::applescript

@@ -1,169 +1,171 @@
-#include "applescript/syntax/ScriptParser.h"
+#include "applescript/syntax/Operators.h"
+#include "applescript/syntax/ParseCommands.h"
+#include "applescript/syntax/ParseExpressions.h"
+#include "applescript/syntax/ParseReferences.h"
 
-#include <array>
 #include <utility>
 
 // Elements: a class and what picks from all that are of it.
 namespace tabwright::applescript {
 
+namespace {
+
 using Form = ElementAccess::Form;
 
-std::optional<ScriptParser::FoundClass> ScriptParser::acceptClass() {
-  if (token().kind == Token::Kind::raw && token().text.starts_with("«class ")) {
-    const std::size_t before = position();
-    ExpressionPointer literal = parseRaw();
-    if (literal->kind == Expression::Kind::literal) {
-      if (const auto* name = static_cast<const Literal&>(*literal).value.get<Value::ClassPointer>())
-        return FoundClass{**name, false};
-    }
-    moveTo(before);
-    return std::nullopt;
-  }
-  if (const auto match = scope_.match(rest(), Term::Kind::className)) {
-    FoundClass found{{match->term->code, std::string(match->term->words)}, match->isPlural};
-    advance(match->words);
-    return found;
-  }
-  if (token().is(Keyword::script)) {
-    advance();
-    return FoundClass{{fourCharCode("scpt"), "script"}, false};
-  }
-  return std::nullopt;
-}
-
-ScriptParser::FoundClass ScriptParser::requireClass() {
-  auto found = acceptClass();
+FoundClass requireClass(ScriptParser& p) {
+  auto found = acceptClass(p);
   if (!found)
-    fail("class name");
+    p.fail("class name");
   return std::move(*found);
 }
 
-std::unique_ptr<ElementAccess> ScriptParser::makeElement(Form form, FoundClass found) {
+std::unique_ptr<ElementAccess> makeElement(Form form, FoundClass found) {
   auto element = std::make_unique<ElementAccess>();
   element->form = form;
   element->elementClass = std::move(found.name);
   return element;
 }
 
-bool ScriptParser::startsElementKey(std::size_t words) const {
-  const Token& next = token(words);
-  if (next.is(Keyword::id) || next.is(Keyword::index) || next.is(Keyword::named))
-    return canStartKey(words + 1);
-  if (next.is(Keyword::from))
-    return !isStoppedAt(words);
-  return next.is(Keyword::before) || next.is(Keyword::after) || next.is(Keyword::thru) || canStartKey(words);
+ExpressionPointer parseRangeEnd(ScriptParser& p) {
+  const ScriptParser::Nesting nesting(p);
+  const bool isPlace = p.at(Keyword::beginning) || p.at(Keyword::end);
+  return isPlace || p.at(Symbol::minus) ? parseKey(p) : parsePossessives(p, parsePrimary(p));
 }
 
-ExpressionPointer ScriptParser::parseElement(FoundClass found, std::size_t startOffset) {
+} // namespace
+
+std::optional<FoundClass> acceptClass(ScriptParser& p) {
+  if (p.token().kind == Token::Kind::raw && p.token().text.starts_with("«class ")) {
+    const std::size_t before = p.position();
+    ExpressionPointer literal = parseRaw(p);
+    const auto* found = as<Literal>(*literal);
+    if (const auto* name = found ? found->value.get<Value::ClassPointer>() : nullptr)
+      return FoundClass{**name, false};
+    p.moveTo(before);
+    return std::nullopt;
+  }
+  if (const auto match = p.scope.match(p.rest(), Term::Kind::className)) {
+    FoundClass found{{match->term->code, std::string(match->term->words)}, match->isPlural};
+    p.advance(match->words);
+    return found;
+  }
+  if (p.at(Keyword::script)) {
+    p.advance();
+    return FoundClass{{fourCharCode("scpt"), "script"}, false};
+  }
+  return std::nullopt;
+}
+
+bool startsElementKey(const ScriptParser& p, std::size_t words) {
+  const Token& next = p.token(words);
+  if (next.is(Keyword::id) || next.is(Keyword::index) || next.is(Keyword::named))
+    return canStartKey(p, words + 1);
+  if (next.is(Keyword::from))
+    return !isStoppedAt(p, words);
+  return next.is(Keyword::before) || next.is(Keyword::after) || next.is(Keyword::thru) || canStartKey(p, words);
+}
+
+ExpressionPointer parseElement(ScriptParser& p, FoundClass found, std::size_t startOffset) {
   const auto keyed = [&](Form form, std::size_t words) {
-    advance(words);
+    p.advance(words);
     auto element = makeElement(form, std::move(found));
-    element->key = parseKey();
+    element->key = parseKey(p);
     return element;
   };
-  const Token& next = token();
-  if (next.is(Keyword::id) && (canStartKey(1) || token(1).is(Symbol::openBrace))) // `string id {72, 105}`
-    return finish(keyed(Form::id, 1), startOffset);
-  if (next.is(Keyword::index) && canStartKey(1)) {
+  const Token& next = p.token();
+  if (next.is(Keyword::id) && (canStartKey(p, 1) || p.token(1).is(Symbol::openBrace))) // `string id {72, 105}`
+    return p.finish(keyed(Form::id, 1), startOffset);
+  if (next.is(Keyword::index) && canStartKey(p, 1)) {
     auto element = keyed(Form::index, 1);
     element->isIndexWritten = true;
-    return finish(std::move(element), startOffset);
+    return p.finish(std::move(element), startOffset);
   }
-  if (next.is(Keyword::named) && canStartKey(1))
-    return finish(keyed(Form::name, 1), startOffset);
+  if (next.is(Keyword::named) && canStartKey(p, 1))
+    return p.finish(keyed(Form::name, 1), startOffset);
 
-  if (next.is(Keyword::from) && !isStoppedAt(0)) { // `text from word 1 to word 3`
-    advance();
+  if (next.is(Keyword::from) && !isStoppedAt(p, 0)) { // `text from word 1 to word 3`
+    p.advance();
     auto element = makeElement(Form::range, std::move(found));
-    element->key = parseRangeEnd();
-    require(Keyword::to);
-    element->rangeEnd = parseRangeEnd();
-    return finish(std::move(element), startOffset);
+    element->key = parseRangeEnd(p);
+    p.require(Keyword::to);
+    element->rangeEnd = parseRangeEnd(p);
+    return p.finish(std::move(element), startOffset);
   }
-  if (canStartKey()) {
+  if (canStartKey(p)) {
     auto element = keyed(Form::index, 0);
-    if (accept(Keyword::thru) || accept(Keyword::through)) {
+    if (p.accept(Keyword::thru) || p.accept(Keyword::through)) {
       element->form = Form::range;
-      element->rangeEnd = parseKey();
+      element->rangeEnd = parseKey(p);
     }
-    return finish(std::move(element), startOffset);
+    return p.finish(std::move(element), startOffset);
   }
   if (!found.isPlural && (next.is(Keyword::before) || next.is(Keyword::after))) { // `tab after tab 3`
-    const Nesting nesting(*this);
+    const ScriptParser::Nesting nesting(p);
     auto element = makeElement(next.is(Keyword::before) ? Form::before : Form::after, std::move(found));
-    advance();
-    element->container = parseChain();
-    return finish(std::move(element), startOffset);
+    p.advance();
+    element->container = parseChain(p);
+    return p.finish(std::move(element), startOffset);
   }
   if (found.isPlural)
-    return finish(makeElement(Form::every, std::move(found)), startOffset);
-  return finish(std::make_unique<Literal>(Value(std::move(found.name))), startOffset);
+    return p.finish(makeElement(Form::every, std::move(found)), startOffset);
+  return p.finish(std::make_unique<Literal>(Value(std::move(found.name))), startOffset);
 }
 
-ExpressionPointer ScriptParser::parseEvery() {
-  const std::size_t start = offset();
-  advance();
-  FoundClass found = requireClass();
+ExpressionPointer parseEvery(ScriptParser& p) {
+  const std::size_t start = p.offset();
+  p.advance();
+  FoundClass found = requireClass(p);
   found.isPlural = true;
-  ExpressionPointer element = token().is(Keyword::from) && !isStoppedAt(0)
-                                  ? parseElement(std::move(found), start)
-                                  : finish(makeElement(Form::every, std::move(found)), start);
-  return element;
+  return p.at(Keyword::from) && !isStoppedAt(p, 0) ? parseElement(p, std::move(found), start)
+                                                   : p.finish(makeElement(Form::every, std::move(found)), start);
 }
 
-ExpressionPointer ScriptParser::parsePicked(Form form) {
-  const std::size_t start = offset();
-  advance();
-  return finish(makeElement(form, requireClass()), start);
+ExpressionPointer parsePicked(ScriptParser& p, Form form) {
+  const std::size_t start = p.offset();
+  p.advance();
+  return p.finish(makeElement(form, requireClass(p)), start);
 }
 
-ExpressionPointer ScriptParser::parseOrdinal(std::int64_t number) {
-  const std::size_t start = offset();
-  ExpressionPointer key = makeLiteral(Value(number), 1);
-  auto element = makeElement(Form::index, requireClass());
+ExpressionPointer parseOrdinal(ScriptParser& p, std::int64_t number) {
+  const std::size_t start = p.offset();
+  ExpressionPointer key = makeLiteral(p, Value(number), 1);
+  auto element = makeElement(Form::index, requireClass(p));
   element->key = std::move(key);
   element->isOrdinal = true;
-  return finish(std::move(element), start);
+  return p.finish(std::move(element), start);
 }
 
-ExpressionPointer ScriptParser::parseInsertionPoint(InsertionPoint::Where where, std::size_t words) {
-  const Nesting nesting(*this);
-  const std::size_t start = offset();
+ExpressionPointer parseInsertionPoint(ScriptParser& p, InsertionPoint::Form form, std::size_t words) {
+  const ScriptParser::Nesting nesting(p);
+  const std::size_t start = p.offset();
   auto point = std::make_unique<InsertionPoint>();
-  point->where = where;
-  advance(words);
-  if (where == InsertionPoint::Where::before || where == InsertionPoint::Where::after)
-    point->container = parseChain();
-  return finish(std::move(point), start);
+  point->form = form;
+  p.advance(words);
+  if (form == Form::before || form == Form::after)
+    point->container = parseChain(p);
+  return p.finish(std::move(point), start);
 }
 
-// ----------------------------------------------------------------------- keys
-
-bool ScriptParser::isStoppedAt(std::size_t ahead) const {
-  return std::ranges::any_of(activeCommands_,
-                             [&](const Command* command) { return findParameter(*command, ahead).term != nullptr; });
-}
-
-bool ScriptParser::canStartKey(std::size_t ahead) const {
-  const Token& next = token(ahead);
+bool canStartKey(const ScriptParser& p, std::size_t ahead) {
+  const Token& next = p.token(ahead);
   switch (next.kind) {
   case Token::Kind::number:
   case Token::Kind::text:
     return true;
   case Token::Kind::quotedName:
-    return !isLabel(ahead);
+    return !p.isLabel(ahead);
   case Token::Kind::symbol: // `item -1`, but `length - 1`
     return next.is(Symbol::openParenthesis) ||
-           (next.is(Symbol::minus) && next.spaceBefore && !token(ahead + 1).spaceBefore);
+           (next.is(Symbol::minus) && next.spaceBefore && !p.token(ahead + 1).spaceBefore);
   case Token::Kind::word: {
-    if (isLabel(ahead) || isStoppedAt(ahead))
+    if (p.isLabel(ahead) || isStoppedAt(p, ahead))
       return false;
     if (isReserved(next.keyword))
       return next.is(Keyword::my) || next.is(Keyword::its);
-    if (matchOperator(rest(ahead)).row)
+    if (matchOperator(p.rest(ahead)).row)
       return false;
-    const auto matches = scope_.match(rest(ahead));
-    return matches.empty() || (!scope_.isInTell() && matches.front().words == 1 && scope_.isBound(next.text) &&
+    const auto matches = p.scope.match(p.rest(ahead));
+    return matches.empty() || (!p.scope.isInTell() && matches.front().words == 1 && p.scope.isBound(next.text) &&
                                matches.front().term->kind != Term::Kind::command);
   }
   default:
@@ -171,36 +173,28 @@ bool ScriptParser::canStartKey(std::size_t ahead) const {
   }
 }
 
-ExpressionPointer ScriptParser::parseRangeEnd() {
-  const Nesting nesting(*this);
-  const bool isPlace = token().is(Keyword::beginning) || token().is(Keyword::end);
-  return isPlace || token().is(Symbol::minus) ? parseKey() : parsePossessives(parsePrimary());
-}
-
-// A key is less than an expression: `item i of xs` is the item at `i`, not the item at `i of xs`.
-ExpressionPointer ScriptParser::parseKey() {
-  const Nesting nesting(*this);
-  const Token& first = token();
+ExpressionPointer parseKey(ScriptParser& p) {
+  const ScriptParser::Nesting nesting(p);
+  const Token& first = p.token();
   if (first.is(Keyword::beginning) || first.is(Keyword::end))
-    return parseInsertionPoint(first.is(Keyword::end) ? InsertionPoint::Where::end : InsertionPoint::Where::beginning,
-                               1);
+    return parseInsertionPoint(p, first.is(Keyword::end) ? Form::end : Form::beginning, 1);
   if (first.is(Symbol::minus)) {
-    const std::size_t start = offset();
-    if (token(1).kind == Token::Kind::number) {
-      advance();
-      ExpressionPointer number = parseNumber();
+    const std::size_t start = p.offset();
+    if (p.token(1).kind == Token::Kind::number) {
+      p.advance();
+      ExpressionPointer number = parseNumber(p);
       const Value& value = static_cast<const Literal&>(*number).value;
       const auto* integer = value.get<std::int64_t>();
-      return finish(std::make_unique<Literal>(integer ? Value(-*integer) : Value(-*value.get<double>())), start);
+      return p.finish(std::make_unique<Literal>(integer ? Value(-*integer) : Value(-*value.get<double>())), start);
     }
     auto unary = std::make_unique<Unary>();
-    advance();
-    unary->operand = parseKey();
-    return finish(std::move(unary), start);
+    p.advance();
+    unary->operand = parseKey(p);
+    return p.finish(std::move(unary), start);
   }
   if (first.kind == Token::Kind::word && !isReserved(first.keyword))
-    return parseName();
-  return parsePrimary();
+    return parseName(p);
+  return parsePrimary(p);
 }
 
 } // namespace tabwright::applescript

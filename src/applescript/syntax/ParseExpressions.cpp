@@ -1,4 +1,9 @@
-#include "applescript/syntax/ScriptParser.h"
+#include "applescript/syntax/ParseExpressions.h"
+
+#include "applescript/syntax/Operators.h"
+#include "applescript/syntax/ParseCommands.h"
+#include "applescript/syntax/ParseReferences.h"
+#include "applescript/syntax/WordRules.h"
 
 #include <cmath>
 #include <utility>
@@ -7,94 +12,65 @@
 // it. A type ends what is to be coerced, so `a as text & b` goes on with the text though `&` binds tighter.
 namespace tabwright::applescript {
 
-ExpressionPointer ScriptParser::parseExpression() {
-  const Nesting nesting(*this);
-  return parseBinary(Precedence::lowest);
-}
+namespace {
 
-ExpressionPointer ScriptParser::parseBinary(Precedence lowest) {
-  ExpressionPointer left = parseOperand(lowest);
-  const std::size_t start = left->range.offset;
-  while (!isStopped()) {
-    const bool isSimple = left->kind != Expression::Kind::binary && left->kind != Expression::Kind::unary;
-    const OperatorMatch match = matchOperator(rest(), isSimple ? OperatorRows::all : OperatorRows::withoutStates);
-    if (!match.row || match.row->precedence < lowest)
-      break;
-    if (match.row->form != OperatorRow::Form::binary) {
-      left = parseSuffix(std::move(left), match);
-      continue;
-    }
-    advance(match.tokens);
-    auto binary = std::make_unique<Binary>();
-    binary->op = match.row->op;
-    binary->left = std::move(left);
-    if (match.row->op == Binary::Operator::power) { // from right to left
-      const Nesting nesting(*this);
-      binary->right = parseBinary(Precedence::power);
-    } else {
-      binary->right = parseBinary(static_cast<Precedence>(static_cast<int>(match.row->precedence) + 1));
-    }
-    left = finish(std::move(binary), start);
-  }
-  return left;
-}
+ExpressionPointer parseBinary(ScriptParser& p, Precedence lowest);
 
-ExpressionPointer ScriptParser::parseOperand(Precedence lowest) {
-  if (token().is(Keyword::not_)) {
-    const Nesting nesting(*this);
-    const std::size_t start = offset();
+ExpressionPointer parseOperand(ScriptParser& p, Precedence lowest) {
+  if (p.at(Keyword::not_)) {
+    const ScriptParser::Nesting nesting(p);
+    const std::size_t start = p.offset();
     auto unary = std::make_unique<Unary>();
     unary->op = Unary::Operator::logicalNot;
-    advance();
-    unary->operand = parseBinary(std::max(lowest, Precedence::logicalNot));
-    return finish(std::move(unary), start);
+    p.advance();
+    unary->operand = parseBinary(p, std::max(lowest, Precedence::logicalNot));
+    return p.finish(std::move(unary), start);
   }
-  if (token().is(Symbol::minus) || token().is(Symbol::plus))
-    return parseSigned();
-  return parseChain();
+  if (p.at(Symbol::minus) || p.at(Symbol::plus))
+    return parseSigned(p);
+  return parseChain(p);
 }
 
-// `-1` is a literal, so that it can stand where only literals do; `-x` is an operation.
-ExpressionPointer ScriptParser::parseSigned() {
-  const Nesting nesting(*this);
-  const std::size_t start = offset();
-  const bool isMinus = accept(Symbol::minus);
-  if (!isMinus)
-    accept(Symbol::plus);
-  ExpressionPointer operand = token().is(Symbol::minus) || token().is(Symbol::plus) ? parseSigned() : parseChain();
-  if (isMinus && operand->kind == Expression::Kind::literal) {
-    const Value& value = static_cast<const Literal&>(*operand).value;
-    const auto* integer = value.get<std::int64_t>();
-    const auto* real = value.get<double>();
-    const bool isSigned = (integer && *integer < 0) || (real && std::signbit(*real));
-    if ((integer || real) && !isSigned && static_cast<const Literal&>(*operand).words.empty())
-      return finish(std::make_unique<Literal>(integer ? Value(-*integer) : Value(-*real)), start);
+ExpressionPointer parseType(ScriptParser& p) {
+  const ScriptParser::Nesting nesting(p);
+  const std::size_t start = p.offset();
+  while (p.at(Keyword::the))
+    p.advance();
+  if (p.accept(Symbol::openBrace)) {
+    auto types = std::make_unique<ListLiteral>();
+    p.parseItems(Symbol::closeBrace, [&] { types->items.push_back(parseType(p)); });
+    return p.finish(std::move(types), start);
   }
-  auto unary = std::make_unique<Unary>();
-  unary->op = isMinus ? Unary::Operator::negate : Unary::Operator::plus;
-  unary->operand = std::move(operand);
-  return finish(std::move(unary), start);
+  // `reference` and `script` are reserved, and classes too.
+  if (p.at(Keyword::reference) || p.at(Keyword::script)) {
+    const bool isScript = p.at(Keyword::script);
+    return makeLiteral(
+        p, Value(ClassName{isScript ? fourCharCode("scpt") : fourCharCode("obj "), isScript ? "script" : "reference"}),
+        1);
+  }
+  if (auto found = acceptClass(p))
+    return p.finish(std::make_unique<Literal>(Value(std::move(found->name))), start);
+  return parseChain(p);
 }
 
-ExpressionPointer ScriptParser::parseSuffix(ExpressionPointer operand, OperatorMatch match) {
+ExpressionPointer parseSuffix(ScriptParser& p, ExpressionPointer operand, OperatorMatch match) {
   using RowForm = OperatorRow::Form;
   const std::size_t start = operand->range.offset;
-  advance(match.tokens);
+  p.advance(match.tokens);
   switch (match.row->form) {
   case RowForm::coercion: {
     auto coercion = std::make_unique<Coercion>();
     coercion->operand = std::move(operand);
-    coercion->type = parseType();
-    return finish(std::move(coercion), start);
+    coercion->type = parseType(p);
+    return p.finish(std::move(coercion), start);
   }
   case RowForm::existence:
-  case RowForm::nonexistence: { // the command `exists x`, with its object in
-                                // front
+  case RowForm::nonexistence: { // the command `exists x`, with its object in front
     auto command = std::make_unique<Command>();
-    command->term = scope_.findCommand(events::exists);
+    command->term = p.scope.findCommand(events::exists);
     command->direct = std::move(operand);
     command->form = Command::Form::objectFirst;
-    operand = finish(std::move(command), start);
+    operand = p.finish(std::move(command), start);
     break;
   }
   case RowForm::running:
@@ -102,7 +78,7 @@ ExpressionPointer ScriptParser::parseSuffix(ExpressionPointer operand, OperatorM
     auto property = std::make_unique<PropertyAccess>();
     property->property = {fourCharCode("prun"), "running"};
     property->container = std::move(operand);
-    operand = finish(std::move(property), start);
+    operand = p.finish(std::move(property), start);
     break;
   }
   case RowForm::binary:
@@ -117,44 +93,75 @@ ExpressionPointer ScriptParser::parseSuffix(ExpressionPointer operand, OperatorM
   denial->left = std::move(operand);
   denial->right = std::make_unique<Literal>(Value(false));
   denial->right->range = range;
-  return finish(std::move(denial), range.offset);
+  return p.finish(std::move(denial), range.offset);
 }
 
-ExpressionPointer ScriptParser::parseType() {
-  const Nesting nesting(*this);
-  const std::size_t start = offset();
-  while (token().is(Keyword::the))
-    advance();
-  if (accept(Symbol::openBrace)) {
-    auto types = std::make_unique<ListLiteral>();
-    do
-      types->items.push_back(parseType());
-    while (accept(Symbol::comma));
-    require(Symbol::closeBrace, "“,” or “}”");
-    return finish(std::move(types), start);
+ExpressionPointer parseBinary(ScriptParser& p, Precedence lowest) {
+  ExpressionPointer left = parseOperand(p, lowest);
+  const std::size_t start = left->range.offset;
+  while (!isStopped(p)) {
+    const bool isSimple = !as<Binary>(*left) && !as<Unary>(*left);
+    const OperatorMatch match = matchOperator(p.rest(), isSimple ? OperatorRows::all : OperatorRows::withoutStates);
+    if (!match.row || match.row->precedence < lowest)
+      break;
+    if (match.row->form != OperatorRow::Form::binary) {
+      left = parseSuffix(p, std::move(left), match);
+      continue;
+    }
+    p.advance(match.tokens);
+    auto binary = std::make_unique<Binary>();
+    binary->op = match.row->op;
+    binary->left = std::move(left);
+    if (match.row->op == Binary::Operator::power) { // from right to left
+      const ScriptParser::Nesting nesting(p);
+      binary->right = parseBinary(p, Precedence::power);
+    } else {
+      binary->right = parseBinary(p, static_cast<Precedence>(static_cast<int>(match.row->precedence) + 1));
+    }
+    left = p.finish(std::move(binary), start);
   }
-  // `reference` and `script` are reserved, and classes too.
-  if (token().is(Keyword::reference) || token().is(Keyword::script)) {
-    const bool isScript = token().is(Keyword::script);
-    return makeLiteral(
-        Value(ClassName{isScript ? fourCharCode("scpt") : fourCharCode("obj "), isScript ? "script" : "reference"}), 1);
-  }
-  if (auto found = acceptClass())
-    return finish(std::make_unique<Literal>(Value(std::move(found->name))), start);
-  return parseChain();
+  return left;
 }
 
-bool ScriptParser::isStopped() const {
-  const Token& next = token();
+} // namespace
+
+ExpressionPointer parseExpression(ScriptParser& p) {
+  const ScriptParser::Nesting nesting(p);
+  return parseBinary(p, Precedence::lowest);
+}
+
+// `-1` is a literal, so that it can stand where only literals do; `-x` is an operation.
+ExpressionPointer parseSigned(ScriptParser& p) {
+  const ScriptParser::Nesting nesting(p);
+  const std::size_t start = p.offset();
+  const bool isMinus = p.accept(Symbol::minus);
+  if (!isMinus)
+    p.accept(Symbol::plus);
+  ExpressionPointer operand = p.at(Symbol::minus) || p.at(Symbol::plus) ? parseSigned(p) : parseChain(p);
+  if (const auto* literal = as<Literal>(*operand); literal && isMinus) {
+    const auto* integer = literal->value.get<std::int64_t>();
+    const auto* real = literal->value.get<double>();
+    const bool isSigned = (integer && *integer < 0) || (real && std::signbit(*real));
+    if ((integer || real) && !isSigned && literal->words.empty())
+      return p.finish(std::make_unique<Literal>(integer ? Value(-*integer) : Value(-*real)), start);
+  }
+  auto unary = std::make_unique<Unary>();
+  unary->op = isMinus ? Unary::Operator::negate : Unary::Operator::plus;
+  unary->operand = std::move(operand);
+  return p.finish(std::move(unary), start);
+}
+
+bool isStopped(const ScriptParser& p) {
+  const Token& next = p.token();
   if (next.kind == Token::Kind::symbol)
     return false;
-  if (next.kind != Token::Kind::word || isLabel()) // the next part of a message
+  if (next.kind != Token::Kind::word || p.isLabel()) // the next part of a message
     return true;
-  return isStoppedAt(0);
+  return isStoppedAt(p, 0);
 }
 
-bool ScriptParser::canStartExpression() const {
-  const Token& next = token();
+bool canStartExpression(const ScriptParser& p) {
+  const Token& next = p.token();
   switch (next.kind) {
   case Token::Kind::number:
   case Token::Kind::ordinal:
@@ -162,11 +169,11 @@ bool ScriptParser::canStartExpression() const {
   case Token::Kind::raw:
     return true;
   case Token::Kind::quotedName:
-    return !isLabel();
+    return !p.isLabel();
   case Token::Kind::symbol:
     return next.is(Symbol::openParenthesis) || next.is(Symbol::openBrace) ||
            // `delay -1`, but `random number - 1`
-           (next.is(Symbol::minus) && next.spaceBefore && !token(1).spaceBefore);
+           (next.is(Symbol::minus) && next.spaceBefore && !p.token(1).spaceBefore);
   case Token::Kind::word:
     break;
   case Token::Kind::possessive:
@@ -176,14 +183,14 @@ bool ScriptParser::canStartExpression() const {
     return false;
   }
 
-  const Argument argument = ruleFor(next.keyword).argument;
-  if (argument == Argument::always)
+  const auto argument = ruleFor(next.keyword).argument;
+  if (argument == WordRule::Argument::always)
     return true;
-  if (argument == Argument::beforeOf)
-    return token(1).is(Keyword::of);
-  if (isLabel())
+  if (argument == WordRule::Argument::beforeOf)
+    return p.token(1).is(Keyword::of);
+  if (p.isLabel())
     return false;
-  return !isReserved(next.keyword) ? !matchOperator(rest()).row : !scope_.match(rest()).empty();
+  return !isReserved(next.keyword) ? !matchOperator(p.rest()).row : !p.scope.match(p.rest()).empty();
 }
 
 } // namespace tabwright::applescript

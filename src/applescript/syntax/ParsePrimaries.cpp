@@ -1,78 +1,15 @@
-#include "applescript/syntax/ScriptParser.h"
+#include "applescript/syntax/ParseCommands.h"
+#include "applescript/syntax/ParseExpressions.h"
+#include "applescript/syntax/ParseReferences.h"
+#include "applescript/syntax/WordRules.h"
 #include "applescript/terminology/language/ValueClasses.h"
 
 #include <array>
 #include <charconv>
 #include <utility>
 
-// Expressions without operators and containers: what a single word, literal or bracket begins.
+// Expressions without operators and containers: words, names, literals and constants, and all in brackets and braces.
 namespace tabwright::applescript {
-
-ExpressionPointer ScriptParser::parsePrimary() {
-  const Token& first = token();
-  switch (first.kind) {
-  case Token::Kind::number:
-    return parseNumber();
-  case Token::Kind::ordinal: {
-    std::int64_t number = 0;
-    std::from_chars(first.text.data(), first.text.data() + first.text.size(), number);
-    return parseOrdinal(number);
-  }
-  case Token::Kind::text:
-    return makeLiteral(Value(std::string(first.text)), 1);
-  case Token::Kind::raw:
-    return parseRaw();
-  case Token::Kind::quotedName:
-    return parseName();
-  case Token::Kind::symbol:
-    if (first.is(Symbol::openParenthesis))
-      return parseParenthesized();
-    if (first.is(Symbol::openBrace))
-      return parseBraces();
-    fail("expression");
-  case Token::Kind::word:
-    break;
-  case Token::Kind::possessive:
-  case Token::Kind::lineEnd:
-  case Token::Kind::scriptEnd:
-  case Token::Kind::unknown:
-    fail("expression");
-  }
-
-  // A dictionary's term may begin with a word of the grammar: `given name`, `application process`.
-  const auto matches = scope_.match(rest());
-  if (!matches.empty() && matches.front().words > 1)
-    return parseTerm(matches);
-  if (const auto parse = ruleFor(first.keyword).expression) {
-    if (ExpressionPointer parsed = parse(*this))
-      return parsed;
-  }
-  if (isReserved(first.keyword))
-    fail("expression");
-  if (matches.empty() || isVariableDespite(matches))
-    return parseName();
-  return parseTerm(matches);
-}
-
-ExpressionPointer ScriptParser::parseThe() {
-  while (accept(Keyword::the)) {
-  }
-  return parsePrimary();
-}
-
-ExpressionPointer ScriptParser::parseSimple(Expression::Kind kind, std::size_t words) {
-  const std::size_t start = offset();
-  advance(words);
-  return finish(std::make_unique<SimpleExpression>(kind), start);
-}
-
-std::size_t ScriptParser::consumeOne() {
-  const std::size_t start = offset();
-  advance();
-  return start;
-}
-
-// ---------------------------------------------------------------------- words
 
 namespace {
 
@@ -85,28 +22,121 @@ bool isLanguageValueClass(const Term& term) {
   return inTable && std::ranges::find(elements, term.code) == elements.end();
 }
 
+ExpressionPointer parseParenthesized(ScriptParser& p) {
+  const std::size_t start = p.offset();
+  const auto commandsAround = std::exchange(p.activeCommands, {}); // a bracket shields what it holds
+  auto node = std::make_unique<Parenthesized>();
+  p.advance();
+  node->inner = parseExpression(p);
+  p.require(Symbol::closeParenthesis, "“)”");
+  p.activeCommands = commandsAround;
+  return p.finish(std::move(node), start);
+}
+
+ExpressionPointer parseConstant(ScriptParser& p, const Term& term) {
+  struct Row {
+    FourCharCode code;
+    Value value;
+    bool isNamed; ///< the value alone doesn't say what was written
+  };
+  static const std::vector<Row> rows = {
+      {fourCharCode("msng"), Value::missing(), false},
+      {fourCharCode("null"), Value::null(), false},
+      {fourCharCode("pi  "), 3.14159265358979323846, true},
+      {fourCharCode("lnfd"), "\n", true},
+      {fourCharCode("tab "), "\t", true},
+      {fourCharCode("spac"), " ", true},
+      {fourCharCode("quot"), "\"", true},
+      {fourCharCode("min "), 60, true},
+      {fourCharCode("hour"), 3600, true},
+      {fourCharCode("days"), 86400, true},
+      {fourCharCode("week"), 604800, true},
+  };
+  const auto isLanguages =
+      std::ranges::any_of(languageTerminology().rows(), [&](const Term& candidate) { return &candidate == &term; });
+  const std::size_t words = 1 + static_cast<std::size_t>(std::ranges::count(term.words, ' '));
+  if (isLanguages) {
+    const auto row = std::ranges::find(rows, term.code, &Row::code);
+    if (row != rows.end())
+      return makeLiteral(p, row->value, words, row->isNamed ? std::string(term.words) : std::string());
+  }
+  return makeLiteral(p, Value(Enumerator{term.code, std::string(term.words)}), words);
+}
+
 } // namespace
+
+ExpressionPointer parsePrimary(ScriptParser& p) {
+  const Token& first = p.token();
+  switch (first.kind) {
+  case Token::Kind::number:
+    return parseNumber(p);
+  case Token::Kind::ordinal: {
+    std::int64_t number = 0;
+    std::from_chars(first.text.data(), first.text.data() + first.text.size(), number);
+    return parseOrdinal(p, number);
+  }
+  case Token::Kind::text:
+    return makeLiteral(p, Value(std::string(first.text)), 1);
+  case Token::Kind::raw:
+    return parseRaw(p);
+  case Token::Kind::quotedName:
+    return parseName(p);
+  case Token::Kind::symbol:
+    if (first.is(Symbol::openParenthesis))
+      return parseParenthesized(p);
+    if (first.is(Symbol::openBrace))
+      return parseBraces(p, parseExpression);
+    p.fail("expression");
+  case Token::Kind::word:
+    break;
+  case Token::Kind::possessive:
+  case Token::Kind::lineEnd:
+  case Token::Kind::scriptEnd:
+  case Token::Kind::unknown:
+    p.fail("expression");
+  }
+
+  // A dictionary's term may begin with a word of the grammar: `given name`, `application process`.
+  const auto matches = p.scope.match(p.rest());
+  if (!matches.empty() && matches.front().words > 1)
+    return parseTerm(p, matches);
+  if (const auto parse = ruleFor(first.keyword).expression) {
+    if (ExpressionPointer parsed = parse(p))
+      return parsed;
+  }
+  if (isReserved(first.keyword))
+    p.fail("expression");
+  if (matches.empty() || isVariableDespite(p, matches))
+    return parseName(p);
+  return parseTerm(p, matches);
+}
+
+ExpressionPointer parseThe(ScriptParser& p) {
+  while (p.accept(Keyword::the)) {
+  }
+  return parsePrimary(p);
+}
 
 // Outside of a `tell`, a word that the script has bound is its variable unless what follows needs the dictionary's
 // word. The plural of a class of values (`numbers`, `lists`) is a variable anywhere unless something is picked from.
-bool ScriptParser::isVariableDespite(const TermMatches& matches) const {
+bool isVariableDespite(const ScriptParser& p, const TermMatches& matches) {
   const Terminology::Match& first = matches.front();
-  if (first.words != 1 || token().kind != Token::Kind::word)
+  if (first.words != 1 || p.token().kind != Token::Kind::word)
     return false;
-  const Token& next = token(1);
-  const bool isOfSomething = next.is(Keyword::of) || (next.is(Keyword::in) && !token(2).is(Keyword::front));
+  const Token& next = p.token(1);
+  const bool isOfSomething = next.is(Keyword::of) || (next.is(Keyword::in) && !p.token(2).is(Keyword::front));
   if (isOfSomething || next.is(Keyword::whose) || next.is(Keyword::where))
     return false;
   if (first.isPlural && isLanguageValueClass(*first.term))
-    return !canStartKey(1);
-  if (scope_.isInTell() || first.term->kind == Term::Kind::command || !scope_.isBound(token().text))
+    return !canStartKey(p, 1);
+  if (p.scope.isInTell() || first.term->kind == Term::Kind::command || !p.scope.isBound(p.token().text))
     return false;
-  return !matches.find(Term::Kind::className) || !canStartKey(1);
+  return !matches.find(Term::Kind::className) || !canStartKey(p, 1);
 }
 
-ExpressionPointer ScriptParser::parseTerm(const TermMatches& matches) {
-  const std::size_t start = offset();
-  const Token& next = token(matches.front().words);
+ExpressionPointer parseTerm(ScriptParser& p, const TermMatches& matches) {
+  const std::size_t start = p.offset();
+  const Token& next = p.token(matches.front().words);
   const bool isOfSomething = next.is(Keyword::of) || next.is(Keyword::in);
 
   const auto* property = matches.find(Term::Kind::property);
@@ -115,65 +145,144 @@ ExpressionPointer ScriptParser::parseTerm(const TermMatches& matches) {
   const auto* constant = matches.find(Term::Kind::enumerator);
   if (command && !(isOfSomething && (property || className))) {
     if (command->term->event == events::count && next.is(Keyword::of))
-      return parseCount(command->words);
-    return parseCommand(*command->term, command->words);
+      return parseCount(p, command->words);
+    return parseCommand(p, *command->term, command->words);
   }
   if (constant && !className && !(property && isOfSomething) && matches.front().term == constant->term)
-    return parseConstant(*constant->term);
+    return parseConstant(p, *constant->term);
   if (className) {
-    const bool isKeyed = className->isPlural || startsElementKey(className->words);
+    const bool isKeyed = className->isPlural || startsElementKey(p, className->words);
     if (!property || isKeyed) {
-      advance(className->words);
-      return parseElement({{className->term->code, std::string(className->term->words)}, className->isPlural}, start);
+      p.advance(className->words);
+      return parseElement(p, {{className->term->code, std::string(className->term->words)}, className->isPlural},
+                          start);
     }
   }
   if (constant && !isOfSomething && !className)
-    return parseConstant(*constant->term);
+    return parseConstant(p, *constant->term);
+  return parseProperty(p, {property->term->code, std::string(property->term->words)}, property->words);
+}
+
+ExpressionPointer parseProperty(ScriptParser& p, Label property, std::size_t words) {
+  const std::size_t start = p.offset();
   auto access = std::make_unique<PropertyAccess>();
-  access->property = {property->term->code, std::string(property->term->words)};
-  advance(property->words);
-  return finish(std::move(access), start);
+  access->property = std::move(property);
+  p.advance(words);
+  return p.finish(std::move(access), start);
 }
 
-ExpressionPointer ScriptParser::parseName() {
-  const Token& name = token();
-  const std::size_t start = offset();
-  if (token(1).is(Symbol::openParenthesis)) {
-    advance();
-    return parseCall(std::string(name.text), start);
+ExpressionPointer parseName(ScriptParser& p) {
+  const Token& name = p.token();
+  const std::size_t start = p.offset();
+  if (p.token(1).is(Symbol::openParenthesis)) {
+    p.advance();
+    return parseCall(p, std::string(name.text), start);
   }
-  if (startsLabelledArguments(name.text)) {
-    advance();
-    return parseLabelledCall(std::string(name.text), start);
+  if (startsLabelledCall(p)) {
+    p.advance();
+    return parseLabelledCall(p, std::string(name.text), start);
   }
-  advance();
-  return finish(std::make_unique<Variable>(std::string(name.text)), start);
+  p.advance();
+  return p.finish(std::make_unique<Variable>(std::string(name.text)), start);
 }
 
-// ---------------------------------------------------- applications, references
-
-ExpressionPointer ScriptParser::parseApplication() {
-  const std::size_t start = offset();
-  const std::size_t keyAt = token(1).is(Keyword::id) ? 2 : 1;
-  if (!canStartKey(keyAt)) { // the class
-    if (!token().is(Keyword::application))
-      return parseName();
-    return makeLiteral(Value(ClassName{fourCharCode("capp"), "application"}), 1);
+ExpressionPointer parseApplication(ScriptParser& p) {
+  const std::size_t start = p.offset();
+  const std::size_t keyAt = p.token(1).is(Keyword::id) ? 2 : 1;
+  if (!canStartKey(p, keyAt)) { // the class
+    if (!p.at(Keyword::application))
+      return parseName(p);
+    return makeLiteral(p, Value(ClassName{fourCharCode("capp"), "application"}), 1);
   }
   auto reference = std::make_unique<ApplicationReference>();
   reference->by = keyAt == 2 ? ApplicationReference::By::id : ApplicationReference::By::name;
-  advance(keyAt);
-  reference->designation = parseKey();
-  return finish(std::move(reference), start);
+  p.advance(keyAt);
+  reference->designation = parseKey(p);
+  return p.finish(std::move(reference), start);
 }
 
-ExpressionPointer ScriptParser::parseReferenceTo(std::size_t words) {
-  const Nesting nesting(*this);
-  const std::size_t start = offset();
+ExpressionPointer parseReferenceTo(ScriptParser& p, std::size_t words) {
+  const ScriptParser::Nesting nesting(p);
+  const std::size_t start = p.offset();
   auto reference = std::make_unique<ReferenceTo>();
-  advance(words);
-  reference->operand = parseChain();
-  return finish(std::move(reference), start);
+  p.advance(words);
+  reference->operand = parseChain(p);
+  return p.finish(std::move(reference), start);
+}
+
+ExpressionPointer parseBraces(ScriptParser& p, ExpressionPointer (*parse)(ScriptParser&)) {
+  const std::size_t start = p.offset();
+  const auto commandsAround = std::exchange(p.activeCommands, {});
+  p.advance();
+  ExpressionPointer result;
+  if (isLabelAhead(p)) {
+    auto record = std::make_unique<RecordLiteral>();
+    p.parseItems(Symbol::closeBrace, [&] {
+      if (!isLabelAhead(p))
+        p.fail("identifier");
+      Label label = parseLabel(p);
+      p.require(Symbol::colon, "“:”");
+      record->fields.emplace_back(std::move(label), parse(p));
+    });
+    result = p.finish(std::move(record), start);
+  } else {
+    auto list = std::make_unique<ListLiteral>();
+    if (!p.accept(Symbol::closeBrace))
+      p.parseItems(Symbol::closeBrace, [&] { list->items.push_back(parse(p)); });
+    result = p.finish(std::move(list), start);
+  }
+  p.activeCommands = commandsAround;
+  return result;
+}
+
+ExpressionPointer makeLiteral(ScriptParser& p, Value value, std::size_t tokens, std::string words) {
+  const std::size_t start = p.offset();
+  p.advance(tokens);
+  auto literal = std::make_unique<Literal>(std::move(value));
+  literal->words = std::move(words);
+  return p.finish(std::move(literal), start);
+}
+
+ExpressionPointer parseNumber(ScriptParser& p) {
+  const std::string_view digits = p.token().text;
+  if (digits.find_first_of(".eE") == std::string_view::npos) {
+    std::int64_t integer = 0;
+    if (std::from_chars(digits.data(), digits.data() + digits.size(), integer).ec == std::errc())
+      return makeLiteral(p, Value(integer), 1);
+  }
+  std::string plain(digits); // from_chars takes no sign in front of an exponent's digits but a minus
+  std::erase(plain, '+');
+  double real = 0; // stays when the number is too small
+  const auto [end, error] = std::from_chars(plain.data(), plain.data() + plain.size(), real);
+  const auto exponent = plain.find_first_of("eE");
+  const bool isLarge = exponent == std::string::npos ? plain.find('.') > 300 : plain[exponent + 1] != '-';
+  if (error == std::errc::result_out_of_range && isLarge)
+    throw syntaxError(errorNumber::numericOverflow, "The number is too large.", p.token().range);
+  return makeLiteral(p, Value(real), 1);
+}
+
+bool isLabelAhead(const ScriptParser& p) {
+  if (p.isLabel())
+    return true;
+  const auto matches = p.scope.match(p.rest());
+  return !matches.empty() && p.token(matches.front().words).is(Symbol::colon) &&
+         (matches.front().term->kind == Term::Kind::property || matches.front().term->kind == Term::Kind::className);
+}
+
+Label parseLabel(ScriptParser& p) {
+  const Token& word = p.token();
+  const auto matches = p.scope.match(p.rest());
+  const auto* match = matches.find(Term::Kind::property);
+  if (!match)
+    match = matches.find(Term::Kind::className);
+  if (match && p.token(match->words).is(Symbol::colon)) {
+    p.advance(match->words);
+    return {match->term->code, std::string(match->term->words)};
+  }
+  if (word.kind == Token::Kind::word && isReserved(word.keyword))
+    p.fail("identifier");
+  p.advance();
+  return {0, std::string(word.text)};
 }
 
 } // namespace tabwright::applescript

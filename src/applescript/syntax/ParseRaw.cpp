@@ -1,4 +1,5 @@
-#include "applescript/syntax/ScriptParser.h"
+#include "applescript/syntax/ParseExpressions.h"
+#include "applescript/syntax/ParseReferences.h"
 
 #include <unicode/unistr.h>
 
@@ -12,6 +13,7 @@ namespace tabwright::applescript {
 namespace {
 
 constexpr std::string_view opening = "«";
+
 constexpr std::string_view closing = "»";
 
 /// The word behind the opening sign, and the rest.
@@ -64,61 +66,57 @@ std::optional<std::string> readTextData(std::string_view digits) {
   return type == "utf8" || type == "TEXT" ? std::optional(text) : std::nullopt;
 }
 
-} // namespace
-
-ExpressionPointer ScriptParser::parseRaw() {
-  const Token& first = token();
-  const std::size_t start = offset();
-  const auto [kind, rest] = splitRaw(first.text);
-  const auto code = readCode(rest);
-  if (kind == "class" && code) {
-    advance();
-    return parseElement({{*code, std::string(first.text)}, false}, start);
-  }
-  if (kind == "property" && code) {
-    advance();
-    auto access = std::make_unique<PropertyAccess>();
-    access->property = {*code, std::string(first.text)};
-    return finish(std::move(access), start);
-  }
-  if (kind == "constant" && rest.size() == 8) // four characters for the enumeration, four for the constant
-    return makeLiteral(Value(Enumerator{*readCode(rest.substr(4)), std::string(first.text)}), 1);
-  if (kind == "data") {
-    if (auto text = readTextData(rest))
-      return makeLiteral(Value(std::move(*text)), 1, std::string(first.text));
-  }
-  if (kind == "event" && rest.size() == 8)
-    return parseRawEvent(first.text);
-  fail("expression");
-}
-
-ExpressionPointer ScriptParser::parseRawEvent(std::string_view codes) {
-  const Nesting nesting(*this);
-  const std::size_t start = offset();
+ExpressionPointer parseRawEvent(ScriptParser& p, std::string_view codes) {
+  const ScriptParser::Nesting nesting(p);
+  const std::size_t start = p.offset();
   const auto event = splitRaw(codes).second;
-  Term& term = tree_.rawCommands.emplace_back();
+  Term& term = p.tree.rawCommands.emplace_back();
   term.kind = Term::Kind::command;
   term.words = codes; // lies in the tree's source
   term.event = {*readCode(event.substr(0, 4)), *readCode(event.substr(4))};
 
   auto command = std::make_unique<Command>();
   command->term = &term;
-  advance();
-  if (canStartExpression())
-    command->direct = parseExpression();
-  if (accept(Keyword::given)) {
+  p.advance();
+  if (canStartExpression(p))
+    command->direct = parseExpression(p);
+  if (p.accept(Keyword::given)) {
     do {
-      const auto [kind, rest] = splitRaw(token().text);
+      const auto [kind, rest] = splitRaw(p.token().text);
       const auto code = readCode(rest);
-      if (token().kind != Token::Kind::raw || kind != "class" || !code)
-        fail("“«”");
-      const ParameterTerm parameter{token().text, *code};
-      advance();
-      require(Symbol::colon, "“:”");
-      command->parameters.emplace_back(parameter, parseExpression());
-    } while (accept(Symbol::comma));
+      if (p.token().kind != Token::Kind::raw || kind != "class" || !code)
+        p.fail("“«”");
+      const ParameterTerm parameter{p.token().text, *code};
+      p.advance();
+      p.require(Symbol::colon, "“:”");
+      command->parameters.emplace_back(parameter, parseExpression(p));
+    } while (p.accept(Symbol::comma));
   }
-  return finish(std::move(command), start);
+  return p.finish(std::move(command), start);
+}
+
+} // namespace
+
+ExpressionPointer parseRaw(ScriptParser& p) {
+  const Token& first = p.token();
+  const std::size_t start = p.offset();
+  const auto [kind, rest] = splitRaw(first.text);
+  const auto code = readCode(rest);
+  if (kind == "class" && code) {
+    p.advance();
+    return parseElement(p, {{*code, std::string(first.text)}, false}, start);
+  }
+  if (kind == "property" && code)
+    return parseProperty(p, {*code, std::string(first.text)}, 1);
+  if (kind == "constant" && rest.size() == 8) // four characters for the enumeration, four for the constant
+    return makeLiteral(p, Value(Enumerator{*readCode(rest.substr(4)), std::string(first.text)}), 1);
+  if (kind == "data") {
+    if (auto text = readTextData(rest))
+      return makeLiteral(p, Value(std::move(*text)), 1, std::string(first.text));
+  }
+  if (kind == "event" && rest.size() == 8)
+    return parseRawEvent(p, first.text);
+  p.fail("expression");
 }
 
 } // namespace tabwright::applescript

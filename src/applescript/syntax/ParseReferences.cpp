@@ -1,4 +1,7 @@
-#include "applescript/syntax/ScriptParser.h"
+#include "applescript/syntax/ParseReferences.h"
+
+#include "applescript/syntax/ParseCommands.h"
+#include "applescript/syntax/ParseExpressions.h"
 
 #include <ranges>
 #include <utility>
@@ -10,28 +13,12 @@ namespace tabwright::applescript {
 namespace {
 
 bool picksFromSeveral(const Expression& node) {
-  if (node.kind != Expression::Kind::element)
+  using Form = ElementAccess::Form;
+  const auto* element = as<ElementAccess>(node);
+  if (!element || element->test)
     return false;
-  const auto& element = static_cast<const ElementAccess&>(node);
-  if (element.test)
-    return false;
-  switch (element.form) {
-  case ElementAccess::Form::every:
-  case ElementAccess::Form::first:
-  case ElementAccess::Form::last:
-  case ElementAccess::Form::some:
-  case ElementAccess::Form::middle:
-    return true;
-  case ElementAccess::Form::index:
-    return element.isOrdinal;
-  case ElementAccess::Form::name:
-  case ElementAccess::Form::id:
-  case ElementAccess::Form::range:
-  case ElementAccess::Form::before:
-  case ElementAccess::Form::after:
-    return false;
-  }
-  return false;
+  return element->form == Form::every || element->form == Form::some || element->form == Form::middle ||
+         element->isOrdinal;
 }
 
 /// The places of a node's container and of its joint; null for a node that takes none.
@@ -62,16 +49,16 @@ ContainerSlot slotOf(Expression& node) {
 
 /// The name that a node with a container becomes when it is a variable, a class or a constant: `text of x`.
 std::optional<Label> labelOf(const Expression& node) {
-  if (node.kind == Expression::Kind::variable)
-    return Label{0, static_cast<const Variable&>(node).name};
-  if (node.kind != Expression::Kind::literal)
+  if (const auto* variable = as<Variable>(node))
+    return Label{0, variable->name};
+  const auto* literal = as<Literal>(node);
+  if (!literal)
     return std::nullopt;
-  const auto& literal = static_cast<const Literal&>(node);
-  if (const auto* name = literal.value.get<Value::ClassPointer>())
+  if (const auto* name = literal->value.get<Value::ClassPointer>())
     return Label{(*name)->code, (*name)->words};
-  if (const auto* constant = literal.value.get<Value::EnumeratorPointer>())
+  if (const auto* constant = literal->value.get<Value::EnumeratorPointer>())
     return Label{0, (*constant)->words};
-  return literal.words.empty() ? std::nullopt : std::optional(Label{0, literal.words});
+  return literal->words.empty() ? std::nullopt : std::optional(Label{0, literal->words});
 }
 
 /// The innermost end of a reference takes a container.
@@ -80,130 +67,20 @@ bool canAttach(Expression& node) {
   return slot.container ? !*slot.container || canAttach(**slot.container) : labelOf(node).has_value();
 }
 
-} // namespace
-
-ExpressionPointer ScriptParser::parseChain() {
-  ExpressionPointer node = parseContained();
-  if (token().is(Keyword::whose) || token().is(Keyword::where))
-    parseTest(node);
-  return node;
+bool isOf(const ScriptParser& p) {
+  return (p.at(Keyword::of) || p.at(Keyword::in)) && !isStopped(p);
 }
 
-ExpressionPointer ScriptParser::parseContained() {
-  const std::size_t start = offset();
-  ExpressionPointer node = parsePossessives(parsePrimary());
-  if (isOf() && canAttach(*node)) {
-    const Nesting nesting(*this);
-    const Joint joint = token().is(Keyword::of) ? Joint::of : Joint::in;
-    advance();
-    attach(node, parseContained(), joint);
-    setRange(*node, start);
-  }
-  return node;
-}
-
-bool ScriptParser::isOf() const {
-  return (token().is(Keyword::of) || token().is(Keyword::in)) && !isStopped();
-}
-
-ExpressionPointer ScriptParser::parsePossessives(ExpressionPointer head) {
-  const std::size_t start = head->range.offset;
-  while (token().kind == Token::Kind::possessive) {
-    advance();
-    ExpressionPointer member = parseMember();
-    if (!canAttach(*member))
-      throw expectedError("variable name or property", "expression", token());
-    attach(member, std::move(head), Joint::possessive);
-    setRange(*member, start);
-    head = std::move(member);
-  }
-  return head;
-}
-
-// What may stand behind `'s`: a name of any kind, never a variable of the script.
-ExpressionPointer ScriptParser::parseMember() {
-  const Token& first = token();
-  const std::size_t start = offset();
-  if (isLabel())
-    return parseMessage();
-  if (first.is(Keyword::end) || first.is(Keyword::beginning))
-    return parseKey();
-  const bool isName = first.kind == Token::Kind::word || first.kind == Token::Kind::quotedName;
-  if (isName && token(1).is(Symbol::openParenthesis) && !token(1).spaceBefore) { // even `string()` and `count()`
-    advance();
-    return parseCall(std::string(first.text), start);
-  }
-  if (first.kind != Token::Kind::word || isReserved(first.keyword) || startsLabelledArguments(first.text))
-    return parsePrimary();
-
-  const auto matches = scope_.match(rest());
-  if (matches.find(Term::Kind::className))
-    return parseTerm(matches);
-  if (const auto* property = matches.find(Term::Kind::property)) {
-    auto access = std::make_unique<PropertyAccess>();
-    access->property = {property->term->code, std::string(property->term->words)};
-    advance(property->words);
-    return finish(std::move(access), start);
-  }
-  auto access = std::make_unique<PropertyAccess>();
-  access->property = {0, std::string(first.text)};
-  advance();
-  return finish(std::move(access), start);
-}
-
-ExpressionPointer ScriptParser::parseMessage() {
-  const std::size_t start = offset();
-  auto message = std::make_unique<ObjectiveCMessage>();
-  while (isLabel()) {
-    message->parts.emplace_back(token().text);
-    advance(2);
-    message->arguments.push_back(parseExpression());
-  }
-  return finish(std::move(message), start);
-}
-
-// `my x`, `its x`. A call behind `my` is the script's own, and no message to an object.
-ExpressionPointer ScriptParser::parseMemberOf(Expression::Kind owner) {
-  const Nesting nesting(*this);
-  const std::size_t start = offset();
-  advance();
-  const Token& name = token();
-  const bool isMy = owner == Expression::Kind::me;
-  const bool isName =
-      name.kind == Token::Kind::quotedName || (name.kind == Token::Kind::word && !isReserved(name.keyword));
-  auto container = std::make_unique<SimpleExpression>(owner);
-  container->range = previous().range;
-  if (isMy && isName && token(1).is(Symbol::openParenthesis)) {
-    advance();
-    ExpressionPointer call = parseCall(std::string(name.text), start);
-    static_cast<HandlerCall&>(*call).target = HandlerCall::Target::me;
-    return call;
-  }
-  ExpressionPointer member = parseMember();
-  if (isMy && member->kind == Expression::Kind::handlerCall &&
-      static_cast<const HandlerCall&>(*member).target == HandlerCall::Target::implicit) {
-    static_cast<HandlerCall&>(*member).target = HandlerCall::Target::me;
-  } else {
-    if (!canAttach(*member))
-      throw expectedError("variable name or property", describe(name), name);
-    attach(member, std::move(container), Joint::possessive);
-  }
-  setRange(*member, start);
-  return member;
-}
-
-// ----------------------------------------------------------------- containers
-
-void ScriptParser::attach(ExpressionPointer& node, ExpressionPointer container, Joint joint) {
+void attach(ScriptParser& p, ExpressionPointer& node, ExpressionPointer container, Joint joint) {
   if (const ContainerSlot slot = slotOf(*node); slot.container && *slot.container) {
-    attach(*slot.container, std::move(container), joint);
-    setRange(**slot.container, (*slot.container)->range.offset);
+    attach(p, *slot.container, std::move(container), joint);
+    p.setRange(**slot.container, (*slot.container)->range.offset);
   } else if (slot.container) {
     *slot.container = std::move(container);
     if (slot.joint)
       *slot.joint = joint;
-    if (node->kind == Expression::Kind::handlerCall)
-      static_cast<HandlerCall&>(*node).target = HandlerCall::Target::object;
+    if (auto* call = as<HandlerCall>(*node))
+      call->target = HandlerCall::Target::object;
   } else if (auto label = labelOf(*node)) {
     auto access = std::make_unique<PropertyAccess>();
     access->range = node->range;
@@ -212,37 +89,139 @@ void ScriptParser::attach(ExpressionPointer& node, ExpressionPointer container, 
     access->joint = joint;
     node = std::move(access);
   }
-  updateHeight(*node);
+  p.updateHeight(*node);
 }
 
-// ---------------------------------------------------------------------- whose
+ExpressionPointer parseContained(ScriptParser& p) {
+  const std::size_t start = p.offset();
+  ExpressionPointer node = parsePossessives(p, parsePrimary(p));
+  if (isOf(p) && canAttach(*node)) {
+    const ScriptParser::Nesting nesting(p);
+    const Joint joint = p.at(Keyword::of) ? Joint::of : Joint::in;
+    p.advance();
+    attach(p, node, parseContained(p), joint);
+    p.setRange(*node, start);
+  }
+  return node;
+}
+
+ExpressionPointer parseMessage(ScriptParser& p) {
+  const std::size_t start = p.offset();
+  auto message = std::make_unique<ObjectiveCMessage>();
+  while (p.isLabel()) {
+    message->parts.emplace_back(p.token().text);
+    p.advance(2);
+    message->arguments.push_back(parseExpression(p));
+  }
+  return p.finish(std::move(message), start);
+}
+
+// Behind `'s` stands a name of any kind, never a variable of the script.
+ExpressionPointer parseMember(ScriptParser& p) {
+  const Token& first = p.token();
+  const std::size_t start = p.offset();
+  if (p.isLabel())
+    return parseMessage(p);
+  if (first.is(Keyword::end) || first.is(Keyword::beginning))
+    return parseKey(p);
+  const bool isName = first.kind == Token::Kind::word || first.kind == Token::Kind::quotedName;
+  if (isName && p.token(1).is(Symbol::openParenthesis) && !p.token(1).spaceBefore) { // even `string()` and `count()`
+    p.advance();
+    return parseCall(p, std::string(first.text), start);
+  }
+  if (first.kind != Token::Kind::word || isReserved(first.keyword) || startsLabelledCall(p))
+    return parsePrimary(p);
+
+  const auto matches = p.scope.match(p.rest());
+  if (matches.find(Term::Kind::className))
+    return parseTerm(p, matches);
+  if (const auto* property = matches.find(Term::Kind::property))
+    return parseProperty(p, {property->term->code, std::string(property->term->words)}, property->words);
+  return parseProperty(p, {0, std::string(first.text)}, 1);
+}
 
 // `name of every tab of front window whose …`: the test belongs to the outermost reference that picks from several, so
 // it is the tabs that are tested.
-void ScriptParser::parseTest(ExpressionPointer& node) {
+void parseTest(ScriptParser& p, ExpressionPointer& node) {
   const std::size_t start = node->range.offset;
   std::vector<Expression*> around;
   Expression* picked = node.get();
   while (picked && !picksFromSeveral(*picked)) {
     around.push_back(picked);
-    const bool isReference = picked->kind == Expression::Kind::property || picked->kind == Expression::Kind::element;
-    picked = isReference ? slotOf(*picked).container->get() : nullptr;
+    picked = as<PropertyAccess>(*picked) || as<ElementAccess>(*picked) ? slotOf(*picked).container->get() : nullptr;
   }
   if (!picked)
     return;
   auto& element = static_cast<ElementAccess&>(*picked);
-  advance();
-  insideTell(nullptr, [&] { element.test = parseExpression(); });
-  updateHeight(element);
-  for (Expression* outer : std::views::reverse(around))
-    updateHeight(*outer);
-  if (isOf() && canAttach(*node)) { // `first tab whose (…) of w`
-    const Nesting nesting(*this);
-    const Joint joint = token().is(Keyword::of) ? Joint::of : Joint::in;
-    advance();
-    attach(node, parseContained(), joint);
+  p.advance();
+  {
+    const ScriptParser::Inside inside(p, nullptr);
+    element.test = parseExpression(p);
   }
-  setRange(*node, start);
+  p.updateHeight(element);
+  for (Expression* outer : std::views::reverse(around))
+    p.updateHeight(*outer);
+  if (isOf(p) && canAttach(*node)) { // `first tab whose (…) of w`
+    const ScriptParser::Nesting nesting(p);
+    const Joint joint = p.at(Keyword::of) ? Joint::of : Joint::in;
+    p.advance();
+    attach(p, node, parseContained(p), joint);
+  }
+  p.setRange(*node, start);
+}
+
+} // namespace
+
+ExpressionPointer parseChain(ScriptParser& p) {
+  ExpressionPointer node = parseContained(p);
+  if (p.at(Keyword::whose) || p.at(Keyword::where))
+    parseTest(p, node);
+  return node;
+}
+
+ExpressionPointer parsePossessives(ScriptParser& p, ExpressionPointer head) {
+  const std::size_t start = head->range.offset;
+  while (p.token().kind == Token::Kind::possessive) {
+    p.advance();
+    ExpressionPointer member = parseMember(p);
+    if (!canAttach(*member))
+      throw expectedError("variable name or property", "expression", p.token());
+    attach(p, member, std::move(head), Joint::possessive);
+    p.setRange(*member, start);
+    head = std::move(member);
+  }
+  return head;
+}
+
+// `my x`, `its x`. A call behind `my` is the script's own, and no message to an object.
+ExpressionPointer parseMemberOf(ScriptParser& p, Expression::Kind owner) {
+  const ScriptParser::Nesting nesting(p);
+  const std::size_t start = p.offset();
+  p.advance();
+  const Token& name = p.token();
+  const bool isMy = owner == Expression::Kind::me;
+  ExpressionPointer container;
+  if (isMy)
+    container = std::make_unique<Me>();
+  else
+    container = std::make_unique<It>();
+  container->range = p.previous().range;
+  if (isMy && name.isName() && p.token(1).is(Symbol::openParenthesis)) {
+    p.advance();
+    ExpressionPointer call = parseCall(p, std::string(name.text), start);
+    static_cast<HandlerCall&>(*call).target = HandlerCall::Target::me;
+    return call;
+  }
+  ExpressionPointer member = parseMember(p);
+  if (auto* call = as<HandlerCall>(*member); call && isMy && call->target == HandlerCall::Target::implicit) {
+    call->target = HandlerCall::Target::me;
+  } else {
+    if (!canAttach(*member))
+      throw expectedError("variable name or property", describe(name), name);
+    attach(p, member, std::move(container), Joint::possessive);
+  }
+  p.setRange(*member, start);
+  return member;
 }
 
 } // namespace tabwright::applescript

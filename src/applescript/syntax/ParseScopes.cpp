@@ -1,89 +1,95 @@
 #include "applescript/syntax/ConsideringWords.h"
-#include "applescript/syntax/ScriptParser.h"
+#include "applescript/syntax/ParseExpressions.h"
+#include "applescript/syntax/ParseStatements.h"
 
 #include <utility>
 
 // Blocks that change how the statements inside are run or read: comparison of texts, time limits, dictionaries.
 namespace tabwright::applescript {
 
-StatementPointer ScriptParser::parseConsidering() {
-  const std::size_t start = offset();
-  auto statement = std::make_unique<Considering>();
-  const Keyword kind = token().keyword;
-  const bool considers = kind == Keyword::considering;
-  advance();
-  parseHeader([&] {
-    parseAttributes(considers ? statement->considered : statement->ignored);
-    if (accept(Keyword::but)) {
-      require(considers ? Keyword::ignoring : Keyword::considering);
-      parseAttributes(considers ? statement->ignored : statement->considered);
-    }
-    requireLineEnd();
-  });
-  statement->body = parseBody(kind);
-  return finish(std::move(statement), start);
-}
+namespace {
 
-void ScriptParser::parseAttributes(std::vector<Considering::Attribute>& attributes) {
+void parseAttributes(ScriptParser& p, std::vector<Considering::Attribute>& attributes) {
   do {
-    accept(Keyword::and_); // `case, hyphens, and punctuation`
+    p.accept(Keyword::and_); // `case, hyphens, and punctuation`
     const auto row = std::ranges::find_if(consideringTable, [&](const ConsideringRow& candidate) {
-      return token().is(candidate.first) && (candidate.second == Keyword::none || token(1).is(candidate.second));
+      return p.at(candidate.first) && (candidate.second == Keyword::none || p.token(1).is(candidate.second));
     });
     if (row == consideringTable.end())
-      fail("application constant or consideration");
-    advance(row->second == Keyword::none ? 1 : 2);
+      p.fail("application constant or consideration");
+    p.advance(row->second == Keyword::none ? 1 : 2);
     attributes.push_back(row->attribute);
-  } while (accept(Symbol::comma) || token().is(Keyword::and_));
+  } while (p.accept(Symbol::comma) || p.at(Keyword::and_));
 }
 
-StatementPointer ScriptParser::parseWith() {
-  return token(1).is(Keyword::timeout)       ? parseTimeout()
-         : token(1).is(Keyword::transaction) ? parseTransaction()
-                                             : nullptr;
-}
-
-StatementPointer ScriptParser::parseTimeout() {
-  const std::size_t start = offset();
+StatementPointer parseTimeout(ScriptParser& p) {
+  const std::size_t start = p.offset();
   auto statement = std::make_unique<Timeout>();
-  advance(2);
-  parseHeader([&] {
-    accept(Keyword::of);
-    statement->seconds = parseExpression();
-    if (!accept(Keyword::seconds) && token().is(Keyword::second))
-      advance();
-    requireLineEnd();
+  p.advance(2);
+  p.parseLine([&] {
+    p.accept(Keyword::of);
+    statement->seconds = parseExpression(p);
+    if (!p.accept(Keyword::seconds) && p.at(Keyword::second))
+      p.advance();
+    p.requireLineEnd();
   });
-  statement->body = parseBody(Keyword::timeout);
-  return finish(std::move(statement), start);
+  statement->body = parseBody(p, Keyword::timeout);
+  return p.finish(std::move(statement), start);
 }
 
-StatementPointer ScriptParser::parseTransaction() {
-  const std::size_t start = offset();
+StatementPointer parseTransaction(ScriptParser& p) {
+  const std::size_t start = p.offset();
   auto statement = std::make_unique<Transaction>();
-  advance(2);
-  parseHeader([&] {
-    if (!token().endsLine())
-      statement->session = parseExpression();
-    requireLineEnd();
+  p.advance(2);
+  p.parseLine([&] {
+    if (!p.token().endsLine())
+      statement->session = parseExpression(p);
+    p.requireLineEnd();
   });
-  statement->body = parseBody(Keyword::transaction);
-  return finish(std::move(statement), start);
+  statement->body = parseBody(p, Keyword::transaction);
+  return p.finish(std::move(statement), start);
 }
 
-StatementPointer ScriptParser::parseUsingTerms() {
-  if (!token(1).is(Keyword::terms))
-    return nullptr;
-  const std::size_t start = offset();
-  auto statement = std::make_unique<UsingTerms>();
-  advance(2);
-  parseHeader([&] {
-    require(Keyword::from);
-    statement->application = parseExpression();
-    requireLineEnd();
+} // namespace
+
+StatementPointer parseConsidering(ScriptParser& p) {
+  const std::size_t start = p.offset();
+  auto statement = std::make_unique<Considering>();
+  const Keyword kind = p.token().keyword;
+  const bool considers = kind == Keyword::considering;
+  p.advance();
+  p.parseLine([&] {
+    parseAttributes(p, considers ? statement->considered : statement->ignored);
+    if (p.accept(Keyword::but)) {
+      p.require(considers ? Keyword::ignoring : Keyword::considering);
+      parseAttributes(p, considers ? statement->ignored : statement->considered);
+    }
+    p.requireLineEnd();
   });
-  insideTell(statement->application.get(), [&] { statement->body = parseBody(Keyword::using_); });
-  return finish(std::move(statement), start);
+  statement->body = parseBody(p, kind);
+  return p.finish(std::move(statement), start);
+}
+
+StatementPointer parseWith(ScriptParser& p) {
+  return p.token(1).is(Keyword::timeout)       ? parseTimeout(p)
+         : p.token(1).is(Keyword::transaction) ? parseTransaction(p)
+                                               : nullptr;
+}
+
+StatementPointer parseUsingTerms(ScriptParser& p) {
+  if (!p.token(1).is(Keyword::terms))
+    return nullptr;
+  const std::size_t start = p.offset();
+  auto statement = std::make_unique<UsingTerms>();
+  p.advance(2);
+  p.parseLine([&] {
+    p.require(Keyword::from);
+    statement->application = parseExpression(p);
+    p.requireLineEnd();
+  });
+  const ScriptParser::Inside inside(p, statement->application.get());
+  statement->body = parseBody(p, Keyword::using_);
+  return p.finish(std::move(statement), start);
 }
 
 } // namespace tabwright::applescript

@@ -19,8 +19,8 @@ struct ParserLimits {
   std::size_t errors = 50;   ///< after that many the rest of the text isn't looked at
 };
 
-/// What came of a text: a tree when there are no errors, else every error found, in source order, each with its range.
-/// After an error the parser goes on at the next line, so that one run shows more than one mistake.
+/// The outcome for a text: a tree when there are no errors, else every error found, in source order, each with its
+/// range. After an error the parser goes on at the next line, so that one run shows more than one mistake.
 struct ParseResult {
   std::unique_ptr<SyntaxTree> tree; ///< null when there are errors
   std::vector<ScriptError> errors;  ///< Stage::syntax
@@ -28,7 +28,7 @@ struct ParseResult {
 
 /// Parses a script.
 ///
-/// Which words are the dictionary's depends on the enclosing `tell`: `directory` gives the terminology of applications
+/// The enclosing `tell` decides which words are a dictionary's: `directory` gives the terminology of applications
 /// that the text names literally; inside a `tell` whose target is only known at run time, the general words of
 /// languageTerminology() hold. The tree points into terminologies, so `directory` must outlive it.
 [[nodiscard]] ParseResult parse(std::string source, const ApplicationDirectory& directory,

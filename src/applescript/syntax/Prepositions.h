@@ -41,7 +41,7 @@ inline constexpr auto prepositions = std::to_array<Preposition>({
     {"to", Keyword::to},
 });
 
-/// Whether a labelled parameter of that name stands without `given`.
+/// A labelled parameter of that name stands without `given`.
 [[nodiscard]] constexpr bool isPreposition(std::string_view label) {
   return std::ranges::any_of(prepositions, [label](const Preposition& row) { return row.name == label; });
 }

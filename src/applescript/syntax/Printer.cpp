@@ -2,8 +2,8 @@
 
 #include "applescript/syntax/ConsideringWords.h"
 #include "applescript/syntax/ExpressionPrinter.h"
-#include "applescript/syntax/Prepositions.h"
 
+#include <algorithm>
 #include <string_view>
 
 // Statements, one a line, indented by blocks. One-line forms stay on one line, down to the statement that opens a block
@@ -14,15 +14,17 @@ namespace {
 
 class StatementPrinter {
 public:
-  explicit StatementPrinter(const SyntaxTree& tree) : expressions_(tree) {}
+  explicit StatementPrinter(const SyntaxTree& tree)
+      : source_(tree.source), comments_(tree.comments), expressions_(tree) {}
 
   std::string run(const SyntaxTree& tree) {
     block(tree.body);
+    comments(source_.size());
     return std::move(out_);
   }
 
 private:
-  void indent() { out_.append(depth_, '\t'); }
+  void indent() { out_.append(expressions_.depth, '\t'); }
   void line(std::string_view text) {
     indent();
     out_ += text;
@@ -30,33 +32,61 @@ private:
   }
   void block(const Block& body) {
     for (const auto& statement : body) {
+      comments(statement->range.offset);
+      emptyLine(statement->range.offset);
       indent();
       print(*statement);
       out_ += '\n';
     }
   }
   /// The rest of the line, the body, and `end` with its word.
-  void blockWithEnd(const Block& body, std::string_view closing) {
+  void blockWithEnd(const Statement& whole, const Block& body, std::string_view closing) {
     out_ += '\n';
-    inner(body);
+    inner(body, whole.range.end());
     indent();
     out_ += "end ";
     out_ += closing;
   }
-  void inner(const Block& body) {
-    ++depth_;
+  /// A body, and the comments behind its last statement, up to an offset.
+  void inner(const Block& body, std::size_t end) {
+    ++expressions_.depth;
+    isFirstOfBlock_ = true;
     block(body);
-    --depth_;
+    comments(end);
+    isFirstOfBlock_ = false;
+    --expressions_.depth;
   }
-  void add(std::string_view words, const ExpressionPointer& expression) {
-    if (!expression)
-      return;
-    out_ += words;
-    out_ += expressions_.print(*expression);
+  /// Writes the comments that stand in front of an offset and have not been written yet: each behind the line that it
+  /// ends, or on a line of its own.
+  void comments(std::size_t offset) {
+    for (; nextComment_ < comments_.size() && comments_[nextComment_].offset < offset; ++nextComment_) {
+      const SourceRange range = comments_[nextComment_];
+      const std::string_view text = source_.substr(range.offset, range.length);
+      const std::size_t lineStart = source_.find_last_of("\r\n", range.offset) + 1;
+      const bool isBehindCode =
+          source_.substr(lineStart, range.offset - lineStart).find_first_not_of(" \t") != std::string_view::npos;
+      if (isBehindCode && !out_.empty()) {
+        out_.back() = ' ';
+        (out_ += text) += '\n';
+      } else {
+        emptyLine(range.offset);
+        line(text);
+      }
+    }
   }
-  void add(std::string_view words, const std::unique_ptr<Variable>& variable) {
-    if (variable)
-      out_ += std::string(words) + expressions_.print(*variable);
+  /// Writes an empty line if the source has one in front of an offset, but for the beginning of a block.
+  void emptyLine(std::size_t offset) {
+    const std::size_t last = source_.substr(0, offset).find_last_not_of(" \t\r\n");
+    const std::string_view blanks = source_.substr(last + 1, offset - last - 1);
+    const auto lineEnds = std::max(std::ranges::count(blanks, '\n'), std::ranges::count(blanks, '\r'));
+    if (lineEnds > 1 && !out_.empty() && !isFirstOfBlock_)
+      out_ += '\n';
+    isFirstOfBlock_ = false;
+  }
+  template <class Node>
+  void add(std::string_view words, const std::unique_ptr<Node>& expression) {
+    if (expression)
+      (out_ += words) += expressions_.print(*expression);
   }
 
   void print(const Statement& statement);
@@ -73,9 +103,12 @@ private:
   [[nodiscard]] std::string parameter(const Parameter& parameter) const;
   [[nodiscard]] std::string parameters(const HandlerDefinition& handler) const;
 
+  const std::string_view source_;
+  const std::vector<SourceRange>& comments_;
+  std::size_t nextComment_ = 0;
+  bool isFirstOfBlock_ = false;
   ExpressionPrinter expressions_;
   std::string out_;
-  std::size_t depth_ = 0;
 };
 
 void StatementPrinter::print(const Statement& statement) {
@@ -112,18 +145,18 @@ void StatementPrinter::print(const Statement& statement) {
     const auto& timeout = static_cast<const Timeout&>(statement);
     add("with timeout of ", timeout.seconds);
     out_ += " seconds";
-    return blockWithEnd(timeout.body, "timeout");
+    return blockWithEnd(timeout, timeout.body, "timeout");
   }
   case Statement::Kind::transaction: {
     const auto& transaction = static_cast<const Transaction&>(statement);
     out_ += "with transaction";
     add(" ", transaction.session);
-    return blockWithEnd(transaction.body, "transaction");
+    return blockWithEnd(transaction, transaction.body, "transaction");
   }
   case Statement::Kind::usingTerms: {
     const auto& usingTerms = static_cast<const UsingTerms&>(statement);
     add("using terms from ", usingTerms.application);
-    return blockWithEnd(usingTerms.body, "using terms from");
+    return blockWithEnd(usingTerms, usingTerms.body, "using terms from");
   }
   case Statement::Kind::declare:
     return print(static_cast<const Declare&>(statement));
@@ -142,37 +175,32 @@ void StatementPrinter::print(const Statement& statement) {
 }
 
 void StatementPrinter::print(const If& statement) {
-  bool isFirst = true;
-  for (const If::Branch& branch : statement.branches) {
-    if (!isFirst && statement.onOneLine)
-      out_ += " else ";
-    else if (!isFirst) {
-      indent();
-      out_ += "else ";
-    }
-    add("if ", branch.condition);
-    out_ += " then";
-    if (statement.onOneLine) {
-      out_ += ' ';
-      print(*branch.body.front());
-    } else {
-      out_ += '\n';
-      inner(branch.body);
-    }
-    isFirst = false;
-  }
   if (statement.onOneLine) {
+    for (const If::Branch& branch : statement.branches) {
+      add(&branch == &statement.branches.front() ? "if " : " else if ", branch.condition);
+      out_ += " then ";
+      print(*branch.body.front());
+    }
     if (statement.otherwise) {
       out_ += " else ";
       print(*statement.otherwise->front());
     }
     return;
   }
-  if (statement.otherwise) {
-    line("else");
-    inner(*statement.otherwise);
+  for (std::size_t i = 0; i < statement.branches.size(); ++i) {
+    add(i == 0 ? "if " : "else if ", statement.branches[i].condition);
+    out_ += " then\n";
+    const std::size_t end = i + 1 < statement.branches.size() ? statement.branches[i + 1].condition->range.offset
+                            : statement.otherwise             ? statement.otherwiseAt
+                                                              : statement.range.end();
+    inner(statement.branches[i].body, end);
+    indent();
   }
-  indent();
+  if (statement.otherwise) {
+    out_ += "else\n";
+    inner(*statement.otherwise, statement.range.end());
+    indent();
+  }
   out_ += "end if";
 }
 
@@ -202,20 +230,20 @@ void StatementPrinter::print(const Repeat& statement) {
     add(" in ", statement.items);
     break;
   }
-  blockWithEnd(statement.body, "repeat");
+  blockWithEnd(statement, statement.body, "repeat");
 }
 
 void StatementPrinter::print(const Tell& statement) {
   add("tell ", statement.target);
   if (!statement.onOneLine)
-    return blockWithEnd(statement.body, "tell");
+    return blockWithEnd(statement, statement.body, "tell");
   out_ += " to ";
   print(*statement.body.front());
 }
 
 void StatementPrinter::print(const Try& statement) {
   out_ += "try\n";
-  inner(statement.body);
+  inner(statement.body, statement.hasHandler ? statement.handlerAt : statement.range.end());
   if (statement.hasHandler) {
     indent();
     out_ += "on error";
@@ -226,7 +254,7 @@ void StatementPrinter::print(const Try& statement) {
     add(" partial result ", statement.partialResult);
     add(" to ", statement.to);
     out_ += '\n';
-    inner(statement.handler);
+    inner(statement.handler, statement.range.end());
   }
   indent();
   out_ += "end try";
@@ -253,7 +281,7 @@ void StatementPrinter::print(const Considering& statement) {
   out_ += std::string(kind) + attributes(considers ? statement.considered : statement.ignored);
   if (considers && !statement.ignored.empty())
     out_ += " but ignoring" + attributes(statement.ignored);
-  blockWithEnd(statement.body, kind);
+  blockWithEnd(statement, statement.body, kind);
 }
 
 void StatementPrinter::print(const Declare& statement) {
@@ -279,16 +307,7 @@ std::string StatementPrinter::parameters(const HandlerDefinition& handler) const
   }
   if (handler.direct)
     text += " of " + parameter(*handler.direct);
-  bool isGiven = false;
-  for (const auto& [label, labelled] : handler.labelled) {
-    if (isPreposition(label) && !isGiven) {
-      text += " " + label + " " + parameter(labelled);
-    } else {
-      text += (isGiven ? ", " : " given ") + expressions_.name(label) + ":" + parameter(labelled);
-      isGiven = true;
-    }
-  }
-  return text;
+  return text + expressions_.labelled(handler.labelled, [this](const Parameter& each) { return parameter(each); });
 }
 
 void StatementPrinter::print(const HandlerDefinition& handler) {
@@ -300,18 +319,18 @@ void StatementPrinter::print(const HandlerDefinition& handler) {
       out_ += " " + expressions_.name(parts.substr(0, colon)) + ":" + parameter(positional);
       parts.remove_prefix(colon + 1);
     }
-    return blockWithEnd(handler.body, "message");
+    return blockWithEnd(handler, handler.body, "message");
   }
   const std::string name = expressions_.handlerName(handler.name);
   out_ += "on " + name + parameters(handler);
-  blockWithEnd(handler.body, name);
+  blockWithEnd(handler, handler.body, name);
 }
 
 void StatementPrinter::print(const ScriptDefinition& script) {
   out_ += "script";
   if (!script.name.empty())
     out_ += " " + expressions_.name(script.name);
-  blockWithEnd(script.body, "script");
+  blockWithEnd(script, script.body, "script");
 }
 
 void StatementPrinter::print(const Use& use) {

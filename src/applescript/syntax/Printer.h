@@ -6,11 +6,9 @@
 
 namespace tabwright::applescript {
 
-/// Writes a tree as source text in the usual layout (one tab per level). Parsing that text gives an equal tree: the
-/// round trip that tests rely on. Comments are not kept.
+/// Writes a tree as source text in the usual layout: one tab per level, words as dictionaries have them. Comments,
+/// single empty lines, and continued line ends between the parts of lists, commands and operators stay; a comment
+/// inside of a line goes to its end. Parsing that text gives an equal tree, and printing that the same text.
 [[nodiscard]] std::string print(const SyntaxTree& tree);
-
-/// The structure of a tree as text, without ranges: what two trees are compared by in tests.
-[[nodiscard]] std::string dump(const SyntaxTree& tree);
 
 } // namespace tabwright::applescript

@@ -1,12 +1,14 @@
 #include "applescript/syntax/ScriptParser.h"
 
 #include "applescript/syntax/Children.h"
+#include "applescript/syntax/ParseExpressions.h"
+#include "applescript/syntax/ParseStatements.h"
 
 #include <fmt/core.h>
 
 #include <utility>
 
-// The parser's own tools: cursor, errors, ranges. What is parsed where: see ScriptParser.h.
+// Tools that the constructs share: lines, errors, ranges, the words of a `tell`.
 namespace tabwright::applescript {
 
 ParseResult parse(std::string source, const ApplicationDirectory& directory, const ParserLimits& limits) {
@@ -18,6 +20,7 @@ ParseResult parse(std::string source, const ApplicationDirectory& directory, con
   auto tree = std::make_unique<SyntaxTree>();
   tree->source = std::move(source);
   TokenList tokens = tokenize(tree->source);
+  tree->comments = std::move(tokens.comments);
   ScriptParser parser(*tree, tokens, directory, limits);
   result.errors = parser.run();
   if (result.errors.empty())
@@ -27,24 +30,23 @@ ParseResult parse(std::string source, const ApplicationDirectory& directory, con
 
 ScriptParser::ScriptParser(SyntaxTree& tree, TokenList& tokens, const ApplicationDirectory& directory,
                            const ParserLimits& limits)
-    : TokenCursor(tokens.tokens), tree_(tree), list_(tokens), directory_(directory), limits_(limits) {
-  tree_.terminologies.push_back(&languageTerminology());
+    : TokenCursor(tokens.tokens), tree(tree), directory(directory), list_(tokens), limits_(limits) {
+  tree.terminologies.push_back(&languageTerminology());
 }
 
 std::vector<ScriptError> ScriptParser::run() {
-  errors_ = std::move(list_.errors);
-  findLabelledHandlers();
+  errors = std::move(list_.errors);
   try {
-    tree_.body = parseScriptBody(true);
+    tree.body = parseScriptBody(*this);
   } catch (const EnoughErrors&) {
-    // What has been found is in errors_.
+    // Those found so far stand in `errors`.
   }
-  std::ranges::sort(errors_, {}, [](const ScriptError& error) {
+  std::ranges::sort(errors, {}, [](const ScriptError& error) {
     return std::pair<std::size_t, std::string>(error.range()->offset, error.sentence());
   });
-  if (errors_.size() > limits_.errors)
-    errors_.erase(errors_.begin() + static_cast<std::ptrdiff_t>(limits_.errors), errors_.end());
-  return std::move(errors_);
+  if (errors.size() > limits_.errors)
+    errors.erase(errors.begin() + static_cast<std::ptrdiff_t>(limits_.errors), errors.end());
+  return std::move(errors);
 }
 
 ScriptParser::Nesting::Nesting(ScriptParser& parser) : parser_(parser) {
@@ -56,7 +58,60 @@ ScriptParser::Nesting::Nesting(ScriptParser& parser) : parser_(parser) {
   ++parser_.depth_;
 }
 
-// --------------------------------------------------------------------- cursor
+ScriptParser::Inside::Inside(ScriptParser& parser, const Expression* target) : scope_(parser.scope) {
+  if (target && (as<Me>(*target) || as<CurrentApplication>(*target)))
+    scope_.enterOwnTell();
+  else
+    scope_.enterTell(parser.terminologyOf(target));
+}
+
+Block ScriptParser::parseLines(bool (*isEnd)(const ScriptParser&), StatementPointer (*parse)(ScriptParser&)) {
+  Block block;
+  while (true) {
+    while (token().kind == Token::Kind::lineEnd)
+      advance();
+    if (isEnd(*this))
+      return block;
+    startLine();
+    parseLine([&] {
+      block.push_back(parse(*this));
+      requireLineEnd();
+    });
+  }
+}
+
+void ScriptParser::startLine() {
+  activeCommands.clear(); // an error may have left some
+  std::vector<const Terminology*> mentioned;
+  while (nextMention_ < list_.mentions.size() && list_.mentions[nextMention_].firstOfLine <= position()) {
+    const TokenList::Mention& mention = list_.mentions[nextMention_++];
+    const std::string_view name = all()[mention.name].text;
+    const Terminology* terminology = mention.isID ? directory.terminologyByID(name) : directory.terminologyByName(name);
+    if (terminology && mention.firstOfLine == position())
+      mentioned.push_back(terminology);
+    if (terminology && std::ranges::find(tree.terminologies, terminology) == tree.terminologies.end())
+      tree.terminologies.push_back(terminology);
+  }
+  scope.startLine(std::move(mentioned));
+}
+
+const Terminology* ScriptParser::terminologyOf(const Expression* expression) const {
+  if (!expression)
+    return nullptr;
+  if (const auto* property = as<PropertyAccess>(*expression))
+    return terminologyOf(property->container.get());
+  if (const auto* element = as<ElementAccess>(*expression))
+    return terminologyOf(element->container.get());
+  if (const auto* brackets = as<Parenthesized>(*expression))
+    return terminologyOf(brackets->inner.get());
+  const auto* application = as<ApplicationReference>(*expression);
+  const auto* literal = application ? as<Literal>(*application->designation) : nullptr;
+  const std::string* name = literal ? literal->value.text() : nullptr;
+  if (!name)
+    return nullptr; // a target that only the run knows
+  return application->by == ApplicationReference::By::id ? directory.terminologyByID(*name)
+                                                         : directory.terminologyByName(*name);
+}
 
 void ScriptParser::require(Keyword keyword) {
   if (!accept(keyword))
@@ -75,10 +130,8 @@ void ScriptParser::requireLineEnd() {
     fail("end of line");
 }
 
-// --------------------------------------------------------------------- errors
-
 std::string ScriptParser::describeFound() const {
-  if (const auto matches = scope_.match(rest()); !matches.empty() && !isVariableDespite(matches))
+  if (const auto matches = scope.match(rest()); !matches.empty() && !isVariableDespite(*this, matches))
     return std::string(describe(matches.front()));
   return describe(token());
 }
@@ -92,23 +145,17 @@ void ScriptParser::report(ScriptError error) {
   if (place == lastErrorAt_) // one mistake shows in several ways
     return;
   lastErrorAt_ = place;
-  errors_.push_back(std::move(error));
-  if (errors_.size() >= limits_.errors)
+  errors.push_back(std::move(error));
+  if (errors.size() >= limits_.errors)
     throw EnoughErrors();
 }
-
-// ---------------------------------------------------------------------- nodes
 
 void ScriptParser::setRange(Expression& node, std::size_t startOffset) {
   node.range = rangeFrom(startOffset);
   updateHeight(node);
 }
 
-void ScriptParser::setRange(Statement& node, std::size_t startOffset) const {
-  node.range = rangeFrom(startOffset);
-}
-
-void ScriptParser::updateHeight(Expression& node) {
+void ScriptParser::updateHeight(Expression& node) const {
   std::uint32_t below = 0;
   forEachChild(node, [&](const Expression& child) { below = std::max(below, child.height); });
   node.height = below + 1;

@@ -2,18 +2,13 @@
 
 #include "applescript/lexer/Lexer.h"
 #include "applescript/lexer/SyntaxErrors.h"
-#include "applescript/syntax/Operators.h"
 #include "applescript/syntax/Parser.h"
 #include "applescript/syntax/TokenCursor.h"
 #include "applescript/syntax/Tree.h"
 #include "applescript/syntax/WordScope.h"
 
-#include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <memory>
-#include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -21,14 +16,15 @@
 
 namespace tabwright::applescript {
 
-/// The parser behind `parse`: recursive descent over the tokens, one function per construct, spread over files by kind
-/// of construct (ParseBlocks, ParseStatements, ParseExpressions, ParseReferences, …). What a word of the grammar begins
-/// stands in WordRules.cpp, the operators in Operators.cpp.
+/// The parser behind `parse`: recursive descent over the tokens. It holds what the constructs have in common: the
+/// place in the text, the words that mean something there, the errors found so far.
 ///
-/// A parse function starts at the construct's first token and leaves the cursor behind its last. It throws the
-/// ScriptError of the first thing that doesn't fit; `parseStatements` and `parseHeader` catch, note the error, and go
-/// on at the next line.
-class ScriptParser : private TokenCursor {
+/// The constructs are functions over it, one each, in files by kind; `p` is the parser in all of them. A parse function
+/// starts at the construct's first token and leaves the cursor behind its last. It throws the ScriptError of the first
+/// thing that doesn't fit; `parseLine` catches, notes the error, and goes on at the next line. A function that several
+/// files call is declared in ParseExpressions.h, ParseReferences.h, ParseCommands.h or ParseStatements.h. The words
+/// that begin a construct stand in WordRules.cpp, the operators in Operators.cpp.
+class ScriptParser : public TokenCursor {
 public:
   /// Fills in `tree.body` and the tables of `tree`, whose `source` is set and was cut into `tokens`. All must outlive
   /// the parser, which takes the errors out of `tokens`.
@@ -36,10 +32,6 @@ public:
 
   /// Once per object.
   std::vector<ScriptError> run();
-
-private:
-  /// Ends the whole parse: enough errors have been found.
-  struct EnoughErrors {};
 
   /// Counts how deep the parser is inside the script, and gives up beyond the limit.
   class Nesting {
@@ -53,34 +45,37 @@ private:
     ScriptParser& parser_;
   };
 
-  // ---- Words of the grammar (WordRules.cpp)
-  /// A word behind a command, as the beginning of its argument.
-  enum class Argument {
-    asTerm,   ///< only as a dictionary's word, or a name of the script's own
-    always,   ///< begins one
-    beforeOf, ///< begins one with `of` behind it
-  };
-  /// The constructs that a word of the grammar begins. Null for none; the functions answer null where what follows
-  /// doesn't fit.
-  struct WordRule {
-    Keyword word = Keyword::none;
-    Argument argument = Argument::asTerm;
-    ExpressionPointer (*expression)(ScriptParser&) = nullptr;
-    StatementPointer (ScriptParser::*statement)() = nullptr;
-  };
-  [[nodiscard]] static const WordRule& ruleFor(Keyword word);
+  /// The inside of a `tell`, with the words that its target brings; null for a target that only the run knows.
+  class Inside {
+  public:
+    Inside(ScriptParser& parser, const Expression* target);
+    ~Inside() { scope_.leaveTell(); }
+    Inside(const Inside&) = delete;
+    Inside& operator=(const Inside&) = delete;
 
-  // ---- Tools (ScriptParser.cpp)
+  private:
+    WordScope& scope_;
+  };
+
   void require(Keyword keyword);
   void require(Symbol symbol, std::string_view expected);
   void requireLineEnd();
+  /// Parses `item, item, …` up to the closing sign, which is taken too.
+  template <class Parse>
+  void parseItems(Symbol closing, Parse parse);
 
-  // ---- Errors (ScriptParser.cpp)
+  /// Runs `parse`. An error is noted and the rest of the line skipped; then false.
+  template <class Parse>
+  bool parseLine(Parse parse);
+  /// The lines up to one that `isEnd` sees, each read by `parse`.
+  Block parseLines(bool (*isEnd)(const ScriptParser&), StatementPointer (*parse)(ScriptParser&));
+  /// At a line's first token: forgets what belonged to the line before.
+  void startLine();
+
   [[noreturn]] void fail(std::string_view expected) const;
   void report(ScriptError error);
   [[nodiscard]] std::string describeFound() const;
 
-  // ---- Nodes (ScriptParser.cpp)
   /// Sets the range, from the start to the last token taken, and the height. Throws when the tree gets too high.
   template <class Node>
   std::unique_ptr<Node> finish(std::unique_ptr<Node> node, std::size_t startOffset) {
@@ -88,187 +83,43 @@ private:
     return node;
   }
   void setRange(Expression& node, std::size_t startOffset);
-  void setRange(Statement& node, std::size_t startOffset) const;
-  void updateHeight(Expression& node);
+  void setRange(Statement& node, std::size_t startOffset) const { node.range = rangeFrom(startOffset); }
+  void updateHeight(Expression& node) const;
 
-  // ---- Blocks (ParseBlocks.cpp)
-  Block parseStatements();
-  /// Parses the body of a block of that kind and its `end`.
-  Block parseBody(Keyword kind);
-  void finishBlock(Keyword kind);
-  [[nodiscard]] bool isEndOfBlock() const;
-  /// Runs `parse` and expects the line to end there. An error is noted and the rest of the line skipped; then false.
-  template <class Parse>
-  bool parseHeader(Parse parse);
-  /// Parses a `tell`'s inside, with the words that its target brings.
-  template <class Parse>
-  void insideTell(const Expression* target, Parse parse);
-  void explainByUnknownApplication(const Expression* target, std::size_t firstError);
+  /// The dictionary of the application that an expression names literally; null for any other.
   [[nodiscard]] const Terminology* terminologyOf(const Expression* expression) const;
-  void startLine();
-  /// Whether a keyword stands between a token and the cursor.
-  [[nodiscard]] bool lineHas(std::size_t first, Keyword keyword) const;
 
-  StatementPointer parseIf();
-  bool parseCondition(ExpressionPointer& condition, bool& onOneLine);
-  StatementPointer parseRepeat();
-  void parseRepeatHeader(Repeat& repeat);
-  StatementPointer parseTell();
-  StatementPointer parseTry();
-  void parseErrorHeader(Try& statement);
+  SyntaxTree& tree;
+  const ApplicationDirectory& directory;
+  WordScope scope;
+  std::vector<ScriptError> errors;
+  std::vector<Keyword> openBlocks;
+  std::size_t repeats = 0; ///< `repeat` blocks around the cursor, within the handler
+  /// Commands whose arguments are being read, since the last bracket: their parameters' words end an expression.
+  std::vector<const Command*> activeCommands;
+  FoldedNames labelledHandlers; ///< `on f of x from a`, found before the parse
 
-  // ---- More blocks (ParseScopes.cpp)
-  StatementPointer parseConsidering();
-  void parseAttributes(std::vector<Considering::Attribute>& attributes);
-  StatementPointer parseWith();
-  StatementPointer parseTimeout();
-  StatementPointer parseTransaction();
-  StatementPointer parseUsingTerms();
+private:
+  /// Ends the whole parse: enough errors have been found.
+  struct EnoughErrors {};
 
-  // ---- Statements (ParseStatements.cpp)
-  StatementPointer parseStatement();
-  StatementPointer parseSet();
-  StatementPointer parseCopy();
-  StatementPointer parseReturn();
-  StatementPointer parseError();
-  StatementPointer parseExit();
-  StatementPointer parseContinue();
-  StatementPointer parseDeclaration();
-  StatementPointer parseExpressionStatement();
-  /// What `set` and `copy` may change.
-  ExpressionPointer parseTarget();
-  void requireTarget(const Expression& target, const Token& first) const;
-  /// A name that becomes a variable here.
-  std::unique_ptr<Variable> parseBinding();
-  /// Whether the word at the cursor may become a variable here.
-  [[nodiscard]] bool canBind() const;
-
-  // ---- Definitions (ParseDefinitions.cpp)
-  Block parseScriptBody(bool isWhole);
-  StatementPointer parseDefinition();
-  StatementPointer parsePropertyDefinition();
-  StatementPointer parseHandler();
-  void finishHandlerBadly(const std::string& name);
-  void parseHandlerHeader(HandlerDefinition& handler);
-  void parsePositionalParameters(HandlerDefinition& handler);
-  void parseLabelledParameters(HandlerDefinition& handler);
-  void parseMessageParameters(HandlerDefinition& handler);
-  Parameter parseParameter();
-  ExpressionPointer parsePattern();
-  StatementPointer parseScript();
-  StatementPointer parseUse();
-  void checkDuplicates(const Block& body, bool isWhole);
-  void findLabelledHandlers();
-  [[nodiscard]] bool startsDefinition() const;
-  [[nodiscard]] bool startsUse() const;
-
-  // ---- Expressions (ParseExpressions.cpp)
-  ExpressionPointer parseExpression();
-  ExpressionPointer parseBinary(Precedence lowest);
-  ExpressionPointer parseOperand(Precedence lowest);
-  ExpressionPointer parseSigned();
-  /// An operator that stands behind its operand.
-  ExpressionPointer parseSuffix(ExpressionPointer operand, OperatorMatch match);
-  ExpressionPointer parseType();
-  /// Whether the cursor is at something that belongs to a construct around the expression.
-  [[nodiscard]] bool isStopped() const;
-  [[nodiscard]] bool canStartExpression() const;
-
-  // ---- Primaries (ParsePrimaries.cpp, ParseLiterals.cpp, ParseRaw.cpp)
-  ExpressionPointer parsePrimary();
-  ExpressionPointer parseThe();
-  ExpressionPointer parseTerm(const TermMatches& matches);
-  ExpressionPointer parseName();
-  ExpressionPointer parseNumber();
-  ExpressionPointer parseParenthesized();
-  ExpressionPointer parseBraces();
-  ExpressionPointer parseApplication();
-  ExpressionPointer parseReferenceTo(std::size_t words);
-  ExpressionPointer parseConstant(const Term& term);
-  Label parseLabel();
-  [[nodiscard]] bool isLabelAhead() const;
-  ExpressionPointer makeLiteral(Value value, std::size_t tokens, std::string words = {});
-  ExpressionPointer parseRaw();
-  ExpressionPointer parseSimple(Expression::Kind kind, std::size_t words);
-  /// Takes one token and returns its offset.
-  std::size_t consumeOne();
-  /// Whether something that picks elements of a class stands behind its words: `3`, `id 5`, `before …`.
-  [[nodiscard]] bool startsElementKey(std::size_t words) const;
-  /// Whether a bare word is a variable although dictionaries have it.
-  [[nodiscard]] bool isVariableDespite(const TermMatches& matches) const;
-
-  // ---- References (ParseReferences.cpp, ParseElements.cpp)
-  ExpressionPointer parseChain();
-  ExpressionPointer parseContained();
-  ExpressionPointer parsePossessives(ExpressionPointer head);
-  ExpressionPointer parseMember();
-  ExpressionPointer parseMessage();
-  ExpressionPointer parseMemberOf(Expression::Kind owner);
-  /// Puts a container around the innermost end of a reference: `name of first tab` and `w` give `name of first tab of
-  /// w`.
-  void attach(ExpressionPointer& node, ExpressionPointer container, Joint joint);
-  void parseTest(ExpressionPointer& node);
-  [[nodiscard]] bool isOf() const;
-
-  struct FoundClass {
-    ClassName name;
-    bool isPlural = false;
-  };
-  /// The class that stands at the cursor, which then is behind it; nothing, and the cursor stays.
-  std::optional<FoundClass> acceptClass();
-  FoundClass requireClass();
-  ExpressionPointer parseElement(FoundClass found, std::size_t startOffset);
-  ExpressionPointer parseEvery();
-  ExpressionPointer parsePicked(ElementAccess::Form form);
-  ExpressionPointer parseOrdinal(std::int64_t number);
-  ExpressionPointer parseInsertionPoint(InsertionPoint::Where where, std::size_t words);
-  ExpressionPointer parseKey();
-  ExpressionPointer parseRangeEnd();
-  [[nodiscard]] bool canStartKey(std::size_t ahead = 0) const;
-  [[nodiscard]] bool isStoppedAt(std::size_t ahead) const;
-  std::unique_ptr<ElementAccess> makeElement(ElementAccess::Form form, FoundClass found);
-
-  // ---- Commands and calls (ParseCommands.cpp)
-  ExpressionPointer parseCommand(const Term& term, std::size_t words);
-  void parseArguments(Command& command);
-  bool parseArgument(Command& command);
-  ExpressionPointer parseArgumentValue(FourCharCode code);
-  bool parseSwitches(Command& command);
-  struct FoundParameter {
-    const ParameterTerm* term = nullptr;
-    std::size_t tokens = 0;
-  };
-  [[nodiscard]] FoundParameter findParameter(const Command& command, std::size_t ahead = 0) const;
-  ExpressionPointer parseCount(std::size_t words);
-  ExpressionPointer parseCall(std::string name, std::size_t startOffset);
-  ExpressionPointer parseLabelledCall(std::string name, std::size_t startOffset);
-  void parsePrepositions(HandlerCall& call);
-  void parseGiven(HandlerCall& call);
-  std::vector<ExpressionPointer> parseCallArguments();
-  ExpressionPointer parseRawEvent(std::string_view codes);
-  /// The preposition of a labelled parameter at the cursor and its tokens: `from`, `out of`.
-  [[nodiscard]] std::pair<std::string_view, std::size_t> findPreposition(std::size_t ahead = 0) const;
-  [[nodiscard]] bool startsLabelledArguments(std::string_view name) const;
-
-  SyntaxTree& tree_;
   TokenList& list_;
-  const ApplicationDirectory& directory_;
   const ParserLimits limits_;
-
   std::size_t depth_ = 0;
   std::size_t nextMention_ = 0;
-  std::size_t repeats_ = 0; ///< `repeat` blocks around the cursor, within the handler
   std::size_t lastErrorAt_ = std::string::npos;
-  std::vector<ScriptError> errors_;
-  std::vector<Keyword> openBlocks_;
-  WordScope scope_;
-  /// Commands whose arguments are being read, since the last bracket: their parameters' words end an expression.
-  std::vector<const Command*> activeCommands_;
-  FoldedNames labelledHandlers_; ///< `on f of x from a`, found before the parse
 };
 
 template <class Parse>
-bool ScriptParser::parseHeader(Parse parse) {
+void ScriptParser::parseItems(Symbol closing, Parse parse) {
+  do
+    parse();
+  while (accept(Symbol::comma));
+  require(closing, closing == Symbol::closeBrace ? "“,” or “}”" : "“,” or “)”");
+}
+
+template <class Parse>
+bool ScriptParser::parseLine(Parse parse) {
   try {
     parse();
     return true;
@@ -277,21 +128,6 @@ bool ScriptParser::parseHeader(Parse parse) {
     skipLine();
     return false;
   }
-}
-
-template <class Parse>
-void ScriptParser::insideTell(const Expression* target, Parse parse) {
-  if (target && (target->kind == Expression::Kind::me || target->kind == Expression::Kind::currentApplication))
-    scope_.enterOwnTell();
-  else
-    scope_.enterTell(terminologyOf(target));
-  try {
-    parse();
-  } catch (...) {
-    scope_.leaveTell();
-    throw;
-  }
-  scope_.leaveTell();
 }
 
 } // namespace tabwright::applescript

@@ -33,10 +33,15 @@ public:
   [[nodiscard]] std::size_t position() const { return position_; }
   void moveTo(std::size_t position) { position_ = position; }
   void advance(std::size_t count = 1) { position_ = std::min(position_ + count, tokens_.size() - 1); }
+  /// The token at the cursor is that keyword or symbol.
+  template <class Sign>
+  [[nodiscard]] bool at(Sign sign) const {
+    return token().is(sign);
+  }
   /// Takes the token if it is that keyword or symbol.
   template <class Sign>
   bool accept(Sign sign) {
-    if (!token().is(sign))
+    if (!at(sign))
       return false;
     advance();
     return true;

@@ -33,8 +33,8 @@ private:
   std::size_t size_ = 0;
 };
 
-/// What words mean at one place of a script: which dictionaries hold there, and which names the script itself has
-/// bound.
+/// The meaning of words at one place of a script: the dictionaries that hold there, and the names that the script
+/// itself has bound.
 ///
 /// Dictionaries are asked from the innermost `tell` outwards, then those of `use`, then the language's own, and last
 /// those of applications named later on the same line (`name of window 1 of application "X"`). The longest term wins;
@@ -62,7 +62,7 @@ public:
   void enterBody() { names_.emplace_back(); }
   void leaveBody() { names_.pop_back(); }
   void bind(std::string_view name) { names_.back().insert(name); }
-  /// Whether the script has bound that word, here or around.
+  /// The script has bound that word, here or around.
   [[nodiscard]] bool isBound(std::string_view name) const;
 
   /// The terms that the tokens begin with: all of the longest length, the preferred first.

@@ -63,7 +63,7 @@ public:
   [[nodiscard]] std::span<const Match> longestMatch(std::span<const std::string_view> words) const;
   /// Words of the longest term: no more need be given to `longestMatch`.
   [[nodiscard]] std::size_t longest() const { return longest_; }
-  /// Whether some term begins with that word.
+  /// Some term begins with that word.
   [[nodiscard]] bool hasFirstWord(std::string_view word) const;
 
   /// The words for a code, for the printer and for messages; null when the table has none.

@@ -3,11 +3,10 @@
 #include "applescript/values/Value.h"
 
 #include <string>
-#include <vector>
 
 namespace tabwright::applescript {
 
-/// What coercions need to know of the script: what joins the items of a list that becomes text.
+/// The part of a script that coercions depend on: the text between the items of a list that becomes text.
 struct CoercionContext {
   std::string textItemDelimiter;
 };

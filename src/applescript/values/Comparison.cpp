@@ -40,7 +40,7 @@ bool hasFields(const Record& whole, const Record& part, const TextAttributes& at
   });
 }
 
-/// Whether a value equals `right`: it is of the same kind, and the same in that kind's sense.
+/// A value equals `right` when it is of the same kind, and the same in that kind's sense.
 struct EqualVisitor {
   const Value& right;
   const TextAttributes& attributes;

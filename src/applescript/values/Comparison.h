@@ -4,8 +4,6 @@
 #include "applescript/values/TextComparison.h"
 #include "applescript/values/Value.h"
 
-#include <optional>
-
 namespace tabwright::applescript {
 
 /// Comparisons of values, with references and foreign objects inside lists and records looked through. Object

@@ -1,5 +1,7 @@
 #include "applescript/values/Names.h"
 
+#include "applescript/terminology/FoldedWords.h"
+
 #include <unicode/unistr.h>
 
 #include <algorithm>
@@ -10,10 +12,6 @@ namespace {
 
 bool isASCII(char c) {
   return static_cast<unsigned char>(c) < 0x80;
-}
-
-char lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }
 
 } // namespace
@@ -28,7 +26,7 @@ std::string foldedName(std::string_view name) {
   std::string folded;
   if (std::ranges::all_of(name, isASCII)) {
     folded.resize(name.size());
-    std::ranges::transform(name, folded.begin(), lower);
+    std::ranges::transform(name, folded.begin(), foldedLetter);
   } else {
     icu::UnicodeString::fromUTF8({name.data(), static_cast<int32_t>(name.size())}).foldCase().toUTF8String(folded);
   }
@@ -43,7 +41,7 @@ bool sameName(std::string_view left, std::string_view right) {
     const char b = right[index];
     if (!isASCII(a) || !isASCII(b))
       return foldedName(left) == foldedName(right);
-    if (a != b && lower(a) != lower(b))
+    if (foldedLetter(a) != foldedLetter(b))
       return false;
   }
   return left.size() == right.size();

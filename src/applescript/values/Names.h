@@ -5,7 +5,7 @@
 
 namespace tabwright::applescript {
 
-/// Whether two names of a script (variables, handlers, labels) are one: case doesn't count.
+/// Two names of a script (variables, handlers, labels) are one: case doesn't count.
 [[nodiscard]] bool sameName(std::string_view left, std::string_view right);
 
 /// The name may stand in source without bars, unless the word means something else there.

@@ -4,8 +4,6 @@
 #include "applescript/values/Value.h"
 
 #include <memory>
-#include <string>
-#include <variant>
 #include <vector>
 
 namespace tabwright::applescript {
@@ -40,7 +38,7 @@ struct SpecifierTest {
   // The others: one operand for `negation`, two or more for `both` and `either`.
   std::vector<std::shared_ptr<const SpecifierTest>> operands;
 
-  /// Whether texts differ when only their case does (`considering case`).
+  /// Texts differ even when only their case does (`considering case`).
   bool considersCase = false;
 };
 
@@ -95,7 +93,7 @@ struct ObjectSpecifier {
 
 /// The node without container that a chain hangs from.
 [[nodiscard]] const ObjectSpecifier& rootOf(const ObjectSpecifier& specifier);
-/// Whether the two name the same thing in the same words: equal steps of the same application. Asks no application.
+/// The two name the same thing in the same words: equal steps of the same application. Asks no application.
 [[nodiscard]] bool sameSpecifier(const ObjectSpecifier& left, const ObjectSpecifier& right);
 
 } // namespace tabwright::applescript

@@ -104,23 +104,7 @@ Value looked(Value value, ForeignObjects foreignObjects) {
       return value;
     return (*foreign)->unwrapped().value_or(value);
   }
-  if (const auto* list = value.get<Value::ListPointer>()) {
-    const Traversal traversal;
-    auto copy = std::make_shared<List>();
-    copy->items.reserve((*list)->items.size());
-    for (const Value& item : (*list)->items)
-      copy->items.push_back(looked(item, foreignObjects));
-    return copy;
-  }
-  if (const auto* record = value.get<Value::RecordPointer>()) {
-    const Traversal traversal;
-    auto copy = std::make_shared<Record>();
-    copy->fields.reserve((*record)->fields.size());
-    for (const auto& [label, field] : (*record)->fields)
-      copy->fields.emplace_back(label, looked(field, foreignObjects));
-    return copy;
-  }
-  return value;
+  return rebuilt(value, [&](const Value& part) { return looked(part, foreignObjects); }).value_or(value);
 }
 
 } // namespace

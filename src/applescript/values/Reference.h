@@ -18,17 +18,17 @@ class Reference {
 public:
   virtual ~Reference() = default;
 
-  /// What is at the place now. Throws ScriptError −1728 when the place is gone (an item beyond the end of its list).
+  /// The value at the place now. Throws ScriptError −1728 when the place is gone (an item beyond the end of its list).
   [[nodiscard]] virtual Value value() const = 0;
   /// Throws ScriptError −10006 where nothing can be put.
   virtual void assign(Value value) const = 0;
   /// Source form of the place, such as `item 1 of {1, 2}`.
   [[nodiscard]] virtual std::string description() const = 0;
-  /// What it keeps alive to read from: a list, a record, a variable's value; `nothing` for anything else.
+  /// The value that it keeps alive to read from: a list, a record, a variable's value; `nothing` for anything else.
   [[nodiscard]] virtual Value holder() const { return Value::nothing(); }
-  /// Whether the two name one place.
+  /// The two name one place.
   [[nodiscard]] virtual bool isSamePlace(const Reference& other) const { return this == &other; }
-  /// Whether `is` looks through it too. A reference does that once it has been handed to a handler: for the handler,
+  /// `is` looks through it too. A reference allows that once it has been handed to a handler: for the handler,
   /// its parameter is the value.
   [[nodiscard]] virtual bool comparesAsValue() const { return false; }
   /// The same place, as a handler's parameter.

@@ -31,7 +31,7 @@ public:
 
   /// By index of the layout; `nothing` where not defined yet.
   std::vector<Value> variables;
-  /// Where messages go that this one has no handler for; `nothing` without a `parent` property.
+  /// The receiver of messages that this one has no handler for; `nothing` without a `parent` property.
   Value parent = Value::nothing();
 
   /// The script object of `parent`, null when it is none.

@@ -32,7 +32,7 @@ public:
   /// its stop is requested.
   virtual Value handle(const AppleEventMessage& message) = 0;
 
-  /// Whether the application runs now (`application "X" is running`). Never starts it.
+  /// The application runs now (`application "X" is running`). Never starts it.
   [[nodiscard]] virtual bool isRunning() = 0;
 };
 

@@ -2,7 +2,6 @@
 // share their parts or of a list that holds itself must not cost more than what is shown of it.
 #include "applescript/values/SourceForm.h"
 
-#include "applescript/terminology/Codes.h"
 #include "applescript/terminology/Terminology.h"
 #include "applescript/values/Dates.h"
 #include "applescript/values/ForeignObject.h"
@@ -16,7 +15,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <limits>
+#include <array>
 
 namespace tabwright::applescript {
 
@@ -242,37 +241,12 @@ std::string stepSourceForm(const ObjectSpecifier& step, StepWords words) {
 }
 
 std::string wordsBeforeKey(ObjectSpecifier::Form form, StepWords words) {
-  using Form = ObjectSpecifier::Form;
-  switch (form) {
-  case Form::application:
-    return "application";
-  case Form::tested:
-    return "it";
-  case Form::property:
-    return std::string(words.singular);
-  case Form::index:
-  case Form::name:
-    return fmt::format("{} ", words.singular);
-  case Form::id:
-    return fmt::format("{} id ", words.singular);
-  case Form::middle:
-    return fmt::format("middle {}", words.singular);
-  case Form::some:
-    return fmt::format("some {}", words.singular);
-  case Form::every:
-    return fmt::format("every {}", words.singular);
-  case Form::range:
-    return fmt::format("{} ", words.plural);
-  case Form::before:
-    return fmt::format("{} before", words.singular);
-  case Form::after:
-    return fmt::format("{} after", words.singular);
-  case Form::beginning:
-    return "beginning";
-  case Form::end:
-    return "end";
-  }
-  return {};
+  /// In the order of ObjectSpecifier::Form.
+  static constexpr auto patterns =
+      std::to_array<std::string_view>({"application", "it", "{0}", "{0} ", "middle {0}", "some {0}", "every {0}",
+                                       "{0} ", "{0} id ", "{1} ", "{0} before", "{0} after", "beginning", "end"});
+  static_assert(patterns.size() == static_cast<std::size_t>(ObjectSpecifier::Form::end) + 1);
+  return fmt::format(fmt::runtime(patterns[static_cast<std::size_t>(form)]), words.singular, words.plural);
 }
 
 std::string sourceForm(const Value& value) {

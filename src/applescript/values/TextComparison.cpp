@@ -3,6 +3,8 @@
 // point by code point, so that a search can tell lengths in the text itself.
 #include "applescript/values/TextComparison.h"
 
+#include "applescript/terminology/FoldedWords.h"
+
 #include <unicode/coll.h>
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
@@ -21,9 +23,7 @@ bool isASCII(std::string_view text) {
   return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-char lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
+constexpr auto sameLetter = [](char a, char b) { return foldedLetter(a) == foldedLetter(b); };
 
 bool ignoresOnlyCase(const TextAttributes& attributes) {
   return attributes.considersDiacriticals && attributes.considersHyphens && attributes.considersPunctuation &&
@@ -106,8 +106,7 @@ bool textEquals(std::string_view left, std::string_view right, const TextAttribu
   if (ignoresOnlyCase(attributes) && longer.size() > 3 * shorter.size() && isASCII(shorter))
     return false;
   if (ignoresOnlyCase(attributes) && isASCII(left) && isASCII(right)) {
-    return !attributes.considersCase && left.size() == right.size() &&
-           std::ranges::equal(left, right, [](char a, char b) { return lower(a) == lower(b); });
+    return !attributes.considersCase && equalFolded(left, right);
   }
   return keyOf(left, attributes) == keyOf(right, attributes);
 }
@@ -134,8 +133,7 @@ bool textContains(std::string_view text, std::string_view part, const TextAttrib
   if (ignoresOnlyCase(attributes) && isASCII(text) && isASCII(part)) {
     if (attributes.considersCase)
       return text.find(part) != std::string_view::npos;
-    return !std::ranges::search(text, part, [](char a, char b) { return lower(a) == lower(b); }).empty() ||
-           part.empty();
+    return !std::ranges::search(text, part, sameLetter).empty() || part.empty();
   }
   return keyOf(text, attributes).find(keyOf(part, attributes)) != std::u32string::npos;
 }
@@ -202,9 +200,8 @@ std::optional<TextMatch> TextSearch::find(std::string_view part, std::size_t fro
     return {};
   if (isASCII_ && isASCII(part)) {
     const std::string_view tail = text_.substr(from);
-    const auto found = attributes_.considersCase
-                           ? std::ranges::search(tail, part)
-                           : std::ranges::search(tail, part, [](char a, char b) { return lower(a) == lower(b); });
+    const auto found =
+        attributes_.considersCase ? std::ranges::search(tail, part) : std::ranges::search(tail, part, sameLetter);
     if (found.empty())
       return {};
     return TextMatch{from + static_cast<std::size_t>(found.begin() - tail.begin()), part.size()};

@@ -8,8 +8,8 @@
 
 namespace tabwright::applescript {
 
-/// What counts when texts are compared: set by `considering` and `ignoring` around the comparison. As it stands: case
-/// doesn't, everything else does, and digits are characters like others.
+/// The rules by which texts are compared: set by `considering` and `ignoring` around the comparison. By themselves case
+/// doesn't count, everything else does, and digits are characters like others.
 struct TextAttributes {
   bool considersCase = false;
   bool considersDiacriticals = true;

@@ -23,7 +23,7 @@ struct TextRange {
 [[nodiscard]] std::vector<TextRange> charactersOf(const std::string& text);
 /// Words by the rules of Unicode Standard Annex #29; blanks and punctuation between them belong to none.
 [[nodiscard]] std::vector<TextRange> wordsOf(const std::string& text);
-/// What stands between delimiters. Empty delimiters are passed over; with none left, each character is an item.
+/// The stretches between delimiters. Empty delimiters are passed over; with none left, each character is an item.
 [[nodiscard]] std::vector<TextRange> textItemsOf(const std::string& text, const std::vector<std::string>& delimiters,
                                                  const TextAttributes& attributes);
 
@@ -57,7 +57,7 @@ public:
   [[nodiscard]] std::size_t count(const Text& text);
   /// `position` is 0-based and below the count.
   [[nodiscard]] TextRange character(const Text& text, std::size_t position);
-  /// How many characters begin before a byte.
+  /// The number of characters that begin before a byte.
   [[nodiscard]] std::size_t charactersBefore(const Text& text, std::size_t offset);
 
 private:

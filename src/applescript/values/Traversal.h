@@ -1,6 +1,10 @@
 #pragma once
 
+#include "applescript/values/Value.h"
+
 #include <cstddef>
+#include <memory>
+#include <optional>
 
 namespace tabwright::applescript {
 
@@ -23,5 +27,27 @@ private:
   static thread_local std::size_t depth;
   static thread_local std::size_t steps;
 };
+
+/// A list or record made anew of what `part` makes of each of its values; nothing for a value that is neither.
+template <class Part>
+[[nodiscard]] std::optional<Value> rebuilt(const Value& value, Part part) {
+  if (const auto* list = value.get<Value::ListPointer>()) {
+    const Traversal traversal;
+    auto copy = std::make_shared<List>();
+    copy->items.reserve((*list)->items.size());
+    for (const Value& item : (*list)->items)
+      copy->items.push_back(part(item));
+    return copy;
+  }
+  if (const auto* record = value.get<Value::RecordPointer>()) {
+    const Traversal traversal;
+    auto copy = std::make_shared<Record>();
+    copy->fields.reserve((*record)->fields.size());
+    for (const auto& [label, field] : (*record)->fields)
+      copy->fields.emplace_back(label, part(field));
+    return copy;
+  }
+  return {};
+}
 
 } // namespace tabwright::applescript

@@ -53,23 +53,7 @@ Value Value::list(std::vector<Value> items) {
 }
 
 Value Value::deepCopy() const {
-  if (const auto* list = get<ListPointer>()) {
-    const Traversal traversal;
-    auto copy = std::make_shared<List>();
-    copy->items.reserve((*list)->items.size());
-    for (const Value& item : (*list)->items)
-      copy->items.push_back(item.deepCopy());
-    return copy;
-  }
-  if (const auto* record = get<RecordPointer>()) {
-    const Traversal traversal;
-    auto copy = std::make_shared<Record>();
-    copy->fields.reserve((*record)->fields.size());
-    for (const auto& [label, value] : (*record)->fields)
-      copy->fields.emplace_back(label, value.deepCopy());
-    return copy;
-  }
-  return *this;
+  return rebuilt(*this, [](const Value& part) { return part.deepCopy(); }).value_or(*this);
 }
 
 bool Label::sameAs(const Label& other) const {

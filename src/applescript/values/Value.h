@@ -29,7 +29,7 @@ public:
   explicit Text(std::string utf8) : shared_(std::make_shared<std::string>(std::move(utf8))) {}
   [[nodiscard]] const std::string& utf8() const { return shared_ ? *shared_ : emptyText(); }
 
-  /// Whether both are copies of one text, so that they are equal without a look at their bytes.
+  /// Both are copies of one text, so that they are equal without a look at their bytes.
   [[nodiscard]] bool isSameObject(const Text& other) const { return shared_ == other.shared_; }
   /// Grows this text where it is, when no copy of it is around to see that; false, and nothing done, else.
   [[nodiscard]] bool appendUnshared(std::string_view utf8) {

@@ -53,7 +53,7 @@ inline constexpr auto constants = std::to_array<Term>({
     {enumerator, "Thursday", fourCharCode("thu ")},
     {enumerator, "Friday", fourCharCode("fri ")},
     {enumerator, "Saturday", fourCharCode("sat ")},
-    // How `round` rounds.
+    // Ways of rounding
     {enumerator, "up", fourCharCode("up  ")},
     {enumerator, "down", fourCharCode("down")},
     {enumerator, "toward zero", fourCharCode("tozr")},

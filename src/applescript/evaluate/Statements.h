@@ -1,0 +1,16 @@
+#pragma once
+
+#include "applescript/evaluate/Evaluator.h"
+
+/// Statements that other kinds of node are made of.
+namespace tabwright::applescript {
+
+void assign(Evaluator& run, const Assignment& statement);
+/// The target may be a pattern of several.
+void assignTo(Evaluator& run, const Expression& target, Value&& value);
+void assignToVariable(Evaluator& run, const Variable& variable, Value&& value);
+Flow executeRepeat(Evaluator& run, const Repeat& repeat);
+/// A `try` without the handling of what is thrown.
+Flow executeTried(Evaluator& run, const Try& statement);
+
+} // namespace tabwright::applescript
