@@ -1,13 +1,13 @@
 // NSString, and the character sets that it trims with. Lengths count UTF-16 units, as NSString's do.
 #include "applescript/ScriptError.h"
 #include "applescript/values/Errors.h"
+#include "platform/Utf8.h"
 #include "scripting/foundation/FoundationObject.h"
 
 #include <fmt/core.h>
 #include <unicode/locid.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
-#include <unicode/utf8.h>
 
 namespace tabwright::scripting {
 
@@ -43,21 +43,11 @@ void requireUTF8(std::int64_t encoding) {
                      fmt::format("Only NSUTF8StringEncoding (4) is known, not the encoding {}.", encoding));
 }
 
-bool isWellFormed(std::string_view text) {
-  for (std::int32_t at = 0, length = static_cast<std::int32_t>(text.size()); at < length;) {
-    UChar32 character = 0;
-    U8_NEXT(text.data(), at, length, character);
-    if (character < 0)
-      return false;
-  }
-  return true;
-}
-
 Value initWithData(FoundationObject&, const Arguments& arguments) {
   requireUTF8(integerArgument(arguments, 1));
   const auto* data = payloadOf<FoundationData>(arguments[0]);
   // As with every initializer that fails, the result is nil.
-  return data != nullptr && isWellFormed(data->bytes) ? string(data->bytes) : Value::missing();
+  return data != nullptr && !platform::malformedByte(data->bytes) ? string(data->bytes) : Value::missing();
 }
 
 Value dataUsingEncoding(FoundationObject& self, const Arguments& arguments) {
