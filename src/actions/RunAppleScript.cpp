@@ -3,29 +3,20 @@
 #include "actions/ActionList.h"
 #include "actions/ScriptAction.h"
 #include "actions/SharedParameters.h"
-#include "engine/JSONDecoding.h"
+#include "platform/JSONReader.h"
 
 #include <algorithm>
 
-namespace tabwright {
+namespace tabwright::actions {
 
-// Not in an unnamed namespace: coroutines are made over the type, and their frames would have linkage without it.
-namespace actions {
-
+// Not in the unnamed namespace: coroutines are made over the type, and their frames would have linkage without it.
 struct AppleScriptPlaygroundData {
   std::string returnValue; ///< a JSON text
-};
 
-} // namespace actions
-
-template <>
-struct engine::JSONDecoding<actions::AppleScriptPlaygroundData> {
-  static actions::AppleScriptPlaygroundData from(const boost::json::value& json) {
-    return {.returnValue = requiredField<std::string>(requireObject(json), "returnValue")};
+  static AppleScriptPlaygroundData fromJSON(const platform::JSONReader& json) {
+    return {.returnValue = json.require<std::string>("returnValue")};
   }
 };
-
-namespace actions {
 
 namespace {
 
@@ -66,6 +57,4 @@ std::unique_ptr<ActionFrame> makeRunAppleScript(const ActionServices& services) 
   return std::make_unique<RunAppleScript>(services);
 }
 
-} // namespace actions
-
-} // namespace tabwright
+} // namespace tabwright::actions

@@ -1,7 +1,7 @@
 #include "devtools/WireText.h"
 
-#include <boost/json/parse.hpp>
-#include <boost/json/parse_options.hpp>
+#include "platform/JSONFailure.h"
+#include "platform/JSONText.h"
 
 #include <algorithm>
 
@@ -60,14 +60,12 @@ std::string withoutLoneSurrogates(std::string_view json) {
 }
 
 boost::json::value parseMessage(std::string_view text) {
-  boost::json::parse_options options;
-  options.max_depth = 1100; // V8 gives up at 1000
-  boost::system::error_code error;
-  boost::json::value message = boost::json::parse(text, error, {}, options);
-  // The rare message is read twice, so that the usual one needs no search.
-  if (error)
-    message = boost::json::parse(withoutLoneSurrogates(text), {}, options);
-  return message;
+  constexpr std::size_t deepest = 1100; // V8 gives up at 1000
+  try {
+    return platform::parseJSON(text, deepest);
+  } catch (const platform::JSONFailure&) { // the rare message is read twice, so that the usual one needs no search
+    return platform::parseJSON(withoutLoneSurrogates(text), deepest);
+  }
 }
 
 } // namespace tabwright::devtools

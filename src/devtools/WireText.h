@@ -8,7 +8,7 @@
 
 namespace tabwright::devtools {
 
-/// Reads one message of the protocol. Throws boost::system::system_error when it isn't JSON.
+/// Reads one message of the protocol. Throws JSONFailure when it isn't JSON.
 ///
 /// JavaScript texts may hold half a surrogate pair (one that was cut in the middle of an emoji), which no UTF-8 text
 /// can: each becomes U+FFFD, as in the browser's own conversion of such texts to UTF-8 (Encoding Standard, "UTF-8

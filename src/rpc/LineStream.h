@@ -17,7 +17,7 @@ namespace tabwright::rpc {
 ///     LineStream stream(executor, socket, ::dup(socket));
 ///
 /// Lines of white space are skipped. A line that is too long is refused once its first bytes beyond the bound have
-/// come, and skipped up to its end without being held. Nesting is taken up to 512 levels.
+/// come, and skipped up to its end without being held. Nesting is bounded as everywhere (`platform::deepestJSON`).
 ///
 /// The descriptors may be pipes, sockets, terminals or files. While the stream lives they don't block; their mode is
 /// put back when it ends, as others may share it. Writing to a pipe or socket that nobody reads raises SIGPIPE: a
