@@ -23,11 +23,6 @@ Half halfAt(std::string_view json, std::size_t place) {
 
 } // namespace
 
-std::string textOf(const boost::json::object& fields, std::string_view key) {
-  const boost::json::value* value = fields.if_contains(key);
-  return value != nullptr && value->is_string() ? std::string(value->as_string()) : std::string();
-}
-
 std::string withoutLoneSurrogates(std::string_view json) {
   constexpr std::string_view replacement = "\\ufffd";
   std::string repaired;

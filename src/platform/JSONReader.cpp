@@ -1,6 +1,5 @@
 #include "platform/JSONReader.h"
 
-#include <boost/json/object.hpp>
 #include <fmt/core.h>
 
 namespace tabwright::platform {
@@ -37,20 +36,23 @@ std::string JSONReader::placeOf(std::size_t index) const {
   return fmt::format("{}[{}]", place_, index);
 }
 
+const boost::json::object& JSONReader::object() const {
+  if (!value_->is_object())
+    throwMismatch(place_, "an object", *value_);
+  return value_->get_object();
+}
+
 const boost::json::value* JSONReader::findMember(std::string_view key) const {
-  const boost::json::object* object = value_->if_object();
-  if (object == nullptr)
-    mismatch(place_, "an object", *value_);
-  return object->if_contains(key);
+  return object().if_contains(key);
 }
 
 const boost::json::array& JSONReader::requireArray() const {
   if (!value_->is_array())
-    mismatch(place_, "a list", *value_);
+    throwMismatch(place_, "a list", *value_);
   return value_->get_array();
 }
 
-void JSONReader::mismatch(const std::string& place, std::string_view expected, const boost::json::value& found) {
+void JSONReader::throwMismatch(const std::string& place, std::string_view expected, const boost::json::value& found) {
   throw JSONMismatch(place, fmt::format("expected {}, found {}", expected, nameOf(found.kind())));
 }
 

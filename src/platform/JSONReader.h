@@ -3,6 +3,7 @@
 #include "platform/Failure.h"
 
 #include <boost/json/array.hpp>
+#include <boost/json/object.hpp>
 #include <boost/json/value.hpp>
 #include <boost/json/value_to.hpp>
 
@@ -51,7 +52,11 @@ public:
       : value_(&value), place_(std::move(place)) {}
   explicit JSONReader(boost::json::value&&, std::string = {}) = delete;
 
-  [[nodiscard]] const boost::json::value& value() const noexcept { return *value_; }
+  /// The value as an object, for a look at its members.
+  [[nodiscard]] const boost::json::object& object() const;
+
+  /// The failure of this value, for what its types don't say.
+  [[nodiscard]] JSONMismatch mismatch(std::string_view complaint) const { return {place_, complaint}; }
 
   /// The value itself. A whole number may be written with a fraction of zero, but must fit.
   template <class T>
@@ -99,7 +104,7 @@ private:
   static T readScalar(const boost::json::value& value, const Place& place) {
     auto scalar = boost::json::try_value_to<T>(value);
     if (!scalar)
-      mismatch(place(), expected<T>, value);
+      throwMismatch(place(), expected<T>, value);
     return std::move(*scalar);
   }
 
@@ -107,8 +112,8 @@ private:
   [[nodiscard]] std::string placeOf(std::size_t index) const;
   [[nodiscard]] const boost::json::value* findMember(std::string_view key) const;
   [[nodiscard]] const boost::json::array& requireArray() const;
-  [[noreturn]] static void mismatch(const std::string& place, std::string_view expected,
-                                    const boost::json::value& found);
+  [[noreturn]] static void throwMismatch(const std::string& place, std::string_view expected,
+                                         const boost::json::value& found);
 
   const boost::json::value* value_;
   std::string place_;

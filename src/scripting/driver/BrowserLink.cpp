@@ -1,6 +1,5 @@
 #include "scripting/driver/BrowserLink.h"
 
-#include "devtools/WireText.h"
 #include "platform/AsciiCase.h"
 #include "platform/Logger.h"
 #include "platform/linux/ProcessExit.h"
@@ -21,6 +20,7 @@ namespace tabwright::scripting {
 using devtools::DevToolsFailure;
 using devtools::DevToolsFault;
 using devtools::Session;
+using platform::JSONReader;
 using namespace std::chrono_literals;
 
 namespace {
@@ -34,12 +34,12 @@ constexpr auto newPagePollInterval = 5ms;
 constexpr std::string_view notActive = "Not attached to an active page"; // the browser's words
 
 /// "156.0.8078.79" of "HeadlessChrome/156.0.8078.79".
-std::string versionOf(const boost::json::object& reply) {
-  const std::string product(reply.at("product").as_string());
+std::string versionOf(const boost::json::value& reply) {
+  const auto product = JSONReader(reply).require<std::string>("product");
   return product.substr(product.find('/') + 1);
 }
 
-/// Whether an address names code to run in the page (the "javascript" scheme, compared ignoring case).
+/// True for an address that names code to run in the page (the "javascript" scheme, compared ignoring case).
 bool isJavaScript(const std::string& url) {
   constexpr std::string_view scheme = "javascript:";
   return platform::equalIgnoringCase(std::string_view(url).substr(0, scheme.size()), scheme);
@@ -229,16 +229,16 @@ bool BrowserLink::comes(TabID tab, const CallLimits& limits, const std::function
 void BrowserLink::noticeFailedLoad(Session& page, const CallLimits& limits) {
   if (!page.isErrorPage())
     return;
-  const boost::json::object tree = page.call("Page.getFrameTree", {}, Session::AnsweredBy::page, limits);
-  const boost::json::object& frame = tree.at("frameTree").at("frame").as_object();
-  const std::string address = devtools::textOf(frame, "unreachableUrl");
-  if (address.empty()) // another page has come meanwhile
+  const boost::json::value tree = page.call("Page.getFrameTree", {}, Session::AnsweredBy::page, limits);
+  const auto frame = JSONReader(tree).require<JSONReader>("frameTree").require<JSONReader>("frame");
+  const auto address = frame.find<std::string>("unreachableUrl");
+  if (!address) // another page has come meanwhile
     return;
   const devtools::Evaluation code = page.evaluate("document.querySelector('.error-code')?.textContent ?? ''", limits);
   const std::string reason = code.value.is_string() ? std::string(code.value.get_string()) : std::string();
   platform::giveNotice(
       limits, {{"Page", "notLoaded", {}},
-               fmt::format("The page {} could not be loaded{}{}.", address, reason.empty() ? "" : ": ", reason)});
+               fmt::format("The page {} could not be loaded{}{}.", *address, reason.empty() ? "" : ": ", reason)});
 }
 
 /// Lets a navigation that is under way come to its end, for a command that means the page it leads to. The browser
@@ -315,15 +315,16 @@ void BrowserLink::carryOut(const GoInHistory& command, const CallLimits& limits)
   const Disturbance disturbance = begin(limits, command.tab);
   const std::shared_ptr<Session> page = requirePage(command.tab, limits);
   arrive(command.tab, *page, limits); // the entries count from where the page is
-  const boost::json::object history = page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
-  const boost::json::array& entries = history.at("entries").as_array();
+  const boost::json::value reply = page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
+  const JSONReader history(reply);
+  const auto entries = history.require<std::vector<JSONReader>>("entries");
   const std::int64_t step = command.direction == History::back ? -1 : 1;
-  const std::int64_t place = history.at("currentIndex").to_number<std::int64_t>() + step;
+  const std::int64_t place = history.require<std::int64_t>("currentIndex") + step;
   if (place < 0 || place >= static_cast<std::int64_t>(entries.size()))
     return; // as with the browser's own buttons
   leave(page, limits);
-  page->call("Page.navigateToHistoryEntry", {{"entryId", entries[static_cast<std::size_t>(place)].at("id")}},
-             Session::AnsweredBy::browser, limits);
+  const auto entry = entries[static_cast<std::size_t>(place)].require<std::int64_t>("id");
+  page->call("Page.navigateToHistoryEntry", {{"entryId", entry}}, Session::AnsweredBy::browser, limits);
 }
 
 void BrowserLink::carryOut(const Reload& command, const CallLimits& limits) {

@@ -65,6 +65,8 @@ std::string errorDescription(DriverFault fault, const std::string& detail) {
     return "Waiting for the browser was stopped.";
   case DriverFault::refused:
     return withReason("The browser refused", detail);
+  case DriverFault::malformedAnswer:
+    return fmt::format("The browser gave an answer that isn’t understood: {}.", detail);
   }
   return "The browser failed.";
 }
@@ -98,6 +100,8 @@ platform::FailureIdentity identity(DriverFault fault) {
       return "stopped";
     case DriverFault::refused:
       return "refused";
+    case DriverFault::malformedAnswer:
+      return "malformedAnswer";
     }
     return "";
   };
