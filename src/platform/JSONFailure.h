@@ -37,7 +37,10 @@ public:
     return "The JSON document " + (name_.empty() ? "" : name_ + " ") + "breaks around line " + std::to_string(line_) +
            ", column " + std::to_string(column_) + ": " + reason_ + ".";
   }
-  [[nodiscard]] FailureIdentity identity() const override { return {"JSONFailure", "unreadable", {}}; }
+  /// A user meets it as such for a document of the user's own alone.
+  [[nodiscard]] FailureIdentity identity() const override {
+    return {"JSONFailure", "unreadable", {}, FailureClass::wrongUse};
+  }
 
 private:
   static bool isFirstByte(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }

@@ -82,10 +82,6 @@ private:
   template <class T>
   static constexpr bool isScalar = std::is_same_v<T, std::string> || std::is_arithmetic_v<T>;
   template <class T>
-  static constexpr bool isList = false;
-  template <class T>
-  static constexpr bool isList<std::vector<T>> = true;
-  template <class T>
   static constexpr std::string_view expected = std::is_same_v<T, std::string> ? "a text"
                                                : std::is_same_v<T, bool>      ? "a boolean"
                                                : std::is_integral_v<T>        ? "a whole number"
@@ -125,7 +121,7 @@ T JSONReader::read() const {
     return *this;
   } else if constexpr (isScalar<T>) {
     return readScalar<T>(*value_, [&] { return place_; });
-  } else if constexpr (isList<T>) {
+  } else if constexpr (requires { typename T::value_type; }) {
     const boost::json::array& array = requireArray();
     T items;
     items.reserve(array.size());
