@@ -24,7 +24,7 @@ struct Event {
   platform::JSONReader parameters;
 };
 
-/// What went over a connection so far, for benchmarks.
+/// The messages over a connection so far, for benchmarks.
 struct Traffic {
   std::uint64_t sent = 0;     ///< messages to the browser
   std::uint64_t received = 0; ///< messages from it, events among them
@@ -44,7 +44,7 @@ struct Traffic {
 /// browser's messages; they must not block, and must not drop the last reference to the connection.
 class Connection {
 public:
-  /// What bounds a connection.
+  /// The bounds of a connection.
   struct Bounds {
     std::size_t received = std::size_t{512}
                            << 20; ///< bytes of the largest message taken; a larger one breaks the connection
@@ -75,7 +75,7 @@ public:
   void listen(const std::string& session, std::function<void(const Event&)> listener);
   void stopListening(const std::string& session);
 
-  /// Whether calls can be expected to get through. Once false, false for ever.
+  /// True while calls can be expected to get through. Once false, false for ever.
   [[nodiscard]] bool isOpen() const;
   [[nodiscard]] Traffic traffic() const;
   /// Waits until the browser has answered anything, unless it has sent something lately: for commands that a browser

@@ -51,7 +51,7 @@ public:
   /// True when it has ended without an answer.
   [[nodiscard]] bool hasFailed();
 
-  /// Whether waiting would return at once.
+  /// True when waiting would return at once.
   [[nodiscard]] bool hasEnded();
 
   void complete(Answer answer);

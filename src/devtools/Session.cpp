@@ -119,7 +119,7 @@ struct Session::State {
     } else if (event.method == "Page.javascriptDialogClosed") {
       dialog.reset();
     } else if (event.method == "Inspector.targetCrashed") {
-      // What a stopped worker knew is gone, even if the browser starts it again under the same session.
+      // A stopped worker has lost all that it knew, even if the browser starts it again under the same session.
       (kind == Kind::worker ? isGone : isCrashed) = true;
       dialog.reset();
       failPageCalls();

@@ -12,7 +12,7 @@
 
 namespace tabwright::devtools {
 
-/// What came of evaluating JavaScript.
+/// The outcome of evaluating JavaScript.
 struct Evaluation {
   boost::json::value value;             ///< JSON null where the value is undefined, or none that JSON can say
   std::optional<std::string> exception; ///< why there is no value: what was thrown, or what kept the value from us

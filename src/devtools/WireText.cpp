@@ -11,7 +11,7 @@ namespace {
 
 enum class Half { none, leading, trailing };
 
-/// What the escape at `place` stands for: \uD800–\uDBFF leads a pair, \uDC00–\uDFFF trails one.
+/// The kind of the escape at `place`: \uD800–\uDBFF leads a pair, \uDC00–\uDFFF trails one.
 Half halfAt(std::string_view json, std::size_t place) {
   if (json.substr(place, 2) != "\\u" || place + 6 > json.size() || (json[place + 2] | 0x20) != 'd')
     return Half::none;

@@ -43,7 +43,7 @@ public:
   platform::Task<void> flush(std::chrono::nanoseconds atMost) override;
   void close() override;
 
-  /// What ended the stream, where that was a message that couldn't be written; else success. A peer that has left is
+  /// The error that ended the stream, where a message couldn't be written; else success. A peer that has left is
   /// `broken_pipe` or `connection_reset`.
   [[nodiscard]] boost::system::error_code writeError() const;
 

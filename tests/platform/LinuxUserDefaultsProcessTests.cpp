@@ -47,7 +47,7 @@ struct Pair {
   DefaultsKey<std::int64_t> other{defaults, "z", 0};
 };
 
-// How long a write takes here, so that the instants of the kills fall into writes on a fast disk and a slow one.
+// The time that a write takes here, so that the instants of the kills fall into writes on a fast disk and a slow one.
 std::chrono::nanoseconds timeOfAWrite(const Pair& pair) {
   constexpr int writes = 20;
   const auto start = std::chrono::steady_clock::now();

@@ -56,8 +56,8 @@ struct Sockets {
   }
 };
 
-/// What the stream makes of the bytes when they come in pieces of that size, and then end: each message as JSON, each
-/// error as its code, and the id that it answers where one could be told.
+/// The messages that the stream makes of the bytes when they come in pieces of that size, and then end: each message as
+/// JSON, each error as its code, and the id that it answers where one could be told.
 std::vector<std::string> received(std::string_view bytes, std::size_t pieceSize) {
   Sockets sockets;
   std::vector<std::string> messages;

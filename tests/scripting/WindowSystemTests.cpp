@@ -84,7 +84,7 @@ public:
     return window;
   }
 
-  /// Where no manager runs, a window is there as soon as the server has heard of it.
+  /// A window without a manager is there as soon as the server has heard of it.
   std::uint32_t openUnmanaged(const std::string& name, std::uint32_t pid) {
     const xcb_window_t window = create(name, pid, XCB_ATOM_NONE);
     xcb_map_window(xcb_, window);
@@ -263,7 +263,7 @@ struct DesktopScripts {
                                                                    display);
   }
 
-  /// What the lookup of the frontmost browser gives.
+  /// The result of the lookup of the frontmost browser.
   std::string frontmostBrowser() {
     tabwright::scripting::ScriptingServices services;
     services.desktop = desktop;

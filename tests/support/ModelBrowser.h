@@ -35,7 +35,7 @@ public:
   void change(const std::function<void(std::vector<scripting::WindowState>&)>& how);
   [[nodiscard]] std::vector<scripting::WindowState> windows();
 
-  /// What pages answer to JavaScript. Default: null.
+  /// Answers JavaScript in place of pages. Default: null.
   std::function<boost::json::value(scripting::TabID, const std::string&)> page;
   /// Thrown by every call, when set.
   std::optional<scripting::DriverFailure> failure;

@@ -35,7 +35,7 @@ public:
     return json == "undefined" ? boost::json::value() : boost::json::parse(json);
   }
 
-  /// What a browser answers to JavaScript: exceptions give no value.
+  /// Answers JavaScript as a browser does: exceptions give no value.
   auto answers() {
     return [this](scripting::TabID, const std::string& javascript) -> boost::json::value {
       try {

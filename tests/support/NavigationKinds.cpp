@@ -31,7 +31,7 @@ host::ParameterTexts click(const std::string& selector) {
   return {{"cssSelector", selector}};
 }
 
-/// What the front tab shows.
+/// The page in the front tab.
 struct Shown {
   std::string title;
   std::string address;

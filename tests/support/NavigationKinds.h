@@ -38,7 +38,7 @@ public:
   /// Makes the front tab show a page that all kinds can start from.
   void prepare(const PerformAction& perform) const;
 
-  /// What came of a navigation that was followed at once by a read.
+  /// The outcome of a navigation that was followed at once by a read.
   struct Outcome {
     bool isStale = false;   ///< the read met the page from before, or another page than where the navigation led
     bool isPartial = false; ///< it met a document that was not there to its end

@@ -20,7 +20,7 @@ namespace tabwright::support {
 ///     auto connection = devtools::Connection::open(browser.endpoint(), limits);
 class ScriptedBrowser {
 public:
-  /// What the script may do to the connection. Valid as long as the browser; to be used on its thread only.
+  /// The connection in the hands of the script. Valid as long as the browser; to be used on its thread only.
   class Wire {
   public:
     virtual ~Wire() = default;

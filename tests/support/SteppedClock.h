@@ -31,7 +31,7 @@ public:
         sleeper->timer.cancel();
     }
   }
-  /// How many sleep now.
+  /// The number of those who sleep now.
   [[nodiscard]] std::size_t sleepers() const {
     const std::scoped_lock lock(mutex_);
     return static_cast<std::size_t>(

@@ -32,7 +32,7 @@ public:
   std::int64_t perform(const ViewCommand& command, const CallLimits& limits) override;
 
 private:
-  /// What was seen last, and as of which count of changes of which run of the helper.
+  /// The last look, with the count of changes that it holds for, and the run of the helper that counted.
   struct Seen {
     std::string instance;
     std::int64_t changes = 0;
