@@ -123,7 +123,7 @@ on getBrowserVersionString() --> String
       return ""
     end if
     tell active tab of my __getFrontWindow()
-      return execute javascript "navigator.userAgentData?.brands.find(b => b.brand === 'Chromium')?.version || navigator.userAgent.match(/Chrome\\/(\\d+)/)?.[1] || ''"
+      return execute javascript "__VERSION_QUESTION__"
     end tell
   end tell
   return ""

@@ -1,6 +1,7 @@
 // Loads the page of a tab anew. It doesn't wait for the page: WaitForTabToFinishLoading does.
 #include "actions/ActionList.h"
 #include "actions/PageJob.h"
+#include "engine/AppleScriptSnippets.h"
 
 namespace tabwright::actions {
 
@@ -17,7 +18,9 @@ public:
   }
 
 private:
-  [[nodiscard]] std::string scriptBody() const override { return pageJob(tab, "document.location.reload()"); }
+  [[nodiscard]] std::string scriptBody() const override {
+    return pageJob(tab, engine::AppleScriptSnippets::pageReload());
+  }
 };
 
 template std::unique_ptr<ActionFrame> makeAction<ReloadTab>(const ActionServices&);

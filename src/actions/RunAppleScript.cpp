@@ -3,28 +3,19 @@
 #include "actions/ActionList.h"
 #include "actions/ScriptAction.h"
 #include "actions/SharedParameters.h"
-#include "engine/JSONDecoding.h"
+#include "platform/JSONReader.h"
 
 #include <algorithm>
 
-namespace tabwright {
-
-namespace actions {
+namespace tabwright::actions {
 
 struct AppleScriptPlaygroundData {
   std::string returnValue; ///< a JSON text
-};
 
-} // namespace actions
-
-template <>
-struct engine::JSONDecoding<actions::AppleScriptPlaygroundData> {
-  static actions::AppleScriptPlaygroundData from(const boost::json::value& json) {
-    return {.returnValue = requiredField<std::string>(requireObject(json), "returnValue")};
+  static AppleScriptPlaygroundData fromJSON(const platform::JSONReader& json) {
+    return {.returnValue = json.require<std::string>("returnValue")};
   }
 };
-
-namespace actions {
 
 class RunAppleScript final : public ScriptAction<AppleScriptPlaygroundData, std::string> {
   Parameter<engine::TargetContext> targetContext{*this, shared::targetContext(services())};
@@ -59,6 +50,4 @@ private:
 
 template std::unique_ptr<ActionFrame> makeAction<RunAppleScript>(const ActionServices&);
 
-} // namespace actions
-
-} // namespace tabwright
+} // namespace tabwright::actions

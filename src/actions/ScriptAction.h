@@ -18,7 +18,7 @@ namespace tabwright::actions {
 
 /// An action whose work is one script in a browser: most are.
 ///
-/// `Answer` is what the script's result is decoded into (anything with an `engine::JSONDecoding`), `Result` the
+/// `Answer` is what the script's result is decoded into (any type that `platform::JSONReader` reads), `Result` the
 /// action's value (anything with `intents::ValueTraits`; `Nothing` for none). The action says how its script reads and
 /// how the answer becomes the value; a false result counts as no success and is not followed by a pause.
 template <class Answer, class Result>

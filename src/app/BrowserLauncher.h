@@ -32,7 +32,9 @@ class NoBrowser final : public platform::Failure {
 public:
   explicit NoBrowser(std::string sentence) : sentence_(std::move(sentence)) {}
   [[nodiscard]] std::string errorDescription() const override { return sentence_; }
-  [[nodiscard]] platform::FailureIdentity identity() const override { return {"NoBrowser", "notStarted", {}}; }
+  [[nodiscard]] platform::FailureIdentity identity() const override {
+    return {"NoBrowser", "notStarted", {}, platform::FailureClass::unreachable};
+  }
 
 private:
   std::string sentence_;

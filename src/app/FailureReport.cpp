@@ -1,51 +1,24 @@
 #include "app/FailureReport.h"
 
 #include "host/FailureWords.h"
-#include "platform/BrowserTable.h"
 #include "platform/linux/RunningBrowsers.h"
 
 #include <boost/json/serialize.hpp>
 
-#include <algorithm>
-#include <string_view>
-
-// Kinds are told apart by the identity that every failure carries, so that this file needs to know no catalogue.
-
 namespace tabwright::app {
 namespace {
 
-struct Row {
-  std::string_view type;
-  std::string_view caseName; ///< empty: every case of the type
-  ExitCode exitCode;
-};
-
-constexpr Row rows[]{
-    {"UsageError", "", ExitCode::wrongUse},
-    {"NeedsValue", "", ExitCode::wrongUse},
-    {"ValueError", "", ExitCode::wrongUse},
-    {"JSONFailure", "", ExitCode::wrongUse}, // only parameters are such documents
-    {"InvalidWorkflow", "", ExitCode::wrongUse},
-    {"NoBrowser", "", ExitCode::noBrowser},
-    {"ScriptacularError", "browserNotFound", ExitCode::noBrowser},
-    {"ScriptacularError", "javascriptFromAppleEventsDisabled", ExitCode::noBrowser},
-    {"DriverFault", "notRunning", ExitCode::noBrowser},
-    {"DriverFault", "notAccepting", ExitCode::noBrowser},
-    {"DriverFault", "lost", ExitCode::noBrowser},
-};
-
-// Numbers by which a script says that an application isn't there: not running, connection lost, not authorised.
-constexpr int unreachableNumbers[]{-600, -609, -1743};
+using platform::FailureClass;
 
 // A browser that can't be found may be one that doesn't run, which that failure's own words don't tell, and those
 // beneath it no better.
 bool lacksAnyBrowser(const platform::Failure& failure) {
-  return failure.identity().caseName == "browserNotFound" && platform::RunningBrowsers().findAll().empty();
+  return failure.identity().failureClass == FailureClass::notFound && platform::RunningBrowsers().findAll().empty();
 }
 
 // The catalogue's sentences about files were worded for another system, so the words of the one at hand come first.
-bool isOfFiles(const platform::Failure& failure) {
-  return failure.cause() && failure.cause()->identity.type == "FileFailure";
+bool isOfSystem(const platform::Failure& failure) {
+  return failure.cause() && failure.cause()->identity.failureClass == FailureClass::system;
 }
 
 } // namespace
@@ -56,13 +29,16 @@ std::string adviceFor(const platform::Failure& failure) {
 }
 
 ExitCode exitCodeOf(const platform::Failure& failure) {
-  const platform::FailureIdentity identity = failure.identity();
-  for (const Row& row : rows) {
-    if (row.type == identity.type && (row.caseName.empty() || row.caseName == identity.caseName))
-      return row.exitCode;
-  }
-  if (identity.type == "ScriptError" && identity.number && std::ranges::count(unreachableNumbers, *identity.number))
+  switch (failure.identity().failureClass) {
+  case FailureClass::failed:
+  case FailureClass::system:
+    return ExitCode::failed;
+  case FailureClass::wrongUse:
+    return ExitCode::wrongUse;
+  case FailureClass::unreachable:
+  case FailureClass::notFound:
     return ExitCode::noBrowser;
+  }
   return ExitCode::failed;
 }
 
@@ -76,7 +52,7 @@ FailureReport reportOf(const platform::Failure& failure, ReportForm form) {
   const std::string advice = adviceFor(failure);
   if (advice.empty())
     report.text = sentence;
-  else if (isOfFiles(failure) || advice != host::causeLine(failure))
+  else if (isOfSystem(failure) || advice != host::causeLine(failure))
     report.text = advice + "\n" + sentence;
   else
     report.text = sentence + advice + "\n";

@@ -40,7 +40,10 @@ std::string ScriptError::errorDescription() const {
 }
 
 platform::FailureIdentity ScriptError::identity() const {
-  return {"ScriptError", stage_ == Stage::syntax ? "syntax" : "execution", number_};
+  const bool isUnreachable = number_ == errorNumber::applicationNotRunning ||
+                             number_ == errorNumber::connectionInvalid || number_ == errorNumber::notAuthorised;
+  return {"ScriptError", stage_ == Stage::syntax ? "syntax" : "execution", number_,
+          isUnreachable ? platform::FailureClass::unreachable : platform::FailureClass::failed};
 }
 
 } // namespace tabwright::applescript

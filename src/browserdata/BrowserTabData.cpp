@@ -1,36 +1,22 @@
 #include "browserdata/BrowserTabData.h"
 
-#include <string_view>
+namespace tabwright::browserdata {
 
-namespace tabwright {
-
-namespace {
-
-std::optional<std::string> optionalText(const boost::json::object& object, std::string_view key) {
-  const boost::json::value* field = object.if_contains(key);
-  if (!field || field->is_null())
-    return std::nullopt;
-  return engine::requiredField<std::string>(object, key);
-}
-
-} // namespace
-
-browserdata::BrowserTabData engine::JSONDecoding<browserdata::BrowserTabData>::from(const boost::json::value& json) {
-  const boost::json::object& object = requireObject(json);
+BrowserTabData BrowserTabData::fromJSON(const platform::JSONReader& json) {
   return {
-      .htmlContent = optionalText(object, "htmlContent"),
-      .isLoading = fieldOr(object, "isLoading", false),
-      .isPrivate = fieldOr(object, "isPrivate", false),
-      .pageSelectionText = fieldOr<std::string>(object, "pageSelectionText", {}),
-      .pageSelectionHTML = fieldOr<std::string>(object, "pageSelectionHTML", {}),
-      .tabID = requiredField<std::string>(object, "tabID"),
-      .tabTitle = requiredField<std::string>(object, "tabTitle"),
-      .tabURL = requiredField<std::string>(object, "tabURL"),
-      .textContent = optionalText(object, "textContent"),
+      .htmlContent = json.find<std::string>("htmlContent"),
+      .isLoading = json.find<bool>("isLoading").value_or(false),
+      .isPrivate = json.find<bool>("isPrivate").value_or(false),
+      .pageSelectionText = json.find<std::string>("pageSelectionText").value_or(""),
+      .pageSelectionHTML = json.find<std::string>("pageSelectionHTML").value_or(""),
+      .tabID = json.require<std::string>("tabID"),
+      .tabTitle = json.require<std::string>("tabTitle"),
+      .tabURL = json.require<std::string>("tabURL"),
+      .textContent = json.find<std::string>("textContent"),
   };
 }
 
-boost::json::object browserdata::toJson(const BrowserTabData& tab) {
+boost::json::object toJson(const BrowserTabData& tab) {
   boost::json::object object;
   if (tab.htmlContent)
     object["htmlContent"] = *tab.htmlContent;
@@ -50,4 +36,4 @@ boost::json::object browserdata::toJson(const BrowserTabData& tab) {
   return object;
 }
 
-} // namespace tabwright
+} // namespace tabwright::browserdata

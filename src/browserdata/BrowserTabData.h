@@ -1,9 +1,8 @@
 #pragma once
 
-#include "engine/JSONDecoding.h"
+#include "platform/JSONReader.h"
 
 #include <boost/json/object.hpp>
-#include <boost/json/value.hpp>
 
 #include <optional>
 #include <string>
@@ -25,6 +24,10 @@ struct BrowserTabData {
   std::string tabURL;
   std::optional<std::string> textContent; ///< the page's text as shown
 
+  /// Id, title and URL are required, the rest may be missing or null. Keys that are no field are ignored. Throws
+  /// JSONMismatch.
+  static BrowserTabData fromJSON(const platform::JSONReader& json);
+
   friend bool operator==(const BrowserTabData&, const BrowserTabData&) = default;
 };
 
@@ -32,10 +35,3 @@ struct BrowserTabData {
 [[nodiscard]] boost::json::object toJson(const BrowserTabData& tab);
 
 } // namespace tabwright::browserdata
-
-/// Id, title and URL are required, the rest may be missing or null. A wrong type is a mismatch everywhere; keys that
-/// are no field are ignored.
-template <>
-struct tabwright::engine::JSONDecoding<tabwright::browserdata::BrowserTabData> {
-  static tabwright::browserdata::BrowserTabData from(const boost::json::value& json);
-};

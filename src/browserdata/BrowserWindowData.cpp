@@ -2,25 +2,22 @@
 
 #include <boost/json/array.hpp>
 
-namespace tabwright {
+namespace tabwright::browserdata {
 
-browserdata::BrowserWindowData
-engine::JSONDecoding<browserdata::BrowserWindowData>::from(const boost::json::value& json) {
-  using browserdata::BrowserTabData;
-  const boost::json::object& object = requireObject(json);
+BrowserWindowData BrowserWindowData::fromJSON(const platform::JSONReader& json) {
   return {
-      .isPrivate = fieldOr(object, "isPrivate", false),
-      .isVisible = fieldOr(object, "isVisible", false),
-      .activeTab = requiredField<BrowserTabData>(object, "activeTab"),
-      .activeTabIndex = requiredField<std::int64_t>(object, "activeTabIndex"),
-      .windowID = requiredField<std::string>(object, "windowID"),
-      .windowIndex = requiredField<std::int64_t>(object, "windowIndex"),
-      .windowTitle = requiredField<std::string>(object, "windowTitle"),
-      .tabsList = requiredField<std::vector<BrowserTabData>>(object, "tabsList"),
+      .isPrivate = json.find<bool>("isPrivate").value_or(false),
+      .isVisible = json.find<bool>("isVisible").value_or(false),
+      .activeTab = json.require<BrowserTabData>("activeTab"),
+      .activeTabIndex = json.require<std::int64_t>("activeTabIndex"),
+      .windowID = json.require<std::string>("windowID"),
+      .windowIndex = json.require<std::int64_t>("windowIndex"),
+      .windowTitle = json.require<std::string>("windowTitle"),
+      .tabsList = json.require<std::vector<BrowserTabData>>("tabsList"),
   };
 }
 
-boost::json::object browserdata::toJson(const BrowserWindowData& window) {
+boost::json::object toJson(const BrowserWindowData& window) {
   boost::json::object object;
   if (window.isPrivate)
     object["isPrivate"] = true;
@@ -37,4 +34,4 @@ boost::json::object browserdata::toJson(const BrowserWindowData& window) {
   return object;
 }
 
-} // namespace tabwright
+} // namespace tabwright::browserdata

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "browserdata/BrowserTabData.h"
-#include "engine/JSONDecoding.h"
+#include "platform/JSONReader.h"
 
 #include <boost/json/object.hpp>
-#include <boost/json/value.hpp>
 
 #include <cstdint>
 #include <string>
@@ -23,6 +22,10 @@ struct BrowserWindowData {
   std::string windowTitle;
   std::vector<BrowserTabData> tabsList; ///< in the browser's order
 
+  /// All fields but the two booleans are required. Keys that are no field, such as the scripts' `activeTabID`, are
+  /// ignored. Throws JSONMismatch.
+  static BrowserWindowData fromJSON(const platform::JSONReader& json);
+
   friend bool operator==(const BrowserWindowData&, const BrowserWindowData&) = default;
 };
 
@@ -30,10 +33,3 @@ struct BrowserWindowData {
 [[nodiscard]] boost::json::object toJson(const BrowserWindowData& window);
 
 } // namespace tabwright::browserdata
-
-/// All fields but the two booleans are required. Keys that are no field, such as the scripts' `activeTabID`, are
-/// ignored.
-template <>
-struct tabwright::engine::JSONDecoding<tabwright::browserdata::BrowserWindowData> {
-  static tabwright::browserdata::BrowserWindowData from(const boost::json::value& json);
-};

@@ -5,7 +5,9 @@
 #include "browserdata/markdown/MarkdownWalk.h"
 #include "html/Cleaner.h"
 #include "html/ParseFault.h"
+#include "platform/FailureTable.h"
 
+#include <fmt/core.h>
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
@@ -15,6 +17,15 @@
 namespace tabwright::browserdata {
 
 namespace {
+
+constexpr platform::FailureTable<HTMLToMarkdownError, 2> failures{
+    "HTMLToMarkdownError",
+    {
+        {HTMLToMarkdownError::unexpectedNode, "unexpectedNode",
+         "A table of the page holds an element “{}” where a row or a cell belongs"},
+        {HTMLToMarkdownError::unprocessableHTML, "unprocessableHTML",
+         "The HTML can't be converted: it is too long, or its Markdown would be out of all proportion to it"},
+    }};
 
 html::Document parse(std::string_view text) {
   try {
@@ -78,18 +89,11 @@ std::string tidied(std::string_view text, std::string_view lineSeparator, std::s
 } // namespace
 
 std::string errorDescription(HTMLToMarkdownError error, const std::string& detail) {
-  switch (error) {
-  case HTMLToMarkdownError::unexpectedNode:
-    return "A table of the page holds an element “" + detail + "” where a row or a cell belongs";
-  case HTMLToMarkdownError::unprocessableHTML:
-    return "The HTML can't be converted: it is too long, or its Markdown would be out of all proportion to it";
-  }
-  return {};
+  return fmt::format(fmt::runtime(failures[error].sentence), detail);
 }
 
 platform::FailureIdentity identity(HTMLToMarkdownError error) {
-  return {
-      "HTMLToMarkdownError", error == HTMLToMarkdownError::unexpectedNode ? "unexpectedNode" : "unprocessableHTML", {}};
+  return failures.identity(error);
 }
 
 std::string HTMLToMarkdown::convert() const {

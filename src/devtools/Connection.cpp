@@ -37,6 +37,7 @@ using Clock = std::chrono::steady_clock;
 namespace beast = boost::beast;
 using asio::ip::tcp;
 using boost::system::error_code;
+using platform::JSONReader;
 
 class Connection::Channel {
 public:
@@ -201,33 +202,30 @@ private:
   }
 
   void dispatch(boost::json::value message) {
-    boost::json::object& fields = message.as_object();
-    if (const boost::json::value* id = fields.if_contains("id"))
-      return answer(id->as_int64(), fields);
+    const JSONReader fields(message);
+    if (const auto id = fields.find<std::int64_t>("id"))
+      return answer(*id, message);
 
-    const std::string_view method = fields.at("method").as_string();
-    static const boost::json::object none;
-    const boost::json::value* parameters = fields.if_contains("params");
-    const Event event{method, parameters != nullptr ? parameters->as_object() : none};
-    const boost::json::value* session = fields.if_contains("sessionId");
-    if (method == "Target.detachedFromTarget")
-      session = event.parameters.if_contains("sessionId");
-    report(session != nullptr ? std::string(session->as_string()) : std::string(), event);
+    static const boost::json::value none = boost::json::object();
+    const auto method = fields.require<std::string>("method");
+    const Event event{method, fields.find<JSONReader>("params").value_or(JSONReader(none))};
+    static_cast<void>(event.parameters.object());
+    const JSONReader& addressed = method == "Target.detachedFromTarget" ? event.parameters : fields;
+    report(addressed.find<std::string>("sessionId").value_or(""), event);
   }
 
   /// Reads the answer before looking for its call: one that can't be read must leave the call among those that hear of
   /// the loss.
-  static PendingCall::Answer readAnswer(boost::json::object& fields) {
-    if (const boost::json::value* error = fields.if_contains("error")) {
-      const boost::json::object& description = error->as_object();
-      return std::unexpected(ProtocolError{static_cast<int>(description.at("code").as_int64()),
-                                           std::string(description.at("message").as_string())});
-    }
-    return std::move(fields.at("result").as_object());
+  static PendingCall::Answer readAnswer(boost::json::value& message) {
+    const JSONReader fields(message);
+    if (const auto error = fields.find<JSONReader>("error"))
+      return std::unexpected(ProtocolError{error->require<int>("code"), error->require<std::string>("message")});
+    static_cast<void>(fields.require<JSONReader>("result").object());
+    return std::move(message.at("result"));
   }
 
-  void answer(std::int64_t id, boost::json::object& fields) {
-    PendingCall::Answer read = readAnswer(fields);
+  void answer(std::int64_t id, boost::json::value& message) {
+    PendingCall::Answer read = readAnswer(message);
     std::shared_ptr<PendingCall> pending;
     {
       const platform::MutexLock lock(mutex_);
@@ -403,8 +401,8 @@ std::shared_ptr<PendingCall> Connection::send(std::string method, boost::json::o
   return channel_->send(std::move(method), std::move(parameters), session);
 }
 
-boost::json::object Connection::call(std::string method, boost::json::object parameters, std::string_view session,
-                                     const platform::CallLimits& limits) {
+boost::json::value Connection::call(std::string method, boost::json::object parameters, std::string_view session,
+                                    const platform::CallLimits& limits) {
   return send(std::move(method), std::move(parameters), session)
       ->result(platform::boundedBy(limits, channel_->bounds().call));
 }

@@ -3,8 +3,10 @@
 #include "devtools/Discovery.h"
 #include "devtools/PendingCall.h"
 #include "platform/CallLimits.h"
+#include "platform/JSONReader.h"
 
 #include <boost/json/object.hpp>
+#include <boost/json/value.hpp>
 
 #include <chrono>
 #include <cstddef>
@@ -19,10 +21,10 @@ namespace tabwright::devtools {
 /// Something that the browser reported of its own accord.
 struct Event {
   std::string_view method; ///< such as "Page.javascriptDialogOpening"
-  const boost::json::object& parameters;
+  platform::JSONReader parameters;
 };
 
-/// What went over a connection so far, for benchmarks.
+/// The messages over a connection so far, for benchmarks.
 struct Traffic {
   std::uint64_t sent = 0;     ///< messages to the browser
   std::uint64_t received = 0; ///< messages from it, events among them
@@ -32,7 +34,7 @@ struct Traffic {
 /// (https://chromedevtools.github.io/devtools-protocol/, flat sessions).
 ///
 ///     auto connection = Connection::open(endpoint, limits);
-///     boost::json::object version = connection->call("Browser.getVersion", {}, {}, limits);
+///     boost::json::value version = connection->call("Browser.getVersion", {}, {}, limits);
 ///
 /// Calls may be sent without waiting for those before them; the browser takes them up in order. When the channel
 /// breaks, every call under way and every later one fails with `lost` and the reason. When the browser is frozen, every
@@ -42,7 +44,7 @@ struct Traffic {
 /// browser's messages; they must not block, and must not drop the last reference to the connection.
 class Connection {
 public:
-  /// What bounds a connection.
+  /// The bounds of a connection.
   struct Bounds {
     std::size_t received = std::size_t{512}
                            << 20; ///< bytes of the largest message taken; a larger one breaks the connection
@@ -64,16 +66,16 @@ public:
   /// that has failed already. The answer is thrown away when the caller drops the result.
   std::shared_ptr<PendingCall> send(std::string method, boost::json::object parameters, std::string_view session = {});
 
-  /// Sends a call and waits for its result. Throws DevToolsFailure.
-  boost::json::object call(std::string method, boost::json::object parameters, std::string_view session,
-                           const platform::CallLimits& limits);
+  /// Sends a call and waits for its result, an object. Throws DevToolsFailure.
+  boost::json::value call(std::string method, boost::json::object parameters, std::string_view session,
+                          const platform::CallLimits& limits);
 
   /// Registers the listener of a session's events, in place of an earlier one. The event Target.detachedFromTarget goes
   /// to the session that it speaks of. Events of sessions without listener are dropped.
   void listen(const std::string& session, std::function<void(const Event&)> listener);
   void stopListening(const std::string& session);
 
-  /// Whether calls can be expected to get through. Once false, false for ever.
+  /// True while calls can be expected to get through. Once false, false for ever.
   [[nodiscard]] bool isOpen() const;
   [[nodiscard]] Traffic traffic() const;
   /// Waits until the browser has answered anything, unless it has sent something lately: for commands that a browser

@@ -9,7 +9,7 @@
 
 namespace tabwright::devtools {
 
-/// Where a browser listens for the DevTools protocol: always on 127.0.0.1.
+/// The place at which a browser listens for the DevTools protocol, always on 127.0.0.1.
 struct Endpoint {
   std::uint16_t port = 0;
   std::string path; ///< of the websocket, such as "/devtools/browser/a89c6591-82a3-4ae8-a189-5cba8bdcc2e9"

@@ -1,13 +1,15 @@
 #include "devtools/PageProgress.h"
 
-#include "devtools/WireText.h"
-
 #include <algorithm>
 #include <string_view>
 
 namespace tabwright::devtools {
 
 namespace {
+
+std::string textOf(const platform::JSONReader& fields, std::string_view key) {
+  return fields.find<std::string>(key).value_or("");
+}
 
 /// Opened elsewhere, or handed to a download: the page stays.
 bool staysHere(const Event& event) {
@@ -57,13 +59,13 @@ bool PageProgress::take(const Event& event) {
 }
 
 void PageProgress::takeDocument(const Event& event) {
-  const boost::json::object& frame = event.parameters.at("frame").as_object();
-  if (frame.contains("parentId"))
+  const auto frame = event.parameters.require<platform::JSONReader>("frame");
+  if (frame.object().contains("parentId"))
     return;
-  mainFrame_ = textOf(frame, "id");
+  mainFrame_ = frame.require<std::string>("id");
   const bool isRestored = textOf(event.parameters, "type") == "BackForwardCacheRestore";
   isParsed_ = isRestored;
-  isErrorPage_ = frame.contains("unreachableUrl");
+  isErrorPage_ = frame.object().contains("unreachableUrl");
   knowsDocument_ = true;
   if (isRestored || textOf(frame, "loaderId") == loader_) {
     isUnderWay_ = false;

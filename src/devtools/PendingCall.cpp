@@ -22,7 +22,7 @@ void PendingCall::awaitEnd(const platform::CallLimits& limits) {
   throw platform::failure(DevToolsFault::timedOut, method_);
 }
 
-boost::json::object PendingCall::result(const platform::CallLimits& limits) {
+boost::json::value PendingCall::result(const platform::CallLimits& limits) {
   Answer answer = await(limits);
   if (!answer)
     throw platform::failure(DevToolsFault::refused, fmt::format("{}: {}", method_, answer.error().message));

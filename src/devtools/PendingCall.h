@@ -4,7 +4,7 @@
 #include "platform/CallLimits.h"
 #include "platform/Mutex.h"
 
-#include <boost/json/object.hpp>
+#include <boost/json/value.hpp>
 
 #include <chrono>
 #include <condition_variable>
@@ -27,7 +27,8 @@ struct ProtocolError {
 /// Safe to use from any thread.
 class PendingCall {
 public:
-  using Answer = std::expected<boost::json::object, ProtocolError>;
+  /// The result is an object.
+  using Answer = std::expected<boost::json::value, ProtocolError>;
 
   explicit PendingCall(std::string method) : method_(std::move(method)) {}
 
@@ -36,7 +37,7 @@ public:
   Answer await(const platform::CallLimits& limits);
 
   /// The same, with the browser's error thrown as `refused`.
-  boost::json::object result(const platform::CallLimits& limits);
+  boost::json::value result(const platform::CallLimits& limits);
 
   /// Blocks until the call ends, however it does, and leaves the answer to whoever awaits it. Throws DevToolsFailure:
   /// timedOut or stopped by the limits.
@@ -50,7 +51,7 @@ public:
   /// True when it has ended without an answer.
   [[nodiscard]] bool hasFailed();
 
-  /// Whether waiting would return at once.
+  /// True when waiting would return at once.
   [[nodiscard]] bool hasEnded();
 
   void complete(Answer answer);

@@ -2,7 +2,6 @@
 
 #include "devtools/PageProgress.h"
 #include "devtools/Waiting.h"
-#include "devtools/WireText.h"
 #include "platform/Mutex.h"
 
 #include <fmt/core.h>
@@ -17,27 +16,25 @@
 
 namespace tabwright::devtools {
 
+using platform::JSONReader;
+
 namespace {
 
-/// The JSON value of a Runtime.RemoteObject that was asked for by value.
-boost::json::value valueOf(boost::json::object& remote) {
-  const std::string type = textOf(remote, "type");
+/// The JSON value of the Runtime.RemoteObject in an answer that was asked for by value.
+boost::json::value valueIn(boost::json::value& answer) {
+  const auto remote = JSONReader(answer).require<JSONReader>("result");
+  const auto type = remote.find<std::string>("type");
   if (type == "function" || type == "symbol")
     return nullptr;
-  if (textOf(remote, "unserializableValue") == "-0")
+  if (remote.find<std::string>("unserializableValue") == "-0")
     return 0;
-  boost::json::value* value = remote.if_contains("value");
-  return value != nullptr ? std::move(*value) : boost::json::value(nullptr);
+  return remote.object().contains("value") ? std::move(answer.at("result").at("value")) : boost::json::value(nullptr);
 }
 
-std::string thrownText(const boost::json::object& details) {
-  const boost::json::value* thrown = details.if_contains("exception");
-  if (thrown != nullptr && thrown->is_object()) {
-    std::string description = textOf(thrown->as_object(), "description");
-    if (!description.empty())
-      return description;
-  }
-  return textOf(details, "text");
+std::string thrownText(const JSONReader& details) {
+  const auto thrown = details.find<JSONReader>("exception");
+  const auto description = thrown ? thrown->find<std::string>("description") : std::nullopt;
+  return description && !description->empty() ? *description : details.require<std::string>("text");
 }
 
 // A document may be held up by a script of its own that never comes.
@@ -114,18 +111,18 @@ struct Session::State {
     if (progress.take(event)) {
       progressed.notify_all();
     } else if (event.method == "Runtime.bindingCalled") {
-      if (textOf(event.parameters, "name") != bindingName || !bindingListener)
+      if (event.parameters.require<std::string>("name") != bindingName || !bindingListener)
         return;
       const auto listener = bindingListener;
       lock.unlock();
-      listener(textOf(event.parameters, "payload"));
+      listener(event.parameters.require<std::string>("payload"));
     } else if (event.method == "Page.javascriptDialogOpening") {
-      dialog = textOf(event.parameters, "message");
+      dialog = event.parameters.require<std::string>("message");
       failPageCalls();
     } else if (event.method == "Page.javascriptDialogClosed") {
       dialog.reset();
     } else if (event.method == "Inspector.targetCrashed") {
-      // What a stopped worker knew is gone, even if the browser starts it again under the same session.
+      // A stopped worker has lost all that it knew, even if the browser starts it again under the same session.
       (kind == Kind::worker ? isGone : isCrashed) = true;
       dialog.reset();
       failPageCalls();
@@ -141,9 +138,9 @@ struct Session::State {
 
 std::shared_ptr<Session> Session::attach(std::shared_ptr<Connection> connection, const std::string& targetID, Kind kind,
                                          const platform::CallLimits& limits) {
-  const boost::json::object reply =
+  const boost::json::value reply =
       connection->call("Target.attachToTarget", {{"targetId", targetID}, {"flatten", true}}, {}, limits);
-  const auto state = std::make_shared<State>(targetID, textOf(reply, "sessionId"), kind);
+  const auto state = std::make_shared<State>(targetID, JSONReader(reply).require<std::string>("sessionId"), kind);
   connection->listen(state->sessionID, [weak = std::weak_ptr(state)](const Event& event) {
     if (const std::shared_ptr<State> still = weak.lock())
       still->take(event);
@@ -185,8 +182,8 @@ std::shared_ptr<PendingCall> Session::send(std::string method, boost::json::obje
   return pending;
 }
 
-boost::json::object Session::call(std::string method, boost::json::object parameters, AnsweredBy answeredBy,
-                                  const platform::CallLimits& limits) {
+boost::json::value Session::call(std::string method, boost::json::object parameters, AnsweredBy answeredBy,
+                                 const platform::CallLimits& limits) {
   const std::string name = method;
   PendingCall::Answer answer = send(std::move(method), std::move(parameters), answeredBy)
                                    ->await(platform::boundedBy(limits, connection_->bounds().call));
@@ -208,9 +205,9 @@ Evaluation Session::evaluate(const std::string& javascript, const platform::Call
       const platform::MutexLock lock(state_->mutex);
       state_->answeredAt = std::chrono::steady_clock::now();
     }
-    if (const boost::json::value* thrown = answer->if_contains("exceptionDetails"))
-      return {nullptr, thrownText(thrown->as_object())};
-    return {valueOf(answer->at("result").as_object()), std::nullopt};
+    if (const auto thrown = JSONReader(*answer).find<JSONReader>("exceptionDetails"))
+      return {nullptr, thrownText(*thrown)};
+    return {valueIn(*answer), std::nullopt};
   }
 
   const ProtocolError& error = answer.error();
@@ -275,8 +272,7 @@ void Session::take(const Probe& probe, const platform::CallLimits& limits) {
     return;
   state_->answeredAt = std::max(state_->answeredAt, probe.call->answeredAt());
   state_->progress.answered(probe.departures);
-  const boost::json::value* value = (*answer)->at("result").as_object().if_contains("value");
-  const std::int64_t facts = value != nullptr && value->is_int64() ? value->get_int64() : 0;
+  const auto facts = JSONReader(**answer).require<JSONReader>("result").find<std::int64_t>("value").value_or(0);
   if (!state_->progress.knowsDocument())
     state_->progress.found(facts % 2 == 0, facts >= 2);
   limits.within(patienceWithEnds).wait(state_->progressed, lock, [this]() REQUIRES(state_->mutex) {

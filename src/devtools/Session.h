@@ -12,7 +12,7 @@
 
 namespace tabwright::devtools {
 
-/// What came of evaluating JavaScript.
+/// The outcome of evaluating JavaScript.
 struct Evaluation {
   boost::json::value value;             ///< JSON null where the value is undefined, or none that JSON can say
   std::optional<std::string> exception; ///< why there is no value: what was thrown, or what kept the value from us
@@ -75,9 +75,9 @@ public:
   /// The number of times that the page was about to leave so far.
   [[nodiscard]] std::uint64_t departures() const;
 
-  /// Calls a method of the protocol in this session. Throws DevToolsFailure, as above.
-  boost::json::object call(std::string method, boost::json::object parameters, AnsweredBy answeredBy,
-                           const platform::CallLimits& limits);
+  /// Calls a method of the protocol in this session; yields its result, an object. Throws DevToolsFailure, as above.
+  boost::json::value call(std::string method, boost::json::object parameters, AnsweredBy answeredBy,
+                          const platform::CallLimits& limits);
 
   /// Sends a call and returns at once. Throws DevToolsFailure where `call` would throw at once.
   std::shared_ptr<PendingCall> send(std::string method, boost::json::object parameters, AnsweredBy answeredBy);

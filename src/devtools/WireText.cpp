@@ -1,7 +1,7 @@
 #include "devtools/WireText.h"
 
-#include <boost/json/parse.hpp>
-#include <boost/json/parse_options.hpp>
+#include "platform/JSONFailure.h"
+#include "platform/JSONText.h"
 
 #include <algorithm>
 
@@ -11,7 +11,7 @@ namespace {
 
 enum class Half { none, leading, trailing };
 
-/// What the escape at `place` stands for: \uD800–\uDBFF leads a pair, \uDC00–\uDFFF trails one.
+/// The kind of the escape at `place`: \uD800–\uDBFF leads a pair, \uDC00–\uDFFF trails one.
 Half halfAt(std::string_view json, std::size_t place) {
   if (json.substr(place, 2) != "\\u" || place + 6 > json.size() || (json[place + 2] | 0x20) != 'd')
     return Half::none;
@@ -22,11 +22,6 @@ Half halfAt(std::string_view json, std::size_t place) {
 }
 
 } // namespace
-
-std::string textOf(const boost::json::object& fields, std::string_view key) {
-  const boost::json::value* value = fields.if_contains(key);
-  return value != nullptr && value->is_string() ? std::string(value->as_string()) : std::string();
-}
 
 std::string withoutLoneSurrogates(std::string_view json) {
   constexpr std::string_view replacement = "\\ufffd";
@@ -60,14 +55,12 @@ std::string withoutLoneSurrogates(std::string_view json) {
 }
 
 boost::json::value parseMessage(std::string_view text) {
-  boost::json::parse_options options;
-  options.max_depth = 1100; // V8 gives up at 1000
-  boost::system::error_code error;
-  boost::json::value message = boost::json::parse(text, error, {}, options);
-  // The rare message is read twice, so that the usual one needs no search.
-  if (error)
-    message = boost::json::parse(withoutLoneSurrogates(text), {}, options);
-  return message;
+  constexpr std::size_t deepest = 1100; // V8 gives up at 1000
+  try {
+    return platform::parseJSON(text, deepest);
+  } catch (const platform::JSONFailure&) { // the rare message is read twice, so that the usual one needs no search
+    return platform::parseJSON(withoutLoneSurrogates(text), deepest);
+  }
 }
 
 } // namespace tabwright::devtools

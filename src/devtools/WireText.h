@@ -1,6 +1,5 @@
 #pragma once
 
-#include <boost/json/object.hpp>
 #include <boost/json/value.hpp>
 
 #include <string>
@@ -8,15 +7,12 @@
 
 namespace tabwright::devtools {
 
-/// Reads one message of the protocol. Throws boost::system::system_error when it isn't JSON.
+/// Reads one message of the protocol. Throws JSONFailure when it isn't JSON.
 ///
 /// JavaScript texts may hold half a surrogate pair (one that was cut in the middle of an emoji), which no UTF-8 text
 /// can: each becomes U+FFFD, as in the browser's own conversion of such texts to UTF-8 (Encoding Standard, "UTF-8
 /// encode"). Nesting is bounded above what the browser itself serialises.
 [[nodiscard]] boost::json::value parseMessage(std::string_view text);
-
-/// The text at a key; empty where there is none.
-[[nodiscard]] std::string textOf(const boost::json::object& fields, std::string_view key);
 
 /// JSON text with every \u escape that is half a surrogate pair replaced by \ufffd; all else as it stands.
 [[nodiscard]] std::string withoutLoneSurrogates(std::string_view json);

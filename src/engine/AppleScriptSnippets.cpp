@@ -5,10 +5,10 @@
 #include "engine/PageLibrary.h"
 #include "engine/ScriptText.h"
 #include "engine/Scriptacular.h"
-#include "engine/TextTemplate.h"
 #include "engine/ULID.h"
 #include "engine/errors/AppleScriptRuntimeError.h"
 #include "platform/Logger.h"
+#include "platform/TextTemplate.h"
 #include "tabwright_engineResources.h"
 
 #include <algorithm>
@@ -16,6 +16,9 @@
 #include <stdexcept>
 
 namespace tabwright::engine {
+
+using platform::TextTemplate;
+
 namespace {
 
 const platform::Logger logger("AppleScriptSnippets");
@@ -34,12 +37,12 @@ std::string pollCount(double timeout, double interval) {
 }
 
 std::string jobCode(std::string_view js, const JobVariables& variables) {
-  static const TextTemplate code(resources::jobCode_js);
-  return code.fill({{"CANARY", variables.canary},
-                    {"RESULT", variables.result},
-                    {"PAGE_LIBRARY", pageLibrary()},
-                    {"JS", js},
-                    {"EMPTY_RESULT_MARKER", AppleScriptSnippets::emptyResultMarker()}});
+  static const TextTemplate work(resources::jobWork_js);
+  static const TextTemplate planted(resources::plantedJob_js);
+  return planted.fill({{"CANARY", variables.canary},
+                       {"WORK", work.fill({{"PAGE_LIBRARY", pageLibrary()}, {"JS", js}})},
+                       {"RESULT", variables.result},
+                       {"EMPTY_RESULT_MARKER", AppleScriptSnippets::emptyResultMarker()}});
 }
 
 } // namespace
@@ -90,12 +93,21 @@ std::string AppleScriptSnippets::asyncJob(std::string_view js, double timeout, d
                                           const JobVariables& variables) {
   logger.debug("JS:\n{}", js);
   static const TextTemplate job(resources::asyncJob_applescript);
+  static const TextTemplate canary(resources::canaryQuestion_js);
+  static const TextTemplate result(resources::resultQuestion_js);
+  static const TextTemplate removal(resources::resultRemoval_js);
   return job.fill({{"JOB_CODE", escapeForLiteral(jobCode(js, variables))},
                    {"POLL_COUNT", pollCount(timeout, interval)},
-                   {"CANARY", variables.canary},
-                   {"RESULT", variables.result},
+                   {"CANARY_QUESTION", canary.fill({{"CANARY", variables.canary}})},
+                   {"RESULT_QUESTION", result.fill({{"RESULT", variables.result}})},
+                   {"RESULT_REMOVAL", removal.fill({{"RESULT", variables.result}})},
                    {"PAGE_LOAD_DURING_EXECUTION", numberOf(AppleScriptRuntimeError::pageLoadDuringExecution)},
                    {"INTERVAL", textOfDouble(interval)}});
+}
+
+const std::string& AppleScriptSnippets::pageReload() {
+  static const std::string code = TextTemplate(resources::pageReload_js).fill({});
+  return code;
 }
 
 const std::string& AppleScriptSnippets::emptyResultMarker() {

@@ -35,7 +35,7 @@ public:
   /// Binds `FRONT_WINDOW`, `FRONT_WINDOW_ID`, `FRONT_TAB` and `FRONT_TAB_ID`. There must be a window.
   [[nodiscard]] static const std::string& frontVariables();
 
-  /// Which variables `tabLookup` leaves behind, beside `tabID`.
+  /// The variables that `tabLookup` leaves behind, beside `tabID`.
   enum class TabLookupBinds { tabAndWindow, tab };
 
   /// Binds `tabID`, `nativeTab` and, unless told otherwise, `nativeWindow`, or ends the script in `tabNotFound`.
@@ -61,6 +61,9 @@ public:
   /// The same with given variable names.
   [[nodiscard]] static std::string asyncJob(std::string_view js, double timeout, double interval,
                                             const JobVariables& variables);
+
+  /// JavaScript that loads its page anew: the body of a job that does nothing else.
+  [[nodiscard]] static const std::string& pageReload();
 
   /// The one item of the result of a job that returned undefined or null: "res" and a ULID, the same for all jobs of
   /// this process.

@@ -4,7 +4,7 @@
 
 namespace tabwright::engine {
 
-/// Where the version of a browser is kept when a script has told it.
+/// Keeps the version of a browser that a script has told.
 class BrowserVersionStore {
 public:
   virtual ~BrowserVersionStore() = default;

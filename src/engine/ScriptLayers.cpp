@@ -4,12 +4,16 @@
 // breaks nor placeholders nor calls.
 #include "engine/ScriptLayers.h"
 
+#include "engine/ScriptText.h"
 #include "platform/Whitespace.h"
 #include "tabwright_engineResources.h"
 
 #include <array>
 
 namespace tabwright::engine {
+
+using platform::TextTemplate;
+
 namespace {
 
 std::string qualifyingResultCalls(std::string_view text) {
@@ -71,6 +75,9 @@ TextTemplate layersWith(std::string_view familyLibrary) {
   constexpr std::string_view bodyLine = "\n__APPLESCRIPT__\n";
   const std::size_t body = layers.find(bodyLine);
   layers.erase(body + bodyLine.size() - 1, 1);
+  constexpr std::string_view question = "__VERSION_QUESTION__";
+  if (const std::size_t at = layers.find(question); at != std::string::npos)
+    layers.replace(at, question.size(), escapeForLiteral(TextTemplate(resources::versionQuestion_js).fill({})));
   return TextTemplate(layers);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/TextTemplate.h"
+#include "platform/TextTemplate.h"
 
 #include <cstddef>
 #include <optional>
@@ -14,7 +14,7 @@ namespace tabwright::engine {
 /// what goes in for APPLESCRIPT must have seen both too (`preparedBody`) and ends in a line feed unless it is empty.
 ///
 /// "com.apple.safari" has the Safari library, any other id the Chromium one.
-[[nodiscard]] const TextTemplate& scriptLayers(std::string_view targetID);
+[[nodiscard]] const platform::TextTemplate& scriptLayers(std::string_view targetID);
 
 /// An action's own lines as they go into the layers.
 ///

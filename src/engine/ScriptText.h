@@ -16,8 +16,9 @@ namespace tabwright::engine {
 /// such: they become "\n" and "\r".
 [[nodiscard]] std::string escapeForJavascript(std::string_view text);
 
-/// What scripts know a tab or window by: `fullID` without everything up to and including the first colon that has a
-/// character before it, as the regular expression "^.+?:" takes it away. A text without such a colon is unchanged.
+/// The id by which scripts know a tab or window: `fullID` without everything up to and including the first colon that
+/// has a character before it, as the regular expression "^.+?:" takes it away. A text without such a colon is
+/// unchanged.
 ///
 ///     nativeID("com.apple.safari:17:3")    // 17:3
 [[nodiscard]] std::string nativeID(std::string_view fullID);

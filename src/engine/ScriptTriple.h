@@ -7,7 +7,7 @@
 
 namespace tabwright::engine {
 
-/// What a script delivers when it succeeds: the second and third items of its list {success flag, browser version, JSON
+/// The result of a script that succeeds: the second and third items of its list {success flag, browser version, JSON
 /// text or failure number}.
 struct ScriptTriple {
   /// Nothing when the item is no text, as when the page couldn't tell.

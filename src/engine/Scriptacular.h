@@ -25,7 +25,7 @@ enum class TellSystemEvents : bool { no, yes };
 ///     Scriptacular scriptacular(services, "return success(my getListOfTabs())", {}, target, TellSystemEvents::no);
 ///     auto tabs = co_await scriptacular.run<std::vector<BrowserTabData>>();
 ///
-/// It serves one run and one coroutine at a time. The result type is anything with a `JSONDecoding`.
+/// It serves one run and one coroutine at a time. The result type is any that `platform::JSONReader` reads.
 ///
 /// Failures of a run, all thrown: `AppleScriptRuntimeError` (the script ended in `failure(n)`), `ScriptacularError`
 /// (the script couldn't be run, or its result has the wrong shape), `StringError::unableToDecodeJSON`, and any failure

@@ -9,8 +9,8 @@
 
 namespace tabwright::engine {
 
-/// What running a script needs of the world. The program makes one; everything it names outlives every `Scriptacular`,
-/// and may be used from several threads at once.
+/// The services of the world that running a script needs. The program makes one; everything it names outlives every
+/// `Scriptacular`, and may be used from several threads at once.
 struct ScriptacularServices {
   platform::UserAppleScriptTasks& tasks;
   platform::FileManager& files;

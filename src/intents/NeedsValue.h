@@ -23,7 +23,9 @@ public:
 
   /// Both in one sentence: "cssSelector needs a value. QUESTION".
   [[nodiscard]] std::string errorDescription() const override { return parameter_ + " needs a value. " + question_; }
-  [[nodiscard]] platform::FailureIdentity identity() const override { return {"NeedsValue", parameter_, {}}; }
+  [[nodiscard]] platform::FailureIdentity identity() const override {
+    return {"NeedsValue", parameter_, {}, platform::FailureClass::wrongUse};
+  }
 
 private:
   std::string parameter_;

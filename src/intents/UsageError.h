@@ -14,7 +14,9 @@ public:
   explicit UsageError(std::string sentence) : sentence_(std::move(sentence)) {}
 
   [[nodiscard]] std::string errorDescription() const override { return sentence_; }
-  [[nodiscard]] platform::FailureIdentity identity() const override { return {"UsageError", "wrongUse", {}}; }
+  [[nodiscard]] platform::FailureIdentity identity() const override {
+    return {"UsageError", "wrongUse", {}, platform::FailureClass::wrongUse};
+  }
 
 private:
   std::string sentence_;

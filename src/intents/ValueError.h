@@ -29,7 +29,9 @@ public:
 
   /// Place and sentence; only the sentence as long as no level has given its name.
   [[nodiscard]] std::string errorDescription() const override;
-  [[nodiscard]] platform::FailureIdentity identity() const override { return {"ValueError", "unsuitable", {}}; }
+  [[nodiscard]] platform::FailureIdentity identity() const override {
+    return {"ValueError", "unsuitable", {}, platform::FailureClass::wrongUse};
+  }
 
 private:
   std::string place_;

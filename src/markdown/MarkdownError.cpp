@@ -1,21 +1,21 @@
 #include "markdown/MarkdownError.h"
 
+#include "platform/FailureTable.h"
+
 namespace tabwright::markdown {
+namespace {
+
+constexpr platform::FailureTable<MarkdownError, 1> table{
+    "MarkdownError", {{MarkdownError::textTooLong, "textTooLong", "The Markdown text is too long: "}}};
+
+} // namespace
 
 std::string errorDescription(MarkdownError error, const std::string& detail) {
-  switch (error) {
-  case MarkdownError::textTooLong:
-    return "The Markdown text is too long: " + detail;
-  }
-  return detail;
+  return std::string(table[error].sentence) + detail;
 }
 
 platform::FailureIdentity identity(MarkdownError error) {
-  switch (error) {
-  case MarkdownError::textTooLong:
-    return {"MarkdownError", "textTooLong", std::nullopt};
-  }
-  return {"MarkdownError", "", std::nullopt};
+  return table.identity(error);
 }
 
 } // namespace tabwright::markdown

@@ -8,11 +8,21 @@
 
 namespace tabwright::platform {
 
+/// The kind of a failure, by which those who report it go on.
+enum class FailureClass {
+  failed,      ///< what was asked for came to nothing
+  wrongUse,    ///< what was asked for can't be: an unknown name, a wrong value, a missing one. Nothing has been run
+  unreachable, ///< a browser that is known could not be reached; the sentence says what to do
+  notFound,    ///< no browser was found, for whatever reason
+  system,      ///< the system refused something, such as to write a file
+};
+
 /// The facts that a program may ask of a failure, beside its sentence: which catalogue it is from, and which case.
 struct FailureIdentity {
   std::string type;          ///< the catalogue's name, such as "AppleScriptRuntimeError"
   std::string caseName;      ///< the case, such as "tabNotFound"
   std::optional<int> number; ///< the case's number, where the catalogue numbers its cases
+  FailureClass failureClass = FailureClass::failed;
 };
 
 /// Something that a user is told beside what was asked for: the cause that lies beneath a failure, or what a success
@@ -71,6 +81,8 @@ private:
 ///
 ///     std::string errorDescription(Kind kind, const std::string& detail);
 ///     platform::FailureIdentity identity(Kind kind);
+///
+/// Its source has a `FailureTable` of the cases, which both are read from.
 ///
 /// `detail` is the payload of cases that carry a text, and empty for the others.
 template <class Kind>

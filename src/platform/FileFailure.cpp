@@ -14,7 +14,7 @@ std::string FileFailure::errorDescription() const {
 }
 
 FailureIdentity FileFailure::identity() const {
-  return {"FileFailure", operation_, errorNumber_};
+  return {"FileFailure", operation_, errorNumber_, FailureClass::system};
 }
 
 bool isShortage(int errorNumber) {

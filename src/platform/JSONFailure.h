@@ -2,8 +2,10 @@
 
 #include "platform/Failure.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace tabwright::platform {
@@ -13,9 +15,13 @@ namespace tabwright::platform {
 ///     The JSON document breaks around line 2, column 7: it ends too early.
 class JSONFailure final : public Failure {
 public:
-  /// `reason` is a clause that follows a colon. Lines and columns count from 1, columns in characters.
-  JSONFailure(std::string reason, std::size_t line, std::size_t column)
-      : reason_(std::move(reason)), line_(line), column_(column) {}
+  /// `reason` is a clause that follows a colon, `before` the document up to the place, in UTF-8. Lines and columns
+  /// count from 1, columns in characters.
+  JSONFailure(std::string reason, std::string_view before)
+      : reason_(std::move(reason)), line_(1 + static_cast<std::size_t>(std::ranges::count(before, '\n'))) {
+    const std::string_view line = before.substr(before.rfind('\n') + 1); // of npos: 0
+    column_ = 1 + static_cast<std::size_t>(std::ranges::count_if(line, isFirstByte));
+  }
 
   /// The same failure of a document that has a name: "The JSON document inputDict breaks …".
   [[nodiscard]] JSONFailure named(std::string name) const {
@@ -31,13 +37,18 @@ public:
     return "The JSON document " + (name_.empty() ? "" : name_ + " ") + "breaks around line " + std::to_string(line_) +
            ", column " + std::to_string(column_) + ": " + reason_ + ".";
   }
-  [[nodiscard]] FailureIdentity identity() const override { return {"JSONFailure", "unreadable", {}}; }
+  /// A user meets it as such for a document of the user's own alone.
+  [[nodiscard]] FailureIdentity identity() const override {
+    return {"JSONFailure", "unreadable", {}, FailureClass::wrongUse};
+  }
 
 private:
+  static bool isFirstByte(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }
+
   std::string name_;
   std::string reason_;
   std::size_t line_;
-  std::size_t column_;
+  std::size_t column_ = 1;
 };
 
 } // namespace tabwright::platform

@@ -1,35 +1,25 @@
-// One pass: Boost.JSON's parser calls a writer for each token. A member whose key has been seen is written and then cut
-// off again. First the data is brought to UTF-8.
+// The data is brought to UTF-8 and parsed, for its errors only: the tree would keep neither the digits of numbers nor
+// the first of equal keys. Then the text is walked token by token. A member whose key has been seen is written and cut
+// off again.
 #include "platform/NormalisedJSON.h"
 
 #include "platform/JSONFailure.h"
+#include "platform/JSONText.h"
 
-#include <boost/json/basic_parser_impl.hpp>
-#include <fmt/core.h>
+#include <boost/json/value.hpp>
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <optional>
 #include <set>
-#include <vector>
 
 namespace tabwright::platform {
 
 namespace {
 
-using boost::json::error_code;
-
-constexpr std::size_t deepestNesting = 512;
-
-[[noreturn]] void fail(std::string reason, std::string_view textBefore) {
-  const std::size_t lineStart = textBefore.rfind('\n') + 1; // of npos: 0
-  const auto isFirstByte = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; };
-  throw JSONFailure(std::move(reason), 1 + static_cast<std::size_t>(std::ranges::count(textBefore, '\n')),
-                    1 + static_cast<std::size_t>(std::ranges::count_if(textBefore.substr(lineStart), isFirstByte)));
-}
+constexpr std::string_view blanks = " \t\r\n";
 
 struct Encoding {
   std::size_t unitSize; ///< in bytes
@@ -73,7 +63,7 @@ std::string utf8Of(std::string_view data) {
   std::optional<UChar32> lead;
   for (; !data.empty(); data.remove_prefix(encoding.unitSize)) {
     if (data.size() < encoding.unitSize)
-      fail("bytes that are no text", text);
+      throw JSONFailure("bytes that are no text", text);
     std::uint32_t unit = 0;
     for (std::size_t index = 0; index < encoding.unitSize; ++index) {
       const std::size_t position = encoding.isBigEndian ? index : encoding.unitSize - 1 - index;
@@ -82,7 +72,7 @@ std::string utf8Of(std::string_view data) {
     auto character = static_cast<UChar32>(unit);
     if (encoding.unitSize == 2) {
       if (lead.has_value() != U16_IS_TRAIL(character))
-        fail("half of a surrogate pair", text);
+        throw JSONFailure("half of a surrogate pair", text);
       if (U16_IS_LEAD(character)) {
         lead = character;
         continue;
@@ -96,182 +86,105 @@ std::string utf8Of(std::string_view data) {
     UBool isFailed = false;
     U8_APPEND(bytes, length, U8_MAX_LENGTH, character, isFailed);
     if (isFailed)
-      fail("bytes that are no text", text);
+      throw JSONFailure("bytes that are no text", text);
     text.append(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length));
   }
   if (lead)
-    fail("half of a surrogate pair", text);
+    throw JSONFailure("half of a surrogate pair", text);
   return text;
 }
 
-/// The calls of the parser. The names are the parser's.
-class Writer {
+class Normaliser {
 public:
-  static constexpr std::size_t max_object_size = static_cast<std::size_t>(-1);
-  static constexpr std::size_t max_array_size = static_cast<std::size_t>(-1);
-  static constexpr std::size_t max_key_size = static_cast<std::size_t>(-1);
-  static constexpr std::size_t max_string_size = static_cast<std::size_t>(-1);
+  /// `text` is known to be JSON.
+  explicit Normaliser(std::string_view text) : text_(text) {}
 
-  std::string output;
-
-  bool on_document_begin(error_code&) { return true; }
-  bool on_document_end(error_code&) { return true; }
-  bool on_object_begin(error_code&) { return open('{'); }
-  bool on_object_end(std::size_t, error_code&) { return close('}'); }
-  bool on_array_begin(error_code&) { return open('['); }
-  bool on_array_end(std::size_t, error_code&) { return close(']'); }
-
-  bool on_key_part(boost::json::string_view part, std::size_t, error_code&) { return take(part); }
-  bool on_key(boost::json::string_view part, std::size_t, error_code&) {
-    take(part);
-    Level& level = levels_.back();
-    if (!level.keys.insert(text_).second)
-      level.endOfWanted = output.size();
-    separate();
-    writeText();
-    output += ':';
-    return true;
+  std::string output() {
+    writeValue();
+    return std::move(output_);
   }
-
-  bool on_string_part(boost::json::string_view part, std::size_t, error_code&) { return take(part); }
-  bool on_string(boost::json::string_view part, std::size_t, error_code&) {
-    take(part);
-    separate();
-    writeText();
-    return finishValue();
-  }
-
-  bool on_number_part(boost::json::string_view part, error_code&) {
-    number_.append(part.data(), part.size());
-    return true;
-  }
-  bool on_int64(std::int64_t, boost::json::string_view digits, error_code&) { return writeNumber(digits); }
-  bool on_uint64(std::uint64_t, boost::json::string_view digits, error_code&) { return writeNumber(digits); }
-  bool on_double(double value, boost::json::string_view digits, error_code& error) {
-    if (std::isfinite(value))
-      return writeNumber(digits);
-    error = boost::json::error::not_exact;
-    return false;
-  }
-  bool on_bool(bool value, error_code&) { return writePlain(value ? "true" : "false"); }
-  bool on_null(error_code&) { return writePlain("null"); }
-  bool on_comment_part(boost::json::string_view, error_code&) { return true; }
-  bool on_comment(boost::json::string_view, error_code&) { return true; }
 
 private:
-  struct Level {
+  void writeValue() {
+    const char first = next();
+    if (first == '{' || first == '[')
+      writeMembers(first, first == '{' ? '}' : ']');
+    else if (first == '"')
+      appendJSONText(output_, takeText(), Slashes::escaped);
+    else
+      output_ += takeWord();
+  }
+
+  void writeMembers(char open, char close) {
     std::set<std::string> keys;
-    std::optional<std::size_t> endOfWanted; ///< where the member that isn't wanted begins
-  };
-
-  bool take(boost::json::string_view part) {
-    text_.append(part.data(), part.size());
-    return true;
-  }
-
-  bool open(char bracket) {
-    separate();
-    output += bracket;
-    levels_.emplace_back();
-    return true;
-  }
-
-  bool close(char bracket) {
-    output += bracket;
-    levels_.pop_back();
-    return finishValue();
-  }
-
-  // A comma, unless the value or member is the first of its level, or the value of a member.
-  void separate() {
-    if (!output.empty() && output.back() != '{' && output.back() != '[' && output.back() != ':')
-      output += ',';
-  }
-
-  bool finishValue() {
-    if (levels_.empty() || !levels_.back().endOfWanted)
-      return true;
-    output.resize(*levels_.back().endOfWanted);
-    levels_.back().endOfWanted.reset();
-    return true;
-  }
-
-  bool writePlain(std::string_view token) {
-    separate();
-    output += token;
-    return finishValue();
-  }
-
-  bool writeNumber(boost::json::string_view digits) {
-    number_.append(digits.data(), digits.size());
-    writePlain(number_);
-    number_.clear();
-    return true;
-  }
-
-  void writeText() {
-    constexpr std::string_view special = "/\"\\\n\t\r\b\f";
-    constexpr std::string_view letters = "/\"\\ntrbf";
-    output += '"';
-    for (const char byte : text_) {
-      if (const auto position = special.find(byte); position != std::string_view::npos)
-        (output += '\\') += letters[position];
-      else if (static_cast<unsigned char>(byte) < 0x20)
-        output += fmt::format("\\u{:04x}", byte);
-      else
-        output += byte;
+    output_ += open;
+    ++at_;
+    while (next() != close) {
+      if (text_[at_] == ',')
+        ++at_;
+      const std::size_t before = output_.size();
+      if (output_.back() != open)
+        output_ += ',';
+      bool isNew = true;
+      if (open == '{') {
+        const std::string key = takeText();
+        isNew = keys.insert(key).second;
+        appendJSONText(output_, key, Slashes::escaped);
+        output_ += ':';
+        next();
+        ++at_;
+      }
+      writeValue();
+      if (!isNew)
+        output_.resize(before);
     }
-    output += '"';
-    text_.clear();
+    output_ += close;
+    ++at_;
   }
 
-  std::vector<Level> levels_;
-  std::string text_;   // of the key or text that is being read
-  std::string number_; // its digits so far
+  /// Goes on to the next character that is none of the layout.
+  char next() {
+    at_ = text_.find_first_not_of(blanks, at_);
+    return text_[at_];
+  }
+
+  std::string takeText() {
+    next();
+    const std::size_t start = at_++;
+    for (; text_[at_] != '"'; ++at_) {
+      if (text_[at_] == '\\')
+        ++at_;
+    }
+    ++at_;
+    return std::string(parseJSON(text_.substr(start, at_ - start)).get_string());
+  }
+
+  std::string_view takeWord() {
+    const std::size_t start = at_;
+    at_ = text_.find_first_of(",]} \t\r\n", start);
+    const std::string_view word = text_.substr(start, at_ - start);
+    const boost::json::value value = parseJSON(word);
+    if (value.is_double() && !std::isfinite(value.get_double()))
+      throw JSONFailure("a number that is too large", text_.substr(0, at_));
+    return word;
+  }
+
+  std::string_view text_;
+  std::size_t at_ = 0;
+  std::string output_;
 };
-
-std::string reasonOf(const error_code& code) {
-  using boost::json::error;
-  switch (static_cast<error>(code.value())) {
-  case error::incomplete:
-    return "it ends too early";
-  case error::too_deep:
-    return fmt::format("more than {} levels", deepestNesting);
-  case error::exponent_overflow:
-  case error::not_exact:
-    return "a number that is too large";
-  case error::illegal_leading_surrogate:
-  case error::illegal_trailing_surrogate:
-  case error::expected_utf16_escape:
-    return "half of a surrogate pair";
-  case error::expected_hex_digit:
-    return "an escape without its four hexadecimal digits";
-  default:
-    return "something that can't stand here";
-  }
-}
 
 } // namespace
 
 std::string normalisedJSON(std::string_view data) {
   const std::string text = utf8Of(data);
-  const std::size_t start = text.find_first_not_of(" \t\r\n");
+  const std::size_t start = text.find_first_not_of(blanks);
   if (start == std::string::npos)
-    fail("it is empty", text);
+    throw JSONFailure("it is empty", text);
   if (text[start] != '{' && text[start] != '[')
-    fail("an object or a list must stand at the top", std::string_view(text).substr(0, start));
-
-  boost::json::parse_options options;
-  options.max_depth = deepestNesting;
-  boost::json::basic_parser<Writer> parser(options);
-  error_code error;
-  const std::size_t end = parser.write_some(false, text.data(), text.size(), error);
-  const std::string_view read = std::string_view(text).substr(0, end);
-  if (error)
-    fail(reasonOf(error), read);
-  if (end < text.size())
-    fail("more behind its end", read);
-  return std::move(parser.handler().output);
+    throw JSONFailure("an object or a list must stand at the top", std::string_view(text).substr(0, start));
+  static_cast<void>(parseJSON(text));
+  return Normaliser(text).output();
 }
 
 } // namespace tabwright::platform

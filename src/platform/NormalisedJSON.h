@@ -14,7 +14,7 @@ namespace tabwright::platform {
 /// order, with or without a byte order mark (without one the encoding is told by the zero bytes among the first four,
 /// as RFC 4627 has it). Of several members with one key the first counts. Throws `JSONFailure` for anything else:
 /// another value at the top, a text that ends too early or goes on behind its end, comments, trailing commas, NaN and
-/// numbers too large for a double, halves of surrogate pairs, bytes that are no text, more than 512 levels.
+/// numbers too large for a double, halves of surrogate pairs, bytes that are no text, more levels than `deepestJSON`.
 ///
 /// The output is UTF-8 in one line. Numbers stand as they came, so none loses a digit. In texts, `/` is written
 /// `\/` and control characters are escaped; everything else stands for itself, and U+2028 too. The result may stand in

@@ -1,5 +1,8 @@
 #include "rpc/LineStream.h"
 
+#include "platform/JSONFailure.h"
+#include "platform/JSONText.h"
+
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/posix/stream_descriptor.hpp>
@@ -7,7 +10,6 @@
 #include <boost/asio/this_coro.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <boost/asio/write.hpp>
-#include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
 #include <boost/system/system_error.hpp>
 #include <fmt/core.h>
@@ -61,15 +63,12 @@ private:
 };
 
 ReceivedMessage parsed(std::string_view line) {
-  static constexpr std::size_t deepest = 512;
-  boost::json::parse_options options;
-  options.max_depth = deepest;
-  error_code error;
-  boost::json::value message = boost::json::parse(line, error, {}, options);
-  if (error)
-    return std::unexpected(UnreadableMessage{
-        RpcError(ErrorCode::parseError, "The line is no JSON: " + error.message() + "."), envelopeOf(line)});
-  return message;
+  try {
+    return platform::parseJSON(line);
+  } catch (const platform::JSONFailure& failure) {
+    return std::unexpected(
+        UnreadableMessage{RpcError(ErrorCode::parseError, failure.errorDescription()), envelopeOf(line)});
+  }
 }
 
 } // namespace

@@ -17,7 +17,7 @@ namespace tabwright::rpc {
 ///     LineStream stream(executor, socket, ::dup(socket));
 ///
 /// Lines of white space are skipped. A line that is too long is refused once its first bytes beyond the bound have
-/// come, and skipped up to its end without being held. Nesting is taken up to 512 levels.
+/// come, and skipped up to its end without being held. Nesting is bounded as everywhere (`platform::deepestJSON`).
 ///
 /// The descriptors may be pipes, sockets, terminals or files. While the stream lives they don't block; their mode is
 /// put back when it ends, as others may share it. Writing to a pipe or socket that nobody reads raises SIGPIPE: a
@@ -43,7 +43,7 @@ public:
   platform::Task<void> flush(std::chrono::nanoseconds atMost) override;
   void close() override;
 
-  /// What ended the stream, where that was a message that couldn't be written; else success. A peer that has left is
+  /// The error that ended the stream, where a message couldn't be written; else success. A peer that has left is
   /// `broken_pipe` or `connection_reset`.
   [[nodiscard]] boost::system::error_code writeError() const;
 

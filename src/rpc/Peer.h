@@ -31,7 +31,7 @@ public:
   /// Yields the result, or throws: an `RpcError` as it is, any other `Failure` and exception as an internal error with
   /// its sentence. It must end soon after it was cancelled by its cancellation slot; nobody is answered then.
   using RequestHandler = std::function<platform::Task<boost::json::value>(boost::json::object params)>;
-  /// What it throws is logged.
+  /// Its exceptions are logged.
   using NotificationHandler = std::function<platform::Task<void>(boost::json::object params)>;
 
   /// `stream` outlives the peer. Of more than `handlersAtOnce` requests under way at a time the rest are answered with

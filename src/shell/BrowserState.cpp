@@ -1,13 +1,12 @@
 // One JSON text for each browser, so that a damaged one costs the state of that browser only.
 #include "shell/BrowserState.h"
 
-#include "engine/JSONDecoding.h"
+#include "platform/JSONReader.h"
+#include "platform/JSONText.h"
 #include "platform/Logger.h"
 
-#include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
-#include <boost/system/error_code.hpp>
 
 #include <array>
 #include <atomic>
@@ -43,17 +42,13 @@ std::string BrowserState::json() const {
 }
 
 std::optional<BrowserState> BrowserState::fromJSON(std::string_view text) {
-  boost::system::error_code error;
-  const boost::json::value json = boost::json::parse(text, error);
-  if (error)
-    return std::nullopt;
   try {
-    const boost::json::object& object = engine::requireObject(json);
-    const auto status = statusNamed(engine::requiredField<std::string>(object, "assistiveAccess"));
-    if (!status)
-      return std::nullopt;
-    return BrowserState{*status, engine::requiredField<std::string>(object, "version")};
-  } catch (const engine::JSONMismatch&) {
+    const boost::json::value json = platform::parseJSON(text);
+    const platform::JSONReader reader(json);
+    const auto status = statusNamed(reader.require<std::string>("assistiveAccess"));
+    const auto version = reader.require<std::string>("version");
+    return status ? std::optional(BrowserState{*status, version}) : std::nullopt;
+  } catch (const platform::Failure&) {
     return std::nullopt;
   }
 }

@@ -8,14 +8,19 @@
 namespace tabwright::browserdata {
 namespace {
 
-// The message that refuses a window; empty when it can be decoded.
+template <class Record>
+Record read(std::string_view json) {
+  const boost::json::value value = boost::json::parse(json);
+  return platform::JSONReader(value).read<Record>();
+}
+
+// The place of the mistake in a window; empty when it can be decoded.
 std::string mismatchOf(std::string_view json) {
   try {
-    static_cast<void>(engine::JSONDecoding<BrowserWindowData>::from(boost::json::parse(json)));
+    static_cast<void>(read<BrowserWindowData>(json));
     return {};
-  } catch (const engine::JSONMismatch& mismatch) {
-    const std::string text = mismatch.what();
-    return text.substr(0, text.find(':'));
+  } catch (const platform::JSONMismatch& mismatch) {
+    return mismatch.clause().substr(0, mismatch.clause().find(':'));
   }
 }
 
@@ -34,7 +39,7 @@ TEST(BrowserTabData, NeedsOnlyIdTitleAndURL) {
         std::string_view(R"({"htmlContent":null,"isLoading":null,"isPrivate":null,"pageSelectionText":null,
                              "pageSelectionHTML":null,"tabID":"8","tabTitle":"News","tabURL":"https://news.test/",
                              "textContent":null,"somethingElse":1})")})
-    EXPECT_EQ(engine::JSONDecoding<BrowserTabData>::from(boost::json::parse(json)), expected) << json;
+    EXPECT_EQ(read<BrowserTabData>(json), expected) << json;
 }
 
 TEST(BrowserTabData, IsWrittenWithoutDefaultsInTheOrderOfItsFields) {
@@ -42,8 +47,7 @@ TEST(BrowserTabData, IsWrittenWithoutDefaultsInTheOrderOfItsFields) {
        {plainTab, std::string_view(
                       R"({"htmlContent":"","isLoading":true,"isPrivate":true,"pageSelectionText":"a",)"
                       R"("pageSelectionHTML":"<b>a</b>","tabID":"17:3","tabTitle":"","tabURL":"","textContent":"t"})")})
-    EXPECT_EQ(boost::json::serialize(toJson(engine::JSONDecoding<BrowserTabData>::from(boost::json::parse(json)))),
-              json);
+    EXPECT_EQ(boost::json::serialize(toJson(read<BrowserTabData>(json))), json);
 }
 
 const std::string window = R"({"isVisible":true,"activeTab":)" + std::string(plainTab) +
@@ -53,7 +57,7 @@ const std::string window = R"({"isVisible":true,"activeTab":)" + std::string(pla
 TEST(BrowserWindowData, IsReadAndWritten) {
   boost::json::value json = boost::json::parse(window);
   json.as_object()["activeTabID"] = "8"; // scripts add it; it is no field
-  const auto record = engine::JSONDecoding<BrowserWindowData>::from(json);
+  const auto record = read<BrowserWindowData>(boost::json::serialize(json));
   EXPECT_EQ(record.windowIndex, 2);
   EXPECT_FALSE(record.isPrivate);
   EXPECT_EQ(record.tabsList.size(), 1U);

@@ -30,7 +30,7 @@ protected:
       else if (method == "Target.getTargetInfo" && isClosed_)
         wire.refuse(call, -32602, "No target with given id found");
       else if (method == "Runtime.evaluate" && !call.at("params").as_object().contains("awaitPromise"))
-        wire.answer(call, {{"result", {{"value", false}}}}); // to the session's own question
+        wire.answer(call, {{"result", {{"value", 0}}}}); // to the session's own question
       else if (method == "Runtime.evaluate")
         evaluate(wire, call);
       else

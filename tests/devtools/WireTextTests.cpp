@@ -1,7 +1,7 @@
 #include "devtools/WireText.h"
+#include "platform/JSONFailure.h"
 
 #include <boost/json/serialize.hpp>
-#include <boost/system/system_error.hpp>
 #include <gtest/gtest.h>
 
 namespace tabwright::devtools {
@@ -38,7 +38,7 @@ TEST(WireText, MessagesAreReadWhateverTheirTextsHold) {
 TEST(WireText, WhatIsNoJsonIsRefused) {
   for (const std::string& text : {std::string(), std::string("{"), std::string("{}x"), std::string("\"\\u12\""),
                                   std::string(100000, '['), std::string("\"\xff\"")})
-    EXPECT_THROW((void)parseMessage(text), boost::system::system_error) << text.substr(0, 20);
+    EXPECT_THROW((void)parseMessage(text), platform::JSONFailure) << text.substr(0, 20);
 }
 
 } // namespace tabwright::devtools

@@ -2,6 +2,7 @@
 // over the whole text that is compared on many random actions.
 #include "EngineWorld.h"
 #include "engine/AppleScriptSnippets.h"
+#include "engine/ScriptText.h"
 #include "support/LogCapture.h"
 #include "support/SourceFolder.h"
 #include "support/Texts.h"
@@ -43,6 +44,9 @@ std::string assembledStepByStep(const Program& program) {
   std::string text = sourceText("resources/engine/scriptPreludeBase.applescript") +
                      sourceText(isSafari ? "resources/engine/safariLibrary.applescript"
                                          : "resources/engine/chromiumLibrary.applescript");
+  std::string question = sourceText("resources/job/versionQuestion.js");
+  question.pop_back();
+  text = replacingAll(text, "__VERSION_QUESTION__", escapeForLiteral(question));
   text = replacingAll(text, "__ARGKEYS__", keys);
   text = replacingAll(text, "__MAIN_RECEIVER_ID__", toSystemEvents ? "com.apple.systemevents" : program.target.id);
   text = replacingAll(text, "__BROWSER_BUNDLE_ID__", program.target.id);

@@ -271,7 +271,8 @@ TEST_F(ScriptacularRun, RecordsTheVersionsOfSuccessfulActionsOnly) {
 TEST_F(ScriptacularRun, RefusesAPayloadOfAnotherType) {
   world.tasks.answerSuccess("{\n\n}");
   EXPECT_EQ(failureOfRun(), "StringError.unableToDecodeJSON");
-  EXPECT_THAT(log.linesOf("error"), ElementsAre(errorLine + "expected a text, found a record"));
+  EXPECT_THAT(log.linesOf("error"),
+              ElementsAre(errorLine + "The JSON has another shape: expected a text, found an object."));
   world.tasks.answerSuccess("{");
   EXPECT_EQ(failureOfRun(), "StringError.unableToDecodeJSON");
   EXPECT_THAT(log.linesOf("error"), SizeIs(2));

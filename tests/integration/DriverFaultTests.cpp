@@ -1,5 +1,6 @@
 #include "devtools/Session.h"
 #include "integration/DriverFixture.h"
+#include "support/GeneratedJob.h"
 #include "support/SteppedDeadlines.h"
 
 #include <fmt/core.h>
@@ -75,9 +76,7 @@ TEST_F(DriverTest, APageThatIsBusyForEverIsWaitedForABoundedTime) {
       return faultOf([&] { driver().evaluate(tab, javascript, testsupport::SteppedDeadlines::limits(time)); });
     });
   };
-  auto planting = begin(fmt::format("window.{0} = 'alive';\n(async function() {{\ndocument.title = 'busy'; for (;;);\n"
-                                    "}})()\n.then(res => {{\nwindow.{0} = (res === undefined || res === null)\n? ['x']",
-                                    "__" + std::string(26, '0')));
+  auto planting = begin(testsupport::generatedJob("document.title = 'busy'; for (;;);"));
   const std::unique_ptr<DevToolsDriver> beside = makeDriver(chromium());
   eventually([&] { return find(tab, *beside)->title == "busy"; });
   EXPECT_TRUE(time->pass(10s)) << "code that keeps its page busy";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "devtools/Targets.h"
 #include "scripting/driver/DevToolsDriver.h"
 #include "support/ChromiumProcess.h"
 #include "support/PageServer.h"
@@ -127,10 +128,10 @@ protected:
 
   /// The protocol's name of a page with this title.
   static std::string pageTitled(std::string_view title) {
-    const boost::json::object reply = connect()->call("Target.getTargets", {}, {}, limits());
-    for (const boost::json::value& info : reply.at("targetInfos").as_array()) {
-      if (info.at("type").as_string() == "page" && info.at("title").as_string() == title)
-        return std::string(info.at("targetId").as_string());
+    const auto connection = connect();
+    for (const devtools::TargetInfo& target : devtools::listTargets(*connection, {}, limits())) {
+      if (target.type == "page" && target.title == title)
+        return target.id;
     }
     ADD_FAILURE() << "no page is titled " << title;
     return {};

@@ -38,7 +38,7 @@ TEST(HelperVersions, AnOlderHelperIsReplacedAndANewerOneIsKept) {
   const fs::path older = copyHelper(chromium.profileDirectory() / "older", "0.9.9");
   const auto version = [&] {
     const auto endpoint = devtools::Discovery().endpoint(chromium.profileDirectory(), chromium.process(), ::geteuid());
-    const boost::json::object reply =
+    const boost::json::value reply =
         devtools::Connection::open(endpoint.value(), {})->call("Extensions.getExtensions", {}, {}, {});
     return std::string(reply.at("extensions").as_array().at(0).at("version").as_string());
   };
@@ -88,7 +88,7 @@ TEST(WithoutHelper, TheProtocolAloneDoesForTheCommonCommands) {
 TEST_F(DriverTest, AWindowOfDeveloperToolsIsListedWithoutTabsAndCanBeClosed) {
   const TabID tab = open("data:text/html,<title>inspected</title>");
   const auto connection = connect();
-  const boost::json::object opened =
+  const boost::json::value opened =
       connection->call("Target.openDevTools", {{"targetId", pageTitled("inspected")}}, {}, limits());
   const std::string target(opened.at("targetId").as_string());
   const auto tools = [&]() -> std::optional<WindowState> {
@@ -101,7 +101,7 @@ TEST_F(DriverTest, AWindowOfDeveloperToolsIsListedWithoutTabsAndCanBeClosed) {
   };
   // Docked, they belong to the inspected window, whose tab is still the inspected page.
   eventually([&] {
-    const boost::json::object info = connection->call("Target.getTargetInfo", {{"targetId", target}}, {}, limits());
+    const boost::json::value info = connection->call("Target.getTargetInfo", {{"targetId", target}}, {}, limits());
     return info.at("targetInfo").at("type") == "page";
   });
   EXPECT_EQ(makeDriver(chromium())->evaluate(tab, "document.title", limits()), "inspected");

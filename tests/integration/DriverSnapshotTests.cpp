@@ -1,5 +1,6 @@
 // Snapshots that are made of the one before and what has changed since.
 #include "integration/DriverFixture.h"
+#include "support/GeneratedJob.h"
 
 #include <fmt/core.h>
 #include <gtest/gtest.h>
@@ -75,11 +76,7 @@ TEST_F(DriverTest, AProgramWhosePageJobIsDoneNeedsNoLookToEnd) {
     const std::stop_source own;
     const std::stop_source other;
     counted.snapshot(limitsOf(own));
-    counted.evaluate(
-        tab,
-        "window.__01JDA0000000000000000000CA = 'alive';\n(async () => 1)()\n.then(res => {\n"
-        "window.__01JDA0000000000000000000RE = (res === undefined || res === null)\n? ['none']\n: [res]\n});",
-        limitsOf(own));
+    counted.evaluate(tab, testsupport::generatedJob("return 1"), limitsOf(own));
     const std::uint64_t ownLooks = sentBy([&] { counted.snapshot(limitsOf(own)); });
     const std::uint64_t otherLooks = sentBy([&] { counted.snapshot(limitsOf(other)); });
     return ownLooks == 0 && otherLooks == 1;

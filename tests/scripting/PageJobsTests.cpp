@@ -1,38 +1,20 @@
-#include "engine/AppleScriptSnippets.h"
-#include "engine/ScriptLayers.h"
 #include "scripting/chromium/VersionQuestion.h"
 #include "scripting/driver/PageJobs.h"
+#include "support/GeneratedJob.h"
 
 #include <gtest/gtest.h>
 
 namespace tabwright::scripting {
 namespace {
 
-const std::string canary = "__01JDA0000000000000000000CA";
-const std::string result = "__01JDA0000000000000000000RE";
+using testsupport::generatedJob;
+using testsupport::literalAfter;
 
-// The value of the AppleScript literal that follows `before` in a program.
-std::string literalAfter(const std::string& program, const std::string& before) {
-  const std::size_t begin = program.find(before + '"');
-  EXPECT_NE(begin, std::string::npos) << before;
-  std::string text;
-  for (std::size_t at = begin + before.size() + 1; at < program.size() && program[at] != '"'; ++at) {
-    if (program[at] == '\\')
-      ++at;
-    text += program[at];
-  }
-  return text;
-}
-
-// The code as the engine generates it, and as the language hands it on: between the quotes of its literal.
-std::string jobWith(const std::string& body) {
-  const std::string program =
-      engine::preparedBody(engine::AppleScriptSnippets::asyncJob(body, 1, 0.25, {.result = result, .canary = canary}));
-  return literalAfter(program, "set jsJobCode to ");
-}
+const std::string canary = testsupport::jobVariables.canary;
+const std::string result = testsupport::jobVariables.result;
 
 TEST(PageJobs, AreKnownByTheirVariables) {
-  const auto job = readPageJob(jobWith("return 1"));
+  const auto job = readPageJob(generatedJob("return 1"));
   ASSERT_TRUE(job);
   EXPECT_EQ(job->canary, canary);
   EXPECT_EQ(job->result, result);
@@ -45,22 +27,21 @@ TEST(PageJobs, AreKnownByTheirVariables) {
 
 TEST(PageJobs, ABodyCannotNameAnotherResult) {
   const std::string other = "__01JDA0000000000000000000XX";
-  const auto job = readPageJob(
-      jobWith("(() => {})()\n.then(res => {\nwindow." + other + " = (res === undefined || res === null)\n? ['y']"));
+  const auto job = readPageJob(generatedJob("(() => {})()\n.then(res => {\nwindow." + other +
+                                            " = (res === undefined || res === null)\n? ['y']"));
   ASSERT_TRUE(job);
   EXPECT_EQ(job->result, result);
 }
 
 TEST(PageJobs, OtherJavaScriptIsNone) {
   for (const std::string& text : {std::string(), std::string("1 + 1"), std::string("window."), "window." + canary,
-                                  "window." + canary + " = 'alive';", "'' + window." + canary, " " + jobWith(""),
-                                  "window.__01jda0000000000000000000ca = 'alive';" + jobWith("")})
+                                  "window." + canary + " = 'alive';", "'' + window." + canary, " " + generatedJob(""),
+                                  "window.__01jda0000000000000000000ca" + generatedJob("").substr(35)})
     EXPECT_FALSE(readPageJob(text)) << text;
 }
 
 TEST(PageJobs, AreAskedForByTheProgramsOwnQuestions) {
-  const std::string program =
-      engine::preparedBody(engine::AppleScriptSnippets::asyncJob("", 1, 0.25, {.result = result, .canary = canary}));
+  const std::string program = testsupport::jobProgram("");
   PageJobResults results;
   results.keep({canary, result, ""}, boost::json::array{"a"});
   const auto ask = [&](const std::string& line) {
@@ -81,6 +62,11 @@ TEST(VersionQuestion, IsTheOneThatProgramsAsk) {
   EXPECT_EQ(answerToVersionQuestion(question + " ", {.windows = {}, .version = "156.0.8078.79"}), std::nullopt);
 }
 
+TEST(PageJobs, OfTheProgramThatReloadsLoadThePageAnew) {
+  EXPECT_TRUE(readPageJob(generatedJob(engine::AppleScriptSnippets::pageReload()))->reloadsThePage());
+  EXPECT_FALSE(readPageJob(generatedJob("return 1"))->reloadsThePage());
+}
+
 TEST(PageJobs, KeptResultsAnswerTheQuestionsOfTheirJobOnly) {
   PageJobResults results;
   EXPECT_FALSE(results.answer("'' + window." + canary));
@@ -95,7 +81,7 @@ TEST(PageJobs, KeptResultsAnswerTheQuestionsOfTheirJobOnly) {
 
 TEST(PageJobs, ResultsThatNobodyAsksForAreForgotten) {
   PageJobResults results;
-  const auto name = [](int number) { return "__" + std::to_string(10000 + number); };
+  const auto name = [](int number) { return "__" + std::string(21, '0') + std::to_string(10000 + number); };
   for (int job = 0; job < 1000; ++job)
     results.keep({name(job), "r" + name(job), ""}, 1);
   EXPECT_FALSE(results.answer("'' + window." + name(0)));

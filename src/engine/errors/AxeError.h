@@ -8,7 +8,7 @@
 
 namespace tabwright::engine {
 
-/// What can go wrong with windows, menus and elements of the user interface.
+/// The failures of windows, menus and elements of the user interface.
 enum class AxeError {
   appCouldNotBeActivated,
   appHasNoMenuBar,

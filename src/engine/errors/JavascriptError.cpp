@@ -1,22 +1,25 @@
 #include "engine/errors/JavascriptError.h"
 
+#include "platform/FailureTable.h"
 #include "platform/StringCatalogue.h"
 
 namespace tabwright::engine {
+namespace {
+
+using enum JavascriptError;
+constexpr platform::FailureTable<JavascriptError, 2> table{
+    "JavascriptError",
+    {{syntaxException, "syntaxException", "enum.JavascriptError.syntaxException %@"},
+     {unableToParseJS, "unableToParseJS", "enum.JavascriptError.unableToParseJS"}}};
+
+} // namespace
 
 std::string errorDescription(JavascriptError error, const std::string& detail) {
-  switch (error) {
-  case JavascriptError::syntaxException:
-    return platform::localizedFormat("enum.JavascriptError.syntaxException %@", {detail});
-  case JavascriptError::unableToParseJS:
-    break;
-  }
-  return platform::localized("enum.JavascriptError.unableToParseJS");
+  return platform::localizedFormat(table[error].sentence, {detail});
 }
 
 platform::FailureIdentity identity(JavascriptError error) {
-  const bool isSyntax = error == JavascriptError::syntaxException;
-  return {"JavascriptError", isSyntax ? "syntaxException" : "unableToParseJS", std::nullopt};
+  return table.identity(error);
 }
 
 } // namespace tabwright::engine

@@ -6,7 +6,7 @@
 
 namespace tabwright::engine {
 
-/// What can go wrong with JavaScript in a page.
+/// The failures of JavaScript in a page.
 enum class JavascriptError {
   syntaxException, ///< the detail is the exception's text
   unableToParseJS, ///< a job delivered no value at all

@@ -6,7 +6,7 @@
 
 namespace tabwright::engine {
 
-/// What can go wrong around a script: with its text, its file, the browser, or the shape of its result.
+/// The failures around a script: with its text, its file, the browser, or the shape of its result.
 enum class ScriptacularError {
   browserNotFound,
   emptyScriptResult,

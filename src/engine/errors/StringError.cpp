@@ -1,15 +1,22 @@
 #include "engine/errors/StringError.h"
 
+#include "platform/FailureTable.h"
 #include "platform/StringCatalogue.h"
 
 namespace tabwright::engine {
+namespace {
 
-std::string errorDescription(StringError, const std::string&) {
-  return platform::localized("enum.StringError.unableToDecodeJSON", "Skeleton-Errors");
+constexpr platform::FailureTable<StringError, 1> table{
+    "StringError", {{StringError::unableToDecodeJSON, "unableToDecodeJSON", "enum.StringError.unableToDecodeJSON"}}};
+
+} // namespace
+
+std::string errorDescription(StringError error, const std::string&) {
+  return platform::localized(table[error].sentence, "Skeleton-Errors");
 }
 
-platform::FailureIdentity identity(StringError) {
-  return {"StringError", "unableToDecodeJSON", std::nullopt};
+platform::FailureIdentity identity(StringError error) {
+  return table.identity(error);
 }
 
 } // namespace tabwright::engine

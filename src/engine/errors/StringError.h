@@ -6,7 +6,7 @@
 
 namespace tabwright::engine {
 
-/// What can go wrong with the text that a script delivers.
+/// The failures of the text that a script delivers.
 enum class StringError {
   unableToDecodeJSON,
 };

@@ -35,7 +35,9 @@ public:
   [[nodiscard]] const std::vector<Problem>& problems() const { return problems_; }
 
   [[nodiscard]] std::string errorDescription() const override { return problems_.front().sentence; }
-  [[nodiscard]] platform::FailureIdentity identity() const override { return {"InvalidWorkflow", "invalid", {}}; }
+  [[nodiscard]] platform::FailureIdentity identity() const override {
+    return {"InvalidWorkflow", "invalid", {}, platform::FailureClass::wrongUse};
+  }
 
 private:
   std::vector<Problem> problems_;

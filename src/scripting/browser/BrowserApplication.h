@@ -14,13 +14,13 @@
 
 namespace tabwright::scripting {
 
-/// What a browser's application needs beside its driver. All may be empty.
+/// The functions that a browser's application needs beside its driver. All may be empty.
 struct BrowserHooks {
   std::function<void()> launch;      ///< starts the browser when `activate` finds it not running; throws when it can't
   std::function<bool()> isFrontmost; ///< whether the browser is the desktop's frontmost application
 };
 
-/// What the scriptable applications of both browser families have in common: one road for every event (answer it from
+/// The common part of the scriptable applications of both browser families: one road for every event (answer it from
 /// one snapshot, else run the family's command), activate and quit, and the translation of the driver's failures into
 /// errors of the language.
 ///

@@ -27,7 +27,7 @@ void setWindowZoomed(BrowserScope& scope, Object window, const applescript::Valu
 /// {left, top, right, bottom}
 Found windowBounds(BrowserScope& scope, Object window);
 void setWindowBounds(BrowserScope& scope, Object window, const applescript::Value& value);
-/// What every window can do: closeable, resizable, …
+/// The properties that hold for every window: closeable, resizable, …
 Found always(BrowserScope& scope, Object object);
 
 Found tabURL(BrowserScope& scope, Object tab);

@@ -11,7 +11,7 @@
 
 namespace tabwright::scripting {
 
-/// What both dictionaries of browsers see of an event: the driver, and one snapshot, taken when the event first needs
+/// An event as both dictionaries of browsers see it: the driver, and one snapshot, taken when the event first needs
 /// it and the same until the event is answered. Objects are windows (`first` is the 0-based position in the snapshot)
 /// and tabs (`second` is the position in that window).
 class BrowserScope : public EventScope {

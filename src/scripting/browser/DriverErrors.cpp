@@ -45,6 +45,7 @@ ScriptError inTheLanguage(const DriverFailure& failure) {
   case DriverFault::tabCrashed:
   case DriverFault::dialogOpen:
   case DriverFault::refused:
+  case DriverFault::malformedAnswer:
     return errors::of(errorNumber::handlerFailed, sentence);
   }
   return errors::of(errorNumber::handlerFailed, sentence);

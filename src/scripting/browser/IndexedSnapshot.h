@@ -12,7 +12,7 @@
 
 namespace tabwright::scripting {
 
-/// Where a tab is in a snapshot: 0-based positions.
+/// The place of a tab in a snapshot, by 0-based positions.
 struct TabPosition {
   std::size_t window = 0;
   std::size_t tab = 0;

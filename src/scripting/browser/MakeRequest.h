@@ -11,7 +11,7 @@
 
 namespace tabwright::scripting {
 
-/// What a `make` command asks for, however it was written: `make new tab at end of tabs of w with properties {URL:u}`,
+/// The request of a `make` command, however it was written: `make new tab at end of tabs of w with properties {URL:u}`,
 /// `make tab in w`, `make document`.
 struct MakeRequest {
   applescript::FourCharCode elementClass = 0;

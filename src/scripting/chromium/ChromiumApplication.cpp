@@ -2,13 +2,13 @@
 
 #include "applescript/values/Errors.h"
 #include "scripting/browser/BrowserProperties.h"
-#include "scripting/browser/JSONValue.h"
 #include "scripting/browser/MakeRequest.h"
 #include "scripting/chromium/ChromiumClasses.h"
 #include "scripting/chromium/ChromiumTerminology.h"
 #include "scripting/chromium/VersionQuestion.h"
 #include "scripting/model/Arguments.h"
 #include "scripting/model/Comparison.h"
+#include "scripting/model/JSONValue.h"
 
 #include <boost/json/value.hpp>
 

@@ -21,7 +21,7 @@ class BrowserDriver {
 public:
   virtual ~BrowserDriver() = default;
 
-  /// Whether the browser runs now. Connects to nothing, throws nothing.
+  /// True when the browser runs now. Connects to nothing, throws nothing.
   [[nodiscard]] virtual bool isRunning() = 0;
 
   /// The windows and tabs as they are. Costs at most one round trip, and none when nothing can have changed since the

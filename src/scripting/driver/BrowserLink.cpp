@@ -1,6 +1,5 @@
 #include "scripting/driver/BrowserLink.h"
 
-#include "devtools/WireText.h"
 #include "platform/AsciiCase.h"
 #include "platform/Logger.h"
 #include "platform/linux/ProcessExit.h"
@@ -21,25 +20,22 @@ namespace tabwright::scripting {
 using devtools::DevToolsFailure;
 using devtools::DevToolsFault;
 using devtools::Session;
+using platform::JSONReader;
 using namespace std::chrono_literals;
 
 namespace {
 
 const platform::Logger log("BrowserLink");
 
-constexpr auto patienceWithNewPages = 3s;
-constexpr auto patienceWithBusyPages = 20s; // beside that with pages on their way
-constexpr auto patienceWithPlanting = 10s;  // which takes a page a tenth of a second, unless its code keeps it busy
-constexpr auto newPagePollInterval = 5ms;
-constexpr std::string_view notActive = "Not attached to an active page"; // the browser's words
+constexpr auto patienceWithPlanting = 10s; // which takes a page a tenth of a second, unless its code keeps it busy
 
 /// "156.0.8078.79" of "HeadlessChrome/156.0.8078.79".
-std::string versionOf(const boost::json::object& reply) {
-  const std::string product(reply.at("product").as_string());
+std::string versionOf(const boost::json::value& reply) {
+  const auto product = JSONReader(reply).require<std::string>("product");
   return product.substr(product.find('/') + 1);
 }
 
-/// Whether an address names code to run in the page (the "javascript" scheme, compared ignoring case).
+/// True for an address that names code to run in the page (the "javascript" scheme, compared ignoring case).
 bool isJavaScript(const std::string& url) {
   constexpr std::string_view scheme = "javascript:";
   return platform::equalIgnoringCase(std::string_view(url).substr(0, scheme.size()), scheme);
@@ -55,6 +51,7 @@ std::shared_ptr<BrowserLink> BrowserLink::open(const platform::RunningBrowser& b
   link->seen_ = std::make_unique<SeenBrowser>(link->pages_, looksAhead, [&](std::function<void()> onChange) {
     return link->makeView(helperDirectory, std::move(onChange), limits);
   });
+  link->tabs_ = std::make_unique<TabPages>(*link->connection_, link->pages_, link->visits_, *link->seen_);
   return link;
 }
 
@@ -87,42 +84,6 @@ std::shared_ptr<const BrowserSnapshot> BrowserLink::snapshot(const CallLimits& l
 
 // ---------------------------------------------------------------------------------------------------------- pages
 
-std::shared_ptr<Session> BrowserLink::requirePage(TabID tab, const CallLimits& limits) {
-  if (const std::optional<std::string> target = seen_->findTarget(tab); target && !target->empty()) {
-    try {
-      return pages_.require(*target, limits);
-    } catch (const DevToolsFailure& failure) {
-      if (failure.kind() != DevToolsFault::refused)
-        throw;
-    }
-  }
-  // Not seen yet, closed meanwhile, or given another page by the browser.
-  const ViewedBrowser viewed = seen_->look({.isWhole = true}, limits);
-  const auto found = viewed.targets.find(tab);
-  if (found == viewed.targets.end())
-    throw platform::failure(DriverFault::noSuchTab, std::to_string(tab));
-  if (found->second.empty())
-    throw platform::failure(DriverFault::refused, "the tab’s page is not loaded");
-  return pages_.require(found->second, limits);
-}
-
-/// Calls `call` with the tab's page. A page that is just taking the place of another, as in a new tab, refuses for some
-/// milliseconds: then the call is made again.
-template <class Call>
-auto BrowserLink::onPage(TabID tab, const CallLimits& limits, Call&& call) {
-  const CallLimits patience = limits.within(patienceWithNewPages);
-  for (;;) {
-    try {
-      return call(requirePage(tab, limits));
-    } catch (const DevToolsFailure& failure) {
-      if (failure.kind() != DevToolsFault::refused || patience.hasPassed() ||
-          failure.detail().find(notActive) == std::string::npos)
-        throw;
-    }
-    devtools::pause(newPagePollInterval, "the page is just coming", limits);
-  }
-}
-
 boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascript, const CallLimits& limits) {
   if (std::optional<boost::json::value> known = jobs_.answer(javascript))
     return std::move(*known);
@@ -135,7 +96,7 @@ boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascrip
     return nullptr;
   }
   const Disturbance disturbance(*seen_, Disturbance::Kind::evaluation);
-  std::optional<devtools::Evaluation> evaluation = evaluateOnArrival(tab, javascript, limits, std::nullopt);
+  std::optional<devtools::Evaluation> evaluation = tabs_->evaluateOnArrival(tab, javascript, limits, std::nullopt);
   if (!evaluation)
     return nullptr;
   if (!asksForResult(javascript))
@@ -152,7 +113,7 @@ void BrowserLink::plant(TabID tab, const PageJob& job, const CallLimits& limits)
   const Disturbance disturbance(*seen_, Disturbance::Kind::evaluation);
   std::optional<devtools::Evaluation> evaluation;
   try {
-    evaluation = evaluateOnArrival(tab, job.code, limits, patienceWithPlanting);
+    evaluation = tabs_->evaluateOnArrival(tab, job.code, limits, patienceWithPlanting);
   } catch (const DevToolsFailure& failure) {
     if (failure.kind() != DevToolsFault::targetCrashed || !job.reloadsThePage())
       throw;
@@ -172,92 +133,6 @@ void BrowserLink::plant(TabID tab, const PageJob& job, const CallLimits& limits)
   jobs_.keep(job, std::move(outcome->answer));
   if (heldAt)
     seen_->noteJobDone(limits.stop, *heldAt);
-}
-
-/// Evaluates once the page is where its navigations lead; nothing when it doesn't come, because its server is silent.
-/// A run waits for that but once, so that programs which ask again and again end by their own count. `longest` bounds
-/// the evaluation itself.
-std::optional<devtools::Evaluation> BrowserLink::evaluateOnArrival(TabID tab, const std::string& code,
-                                                                   const CallLimits& limits,
-                                                                   std::optional<std::chrono::seconds> longest) {
-  const CallLimits patience = visits_.patienceWith(tab, limits);
-  requirePage(tab, limits);
-  if (!comes(
-          tab, limits, [&] { seen_->awaitFirstPage(tab, platform::boundedBy(patience, connection_->bounds().call)); },
-          [] { return true; }))
-    return std::nullopt;
-  return onPage(tab, limits, [&](const std::shared_ptr<Session>& page) -> std::optional<devtools::Evaluation> {
-    const auto arrive = [&](const CallLimits& until) {
-      if (visits_.settle(*page, until))
-        noticeFailedLoad(*page, until);
-    };
-    if (!comes(tab, limits, [&] { arrive(patience); }, [&] { return page->isLeaving(); }))
-      return std::nullopt;
-    if (!page->answersLately()) // busy, but on its way nowhere
-      arrive(limits.within(patienceWithBusyPages));
-    visits_.note(page, limits.stop);
-    devtools::Evaluation result = page->evaluate(code, longest ? limits.within(*longest) : limits);
-    page->probe();
-    if (result.exception)
-      log.debug("JavaScript gave no value: {}", *result.exception);
-    return result;
-  });
-}
-
-/// False when `wait` outlasts the patience while `isOnItsWay`, which the run's user is told once.
-bool BrowserLink::comes(TabID tab, const CallLimits& limits, const std::function<void()>& wait,
-                        const std::function<bool()>& isOnItsWay) {
-  try {
-    wait();
-    return true;
-  } catch (const DevToolsFailure& failure) {
-    if (failure.kind() != DevToolsFault::timedOut || limits.hasPassed())
-      throw;
-  }
-  if (!isOnItsWay())
-    return true;
-  if (visits_.giveUp(tab, limits.stop))
-    platform::giveNotice(
-        limits, {{"Page", "notCome", {}},
-                 fmt::format("The page that the tab is going to has not come in {} seconds: its server "
-                             "does not answer.",
-                             std::chrono::duration_cast<std::chrono::seconds>(PageVisits::longestPatience).count())});
-  return false;
-}
-
-/// Gives notice of a page that is there only to say that the one meant could not be loaded.
-void BrowserLink::noticeFailedLoad(Session& page, const CallLimits& limits) {
-  if (!page.isErrorPage())
-    return;
-  const boost::json::object tree = page.call("Page.getFrameTree", {}, Session::AnsweredBy::page, limits);
-  const boost::json::object& frame = tree.at("frameTree").at("frame").as_object();
-  const std::string address = devtools::textOf(frame, "unreachableUrl");
-  if (address.empty()) // another page has come meanwhile
-    return;
-  const devtools::Evaluation code = page.evaluate("document.querySelector('.error-code')?.textContent ?? ''", limits);
-  const std::string reason = code.value.is_string() ? std::string(code.value.get_string()) : std::string();
-  platform::giveNotice(
-      limits, {{"Page", "notLoaded", {}},
-               fmt::format("The page {} could not be loaded{}{}.", address, reason.empty() ? "" : ": ", reason)});
-}
-
-/// Lets a navigation that is under way come to its end, for a command that means the page it leads to. The browser
-/// carries such commands out on a page that answers nothing too, and on one whose server is silent.
-void BrowserLink::arrive(TabID tab, Session& page, const CallLimits& limits) {
-  try {
-    if (page.isLeaving())
-      page.settle(Session::Answer::ever, visits_.patienceWith(tab, limits));
-  } catch (const DevToolsFailure& failure) {
-    const bool isLate = failure.kind() == DevToolsFault::timedOut && !limits.hasPassed();
-    if (!isLate && failure.kind() != DevToolsFault::targetCrashed && failure.kind() != DevToolsFault::dialogOpen)
-      throw;
-  }
-}
-
-/// A command follows that makes the page leave.
-void BrowserLink::leave(const std::shared_ptr<Session>& page, const CallLimits& limits) {
-  visits_.note(page, limits.stop);
-  page->depart();
 }
 
 // ------------------------------------------------------------------------------------------------------- commands
@@ -301,8 +176,8 @@ void BrowserLink::carryOut(const Navigate& command, const CallLimits& callLimits
   const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
   // The browser answers when the page is there, which may take for ever; but it takes calls up in order, so the answer
   // to the next one tells that this one has begun, and a refusal would have come before it.
-  onPage(command.tab, limits, [&](const std::shared_ptr<Session>& page) {
-    leave(page, limits);
+  tabs_->with(command.tab, limits, [&](const std::shared_ptr<Session>& page) {
+    tabs_->leave(page, limits);
     const auto navigation = page->send("Page.navigate", {{"url", command.url}}, Session::AnsweredBy::browser);
     page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
     if (navigation->hasEnded())
@@ -313,30 +188,31 @@ void BrowserLink::carryOut(const Navigate& command, const CallLimits& callLimits
 /// By the entries themselves: the browser's own way back leaves out pages on which the user has done nothing.
 void BrowserLink::carryOut(const GoInHistory& command, const CallLimits& limits) {
   const Disturbance disturbance = begin(limits, command.tab);
-  const std::shared_ptr<Session> page = requirePage(command.tab, limits);
-  arrive(command.tab, *page, limits); // the entries count from where the page is
-  const boost::json::object history = page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
-  const boost::json::array& entries = history.at("entries").as_array();
+  const std::shared_ptr<Session> page = tabs_->require(command.tab, limits);
+  tabs_->arrive(command.tab, *page, limits); // the entries count from where the page is
+  const boost::json::value reply = page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
+  const JSONReader history(reply);
+  const auto entries = history.require<std::vector<JSONReader>>("entries");
   const std::int64_t step = command.direction == History::back ? -1 : 1;
-  const std::int64_t place = history.at("currentIndex").to_number<std::int64_t>() + step;
+  const std::int64_t place = history.require<std::int64_t>("currentIndex") + step;
   if (place < 0 || place >= static_cast<std::int64_t>(entries.size()))
     return; // as with the browser's own buttons
-  leave(page, limits);
-  page->call("Page.navigateToHistoryEntry", {{"entryId", entries[static_cast<std::size_t>(place)].at("id")}},
-             Session::AnsweredBy::browser, limits);
+  tabs_->leave(page, limits);
+  const auto entry = entries[static_cast<std::size_t>(place)].require<std::int64_t>("id");
+  page->call("Page.navigateToHistoryEntry", {{"entryId", entry}}, Session::AnsweredBy::browser, limits);
 }
 
 void BrowserLink::carryOut(const Reload& command, const CallLimits& limits) {
   const Disturbance disturbance = begin(limits, command.tab);
-  const std::shared_ptr<Session> page = requirePage(command.tab, limits);
-  arrive(command.tab, *page, limits);
-  leave(page, limits);
+  const std::shared_ptr<Session> page = tabs_->require(command.tab, limits);
+  tabs_->arrive(command.tab, *page, limits);
+  tabs_->leave(page, limits);
   page->call("Page.reload", {}, Session::AnsweredBy::browser, limits);
 }
 
 void BrowserLink::carryOut(const StopLoading& command, const CallLimits& limits) {
   const Disturbance disturbance = begin(limits, command.tab);
-  requirePage(command.tab, limits)->call("Page.stopLoading", {}, Session::AnsweredBy::browser, limits);
+  tabs_->require(command.tab, limits)->call("Page.stopLoading", {}, Session::AnsweredBy::browser, limits);
 }
 
 // ---------------------------------------------------------------------------------------------------------- windows

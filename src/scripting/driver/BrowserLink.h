@@ -7,6 +7,7 @@
 #include "scripting/driver/PageSessions.h"
 #include "scripting/driver/PageVisits.h"
 #include "scripting/driver/SeenBrowser.h"
+#include "scripting/driver/TabPages.h"
 
 #include <boost/json/value.hpp>
 
@@ -68,24 +69,16 @@ private:
   template <class Command>
   std::int64_t carryOut(const Command& command, const CallLimits& limits);
 
-  std::shared_ptr<devtools::Session> requirePage(TabID tab, const CallLimits& limits);
   void plant(TabID tab, const PageJob& job, const CallLimits& limits);
-  std::optional<devtools::Evaluation> evaluateOnArrival(TabID tab, const std::string& code, const CallLimits& limits,
-                                                        std::optional<std::chrono::seconds> longest);
-  bool comes(TabID tab, const CallLimits& limits, const std::function<void()>& wait,
-             const std::function<bool()>& isOnItsWay);
-  static void noticeFailedLoad(devtools::Session& page, const CallLimits& limits);
-  void arrive(TabID tab, devtools::Session& page, const CallLimits& limits);
-  void leave(const std::shared_ptr<devtools::Session>& page, const CallLimits& limits);
-  template <class Call>
-  auto onPage(TabID tab, const CallLimits& limits, Call&& call);
 
   const platform::RunningBrowser browser_;
   std::shared_ptr<devtools::Connection> connection_;
   PageSessions pages_;
   PageVisits visits_;
   PageJobResults jobs_;
-  std::unique_ptr<SeenBrowser> seen_; // set once the browser was found to answer; the last member: it uses the pages
+  // Both are set once the browser was found to answer, and come last: they use the rest.
+  std::unique_ptr<SeenBrowser> seen_;
+  std::unique_ptr<TabPages> tabs_;
 };
 
 } // namespace tabwright::scripting

@@ -23,7 +23,7 @@ struct ViewedBrowser {
   double lastFocus = 0;
 };
 
-/// How one connected browser's windows and tabs are seen and commanded: through the helper in the browser, or, where
+/// The windows and tabs of one connected browser, seen and commanded through the helper in the browser, or, where
 /// the browser does not take it, by the protocol alone.
 ///
 /// All commands return when the change is made: a look that begins later shows it. They throw DriverFailure, or
@@ -42,7 +42,7 @@ public:
 
   /// The windows as they are now, front to back.
   virtual ViewedBrowser look(const Extent& extent, const CallLimits& limits) = 0;
-  /// Whether every change in the browser is reported to us, so that what was seen holds until then.
+  /// True when every change in the browser is reported to us, so that what was seen holds until then.
   [[nodiscard]] virtual bool reportsChanges() const = 0;
 
   /// Yields the command's number, where it has one; else 0.

@@ -87,7 +87,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::currentLink() {
   return link_;
 }
 
-/// Whether a call comes after a pause. The calls of one run stay with one browser, but between runs the user may have
+/// True when a call comes after a pause. The calls of one run stay with one browser, but between runs the user may have
 /// gone on to another.
 bool DevToolsDriver::beginsAnew() {
   const platform::MutexLock lock(mutex_);
@@ -179,6 +179,8 @@ auto DevToolsDriver::withLink(const CallLimits& limits, const std::string& subje
     return call(*requireLink(limits));
   } catch (const DevToolsFailure& failure) {
     throw translated(failure, subject);
+  } catch (const platform::JSONMismatch& mismatch) {
+    throw platform::failure(DriverFault::malformedAnswer, mismatch.clause());
   }
 }
 

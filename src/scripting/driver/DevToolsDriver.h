@@ -19,7 +19,7 @@ namespace tabwright::scripting {
 
 class BrowserLink;
 
-/// What a DevToolsDriver needs to know of the machine.
+/// The facts of the machine that a DevToolsDriver needs.
 struct DevToolsDriverParts {
   std::filesystem::path helperDirectory; ///< the unpacked helper, absolute; the browser loads it from there
   /// The browsers of the driver's kind that run now, the preferred one first. Called from any thread.
@@ -51,7 +51,7 @@ public:
   boost::json::value evaluate(TabID tab, const std::string& javascript, const CallLimits& limits) override;
   std::int64_t perform(const BrowserCommand& command, const CallLimits& limits) override;
 
-  /// What went over the present connection so far, for benchmarks; zero without one.
+  /// The messages over the present connection so far, for benchmarks; zero without one.
   [[nodiscard]] devtools::Traffic traffic();
 
 private:

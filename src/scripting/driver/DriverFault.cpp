@@ -1,13 +1,49 @@
+#include "scripting/driver/DriverFault.h"
+
 #include "platform/BrowserTable.h"
-#include "scripting/driver/BrowserDriver.h"
+#include "platform/FailureTable.h"
 
 #include <fmt/core.h>
-
-#include <string_view>
 
 namespace tabwright::scripting {
 
 namespace {
+
+using enum DriverFault;
+using platform::FailureClass;
+
+// `name` is the browser's, where the detail is one; `because` the detail behind a colon, where there is any.
+constexpr platform::FailureTable<DriverFault, 14> table{
+    "DriverFault",
+    {
+        {notRunning, "notRunning",
+         "{name} isn’t running. Start it with {command}, or with the switch --remote-debugging-port=0.",
+         FailureClass::unreachable},
+        // Whoever shows this looks for both “JavaScript” and “Apple Events” in it.
+        {notAccepting, "notAccepting",
+         "{name} doesn’t allow JavaScript from Apple Events: remote debugging is off in it. Switch it on at "
+         "chrome://inspect/#remote-debugging, or start a browser that allows it with {command}.",
+         FailureClass::unreachable},
+        {DriverFault::unreachable, "unreachable",
+         "The browser can’t be reached at its debugging port: {detail}. End it and start it again, or start another "
+         "with {command}.",
+         FailureClass::unreachable},
+        {lost, "lost", "The connection to the browser was lost{because}.", FailureClass::unreachable},
+        {notAnswering, "notAnswering",
+         "The browser has answered nothing at all for {detail}. It is frozen, or very busy: look at its windows, or "
+         "end it and start it again.",
+         FailureClass::unreachable},
+        {noSuchTab, "noSuchTab", "There is no tab with the id {detail}."},
+        {noSuchWindow, "noSuchWindow", "There is no window with the id {detail}."},
+        {tabClosed, "tabClosed", "The tab was closed before it could answer."},
+        {tabCrashed, "tabCrashed", "The tab’s page has crashed. Reload it."},
+        {dialogOpen, "dialogOpen", "The page shows a dialog and answers nothing until it is closed: “{detail}”."},
+        {timedOut, "timedOut",
+         "The browser did not answer in time. Its page may be busy, show a dialog, or not have come yet."},
+        {stopped, "stopped", "Waiting for the browser was stopped."},
+        {refused, "refused", "The browser refused{because}."},
+        {malformedAnswer, "malformedAnswer", "The browser gave an answer that isn’t understood: {detail}."},
+    }};
 
 /// The command that starts a browser to drive; the table knows the browser by the name that the fault carries.
 std::string startCommand(const std::string& browserName) {
@@ -18,90 +54,17 @@ std::string startCommand(const std::string& browserName) {
   return "“tabwright browser NAME”";
 }
 
-std::string_view orBrowser(const std::string& name) {
-  return name.empty() ? std::string_view("The browser") : name;
-}
-
-std::string withReason(std::string_view sentence, const std::string& reason) {
-  return reason.empty() ? fmt::format("{}.", sentence) : fmt::format("{}: {}.", sentence, reason);
-}
-
 } // namespace
 
 std::string errorDescription(DriverFault fault, const std::string& detail) {
-  switch (fault) {
-  case DriverFault::notRunning:
-    return fmt::format("{} isn’t running. Start it with {}, or with the switch --remote-debugging-port=0.",
-                       orBrowser(detail), startCommand(detail));
-  case DriverFault::notAccepting:
-    // Whoever shows this looks for both “JavaScript” and “Apple Events” in it.
-    return fmt::format("{} doesn’t allow JavaScript from Apple Events: remote debugging is off in it. Switch it on at "
-                       "chrome://inspect/#remote-debugging, or start a browser that allows it with {}.",
-                       orBrowser(detail), startCommand(detail));
-  case DriverFault::unreachable:
-    return fmt::format("The browser can’t be reached at its debugging port: {}. End it and start it again, or start "
-                       "another with {}.",
-                       detail, startCommand({}));
-  case DriverFault::lost:
-    return withReason("The connection to the browser was lost", detail);
-  case DriverFault::notAnswering:
-    return fmt::format(
-        "The browser has answered nothing at all for {}. It is frozen, or very busy: look at its windows, "
-        "or end it and start it again.",
-        detail);
-  case DriverFault::noSuchTab:
-    return fmt::format("There is no tab with the id {}.", detail);
-  case DriverFault::noSuchWindow:
-    return fmt::format("There is no window with the id {}.", detail);
-  case DriverFault::tabClosed:
-    return "The tab was closed before it could answer.";
-  case DriverFault::tabCrashed:
-    return "The tab’s page has crashed. Reload it.";
-  case DriverFault::dialogOpen:
-    return fmt::format("The page shows a dialog and answers nothing until it is closed: “{}”.", detail);
-  case DriverFault::timedOut:
-    return "The browser did not answer in time. Its page may be busy, show a dialog, or not have come yet.";
-  case DriverFault::stopped:
-    return "Waiting for the browser was stopped.";
-  case DriverFault::refused:
-    return withReason("The browser refused", detail);
-  }
-  return "The browser failed.";
+  return fmt::format(fmt::runtime(table[fault].sentence), fmt::arg("detail", detail),
+                     fmt::arg("name", detail.empty() ? "The browser" : detail),
+                     fmt::arg("because", detail.empty() ? "" : ": " + detail),
+                     fmt::arg("command", startCommand(detail)));
 }
 
 platform::FailureIdentity identity(DriverFault fault) {
-  const auto name = [fault] {
-    switch (fault) {
-    case DriverFault::notRunning:
-      return "notRunning";
-    case DriverFault::notAccepting:
-      return "notAccepting";
-    case DriverFault::unreachable:
-      return "unreachable";
-    case DriverFault::lost:
-      return "lost";
-    case DriverFault::notAnswering:
-      return "notAnswering";
-    case DriverFault::noSuchTab:
-      return "noSuchTab";
-    case DriverFault::noSuchWindow:
-      return "noSuchWindow";
-    case DriverFault::tabClosed:
-      return "tabClosed";
-    case DriverFault::tabCrashed:
-      return "tabCrashed";
-    case DriverFault::dialogOpen:
-      return "dialogOpen";
-    case DriverFault::timedOut:
-      return "timedOut";
-    case DriverFault::stopped:
-      return "stopped";
-    case DriverFault::refused:
-      return "refused";
-    }
-    return "";
-  };
-  return {"DriverFault", name(), std::nullopt};
+  return table.identity(fault);
 }
 
 } // namespace tabwright::scripting

@@ -1,7 +1,5 @@
 #include "scripting/driver/HelperView.h"
 
-#include <fmt/core.h>
-
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -11,9 +9,12 @@
 
 namespace tabwright::scripting {
 
+using platform::JSONReader;
 using Repeat = HelperWorker::Repeat;
 
 namespace {
+
+constexpr const char* helper = "helper"; // where a mismatch is said to be
 
 struct HelperCall {
   std::string_view function;
@@ -52,39 +53,38 @@ HelperCall callOf(const SetGivenName& command) {
   return {"setGivenName", {{"window", command.window}, {"name", command.name}}, Repeat::allowed};
 }
 
-std::string textAt(const boost::json::object& fields, std::string_view key) {
-  return std::string(fields.at(key).as_string());
+TabState readTab(const JSONReader& fields) {
+  return {.id = fields.require<TabID>("id"),
+          .title = fields.require<std::string>("title"),
+          .url = fields.require<std::string>("url"),
+          .isLoading = fields.require<bool>("loading"),
+          .isArriving = fields.require<bool>("arriving")};
 }
 
-TabState readTab(const boost::json::object& fields) {
-  TabState tab;
-  tab.id = fields.at("id").to_number<TabID>();
-  tab.title = textAt(fields, "title");
-  tab.url = textAt(fields, "url");
-  tab.isLoading = fields.at("loading").as_bool();
-  tab.isArriving = fields.at("arriving").as_bool();
-  return tab;
+WindowBounds readBounds(const JSONReader& fields) {
+  const auto bounds = fields.require<std::vector<int>>("bounds");
+  if (bounds.size() != 4)
+    throw fields.mismatch("expected four bounds");
+  return {.left = bounds[0], .top = bounds[1], .width = bounds[2], .height = bounds[3]};
 }
 
-WindowState readWindow(const boost::json::object& fields, ViewedBrowser& viewed) {
+WindowState readWindow(const JSONReader& fields, ViewedBrowser& viewed) {
   WindowState window;
-  window.id = fields.at("id").to_number<WindowID>();
-  window.title = textAt(fields, "title");
-  window.givenName = textAt(fields, "name");
-  window.mode = fields.at("incognito").as_bool() ? WindowMode::incognito : WindowMode::normal;
-  const boost::json::array& bounds = fields.at("bounds").as_array();
-  window.bounds = {bounds.at(0).to_number<int>(), bounds.at(1).to_number<int>(), bounds.at(2).to_number<int>(),
-                   bounds.at(3).to_number<int>()};
-  const std::string state = textAt(fields, "state");
+  window.id = fields.require<WindowID>("id");
+  window.title = fields.require<std::string>("title");
+  window.givenName = fields.require<std::string>("name");
+  window.mode = fields.require<bool>("incognito") ? WindowMode::incognito : WindowMode::normal;
+  window.bounds = readBounds(fields);
+  const auto state = fields.require<std::string>("state");
   window.isMinimized = state == "minimized";
   window.isFullScreen = state == "fullscreen" || state == "locked-fullscreen";
-  for (const boost::json::value& entry : fields.at("tabs").as_array()) {
-    const boost::json::object& tab = entry.as_object();
+  const auto tabs = fields.require<std::vector<JSONReader>>("tabs");
+  for (const JSONReader& tab : tabs) {
     window.tabs.push_back(readTab(tab));
-    viewed.targets[window.tabs.back().id] = textAt(tab, "target");
-    if (tab.at("opening").as_bool())
+    viewed.targets[window.tabs.back().id] = tab.require<std::string>("target");
+    if (tab.require<bool>("opening"))
       viewed.opening.insert(window.tabs.back().id);
-    if (tab.at("active").as_bool()) {
+    if (tab.require<bool>("active")) {
       window.activeTabIndex = window.tabs.size();
       window.title = window.tabs.back().title;
     }
@@ -125,43 +125,34 @@ bool place(BrowserSnapshot& snapshot, const ToldTab& tab) {
 
 } // namespace
 
-ViewedBrowser readHelperSnapshot(const boost::json::value& answer, std::string version) {
+ViewedBrowser readHelperSnapshot(const JSONReader& answer, std::string version) {
   ViewedBrowser viewed;
   const auto snapshot = std::make_shared<BrowserSnapshot>();
   snapshot->version = std::move(version);
-  try {
-    viewed.lastFocus = answer.at("focusedAt").to_number<double>();
-    for (const boost::json::value& window : answer.at("windows").as_array())
-      snapshot->windows.push_back(readWindow(window.as_object(), viewed));
-  } catch (const std::exception& error) {
-    throw platform::failure(DriverFault::refused,
-                            fmt::format("the helper's snapshot can't be read ({})", error.what()));
-  }
+  viewed.lastFocus = answer.require<double>("focusedAt");
+  const auto windows = answer.require<std::vector<JSONReader>>("windows");
+  for (const JSONReader& window : windows)
+    snapshot->windows.push_back(readWindow(window, viewed));
   viewed.snapshot = snapshot;
   return viewed;
 }
 
-std::optional<ViewedBrowser> withNews(const ViewedBrowser& before, const boost::json::value& answer) {
+std::optional<ViewedBrowser> withNews(const ViewedBrowser& before, const JSONReader& answer) {
   ViewedBrowser viewed = before;
   std::vector<ToldTab> told;
-  try {
-    viewed.lastFocus = answer.at("focusedAt").to_number<double>();
-    for (const boost::json::value& entry : answer.at("tabs").as_array()) {
-      const boost::json::object& fields = entry.as_object();
-      const ToldTab& tab =
-          told.emplace_back(readTab(fields), fields.at("window").to_number<WindowID>(),
-                            fields.at("index").to_number<std::size_t>(), fields.at("active").as_bool());
-      if (fields.at("opening").as_bool())
-        viewed.opening.insert(tab.state.id);
-      else
-        viewed.opening.erase(tab.state.id);
-      if (fields.contains("target"))
-        viewed.targets[tab.state.id] = textAt(fields, "target");
-      else if (!viewed.targets.contains(tab.state.id))
-        return std::nullopt;
-    }
-  } catch (const std::exception& error) {
-    throw platform::failure(DriverFault::refused, fmt::format("the helper's news can't be read ({})", error.what()));
+  viewed.lastFocus = answer.require<double>("focusedAt");
+  const auto tabs = answer.require<std::vector<JSONReader>>("tabs");
+  for (const JSONReader& fields : tabs) {
+    const ToldTab& tab = told.emplace_back(readTab(fields), fields.require<WindowID>("window"),
+                                           fields.require<std::size_t>("index"), fields.require<bool>("active"));
+    if (fields.require<bool>("opening"))
+      viewed.opening.insert(tab.state.id);
+    else
+      viewed.opening.erase(tab.state.id);
+    if (auto target = fields.find<std::string>("target"))
+      viewed.targets[tab.state.id] = *std::move(target);
+    else if (!viewed.targets.contains(tab.state.id))
+      return std::nullopt;
   }
   if (told.empty())
     return viewed;
@@ -188,18 +179,20 @@ ViewedBrowser HelperView::look(const Extent& extent, const CallLimits& limits) {
     const boost::json::object since{{"instance", seen->instance},
                                     {"changes", seen->changes},
                                     {"tabs", boost::json::array(extent.tabs.begin(), extent.tabs.end())}};
-    const boost::json::value answer = worker_->perform("snapshot", {{"since", since}}, Repeat::allowed, limits);
-    if (answer.is_object() && answer.get_object().contains("windows"))
+    const boost::json::value news = worker_->perform("snapshot", {{"since", since}}, Repeat::allowed, limits);
+    const JSONReader answer(news, helper);
+    if (answer.object().contains("windows"))
       return keep(answer, readHelperSnapshot(answer, version_));
     if (std::optional<ViewedBrowser> viewed = withNews(seen->viewed, answer))
       return keep(answer, std::move(*viewed));
   }
-  const boost::json::value answer = worker_->perform("snapshot", {}, Repeat::allowed, limits);
+  const boost::json::value whole = worker_->perform("snapshot", {}, Repeat::allowed, limits);
+  const JSONReader answer(whole, helper);
   return keep(answer, readHelperSnapshot(answer, version_));
 }
 
-ViewedBrowser HelperView::keep(const boost::json::value& answer, ViewedBrowser viewed) {
-  Seen seen{textAt(answer.as_object(), "instance"), answer.at("changes").to_number<std::int64_t>(), viewed};
+ViewedBrowser HelperView::keep(const JSONReader& answer, ViewedBrowser viewed) {
+  Seen seen{answer.require<std::string>("instance"), answer.require<std::int64_t>("changes"), viewed};
   const platform::MutexLock lock(mutex_);
   // Of two looks at once the one that saw less may come last.
   if (!seen_ || seen_->instance != seen.instance || seen_->changes <= seen.changes)
@@ -210,7 +203,7 @@ ViewedBrowser HelperView::keep(const boost::json::value& answer, ViewedBrowser v
 std::int64_t HelperView::perform(const ViewCommand& command, const CallLimits& limits) {
   const HelperCall call = std::visit([](const auto& each) { return callOf(each); }, command);
   const boost::json::value number = worker_->perform(call.function, call.parameters, call.repeat, limits);
-  return number.is_number() ? number.to_number<std::int64_t>() : 0;
+  return number.is_null() ? 0 : JSONReader(number, helper).read<std::int64_t>();
 }
 
 } // namespace tabwright::scripting

@@ -1,10 +1,9 @@
 #pragma once
 
+#include "platform/JSONReader.h"
 #include "platform/Mutex.h"
 #include "scripting/driver/BrowserView.h"
 #include "scripting/driver/HelperWorker.h"
-
-#include <boost/json/value.hpp>
 
 #include <cstdint>
 #include <memory>
@@ -14,13 +13,13 @@
 namespace tabwright::scripting {
 
 /// Reads the helper's answer to `snapshot`: windows front to back, tabs in strip order, the target of each tab.
-/// Throws DriverFailure (`refused`) where the text has another shape.
-[[nodiscard]] ViewedBrowser readHelperSnapshot(const boost::json::value& answer, std::string version);
+/// Throws JSONMismatch.
+[[nodiscard]] ViewedBrowser readHelperSnapshot(const platform::JSONReader& answer, std::string version);
 
 /// The tabs that the answer tells of, in the place of those with the same ids or, where they are new, at their places
 /// in the strip; nothing when they don't fit in. An answer without any leaves the snapshot itself as it is. Throws as
 /// above.
-[[nodiscard]] std::optional<ViewedBrowser> withNews(const ViewedBrowser& before, const boost::json::value& answer);
+[[nodiscard]] std::optional<ViewedBrowser> withNews(const ViewedBrowser& before, const platform::JSONReader& answer);
 
 /// The browser as its helper sees it. A look costs one round trip.
 class HelperView final : public BrowserView {
@@ -33,14 +32,14 @@ public:
   std::int64_t perform(const ViewCommand& command, const CallLimits& limits) override;
 
 private:
-  /// What was seen last, and as of which count of changes of which run of the helper.
+  /// The last look, with the count of changes that it holds for, and the run of the helper that counted.
   struct Seen {
     std::string instance;
     std::int64_t changes = 0;
     ViewedBrowser viewed;
   };
 
-  ViewedBrowser keep(const boost::json::value& answer, ViewedBrowser viewed);
+  ViewedBrowser keep(const platform::JSONReader& answer, ViewedBrowser viewed);
 
   std::unique_ptr<HelperWorker> worker_;
   const std::string version_;

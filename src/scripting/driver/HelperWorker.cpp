@@ -1,9 +1,10 @@
 #include "scripting/driver/HelperWorker.h"
 
+#include "devtools/Targets.h"
+#include "platform/JSONText.h"
 #include "platform/Logger.h"
 #include "scripting/driver/BrowserDriver.h"
 
-#include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
 #include <fmt/core.h>
 
@@ -26,6 +27,7 @@ namespace tabwright::scripting {
 using devtools::DevToolsFailure;
 using devtools::DevToolsFault;
 using devtools::Session;
+using platform::JSONReader;
 using namespace std::chrono_literals;
 
 namespace {
@@ -46,13 +48,12 @@ std::string helperScope() {
 std::string versionIn(const std::filesystem::path& directory) {
   std::ifstream in(directory / "manifest.json", std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  boost::system::error_code error;
-  const boost::json::value manifest = boost::json::parse(text, error);
-  const boost::json::value* version =
-      !error && manifest.is_object() ? manifest.get_object().if_contains("version") : nullptr;
-  if (version == nullptr || !version->is_string())
+  try {
+    const boost::json::value manifest = platform::parseJSON(text);
+    return JSONReader(manifest).require<std::string>("version");
+  } catch (const platform::Failure&) {
     throw platform::failure(DevToolsFault::refused, fmt::format("{} holds no helper", directory.string()));
-  return std::string(version->get_string());
+  }
 }
 
 std::vector<int> numbersOf(const std::string& version) {
@@ -92,11 +93,9 @@ private:
   int descriptor_;
 };
 
-boost::json::array targetsOf(devtools::Connection& connection, std::string_view type,
-                             const platform::CallLimits& limits) {
-  boost::json::object reply = connection.call(
-      "Target.getTargets", {{"filter", boost::json::array{boost::json::object{{"type", type}}}}}, {}, limits);
-  return std::move(reply.at("targetInfos").as_array());
+std::vector<devtools::TargetInfo> targetsOf(devtools::Connection& connection, std::string_view type,
+                                            const platform::CallLimits& limits) {
+  return devtools::listTargets(connection, {boost::json::object{{"type", type}}}, limits);
 }
 
 } // namespace
@@ -136,19 +135,19 @@ boost::json::value HelperWorker::perform(std::string_view command, const boost::
   if (evaluation.exception)
     throw platform::failure(DriverFault::refused, *evaluation.exception);
 
-  boost::json::object& answer = evaluation.value.as_object();
-  const boost::json::value* fault = answer.if_contains("fault");
-  if (fault == nullptr)
-    return std::move(answer.at("value"));
+  const JSONReader answer(evaluation.value, "helper");
+  const auto fault = answer.find<std::string>("fault");
+  if (!fault && answer.object().contains("value"))
+    return std::move(evaluation.value.at("value"));
   const auto subject = [&](std::string_view key) {
     const boost::json::value* id = parameters.if_contains(key);
     return id != nullptr ? boost::json::serialize(*id) : std::string();
   };
-  if (fault->as_string() == "noSuchTab")
+  if (fault == "noSuchTab")
     throw platform::failure(DriverFault::noSuchTab, subject("tab"));
-  if (fault->as_string() == "noSuchWindow")
+  if (fault == "noSuchWindow")
     throw platform::failure(DriverFault::noSuchWindow, subject("window"));
-  throw platform::failure(DriverFault::refused, std::string(answer.at("detail").as_string()));
+  throw platform::failure(DriverFault::refused, answer.require<std::string>("detail"));
 }
 
 std::shared_ptr<Session> HelperWorker::requireSession(const platform::CallLimits& callLimits) {
@@ -173,9 +172,9 @@ std::shared_ptr<Session> HelperWorker::requireSession(const platform::CallLimits
 std::shared_ptr<Session> HelperWorker::attachToRunning(const platform::CallLimits& limits) {
   const std::string scope = helperScope();
   std::string target;
-  for (const boost::json::value& info : targetsOf(*connection_, "service_worker", limits)) {
-    if (info.at("url").as_string().starts_with(scope))
-      target = info.at("targetId").as_string();
+  for (const devtools::TargetInfo& worker : targetsOf(*connection_, "service_worker", limits)) {
+    if (worker.url.starts_with(scope))
+      target = worker.id;
   }
   if (target.empty())
     return nullptr;
@@ -225,15 +224,16 @@ std::shared_ptr<Session> HelperWorker::awaitWorker(const platform::CallLimits& l
   }
 }
 
-/// Whether the browser has the helper, in our version or a later one. A browser that can't tell counts as without: the
-/// helper is loaded again then, which also starts it.
+/// True when the browser has the helper, in our version or a later one. A browser that can't tell counts as without:
+/// the helper is loaded again then, which also starts it.
 bool HelperWorker::isInstalled(const platform::CallLimits& limits) {
   const devtools::PendingCall::Answer answer = connection_->send("Extensions.getExtensions", {})->await(limits);
   if (!answer)
     return false;
-  for (const boost::json::value& extension : answer->at("extensions").as_array()) {
-    if (extension.at("id").as_string() == helperID)
-      return extension.at("enabled").as_bool() && !isOlder(std::string(extension.at("version").as_string()), version_);
+  const auto extensions = JSONReader(*answer).require<std::vector<JSONReader>>("extensions");
+  for (const JSONReader& extension : extensions) {
+    if (extension.require<std::string>("id") == helperID)
+      return extension.require<bool>("enabled") && !isOlder(extension.require<std::string>("version"), version_);
   }
   return false;
 }
@@ -242,18 +242,15 @@ bool HelperWorker::isInstalled(const platform::CallLimits& limits) {
 /// lives there and not in the private one; else one made for this, which is never shown.
 void HelperWorker::wake(const platform::CallLimits& limits) {
   std::string page;
-  const devtools::PendingCall::Answer contexts = connection_->send("Target.getBrowserContexts", {})->await(limits);
-  const boost::json::value* ordinary = contexts ? contexts->if_contains("defaultBrowserContextId") : nullptr;
-  for (const boost::json::value& info : targetsOf(*connection_, "page", limits)) {
-    const boost::json::value* context = info.as_object().if_contains("browserContextId");
-    if (ordinary != nullptr && context != nullptr && *context == *ordinary)
-      page = info.at("targetId").as_string();
+  const std::string ordinary =
+      devtools::ordinaryContext(connection_->send("Target.getBrowserContexts", {})->await(limits));
+  for (const devtools::TargetInfo& target : targetsOf(*connection_, "page", limits)) {
+    if (!ordinary.empty() && target.context == ordinary)
+      page = target.id;
   }
   bool isOurs = false;
   if (page.empty()) {
-    const boost::json::object made =
-        connection_->call("Target.createTarget", {{"url", "about:blank"}, {"hidden", true}}, {}, limits);
-    page = made.at("targetId").as_string();
+    page = devtools::createTarget(*connection_, {{"url", "about:blank"}, {"hidden", true}}, limits);
     isOurs = true;
   }
   try {
@@ -272,9 +269,9 @@ void HelperWorker::wake(const platform::CallLimits& limits) {
 
 void HelperWorker::load(const platform::CallLimits& limits) {
   log.info("Loading the helper from {}.", place_.directory.string());
-  const boost::json::object reply = connection_->call(
+  const boost::json::value reply = connection_->call(
       "Extensions.loadUnpacked", {{"path", place_.directory.string()}, {"enableInIncognito", true}}, {}, limits);
-  if (reply.at("id").as_string() != helperID)
+  if (JSONReader(reply).require<std::string>("id") != helperID)
     throw platform::failure(DevToolsFault::refused, "the helper has another id than expected");
 }
 

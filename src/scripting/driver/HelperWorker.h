@@ -14,7 +14,7 @@
 
 namespace tabwright::scripting {
 
-/// Where the helper is, and whom it is for.
+/// The folders of the helper and of the browser that it is for.
 struct HelperPlace {
   std::filesystem::path directory;        ///< the unpacked helper, absolute; the browser loads it from there
   std::filesystem::path profileDirectory; ///< of the browser; locked while the helper is being loaded into it

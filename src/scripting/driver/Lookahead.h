@@ -12,7 +12,7 @@
 
 namespace tabwright::scripting {
 
-/// Whether a driver has a Lookahead.
+/// The choice of a driver with a Lookahead or without.
 enum class LooksAhead { no, yes };
 
 /// Looks at a browser before anybody asks, so that what was seen is up to date when the next action comes.
@@ -32,7 +32,7 @@ public:
 
   /// Somebody uses the browser now.
   void used();
-  /// What was seen last holds no more.
+  /// The last look holds no more.
   void stale() { raise(*signal_); }
   /// `stale` for those who may outlive this: does nothing then.
   [[nodiscard]] std::function<void()> staleSignal() const;
@@ -40,7 +40,7 @@ public:
 private:
   using Time = std::chrono::steady_clock::time_point;
 
-  /// What the thread waits for.
+  /// The news that the thread waits for.
   struct Signal {
     platform::Mutex mutex;
     std::condition_variable_any raised;

@@ -1,6 +1,8 @@
-// A job is known by the letters of the program's text, at its beginning and its end: code of the user's stands between.
+// A job is known by the letters of the program's text around its parts. Programs are made of the same resources, line
+// by line without indentation.
 #include "scripting/driver/PageJobs.h"
 
+#include "platform/TextTemplate.h"
 #include "tabwright_scriptingResources.h"
 
 #include <boost/json/object.hpp>
@@ -10,53 +12,69 @@
 
 namespace tabwright::scripting {
 
+using platform::TextTemplate;
+
 namespace {
 
 constexpr std::size_t mostKept = 64;
-constexpr std::size_t nameLength = 28; // two underscores and a ULID
-constexpr std::string_view global = "window.";
-constexpr std::string_view planted = " = 'alive';\n(";
-constexpr std::string_view delivering = ")()\n.then(res => {\n";
-constexpr std::string_view delivered = " = (res === undefined || res === null)\n? ['";
-constexpr std::string_view ifAbsent = " || -1";
 
-std::optional<std::string> nameAt(std::string_view text, std::size_t place) {
-  const std::string_view name = text.substr(std::min(place, text.size())).substr(0, nameLength);
-  const bool isName =
-      name.size() == nameLength && name.starts_with("__") &&
-      std::ranges::all_of(name.substr(2), [](char c) { return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z'); });
-  return isName ? std::optional(std::string(name)) : std::nullopt;
+std::string withoutIndentation(std::string_view text) {
+  std::string lines;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size() - 1) + 1;
+    const std::string_view line = text.substr(0, end);
+    lines += line.substr(std::min(line.find_first_not_of(' '), line.size()));
+    text.remove_prefix(end);
+  }
+  return lines;
+}
+
+/// True for two underscores and a ULID.
+bool isVariable(std::string_view name) {
+  constexpr std::size_t length = 28;
+  return name.size() == length && name.starts_with("__") &&
+         std::ranges::all_of(name.substr(2), [](char c) { return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z'); });
+}
+
+/// The variable in a text that is the template filled with one; nothing for any other.
+std::optional<std::string_view> variableIn(std::string_view text, const TextTemplate& letters, std::string_view name) {
+  const auto parts = letters.match(text, name);
+  return parts && isVariable(parts->at(std::string(name))) ? std::optional(parts->at(std::string(name))) : std::nullopt;
+}
+
+std::optional<std::string_view> askedCanary(std::string_view javascript) {
+  static const TextTemplate question(resources::canaryQuestion_js);
+  return variableIn(javascript, question, "CANARY");
+}
+
+std::optional<std::string_view> askedResult(std::string_view javascript) {
+  static const TextTemplate question(resources::resultQuestion_js);
+  return variableIn(javascript, question, "RESULT");
+}
+
+std::optional<std::string_view> removedResult(std::string_view javascript) {
+  static const TextTemplate removal(resources::resultRemoval_js);
+  return variableIn(javascript, removal, "RESULT");
 }
 
 } // namespace
 
+bool PageJob::reloadsThePage() const {
+  static const std::string reload = TextTemplate(resources::pageReload_js).fill({});
+  return code.find(reload) != std::string::npos;
+}
+
 std::optional<PageJob> readPageJob(std::string_view javascript) {
-  constexpr std::size_t canaryPlace = global.size();
-  if (!javascript.starts_with(global))
+  static const TextTemplate planted(withoutIndentation(resources::plantedJob_js));
+  const auto parts = planted.match(javascript, "WORK");
+  if (!parts || !isVariable(parts->at("CANARY")) || !isVariable(parts->at("RESULT")))
     return std::nullopt;
-  const std::optional<std::string> canary = nameAt(javascript, canaryPlace);
-  if (!canary || !javascript.substr(canaryPlace + nameLength).starts_with(planted))
-    return std::nullopt;
-  const std::size_t begin = canaryPlace + nameLength + planted.size();
-
-  // The last one is the job's own: code of the user's stands before it.
-  const std::size_t end = javascript.rfind(delivering);
-  if (end == std::string_view::npos || end < begin)
-    return std::nullopt;
-  std::string_view delivery = javascript.substr(end + delivering.size());
-  const std::optional<std::string> result = nameAt(delivery, global.size());
-  if (!result || !delivery.starts_with(global))
-    return std::nullopt;
-  delivery.remove_prefix(global.size() + nameLength);
-  if (!delivery.starts_with(delivered))
-    return std::nullopt;
-  const std::string_view noValue =
-      delivery.substr(delivered.size(), delivery.find('\'', delivered.size()) - delivered.size());
-
-  return PageJob{.canary = *canary,
-                 .result = *result,
-                 .code = fmt::format("{}\n{}('{}', '{}', {})", javascript.substr(0, begin - 2), resources::pageJob_js,
-                                     *result, noValue, javascript.substr(begin, end - begin))};
+  const std::string_view work = parts->at("WORK");
+  const std::string_view before = javascript.substr(0, static_cast<std::size_t>(work.data() - javascript.data()) - 1);
+  return PageJob{.canary = std::string(parts->at("CANARY")),
+                 .result = std::string(parts->at("RESULT")),
+                 .code = fmt::format("{}{}('{}', '{}', {})", before, resources::pageJob_js, parts->at("RESULT"),
+                                     parts->at("EMPTY_RESULT_MARKER"), work)};
 }
 
 std::optional<PageJobOutcome> PageJobOutcome::read(const boost::json::value& value) {
@@ -77,8 +95,7 @@ std::optional<PageJobOutcome> PageJobOutcome::read(const boost::json::value& val
 }
 
 bool asksForResult(std::string_view javascript) {
-  return javascript.starts_with(global) && nameAt(javascript, global.size()) &&
-         javascript.substr(global.size() + nameLength) == ifAbsent;
+  return askedResult(javascript).has_value();
 }
 
 platform::Notice notBegun(const std::string& exception) {
@@ -101,9 +118,9 @@ void PageJobResults::defer(PageJob job) {
 }
 
 std::optional<PageJob> PageJobResults::takeDeferred(std::string_view javascript) {
+  const auto asked = askedResult(javascript);
   const platform::MutexLock lock(mutex_);
-  const auto found = std::ranges::find_if(
-      deferred_, [&](const PageJob& job) { return javascript == fmt::format("window.{}{}", job.result, ifAbsent); });
+  const auto found = std::ranges::find_if(deferred_, [&](const PageJob& job) { return asked == job.result; });
   if (found == deferred_.end())
     return std::nullopt;
   PageJob job = std::move(*found);
@@ -112,17 +129,18 @@ std::optional<PageJob> PageJobResults::takeDeferred(std::string_view javascript)
 }
 
 std::optional<boost::json::value> PageJobResults::answer(std::string_view javascript) {
+  const auto canary = askedCanary(javascript);
+  const auto result = askedResult(javascript);
+  const auto removed = removedResult(javascript);
   const platform::MutexLock lock(mutex_);
-  for (const PageJob& job : deferred_) {
-    if (javascript == fmt::format("'' + window.{}", job.canary))
-      return boost::json::value("alive");
-  }
+  if (std::ranges::any_of(deferred_, [&](const PageJob& job) { return canary == job.canary; }))
+    return boost::json::value("alive");
   for (auto kept = kept_.begin(); kept != kept_.end(); ++kept) {
-    if (javascript == fmt::format("'' + window.{}", kept->job.canary))
+    if (canary == kept->job.canary)
       return boost::json::value("alive");
-    if (javascript == fmt::format("window.{}{}", kept->job.result, ifAbsent))
+    if (result == kept->job.result)
       return kept->answer;
-    if (javascript == fmt::format("delete window.{}", kept->job.result)) {
+    if (removed == kept->job.result) {
       kept_.erase(kept);
       return boost::json::value(true);
     }

@@ -29,7 +29,7 @@ struct PageJob {
   std::string code;
 
   /// True when all that it does is to load the page anew.
-  [[nodiscard]] bool reloadsThePage() const { return code.find("document.location.reload()") != std::string::npos; }
+  [[nodiscard]] bool reloadsThePage() const;
 };
 
 /// The job that the code plants; nothing for other JavaScript.

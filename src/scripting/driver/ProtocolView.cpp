@@ -1,7 +1,6 @@
 #include "scripting/driver/ProtocolView.h"
 
 #include "devtools/Waiting.h"
-#include "devtools/WireText.h"
 
 #include <algorithm>
 #include <charconv>
@@ -20,7 +19,7 @@ using devtools::concernsBrowser;
 using devtools::DevToolsFailure;
 using devtools::DevToolsFault;
 using devtools::PendingCall;
-using devtools::textOf;
+using platform::JSONReader;
 using namespace std::chrono_literals;
 
 namespace {
@@ -62,25 +61,21 @@ TabID ProtocolView::tabOf(const std::string& target) {
 }
 
 std::vector<ProtocolView::Page> ProtocolView::listPages(const CallLimits& limits) {
-  const boost::json::object reply = connection_->call("Target.getTargets", {}, {}, limits);
+  const std::vector<devtools::TargetInfo> targets = devtools::listTargets(*connection_, {}, limits);
   std::vector<Page> pages;
   const platform::MutexLock lock(mutex_);
-  for (const boost::json::value& info : reply.at("targetInfos").as_array()) {
-    const boost::json::object& fields = info.as_object();
-    if (textOf(fields, "type") != "page" || textOf(fields, "url").starts_with("devtools:"))
+  for (const devtools::TargetInfo& target : targets) {
+    if (target.type != "page" || target.url.starts_with("devtools:"))
       continue;
-    Page page{textOf(fields, "targetId"), textOf(fields, "title"), textOf(fields, "url"),
-              textOf(fields, "browserContextId"), 0};
-    page.tab = tabOf(page.target);
-    if (std::ranges::find(seen_, page.target) == seen_.end())
-      seen_.push_back(page.target);
-    pages.push_back(std::move(page));
+    pages.push_back({target, tabOf(target.id)});
+    if (std::ranges::find(seen_, target.id) == seen_.end())
+      seen_.push_back(target.id);
   }
-  std::erase_if(seen_, [&](const std::string& target) {
-    return std::ranges::none_of(pages, [&](const Page& page) { return page.target == target; });
+  std::erase_if(seen_, [&](const std::string& id) {
+    return std::ranges::none_of(pages, [&](const Page& page) { return page.target.id == id; });
   });
   std::ranges::sort(pages, {}, [&](const Page& page) REQUIRES(mutex_) {
-    return std::ranges::find(seen_, page.target) - seen_.begin();
+    return std::ranges::find(seen_, page.target.id) - seen_.begin();
   });
   return pages;
 }
@@ -92,9 +87,8 @@ ViewedBrowser ProtocolView::look(const Extent& /*always the whole*/, const CallL
   std::vector<std::shared_ptr<PendingCall>> calls;
   calls.reserve(pages.size());
   for (const Page& page : pages)
-    calls.push_back(connection_->send("Browser.getWindowForTarget", {{"targetId", page.target}}));
-  const PendingCall::Answer contextAnswer = contexts->await(limits);
-  const std::string ordinary = contextAnswer ? textOf(*contextAnswer, "defaultBrowserContextId") : std::string();
+    calls.push_back(connection_->send("Browser.getWindowForTarget", {{"targetId", page.target.id}}));
+  const std::string ordinary = devtools::ordinaryContext(contexts->await(limits));
 
   ViewedBrowser viewed;
   const auto snapshot = std::make_shared<BrowserSnapshot>();
@@ -104,22 +98,26 @@ ViewedBrowser ProtocolView::look(const Extent& /*always the whole*/, const CallL
     const PendingCall::Answer answer = calls[index]->await(limits);
     if (!answer) // closed meanwhile, or not in a window
       continue;
-    const WindowID id = answer->at("windowId").to_number<WindowID>();
+    const JSONReader reply(*answer);
+    const auto id = reply.require<WindowID>("windowId");
     auto window = std::ranges::find(snapshot->windows, id, &WindowState::id);
     if (window == snapshot->windows.end()) {
-      const boost::json::object& bounds = answer->at("bounds").as_object();
-      const auto number = [&](std::string_view key) { return bounds.at(key).to_number<int>(); };
+      const auto bounds = reply.require<JSONReader>("bounds");
+      const auto shape = bounds.find<std::string>("windowState");
       WindowState state;
       state.id = id;
-      state.mode = ordinary.empty() || page.context == ordinary ? WindowMode::normal : WindowMode::incognito;
-      state.bounds = {number("left"), number("top"), number("width"), number("height")};
-      state.isMinimized = textOf(bounds, "windowState") == "minimized";
-      state.isFullScreen = textOf(bounds, "windowState") == "fullscreen";
+      state.mode = ordinary.empty() || page.target.context == ordinary ? WindowMode::normal : WindowMode::incognito;
+      state.bounds = {.left = bounds.require<int>("left"),
+                      .top = bounds.require<int>("top"),
+                      .width = bounds.require<int>("width"),
+                      .height = bounds.require<int>("height")};
+      state.isMinimized = shape == "minimized";
+      state.isFullScreen = shape == "fullscreen";
       window = snapshot->windows.insert(snapshot->windows.end(), std::move(state));
     }
-    window->tabs.push_back({.id = page.tab, .title = page.title, .url = page.url});
-    viewed.targets[page.tab] = page.target;
-    if (window->activeTabIndex == 0 && isVisible(pages_, page.target, limits))
+    window->tabs.push_back({.id = page.tab, .title = page.target.title, .url = page.target.url});
+    viewed.targets[page.tab] = page.target.id;
+    if (window->activeTabIndex == 0 && isVisible(pages_, page.target.id, limits))
       window->activeTabIndex = window->tabs.size();
   }
 
@@ -150,7 +148,7 @@ void ProtocolView::toFront(WindowID window) {
 std::string ProtocolView::requireTarget(TabID tab, const CallLimits& limits) {
   for (const Page& page : listPages(limits)) {
     if (page.tab == tab)
-      return page.target;
+      return page.target.id;
   }
   throw platform::failure(DriverFault::noSuchTab, std::to_string(tab));
 }
@@ -173,20 +171,21 @@ std::int64_t ProtocolView::perform(const ViewCommand& command, const CallLimits&
 /// The protocol opens a tab in the window used last, so that window is raised first; it can't be placed in the strip.
 TabID ProtocolView::carryOut(const MakeTab& command, const CallLimits& limits) {
   carryOut(RaiseWindow{command.window}, limits);
-  const boost::json::object reply = connection_->call(
-      "Target.createTarget", {{"url", command.url.empty() ? "chrome://newtab/" : command.url}}, {}, limits);
+  const std::string target =
+      devtools::createTarget(*connection_, {{"url", command.url.empty() ? "chrome://newtab/" : command.url}}, limits);
   const platform::MutexLock lock(mutex_);
-  return tabOf(textOf(reply, "targetId"));
+  return tabOf(target);
 }
 
 WindowID ProtocolView::carryOut(const MakeWindow& command, const CallLimits& limits) {
   boost::json::object parameters{{"url", command.url.empty() ? "about:blank" : command.url}, {"newWindow", true}};
-  if (command.mode == WindowMode::incognito)
-    parameters["browserContextId"] =
-        textOf(connection_->call("Target.createBrowserContext", {}, {}, limits), "browserContextId");
-  const std::string target = textOf(connection_->call("Target.createTarget", parameters, {}, limits), "targetId");
-  const boost::json::object reply = connection_->call("Browser.getWindowForTarget", {{"targetId", target}}, {}, limits);
-  const WindowID window = reply.at("windowId").to_number<WindowID>();
+  if (command.mode == WindowMode::incognito) {
+    const boost::json::value context = connection_->call("Target.createBrowserContext", {}, {}, limits);
+    parameters["browserContextId"] = JSONReader(context).require<std::string>("browserContextId");
+  }
+  const std::string target = devtools::createTarget(*connection_, std::move(parameters), limits);
+  const boost::json::value reply = connection_->call("Browser.getWindowForTarget", {{"targetId", target}}, {}, limits);
+  const auto window = JSONReader(reply).require<WindowID>("windowId");
   toFront(window);
   return window;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "devtools/Targets.h"
 #include "platform/Mutex.h"
 #include "scripting/driver/BrowserView.h"
 #include "scripting/driver/PageSessions.h"
@@ -36,10 +37,7 @@ private:
   void carryOut(const SetGivenName& command, const CallLimits& limits);
 
   struct Page {
-    std::string target;
-    std::string title;
-    std::string url;
-    std::string context;
+    devtools::TargetInfo target;
     TabID tab = 0;
   };
   std::vector<Page> listPages(const CallLimits& limits);

@@ -1,5 +1,6 @@
 #include "scripting/driver/ProtocolWindows.h"
 
+#include "devtools/Targets.h"
 #include "devtools/Waiting.h"
 #include "scripting/driver/DriverFault.h"
 
@@ -11,6 +12,7 @@
 
 namespace tabwright::scripting {
 
+using platform::JSONReader;
 using namespace std::chrono_literals;
 
 namespace {
@@ -61,16 +63,15 @@ void setShape(devtools::Connection& connection, const SetShape& command, const C
 }
 
 bool closeDeveloperTools(devtools::Connection& connection, WindowID window, const CallLimits& limits) {
-  const boost::json::object reply =
-      connection.call("Target.getTargets", {{"filter", boost::json::array{boost::json::object{}}}}, {}, limits);
-  for (const boost::json::value& info : reply.at("targetInfos").as_array()) {
-    if (info.at("type").as_string() == "tab" || !info.at("url").as_string().starts_with("devtools:"))
+  const boost::json::array everything{boost::json::object{}};
+  for (const devtools::TargetInfo& target : devtools::listTargets(connection, everything, limits)) {
+    if (target.type == "tab" || !target.url.starts_with("devtools:"))
       continue;
-    const boost::json::value& target = info.at("targetId");
     const devtools::PendingCall::Answer answer =
-        connection.send("Browser.getWindowForTarget", {{"targetId", target}})->await(platform::boundedBy(limits, 30s));
-    if (answer && answer->at("windowId").to_number<WindowID>() == window) {
-      connection.call("Target.closeTarget", {{"targetId", target}}, {}, limits);
+        connection.send("Browser.getWindowForTarget", {{"targetId", target.id}})
+            ->await(platform::boundedBy(limits, 30s));
+    if (answer && JSONReader(*answer).require<WindowID>("windowId") == window) {
+      connection.call("Target.closeTarget", {{"targetId", target.id}}, {}, limits);
       return true;
     }
   }

@@ -17,7 +17,7 @@
 
 namespace tabwright::scripting {
 
-/// What class methods need of the world.
+/// The part of the world that class methods need.
 struct FoundationEnvironment {
   std::function<double()> now; ///< seconds since 1970-01-01 00:00:00 UTC
 };
@@ -73,7 +73,7 @@ struct FoundationDate {
 };
 enum class CharacterSet { whitespace, whitespaceAndNewline, newline };
 struct FoundationNull {};
-/// What `alloc` gives: an object whose initializer has not run.
+/// The result of `alloc`: an object whose initializer has not run.
 struct FoundationAllocated {};
 /// The class itself.
 struct FoundationMetaclass {

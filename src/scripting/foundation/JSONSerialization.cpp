@@ -1,20 +1,20 @@
 // Writing walks the language's values and Foundation's objects as they are, and makes no tree of its own: the result of
-// an action over a thousand tabs goes through here. Reading leaves the parsing to Boost.JSON.
+// an action over a thousand tabs goes through here.
 #include "scripting/foundation/JSONSerialization.h"
 
 #include "applescript/ScriptError.h"
 #include "applescript/values/Coercion.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Traversal.h"
+#include "platform/JSONFailure.h"
+#include "platform/JSONText.h"
 #include "scripting/foundation/FoundationObject.h"
+#include "scripting/model/JSONValue.h"
 
-#include <boost/json/parse.hpp>
 #include <boost/json/value.hpp>
 #include <fmt/core.h>
-#include <unicode/utf8.h>
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -23,6 +23,7 @@ namespace tabwright::scripting {
 using applescript::Label;
 using applescript::Text;
 using applescript::Value;
+using platform::Slashes;
 namespace errors = applescript::errors;
 
 namespace {
@@ -41,18 +42,11 @@ std::string_view foundationName(const Value& value) {
   return value.isNull() ? "null" : "NSAppleEventDescriptor";
 }
 
-constexpr auto plainBytes = [] {
-  std::array<bool, 256> plain{};
-  for (std::size_t byte = 0x20; byte < 0x80; ++byte)
-    plain[byte] = byte != '"' && byte != '\\';
-  return plain;
-}();
-
 class Writer {
 public:
   explicit Writer(std::int64_t options)
       : isPretty_((options & jsonoptions::prettyPrinted) != 0), sortsKeys_((options & jsonoptions::sortedKeys) != 0),
-        escapesSlashes_((options & jsonoptions::withoutEscapingSlashes) == 0) {}
+        slashes_((options & jsonoptions::withoutEscapingSlashes) == 0 ? Slashes::escaped : Slashes::plain) {}
 
   void write(const Value& value, int level) {
     if (const auto* text = value.get<Text>())
@@ -152,47 +146,11 @@ private:
     text_.append(digits, std::to_chars(digits, digits + sizeof digits, real, format).ptr);
   }
 
-  void writeText(std::string_view text) {
-    text_ += '"';
-    std::size_t from = 0;
-    for (std::size_t at = 0; at < text.size();) {
-      const auto byte = static_cast<unsigned char>(text[at]);
-      if (isPlain(byte)) {
-        ++at;
-      } else if (byte < 0x80) {
-        text_.append(text, from, at - from);
-        writeEscaped(byte);
-        from = ++at;
-      } else {
-        auto next = static_cast<std::int32_t>(at);
-        UChar32 character = 0;
-        U8_NEXT(text.data(), next, static_cast<std::int32_t>(text.size()), character);
-        if (character < 0) { // ill-formed bytes can't stand in JSON
-          text_.append(text, from, at - from).append("\xEF\xBF\xBD");
-          from = static_cast<std::size_t>(next);
-        }
-        at = static_cast<std::size_t>(next);
-      }
-    }
-    text_.append(text, from);
-    text_ += '"';
-  }
-
-  /// Whether a byte stands for itself.
-  bool isPlain(unsigned char byte) const { return plainBytes[byte] && (byte != '/' || !escapesSlashes_); }
-
-  void writeEscaped(unsigned char byte) {
-    constexpr std::string_view special = "/\"\\\n\t\r\b\f";
-    constexpr std::string_view letters = "/\"\\ntrbf";
-    if (const auto position = special.find(static_cast<char>(byte)); position != std::string_view::npos)
-      (text_ += '\\') += letters[position];
-    else
-      text_ += fmt::format("\\u{:04x}", byte);
-  }
+  void writeText(std::string_view text) { platform::appendJSONText(text_, text, slashes_); }
 
   bool isPretty_;
   bool sortsKeys_;
-  bool escapesSlashes_;
+  Slashes slashes_;
   std::string text_;
 };
 
@@ -201,35 +159,16 @@ bool isContainer(const Value& value) {
          payloadOf<FoundationDictionary>(value) != nullptr || payloadOf<FoundationArray>(value) != nullptr;
 }
 
-Value fromJSON(const boost::json::value& json) {
-  switch (json.kind()) {
-  case boost::json::kind::null:
-    return Value::missing();
-  case boost::json::kind::bool_:
-    return Value(json.get_bool());
-  case boost::json::kind::int64:
-    return Value(json.get_int64());
-  case boost::json::kind::uint64:
-    return Value(static_cast<double>(json.get_uint64())); // beyond what an integer holds
-  case boost::json::kind::double_:
-    return Value(json.get_double());
-  case boost::json::kind::string:
-    return Value(std::string(json.get_string().data(), json.get_string().size()));
-  case boost::json::kind::array: {
-    FoundationArray array;
-    for (const auto& item : json.get_array())
-      array.items.push_back(fromJSON(item));
-    return makeObject(mutableArrayClass, std::move(array));
-  }
-  case boost::json::kind::object: {
-    FoundationDictionary dictionary;
-    for (const auto& member : json.get_object())
-      dictionary.set(Label{0, std::string(member.key().data(), member.key().size())}, fromJSON(member.value()));
-    return makeObject(mutableDictionaryClass, std::move(dictionary));
-  }
-  }
-  return Value::missing();
-}
+constexpr JSONContainers foundationContainers{
+    .list = [](std::vector<Value> items) { return makeObject(mutableArrayClass, FoundationArray{std::move(items)}); },
+    .record =
+        [](std::vector<std::pair<Label, Value>> members) {
+          FoundationDictionary dictionary;
+          for (auto& [label, value] : members)
+            dictionary.set(std::move(label), std::move(value));
+          return makeObject(mutableDictionaryClass, std::move(dictionary));
+        },
+};
 
 } // namespace
 
@@ -252,15 +191,15 @@ bool isValidJSON(const Value& value) {
 }
 
 std::optional<Value> valueOfJSON(std::string_view json, std::int64_t options) {
-  boost::json::error_code error;
-  boost::json::parse_options limits;
-  limits.max_depth = 512;
-  const boost::json::value parsed =
-      boost::json::parse(boost::json::string_view(json.data(), json.size()), error, {}, limits);
-  const bool isFragment = !parsed.is_object() && !parsed.is_array();
-  if (error || (isFragment && (options & jsonoptions::fragmentsAllowed) == 0))
+  try {
+    const boost::json::value parsed = platform::parseJSON(json);
+    const bool isFragment = !parsed.is_object() && !parsed.is_array();
+    if (isFragment && (options & jsonoptions::fragmentsAllowed) == 0)
+      return std::nullopt;
+    return valueOf(parsed, foundationContainers);
+  } catch (const platform::JSONFailure&) {
     return std::nullopt;
-  return fromJSON(parsed);
+  }
 }
 
 } // namespace tabwright::scripting

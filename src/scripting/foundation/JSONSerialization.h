@@ -26,7 +26,7 @@ inline constexpr std::int64_t withoutEscapingSlashes = 8;
 /// value when fragments aren't allowed.
 [[nodiscard]] std::string jsonText(const applescript::Value& value, std::int64_t options);
 
-/// Whether `jsonText` would write the value without options.
+/// True when `jsonText` would write the value without options.
 [[nodiscard]] bool isValidJSON(const applescript::Value& value);
 
 /// The value of a JSON text, with dictionaries as foreign objects, since their keys differ when their case does.

@@ -4,9 +4,9 @@
 
 #include "applescript/values/Errors.h"
 #include "scripting/browser/BrowserProperties.h"
-#include "scripting/browser/JSONValue.h"
 #include "scripting/browser/MakeRequest.h"
 #include "scripting/model/Arguments.h"
+#include "scripting/model/JSONValue.h"
 #include "scripting/safari/SafariClasses.h"
 #include "scripting/safari/SafariTerminology.h"
 

@@ -6,7 +6,7 @@
 #include "applescript/ScriptError.h"
 #include "applescript/values/Errors.h"
 #include "scripting/browser/BrowserProperties.h"
-#include "scripting/browser/JSONValue.h"
+#include "scripting/model/JSONValue.h"
 #include "scripting/safari/SafariTerminology.h"
 
 #include <boost/json/value.hpp>

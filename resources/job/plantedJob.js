@@ -1,12 +1,5 @@
 window.__CANARY__ = 'alive';
-(async function() {
-  try {
-    __PAGE_LIBRARY__
-    __JS__
-  } catch (error) {
-    return error.toString()
-  }
-})()
+(__WORK__)()
   .then(res => {
     window.__RESULT__ = (res === undefined || res === null)
       ? ['__EMPTY_RESULT_MARKER__']

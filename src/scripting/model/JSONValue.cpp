@@ -1,4 +1,4 @@
-#include "scripting/browser/JSONValue.h"
+#include "scripting/model/JSONValue.h"
 
 #include <boost/json/value.hpp>
 
@@ -10,7 +10,18 @@ namespace tabwright::scripting {
 using applescript::Label;
 using applescript::Value;
 
-Value valueOf(const boost::json::value& json) {
+const JSONContainers languageContainers{
+    .list = [](std::vector<Value> items) { return Value::list(std::move(items)); },
+    .record =
+        [](std::vector<std::pair<Label, Value>> members) {
+          auto record = std::make_shared<applescript::Record>();
+          for (auto& [label, value] : members)
+            record->set(label, std::move(value));
+          return Value(std::move(record));
+        },
+};
+
+Value valueOf(const boost::json::value& json, const JSONContainers& containers) {
   switch (json.kind()) {
   case boost::json::kind::null:
     return Value::missing();
@@ -25,19 +36,20 @@ Value valueOf(const boost::json::value& json) {
   case boost::json::kind::double_:
     return Value(json.get_double());
   case boost::json::kind::string:
-    return Value(std::string(json.get_string().data(), json.get_string().size()));
+    return Value(std::string(json.get_string()));
   case boost::json::kind::array: {
     std::vector<Value> items;
     items.reserve(json.get_array().size());
     for (const auto& item : json.get_array())
-      items.push_back(valueOf(item));
-    return Value::list(std::move(items));
+      items.push_back(valueOf(item, containers));
+    return containers.list(std::move(items));
   }
   case boost::json::kind::object: {
-    auto record = std::make_shared<applescript::Record>();
+    std::vector<std::pair<Label, Value>> members;
+    members.reserve(json.get_object().size());
     for (const auto& member : json.get_object())
-      record->set(Label{0, std::string(member.key().data(), member.key().size())}, valueOf(member.value()));
-    return Value(std::move(record));
+      members.emplace_back(Label{0, std::string(member.key())}, valueOf(member.value(), containers));
+    return containers.record(std::move(members));
   }
   }
   return Value::missing();

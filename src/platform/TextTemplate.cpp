@@ -1,12 +1,12 @@
 // The text becomes pieces of a literal and the placeholder behind it. Names that begin with two underscores, as private
 // handlers do, are no placeholders: they hold small letters.
-#include "engine/TextTemplate.h"
+#include "platform/TextTemplate.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <stdexcept>
 
-namespace tabwright::engine {
+namespace tabwright::platform {
 namespace {
 
 constexpr std::string_view mark = "__";
@@ -59,4 +59,31 @@ std::string TextTemplate::fill(std::initializer_list<Value> values) const {
   return filled;
 }
 
-} // namespace tabwright::engine
+std::optional<TextTemplate::Parts> TextTemplate::match(std::string_view text, std::string_view wide) const {
+  const std::string& begin = pieces_.front().literal;
+  const std::string& end = pieces_.back().literal;
+  if (text.size() < begin.size() + end.size() || !text.starts_with(begin) || !text.ends_with(end))
+    return std::nullopt;
+  text = text.substr(begin.size(), text.size() - begin.size() - end.size());
+  Parts parts;
+  for (std::size_t piece = 0; pieces_[piece].placeholder != wide; ++piece) {
+    const std::string& behind = pieces_[piece + 1].literal;
+    const std::size_t at = text.find(behind);
+    if (at == std::string_view::npos)
+      return std::nullopt;
+    parts[pieces_[piece].placeholder] = text.substr(0, at);
+    text.remove_prefix(at + behind.size());
+  }
+  for (std::size_t piece = pieces_.size() - 2; pieces_[piece].placeholder != wide; --piece) {
+    const std::string& before = pieces_[piece].literal;
+    const std::size_t at = text.rfind(before);
+    if (at == std::string_view::npos)
+      return std::nullopt;
+    parts[pieces_[piece].placeholder] = text.substr(at + before.size());
+    text = text.substr(0, at);
+  }
+  parts[std::string(wide)] = text;
+  return parts;
+}
+
+} // namespace tabwright::platform

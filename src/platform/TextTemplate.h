@@ -1,11 +1,13 @@
 #pragma once
 
 #include <initializer_list>
+#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace tabwright::engine {
+namespace tabwright::platform {
 
 /// A text with placeholders: words of capitals and single underscores between double underscores, such as `__TAB_ID__`.
 ///
@@ -28,6 +30,13 @@ public:
   /// placeholder has no effect.
   [[nodiscard]] std::string fill(std::initializer_list<Value> values) const;
 
+  /// The parts of a text at the placeholders, by their names.
+  using Parts = std::map<std::string, std::string_view>;
+  /// The parts of a text that may have been filled like this; nothing for any other text. The one placeholder `wide`
+  /// may hold anything: those before it are as short as can be, and so are those behind it. Each stands in the text
+  /// once.
+  [[nodiscard]] std::optional<Parts> match(std::string_view text, std::string_view wide) const;
+
 private:
   struct Piece {
     std::string literal;
@@ -36,4 +45,4 @@ private:
   std::vector<Piece> pieces_;
 };
 
-} // namespace tabwright::engine
+} // namespace tabwright::platform

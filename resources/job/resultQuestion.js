@@ -1,0 +1,1 @@
+window.__RESULT__ || -1
