@@ -15,9 +15,10 @@ std::unique_ptr<ActionFrame> makeAction(const ActionServices& services) {
   return std::make_unique<Action>(services);
 }
 
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument names a class
 #define TABWRIGHT_ACTION(name)                                                                                         \
-  class name;                                                                                                          \
-  extern template std::unique_ptr<ActionFrame> makeAction<name>(const ActionServices&);
+  extern template std::unique_ptr<ActionFrame> makeAction<class name>(const ActionServices&);
+// NOLINTEND(bugprone-macro-parentheses)
 #include "actions/Actions.def"
 #undef TABWRIGHT_ACTION
 

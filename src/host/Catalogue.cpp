@@ -7,12 +7,14 @@
 namespace tabwright::host {
 
 Catalogue::Catalogue(const actions::ActionServices& services) : services_(services) {
+  declarations_.reserve(actions::actionList().size());
   for (const actions::ActionMaker make : actions::actionList())
     declarations_.push_back(make(services));
 }
 
 std::vector<std::string> Catalogue::names() const {
   std::vector<std::string> names;
+  names.reserve(declarations_.size());
   for (const Declaration& action : declarations_)
     names.push_back(action->name());
   return names;

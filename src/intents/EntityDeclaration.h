@@ -46,6 +46,7 @@ struct EntityDeclaration {
   }
   [[nodiscard]] std::vector<std::string> propertyNames() const {
     std::vector<std::string> names;
+    names.reserve(properties.size());
     for (const PropertyDeclaration& property : properties)
       names.emplace_back(property.name);
     return names;

@@ -39,7 +39,7 @@ struct ParameterDeclaration {
   std::string name;
   ValueType type;
   LocalizedText title;
-  LocalizedText description;
+  LocalizedText description; ///< a line that says enough for a first use; behind a line break, what only help shows
   std::optional<LocalizedText> requestDialog; ///< the question to ask when a value is missing
   Presence presence = Presence::required;
   std::optional<boost::json::value> defaultValue; ///< in JSON form; an options provider may know another

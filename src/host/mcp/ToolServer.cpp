@@ -31,9 +31,8 @@ constexpr const char* instructions =
     "Tools that act on a real browser with all its windows and tabs. Give a browser by its name in targetContext, such "
     "as \"chromium\"; without it the frontmost one counts. Results feed further calls: give the fullID of a tab or "
     "window from a result as targetTab or targetWindow, which makes the choice of a specific one by itself. Elements "
-    "are named by CSS selectors. "
-    "When no browser can be reached, one is started by the command \"tabwright "
-    "browser chromium\".";
+    "are named by CSS selectors. When no browser can be reached, one is started by the command \"tabwright browser "
+    "chromium\".";
 
 const json::value* memberOf(const json::object& object, std::string_view name, json::kind kind) {
   const json::value* member = object.if_contains(name);
