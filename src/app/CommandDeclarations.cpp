@@ -84,10 +84,9 @@ void declareAppleScript(CLI::App& program, Choices& choices) {
     return script->add_flag_callback(name, [&choices, value] { choices.appleScript.mode = value; }, description);
   };
   mode("--check", AppleScriptCommand::Mode::check, "Only check the syntax; show every error with its place")
-      ->excludes(mode("--format", AppleScriptCommand::Mode::format, "Only print the script, laid out in the usual way"));
-  script->callback([&choices] {
-    choices.chosen = [&choices] { return appleScript(choices.appleScript); };
-  });
+      ->excludes(
+          mode("--format", AppleScriptCommand::Mode::format, "Only print the script, laid out in the usual way"));
+  script->callback([&choices] { choices.chosen = [&choices] { return appleScript(choices.appleScript); }; });
 }
 
 void declareMarkdown(CLI::App& program, Choices& choices) {
