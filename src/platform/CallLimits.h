@@ -45,7 +45,7 @@ inline void giveNotice(const CallLimits& limits, Notice notice) {
 }
 
 /// The limits, with a deadline where they had none: `duration` from now.
-[[nodiscard]] inline CallLimits boundedBy(CallLimits limits, std::chrono::steady_clock::duration duration) {
+[[nodiscard]] inline CallLimits boundedBy(const CallLimits& limits, std::chrono::steady_clock::duration duration) {
   return limits.deadline == std::chrono::steady_clock::time_point::max() ? limits.within(duration) : limits;
 }
 

@@ -11,6 +11,7 @@
 /// Calls of handlers, commands, and messages through the bridge; script objects and their run handlers.
 namespace tabwright::applescript {
 
+/// The values that a handler is called with; `direct` is `nothing` where none was given.
 struct Arguments {
   std::vector<Value> positional = {};
   Value direct = Value::nothing();
@@ -18,17 +19,25 @@ struct Arguments {
   bool isLabelled = false;
 };
 
+/// The arguments are evaluated once the handler is found. −1708 when there is none; a call to an object behind the
+/// bridge is a message to it.
 Value callHandler(Evaluator& run, const HandlerCall& call);
+/// The parent's handler, run for the script that continues.
 Value continueCall(Evaluator& run, const ContinueStatement& statement);
+/// Commands of the language are answered here, others sent to the application in question. May come to `nothing`.
 Value evaluateCommand(Evaluator& run, const Command& command);
 /// No value for a command that is none of the scripting additions.
 std::optional<Value> answerOfAddition(Evaluator& run, const Command& command);
 Value evaluateMessage(Evaluator& run, const ObjectiveCMessage& message);
 
+/// Runs a handler in a frame of its own with `self` as `me`. `name` is for errors: −1721 and −1715 for arguments that
+/// don't fit, −2706 for calls nested too deeply.
 Value invoke(Evaluator& run, const FoundHandler& handler, std::shared_ptr<ScriptObject> self, Arguments&& arguments,
              std::string_view name);
+/// The run handler, explicit or implicit; `on run argv` gets all arguments as one list.
 Value runScript(Evaluator& run, const std::shared_ptr<ScriptObject>& script, std::vector<Value> arguments);
 
+/// A script object with its properties initialised, as reaching its text makes one.
 std::shared_ptr<ScriptObject> instantiate(Evaluator& run, const ScriptLayout& layout,
                                           std::shared_ptr<ScriptObject> enclosing);
 /// Gives the properties of a script object their first values.

@@ -99,7 +99,6 @@ Value elementOf(Evaluator& run, const Value& given, const ElementAccess& express
   return run.picker.pickFrom(passing, expression, key, container);
 }
 
-// `count of characters of t`, `count of windows whose …`: counted where they are, instead of made into a list first.
 Value countElements(Evaluator& run, const ElementAccess& expression) {
   if (auto special = specialElement(run, expression))
     return countOf(run, *special);

@@ -2,10 +2,7 @@
 // `is not`, which see the reference that a loop's variable holds.
 #include "applescript/evaluate/Operators.h"
 
-#include "applescript/evaluate/TestNeedsValues.h"
 #include "applescript/syntax/Operators.h"
-#include "applescript/terminology/Codes.h"
-#include "applescript/values/ClassNames.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Numbers.h"
 #include "applescript/values/Reference.h"

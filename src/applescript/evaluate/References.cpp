@@ -3,7 +3,6 @@
 #include "applescript/evaluate/Accesses.h"
 #include "applescript/evaluate/Bridge.h"
 #include "applescript/evaluate/ScriptMembers.h"
-#include "applescript/terminology/Codes.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/ForeignObject.h"
 #include "applescript/values/ObjectSpecifier.h"

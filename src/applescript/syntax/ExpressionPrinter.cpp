@@ -51,9 +51,11 @@ std::string ordinal(std::int64_t number) {
   return fmt::format("{}{}", number, ending);
 }
 
-/// A key that can't stand directly behind a class.
-bool isReferenceKey(const Expression& key) {
-  return as<ElementAccess>(key) || as<PropertyAccess>(key) || as<ObjectiveCMessage>(key) || as<HandlerCall>(key);
+/// A key that can stand directly behind a class.
+bool isPlainKey(const Expression& key) {
+  const auto* literal = as<Literal>(key);
+  return as<Variable>(key) || as<Unary>(key) || as<Parenthesized>(key) ||
+         (literal && literal->words.empty() && (literal->value.text() || asReal(literal->value)));
 }
 
 } // namespace
@@ -237,8 +239,10 @@ ExpressionPrinter::Parts ExpressionPrinter::element(const ElementAccess& element
 
 std::string ExpressionPrinter::elementWords(const ElementAccess& element) const {
   using Form = ElementAccess::Form;
-  // `application 3` would name an application; its plural with a key is an element like any other.
-  const bool isApplication = element.elementClass.words == "application" && element.key && !element.isOrdinal;
+  // `application 3` would name an application but behind `'s`; its plural with a key is an element like any other.
+  const bool isMember = element.container && element.joint == Joint::possessive;
+  const bool isApplication =
+      element.elementClass.words == "application" && element.key && !element.isOrdinal && !isMember;
   const std::string words = isApplication ? "applications" : element.elementClass.words;
   switch (element.form) {
   case Form::index:
@@ -252,7 +256,7 @@ std::string ExpressionPrinter::elementWords(const ElementAccess& element) const 
   case Form::name:
     return words + " named " + print(*element.key);
   case Form::range:
-    if (isReferenceKey(*element.key) || isReferenceKey(*element.rangeEnd))
+    if (!isPlainKey(*element.key) || !isPlainKey(*element.rangeEnd))
       return words + " from " + print(*element.key) + " to " + print(*element.rangeEnd);
     return wordsBeforeKey(ObjectSpecifier::Form::range, {words, pluralOf(element.elementClass)}) + print(*element.key) +
            " thru " + print(*element.rangeEnd);

@@ -254,7 +254,7 @@ StatementPointer parseTry(ScriptParser& p) {
     p.parseLine([&] {
       const auto number = [&] {
         if (p.token().kind == Token::Kind::number || p.at(Symbol::minus))
-          statement->onlyNumber = parseSigned(p);
+          statement->onlyNumber = p.at(Symbol::minus) ? parseSigned(p) : parseNumber(p);
         else
           statement->number = parseBinding(p);
       };

@@ -130,7 +130,6 @@ ExpressionPointer parseExpression(ScriptParser& p) {
   return parseBinary(p, Precedence::lowest);
 }
 
-// `-1` is a literal, so that it can stand where only literals do; `-x` is an operation.
 ExpressionPointer parseSigned(ScriptParser& p) {
   const ScriptParser::Nesting nesting(p);
   const std::size_t start = p.offset();
