@@ -6,7 +6,7 @@
 
 namespace tabwright::scripting {
 
-/// What a desktop could not do.
+/// The ways in which a desktop fails.
 enum class DesktopFault {
   menusUnavailable, ///< menus can't be read or chosen from
   keysUnavailable,  ///< keys can't be pressed
