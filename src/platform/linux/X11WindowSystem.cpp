@@ -1,59 +1,65 @@
 // One connection, on which all questions about all windows are asked before the first answer is awaited. A change is
 // asked of the window manager by a message to the root window, and then awaited by watching the root's properties.
 // Without a window manager, what it would keep is kept here: which windows are hidden.
-#include "scripting/systemevents/WindowSystem.h"
+#include "platform/linux/X11WindowSystem.h"
 
-#include "scripting/systemevents/ClientProcesses.h"
+#include "platform/DesktopFault.h"
+#include "platform/linux/ClientProcesses.h"
+#include "platform/linux/X11Display.h"
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <functional>
 #include <initializer_list>
-#include <mutex>
 #include <optional>
 #include <poll.h>
+#include <tuple>
 #include <utility>
 #include <xcb/xcb.h>
 #include <xcb/xcb_ewmh.h>
 
-namespace tabwright::scripting {
+namespace tabwright::platform {
 
 namespace {
-
-struct FreeReply {
-  void operator()(void* reply) const { std::free(reply); }
-};
-template <class Reply>
-using ReplyPointer = std::unique_ptr<Reply, FreeReply>;
 
 /// For how long a window manager is waited for. It answers within some milliseconds.
 constexpr auto patience = std::chrono::milliseconds(500);
 /// After an iconification no window is active for about a millisecond.
 constexpr auto activationGap = std::chrono::milliseconds(50);
 
-constexpr std::uint32_t iconicState = 3; // ICCCM 4.1.4
+constexpr std::uint32_t iconicState = 3;             // ICCCM 4.1.4
+constexpr std::uint32_t everyWorkspace = 0xFFFFFFFF; // _NET_WM_DESKTOP
+constexpr std::uint32_t staticGravity = 10;          // the place is that of the window itself, not of its frame
+constexpr std::uint32_t sourceIsPager = 2;
 
 } // namespace
 
-struct WindowSystem::Connection {
-  xcb_connection_t* xcb = nullptr;
-  xcb_ewmh_connection_t ewmh{};
-  bool hasAtoms = false;
-  int screen = 0;
-  xcb_window_t root = 0;
-  xcb_atom_t changeState = XCB_ATOM_NONE;
-  std::vector<xcb_window_t> hiddenByUs; // without a window manager
-  std::mutex mutex;
-
-  ~Connection() {
-    if (hasAtoms)
-      xcb_ewmh_connection_wipe(&ewmh);
-    if (xcb != nullptr)
-      xcb_disconnect(xcb);
+class X11WindowSystem::Connection {
+public:
+  explicit Connection(const std::string& name) : display(name), xcb(display.connection()), screen(display.screen()) {
+    if (xcb_ewmh_init_atoms_replies(&ewmh, xcb_ewmh_init_atoms(xcb, &ewmh), nullptr) == 0)
+      throw failure(DesktopFault::noWindowSystem, "the display was lost");
+    root = display.root();
+    changeState = display.atom("WM_CHANGE_STATE");
+    applicationID = display.atom("_GTK_APPLICATION_ID");
+    protocols = display.atom("WM_PROTOCOLS");
+    deleteWindow = display.atom("WM_DELETE_WINDOW");
+    const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(xcb, root, XCB_CW_EVENT_MASK, &mask);
   }
+  ~Connection() { xcb_ewmh_connection_wipe(&ewmh); }
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
 
-  bool isLost() const { return xcb_connection_has_error(xcb) != 0; }
+  const X11Display display;
+  xcb_connection_t* const xcb;
+  const int screen;
+  xcb_ewmh_connection_t ewmh{};
+  xcb_window_t root = 0;
+  xcb_atom_t changeState, applicationID, protocols, deleteWindow;
+  std::vector<xcb_window_t> hiddenByUs; // without a window manager
+
+  bool isLost() const { return display.isLost(); }
 
   /// Client windows top first by the window manager's list; nothing when there is no window manager.
   std::optional<std::vector<xcb_window_t>> managedWindows() {
@@ -123,7 +129,9 @@ struct WindowSystem::Connection {
     const auto managed = managedWindows();
     const std::vector<xcb_window_t> ids = managed ? *managed : unmanagedWindows();
     struct Cookies {
-      xcb_get_property_cookie_t pid, name, oldName, windowClass, state, type;
+      xcb_get_property_cookie_t pid, name, oldName, windowClass, application, state, type, workspace;
+      xcb_get_geometry_cookie_t size;
+      xcb_translate_coordinates_cookie_t origin;
     };
     std::vector<Cookies> cookies;
     cookies.reserve(ids.size());
@@ -131,16 +139,27 @@ struct WindowSystem::Connection {
       cookies.push_back({xcb_ewmh_get_wm_pid(&ewmh, id), xcb_ewmh_get_wm_name(&ewmh, id),
                          xcb_get_property(xcb, 0, id, XCB_ATOM_WM_NAME, XCB_GET_PROPERTY_TYPE_ANY, 0, 1024),
                          xcb_get_property(xcb, 0, id, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, 256),
-                         xcb_ewmh_get_wm_state(&ewmh, id), xcb_ewmh_get_wm_window_type(&ewmh, id)});
+                         xcb_get_property(xcb, 0, id, applicationID, XCB_GET_PROPERTY_TYPE_ANY, 0, 256),
+                         xcb_ewmh_get_wm_state(&ewmh, id), xcb_ewmh_get_wm_window_type(&ewmh, id),
+                         xcb_ewmh_get_wm_desktop(&ewmh, id), xcb_get_geometry(xcb, id),
+                         xcb_translate_coordinates(xcb, id, root, 0, 0)});
     const xcb_window_t active = activeWindow(managed.has_value());
     std::vector<ClientWindow> result;
     for (std::size_t each = 0; each < ids.size(); ++each) {
-      ClientWindow window{ids[each], 0, {}, {}, true, ids[each] == active};
+      ClientWindow window;
+      window.id = ids[each];
+      window.isActive = ids[each] == active;
       std::uint32_t pid = 0;
       if (xcb_ewmh_get_wm_pid_reply(&ewmh, cookies[each].pid, &pid, nullptr) != 0)
         window.pid = static_cast<pid_t>(pid);
       window.name = nameFrom(cookies[each].name, cookies[each].oldName);
-      window.windowClass = classFrom(cookies[each].windowClass);
+      std::tie(window.instance, window.windowClass) = classFrom(cookies[each].windowClass);
+      window.applicationID = textFrom(cookies[each].application);
+      window.place = placeFrom(cookies[each].size, cookies[each].origin).value_or(Rectangle{});
+      if (std::uint32_t workspace = 0;
+          xcb_ewmh_get_wm_desktop_reply(&ewmh, cookies[each].workspace, &workspace, nullptr) != 0 &&
+          workspace != everyWorkspace)
+        window.workspace = workspace;
       window.isShown = !hasAtom<xcb_ewmh_get_wm_state_reply>(cookies[each].state, {ewmh._NET_WM_STATE_HIDDEN}) &&
                        (managed || std::ranges::find(hiddenByUs, ids[each]) == hiddenByUs.end());
       if (!hasAtom<xcb_ewmh_get_wm_window_type_reply>(
@@ -165,10 +184,23 @@ struct WindowSystem::Connection {
   }
 
   /// WM_CLASS holds an instance and a class, each with a null behind it (ICCCM 4.1.2.5).
-  std::string classFrom(xcb_get_property_cookie_t cookie) {
+  std::pair<std::string, std::string> classFrom(xcb_get_property_cookie_t cookie) {
     const std::string text = textFrom(cookie);
     const std::size_t end = text.find('\0');
-    return end == std::string::npos ? std::string() : std::string(text.c_str() + end + 1);
+    return {text.c_str(), end == std::string::npos ? std::string() : std::string(text.c_str() + end + 1)};
+  }
+
+  std::optional<Rectangle> placeFrom(xcb_get_geometry_cookie_t size, xcb_translate_coordinates_cookie_t origin) {
+    const ReplyPointer<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(xcb, size, nullptr));
+    const ReplyPointer<xcb_translate_coordinates_reply_t> corner(xcb_translate_coordinates_reply(xcb, origin, nullptr));
+    if (!geometry || !corner)
+      return std::nullopt;
+    return Rectangle{corner->dst_x, corner->dst_y, geometry->width, geometry->height};
+  }
+
+  std::optional<Rectangle> placeOf(xcb_window_t window) {
+    const auto size = xcb_get_geometry(xcb, window);
+    return placeFrom(size, xcb_translate_coordinates(xcb, window, root, 0, 0));
   }
 
   std::string textFrom(xcb_get_property_cookie_t cookie) {
@@ -207,15 +239,18 @@ struct WindowSystem::Connection {
     }
   }
 
-  void requestIconic(xcb_window_t window) {
+  /// Sends a message about a window: to the root, where the window manager reads it, or to the window itself.
+  void send(xcb_window_t receiver, xcb_window_t window, xcb_atom_t type, std::initializer_list<std::uint32_t> data) {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = window;
-    message.type = changeState;
-    message.data.data32[0] = iconicState;
-    xcb_send_event(xcb, 0, root, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char*>(&message));
+    message.type = type;
+    std::ranges::copy(data, message.data.data32);
+    const std::uint32_t mask = receiver == root
+                                   ? XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT
+                                   : XCB_EVENT_MASK_NO_EVENT;
+    xcb_send_event(xcb, 0, receiver, mask, reinterpret_cast<const char*>(&message));
   }
 
   /// Whether the keyboard has a place, or there is none for it.
@@ -235,74 +270,99 @@ struct WindowSystem::Connection {
   }
 };
 
-WindowSystem::WindowSystem(std::unique_ptr<Connection> connection) : connection_(std::move(connection)) {}
-WindowSystem::~WindowSystem() = default;
+X11WindowSystem::X11WindowSystem(std::string display) : display_(std::move(display)) {}
+X11WindowSystem::~X11WindowSystem() = default;
 
-std::unique_ptr<WindowSystem> WindowSystem::connect(const std::string& display) {
-  auto connection = std::make_unique<Connection>();
-  connection->xcb = xcb_connect(display.empty() ? nullptr : display.c_str(), &connection->screen);
-  if (connection->isLost())
-    return nullptr;
-  if (xcb_ewmh_init_atoms_replies(&connection->ewmh, xcb_ewmh_init_atoms(connection->xcb, &connection->ewmh),
-                                  nullptr) == 0)
-    return nullptr;
-  connection->hasAtoms = true;
-  connection->root = connection->ewmh.screens[connection->screen]->root;
-  const ReplyPointer<xcb_intern_atom_reply_t> atom(
-      xcb_intern_atom_reply(connection->xcb, xcb_intern_atom(connection->xcb, 0, 15, "WM_CHANGE_STATE"), nullptr));
-  if (!atom)
-    return nullptr;
-  connection->changeState = atom->atom;
-  const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
-  xcb_change_window_attributes(connection->xcb, connection->root, XCB_CW_EVENT_MASK, &mask);
-  return std::unique_ptr<WindowSystem>(new WindowSystem(std::move(connection)));
+X11WindowSystem::Connection& X11WindowSystem::connection() {
+  if (!connection_ || connection_->isLost())
+    connection_ = std::make_unique<Connection>(display_);
+  return *connection_;
 }
 
-std::vector<ClientWindow> WindowSystem::windows() {
-  const std::lock_guard lock(connection_->mutex);
-  return connection_->windows();
+std::vector<ClientWindow> X11WindowSystem::windows() {
+  const std::lock_guard lock(mutex_);
+  return connection().windows();
 }
 
-void WindowSystem::activate(std::uint32_t window) {
-  const std::lock_guard lock(connection_->mutex);
-  const bool isManaged = connection_->managedWindows().has_value();
+void X11WindowSystem::activate(std::uint32_t window) {
+  const std::lock_guard lock(mutex_);
+  Connection& system = connection();
+  const bool isManaged = system.managedWindows().has_value();
   if (isManaged) {
-    xcb_ewmh_request_change_active_window(&connection_->ewmh, connection_->screen, window,
-                                          XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER, XCB_CURRENT_TIME, XCB_WINDOW_NONE);
+    xcb_ewmh_request_change_active_window(&system.ewmh, system.screen, window, XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER,
+                                          XCB_CURRENT_TIME, XCB_WINDOW_NONE);
   } else {
     const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-    xcb_map_window(connection_->xcb, window);
-    xcb_configure_window(connection_->xcb, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
-    xcb_set_input_focus(connection_->xcb, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+    xcb_map_window(system.xcb, window);
+    xcb_configure_window(system.xcb, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    xcb_set_input_focus(system.xcb, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
   }
-  xcb_flush(connection_->xcb);
-  connection_->await(patience, [&] { return connection_->activeWindow(isManaged) == window; });
+  xcb_flush(system.xcb);
+  system.await(patience, [&] { return system.activeWindow(isManaged) == window; });
 }
 
-void WindowSystem::iconify(const std::vector<std::uint32_t>& windows) {
-  const std::lock_guard lock(connection_->mutex);
-  const bool isManaged = connection_->managedWindows().has_value();
-  // Back ones first, lest one of the same application becomes active in between.
+void X11WindowSystem::minimise(const std::vector<std::uint32_t>& windows) {
+  const std::lock_guard lock(mutex_);
+  Connection& system = connection();
+  const bool isManaged = system.managedWindows().has_value();
   for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
     if (isManaged) {
-      connection_->requestIconic(*window);
+      system.send(system.root, *window, system.changeState, {iconicState});
     } else {
-      xcb_unmap_window(connection_->xcb, *window);
-      connection_->hiddenByUs.push_back(*window);
+      xcb_unmap_window(system.xcb, *window);
+      system.hiddenByUs.push_back(*window);
     }
   }
-  xcb_flush(connection_->xcb);
-  connection_->await(patience, [&] { return connection_->allShown(windows, false); });
+  xcb_flush(system.xcb);
+  system.await(patience, [&] { return system.allShown(windows, false); });
   if (isManaged)
-    connection_->await(activationGap, [&] { return connection_->isSettled(); });
+    system.await(activationGap, [&] { return system.isSettled(); });
 }
 
-void WindowSystem::open(const std::vector<std::uint32_t>& windows) {
-  const std::lock_guard lock(connection_->mutex);
+void X11WindowSystem::restore(const std::vector<std::uint32_t>& windows) {
+  const std::lock_guard lock(mutex_);
+  Connection& system = connection();
   for (auto window = windows.rbegin(); window != windows.rend(); ++window)
-    xcb_map_window(connection_->xcb, *window);
-  xcb_flush(connection_->xcb);
-  connection_->await(patience, [&] { return connection_->allShown(windows, true); });
+    xcb_map_window(system.xcb, *window);
+  xcb_flush(system.xcb);
+  system.await(patience, [&] { return system.allShown(windows, true); });
 }
 
-} // namespace tabwright::scripting
+void X11WindowSystem::place(std::uint32_t window, const Rectangle& place) {
+  const std::lock_guard lock(mutex_);
+  Connection& system = connection();
+  const std::optional<Rectangle> before = system.placeOf(window);
+  if (!before)
+    throw failure(DesktopFault::windowGone);
+  const auto x = static_cast<std::uint32_t>(place.x), y = static_cast<std::uint32_t>(place.y),
+             width = static_cast<std::uint32_t>(std::max(place.width, 1)),
+             height = static_cast<std::uint32_t>(std::max(place.height, 1));
+  if (system.managedWindows()) {
+    constexpr std::uint32_t all = XCB_EWMH_MOVERESIZE_WINDOW_X | XCB_EWMH_MOVERESIZE_WINDOW_Y |
+                                  XCB_EWMH_MOVERESIZE_WINDOW_WIDTH | XCB_EWMH_MOVERESIZE_WINDOW_HEIGHT;
+    system.send(system.root, window, system.ewmh._NET_MOVERESIZE_WINDOW,
+                {staticGravity | all | sourceIsPager << 12, x, y, width, height});
+  } else {
+    const std::uint32_t values[]{x, y, width, height};
+    xcb_configure_window(system.xcb, window,
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                         values);
+  }
+  xcb_flush(system.xcb);
+  // A size that the application rounds never becomes the one asked for, so any change ends the waiting.
+  if (place != *before)
+    system.await(patience, [&] { return system.placeOf(window) != before; });
+}
+
+void X11WindowSystem::close(std::uint32_t window) {
+  const std::lock_guard lock(mutex_);
+  Connection& system = connection();
+  if (system.managedWindows())
+    xcb_ewmh_request_close_window(&system.ewmh, system.screen, window, XCB_CURRENT_TIME,
+                                  XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
+  else
+    system.send(window, window, system.protocols, {system.deleteWindow});
+  xcb_flush(system.xcb);
+}
+
+} // namespace tabwright::platform
