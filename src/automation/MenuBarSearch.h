@@ -1,0 +1,29 @@
+#pragma once
+
+#include "automation/MenuSource.h"
+#include "platform/Accessibility.h"
+#include "platform/CallLimits.h"
+
+#include <memory>
+#include <vector>
+
+namespace tabwright::automation {
+
+/// A window of an application, and what it told of itself.
+struct AccessibleWindow {
+  platform::AccessibleElement element;
+  platform::AccessibleFacts facts;
+};
+
+/// The application's windows, the active one first, the others in the application's order. Throws DesktopFailure.
+[[nodiscard]] std::vector<AccessibleWindow> windowsOf(platform::Accessibility& accessibility,
+                                                      const platform::AccessibleElement& application,
+                                                      const platform::CallLimits& limits);
+
+/// The menus of the first of these windows that has a menu bar; null when none has. Goes down some levels, and never
+/// into documents. Throws DesktopFailure.
+[[nodiscard]] std::shared_ptr<MenuSource> findMenuBar(platform::Accessibility& accessibility,
+                                                      const platform::AccessibleElement& application,
+                                                      const platform::CallLimits& limits);
+
+} // namespace tabwright::automation
