@@ -156,10 +156,7 @@ public:
       std::tie(window.instance, window.windowClass) = classFrom(cookies[each].windowClass);
       window.applicationID = textFrom(cookies[each].application);
       window.place = placeFrom(cookies[each].size, cookies[each].origin).value_or(Rectangle{});
-      if (std::uint32_t workspace = 0;
-          xcb_ewmh_get_wm_desktop_reply(&ewmh, cookies[each].workspace, &workspace, nullptr) != 0 &&
-          workspace != everyWorkspace)
-        window.workspace = workspace;
+      window.workspace = workspaceFrom(cookies[each].workspace);
       window.isShown = !hasAtom<xcb_ewmh_get_wm_state_reply>(cookies[each].state, {ewmh._NET_WM_STATE_HIDDEN}) &&
                        (managed || std::ranges::find(hiddenByUs, ids[each]) == hiddenByUs.end());
       if (!hasAtom<xcb_ewmh_get_wm_window_type_reply>(
@@ -221,6 +218,24 @@ public:
                          list.atoms + list.atoms_len;
     xcb_ewmh_get_atoms_reply_wipe(&list);
     return isThere;
+  }
+
+  std::optional<std::uint32_t> workspaceFrom(xcb_get_property_cookie_t cookie) {
+    std::uint32_t workspace = 0;
+    if (xcb_ewmh_get_wm_desktop_reply(&ewmh, cookie, &workspace, nullptr) == 0 || workspace == everyWorkspace)
+      return std::nullopt;
+    return workspace;
+  }
+
+  void goToWorkspaceOf(xcb_window_t window) {
+    std::uint32_t current = 0;
+    const auto cookie = xcb_ewmh_get_wm_desktop(&ewmh, window);
+    const auto workspace = workspaceFrom(cookie);
+    if (workspace &&
+        xcb_ewmh_get_current_desktop_reply(&ewmh, xcb_ewmh_get_current_desktop(&ewmh, screen), &current, nullptr) !=
+            0 &&
+        current != *workspace)
+      xcb_ewmh_request_change_current_desktop(&ewmh, screen, *workspace, XCB_CURRENT_TIME);
   }
 
   /// Waits until `isSo`, looking again whenever the root window reports a change.
@@ -289,6 +304,7 @@ void X11WindowSystem::activate(std::uint32_t window) {
   Connection& system = connection();
   const bool isManaged = system.managedWindows().has_value();
   if (isManaged) {
+    system.goToWorkspaceOf(window); // not all managers do when a window there is activated
     xcb_ewmh_request_change_active_window(&system.ewmh, system.screen, window, XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER,
                                           XCB_CURRENT_TIME, XCB_WINDOW_NONE);
   } else {
