@@ -1,5 +1,6 @@
 #include "integration/desktop/DesktopFixture.h"
 #include "platform/linux/X11Display.h"
+#include "platform/linux/XdgApplications.h"
 
 #include <algorithm>
 #include <xcb/xcb.h>
@@ -48,6 +49,10 @@ TEST_F(TwoWindows, AreToldInFull) {
   EXPECT_TRUE(window.isShown);
   EXPECT_EQ(window.workspace, 0u);
   EXPECT_GT(window.place.width, 100);
+  const auto application = XdgApplications().applicationOf(window);
+  ASSERT_TRUE(application);
+  EXPECT_EQ(application->id, "org.xfce.mousepad");
+  EXPECT_EQ(application->name, "Mousepad");
 }
 
 TEST_F(TwoWindows, AreMovedAndClosed) {
