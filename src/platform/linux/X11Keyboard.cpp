@@ -27,12 +27,13 @@ namespace {
 using std::chrono::steady_clock;
 using Stroke = KeyboardDisplay::Stroke;
 
-constexpr std::size_t parcel = 64; ///< characters whose strokes fit into the connection's buffer
+constexpr std::size_t parcel = 64;      ///< characters whose strokes fit into the connection's buffer
+constexpr std::size_t foresight = 1024; ///< characters that are looked at when spare keys are given out
 /// Programs have heard of a key's new symbol by then, both processors busy too.
 constexpr std::chrono::milliseconds settling{50};
-/// Programs have taken in a key by then, so that it may be given another symbol.
-constexpr std::chrono::milliseconds digestion{200};
-/// Keys that were lent to characters are taken back when nothing was played for this long.
+/// A busy program takes in a key in this time, and only then may the key be given another symbol.
+constexpr std::chrono::milliseconds digestion{200}, digestionOfEach{1};
+/// Keys that were lent to characters are taken back when programs have had nothing to work off for this long.
 constexpr std::chrono::milliseconds idleness{500};
 
 constexpr std::uint8_t shiftModifier = 1 << 0, capsLock = 1 << 1, controlModifier = 1 << 2;
@@ -68,15 +69,14 @@ private:
   struct Lent {
     std::uint8_t keycode;
     char32_t character;
-    steady_clock::time_point lastUse;
   };
 
   KeyboardDisplay& display();
   std::uint8_t maskOf(const KeyModifiers& modifiers);
   void strikeModifiers(std::uint8_t modifiers, Stroke stroke);
   void play(std::span<const KeyPlace> places, std::uint8_t modifiers);
-  std::size_t prepare(std::u32string_view text, const CallLimits& limits);
-  void lend(std::u32string_view missing, std::u32string_view needed, const CallLimits& limits);
+  std::vector<KeyPlace> placesOf(std::u32string_view text);
+  void lendFor(std::u32string_view text, const CallLimits& limits);
   void takeBackWhenIdle(const std::stop_token& stop);
   void takeBack();
 
@@ -85,7 +85,7 @@ private:
   std::unique_ptr<KeyboardDisplay> display_;
   std::uint8_t held_ = 0; ///< modifiers that are to stay pressed
   std::vector<Lent> lent_;
-  steady_clock::time_point lastCall_;
+  steady_clock::time_point takenIn_; ///< when programs will have worked off all that was played
   std::condition_variable_any lentSome_;
   std::jthread keeper_; ///< takes back; runs once something was lent
 };
@@ -166,6 +166,7 @@ void X11Keyboard::Player::play(std::span<const KeyPlace> places, std::uint8_t mo
     display_->lockGroup(before.lockedGroup);
   setLocks(lockedBefore);
   display_->send();
+  takenIn_ = std::max(takenIn_, steady_clock::now()) + places.size() * digestionOfEach;
 }
 
 void X11Keyboard::Player::press(const Key& key, const KeyModifiers& modifiers) {
@@ -190,76 +191,74 @@ void X11Keyboard::Player::type(std::u32string_view text, const KeyModifiers& mod
   const std::lock_guard lock(turn_);
   const std::uint8_t mask = maskOf(modifiers);
   while (!text.empty()) {
-    std::u32string_view ready = text.substr(0, prepare(text, limits));
-    text.remove_prefix(ready.size());
-    while (!ready.empty()) {
-      requireTime(limits);
-      std::vector<KeyPlace> places;
-      const std::uint8_t group = display_->state().group;
-      for (const char32_t character : ready.substr(0, parcel)) {
-        if (const auto place = display_->layout().findCharacter(character, group))
-          places.push_back(*place);
-        if (const auto lent = std::ranges::find(lent_, character, &Lent::character); lent != lent_.end())
-          lent->lastUse = steady_clock::now();
-      }
-      play(places, mask);
-      ready.remove_prefix(std::min(parcel, ready.size()));
+    requireTime(limits);
+    const std::u32string_view next = text.substr(0, parcel);
+    std::vector<KeyPlace> places = placesOf(next);
+    if (places.size() < next.size()) {
+      lendFor(text.substr(0, foresight), limits);
+      places = placesOf(next);
     }
+    if (places.empty())
+      throw failure(DesktopFault::noKeyPresses, "its keyboard has no spare key for characters of other layouts");
+    play(places, mask);
+    text.remove_prefix(places.size());
   }
-  lastCall_ = steady_clock::now();
 }
 
-/// Sees to it that there are keys for the characters at the beginning of a text. Yields how many.
-std::size_t X11Keyboard::Player::prepare(std::u32string_view text, const CallLimits& limits) {
-  const KeyboardLayout& layout = display().layout();
-  std::erase_if(lent_, [&](const Lent& lent) {
-    const auto place = layout.findCharacter(lent.character, 0);
-    return !place || place->keycode != lent.keycode; // the user has loaded another layout
-  });
-  const std::size_t room = layout.spareKeys().size() + lent_.size();
-  std::u32string missing, foreign; // foreign: those missing, and those that stand on lent keys
-  std::size_t count = 0;
-  for (; count < text.size(); ++count) {
-    const char32_t character = text[count];
-    const bool isMissing = !layout.findCharacter(character, 0);
-    if ((!isMissing && std::ranges::find(lent_, character, &Lent::character) == lent_.end()) ||
-        foreign.contains(character))
-      continue;
-    if (foreign.size() == room)
+/// The keys for the characters at the beginning of a text, up to the first that has none.
+std::vector<KeyPlace> X11Keyboard::Player::placesOf(std::u32string_view text) {
+  const KeyboardLayout& layout = display_->layout();
+  const std::uint8_t group = display_->state().group;
+  std::vector<KeyPlace> places;
+  for (const char32_t character : text) {
+    const auto place = layout.findCharacter(character, group);
+    if (!place)
       break;
-    foreign += character;
+    places.push_back(*place);
+  }
+  return places;
+}
+
+/// Puts characters that no key gives on spare keys, from the beginning of a text as far as the keys suffice; where none
+/// are left, on those of characters that the text doesn't need.
+void X11Keyboard::Player::lendFor(std::u32string_view text, const CallLimits& limits) {
+  const KeyboardLayout& layout = display_->layout();
+  const auto isOnKey = [&](const Lent& lent) {
+    const auto place = layout.findCharacter(lent.character, 0);
+    return place && place->keycode == lent.keycode;
+  };
+  std::erase_if(lent_, [&](const Lent& lent) { return !isOnKey(lent); }); // the user has loaded another layout
+  std::vector<std::uint8_t> keys = layout.spareKeys();
+  const std::size_t room = keys.size() + lent_.size();
+  std::u32string needed, missing;
+  for (const char32_t character : text) {
+    const bool isMissing = !layout.findCharacter(character, 0);
+    const bool isLent = std::ranges::find(lent_, character, &Lent::character) != lent_.end();
+    if ((!isMissing && !isLent) || needed.contains(character))
+      continue;
+    if (needed.size() == room)
+      break;
+    needed += character;
     if (isMissing)
       missing += character;
   }
-  if (count == 0)
-    throw failure(DesktopFault::noKeyPresses, "its keyboard has no spare key for characters of other layouts");
-  if (!missing.empty())
-    lend(missing, foreign, limits);
-  return count;
-}
-
-/// Puts characters on spare keys; where these don't suffice, on those of characters that are not needed now.
-void X11Keyboard::Player::lend(std::u32string_view missing, std::u32string_view needed, const CallLimits& limits) {
-  std::vector<std::uint8_t> keys = display_->layout().spareKeys();
   if (keys.size() < missing.size()) {
+    pause(takenIn_ + digestion - steady_clock::now(), limits);
     std::erase_if(lent_, [&](const Lent& lent) {
       const bool isNeeded = needed.contains(lent.character);
-      if (!isNeeded) {
-        pause(lent.lastUse + digestion - steady_clock::now(), limits);
+      if (!isNeeded)
         keys.push_back(lent.keycode);
-      }
       return !isNeeded;
     });
   }
   requireTime(limits);
   for (std::size_t each = 0; each < missing.size(); ++each) {
     display_->map(keys.at(each), *symbolOfCharacter(missing[each]));
-    lent_.push_back({keys[each], missing[each], steady_clock::now()});
+    lent_.push_back({keys[each], missing[each]});
   }
   display_->send();
   if (!keeper_.joinable())
     keeper_ = std::jthread([this](const std::stop_token& stop) { takeBackWhenIdle(stop); });
-  lastCall_ = steady_clock::now();
   lentSome_.notify_all();
   pause(settling, limits);
   requireTime(limits);
@@ -274,10 +273,9 @@ void X11Keyboard::Player::takeBack() {
 void X11Keyboard::Player::takeBackWhenIdle(const std::stop_token& stop) {
   std::unique_lock lock(turn_);
   while (lentSome_.wait(lock, stop, [this] { return !lent_.empty(); })) {
-    const auto idleAt = lastCall_ + idleness;
-    if (lentSome_.wait_until(lock, stop, idleAt, [] { return false; }) || stop.stop_requested())
+    if (lentSome_.wait_until(lock, stop, takenIn_ + idleness, [] { return false; }) || stop.stop_requested())
       return;
-    if (steady_clock::now() < lastCall_ + idleness)
+    if (steady_clock::now() < takenIn_ + idleness)
       continue;
     try {
       takeBack();
