@@ -23,11 +23,12 @@ trap 'exit 130' INT TERM
 # until_there COMMAND...: waits until it succeeds.
 until_there() {
   local attempt
-  for attempt in $(seq 200); do
+  for attempt in $(seq 600); do
     "$@" >/dev/null 2>&1 && return 0
     sleep 0.05
   done
   echo "desktop-session.sh: gave up waiting for: $*" >&2
+  cat "$folder"/*.log >&2
   exit 1
 }
 

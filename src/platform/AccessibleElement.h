@@ -137,7 +137,7 @@ struct AccessibleFacts {
   std::optional<double> value;                     ///< of sliders, progress bars and the like
   std::optional<std::string> text;                 ///< the whole text of what holds one
   std::optional<Rectangle> extents;                ///< on the screen
-  std::optional<std::string> toolkit;              ///< of an application alone: "gtk", "Qt", "Gecko", "Chromium"
+  std::optional<std::string> toolkit;              ///< of an application: "gtk", "Qt", "Gecko", "Chromium"
 };
 
 /// An application that shows itself on the accessibility bus.

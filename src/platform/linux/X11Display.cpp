@@ -47,14 +47,29 @@ std::uint32_t X11Display::atom(std::string_view name) const {
   return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
+namespace {
+
+ReplyPointer<xcb_get_property_reply_t> rootProperty(const X11Display& display, std::string_view name) {
+  xcb_connection_t* xcb = display.connection();
+  return ReplyPointer<xcb_get_property_reply_t>(xcb_get_property_reply(
+      xcb, xcb_get_property(xcb, 0, display.root(), display.atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, 1024), nullptr));
+}
+
+} // namespace
+
 std::string X11Display::rootText(std::string_view property) const {
-  const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-      connection(), xcb_get_property(connection(), 0, root(), atom(property), XCB_GET_PROPERTY_TYPE_ANY, 0, 1024),
-      nullptr));
+  const auto reply = rootProperty(*this, property);
   if (!reply || reply->format != 8)
     return {};
   return {static_cast<const char*>(xcb_get_property_value(reply.get())),
           static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
+std::uint32_t X11Display::rootWindow(std::string_view property) const {
+  const auto reply = rootProperty(*this, property);
+  if (!reply || reply->format != 32 || xcb_get_property_value_length(reply.get()) == 0)
+    return XCB_WINDOW_NONE;
+  return *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
 }
 
 } // namespace tabwright::platform

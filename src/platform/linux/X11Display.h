@@ -34,6 +34,8 @@ public:
   [[nodiscard]] std::uint32_t atom(std::string_view name) const;
   /// A property of the root window that is a text; empty when there is none.
   [[nodiscard]] std::string rootText(std::string_view property) const;
+  /// A property of the root window that is a window; 0 when there is none.
+  [[nodiscard]] std::uint32_t rootWindow(std::string_view property) const;
 
 private:
   struct Disconnect {

@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <fcntl.h>
 #include <functional>
 #include <initializer_list>
 #include <string>
@@ -51,6 +52,8 @@ public:
     words.push_back(nullptr);
     pid_ = fork();
     if (pid_ == 0) {
+      // Toolkits and browsers grumble about what a bare desktop lacks.
+      dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
       execvp(words[0], words.data());
       _exit(127);
     }
