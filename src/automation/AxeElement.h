@@ -66,6 +66,7 @@ public:
     platform::AccessibleElement element; ///< stands for it; the same for an item and the menu that was made for it
     std::vector<platform::AccessibleElement> below; ///< the application's own elements under it
     bool opensMenu = false;                         ///< of an item: it has a submenu, readable or not
+    bool mayHoldMenu = false;                       ///< of an item: the only element below may be its menu itself
   };
 
   using Value = std::variant<std::string, bool, AxeElement, std::vector<AxeElement>>;

@@ -26,7 +26,7 @@ std::vector<AxeElement> subItems(const AxeElement& item) {
   return menus.size() == 1 ? menus.front().children() : std::vector<AxeElement>{};
 }
 
-const AxeElement* firstFitting(const MenuTree& tree, const TitlePattern& pattern) {
+const AxeElement* firstFitting(const MenuTree& tree, TitlePattern& pattern) {
   if (pattern.isTitle(tree.element.title()))
     return &tree.element;
   for (const MenuTree& item : tree.subItems()) {
@@ -67,7 +67,7 @@ MenuItemResult AxeMenuBar::menuItem(std::span<const std::string> pathSegments, T
 MenuItemResult AxeMenuBar::menuItem(std::string_view title, StringFilterEnum filter, TitleCase titleCase) const {
   if (platform::isBlank(title))
     return std::unexpected(notFound({}));
-  const TitlePattern pattern(title, filter, titleCase);
+  TitlePattern pattern(title, filter, titleCase);
   const MenuTree tree = readMenuTree(element_);
   for (const MenuTree& item : tree.children) {
     if (const AxeElement* element = firstFitting(item, pattern))

@@ -22,7 +22,7 @@ AxeElement::Facts ClosedMenus::barFacts() const {
 }
 
 ChildLists ClosedMenus::readChildren(std::span<const AxeElement> level) {
-  const auto isAskedAbout = [](const AxeElement& each) { return !each.isItem() || mayHoldMenuElement(each); };
+  const auto isAskedAbout = [](const AxeElement& each) { return !each.isItem() || each.facts().mayHoldMenu; };
   std::vector<AccessibleElement> asked;
   for (const AxeElement& each : level) {
     if (isAskedAbout(each))

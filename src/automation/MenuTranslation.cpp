@@ -68,13 +68,10 @@ std::vector<AxeElement> itemsOf(const AxeElement& barOrMenu, std::span<const Acc
     facts.below = answer.children.value_or(std::vector<AccessibleElement>{});
     facts.opensMenu = answer.role == AccessibleRole::menu || !facts.below.empty() ||
                       (answer.states && answer.states->has(AccessibleState::hasPopup));
+    facts.mayHoldMenu = answer.role != AccessibleRole::menu && facts.below.size() == 1;
     items.push_back(made(std::move(facts), barOrMenu));
   }
   return items;
-}
-
-bool mayHoldMenuElement(const AxeElement& item) {
-  return item.isItem() && item.facts().below.size() == 1;
 }
 
 std::optional<AxeElement> menuOf(const AxeElement& item, const AccessibleFacts* only) {

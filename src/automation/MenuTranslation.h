@@ -27,11 +27,8 @@ inline constexpr platform::AccessibleParts menuParts{.name = true, .role = true,
                                               std::span<const platform::AccessibleElement> elements,
                                               std::span<const platform::AccessibleFacts> answers);
 
-/// True for an item whose menu may be an element of its own, so that it has to be asked about that.
-[[nodiscard]] bool mayHoldMenuElement(const AxeElement& item);
-
-/// The menu of an item, nothing for one without. `only` is what the application told of the only element below the
-/// item, where it was asked.
+/// The menu of an item, nothing for one without. `only` is what the application told of the only element below an
+/// item that may hold its menu.
 [[nodiscard]] std::optional<AxeElement> menuOf(const AxeElement& item, const platform::AccessibleFacts* only);
 
 } // namespace tabwright::automation

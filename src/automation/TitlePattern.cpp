@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view periods = "...";
 constexpr std::string_view ellipsis = "\u2026";
-constexpr std::int32_t longestMatching = 1000; ///< ICU's steps, of some milliseconds each at most
+constexpr std::int32_t longestMatching = 100; ///< in ICU's steps, of some milliseconds each at most
 
 icu::UnicodeString unicode(std::string_view text) {
   return icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
@@ -72,7 +72,7 @@ bool TitlePattern::isTitle(std::string_view title) const {
   return std::ranges::find(values_, comparable(title)) != values_.end();
 }
 
-bool TitlePattern::fits(std::string_view title) const {
+bool TitlePattern::fits(std::string_view title) {
   const icu::UnicodeString text = comparable(title);
   for (std::size_t value = 0; value < values_.size(); ++value) {
     if (fits(text, value))
@@ -81,7 +81,7 @@ bool TitlePattern::fits(std::string_view title) const {
   return false;
 }
 
-bool TitlePattern::fits(const icu::UnicodeString& title, std::size_t value) const {
+bool TitlePattern::fits(const icu::UnicodeString& title, std::size_t value) {
   const icu::UnicodeString& wanted = values_[value];
   switch (filter_) {
   case StringFilterEnum::isExactly:
@@ -100,7 +100,10 @@ bool TitlePattern::fits(const icu::UnicodeString& title, std::size_t value) cons
     if (U_FAILURE(status))
       return false;
     matcher->setTimeLimit(longestMatching, status);
-    return matcher->find(status) != 0 && U_SUCCESS(status) != 0;
+    const bool isFound = matcher->find(status) != 0;
+    if (U_FAILURE(status))
+      expressions_[value].reset();
+    return isFound && U_SUCCESS(status);
   }
   }
   return false;

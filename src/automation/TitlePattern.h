@@ -31,12 +31,12 @@ public:
   /// True for a title that is one of the possible values, whatever the filter.
   [[nodiscard]] bool isTitle(std::string_view title) const;
   /// True for a title that one of the possible values fits by the filter. A value that is no regular expression fits
-  /// none, nor does one that takes longer than a second or so.
-  [[nodiscard]] bool fits(std::string_view title) const;
+  /// none. One that takes longer than some 100 ms for a title fits neither that nor any after it.
+  [[nodiscard]] bool fits(std::string_view title);
 
 private:
   [[nodiscard]] icu::UnicodeString comparable(std::string_view title) const;
-  [[nodiscard]] bool fits(const icu::UnicodeString& title, std::size_t value) const;
+  [[nodiscard]] bool fits(const icu::UnicodeString& title, std::size_t value);
 
   StringFilterEnum filter_;
   TitleCase titleCase_;
