@@ -28,7 +28,9 @@ namespace {
 
 constexpr std::size_t mostLevels = 8;              ///< a toolbar, or a menu, stands at most so deep below its window
 constexpr std::chrono::milliseconds napping{10};   ///< between two looks
-constexpr std::chrono::milliseconds opening{1000}; ///< a menu has opened or closed by then
+constexpr std::chrono::milliseconds opening{300};  ///< a menu has opened by then
+constexpr std::chrono::milliseconds closing{1000}; ///< a menu has closed by then
+constexpr int mostAttempts = 4;
 constexpr platform::Key escape{.symbol = 0xff1b};
 
 bool has(const AccessibleFacts& facts, AccessibleState state) {
@@ -166,14 +168,19 @@ AxeElement ChromiumMenu::onScreen(const AxeElement& item) {
 
 std::vector<AxeElement> ChromiumMenu::open(const AccessibleElement& opener, const AxeElement& menu) {
   const auto before = activePopup();
-  services_.accessibility.perform(opener, 0, limits_);
   std::optional<std::vector<AxeElement>> items;
-  eventually(limits_.within(opening), [&] {
+  const auto hasOpened = [&] {
     const auto popup = activePopup();
     if (popup && popup != before)
       items = readItems(*popup, menu);
     return items && !items->empty();
-  });
+  };
+  // The button doesn't answer for a tenth of a second after its menu was closed.
+  for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+    services_.accessibility.perform(opener, 0, limits_);
+    if (eventually(limits_.within(opening), hasOpened))
+      break;
+  }
   return items.value_or(std::vector<AxeElement>{});
 }
 
@@ -219,7 +226,7 @@ void ChromiumMenu::close(std::optional<std::uint32_t> windowBefore) {
   shown_.clear();
   for (auto popup = activePopup(); popup; popup = activePopup()) {
     services_.keyboard.press(escape, {}, limits_);
-    if (!eventually(limits_.within(opening), [&] { return activePopup() != popup; }))
+    if (!eventually(limits_.within(closing), [&] { return activePopup() != popup; }))
       break;
   }
   if (windowBefore)
