@@ -4,16 +4,15 @@
 
 #include "automation/MenuBarSearch.h"
 #include "automation/MenuTranslation.h"
+#include "automation/Patience.h"
 #include "platform/DesktopFault.h"
 
 #include <unicode/regex.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
+#include <functional>
 #include <utility>
 
 namespace tabwright::automation {
@@ -27,7 +26,6 @@ using platform::DesktopFault;
 namespace {
 
 constexpr std::size_t mostLevels = 8;              ///< a toolbar, or a menu, stands at most so deep below its window
-constexpr std::chrono::milliseconds napping{10};   ///< between two looks
 constexpr std::chrono::milliseconds opening{300};  ///< a menu has opened by then
 constexpr std::chrono::milliseconds closing{1000}; ///< a menu has closed by then
 constexpr int mostAttempts = 4;
@@ -83,8 +81,7 @@ std::vector<std::size_t> pathTo(const AxeElement& menu) {
 std::shared_ptr<MenuSource> ChromiumMenu::find(const AccessibleElement& root, pid_t process,
                                                const DesktopServices& services, const platform::CallLimits& limits) {
   const std::shared_ptr<ChromiumMenu> menu(new ChromiumMenu(root, process, services, limits));
-  const bool isFound =
-      menu->eventually(limits.within(platform::Accessibility::longestArrival), [&] { return menu->findButton(); });
+  const bool isFound = eventually(limits, platform::Accessibility::longestArrival, [&] { return menu->findButton(); });
   return isFound ? menu : nullptr;
 }
 
@@ -103,7 +100,7 @@ bool ChromiumMenu::findButton() {
     }
     return false;
   };
-  const std::vector<AccessibleWindow> windows = windowsOf(services_.accessibility, root_, limits_);
+  const std::vector<AccessibleWindow> windows = windowsOf(services_.accessibility, root_, limits_).all;
   return std::ranges::any_of(windows, [&](const AccessibleWindow& window) {
     return !window.facts.name.value_or("").empty() &&
            searchBelow(services_.accessibility, window.element, limits_, takeButton);
@@ -178,7 +175,7 @@ std::vector<AxeElement> ChromiumMenu::open(const AccessibleElement& opener, cons
   // The button doesn't answer for a tenth of a second after its menu was closed.
   for (int attempt = 0; attempt < mostAttempts; ++attempt) {
     services_.accessibility.perform(opener, 0, limits_);
-    if (eventually(limits_.within(opening), hasOpened))
+    if (eventually(limits_, opening, hasOpened))
       break;
   }
   return items.value_or(std::vector<AxeElement>{});
@@ -205,7 +202,7 @@ std::vector<AxeElement> ChromiumMenu::itemsAmong(const std::vector<AccessibleEle
 }
 
 std::optional<AccessibleElement> ChromiumMenu::activePopup() {
-  const std::vector<AccessibleWindow> windows = windowsOf(services_.accessibility, root_, limits_);
+  const std::vector<AccessibleWindow> windows = windowsOf(services_.accessibility, root_, limits_).all;
   if (windows.empty() || !has(windows.front().facts, AccessibleState::active) ||
       !windows.front().facts.name.value_or("").empty())
     return std::nullopt;
@@ -226,7 +223,7 @@ void ChromiumMenu::close(std::optional<std::uint32_t> windowBefore) {
   shown_.clear();
   for (auto popup = activePopup(); popup; popup = activePopup()) {
     services_.keyboard.press(escape, {}, limits_);
-    if (!eventually(limits_.within(closing), [&] { return activePopup() != popup; }))
+    if (!eventually(limits_, closing, [&] { return activePopup() != popup; }))
       break;
   }
   if (windowBefore)
@@ -245,20 +242,6 @@ void ChromiumMenu::press(const AxeElement& item) {
     close(std::nullopt);
     throw;
   }
-}
-
-bool ChromiumMenu::eventually(platform::CallLimits limits, const std::function<bool()>& isSo) const {
-  std::mutex mutex;
-  std::condition_variable_any nobody;
-  std::unique_lock lock(mutex);
-  while (!isSo()) {
-    if (limits.hasPassed())
-      return false;
-    limits.within(napping).wait(nobody, lock, [] { return false; });
-    if (limits.stop.stop_requested())
-      throw platform::failure(DesktopFault::stopped);
-  }
-  return true;
 }
 
 } // namespace tabwright::automation

@@ -6,7 +6,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -58,7 +57,6 @@ private:
   std::optional<platform::AccessibleElement> activePopup();
   std::optional<std::uint32_t> bringToFront();
   void close(std::optional<std::uint32_t> windowBefore);
-  bool eventually(platform::CallLimits limits, const std::function<bool()>& isSo) const;
 
   const platform::AccessibleElement root_;
   const pid_t process_;

@@ -13,13 +13,13 @@ namespace tabwright::automation {
 ///
 /// Nothing is opened. A menu that its application fills only when it shows it has no children; hidden items are left
 /// out where they can be told from disabled ones.
-class ClosedMenus final : public MenuSource {
+class ClosedMenus : public MenuSource {
 public:
   /// `bar` is the application's own menu bar. `accessibility` outlives this.
   ClosedMenus(platform::Accessibility& accessibility, platform::AccessibleElement bar,
               std::vector<platform::AccessibleElement> itemsOfBar, platform::CallLimits limits)
-      : accessibility_(accessibility), bar_(std::move(bar)), itemsOfBar_(std::move(itemsOfBar)),
-        limits_(std::move(limits)) {}
+      : accessibility_(accessibility), limits_(std::move(limits)), bar_(std::move(bar)),
+        itemsOfBar_(std::move(itemsOfBar)) {}
 
   void press(const AxeElement& item) override;
 
@@ -27,11 +27,12 @@ protected:
   [[nodiscard]] AxeElement::Facts barFacts() const override;
   [[nodiscard]] ChildLists readChildren(std::span<const AxeElement> level) override;
 
-private:
   platform::Accessibility& accessibility_;
+  const platform::CallLimits limits_;
+
+private:
   const platform::AccessibleElement bar_;
   const std::vector<platform::AccessibleElement> itemsOfBar_;
-  const platform::CallLimits limits_;
 };
 
 } // namespace tabwright::automation

@@ -5,6 +5,7 @@
 #include "platform/CallLimits.h"
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace tabwright::automation {
@@ -15,12 +16,18 @@ struct AccessibleWindow {
   platform::AccessibleFacts facts;
 };
 
-/// The application's windows, the active one first, the others in the application's order. Throws DesktopFailure.
-[[nodiscard]] std::vector<AccessibleWindow> windowsOf(platform::Accessibility& accessibility,
-                                                      const platform::AccessibleElement& application,
-                                                      const platform::CallLimits& limits);
+/// The windows of an application, the active one first, the others in the application's order.
+struct AccessibleWindows {
+  std::string toolkit; ///< the application's; empty where it doesn't tell
+  std::vector<AccessibleWindow> all;
+};
 
-/// The menus of the first of these windows that has a menu bar; null when none has. Goes down some levels, and never
+/// Throws DesktopFailure.
+[[nodiscard]] AccessibleWindows windowsOf(platform::Accessibility& accessibility,
+                                          const platform::AccessibleElement& application,
+                                          const platform::CallLimits& limits);
+
+/// The menus of the first of its windows that has a menu bar; null when none has. Goes down some levels, and never
 /// into documents. Throws DesktopFailure.
 [[nodiscard]] std::shared_ptr<MenuSource> findMenuBar(platform::Accessibility& accessibility,
                                                       const platform::AccessibleElement& application,

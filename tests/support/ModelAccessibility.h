@@ -27,6 +27,7 @@ struct ModelElement {
 class ModelAccessibility final : public platform::Accessibility {
 public:
   std::map<pid_t, ModelElement> all;
+  std::string toolkit = "gtk";           ///< of all applications
   std::vector<std::string> pressed;      ///< names, in the order of the presses
   std::size_t rounds = 0;                ///< calls that asked about some elements
   std::function<void()> onCall = [] {};  ///< may throw as a bus does
@@ -102,6 +103,8 @@ private:
         bits |= std::uint64_t{1} << static_cast<unsigned>(state);
       facts.states = platform::AccessibleStates(bits);
     }
+    if (parts.toolkit)
+      facts.toolkit = toolkit;
     if (parts.children) {
       facts.children.emplace();
       for (std::size_t each = 0; each < found->children.size(); ++each)
