@@ -7,9 +7,11 @@
 #include "actions/enums/MenuItemBasicsSelection.h"
 #include "actions/enums/MenuItemFullSelection.h"
 #include "actions/enums/PostActionDelay.h"
-#include "actions/enums/StringFilterEnum.h"
 #include "actions/enums/TypingDelay.h"
 #include "actions/enums/WindowTitleFilterEnum.h"
+#include "automation/MenuItemEntity.h"
+#include "automation/NamedKey.h"
+#include "automation/StringFilterEnum.h"
 #include "engine/errors/AppleScriptRuntimeError.h"
 #include "engine/errors/AxeError.h"
 #include "engine/errors/ScriptacularError.h"
@@ -42,11 +44,13 @@ protected:
         declare(action->summaryText(row));
       declareParameters(*action);
     }
-    // Shared enums, whether or not an action has a parameter of them.
+    // Shared enums and entities, whether or not an action has a parameter of them.
     declareEnums<actions::EnableDisableSelection, actions::EnableDisableToggleSelection,
                  actions::ErrorHandlingSelection, actions::KeyboardModifiersStatus, actions::MenuItemBasicsSelection,
-                 actions::MenuItemFullSelection, actions::PostActionDelay, actions::StringFilterEnum,
+                 actions::MenuItemFullSelection, actions::PostActionDelay, automation::StringFilterEnum,
                  actions::TypingDelay, actions::WindowTitleFilterEnum>();
+    declareType(intents::ValueTraits<automation::MenuItemEntity>::type());
+    declareType(intents::ValueTraits<automation::NamedKey>::type());
   }
 
   template <intents::DeclaredEnum... Enums>

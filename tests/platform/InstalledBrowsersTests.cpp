@@ -40,6 +40,33 @@ TEST(DesktopEntry, IsReadByTheRules) {
   EXPECT_TRUE(parseDesktopEntry("[Desktop Entry]\nHidden=true").value().isHidden) << "hides what lies further down";
 }
 
+TEST(DesktopEntry, IsNamedInTheUsersLanguage) {
+  const std::string text = "[Desktop Entry]\nType=Application\nExec=a\nName=Text\nName[de]=Netz\nName[de_AT]=Netzerl\n"
+                           "StartupWMClass=Net\nTerminal=true";
+  const auto nameIn = [&](std::vector<std::string> languages) {
+    return parseDesktopEntry(text, languages).value().localName;
+  };
+  EXPECT_EQ(nameIn({"de_AT", "de"}), "Netzerl");
+  EXPECT_EQ(nameIn({"de_CH", "de"}), "Netz");
+  EXPECT_EQ(nameIn({"fr"}), "Text");
+  EXPECT_EQ(parseDesktopEntry(text)->windowClass, "Net");
+  EXPECT_TRUE(parseDesktopEntry(text)->isInTerminal);
+}
+
+TEST(DesktopEntry, TheCommandLineIsSplitByTheRules) {
+  const auto words = [](const char* exec) {
+    DesktopEntry entry;
+    entry.localName = "The Name";
+    entry.exec = exec;
+    return commandLineOf(entry).value_or(std::vector<std::string>{"damaged"});
+  };
+  EXPECT_THAT(words("mousepad %U"), ElementsAre("mousepad"));
+  EXPECT_THAT(words(R"(sh -c "echo \"a\" \$b" --name=%c 100%% "" %i)"),
+              ElementsAre("sh", "-c", R"(echo "a" $b)", "--name=The Name", "100%", ""));
+  EXPECT_THAT(words("a \"b"), ElementsAre("damaged"));
+  EXPECT_THAT(words("  "), ElementsAre("damaged"));
+}
+
 TEST(DesktopEntry, DamagedOnesAreTold) {
   for (const std::string text :
        {"", "\n", "Type=Application\n", "[Desktop Action]\nType=Application\nName=A\nExec=a",

@@ -14,14 +14,21 @@
 namespace {
 
 using namespace tabwright;
+using platform::ClientWindow;
 using platform::RunningBrowser;
-using scripting::ClientWindow;
 using testing::ElementsAre;
 
 enum class Shown { yes, active, no };
 
 ClientWindow window(pid_t pid, const std::string& name, Shown shown = Shown::yes, const std::string& windowClass = "") {
-  return {static_cast<std::uint32_t>(pid * 100), pid, name, windowClass, shown != Shown::no, shown == Shown::active};
+  ClientWindow window;
+  window.id = static_cast<std::uint32_t>(pid * 100);
+  window.pid = pid;
+  window.name = name;
+  window.windowClass = windowClass;
+  window.isShown = shown != Shown::no;
+  window.isActive = shown == Shown::active;
+  return window;
 }
 
 RunningBrowser browser(const char* name, pid_t process, pid_t innerProcess = 0) {

@@ -1,9 +1,10 @@
 #include "applescript/Interpreter.h"
 #include "engine/AppleScriptSnippets.h"
+#include "platform/DesktopFault.h"
+#include "platform/linux/X11WindowSystem.h"
 #include "scripting/ScriptingDirectory.h"
 #include "scripting/foundation/FoundationBridge.h"
 #include "scripting/systemevents/LinuxDesktop.h"
-#include "scripting/systemevents/WindowSystem.h"
 #include "support/ProcessTree.h"
 
 #include <gmock/gmock.h>
@@ -24,8 +25,8 @@
 
 namespace {
 
-using tabwright::scripting::ClientWindow;
-using tabwright::scripting::WindowSystem;
+using tabwright::platform::ClientWindow;
+using tabwright::platform::X11WindowSystem;
 
 bool isInstalled(const std::string& program) {
   return std::system(("command -v " + program + " >/dev/null").c_str()) == 0;
@@ -161,8 +162,7 @@ protected:
     close(ends[0]);
     display = ":" + std::string(number, std::strcspn(number, "\n"));
     client = std::make_unique<Client>(display);
-    windows = WindowSystem::connect(display);
-    ASSERT_NE(windows, nullptr);
+    windows = std::make_unique<X11WindowSystem>(display);
   }
 
   std::vector<std::string> names() {
@@ -186,7 +186,7 @@ protected:
 
   std::unique_ptr<ChildProcess> server;
   std::unique_ptr<Client> client;
-  std::unique_ptr<WindowSystem> windows;
+  std::unique_ptr<X11WindowSystem> windows;
   std::string display;
 };
 
@@ -213,9 +213,9 @@ TEST_F(RealWindowSystem, ListsActivatesHidesAndShowsWindows) {
   windows->activate(one);
   eventually("One (active), Zwei ä");
   EXPECT_EQ(windows->windows().back().pid, 22);
-  windows->iconify({one});
+  windows->minimise({one});
   EXPECT_THAT(names(), testing::UnorderedElementsAre("One (hidden)", "Zwei ä (active)"));
-  windows->open({one});
+  windows->restore({one});
   windows->activate(one);
   eventually("One (active), Zwei ä");
   windows->activate(two);
@@ -241,11 +241,11 @@ TEST_F(BareDisplay, HidesAndShowsWithoutAManager) {
   EXPECT_THAT(names(), testing::ElementsAre("Two", "One"));
   windows->activate(one);
   EXPECT_THAT(names(), testing::ElementsAre("One (active)", "Two"));
-  windows->iconify({one});
+  windows->minimise({one});
   EXPECT_THAT(names(), testing::ElementsAre("Two", "One (hidden)"));
-  windows->open({one});
+  windows->restore({one});
   EXPECT_THAT(names(), testing::ElementsAre("One", "Two"));
-  windows->iconify({two, one});
+  windows->minimise({two, one});
   EXPECT_THAT(names(), testing::UnorderedElementsAre("One (hidden)", "Two (hidden)"));
   windows->activate(two);
   EXPECT_THAT(names(), testing::ElementsAre("Two (active)", "One (hidden)"));
@@ -294,7 +294,7 @@ TEST_F(RealWindowSystem, TheApplicationBehindIsFoundAndTheFrontOneComesBack) {
   EXPECT_EQ(scripts.frontmostBrowser(), chromium);
   eventually("Terminal 1 (active), Terminal 2, Page, Text");
 
-  windows->iconify({page});
+  windows->minimise({page});
   client->close(text);
   EXPECT_EQ(scripts.frontmostBrowser(), chromium) << "nothing else is there to be in front";
   eventually("Terminal 1 (active), Terminal 2, Page (hidden)");
@@ -311,7 +311,7 @@ TEST_F(BareDisplay, TheApplicationBehindIsFoundWithoutAManagerToo) {
 }
 
 TEST(WindowSystem, IsAbsentWithoutADisplay) {
-  EXPECT_EQ(WindowSystem::connect(":9999"), nullptr);
+  EXPECT_THROW((void)X11WindowSystem(":9999").windows(), tabwright::platform::DesktopFailure);
 }
 
 } // namespace

@@ -30,5 +30,6 @@ enum class AxeError {
 /// The sentence for the user. `detail` is not used.
 [[nodiscard]] std::string errorDescription(AxeError error, const std::string& detail = {});
 [[nodiscard]] platform::FailureIdentity identity(AxeError error);
+using AxeFailure = platform::CatalogueFailure<AxeError>;
 
 } // namespace tabwright::engine

@@ -30,6 +30,12 @@ std::optional<fs::path> findProgram(std::string_view name, std::string_view path
   return std::nullopt;
 }
 
+bool isProgram(std::string_view nameOrPath, std::string_view path) {
+  if (nameOrPath.starts_with('/'))
+    return ::access(std::string(nameOrPath).c_str(), X_OK) == 0;
+  return findProgram(nameOrPath, path).has_value();
+}
+
 std::optional<fs::path> findExecutable(const BrowserFacts& facts, std::string_view path) {
   for (const std::string_view name : facts.executables) {
     if (std::optional<fs::path> file = findProgram(name, path))

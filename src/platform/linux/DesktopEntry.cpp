@@ -63,16 +63,20 @@ std::optional<bool> readBoolean(std::string_view value) {
 
 /// Keeps the value of a key that we know. False when it is damaged.
 bool readKey(std::string_view key, std::string_view value, DesktopEntry& entry, bool& isStartedOverBus) {
+  if (key == "Terminal")
+    entry.isInTerminal = readBoolean(value).value_or(false);
   if (key == "Hidden" || key == "DBusActivatable") {
     const std::optional<bool> answer = readBoolean(value);
     (key == "Hidden" ? entry.isHidden : isStartedOverBus) = answer.value_or(false);
     return answer.has_value();
   }
-  std::string* field = key == "Type"      ? &entry.type
-                       : key == "Name"    ? &entry.name
-                       : key == "Exec"    ? &entry.exec
-                       : key == "TryExec" ? &entry.tryExec
-                                          : nullptr;
+  std::string* field = key == "Type"             ? &entry.type
+                       : key == "Name"           ? &entry.name
+                       : key == "Exec"           ? &entry.exec
+                       : key == "TryExec"        ? &entry.tryExec
+                       : key == "StartupWMClass" ? &entry.windowClass
+                       : key == "Path"           ? &entry.workingFolder
+                                                 : nullptr;
   if (!field)
     return true;
   std::optional<std::string> text = unescaped(value);
@@ -83,9 +87,10 @@ bool readKey(std::string_view key, std::string_view value, DesktopEntry& entry, 
 
 } // namespace
 
-std::optional<DesktopEntry> parseDesktopEntry(std::string_view text) {
+std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::span<const std::string> languages) {
   DesktopEntry entry;
   bool isInGroup = false, isStartedOverBus = false;
+  std::size_t bestLanguage = languages.size();
   while (!text.empty()) {
     const std::string_view line = trimmed(text.substr(0, text.find('\n')));
     text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
@@ -100,14 +105,59 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text) {
       continue;
     }
     const std::size_t equals = line.find('=');
-    if (!isInGroup || equals == std::string_view::npos || equals == 0 ||
-        !readKey(trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)), entry, isStartedOverBus))
+    if (!isInGroup || equals == std::string_view::npos || equals == 0)
       return std::nullopt;
+    const std::string_view key = trimmed(line.substr(0, equals)), value = trimmed(line.substr(equals + 1));
+    if (!readKey(key, value, entry, isStartedOverBus))
+      return std::nullopt;
+    for (std::size_t language = 0; key.starts_with("Name[") && language < bestLanguage; ++language) {
+      if (key == "Name[" + languages[language] + "]") {
+        entry.localName = unescaped(value).value_or("");
+        bestLanguage = language;
+      }
+    }
   }
+  if (entry.localName.empty())
+    entry.localName = entry.name;
   // An entry that only hides another needs no more.
   const bool isWhole = !entry.type.empty() && !entry.name.empty() &&
                        (entry.type != "Application" || !entry.exec.empty() || isStartedOverBus);
   return isWhole || (isInGroup && entry.isHidden) ? std::optional(std::move(entry)) : std::nullopt;
+}
+
+std::optional<std::vector<std::string>> commandLineOf(const DesktopEntry& entry) {
+  std::vector<std::string> words;
+  std::string word;
+  bool isQuoted = false, isWord = false;
+  const auto finish = [&] {
+    if (isWord)
+      words.push_back(std::exchange(word, {}));
+    isWord = false;
+  };
+  for (std::size_t place = 0; place < entry.exec.size(); ++place) {
+    const char character = entry.exec[place];
+    const char next = place + 1 < entry.exec.size() ? entry.exec[place + 1] : '\0';
+    if (character == '"') {
+      isQuoted = !isQuoted;
+      isWord = true;
+    } else if (isQuoted && character == '\\') {
+      word += next;
+      ++place;
+    } else if (!isQuoted && character == ' ') {
+      finish();
+    } else if (!isQuoted && character == '%') {
+      if (next == '%' || next == 'c') {
+        word += next == '%' ? "%" : entry.localName;
+        isWord = true;
+      }
+      ++place;
+    } else {
+      word += character;
+      isWord = true;
+    }
+  }
+  finish();
+  return isQuoted || words.empty() ? std::nullopt : std::optional(std::move(words));
 }
 
 } // namespace tabwright::platform

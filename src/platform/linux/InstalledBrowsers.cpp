@@ -50,12 +50,6 @@ std::vector<std::string> filesOfID(std::string_view id) {
   return files;
 }
 
-bool isProgram(std::string_view name, std::string_view path) {
-  if (name.starts_with('/'))
-    return ::access(std::string(name).c_str(), X_OK) == 0;
-  return findProgram(name, path).has_value();
-}
-
 enum class EntryState {
   absent,  ///< none here: look further down
   present, ///< the application is installed

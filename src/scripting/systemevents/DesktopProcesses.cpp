@@ -11,6 +11,7 @@
 namespace tabwright::scripting {
 
 using platform::BrowserFacts;
+using platform::ClientWindow;
 using platform::RunningBrowser;
 
 namespace {

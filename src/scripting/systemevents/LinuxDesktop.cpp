@@ -1,39 +1,43 @@
 #include "scripting/systemevents/LinuxDesktop.h"
 
-#include "scripting/systemevents/DesktopFault.h"
+#include "platform/DesktopFault.h"
+#include "platform/Logger.h"
 #include "scripting/systemevents/DesktopProcesses.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <utility>
 
 namespace tabwright::scripting {
 
+using platform::ClientWindow;
+using platform::DesktopFault;
+
+namespace {
+
+const platform::Logger log("LinuxDesktop");
+
+} // namespace
+
 LinuxDesktop::LinuxDesktop(platform::RunningBrowsers browsers, std::string display)
-    : browsers_(std::move(browsers)), display_(std::move(display)) {}
+    : browsers_(std::move(browsers)), windowSystem_(std::move(display)) {}
 
-WindowSystem* LinuxDesktop::windowSystem() {
-  const platform::MutexLock lock(mutex_);
-  if (!windowSystem_ && (!display_.empty() || std::getenv("DISPLAY")))
-    windowSystem_ = WindowSystem::connect(display_);
-  return windowSystem_.get();
-}
-
-std::vector<ClientWindow> LinuxDesktop::windows() {
-  WindowSystem* system = windowSystem();
-  return system ? system->windows() : std::vector<ClientWindow>{};
+std::vector<ClientWindow> LinuxDesktop::windowsIfAny() {
+  try {
+    return windowSystem_.windows();
+  } catch (const platform::DesktopFailure& failure) {
+    log.debug("{}", failure.errorDescription());
+    return {};
+  }
 }
 
 std::vector<DesktopProcess> LinuxDesktop::processes() {
-  return desktopProcesses(windows(), browsers_.findAll(), [this](pid_t pid) { return browsers_.programOf(pid); });
+  return desktopProcesses(windowsIfAny(), browsers_.findAll(), [this](pid_t pid) { return browsers_.programOf(pid); });
 }
 
 std::vector<ClientWindow> LinuxDesktop::requireWindows(pid_t process) {
-  if (!windowSystem())
-    throw platform::failure(DesktopFault::noWindowSystem);
+  std::vector<ClientWindow> mine = windowSystem_.windows();
   const std::vector<platform::RunningBrowser> browsers = browsers_.findAll();
-  std::vector<ClientWindow> mine = windows();
   std::erase_if(mine, [&](const ClientWindow& window) { return processOfWindow(window, browsers) != process; });
   if (mine.empty())
     throw platform::failure(DesktopFault::noWindow, browsers_.programOf(process).filename().string());
@@ -41,15 +45,17 @@ std::vector<ClientWindow> LinuxDesktop::requireWindows(pid_t process) {
 }
 
 void LinuxDesktop::activate(pid_t process) {
-  if (!windowSystem()) {
+  try {
+    const std::vector<ClientWindow> windows = requireWindows(process);
+    const auto shown = std::ranges::find_if(windows, &ClientWindow::isShown);
+    windowSystem_.activate(shown != windows.end() ? shown->id : windows.front().id);
+  } catch (const platform::DesktopFailure& failure) {
     // Without windows the frontmost one is where it is wanted already.
-    const std::vector<DesktopProcess> all = processes();
-    if (!all.empty() && all.front().isFrontmost && all.front().pid == process)
-      return;
+    const bool hasNoWindows = failure.kind() == DesktopFault::noWindowSystem || failure.kind() == DesktopFault::wayland;
+    const std::vector<DesktopProcess> all = hasNoWindows ? processes() : std::vector<DesktopProcess>{};
+    if (all.empty() || !all.front().isFrontmost || all.front().pid != process)
+      throw;
   }
-  const std::vector<ClientWindow> windows = requireWindows(process);
-  const auto shown = std::ranges::find_if(windows, &ClientWindow::isShown);
-  windowSystem()->activate(shown != windows.end() ? shown->id : windows.front().id);
 }
 
 void LinuxDesktop::setVisible(pid_t process, Visibility visibility) {
@@ -57,9 +63,9 @@ void LinuxDesktop::setVisible(pid_t process, Visibility visibility) {
   for (const ClientWindow& window : requireWindows(process))
     ids.push_back(window.id);
   if (visibility == Visibility::hidden)
-    windowSystem()->iconify(ids);
+    windowSystem_.minimise(ids);
   else
-    windowSystem()->open(ids);
+    windowSystem_.restore(ids);
 }
 
 std::vector<MenuEntry> LinuxDesktop::menuEntries(pid_t, MenuPath) {

@@ -1,11 +1,9 @@
 #pragma once
 
-#include "platform/Mutex.h"
 #include "platform/linux/RunningBrowsers.h"
+#include "platform/linux/X11WindowSystem.h"
 #include "scripting/systemevents/Desktop.h"
-#include "scripting/systemevents/WindowSystem.h"
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -16,7 +14,7 @@ namespace tabwright::scripting {
 /// A process is an application with windows, or a supported browser without any (one that runs headless, or on a
 /// display of another kind); see `desktopProcesses` for their order. Where no window system is to be had, only the
 /// browsers are left, and the one started last counts as frontmost. Menus and keys are not served yet: those calls
-/// throw DesktopFailure.
+/// throw platform::DesktopFailure.
 class LinuxDesktop final : public Desktop {
 public:
   /// `display` is the name of an X11 display; empty: the one that DISPLAY names, if any, at the time of each call.
@@ -32,16 +30,13 @@ public:
   void modifiers(KeyTransition transition, std::span<const ModifierKey> keys) override;
 
 private:
-  /// Null when there is no display. Connects when first asked; asks again as long as there is none.
-  WindowSystem* windowSystem();
-  std::vector<ClientWindow> windows();
+  /// None where there is no window system.
+  std::vector<platform::ClientWindow> windowsIfAny();
   /// Windows of a process front to back; throws DesktopFailure when it has none.
-  std::vector<ClientWindow> requireWindows(pid_t process);
+  std::vector<platform::ClientWindow> requireWindows(pid_t process);
 
   const platform::RunningBrowsers browsers_;
-  const std::string display_;
-  platform::Mutex mutex_;
-  std::unique_ptr<WindowSystem> windowSystem_ GUARDED_BY(mutex_);
+  platform::X11WindowSystem windowSystem_;
 };
 
 } // namespace tabwright::scripting

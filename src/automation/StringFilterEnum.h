@@ -2,7 +2,7 @@
 
 #include "intents/EnumDeclaration.h"
 
-namespace tabwright::actions {
+namespace tabwright::automation {
 
 /// The ways in which the menu actions compare the title of a menu item with the text of a filter.
 enum class StringFilterEnum {
@@ -25,4 +25,4 @@ constexpr intents::EnumDeclaration enumDeclaration(StringFilterEnum) {
   return {"StringFilterEnum", intents::tables::enums, stringFilterEnum};
 }
 
-} // namespace tabwright::actions
+} // namespace tabwright::automation

@@ -1,4 +1,4 @@
-#include "scripting/systemevents/ClientProcesses.h"
+#include "platform/linux/ClientProcesses.h"
 
 #include <array>
 #include <cstddef>
@@ -13,7 +13,7 @@
 
 // Requests of the extension are few and short enough to be written here, which spares a library.
 
-namespace tabwright::scripting {
+namespace tabwright::platform {
 
 namespace {
 
@@ -78,4 +78,4 @@ void tellProcesses(xcb_connection_t* connection, std::vector<ClientWindow>& wind
     window->pid = answer(connection, sequence);
 }
 
-} // namespace tabwright::scripting
+} // namespace tabwright::platform

@@ -1,0 +1,95 @@
+// An application is on the desktop's list once it has a window, which is also when its launch is finished. So the wait
+// for the one is the wait for the other.
+#include "automation/ApplicationLaunch.h"
+
+#include "platform/AsciiCase.h"
+#include "platform/BrowserTable.h"
+#include "platform/DesktopFault.h"
+#include "platform/Logger.h"
+
+#include <boost/system/system_error.hpp>
+
+#include <algorithm>
+#include <chrono>
+
+namespace tabwright::automation {
+
+using targets::RunningApplication;
+
+namespace {
+
+const platform::Logger log("AxeApp");
+
+constexpr std::chrono::milliseconds pause{200};
+constexpr std::chrono::milliseconds longestLaunch{5000};
+
+/// A browser's id has several desktop entries; the first that is installed counts.
+std::optional<platform::InstalledApplication> findInstalled(const std::string& id,
+                                                            platform::InstalledApplications& installed) {
+  if (const platform::BrowserFacts* browser = platform::findBrowser(id)) {
+    for (const std::string_view entry : browser->desktopEntries) {
+      if (auto application = installed.find(entry))
+        return application;
+    }
+  }
+  return installed.find(id);
+}
+
+bool start(const std::string& id, platform::InstalledApplications& installed) {
+  const auto application = findInstalled(id, installed);
+  if (!application) {
+    log.error("Application with bundle identifier '{}' not found", id);
+    return false;
+  }
+  try {
+    installed.start(*application);
+    return true;
+  } catch (const platform::DesktopFailure& failure) {
+    log.error("Failed to launch application: {}", failure.errorDescription());
+    return false;
+  }
+}
+
+void activate(const RunningApplication& application, platform::WindowSystem& windowSystem,
+              const platform::CallLimits& limits) {
+  try {
+    std::vector<platform::ClientWindow> windows = windowSystem.windows();
+    std::erase_if(windows, [&](const platform::ClientWindow& each) { return each.pid != application.process; });
+    const auto shown = std::ranges::find_if(windows, &platform::ClientWindow::isShown);
+    if (!windows.empty())
+      windowSystem.activate(shown != windows.end() ? shown->id : windows.front().id);
+  } catch (const platform::DesktopFailure& failure) {
+    platform::giveNotice(limits, platform::asCause(failure));
+  }
+}
+
+platform::Task<void> sleep(platform::Clock& clock) {
+  try {
+    co_await clock.sleep(pause);
+  } catch (const boost::system::system_error&) {
+    log.debug("A wait for an application was cut short");
+  }
+}
+
+} // namespace
+
+platform::Task<std::optional<RunningApplication>> activateOrLaunch(std::string id, const DesktopServices& services,
+                                                                   platform::CallLimits limits) {
+  auto application = services.targets.findApplication(id);
+  if (id == engine::frontmostTargetContext().id && (!application || application->bundleIdentifier.empty()))
+    co_return std::nullopt;
+  if (!application) {
+    if (!start(id, services.installed))
+      co_return std::nullopt;
+    for (std::chrono::milliseconds waited{}; !application && waited <= longestLaunch; waited += pause) {
+      co_await sleep(services.clock);
+      application = services.targets.findApplication(id);
+    }
+    if (!application)
+      co_return std::nullopt;
+  }
+  activate(*application, services.windows, limits);
+  co_return application;
+}
+
+} // namespace tabwright::automation

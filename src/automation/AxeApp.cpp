@@ -1,0 +1,64 @@
+#include "automation/AxeApp.h"
+
+#include "automation/ChromiumMenu.h"
+#include "automation/MenuBarSearch.h"
+#include "platform/BrowserTable.h"
+#include "platform/DesktopFault.h"
+
+#include <fmt/core.h>
+
+#include <utility>
+
+namespace tabwright::automation {
+
+using engine::AxeError;
+
+namespace {
+
+engine::AxeFailure withoutMenuBar(std::optional<platform::Notice> cause) {
+  return platform::failure(AxeError::appHasNoMenuBar).causedBy(std::move(cause));
+}
+
+platform::Notice notShown(const targets::RunningApplication& app) {
+  return {
+      engine::identity(AxeError::appHasNoMenuBar),
+      fmt::format("{} doesn’t show its windows on the accessibility bus. Some programs do only when they are started "
+                  "again, now that accessibility is on.",
+                  app.localizedName)};
+}
+
+bool isChromium(const targets::RunningApplication& app) {
+  const platform::BrowserFacts* facts = platform::findBrowser(app.bundleIdentifier);
+  return facts && facts->family == platform::BrowserFamily::chromium;
+}
+
+} // namespace
+
+std::expected<AxeMenuBar, engine::AxeFailure> AxeApp::menuBar() {
+  if (menuBar_)
+    return *menuBar_;
+  std::optional<platform::Notice> cause;
+  try {
+    if (isChromium(app_))
+      services_.browserControls.show(app_, limits_);
+    const auto root = services_.accessibility.findApplication(app_.process, limits_);
+    if (!root)
+      return std::unexpected(withoutMenuBar(notShown(app_)));
+    const std::shared_ptr<MenuSource> menus = isChromium(app_)
+                                                  ? ChromiumMenu::find(*root, app_.process, services_, limits_)
+                                                  : findMenuBar(services_.accessibility, *root, limits_);
+    if (menus)
+      menuBar_ = AxeMenuBar::of(app_, menus->bar());
+  } catch (const platform::DesktopFailure& failure) {
+    if (failure.kind() == platform::DesktopFault::stopped)
+      throw;
+    cause = platform::asCause(failure);
+  } catch (const platform::Failure& failure) {
+    cause = platform::asCause(failure);
+  }
+  if (!menuBar_)
+    return std::unexpected(withoutMenuBar(std::move(cause)));
+  return *menuBar_;
+}
+
+} // namespace tabwright::automation

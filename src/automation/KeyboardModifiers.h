@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/Keyboard.h"
+
+#include <cstdint>
+
+namespace tabwright::automation {
+
+/// The modifiers of a key event, a bit each, by the Mac's numbers.
+enum KeyboardModifier : std::uint32_t {
+  shiftModifier = 0x20000,
+  controlModifier = 0x40000,
+  optionModifier = 0x80000,
+  commandModifier = 0x100000,
+  functionModifier = 0x800000,
+};
+
+/// The modifiers of an action's parameters.
+struct KeyboardModifiers {
+  bool command = false;
+  bool control = false;
+  bool function = false;
+  bool option = false;
+  bool shift = false;
+
+  /// The bits of those that are set.
+  [[nodiscard]] constexpr std::uint32_t flags() const {
+    return (command ? commandModifier : 0u) | (control ? controlModifier : 0u) | (function ? functionModifier : 0u) |
+           (option ? optionModifier : 0u) | (shift ? shiftModifier : 0u);
+  }
+};
+
+/// The modifiers that do the same on a PC's keyboard: command is Control, as in all shortcuts, and so is control;
+/// option is Alt. The fn key of a Mac has no counterpart, since it never reaches a program here. Super is never
+/// pressed: window managers take most of its combinations.
+[[nodiscard]] constexpr platform::KeyModifiers pressedModifiers(std::uint32_t flags) {
+  return {.shift = (flags & shiftModifier) != 0,
+          .control = (flags & (commandModifier | controlModifier)) != 0,
+          .alt = (flags & optionModifier) != 0};
+}
+
+} // namespace tabwright::automation

@@ -1,0 +1,15 @@
+#pragma once
+
+namespace tabwright::platform {
+
+/// A place on the screen in its pixels, from its upper left corner. With several monitors they are one screen.
+struct Rectangle {
+  int x = 0;
+  int y = 0;
+  int width = 0;
+  int height = 0;
+
+  friend bool operator==(const Rectangle&, const Rectangle&) = default;
+};
+
+} // namespace tabwright::platform

@@ -1,0 +1,119 @@
+#include "platform/linux/AccessibilityBus.h"
+
+#include "platform/Accessibility.h"
+#include "platform/DesktopFault.h"
+#include "platform/linux/X11Display.h"
+
+#include <fmt/core.h>
+
+#include <cstdlib>
+#include <systemd/sd-bus.h>
+#include <utility>
+
+namespace tabwright::platform {
+
+namespace {
+
+constexpr std::size_t mostIdle = 4;
+
+/// The first call may have to start the bus.
+constexpr auto patience = Accessibility::longestArrival;
+
+} // namespace
+
+AccessibilityBus::AccessibilityBus(std::string display) : display_(std::move(display)) {}
+
+std::string AccessibilityBus::askSession(const CallLimits& limits) {
+  const auto session = BusConnection::toSession();
+  constexpr const char* bus = "org.a11y.Bus";
+  constexpr const char* path = "/org/a11y/bus";
+  std::string address, reason;
+  bool isOn = true;
+  session->ask({bus, path, bus, "GetAddress"}, {}, [&](sd_bus_message* answer) {
+    const char* text = nullptr;
+    if (sd_bus_message_is_method_error(answer, nullptr) > 0)
+      reason = sd_bus_message_get_error(answer)->message;
+    else if (sd_bus_message_read(answer, "s", &text) > 0)
+      address = text;
+  });
+  session->askProperty({bus, path, "org.a11y.Status", "IsEnabled"}, [&](sd_bus_message* answer) {
+    int value = 1;
+    isOn = sd_bus_message_read(answer, "v", "b", &value) < 0 || value != 0;
+  });
+  const auto collect = [&] {
+    const BusConnection::Outcome outcome = session->collect(limits, patience);
+    if (outcome == BusConnection::Outcome::stopped)
+      throw failure(DesktopFault::stopped);
+    if (outcome == BusConnection::Outcome::silent)
+      throw BusLost("the session’s bus doesn’t answer");
+  };
+  collect();
+  if (address.empty())
+    throw BusLost(reason.empty() ? "it tells no address" : reason);
+  if (!isOn) {
+    session->ask(
+        {bus, path, "org.freedesktop.DBus.Properties", "Set"},
+        [](sd_bus_message* call) { sd_bus_message_append(call, "ssv", "org.a11y.Status", "IsEnabled", "b", 1); },
+        [](sd_bus_message*) {});
+    collect();
+    const std::lock_guard lock(mutex_);
+    switchedOn_ = std::chrono::steady_clock::now();
+  }
+  return address;
+}
+
+std::string AccessibilityBus::findAddress(const CallLimits& limits) {
+  if (const char* given = std::getenv("AT_SPI_BUS_ADDRESS"); given != nullptr && *given != '\0')
+    return given;
+  try {
+    return askSession(limits);
+  } catch (const BusLost& lost) {
+    try {
+      if (std::string told = X11Display(display_).rootText("AT_SPI_BUS"); !told.empty())
+        return told;
+    } catch (const DesktopFailure&) {
+      // No display either: the session's bus is what is missed first.
+    }
+    throw failure(DesktopFault::noAccessibilityBus, lost.what());
+  }
+}
+
+std::unique_ptr<BusConnection> AccessibilityBus::take(const CallLimits& limits) {
+  std::string address;
+  {
+    const std::lock_guard lock(mutex_);
+    while (!idle_.empty()) {
+      auto connection = std::move(idle_.back());
+      idle_.pop_back();
+      if (connection->isAlive())
+        return connection;
+      address_.clear();
+    }
+    address = address_;
+  }
+  if (address.empty())
+    address = findAddress(limits);
+  try {
+    auto connection = BusConnection::to(address);
+    const std::lock_guard lock(mutex_);
+    address_ = address;
+    return connection;
+  } catch (const BusLost& lost) {
+    const std::lock_guard lock(mutex_);
+    address_.clear();
+    throw failure(DesktopFault::noAccessibilityBus, lost.what());
+  }
+}
+
+void AccessibilityBus::giveBack(std::unique_ptr<BusConnection> connection) {
+  const std::lock_guard lock(mutex_);
+  if (idle_.size() < mostIdle)
+    idle_.push_back(std::move(connection));
+}
+
+bool AccessibilityBus::hasJustBeenSwitchedOn() const {
+  const std::lock_guard lock(mutex_);
+  return std::chrono::steady_clock::now() - switchedOn_ < Accessibility::longestArrival;
+}
+
+} // namespace tabwright::platform

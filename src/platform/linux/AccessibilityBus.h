@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/linux/BusConnection.h"
+
+#include <chrono>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace tabwright::platform {
+
+/// The desktop's accessibility bus, on which applications offer their elements.
+///
+/// Its address comes from AT_SPI_BUS_ADDRESS, else from the session's bus, which starts it if need be, else from the
+/// display. The first time, accessibility is switched on for the session (`org.a11y.Status.IsEnabled`), without which
+/// Qt programs don't show themselves; it stays on, as after any other program that reads elements.
+///
+/// Connections are lent, so that callers on several threads don't wait for each other. Safe to use from any thread.
+class AccessibilityBus {
+public:
+  /// `display` names the X11 display to ask; empty: the one of DISPLAY.
+  explicit AccessibilityBus(std::string display = {});
+
+  /// Lends a connection. Throws DesktopFailure: `noAccessibilityBus`, `stopped`.
+  [[nodiscard]] std::unique_ptr<BusConnection> take(const CallLimits& limits);
+  /// Takes back a connection on which nothing is pending; one with answers to come is dropped by whoever has it.
+  void giveBack(std::unique_ptr<BusConnection> connection);
+
+  /// True for two seconds after accessibility was switched on by us: applications are still joining.
+  [[nodiscard]] bool hasJustBeenSwitchedOn() const;
+
+private:
+  std::string findAddress(const CallLimits& limits);
+  std::string askSession(const CallLimits& limits);
+
+  const std::string display_;
+  mutable std::mutex mutex_;
+  std::string address_; ///< the last one that worked
+  std::vector<std::unique_ptr<BusConnection>> idle_;
+  std::chrono::steady_clock::time_point switchedOn_{};
+};
+
+} // namespace tabwright::platform

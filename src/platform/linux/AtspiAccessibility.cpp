@@ -1,0 +1,201 @@
+#include "platform/linux/AtspiAccessibility.h"
+
+#include "platform/DesktopFault.h"
+#include "platform/linux/ElementQuestions.h"
+#include "platform/linux/ProcessAge.h"
+
+#include <algorithm>
+#include <array>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <string_view>
+#include <systemd/sd-bus.h>
+#include <utility>
+
+namespace tabwright::platform {
+
+namespace {
+
+/// Questions under way at once; a bus takes some thousands before it refuses.
+constexpr std::size_t mostPending = 1000;
+
+constexpr const char* registry = "org.a11y.atspi.Registry";
+constexpr const char* rootPath = "/org/a11y/atspi/accessible/root";
+constexpr const char* properties = "org.freedesktop.DBus.Properties";
+
+bool isError(sd_bus_message* answer) {
+  return sd_bus_message_is_method_error(answer, nullptr) > 0;
+}
+
+/// Throws what an error says of an element that was to do something.
+void requireDone(sd_bus_message* answer) {
+  if (!isError(answer))
+    return;
+  constexpr std::array<std::string_view, 4> goneErrors{SD_BUS_ERROR_SERVICE_UNKNOWN, SD_BUS_ERROR_NAME_HAS_NO_OWNER,
+                                                       SD_BUS_ERROR_NO_REPLY, SD_BUS_ERROR_UNKNOWN_OBJECT};
+  const sd_bus_error* error = sd_bus_message_get_error(answer);
+  if (std::ranges::find(goneErrors, std::string_view(error->name)) != goneErrors.end())
+    throw failure(DesktopFault::elementGone);
+  throw failure(DesktopFault::elementRefused, error->message != nullptr ? error->message : error->name);
+}
+
+void askProcess(BusConnection& bus, const std::string& application, std::function<void(pid_t)> take) {
+  bus.ask(
+      {"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "GetConnectionUnixProcessID"},
+      [&](sd_bus_message* call) { sd_bus_message_append(call, "s", application.c_str()); },
+      [take = std::move(take)](sd_bus_message* answer) {
+        std::uint32_t process = 0;
+        if (sd_bus_message_read(answer, "u", &process) > 0)
+          take(static_cast<pid_t>(process));
+      });
+}
+
+/// The bus knows the process of an application that answers nothing itself.
+std::string describeSilent(BusConnection& bus) {
+  pid_t process = 0;
+  askProcess(bus, bus.silentReceiver(), [&](pid_t told) { process = told; });
+  bus.collectUntil([&] { return process != 0; }, {}, Accessibility::longestSilence);
+  return process != 0 ? describeProcess(process) : "The application";
+}
+
+} // namespace
+
+AtspiAccessibility::AtspiAccessibility(std::string display) : bus_(std::move(display)) {}
+
+void AtspiAccessibility::onBus(const CallLimits& limits,
+                               const std::function<BusConnection::Outcome(BusConnection&)>& work) {
+  auto bus = bus_.take(limits);
+  try {
+    const BusConnection::Outcome outcome = work(*bus);
+    if (outcome == BusConnection::Outcome::stopped)
+      throw failure(DesktopFault::stopped);
+    if (outcome == BusConnection::Outcome::silent)
+      throw failure(DesktopFault::notAnswering, describeSilent(*bus));
+    if (bus->pending() == 0)
+      bus_.giveBack(std::move(bus));
+  } catch (const BusLost& lost) {
+    throw failure(DesktopFault::noAccessibilityBus, lost.what());
+  }
+}
+
+std::vector<AccessibleApplication> AtspiAccessibility::applications(const CallLimits& limits) {
+  std::vector<AccessibleApplication> applications;
+  onBus(limits, [&](BusConnection& bus) {
+    bus.ask({registry, rootPath, "org.a11y.atspi.Accessible", "GetChildren"}, {}, [&](sd_bus_message* answer) {
+      for (AccessibleElement& root : readElements(answer))
+        applications.push_back({std::move(root), 0});
+    });
+    // The registry's first answer may have to wait for the registry to be started.
+    const BusConnection::Outcome outcome = bus.collect(limits, longestArrival);
+    if (outcome != BusConnection::Outcome::answered)
+      return outcome;
+    for (AccessibleApplication& application : applications)
+      askProcess(bus, application.root.application, [&](pid_t process) { application.process = process; });
+    return bus.collect(limits, longestSilence);
+  });
+  std::erase_if(applications, [](const AccessibleApplication& each) { return each.process == 0; });
+  return applications;
+}
+
+std::optional<AccessibleElement> AtspiAccessibility::findApplication(pid_t process, const CallLimits& limits) {
+  std::mutex mutex;
+  std::condition_variable_any nobody;
+  std::unique_lock lock(mutex);
+  while (true) {
+    const std::vector<AccessibleApplication> all = applications(limits);
+    const auto found = std::ranges::find(all, process, &AccessibleApplication::process);
+    if (found != all.end())
+      return found->root;
+    const auto age = ageOfProcess(process);
+    if (!age || limits.hasPassed() || (*age > longestArrival && !bus_.hasJustBeenSwitchedOn()))
+      return std::nullopt;
+    limits.within(std::chrono::milliseconds(20)).wait(nobody, lock, [] { return false; });
+    if (limits.stop.stop_requested())
+      throw failure(DesktopFault::stopped);
+  }
+}
+
+std::vector<AccessibleFacts> AtspiAccessibility::read(std::span<const AccessibleElement> elements,
+                                                      const AccessibleParts& parts, const CallLimits& limits) {
+  std::vector<AccessibleFacts> facts(elements.size());
+  if (elements.empty())
+    return facts;
+  onBus(limits, [&](BusConnection& bus) {
+    for (std::size_t each = 0; each < elements.size(); ++each) {
+      for (const ElementQuestion& question : elementQuestions()) {
+        if (!(parts.*question.part))
+          continue;
+        const BusCall call{elements[each].application.c_str(), elements[each].path.c_str(), question.interface,
+                           question.member};
+        BusConnection::Take take = [&, &told = facts[each]](sd_bus_message* answer) {
+          if (!isError(answer))
+            question.take(answer, told);
+        };
+        if (question.kind == ElementQuestion::property)
+          bus.askProperty(call, std::move(take));
+        else
+          bus.ask(call, question.fill, std::move(take));
+      }
+      if (bus.pending() < mostPending && each + 1 < elements.size())
+        continue;
+      const BusConnection::Outcome outcome = bus.collect(limits, longestSilence);
+      if (outcome != BusConnection::Outcome::answered)
+        return outcome;
+    }
+    return BusConnection::Outcome::answered;
+  });
+  return facts;
+}
+
+void AtspiAccessibility::perform(const AccessibleElement& element, std::size_t action, const CallLimits& limits) {
+  onBus(limits, [&](BusConnection& bus) {
+    bool isTakenUp = false;
+    bus.ask(
+        {element.application.c_str(), element.path.c_str(), "org.a11y.atspi.Action", "DoAction"},
+        [&](sd_bus_message* call) { sd_bus_message_append(call, "i", static_cast<std::int32_t>(action)); },
+        [&](sd_bus_message* answer) {
+          requireDone(answer);
+          isTakenUp = true;
+        });
+    // Qt answers an action that opens a dialog when the dialog closes, but other questions as soon as it is open.
+    bus.ask({element.application.c_str(), element.path.c_str(), "org.a11y.atspi.Accessible", "GetRole"}, {},
+            [&](sd_bus_message*) { isTakenUp = true; });
+    return bus.collectUntil([&] { return isTakenUp; }, limits, longestSilence);
+  });
+}
+
+void AtspiAccessibility::operate(const AccessibleElement& element, const char* interface, const char* member,
+                                 Reply reply, const BusConnection::Fill& arguments, const CallLimits& limits) {
+  onBus(limits, [&](BusConnection& bus) {
+    bus.ask({element.application.c_str(), element.path.c_str(), interface, member}, arguments,
+            [reply](sd_bus_message* answer) {
+              requireDone(answer);
+              int isDone = 1;
+              if (reply == Reply::success && sd_bus_message_read(answer, "b", &isDone) > 0 && isDone == 0)
+                throw failure(DesktopFault::elementRefused, "it doesn’t take it");
+            });
+    return bus.collect(limits, longestSilence);
+  });
+}
+
+void AtspiAccessibility::setText(const AccessibleElement& element, const std::string& text, const CallLimits& limits) {
+  operate(
+      element, "org.a11y.atspi.EditableText", "SetTextContents", Reply::success,
+      [&](sd_bus_message* call) { sd_bus_message_append(call, "s", text.c_str()); }, limits);
+}
+
+void AtspiAccessibility::setValue(const AccessibleElement& element, double value, const CallLimits& limits) {
+  operate(
+      element, properties, "Set", Reply::nothing,
+      [&](sd_bus_message* call) {
+        sd_bus_message_append(call, "ssv", "org.a11y.atspi.Value", "CurrentValue", "d", value);
+      },
+      limits);
+}
+
+void AtspiAccessibility::focus(const AccessibleElement& element, const CallLimits& limits) {
+  operate(element, "org.a11y.atspi.Component", "GrabFocus", Reply::success, {}, limits);
+}
+
+} // namespace tabwright::platform

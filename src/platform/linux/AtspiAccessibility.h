@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/Accessibility.h"
+#include "platform/linux/AccessibilityBus.h"
+
+#include <functional>
+
+namespace tabwright::platform {
+
+/// Elements over AT-SPI 2, spoken on the accessibility bus itself: the standard library for it ends the process where
+/// there is no bus, and asks one question at a time.
+///
+/// Connects when it is first asked something, and anew when the bus was lost.
+class AtspiAccessibility final : public Accessibility {
+public:
+  /// `display` names the X11 display that may tell the bus; empty: the one of DISPLAY.
+  explicit AtspiAccessibility(std::string display = {});
+
+  [[nodiscard]] std::vector<AccessibleApplication> applications(const CallLimits& limits) override;
+  [[nodiscard]] std::optional<AccessibleElement> findApplication(pid_t process, const CallLimits& limits) override;
+  [[nodiscard]] std::vector<AccessibleFacts> read(std::span<const AccessibleElement> elements,
+                                                  const AccessibleParts& parts, const CallLimits& limits) override;
+  void perform(const AccessibleElement& element, std::size_t action, const CallLimits& limits) override;
+  void setText(const AccessibleElement& element, const std::string& text, const CallLimits& limits) override;
+  void setValue(const AccessibleElement& element, double value, const CallLimits& limits) override;
+  void focus(const AccessibleElement& element, const CallLimits& limits) override;
+
+private:
+  /// Runs `work` on a connection and translates what goes wrong on it.
+  void onBus(const CallLimits& limits, const std::function<BusConnection::Outcome(BusConnection&)>& work);
+  /// One call that changes something. `success`: its answer is a boolean, and false a refusal.
+  enum class Reply { nothing, success };
+  void operate(const AccessibleElement& element, const char* interface, const char* member, Reply reply,
+               const BusConnection::Fill& arguments, const CallLimits& limits);
+
+  AccessibilityBus bus_;
+};
+
+} // namespace tabwright::platform

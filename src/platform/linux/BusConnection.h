@@ -1,0 +1,86 @@
+#pragma once
+
+#include "platform/CallLimits.h"
+
+#include <chrono>
+#include <cstddef>
+#include <exception>
+#include <functional>
+#include <list>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+struct sd_bus;
+struct sd_bus_message;
+
+namespace tabwright::platform {
+
+/// A message bus failed as a whole: it can't be reached, or went away. `what()` is a clause.
+struct BusLost : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+/// One call: whom, which object, and what. The texts live until `BusConnection::ask` returns.
+struct BusCall {
+  const char* destination;
+  const char* path;
+  const char* interface;
+  const char* member;
+};
+
+/// A connection to a message bus (D-Bus), on which many calls are under way at once:
+///
+///     connection.ask(call, {}, [&](sd_bus_message* answer) { ... });
+///     connection.ask(another, {}, [&](sd_bus_message* answer) { ... });
+///     connection.collect(limits.within(500ms));
+///
+/// For one thread at a time. Answers that nobody has collected are dropped with the connection.
+class BusConnection {
+public:
+  using Fill = std::function<void(sd_bus_message*)>; ///< appends arguments to a call
+  /// Reads an answer, which may be an error (sd_bus_message_is_method_error(3)). May throw: `collect` passes it on.
+  using Take = std::function<void(sd_bus_message*)>;
+
+  /// Connects to the bus of the user's session, or to that at an address. Throws `BusLost`.
+  [[nodiscard]] static std::unique_ptr<BusConnection> toSession();
+  [[nodiscard]] static std::unique_ptr<BusConnection> to(const std::string& address);
+  ~BusConnection();
+  BusConnection(const BusConnection&) = delete;
+  BusConnection& operator=(const BusConnection&) = delete;
+
+  /// Sends a call, without waiting for anything. `take` gets the answer, an error too, during `collect`.
+  void ask(const BusCall& call, const Fill& arguments, Take take);
+  /// Sends a question for one property; the answer is a variant of it.
+  void askProperty(const BusCall& property, Take take);
+
+  enum class Outcome { answered, silent, stopped };
+  /// Awaits the answers to all calls that were sent. `silent` when none has come for `patience`, or by the deadline;
+  /// the connection should be dropped then, since late answers would follow. Throws `BusLost`.
+  Outcome collect(const CallLimits& limits, std::chrono::milliseconds patience);
+  /// As `collect`, until `isEnough`.
+  Outcome collectUntil(const std::function<bool()>& isEnough, const CallLimits& limits,
+                       std::chrono::milliseconds patience);
+
+  [[nodiscard]] std::size_t pending() const noexcept { return unanswered_; }
+  /// The receiver of the oldest call without an answer; empty when there is none.
+  [[nodiscard]] std::string silentReceiver() const;
+  /// False when the bus has gone in the meantime.
+  [[nodiscard]] bool isAlive();
+
+private:
+  struct Pending;
+  struct Close {
+    void operator()(sd_bus* bus) const;
+  };
+  explicit BusConnection(std::unique_ptr<sd_bus, Close> bus);
+  /// Works off what has arrived. Throws what a taker has thrown.
+  void process();
+
+  std::unique_ptr<sd_bus, Close> bus_;
+  std::list<Pending> calls_; ///< its elements stay where they are
+  std::size_t unanswered_ = 0;
+  std::exception_ptr thrown_; ///< by a taker, on its way past the library
+};
+
+} // namespace tabwright::platform

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <sys/types.h>
+
+namespace tabwright::platform {
+
+/// The time since a process was started. Nothing for one that is gone.
+[[nodiscard]] std::optional<std::chrono::milliseconds> ageOfProcess(pid_t process);
+
+/// The process as users are told of it: `“mousepad” (process 1234)`.
+[[nodiscard]] std::string describeProcess(pid_t process);
+
+} // namespace tabwright::platform

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/WindowSystem.h"
+
+#include <memory>
+#include <mutex>
+#include <string>
+
+namespace tabwright::platform {
+
+/// The windows of an X11 display, as its window manager tells of them (Extended Window Manager Hints 1.5, ICCCM 2.0);
+/// without a window manager, as the window tree and the input focus do. Windows are minimised then by taking them off
+/// the screen, and known as minimised for as long as this object lives; there is one workspace.
+///
+/// Connects when it is first asked something, and anew when the display was lost.
+class X11WindowSystem final : public WindowSystem {
+public:
+  /// `display` is a display's name (":0"); empty: the one that DISPLAY names at the time of connecting.
+  explicit X11WindowSystem(std::string display = {});
+  ~X11WindowSystem() override;
+
+  [[nodiscard]] std::vector<ClientWindow> windows() override;
+  void activate(std::uint32_t window) override;
+  void minimise(const std::vector<std::uint32_t>& windows) override;
+  void restore(const std::vector<std::uint32_t>& windows) override;
+  void place(std::uint32_t window, const Rectangle& place) override;
+  void close(std::uint32_t window) override;
+
+private:
+  class Connection;
+  /// Throws DesktopFailure. The lock is held while the connection is used.
+  Connection& connection();
+
+  const std::string display_;
+  std::mutex mutex_;
+  std::unique_ptr<Connection> connection_;
+};
+
+} // namespace tabwright::platform

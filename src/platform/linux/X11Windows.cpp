@@ -1,0 +1,219 @@
+// All questions about all windows are asked before the first answer is awaited.
+#include "platform/linux/X11Windows.h"
+
+#include "platform/DesktopFault.h"
+#include "platform/linux/ClientProcesses.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <tuple>
+#include <utility>
+#include <xcb/xcb.h>
+
+namespace tabwright::platform {
+
+namespace {
+
+constexpr std::uint32_t everyWorkspace = 0xFFFFFFFF; // _NET_WM_DESKTOP
+
+std::string textFrom(xcb_connection_t* xcb, xcb_get_property_cookie_t cookie) {
+  const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(xcb, cookie, nullptr));
+  if (!reply || reply->format != 8)
+    return {};
+  return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+          static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
+std::string nameFrom(xcb_ewmh_connection_t* ewmh, xcb_get_property_cookie_t name, xcb_get_property_cookie_t oldName) {
+  std::string text;
+  xcb_ewmh_get_utf8_strings_reply_t reply{};
+  if (xcb_ewmh_get_wm_name_reply(ewmh, name, &reply, nullptr) != 0) {
+    text.assign(reply.strings, reply.strings_len);
+    xcb_ewmh_get_utf8_strings_reply_wipe(&reply);
+  }
+  const std::string old = textFrom(ewmh->connection, oldName);
+  return text.empty() ? old : text;
+}
+
+/// WM_CLASS holds an instance and a class, each with a null behind it (ICCCM 4.1.2.5).
+std::pair<std::string, std::string> classFrom(const std::string& text) {
+  const std::size_t end = text.find('\0');
+  return {text.c_str(), end == std::string::npos ? std::string() : std::string(text.c_str() + end + 1)};
+}
+
+std::optional<Rectangle> placeFrom(xcb_connection_t* xcb, xcb_get_geometry_cookie_t size,
+                                   xcb_translate_coordinates_cookie_t origin) {
+  const ReplyPointer<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(xcb, size, nullptr));
+  const ReplyPointer<xcb_translate_coordinates_reply_t> corner(xcb_translate_coordinates_reply(xcb, origin, nullptr));
+  if (!geometry || !corner)
+    return std::nullopt;
+  return Rectangle{corner->dst_x, corner->dst_y, geometry->width, geometry->height};
+}
+
+std::optional<std::uint32_t> workspaceFrom(xcb_ewmh_connection_t* ewmh, xcb_get_property_cookie_t cookie) {
+  std::uint32_t workspace = 0;
+  if (xcb_ewmh_get_wm_desktop_reply(ewmh, cookie, &workspace, nullptr) == 0 || workspace == everyWorkspace)
+    return std::nullopt;
+  return workspace;
+}
+
+/// True for a property that is a list of atoms and holds one of these.
+template <auto Reply>
+bool hasAtom(xcb_ewmh_connection_t* ewmh, xcb_get_property_cookie_t cookie, std::initializer_list<xcb_atom_t> wanted) {
+  xcb_ewmh_get_atoms_reply_t list{};
+  if (Reply(ewmh, cookie, &list, nullptr) == 0)
+    return false;
+  const bool isThere = std::find_first_of(list.atoms, list.atoms + list.atoms_len, wanted.begin(), wanted.end()) !=
+                       list.atoms + list.atoms_len;
+  xcb_ewmh_get_atoms_reply_wipe(&list);
+  return isThere;
+}
+
+} // namespace
+
+X11Windows::X11Windows(const std::string& display) : display_(display), xcb_(display_.connection()) {
+  if (xcb_ewmh_init_atoms_replies(&ewmh_, xcb_ewmh_init_atoms(xcb_, &ewmh_), nullptr) == 0)
+    throw failure(DesktopFault::noWindowSystem, "the display was lost");
+  applicationID_ = display_.atom("_GTK_APPLICATION_ID");
+}
+
+X11Windows::~X11Windows() {
+  xcb_ewmh_connection_wipe(&ewmh_);
+}
+
+/// Top first, by the window manager's list; nothing when there is no window manager.
+std::optional<std::vector<std::uint32_t>> X11Windows::managedWindows() {
+  xcb_ewmh_get_windows_reply_t list{};
+  if (xcb_ewmh_get_client_list_stacking_reply(&ewmh_, xcb_ewmh_get_client_list_stacking(&ewmh_, display_.screen()),
+                                              &list, nullptr) == 0)
+    return std::nullopt;
+  std::vector<std::uint32_t> windows(list.windows, list.windows + list.windows_len);
+  xcb_ewmh_get_windows_reply_wipe(&list);
+  std::ranges::reverse(windows); // the list goes from bottom to top
+  return windows;
+}
+
+bool X11Windows::isManaged() {
+  return managedWindows().has_value();
+}
+
+bool X11Windows::isHidden(std::uint32_t window) const {
+  return std::ranges::find(hidden_, window) != hidden_.end();
+}
+
+/// Children of the root, top first, then those that we have hidden.
+std::vector<std::uint32_t> X11Windows::unmanagedWindows() {
+  const ReplyPointer<xcb_query_tree_reply_t> tree(
+      xcb_query_tree_reply(xcb_, xcb_query_tree(xcb_, display_.root()), nullptr));
+  if (!tree)
+    return {};
+  const xcb_window_t* children = xcb_query_tree_children(tree.get());
+  const auto count = static_cast<std::size_t>(xcb_query_tree_children_length(tree.get()));
+  std::vector<xcb_get_window_attributes_cookie_t> cookies;
+  cookies.reserve(count);
+  for (std::size_t each = 0; each < count; ++each)
+    cookies.push_back(xcb_get_window_attributes(xcb_, children[each]));
+  std::vector<std::uint32_t> windows, hidden;
+  for (std::size_t each = count; each-- > 0;) {
+    const ReplyPointer<xcb_get_window_attributes_reply_t> attributes(
+        xcb_get_window_attributes_reply(xcb_, cookies[each], nullptr));
+    if (!attributes || attributes->override_redirect != 0)
+      continue;
+    if (attributes->map_state == XCB_MAP_STATE_VIEWABLE)
+      windows.push_back(children[each]);
+    else if (isHidden(children[each]))
+      hidden.push_back(children[each]);
+  }
+  hidden_ = std::move(hidden);
+  windows.insert(windows.end(), hidden_.begin(), hidden_.end());
+  return windows;
+}
+
+std::uint32_t X11Windows::active() {
+  return active(isManaged());
+}
+
+std::uint32_t X11Windows::active(bool isManaged) {
+  if (!isManaged) {
+    const ReplyPointer<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(xcb_, xcb_get_input_focus(xcb_), nullptr));
+    return focus ? topLevelOf(focus->focus) : std::uint32_t{XCB_WINDOW_NONE};
+  }
+  xcb_window_t window = XCB_WINDOW_NONE;
+  if (xcb_ewmh_get_active_window_reply(&ewmh_, xcb_ewmh_get_active_window(&ewmh_, display_.screen()), &window,
+                                       nullptr) == 0)
+    return XCB_WINDOW_NONE;
+  return window;
+}
+
+/// Toolkits may give the keyboard to a window within the one that is seen.
+std::uint32_t X11Windows::topLevelOf(std::uint32_t window) {
+  while (window != XCB_WINDOW_NONE && window != XCB_INPUT_FOCUS_POINTER_ROOT && window != display_.root()) {
+    const ReplyPointer<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(xcb_, xcb_query_tree(xcb_, window), nullptr));
+    if (!tree)
+      break;
+    if (tree->parent == display_.root())
+      return window;
+    window = tree->parent;
+  }
+  return XCB_WINDOW_NONE;
+}
+
+std::vector<ClientWindow> X11Windows::read() {
+  const auto managed = managedWindows();
+  const std::vector<std::uint32_t> ids = managed ? *managed : unmanagedWindows();
+  struct Cookies {
+    xcb_get_property_cookie_t pid, name, oldName, windowClass, application, state, type, workspace;
+    xcb_get_geometry_cookie_t size;
+    xcb_translate_coordinates_cookie_t origin;
+  };
+  std::vector<Cookies> cookies;
+  cookies.reserve(ids.size());
+  for (const std::uint32_t id : ids)
+    cookies.push_back({xcb_ewmh_get_wm_pid(&ewmh_, id), xcb_ewmh_get_wm_name(&ewmh_, id),
+                       xcb_get_property(xcb_, 0, id, XCB_ATOM_WM_NAME, XCB_GET_PROPERTY_TYPE_ANY, 0, 1024),
+                       xcb_get_property(xcb_, 0, id, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, 256),
+                       xcb_get_property(xcb_, 0, id, applicationID_, XCB_GET_PROPERTY_TYPE_ANY, 0, 256),
+                       xcb_ewmh_get_wm_state(&ewmh_, id), xcb_ewmh_get_wm_window_type(&ewmh_, id),
+                       xcb_ewmh_get_wm_desktop(&ewmh_, id), xcb_get_geometry(xcb_, id),
+                       xcb_translate_coordinates(xcb_, id, display_.root(), 0, 0)});
+  const std::uint32_t activeWindow = active(managed.has_value());
+  std::vector<ClientWindow> result;
+  for (std::size_t each = 0; each < ids.size(); ++each) {
+    ClientWindow window;
+    window.id = ids[each];
+    std::uint32_t pid = 0;
+    if (xcb_ewmh_get_wm_pid_reply(&ewmh_, cookies[each].pid, &pid, nullptr) != 0)
+      window.pid = static_cast<pid_t>(pid);
+    window.name = nameFrom(&ewmh_, cookies[each].name, cookies[each].oldName);
+    std::tie(window.instance, window.windowClass) = classFrom(textFrom(xcb_, cookies[each].windowClass));
+    window.applicationID = textFrom(xcb_, cookies[each].application);
+    window.isShown = !hasAtom<xcb_ewmh_get_wm_state_reply>(&ewmh_, cookies[each].state, {ewmh_._NET_WM_STATE_HIDDEN}) &&
+                     (managed || !isHidden(window.id));
+    const bool isOfTheDesktop = hasAtom<xcb_ewmh_get_wm_window_type_reply>(
+        &ewmh_, cookies[each].type, {ewmh_._NET_WM_WINDOW_TYPE_DESKTOP, ewmh_._NET_WM_WINDOW_TYPE_DOCK});
+    window.workspace = workspaceFrom(&ewmh_, cookies[each].workspace);
+    window.place = placeFrom(xcb_, cookies[each].size, cookies[each].origin).value_or(Rectangle{});
+    window.isActive = window.id == activeWindow;
+    if (!isOfTheDesktop)
+      result.push_back(std::move(window));
+  }
+  tellProcesses(xcb_, result);
+  return result;
+}
+
+std::optional<Rectangle> X11Windows::placeOf(std::uint32_t window) {
+  const auto size = xcb_get_geometry(xcb_, window);
+  return placeFrom(xcb_, size, xcb_translate_coordinates(xcb_, window, display_.root(), 0, 0));
+}
+
+std::optional<std::uint32_t> X11Windows::workspaceElsewhere(std::uint32_t window) {
+  const auto wanted = xcb_ewmh_get_wm_desktop(&ewmh_, window);
+  const auto shown = xcb_ewmh_get_current_desktop(&ewmh_, display_.screen());
+  const auto workspace = workspaceFrom(&ewmh_, wanted);
+  std::uint32_t current = 0;
+  const bool isTold = xcb_ewmh_get_current_desktop_reply(&ewmh_, shown, &current, nullptr) != 0;
+  return isTold && workspace && *workspace != current ? workspace : std::nullopt;
+}
+
+} // namespace tabwright::platform

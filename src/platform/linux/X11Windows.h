@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/WindowSystem.h"
+#include "platform/linux/X11Display.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+#include <xcb/xcb_ewmh.h>
+
+namespace tabwright::platform {
+
+/// The windows of an X11 display as it tells of them now: by the window manager's lists where there is one, else by the
+/// window tree and the input focus. Changes nothing. For one thread at a time. When the display is lost there are none.
+class X11Windows {
+public:
+  /// Throws DesktopFailure.
+  explicit X11Windows(const std::string& display);
+  ~X11Windows();
+  X11Windows(const X11Windows&) = delete;
+  X11Windows& operator=(const X11Windows&) = delete;
+
+  [[nodiscard]] const X11Display& display() const noexcept { return display_; }
+  /// For requests; it isn't changed.
+  [[nodiscard]] xcb_ewmh_connection_t* hints() noexcept { return &ewmh_; }
+
+  /// All windows, as WindowSystem tells of them.
+  [[nodiscard]] std::vector<ClientWindow> read();
+  [[nodiscard]] bool isManaged();
+  /// The one that has the keyboard; 0: none.
+  [[nodiscard]] std::uint32_t active();
+  /// Nothing for a window that is gone.
+  [[nodiscard]] std::optional<Rectangle> placeOf(std::uint32_t window);
+  /// The workspace that must be gone to for a window to be seen; nothing when it is on the one that is shown.
+  [[nodiscard]] std::optional<std::uint32_t> workspaceElsewhere(std::uint32_t window);
+
+  /// Counts a window as minimised that was taken off the screen where no manager keeps it.
+  void noteHidden(std::uint32_t window) { hidden_.push_back(window); }
+
+private:
+  std::optional<std::vector<std::uint32_t>> managedWindows();
+  std::vector<std::uint32_t> unmanagedWindows();
+  std::uint32_t active(bool isManaged);
+  std::uint32_t topLevelOf(std::uint32_t window);
+  [[nodiscard]] bool isHidden(std::uint32_t window) const;
+
+  const X11Display display_;
+  xcb_connection_t* const xcb_;
+  xcb_ewmh_connection_t ewmh_{};
+  std::uint32_t applicationID_ = 0;
+  std::vector<std::uint32_t> hidden_; ///< by us, without a window manager
+};
+
+} // namespace tabwright::platform

@@ -1,0 +1,140 @@
+#include "platform/linux/XdgApplications.h"
+
+#include "platform/AsciiCase.h"
+#include "platform/DesktopFault.h"
+#include "platform/StringCatalogue.h"
+#include "platform/linux/BrowserExecutable.h"
+#include "platform/linux/DetachedProcess.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+#include <utility>
+
+namespace tabwright::platform {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string textOf(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+bool sameName(std::string_view left, std::string_view right) {
+  return !left.empty() && equalIgnoringCase(left, right);
+}
+
+InstalledApplication described(const std::string& id, const DesktopEntry& entry) {
+  return {id, entry.localName};
+}
+
+} // namespace
+
+XdgApplications::XdgApplications(InstallationPlaces places, RunningBrowsers running)
+    : places_(std::move(places)), running_(std::move(running)) {}
+
+void XdgApplications::readFolder(const fs::path& folder, std::vector<std::string>& seen) {
+  std::error_code error;
+  const auto note = [&](const fs::path& path) {
+    const auto changed = fs::last_write_time(path, error);
+    folders_.push_back({path, error ? fs::file_time_type::min() : changed});
+  };
+  note(folder);
+  const std::vector<std::string> languages = languagesOfEnvironment();
+  fs::recursive_directory_iterator all(folder, fs::directory_options::skip_permission_denied, error);
+  for (; !error && all != fs::recursive_directory_iterator(); all.increment(error)) {
+    std::error_code ignored;
+    if (all->is_directory(ignored))
+      note(all->path());
+    if (all->path().extension() != ".desktop")
+      continue;
+    std::string id = all->path().lexically_relative(folder).replace_extension().string();
+    std::ranges::replace(id, '/', '-');
+    std::optional<DesktopEntry> entry = parseDesktopEntry(textOf(all->path()), languages);
+    if (!entry || std::ranges::find(seen, id) != seen.end())
+      continue;
+    seen.push_back(id);
+    if (!entry->isHidden && entry->type == "Application" &&
+        (entry->tryExec.empty() || isProgram(entry->tryExec, places_.path)))
+      entries_.push_back({std::move(id), all->path(), std::move(*entry)});
+  }
+}
+
+const std::vector<XdgApplications::Entry>& XdgApplications::entries() {
+  const bool isCurrent = !folders_.empty() && std::ranges::all_of(folders_, [](const Folder& folder) {
+    std::error_code error;
+    const auto changed = fs::last_write_time(folder.path, error);
+    return (error ? fs::file_time_type::min() : changed) == folder.changed;
+  });
+  if (!isCurrent) {
+    entries_.clear();
+    folders_.clear();
+    std::vector<std::string> seen;
+    for (const fs::path& folder : places_.applicationFolders)
+      readFolder(folder, seen);
+  }
+  return entries_;
+}
+
+const XdgApplications::Entry* XdgApplications::findEntry(std::string_view id) {
+  const std::vector<Entry>& all = entries();
+  const auto found = std::ranges::find_if(all, [&](const Entry& each) { return sameName(each.id, id); });
+  return found == all.end() ? nullptr : &*found;
+}
+
+std::optional<InstalledApplication> XdgApplications::find(std::string_view id) {
+  const std::lock_guard lock(mutex_);
+  const Entry* found = findEntry(id);
+  return found != nullptr ? std::optional(described(found->id, found->entry)) : std::nullopt;
+}
+
+std::optional<InstalledApplication> XdgApplications::applicationOf(const ClientWindow& window) {
+  const fs::path program = window.pid != 0 ? running_.programOf(window.pid) : fs::path();
+  const std::lock_guard lock(mutex_);
+  const std::vector<Entry>& all = entries();
+  const auto isOfClass = [&](std::string_view text) {
+    return sameName(text, window.windowClass) || sameName(text, window.instance);
+  };
+  const auto runs = [&](const DesktopEntry& entry) {
+    const auto words = commandLineOf(entry);
+    return words && !program.empty() && fs::path(words->front()).filename() == program.filename();
+  };
+  const auto first = [&](auto fits) { return std::ranges::find_if(all, fits); };
+  auto found = first([&](const Entry& each) { return each.id == window.applicationID; });
+  if (found == all.end())
+    found = first([&](const Entry& each) { return isOfClass(each.entry.windowClass); });
+  if (found == all.end())
+    found = first([&](const Entry& each) { return isOfClass(each.id); });
+  if (found == all.end())
+    found = first([&](const Entry& each) { return runs(each.entry); });
+  return found == all.end() ? std::nullopt : std::optional(described(found->id, found->entry));
+}
+
+void XdgApplications::start(const InstalledApplication& application) {
+  std::optional<std::vector<std::string>> words;
+  std::string folder;
+  const auto refuse = [&](std::string_view why) {
+    return failure(DesktopFault::cannotStart, fmt::format("{}: {}", application.name, why));
+  };
+  {
+    const std::lock_guard lock(mutex_);
+    const Entry* found = findEntry(application.id);
+    if (found == nullptr)
+      throw refuse("it is no longer installed");
+    if (found->entry.isInTerminal)
+      throw refuse("it runs in a terminal");
+    words = commandLineOf(found->entry);
+    folder = found->entry.workingFolder;
+  }
+  if (!words)
+    throw refuse("its desktop entry has no command that can be read");
+  if (const int error = startDetached(*words, folder); error != 0)
+    throw refuse(fmt::format("{}: {}", words->front(), std::generic_category().message(error)));
+}
+
+} // namespace tabwright::platform

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/InstalledApplications.h"
+#include "platform/linux/DesktopEntry.h"
+#include "platform/linux/InstalledBrowsers.h"
+#include "platform/linux/RunningBrowsers.h"
+
+#include <filesystem>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace tabwright::platform {
+
+/// The applications of desktop entries (Desktop Entry Specification 1.5). The entries are read when they are first
+/// needed, some 30 µs each, and again when a folder of theirs has changed.
+class XdgApplications final : public InstalledApplications {
+public:
+  explicit XdgApplications(InstallationPlaces places = InstallationPlaces::ofThisProcess(),
+                           RunningBrowsers running = RunningBrowsers());
+
+  [[nodiscard]] std::optional<InstalledApplication> find(std::string_view id) override;
+  [[nodiscard]] std::optional<InstalledApplication> applicationOf(const ClientWindow& window) override;
+  void start(const InstalledApplication& application) override;
+
+private:
+  struct Entry {
+    std::string id;
+    std::filesystem::path file;
+    DesktopEntry entry;
+  };
+  struct Folder {
+    std::filesystem::path path;
+    std::filesystem::file_time_type changed;
+    friend bool operator==(const Folder&, const Folder&) = default;
+  };
+
+  /// All entries that are there, those of the most important folder first. The lock is held while they are used.
+  const std::vector<Entry>& entries();
+  [[nodiscard]] const Entry* findEntry(std::string_view id);
+  void readFolder(const std::filesystem::path& folder, std::vector<std::string>& seen);
+
+  const InstallationPlaces places_;
+  const RunningBrowsers running_;
+  std::mutex mutex_;
+  std::vector<Entry> entries_;
+  std::vector<Folder> folders_; ///< those read, with their subfolders
+};
+
+} // namespace tabwright::platform

@@ -1,0 +1,16 @@
+#pragma once
+
+// The requests of the extension XKEYBOARD. Their header is C, and has members that are called `explicit`.
+
+#include <xcb/xcb.h>
+
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wkeyword-macro"
+#endif
+#define explicit isExplicit
+#include <xcb/xkb.h>
+#undef explicit
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "platform/Accessibility.h"
+#include "platform/DesktopFault.h"
+
+#include <fmt/core.h>
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tabwright::testsupport {
+
+/// An element of a model application.
+struct ModelElement {
+  platform::AccessibleRole role = platform::AccessibleRole::panel;
+  std::optional<std::string> name = ""; ///< nothing: the application doesn't answer for this one
+  std::vector<platform::AccessibleState> states = {};
+  std::vector<ModelElement> children = {};
+  std::function<void()> onPress = [] {};
+};
+
+/// Applications in memory, by their process numbers. An element's path is that of the positions that lead to it.
+class ModelAccessibility final : public platform::Accessibility {
+public:
+  std::map<pid_t, ModelElement> all;
+  std::string toolkit = "gtk";           ///< of all applications
+  std::vector<std::string> pressed;      ///< names, in the order of the presses
+  std::size_t rounds = 0;                ///< calls that asked about some elements
+  std::function<void()> onCall = [] {};  ///< may throw as a bus does
+  std::function<void()> onPress = [] {}; ///< the same, of presses
+
+  std::vector<platform::AccessibleApplication> applications(const platform::CallLimits&) override {
+    std::vector<platform::AccessibleApplication> applications;
+    for (const auto& [process, root] : all)
+      applications.push_back({rootOf(process), process});
+    return applications;
+  }
+
+  std::optional<platform::AccessibleElement> findApplication(pid_t process, const platform::CallLimits&) override {
+    onCall();
+    return all.contains(process) ? std::optional(rootOf(process)) : std::nullopt;
+  }
+
+  std::vector<platform::AccessibleFacts> read(std::span<const platform::AccessibleElement> elements,
+                                              const platform::AccessibleParts& parts,
+                                              const platform::CallLimits&) override {
+    if (!elements.empty()) {
+      onCall();
+      ++rounds;
+    }
+    std::vector<platform::AccessibleFacts> facts;
+    for (const platform::AccessibleElement& element : elements)
+      facts.push_back(factsOf(element, parts));
+    return facts;
+  }
+
+  void perform(const platform::AccessibleElement& element, std::size_t, const platform::CallLimits&) override {
+    onPress();
+    ModelElement* found = find(element);
+    if (!found)
+      throw platform::failure(platform::DesktopFault::elementGone);
+    pressed.push_back(found->name.value_or(""));
+    const auto react = found->onPress; // which may change the tree
+    react();
+  }
+
+  void setText(const platform::AccessibleElement&, const std::string&, const platform::CallLimits&) override {}
+  void setValue(const platform::AccessibleElement&, double, const platform::CallLimits&) override {}
+  void focus(const platform::AccessibleElement&, const platform::CallLimits&) override {}
+
+private:
+  static platform::AccessibleElement rootOf(pid_t process) { return {std::to_string(process), ""}; }
+
+  ModelElement* find(const platform::AccessibleElement& element) {
+    const auto application = all.find(std::stoi(element.application));
+    ModelElement* found = application != all.end() ? &application->second : nullptr;
+    for (std::size_t from = 1; found && from < element.path.size(); from = element.path.find('/', from) + 1) {
+      const auto position = static_cast<std::size_t>(std::stoi(element.path.substr(from)));
+      found = position < found->children.size() ? &found->children[position] : nullptr;
+      if (element.path.find('/', from) == std::string::npos)
+        break;
+    }
+    return found;
+  }
+
+  platform::AccessibleFacts factsOf(const platform::AccessibleElement& element,
+                                    const platform::AccessibleParts& parts) {
+    platform::AccessibleFacts facts;
+    const ModelElement* found = find(element);
+    if (!found || !found->name)
+      return facts;
+    if (parts.name)
+      facts.name = found->name;
+    if (parts.role)
+      facts.role = found->role;
+    if (parts.states) {
+      std::uint64_t bits = 0;
+      for (const platform::AccessibleState state : found->states)
+        bits |= std::uint64_t{1} << static_cast<unsigned>(state);
+      facts.states = platform::AccessibleStates(bits);
+    }
+    if (parts.toolkit)
+      facts.toolkit = toolkit;
+    if (parts.children) {
+      facts.children.emplace();
+      for (std::size_t each = 0; each < found->children.size(); ++each)
+        facts.children->push_back({element.application, fmt::format("{}/{}", element.path, each)});
+    }
+    return facts;
+  }
+};
+
+} // namespace tabwright::testsupport
