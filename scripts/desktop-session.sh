@@ -33,7 +33,7 @@ until_there() {
 }
 
 mkfifo "$folder/display"
-Xvfb -displayfd 3 -screen 0 "${SCREEN:-1280x900x24}" -nolisten tcp 3<>"$folder/display" 2>"$folder/server.log" &
+Xvfb -displayfd 3 -screen 0 "${SCREEN:-1280x900x24}" -nolisten tcp -noreset 3<>"$folder/display" 2>"$folder/server.log" &
 started+=($!)
 read -r number <"$folder/display"
 export DISPLAY=":$number" XDG_SESSION_TYPE=x11

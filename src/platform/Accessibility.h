@@ -35,8 +35,10 @@ class Accessibility {
 public:
   /// A healthy application answers within some milliseconds, and a busy one within this.
   static constexpr std::chrono::milliseconds longestSilence{500};
-  /// Applications join the bus within this after their start, or after accessibility was switched on.
+  /// Applications join the bus within this after they show a window, or after accessibility was switched on.
   static constexpr std::chrono::milliseconds longestArrival{2000};
+  /// Applications that run for less than this may still have to join.
+  static constexpr std::chrono::milliseconds longestStart{10000};
 
   virtual ~Accessibility() = default;
 
@@ -44,8 +46,8 @@ public:
   /// displays may share a bus: an application is known by its process.
   [[nodiscard]] virtual std::vector<AccessibleApplication> applications(const CallLimits& limits) = 0;
 
-  /// The application element of a process. One that has started just now is waited for, for `longestArrival` from its
-  /// start. Nothing for one that doesn't show itself, or is gone.
+  /// The application element of a process. One that may still have to join is waited for, for `longestArrival`. Nothing
+  /// for one that doesn't show itself, or is gone.
   [[nodiscard]] virtual std::optional<AccessibleElement> findApplication(pid_t process, const CallLimits& limits) = 0;
 
   /// The parts of each element, in the order of the elements.

@@ -102,15 +102,16 @@ std::optional<AccessibleElement> AtspiAccessibility::findApplication(pid_t proce
   std::mutex mutex;
   std::condition_variable_any nobody;
   std::unique_lock lock(mutex);
+  const CallLimits arrival = limits.within(longestArrival);
   while (true) {
     const std::vector<AccessibleApplication> all = applications(limits);
     const auto found = std::ranges::find(all, process, &AccessibleApplication::process);
     if (found != all.end())
       return found->root;
     const auto age = ageOfProcess(process);
-    if (!age || limits.hasPassed() || (*age > longestArrival && !bus_.hasJustBeenSwitchedOn()))
+    if (!age || arrival.hasPassed() || (*age > longestStart && !bus_.hasJustBeenSwitchedOn()))
       return std::nullopt;
-    limits.within(std::chrono::milliseconds(20)).wait(nobody, lock, [] { return false; });
+    arrival.within(std::chrono::milliseconds(20)).wait(nobody, lock, [] { return false; });
     if (limits.stop.stop_requested())
       throw failure(DesktopFault::stopped);
   }

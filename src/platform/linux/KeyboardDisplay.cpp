@@ -42,6 +42,7 @@ KeyboardDisplay::KeyboardDisplay(const std::string& display)
   constexpr std::uint16_t parts =
       XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
   xcb_xkb_select_events(xcb, coreKeyboard, events, 0, events, parts, parts, nullptr);
+  refresh();
 }
 
 KeyboardDisplay::~KeyboardDisplay() = default;
@@ -66,22 +67,20 @@ KeyboardDisplay::State KeyboardDisplay::state() const {
   return state;
 }
 
-const KeyboardLayout& KeyboardDisplay::layout() {
-  while (const ReplyPointer<xcb_generic_event_t> event{xcb_poll_for_event(display_.connection())}) {
-    if ((event->response_type & 0x7F) == keyboardEvent_)
-      layout_.reset();
-  }
-  if (!layout_) {
-    xcb_connection_t* xcb = display_.connection();
-    const std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)> keymap(
-        xkb_x11_keymap_new_from_device(context_.get(), xcb, xkb_x11_get_core_keyboard_device_id(xcb),
-                                       XKB_KEYMAP_COMPILE_NO_FLAGS),
-        &xkb_keymap_unref);
-    if (!keymap)
-      throw failure(DesktopFault::noKeyPresses, "its layout can’t be read");
-    layout_ = std::make_unique<KeyboardLayout>(keymap.get());
-  }
-  return *layout_;
+void KeyboardDisplay::refresh() {
+  xcb_connection_t* xcb = display_.connection();
+  bool isCurrent = layout_ != nullptr;
+  while (const ReplyPointer<xcb_generic_event_t> event{xcb_poll_for_event(xcb)})
+    isCurrent = isCurrent && (event->response_type & 0x7F) != keyboardEvent_;
+  if (isCurrent)
+    return;
+  const std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)> keymap(
+      xkb_x11_keymap_new_from_device(context_.get(), xcb, xkb_x11_get_core_keyboard_device_id(xcb),
+                                     XKB_KEYMAP_COMPILE_NO_FLAGS),
+      &xkb_keymap_unref);
+  if (!keymap)
+    throw failure(DesktopFault::noKeyPresses, "its layout can’t be read");
+  layout_ = std::make_unique<KeyboardLayout>(keymap.get());
 }
 
 void KeyboardDisplay::strike(std::uint8_t keycode, Stroke stroke) {

@@ -17,7 +17,7 @@ namespace tabwright::platform {
 class KeyboardDisplay {
 public:
   /// Throws DesktopFailure: `wayland`, `noWindowSystem`, `noKeyPresses`.
-  explicit KeyboardDisplay(const std::string& display);
+  explicit KeyboardDisplay(const std::string& display = {});
   ~KeyboardDisplay();
 
   [[nodiscard]] bool isLost() const { return display_.isLost(); }
@@ -30,8 +30,10 @@ public:
   };
   [[nodiscard]] State state() const;
 
-  /// The layout, read anew when it has changed. Valid until the next call.
-  const KeyboardLayout& layout();
+  /// Reads the layout, if it has changed since. Throws DesktopFailure.
+  void refresh();
+  /// The layout as of the last `refresh`, and valid until the next.
+  [[nodiscard]] const KeyboardLayout& layout() const { return *layout_; }
 
   enum class Stroke { down, up };
   void strike(std::uint8_t keycode, Stroke stroke);
@@ -49,8 +51,8 @@ private:
     void operator()(xkb_context* context) const;
   };
   std::unique_ptr<xkb_context, Release> context_;
-  std::unique_ptr<KeyboardLayout> layout_; ///< null: to be read
-  std::uint8_t keyboardEvent_ = 0;         ///< the number of the extension's events
+  std::unique_ptr<KeyboardLayout> layout_;
+  std::uint8_t keyboardEvent_ = 0; ///< the number of the extension's events
 };
 
 } // namespace tabwright::platform

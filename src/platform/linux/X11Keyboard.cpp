@@ -71,6 +71,7 @@ private:
     char32_t character;
   };
 
+  /// Connects if need be. The layout is up to date then, and stays as it is until the next call.
   KeyboardDisplay& display();
   std::uint8_t maskOf(const KeyModifiers& modifiers);
   void strikeModifiers(std::uint8_t modifiers, Stroke stroke);
@@ -97,6 +98,7 @@ KeyboardDisplay& X11Keyboard::Player::display() {
     lent_.clear();
     display_ = std::make_unique<KeyboardDisplay>(name_);
   }
+  display_->refresh();
   return *display_;
 }
 
@@ -207,7 +209,7 @@ void X11Keyboard::Player::type(std::u32string_view text, const KeyModifiers& mod
 
 /// The keys for the characters at the beginning of a text, up to the first that has none.
 std::vector<KeyPlace> X11Keyboard::Player::placesOf(std::u32string_view text) {
-  const KeyboardLayout& layout = display_->layout();
+  const KeyboardLayout& layout = display().layout();
   const std::uint8_t group = display_->state().group;
   std::vector<KeyPlace> places;
   for (const char32_t character : text) {
@@ -222,7 +224,7 @@ std::vector<KeyPlace> X11Keyboard::Player::placesOf(std::u32string_view text) {
 /// Puts characters that no key gives on spare keys, from the beginning of a text as far as the keys suffice; where none
 /// are left, on those of characters that the text doesn't need.
 void X11Keyboard::Player::lendFor(std::u32string_view text, const CallLimits& limits) {
-  const KeyboardLayout& layout = display_->layout();
+  const KeyboardLayout& layout = display().layout();
   const auto isOnKey = [&](const Lent& lent) {
     const auto place = layout.findCharacter(lent.character, 0);
     return place && place->keycode == lent.keycode;

@@ -23,6 +23,8 @@ namespace {
 constexpr auto patience = std::chrono::milliseconds(500);
 /// After an iconification no window is active for about a millisecond.
 constexpr auto activationGap = std::chrono::milliseconds(50);
+/// For how long a window that has begun to change its place is waited for.
+constexpr auto roundingGap = std::chrono::milliseconds(100);
 
 constexpr std::uint32_t iconicState = 3;    // ICCCM 4.1.4
 constexpr std::uint32_t staticGravity = 10; // the place is that of the window itself, not of its frame
@@ -174,9 +176,11 @@ void X11WindowSystem::place(std::uint32_t window, const Rectangle& place) {
                          values);
   }
   xcb_flush(system.xcb);
-  // A size that the application rounds never becomes the one asked for, so any change ends the waiting.
-  if (place != *before)
-    system.await(patience, [&] { return system.windows.placeOf(window) != before; });
+  if (place == *before)
+    return;
+  system.await(patience, [&] { return system.windows.placeOf(window) != before; });
+  // Moving and sizing may come one after the other. A size that the application rounds never becomes the one asked for.
+  system.await(roundingGap, [&] { return system.windows.placeOf(window) == place; });
 }
 
 void X11WindowSystem::close(std::uint32_t window) {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <poll.h>
 #include <tuple>
 #include <utility>
 #include <xcb/xcb.h>
@@ -69,6 +70,17 @@ bool hasAtom(xcb_ewmh_connection_t* ewmh, xcb_get_property_cookie_t cookie, std:
   return isThere;
 }
 
+/// A property that is a list of windows; nothing when it isn't there.
+template <auto Reply>
+std::optional<std::vector<std::uint32_t>> windowsFrom(xcb_ewmh_connection_t* ewmh, xcb_get_property_cookie_t cookie) {
+  xcb_ewmh_get_windows_reply_t list{};
+  if (Reply(ewmh, cookie, &list, nullptr) == 0)
+    return std::nullopt;
+  std::vector<std::uint32_t> windows(list.windows, list.windows + list.windows_len);
+  xcb_ewmh_get_windows_reply_wipe(&list);
+  return windows;
+}
+
 } // namespace
 
 X11Windows::X11Windows(const std::string& display) : display_(display), xcb_(display_.connection()) {
@@ -81,16 +93,22 @@ X11Windows::~X11Windows() {
   xcb_ewmh_connection_wipe(&ewmh_);
 }
 
-/// Top first, by the window manager's list; nothing when there is no window manager.
+/// Top first, by the window manager's list; nothing when there is no window manager. While a manager restacks windows
+/// it may leave some out of that list, which its other one, in the order of their opening, still has.
 std::optional<std::vector<std::uint32_t>> X11Windows::managedWindows() {
-  xcb_ewmh_get_windows_reply_t list{};
-  if (xcb_ewmh_get_client_list_stacking_reply(&ewmh_, xcb_ewmh_get_client_list_stacking(&ewmh_, display_.screen()),
-                                              &list, nullptr) == 0)
-    return std::nullopt;
-  std::vector<std::uint32_t> windows(list.windows, list.windows + list.windows_len);
-  xcb_ewmh_get_windows_reply_wipe(&list);
-  std::ranges::reverse(windows); // the list goes from bottom to top
-  return windows;
+  constexpr int mostLooks = 10;
+  for (int look = 1;; ++look) {
+    const auto stackedCookie = xcb_ewmh_get_client_list_stacking(&ewmh_, display_.screen());
+    const auto openedCookie = xcb_ewmh_get_client_list(&ewmh_, display_.screen());
+    auto stacked = windowsFrom<xcb_ewmh_get_client_list_stacking_reply>(&ewmh_, stackedCookie);
+    const auto opened = windowsFrom<xcb_ewmh_get_client_list_reply>(&ewmh_, openedCookie);
+    if (!stacked || !opened || stacked->size() >= opened->size() || look == mostLooks) {
+      if (stacked)
+        std::ranges::reverse(*stacked); // the list goes from bottom to top
+      return stacked;
+    }
+    poll(nullptr, 0, 2);
+  }
 }
 
 bool X11Windows::isManaged() {

@@ -25,6 +25,13 @@ std::string textOf(const fs::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
+/// A time of its own for a folder that isn't there.
+fs::file_time_type timeOf(const fs::path& folder) {
+  std::error_code error;
+  const auto changed = fs::last_write_time(folder, error);
+  return error ? fs::file_time_type::min() : changed;
+}
+
 bool sameName(std::string_view left, std::string_view right) {
   return !left.empty() && equalIgnoringCase(left, right);
 }
@@ -39,18 +46,14 @@ XdgApplications::XdgApplications(InstallationPlaces places, RunningBrowsers runn
     : places_(std::move(places)), running_(std::move(running)) {}
 
 void XdgApplications::readFolder(const fs::path& folder, std::vector<std::string>& seen) {
-  std::error_code error;
-  const auto note = [&](const fs::path& path) {
-    const auto changed = fs::last_write_time(path, error);
-    folders_.push_back({path, error ? fs::file_time_type::min() : changed});
-  };
-  note(folder);
+  folders_.push_back({folder, timeOf(folder)});
   const std::vector<std::string> languages = languagesOfEnvironment();
+  std::error_code error;
   fs::recursive_directory_iterator all(folder, fs::directory_options::skip_permission_denied, error);
   for (; !error && all != fs::recursive_directory_iterator(); all.increment(error)) {
     std::error_code ignored;
     if (all->is_directory(ignored))
-      note(all->path());
+      folders_.push_back({all->path(), timeOf(all->path())});
     if (all->path().extension() != ".desktop")
       continue;
     std::string id = all->path().lexically_relative(folder).replace_extension().string();
@@ -61,15 +64,13 @@ void XdgApplications::readFolder(const fs::path& folder, std::vector<std::string
     seen.push_back(id);
     if (!entry->isHidden && entry->type == "Application" &&
         (entry->tryExec.empty() || isProgram(entry->tryExec, places_.path)))
-      entries_.push_back({std::move(id), all->path(), std::move(*entry)});
+      entries_.push_back({std::move(id), std::move(*entry)});
   }
 }
 
 const std::vector<XdgApplications::Entry>& XdgApplications::entries() {
   const bool isCurrent = !folders_.empty() && std::ranges::all_of(folders_, [](const Folder& folder) {
-    std::error_code error;
-    const auto changed = fs::last_write_time(folder.path, error);
-    return (error ? fs::file_time_type::min() : changed) == folder.changed;
+    return timeOf(folder.path) == folder.changed;
   });
   if (!isCurrent) {
     entries_.clear();

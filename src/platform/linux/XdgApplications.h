@@ -26,13 +26,11 @@ public:
 private:
   struct Entry {
     std::string id;
-    std::filesystem::path file;
     DesktopEntry entry;
   };
   struct Folder {
     std::filesystem::path path;
     std::filesystem::file_time_type changed;
-    friend bool operator==(const Folder&, const Folder&) = default;
   };
 
   /// All entries that are there, those of the most important folder first. The lock is held while they are used.

@@ -16,9 +16,7 @@ class EditorElements : public DesktopTest {
 protected:
   void SetUp() override {
     windowOf(windows, editor);
-    const auto found = accessibility.findApplication(editor.pid(), {});
-    ASSERT_TRUE(found);
-    root = *found;
+    root = applicationOf(editor);
   }
 
   Program editor{{"mousepad", "--disable-server"}};
@@ -62,7 +60,7 @@ TEST_F(EditorElements, ADisabledItemTakesAPressAndDoesNothing) {
 TEST_F(EditorElements, AnApplicationThatHangsCostsItsTimeAlone) {
   const Program other{{"mousepad", "--disable-server"}};
   windowOf(windows, other);
-  ASSERT_TRUE(accessibility.findApplication(other.pid(), {}));
+  const AccessibleElement healthy = applicationOf(other);
   ::kill(editor.pid(), SIGSTOP);
   try {
     (void)factsOf(root, {.name = true});
@@ -72,8 +70,7 @@ TEST_F(EditorElements, AnApplicationThatHangsCostsItsTimeAlone) {
     EXPECT_THAT(failure.errorDescription(), testing::StartsWith("“mousepad” (process "));
   }
   EXPECT_EQ(faultOf([&] { accessibility.perform(root, 0, {}); }), DesktopFault::notAnswering);
-  const auto healthy = accessibility.findApplication(other.pid(), {});
-  EXPECT_EQ(factsOf(*healthy, {.name = true}).name, "mousepad");
+  EXPECT_EQ(factsOf(healthy, {.name = true}).name, "mousepad");
   ::kill(editor.pid(), SIGCONT);
 }
 
@@ -100,10 +97,9 @@ TEST_F(DesktopTest, AQtProgramJoinsAndItsDialogIsNotWaitedFor) {
     GTEST_SKIP() << "needs Qt's Linguist";
   const Program program{{"/usr/lib/qt6/bin/linguist"}};
   windowOf(windows, program);
-  const auto root = accessibility.findApplication(program.pid(), {});
-  ASSERT_TRUE(root);
-  EXPECT_EQ(factsOf(*root, {.toolkit = true}).toolkit, "Qt");
-  const AccessibleElement bar = findRole(*root, AccessibleRole::menuBar);
+  const AccessibleElement root = applicationOf(program);
+  EXPECT_EQ(factsOf(root, {.toolkit = true}).toolkit, "Qt");
+  const AccessibleElement bar = findRole(root, AccessibleRole::menuBar);
   const AccessibleElement item = find(bar, {"Help", "", "About Qt Linguist"});
   ASSERT_FALSE(item.path.empty());
   accessibility.perform(item, 0, {});

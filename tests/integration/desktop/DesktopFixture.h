@@ -90,6 +90,12 @@ protected:
     return found;
   }
 
+  AccessibleElement applicationOf(const Program& program) {
+    std::optional<AccessibleElement> root;
+    eventually([&] { return (root = accessibility.findApplication(program.pid(), {})).has_value(); });
+    return root.value_or(AccessibleElement());
+  }
+
   /// Goes down by names, blanks at their ends left out; an element without a path when there is none.
   AccessibleElement find(AccessibleElement element, std::initializer_list<std::string_view> names) {
     for (const std::string_view name : names)

@@ -47,7 +47,7 @@ TEST_F(TwoWindows, AreToldInFull) {
   EXPECT_EQ(window.instance, "mousepad");
   EXPECT_EQ(window.applicationID, "org.xfce.mousepad");
   EXPECT_TRUE(window.isShown);
-  EXPECT_EQ(window.workspace, 0u);
+  eventually([&] { return look(first).workspace == 0u; });
   EXPECT_GT(window.place.width, 100);
   const auto application = XdgApplications().applicationOf(window);
   ASSERT_TRUE(application);
@@ -58,7 +58,7 @@ TEST_F(TwoWindows, AreToldInFull) {
 TEST_F(TwoWindows, AreMovedAndClosed) {
   const Rectangle place{.x = 120, .y = 140, .width = 500, .height = 333};
   windows.place(first, place);
-  EXPECT_EQ(look(first).place, place);
+  eventually([&] { return look(first).place == place; });
   windows.close(second);
   eventually([&] { return look(second).id == 0; });
   EXPECT_EQ(faultOf([&] { windows.place(second, place); }), DesktopFault::windowGone);
