@@ -14,4 +14,11 @@ bool sleepUnlessStopped(std::chrono::nanoseconds duration, const std::stop_token
   return !stop.stop_requested();
 }
 
+void sleepWithin(const CallLimits& limits, std::chrono::steady_clock::duration duration) {
+  Mutex mutex;
+  std::condition_variable_any never;
+  MutexLock lock(mutex);
+  limits.within(duration).wait(never, lock, [] { return false; });
+}
+
 } // namespace tabwright::platform

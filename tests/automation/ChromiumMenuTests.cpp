@@ -23,7 +23,7 @@ using Texts = std::vector<std::string>;
 class LeapingDeadlines final : public platform::DeadlineClock {
 public:
   std::chrono::steady_clock::time_point now() const override { return now_; }
-  bool wait(std::condition_variable_any&, std::unique_lock<std::mutex>&, const platform::CallLimits& limits,
+  bool wait(std::condition_variable_any&, platform::MutexLock<platform::Mutex>&, const platform::CallLimits& limits,
             const std::function<bool()>& isOver) override {
     now_ = std::max(now_, limits.deadline);
     return isOver();

@@ -7,6 +7,7 @@ awaited=( # by
   -e '^src/markdown/'                              # the windows
   -e '^src/targets/.*/TargetContextQuery'          # the windows
   -e '^src/engine/.*/AxeError'                     # the actions on menus
+  -e '^src/automation/'                            # the actions on menus and keys
 )
 mapfile -t objects < <(grep -o -- "-o src/[^ ]*\.o" compile_commands.json | cut -c 4- | sort -u)
 unlinked=$(nm -A -P "${objects[@]}" | awk '

@@ -56,7 +56,7 @@ std::string AccessibilityBus::askSession(const CallLimits& limits) {
         [](sd_bus_message* call) { sd_bus_message_append(call, "ssv", "org.a11y.Status", "IsEnabled", "b", 1); },
         [](sd_bus_message*) {});
     collect();
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     switchedOn_ = std::chrono::steady_clock::now();
   }
   return address;
@@ -81,7 +81,7 @@ std::string AccessibilityBus::findAddress(const CallLimits& limits) {
 std::unique_ptr<BusConnection> AccessibilityBus::take(const CallLimits& limits) {
   std::string address;
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     while (!idle_.empty()) {
       auto connection = std::move(idle_.back());
       idle_.pop_back();
@@ -95,24 +95,24 @@ std::unique_ptr<BusConnection> AccessibilityBus::take(const CallLimits& limits) 
     address = findAddress(limits);
   try {
     auto connection = BusConnection::to(address);
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     address_ = address;
     return connection;
   } catch (const BusLost& lost) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     address_.clear();
     throw failure(DesktopFault::noAccessibilityBus, lost.what());
   }
 }
 
 void AccessibilityBus::giveBack(std::unique_ptr<BusConnection> connection) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   if (idle_.size() < mostIdle)
     idle_.push_back(std::move(connection));
 }
 
 bool AccessibilityBus::hasJustBeenSwitchedOn() const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return std::chrono::steady_clock::now() - switchedOn_ < Accessibility::longestArrival;
 }
 

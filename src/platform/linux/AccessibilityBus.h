@@ -1,10 +1,10 @@
 #pragma once
 
+#include "platform/Mutex.h"
 #include "platform/linux/BusConnection.h"
 
 #include <chrono>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -35,10 +35,10 @@ private:
   std::string askSession(const CallLimits& limits);
 
   const std::string display_;
-  mutable std::mutex mutex_;
-  std::string address_; ///< the last one that worked
-  std::vector<std::unique_ptr<BusConnection>> idle_;
-  std::chrono::steady_clock::time_point switchedOn_{};
+  mutable Mutex mutex_;
+  std::string address_ GUARDED_BY(mutex_); ///< the last one that worked
+  std::vector<std::unique_ptr<BusConnection>> idle_ GUARDED_BY(mutex_);
+  std::chrono::steady_clock::time_point switchedOn_ GUARDED_BY(mutex_){};
 };
 
 } // namespace tabwright::platform

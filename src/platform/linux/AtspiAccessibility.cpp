@@ -1,14 +1,13 @@
 #include "platform/linux/AtspiAccessibility.h"
 
 #include "platform/DesktopFault.h"
+#include "platform/Sleep.h"
 #include "platform/linux/ElementQuestions.h"
 #include "platform/linux/ProcessAge.h"
 
 #include <algorithm>
 #include <array>
-#include <condition_variable>
 #include <cstdint>
-#include <mutex>
 #include <string_view>
 #include <systemd/sd-bus.h>
 #include <utility>
@@ -99,9 +98,6 @@ std::vector<AccessibleApplication> AtspiAccessibility::applications(const CallLi
 }
 
 std::optional<AccessibleElement> AtspiAccessibility::findApplication(pid_t process, const CallLimits& limits) {
-  std::mutex mutex;
-  std::condition_variable_any nobody;
-  std::unique_lock lock(mutex);
   const CallLimits arrival = limits.within(longestArrival);
   while (true) {
     const std::vector<AccessibleApplication> all = applications(limits);
@@ -111,7 +107,7 @@ std::optional<AccessibleElement> AtspiAccessibility::findApplication(pid_t proce
     const auto age = ageOfProcess(process);
     if (!age || arrival.hasPassed() || (*age > longestStart && !bus_.hasJustBeenSwitchedOn()))
       return std::nullopt;
-    arrival.within(std::chrono::milliseconds(20)).wait(nobody, lock, [] { return false; });
+    sleepWithin(arrival, std::chrono::milliseconds(20));
     if (limits.stop.stop_requested())
       throw failure(DesktopFault::stopped);
   }

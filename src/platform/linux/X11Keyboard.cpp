@@ -5,13 +5,14 @@
 #include "platform/linux/X11Keyboard.h"
 
 #include "platform/DesktopFault.h"
+#include "platform/Mutex.h"
+#include "platform/Sleep.h"
 #include "platform/linux/KeyboardDisplay.h"
 #include "platform/linux/KeyboardLayout.h"
 
 #include <algorithm>
 #include <array>
 #include <condition_variable>
-#include <mutex>
 #include <optional>
 #include <span>
 #include <thread>
@@ -37,13 +38,6 @@ constexpr std::chrono::milliseconds digestion{200}, digestionOfEach{1};
 constexpr std::chrono::milliseconds idleness{500};
 
 constexpr std::uint8_t shiftModifier = 1 << 0, capsLock = 1 << 1, controlModifier = 1 << 2;
-
-void pause(steady_clock::duration duration, const CallLimits& limits) {
-  std::mutex mutex;
-  std::condition_variable_any nobody;
-  std::unique_lock lock(mutex);
-  limits.within(duration).wait(nobody, lock, [] { return false; });
-}
 
 void requireTime(const CallLimits& limits) {
   if (limits.stop.stop_requested() || limits.hasPassed())
@@ -72,21 +66,21 @@ private:
   };
 
   /// Connects if need be. The layout is up to date then, and stays as it is until the next call.
-  KeyboardDisplay& display();
-  std::uint8_t maskOf(const KeyModifiers& modifiers);
-  void strikeModifiers(std::uint8_t modifiers, Stroke stroke);
-  void play(std::span<const KeyPlace> places, std::uint8_t modifiers);
-  std::vector<KeyPlace> placesOf(std::u32string_view text);
-  void lendFor(std::u32string_view text, const CallLimits& limits);
+  KeyboardDisplay& display() REQUIRES(turn_);
+  std::uint8_t maskOf(const KeyModifiers& modifiers) REQUIRES(turn_);
+  void strikeModifiers(std::uint8_t modifiers, Stroke stroke) REQUIRES(turn_);
+  void play(std::span<const KeyPlace> places, std::uint8_t modifiers) REQUIRES(turn_);
+  std::vector<KeyPlace> placesOf(std::u32string_view text) REQUIRES(turn_);
+  void lendFor(std::u32string_view text, const CallLimits& limits) REQUIRES(turn_);
   void takeBackWhenIdle(const std::stop_token& stop);
-  void takeBack();
+  void takeBack() REQUIRES(turn_);
 
   const std::string name_;
-  std::mutex turn_;
-  std::unique_ptr<KeyboardDisplay> display_;
-  std::uint8_t held_ = 0; ///< modifiers that are to stay pressed
-  std::vector<Lent> lent_;
-  steady_clock::time_point takenIn_; ///< when programs will have worked off all that was played
+  Mutex turn_;
+  std::unique_ptr<KeyboardDisplay> display_ GUARDED_BY(turn_);
+  std::uint8_t held_ GUARDED_BY(turn_) = 0; ///< modifiers that are to stay pressed
+  std::vector<Lent> lent_ GUARDED_BY(turn_);
+  steady_clock::time_point takenIn_ GUARDED_BY(turn_); ///< when programs will have worked off all that was played
   std::condition_variable_any lentSome_;
   std::jthread keeper_; ///< takes back; runs once something was lent
 };
@@ -172,7 +166,7 @@ void X11Keyboard::Player::play(std::span<const KeyPlace> places, std::uint8_t mo
 }
 
 void X11Keyboard::Player::press(const Key& key, const KeyModifiers& modifiers) {
-  const std::lock_guard lock(turn_);
+  const MutexLock lock(turn_);
   const std::uint8_t mask = maskOf(modifiers);
   const KeyboardLayout& layout = display_->layout();
   std::optional<KeyPlace> place = layout.findSymbol(key.symbol, display_->state().group);
@@ -190,7 +184,7 @@ void X11Keyboard::Player::press(const Key& key, const KeyModifiers& modifiers) {
 }
 
 void X11Keyboard::Player::type(std::u32string_view text, const KeyModifiers& modifiers, const CallLimits& limits) {
-  const std::lock_guard lock(turn_);
+  const MutexLock lock(turn_);
   const std::uint8_t mask = maskOf(modifiers);
   while (!text.empty()) {
     requireTime(limits);
@@ -245,7 +239,7 @@ void X11Keyboard::Player::lendFor(std::u32string_view text, const CallLimits& li
       missing += character;
   }
   if (keys.size() < missing.size()) {
-    pause(takenIn_ + digestion - steady_clock::now(), limits);
+    sleepWithin(limits, takenIn_ + digestion - steady_clock::now());
     std::erase_if(lent_, [&](const Lent& lent) {
       const bool isNeeded = needed.contains(lent.character);
       if (!isNeeded)
@@ -262,7 +256,7 @@ void X11Keyboard::Player::lendFor(std::u32string_view text, const CallLimits& li
   if (!keeper_.joinable())
     keeper_ = std::jthread([this](const std::stop_token& stop) { takeBackWhenIdle(stop); });
   lentSome_.notify_all();
-  pause(settling, limits);
+  sleepWithin(limits, settling);
   requireTime(limits);
 }
 
@@ -273,8 +267,8 @@ void X11Keyboard::Player::takeBack() {
 }
 
 void X11Keyboard::Player::takeBackWhenIdle(const std::stop_token& stop) {
-  std::unique_lock lock(turn_);
-  while (lentSome_.wait(lock, stop, [this] { return !lent_.empty(); })) {
+  MutexLock lock(turn_);
+  while (lentSome_.wait(lock, stop, [this]() REQUIRES(turn_) { return !lent_.empty(); })) {
     if (lentSome_.wait_until(lock, stop, takenIn_ + idleness, [] { return false; }) || stop.stop_requested())
       return;
     if (steady_clock::now() < takenIn_ + idleness)
@@ -288,7 +282,7 @@ void X11Keyboard::Player::takeBackWhenIdle(const std::stop_token& stop) {
 }
 
 void X11Keyboard::Player::hold(const KeyModifiers& modifiers) {
-  const std::lock_guard lock(turn_);
+  const MutexLock lock(turn_);
   const std::uint8_t mask = maskOf(modifiers);
   strikeModifiers(static_cast<std::uint8_t>(mask & ~held_), Stroke::down);
   held_ |= mask;
@@ -296,7 +290,7 @@ void X11Keyboard::Player::hold(const KeyModifiers& modifiers) {
 }
 
 void X11Keyboard::Player::release(const KeyModifiers& modifiers) {
-  const std::lock_guard lock(turn_);
+  const MutexLock lock(turn_);
   const std::uint8_t mask = maskOf(modifiers);
   const KeyboardDisplay::State state = display_->state();
   for (const std::uint8_t keycode : state.pressed) {

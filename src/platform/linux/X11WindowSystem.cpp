@@ -104,12 +104,12 @@ X11WindowSystem::Connection& X11WindowSystem::connection() {
 }
 
 std::vector<ClientWindow> X11WindowSystem::windows() {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return connection().windows.read();
 }
 
 void X11WindowSystem::activate(std::uint32_t window) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   Connection& system = connection();
   const bool isManaged = system.windows.isManaged();
   if (isManaged) {
@@ -129,7 +129,7 @@ void X11WindowSystem::activate(std::uint32_t window) {
 }
 
 void X11WindowSystem::minimise(const std::vector<std::uint32_t>& windows) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   Connection& system = connection();
   const bool isManaged = system.windows.isManaged();
   for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
@@ -147,7 +147,7 @@ void X11WindowSystem::minimise(const std::vector<std::uint32_t>& windows) {
 }
 
 void X11WindowSystem::restore(const std::vector<std::uint32_t>& windows) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   Connection& system = connection();
   for (auto window = windows.rbegin(); window != windows.rend(); ++window)
     xcb_map_window(system.xcb, *window);
@@ -156,7 +156,7 @@ void X11WindowSystem::restore(const std::vector<std::uint32_t>& windows) {
 }
 
 void X11WindowSystem::place(std::uint32_t window, const Rectangle& place) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   Connection& system = connection();
   const std::optional<Rectangle> before = system.windows.placeOf(window);
   if (!before)
@@ -184,7 +184,7 @@ void X11WindowSystem::place(std::uint32_t window, const Rectangle& place) {
 }
 
 void X11WindowSystem::close(std::uint32_t window) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   Connection& system = connection();
   if (system.windows.isManaged())
     xcb_ewmh_request_close_window(system.hints, system.screen, window, XCB_CURRENT_TIME,

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "platform/Mutex.h"
 #include "platform/WindowSystem.h"
 
 #include <memory>
-#include <mutex>
 #include <string>
 
 namespace tabwright::platform {
@@ -29,11 +29,11 @@ public:
 private:
   class Connection;
   /// Throws DesktopFailure. The lock is held while the connection is used.
-  Connection& connection();
+  Connection& connection() REQUIRES(mutex_);
 
   const std::string display_;
-  std::mutex mutex_;
-  std::unique_ptr<Connection> connection_;
+  Mutex mutex_;
+  std::unique_ptr<Connection> connection_ GUARDED_BY(mutex_);
 };
 
 } // namespace tabwright::platform

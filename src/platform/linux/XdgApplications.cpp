@@ -89,14 +89,14 @@ const XdgApplications::Entry* XdgApplications::findEntry(std::string_view id) {
 }
 
 std::optional<InstalledApplication> XdgApplications::find(std::string_view id) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   const Entry* found = findEntry(id);
   return found != nullptr ? std::optional(described(found->id, found->entry)) : std::nullopt;
 }
 
 std::optional<InstalledApplication> XdgApplications::applicationOf(const ClientWindow& window) {
   const fs::path program = window.pid != 0 ? running_.programOf(window.pid) : fs::path();
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   const std::vector<Entry>& all = entries();
   const auto isOfClass = [&](std::string_view text) {
     return sameName(text, window.windowClass) || sameName(text, window.instance);
@@ -123,7 +123,7 @@ void XdgApplications::start(const InstalledApplication& application) {
     return failure(DesktopFault::cannotStart, fmt::format("{}: {}", application.name, why));
   };
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     const Entry* found = findEntry(application.id);
     if (found == nullptr)
       throw refuse("it is no longer installed");

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "platform/InstalledApplications.h"
+#include "platform/Mutex.h"
 #include "platform/linux/DesktopEntry.h"
 #include "platform/linux/InstalledBrowsers.h"
 #include "platform/linux/RunningBrowsers.h"
 
 #include <filesystem>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -34,15 +34,15 @@ private:
   };
 
   /// All entries that are there, those of the most important folder first. The lock is held while they are used.
-  const std::vector<Entry>& entries();
-  [[nodiscard]] const Entry* findEntry(std::string_view id);
-  void readFolder(const std::filesystem::path& folder, std::vector<std::string>& seen);
+  const std::vector<Entry>& entries() REQUIRES(mutex_);
+  [[nodiscard]] const Entry* findEntry(std::string_view id) REQUIRES(mutex_);
+  void readFolder(const std::filesystem::path& folder, std::vector<std::string>& seen) REQUIRES(mutex_);
 
   const InstallationPlaces places_;
   const RunningBrowsers running_;
-  std::mutex mutex_;
-  std::vector<Entry> entries_;
-  std::vector<Folder> folders_; ///< those read, with their subfolders
+  Mutex mutex_;
+  std::vector<Entry> entries_ GUARDED_BY(mutex_);
+  std::vector<Folder> folders_ GUARDED_BY(mutex_); ///< those read, with their subfolders
 };
 
 } // namespace tabwright::platform
