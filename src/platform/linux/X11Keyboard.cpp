@@ -134,14 +134,14 @@ void X11Keyboard::Player::play(std::span<const KeyPlace> places, std::uint8_t mo
   const auto locks = static_cast<std::uint8_t>(capsLock | layout.numLock());
   const auto lockedBefore = static_cast<std::uint8_t>(before.lockedModifiers & locks);
   std::uint8_t locked = lockedBefore;
-  const auto setLocks = [&](std::uint8_t wanted) {
+  const auto setLocks = [&](std::uint8_t wanted) REQUIRES(turn_) {
     if (wanted != locked)
       display_->lockModifiers(locks, wanted);
     locked = wanted;
   };
   setLocks(static_cast<std::uint8_t>(locked & ~capsLock));
   std::uint8_t group = before.group, pressed = held_;
-  const auto setPressed = [&](std::uint8_t wanted) {
+  const auto setPressed = [&](std::uint8_t wanted) REQUIRES(turn_) {
     strikeModifiers(static_cast<std::uint8_t>(pressed & ~wanted), Stroke::up);
     strikeModifiers(static_cast<std::uint8_t>(wanted & ~pressed), Stroke::down);
     pressed = wanted;
