@@ -35,14 +35,20 @@ std::optional<platform::InstalledApplication> findInstalled(const std::string& i
   return installed.find(id);
 }
 
-bool start(const std::string& id, platform::InstalledApplications& installed) {
-  const auto application = findInstalled(id, installed);
+bool start(const std::string& id, const DesktopServices& services, const platform::CallLimits& limits) {
+  const auto application = findInstalled(id, services.installed);
   if (!application) {
     log.error("Application with bundle identifier '{}' not found", id);
     return false;
   }
   try {
-    installed.start(*application);
+    // Some programs join the accessibility bus only where it is on when they start, and asking it switches it on.
+    static_cast<void>(services.accessibility.applications(limits));
+  } catch (const platform::DesktopFailure& failure) {
+    log.debug("{}", failure.errorDescription());
+  }
+  try {
+    services.installed.start(*application);
     return true;
   } catch (const platform::DesktopFailure& failure) {
     log.error("Failed to launch application: {}", failure.errorDescription());
@@ -79,7 +85,7 @@ platform::Task<std::optional<RunningApplication>> activateOrLaunch(std::string i
   if (id == engine::frontmostTargetContext().id && (!application || application->bundleIdentifier.empty()))
     co_return std::nullopt;
   if (!application) {
-    if (!start(id, services.installed))
+    if (!start(id, services, limits))
       co_return std::nullopt;
     for (std::chrono::milliseconds waited{}; !application && waited <= longestLaunch; waited += pause) {
       co_await sleep(services.clock);

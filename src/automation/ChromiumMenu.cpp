@@ -2,7 +2,7 @@
 // when another such window is active, and has closed when none or the one before is.
 #include "automation/ChromiumMenu.h"
 
-#include "automation/MenuBarSearch.h"
+#include "automation/ElementSearch.h"
 #include "automation/MenuTranslation.h"
 #include "automation/Patience.h"
 #include "platform/DesktopFault.h"
@@ -25,7 +25,6 @@ using platform::DesktopFault;
 
 namespace {
 
-constexpr std::size_t mostLevels = 8;              ///< a toolbar, or a menu, stands at most so deep below its window
 constexpr std::chrono::milliseconds opening{300};  ///< a menu has opened by then
 constexpr std::chrono::milliseconds closing{1000}; ///< a menu has closed by then
 constexpr int mostAttempts = 4;
@@ -44,25 +43,6 @@ std::string withoutShortcut(const std::string& name) {
   std::string title;
   shortcut.replaceFirst({}, status).toUTF8String(title);
   return U_SUCCESS(status) ? title : name;
-}
-
-/// Looks level by level below an element, documents left out, until `take` has taken one with its children.
-bool searchBelow(platform::Accessibility& accessibility, const AccessibleElement& root,
-                 const platform::CallLimits& limits,
-                 const std::function<bool(const AccessibleElement&, const AccessibleFacts&)>& take) {
-  std::vector<AccessibleElement> level{root};
-  for (std::size_t depth = 0; depth < mostLevels && !level.empty(); ++depth) {
-    const auto facts = accessibility.read(level, {.role = true, .children = true}, limits);
-    std::vector<AccessibleElement> below;
-    for (std::size_t each = 0; each < level.size(); ++each) {
-      if (take(level[each], facts[each]))
-        return true;
-      if (facts[each].children && facts[each].role != AccessibleRole::documentWeb)
-        below.insert(below.end(), facts[each].children->begin(), facts[each].children->end());
-    }
-    level = std::move(below);
-  }
-  return false;
 }
 
 /// The positions of the items that lead to a menu, the button left out.
@@ -103,7 +83,7 @@ bool ChromiumMenu::findButton() {
   const std::vector<AccessibleWindow> windows = windowsOf(services_.accessibility, root_, limits_).all;
   return std::ranges::any_of(windows, [&](const AccessibleWindow& window) {
     return !window.facts.name.value_or("").empty() &&
-           searchBelow(services_.accessibility, window.element, limits_, takeButton);
+           searchDown(services_.accessibility, {window.element}, limits_, takeButton);
   });
 }
 
@@ -143,14 +123,17 @@ ChildLists ChromiumMenu::readChildren(std::span<const AxeElement> level) {
 
 const std::vector<AxeElement>& ChromiumMenu::show(const AxeElement& menu) {
   const std::vector<std::size_t> path = pathTo(menu);
-  const auto open = std::ranges::find(shown_, path, &Shown::path);
-  if (open != shown_.end()) {
-    shown_.erase(open + 1, shown_.end());
+  const auto known = std::ranges::find(shown_, path, &Shown::path);
+  if (known != shown_.end()) {
+    shown_.erase(known + 1, shown_.end());
     return shown_.back().items;
   }
   const AxeElement opener = onScreen(*menu.parent());
-  std::vector<AxeElement> items =
-      opener.facts().below.empty() ? this->open(opener.facts().element, menu) : itemsAmong(opener.facts().below, menu);
+  std::vector<AxeElement> items;
+  if (!opener.facts().below.empty())
+    items = itemsAmong(opener.facts().below, menu);
+  else if (opener.isEnabled())
+    items = open(opener.facts().element, menu);
   return shown_.emplace_back(path, std::move(items)).items;
 }
 
@@ -183,7 +166,7 @@ std::vector<AxeElement> ChromiumMenu::open(const AccessibleElement& opener, cons
 
 std::optional<std::vector<AxeElement>> ChromiumMenu::readItems(const AccessibleElement& popup, const AxeElement& menu) {
   std::optional<std::vector<AxeElement>> items;
-  searchBelow(services_.accessibility, popup, limits_, [&](const AccessibleElement&, const AccessibleFacts& facts) {
+  searchDown(services_.accessibility, {popup}, limits_, [&](const AccessibleElement&, const AccessibleFacts& facts) {
     if (facts.role == AccessibleRole::menu && facts.children)
       items = itemsAmong(*facts.children, menu);
     return items.has_value();
@@ -220,6 +203,11 @@ std::optional<std::uint32_t> ChromiumMenu::bringToFront() {
 }
 
 void ChromiumMenu::close(std::optional<std::uint32_t> windowBefore) {
+  // What is stopped, or late, closes its menus all the same.
+  platform::CallLimits own = limits_;
+  own.stop = {};
+  own.deadline = own.now() + mostAttempts * closing;
+  const platform::CallLimits before = std::exchange(limits_, own);
   shown_.clear();
   for (auto popup = activePopup(); popup; popup = activePopup()) {
     services_.keyboard.press(escape, {}, limits_);
@@ -228,6 +216,7 @@ void ChromiumMenu::close(std::optional<std::uint32_t> windowBefore) {
   }
   if (windowBefore)
     services_.windows.activate(*windowBefore);
+  limits_ = before;
 }
 
 void ChromiumMenu::press(const AxeElement& item) {

@@ -61,7 +61,7 @@ private:
   const platform::AccessibleElement root_;
   const pid_t process_;
   const DesktopServices& services_;
-  const platform::CallLimits limits_;
+  platform::CallLimits limits_;
   platform::AccessibleElement button_;
   platform::AccessibleFacts buttonFacts_;
   std::vector<Shown> shown_; ///< from the outermost on

@@ -40,8 +40,9 @@ TEST_F(ActivateOrLaunch, StartsOneThatDoesNotRunAndWaitsForItsWindow) {
     workspace.probe.otherRunning.clear();
     workspace.run(3, "org.chromium.Chromium", "Chromium");
   };
+  workspace.accessibility.onCall = [&] { workspace.deeds.push_back("accessibility"); };
   EXPECT_EQ(run("org.chromium.chromium"), 3);
-  EXPECT_EQ(workspace.deeds, (Texts{"start Chromium Web Browser", "activate 3"}));
+  EXPECT_EQ(workspace.deeds, (Texts{"accessibility", "start Chromium Web Browser", "activate 3"}));
   EXPECT_EQ(workspace.clock.sleeps, std::vector<std::chrono::nanoseconds>{std::chrono::milliseconds(200)});
 }
 
@@ -55,6 +56,7 @@ TEST_F(ActivateOrLaunch, YieldsNothingForWhatCannotBeStarted) {
   EXPECT_EQ(run("nowhere"), 0);
   EXPECT_EQ(run(".focussed"), 0);
   workspace.known = {{"broken", "Broken"}};
+  workspace.accessibility.onCall = [] { throw platform::failure(platform::DesktopFault::noAccessibilityBus, "none"); };
   workspace.onStart = [] { throw platform::failure(platform::DesktopFault::cannotStart, "Broken: no program"); };
   EXPECT_EQ(run("broken"), 0);
   EXPECT_TRUE(workspace.clock.sleeps.empty());

@@ -34,6 +34,7 @@ public:
   std::function<void()> onPress = [] {}; ///< the same, of presses
 
   std::vector<platform::AccessibleApplication> applications(const platform::CallLimits&) override {
+    onCall();
     std::vector<platform::AccessibleApplication> applications;
     for (const auto& [process, root] : all)
       applications.push_back({rootOf(process), process});
