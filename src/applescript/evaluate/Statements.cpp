@@ -65,7 +65,7 @@ Flow executeTry(Evaluator& run, const Try& statement) {
   return run.execute(statement.handler);
 }
 
-void raise(Evaluator& run, const RaiseError& statement) {
+[[noreturn]] void raise(Evaluator& run, const RaiseError& statement) {
   constexpr std::int64_t lowest = std::numeric_limits<int>::min();
   constexpr std::int64_t highest = std::numeric_limits<int>::max();
   std::string message;
