@@ -117,7 +117,8 @@ TEST(Accessibility, TellsThatThereIsNoBus) {
 TEST(Accessibility, FindsTheBusByTheDisplayWhereTheSessionHasNone) {
   AtspiAccessibility before;
   (void)before.applications({}); // the bus is running now
-  const testsupport::Environment nowhere({{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere"}});
+  const testsupport::Environment nowhere(
+      testsupport::Environment::Values{{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere"}});
   AtspiAccessibility accessibility;
   EXPECT_NO_THROW((void)accessibility.applications({}));
 }
