@@ -28,7 +28,8 @@ TEST(FailureReport, TellsByItsCodeWhoMayHelp) {
   expectCode(ExitCode::wrongUse, intents::NeedsValue("cssSelector", "Which element?"));
   expectCode(ExitCode::wrongUse, intents::ValueError("can't be so."));
   expectCode(ExitCode::wrongUse, platform::JSONFailure("it is empty", ""));
-  expectCode(ExitCode::wrongUse, host::workflow::InvalidWorkflow({{{}, "It has no steps."}}));
+  expectCode(ExitCode::wrongUse,
+             host::workflow::InvalidWorkflow(std::vector<host::workflow::Problem>{{{}, "It has no steps."}}));
   expectCode(ExitCode::noBrowser, failure(ScriptacularError::browserNotFound));
   expectCode(ExitCode::noBrowser, failure(ScriptacularError::javascriptFromAppleEventsDisabled));
   expectCode(ExitCode::noBrowser, failure(DriverFault::lost, "it ended"));
