@@ -37,7 +37,7 @@ std::size_t Catalogue::placeOf(std::string_view name) const {
     if (platform::equalIgnoringCase(declarations_[place]->name(), shortName))
       return place;
   }
-  throw intents::UsageError("There is no action \"" + std::string(name) + "\"." +
+  throw intents::UsageError("There is no action “" + std::string(name) + "”." +
                             didYouMean(shortName, names(), " `tabwright actions` lists them all."));
 }
 

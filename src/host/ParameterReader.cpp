@@ -23,7 +23,7 @@ intents::ParameterBase& requireParameter(intents::Intent& action, std::string_vi
   for (const intents::ParameterBase* parameter : action.parameters())
     names.push_back(parameter->name());
   throw intents::UsageError(
-      fmt::format("{} has no parameter \"{}\".{}", action.name(), name,
+      fmt::format("{} has no parameter “{}”.{}", action.name(), name,
                   didYouMean(name, names, fmt::format(" Its parameters are {}.", fmt::join(names, ", ")))));
 }
 

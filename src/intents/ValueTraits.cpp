@@ -117,7 +117,7 @@ const boost::json::value& detail::soleValue(const boost::json::value& json, std:
 void refuseUnknownProperties(const EntityDeclaration& declaration, const boost::json::object& object) {
   for (const auto& [key, value] : object) {
     if (!declaration.find(key))
-      throw ValueError(fmt::format("has no property \"{}\" as a {}; its properties are {}.", std::string_view(key),
+      throw ValueError(fmt::format("has no property “{}” as a {}; its properties are {}.", std::string_view(key),
                                    declaration.name, fmt::join(declaration.propertyNames(), ", ")));
   }
 }

@@ -65,7 +65,7 @@ TEST_F(CommandLine, refusesWithTheReasonOnStandardError) {
             2,
             "Can’t open /nowhere/a.applescript: No such file or directory."},
            {{"applescript", "/dev/zero"}, 2, "Can’t read /dev/zero: it is longer than 64 MiB, the most that is taken."},
-           {{"run", "ClikElement"}, 2, "There is no action \"ClikElement\". Did you mean ClickElement?"},
+           {{"run", "ClikElement"}, 2, "There is no action “ClikElement”. Did you mean ClickElement?"},
            {{"run", "ClickElement", "--cssSelektor", "a"}, 2, "Did you mean cssSelector?"},
            {{"run", "ClickElement", "--targetContext", "chromium"}, 2, "cssSelector needs a value. Which"},
            {{"list"}, 2, "There is no command “list”. Did you mean actions?"},

@@ -46,12 +46,11 @@ TEST_F(Catalogued, ActionsAreFoundByShortNameWhateverItsCase) {
 
 TEST_F(Catalogued, AMissNamesTheNearest) {
   const auto miss = [&](const char* name) { return failureText([&] { return bench.catalogue.make(name); }); };
-  EXPECT_EQ(miss("ClickElemnt"), "There is no action \"ClickElemnt\". Did you mean ClickElement?");
-  EXPECT_EQ(miss("tabs"), "There is no action \"tabs\". Did you mean GetListOfTabs?");
-  EXPECT_EQ(miss("Oskel_Beta_Click"),
-            "There is no action \"Oskel_Beta_Click\". Did you mean ClickElement or ClickLink?");
-  EXPECT_EQ(miss("frobnicate"), "There is no action \"frobnicate\". `tabwright actions` lists them all.");
-  EXPECT_EQ(miss(""), "There is no action \"\". `tabwright actions` lists them all.");
+  EXPECT_EQ(miss("ClickElemnt"), "There is no action “ClickElemnt”. Did you mean ClickElement?");
+  EXPECT_EQ(miss("tabs"), "There is no action “tabs”. Did you mean GetListOfTabs?");
+  EXPECT_EQ(miss("Oskel_Beta_Click"), "There is no action “Oskel_Beta_Click”. Did you mean ClickElement or ClickLink?");
+  EXPECT_EQ(miss("frobnicate"), "There is no action “frobnicate”. `tabwright actions` lists them all.");
+  EXPECT_EQ(miss(""), "There is no action “”. `tabwright actions` lists them all.");
 }
 
 TEST(NearestNames, BestComesFirstAndNoMoreThanThree) {

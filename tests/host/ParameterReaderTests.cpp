@@ -70,13 +70,13 @@ TEST_F(ParameterReader, ComplaintsNameTheParameterWhatCameAndWhatMayStandThere) 
     const char* complaint;
   };
   const Case cases[]{
-      {ParameterTexts{{"selector", "a"}}, "ClickElement has no parameter \"selector\". Did you mean cssSelector?"},
-      {ParameterTexts{{"targetTabs", "a"}}, "ClickElement has no parameter \"targetTabs\". Did you mean targetTab?"},
-      {ParameterTexts{{"colour", "red"}}, "ClickElement has no parameter \"colour\". Its parameters are targetContext, "
+      {ParameterTexts{{"selector", "a"}}, "ClickElement has no parameter “selector”. Did you mean cssSelector?"},
+      {ParameterTexts{{"targetTabs", "a"}}, "ClickElement has no parameter “targetTabs”. Did you mean targetTab?"},
+      {ParameterTexts{{"colour", "red"}}, "ClickElement has no parameter “colour”. Its parameters are targetContext, "
                                           "tabSelection, targetTab, cssSelector, "
                                           "pauseAfterSucessInSeconds."},
       {boost::json::object{{"cssSelectro", "a"}},
-       "ClickElement has no parameter \"cssSelectro\". Did you mean cssSelector?"},
+       "ClickElement has no parameter “cssSelectro”. Did you mean cssSelector?"},
       {ParameterTexts{{"cssSelector", "a"}, {"CSSSelector", "b"}}, "cssSelector is given twice."},
       {ParameterTexts{{"tabSelection", "fronttab"}},
        "tabSelection can't be \"fronttab\"; give one of frontTab, specificTab. Did you mean frontTab?"},

@@ -107,7 +107,7 @@ TEST(Value, EntityComplaintsNameThePlace) {
   EXPECT_EQ(fromJson<Parcel>(R"({"label":"A","size":3})"), "size can't be 3; give one of small, large.");
   EXPECT_EQ(fromJson<Parcel>(R"({"label":"A","stamps":["x",7]})"), "stamps.item 2 can't be 7; give a text.");
   EXPECT_EQ(fromJson<Parcel>(R"({"label":"A","titel":"B"})"),
-            "has no property \"titel\" as a Parcel; its properties are label, note, size, stamps, isFragile.");
+            "has no property “titel” as a Parcel; its properties are label, note, size, stamps, isFragile.");
 }
 
 TEST(Value, WhatCameIsQuotedShortAndWhole) {
