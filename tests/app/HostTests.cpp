@@ -13,10 +13,10 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <optional>
 #include <set>
+#include <sstream>
 #include <string>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -64,7 +64,9 @@ protected:
       if (name.find_first_not_of("0123456789") != std::string::npos)
         continue;
       std::ifstream file(process.path() / "cmdline", std::ios::binary);
-      const std::string line{std::istreambuf_iterator<char>(file), {}};
+      std::ostringstream text; // an iterator would throw for a process that ends now
+      text << file.rdbuf();
+      const std::string line = text.str();
       if (line.find(scratch.path().string()) != std::string::npos &&
           line.find(client::handover::command) != std::string::npos)
         found.insert(std::stoi(name));
@@ -199,7 +201,7 @@ TEST_F(HostTest, IsOneForACrowdOfFirstCallersAndAnswersEachItsOwn) {
   for (int caller = 0; caller < callers; ++caller) {
     const CommandOutcome& outcome = outcomes[static_cast<std::size_t>(caller)];
     EXPECT_EQ(outcome.exitCode, 2) << outcome.errors;
-    EXPECT_THAT(outcome.errors, HasSubstr("\"Action" + std::to_string(caller) + "\""));
+    EXPECT_THAT(outcome.errors, HasSubstr("“Action" + std::to_string(caller) + "”"));
   }
   EXPECT_EQ(hosts().size(), 1U);
 }

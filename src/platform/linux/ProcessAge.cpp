@@ -1,11 +1,12 @@
 #include "platform/linux/ProcessAge.h"
 
+#include "platform/linux/FileDescriptor.h"
+
 #include <fmt/core.h>
 
 #include <cstdint>
 #include <ctime>
-#include <fstream>
-#include <iterator>
+#include <fcntl.h>
 #include <sstream>
 #include <unistd.h>
 
@@ -14,8 +15,8 @@ namespace tabwright::platform {
 namespace {
 
 std::string fileOf(pid_t process, const char* name) {
-  std::ifstream file(fmt::format("/proc/{}/{}", process, name));
-  return {std::istreambuf_iterator<char>(file), {}};
+  const FileDescriptor file(open(fmt::format("/proc/{}/{}", process, name).c_str(), O_RDONLY | O_CLOEXEC));
+  return file.readAll().value_or("");
 }
 
 } // namespace

@@ -5,12 +5,12 @@
 #include "platform/StringCatalogue.h"
 #include "platform/linux/BrowserExecutable.h"
 #include "platform/linux/DetachedProcess.h"
+#include "platform/linux/FileDescriptor.h"
 
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
+#include <fcntl.h>
 #include <system_error>
 #include <utility>
 
@@ -21,8 +21,8 @@ namespace fs = std::filesystem;
 namespace {
 
 std::string textOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+  const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  return file.readAll().value_or("");
 }
 
 /// A time of its own for a folder that isn't there.
