@@ -203,7 +203,7 @@ std::optional<std::uint32_t> ChromiumMenu::bringToFront() {
 }
 
 void ChromiumMenu::close(std::optional<std::uint32_t> windowBefore) {
-  // What is stopped, or late, closes its menus all the same.
+  // A call that is stopped, or late, closes its menus all the same.
   platform::CallLimits own = limits_;
   own.stop = {};
   own.deadline = own.now() + mostAttempts * closing;

@@ -12,7 +12,7 @@
 
 namespace tabwright::automation {
 
-/// Whether upper and lower case count when titles are compared.
+/// Upper and lower case count when titles are compared, or not.
 enum class TitleCase { counts, ignored };
 
 /// The texts that a title may have to be the wanted one. An ellipsis at the end may be three periods or the one

@@ -77,13 +77,13 @@ public:
     xcb_send_event(xcb, 0, receiver, mask, reinterpret_cast<const char*>(&message));
   }
 
-  /// Whether the keyboard has a place, or there is none for it.
+  /// True when a window has the keyboard, or none is shown that could have it.
   bool isSettled() {
     const std::vector<ClientWindow> now = windows.read();
     return std::ranges::none_of(now, &ClientWindow::isShown) || std::ranges::any_of(now, &ClientWindow::isActive);
   }
 
-  /// Whether all of these are open, or all hidden and without the keyboard.
+  /// True when all of these are open, or all hidden and without the keyboard.
   bool allShown(const std::vector<std::uint32_t>& ids, bool shown) {
     const std::vector<ClientWindow> now = windows.read();
     return std::ranges::all_of(ids, [&](std::uint32_t id) {

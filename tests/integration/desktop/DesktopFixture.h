@@ -31,7 +31,7 @@ inline bool eventually(const std::function<bool()>& isSo) {
   return false;
 }
 
-/// What a call failed with; a failed expectation where it didn't.
+/// The fault of a call; a failed expectation where there is none.
 inline DesktopFault faultOf(const std::function<void()>& call) {
   try {
     call();
