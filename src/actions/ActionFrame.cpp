@@ -43,10 +43,6 @@ void ActionFrame::aimAtTab(TabTarget& tab) {
   takeTargetFrom(tab.targetTab, tab.tabSelection, TabSelectionOption::specificTab, tab.targetContext);
 }
 
-void ActionFrame::aimAt(const Parameter<engine::TargetContext>& targetContext) {
-  aim_ = [&targetContext] { return *targetContext; };
-}
-
 void ActionFrame::registerRun() {
   services_.shutdown.scheduleShutdown();
   if (services_.callCounter)

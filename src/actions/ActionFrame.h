@@ -9,6 +9,7 @@
 
 #include <boost/json/value.hpp>
 
+#include <concepts>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -72,7 +73,10 @@ protected:
   /// The browser to work in is that of the tab that the group of parameters names: `aimAt` and `takeTargetFrom` in one.
   void aimAtTab(TabTarget& tab);
   /// The browser to work in is the value of `targetContext` …
-  void aimAt(const Parameter<engine::TargetContext>& targetContext);
+  template <std::derived_from<engine::TargetContext> Target>
+  void aimAt(const Parameter<Target>& targetContext) {
+    aim_ = [&targetContext] { return *targetContext; };
+  }
   /// … but while `selection` is `choice`, `entity` (a tab or window) must have a value, and its browser replaces
   /// `targetContext`. With another choice `entity` isn't looked at.
   template <class Entity, class Selection>

@@ -2,9 +2,13 @@
 
 #include "actions/ShutdownScheduler.h"
 #include "actions/WindowNames.h"
+#include "automation/DesktopServices.h"
 #include "engine/JavascriptSyntaxValidator.h"
 #include "engine/ScriptacularServices.h"
 #include "intents/OptionsProvider.h"
+#include "platform/WorkerThreads.h"
+
+#include <memory>
 
 namespace tabwright::actions {
 
@@ -20,7 +24,10 @@ public:
 /// All that actions need of the world. The program makes one; it and all that it names outlive every action.
 struct ActionServices {
   const engine::ScriptacularServices& scripts;
-  const intents::OptionsProvider& browserTargets; ///< choices and default of `targetContext`
+  const intents::OptionsProvider& browserTargets;     ///< choices and default of `targetContext` …
+  const intents::OptionsProvider& applicationTargets; ///< … and of that of actions on whichever application
+  const automation::DesktopServices& desktop;
+  std::shared_ptr<platform::WorkerThreads> threads; ///< for what blocks
   ShutdownScheduler& shutdown;
   engine::JavascriptSyntaxValidator& javascriptValidator;
   CallCounter* callCounter = nullptr; ///< null: runs are not counted

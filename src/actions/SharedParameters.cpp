@@ -41,6 +41,15 @@ intents::ParameterSpec<engine::TargetContext> targetContext(const ActionServices
   return spec;
 }
 
+intents::ParameterSpec<targets::ApplicationTarget> targetApplication(const ActionServices& services) {
+  auto spec = generalParameter<targets::ApplicationTarget>("targetContext");
+  spec.description = generalKey("targetContext", "description.variant.application");
+  spec.requestDialog = {"requestValueDialog.targetContext", std::string(intents::tables::general)};
+  spec.options = &services.applicationTargets;
+  spec.example = "org.xfce.mousepad";
+  return spec;
+}
+
 intents::ParameterSpec<TabSelectionOption> tabSelection() {
   return generalParameter<TabSelectionOption>("tabSelection", TabSelectionOption::frontTab);
 }

@@ -8,7 +8,7 @@
 #include "browserdata/BrowserWindowEntity.h"
 #include "engine/TargetContext.h"
 #include "intents/Parameter.h"
-#include "targets/TargetContextValue.h"
+#include "targets/ApplicationTarget.h"
 
 #include <string>
 
@@ -21,6 +21,8 @@ enum class TargetDescription { plain, tabSelection, targetWindow };
 
 [[nodiscard]] intents::ParameterSpec<engine::TargetContext>
 targetContext(const ActionServices& services, TargetDescription description = TargetDescription::plain);
+/// `targetContext` of actions on whichever application.
+[[nodiscard]] intents::ParameterSpec<targets::ApplicationTarget> targetApplication(const ActionServices& services);
 [[nodiscard]] intents::ParameterSpec<TabSelectionOption> tabSelection();
 [[nodiscard]] intents::ParameterSpec<browserdata::BrowserTabEntity> targetTab();
 [[nodiscard]] intents::ParameterSpec<browserdata::BrowserWindowEntity> targetWindow();

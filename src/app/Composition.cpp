@@ -5,12 +5,17 @@
 #include "engine/JavaScriptCoreSyntaxValidator.h"
 #include "platform/Logger.h"
 #include "platform/Mutex.h"
+#include "platform/linux/AtspiAccessibility.h"
 #include "platform/linux/InstalledBrowsers.h"
 #include "platform/linux/LinuxUserDefaults.h"
 #include "platform/linux/PosixFileManager.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "platform/linux/SystemClock.h"
+#include "platform/linux/X11Keyboard.h"
+#include "platform/linux/X11WindowSystem.h"
+#include "platform/linux/XdgApplications.h"
 #include "scripting/ScriptingDirectory.h"
+#include "scripting/driver/PageKeyboard.h"
 #include "scripting/foundation/FoundationBridge.h"
 #include "scripting/run/InterpreterScriptTasks.h"
 #include "scripting/systemevents/LinuxDesktop.h"
@@ -74,6 +79,21 @@ private:
   std::map<std::string_view, std::shared_ptr<scripting::DevToolsDriver>> drivers_ GUARDED_BY(mutex_);
 };
 
+/// Browsers show their controls because they are told to over the protocol.
+class DriverControls final : public automation::BrowserControls {
+public:
+  explicit DriverControls(Drivers& drivers) : drivers_(drivers) {}
+
+  void show(const targets::RunningApplication& browser, const platform::CallLimits& limits) override {
+    const BrowserFacts* facts = platform::findBrowser(browser.bundleIdentifier);
+    if (const auto driver = facts ? drivers_.driver(*facts) : nullptr)
+      driver->perform(scripting::ShowControls{}, limits);
+  }
+
+private:
+  Drivers& drivers_;
+};
+
 /// The settings of a process that runs one command, which no other part of it uses.
 struct OwnSettings {
   platform::LinuxUserDefaults defaults;
@@ -91,11 +111,28 @@ struct Composition::Parts {
     return {ownSettings->manager, noShutdown};
   }
 
+  std::optional<scripting::PageKeyboard::FrontBrowser> frontBrowser() {
+    const std::vector<scripting::DesktopProcess> processes = desktop->processes();
+    const BrowserFacts* facts = processes.empty() || !processes.front().isFrontmost
+                                    ? nullptr
+                                    : platform::findBrowser(processes.front().bundleIdentifier);
+    auto driver = facts ? drivers.driver(*facts) : nullptr;
+    if (!driver)
+      return std::nullopt;
+    return scripting::PageKeyboard::FrontBrowser{std::move(driver), !processes.front().windows.empty()};
+  }
+
   platform::SystemClock clock;
   std::optional<OwnSettings> ownSettings;
   actions::NoScheduledShutdown noShutdown;
   const Lifecycle lifecycle;
-  std::shared_ptr<scripting::Desktop> desktop = std::make_shared<scripting::LinuxDesktop>();
+  // Each connects when it is first asked something.
+  platform::X11WindowSystem windows;
+  platform::X11Keyboard displayKeyboard;
+  scripting::PageKeyboard keyboard{displayKeyboard, [this] { return frontBrowser(); }};
+  platform::AtspiAccessibility accessibility;
+  platform::XdgApplications installed;
+  std::shared_ptr<scripting::Desktop> desktop = std::make_shared<scripting::LinuxDesktop>(windows, keyboard, installed);
   Drivers drivers{desktop};
   scripting::ScriptingDirectory directory{{
       .makeDriver = [this](const BrowserFacts& facts) { return drivers.driver(facts); },
@@ -114,13 +151,18 @@ struct Composition::Parts {
           .random = {},
           .log = [this](std::string_view text) { scriptLog.info("{}", text); },
       });
-  scripting::InterpreterScriptTasks tasks{interpreter};
+  std::shared_ptr<platform::WorkerThreads> threads = std::make_shared<platform::WorkerThreads>();
+  scripting::InterpreterScriptTasks tasks{interpreter, threads};
   platform::PosixFileManager files;
   crashreport::LoggingCrashReporter crashReporter;
   targets::MachineProbe probe{[desktop = desktop] { return runningApplications(*desktop); }};
   targets::TargetContextManager targetContexts{probe};
   targets::FrontmostBrowserResolver frontmost{targetContexts};
   targets::BrowserTargetContextsProvider browserTargets{targetContexts};
+  targets::ApplicationTargetsProvider applicationTargets{targetContexts};
+  DriverControls browserControls{drivers};
+  automation::DesktopServices desktopServices{accessibility, windows,        keyboard,       installed,
+                                              clock,         targetContexts, browserControls};
   engine::ScriptacularServices scripts{.tasks = tasks,
                                        .files = files,
                                        .clock = clock,
@@ -130,6 +172,9 @@ struct Composition::Parts {
   engine::JavaScriptCoreSyntaxValidator javascriptValidator;
   actions::ActionServices services{.scripts = scripts,
                                    .browserTargets = browserTargets,
+                                   .applicationTargets = applicationTargets,
+                                   .desktop = desktopServices,
+                                   .threads = threads,
                                    .shutdown = lifecycle.shutdown,
                                    .javascriptValidator = javascriptValidator,
                                    .callCounter = &lifecycle.settings,
@@ -138,6 +183,9 @@ struct Composition::Parts {
   targets::SupportedBrowsersProvider supportedBrowsers;
   actions::ActionServices referenceServices{.scripts = scripts,
                                             .browserTargets = supportedBrowsers,
+                                            .applicationTargets = supportedBrowsers,
+                                            .desktop = desktopServices,
+                                            .threads = threads,
                                             .shutdown = noShutdown,
                                             .javascriptValidator = javascriptValidator};
 };

@@ -1,12 +1,12 @@
 #include "automation/NamedKey.h"
 
 #include "platform/AsciiCase.h"
+#include "platform/KeyCodes.h"
 
 #include <fmt/core.h>
 
 #include <algorithm>
 #include <functional>
-#include <stdexcept>
 
 namespace tabwright::automation {
 
@@ -54,10 +54,7 @@ std::vector<NamedKey> NamedKey::entities(std::span<const std::int64_t> ids) {
 }
 
 platform::Key NamedKey::key() const {
-  const NamedKeyRow* row = findRow([this](const NamedKeyRow& each) { return each.keycode == keycode; });
-  if (!row)
-    throw std::out_of_range("no named key");
-  return row->key;
+  return platform::keyOfCode(keycode).value();
 }
 
 const intents::EntityDefinition<NamedKey>& NamedKey::definition() {
@@ -68,6 +65,11 @@ const intents::EntityDefinition<NamedKey>& NamedKey::definition() {
        {"name", &NamedKey::name}},
       [](const NamedKey& key) { return key.name; }, intents::TextForm::names);
   return definition;
+}
+
+const NamedKeyProvider& namedKeyProvider() {
+  static const NamedKeyProvider provider;
+  return provider;
 }
 
 std::vector<intents::OptionSection> NamedKeyProvider::results() const {

@@ -24,7 +24,8 @@ struct NamedKey {
   /// The keys of these ids, in the table's order; an id that no key has gives nothing.
   [[nodiscard]] static std::vector<NamedKey> entities(std::span<const std::int64_t> ids);
 
-  /// The key of a PC's keyboard that does the same. Throws `std::out_of_range` for a key that isn't in the table.
+  /// The key of a PC's keyboard that does the same. Throws `std::bad_optional_access` for a key that isn't in the
+  /// table.
   [[nodiscard]] platform::Key key() const;
 
   [[nodiscard]] static const intents::EntityDefinition<NamedKey>& definition();
@@ -36,7 +37,6 @@ struct NamedKey {
 struct NamedKeyRow {
   std::string_view name;
   std::int64_t keycode = 0;
-  platform::Key key;
   std::string_view otherName{}; ///< for names that a keyboard hasn't the characters for; empty for most
 };
 
@@ -55,6 +55,8 @@ public:
   [[nodiscard]] std::vector<intents::OptionSection> results() const override;
   [[nodiscard]] std::optional<intents::Option> defaultResult() const override { return std::nullopt; }
 };
+
+[[nodiscard]] const NamedKeyProvider& namedKeyProvider();
 
 } // namespace tabwright::automation
 

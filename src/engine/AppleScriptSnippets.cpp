@@ -11,6 +11,9 @@
 #include "platform/TextTemplate.h"
 #include "tabwright_engineResources.h"
 
+#include <fmt/core.h>
+#include <fmt/ranges.h>
+
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
@@ -61,6 +64,16 @@ const std::string& AppleScriptSnippets::openWindowsCheck() {
 std::string AppleScriptSnippets::requestedWindowCheck(std::string_view windowID) {
   static const TextTemplate text(resources::requestedWindowCheck_applescript);
   return text.fill({{"WINDOW_ID", windowID}, {"WINDOW_NOT_FOUND", numberOf(AppleScriptRuntimeError::windowNotFound)}});
+}
+
+std::string AppleScriptSnippets::typing(const Keystrokes& keystrokes, std::string_view targetID) {
+  static const TextTemplate text(resources::simulateTyping_applescript);
+  const std::string lastDown = keystrokes.modifiers.empty() ? "" : " down";
+  return text.fill({{"TEXT", escapeForLiteral(keystrokes.text)},
+                    {"TARGET", targetID},
+                    {"HELD", fmt::format("{}{}", fmt::join(keystrokes.modifiers, " down, "), lastDown)},
+                    {"KEYS", fmt::format("{}", fmt::join(keystrokes.modifiers, ", "))},
+                    {"SECONDS", textOfDouble(keystrokes.secondsBetween)}});
 }
 
 const std::string& AppleScriptSnippets::frontVariables() {

@@ -50,6 +50,16 @@ public:
   [[nodiscard]] static std::string jobForRequestedTab(std::string_view tabFullID, std::string_view js, double timeout,
                                                       double interval);
 
+  /// The keys of `typing`.
+  struct Keystrokes {
+    std::string_view text;
+    std::span<const std::string_view> modifiers; ///< held with each: "command", "option", "control", "shift"
+    double secondsBetween = 0.0;
+  };
+  /// A whole script for System Events: types a text into the application of that id, character by character, and brings
+  /// it to the front before each.
+  [[nodiscard]] static std::string typing(const Keystrokes& keystrokes, std::string_view targetID);
+
   /// Plants the job in `nativeTab`, which must be bound, and polls for its result until `timeout` seconds have gone in
   /// steps of `interval` seconds (both finite, `interval` above zero, else `std::invalid_argument`).
   ///

@@ -34,6 +34,10 @@ struct TextInputOptions {
   bool smartDashes = true;
 };
 
+/// Agents aren't offered a parameter that another one says in fewer words, since all of them are in an agent's memory
+/// before the first call. They may give it all the same.
+enum class Audience { everyone, people };
+
 /// All that is known of a parameter without its C++ type.
 struct ParameterDeclaration {
   std::string name;
@@ -46,6 +50,7 @@ struct ParameterDeclaration {
   const OptionsProvider* options = nullptr;       ///< outlives the action
   std::optional<TextInputOptions> textInput;
   std::string example; ///< as written on a command line; empty when the default serves
+  Audience audience = Audience::everyone;
 };
 
 /// A parameter as an action's class writes it down. What is left out follows by rule: keys are
@@ -61,6 +66,7 @@ struct ParameterSpec {
   const OptionsProvider* options = nullptr;
   std::optional<TextInputOptions> textInput{};
   std::string_view example{};
+  Audience audience = Audience::everyone;
 };
 
 /// A parameter of an action, whatever its type: what readers, schemas and help work with.
@@ -138,7 +144,8 @@ private:
                 spec.defaultValue ? std::optional(ValueTraits<T>::toJson(*spec.defaultValue)) : std::nullopt,
             .options = spec.options,
             .textInput = spec.textInput,
-            .example = std::string(spec.example)};
+            .example = std::string(spec.example),
+            .audience = spec.audience};
   }
 
   std::optional<T> value_;

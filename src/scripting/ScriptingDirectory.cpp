@@ -2,7 +2,7 @@
 // to it, and kept; a browser that can't be reached yet is asked for again.
 #include "scripting/ScriptingDirectory.h"
 
-#include "scripting/OwnApplication.h"
+#include "scripting/PlainApplication.h"
 #include "scripting/chromium/ChromiumApplication.h"
 #include "scripting/chromium/ChromiumTerminology.h"
 #include "scripting/model/Comparison.h"
@@ -27,6 +27,17 @@ const BrowserFacts* findFacts(std::string_view BrowserFacts::* column, std::stri
   return row == platform::browserTable.end() ? nullptr : &*row;
 }
 
+/// Brings the process of that name to the front, unless it is there.
+void activateProcess(Desktop& desktop, std::string DesktopProcess::* member, std::string_view name) {
+  for (const DesktopProcess& process : desktop.processes()) {
+    if (!sameIgnoringCase(process.*member, name))
+      continue;
+    if (!process.isFrontmost)
+      desktop.activate(process.pid);
+    return;
+  }
+}
+
 const Terminology* terminologyOf(const BrowserFacts& facts) {
   switch (facts.family) {
   case platform::BrowserFamily::chromium:
@@ -41,16 +52,17 @@ const Terminology* terminologyOf(const BrowserFacts& facts) {
 
 ScriptingDirectory::ScriptingDirectory(ScriptingServices services)
     : services_(std::move(services)), systemEvents_(std::make_shared<SystemEventsApplication>(services_.desktop)),
-      self_(
-          std::make_shared<OwnApplication>(services_.ownName, services_.ownBundleIdentifier, services_.activateSelf)) {}
+      self_(std::make_shared<PlainApplication>(services_.ownName, services_.ownBundleIdentifier,
+                                               services_.activateSelf)) {}
 
 const Terminology* ScriptingDirectory::terminologyByID(std::string_view bundleIdentifier) const {
   for (const auto& application : {systemEvents_, self_}) {
     if (sameIgnoringCase(application->bundleIdentifier(), bundleIdentifier))
       return application->terminology();
   }
-  const BrowserFacts* facts = findFacts(&BrowserFacts::id, bundleIdentifier);
-  return facts ? terminologyOf(*facts) : nullptr;
+  if (const BrowserFacts* facts = findFacts(&BrowserFacts::id, bundleIdentifier))
+    return terminologyOf(*facts);
+  return running(&DesktopProcess::bundleIdentifier, bundleIdentifier) ? &chromiumTerminology() : nullptr;
 }
 
 const Terminology* ScriptingDirectory::terminologyByName(std::string_view name) const {
@@ -68,7 +80,7 @@ std::shared_ptr<ScriptableApplication> ScriptingDirectory::findByID(std::string_
       return application;
   }
   const BrowserFacts* facts = findFacts(&BrowserFacts::id, bundleIdentifier);
-  return facts ? browser(*facts) : nullptr;
+  return facts ? browser(*facts) : running(&DesktopProcess::bundleIdentifier, bundleIdentifier);
 }
 
 std::shared_ptr<ScriptableApplication> ScriptingDirectory::findByName(std::string_view name) {
@@ -77,7 +89,19 @@ std::shared_ptr<ScriptableApplication> ScriptingDirectory::findByName(std::strin
       return application;
   }
   const BrowserFacts* facts = findFacts(&BrowserFacts::name, name);
-  return facts ? browser(*facts) : nullptr;
+  return facts ? browser(*facts) : running(&DesktopProcess::name, name);
+}
+
+/// The application of a process that has this name; null when none runs.
+std::shared_ptr<ScriptableApplication> ScriptingDirectory::running(NameOf member, std::string_view text) const {
+  const std::vector<DesktopProcess> processes = services_.desktop->processes();
+  const auto process =
+      std::ranges::find_if(processes, [&](const DesktopProcess& each) { return sameIgnoringCase(each.*member, text); });
+  if (process == processes.end())
+    return nullptr;
+  return std::make_shared<PlainApplication>(
+      process->name, process->bundleIdentifier,
+      [desktop = services_.desktop, text = std::string(text), member] { activateProcess(*desktop, member, text); });
 }
 
 std::shared_ptr<ScriptableApplication> ScriptingDirectory::browser(const BrowserFacts& facts) {

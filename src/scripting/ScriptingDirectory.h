@@ -28,8 +28,10 @@ struct ScriptingServices {
   std::function<void()> activateSelf;
 };
 
-/// The applications that scripts can speak to: the supported browsers, System Events, and this program. Ids and names
-/// are found in any case. Dictionaries are known for all of them, installed or not. Safe from several threads.
+/// The applications that scripts can speak to: the supported browsers, System Events, this program, and whatever else
+/// runs on the desktop. Ids and names are found in any case. Dictionaries are known for all browsers, installed or not;
+/// an application without one is given theirs, since the runtime library speaks to its target in their words, be it
+/// only in handlers that are never called. Safe from several threads.
 class ScriptingDirectory final : public applescript::ApplicationDirectory {
 public:
   explicit ScriptingDirectory(ScriptingServices services);
@@ -41,6 +43,8 @@ public:
   [[nodiscard]] std::shared_ptr<applescript::ScriptableApplication> findByName(std::string_view name) override;
 
 private:
+  using NameOf = std::string DesktopProcess::*;
+  [[nodiscard]] std::shared_ptr<applescript::ScriptableApplication> running(NameOf member, std::string_view text) const;
   std::shared_ptr<applescript::ScriptableApplication> browser(const platform::BrowserFacts& facts);
 
   ScriptingServices services_;

@@ -31,6 +31,14 @@ std::optional<intents::Option> BrowserTargetContextsProvider::defaultResult() co
   return optionOf(engine::frontmostTargetContext());
 }
 
+std::vector<intents::OptionSection> ApplicationTargetsProvider::results() const {
+  std::vector<intents::OptionSection> collection = browsers_.results();
+  intents::OptionSection& others = collection.emplace_back("Running applications");
+  for (const TargetContext& context : manager_.otherApplications())
+    others.options.push_back(optionOf(context));
+  return collection;
+}
+
 std::vector<intents::OptionSection> SupportedBrowsersProvider::results() const {
   intents::OptionSection section;
   section.options.push_back(optionOf(engine::frontmostTargetContext()));

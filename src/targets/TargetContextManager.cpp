@@ -55,14 +55,25 @@ const std::vector<TargetContext>& TargetContextManager::installedBrowsers() cons
   return installedBrowsers_;
 }
 
-std::vector<TargetContext> TargetContextManager::runningBrowsers() const {
-  std::vector<TargetContext> browsers;
+std::vector<TargetContext> TargetContextManager::running(bool areBrowsers) const {
+  std::vector<TargetContext> applications;
   for (const RunningApplication& application : probe_.runningApplications()) {
     std::optional<TargetContext> context = targetContextOf(application);
-    if (context && std::ranges::find(supportedBrowsers(), context->id, &TargetContext::id) != supportedBrowsers().end())
-      browsers.push_back(std::move(*context));
+    if (!context)
+      continue;
+    const auto known = std::ranges::find(supportedBrowsers(), context->id, &TargetContext::id);
+    if ((known != supportedBrowsers().end()) == areBrowsers)
+      applications.push_back(std::move(*context));
   }
-  return orderedByName(browsers);
+  return orderedByName(applications);
+}
+
+std::vector<TargetContext> TargetContextManager::runningBrowsers() const {
+  return running(true);
+}
+
+std::vector<TargetContext> TargetContextManager::otherApplications() const {
+  return running(false);
 }
 
 std::vector<TargetContextManager::AppSection> TargetContextManager::sections(Sections wanted) const {

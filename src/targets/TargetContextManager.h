@@ -46,6 +46,8 @@ public:
   [[nodiscard]] const std::vector<TargetContext>& installedBrowsers() const;
   /// The supported browsers that run now, each once, by the name that the system shows ignoring case.
   [[nodiscard]] std::vector<TargetContext> runningBrowsers() const;
+  /// The other applications that run now, in the same order.
+  [[nodiscard]] std::vector<TargetContext> otherApplications() const;
   /// "Dynamic" with the frontmost entry, "Running browsers", "Installed browsers": those wanted, in this order, empty
   /// ones included.
   [[nodiscard]] std::vector<AppSection> sections(Sections wanted) const;
@@ -55,6 +57,7 @@ public:
   [[nodiscard]] std::optional<RunningApplication> findApplication(std::string_view id) const;
 
 private:
+  [[nodiscard]] std::vector<TargetContext> running(bool areBrowsers) const;
   void findInstalled() const;
 
   const BrowserProbe& probe_;

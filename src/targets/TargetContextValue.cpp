@@ -3,6 +3,7 @@
 #include "targets/TargetContextValue.h"
 
 #include "platform/AsciiCase.h"
+#include "targets/ApplicationTarget.h"
 #include "targets/SupportedBrowsers.h"
 
 #include <algorithm>
@@ -61,6 +62,19 @@ engine::TargetContext ValueTraits<engine::TargetContext>::fromText(std::string_v
   if (auto known = targets::findTargetContext(text))
     return *known;
   return fromJson(detail::parseValue(text, expected()));
+}
+
+targets::ApplicationTarget ValueTraits<targets::ApplicationTarget>::fromJson(const boost::json::value& json) {
+  const boost::json::string* text = json.if_string();
+  const std::string id = text ? platform::lowercased(*text) : std::string();
+  if (isBundleIdentifier(id) && !targets::findTargetContext(id))
+    return engine::TargetContext{id, id};
+  return ValueTraits<engine::TargetContext>::fromJson(json);
+}
+
+targets::ApplicationTarget ValueTraits<targets::ApplicationTarget>::fromText(std::string_view text) {
+  const bool isObject = text.find('{') != std::string_view::npos;
+  return isObject ? ValueTraits<engine::TargetContext>::fromText(text) : fromJson(boost::json::value(text));
 }
 
 } // namespace tabwright::intents

@@ -77,8 +77,14 @@ TEST(Printer, RoundTripsTheEnginesScripts) {
     text =
         testsupport::replacingAll(text, "__BROWSER_BUNDLE_ID__", isSafaris ? "com.apple.safari" : "com.google.chrome");
     text = testsupport::replacingAll(text, "__MAIN_RECEIVER_ID__", "com.google.chrome");
+    text = testsupport::replacingAll(text, "__HELD__", "command down");
+    text = testsupport::replacingAll(text, "__KEYS__", "command");
+    text = testsupport::replacingAll(text, "__SECONDS__", "0.1");
+    text = testsupport::replacingAll(text, "__TARGET__", "com.google.chrome");
     text = testsupport::replacingAll(text, "__ARGKEYS__", "a, newUrl");
     text = testsupport::replacingAll(text, "__APPLESCRIPT__", "return success(my getFrontVars())");
+    if (entry.path().stem() == "simulateTyping") // whose block speaks to System Events
+      text = "tell application \"System Events\"\n" + text + "\nend tell";
     SCOPED_TRACE(entry.path().filename());
     EXPECT_FALSE(roundTrip(text).empty());
     ++count;

@@ -16,6 +16,7 @@
 #include "support/MemoryWindowNames.h"
 #include "support/ModelBrowserProbe.h"
 #include "support/ModelDesktop.h"
+#include "support/ModelWorkspace.h"
 #include "support/RecordingCrashReporter.h"
 #include "support/RunTask.h"
 #include "support/ScratchFolder.h"
@@ -108,10 +109,14 @@ private:
   testsupport::MemoryWindowNames windowNames_;
   targets::TargetContextManager targetContexts_{probe_};
   targets::BrowserTargetContextsProvider browserTargets_{targetContexts_};
+  testsupport::ModelWorkspace workspace_;
   actions::NoScheduledShutdown shutdown_;
   engine::JavaScriptCoreSyntaxValidator javascriptValidator_;
   actions::ActionServices actionServices_{.scripts = services_,
                                           .browserTargets = browserTargets_,
+                                          .applicationTargets = browserTargets_,
+                                          .desktop = workspace_.services,
+                                          .threads = std::make_shared<platform::WorkerThreads>(),
                                           .shutdown = shutdown_,
                                           .javascriptValidator = javascriptValidator_,
                                           .windowNames = &windowNames_};

@@ -45,7 +45,7 @@ std::vector<std::string> told(const std::vector<ClientWindow>& windows, const st
     return std::filesystem::path(pid == 10 ? "/usr/bin/editor" : pid == 90 ? "/opt/google/chrome/chrome" : "");
   };
   std::vector<std::string> result;
-  for (const scripting::DesktopProcess& process : scripting::desktopProcesses(windows, browsers, programOf)) {
+  for (const scripting::DesktopProcess& process : scripting::desktopProcesses(windows, browsers, {programOf})) {
     std::string text = fmt::format("{}{}{}{}", process.name, process.pid, process.isFrontmost ? "!" : "",
                                    process.isVisible ? "" : "-");
     for (const scripting::DesktopWindow& each : process.windows)
@@ -60,7 +60,7 @@ TEST(DesktopProcesses, GatherTheirWindowsInOrder) {
                     window(30, "d", Shown::no), window(90, "e")},
                    {browser("vivaldi", 40), browser("chromium", 20)}),
               ElementsAre("editor10! b", "Chromium20 a c", "30- d", "Google Chrome90 e", "Vivaldi40-"));
-  const auto all = scripting::desktopProcesses({window(20, "a")}, {browser("edge", 20)}, [](pid_t) { return ""; });
+  const auto all = scripting::desktopProcesses({window(20, "a")}, {browser("edge", 20)}, {[](pid_t) { return ""; }});
   EXPECT_EQ(all.at(0).bundleIdentifier, "com.microsoft.edgemac");
 }
 

@@ -152,7 +152,7 @@ TEST_F(ScriptTasks, RunBesideManyThatWait) {
 }
 
 TEST_F(ScriptTasks, QueueBehindABoundAndLeaveTheQueueWhenCancelled) {
-  scripting::InterpreterScriptTasks tasks(interpreter, 1);
+  scripting::InterpreterScriptTasks tasks(interpreter, std::make_shared<platform::WorkerThreads>(1));
   const auto waiting = task(tasks, "on f()\ndelay 1000\nend f");
   boost::asio::io_context context;
   boost::asio::cancellation_signal first, second;

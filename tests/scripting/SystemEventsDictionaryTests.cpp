@@ -1,4 +1,3 @@
-#include "scripting/systemevents/LinuxDesktop.h"
 #include "support/ScriptBench.h"
 
 #include <gmock/gmock.h>
@@ -70,17 +69,6 @@ TEST_F(SystemEventsDictionary, PressesKeys) {
                "keystroke \"y\" using {}\nkey up {}\nkey code 36 using option down\nkey down control\nend tell");
   EXPECT_THAT(desktop->calls,
               ElementsAre("type x command shift", "up command shift", "type y", "key 36 option", "down control"));
-}
-
-TEST(LinuxDesktop, SaysWhatItCannotDo) {
-  scripting::LinuxDesktop desktop;
-  try {
-    (void)desktop.menuEntries(1, {});
-    FAIL();
-  } catch (const platform::Failure& failure) {
-    EXPECT_EQ(failure.errorDescription(), "Reading menus is not available on this desktop yet.");
-  }
-  EXPECT_THROW(desktop.keystroke("x", {}), platform::Failure);
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "scripting/ScriptingDirectory.h"
 #include "scripting/foundation/FoundationBridge.h"
 #include "scripting/systemevents/LinuxDesktop.h"
+#include "support/ModelWorkspace.h"
 #include "support/ProcessTree.h"
 
 #include <gmock/gmock.h>
@@ -259,8 +260,9 @@ struct DesktopScripts {
     tree.addProcess(10, "/usr/bin/terminal", {"terminal"}, 1);
     tree.addProcess(20, "/usr/lib/chromium/chromium", {"chromium"}, 1);
     tree.addProcess(30, "/usr/bin/editor", {"editor"}, 1);
-    desktop = std::make_shared<tabwright::scripting::LinuxDesktop>(tabwright::platform::RunningBrowsers(tree.root()),
-                                                                   display);
+    windows = std::make_unique<tabwright::platform::X11WindowSystem>(display);
+    desktop = std::make_shared<tabwright::scripting::LinuxDesktop>(*windows, workspace, workspace,
+                                                                   tabwright::platform::RunningBrowsers(tree.root()));
   }
 
   /// The result of the lookup of the frontmost browser.
@@ -279,6 +281,8 @@ struct DesktopScripts {
   }
 
   tabwright::support::ProcessTree tree;
+  tabwright::testsupport::ModelWorkspace workspace;
+  std::unique_ptr<tabwright::platform::X11WindowSystem> windows;
   std::shared_ptr<tabwright::scripting::LinuxDesktop> desktop;
 };
 

@@ -6,10 +6,6 @@ cd "$1"
 awaited=( # by
   -e '^src/markdown/'                              # the windows
   -e '^src/targets/.*/TargetContextQuery'          # the windows
-  -e '^src/engine/.*/AxeError'                     # the actions on menus
-  -e '^src/automation/'                            # the actions on menus and keys
-  -e '^src/platform/.*/\(AccessibilityBus\|AtspiAccessibility\|BusConnection\|ElementQuestions\|ProcessAge\)'   # the same
-  -e '^src/platform/.*/\(KeyboardDisplay\|KeyboardLayout\|X11Keyboard\|XdgApplications\|DetachedProcess\)' # the same
 )
 mapfile -t objects < <(grep -o -- "-o src/[^ ]*\.o" compile_commands.json | cut -c 4- | sort -u)
 unlinked=$(nm -A -P "${objects[@]}" | awk '

@@ -7,6 +7,7 @@
 #include "support/MemoryWindowNames.h"
 #include "support/ModelBrowserProbe.h"
 #include "support/ModelScriptTasks.h"
+#include "support/ModelWorkspace.h"
 #include "support/RecordingCrashReporter.h"
 #include "support/RunTask.h"
 #include "targets/BrowserTargetContextsProvider.h"
@@ -36,6 +37,7 @@ public:
   std::string payload = "[]";       ///< answer of the next program, JSON
   int failureNumber = -1;           ///< when not negative, the next program ends in this failure instead
   std::string frontmostID = "org.chromium.chromium";
+  bool isConfirmed = false; ///< the user's answer, when an action asks
   std::function<void()> onSleep = [] {};
 
   MemoryFileManager files;
@@ -44,6 +46,8 @@ public:
   ModelBrowserProbe probe{{"chromium", "brave"}, {}};
   targets::TargetContextManager manager{probe};
   targets::BrowserTargetContextsProvider browserTargets{manager};
+  targets::ApplicationTargetsProvider applicationTargets{manager};
+  ModelWorkspace workspace{probe, manager};
   targets::FrontmostBrowserResolver frontmostResolver{manager};
   engine::ScriptacularServices scriptServices{.tasks = tasks,
                                               .files = files,
@@ -54,6 +58,9 @@ public:
   MemoryWindowNames windowNames;
   actions::ActionServices services{.scripts = scriptServices,
                                    .browserTargets = browserTargets,
+                                   .applicationTargets = applicationTargets,
+                                   .desktop = workspace.services,
+                                   .threads = std::make_shared<platform::WorkerThreads>(),
                                    .shutdown = *this,
                                    .javascriptValidator = javascriptValidator,
                                    .callCounter = this,
@@ -78,7 +85,9 @@ private:
   void scheduleShutdown() override { steps.emplace_back("schedule"); }
   void countCall() override { steps.emplace_back("count"); }
   platform::Task<void> requestConfirmation(intents::LocalizedText) override {
-    throw intents::ConfirmationRefused();
+    steps.emplace_back("confirmation");
+    if (!isConfirmed)
+      throw intents::ConfirmationRefused();
     co_return;
   }
   void notice(const platform::Notice& notice) override { steps.push_back("notice: " + notice.sentence); }

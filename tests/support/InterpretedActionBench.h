@@ -53,6 +53,7 @@ private:
     for (const scripting::WindowState& window : world.browser->windows())
       names.push_back(window.mode == scripting::WindowMode::incognito ? "Private Browsing" : window.title);
     world.desktop->all.clear();
+    world.desktop->add(8, "Editor", "org.example.editor"); // in front
     world.desktop->add(9, "Safari", "com.apple.safari", names);
   }
 

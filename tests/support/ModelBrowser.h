@@ -69,6 +69,8 @@ private:
   void carryOut(const scripting::SetBounds& command) REQUIRES(mutex_);
   void carryOut(const scripting::SetShape& command) REQUIRES(mutex_);
   void carryOut(const scripting::Activate& command) REQUIRES(mutex_);
+  void carryOut(const scripting::ShowControls&) {}
+  std::int64_t carryOut(const scripting::PlayKeys&) { return 0; }
   void carryOut(const scripting::Quit& command) REQUIRES(mutex_);
   void note(std::string command) REQUIRES(mutex_);
   void throwIfFailing() const;

@@ -70,10 +70,11 @@ public:
     onChoose();
   }
 
-  void keystroke(const std::string& text, std::span<const scripting::ModifierKey> keys) override {
+  void keystroke(const std::string& text, std::span<const scripting::ModifierKey> keys,
+                 const platform::CallLimits&) override {
     calls.push_back("type " + text + named(keys));
   }
-  void keyCode(int code, std::span<const scripting::ModifierKey> keys) override {
+  void keyCode(int code, std::span<const scripting::ModifierKey> keys, const platform::CallLimits&) override {
     calls.push_back(fmt::format("key {}{}", code, named(keys)));
   }
   void modifiers(scripting::KeyTransition transition, std::span<const scripting::ModifierKey> keys) override {

@@ -21,10 +21,19 @@ class ModelWorkspace : public platform::WindowSystem,
                        public platform::InstalledApplications,
                        public automation::BrowserControls {
 public:
+  /// With a machine of its own, or with that of others. References outlive this.
+  ModelWorkspace() : probe(ownProbe_), targets(ownTargets_) {}
+  ModelWorkspace(ModelBrowserProbe& probe, targets::TargetContextManager& targets) : probe(probe), targets(targets) {}
+
+private:
+  ModelBrowserProbe ownProbe_{{}, {}};
+  targets::TargetContextManager ownTargets_{ownProbe_};
+
+public:
   ModelAccessibility accessibility;
   ManualClock clock;
-  ModelBrowserProbe probe{{}, {}};
-  targets::TargetContextManager targets{probe};
+  ModelBrowserProbe& probe;
+  targets::TargetContextManager& targets;
   std::vector<platform::ClientWindow> all; ///< front to back; the first one that is shown is active
   std::vector<platform::InstalledApplication> known;
   std::vector<std::string> deeds;          ///< such as "activate 7", "key ff1b", "start Editor", "controls of Chromium"
@@ -60,11 +69,13 @@ public:
   void place(std::uint32_t, const platform::Rectangle&) override {}
   void close(std::uint32_t) override {}
 
-  void press(const platform::Key& key, const platform::KeyModifiers&, const platform::CallLimits&) override {
-    deeds.push_back(fmt::format("key {:x}", key.symbol));
+  void press(const platform::Key& key, const platform::KeyModifiers& modifiers, const platform::CallLimits&) override {
+    deeds.push_back(fmt::format("key {:x}{}", key.symbol, named(modifiers)));
     onKey();
   }
-  void type(const std::string&, const platform::KeyModifiers&, const platform::CallLimits&) override {}
+  void type(const std::string& text, const platform::KeyModifiers& modifiers, const platform::CallLimits&) override {
+    deeds.push_back("type " + text + named(modifiers));
+  }
   void hold(const platform::KeyModifiers&) override {}
   void release(const platform::KeyModifiers&) override {}
 
@@ -76,6 +87,11 @@ public:
   void start(const platform::InstalledApplication& application) override {
     deeds.push_back("start " + application.name);
     onStart();
+  }
+
+  static std::string named(const platform::KeyModifiers& modifiers) {
+    return fmt::format("{}{}{}{}", modifiers.shift ? " shift" : "", modifiers.control ? " control" : "",
+                       modifiers.alt ? " alt" : "", modifiers.super ? " super" : "");
   }
 
   void show(const targets::RunningApplication& browser, const platform::CallLimits&) override {

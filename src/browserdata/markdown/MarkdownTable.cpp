@@ -2,10 +2,8 @@
 // written, padded to them.
 #include "browserdata/HTMLToMarkdown.h"
 #include "browserdata/markdown/MarkdownWalk.h"
+#include "platform/Characters.h"
 #include "platform/Whitespace.h"
-
-#include <unicode/brkiter.h>
-#include <unicode/utext.h>
 
 #include <algorithm>
 #include <memory>
@@ -15,24 +13,6 @@
 namespace tabwright::browserdata {
 
 namespace {
-
-/// Extended grapheme clusters, which a reader counts as characters.
-std::size_t characterCount(std::string_view text) {
-  if (std::ranges::all_of(text, [](char character) { return static_cast<unsigned char>(character) < 0x80; }))
-    return text.size();
-  UErrorCode status = U_ZERO_ERROR;
-  thread_local const std::unique_ptr<icu::BreakIterator> boundaries(
-      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
-  UText* const utf8 = utext_openUTF8(nullptr, text.data(), static_cast<int64_t>(text.size()), &status);
-  std::size_t count = 0;
-  if (U_SUCCESS(status) && boundaries) {
-    boundaries->setText(utf8, status);
-    while (boundaries->next() != icu::BreakIterator::DONE)
-      ++count;
-  }
-  utext_close(utf8);
-  return count;
-}
 
 struct Cell {
   std::string text;
@@ -84,7 +64,7 @@ void MarkdownWalk::addTable(const html::Node& table, const MarkdownPlace& place)
       if (cell.name() != "td" && cell.name() != "th")
         throw platform::failure(HTMLToMarkdownError::unexpectedNode, std::string(cell.name()));
       std::string text = cellText(cell, inside);
-      const std::size_t width = characterCount(text);
+      const std::size_t width = platform::characterCount(text);
       if (widths.size() == cells.size())
         widths.push_back(0);
       widths[cells.size()] = std::max(widths[cells.size()], width);

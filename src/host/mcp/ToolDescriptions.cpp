@@ -32,6 +32,11 @@ bool isSettledByOthers(const intents::Intent& action, const intents::ParameterBa
          });
 }
 
+// True for what agents aren't offered.
+bool isLeftOut(const intents::Intent& action, const intents::ParameterBase& parameter) {
+  return parameter.declaration().audience == intents::Audience::people || isSettledByOthers(action, parameter);
+}
+
 std::string descriptionOf(const intents::Intent& action) {
   std::string text = sentenceOf(action, action.summary().current()) + ".";
   for (const intents::ParameterBase* parameter : action.parameters()) {
@@ -64,7 +69,7 @@ json::object inputOf(const intents::Intent& action) {
   json::object& properties = schema.at("properties").as_object();
   for (const intents::ParameterBase* parameter : action.parameters()) {
     const intents::ParameterDeclaration& declaration = parameter->declaration();
-    if (isSettledByOthers(action, *parameter)) {
+    if (isLeftOut(action, *parameter)) {
       properties.stable_erase(declaration.name);
       continue;
     }

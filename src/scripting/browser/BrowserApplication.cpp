@@ -35,6 +35,9 @@ Value BrowserApplication::handle(const applescript::AppleEventMessage& message) 
 }
 
 void BrowserApplication::activate(BrowserScope& scope) {
+  // Programs that type activate it before each character.
+  if (scope.isFrontmost())
+    return;
   if (!driver_->isRunning() && hooks_.launch)
     hooks_.launch();
   else

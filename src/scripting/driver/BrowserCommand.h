@@ -2,6 +2,7 @@
 
 #include "platform/CallLimits.h"
 #include "scripting/driver/BrowserState.h"
+#include "scripting/driver/PageKeys.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -9,6 +10,7 @@
 #include <string>
 #include <type_traits>
 #include <variant>
+#include <vector>
 
 namespace tabwright::scripting {
 
@@ -68,6 +70,15 @@ struct StopLoading {
   TabID tab = 0;
 };
 
+/// Plays keys to the tab's page, one after the other. Its number is 1 when the page has taken them; 0 when it hasn't
+/// the keyboard, as while the address bar has it, and nothing was played.
+struct PlayKeys {
+  TabID tab = 0;
+  std::vector<PageKey> keys;
+  platform::KeyModifiers modifiers;
+  bool hasKeyboard = false; ///< the page takes them whatever it says, as in a browser without windows
+};
+
 struct SetBounds {
   WindowID window = 0;
   WindowBounds bounds;
@@ -80,14 +91,17 @@ struct SetShape {
 
 /// Brings the browser's front window to the front of the desktop.
 struct Activate {};
+/// Shows the browser's own controls on the accessibility bus; see NativeControls.
+struct ShowControls {};
 /// Asks the browser to close all windows and end, and waits until it has.
 struct Quit {};
 
 /// The commands that a BrowserView carries out.
 using ViewCommand = std::variant<MakeTab, MakeWindow, CloseTab, CloseWindow, ActivateTab, RaiseWindow, SetGivenName>;
 
-using BrowserCommand = std::variant<MakeTab, MakeWindow, CloseTab, CloseWindow, ActivateTab, RaiseWindow, SetGivenName,
-                                    Navigate, GoInHistory, Reload, StopLoading, SetBounds, SetShape, Activate, Quit>;
+using BrowserCommand =
+    std::variant<MakeTab, MakeWindow, CloseTab, CloseWindow, ActivateTab, RaiseWindow, SetGivenName, Navigate,
+                 GoInHistory, Reload, StopLoading, PlayKeys, SetBounds, SetShape, Activate, ShowControls, Quit>;
 
 /// Hands the command to the handler of its kind. Yields what that yields; 0 where it yields nothing.
 template <class Command, class Handler>

@@ -4,6 +4,7 @@
 #include "platform/Logger.h"
 #include "platform/linux/ProcessExit.h"
 #include "scripting/driver/HelperView.h"
+#include "scripting/driver/KeyEvents.h"
 #include "scripting/driver/ProtocolView.h"
 #include "scripting/driver/ProtocolWindows.h"
 
@@ -72,7 +73,7 @@ std::unique_ptr<BrowserView> BrowserLink::makeView(const std::filesystem::path& 
 }
 
 BrowserLink::BrowserLink(platform::RunningBrowser browser, std::shared_ptr<devtools::Connection> connection)
-    : browser_(std::move(browser)), connection_(std::move(connection)), pages_(connection_) {}
+    : browser_(std::move(browser)), connection_(std::move(connection)), pages_(connection_), controls_(connection_) {}
 
 BrowserLink::~BrowserLink() = default;
 
@@ -213,6 +214,13 @@ void BrowserLink::carryOut(const Reload& command, const CallLimits& limits) {
 void BrowserLink::carryOut(const StopLoading& command, const CallLimits& limits) {
   const Disturbance disturbance = begin(limits, command.tab);
   tabs_->require(command.tab, limits)->call("Page.stopLoading", {}, Session::AnsweredBy::browser, limits);
+}
+
+std::int64_t BrowserLink::carryOut(const PlayKeys& command, const CallLimits& callLimits) {
+  const Disturbance disturbance(*seen_, Disturbance::Kind::evaluation);
+  const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
+  const std::shared_ptr<Session> page = tabs_->require(command.tab, limits);
+  return playKeys(*page, command, limits) ? 1 : 0;
 }
 
 // ---------------------------------------------------------------------------------------------------------- windows

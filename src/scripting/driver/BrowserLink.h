@@ -3,6 +3,7 @@
 #include "devtools/Discovery.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/driver/BrowserCommand.h"
+#include "scripting/driver/NativeControls.h"
 #include "scripting/driver/PageJobs.h"
 #include "scripting/driver/PageSessions.h"
 #include "scripting/driver/PageVisits.h"
@@ -61,9 +62,11 @@ private:
   void carryOut(const GoInHistory& command, const CallLimits& limits);
   void carryOut(const Reload& command, const CallLimits& limits);
   void carryOut(const StopLoading& command, const CallLimits& limits);
+  std::int64_t carryOut(const PlayKeys& command, const CallLimits& limits);
   void carryOut(const SetBounds& command, const CallLimits& limits);
   void carryOut(const SetShape& command, const CallLimits& limits);
   void carryOut(const Activate& command, const CallLimits& limits);
+  void carryOut(const ShowControls& /*command*/, const CallLimits& limits) { controls_.show(limits); }
   void carryOut(const Quit& command, const CallLimits& limits);
   /// The commands that are the view's alone.
   template <class Command>
@@ -76,6 +79,7 @@ private:
   PageSessions pages_;
   PageVisits visits_;
   PageJobResults jobs_;
+  NativeControls controls_;
   // Both are set once the browser was found to answer, and come last: they use the rest.
   std::unique_ptr<SeenBrowser> seen_;
   std::unique_ptr<TabPages> tabs_;

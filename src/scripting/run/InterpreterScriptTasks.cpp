@@ -1,20 +1,10 @@
-// A run is one Asio operation: its initiation hands the script to a thread, and the thread posts the completion to the
-// executor of the awaiting coroutine. A cancellation only requests the stop; the operation completes when the script
-// has ended.
 #include "scripting/run/InterpreterScriptTasks.h"
 
 #include "applescript/values/Errors.h"
+#include "platform/OnThread.h"
 #include "scripting/run/DescriptorConversion.h"
 
-#include <boost/asio/associated_cancellation_slot.hpp>
-#include <boost/asio/associated_executor.hpp>
-#include <boost/asio/async_result.hpp>
-#include <boost/asio/executor_work_guard.hpp>
-#include <boost/asio/post.hpp>
-#include <boost/asio/use_awaitable.hpp>
-
 #include <algorithm>
-#include <exception>
 #include <string>
 #include <utility>
 
@@ -66,56 +56,16 @@ Result runScript(applescript::Interpreter& interpreter, const std::string& sourc
 class InterpreterScriptTask final : public platform::UserAppleScriptTask {
 public:
   InterpreterScriptTask(std::string source, std::shared_ptr<applescript::Interpreter> interpreter,
-                        std::shared_ptr<ScriptThreads> threads)
+                        std::shared_ptr<platform::WorkerThreads> threads)
       : source_(std::make_shared<const std::string>(std::move(source))), interpreter_(std::move(interpreter)),
         threads_(std::move(threads)) {}
 
   platform::Task<Result> executeWithAppleEvent(AppleEvent event) override {
     // Copies: the run may outlast this object.
-    auto begin = [source = source_, interpreter = interpreter_, threads = threads_, notices = notices_,
-                  event = std::move(event)](auto handler) mutable {
-      using Handler = decltype(handler);
-      const auto executor = boost::asio::get_associated_executor(handler);
-      auto slot = boost::asio::get_associated_cancellation_slot(handler);
-      auto completion = std::make_shared<Handler>(std::move(handler));
-      auto complete = [completion, slot, guard = boost::asio::make_work_guard(executor)](
-                          const std::exception_ptr& failure, Result result) mutable {
-        boost::asio::post(guard.get_executor(),
-                          [completion = std::move(completion), slot, failure, result = std::move(result)]() mutable {
-                            slot.clear();
-                            std::move (*completion)(failure, std::move(result));
-                          });
-        guard.reset();
-      };
-      const auto job = threads->prepare(
-          [source, interpreter, notices, event = std::move(event), complete](std::stop_token stop) mutable {
-            std::exception_ptr failure;
-            Result result;
-            try {
-              result = runScript(*interpreter, *source, event, std::move(stop), std::move(notices));
-            } catch (...) {
-              failure = std::current_exception();
-            }
-            complete(failure, std::move(result));
-          });
-      if (slot.is_connected()) {
-        // Weak: the slot lives in the coroutine that the job's completion keeps.
-        slot.assign([threads = std::weak_ptr(threads), job = std::weak_ptr(job)](boost::asio::cancellation_type) {
-          const auto owner = threads.lock();
-          const auto running = job.lock();
-          if (owner && running)
-            owner->cancel(running);
-        });
-      }
-      try {
-        threads->start(job);
-      } catch (...) {
-        complete(std::current_exception(), {});
-      }
-    };
-    co_return co_await boost::asio::async_initiate<const boost::asio::use_awaitable_t<>&,
-                                                   void(std::exception_ptr, Result)>(std::move(begin),
-                                                                                     boost::asio::use_awaitable);
+    return platform::onThread<Result>(threads_, [source = source_, interpreter = interpreter_, notices = notices_,
+                                                 event = std::move(event)](std::stop_token stop) {
+      return runScript(*interpreter, *source, event, std::move(stop), notices);
+    });
   }
 
   [[nodiscard]] std::vector<platform::Notice> notices() const override { return notices_->all(); }
@@ -123,15 +73,15 @@ public:
 private:
   std::shared_ptr<const std::string> source_;
   std::shared_ptr<applescript::Interpreter> interpreter_;
-  std::shared_ptr<ScriptThreads> threads_;
+  std::shared_ptr<platform::WorkerThreads> threads_;
   std::shared_ptr<platform::Notices> notices_ = std::make_shared<platform::Notices>();
 };
 
 } // namespace
 
 InterpreterScriptTasks::InterpreterScriptTasks(std::shared_ptr<applescript::Interpreter> interpreter,
-                                               std::size_t mostThreads)
-    : interpreter_(std::move(interpreter)), threads_(std::make_shared<ScriptThreads>(mostThreads)) {}
+                                               std::shared_ptr<platform::WorkerThreads> threads)
+    : interpreter_(std::move(interpreter)), threads_(std::move(threads)) {}
 
 std::unique_ptr<platform::UserAppleScriptTask>
 InterpreterScriptTasks::initWithURL(const platform::WrittenFile& script) {

@@ -2,9 +2,8 @@
 
 #include "applescript/Interpreter.h"
 #include "platform/UserAppleScriptTask.h"
-#include "scripting/run/ScriptThreads.h"
+#include "platform/WorkerThreads.h"
 
-#include <cstddef>
 #include <memory>
 
 namespace tabwright::scripting {
@@ -20,13 +19,15 @@ namespace tabwright::scripting {
 /// comes as its source form.
 class InterpreterScriptTasks final : public platform::UserAppleScriptTasks {
 public:
-  explicit InterpreterScriptTasks(std::shared_ptr<applescript::Interpreter> interpreter, std::size_t mostThreads = 512);
+  explicit InterpreterScriptTasks(
+      std::shared_ptr<applescript::Interpreter> interpreter,
+      std::shared_ptr<platform::WorkerThreads> threads = std::make_shared<platform::WorkerThreads>());
 
   std::unique_ptr<platform::UserAppleScriptTask> initWithURL(const platform::WrittenFile& script) override;
 
 private:
   std::shared_ptr<applescript::Interpreter> interpreter_;
-  std::shared_ptr<ScriptThreads> threads_;
+  std::shared_ptr<platform::WorkerThreads> threads_;
 };
 
 } // namespace tabwright::scripting

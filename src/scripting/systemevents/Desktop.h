@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/CallLimits.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -62,9 +64,10 @@ public:
   virtual void chooseMenuItem(pid_t process, MenuPath path) = 0;
 
   /// Types a text into the application that has the keyboard, one character after the other, with modifiers held down.
-  virtual void keystroke(const std::string& text, std::span<const ModifierKey> modifiers) = 0;
+  virtual void keystroke(const std::string& text, std::span<const ModifierKey> modifiers,
+                         const platform::CallLimits& limits) = 0;
   /// Presses and releases the key of a macOS virtual key code (36 is return, 48 tab, 53 escape).
-  virtual void keyCode(int code, std::span<const ModifierKey> modifiers) = 0;
+  virtual void keyCode(int code, std::span<const ModifierKey> modifiers, const platform::CallLimits& limits) = 0;
   /// Presses modifier keys, or releases them.
   virtual void modifiers(KeyTransition transition, std::span<const ModifierKey> keys) = 0;
 };

@@ -2,6 +2,7 @@
 // applications were last used.
 #include "scripting/systemevents/DesktopProcesses.h"
 
+#include "platform/AsciiCase.h"
 #include "platform/BrowserTable.h"
 #include "scripting/model/Comparison.h"
 
@@ -16,15 +17,27 @@ using platform::RunningBrowser;
 
 namespace {
 
-DesktopProcess describe(pid_t pid, const std::vector<RunningBrowser>& browsers, const ProgramOfProcess& programOf) {
+/// `window` is one of the process's; null for a browser without any.
+DesktopProcess describe(pid_t pid, const ClientWindow* window, const std::vector<RunningBrowser>& browsers,
+                        const ProcessNames& names) {
   DesktopProcess process;
   process.pid = pid;
   const auto browser = std::ranges::find(browsers, pid, &RunningBrowser::process);
-  const std::filesystem::path program = browser == browsers.end() ? programOf(pid) : std::filesystem::path();
+  const std::filesystem::path program = browser == browsers.end() ? names.programOf(pid) : std::filesystem::path();
   const BrowserFacts* facts =
       browser != browsers.end() ? browser->facts : platform::findBrowserOfProgram(program.native());
-  process.name = facts ? std::string(facts->name) : program.filename().string();
-  process.bundleIdentifier = facts ? std::string(facts->id) : process.name;
+  if (facts) {
+    process.name = facts->name;
+    process.bundleIdentifier = facts->id;
+    return process;
+  }
+  process.name = program.filename().string();
+  process.bundleIdentifier = process.name;
+  const auto application = window && names.applicationOf ? names.applicationOf(*window) : std::nullopt;
+  if (application) {
+    process.name = application->name;
+    process.bundleIdentifier = platform::lowercased(application->id);
+  }
   return process;
 }
 
@@ -51,8 +64,7 @@ pid_t processOfWindow(const ClientWindow& window, const std::vector<RunningBrows
 }
 
 std::vector<DesktopProcess> desktopProcesses(const std::vector<ClientWindow>& windows,
-                                             const std::vector<RunningBrowser>& browsers,
-                                             const ProgramOfProcess& programOf) {
+                                             const std::vector<RunningBrowser>& browsers, const ProcessNames& names) {
   std::vector<DesktopProcess> processes;
   const auto find = [&](pid_t pid) { return std::ranges::find(processes, pid, &DesktopProcess::pid); };
   for (const ClientWindow& window : windows) {
@@ -61,14 +73,14 @@ std::vector<DesktopProcess> desktopProcesses(const std::vector<ClientWindow>& wi
       continue;
     auto process = find(pid);
     if (process == processes.end())
-      process = processes.insert(processes.end(), describe(pid, browsers, programOf));
+      process = processes.insert(processes.end(), describe(pid, &window, browsers, names));
     process->isFrontmost |= window.isActive;
     process->isVisible |= window.isShown;
     process->windows.push_back({window.id, window.name});
   }
   for (const RunningBrowser& browser : browsers) {
     if (find(browser.process) == processes.end())
-      processes.push_back(describe(browser.process, browsers, programOf));
+      processes.push_back(describe(browser.process, nullptr, browsers, names));
   }
   if (const auto front = frontmost(processes); front != processes.end()) {
     front->isFrontmost = true;

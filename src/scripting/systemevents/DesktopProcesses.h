@@ -1,18 +1,23 @@
 #pragma once
 
+#include "platform/InstalledApplications.h"
 #include "platform/WindowSystem.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/systemevents/Desktop.h"
 
 #include <filesystem>
 #include <functional>
-#include <string_view>
+#include <optional>
 #include <vector>
 
 namespace tabwright::scripting {
 
-/// The path of a process's program; empty when it is unknown.
-using ProgramOfProcess = std::function<std::filesystem::path(pid_t)>;
+/// The ways to a process's names.
+struct ProcessNames {
+  std::function<std::filesystem::path(pid_t)> programOf; ///< the path of its program; empty when it is unknown
+  /// The application that a window belongs to; empty: none is known.
+  std::function<std::optional<platform::InstalledApplication>(const platform::ClientWindow&)> applicationOf{};
+};
 
 /// The process that a window belongs to. That is the one it names, unless that is a sandboxed browser's number in its
 /// own namespace and the window is of that browser's class.
@@ -24,8 +29,10 @@ using ProgramOfProcess = std::function<std::filesystem::path(pid_t)>;
 ///
 /// `windows` are front to back. Frontmost is the process of the active window. Without one the user is nowhere, and it
 /// is the process of the first window that is shown; where nothing is shown, the first browser.
+///
+/// A browser has the names of its row in the table, another process those of its desktop entry, or else its program's.
 [[nodiscard]] std::vector<DesktopProcess> desktopProcesses(const std::vector<platform::ClientWindow>& windows,
                                                            const std::vector<platform::RunningBrowser>& browsers,
-                                                           const ProgramOfProcess& programOf);
+                                                           const ProcessNames& names);
 
 } // namespace tabwright::scripting

@@ -1,8 +1,11 @@
 #include "scripting/systemevents/LinuxDesktop.h"
 
 #include "platform/DesktopFault.h"
+#include "platform/KeyCodes.h"
 #include "platform/Logger.h"
 #include "scripting/systemevents/DesktopProcesses.h"
+
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -17,10 +20,31 @@ namespace {
 
 const platform::Logger log("LinuxDesktop");
 
+/// The modifiers of a PC's keyboard that do the same. Command is Control, as in all shortcuts, and so is control.
+platform::KeyModifiers pressed(std::span<const ModifierKey> modifiers) {
+  platform::KeyModifiers keys;
+  for (const ModifierKey modifier : modifiers) {
+    switch (modifier) {
+    case ModifierKey::command:
+    case ModifierKey::control:
+      keys.control = true;
+      break;
+    case ModifierKey::option:
+      keys.alt = true;
+      break;
+    case ModifierKey::shift:
+      keys.shift = true;
+      break;
+    }
+  }
+  return keys;
+}
+
 } // namespace
 
-LinuxDesktop::LinuxDesktop(platform::RunningBrowsers browsers, std::string display)
-    : browsers_(std::move(browsers)), windowSystem_(std::move(display)) {}
+LinuxDesktop::LinuxDesktop(platform::WindowSystem& windows, platform::Keyboard& keyboard,
+                           platform::InstalledApplications& installed, platform::RunningBrowsers browsers)
+    : windowSystem_(windows), keyboard_(keyboard), installed_(installed), browsers_(std::move(browsers)) {}
 
 std::vector<ClientWindow> LinuxDesktop::windowsIfAny() {
   try {
@@ -32,7 +56,10 @@ std::vector<ClientWindow> LinuxDesktop::windowsIfAny() {
 }
 
 std::vector<DesktopProcess> LinuxDesktop::processes() {
-  return desktopProcesses(windowsIfAny(), browsers_.findAll(), [this](pid_t pid) { return browsers_.programOf(pid); });
+  return desktopProcesses(
+      windowsIfAny(), browsers_.findAll(),
+      {.programOf = [this](pid_t pid) { return browsers_.programOf(pid); },
+       .applicationOf = [this](const ClientWindow& window) { return installed_.applicationOf(window); }});
 }
 
 std::vector<ClientWindow> LinuxDesktop::requireWindows(pid_t process) {
@@ -76,16 +103,23 @@ void LinuxDesktop::chooseMenuItem(pid_t, MenuPath) {
   throw platform::failure(DesktopFault::menusUnavailable);
 }
 
-void LinuxDesktop::keystroke(const std::string&, std::span<const ModifierKey>) {
-  throw platform::failure(DesktopFault::keysUnavailable);
+void LinuxDesktop::keystroke(const std::string& text, std::span<const ModifierKey> modifiers,
+                             const platform::CallLimits& limits) {
+  keyboard_.type(text, pressed(modifiers), limits);
 }
 
-void LinuxDesktop::keyCode(int, std::span<const ModifierKey>) {
-  throw platform::failure(DesktopFault::keysUnavailable);
+void LinuxDesktop::keyCode(int code, std::span<const ModifierKey> modifiers, const platform::CallLimits& limits) {
+  const std::optional<platform::Key> key = platform::keyOfCode(code);
+  if (!key)
+    throw platform::failure(DesktopFault::noSuchKey, fmt::format("key code {}", code));
+  keyboard_.press(*key, pressed(modifiers), limits);
 }
 
-void LinuxDesktop::modifiers(KeyTransition, std::span<const ModifierKey>) {
-  throw platform::failure(DesktopFault::keysUnavailable);
+void LinuxDesktop::modifiers(KeyTransition transition, std::span<const ModifierKey> keys) {
+  if (transition == KeyTransition::down)
+    keyboard_.hold(pressed(keys));
+  else
+    keyboard_.release(pressed(keys));
 }
 
 } // namespace tabwright::scripting

@@ -88,13 +88,13 @@ Value perform(SystemEventsScope& scope) {
   if (code == systemevents::click)
     return click(scope);
   if (code == systemevents::keystroke) {
-    scope.desktop().keystroke(requireText(requireDirect(scope)), heldModifiers(scope));
+    scope.desktop().keystroke(requireText(requireDirect(scope)), heldModifiers(scope), scope.limits());
     return Value::missing();
   }
   if (code == systemevents::keyCode) {
     for (const Value& key : itemsOf(requireDirect(scope)))
       scope.desktop().keyCode(static_cast<int>(std::clamp<std::int64_t>(requireInteger(key), -1, 0xFFFF)),
-                              heldModifiers(scope));
+                              heldModifiers(scope), scope.limits());
     return Value::missing();
   }
   if (code == systemevents::keyDown || code == systemevents::keyUp) {

@@ -18,9 +18,12 @@ class SystemEventsScope : public EventScope {
 public:
   SystemEventsScope(const ObjectModel& model, std::shared_ptr<applescript::ScriptableApplication> application,
                     const applescript::AppleEventMessage& message, Desktop& desktop)
-      : EventScope(model, std::move(application), message), desktop_(desktop) {}
+      : EventScope(model, std::move(application), message), desktop_(desktop),
+        limits_{message.deadline, message.stop, message.notices} {}
 
   [[nodiscard]] Desktop& desktop() const { return desktop_; }
+  /// The event's own.
+  [[nodiscard]] const platform::CallLimits& limits() const { return limits_; }
 
   [[nodiscard]] const std::vector<DesktopProcess>& processes();
   [[nodiscard]] const DesktopProcess& process(Object object);
@@ -36,6 +39,7 @@ public:
 
 private:
   Desktop& desktop_;
+  const platform::CallLimits limits_;
   std::optional<std::vector<DesktopProcess>> processes_;
   std::vector<std::vector<std::size_t>> paths_;
   std::map<std::vector<std::size_t>, std::int64_t> numbers_;

@@ -11,26 +11,27 @@
 #include <stop_token>
 #include <vector>
 
-namespace tabwright::scripting {
+namespace tabwright::platform {
 
-/// Threads for scripts. Scripts block, in `delay` and in calls of a browser, so each running one has a thread to
-/// itself: one that waits keeps no other from running. Threads are made when needed, and a few are kept; their stacks
-/// are large, for scripts recurse, but cost only what a recursion has reached, and go with their thread. The bound is
-/// for the machine's sake, far above what is in use together; scripts beyond it, or for which the system gives no
-/// thread, wait in a queue.
+/// Threads for work that blocks: scripts, which wait in `delay` and in calls of a browser, and reads of other programs.
+/// Each running piece has a thread to itself, so one that waits keeps no other from running. Threads are made when
+/// needed, and a few are kept; their stacks are large, for scripts recurse, but cost only what a recursion has reached,
+/// and go with their thread. The bound is for the machine's sake, far above what is in use together; work beyond it, or
+/// for which the system gives no thread, waits in a queue.
 ///
-/// Safe from several threads. The destructor stops all scripts, and returns when their threads have ended.
-class ScriptThreads {
+/// Safe from several threads. The destructor stops all work, and returns when the threads have ended. Coroutines come
+/// here by `onThread` (platform/OnThread.h).
+class WorkerThreads {
 public:
   /// Called once, on a thread of this. When the stop was requested before it began, it has to finish at once; then it
   /// may be called by `cancel`, on the caller's thread. Must not throw.
   using Work = std::function<void(std::stop_token)>;
   class Job;
 
-  explicit ScriptThreads(std::size_t mostThreads = 512);
-  ~ScriptThreads();
-  ScriptThreads(const ScriptThreads&) = delete;
-  ScriptThreads& operator=(const ScriptThreads&) = delete;
+  explicit WorkerThreads(std::size_t mostThreads = 512);
+  ~WorkerThreads();
+  WorkerThreads(const WorkerThreads&) = delete;
+  WorkerThreads& operator=(const WorkerThreads&) = delete;
 
   [[nodiscard]] std::shared_ptr<Job> prepare(Work work);
   /// Throws std::system_error when not even one thread can be made; the work has not been called then.
@@ -46,7 +47,7 @@ private:
   void joinEnded() REQUIRES(mutex_);
 
   const std::size_t mostThreads_;
-  platform::Mutex mutex_;
+  Mutex mutex_;
   std::condition_variable_any wake_;
   std::deque<std::shared_ptr<Job>> queue_ GUARDED_BY(mutex_);
   std::vector<std::shared_ptr<Job>> running_ GUARDED_BY(mutex_);
@@ -56,4 +57,4 @@ private:
   bool isClosing_ GUARDED_BY(mutex_) = false;
 };
 
-} // namespace tabwright::scripting
+} // namespace tabwright::platform

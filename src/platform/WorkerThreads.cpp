@@ -1,12 +1,12 @@
 // pthreads, since a standard thread has no way to ask for a larger stack. A thread that is no longer needed joins the
 // one that left before it, and is joined itself by the next to come.
-#include "scripting/run/ScriptThreads.h"
+#include "platform/WorkerThreads.h"
 
 #include <algorithm>
 #include <system_error>
 #include <utility>
 
-namespace tabwright::scripting {
+namespace tabwright::platform {
 
 namespace {
 
@@ -16,18 +16,18 @@ constexpr std::size_t mostIdle = 8;
 
 } // namespace
 
-class ScriptThreads::Job {
+class WorkerThreads::Job {
 public:
   explicit Job(Work work) : work(std::move(work)) {}
   Work work;
   std::stop_source stop;
 };
 
-ScriptThreads::ScriptThreads(std::size_t mostThreads) : mostThreads_(std::max<std::size_t>(mostThreads, 1)) {}
+WorkerThreads::WorkerThreads(std::size_t mostThreads) : mostThreads_(std::max<std::size_t>(mostThreads, 1)) {}
 
-ScriptThreads::~ScriptThreads() {
+WorkerThreads::~WorkerThreads() {
   {
-    const platform::MutexLock lock(mutex_);
+    const MutexLock lock(mutex_);
     isClosing_ = true;
     for (const auto& job : queue_)
       job->stop.request_stop();
@@ -41,12 +41,12 @@ ScriptThreads::~ScriptThreads() {
   joinEnded();
 }
 
-std::shared_ptr<ScriptThreads::Job> ScriptThreads::prepare(Work work) {
+std::shared_ptr<WorkerThreads::Job> WorkerThreads::prepare(Work work) {
   return std::make_shared<Job>(std::move(work));
 }
 
-void ScriptThreads::start(const std::shared_ptr<Job>& job) {
-  const platform::MutexLock lock(mutex_);
+void WorkerThreads::start(const std::shared_ptr<Job>& job) {
+  const MutexLock lock(mutex_);
   joinEnded();
   if (idle_ <= queue_.size() && threads_.size() < mostThreads_)
     addThread();
@@ -54,10 +54,10 @@ void ScriptThreads::start(const std::shared_ptr<Job>& job) {
   wake_.notify_one();
 }
 
-void ScriptThreads::cancel(const std::shared_ptr<Job>& job) {
+void WorkerThreads::cancel(const std::shared_ptr<Job>& job) {
   job->stop.request_stop();
   {
-    const platform::MutexLock lock(mutex_);
+    const MutexLock lock(mutex_);
     const auto waiting = std::ranges::find(queue_, job);
     if (waiting == queue_.end())
       return;
@@ -66,13 +66,13 @@ void ScriptThreads::cancel(const std::shared_ptr<Job>& job) {
   job->work(job->stop.get_token());
 }
 
-void ScriptThreads::joinEnded() {
+void WorkerThreads::joinEnded() {
   for (const pthread_t thread : ended_)
     pthread_join(thread, nullptr);
   ended_.clear();
 }
 
-void ScriptThreads::addThread() {
+void WorkerThreads::addThread() {
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);
   pthread_attr_setstacksize(&attributes, stackBytes);
@@ -82,16 +82,16 @@ void ScriptThreads::addThread() {
   if (error == 0)
     threads_.push_back(thread);
   else if (threads_.empty())
-    throw std::system_error(error, std::generic_category(), "pthread_create: no thread for a script");
+    throw std::system_error(error, std::generic_category(), "pthread_create: no thread to work on");
 }
 
-void* ScriptThreads::threadMain(void* threads) {
-  static_cast<ScriptThreads*>(threads)->serve();
+void* WorkerThreads::threadMain(void* threads) {
+  static_cast<WorkerThreads*>(threads)->serve();
   return nullptr;
 }
 
-void ScriptThreads::serve() {
-  platform::MutexLock lock(mutex_);
+void WorkerThreads::serve() {
+  MutexLock lock(mutex_);
   for (;;) {
     if (queue_.empty() && idle_ >= mostIdle && !isClosing_) {
       joinEnded(); // so that at most one keeps its stack
@@ -109,10 +109,10 @@ void ScriptThreads::serve() {
     running_.push_back(job);
     lock.unlock();
     job->work(job->stop.get_token());
-    job->work = nullptr; // what it holds must not outlive the script
+    job->work = nullptr; // what it holds must not outlive the work
     lock.lock();
     std::erase(running_, job);
   }
 }
 
-} // namespace tabwright::scripting
+} // namespace tabwright::platform

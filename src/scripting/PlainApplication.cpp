@@ -1,4 +1,4 @@
-#include "scripting/OwnApplication.h"
+#include "scripting/PlainApplication.h"
 
 #include "applescript/ScriptError.h"
 #include "applescript/values/Errors.h"
@@ -12,14 +12,14 @@ using applescript::Value;
 namespace events = applescript::events;
 namespace errors = applescript::errors;
 
-OwnApplication::OwnApplication(std::string name, std::string bundleIdentifier, std::function<void()> activate)
+PlainApplication::PlainApplication(std::string name, std::string bundleIdentifier, std::function<void()> activate)
     : name_(std::move(name)), bundleIdentifier_(std::move(bundleIdentifier)), activate_(std::move(activate)) {}
 
-const applescript::Terminology* OwnApplication::terminology() const {
+const applescript::Terminology* PlainApplication::terminology() const {
   return &applescript::languageTerminology();
 }
 
-Value OwnApplication::handle(const applescript::AppleEventMessage& message) {
+Value PlainApplication::handle(const applescript::AppleEventMessage& message) {
   if (message.code == events::activate || message.code == events::run) {
     if (activate_)
       activate_();

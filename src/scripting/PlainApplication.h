@@ -8,10 +8,11 @@
 
 namespace tabwright::scripting {
 
-/// This program as an application that scripts can address: it has a name and can be activated, and nothing more.
-class OwnApplication final : public applescript::ScriptableApplication {
+/// An application that scripts can address by name and bring to the front, and nothing more: this program itself, and
+/// those on the desktop that have no dictionary.
+class PlainApplication final : public applescript::ScriptableApplication {
 public:
-  OwnApplication(std::string name, std::string bundleIdentifier, std::function<void()> activate);
+  PlainApplication(std::string name, std::string bundleIdentifier, std::function<void()> activate);
 
   [[nodiscard]] const std::string& name() const override { return name_; }
   [[nodiscard]] const std::string& bundleIdentifier() const override { return bundleIdentifier_; }

@@ -1,0 +1,31 @@
+#include "actions/KeyboardParameters.h"
+
+namespace tabwright::actions::keyboardparameters {
+
+namespace {
+
+template <class T>
+intents::ParameterSpec<T> sharedParameter(std::string_view name, T defaultValue) {
+  const auto key = [&](std::string_view part) {
+    return intents::LocalizedText{"intent.general.parameter." + std::string(name) + "." + std::string(part),
+                                  std::string(intents::tables::browsers)};
+  };
+  return {.name = name, .defaultValue = defaultValue, .title = key("title"), .description = key("description")};
+}
+
+} // namespace
+
+intents::ParameterSpec<KeyboardModifiersStatus> modifiersStatus() {
+  auto spec = sharedParameter("modifiersStatus", KeyboardModifiersStatus::disabled);
+  spec.audience = intents::Audience::people;
+  return spec;
+}
+
+intents::ParameterSpec<bool> modifier(std::string_view name) {
+  auto spec = sharedParameter(name, false);
+  if (name == "modFn") // has no effect here
+    spec.audience = intents::Audience::people;
+  return spec;
+}
+
+} // namespace tabwright::actions::keyboardparameters

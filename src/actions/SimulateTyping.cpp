@@ -1,0 +1,113 @@
+// Types a text character by character, by a program that speaks to System Events. Its lines return nothing, so the
+// program comes to the end of its main handler, which tells that as failure 0: here that is the success.
+#include "actions/ActionList.h"
+#include "actions/KeyboardParameters.h"
+#include "actions/ScriptAction.h"
+#include "actions/SharedParameters.h"
+#include "actions/enums/TypingDelay.h"
+#include "engine/AppleScriptSnippets.h"
+#include "engine/errors/AppleScriptRuntimeError.h"
+#include "platform/Characters.h"
+
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace tabwright::actions {
+
+/// The answer of a program that has none to give.
+struct NoAnswer {
+  static NoAnswer fromJSON(const platform::JSONReader&) { return {}; }
+};
+
+class SimulateTyping final : public ScriptAction<NoAnswer, intents::Nothing> {
+  /// Shortcuts are short: with a modifier held, more characters than these are probably a mistake.
+  static constexpr std::size_t mostUnasked = 5;
+
+  Parameter<targets::ApplicationTarget> targetContext{*this, shared::targetApplication(services())};
+  Parameter<std::string> characters{*this, {.name = "characters", .example = "Hello"}};
+  Parameter<KeyboardModifiersStatus> modifiersStatus{*this, keyboardparameters::modifiersStatus()};
+  Parameter<bool> modCmd{*this, keyboardparameters::modifier("modCmd")};
+  Parameter<bool> modCtrl{*this, keyboardparameters::modifier("modCtrl")};
+  Parameter<bool> modOpt{*this, keyboardparameters::modifier("modOpt")};
+  Parameter<bool> modShift{*this, keyboardparameters::modifier("modShift")};
+  Parameter<TypingDelay> keystrokeDelay{*this, {.name = "keystrokeDelay", .defaultValue = TypingDelay::none}};
+  Parameter<bool> isFootGunModeEnabled{*this, {.name = "isFootGunModeEnabled", .defaultValue = false}};
+
+public:
+  explicit SimulateTyping(const ActionServices& services)
+      : ScriptAction(services, "SimulateTyping", intents::tables::browsers, {.destroys = true}) {
+    aimAt(targetContext);
+    summarise({
+        {.when = {is(modifiersStatus, KeyboardModifiersStatus::enabled)},
+         .key = "modifiersStatus.enabled",
+         .sentence = {&characters, &targetContext, &keystrokeDelay, &modCmd, &modCtrl, &modOpt, &modShift},
+         .further = {&modifiersStatus, &isFootGunModeEnabled}},
+        {.key = "defaultCase",
+         .sentence = {&characters, &targetContext, &keystrokeDelay},
+         .further = {&modifiersStatus, &isFootGunModeEnabled}},
+    });
+  }
+
+private:
+  platform::Task<void> prepare(intents::ActionHost& host) override {
+    if (isDangerous())
+      co_await confirm(host);
+    if (*targetContext == engine::frontmostTargetContext()) {
+      auto lookup = engine::Scriptacular::forOnboarding(services().scripts);
+      co_await lookup.resolveFrontmostBrowser();
+      targetContext.set(targets::ApplicationTarget(lookup.targetContext()));
+    }
+  }
+
+  [[nodiscard]] bool isDangerous() const {
+    return !*isFootGunModeEnabled && (*modCmd || *modCtrl || *modShift || *modOpt) &&
+           platform::characterCount(*characters) > mostUnasked;
+  }
+
+  static platform::Task<void> confirm(intents::ActionHost& host) {
+    try {
+      co_await host.requestConfirmation(
+          {"Type more than 5 characters with modifier keys? Each of them may be a shortcut."});
+    } catch (intents::ConfirmationRefused& refused) {
+      refused.setCause(
+          platform::Notice{refused.identity(),
+                           "Nothing was typed. More than 5 characters with modifier keys are typed only when somebody "
+                           "says yes, or with isFootGunModeEnabled."});
+      throw;
+    }
+  }
+
+  [[nodiscard]] std::string scriptBody() const override {
+    std::vector<std::string_view> held;
+    for (const auto& [isHeld, word] : {std::pair(*modCmd, "command"), std::pair(*modOpt, "option"),
+                                       std::pair(*modCtrl, "control"), std::pair(*modShift, "shift")}) {
+      if (isHeld)
+        held.emplace_back(word);
+    }
+    const bool isLower = *modifiersStatus == KeyboardModifiersStatus::enabled;
+    const std::string text = isLower ? platform::inLowerCase(*characters) : *characters;
+    return engine::AppleScriptSnippets::typing(
+        {.text = text, .modifiers = held, .secondsBetween = secondsOf(*keystrokeDelay)}, targetContext->id);
+  }
+
+  [[nodiscard]] engine::TellSystemEvents tellSystemEvents() const override { return engine::TellSystemEvents::yes; }
+
+  [[nodiscard]] intents::Nothing result(NoAnswer, const engine::TargetContext& /*browser*/) const override {
+    return {};
+  }
+
+  platform::Task<Outcome> run(intents::ActionHost& host) override {
+    try {
+      co_return co_await ScriptAction::run(host);
+    } catch (const platform::CatalogueFailure<engine::AppleScriptRuntimeError>& failure) {
+      if (failure.kind() != engine::AppleScriptRuntimeError::frontAppIsNotABrowser)
+        throw;
+    }
+    co_return Outcome{};
+  }
+};
+
+template std::unique_ptr<ActionFrame> makeAction<SimulateTyping>(const ActionServices&);
+
+} // namespace tabwright::actions

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "devtools/Session.h"
+#include "scripting/driver/BrowserCommand.h"
+
+namespace tabwright::scripting {
+
+/// Plays the command's keys to a page, and returns when the page has taken them all. False, and nothing was played,
+/// when the page hasn't the keyboard. Throws DevToolsFailure.
+bool playKeys(devtools::Session& page, const PlayKeys& command, const platform::CallLimits& limits);
+
+} // namespace tabwright::scripting

@@ -1,0 +1,55 @@
+#include "scripting/driver/NativeControls.h"
+
+#include "platform/JSONReader.h"
+#include "scripting/driver/DriverFault.h"
+
+#include <chrono>
+#include <string>
+
+namespace tabwright::scripting {
+
+using devtools::Session;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto patienceWithPage = 5s; // its script needs some 0.7 s
+constexpr auto lookAgain = 20ms;
+
+// The page builds itself by a script of its own. Before that has run the switch is there, but a click on it is lost:
+// the lists beside it are filled by the same script.
+constexpr const char* switchOn = R"((() => {
+  const native = document.querySelector("#native");
+  if (!native || document.readyState !== "complete")
+    return "loading";
+  if (native.checked)
+    return "on";
+  native.click();
+  return native.checked ? "clicked" : "loading";
+})())";
+
+} // namespace
+
+void NativeControls::show(const platform::CallLimits& callLimits) {
+  const platform::CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
+  const devtools::Turn::Holder holder = showing_.take("the browser is being told to show its controls", limits);
+  {
+    const platform::MutexLock lock(mutex_);
+    if (page_ && page_->isAttached())
+      return;
+  }
+  const boost::json::value reply = connection_->call(
+      "Target.createTarget", {{"url", "chrome://accessibility"}, {"hidden", true}, {"background", true}}, {}, limits);
+  const auto target = platform::JSONReader(reply).require<std::string>("targetId");
+  std::shared_ptr<Session> page = Session::attach(connection_, target, Session::Kind::page, limits);
+  const platform::CallLimits patience = limits.within(patienceWithPage);
+  while (page->evaluate(switchOn, patience).value != boost::json::value("on")) {
+    if (patience.hasPassed())
+      throw platform::failure(DriverFault::refused, "its page chrome://accessibility has no switch for it");
+    devtools::pause(lookAgain, "the browser is being told to show its controls", limits);
+  }
+  const platform::MutexLock lock(mutex_);
+  page_ = std::move(page);
+}
+
+} // namespace tabwright::scripting

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/Keyboard.h"
+#include "platform/Mutex.h"
+#include "scripting/driver/BrowserDriver.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace tabwright::scripting {
+
+/// The keyboard, which pages get their keys from over their browser's own protocol: they see each key with its right
+/// name and place then, whatever the layout, and characters that no key gives arrive at once.
+///
+/// A key goes to the page of the frontmost application's front tab where that is a browser that can be reached, and the
+/// page has the keyboard in it. All else goes to the keyboard of the display: keys for other applications, for the
+/// browser's own address bar and dialogs, and those that browsers act on themselves (with control or alt held, Escape,
+/// F1 to F12). Without a display, as for a browser that runs headless, its front tab's page gets them all.
+class PageKeyboard final : public platform::Keyboard {
+public:
+  /// The browser that is in front.
+  struct FrontBrowser {
+    std::shared_ptr<BrowserDriver> driver;
+    bool hasWindows = false; ///< on this display; else the page is the only one to take keys
+  };
+
+  /// `display` outlives this. `front` yields nothing when another application is in front.
+  PageKeyboard(platform::Keyboard& display, std::function<std::optional<FrontBrowser>()> front)
+      : display_(display), front_(std::move(front)) {}
+
+  void press(const platform::Key& key, const platform::KeyModifiers& modifiers,
+             const platform::CallLimits& limits) override;
+  void type(const std::string& text, const platform::KeyModifiers& modifiers,
+            const platform::CallLimits& limits) override;
+  void hold(const platform::KeyModifiers& modifiers) override;
+  void release(const platform::KeyModifiers& modifiers) override;
+
+private:
+  bool play(const std::optional<FrontBrowser>& front, std::vector<PageKey> keys,
+            const platform::KeyModifiers& modifiers, const platform::CallLimits& limits);
+
+  platform::Keyboard& display_;
+  const std::function<std::optional<FrontBrowser>()> front_;
+  platform::Mutex mutex_;
+  platform::KeyModifiers held_ GUARDED_BY(mutex_);
+};
+
+} // namespace tabwright::scripting

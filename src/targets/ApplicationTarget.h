@@ -1,0 +1,31 @@
+#pragma once
+
+#include "engine/TargetContext.h"
+#include "targets/TargetContextValue.h"
+
+#include <boost/json/value.hpp>
+
+#include <string_view>
+
+namespace tabwright::targets {
+
+/// The target of an action that works on whichever application: a browser, one that runs, or one that is installed.
+struct ApplicationTarget : engine::TargetContext {
+  ApplicationTarget() = default;
+  ApplicationTarget(engine::TargetContext context) : engine::TargetContext(std::move(context)) {}
+};
+
+} // namespace tabwright::targets
+
+/// As other targets, but any text of letters, digits, dots, hyphens and underscores is an application's id: that of a
+/// desktop entry, such as org.xfce.mousepad, or of an application that runs. Whether there is one is found out when an
+/// action runs.
+template <>
+struct tabwright::intents::ValueTraits<tabwright::targets::ApplicationTarget> {
+  static ValueType type() { return ValueTraits<engine::TargetContext>::type(); }
+  static boost::json::value toJson(const targets::ApplicationTarget& value) {
+    return ValueTraits<engine::TargetContext>::toJson(value);
+  }
+  static targets::ApplicationTarget fromJson(const boost::json::value& json);
+  static targets::ApplicationTarget fromText(std::string_view text);
+};
