@@ -97,11 +97,19 @@ private:
     return {};
   }
 
+  // Every line is the action's own, so failures in them are told by their lines …
+  [[nodiscard]] std::optional<std::size_t> userLine(std::size_t line) const override { return line; }
+
+  // … and one without a line is of what comes behind them: the program came to its end, or it has asked the browser for
+  // its version, which one that can't be reached doesn't tell.
   platform::Task<Outcome> run(intents::ActionHost& host) override {
     try {
       co_return co_await ScriptAction::run(host);
     } catch (const platform::CatalogueFailure<engine::AppleScriptRuntimeError>& failure) {
       if (failure.kind() != engine::AppleScriptRuntimeError::frontAppIsNotABrowser)
+        throw;
+    } catch (const platform::Failure& failure) {
+      if (!failure.cause() || failure.cause()->line || failure.identity().type != "ScriptacularError")
         throw;
     }
     co_return Outcome{};

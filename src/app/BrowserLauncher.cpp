@@ -3,9 +3,11 @@
 #include "app/BrowserReach.h"
 #include "devtools/Discovery.h"
 #include "intents/UsageError.h"
+#include "platform/DesktopFault.h"
 #include "platform/FileFailure.h"
 #include "platform/Logger.h"
 #include "platform/Sleep.h"
+#include "platform/linux/AtspiAccessibility.h"
 #include "platform/linux/BaseDirectories.h"
 #include "platform/linux/BrowserExecutable.h"
 #include "platform/linux/FileDescriptor.h"
@@ -70,6 +72,17 @@ void requireHarmless(const BrowserLaunch& launch) {
           fmt::format("The switch --{} makes the browser run a program: it can’t be passed on. Start "
                       "the browser yourself, with --remote-debugging-port=0, if you need it.",
                       name));
+  }
+}
+
+/// A browser joins the accessibility bus only where that is on when it starts, and asking the bus switches it on.
+/// Without one everything but the browser's own menus can be reached all the same.
+void switchAccessibilityOn() {
+  try {
+    constexpr std::chrono::seconds patience{2};
+    static_cast<void>(platform::AtspiAccessibility().applications(platform::CallLimits{}.within(patience)));
+  } catch (const platform::DesktopFailure& failure) {
+    platform::Logger("Browser").debug("{}", failure.errorDescription());
   }
 }
 
@@ -174,6 +187,8 @@ LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem
     std::filesystem::remove(launch.profileDirectory / "DevToolsActivePort", ignored);
   }
 
+  if (!launch.isHeadless)
+    switchAccessibilityOn();
   const pid_t spawned = spawnDetached(commandLineOf(launch, *executable), logFile);
   bool hasEnded = false;
   const auto deadline = std::chrono::steady_clock::now() + patience;

@@ -112,14 +112,12 @@ struct Composition::Parts {
   }
 
   std::optional<scripting::PageKeyboard::FrontBrowser> frontBrowser() {
-    const std::vector<scripting::DesktopProcess> processes = desktop->processes();
-    const BrowserFacts* facts = processes.empty() || !processes.front().isFrontmost
-                                    ? nullptr
-                                    : platform::findBrowser(processes.front().bundleIdentifier);
+    const std::optional<scripting::DesktopProcess> front = desktop->frontmost();
+    const BrowserFacts* facts = front ? platform::findBrowser(front->bundleIdentifier) : nullptr;
     auto driver = facts ? drivers.driver(*facts) : nullptr;
     if (!driver)
       return std::nullopt;
-    return scripting::PageKeyboard::FrontBrowser{std::move(driver), !processes.front().windows.empty()};
+    return scripting::PageKeyboard::FrontBrowser{std::move(driver), !front->windows.empty()};
   }
 
   platform::SystemClock clock;

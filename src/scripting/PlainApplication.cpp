@@ -3,6 +3,7 @@
 #include "applescript/ScriptError.h"
 #include "applescript/values/Errors.h"
 
+#include <cstdint>
 #include <utility>
 
 namespace tabwright::scripting {
@@ -25,6 +26,9 @@ Value PlainApplication::handle(const applescript::AppleEventMessage& message) {
       activate_();
     return Value::missing();
   }
+  // The runtime library asks whether there are windows to read, and there are none.
+  if (message.code == events::count)
+    return Value(std::int64_t{0});
   const Value* target = message.directObject ? &*message.directObject : nullptr;
   const auto* specifier = target ? target->get<Value::SpecifierPointer>() : nullptr;
   if (message.code == events::get && specifier) {

@@ -29,13 +29,14 @@ const BrowserFacts* findFacts(std::string_view BrowserFacts::* column, std::stri
 
 /// Brings the process of that name to the front, unless it is there.
 void activateProcess(Desktop& desktop, std::string DesktopProcess::* member, std::string_view name) {
-  for (const DesktopProcess& process : desktop.processes()) {
-    if (!sameIgnoringCase(process.*member, name))
-      continue;
-    if (!process.isFrontmost)
-      desktop.activate(process.pid);
+  if (const std::optional<DesktopProcess> front = desktop.frontmost();
+      front && sameIgnoringCase((*front).*member, name))
     return;
-  }
+  const std::vector<DesktopProcess> processes = desktop.processes();
+  const auto process =
+      std::ranges::find_if(processes, [&](const DesktopProcess& each) { return sameIgnoringCase(each.*member, name); });
+  if (process != processes.end())
+    desktop.activate(process->pid);
 }
 
 const Terminology* terminologyOf(const BrowserFacts& facts) {
@@ -115,10 +116,12 @@ std::shared_ptr<ScriptableApplication> ScriptingDirectory::browser(const Browser
   BrowserHooks hooks;
   if (services_.launch)
     hooks.launch = [launch = services_.launch, &facts] { launch(facts); };
+  hooks.raise = [desktop = services_.desktop, &facts] {
+    activateProcess(*desktop, &DesktopProcess::bundleIdentifier, facts.id);
+  };
   hooks.isFrontmost = [desktop = services_.desktop, &facts] {
-    return std::ranges::any_of(desktop->processes(), [&](const DesktopProcess& process) {
-      return process.isFrontmost && process.bundleIdentifier == facts.id;
-    });
+    const std::optional<DesktopProcess> front = desktop->frontmost();
+    return front && front->bundleIdentifier == facts.id;
   };
   if (facts.family == platform::BrowserFamily::safari)
     application = std::make_shared<SafariApplication>(facts, std::move(driver), std::move(hooks));

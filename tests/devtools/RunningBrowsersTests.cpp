@@ -101,6 +101,11 @@ TEST_F(RunningBrowsersTest, TheProfileIsTheOneOfTheCommandLine) {
   EXPECT_EQ(profile({"chromium", "--user-data-dir=/a", "--user-data-dir=/b"}), "/b");
   EXPECT_EQ(profile({"chromium", "--user-data-dir=relative"}), tree_.root() / "relative");
   EXPECT_NE(profile({"chromium", "--", "--user-data-dir=/e"}), "/e");
+  // On a desktop the browser writes its arguments into one text.
+  EXPECT_EQ(profile({"/opt/chromium --user-data-dir=/a b/c --no-first-run about:blank"}), "/a b/c");
+  const fs::path withBlank = tree_.root() / "my profile";
+  fs::create_directories(withBlank);
+  EXPECT_EQ(profile({"/opt/chromium --user-data-dir=" + withBlank.string() + " about:blank"}), withBlank);
 }
 
 TEST_F(RunningBrowsersTest, TheDefaultProfileIsBelowTheProcessesOwnHome) {

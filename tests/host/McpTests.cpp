@@ -97,7 +97,7 @@ TEST_F(McpTest, DescribesEveryToolInLittle) {
   initialized({});
   const json::object answer = answerTo({{"id", 1}, {"method", "tools/list"}});
   const json::array& tools = answer.at("result").at("tools").as_array();
-  EXPECT_LT(json::serialize(answer).size(), tools.size() * 870);
+  EXPECT_LT(json::serialize(answer).size(), tools.size() * 900);
   ASSERT_EQ(tools.size(), catalogue.names().size());
   const auto* click =
       std::ranges::find(tools, json::value("ClickElement"), [](const json::value& tool) { return tool.at("name"); });

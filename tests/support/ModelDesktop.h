@@ -44,6 +44,12 @@ public:
     return now;
   }
 
+  std::optional<scripting::DesktopProcess> frontmost() override {
+    const std::vector<scripting::DesktopProcess> now = processes();
+    const auto front = std::ranges::find_if(now, &scripting::DesktopProcess::isFrontmost);
+    return front != now.end() ? std::optional(*front) : std::nullopt;
+  }
+
   void activate(pid_t pid) override {
     calls.push_back(fmt::format("activate {}", pid));
     const auto process = std::ranges::find(all, pid, &scripting::DesktopProcess::pid);

@@ -18,6 +18,8 @@ namespace json = boost::json;
 
 namespace {
 
+constexpr std::size_t mostExamples = 12; // of the names of keys there are 60
+
 // True for a choice whose cases follow from what else is given, but for the default: a tab that is named is the one to
 // work on. Agents aren't offered it, since many of them write defaults down, which would contradict the tab.
 bool isSettledByOthers(const intents::Intent& action, const intents::ParameterBase& choice) {
@@ -62,7 +64,8 @@ void nameBySeconds(json::object& property, const intents::EnumDeclaration& choic
     *initial = choices.find(initial->as_string())->rawValue;
 }
 
-// A tab or a window is given by its reference: agents have seen what the whole of it looks like in results.
+// A tab or a window is given by its reference, and other entities as they came: agents have seen in results what the
+// whole of them looks like.
 json::object inputOf(const intents::Intent& action) {
   json::object schema = inputSchema(action);
   schema.stable_erase("additionalProperties");
@@ -79,6 +82,11 @@ json::object inputOf(const intents::Intent& action) {
     property["description"] = description.substr(0, description.find('\n'));
     if (property.stable_erase("anyOf") > 0)
       property["type"] = "string";
+    property.stable_erase("properties");
+    property.stable_erase("required");
+    property.stable_erase("additionalProperties");
+    if (json::value* const examples = property.if_contains("examples"))
+      examples->as_array().resize(std::min(examples->as_array().size(), mostExamples));
     if (const intents::EnumDeclaration* choices = declaration.type.enumeration; choices && choices->isOfSeconds())
       nameBySeconds(property, *choices);
   }

@@ -97,11 +97,39 @@ std::optional<std::uint64_t> startTime(const ProcessFiles& process) {
   return error == std::errc{} ? std::optional(ticks) : std::nullopt;
 }
 
-/// Chromium rewrites the command lines of its helper processes into one text, with blanks between the arguments.
+/// The arguments of a command line. Chromium rewrites those of its helper processes, and on a desktop its own, into one
+/// text with blanks between the arguments, so blanks in a value can't be told from its end: there a value goes on to
+/// the next switch. Addresses come last, behind all switches.
+std::vector<std::string> argumentsOf(const std::string& commandLine) {
+  std::vector<std::string> arguments = splitAtNulls(commandLine);
+  if (arguments.size() != 1)
+    return arguments;
+  const std::string joined = std::exchange(arguments.front(), {});
+  constexpr std::string_view nextSwitch = " --";
+  std::size_t end = std::min(joined.find(nextSwitch), joined.size());
+  arguments.front() = joined.substr(0, end);
+  while (end < joined.size()) {
+    const std::size_t begin = end + 1;
+    end = std::min(joined.find(nextSwitch, begin), joined.size());
+    arguments.push_back(joined.substr(begin, end - begin));
+  }
+  return arguments;
+}
+
 bool isHelperProcess(const std::vector<std::string>& arguments) {
-  if (arguments.size() == 1)
-    return arguments[0].find(" --type=") != std::string::npos;
   return std::ranges::any_of(arguments, [](const std::string& argument) { return argument.starts_with("--type="); });
+}
+
+/// The directory that a switch names. Where addresses stand behind the value of a command line in one text, it is the
+/// longest beginning that is a directory.
+fs::path directoryOf(const fs::path& base, std::string value) {
+  std::error_code error;
+  for (std::string shorter = value;; shorter.resize(shorter.rfind(' '))) {
+    if (fs::is_directory(base / shorter, error))
+      return base / shorter;
+    if (shorter.find(' ') == std::string::npos)
+      return base / value;
+  }
 }
 
 /// The value of `--name=value` or `--name value`; as in the browser, the last one counts, and none after a bare `--`.
@@ -198,7 +226,7 @@ std::optional<RunningBrowser> look(const ProcessFiles& process, const BrowserFac
   const std::optional<std::string> commandLine = readAll(process, "cmdline");
   if (!commandLine || commandLine->empty())
     return std::nullopt;
-  const std::vector<std::string> arguments = splitAtNulls(*commandLine);
+  const std::vector<std::string> arguments = argumentsOf(*commandLine);
   if (isHelperProcess(arguments))
     return std::nullopt;
 
@@ -218,7 +246,7 @@ std::optional<RunningBrowser> look(const ProcessFiles& process, const BrowserFac
   browser.startTime = *start;
   browser.isHeadless = hasSwitch(arguments, "--headless");
   if (const auto directory = switchValue(arguments, "--user-data-dir"))
-    browser.profileDirectory = linkOf(process.directory, process.fileName("cwd")) / fs::path(*directory);
+    browser.profileDirectory = directoryOf(linkOf(process.directory, process.fileName("cwd")), *directory);
   else
     browser.profileDirectory = defaultProfile(browser, process);
   return browser;

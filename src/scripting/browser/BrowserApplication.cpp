@@ -39,9 +39,19 @@ void BrowserApplication::activate(BrowserScope& scope) {
   if (scope.isFrontmost())
     return;
   if (!driver_->isRunning() && hooks_.launch)
-    hooks_.launch();
-  else
+    return hooks_.launch();
+  try {
     scope.perform(Activate{});
+  } catch (const DriverFailure& failure) {
+    const bool isOutOfReach = failure.kind() == DriverFault::notAccepting || failure.kind() == DriverFault::unreachable;
+    if (!isOutOfReach || !hooks_.raise)
+      throw;
+    try {
+      hooks_.raise();
+    } catch (const platform::Failure&) {
+      throw failure; // which says what to do
+    }
+  }
 }
 
 } // namespace tabwright::scripting

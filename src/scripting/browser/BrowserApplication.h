@@ -16,6 +16,9 @@ namespace tabwright::scripting {
 
 /// The functions that a browser's application needs beside its driver. All may be empty.
 struct BrowserHooks {
+  /// Brings the browser's frontmost window to the front by the window system, for one that takes no commands. Throws
+  /// where that can't be done either.
+  std::function<void()> raise;
   std::function<void()> launch;      ///< starts the browser when `activate` finds it not running; throws when it can't
   std::function<bool()> isFrontmost; ///< whether the browser is the desktop's frontmost application
 };

@@ -19,6 +19,8 @@ bool isOfBrowser(const platform::Key& key) {
   return key.symbol == escape || (key.symbol >= f1 && key.symbol <= f12);
 }
 
+constexpr std::chrono::milliseconds validity{50};
+
 /// Shift alone makes other characters, and is the page's matter; the others make shortcuts.
 bool makesShortcut(const KeyModifiers& modifiers) {
   return modifiers.control || modifiers.alt || modifiers.super;
@@ -27,45 +29,74 @@ bool makesShortcut(const KeyModifiers& modifiers) {
 } // namespace
 
 void PageKeyboard::press(const platform::Key& key, const KeyModifiers& modifiers, const platform::CallLimits& limits) {
-  const std::optional<FrontBrowser> front = front_();
-  const bool isForDisplay = front && front->hasWindows && (makesShortcut(modifiers) || isOfBrowser(key));
-  std::optional<PageKey> pageKey = front && !isForDisplay ? pageKeyOf(key) : std::nullopt;
-  if (!pageKey || !play(front, {std::move(*pageKey)}, modifiers, limits))
-    display_.press(key, modifiers, limits);
+  const Aim where = aim(limits);
+  const bool isForDisplay = where.front && where.front->hasWindows && (makesShortcut(modifiers) || isOfBrowser(key));
+  std::optional<PageKey> pageKey = isForDisplay ? std::nullopt : pageKeyOf(key);
+  if (!pageKey || !play(where, {std::move(*pageKey)}, modifiers, limits))
+    display().press(key, modifiers, limits);
 }
 
 void PageKeyboard::type(const std::string& text, const KeyModifiers& modifiers, const platform::CallLimits& limits) {
-  const std::optional<FrontBrowser> front = front_();
+  const Aim where = aim(limits);
   // With shift held the display's keys know which character comes of it.
-  const bool isForDisplay = front && front->hasWindows && (makesShortcut(modifiers) || modifiers.shift);
-  std::optional<std::vector<PageKey>> keys = front && !isForDisplay ? pageKeysOf(text) : std::nullopt;
-  if (!keys || !play(front, std::move(*keys), modifiers, limits))
-    display_.type(text, modifiers, limits);
+  const bool isForDisplay = where.front && where.front->hasWindows && (makesShortcut(modifiers) || modifiers.shift);
+  std::optional<std::vector<PageKey>> keys = isForDisplay ? std::nullopt : pageKeysOf(text);
+  if (!keys || !play(where, std::move(*keys), modifiers, limits))
+    display().type(text, modifiers, limits);
 }
 
-bool PageKeyboard::play(const std::optional<FrontBrowser>& front, std::vector<PageKey> keys,
-                        const KeyModifiers& modifiers, const platform::CallLimits& limits) {
+/// The answer is kept for a moment: programs type character by character, and to look anew for each would take several
+/// times longer than the key.
+PageKeyboard::Aim PageKeyboard::aim(const platform::CallLimits& limits) {
+  const auto now = std::chrono::steady_clock::now();
   {
     const platform::MutexLock lock(mutex_);
-    if (held_ != KeyModifiers{} && front->hasWindows)
-      return false;
+    if (aim_ && now - aim_->taken < validity)
+      return *aim_;
   }
+  Aim aim{.front = front_(), .tab = {}, .taken = now};
+  if (aim.front)
+    aim.tab = focusedTab(*aim.front, limits);
+  const platform::MutexLock lock(mutex_);
+  aim_ = aim;
+  return aim;
+}
+
+std::optional<TabID> PageKeyboard::focusedTab(const FrontBrowser& front, const platform::CallLimits& limits) {
   try {
-    const std::shared_ptr<const BrowserSnapshot> seen = front->driver->snapshot(limits);
+    const std::shared_ptr<const BrowserSnapshot> seen = front.driver->snapshot(limits);
     if (seen->windows.empty() || seen->windows.front().activeTabIndex == 0)
-      return false;
+      return std::nullopt;
     const WindowState& window = seen->windows.front();
-    return front->driver->perform(PlayKeys{.tab = window.tabs.at(window.activeTabIndex - 1).id,
-                                           .keys = std::move(keys),
-                                           .modifiers = modifiers,
-                                           .hasKeyboard = !front->hasWindows},
-                                  limits) != 0;
+    const TabID tab = window.tabs.at(window.activeTabIndex - 1).id;
+    const PlayKeys question{.tab = tab, .keys = {}, .modifiers = {}, .hasKeyboard = !front.hasWindows};
+    return front.driver->perform(question, limits) != 0 ? std::optional(tab) : std::nullopt;
   } catch (const DriverFailure& failure) {
-    if (!front->hasWindows || failure.kind() == DriverFault::stopped || failure.kind() == DriverFault::timedOut)
+    if (!front.hasWindows || failure.kind() == DriverFault::stopped || failure.kind() == DriverFault::timedOut)
       throw;
-    log.debug("The page gets its keys from the display: {}", failure.errorDescription());
-    return false;
+    log.debug("Keys go to the display: {}", failure.errorDescription());
+    return std::nullopt;
   }
+}
+
+bool PageKeyboard::play(const Aim& aim, std::vector<PageKey> keys, const KeyModifiers& modifiers,
+                        const platform::CallLimits& limits) {
+  if (!aim.tab)
+    return false;
+  {
+    const platform::MutexLock lock(mutex_);
+    if (held_ != KeyModifiers{} && aim.front->hasWindows)
+      return false;
+  }
+  return aim.front->driver->perform(
+             PlayKeys{.tab = *aim.tab, .keys = std::move(keys), .modifiers = modifiers, .hasKeyboard = true}, limits) !=
+         0;
+}
+
+platform::Keyboard& PageKeyboard::display() {
+  const platform::MutexLock lock(mutex_);
+  aim_.reset();
+  return display_;
 }
 
 // Modifiers that are held say that shortcuts follow, which are the display's.
@@ -78,7 +109,7 @@ void PageKeyboard::hold(const KeyModifiers& modifiers) {
              .alt = held_.alt || modifiers.alt,
              .super = held_.super || modifiers.super};
   }
-  display_.hold(modifiers);
+  display().hold(modifiers);
 }
 
 void PageKeyboard::release(const KeyModifiers& modifiers) {

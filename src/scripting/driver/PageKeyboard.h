@@ -4,9 +4,12 @@
 #include "platform/Mutex.h"
 #include "scripting/driver/BrowserDriver.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace tabwright::scripting {
 
@@ -37,13 +40,25 @@ public:
   void release(const platform::KeyModifiers& modifiers) override;
 
 private:
-  bool play(const std::optional<FrontBrowser>& front, std::vector<PageKey> keys,
-            const platform::KeyModifiers& modifiers, const platform::CallLimits& limits);
+  /// Where keys go. `tab` is the one whose page has the keyboard; nothing when it is no page.
+  struct Aim {
+    std::optional<FrontBrowser> front;
+    std::optional<TabID> tab;
+    std::chrono::steady_clock::time_point taken;
+  };
+
+  Aim aim(const platform::CallLimits& limits);
+  [[nodiscard]] static std::optional<TabID> focusedTab(const FrontBrowser& front, const platform::CallLimits& limits);
+  bool play(const Aim& aim, std::vector<PageKey> keys, const platform::KeyModifiers& modifiers,
+            const platform::CallLimits& limits);
+  /// The display's keyboard, for keys that may change what has the keyboard.
+  platform::Keyboard& display();
 
   platform::Keyboard& display_;
   const std::function<std::optional<FrontBrowser>()> front_;
   platform::Mutex mutex_;
   platform::KeyModifiers held_ GUARDED_BY(mutex_);
+  std::optional<Aim> aim_ GUARDED_BY(mutex_);
 };
 
 } // namespace tabwright::scripting

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <sys/types.h>
@@ -50,6 +51,10 @@ public:
 
   /// The running applications, frontmost first, then in the order of their frontmost windows.
   [[nodiscard]] virtual std::vector<DesktopProcess> processes() = 0;
+
+  /// The first of them, if it is frontmost, as it was at most a moment ago. For who asks before each key that is
+  /// pressed: a look at all takes longer than a key.
+  [[nodiscard]] virtual std::optional<DesktopProcess> frontmost() = 0;
 
   /// Brings the process's frontmost window to the front of the desktop and gives it the keyboard.
   virtual void activate(pid_t process) = 0;

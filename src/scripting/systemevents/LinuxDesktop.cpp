@@ -20,6 +20,8 @@ namespace {
 
 const platform::Logger log("LinuxDesktop");
 
+constexpr std::chrono::milliseconds validity{20};
+
 /// The modifiers of a PC's keyboard that do the same. Command is Control, as in all shortcuts, and so is control.
 platform::KeyModifiers pressed(std::span<const ModifierKey> modifiers) {
   platform::KeyModifiers keys;
@@ -62,6 +64,28 @@ std::vector<DesktopProcess> LinuxDesktop::processes() {
        .applicationOf = [this](const ClientWindow& window) { return installed_.applicationOf(window); }});
 }
 
+std::optional<DesktopProcess> LinuxDesktop::frontmost() {
+  const auto now = std::chrono::steady_clock::now();
+  {
+    const platform::MutexLock lock(mutex_);
+    if (now - seenAt_ < validity)
+      return frontmost_;
+  }
+  std::vector<DesktopProcess> all = processes();
+  std::optional<DesktopProcess> front;
+  if (!all.empty() && all.front().isFrontmost)
+    front = std::move(all.front());
+  const platform::MutexLock lock(mutex_);
+  frontmost_ = front;
+  seenAt_ = now;
+  return front;
+}
+
+void LinuxDesktop::forget() {
+  const platform::MutexLock lock(mutex_);
+  seenAt_ = {};
+}
+
 std::vector<ClientWindow> LinuxDesktop::requireWindows(pid_t process) {
   std::vector<ClientWindow> mine = windowSystem_.windows();
   const std::vector<platform::RunningBrowser> browsers = browsers_.findAll();
@@ -76,6 +100,7 @@ void LinuxDesktop::activate(pid_t process) {
     const std::vector<ClientWindow> windows = requireWindows(process);
     const auto shown = std::ranges::find_if(windows, &ClientWindow::isShown);
     windowSystem_.activate(shown != windows.end() ? shown->id : windows.front().id);
+    forget();
   } catch (const platform::DesktopFailure& failure) {
     // Without windows the frontmost one is where it is wanted already.
     const bool hasNoWindows = failure.kind() == DesktopFault::noWindowSystem || failure.kind() == DesktopFault::wayland;
@@ -93,6 +118,7 @@ void LinuxDesktop::setVisible(pid_t process, Visibility visibility) {
     windowSystem_.minimise(ids);
   else
     windowSystem_.restore(ids);
+  forget();
 }
 
 std::vector<MenuEntry> LinuxDesktop::menuEntries(pid_t, MenuPath) {

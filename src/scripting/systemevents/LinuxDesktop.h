@@ -2,10 +2,12 @@
 
 #include "platform/InstalledApplications.h"
 #include "platform/Keyboard.h"
+#include "platform/Mutex.h"
 #include "platform/WindowSystem.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/systemevents/Desktop.h"
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -25,6 +27,7 @@ public:
                platform::RunningBrowsers browsers = platform::RunningBrowsers());
 
   [[nodiscard]] std::vector<DesktopProcess> processes() override;
+  [[nodiscard]] std::optional<DesktopProcess> frontmost() override;
   void activate(pid_t process) override;
   void setVisible(pid_t process, Visibility visibility) override;
   [[nodiscard]] std::vector<MenuEntry> menuEntries(pid_t process, MenuPath path) override;
@@ -40,10 +43,16 @@ private:
   /// Windows of a process front to back; throws DesktopFailure when it has none.
   std::vector<platform::ClientWindow> requireWindows(pid_t process);
 
+  /// What was seen is thrown away, since it is about to change.
+  void forget();
+
   platform::WindowSystem& windowSystem_;
   platform::Keyboard& keyboard_;
   platform::InstalledApplications& installed_;
   const platform::RunningBrowsers browsers_;
+  platform::Mutex mutex_;
+  std::optional<DesktopProcess> frontmost_ GUARDED_BY(mutex_);
+  std::chrono::steady_clock::time_point seenAt_ GUARDED_BY(mutex_);
 };
 
 } // namespace tabwright::scripting
