@@ -7,6 +7,7 @@
 #include "platform/AsciiCase.h"
 
 #include <CLI/CLI.hpp>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <iostream>
@@ -47,7 +48,7 @@ UsageError unknown(const std::string& word, const CLI::App& program, const host:
   const std::vector<std::string> actions = catalogue.names();
   for (const std::string& action : actions) {
     if (platform::equalIgnoringCase(action, word))
-      return UsageError("“" + word + "” is an action: tabwright run " + action + " …");
+      return UsageError(fmt::format("“{}” is an action: tabwright run {} …", word, action));
   }
   const auto* synonym =
       std::ranges::find_if(synonyms, [&](const Synonym& row) { return platform::equalIgnoringCase(row.word, word); });

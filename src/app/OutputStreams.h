@@ -24,6 +24,7 @@ private:
 
 class OutputFailure final : public platform::Failure {
 public:
+  // NOLINTNEXTLINE(bugprone-throw-keyword-missing): a member, not a thrown one that was forgotten
   explicit OutputFailure(OutputLost lost) : lost_(std::move(lost)) {}
   [[nodiscard]] std::string errorDescription() const override { return lost_.what(); }
   [[nodiscard]] platform::FailureIdentity identity() const override {

@@ -18,6 +18,7 @@ MenuTree readMenuTree(const AxeElement& root) {
   std::vector<MenuTree*> level{&tree};
   for (std::size_t depth = 0; depth < mostLevels && !level.empty(); ++depth) {
     std::vector<AxeElement> elements;
+    elements.reserve(level.size());
     for (const MenuTree* each : level)
       elements.push_back(each->element);
     auto lists = root.facts().source->children(elements);

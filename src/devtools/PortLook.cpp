@@ -32,6 +32,8 @@ bool isReadyFor(short events, int socket, Clock::time_point deadline) {
 PortAnswer lookAtPort(std::uint16_t port, std::chrono::milliseconds patience) {
   const Clock::time_point deadline = Clock::now() + patience;
   const platform::FileDescriptor socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  if (!socket.isOpen())
+    return PortAnswer::other;
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_port = htons(port);

@@ -22,7 +22,7 @@ Value findInBridge(const ObjectiveCBridge* bridge, const std::string& name) {
   throw errors::cannotGet(fmt::format("{} of current application", name));
 }
 
-Value sendToForeign(Value::ForeignPointer receiver, std::string_view selector, std::vector<Value> arguments) {
+Value sendToForeign(const Value::ForeignPointer& receiver, std::string_view selector, std::vector<Value> arguments) {
   for (Value& argument : arguments)
     argument = lookThroughDeep(std::move(argument), ForeignObjects::kept);
   try {

@@ -15,7 +15,7 @@ namespace tabwright::applescript {
 
 /// Sends a message: references among the arguments are looked through, foreign objects passed as they are. A failure of
 /// the bridge's own becomes ScriptError −10000.
-[[nodiscard]] Value sendToForeign(Value::ForeignPointer receiver, std::string_view selector,
+[[nodiscard]] Value sendToForeign(const Value::ForeignPointer& receiver, std::string_view selector,
                                   std::vector<Value> arguments);
 
 /// The selector that a call in the language's own form stands for: `alloc()` is `alloc`; `f_(x)` and `f(x)` both are

@@ -22,8 +22,10 @@ namespace {
     ::_exit(0);
   if (grandchild == 0 && (*folder == '\0' || ::chdir(folder) == 0)) {
     const int nothing = ::open("/dev/null", O_RDWR);
-    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-      ::dup2(nothing, stream);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+      if (nothing >= 0)
+        ::dup2(nothing, stream);
+    }
     sigset_t none;
     sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);

@@ -27,10 +27,11 @@ X11Display::X11Display(const std::string& name) {
       throw failure(DesktopFault::wayland);
     throw failure(DesktopFault::noWindowSystem, "DISPLAY isn’t set");
   }
-  connection_.reset(xcb_connect(name.empty() ? nullptr : name.c_str(), &screen_));
+  const char* const variable = std::getenv("DISPLAY");
+  const std::string display = name.empty() && variable ? variable : name;
+  connection_.reset(xcb_connect(display.c_str(), &screen_));
   if (isLost())
-    throw failure(DesktopFault::noWindowSystem,
-                  fmt::format("the display {} can’t be reached", name.empty() ? std::getenv("DISPLAY") : name));
+    throw failure(DesktopFault::noWindowSystem, fmt::format("the display {} can’t be reached", display));
   xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection()));
   for (int number = 0; number < screen_ && screens.rem > 1; ++number)
     xcb_screen_next(&screens);

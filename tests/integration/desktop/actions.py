@@ -1,0 +1,155 @@
+"""The actions on menus and keys down every road that users take, with the programs as they are shipped, on an editor and
+on a browser with windows.
+
+Usage: scripts/apart.sh scripts/desktop-session.sh python3 actions.py TABWRIGHT
+"""
+import json
+import os
+import pathlib
+import shlex
+import subprocess
+import sys
+import tempfile
+import time
+
+program = sys.argv[1]
+editor = "org.xfce.mousepad"
+patience = 10
+failed = []
+
+
+def shell(line, given=""):
+    return subprocess.run(["bash", "-c", line], input=given, capture_output=True, text=True, timeout=60)
+
+
+def run(action, source="", **parameters):
+    words = [program, "run", action, "--json"]
+    for name, value in parameters.items():
+        words += ["--" + name, value]
+    return shell(source + shlex.join(words))
+
+
+def result(action, source="", **parameters):
+    ended = run(action, source, **parameters)
+    return json.loads(ended.stdout or "null") if ended.returncode == 0 else ended.stderr
+
+
+def agent(*calls):
+    """The texts of an agent's calls; a parameter that is an integer stands for the result of the call of that number."""
+    server = subprocess.Popen([program, "mcp"], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+    texts = []
+    requests = [("initialize", {"protocolVersion": "2025-11-25", "capabilities": {}})]
+    requests += [("tools/call", {"name": name, "arguments": arguments}) for name, arguments in calls]
+    for number, (method, parameters) in enumerate(requests):
+        for name, value in parameters.get("arguments", {}).items():
+            if isinstance(value, int):
+                parameters["arguments"][name] = json.loads(texts[value])
+        print(json.dumps({"jsonrpc": "2.0", "id": number, "method": method, "params": parameters}), file=server.stdin, flush=True)
+        answer = next(message for message in map(json.loads, server.stdout) if message.get("id") == number)
+        if method == "tools/call":
+            texts.append(answer["result"]["content"][0]["text"])
+    server.stdin.close()
+    server.wait(patience)
+    return texts
+
+
+def eventually(condition):
+    end = time.monotonic() + patience
+    while not condition():
+        if time.monotonic() > end:
+            return False
+        time.sleep(0.02)
+    return True
+
+
+def expect(name, value, wanted):
+    if value != wanted:
+        failed.append(name)
+        print(f"{name}: {value!r}\n  and not {wanted!r}\n", flush=True)
+
+
+def titles():
+    return shell("xwininfo -root -tree").stdout
+
+
+def path(value):
+    return value["path"] if isinstance(value, dict) else value
+
+
+notes = pathlib.Path(tempfile.mkdtemp()) / "notes.txt"
+notes.write_text("")
+writer = subprocess.Popen(["mousepad", "--disable-server", str(notes)], stderr=subprocess.DEVNULL)
+expect("the editor's window", eventually(lambda: "notes.txt" in titles()), True)
+
+
+def saved(text):
+    """Whether the editor holds the text: it is saved by the menu, read, and emptied."""
+    def isSaved():  # the editor may still be taking keys in
+        run("SelectMenuItem", targetContext=editor, path="File > Save")
+        return notes.read_text() == text
+    isThere = eventually(isSaved)
+    run("SelectMenuItem", targetContext=editor, path="Edit > Select All")
+    run("SimulateNamedKeyPress", targetContext=editor, namedKey="delete")
+    return True if isThere else notes.read_text()
+
+
+expect("type and save", path(result("SimulateTyping", targetContext=editor, characters='“Grüße”\nПривет 世界 😀 "\\"')), None)
+expect("what was typed", saved('“Grüße”\nПривет 世界 😀 "\\"'), True)
+long = "The quick brown fox jumps over the lazy dog. " * 45
+result("SimulateTyping", targetContext=editor, characters=long)
+expect("2,000 characters", saved(long), True)
+
+named = result("GetMenuItemReference", targetContext=editor, title="select all", isFilterCaseInsensitive="true")
+expect("reference", named["pathSegments"], ["Edit", "Select All"])
+expect("default target", path(result("GetMenuItemReference", title="Select All")), "Edit > Select All")
+get = shlex.join([program, "run", "GetMenuItemReference", "--targetContext", editor, "--path", "File > New"]) + " | "
+expect("piped", path(result("SelectMenuItem", get, targetContext=editor, menuItem="-")), "File > New")
+expect("a new tab of the editor", eventually(lambda: "Untitled" in titles()), True)
+expect("piped test", result("TestMenuItemForX", get, menuItem="-"), True)
+expect("close it by keys", result("SimulateTyping", targetContext=editor, characters="w", modCmd="true"), None)
+expect("closed", eventually(lambda: "Untitled" not in titles()), True)
+expect("either or", path(result("SelectMenuItemEitherOr", targetContext=editor, title1="No such", title2="Select All")),
+       "Edit > Select All")
+missing = run("SelectMenuItem", targetContext=editor, path="File > Sav")
+expect("what there is instead", (missing.returncode, "It has “Save”" in missing.stderr), (1, True))
+absent = run("SelectMenuItem", targetContext="no.such.editor", title="x")
+expect("what runs instead", (absent.returncode, "These run:" in absent.stderr and editor in absent.stderr), (1, True))
+
+told = agent(("GetMenuItemReference", {"targetContext": editor, "title": "Select All"}),
+             ("TestMenuItemForX", {"menuItem": 0}), ("SelectMenuItem", {"targetContext": editor, "menuItem": 0}),
+             ("SimulateNamedKeyPress", {"targetContext": editor, "namedKey": "Delete"}))
+expect("agent", (told[1], path(json.loads(told[2])), told[3]), ("true", "Edit > Select All", "Done."))
+steps = f"""
+steps:
+  - {{action: GetMenuItemReference, parameters: {{targetContext: {editor}, title: Select All}}, as: item}}
+  - {{action: TestMenuItemForX, parameters: {{menuItem: "${{item}}"}}, as: isThere}}
+  - {{action: SelectMenuItem, parameters: {{targetContext: {editor}, menuItem: "${{item}}"}}}}
+  - {{action: SimulateTyping, parameters: {{targetContext: {editor}, characters: by a workflow}}}}
+  - print: "${{isThere}}"
+"""
+expect("workflow", shell(f"{program} workflow -", steps).stdout, "true\n")
+expect("typed by a workflow", saved("by a workflow"), True)
+
+# A browser with windows: its page, its own keys, its menu, and an editor that is in front of it.
+page = notes.with_name("page.html")
+page.write_text("<title>Page</title><textarea autofocus id=t></textarea><script>seen = []\n"
+                "onkeydown = event => seen.push(event.code)</script>")
+started = shell(f"{program} browser chromium file://{page} -- --disable-background-networking --disable-sync")
+expect("the browser", started.stderr, "")
+browser = json.loads(started.stdout)["pid"]
+expect("its window", eventually(lambda: "Page - Chromium" in titles()), True)
+expect("type into a page", result("SimulateTyping", characters="Grüße 😀"), None)
+expect("a key", result("SimulateNamedKeyPress", namedKey="F13"), None)
+expect("what the page has", result("RunJavascriptInTab", jsCode="return [t.value, seen.at(-1)]"), ["Grüße 😀", "F13"])
+expect("a key of the browser", result("SimulateTyping", characters="t", modCmd="true"), None)
+expect("a new tab", eventually(lambda: len(result("GetListOfTabs")) == 2), True)
+expect("its menu", path(result("SelectMenuItem", path="Chromium > New window")), "Chromium > New window")
+expect("two windows", eventually(lambda: len(result("GetListOfWindows")) == 2), True)
+result("GetMenuItemReference", targetContext=editor, title="Save")
+expect("behind the editor", result("GetBrowserReference"), {"id": "org.chromium.chromium", "name": "Chromium"})
+expect("the editor is in front again", result("GetMenuItemReference", title="Save")["app"]["id"], editor)
+
+os.kill(browser, 15)
+writer.kill()
+print(f"{len(failed)} failed")
+sys.exit(1 if failed else 0)
