@@ -218,6 +218,28 @@ TEST_P(PageEffects, JavascriptGivesAFlatListOfTexts) {
   EXPECT_EQ(failure("RunJavascriptInTab", {{"jsCode", "return []"}}), "unableToParseJS");
 }
 
+TEST_P(PageEffects, JavascriptWhoseResultHidesSomethingIsToldOf) {
+  const auto told = [&](const std::string& code) {
+    actions.steps.clear();
+    javascript(code);
+    const std::string last = actions.steps.back();
+    return last.starts_with("notice: ") ? last.substr(8, last.find_first_of(":.,", 8) - 8) : "";
+  };
+  EXPECT_EQ(told("throw new TypeError('x')"), "The result reads as an exception that the code threw");
+  EXPECT_EQ(told("return {a: 1}"), "The code returned an empty text");
+  EXPECT_EQ(told("document.title"), "The code returned nothing");
+  for (const char* plain :
+       {"unused = 1", "return null", "return 'Error'", "return 'My Error: x'", "return ['Error: x', 2]"})
+    EXPECT_EQ(told(plain), "") << plain;
+  try {
+    javascript("return []");
+    ADD_FAILURE();
+  } catch (const platform::Failure& failure) {
+    ASSERT_TRUE(failure.cause());
+    EXPECT_EQ(failure.cause()->identity.caseName, "emptyList");
+  }
+}
+
 TEST_P(PageEffects, JavascriptWithAMistakeInItsSyntaxNeverCounts) {
   for (const char* code : {"return (", "await 1", "function("}) {
     EXPECT_EQ(failure("RunJavascriptInTab", {{"jsCode", code}}), "syntaxException") << code;
