@@ -1,5 +1,6 @@
 #include "app/Composition.h"
 
+#include "app/AutomationMenus.h"
 #include "app/HelperFiles.h"
 #include "crashreport/LoggingCrashReporter.h"
 #include "engine/JavaScriptCoreSyntaxValidator.h"
@@ -130,7 +131,9 @@ struct Composition::Parts {
   scripting::PageKeyboard keyboard{displayKeyboard, [this] { return frontBrowser(); }};
   platform::AtspiAccessibility accessibility;
   platform::XdgApplications installed;
-  std::shared_ptr<scripting::Desktop> desktop = std::make_shared<scripting::LinuxDesktop>(windows, keyboard, installed);
+  AutomationMenus menus{desktopServices};
+  std::shared_ptr<scripting::Desktop> desktop =
+      std::make_shared<scripting::LinuxDesktop>(windows, keyboard, installed, menus);
   Drivers drivers{desktop};
   scripting::ScriptingDirectory directory{{
       .makeDriver = [this](const BrowserFacts& facts) { return drivers.driver(facts); },

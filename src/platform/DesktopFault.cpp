@@ -8,7 +8,7 @@ namespace tabwright::platform {
 namespace {
 
 using enum DesktopFault;
-constexpr FailureTable<DesktopFault, 15> table{
+constexpr FailureTable<DesktopFault, 13> table{
     "DesktopFault",
     {
         {noWindowSystem, "noWindowSystem",
@@ -32,8 +32,6 @@ constexpr FailureTable<DesktopFault, 15> table{
         {untypable, "untypable", "No key can stand for the character {}. Nothing was typed."},
         {cannotStart, "cannotStart", "Can’t start {}."},
         {stopped, "stopped", "Waiting for the desktop was stopped."},
-        {menusUnavailable, "menusUnavailable", "Reading menus is not available on this desktop yet."},
-        {keysUnavailable, "keysUnavailable", "Pressing keys is not available on this desktop yet."},
     }};
 
 } // namespace

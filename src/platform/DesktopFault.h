@@ -21,8 +21,6 @@ enum class DesktopFault {
   untypable,          ///< no key can stand for a character. detail: the character, as U+0007
   cannotStart,        ///< detail: the application's name, a colon and why
   stopped,            ///< a stop was requested
-  menusUnavailable,   ///< menus can't be read or chosen from
-  keysUnavailable,    ///< keys can't be pressed
 };
 
 /// Sentences for the user: what is missing, what works without it, and what to do.

@@ -5,6 +5,7 @@
 #include "scripting/ScriptingDirectory.h"
 #include "scripting/foundation/FoundationBridge.h"
 #include "scripting/systemevents/LinuxDesktop.h"
+#include "support/ModelDesktop.h"
 #include "support/ModelWorkspace.h"
 #include "support/ProcessTree.h"
 
@@ -261,7 +262,7 @@ struct DesktopScripts {
     tree.addProcess(20, "/usr/lib/chromium/chromium", {"chromium"}, 1);
     tree.addProcess(30, "/usr/bin/editor", {"editor"}, 1);
     windows = std::make_unique<tabwright::platform::X11WindowSystem>(display);
-    desktop = std::make_shared<tabwright::scripting::LinuxDesktop>(*windows, workspace, workspace,
+    desktop = std::make_shared<tabwright::scripting::LinuxDesktop>(*windows, workspace, workspace, menus,
                                                                    tabwright::platform::RunningBrowsers(tree.root()));
   }
 
@@ -282,6 +283,7 @@ struct DesktopScripts {
 
   tabwright::support::ProcessTree tree;
   tabwright::testsupport::ModelWorkspace workspace;
+  tabwright::testsupport::ModelDesktop menus;
   std::unique_ptr<tabwright::platform::X11WindowSystem> windows;
   std::shared_ptr<tabwright::scripting::LinuxDesktop> desktop;
 };

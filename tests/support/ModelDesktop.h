@@ -63,13 +63,15 @@ public:
     std::ranges::find(all, pid, &scripting::DesktopProcess::pid)->isVisible = isShown;
   }
 
-  std::vector<scripting::MenuEntry> menuEntries(pid_t, scripting::MenuPath path) override {
+  std::vector<scripting::MenuEntry> menuEntries(const scripting::DesktopProcess&, scripting::MenuPath path,
+                                                const platform::CallLimits&) override {
     const auto found = menus.find({path.begin(), path.end()});
     return found != menus.end() ? found->second : std::vector<scripting::MenuEntry>{};
   }
 
-  void chooseMenuItem(pid_t pid, scripting::MenuPath path) override {
-    std::string text = fmt::format("choose {} ", pid);
+  void chooseMenuItem(const scripting::DesktopProcess& process, scripting::MenuPath path,
+                      const platform::CallLimits&) override {
+    std::string text = fmt::format("choose {} ", process.pid);
     for (std::size_t position = 0; position < path.size(); ++position)
       text += fmt::format("{}{}", position == 0 ? "" : "/", path[position]);
     calls.push_back(text);

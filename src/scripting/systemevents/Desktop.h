@@ -37,6 +37,20 @@ struct MenuEntry {
 /// The way to an entry from the menu bar: 0-based positions, of the menu bar item first. Empty: the menu bar itself.
 using MenuPath = std::span<const std::size_t>;
 
+/// The menus of applications. A source of its own, since reading them takes more than windows and keys.
+class DesktopMenus {
+public:
+  virtual ~DesktopMenus() = default;
+
+  /// Entries of the menu bar (empty path) or of the menu that the entry at `path` opens. Most applications are read
+  /// without opening anything on the screen. Empty for an entry without a menu. Throws a platform::Failure for an
+  /// application without a menu bar.
+  [[nodiscard]] virtual std::vector<MenuEntry> menuEntries(const DesktopProcess& process, MenuPath path,
+                                                           const platform::CallLimits& limits) = 0;
+  /// Chooses a menu item, as a click on it would. Throws a platform::Failure when it is there no more.
+  virtual void chooseMenuItem(const DesktopProcess& process, MenuPath path, const platform::CallLimits& limits) = 0;
+};
+
 enum class ModifierKey { command, option, control, shift };
 enum class Visibility { hidden, shown };
 enum class KeyTransition { down, up };
@@ -45,10 +59,8 @@ enum class KeyTransition { down, up };
 ///
 /// All calls may come from several threads, block briefly, and throw a platform::Failure with a sentence for the user
 /// when the desktop can't do what is asked. A process that is gone is no error of reading, and one of writing.
-class Desktop {
+class Desktop : public DesktopMenus {
 public:
-  virtual ~Desktop() = default;
-
   /// The running applications, frontmost first, then in the order of their frontmost windows.
   [[nodiscard]] virtual std::vector<DesktopProcess> processes() = 0;
 
@@ -61,12 +73,6 @@ public:
   /// Hides all windows of a process, or shows them again. When it returns, the window system has done so, and the next
   /// application is frontmost.
   virtual void setVisible(pid_t process, Visibility visibility) = 0;
-
-  /// Entries of the menu bar (empty path) or of the menu that the entry at `path` opens, without opening it on the
-  /// screen. Empty for an entry without a menu.
-  [[nodiscard]] virtual std::vector<MenuEntry> menuEntries(pid_t process, MenuPath path) = 0;
-  /// Chooses a menu item, as a click on it would.
-  virtual void chooseMenuItem(pid_t process, MenuPath path) = 0;
 
   /// Types a text into the application that has the keyboard, one character after the other, with modifiers held down.
   virtual void keystroke(const std::string& text, std::span<const ModifierKey> modifiers,

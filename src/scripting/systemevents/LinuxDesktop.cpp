@@ -45,8 +45,10 @@ platform::KeyModifiers pressed(std::span<const ModifierKey> modifiers) {
 } // namespace
 
 LinuxDesktop::LinuxDesktop(platform::WindowSystem& windows, platform::Keyboard& keyboard,
-                           platform::InstalledApplications& installed, platform::RunningBrowsers browsers)
-    : windowSystem_(windows), keyboard_(keyboard), installed_(installed), browsers_(std::move(browsers)) {}
+                           platform::InstalledApplications& installed, DesktopMenus& menus,
+                           platform::RunningBrowsers browsers)
+    : windowSystem_(windows), keyboard_(keyboard), installed_(installed), menus_(menus),
+      browsers_(std::move(browsers)) {}
 
 std::vector<ClientWindow> LinuxDesktop::windowsIfAny() {
   try {
@@ -119,14 +121,6 @@ void LinuxDesktop::setVisible(pid_t process, Visibility visibility) {
   else
     windowSystem_.restore(ids);
   forget();
-}
-
-std::vector<MenuEntry> LinuxDesktop::menuEntries(pid_t, MenuPath) {
-  throw platform::failure(DesktopFault::menusUnavailable);
-}
-
-void LinuxDesktop::chooseMenuItem(pid_t, MenuPath) {
-  throw platform::failure(DesktopFault::menusUnavailable);
 }
 
 void LinuxDesktop::keystroke(const std::string& text, std::span<const ModifierKey> modifiers,

@@ -17,21 +17,25 @@ namespace tabwright::scripting {
 ///
 /// A process is an application with windows, or a supported browser without any (one that runs headless, or on a
 /// display of another kind); see `desktopProcesses` for their order. Where no window system is to be had, only the
-/// browsers are left, and the one started last counts as frontmost. Menus are not served yet: those calls throw
-/// platform::DesktopFailure.
+/// browsers are left, and the one started last counts as frontmost.
 class LinuxDesktop final : public Desktop {
 public:
   /// The seams outlive this.
   LinuxDesktop(platform::WindowSystem& windows, platform::Keyboard& keyboard,
-               platform::InstalledApplications& installed,
+               platform::InstalledApplications& installed, DesktopMenus& menus,
                platform::RunningBrowsers browsers = platform::RunningBrowsers());
 
   [[nodiscard]] std::vector<DesktopProcess> processes() override;
   [[nodiscard]] std::optional<DesktopProcess> frontmost() override;
   void activate(pid_t process) override;
   void setVisible(pid_t process, Visibility visibility) override;
-  [[nodiscard]] std::vector<MenuEntry> menuEntries(pid_t process, MenuPath path) override;
-  void chooseMenuItem(pid_t process, MenuPath path) override;
+  [[nodiscard]] std::vector<MenuEntry> menuEntries(const DesktopProcess& process, MenuPath path,
+                                                   const platform::CallLimits& limits) override {
+    return menus_.menuEntries(process, path, limits);
+  }
+  void chooseMenuItem(const DesktopProcess& process, MenuPath path, const platform::CallLimits& limits) override {
+    menus_.chooseMenuItem(process, path, limits);
+  }
   void keystroke(const std::string& text, std::span<const ModifierKey> modifiers,
                  const platform::CallLimits& limits) override;
   void keyCode(int code, std::span<const ModifierKey> modifiers, const platform::CallLimits& limits) override;
@@ -49,6 +53,7 @@ private:
   platform::WindowSystem& windowSystem_;
   platform::Keyboard& keyboard_;
   platform::InstalledApplications& installed_;
+  DesktopMenus& menus_;
   const platform::RunningBrowsers browsers_;
   platform::Mutex mutex_;
   std::optional<DesktopProcess> frontmost_ GUARDED_BY(mutex_);

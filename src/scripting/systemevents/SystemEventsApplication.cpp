@@ -70,7 +70,7 @@ Value click(SystemEventsScope& scope) {
   const Object object = scope.model().object(scope, target);
   if (!isMenuEntry(object))
     throw errors::notUnderstood(target, systemevents::click, systemEventsTerminology());
-  scope.desktop().chooseMenuItem(scope.process(object).pid, scope.path(object));
+  scope.desktop().chooseMenuItem(scope.process(object), scope.path(object), scope.limits());
   return Value(object.type->specifier(scope, object));
 }
 

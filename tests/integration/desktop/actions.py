@@ -130,6 +130,23 @@ steps:
 expect("workflow", shell(f"{program} workflow -", steps).stdout, "true\n")
 expect("typed by a workflow", saved("by a workflow"), True)
 
+# A script of the user's own, as they are published.
+script = f"""
+tell application "System Events" to tell process "Mousepad"
+    set frontmost to true
+    keystroke "by a script"
+    keystroke "a" using command down
+    click menu item "Cut" of menu "Edit" of menu bar 1
+    delay 0.3
+    click menu item "Paste" of menu 1 of menu bar item "Edit" of menu bar 1
+    key code 36
+    return {{name of menu bar items of menu bar 1, exists menu item "Nowhere" of menu "File" of menu bar 1, bundle identifier}}
+end tell
+"""
+expect("script", shell(f"{program} applescript -", script).stdout,
+       '{{"File", "Edit", "Search", "View", "Document", "Help"}, false, "' + editor + '"}\n')
+expect("typed by a script", saved("by a script\n"), True)
+
 # A browser with windows: its page, its own keys, its menu, and an editor that is in front of it.
 page = notes.with_name("page.html")
 page.write_text("<title>Page</title><textarea autofocus id=t></textarea><script>seen = []\n"
@@ -138,6 +155,8 @@ started = shell(f"{program} browser chromium file://{page} -- --disable-backgrou
 expect("the browser", started.stderr, "")
 browser = json.loads(started.stdout)["pid"]
 expect("its window", eventually(lambda: "Page - Chromium" in titles()), True)
+chromium = {"id": "org.chromium.chromium", "name": "Chromium"}
+expect("it is found", eventually(lambda: result("GetBrowserReference") == chromium), True)
 expect("type into a page", result("SimulateTyping", characters="Grüße 😀"), None)
 expect("a key", result("SimulateNamedKeyPress", namedKey="F13"), None)
 expect("what the page has", result("RunJavascriptInTab", jsCode="return [t.value, seen.at(-1)]"), ["Grüße 😀", "F13"])
@@ -146,7 +165,7 @@ expect("a new tab", eventually(lambda: len(result("GetListOfTabs")) == 2), True)
 expect("its menu", path(result("SelectMenuItem", path="Chromium > New window")), "Chromium > New window")
 expect("two windows", eventually(lambda: len(result("GetListOfWindows")) == 2), True)
 result("GetMenuItemReference", targetContext=editor, title="Save")
-expect("behind the editor", result("GetBrowserReference"), {"id": "org.chromium.chromium", "name": "Chromium"})
+expect("behind the editor", result("GetBrowserReference"), chromium)
 expect("the editor is in front again", result("GetMenuItemReference", title="Save")["app"]["id"], editor)
 
 os.kill(browser, 15)
