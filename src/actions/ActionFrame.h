@@ -95,6 +95,8 @@ protected:
   [[nodiscard]] const ActionServices& services() const { return services_; }
   /// The browser to work in, once the preconditions hold.
   [[nodiscard]] engine::TargetContext target() const { return aim_(); }
+  /// The reference of the tab or window that the run is aimed at; empty when it is none in particular.
+  [[nodiscard]] std::string aimedReference() const { return reference_ ? reference_() : std::string(); }
   /// Step 3.
   void registerRun();
 
@@ -114,6 +116,7 @@ private:
   const ActionServices& services_;
   std::vector<std::function<void()>> preconditions_;
   std::function<engine::TargetContext()> aim_;
+  std::function<std::string()> reference_;
   std::function<double()> pauseSeconds_;
   Registration registration_ = Registration::afterPreconditions;
 };
@@ -122,6 +125,7 @@ template <class Entity, class Selection>
 void ActionFrame::takeTargetFrom(const Parameter<Entity>& entity, const Parameter<Selection>& selection,
                                  Selection choice, Parameter<engine::TargetContext>& targetContext) {
   declare({&entity, intents::is(selection, choice)});
+  reference_ = [&entity, &selection, choice] { return *selection == choice ? (*entity).fullID : std::string(); };
   require([&entity, &selection, choice, &targetContext] {
     if (*selection == choice)
       targetContext.set((*entity).targetContext);
@@ -131,6 +135,7 @@ void ActionFrame::takeTargetFrom(const Parameter<Entity>& entity, const Paramete
 template <class Entity>
 void ActionFrame::aimAtOwnerOf(const Parameter<Entity>& entity) {
   aim_ = [&entity] { return (*entity).targetContext; };
+  reference_ = [&entity] { return (*entity).fullID; };
 }
 
 template <intents::DeclaredEnum Delay>

@@ -7,6 +7,8 @@
 #include "intents/ValueTraits.h"
 #include "platform/Task.h"
 
+#include <fmt/core.h>
+
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -89,8 +91,21 @@ private:
         cause->line = userLine(*cause->line);
         failure.setCause(std::move(cause));
       }
+      if (!failure.cause())
+        failure.setCause(goneCause(failure.identity()));
       throw;
     }
+  }
+
+  /// The catalogue's sentence of a tab or window that is gone names neither it nor the way on.
+  [[nodiscard]] std::optional<platform::Notice> goneCause(const platform::FailureIdentity& identity) const {
+    const bool isTab = identity.caseName == "tabNotFound";
+    const std::string reference = this->aimedReference();
+    if (reference.empty() || (!isTab && identity.caseName != "windowNotFound"))
+      return std::nullopt;
+    return platform::Notice{identity,
+                            fmt::format("No {} {} is open. {} lists those that are.", isTab ? "tab" : "window",
+                                        reference, isTab ? "GetListOfTabs" : "GetListOfWindows")};
   }
 
   [[nodiscard]] engine::Scriptacular makeScriptacular() const {

@@ -2,6 +2,7 @@
 #include "support/InterpretedActionBench.h"
 
 #include <boost/json/array.hpp>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -158,6 +159,19 @@ TEST_P(TabEffects, WaitForTabToFinishLoadingTellsWhetherItDid) {
     readyState = one.state;
     EXPECT_EQ(run("WaitForTabToFinishLoading", {}), boost::json::value(one.isInteractive)) << one.state;
     EXPECT_EQ(run("WaitForTabToFinishLoading", secondComplete), boost::json::value(one.isComplete)) << one.state;
+  }
+}
+
+TEST_P(TabEffects, TabsThatAreGoneAreNamed) {
+  const std::string gone = tab(isChromium() ? "77" : "101:7");
+  try {
+    actions.perform("FocusTab", {{"targetTab", gone}});
+    ADD_FAILURE();
+  } catch (const platform::Failure& failure) {
+    ASSERT_TRUE(failure.cause());
+    EXPECT_THAT(failure.cause()->sentence,
+                testing::AllOf(testing::StartsWith("No tab "), testing::HasSubstr(isChromium() ? ":77 " : ":101:7 "),
+                               testing::EndsWith(" is open. GetListOfTabs lists those that are.")));
   }
 }
 
