@@ -70,10 +70,10 @@ private:
   platform::Task<void> aim() {
     if (targetContext->id == systemwide)
       co_return;
-    const bool isFrontmost = *targetContext == engine::frontmostTargetContext();
-    if (isFrontmost)
-      co_await resolveFrontmostBrowser(targetContext);
-    co_await tryToActivate(isFrontmost ? engine::frontmostTargetContext().id : targetContext->id);
+    // Kept: of the frontmost entry it is the application in front that is activated, not the browser that was found.
+    const std::string id = targetContext->id;
+    co_await resolveFrontmostBrowser(targetContext);
+    co_await tryToActivate(id);
   }
 
   /// Whichever application has the keyboard.

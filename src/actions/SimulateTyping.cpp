@@ -66,9 +66,10 @@ private:
   }
 
   static platform::Task<void> confirm(intents::ActionHost& host) {
+    const intents::LocalizedText question{
+        "Type more than 5 characters with modifier keys? Each of them may be a shortcut."};
     try {
-      co_await host.requestConfirmation(
-          {"Type more than 5 characters with modifier keys? Each of them may be a shortcut."});
+      co_await host.requestConfirmation(question);
     } catch (intents::ConfirmationRefused& refused) {
       refused.setCause(
           platform::Notice{refused.identity(),
