@@ -122,7 +122,7 @@ bool isHelperProcess(const std::vector<std::string>& arguments) {
 
 /// The directory that a switch names. Where addresses stand behind the value of a command line in one text, it is the
 /// longest beginning that is a directory.
-fs::path directoryOf(const fs::path& base, std::string value) {
+fs::path directoryOf(const fs::path& base, const std::string& value) {
   std::error_code error;
   for (std::string shorter = value;; shorter.resize(shorter.rfind(' '))) {
     if (fs::is_directory(base / shorter, error))
