@@ -3,6 +3,7 @@
 #include "actions/ActionFrame.h"
 
 #include "actions/TabTarget.h"
+#include "engine/Scriptacular.h"
 #include "intents/UsageError.h"
 #include "platform/Clock.h"
 #include "platform/Whitespace.h"
@@ -41,6 +42,14 @@ void ActionFrame::requireText(const Parameter<std::string>& text) {
 void ActionFrame::aimAtTab(TabTarget& tab) {
   aimAt(tab.targetContext);
   takeTargetFrom(tab.targetTab, tab.tabSelection, TabSelectionOption::specificTab, tab.targetContext);
+}
+
+platform::Task<engine::TargetContext> ActionFrame::resolved(engine::TargetContext target) {
+  if (target != engine::frontmostTargetContext())
+    co_return target;
+  auto lookup = engine::Scriptacular::forOnboarding(services_.scripts);
+  co_await lookup.resolveFrontmostBrowser();
+  co_return lookup.targetContext();
 }
 
 void ActionFrame::registerRun() {

@@ -97,6 +97,8 @@ protected:
   [[nodiscard]] engine::TargetContext target() const { return aim_(); }
   /// The reference of the tab or window that the run is aimed at; empty when it is none in particular.
   [[nodiscard]] std::string aimedReference() const { return reference_ ? reference_() : std::string(); }
+  /// The browser that the target means: the frontmost one, found by the lookup's script, for the entry of that name.
+  platform::Task<engine::TargetContext> resolved(engine::TargetContext target);
   /// Step 3.
   void registerRun();
 

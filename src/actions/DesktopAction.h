@@ -24,18 +24,19 @@ protected:
 
   using ActionFrame::ActionFrame;
 
-  /// `targetContext` of value ".focussed" becomes the frontmost browser. Throws as the lookup does.
-  platform::Task<void> resolveFrontmostBrowser(Parameter<targets::ApplicationTarget>& targetContext);
-
   /// Brings the application of an id to the front, and starts it where it doesn't run. Nothing where there is none.
   platform::Task<std::optional<targets::RunningApplication>> tryToActivate(std::string id);
 
-  /// Calls `work` with limits on a thread for what blocks, and yields its value.
+  /// Calls `work` with limits on a thread for what blocks, and yields its value, if it has one.
   template <class Work>
-  auto onThread(Work work) -> platform::Task<std::invoke_result_t<Work, const platform::CallLimits&>> {
-    using Value = std::invoke_result_t<Work, const platform::CallLimits&>;
-    return platform::onThread<Value>(services().threads, [this, work = std::move(work)](std::stop_token stop) {
-      return work(limits(std::move(stop)));
+  auto onThread(Work work) {
+    using Result = std::invoke_result_t<Work, const platform::CallLimits&>;
+    using Value = std::conditional_t<std::is_void_v<Result>, intents::Nothing, Result>;
+    return platform::onThread<Value>(services().threads, [this, work = std::move(work)](std::stop_token stop) -> Value {
+      if constexpr (std::is_void_v<Result>)
+        return work(limits(std::move(stop))), Value{};
+      else
+        return work(limits(std::move(stop)));
     });
   }
 

@@ -2,7 +2,6 @@
 // browser that is named needn't even run.
 #include "actions/ActionList.h"
 #include "actions/SharedParameters.h"
-#include "engine/Scriptacular.h"
 
 namespace tabwright::actions {
 
@@ -22,12 +21,7 @@ public:
 
 private:
   platform::Task<Outcome> run(intents::ActionHost& /*host*/) override {
-    engine::TargetContext browser = target();
-    if (browser == engine::frontmostTargetContext()) {
-      auto lookup = engine::Scriptacular::forOnboarding(services().scripts);
-      co_await lookup.resolveFrontmostBrowser();
-      browser = lookup.targetContext();
-    }
+    const engine::TargetContext browser = co_await resolved(target());
     co_return Outcome{.value = intents::ValueTraits<engine::TargetContext>::toJson(browser)};
   }
 };

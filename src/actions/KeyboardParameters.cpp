@@ -21,11 +21,14 @@ intents::ParameterSpec<KeyboardModifiersStatus> modifiersStatus() {
   return spec;
 }
 
-intents::ParameterSpec<bool> modifier(std::string_view name) {
-  auto spec = sharedParameter(name, false);
-  if (name == "modFn") // has no effect here
-    spec.audience = intents::Audience::people;
+intents::ParameterSpec<bool> functionModifier() {
+  auto spec = modifier("modFn");
+  spec.audience = intents::Audience::people; // it has no effect here
   return spec;
+}
+
+intents::ParameterSpec<bool> modifier(std::string_view name) {
+  return sharedParameter(name, false);
 }
 
 } // namespace tabwright::actions::keyboardparameters

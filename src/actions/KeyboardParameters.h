@@ -15,6 +15,7 @@ namespace keyboardparameters {
 [[nodiscard]] intents::ParameterSpec<KeyboardModifiersStatus> modifiersStatus();
 /// "modCmd" and the like: not pressed, unless the user says so.
 [[nodiscard]] intents::ParameterSpec<bool> modifier(std::string_view name);
+[[nodiscard]] intents::ParameterSpec<bool> functionModifier(); ///< "modFn"
 
 } // namespace keyboardparameters
 

@@ -1,5 +1,6 @@
 #include "actions/MenuAction.h"
 
+#include "platform/DesktopFault.h"
 #include "platform/Logger.h"
 #include "platform/Whitespace.h"
 
@@ -20,8 +21,14 @@ const platform::Logger log("Menu actions");
 
 constexpr std::size_t mostNamed = 12;
 
-/// The applications that a user may have meant, for an id that none has.
-platform::Notice unknownApplication(const std::string& id, const targets::TargetContextManager& targets) {
+/// The applications that a user may have meant, for an id that none has; or why none can be seen.
+platform::Notice unknownApplication(const std::string& id, const automation::DesktopServices& desktop) {
+  try {
+    static_cast<void>(desktop.windows.windows());
+  } catch (const platform::DesktopFailure& failure) {
+    return platform::asCause(failure);
+  }
+  const targets::TargetContextManager& targets = desktop.targets;
   std::vector<std::string> running;
   for (const auto& applications : {targets.runningBrowsers(), targets.otherApplications()}) {
     for (const engine::TargetContext& each : applications)
@@ -44,7 +51,7 @@ platform::Task<targets::RunningApplication> MenuAction::activate(const engine::T
     log.error("App could not be found");
   if (!application)
     throw platform::failure(AxeError::appCouldNotBeActivated)
-        .causedBy(unknownApplication(target.id, services().desktop.targets));
+        .causedBy(unknownApplication(target.id, services().desktop));
   co_return std::move(*application);
 }
 
@@ -89,10 +96,7 @@ platform::Task<MenuItemResult> MenuAction::find(const automation::MenuItemEntity
 }
 
 platform::Task<void> MenuAction::press(const automation::AxeMenuItem& item) {
-  co_await onThread([&item](const platform::CallLimits& limits) {
-    item.press(limits);
-    return true;
-  });
+  co_await onThread([&item](const platform::CallLimits& limits) { item.press(limits); });
 }
 
 boost::json::value MenuAction::valueOf(const automation::AxeMenuItem& item) {

@@ -54,8 +54,8 @@ public:
 
 private:
   platform::Task<Outcome> run(intents::ActionHost& host) override {
-    co_await resolveFrontmostBrowser(targetContext);
-    const targets::RunningApplication app = co_await activate(*targetContext);
+    const engine::TargetContext aimed = co_await resolved(*targetContext);
+    const targets::RunningApplication app = co_await activate(aimed);
     const automation::MenuItemResult item = co_await search(app);
     registerRun();
     if (!item)

@@ -57,8 +57,8 @@ public:
 
 private:
   platform::Task<Outcome> run(intents::ActionHost& host) override {
-    co_await resolveFrontmostBrowser(targetContext);
-    const targets::RunningApplication app = co_await activate(*targetContext, MissingTarget::onlyThrown);
+    const engine::TargetContext aimed = co_await resolved(*targetContext);
+    const targets::RunningApplication app = co_await activate(aimed, MissingTarget::onlyThrown);
     const MenuItemName name1{title1, path1, segments1};
     const MenuItemName name2{title2, path2, segments2};
     requireEither(name1);

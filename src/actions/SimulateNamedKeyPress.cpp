@@ -15,7 +15,7 @@ class SimulateNamedKeyPress final : public DesktopAction {
   Parameter<KeyboardModifiersStatus> modifiersStatus{*this, keyboardparameters::modifiersStatus()};
   Parameter<bool> modCmd{*this, keyboardparameters::modifier("modCmd")};
   Parameter<bool> modCtrl{*this, keyboardparameters::modifier("modCtrl")};
-  Parameter<bool> modFn{*this, keyboardparameters::modifier("modFn")};
+  Parameter<bool> modFn{*this, keyboardparameters::functionModifier()};
   Parameter<bool> modOpt{*this, keyboardparameters::modifier("modOpt")};
   Parameter<bool> modShift{*this, keyboardparameters::modifier("modShift")};
   Parameter<PostActionDelay> delayAfterKeystroke{
@@ -49,7 +49,6 @@ private:
     co_await aim();
     co_await onThread([this, key, modifiers](const platform::CallLimits& limits) {
       press(key, automation::pressedModifiers(modifiers.flags()), limits);
-      return true;
     });
     giveNotices(host);
     co_return Outcome{};
@@ -70,10 +69,9 @@ private:
   platform::Task<void> aim() {
     if (targetContext->id == systemwide)
       co_return;
-    // Kept: of the frontmost entry it is the application in front that is activated, not the browser that was found.
-    const std::string id = targetContext->id;
-    co_await resolveFrontmostBrowser(targetContext);
-    co_await tryToActivate(id);
+    // The lookup only tells whether there is a browser: what comes forward is the application in front.
+    co_await resolved(*targetContext);
+    co_await tryToActivate(targetContext->id);
   }
 
   /// Whichever application has the keyboard.

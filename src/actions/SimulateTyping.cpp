@@ -53,11 +53,8 @@ private:
   platform::Task<void> prepare(intents::ActionHost& host) override {
     if (isDangerous())
       co_await confirm(host);
-    if (*targetContext == engine::frontmostTargetContext()) {
-      auto lookup = engine::Scriptacular::forOnboarding(services().scripts);
-      co_await lookup.resolveFrontmostBrowser();
-      targetContext.set(targets::ApplicationTarget(lookup.targetContext()));
-    }
+    const engine::TargetContext application = co_await resolved(target());
+    targetContext.set(targets::ApplicationTarget(application));
   }
 
   [[nodiscard]] bool isDangerous() const {

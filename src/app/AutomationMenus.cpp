@@ -10,13 +10,6 @@ using automation::AxeElement;
 
 namespace {
 
-targets::RunningApplication applicationOf(const scripting::DesktopProcess& process) {
-  return {.bundleIdentifier = process.bundleIdentifier,
-          .localizedName = process.name,
-          .process = process.pid,
-          .isFrontmost = process.isFrontmost};
-}
-
 AxeElement menuBarOf(const scripting::DesktopProcess& process, const automation::DesktopServices& services,
                      const platform::CallLimits& limits) {
   automation::AxeApp app(applicationOf(process), services, limits);
@@ -26,23 +19,24 @@ AxeElement menuBarOf(const scripting::DesktopProcess& process, const automation:
   return bar->element();
 }
 
-/// Entries of a menu bar, or of the menu that an item opens.
-std::vector<AxeElement> entriesOf(const AxeElement& element) {
-  std::vector<AxeElement> children = element.children();
-  return element.isItem() && children.size() == 1 ? children.front().children() : children;
-}
-
 std::optional<AxeElement> elementAt(AxeElement element, scripting::MenuPath path) {
   for (const std::size_t position : path) {
-    const std::vector<AxeElement> entries = entriesOf(element);
-    if (position >= entries.size())
+    const std::vector<AxeElement> items = element.items();
+    if (position >= items.size())
       return std::nullopt;
-    element = entries[position];
+    element = items[position];
   }
   return element;
 }
 
 } // namespace
+
+targets::RunningApplication applicationOf(const scripting::DesktopProcess& process) {
+  return {.bundleIdentifier = process.bundleIdentifier,
+          .localizedName = process.name,
+          .process = process.pid,
+          .isFrontmost = process.isFrontmost};
+}
 
 std::vector<scripting::MenuEntry> AutomationMenus::menuEntries(const scripting::DesktopProcess& process,
                                                                scripting::MenuPath path,
@@ -51,7 +45,7 @@ std::vector<scripting::MenuEntry> AutomationMenus::menuEntries(const scripting::
   std::vector<scripting::MenuEntry> entries;
   if (!element)
     return entries;
-  for (const AxeElement& each : entriesOf(*element))
+  for (const AxeElement& each : element->items())
     entries.push_back({each.title(), each.isEnabled(), each.isSubMenu()});
   return entries;
 }

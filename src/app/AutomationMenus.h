@@ -5,6 +5,9 @@
 
 namespace tabwright::app {
 
+/// A process of the desktop as targets of actions are told.
+[[nodiscard]] targets::RunningApplication applicationOf(const scripting::DesktopProcess& process);
+
 /// The menus that scripts see through System Events, read as the actions on menus read them.
 class AutomationMenus final : public scripting::DesktopMenus {
 public:

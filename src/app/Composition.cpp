@@ -49,10 +49,7 @@ bool isHere(const BrowserFacts& facts) {
 std::vector<targets::RunningApplication> runningApplications(scripting::Desktop& desktop) {
   std::vector<targets::RunningApplication> applications;
   for (const scripting::DesktopProcess& process : desktop.processes())
-    applications.push_back({.bundleIdentifier = process.bundleIdentifier,
-                            .localizedName = process.name,
-                            .process = process.pid,
-                            .isFrontmost = process.isFrontmost});
+    applications.push_back(applicationOf(process));
   return applications;
 }
 
@@ -118,7 +115,7 @@ struct Composition::Parts {
     auto driver = facts ? drivers.driver(*facts) : nullptr;
     if (!driver)
       return std::nullopt;
-    return scripting::PageKeyboard::FrontBrowser{std::move(driver), !front->windows.empty()};
+    return scripting::PageKeyboard::FrontBrowser{std::move(driver), !front->isHeadless};
   }
 
   platform::SystemClock clock;

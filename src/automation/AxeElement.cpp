@@ -63,6 +63,11 @@ bool AxeElement::isItem() const {
   return facts_->role == axerole::menuBarItem || facts_->role == axerole::menuItem;
 }
 
+std::vector<AxeElement> AxeElement::items() const {
+  std::vector<AxeElement> below = children();
+  return isItem() && below.size() == 1 ? below.front().children() : below;
+}
+
 bool AxeElement::isSubMenu() const {
   return isItem() && children().size() == 1;
 }

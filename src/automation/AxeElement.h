@@ -99,6 +99,8 @@ public:
   [[nodiscard]] bool isMenu() const;
   /// True for items: those that may have a submenu.
   [[nodiscard]] bool isItem() const;
+  /// Of a bar or a menu its items; of an item those of the menu that it opens, or none.
+  [[nodiscard]] std::vector<AxeElement> items() const;
   /// True for items with a submenu, which is then their only child.
   [[nodiscard]] bool isSubMenu() const;
 

@@ -20,12 +20,6 @@ using engine::AxeError;
 
 namespace {
 
-/// The items of the menu that an item opens.
-std::vector<AxeElement> subItems(const AxeElement& item) {
-  const std::vector<AxeElement> menus = item.isItem() ? item.children() : std::vector<AxeElement>{};
-  return menus.size() == 1 ? menus.front().children() : std::vector<AxeElement>{};
-}
-
 const AxeElement* firstFitting(const MenuTree& tree, TitlePattern& pattern) {
   if (pattern.isTitle(tree.element.title()))
     return &tree.element;
@@ -49,7 +43,7 @@ std::optional<AxeMenuBar> AxeMenuBar::of(const targets::RunningApplication& app,
 }
 
 MenuItemResult AxeMenuBar::menuItem(std::span<const std::string> pathSegments, TitleCase titleCase) const {
-  std::vector<AxeElement> level = element_.children();
+  std::vector<AxeElement> level = element_.items();
   if (level.empty() || pathSegments.empty())
     return std::unexpected(notFound({}));
   for (std::size_t depth = 0;; ++depth) {
@@ -60,7 +54,7 @@ MenuItemResult AxeMenuBar::menuItem(std::span<const std::string> pathSegments, T
       return std::unexpected(notFound(missingInMenu(pathSegments.first(depth), pathSegments[depth], level)));
     if (depth + 1 == pathSegments.size())
       return found(*item);
-    level = subItems(AxeElement(*item));
+    level = AxeElement(*item).items();
   }
 }
 

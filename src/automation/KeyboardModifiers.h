@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Keyboard.h"
+#include "platform/KeyCodes.h"
 
 #include <cstdint>
 
@@ -30,13 +30,12 @@ struct KeyboardModifiers {
   }
 };
 
-/// The modifiers that do the same on a PC's keyboard: command is Control, as in all shortcuts, and so is control;
-/// option is Alt. The fn key of a Mac has no counterpart, since it never reaches a program here. Super is never
-/// pressed: window managers take most of its combinations.
+/// The modifiers to press for these bits; see `platform::keysOf`.
 [[nodiscard]] constexpr platform::KeyModifiers pressedModifiers(std::uint32_t flags) {
-  return {.shift = (flags & shiftModifier) != 0,
-          .control = (flags & (commandModifier | controlModifier)) != 0,
-          .alt = (flags & optionModifier) != 0};
+  return platform::keysOf({.command = (flags & commandModifier) != 0,
+                           .control = (flags & controlModifier) != 0,
+                           .option = (flags & optionModifier) != 0,
+                           .shift = (flags & shiftModifier) != 0});
 }
 
 } // namespace tabwright::automation

@@ -12,4 +12,18 @@ namespace tabwright::platform {
 /// PC's keyboard lacks.
 [[nodiscard]] std::optional<Key> keyOfCode(std::int64_t macKeyCode);
 
+/// The modifiers of a Mac's keyboard. Its fn key has no counterpart, since it never reaches a program here.
+struct MacModifiers {
+  bool command = false;
+  bool control = false;
+  bool option = false;
+  bool shift = false;
+};
+
+/// The modifiers that do the same on a PC's keyboard: command is Control, as in all shortcuts, and so is control;
+/// option is Alt. Super is never pressed: window managers take most of its combinations.
+[[nodiscard]] constexpr KeyModifiers keysOf(const MacModifiers& modifiers) {
+  return {.shift = modifiers.shift, .control = modifiers.command || modifiers.control, .alt = modifiers.option};
+}
+
 } // namespace tabwright::platform

@@ -27,15 +27,21 @@ const BrowserFacts* findFacts(std::string_view BrowserFacts::* column, std::stri
   return row == platform::browserTable.end() ? nullptr : &*row;
 }
 
-/// Brings the process of that name to the front, unless it is there.
-void activateProcess(Desktop& desktop, std::string DesktopProcess::* member, std::string_view name) {
-  if (const std::optional<DesktopProcess> front = desktop.frontmost();
-      front && sameIgnoringCase((*front).*member, name))
-    return;
-  const std::vector<DesktopProcess> processes = desktop.processes();
+using NameOf = std::string DesktopProcess::*;
+
+std::optional<DesktopProcess> findProcess(Desktop& desktop, NameOf member, std::string_view name) {
+  std::vector<DesktopProcess> processes = desktop.processes();
   const auto process =
       std::ranges::find_if(processes, [&](const DesktopProcess& each) { return sameIgnoringCase(each.*member, name); });
-  if (process != processes.end())
+  return process != processes.end() ? std::optional(std::move(*process)) : std::nullopt;
+}
+
+/// Brings the process of that name to the front, unless it is there.
+void activateProcess(Desktop& desktop, NameOf member, std::string_view name) {
+  const std::optional<DesktopProcess> front = desktop.frontmost();
+  if (front && sameIgnoringCase((*front).*member, name))
+    return;
+  if (const std::optional<DesktopProcess> process = findProcess(desktop, member, name))
     desktop.activate(process->pid);
 }
 
@@ -95,10 +101,8 @@ std::shared_ptr<ScriptableApplication> ScriptingDirectory::findByName(std::strin
 
 /// The application of a process that has this name; null when none runs.
 std::shared_ptr<ScriptableApplication> ScriptingDirectory::running(NameOf member, std::string_view text) const {
-  const std::vector<DesktopProcess> processes = services_.desktop->processes();
-  const auto process =
-      std::ranges::find_if(processes, [&](const DesktopProcess& each) { return sameIgnoringCase(each.*member, text); });
-  if (process == processes.end())
+  const std::optional<DesktopProcess> process = findProcess(*services_.desktop, member, text);
+  if (!process)
     return nullptr;
   return std::make_shared<PlainApplication>(
       process->name, process->bundleIdentifier,

@@ -62,6 +62,10 @@ TEST(DesktopProcesses, GatherTheirWindowsInOrder) {
               ElementsAre("editor10! b", "Chromium20 a c", "30- d", "Google Chrome90 e", "Vivaldi40-"));
   const auto all = scripting::desktopProcesses({window(20, "a")}, {browser("edge", 20)}, {[](pid_t) { return ""; }});
   EXPECT_EQ(all.at(0).bundleIdentifier, "com.microsoft.edgemac");
+  EXPECT_FALSE(all.at(0).isHeadless);
+  RunningBrowser headless = browser("chromium", 20);
+  headless.isHeadless = true;
+  EXPECT_TRUE(scripting::desktopProcesses({}, {headless}, {}).at(0).isHeadless);
 }
 
 TEST(DesktopProcesses, OneIsFrontmostEvenWhereNoWindowIsActive) {

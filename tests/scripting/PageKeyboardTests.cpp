@@ -1,6 +1,7 @@
 // Which keys go to the page, which to the display, and what a page is told of them.
 #include "scripting/driver/PageKeyboard.h"
 #include "support/ModelWorkspace.h"
+#include "support/SteppedDeadlines.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,9 +21,11 @@ public:
   bool pageHasKeyboard = true;
   bool isReachable = true;
   Deeds keys;
+  std::size_t looks = 0;
 
   bool isRunning() override { return true; }
   std::shared_ptr<const BrowserSnapshot> snapshot(const CallLimits&) override {
+    ++looks;
     if (!isReachable)
       throw platform::failure(DriverFault::notAccepting, "Chromium");
     BrowserSnapshot snapshot;
@@ -100,6 +103,23 @@ TEST_F(PageKeys, ThatBrowsersActOnGoToTheDisplay) {
   });
   EXPECT_THAT(display.deeds, ElementsAre("type t control", "key ffc2", "type a shift", "type c"));
   EXPECT_THAT(browser->keys, ElementsAre("d/KeyD/68/d"));
+}
+
+TEST_F(PageKeys, AreAimedAnewAfterAMomentAndAfterKeysOfTheDisplay) {
+  const auto clock = std::make_shared<testsupport::SteppedDeadlines>();
+  const CallLimits limits = testsupport::SteppedDeadlines::limits(clock);
+  const auto type = [&](PageKeyboard& keyboard, std::size_t looks) {
+    keyboard.type("x", {}, limits);
+    EXPECT_EQ(browser->looks, looks);
+  };
+  with(Where::window, [&](PageKeyboard& keyboard) {
+    type(keyboard, 1);
+    type(keyboard, 1);
+    clock->advance(std::chrono::milliseconds(60));
+    type(keyboard, 2);
+    keyboard.press(f5, {}, limits);
+    type(keyboard, 3);
+  });
 }
 
 TEST_F(PageKeys, AllGoToThePageOfABrowserWithoutWindows) {

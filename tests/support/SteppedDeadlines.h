@@ -42,6 +42,12 @@ public:
     return isOver();
   }
 
+  /// Lets time pass that nobody waits for.
+  void advance(std::chrono::nanoseconds duration) {
+    const platform::MutexLock lock(mutex_);
+    now_ += duration;
+  }
+
   /// Once a call waits that will give up in exactly `duration`, lets that time pass. When none comes to do so: false,
   /// and all give up.
   [[nodiscard]] bool pass(std::chrono::nanoseconds duration) {

@@ -71,7 +71,7 @@ struct StopLoading {
 };
 
 /// Plays keys to the tab's page, one after the other. Its number is 1 when the page has taken them; 0 when it hasn't
-/// the keyboard, as while the address bar has it, and nothing was played.
+/// the keyboard, as while the address bar has it, and nothing was played. Without keys it only asks.
 struct PlayKeys {
   TabID tab = 0;
   std::vector<PageKey> keys;

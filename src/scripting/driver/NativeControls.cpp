@@ -16,8 +16,7 @@ namespace {
 constexpr auto patienceWithPage = 5s; // its script needs some 0.7 s
 constexpr auto lookAgain = 20ms;
 
-// The page builds itself by a script of its own. Before that has run the switch is there, but a click on it is lost:
-// the lists beside it are filled by the same script.
+// A click before the page's own script has run would be lost, and the page is complete only when it has.
 constexpr const char* switchOn = R"((() => {
   const native = document.querySelector("#native");
   if (!native || document.readyState !== "complete")

@@ -1,6 +1,5 @@
 #include "scripting/driver/PageKeyboard.h"
 
-#include "platform/DesktopFault.h"
 #include "platform/Logger.h"
 
 #include <utility>
@@ -48,7 +47,7 @@ void PageKeyboard::type(const std::string& text, const KeyModifiers& modifiers, 
 /// The answer is kept for a moment: programs type character by character, and to look anew for each would take several
 /// times longer than the key.
 PageKeyboard::Aim PageKeyboard::aim(const platform::CallLimits& limits) {
-  const auto now = std::chrono::steady_clock::now();
+  const auto now = limits.now();
   {
     const platform::MutexLock lock(mutex_);
     if (aim_ && now - aim_->taken < validity)
@@ -102,14 +101,12 @@ platform::Keyboard& PageKeyboard::display() {
 // Modifiers that are held say that shortcuts follow, which are the display's.
 
 void PageKeyboard::hold(const KeyModifiers& modifiers) {
-  {
-    const platform::MutexLock lock(mutex_);
-    held_ = {.shift = held_.shift || modifiers.shift,
-             .control = held_.control || modifiers.control,
-             .alt = held_.alt || modifiers.alt,
-             .super = held_.super || modifiers.super};
-  }
   display().hold(modifiers);
+  const platform::MutexLock lock(mutex_);
+  held_ = {.shift = held_.shift || modifiers.shift,
+           .control = held_.control || modifiers.control,
+           .alt = held_.alt || modifiers.alt,
+           .super = held_.super || modifiers.super};
 }
 
 void PageKeyboard::release(const KeyModifiers& modifiers) {

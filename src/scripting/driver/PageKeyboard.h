@@ -19,13 +19,13 @@ namespace tabwright::scripting {
 /// A key goes to the page of the frontmost application's front tab where that is a browser that can be reached, and the
 /// page has the keyboard in it. All else goes to the keyboard of the display: keys for other applications, for the
 /// browser's own address bar and dialogs, and those that browsers act on themselves (with control or alt held, Escape,
-/// F1 to F12). Without a display, as for a browser that runs headless, its front tab's page gets them all.
+/// F1 to F12). The front tab's page of a browser that runs headless gets them all.
 class PageKeyboard final : public platform::Keyboard {
 public:
   /// The browser that is in front.
   struct FrontBrowser {
     std::shared_ptr<BrowserDriver> driver;
-    bool hasWindows = false; ///< on this display; else the page is the only one to take keys
+    bool hasWindows = false; ///< on some display; else the page is the only one to take keys
   };
 
   /// `display` outlives this. `front` yields nothing when another application is in front.

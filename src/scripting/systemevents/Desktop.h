@@ -24,6 +24,7 @@ struct DesktopProcess {
   std::string bundleIdentifier; ///< in lower case; the process's name for an application without one
   bool isFrontmost = false;
   bool isVisible = false;             ///< at least one window is shown
+  bool isHeadless = false;            ///< a browser that runs without any display
   std::vector<DesktopWindow> windows; ///< front to back, iconified ones in their place
 };
 

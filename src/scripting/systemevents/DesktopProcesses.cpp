@@ -26,6 +26,7 @@ DesktopProcess describe(pid_t pid, const ClientWindow* window, const std::vector
   const std::filesystem::path program = browser == browsers.end() ? names.programOf(pid) : std::filesystem::path();
   const BrowserFacts* facts =
       browser != browsers.end() ? browser->facts : platform::findBrowserOfProgram(program.native());
+  process.isHeadless = browser != browsers.end() && browser->isHeadless;
   if (facts) {
     process.name = facts->name;
     process.bundleIdentifier = facts->id;

@@ -22,24 +22,12 @@ const platform::Logger log("LinuxDesktop");
 
 constexpr std::chrono::milliseconds validity{20};
 
-/// The modifiers of a PC's keyboard that do the same. Command is Control, as in all shortcuts, and so is control.
 platform::KeyModifiers pressed(std::span<const ModifierKey> modifiers) {
-  platform::KeyModifiers keys;
-  for (const ModifierKey modifier : modifiers) {
-    switch (modifier) {
-    case ModifierKey::command:
-    case ModifierKey::control:
-      keys.control = true;
-      break;
-    case ModifierKey::option:
-      keys.alt = true;
-      break;
-    case ModifierKey::shift:
-      keys.shift = true;
-      break;
-    }
-  }
-  return keys;
+  const auto isHeld = [&](ModifierKey modifier) { return std::ranges::find(modifiers, modifier) != modifiers.end(); };
+  return platform::keysOf({.command = isHeld(ModifierKey::command),
+                           .control = isHeld(ModifierKey::control),
+                           .option = isHeld(ModifierKey::option),
+                           .shift = isHeld(ModifierKey::shift)});
 }
 
 } // namespace

@@ -47,7 +47,7 @@ private:
   /// Windows of a process front to back; throws DesktopFailure when it has none.
   std::vector<platform::ClientWindow> requireWindows(pid_t process);
 
-  /// What was seen is thrown away, since it is about to change.
+  /// After a change: the next look is a new one.
   void forget();
 
   platform::WindowSystem& windowSystem_;
