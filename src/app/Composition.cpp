@@ -1,18 +1,20 @@
 #include "app/Composition.h"
 
-#include "app/AutomationMenus.h"
+#include "app/AutomationElements.h"
 #include "app/HelperFiles.h"
 #include "crashreport/LoggingCrashReporter.h"
 #include "engine/JavaScriptCoreSyntaxValidator.h"
 #include "platform/Logger.h"
 #include "platform/Mutex.h"
 #include "platform/linux/AtspiAccessibility.h"
+#include "platform/linux/GnomeAppearance.h"
 #include "platform/linux/InstalledBrowsers.h"
 #include "platform/linux/LinuxUserDefaults.h"
 #include "platform/linux/PosixFileManager.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/X11Keyboard.h"
+#include "platform/linux/X11Pointer.h"
 #include "platform/linux/X11WindowSystem.h"
 #include "platform/linux/XdgApplications.h"
 #include "scripting/ScriptingDirectory.h"
@@ -126,11 +128,18 @@ struct Composition::Parts {
   platform::X11WindowSystem windows;
   platform::X11Keyboard displayKeyboard;
   scripting::PageKeyboard keyboard{displayKeyboard, [this] { return frontBrowser(); }};
+  platform::X11Pointer pointer;
+  platform::GnomeAppearance appearance;
   platform::AtspiAccessibility accessibility;
   platform::XdgApplications installed;
-  AutomationMenus menus{desktopServices};
+  AutomationElements elements{desktopServices};
   std::shared_ptr<scripting::Desktop> desktop =
-      std::make_shared<scripting::LinuxDesktop>(windows, keyboard, installed, menus);
+      std::make_shared<scripting::LinuxDesktop>(scripting::LinuxDesktop::Seams{.windows = windows,
+                                                                               .keyboard = keyboard,
+                                                                               .pointer = pointer,
+                                                                               .appearance = appearance,
+                                                                               .installed = installed,
+                                                                               .elements = elements});
   Drivers drivers{desktop};
   scripting::ScriptingDirectory directory{{
       .makeDriver = [this](const BrowserFacts& facts) { return drivers.driver(facts); },

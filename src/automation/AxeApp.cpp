@@ -5,8 +5,6 @@
 #include "platform/BrowserTable.h"
 #include "platform/DesktopFault.h"
 
-#include <fmt/core.h>
-
 #include <utility>
 
 namespace tabwright::automation {
@@ -19,14 +17,6 @@ engine::AxeFailure withoutMenuBar(std::optional<platform::Notice> cause) {
   return platform::failure(AxeError::appHasNoMenuBar).causedBy(std::move(cause));
 }
 
-platform::Notice notShown(const targets::RunningApplication& app) {
-  return {
-      engine::identity(AxeError::appHasNoMenuBar),
-      fmt::format("{} doesn’t show its windows on the accessibility bus. Some programs do only when they are started "
-                  "again, now that accessibility is on.",
-                  app.localizedName)};
-}
-
 bool isChromium(const targets::RunningApplication& app) {
   const platform::BrowserFacts* facts = platform::findBrowser(app.bundleIdentifier);
   return facts && facts->family == platform::BrowserFamily::chromium;
@@ -34,19 +24,24 @@ bool isChromium(const targets::RunningApplication& app) {
 
 } // namespace
 
+platform::AccessibleElement AxeApp::element() const {
+  if (isChromium(app_))
+    services_.browserControls.show(app_, limits_);
+  const auto root = services_.accessibility.findApplication(app_.process, limits_);
+  if (!root)
+    throw platform::failure(platform::DesktopFault::notShown, app_.localizedName);
+  return *root;
+}
+
 std::expected<AxeMenuBar, engine::AxeFailure> AxeApp::menuBar() {
   if (menuBar_)
     return *menuBar_;
   std::optional<platform::Notice> cause;
   try {
-    if (isChromium(app_))
-      services_.browserControls.show(app_, limits_);
-    const auto root = services_.accessibility.findApplication(app_.process, limits_);
-    if (!root)
-      return std::unexpected(withoutMenuBar(notShown(app_)));
+    const platform::AccessibleElement root = element();
     const std::shared_ptr<MenuSource> menus = isChromium(app_)
-                                                  ? ChromiumMenu::find(*root, app_.process, services_, limits_)
-                                                  : findMenuBar(services_.accessibility, *root, limits_);
+                                                  ? ChromiumMenu::find(root, app_.process, services_, limits_)
+                                                  : findMenuBar(services_.accessibility, root, limits_);
     if (menus)
       menuBar_ = AxeMenuBar::of(app_, menus->bar());
   } catch (const platform::DesktopFailure& failure) {

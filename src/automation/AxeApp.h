@@ -23,6 +23,10 @@ public:
 
   [[nodiscard]] const targets::RunningApplication& app() const { return app_; }
 
+  /// The element that its windows are children of. A browser of the Chromium family is told to show its controls first.
+  /// Throws a platform::Failure for an application that doesn't show itself.
+  [[nodiscard]] platform::AccessibleElement element() const;
+
   /// The menu bar of its active window, or else of the first one that has one. A browser of the Chromium family has
   /// none; there the menu behind the three dots stands for it, as a bar with one item.
   ///

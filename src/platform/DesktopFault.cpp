@@ -8,7 +8,7 @@ namespace tabwright::platform {
 namespace {
 
 using enum DesktopFault;
-constexpr FailureTable<DesktopFault, 13> table{
+constexpr FailureTable<DesktopFault, 15> table{
     "DesktopFault",
     {
         {noWindowSystem, "noWindowSystem",
@@ -22,6 +22,10 @@ constexpr FailureTable<DesktopFault, 13> table{
          "The desktop’s accessibility bus can’t be reached ({}), so no application’s menus and controls "
          "can be read. Windows and keys can be used, and so can everything in tabs and pages. Install "
          "at-spi2-core, and run Tabwright within the desktop’s session."},
+        {notShown, "notShown",
+         "{} doesn’t show its windows on the accessibility bus. Some programs, such as those of Qt, do only when they "
+         "are "
+         "started after accessibility was switched on, as it is now: start it again."},
         {elementGone, "elementGone", "The element, or its application, is there no more."},
         {notAnswering, "notAnswering", "{} hasn’t answered in time. It hangs, or is very busy."},
         {elementRefused, "elementRefused", "The element can’t do that: {}."},
@@ -29,6 +33,7 @@ constexpr FailureTable<DesktopFault, 13> table{
         {windowGone, "windowGone", "The window is there no more."},
         {noKeyPresses, "noKeyPresses", "This display takes no simulated keys: {}."},
         {noSuchKey, "noSuchKey", "The keyboard in use has no key {}."},
+        {noAppearance, "noAppearance", "The desktop’s setting for dark windows can’t be reached: {}."},
         {untypable, "untypable", "No key can stand for the character {}. Nothing was typed."},
         {cannotStart, "cannotStart", "Can’t start {}."},
         {stopped, "stopped", "Waiting for the desktop was stopped."},

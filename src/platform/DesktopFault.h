@@ -11,6 +11,7 @@ enum class DesktopFault {
   noWindowSystem,     ///< no X11 display is to be had. detail: why, as a clause
   wayland,            ///< the session's windows are on Wayland, which shows them to no other program
   noAccessibilityBus, ///< no program's menus and elements can be read. detail: why, as a clause
+  notShown,           ///< an application shows no elements. detail: its name
   elementGone,        ///< an element, or its whole application, is there no more
   notAnswering,       ///< an application has let its time pass. detail: its process number
   elementRefused,     ///< an element can't do what it was asked to. detail: why, as a clause
@@ -18,6 +19,7 @@ enum class DesktopFault {
   windowGone,         ///< a window is there no more
   noKeyPresses,       ///< the display takes no simulated keys. detail: why, as a clause
   noSuchKey,          ///< the keyboard in use has no such key. detail: the key's name
+  noAppearance,       ///< the desktop's setting for dark windows can't be read or changed. detail: why, as a clause
   untypable,          ///< no key can stand for a character. detail: the character, as U+0007
   cannotStart,        ///< detail: the application's name, a colon and why
   stopped,            ///< a stop was requested

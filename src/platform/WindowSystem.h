@@ -22,6 +22,8 @@ struct ClientWindow {
   Rectangle place;                        ///< without the frame around it
   bool isShown = false;                   ///< not minimised. It may be covered, or on another workspace
   bool isActive = false;                  ///< has the keyboard
+  bool isFullScreen = false;
+  std::uint32_t dialogOf = 0; ///< of a modal dialog: the window that waits for it; 0 for other windows
 };
 
 /// The windows of all applications on a screen.
@@ -51,6 +53,9 @@ public:
   /// Moves a window and gives it another size: `place` as ClientWindow tells it. Applications may round the size.
   /// Throws `windowGone`.
   virtual void place(std::uint32_t window, const Rectangle& place) = 0;
+  /// Lets a window fill its screen without a frame, or gives it its former place again. Nothing happens without a
+  /// window manager.
+  virtual void setFullScreen(std::uint32_t window, bool isFullScreen) = 0;
   /// Asks a window to close, as a click on its close button does. Returns at once: it may ask the user to save first.
   virtual void close(std::uint32_t window) = 0;
 };

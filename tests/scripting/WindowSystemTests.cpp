@@ -262,8 +262,9 @@ struct DesktopScripts {
     tree.addProcess(20, "/usr/lib/chromium/chromium", {"chromium"}, 1);
     tree.addProcess(30, "/usr/bin/editor", {"editor"}, 1);
     windows = std::make_unique<tabwright::platform::X11WindowSystem>(display);
-    desktop = std::make_shared<tabwright::scripting::LinuxDesktop>(*windows, workspace, workspace, menus,
-                                                                   tabwright::platform::RunningBrowsers(tree.root()));
+    desktop = std::make_shared<tabwright::scripting::LinuxDesktop>(
+        tabwright::scripting::LinuxDesktop::Seams{*windows, workspace, workspace, workspace, workspace, elements},
+        tabwright::platform::RunningBrowsers(tree.root()));
   }
 
   /// The result of the lookup of the frontmost browser.
@@ -283,7 +284,7 @@ struct DesktopScripts {
 
   tabwright::support::ProcessTree tree;
   tabwright::testsupport::ModelWorkspace workspace;
-  tabwright::testsupport::ModelDesktop menus;
+  tabwright::testsupport::ModelDesktop elements;
   std::unique_ptr<tabwright::platform::X11WindowSystem> windows;
   std::shared_ptr<tabwright::scripting::LinuxDesktop> desktop;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "scripting/systemevents/Desktop.h"
+#include "support/ModelAccessibility.h"
 
 #include <fmt/core.h>
 
@@ -14,10 +15,12 @@
 namespace tabwright::testsupport {
 
 /// A desktop in memory: the first visible process is frontmost. Menus are by path; what was done is written down.
-class ModelDesktop final : public scripting::Desktop {
+class ModelDesktop final : public scripting::Desktop, public scripting::DesktopElements {
 public:
   std::vector<scripting::DesktopProcess> all; ///< front to back
   std::map<std::vector<std::size_t>, std::vector<scripting::MenuEntry>> menus;
+  ModelAccessibility elementsOfAll;
+  bool dark = false;
   std::function<void()> onLook = [] {};   ///< called before someone looks at the processes
   std::function<void()> onChoose = [] {}; ///< called when a menu item has been chosen
   std::vector<std::string> calls;         ///< such as "activate 12", "choose 12 1/3", "type x command shift"
@@ -31,7 +34,7 @@ public:
     process.bundleIdentifier = std::move(bundleIdentifier);
     process.isVisible = true;
     for (const std::string& windowName : windowNames)
-      process.windows.push_back({1000 + process.windows.size(), windowName});
+      process.windows.push_back({.id = static_cast<std::uint32_t>(1000 + process.windows.size()), .name = windowName});
     all.push_back(std::move(process));
   }
 
@@ -77,6 +80,34 @@ public:
     calls.push_back(text);
     onChoose();
   }
+
+  scripting::DesktopElements& elements() override { return *this; }
+  platform::AccessibleElement application(const scripting::DesktopProcess& process,
+                                          const platform::CallLimits& limits) override {
+    const auto root = elementsOfAll.findApplication(process.pid, limits);
+    if (!root)
+      throw platform::failure(platform::DesktopFault::notShown, process.name);
+    return *root;
+  }
+  platform::Accessibility& accessibility() override { return elementsOfAll; }
+
+  void raise(std::uint32_t window) override { calls.push_back(fmt::format("raise {}", window)); }
+  void setShown(std::uint32_t window, scripting::Visibility visibility) override {
+    calls.push_back(fmt::format("{} window {}", visibility == scripting::Visibility::shown ? "show" : "hide", window));
+  }
+  void place(std::uint32_t window, const platform::Rectangle& place) override {
+    calls.push_back(fmt::format("place {} {},{} {}x{}", window, place.x, place.y, place.width, place.height));
+    for (scripting::DesktopProcess& process : all) {
+      for (scripting::DesktopWindow& each : process.windows)
+        each.place = each.id == window ? place : each.place;
+    }
+  }
+  void setFullScreen(std::uint32_t window, bool isFullScreen) override {
+    calls.push_back(fmt::format("full screen {} {}", window, isFullScreen));
+  }
+  void clickAt(int x, int y) override { calls.push_back(fmt::format("click {},{}", x, y)); }
+  bool isDark() override { return dark; }
+  void setDark(bool isDark) override { dark = isDark; }
 
   void keystroke(const std::string& text, std::span<const scripting::ModifierKey> keys,
                  const platform::CallLimits&) override {

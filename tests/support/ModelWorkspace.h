@@ -1,7 +1,9 @@
 #pragma once
 
 #include "automation/DesktopServices.h"
+#include "platform/Appearance.h"
 #include "platform/DesktopFault.h"
+#include "platform/Pointer.h"
 #include "support/ManualClock.h"
 #include "support/ModelAccessibility.h"
 #include "support/ModelBrowserProbe.h"
@@ -18,6 +20,8 @@ namespace tabwright::testsupport {
 /// was done is written down.
 class ModelWorkspace : public platform::WindowSystem,
                        public platform::Keyboard,
+                       public platform::Pointer,
+                       public platform::Appearance,
                        public platform::InstalledApplications,
                        public automation::BrowserControls {
 public:
@@ -67,7 +71,12 @@ public:
   void minimise(const std::vector<std::uint32_t>&) override {}
   void restore(const std::vector<std::uint32_t>&) override {}
   void place(std::uint32_t, const platform::Rectangle&) override {}
+  void setFullScreen(std::uint32_t, bool) override {}
   void close(std::uint32_t) override {}
+
+  void click(int, int) override {}
+  bool isDark() override { return false; }
+  void setDark(bool) override {}
 
   void press(const platform::Key& key, const platform::KeyModifiers& modifiers, const platform::CallLimits&) override {
     deeds.push_back(fmt::format("key {:x}{}", key.symbol, named(modifiers)));

@@ -3,6 +3,7 @@
 #include "applescript/syntax/ParseCommands.h"
 #include "applescript/syntax/ParseExpressions.h"
 
+#include <algorithm>
 #include <ranges>
 #include <utility>
 
@@ -92,10 +93,40 @@ void attach(ScriptParser& p, ExpressionPointer& node, ExpressionPointer containe
   p.updateHeight(*node);
 }
 
+ExpressionPointer parseContained(ScriptParser& p);
+
+/// Lists are taken apart up to this length, and not within the container of another, since their container is read anew
+/// for each item.
+constexpr std::size_t longestList = 32;
+
+bool isListOfParts(const ScriptParser& p, const Expression& node) {
+  const auto* list = as<ListLiteral>(node);
+  return list && !p.isTakingListApart && !list->items.empty() && list->items.size() <= longestList &&
+         std::ranges::all_of(list->items, [](const ExpressionPointer& item) { return canAttach(*item); });
+}
+
+/// `{name, URL} of tab 1` is `{name of tab 1, URL of tab 1}`.
+void attachToItems(ScriptParser& p, ListLiteral& list) {
+  const std::size_t joint = p.position();
+  p.isTakingListApart = true;
+  for (ExpressionPointer& item : list.items) {
+    p.moveTo(joint);
+    const Joint of = p.at(Keyword::of) ? Joint::of : Joint::in;
+    p.advance();
+    attach(p, item, parseContained(p), of);
+    p.setRange(*item, item->range.offset);
+  }
+  p.isTakingListApart = false;
+}
+
 ExpressionPointer parseContained(ScriptParser& p) {
   const std::size_t start = p.offset();
   ExpressionPointer node = parsePossessives(p, parsePrimary(p));
-  if (isOf(p) && canAttach(*node)) {
+  if (isOf(p) && isListOfParts(p, *node)) {
+    const ScriptParser::Nesting nesting(p);
+    attachToItems(p, static_cast<ListLiteral&>(*node));
+    p.setRange(*node, start);
+  } else if (isOf(p) && canAttach(*node)) {
     const ScriptParser::Nesting nesting(p);
     const Joint joint = p.at(Keyword::of) ? Joint::of : Joint::in;
     p.advance();

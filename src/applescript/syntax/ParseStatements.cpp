@@ -33,6 +33,17 @@ void requireTarget(const ScriptParser& p, const Expression& target, const Token&
   }
 }
 
+// `{width, height} of r`, where the names are no variables.
+bool isListOfParts(const ScriptParser& p) {
+  std::size_t open = 0, ahead = 0;
+  do {
+    open += p.token(ahead).is(Symbol::openBrace) ? 1 : 0;
+    open -= p.token(ahead).is(Symbol::closeBrace) ? 1 : 0;
+    ++ahead;
+  } while (open > 0 && !p.token(ahead).endsLine());
+  return p.token(ahead).is(Keyword::of);
+}
+
 // A bare name that the inner-most dictionaries have can only be bound where no `tell` makes it theirs.
 bool canBind(const ScriptParser& p) {
   const auto matches = p.scope.match(p.rest());
@@ -83,8 +94,14 @@ StatementPointer parseCopy(ScriptParser& p) {
 ExpressionPointer parseTarget(ScriptParser& p) {
   const ScriptParser::Nesting nesting(p);
   const Token& first = p.token();
-  if (p.at(Symbol::openBrace) && !p.token(1).is(Symbol::closeBrace))
-    return parseBraces(p, parseTarget);
+  if (p.at(Symbol::openBrace) && !p.token(1).is(Symbol::closeBrace)) {
+    if (!isListOfParts(p))
+      return parseBraces(p, parseTarget);
+    ExpressionPointer list = parseChain(p);
+    if (!as<ListLiteral>(*list))
+      requireTarget(p, *list, first);
+    return list;
+  }
 
   while (p.at(Keyword::the))
     p.advance();

@@ -97,7 +97,8 @@ public:
   std::size_t repeats = 0; ///< `repeat` blocks around the cursor, within the handler
   /// Commands whose arguments are being read, since the last bracket: their parameters' words end an expression.
   std::vector<const Command*> activeCommands;
-  FoldedNames labelledHandlers; ///< `on f of x from a`, found before the parse
+  bool isTakingListApart = false; ///< the container of `{a, b} of c` is being read
+  FoldedNames labelledHandlers;   ///< `on f of x from a`, found before the parse
 
 private:
   /// Ends the whole parse: enough errors have been found.

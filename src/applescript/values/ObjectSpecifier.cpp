@@ -54,6 +54,10 @@ SpecifierPointer elementByID(SpecifierPointer container, FourCharCode elementCla
   return stepInto(std::move(container), ObjectSpecifier::Form::id, elementClass, std::move(id));
 }
 
+SpecifierPointer elementByName(SpecifierPointer container, FourCharCode elementClass, std::string name) {
+  return stepInto(std::move(container), ObjectSpecifier::Form::name, elementClass, Value(std::move(name)));
+}
+
 SpecifierPointer everyElement(SpecifierPointer container, FourCharCode elementClass) {
   return stepInto(std::move(container), ObjectSpecifier::Form::every, elementClass);
 }

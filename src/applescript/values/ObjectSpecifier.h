@@ -89,6 +89,7 @@ struct ObjectSpecifier {
 [[nodiscard]] SpecifierPointer elementByIndex(SpecifierPointer container, FourCharCode elementClass,
                                               std::int64_t index);
 [[nodiscard]] SpecifierPointer elementByID(SpecifierPointer container, FourCharCode elementClass, Value id);
+[[nodiscard]] SpecifierPointer elementByName(SpecifierPointer container, FourCharCode elementClass, std::string name);
 [[nodiscard]] SpecifierPointer everyElement(SpecifierPointer container, FourCharCode elementClass);
 
 /// The node without container that a chain hangs from.

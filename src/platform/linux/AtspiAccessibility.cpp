@@ -1,6 +1,7 @@
 #include "platform/linux/AtspiAccessibility.h"
 
 #include "platform/DesktopFault.h"
+#include "platform/Logger.h"
 #include "platform/Sleep.h"
 #include "platform/linux/ElementQuestions.h"
 #include "platform/linux/ProcessAge.h"
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string_view>
 #include <systemd/sd-bus.h>
 #include <utility>
@@ -15,6 +17,8 @@
 namespace tabwright::platform {
 
 namespace {
+
+const Logger log("AtspiAccessibility");
 
 /// Questions under way at once; a bus takes some thousands before it refuses.
 constexpr std::size_t mostPending = 1000;
@@ -48,6 +52,37 @@ void askProcess(BusConnection& bus, const std::string& application, std::functio
         if (sd_bus_message_read(answer, "u", &process) > 0)
           take(static_cast<pid_t>(process));
       });
+}
+
+void askRole(BusConnection& connection, const AccessibleElement& element, const std::function<void()>& take) {
+  connection.ask({element.application.c_str(), element.path.c_str(), "org.a11y.atspi.Accessible", "GetRole"}, {},
+                 [take](sd_bus_message*) {
+                   if (take)
+                     take();
+                 });
+}
+
+/// A connection of our own to an application that offers one, as those of GTK do; null for others. GTK does an action
+/// before it answers, and one that opens a dialog keeps the connection it came by silent until the dialog is closed.
+std::unique_ptr<BusConnection> connectTo(BusConnection& bus, const std::string& application, const CallLimits& limits) {
+  std::string address;
+  bus.ask({application.c_str(), rootPath, "org.a11y.atspi.Application", "GetApplicationBusAddress"}, {},
+          [&](sd_bus_message* answer) {
+            const char* told = nullptr;
+            if (!isError(answer) && sd_bus_message_read(answer, "s", &told) > 0)
+              address = told;
+          });
+  if (bus.collect(limits, Accessibility::longestSilence) != BusConnection::Outcome::answered || address.empty())
+    return nullptr;
+  try {
+    std::unique_ptr<BusConnection> own = BusConnection::toProgram(address);
+    askRole(*own, {"", rootPath}, {});
+    if (own->collect(limits, Accessibility::longestSilence) == BusConnection::Outcome::answered)
+      return own;
+  } catch (const BusLost& lost) {
+    log.debug("No connection of our own to an application: {}", lost.what());
+  }
+  return nullptr;
 }
 
 /// The bus knows the process of an application that answers nothing itself.
@@ -147,18 +182,30 @@ std::vector<AccessibleFacts> AtspiAccessibility::read(std::span<const Accessible
 
 void AtspiAccessibility::perform(const AccessibleElement& element, std::size_t action, const CallLimits& limits) {
   onBus(limits, [&](BusConnection& bus) {
+    const std::unique_ptr<BusConnection> own = connectTo(bus, element.application, limits);
     bool isTakenUp = false;
-    bus.ask(
-        {element.application.c_str(), element.path.c_str(), "org.a11y.atspi.Action", "DoAction"},
-        [&](sd_bus_message* call) { sd_bus_message_append(call, "i", static_cast<std::int32_t>(action)); },
-        [&](sd_bus_message* answer) {
-          requireDone(answer);
-          isTakenUp = true;
-        });
-    // Qt answers an action that opens a dialog when the dialog closes, but other questions as soon as it is open.
-    bus.ask({element.application.c_str(), element.path.c_str(), "org.a11y.atspi.Accessible", "GetRole"}, {},
-            [&](sd_bus_message*) { isTakenUp = true; });
-    return bus.collectUntil([&] { return isTakenUp; }, limits, longestSilence);
+    (own ? *own : bus)
+        .ask(
+            {own ? "" : element.application.c_str(), element.path.c_str(), "org.a11y.atspi.Action", "DoAction"},
+            [&](sd_bus_message* call) { sd_bus_message_append(call, "i", static_cast<std::int32_t>(action)); },
+            [&](sd_bus_message* answer) {
+              requireDone(answer);
+              isTakenUp = true;
+            });
+    if (!own) {
+      // Qt answers an action that opens a dialog when the dialog closes, but other questions as soon as it is open.
+      askRole(bus, element, [&] { isTakenUp = true; });
+      return bus.collectUntil([&] { return isTakenUp; }, limits, longestSilence);
+    }
+    // An application works all its connections off in turn: by the second answer here it has begun with the action.
+    for (int answers = 0; answers < 2; ++answers) {
+      askRole(bus, element, {});
+      const BusConnection::Outcome outcome = bus.collect(limits, longestSilence);
+      if (outcome != BusConnection::Outcome::answered)
+        return outcome;
+    }
+    (void)own->collectUntil([&] { return isTakenUp; }, limits, {});
+    return BusConnection::Outcome::answered;
   });
 }
 

@@ -64,18 +64,27 @@ std::unique_ptr<BusConnection> BusConnection::toSession() {
 }
 
 std::unique_ptr<BusConnection> BusConnection::to(const std::string& address) {
+  return start(address, true);
+}
+
+std::unique_ptr<BusConnection> BusConnection::toProgram(const std::string& address) {
+  return start(address, false);
+}
+
+std::unique_ptr<BusConnection> BusConnection::start(const std::string& address, bool isBus) {
   sd_bus* bus = nullptr;
   require(sd_bus_new(&bus));
   std::unique_ptr<sd_bus, Close> owner(bus);
   require(sd_bus_set_address(bus, address.c_str()));
-  require(sd_bus_set_bus_client(bus, 1));
+  require(sd_bus_set_bus_client(bus, isBus ? 1 : 0));
   require(sd_bus_start(bus));
   return std::unique_ptr<BusConnection>(new BusConnection(std::move(owner)));
 }
 
 void BusConnection::ask(const BusCall& call, const Fill& arguments, Take take) {
   sd_bus_message* made = nullptr;
-  require(sd_bus_message_new_method_call(bus_.get(), &made, call.destination, call.path, call.interface, call.member));
+  const char* destination = *call.destination != '\0' ? call.destination : nullptr;
+  require(sd_bus_message_new_method_call(bus_.get(), &made, destination, call.path, call.interface, call.member));
   const Message message(made);
   if (arguments)
     arguments(made);

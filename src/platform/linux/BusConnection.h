@@ -23,7 +23,7 @@ struct BusLost : std::runtime_error {
 
 /// One call: whom, which object, and what. The texts live until `BusConnection::ask` returns.
 struct BusCall {
-  const char* destination;
+  const char* destination; ///< empty on a connection to one program
   const char* path;
   const char* interface;
   const char* member;
@@ -45,6 +45,8 @@ public:
   /// Connects to the bus of the user's session, or to that at an address. Throws `BusLost`.
   [[nodiscard]] static std::unique_ptr<BusConnection> toSession();
   [[nodiscard]] static std::unique_ptr<BusConnection> to(const std::string& address);
+  /// Connects to a program that listens at an address itself, without a bus between. Throws `BusLost`.
+  [[nodiscard]] static std::unique_ptr<BusConnection> toProgram(const std::string& address);
   ~BusConnection();
   BusConnection(const BusConnection&) = delete;
   BusConnection& operator=(const BusConnection&) = delete;
@@ -74,6 +76,7 @@ private:
     void operator()(sd_bus* bus) const;
   };
   explicit BusConnection(std::unique_ptr<sd_bus, Close> bus);
+  static std::unique_ptr<BusConnection> start(const std::string& address, bool isBus);
   /// Works off what has arrived. Throws what a taker has thrown.
   void process();
 

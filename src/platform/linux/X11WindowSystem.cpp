@@ -125,7 +125,10 @@ void X11WindowSystem::activate(std::uint32_t window) {
     xcb_set_input_focus(system.xcb, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
   }
   xcb_flush(system.xcb);
-  system.await(patience, [&] { return system.windows.active() == window; });
+  // A window that was sent to another workspace may still be told as active for a moment.
+  system.await(patience, [&] {
+    return system.windows.active() == window && !(isManaged && system.windows.workspaceElsewhere(window));
+  });
 }
 
 void X11WindowSystem::minimise(const std::vector<std::uint32_t>& windows) {
@@ -181,6 +184,22 @@ void X11WindowSystem::place(std::uint32_t window, const Rectangle& place) {
   system.await(patience, [&] { return system.windows.placeOf(window) != before; });
   // Moving and sizing may come one after the other. A size that the application rounds never becomes the one asked for.
   system.await(roundingGap, [&] { return system.windows.placeOf(window) == place; });
+}
+
+void X11WindowSystem::setFullScreen(std::uint32_t window, bool isFullScreen) {
+  const MutexLock lock(mutex_);
+  Connection& system = connection();
+  if (!system.windows.isManaged())
+    return;
+  xcb_ewmh_request_change_wm_state(
+      system.hints, system.screen, window, isFullScreen ? XCB_EWMH_WM_STATE_ADD : XCB_EWMH_WM_STATE_REMOVE,
+      system.hints->_NET_WM_STATE_FULLSCREEN, XCB_ATOM_NONE, XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
+  xcb_flush(system.xcb);
+  system.await(patience, [&] {
+    const std::vector<ClientWindow> now = system.windows.read();
+    const auto found = std::ranges::find(now, window, &ClientWindow::id);
+    return found == now.end() || found->isFullScreen == isFullScreen;
+  });
 }
 
 void X11WindowSystem::close(std::uint32_t window) {

@@ -24,6 +24,7 @@ public:
   void minimise(const std::vector<std::uint32_t>& windows) override;
   void restore(const std::vector<std::uint32_t>& windows) override;
   void place(std::uint32_t window, const Rectangle& place) override;
+  void setFullScreen(std::uint32_t window, bool isFullScreen) override;
   void close(std::uint32_t window) override;
 
 private:

@@ -58,16 +58,23 @@ std::optional<std::uint32_t> workspaceFrom(xcb_ewmh_connection_t* ewmh, xcb_get_
   return workspace;
 }
 
-/// True for a property that is a list of atoms and holds one of these.
+/// A property that is a list of atoms; empty when it isn't there.
 template <auto Reply>
-bool hasAtom(xcb_ewmh_connection_t* ewmh, xcb_get_property_cookie_t cookie, std::initializer_list<xcb_atom_t> wanted) {
+std::vector<xcb_atom_t> atomsFrom(xcb_ewmh_connection_t* ewmh, xcb_get_property_cookie_t cookie) {
   xcb_ewmh_get_atoms_reply_t list{};
   if (Reply(ewmh, cookie, &list, nullptr) == 0)
-    return false;
-  const bool isThere = std::find_first_of(list.atoms, list.atoms + list.atoms_len, wanted.begin(), wanted.end()) !=
-                       list.atoms + list.atoms_len;
+    return {};
+  std::vector<xcb_atom_t> atoms(list.atoms, list.atoms + list.atoms_len);
   xcb_ewmh_get_atoms_reply_wipe(&list);
-  return isThere;
+  return atoms;
+}
+
+/// A property that is one window; 0 when it isn't there.
+std::uint32_t windowFrom(xcb_connection_t* xcb, xcb_get_property_cookie_t cookie) {
+  const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(xcb, cookie, nullptr));
+  if (!reply || xcb_get_property_value_length(reply.get()) != sizeof(xcb_window_t))
+    return 0;
+  return *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
 }
 
 /// A property that is a list of windows; nothing when it isn't there.
@@ -181,7 +188,7 @@ std::vector<ClientWindow> X11Windows::read() {
   const auto managed = managedWindows();
   const std::vector<std::uint32_t> ids = managed ? *managed : unmanagedWindows();
   struct Cookies {
-    xcb_get_property_cookie_t pid, name, oldName, windowClass, application, state, type, workspace;
+    xcb_get_property_cookie_t pid, name, oldName, windowClass, application, state, type, workspace, owner;
     xcb_get_geometry_cookie_t size;
     xcb_translate_coordinates_cookie_t origin;
   };
@@ -193,8 +200,9 @@ std::vector<ClientWindow> X11Windows::read() {
                        xcb_get_property(xcb_, 0, id, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, 256),
                        xcb_get_property(xcb_, 0, id, applicationID_, XCB_GET_PROPERTY_TYPE_ANY, 0, 256),
                        xcb_ewmh_get_wm_state(&ewmh_, id), xcb_ewmh_get_wm_window_type(&ewmh_, id),
-                       xcb_ewmh_get_wm_desktop(&ewmh_, id), xcb_get_geometry(xcb_, id),
-                       xcb_translate_coordinates(xcb_, id, display_.root(), 0, 0)});
+                       xcb_ewmh_get_wm_desktop(&ewmh_, id),
+                       xcb_get_property(xcb_, 0, id, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, 0, 1),
+                       xcb_get_geometry(xcb_, id), xcb_translate_coordinates(xcb_, id, display_.root(), 0, 0)});
   const std::uint32_t activeWindow = active(managed.has_value());
   std::vector<ClientWindow> result;
   for (std::size_t each = 0; each < ids.size(); ++each) {
@@ -206,10 +214,16 @@ std::vector<ClientWindow> X11Windows::read() {
     window.name = nameFrom(&ewmh_, cookies[each].name, cookies[each].oldName);
     std::tie(window.instance, window.windowClass) = classFrom(textFrom(xcb_, cookies[each].windowClass));
     window.applicationID = textFrom(xcb_, cookies[each].application);
-    window.isShown = !hasAtom<xcb_ewmh_get_wm_state_reply>(&ewmh_, cookies[each].state, {ewmh_._NET_WM_STATE_HIDDEN}) &&
-                     (managed || !isHidden(window.id));
-    const bool isOfTheDesktop = hasAtom<xcb_ewmh_get_wm_window_type_reply>(
-        &ewmh_, cookies[each].type, {ewmh_._NET_WM_WINDOW_TYPE_DESKTOP, ewmh_._NET_WM_WINDOW_TYPE_DOCK});
+    const std::vector<xcb_atom_t> states = atomsFrom<xcb_ewmh_get_wm_state_reply>(&ewmh_, cookies[each].state);
+    const auto isIn = [&](xcb_atom_t state) { return std::ranges::find(states, state) != states.end(); };
+    window.isShown = !isIn(ewmh_._NET_WM_STATE_HIDDEN) && (managed || !isHidden(window.id));
+    window.isFullScreen = isIn(ewmh_._NET_WM_STATE_FULLSCREEN);
+    const std::uint32_t owner = windowFrom(xcb_, cookies[each].owner);
+    window.dialogOf = isIn(ewmh_._NET_WM_STATE_MODAL) ? owner : 0;
+    const std::vector<xcb_atom_t> types = atomsFrom<xcb_ewmh_get_wm_window_type_reply>(&ewmh_, cookies[each].type);
+    const bool isOfTheDesktop = std::ranges::any_of(types, [&](xcb_atom_t type) {
+      return type == ewmh_._NET_WM_WINDOW_TYPE_DESKTOP || type == ewmh_._NET_WM_WINDOW_TYPE_DOCK;
+    });
     window.workspace = workspaceFrom(&ewmh_, cookies[each].workspace);
     window.place = placeFrom(xcb_, cookies[each].size, cookies[each].origin).value_or(Rectangle{});
     window.isActive = window.id == activeWindow;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "platform/Accessibility.h"
 #include "platform/CallLimits.h"
+#include "platform/Rectangle.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -13,8 +15,13 @@
 namespace tabwright::scripting {
 
 struct DesktopWindow {
-  std::uint64_t id = 0; ///< the window system's own
+  std::uint32_t id = 0; ///< the window system's own
   std::string name;
+  platform::Rectangle place{};
+  bool isShown = true; ///< not minimised
+  bool isActive = false;
+  bool isFullScreen = false;
+  std::uint32_t dialogOf = 0; ///< of a modal dialog: the window that waits for it
 };
 
 /// A running application with windows, or one that is known to be an application without any.
@@ -38,10 +45,11 @@ struct MenuEntry {
 /// The way to an entry from the menu bar: 0-based positions, of the menu bar item first. Empty: the menu bar itself.
 using MenuPath = std::span<const std::size_t>;
 
-/// The menus of applications. A source of its own, since reading them takes more than windows and keys.
-class DesktopMenus {
+/// The menus and the elements in the windows of applications. A source of its own, since reading them takes more than
+/// windows and keys.
+class DesktopElements {
 public:
-  virtual ~DesktopMenus() = default;
+  virtual ~DesktopElements() = default;
 
   /// Entries of the menu bar (empty path) or of the menu that the entry at `path` opens. Most applications are read
   /// without opening anything on the screen. Empty for an entry without a menu. Throws a platform::Failure for an
@@ -50,6 +58,12 @@ public:
                                                            const platform::CallLimits& limits) = 0;
   /// Chooses a menu item, as a click on it would. Throws a platform::Failure when it is there no more.
   virtual void chooseMenuItem(const DesktopProcess& process, MenuPath path, const platform::CallLimits& limits) = 0;
+
+  /// The element that a process's windows are children of, for `accessibility`. An application that shows its elements
+  /// only when it is told to is told. Throws a platform::Failure for one that doesn't show itself.
+  [[nodiscard]] virtual platform::AccessibleElement application(const DesktopProcess& process,
+                                                                const platform::CallLimits& limits) = 0;
+  [[nodiscard]] virtual platform::Accessibility& accessibility() = 0;
 };
 
 enum class ModifierKey { command, option, control, shift };
@@ -60,8 +74,10 @@ enum class KeyTransition { down, up };
 ///
 /// All calls may come from several threads, block briefly, and throw a platform::Failure with a sentence for the user
 /// when the desktop can't do what is asked. A process that is gone is no error of reading, and one of writing.
-class Desktop : public DesktopMenus {
+class Desktop {
 public:
+  virtual ~Desktop() = default;
+
   /// The running applications, frontmost first, then in the order of their frontmost windows.
   [[nodiscard]] virtual std::vector<DesktopProcess> processes() = 0;
 
@@ -74,6 +90,23 @@ public:
   /// Hides all windows of a process, or shows them again. When it returns, the window system has done so, and the next
   /// application is frontmost.
   virtual void setVisible(pid_t process, Visibility visibility) = 0;
+
+  // Single windows, by their ids. One that is gone is no error of anything but `place`.
+
+  /// Brings a window to the front and gives it the keyboard.
+  virtual void raise(std::uint32_t window) = 0;
+  /// Minimises a window, or opens it again.
+  virtual void setShown(std::uint32_t window, Visibility visibility) = 0;
+  virtual void place(std::uint32_t window, const platform::Rectangle& place) = 0;
+  virtual void setFullScreen(std::uint32_t window, bool isFullScreen) = 0;
+
+  [[nodiscard]] virtual DesktopElements& elements() = 0;
+
+  /// Clicks at a place on the screen, in its pixels.
+  virtual void clickAt(int x, int y) = 0;
+  /// Whether the desktop wants dark windows.
+  [[nodiscard]] virtual bool isDark() = 0;
+  virtual void setDark(bool isDark) = 0;
 
   /// Types a text into the application that has the keyboard, one character after the other, with modifiers held down.
   virtual void keystroke(const std::string& text, std::span<const ModifierKey> modifiers,

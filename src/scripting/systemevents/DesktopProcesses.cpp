@@ -77,7 +77,13 @@ std::vector<DesktopProcess> desktopProcesses(const std::vector<ClientWindow>& wi
       process = processes.insert(processes.end(), describe(pid, &window, browsers, names));
     process->isFrontmost |= window.isActive;
     process->isVisible |= window.isShown;
-    process->windows.push_back({window.id, window.name});
+    process->windows.push_back({.id = window.id,
+                                .name = window.name,
+                                .place = window.place,
+                                .isShown = window.isShown,
+                                .isActive = window.isActive,
+                                .isFullScreen = window.isFullScreen,
+                                .dialogOf = window.dialogOf});
   }
   for (const RunningBrowser& browser : browsers) {
     if (find(browser.process) == processes.end())

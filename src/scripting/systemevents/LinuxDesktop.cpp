@@ -32,15 +32,12 @@ platform::KeyModifiers pressed(std::span<const ModifierKey> modifiers) {
 
 } // namespace
 
-LinuxDesktop::LinuxDesktop(platform::WindowSystem& windows, platform::Keyboard& keyboard,
-                           platform::InstalledApplications& installed, DesktopMenus& menus,
-                           platform::RunningBrowsers browsers)
-    : windowSystem_(windows), keyboard_(keyboard), installed_(installed), menus_(menus),
-      browsers_(std::move(browsers)) {}
+LinuxDesktop::LinuxDesktop(const Seams& seams, platform::RunningBrowsers browsers)
+    : seams_(seams), browsers_(std::move(browsers)) {}
 
 std::vector<ClientWindow> LinuxDesktop::windowsIfAny() {
   try {
-    return windowSystem_.windows();
+    return seams_.windows.windows();
   } catch (const platform::DesktopFailure& failure) {
     log.debug("{}", failure.errorDescription());
     return {};
@@ -51,7 +48,7 @@ std::vector<DesktopProcess> LinuxDesktop::processes() {
   return desktopProcesses(
       windowsIfAny(), browsers_.findAll(),
       {.programOf = [this](pid_t pid) { return browsers_.programOf(pid); },
-       .applicationOf = [this](const ClientWindow& window) { return installed_.applicationOf(window); }});
+       .applicationOf = [this](const ClientWindow& window) { return seams_.installed.applicationOf(window); }});
 }
 
 std::optional<DesktopProcess> LinuxDesktop::frontmost() {
@@ -77,7 +74,7 @@ void LinuxDesktop::forget() {
 }
 
 std::vector<ClientWindow> LinuxDesktop::requireWindows(pid_t process) {
-  std::vector<ClientWindow> mine = windowSystem_.windows();
+  std::vector<ClientWindow> mine = seams_.windows.windows();
   const std::vector<platform::RunningBrowser> browsers = browsers_.findAll();
   std::erase_if(mine, [&](const ClientWindow& window) { return processOfWindow(window, browsers) != process; });
   if (mine.empty())
@@ -89,7 +86,7 @@ void LinuxDesktop::activate(pid_t process) {
   try {
     const std::vector<ClientWindow> windows = requireWindows(process);
     const auto shown = std::ranges::find_if(windows, &ClientWindow::isShown);
-    windowSystem_.activate(shown != windows.end() ? shown->id : windows.front().id);
+    seams_.windows.activate(shown != windows.end() ? shown->id : windows.front().id);
     forget();
   } catch (const platform::DesktopFailure& failure) {
     // Without windows the frontmost one is where it is wanted already.
@@ -104,30 +101,51 @@ void LinuxDesktop::setVisible(pid_t process, Visibility visibility) {
   std::vector<std::uint32_t> ids;
   for (const ClientWindow& window : requireWindows(process))
     ids.push_back(window.id);
+  show(ids, visibility);
+}
+
+void LinuxDesktop::show(const std::vector<std::uint32_t>& windows, Visibility visibility) {
   if (visibility == Visibility::hidden)
-    windowSystem_.minimise(ids);
+    seams_.windows.minimise(windows);
   else
-    windowSystem_.restore(ids);
+    seams_.windows.restore(windows);
   forget();
+}
+
+void LinuxDesktop::raise(std::uint32_t window) {
+  seams_.windows.activate(window);
+  forget();
+}
+
+void LinuxDesktop::setShown(std::uint32_t window, Visibility visibility) {
+  show({window}, visibility);
+}
+
+void LinuxDesktop::place(std::uint32_t window, const platform::Rectangle& place) {
+  seams_.windows.place(window, place);
+}
+
+void LinuxDesktop::setFullScreen(std::uint32_t window, bool isFullScreen) {
+  seams_.windows.setFullScreen(window, isFullScreen);
 }
 
 void LinuxDesktop::keystroke(const std::string& text, std::span<const ModifierKey> modifiers,
                              const platform::CallLimits& limits) {
-  keyboard_.type(text, pressed(modifiers), limits);
+  seams_.keyboard.type(text, pressed(modifiers), limits);
 }
 
 void LinuxDesktop::keyCode(int code, std::span<const ModifierKey> modifiers, const platform::CallLimits& limits) {
   const std::optional<platform::Key> key = platform::keyOfCode(code);
   if (!key)
     throw platform::failure(DesktopFault::noSuchKey, fmt::format("key code {}", code));
-  keyboard_.press(*key, pressed(modifiers), limits);
+  seams_.keyboard.press(*key, pressed(modifiers), limits);
 }
 
 void LinuxDesktop::modifiers(KeyTransition transition, std::span<const ModifierKey> keys) {
   if (transition == KeyTransition::down)
-    keyboard_.hold(pressed(keys));
+    seams_.keyboard.hold(pressed(keys));
   else
-    keyboard_.release(pressed(keys));
+    seams_.keyboard.release(pressed(keys));
 }
 
 } // namespace tabwright::scripting

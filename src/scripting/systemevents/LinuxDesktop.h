@@ -1,8 +1,10 @@
 #pragma once
 
+#include "platform/Appearance.h"
 #include "platform/InstalledApplications.h"
 #include "platform/Keyboard.h"
 #include "platform/Mutex.h"
+#include "platform/Pointer.h"
 #include "platform/WindowSystem.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/systemevents/Desktop.h"
@@ -20,22 +22,29 @@ namespace tabwright::scripting {
 /// browsers are left, and the one started last counts as frontmost.
 class LinuxDesktop final : public Desktop {
 public:
-  /// The seams outlive this.
-  LinuxDesktop(platform::WindowSystem& windows, platform::Keyboard& keyboard,
-               platform::InstalledApplications& installed, DesktopMenus& menus,
-               platform::RunningBrowsers browsers = platform::RunningBrowsers());
+  /// What it is made of; all outlive it.
+  struct Seams {
+    platform::WindowSystem& windows;
+    platform::Keyboard& keyboard;
+    platform::Pointer& pointer;
+    platform::Appearance& appearance;
+    platform::InstalledApplications& installed;
+    DesktopElements& elements;
+  };
+  explicit LinuxDesktop(const Seams& seams, platform::RunningBrowsers browsers = platform::RunningBrowsers());
 
   [[nodiscard]] std::vector<DesktopProcess> processes() override;
   [[nodiscard]] std::optional<DesktopProcess> frontmost() override;
   void activate(pid_t process) override;
   void setVisible(pid_t process, Visibility visibility) override;
-  [[nodiscard]] std::vector<MenuEntry> menuEntries(const DesktopProcess& process, MenuPath path,
-                                                   const platform::CallLimits& limits) override {
-    return menus_.menuEntries(process, path, limits);
-  }
-  void chooseMenuItem(const DesktopProcess& process, MenuPath path, const platform::CallLimits& limits) override {
-    menus_.chooseMenuItem(process, path, limits);
-  }
+  void raise(std::uint32_t window) override;
+  void setShown(std::uint32_t window, Visibility visibility) override;
+  void place(std::uint32_t window, const platform::Rectangle& place) override;
+  void setFullScreen(std::uint32_t window, bool isFullScreen) override;
+  [[nodiscard]] DesktopElements& elements() override { return seams_.elements; }
+  void clickAt(int x, int y) override { seams_.pointer.click(x, y); }
+  [[nodiscard]] bool isDark() override { return seams_.appearance.isDark(); }
+  void setDark(bool isDark) override { seams_.appearance.setDark(isDark); }
   void keystroke(const std::string& text, std::span<const ModifierKey> modifiers,
                  const platform::CallLimits& limits) override;
   void keyCode(int code, std::span<const ModifierKey> modifiers, const platform::CallLimits& limits) override;
@@ -47,13 +56,12 @@ private:
   /// Windows of a process front to back; throws DesktopFailure when it has none.
   std::vector<platform::ClientWindow> requireWindows(pid_t process);
 
+  void show(const std::vector<std::uint32_t>& windows, Visibility visibility);
+
   /// After a change: the next look is a new one.
   void forget();
 
-  platform::WindowSystem& windowSystem_;
-  platform::Keyboard& keyboard_;
-  platform::InstalledApplications& installed_;
-  DesktopMenus& menus_;
+  const Seams seams_;
   const platform::RunningBrowsers browsers_;
   platform::Mutex mutex_;
   std::optional<DesktopProcess> frontmost_ GUARDED_BY(mutex_);

@@ -3,10 +3,13 @@
 
 #include "applescript/ScriptError.h"
 #include "applescript/values/Errors.h"
+#include "platform/DesktopFault.h"
 #include "scripting/model/Arguments.h"
 #include "scripting/systemevents/SystemEventsClasses.h"
 #include "scripting/systemevents/SystemEventsScope.h"
 #include "scripting/systemevents/SystemEventsTerminology.h"
+#include "scripting/systemevents/UIElementClasses.h"
+#include "scripting/systemevents/UIElementProperties.h"
 
 #include <algorithm>
 #include <utility>
@@ -65,13 +68,60 @@ const Value& requireDirect(const SystemEventsScope& scope) {
   return *scope.message().directObject;
 }
 
+/// What can't be pressed is clicked at with the pointer, in its middle.
+void press(SystemEventsScope& scope, Object element) {
+  if (performUIElementAction(scope, element, "AXPress"))
+    return;
+  const std::optional<platform::Rectangle> place = uielement::placeOf(scope, element);
+  if (!place)
+    throw platform::failure(platform::DesktopFault::elementRefused, "nothing happens when it is pressed");
+  scope.desktop().clickAt(place->x + place->width / 2, place->y + place->height / 2);
+}
+
 Value click(SystemEventsScope& scope) {
+  if (const Value* place = scope.message().parameter(systemevents::clickPlace)) {
+    const auto [x, y] = uielement::requirePair(*place);
+    scope.desktop().clickAt(x, y);
+    return Value::missing();
+  }
   const Value& target = requireDirect(scope);
   const Object object = scope.model().object(scope, target);
-  if (!isMenuEntry(object))
+  if (isMenuEntry(object))
+    scope.desktop().elements().chooseMenuItem(scope.process(object), scope.path(object), scope.limits());
+  else if (isUIElement(object))
+    press(scope, object);
+  else
     throw errors::notUnderstood(target, systemevents::click, systemEventsTerminology());
-  scope.desktop().chooseMenuItem(scope.process(object), scope.path(object), scope.limits());
   return Value(object.type->specifier(scope, object));
+}
+
+Value performActions(SystemEventsScope& scope) {
+  const Value& target = requireDirect(scope);
+  for (const Object& object : scope.model().objects(scope, target)) {
+    if (!isUIElementAction(object))
+      throw errors::notUnderstood(target, systemevents::perform, systemEventsTerminology());
+    performUIElementAction(scope, object);
+  }
+  return target;
+}
+
+struct ActionCommand {
+  applescript::EventCode code;
+  std::string_view action;
+};
+
+/// Commands that are actions of an element's by another name.
+constexpr ActionCommand actionCommands[]{
+    {systemevents::cancel, "AXCancel"},       {systemevents::confirm, "AXConfirm"},     {systemevents::pick, "AXPress"},
+    {systemevents::decrement, "AXDecrement"}, {systemevents::increment, "AXIncrement"},
+};
+
+Value performCommand(SystemEventsScope& scope, const ActionCommand& command) {
+  const Value& target = requireDirect(scope);
+  const Object object = scope.model().object(scope, target);
+  if (!isUIElement(object) || !performUIElementAction(scope, object, command.action))
+    throw errors::notUnderstood(target, command.code, systemEventsTerminology());
+  return target;
 }
 
 Value activate(SystemEventsScope& scope) {
@@ -87,6 +137,11 @@ Value perform(SystemEventsScope& scope) {
   const applescript::EventCode code = scope.message().code;
   if (code == systemevents::click)
     return click(scope);
+  if (code == systemevents::perform)
+    return performActions(scope);
+  if (const auto command = std::ranges::find(actionCommands, code, &ActionCommand::code);
+      command != std::ranges::end(actionCommands))
+    return performCommand(scope, *command);
   if (code == systemevents::keystroke) {
     scope.desktop().keystroke(requireText(requireDirect(scope)), heldModifiers(scope), scope.limits());
     return Value::missing();
@@ -127,7 +182,9 @@ Value SystemEventsApplication::handle(const applescript::AppleEventMessage& mess
   } catch (const applescript::ScriptError&) {
     throw;
   } catch (const platform::Failure& failure) {
-    throw errors::of(applescript::errorNumber::handlerFailed, failure.errorDescription());
+    applescript::ScriptError error = errors::of(applescript::errorNumber::handlerFailed, failure.errorDescription());
+    error.setCause(platform::asCause(failure));
+    throw error;
   }
 }
 

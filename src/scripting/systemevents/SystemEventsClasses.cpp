@@ -3,10 +3,13 @@
 // of its items. Everything below the menu bar is named by its path of positions.
 #include "scripting/systemevents/SystemEventsClasses.h"
 
+#include "platform/DesktopFault.h"
 #include "scripting/model/Arguments.h"
 #include "scripting/model/Comparison.h"
+#include "scripting/systemevents/AttributeClass.h"
 #include "scripting/systemevents/SystemEventsScope.h"
 #include "scripting/systemevents/SystemEventsTerminology.h"
+#include "scripting/systemevents/UIElementClasses.h"
 
 #include <algorithm>
 
@@ -34,8 +37,7 @@ std::int64_t signedPosition(std::size_t position) {
 }
 
 SpecifierPointer processSpecifier(EventScope& scope, Object object) {
-  return applescript::elementByID(scope.root(), systemevents::applicationProcess,
-                                  Value(static_cast<std::int64_t>(events(scope).process(object).pid)));
+  return processSpecifierAt(scope, object.first);
 }
 
 // ----------------------------------------------------------------- menus
@@ -116,27 +118,6 @@ constexpr ElementRow menuBarElements[]{
 
 constinit const ObjectClass menuBarClass{systemevents::menuBar, "menu bar", {}, menuBarElements, menuBarSpecifier};
 
-// --------------------------------------------------------------- windows
-
-Found windowName(SystemEventsScope& scope, Object window) {
-  return Value(scope.process(window).windows.at(static_cast<std::size_t>(window.second)).name);
-}
-
-Found windowIndex(SystemEventsScope&, Object window) {
-  return Value(window.second + 1);
-}
-
-SpecifierPointer windowSpecifier(EventScope& scope, Object window) {
-  return applescript::elementByIndex(processSpecifier(scope, window), fourCharCode("cwin"), window.second + 1);
-}
-
-constexpr PropertyRow windowProperties[]{
-    {fourCharCode("pnam"), get<windowName>},
-    {fourCharCode("pidx"), get<windowIndex>},
-};
-
-constinit const ObjectClass windowClass{fourCharCode("cwin"), "window", windowProperties, {}, windowSpecifier};
-
 // ------------------------------------------------------------- processes
 
 Found processName(SystemEventsScope& scope, Object process) {
@@ -168,6 +149,28 @@ void setProcessVisible(SystemEventsScope& scope, Object process, const Value& va
                              requireBoolean(value) ? Visibility::shown : Visibility::hidden);
 }
 
+Found processRole(SystemEventsScope&, Object) {
+  return Value("AXApplication");
+}
+Found processHidden(SystemEventsScope& scope, Object process) {
+  return Value(!scope.process(process).isVisible);
+}
+void setProcessHidden(SystemEventsScope& scope, Object process, const Value& value) {
+  setProcessVisible(scope, process, Value(!requireBoolean(value)));
+}
+Found processFrontWindow(SystemEventsScope& scope, Object process) {
+  return systemWindowCount(scope, process) > 0 ? Found(systemWindowAt(scope, process, 0)) : Found(Value::missing());
+}
+
+constexpr AttributeRow processAttributes[]{
+    {"AXRole", get<processRole>},
+    {"AXTitle", get<processName>},
+    {"AXFrontmost", get<processFrontmost>, put<setProcessFrontmost>},
+    {"AXHidden", get<processHidden>, put<setProcessHidden>},
+    {"AXMainWindow", get<processFrontWindow>},
+    {"AXFocusedWindow", get<processFrontWindow>},
+};
+
 constexpr PropertyRow processProperties[]{
     {fourCharCode("pnam"), get<processName>},
     {systemevents::bundleIdentifier, get<processBundleID>},
@@ -178,14 +181,6 @@ constexpr PropertyRow processProperties[]{
     {systemevents::backgroundOnly, get<processBackgroundOnly>},
 };
 
-std::size_t windowCount(EventScope& scope, Object process) {
-  return events(scope).process(process).windows.size();
-}
-
-Object windowAt(EventScope&, Object process, std::size_t position) {
-  return {&windowClass, process.first, signedPosition(position)};
-}
-
 std::size_t menuBarCount(EventScope&, Object) {
   return 1;
 }
@@ -194,9 +189,31 @@ Object menuBarAt(EventScope& scope, Object process, std::size_t) {
   return {&menuBarClass, process.first, events(scope).numberOf({})};
 }
 
+struct ProcessOwners {
+  static std::span<const AttributeRow> rows() { return processAttributes; }
+  static Object of(EventScope& scope, Object attribute);
+};
+using ProcessAttributes = AttributeClass<ProcessOwners>;
+
+std::size_t processAttributeCount(EventScope&, Object) {
+  return std::size(processAttributes);
+}
+
+/// Its windows, and its menu bar behind them.
+std::size_t processElementCount(EventScope& scope, Object process) {
+  return systemWindowCount(scope, process) + 1;
+}
+
+Object processElementAt(EventScope& scope, Object process, std::size_t position) {
+  const bool isWindow = position < systemWindowCount(scope, process);
+  return isWindow ? systemWindowAt(scope, process, position) : menuBarAt(scope, process, 0);
+}
+
 constexpr ElementRow processElements[]{
-    {&windowClass, windowCount, windowAt},
+    {&systemWindowClass, systemWindowCount, systemWindowAt, nullptr, systemWindowByName},
     {&menuBarClass, menuBarCount, menuBarAt},
+    {&uiElementClasses[0], processElementCount, processElementAt},
+    {&ProcessAttributes::type, processAttributeCount, ProcessAttributes::at},
 };
 
 constinit const ObjectClass applicationProcessClass{systemevents::applicationProcess, "application process",
@@ -204,6 +221,10 @@ constinit const ObjectClass applicationProcessClass{systemevents::applicationPro
 // Every process here is an application's, so the wider class has the same members.
 constinit const ObjectClass processClass{systemevents::process, "process", processProperties, processElements,
                                          processSpecifier};
+
+Object ProcessOwners::of(EventScope&, Object attribute) {
+  return {&applicationProcessClass, attribute.first};
+}
 
 // ----------------------------------------------------------- application
 
@@ -234,7 +255,42 @@ Found applicationFrontmost(SystemEventsScope&, Object) {
   return Value(false);
 }
 
+Found applicationElementsEnabled(SystemEventsScope& scope, Object) {
+  try {
+    (void)scope.desktop().elements().accessibility().applications(scope.limits());
+    return Value(true);
+  } catch (const platform::DesktopFailure& failure) {
+    if (failure.kind() == platform::DesktopFault::stopped)
+      throw;
+    return Value(false);
+  }
+}
+
+Found darkMode(SystemEventsScope& scope, Object) {
+  return Value(scope.desktop().isDark());
+}
+void setDarkMode(SystemEventsScope& scope, Object, const Value& value) {
+  scope.desktop().setDark(requireBoolean(value));
+}
+
+SpecifierPointer appearanceSpecifier(EventScope& scope, Object) {
+  return applescript::propertyOf(scope.root(), systemevents::appearancePreferences);
+}
+
+constexpr PropertyRow appearanceProperties[]{{systemevents::darkMode, get<darkMode>, put<setDarkMode>}};
+constinit const ObjectClass appearanceClass{systemevents::appearancePreferences,
+                                            "appearance preferences object",
+                                            appearanceProperties,
+                                            {},
+                                            appearanceSpecifier};
+
+Found appearance(SystemEventsScope&, Object) {
+  return Object{&appearanceClass};
+}
+
 constexpr PropertyRow applicationProperties[]{
+    {systemevents::elementsEnabled, get<applicationElementsEnabled>},
+    {systemevents::appearancePreferences, get<appearance>},
     {fourCharCode("pnam"), get<applicationName>},
     {fourCharCode("pisf"), get<applicationFrontmost>},
 };

@@ -2,6 +2,7 @@
 
 #include "scripting/model/EventScope.h"
 #include "scripting/systemevents/Desktop.h"
+#include "scripting/systemevents/UIElementTree.h"
 
 #include <cstddef>
 #include <map>
@@ -11,15 +12,15 @@
 
 namespace tabwright::scripting {
 
-/// The desktop as one event sees it: the processes as they were when the event first asked, and the menus that it
-/// has read so far, each read once. In objects, `first` is the process's position; `second` is a window's position, or
-/// the number of a menu path that this scope has handed out.
+/// The desktop as one event sees it: the processes as they were when the event first asked, and the menus and
+/// elements that it has read so far, each read once. In the objects of processes and menus, `first` is the process's
+/// position; `second` is the number of a menu path that this scope has handed out.
 class SystemEventsScope : public EventScope {
 public:
   SystemEventsScope(const ObjectModel& model, std::shared_ptr<applescript::ScriptableApplication> application,
                     const applescript::AppleEventMessage& message, Desktop& desktop)
       : EventScope(model, std::move(application), message), desktop_(desktop),
-        limits_{message.deadline, message.stop, message.notices} {}
+        limits_{message.deadline, message.stop, message.notices}, tree_(desktop.elements(), limits_) {}
 
   [[nodiscard]] Desktop& desktop() const { return desktop_; }
   /// The event's own.
@@ -27,6 +28,9 @@ public:
 
   [[nodiscard]] const std::vector<DesktopProcess>& processes();
   [[nodiscard]] const DesktopProcess& process(Object object);
+
+  /// The windows of the processes, and the elements in them.
+  [[nodiscard]] UIElementTree& tree() { return tree_; }
 
   /// The path of an object of the menu bar; of a menu, that of the entry that opens it.
   [[nodiscard]] const std::vector<std::size_t>& path(Object object) const;
@@ -41,6 +45,7 @@ private:
   Desktop& desktop_;
   const platform::CallLimits limits_;
   std::optional<std::vector<DesktopProcess>> processes_;
+  UIElementTree tree_;
   std::vector<std::vector<std::size_t>> paths_;
   std::map<std::vector<std::size_t>, std::int64_t> numbers_;
   std::map<std::pair<std::int64_t, std::vector<std::size_t>>, std::vector<MenuEntry>> menus_;

@@ -70,7 +70,7 @@ TEST_F(TwoWindows, AreFoundOnAnotherWorkspace) {
       std::system(("xprop -id " + std::to_string(first) + " -f _NET_WM_NAME 8u -set _NET_WM_NAME Elsewhere").c_str()),
       0);
   ASSERT_EQ(std::system(("xdotool set_desktop_for_window " + std::to_string(first) + " 2").c_str()), 0);
-  eventually([&] { return look(first).workspace == 2u; });
+  eventually([&] { return look(first).workspace == 2u && look(second).isActive; });
   windows.activate(first);
   EXPECT_TRUE(look(first).isActive);
   windows.activate(second);

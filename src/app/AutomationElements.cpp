@@ -1,4 +1,4 @@
-#include "app/AutomationMenus.h"
+#include "app/AutomationElements.h"
 
 #include "automation/AxeApp.h"
 
@@ -38,9 +38,9 @@ targets::RunningApplication applicationOf(const scripting::DesktopProcess& proce
           .isFrontmost = process.isFrontmost};
 }
 
-std::vector<scripting::MenuEntry> AutomationMenus::menuEntries(const scripting::DesktopProcess& process,
-                                                               scripting::MenuPath path,
-                                                               const platform::CallLimits& limits) {
+std::vector<scripting::MenuEntry> AutomationElements::menuEntries(const scripting::DesktopProcess& process,
+                                                                  scripting::MenuPath path,
+                                                                  const platform::CallLimits& limits) {
   const std::optional<AxeElement> element = elementAt(menuBarOf(process, services_, limits), path);
   std::vector<scripting::MenuEntry> entries;
   if (!element)
@@ -50,8 +50,8 @@ std::vector<scripting::MenuEntry> AutomationMenus::menuEntries(const scripting::
   return entries;
 }
 
-void AutomationMenus::chooseMenuItem(const scripting::DesktopProcess& process, scripting::MenuPath path,
-                                     const platform::CallLimits& limits) {
+void AutomationElements::chooseMenuItem(const scripting::DesktopProcess& process, scripting::MenuPath path,
+                                        const platform::CallLimits& limits) {
   const targets::RunningApplication app = applicationOf(process);
   const std::optional<AxeElement> element = elementAt(menuBarOf(process, services_, limits), path);
   const std::optional<automation::AxeMenuItem> item =
@@ -59,6 +59,11 @@ void AutomationMenus::chooseMenuItem(const scripting::DesktopProcess& process, s
   if (!item)
     throw platform::failure(engine::AxeError::menuItemNotFound);
   item->press(limits);
+}
+
+platform::AccessibleElement AutomationElements::application(const scripting::DesktopProcess& process,
+                                                            const platform::CallLimits& limits) {
+  return automation::AxeApp(applicationOf(process), services_, limits).element();
 }
 
 } // namespace tabwright::app

@@ -1,0 +1,259 @@
+#include "scripting/systemevents/UIElementProperties.h"
+
+#include "applescript/values/Coercion.h"
+#include "applescript/values/Errors.h"
+#include "scripting/model/Arguments.h"
+#include "scripting/systemevents/UIElementClasses.h"
+
+#include <string>
+#include <tuple>
+#include <utility>
+
+namespace tabwright::scripting {
+
+using applescript::Value;
+using platform::AccessibleFacts;
+using platform::AccessibleState;
+using ValueForm = UIElementRole::ValueForm;
+
+namespace {
+
+SystemEventsScope& events(EventScope& scope) {
+  return static_cast<SystemEventsScope&>(scope);
+}
+
+const UIElementTree::Node& nodeOf(EventScope& scope, Object object) {
+  return events(scope).tree().node(object.first);
+}
+
+const DesktopWindow* windowOf(EventScope& scope, Object object) {
+  return nodeOf(scope, object).window;
+}
+
+bool isIn(EventScope& scope, Object object, AccessibleState state) {
+  const AccessibleFacts& facts = nodeOf(scope, object).facts;
+  return facts.states && facts.states->has(state);
+}
+
+Value textOrMissing(std::string_view text) {
+  return text.empty() ? Value::missing() : Value(text);
+}
+
+Value pair(int first, int second) {
+  return Value::list({Value(std::int64_t{first}), Value(std::int64_t{second})});
+}
+
+[[noreturn]] void refuse(EventScope& scope, Object object, applescript::FourCharCode property, const Value& value) {
+  throw applescript::errors::cannotSet(*applescript::propertyOf(object.type->specifier(scope, object), property), value,
+                                       systemEventsTerminology());
+}
+
+const DesktopWindow& requireWindow(EventScope& scope, Object object, applescript::FourCharCode property,
+                                   const Value& value) {
+  const DesktopWindow* window = windowOf(scope, object);
+  if (!window)
+    refuse(scope, object, property, value);
+  return *window;
+}
+
+} // namespace
+
+namespace uielement {
+
+std::pair<int, int> requirePair(const Value& value) {
+  const auto* list = value.get<Value::ListPointer>();
+  if (!list || (*list)->items.size() != 2)
+    throw applescript::errors::cannotMake(value, "list of two numbers");
+  return {static_cast<int>(requireInteger((*list)->items[0])), static_cast<int>(requireInteger((*list)->items[1]))};
+}
+
+std::optional<platform::Rectangle> placeOf(EventScope& scope, Object object) {
+  if (const DesktopWindow* window = windowOf(scope, object))
+    return window->place;
+  return events(scope).tree().read(object.first, {.extents = true}).extents;
+}
+
+Found name(EventScope& scope, Object object) {
+  if (const DesktopWindow* window = windowOf(scope, object))
+    return Value(window->name);
+  return textOrMissing(nodeOf(scope, object).facts.name.value_or(""));
+}
+
+Found accessibilityDescription(EventScope& scope, Object object) {
+  return textOrMissing(nodeOf(scope, object).facts.description.value_or(""));
+}
+
+Found description(EventScope& scope, Object object) {
+  const std::string told = nodeOf(scope, object).facts.description.value_or("");
+  return told.empty() ? roleDescription(scope, object) : Found(Value(told));
+}
+
+Found role(EventScope& scope, Object object) {
+  const UIElementTree::Node& node = nodeOf(scope, object);
+  if (node.window)
+    return Value(node.window->dialogOf != 0 ? "AXSheet" : "AXWindow");
+  return Value(node.role->role);
+}
+
+Found subrole(EventScope& scope, Object object) {
+  const UIElementTree::Node& node = nodeOf(scope, object);
+  if (node.window)
+    return Value(node.window->dialogOf != 0 ? "AXDialog" : "AXStandardWindow");
+  return textOrMissing(node.role->subrole);
+}
+
+Found roleDescription(EventScope&, Object object) {
+  return Value(object.type->words);
+}
+
+Found isEnabled(EventScope& scope, Object object) {
+  return Value(windowOf(scope, object) ||
+               (isIn(scope, object, AccessibleState::enabled) && isIn(scope, object, AccessibleState::sensitive)));
+}
+
+Found isFocused(EventScope& scope, Object object) {
+  const DesktopWindow* window = windowOf(scope, object);
+  return Value(window ? window->isActive : isIn(scope, object, AccessibleState::focused));
+}
+
+Found isSelected(EventScope& scope, Object object) {
+  return Value(isIn(scope, object, AccessibleState::selected));
+}
+
+Found value(EventScope& scope, Object object) {
+  const UIElementTree::Node& node = nodeOf(scope, object);
+  if (node.window)
+    return Value::missing();
+  switch (node.role->value) {
+  case ValueForm::none:
+    return Value::missing();
+  case ValueForm::checked:
+    return Value(std::int64_t{isIn(scope, object, AccessibleState::checked) ||
+                              (node.role->subrole == "AXTabButton" && isIn(scope, object, AccessibleState::selected))});
+  case ValueForm::number: {
+    const AccessibleFacts told = events(scope).tree().read(object.first, {.value = true});
+    return told.value ? Value(*told.value) : Value::missing();
+  }
+  case ValueForm::text:
+    break;
+  }
+  const AccessibleFacts told = events(scope).tree().read(object.first, {.text = true});
+  return Value(told.text.value_or(node.facts.name.value_or("")));
+}
+
+void setValue(EventScope& scope, Object object, const Value& to) {
+  const UIElementTree::Node& node = nodeOf(scope, object);
+  platform::Accessibility& accessibility = events(scope).desktop().elements().accessibility();
+  switch (node.window ? ValueForm::none : node.role->value) {
+  case ValueForm::checked: {
+    const bool wanted = to.get<bool>() ? requireBoolean(to) : requireInteger(to) != 0;
+    if (wanted != isIn(scope, object, AccessibleState::checked))
+      performUIElementAction(events(scope), object, "AXPress");
+    return;
+  }
+  case ValueForm::text:
+    accessibility.setText(node.element, requireText(to), events(scope).limits());
+    return;
+  case ValueForm::number:
+    accessibility.setValue(node.element, applescript::realOf(to), events(scope).limits());
+    return;
+  case ValueForm::none:
+    break;
+  }
+  refuse(scope, object, systemevents::value, to);
+}
+
+void setFocused(EventScope& scope, Object object, const Value& to) {
+  if (!requireBoolean(to))
+    return; // an element loses the keyboard when another gets it
+  const UIElementTree::Node& node = nodeOf(scope, object);
+  if (node.window)
+    events(scope).desktop().raise(node.window->id);
+  else
+    events(scope).desktop().elements().accessibility().focus(node.element, events(scope).limits());
+}
+
+Found position(EventScope& scope, Object object) {
+  const auto place = placeOf(scope, object);
+  return place ? pair(place->x, place->y) : Value::missing();
+}
+
+Found size(EventScope& scope, Object object) {
+  const auto place = placeOf(scope, object);
+  return place ? pair(place->width, place->height) : Value::missing();
+}
+
+void setPosition(EventScope& scope, Object object, const Value& to) {
+  const DesktopWindow& window = requireWindow(scope, object, systemevents::position, to);
+  platform::Rectangle place = window.place;
+  std::tie(place.x, place.y) = requirePair(to);
+  events(scope).desktop().place(window.id, place);
+}
+
+void setSize(EventScope& scope, Object object, const Value& to) {
+  const DesktopWindow& window = requireWindow(scope, object, systemevents::size, to);
+  platform::Rectangle place = window.place;
+  std::tie(place.width, place.height) = requirePair(to);
+  events(scope).desktop().place(window.id, place);
+}
+
+} // namespace uielement
+
+namespace {
+
+Found isMinimised(EventScope& scope, Object window) {
+  return Value(!windowOf(scope, window)->isShown);
+}
+void setMinimised(EventScope& scope, Object window, const Value& to) {
+  events(scope).desktop().setShown(windowOf(scope, window)->id,
+                                   requireBoolean(to) ? Visibility::hidden : Visibility::shown);
+}
+
+Found isFullScreen(EventScope& scope, Object window) {
+  return Value(windowOf(scope, window)->isFullScreen);
+}
+void setFullScreen(EventScope& scope, Object window, const Value& to) {
+  events(scope).desktop().setFullScreen(windowOf(scope, window)->id, requireBoolean(to));
+}
+
+/// The front window of its process.
+Found isMain(EventScope& scope, Object object) {
+  const UIElementTree::Node& node = nodeOf(scope, object);
+  return Value(node.window == &node.process->windows.front());
+}
+
+Found isModal(EventScope& scope, Object window) {
+  return Value(windowOf(scope, window)->dialogOf != 0);
+}
+
+constexpr std::size_t ofWindows = 4;
+
+constexpr AttributeRow attributes[]{
+    {"AXRole", uielement::role},
+    {"AXSubrole", uielement::subrole},
+    {"AXRoleDescription", uielement::roleDescription},
+    {"AXTitle", uielement::name},
+    {"AXDescription", uielement::accessibilityDescription},
+    {"AXValue", uielement::value, uielement::setValue},
+    {"AXEnabled", uielement::isEnabled},
+    {"AXFocused", uielement::isFocused, uielement::setFocused},
+    {"AXSelected", uielement::isSelected},
+    {"AXPosition", uielement::position, uielement::setPosition},
+    {"AXSize", uielement::size, uielement::setSize},
+    {"AXMinimized", isMinimised, setMinimised},
+    {"AXFullScreen", isFullScreen, setFullScreen},
+    {"AXMain", isMain, uielement::setFocused},
+    {"AXModal", isModal},
+};
+
+} // namespace
+
+std::span<const AttributeRow> uiElementAttributes() {
+  return attributes;
+}
+
+std::size_t windowAttributeCount() {
+  return ofWindows;
+}
+
+} // namespace tabwright::scripting

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "applescript/values/Value.h"
+#include "platform/Rectangle.h"
+#include "scripting/model/ObjectClass.h"
+#include "scripting/systemevents/AttributeClass.h"
+#include "scripting/systemevents/SystemEventsTerminology.h"
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <utility>
+
+/// The properties of windows and of the elements in them, and the attributes that scripts ask for by the names of the
+/// Mac's accessibility interface. Objects are those of UIElementClasses.h.
+namespace tabwright::scripting {
+
+namespace uielement {
+Found name(EventScope& scope, Object object);
+Found description(EventScope& scope, Object object); ///< what the application says of it, else what it is
+Found accessibilityDescription(EventScope& scope, Object object);
+Found role(EventScope& scope, Object object);
+Found subrole(EventScope& scope, Object object);
+Found roleDescription(EventScope& scope, Object object);
+Found value(EventScope& scope, Object object);
+Found isEnabled(EventScope& scope, Object object);
+Found isFocused(EventScope& scope, Object object);
+Found isSelected(EventScope& scope, Object object);
+Found position(EventScope& scope, Object object); ///< {x, y} on the screen in pixels
+Found size(EventScope& scope, Object object);     ///< {width, height}
+
+/// Where it is on the screen; nothing for what can't tell.
+[[nodiscard]] std::optional<platform::Rectangle> placeOf(EventScope& scope, Object object);
+/// Two whole numbers from a list; throws ScriptError −1700 for anything else.
+[[nodiscard]] std::pair<int, int> requirePair(const applescript::Value& value);
+
+void setValue(EventScope& scope, Object object, const applescript::Value& value);
+void setFocused(EventScope& scope, Object object, const applescript::Value& value);
+void setPosition(EventScope& scope, Object object, const applescript::Value& value);
+void setSize(EventScope& scope, Object object, const applescript::Value& value);
+} // namespace uielement
+
+/// All but `class` and `entire contents`.
+inline constexpr std::array uiElementProperties{
+    PropertyRow{applescript::fourCharCode("pnam"), uielement::name},
+    PropertyRow{systemevents::description, uielement::description},
+    PropertyRow{systemevents::accessibilityDescription, uielement::accessibilityDescription},
+    PropertyRow{systemevents::role, uielement::role},
+    PropertyRow{systemevents::subrole, uielement::subrole},
+    PropertyRow{systemevents::roleDescription, uielement::roleDescription},
+    PropertyRow{systemevents::value, uielement::value, uielement::setValue},
+    PropertyRow{systemevents::enabled, uielement::isEnabled},
+    PropertyRow{systemevents::focused, uielement::isFocused, uielement::setFocused},
+    PropertyRow{systemevents::selected, uielement::isSelected},
+    PropertyRow{systemevents::position, uielement::position, uielement::setPosition},
+    PropertyRow{systemevents::size, uielement::size, uielement::setSize},
+};
+
+/// Those of all elements, and behind them those that only windows have.
+[[nodiscard]] std::span<const AttributeRow> uiElementAttributes();
+[[nodiscard]] std::size_t windowAttributeCount();
+
+} // namespace tabwright::scripting
