@@ -21,6 +21,7 @@ struct ClientWindow {
   std::optional<std::uint32_t> workspace; ///< from 0; nothing: it is on all of them, or there is but one
   Rectangle place;                        ///< without the frame around it
   bool isShown = false;                   ///< not minimised. It may be covered, or on another workspace
+  bool isHere = true;                     ///< on the workspace that the user sees
   bool isActive = false;                  ///< has the keyboard
   bool isFullScreen = false;
   std::uint32_t dialogOf = 0; ///< of a modal dialog: the window that waits for it; 0 for other windows

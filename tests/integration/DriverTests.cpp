@@ -233,7 +233,7 @@ TEST_F(DriverTest, AServerThatNeverAnswersDoesNotHoldEvaluationsForEver) {
   driver().perform(CloseTab{tab}, limits());
 }
 
-TEST_F(DriverTest, FollowsTheUserToAnotherBrowserAfterAPauseOnly) {
+TEST_F(DriverTest, FollowsTheUserToAnotherBrowserAfterAPauseOrInTheNextRunOnly) {
   const support::ChromiumProcess other;
   std::vector<platform::RunningBrowser> order;
   const auto prefer = [&](const support::ChromiumProcess& first, const support::ChromiumProcess& second) {
@@ -250,16 +250,22 @@ TEST_F(DriverTest, FollowsTheUserToAnotherBrowserAfterAPauseOnly) {
   const auto patient = driverWith(std::chrono::hours(1));
   const auto keen = driverWith(std::chrono::nanoseconds(0));
   // Windows of two browsers may have the same number, so a mark in the page tells them apart.
-  const auto markOf = [](DevToolsDriver& driver) {
-    const TabID tab = driver.snapshot(limits())->windows.at(0).tabs.at(0).id;
-    return driver.evaluate(tab, "window.mark = window.mark || performance.timeOrigin + Math.random()", limits());
+  const auto markOf = [](DevToolsDriver& driver, const std::shared_ptr<platform::Notices>& run = nullptr) {
+    CallLimits ofRun = limits();
+    ofRun.notices = run;
+    const TabID tab = driver.snapshot(ofRun)->windows.at(0).tabs.at(0).id;
+    return driver.evaluate(tab, "window.mark = window.mark || performance.timeOrigin + Math.random()", ofRun);
   };
   prefer(chromium(), other);
   const boost::json::value here = markOf(*patient);
   EXPECT_EQ(markOf(*keen), here);
+  const auto run = std::make_shared<platform::Notices>(), next = std::make_shared<platform::Notices>();
+  EXPECT_EQ(markOf(*patient, run), here);
   prefer(other, chromium());
   EXPECT_NE(markOf(*keen), here);
   EXPECT_EQ(markOf(*patient), here);
+  EXPECT_NE(markOf(*patient, next), here);
+  EXPECT_EQ(markOf(*patient, run), here) << "a run stays where it began";
   prefer(chromium(), other);
   EXPECT_EQ(markOf(*keen), here);
   order.clear(); // what can't be found is no reason to let go

@@ -18,7 +18,7 @@ using platform::ClientWindow;
 using platform::RunningBrowser;
 using testing::ElementsAre;
 
-enum class Shown { yes, active, no };
+enum class Shown { yes, active, no, elsewhere };
 
 ClientWindow window(pid_t pid, const std::string& name, Shown shown = Shown::yes, const std::string& windowClass = "") {
   ClientWindow window;
@@ -27,6 +27,7 @@ ClientWindow window(pid_t pid, const std::string& name, Shown shown = Shown::yes
   window.name = name;
   window.windowClass = windowClass;
   window.isShown = shown != Shown::no;
+  window.isHere = shown != Shown::elsewhere;
   window.isActive = shown == Shown::active;
   return window;
 }
@@ -59,7 +60,7 @@ TEST(DesktopProcesses, GatherTheirWindowsInOrder) {
   EXPECT_THAT(told({window(20, "a"), window(10, "b", Shown::active), window(20, "c", Shown::no), window(0, "lost"),
                     window(30, "d", Shown::no), window(90, "e")},
                    {browser("vivaldi", 40), browser("chromium", 20)}),
-              ElementsAre("editor10! b", "Chromium20 a c", "30- d", "Google Chrome90 e", "Vivaldi40-"));
+              ElementsAre("editor10! b", "Chromium20 a c", "Google Chrome90 e", "30- d", "Vivaldi40-"));
   const auto all = scripting::desktopProcesses({window(20, "a")}, {browser("edge", 20)}, {[](pid_t) { return ""; }});
   EXPECT_EQ(all.at(0).bundleIdentifier, "com.microsoft.edgemac");
   EXPECT_FALSE(all.at(0).isHeadless);
@@ -71,10 +72,13 @@ TEST(DesktopProcesses, GatherTheirWindowsInOrder) {
 TEST(DesktopProcesses, OneIsFrontmostEvenWhereNoWindowIsActive) {
   const std::vector<RunningBrowser> browsers{browser("vivaldi", 40), browser("chromium", 20)};
   EXPECT_THAT(told({window(30, "a", Shown::no), window(10, "b"), window(20, "c")}, browsers),
-              ElementsAre("editor10! b", "30- a", "Chromium20 c", "Vivaldi40-"));
+              ElementsAre("editor10! b", "Chromium20 c", "30- a", "Vivaldi40-"));
   EXPECT_THAT(told({window(10, "a", Shown::no), window(20, "b", Shown::no)}, browsers),
               ElementsAre("Chromium20!- b", "editor10- a", "Vivaldi40-"))
       << "with all hidden, the browser used last";
+  EXPECT_THAT(told({window(10, "a", Shown::elsewhere), window(20, "b", Shown::no)}, browsers),
+              ElementsAre("Chromium20!- b", "editor10 a", "Vivaldi40-"))
+      << "on an empty workspace too";
   EXPECT_THAT(told({}, browsers), ElementsAre("Vivaldi40!-", "Chromium20-")) << "without windows, the one started last";
   EXPECT_THAT(told({window(10, "a", Shown::no)}, {}), ElementsAre("editor10- a"));
   EXPECT_THAT(told({}, {}), ElementsAre());

@@ -21,6 +21,9 @@ struct ModelElement {
   std::vector<platform::AccessibleState> states = {};
   std::vector<ModelElement> children = {};
   std::function<void()> onPress = [] {};
+  std::string text = {}; ///< and its value, where it is a number
+  std::vector<std::string> actions = {"click"};
+  platform::Rectangle extents = {};
 };
 
 /// Applications in memory, by their process numbers. An element's path is that of the positions that lead to it.
@@ -69,9 +72,16 @@ public:
     react();
   }
 
-  void setText(const platform::AccessibleElement&, const std::string&, const platform::CallLimits&) override {}
-  void setValue(const platform::AccessibleElement&, double, const platform::CallLimits&) override {}
-  void focus(const platform::AccessibleElement&, const platform::CallLimits&) override {}
+  void setText(const platform::AccessibleElement& element, const std::string& text,
+               const platform::CallLimits&) override {
+    find(element)->text = text;
+  }
+  void setValue(const platform::AccessibleElement& element, double value, const platform::CallLimits&) override {
+    find(element)->text = fmt::format("{}", value);
+  }
+  void focus(const platform::AccessibleElement& element, const platform::CallLimits&) override {
+    find(element)->states.push_back(platform::AccessibleState::focused);
+  }
 
 private:
   static platform::AccessibleElement rootOf(pid_t process) { return {std::to_string(process), ""}; }
@@ -104,6 +114,14 @@ private:
         bits |= std::uint64_t{1} << static_cast<unsigned>(state);
       facts.states = platform::AccessibleStates(bits);
     }
+    if (parts.text && !found->text.empty())
+      facts.text = found->text;
+    if (parts.value && !found->text.empty())
+      facts.value = std::stod(found->text);
+    if (parts.actions)
+      facts.actions = found->actions;
+    if (parts.extents)
+      facts.extents = found->extents;
     if (parts.toolkit)
       facts.toolkit = toolkit;
     if (parts.children) {

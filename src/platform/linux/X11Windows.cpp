@@ -203,7 +203,10 @@ std::vector<ClientWindow> X11Windows::read() {
                        xcb_ewmh_get_wm_desktop(&ewmh_, id),
                        xcb_get_property(xcb_, 0, id, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, 0, 1),
                        xcb_get_geometry(xcb_, id), xcb_translate_coordinates(xcb_, id, display_.root(), 0, 0)});
+  const auto shownCookie = xcb_ewmh_get_current_desktop(&ewmh_, display_.screen());
   const std::uint32_t activeWindow = active(managed.has_value());
+  std::uint32_t shown = everyWorkspace;
+  xcb_ewmh_get_current_desktop_reply(&ewmh_, shownCookie, &shown, nullptr);
   std::vector<ClientWindow> result;
   for (std::size_t each = 0; each < ids.size(); ++each) {
     ClientWindow window;
@@ -225,6 +228,7 @@ std::vector<ClientWindow> X11Windows::read() {
       return type == ewmh_._NET_WM_WINDOW_TYPE_DESKTOP || type == ewmh_._NET_WM_WINDOW_TYPE_DOCK;
     });
     window.workspace = workspaceFrom(&ewmh_, cookies[each].workspace);
+    window.isHere = shown == everyWorkspace || !window.workspace || *window.workspace == shown;
     window.place = placeFrom(xcb_, cookies[each].size, cookies[each].origin).value_or(Rectangle{});
     window.isActive = window.id == activeWindow;
     if (!isOfTheDesktop)

@@ -3,6 +3,7 @@
 #include "platform/Logger.h"
 #include "scripting/driver/BrowserLink.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 #include <variant>
@@ -87,16 +88,37 @@ std::shared_ptr<BrowserLink> DevToolsDriver::currentLink() {
   return link_;
 }
 
-/// True when a call comes after a pause. The calls of one run stay with one browser, but between runs the user may have
-/// gone on to another.
-bool DevToolsDriver::beginsAnew() {
+/// The one that the run's earlier calls went to; null for its first call, and when that browser has ended.
+std::shared_ptr<BrowserLink> DevToolsDriver::linkOfRun(const CallLimits& limits) {
   const platform::MutexLock lock(mutex_);
-  const auto now = std::chrono::steady_clock::now();
-  return now - std::exchange(called_, now) >= parts_.pauseBetweenRuns;
+  std::erase_if(runs_, [](const Run& run) { return run.notices.expired() || !run.link->isOpen(); });
+  const auto run = std::ranges::find_if(runs_, [&](const Run& each) { return each.notices.lock() == limits.notices; });
+  return run != runs_.end() ? run->link : nullptr;
 }
 
-std::shared_ptr<BrowserLink> DevToolsDriver::requireLink(const CallLimits& callLimits) {
-  const bool looksAgain = beginsAnew();
+void DevToolsDriver::keepForRun(const CallLimits& limits, const std::shared_ptr<BrowserLink>& link) {
+  const platform::MutexLock lock(mutex_);
+  if (limits.notices)
+    runs_.push_back({limits.notices, link});
+}
+
+/// True when the user may have gone on to another browser: after a pause, and between runs where there are others.
+bool DevToolsDriver::beginsAnew(bool isNewRun) {
+  const platform::MutexLock lock(mutex_);
+  const auto now = std::chrono::steady_clock::now();
+  return now - std::exchange(called_, now) >= parts_.pauseBetweenRuns || (foundSeveral_ && isNewRun);
+}
+
+std::shared_ptr<BrowserLink> DevToolsDriver::requireLink(const CallLimits& limits) {
+  if (std::shared_ptr<BrowserLink> known = linkOfRun(limits))
+    return known;
+  std::shared_ptr<BrowserLink> link = chooseLink(limits);
+  keepForRun(limits, link);
+  return link;
+}
+
+std::shared_ptr<BrowserLink> DevToolsDriver::chooseLink(const CallLimits& callLimits) {
+  const bool looksAgain = beginsAnew(callLimits.notices != nullptr);
   if (std::shared_ptr<BrowserLink> link = currentLink(); link && !looksAgain)
     return link;
   const CallLimits limits = platform::boundedBy(callLimits, 30s);
@@ -120,6 +142,10 @@ std::shared_ptr<BrowserLink> DevToolsDriver::requireLink(const CallLimits& callL
 
 std::shared_ptr<BrowserLink> DevToolsDriver::connect(const CallLimits& limits) {
   const std::vector<platform::RunningBrowser> browsers = parts_.findRunning();
+  {
+    const platform::MutexLock lock(mutex_);
+    foundSeveral_ = browsers.size() > 1;
+  }
   if (browsers.empty())
     throw platform::failure(DriverFault::notRunning, std::string(facts_.name));
   std::shared_ptr<BrowserLink> chosen;

@@ -36,8 +36,9 @@ struct DevToolsDriverParts {
 ///     DevToolsDriver driver(facts, {helperDirectory, [&] { return platform::RunningBrowsers().find(facts); }});
 ///
 /// Connects on the first call, and again on the first call after its browser has ended. Among several running browsers
-/// of one kind it takes the first found that accepts remote debugging, and stays with it while calls follow each other;
-/// after a pause it looks again which one is meant. Where that one and others have windows whose order nobody outside
+/// of one kind it takes the first found that accepts remote debugging. All calls of a run, which share their notices,
+/// go to one browser. Which one is meant is asked again by the next run where several were found, and after a pause.
+/// Where that one and others have windows whose order nobody outside
 /// knows, they are all asked for their last focus, and the latest counts. The helper is loaded into each browser on the
 /// way. A call without a deadline of its own ends after 30 seconds.
 class DevToolsDriver final : public BrowserDriver {
@@ -56,8 +57,11 @@ public:
 
 private:
   std::shared_ptr<BrowserLink> currentLink();
-  bool beginsAnew();
+  bool beginsAnew(bool isNewRun);
+  std::shared_ptr<BrowserLink> linkOfRun(const CallLimits& limits);
+  void keepForRun(const CallLimits& limits, const std::shared_ptr<BrowserLink>& link);
   std::shared_ptr<BrowserLink> requireLink(const CallLimits& limits);
+  std::shared_ptr<BrowserLink> chooseLink(const CallLimits& limits);
   std::shared_ptr<BrowserLink> connect(const CallLimits& limits);
   std::shared_ptr<BrowserLink> tryLink(const platform::RunningBrowser& browser, const CallLimits& limits);
   template <class Call>
@@ -69,6 +73,12 @@ private:
   platform::Mutex mutex_;
   std::shared_ptr<BrowserLink> link_ GUARDED_BY(mutex_);
   std::chrono::steady_clock::time_point called_ GUARDED_BY(mutex_); // the last call's begin
+  bool foundSeveral_ GUARDED_BY(mutex_) = false;
+  struct Run {
+    std::weak_ptr<platform::Notices> notices; ///< gone when the run has ended
+    std::shared_ptr<BrowserLink> link;
+  };
+  std::vector<Run> runs_ GUARDED_BY(mutex_);
 };
 
 } // namespace tabwright::scripting

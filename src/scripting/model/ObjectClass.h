@@ -43,6 +43,7 @@ struct PropertyRow {
   Found (*get)(EventScope& scope, Object object) = nullptr;
   /// Null for a property that can't be set. The value is no specifier, except one that names a single object.
   void (*set)(EventScope& scope, Object object, const applescript::Value& value) = nullptr;
+  bool isInProperties = true; ///< `properties` has it too
 };
 
 /// One kind of elements that the objects of a class contain, in their order.

@@ -176,6 +176,8 @@ Found ObjectModel::property(EventScope& scope, const ObjectSpecifier& specifier,
   case allProperties: {
     auto record = std::make_shared<applescript::Record>();
     for (const PropertyRow& row : object.type->properties) {
+      if (!row.isInProperties)
+        continue;
       const Term* term = terminology_.findCode(Term::Kind::property, row.code);
       if (!term)
         term = applescript::languageTerminology().findCode(Term::Kind::property, row.code);

@@ -1,5 +1,5 @@
 // Windows are gathered by process, in the order in which each process is met first. That order is the order in which
-// applications were last used.
+// applications were last used; those whose windows are all minimised were left.
 #include "scripting/systemevents/DesktopProcesses.h"
 
 #include "platform/AsciiCase.h"
@@ -7,6 +7,8 @@
 #include "scripting/model/Comparison.h"
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
 #include <string>
 
 namespace tabwright::scripting {
@@ -46,10 +48,12 @@ bool isBrowser(const DesktopProcess& process) {
   return platform::findBrowser(process.bundleIdentifier) != nullptr;
 }
 
-std::vector<DesktopProcess>::iterator frontmost(std::vector<DesktopProcess>& processes) {
+/// `isInSight`: the process has a window on the workspace that the user sees.
+std::vector<DesktopProcess>::iterator frontmost(std::vector<DesktopProcess>& processes,
+                                                const std::function<bool(const DesktopProcess&)>& isInSight) {
   if (const auto active = std::ranges::find_if(processes, &DesktopProcess::isFrontmost); active != processes.end())
     return active;
-  if (const auto shown = std::ranges::find_if(processes, &DesktopProcess::isVisible); shown != processes.end())
+  if (const auto shown = std::ranges::find_if(processes, isInSight); shown != processes.end())
     return shown;
   return std::ranges::find_if(processes, isBrowser);
 }
@@ -89,7 +93,16 @@ std::vector<DesktopProcess> desktopProcesses(const std::vector<ClientWindow>& wi
     if (find(browser.process) == processes.end())
       processes.push_back(describe(browser.process, nullptr, browsers, names));
   }
-  if (const auto front = frontmost(processes); front != processes.end()) {
+  std::vector<DesktopProcess> left;
+  std::ranges::copy_if(processes, std::back_inserter(left), std::not_fn(&DesktopProcess::isVisible));
+  std::erase_if(processes, std::not_fn(&DesktopProcess::isVisible));
+  processes.insert(processes.end(), left.begin(), left.end());
+  const auto isInSight = [&](const DesktopProcess& process) {
+    return std::ranges::any_of(windows, [&](const ClientWindow& window) {
+      return window.isShown && window.isHere && processOfWindow(window, browsers) == process.pid;
+    });
+  };
+  if (const auto front = frontmost(processes, isInSight); front != processes.end()) {
     front->isFrontmost = true;
     std::rotate(processes.begin(), front, front + 1);
   }

@@ -24,11 +24,11 @@ struct ProcessNames {
 [[nodiscard]] pid_t processOfWindow(const platform::ClientWindow& window,
                                     const std::vector<platform::RunningBrowser>& browsers);
 
-/// Lists the desktop's processes: those with windows in the order of their frontmost ones, then the browsers that have
-/// none in the order given. The frontmost one comes first.
+/// Lists the desktop's processes: those with windows in the order of their frontmost ones, then those with minimised
+/// ones only, then the browsers that have none in the order given. The frontmost one comes first.
 ///
 /// `windows` are front to back. Frontmost is the process of the active window. Without one the user is nowhere, and it
-/// is the process of the first window that is shown; where nothing is shown, the first browser.
+/// is the process of the first window in sight; where none is, as on an empty workspace, the first browser.
 ///
 /// A browser has the names of its row in the table, another process those of its desktop entry, or else its program's.
 [[nodiscard]] std::vector<DesktopProcess> desktopProcesses(const std::vector<platform::ClientWindow>& windows,

@@ -208,7 +208,7 @@ consteval auto withCommonProperties(const std::array<PropertyRow, count>& own) {
   std::array<PropertyRow, count + uiElementProperties.size() + 1> rows{};
   auto end = std::ranges::copy(own, rows.begin()).out;
   end = std::ranges::copy(uiElementProperties, end).out;
-  *end = {systemevents::entireContents, entireContents};
+  *end = {systemevents::entireContents, entireContents, nullptr, false};
   return rows;
 }
 

@@ -161,6 +161,8 @@ std::vector<UIElementAction> uiElementActions(const UIElementRole& role, std::sp
     const std::string name = platform::lowercased(names[each]);
     const auto row = std::ranges::find(actionRows, name, &ActionRow::name);
     std::string told = row != std::ranges::end(actionRows) ? std::string(row->action) : names[each];
+    if (name.empty()) // Chromium's elements have one without a name
+      told = "AXPress";
     if (name == "activate" && role.value == ValueForm::text)
       told = "AXConfirm";
     if (std::ranges::find(actions, told, &UIElementAction::name) == actions.end())
