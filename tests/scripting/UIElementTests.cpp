@@ -40,7 +40,7 @@ protected:
         Role::application, "editor",
         {element(Role::frame, "Other", {element(Role::pushButton, "Elsewhere")}),
          element(Role::dialog, "Save ",
-                 {element(Role::panel, "", {element(Role::fileChooser, "", {holding(element(Role::entry, ""), "a")})}),
+                 {element(Role::panel, "", {element(Role::fileChooser, "Files", {holding(element(Role::entry, ""), "a")})}),
                   element(Role::pushButton, "OK"), element(Role::pushButton, "Cancel")}),
          element(Role::frame, "Notes",
                  {element(Role::menuBar, ""),

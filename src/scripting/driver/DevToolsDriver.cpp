@@ -102,11 +102,13 @@ void DevToolsDriver::keepForRun(const CallLimits& limits, const std::shared_ptr<
     runs_.push_back({limits.notices, link});
 }
 
-/// True when the user may have gone on to another browser: after a pause, and between runs where there are others.
+/// True when the user may have gone on to another browser: between runs where there are others, or where others may have
+/// been started; and after a pause for calls of which it isn't known what run they belong to.
 bool DevToolsDriver::beginsAnew(bool isNewRun) {
   const platform::MutexLock lock(mutex_);
   const auto now = std::chrono::steady_clock::now();
-  return now - std::exchange(called_, now) >= parts_.pauseBetweenRuns || (foundSeveral_ && isNewRun);
+  const auto before = std::exchange(called_, now);
+  return isNewRun ? foundSeveral_ || now - chosen_ >= parts_.pauseBetweenRuns : now - before >= parts_.pauseBetweenRuns;
 }
 
 std::shared_ptr<BrowserLink> DevToolsDriver::requireLink(const CallLimits& limits) {
@@ -145,6 +147,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::connect(const CallLimits& limits) {
   {
     const platform::MutexLock lock(mutex_);
     foundSeveral_ = browsers.size() > 1;
+    chosen_ = std::chrono::steady_clock::now();
   }
   if (browsers.empty())
     throw platform::failure(DriverFault::notRunning, std::string(facts_.name));

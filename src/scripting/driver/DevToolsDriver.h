@@ -25,7 +25,8 @@ struct DevToolsDriverParts {
   /// The browsers of the driver's kind that run now, the preferred one first. Called from any thread.
   std::function<std::vector<platform::RunningBrowser>()> findRunning;
   devtools::Discovery discovery{};
-  /// A pause between calls this long ends what belongs together: the call after it may go to another browser.
+  /// After this long the next run looks for browsers again; and a pause between calls without a run this long ends what
+  /// belongs together.
   std::chrono::nanoseconds pauseBetweenRuns = std::chrono::seconds(1);
   LooksAhead looksAhead = LooksAhead::yes; ///< see BrowserLink; without it only calls make traffic
 };
@@ -37,7 +38,7 @@ struct DevToolsDriverParts {
 ///
 /// Connects on the first call, and again on the first call after its browser has ended. Among several running browsers
 /// of one kind it takes the first found that accepts remote debugging. All calls of a run, which share their notices,
-/// go to one browser. Which one is meant is asked again by the next run where several were found, and after a pause.
+/// go to one browser. Which one is meant is asked again by the next run where several were found, and a while after.
 /// Where that one and others have windows whose order nobody outside
 /// knows, they are all asked for their last focus, and the latest counts. The helper is loaded into each browser on the
 /// way. A call without a deadline of its own ends after 30 seconds.
@@ -73,6 +74,7 @@ private:
   platform::Mutex mutex_;
   std::shared_ptr<BrowserLink> link_ GUARDED_BY(mutex_);
   std::chrono::steady_clock::time_point called_ GUARDED_BY(mutex_); // the last call's begin
+  std::chrono::steady_clock::time_point chosen_ GUARDED_BY(mutex_); // when browsers were last looked for
   bool foundSeveral_ GUARDED_BY(mutex_) = false;
   struct Run {
     std::weak_ptr<platform::Notices> notices; ///< gone when the run has ended

@@ -98,7 +98,7 @@ constexpr RoleRow rows[]{
 constexpr AccessibleRole layoutRoles[]{
     AccessibleRole::filler,   AccessibleRole::glassPane,  AccessibleRole::layeredPane, AccessibleRole::optionPane,
     AccessibleRole::panel,    AccessibleRole::rootPane,   AccessibleRole::section,     AccessibleRole::viewport,
-    AccessibleRole::grouping, AccessibleRole::fileChooser};
+    AccessibleRole::grouping};
 
 constexpr AccessibleRole menuRoles[]{
     AccessibleRole::menu,          AccessibleRole::popupMenu,     AccessibleRole::menuItem,
@@ -145,6 +145,8 @@ const UIElementRole& uiElementRole(const AccessibleFacts& facts) {
 }
 
 bool isLayoutOnly(const AccessibleFacts& facts) {
+  if (facts.role == AccessibleRole::fileChooser) // within the dialog that has its buttons
+    return true;
   return isOneOf(layoutRoles, facts) && (!facts.name || facts.name->empty());
 }
 

@@ -65,7 +65,7 @@ struct UIElementRole {
 /// The role of an element by what an application tells of it (role and states).
 [[nodiscard]] const UIElementRole& uiElementRole(const platform::AccessibleFacts& facts);
 
-/// True for containers without a name that only lay out what they hold. Toolkits nest them in numbers; scripts, which
+/// True for containers without a name, and the like, that only lay out what they hold. Toolkits nest them in numbers; scripts, which
 /// name the way to an element, are spared them.
 [[nodiscard]] bool isLayoutOnly(const platform::AccessibleFacts& facts);
 

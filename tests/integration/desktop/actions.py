@@ -147,6 +147,36 @@ expect("script", shell(f"{program} applescript -", script).stdout,
        '{{"File", "Edit", "Search", "View", "Document", "Help"}, false, "' + editor + '"}\n')
 expect("typed by a script", saved("by a script\n"), True)
 
+def process(name, lines):
+    script = f'tell application "System Events" to tell process "{name}"\n{lines}\nend tell'
+    ended = shell(f"{program} applescript -", script)
+    return ended.stdout.strip() or ended.stderr
+
+
+# A dialog that GTK answers nothing beside, on the connection by which it was opened.
+copy = notes.with_name("copy.txt")
+expect("a dialog", process("Mousepad", f"""set frontmost to true
+keystroke "by a dialog"
+click menu item "Save As..." of menu "File" of menu bar 1
+repeat until exists button "Save" of sheet 1 of window 1
+    delay 0.02
+end repeat
+tell sheet 1 of window 1
+    set value of text field 1 to "{copy}"
+    click button "Save"
+end tell
+repeat until name of window 1 contains "copy"
+    delay 0.02
+end repeat"""), "")
+expect("saved by a dialog", copy.read_text(), "by a dialog")
+expect("an editor's window", process("Mousepad", """set position of window 1 to {70, 80}
+set {size, value of attribute "AXMinimized"} of window 1 to {{500, 400}, true}
+perform action "AXRaise" of window 1
+return {position, size, value of attribute "AXMinimized"} of window 1"""), "{{70, 80}, {500, 400}, false}")
+expect("an editor's text", process("Mousepad", """repeat with e in (get entire contents of window 1)
+if class of e is text area then return value of e
+end repeat"""), '"by a dialog"')
+
 # A browser with windows: its page, its own keys, its menu, and an editor that is in front of it.
 page = notes.with_name("page.html")
 page.write_text("<title>Page</title><textarea autofocus id=t></textarea><script>seen = []\n"
@@ -164,10 +194,40 @@ expect("a key of the browser", result("SimulateTyping", characters="t", modCmd="
 expect("a new tab", eventually(lambda: len(result("GetListOfTabs")) == 2), True)
 expect("its menu", path(result("SelectMenuItem", path="Chromium > New window")), "Chromium > New window")
 expect("two windows", eventually(lambda: len(result("GetListOfWindows")) == 2), True)
-result("GetMenuItemReference", targetContext=editor, title="Save")
-expect("behind the editor", result("GetBrowserReference"), chromium)
-expect("the editor is in front again", result("GetMenuItemReference", title="Save")["app"]["id"], editor)
+tabs = len(result("GetListOfTabs"))
+expect("its toolbar", process("Chromium", 'click button "New Tab" of window 1\nreturn {role, enabled} of button "Reload" of toolbar 1 of window 1'),
+       '{"AXButton", true}')
+expect("a tab by its toolbar", eventually(lambda: len(result("GetListOfTabs")) == tabs + 1), True)
 
+
+def front(window):
+    shell(f"xdotool search --name '{window}' windowactivate --sync")
+
+
+def titlesOfTabs():
+    return [tab["title"] for tab in result("GetListOfTabs")]
+
+
+# The browser that is meant is the one behind the editor, whatever others there are, and wherever its window is.
+profile, otherPage = notes.with_name("profile"), notes.with_name("other.html")
+otherPage.write_text("<title>Other</title>")
+other = subprocess.Popen(["chromium", f"--user-data-dir={profile}", "--remote-debugging-port=0", "--no-sandbox", "--no-first-run",
+                          "--disable-background-networking", "--disable-sync", f"file://{otherPage}"],
+                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+expect("another browser", eventually(lambda: "Other" in titlesOfTabs()), True)
+front("copy.txt")
+expect("behind the editor", (result("GetBrowserReference"), titlesOfTabs()), (chromium, ["Other"]))
+front("New Tab - Chromium")
+front("copy.txt")
+expect("the one behind the editor now", "Other" in titlesOfTabs(), False)
+expect("the editor is in front again", result("GetMenuItemReference", title="Save")["app"]["id"], editor)
+shell("xdotool search --name 'New Tab - Chromium' windowminimize %@")
+expect("the one that isn't minimised", eventually(lambda: titlesOfTabs() == ["Other"]), True)
+shell("xdotool search --name 'Other - Chromium' set_desktop_for_window 1; xdotool set_desktop 2")
+expect("from an empty workspace", (result("GetBrowserReference"), titlesOfTabs()), (chromium, ["Other"]))
+expect("which stays", shell("xdotool get_desktop").stdout, "2\n")
+
+other.terminate()
 os.kill(browser, 15)
 writer.kill()
 print(f"{len(failed)} failed")
