@@ -112,6 +112,13 @@ public:
     return isListed;
   }
 
+  /// Does what a manager does that keeps no stack: lists windows, the oldest first, and tells the active one.
+  void listAsManaged(std::vector<xcb_window_t> oldestFirst, xcb_window_t active) {
+    xcb_ewmh_set_client_list(&ewmh_, 0, static_cast<std::uint32_t>(oldestFirst.size()), oldestFirst.data());
+    xcb_ewmh_set_active_window(&ewmh_, 0, active);
+    std::free(xcb_get_input_focus_reply(xcb_, xcb_get_input_focus(xcb_), nullptr));
+  }
+
   /// Waits until a window manager runs and is ready: it lists windows, and knows which desktop is shown.
   bool hasManager() {
     for (int attempt = 0; attempt < 500; ++attempt) {
@@ -251,6 +258,13 @@ TEST_F(BareDisplay, HidesAndShowsWithoutAManager) {
   EXPECT_THAT(names(), testing::UnorderedElementsAre("One (hidden)", "Two (hidden)"));
   windows->activate(two);
   EXPECT_THAT(names(), testing::ElementsAre("Two (active)", "One (hidden)"));
+}
+
+TEST_F(BareDisplay, TheNewestAreOnTopWhereAManagerKeepsNoStack) {
+  const std::uint32_t one = client->openUnmanaged("One", 11);
+  const std::uint32_t two = client->openUnmanaged("Two", 22);
+  client->listAsManaged({one, two}, one);
+  EXPECT_THAT(names(), testing::ElementsAre("Two", "One (active)"));
 }
 
 constexpr const char* chromium = R"({true, "", "\"org.chromium.chromium\""})";

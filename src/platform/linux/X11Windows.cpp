@@ -101,7 +101,8 @@ X11Windows::~X11Windows() {
 }
 
 /// Top first, by the window manager's list; nothing when there is no window manager. While a manager restacks windows
-/// it may leave some out of that list, which its other one, in the order of their opening, still has.
+/// it may leave some out of that list, which its other one, in the order of their opening, still has. Some, such as
+/// Xfce's, have none until windows are restacked for the first time: then the newest are on top.
 std::optional<std::vector<std::uint32_t>> X11Windows::managedWindows() {
   constexpr int mostLooks = 10;
   for (int look = 1;; ++look) {
@@ -109,6 +110,8 @@ std::optional<std::vector<std::uint32_t>> X11Windows::managedWindows() {
     const auto openedCookie = xcb_ewmh_get_client_list(&ewmh_, display_.screen());
     auto stacked = windowsFrom<xcb_ewmh_get_client_list_stacking_reply>(&ewmh_, stackedCookie);
     const auto opened = windowsFrom<xcb_ewmh_get_client_list_reply>(&ewmh_, openedCookie);
+    if (!stacked && opened)
+      stacked = opened;
     if (!stacked || !opened || stacked->size() >= opened->size() || look == mostLooks) {
       if (stacked)
         std::ranges::reverse(*stacked); // the list goes from bottom to top

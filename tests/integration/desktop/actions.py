@@ -14,6 +14,7 @@ import time
 
 program = sys.argv[1]
 editor = "org.xfce.mousepad"
+examples = pathlib.Path(__file__).parents[3] / "examples"
 patience = 10
 failed = []
 
@@ -155,19 +156,8 @@ def process(name, lines):
 
 # A dialog that GTK answers nothing beside, on the connection by which it was opened.
 copy = notes.with_name("copy.txt")
-expect("a dialog", process("Mousepad", f"""set frontmost to true
-keystroke "by a dialog"
-click menu item "Save As..." of menu "File" of menu bar 1
-repeat until exists button "Save" of sheet 1 of window 1
-    delay 0.02
-end repeat
-tell sheet 1 of window 1
-    set value of text field 1 to "{copy}"
-    click button "Save"
-end tell
-repeat until name of window 1 contains "copy"
-    delay 0.02
-end repeat"""), "")
+result("SimulateTyping", targetContext=editor, characters="by a dialog")
+expect("a dialog", shell(f"{program} applescript {examples}/save-a-copy.applescript {copy}").stdout, f'"{copy} - Mousepad"\n')
 expect("saved by a dialog", copy.read_text(), "by a dialog")
 expect("an editor's window", process("Mousepad", """set position of window 1 to {70, 80}
 set {size, value of attribute "AXMinimized"} of window 1 to {{500, 400}, true}
