@@ -14,5 +14,7 @@ if command -v npm >/dev/null; then
   printf '\n== Whole processes, beside others\n'
   ./bench-compare.sh "$build/src/app"
 fi
+printf '\n== Menus and keys, beside others\n'
+./bench-desktop.sh "$build/src/app"
 printf '\n== Soak\n'
 ./bench-soak.sh "$build/src/app"

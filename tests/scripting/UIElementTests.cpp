@@ -39,9 +39,10 @@ protected:
     desktop->elementsOfAll.all[10] = element(
         Role::application, "editor",
         {element(Role::frame, "Other", {element(Role::pushButton, "Elsewhere")}),
-         element(Role::dialog, "Save ",
-                 {element(Role::panel, "", {element(Role::fileChooser, "Files", {holding(element(Role::entry, ""), "a")})}),
-                  element(Role::pushButton, "OK"), element(Role::pushButton, "Cancel")}),
+         element(
+             Role::dialog, "Save ",
+             {element(Role::panel, "", {element(Role::fileChooser, "Files", {holding(element(Role::entry, ""), "a")})}),
+              element(Role::pushButton, "OK"), element(Role::pushButton, "Cancel")}),
          element(Role::frame, "Notes",
                  {element(Role::menuBar, ""),
                   element(Role::filler, "",
@@ -100,9 +101,11 @@ TEST_F(UIElements, AreNamedSoThatAScriptFindsThemAgain) {
 }
 
 TEST_F(UIElements, ArePressedAndFilled) {
-  inEditor("click button \"cancel\" of sheet 1 of window 1\nperform action \"AXPress\" of button 1 of sheet 1 of window 1");
-  inEditor("set value of checkbox \"Wrap\" of group 1 of window 1 to 1\n"
-           "set value of checkbox \"Wrap\" of group 1 of window 1 to false\nclick radio button 1 of group 1 of window 1");
+  inEditor(
+      "click button \"cancel\" of sheet 1 of window 1\nperform action \"AXPress\" of button 1 of sheet 1 of window 1");
+  inEditor(
+      "set value of checkbox \"Wrap\" of group 1 of window 1 to 1\n"
+      "set value of checkbox \"Wrap\" of group 1 of window 1 to false\nclick radio button 1 of group 1 of window 1");
   EXPECT_THAT(desktop->elementsOfAll.pressed, ElementsAre("Cancel", "OK", "Wrap", "Left"));
   inEditor("click image 1 of toolbar 1 of window 1\nclick at {7, 8}");
   EXPECT_THAT(desktop->calls, ElementsAre("click 110,55", "click 7,8"));
@@ -132,9 +135,9 @@ TEST_F(UIElements, WindowsHavePlacesAndAttributes) {
             "{{3, 4}, {400, 300}}");
   EXPECT_EQ(inEditor("value of attribute \"AXMain\" of windows"), "{true, false}");
   inEditor("set value of attribute \"AXMinimized\" of window 1 to true\nperform action \"AXRaise\" of window 2\n"
-           "tell attribute \"AXFullScreen\" of window 2 to set value to true");
+           "tell attribute \"AXFullScreen\" of window 2 to set value to true\nclose window 2");
   EXPECT_THAT(desktop->calls, ElementsAre("place 1000 1,2 300x200", "place 1000 1,2 400x300", "place 1000 3,4 400x300",
-                                          "hide window 1000", "raise 1002", "full screen 1002 true"));
+                                          "hide window 1000", "raise 1002", "full screen 1002 true", "close 1002"));
   EXPECT_THAT(inEditor("set value of attribute \"AXRole\" of window 1 to \"x\""), HasSubstr("error -10006"));
   EXPECT_THAT(inEditor("set position of window 1 to {1}"), HasSubstr("error -1700"));
   EXPECT_EQ(inEditor("value of attribute \"AXMinimized\" of button 1 of sheet 1 of window 1"),

@@ -105,6 +105,7 @@ public:
   void setFullScreen(std::uint32_t window, bool isFullScreen) override {
     calls.push_back(fmt::format("full screen {} {}", window, isFullScreen));
   }
+  void close(std::uint32_t window) override { calls.push_back(fmt::format("close {}", window)); }
   void clickAt(int x, int y) override { calls.push_back(fmt::format("click {},{}", x, y)); }
   bool isDark() override { return dark; }
   void setDark(bool isDark) override { dark = isDark; }

@@ -40,6 +40,9 @@ void requireDone(sd_bus_message* answer) {
   const sd_bus_error* error = sd_bus_message_get_error(answer);
   if (std::ranges::find(goneErrors, std::string_view(error->name)) != goneErrors.end())
     throw failure(DesktopFault::elementGone);
+  if (std::string_view(error->name) == SD_BUS_ERROR_UNKNOWN_METHOD ||
+      std::string_view(error->name) == SD_BUS_ERROR_UNKNOWN_INTERFACE)
+    throw failure(DesktopFault::elementRefused, "it isn’t of a kind that takes this");
   throw failure(DesktopFault::elementRefused, error->message != nullptr ? error->message : error->name);
 }
 

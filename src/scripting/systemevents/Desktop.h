@@ -99,6 +99,8 @@ public:
   virtual void setShown(std::uint32_t window, Visibility visibility) = 0;
   virtual void place(std::uint32_t window, const platform::Rectangle& place) = 0;
   virtual void setFullScreen(std::uint32_t window, bool isFullScreen) = 0;
+  /// Asks a window to close; it may ask the user to save first.
+  virtual void close(std::uint32_t window) = 0;
 
   [[nodiscard]] virtual DesktopElements& elements() = 0;
 

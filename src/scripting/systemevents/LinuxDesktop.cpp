@@ -129,6 +129,10 @@ void LinuxDesktop::setFullScreen(std::uint32_t window, bool isFullScreen) {
   seams_.windows.setFullScreen(window, isFullScreen);
 }
 
+void LinuxDesktop::close(std::uint32_t window) {
+  seams_.windows.close(window);
+}
+
 void LinuxDesktop::keystroke(const std::string& text, std::span<const ModifierKey> modifiers,
                              const platform::CallLimits& limits) {
   seams_.keyboard.type(text, pressed(modifiers), limits);

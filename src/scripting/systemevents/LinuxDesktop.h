@@ -41,6 +41,7 @@ public:
   void setShown(std::uint32_t window, Visibility visibility) override;
   void place(std::uint32_t window, const platform::Rectangle& place) override;
   void setFullScreen(std::uint32_t window, bool isFullScreen) override;
+  void close(std::uint32_t window) override;
   [[nodiscard]] DesktopElements& elements() override { return seams_.elements; }
   void clickAt(int x, int y) override { seams_.pointer.click(x, y); }
   [[nodiscard]] bool isDark() override { return seams_.appearance.isDark(); }

@@ -133,6 +133,17 @@ Value activate(SystemEventsScope& scope) {
   return Value::missing();
 }
 
+Value closeWindows(SystemEventsScope& scope) {
+  const Value subject = scope.model().subject(scope);
+  for (const Object& object : scope.model().objects(scope, subject)) {
+    const DesktopWindow* window = isUIElement(object) ? scope.tree().node(object.first).window : nullptr;
+    if (!window)
+      throw errors::notUnderstood(subject, events::close, systemEventsTerminology());
+    scope.desktop().close(window->id);
+  }
+  return Value::missing();
+}
+
 Value perform(SystemEventsScope& scope) {
   const applescript::EventCode code = scope.message().code;
   if (code == systemevents::click)
@@ -160,6 +171,8 @@ Value perform(SystemEventsScope& scope) {
   }
   if (code == events::activate || code == events::run)
     return activate(scope);
+  if (code == events::close)
+    return closeWindows(scope);
   if (code == events::quit)
     return Value::missing(); // the real one ends by itself, and so nothing is lost
   throw errors::notUnderstood(scope.model().subject(scope), code, systemEventsTerminology());
