@@ -84,6 +84,22 @@ TEST(DesktopProcesses, OneIsFrontmostEvenWhereNoWindowIsActive) {
   EXPECT_THAT(told({}, {}), ElementsAre());
 }
 
+TEST(DesktopProcesses, DialogsAreOfTheirOwnProcessAndNeverOfThemselves) {
+  std::vector<ClientWindow> windows{window(10, "main"),  window(10, "dialog"),    window(10, "lost"),
+                                    window(10, "round"), window(10, "and round"), window(20, "other")};
+  for (std::size_t each = 0; each < windows.size(); ++each)
+    windows[each].id = static_cast<std::uint32_t>(each + 1);
+  windows[1].dialogOf = 1;
+  windows[2].dialogOf = 6;
+  windows[3].dialogOf = 5;
+  windows[4].dialogOf = 4;
+  const auto processes = scripting::desktopProcesses(windows, {}, {[](pid_t) { return "/usr/bin/editor"; }});
+  std::vector<std::uint32_t> owners;
+  for (const scripting::DesktopWindow& each : processes.at(0).windows)
+    owners.push_back(each.dialogOf);
+  EXPECT_THAT(owners, ElementsAre(0, 1, 0, 0, 4)) << "of two that wait for each other, one does";
+}
+
 TEST(DesktopProcesses, ASandboxedBrowsersWindowsTellItsInnerNumber) {
   const std::vector<RunningBrowser> browsers{browser("chromium", 2000, 10)};
   EXPECT_THAT(told({window(10, "page", Shown::active, "chromium"), window(10, "text", Shown::yes, "Editor")}, browsers),

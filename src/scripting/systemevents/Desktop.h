@@ -21,7 +21,7 @@ struct DesktopWindow {
   bool isShown = true; ///< not minimised
   bool isActive = false;
   bool isFullScreen = false;
-  std::uint32_t dialogOf = 0; ///< of a modal dialog: the window that waits for it
+  std::uint32_t dialogOf = 0; ///< of a modal dialog: the window of the same process that waits for it
 };
 
 /// A running application with windows, or one that is known to be an application without any.

@@ -44,6 +44,21 @@ DesktopProcess describe(pid_t pid, const ClientWindow* window, const std::vector
   return process;
 }
 
+/// A dialog is one of the process's own windows. Nothing keeps a program from naming another's, or itself.
+void forgetWrongOwners(std::vector<DesktopWindow>& windows) {
+  const auto ownerOf = [&](const DesktopWindow& window) {
+    return std::ranges::find(windows, window.dialogOf, &DesktopWindow::id);
+  };
+  for (DesktopWindow& window : windows)
+    window.dialogOf = ownerOf(window) != windows.end() ? window.dialogOf : 0;
+  for (DesktopWindow& window : windows) {
+    const DesktopWindow* above = &window;
+    for (std::size_t steps = 0; above->dialogOf != 0 && steps < windows.size(); ++steps)
+      above = &*ownerOf(*above);
+    window.dialogOf = above->dialogOf == 0 ? window.dialogOf : 0;
+  }
+}
+
 bool isBrowser(const DesktopProcess& process) {
   return platform::findBrowser(process.bundleIdentifier) != nullptr;
 }
@@ -93,6 +108,8 @@ std::vector<DesktopProcess> desktopProcesses(const std::vector<ClientWindow>& wi
     if (find(browser.process) == processes.end())
       processes.push_back(describe(browser.process, nullptr, browsers, names));
   }
+  for (DesktopProcess& process : processes)
+    forgetWrongOwners(process.windows);
   std::vector<DesktopProcess> left;
   std::ranges::copy_if(processes, std::back_inserter(left), std::not_fn(&DesktopProcess::isVisible));
   std::erase_if(processes, std::not_fn(&DesktopProcess::isVisible));

@@ -50,10 +50,13 @@ std::int64_t indexAmong(EventScope& scope, const Numbers& siblings, Object objec
   return index;
 }
 
+/// To compare each with each takes too long beyond this.
+constexpr std::size_t mostToCompare = 300;
+
 bool isOnlyOneOfItsName(EventScope& scope, const std::vector<Number>& siblings, Object object) {
   const auto name = [&](Number number) { return tree(scope).node(number).facts.name.value_or(""); };
   const std::string own = name(object.first);
-  return !own.empty() && std::ranges::none_of(siblings, [&](Number sibling) {
+  return !own.empty() && siblings.size() <= mostToCompare && std::ranges::none_of(siblings, [&](Number sibling) {
     return sibling != object.first && objectOf(scope, sibling).type == object.type &&
            sameIgnoringCase(name(sibling), own);
   });
@@ -62,7 +65,7 @@ bool isOnlyOneOfItsName(EventScope& scope, const std::vector<Number>& siblings, 
 std::vector<const DesktopWindow*> mainWindows(const DesktopProcess& process) {
   std::vector<const DesktopWindow*> windows;
   for (const DesktopWindow& window : process.windows) {
-    if (std::ranges::find(process.windows, window.dialogOf, &DesktopWindow::id) == process.windows.end())
+    if (window.dialogOf == 0)
       windows.push_back(&window);
   }
   return windows;

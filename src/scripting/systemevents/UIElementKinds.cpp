@@ -96,9 +96,9 @@ constexpr RoleRow rows[]{
 };
 
 constexpr AccessibleRole layoutRoles[]{
-    AccessibleRole::filler,   AccessibleRole::glassPane,  AccessibleRole::layeredPane, AccessibleRole::optionPane,
-    AccessibleRole::panel,    AccessibleRole::rootPane,   AccessibleRole::section,     AccessibleRole::viewport,
-    AccessibleRole::grouping};
+    AccessibleRole::filler,     AccessibleRole::glassPane, AccessibleRole::layeredPane,
+    AccessibleRole::optionPane, AccessibleRole::panel,     AccessibleRole::rootPane,
+    AccessibleRole::section,    AccessibleRole::viewport,  AccessibleRole::grouping};
 
 constexpr AccessibleRole menuRoles[]{
     AccessibleRole::menu,          AccessibleRole::popupMenu,     AccessibleRole::menuItem,
