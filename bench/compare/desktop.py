@@ -18,6 +18,7 @@ TEXT = ('The quick brown fox jumps over the lazy dog. ' * 45)[:2000]
 
 
 def timed(work):
+  """In milliseconds."""
   start = time.perf_counter()
   work()
   return (time.perf_counter() - start) * 1000
@@ -103,7 +104,7 @@ def main():
       work()
       deadline = time.perf_counter() + 60
       while len(ours.text()) < len(TEXT) and time.perf_counter() < deadline:
-        time.sleep(0.01)
+        time.sleep(0.2)  # to look costs the editor time
     milliseconds = timed(whole)
     isWhole = ours.text() == TEXT
     ours.text('')
