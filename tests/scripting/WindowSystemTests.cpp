@@ -114,8 +114,17 @@ public:
 
   /// Does what a manager does that keeps no stack: lists windows, the oldest first, and tells the active one.
   void listAsManaged(std::vector<xcb_window_t> oldestFirst, xcb_window_t active) {
+    constexpr std::uint32_t normal[]{1, XCB_WINDOW_NONE};
+    for (const xcb_window_t window : oldestFirst)
+      xcb_change_property(xcb_, XCB_PROP_MODE_REPLACE, window, stage(), stage(), 32, 2, normal);
     xcb_ewmh_set_client_list(&ewmh_, 0, static_cast<std::uint32_t>(oldestFirst.size()), oldestFirst.data());
     xcb_ewmh_set_active_window(&ewmh_, 0, active);
+    std::free(xcb_get_input_focus_reply(xcb_, xcb_get_input_focus(xcb_), nullptr));
+  }
+
+  /// As a manager leaves a window that is being closed, before it takes it off its list.
+  void beginToClose(xcb_window_t window) {
+    xcb_delete_property(xcb_, window, stage());
     std::free(xcb_get_input_focus_reply(xcb_, xcb_get_input_focus(xcb_), nullptr));
   }
 
@@ -136,6 +145,12 @@ public:
   }
 
 private:
+  xcb_atom_t stage() {
+    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+        xcb_intern_atom_reply(xcb_, xcb_intern_atom(xcb_, 0, 8, "WM_STATE"), nullptr), &std::free);
+    return reply->atom;
+  }
+
   xcb_window_t create(const std::string& name, std::uint32_t pid, xcb_atom_t type) {
     const xcb_window_t window = xcb_generate_id(xcb_);
     xcb_create_window(xcb_, XCB_COPY_FROM_PARENT, window, ewmh_.screens[0]->root, 10, 10, 100, 100, 0,
@@ -265,6 +280,8 @@ TEST_F(BareDisplay, TheNewestAreOnTopWhereAManagerKeepsNoStack) {
   const std::uint32_t two = client->openUnmanaged("Two", 22);
   client->listAsManaged({one, two}, one);
   EXPECT_THAT(names(), testing::ElementsAre("Two", "One (active)"));
+  client->beginToClose(two);
+  EXPECT_THAT(names(), testing::ElementsAre("One (active)"));
 }
 
 constexpr const char* chromium = R"({true, "", "\"org.chromium.chromium\""})";

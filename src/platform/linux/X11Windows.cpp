@@ -16,6 +16,8 @@ namespace tabwright::platform {
 namespace {
 
 constexpr std::uint32_t everyWorkspace = 0xFFFFFFFF; // _NET_WM_DESKTOP
+/// WM_STATE (ICCCM 4.1.3.1). A window that is being closed may be listed for a moment more, and has none then.
+constexpr std::uint32_t withdrawn = 0;
 
 std::string textFrom(xcb_connection_t* xcb, xcb_get_property_cookie_t cookie) {
   const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(xcb, cookie, nullptr));
@@ -69,12 +71,12 @@ std::vector<xcb_atom_t> atomsFrom(xcb_ewmh_connection_t* ewmh, xcb_get_property_
   return atoms;
 }
 
-/// A property that is one window; 0 when it isn't there.
-std::uint32_t windowFrom(xcb_connection_t* xcb, xcb_get_property_cookie_t cookie) {
+/// A property that is one number, as a window is; 0 when it isn't there.
+std::uint32_t numberFrom(xcb_connection_t* xcb, xcb_get_property_cookie_t cookie) {
   const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(xcb, cookie, nullptr));
-  if (!reply || xcb_get_property_value_length(reply.get()) != sizeof(xcb_window_t))
+  if (!reply || xcb_get_property_value_length(reply.get()) != sizeof(std::uint32_t))
     return 0;
-  return *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
+  return *static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
 }
 
 /// A property that is a list of windows; nothing when it isn't there.
@@ -94,6 +96,7 @@ X11Windows::X11Windows(const std::string& display) : display_(display), xcb_(dis
   if (xcb_ewmh_init_atoms_replies(&ewmh_, xcb_ewmh_init_atoms(xcb_, &ewmh_), nullptr) == 0)
     throw failure(DesktopFault::noWindowSystem, "the display was lost");
   applicationID_ = display_.atom("_GTK_APPLICATION_ID");
+  stage_ = display_.atom("WM_STATE");
 }
 
 X11Windows::~X11Windows() {
@@ -191,7 +194,7 @@ std::vector<ClientWindow> X11Windows::read() {
   const auto managed = managedWindows();
   const std::vector<std::uint32_t> ids = managed ? *managed : unmanagedWindows();
   struct Cookies {
-    xcb_get_property_cookie_t pid, name, oldName, windowClass, application, state, type, workspace, owner;
+    xcb_get_property_cookie_t pid, name, oldName, windowClass, application, state, type, workspace, owner, stage;
     xcb_get_geometry_cookie_t size;
     xcb_translate_coordinates_cookie_t origin;
   };
@@ -205,7 +208,8 @@ std::vector<ClientWindow> X11Windows::read() {
                        xcb_ewmh_get_wm_state(&ewmh_, id), xcb_ewmh_get_wm_window_type(&ewmh_, id),
                        xcb_ewmh_get_wm_desktop(&ewmh_, id),
                        xcb_get_property(xcb_, 0, id, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, 0, 1),
-                       xcb_get_geometry(xcb_, id), xcb_translate_coordinates(xcb_, id, display_.root(), 0, 0)});
+                       xcb_get_property(xcb_, 0, id, stage_, stage_, 0, 1), xcb_get_geometry(xcb_, id),
+                       xcb_translate_coordinates(xcb_, id, display_.root(), 0, 0)});
   const auto shownCookie = xcb_ewmh_get_current_desktop(&ewmh_, display_.screen());
   const std::uint32_t activeWindow = active(managed.has_value());
   std::uint32_t shown = everyWorkspace;
@@ -224,7 +228,8 @@ std::vector<ClientWindow> X11Windows::read() {
     const auto isIn = [&](xcb_atom_t state) { return std::ranges::find(states, state) != states.end(); };
     window.isShown = !isIn(ewmh_._NET_WM_STATE_HIDDEN) && (managed || !isHidden(window.id));
     window.isFullScreen = isIn(ewmh_._NET_WM_STATE_FULLSCREEN);
-    const std::uint32_t owner = windowFrom(xcb_, cookies[each].owner);
+    const std::uint32_t owner = numberFrom(xcb_, cookies[each].owner);
+    const bool isLeaving = managed && numberFrom(xcb_, cookies[each].stage) == withdrawn;
     window.dialogOf = isIn(ewmh_._NET_WM_STATE_MODAL) ? owner : 0;
     const std::vector<xcb_atom_t> types = atomsFrom<xcb_ewmh_get_wm_window_type_reply>(&ewmh_, cookies[each].type);
     const bool isOfTheDesktop = std::ranges::any_of(types, [&](xcb_atom_t type) {
@@ -234,7 +239,7 @@ std::vector<ClientWindow> X11Windows::read() {
     window.isHere = shown == everyWorkspace || !window.workspace || *window.workspace == shown;
     window.place = placeFrom(xcb_, cookies[each].size, cookies[each].origin).value_or(Rectangle{});
     window.isActive = window.id == activeWindow;
-    if (!isOfTheDesktop)
+    if (!isOfTheDesktop && !isLeaving)
       result.push_back(std::move(window));
   }
   tellProcesses(xcb_, result);

@@ -49,6 +49,7 @@ private:
   xcb_connection_t* const xcb_;
   xcb_ewmh_connection_t ewmh_{};
   std::uint32_t applicationID_ = 0;
+  std::uint32_t stage_ = 0;
   std::vector<std::uint32_t> hidden_; ///< by us, without a window manager
 };
 
