@@ -75,13 +75,15 @@ TEST(ParserErrors, CheckTheEndsOfBlocks) {
 }
 
 TEST(ParserErrors, AreFoundBeyondTheFirst) {
-  EXPECT_EQ(parsed("set x to )\nif y the\nset z to (\nend if\nrepeat with\nfoo bar\nend repeat\nok()\nset 1 to 2"),
+  EXPECT_EQ(parsed("set x to )\nif y the\nset z to (\nend if\nrepeat with\nfoo bar\nend repeat\nok()\nset 1 to 2\n"
+                   "{a, b} of )\n{a, b} of c"),
             "1:10+1 Expected expression but found “)”. (-2741)\n"
             "2:6+3 Expected “then” but found “the”. (-2741)\n"
             "3:11+0 Expected expression but found end of line. (-2741)\n"
             "5:12+0 Expected variable name but found end of line. (-2741)\n"
             "6:5+3 Expected end of line but found identifier. (-2741)\n"
-            "9:5+1 Expected variable name or property but found number. (-2741)");
+            "9:5+1 Expected variable name or property but found number. (-2741)\n"
+            "10:11+1 Expected expression but found “)”. (-2741)");
 }
 
 TEST(ParserErrors, RefuseDictionaryWordsAsVariablesInsideOfTells) {

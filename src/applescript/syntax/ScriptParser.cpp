@@ -81,7 +81,8 @@ Block ScriptParser::parseLines(bool (*isEnd)(const ScriptParser&), StatementPoin
 }
 
 void ScriptParser::startLine() {
-  activeCommands.clear(); // an error may have left some
+  activeCommands.clear(); // an error may have left some, and the middle of a list
+  isTakingListApart = false;
   std::vector<const Terminology*> mentioned;
   while (nextMention_ < list_.mentions.size() && list_.mentions[nextMention_].firstOfLine <= position()) {
     const TokenList::Mention& mention = list_.mentions[nextMention_++];
