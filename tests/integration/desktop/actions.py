@@ -163,6 +163,15 @@ expect("an editor's window", process("Mousepad", """set position of window 1 to 
 set {size, value of attribute "AXMinimized"} of window 1 to {{500, 400}, true}
 perform action "AXRaise" of window 1
 return {position, size, value of attribute "AXMinimized"} of window 1"""), "{{70, 80}, {500, 400}, false}")
+expect("full screen", process("Mousepad", """set value of attribute "AXFullScreen" of window 1 to true
+delay 0.3
+set wide to item 1 of (size of window 1 as list)
+set value of attribute "AXFullScreen" of window 1 to false
+return wide"""), "1280")
+expect("dark mode", process("Mousepad", """tell application "System Events" to tell appearance preferences
+set dark mode to true
+return dark mode
+end tell"""), "true")
 expect("an editor's text", process("Mousepad", """repeat with e in (get entire contents of window 1)
 if class of e is text area then return value of e
 end repeat"""), '"by a dialog"')
@@ -188,6 +197,9 @@ tabs = len(result("GetListOfTabs"))
 expect("its toolbar", process("Chromium", 'click button "New Tab" of window 1\nreturn {role, enabled} of button "Reload" of toolbar 1 of window 1'),
        '{"AXButton", true}')
 expect("a tab by its toolbar", eventually(lambda: len(result("GetListOfTabs")) == tabs + 1), True)
+process("Chromium", """set {{left, top}, {width, height}} to {position, size} of button "New Tab" of window 1
+click at {left + width div 2, top + height div 2}""")
+expect("a tab by the pointer", eventually(lambda: len(result("GetListOfTabs")) == tabs + 2), True)
 
 
 def front(window):
