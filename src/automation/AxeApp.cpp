@@ -18,8 +18,7 @@ engine::AxeFailure withoutMenuBar(std::optional<platform::Notice> cause) {
 }
 
 bool isChromium(const targets::RunningApplication& app) {
-  const platform::BrowserFacts* facts = platform::findBrowser(app.bundleIdentifier);
-  return facts && facts->family == platform::BrowserFamily::chromium;
+  return platform::isOfChromiumFamily(app.bundleIdentifier);
 }
 
 } // namespace

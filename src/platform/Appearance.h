@@ -2,7 +2,7 @@
 
 namespace tabwright::platform {
 
-/// How the desktop wants its windows to look.
+/// The look that the desktop wants its windows to have.
 class Appearance {
 public:
   virtual ~Appearance() = default;

@@ -76,6 +76,12 @@ inline constexpr std::array<BrowserFacts, 6> browserTable{{
   return nullptr;
 }
 
+/// True for the id of a browser of the Chromium family.
+[[nodiscard]] constexpr bool isOfChromiumFamily(std::string_view id) {
+  const BrowserFacts* facts = findBrowser(id);
+  return facts != nullptr && facts->family == BrowserFamily::chromium;
+}
+
 /// The row of a program by its path: the one with the longest of the `programs` that the path ends with, in whole
 /// components. So "/opt/google/chrome/chrome" is one browser and "/app/chromium/chrome" another. Null for others.
 [[nodiscard]] constexpr const BrowserFacts* findBrowserOfProgram(std::string_view path) {

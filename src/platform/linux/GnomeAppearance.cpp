@@ -11,7 +11,7 @@ namespace tabwright::platform {
 
 namespace {
 
-/// What the command prints, without the line's end; its complaint where it fails.
+/// The command's output, without the line's end. Throws with its complaint where it fails.
 std::string settings(const std::string& words) {
   // The words are all this file's own.
   std::FILE* pipe = popen(("LC_ALL=C timeout 5 gsettings " + words + " 2>&1").c_str(), "re");

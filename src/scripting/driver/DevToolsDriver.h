@@ -39,7 +39,7 @@ struct DevToolsDriverParts {
 /// Connects on the first call, and again on the first call after its browser has ended. Among several running browsers
 /// of one kind it takes the first found that accepts remote debugging. All calls of a run, which share their notices,
 /// go to one browser. Which one is meant is asked again by the next run where several were found, and a while after.
-/// Where that one and others have windows whose order nobody outside
+/// If that one and others have windows whose order nobody outside
 /// knows, they are all asked for their last focus, and the latest counts. The helper is loaded into each browser on the
 /// way. A call without a deadline of its own ends after 30 seconds.
 class DevToolsDriver final : public BrowserDriver {

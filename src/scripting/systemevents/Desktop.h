@@ -106,7 +106,7 @@ public:
 
   /// Clicks at a place on the screen, in its pixels.
   virtual void clickAt(int x, int y) = 0;
-  /// Whether the desktop wants dark windows.
+  /// True when the desktop wants dark windows.
   [[nodiscard]] virtual bool isDark() = 0;
   virtual void setDark(bool isDark) = 0;
 

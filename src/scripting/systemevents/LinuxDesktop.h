@@ -22,7 +22,7 @@ namespace tabwright::scripting {
 /// browsers are left, and the one started last counts as frontmost.
 class LinuxDesktop final : public Desktop {
 public:
-  /// What it is made of; all outlive it.
+  /// The parts that it is made of; all outlive it.
   struct Seams {
     platform::WindowSystem& windows;
     platform::Keyboard& keyboard;

@@ -68,7 +68,7 @@ const Value& requireDirect(const SystemEventsScope& scope) {
   return *scope.message().directObject;
 }
 
-/// What can't be pressed is clicked at with the pointer, in its middle.
+/// An element that can't be pressed is clicked at with the pointer, in its middle.
 void press(SystemEventsScope& scope, Object element) {
   if (performUIElementAction(scope, element, "AXPress"))
     return;

@@ -53,20 +53,20 @@ inline constexpr std::array uiElementKinds{
     UIElementKind{applescript::fourCharCode("vali"), "value indicator", "value indicators"},
 };
 
-/// What an element is in the words of the Mac's accessibility interface.
+/// The part that an element plays, in the words of the Mac's accessibility interface.
 struct UIElementRole {
   std::size_t kind = 0;          ///< position in `uiElementKinds`
   std::string_view role;         ///< such as "AXButton"
   std::string_view subrole = {}; ///< such as "AXSecureTextField"; empty for most
-  /// How `value` is read and set.
+  /// The form in which `value` is read and set.
   enum class ValueForm { none, checked, text, number } value = ValueForm::none;
 };
 
 /// The role of an element by what an application tells of it (role and states).
 [[nodiscard]] const UIElementRole& uiElementRole(const platform::AccessibleFacts& facts);
 
-/// True for containers without a name, and the like, that only lay out what they hold. Toolkits nest them in numbers; scripts, which
-/// name the way to an element, are spared them.
+/// True for containers without a name, and the like, that only lay out what they hold. Toolkits nest them in numbers;
+/// scripts, which name the way to an element, are spared them.
 [[nodiscard]] bool isLayoutOnly(const platform::AccessibleFacts& facts);
 
 /// True for what isn't there for the user: hidden, or the menu bar, which is the process's.

@@ -35,6 +35,11 @@ bool isIn(EventScope& scope, Object object, AccessibleState state) {
   return facts.states && facts.states->has(state);
 }
 
+bool isChecked(EventScope& scope, Object object) {
+  const bool isTab = nodeOf(scope, object).role->subrole == "AXTabButton";
+  return isIn(scope, object, AccessibleState::checked) || (isTab && isIn(scope, object, AccessibleState::selected));
+}
+
 Value textOrMissing(std::string_view text) {
   return text.empty() ? Value::missing() : Value(text);
 }
@@ -128,8 +133,7 @@ Found value(EventScope& scope, Object object) {
   case ValueForm::none:
     return Value::missing();
   case ValueForm::checked:
-    return Value(std::int64_t{isIn(scope, object, AccessibleState::checked) ||
-                              (node.role->subrole == "AXTabButton" && isIn(scope, object, AccessibleState::selected))});
+    return Value(std::int64_t{isChecked(scope, object)});
   case ValueForm::number: {
     const AccessibleFacts told = events(scope).tree().read(object.first, {.value = true});
     return told.value ? Value(*told.value) : Value::missing();
@@ -147,7 +151,7 @@ void setValue(EventScope& scope, Object object, const Value& to) {
   switch (node.window ? ValueForm::none : node.role->value) {
   case ValueForm::checked: {
     const bool wanted = to.get<bool>() ? requireBoolean(to) : requireInteger(to) != 0;
-    if (wanted != isIn(scope, object, AccessibleState::checked))
+    if (wanted != isChecked(scope, object))
       performUIElementAction(events(scope), object, "AXPress");
     return;
   }
@@ -226,8 +230,6 @@ Found isModal(EventScope& scope, Object window) {
   return Value(windowOf(scope, window)->dialogOf != 0);
 }
 
-constexpr std::size_t ofWindows = 4;
-
 constexpr AttributeRow attributes[]{
     {"AXRole", uielement::role},
     {"AXSubrole", uielement::subrole},
@@ -245,6 +247,8 @@ constexpr AttributeRow attributes[]{
     {"AXMain", isMain, uielement::setFocused},
     {"AXModal", isModal},
 };
+constexpr std::size_t ofWindows = 4;
+static_assert(attributes[std::size(attributes) - ofWindows].name == "AXMinimized");
 
 } // namespace
 

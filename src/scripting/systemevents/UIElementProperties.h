@@ -18,7 +18,7 @@ namespace tabwright::scripting {
 
 namespace uielement {
 Found name(EventScope& scope, Object object);
-Found description(EventScope& scope, Object object); ///< what the application says of it, else what it is
+Found description(EventScope& scope, Object object); ///< the application's, else the role's
 Found accessibilityDescription(EventScope& scope, Object object);
 Found role(EventScope& scope, Object object);
 Found subrole(EventScope& scope, Object object);
@@ -30,7 +30,7 @@ Found isSelected(EventScope& scope, Object object);
 Found position(EventScope& scope, Object object); ///< {x, y} on the screen in pixels
 Found size(EventScope& scope, Object object);     ///< {width, height}
 
-/// Where it is on the screen; nothing for what can't tell.
+/// Its place on the screen; nothing for an element that can't tell.
 [[nodiscard]] std::optional<platform::Rectangle> placeOf(EventScope& scope, Object object);
 /// Two whole numbers from a list; throws ScriptError −1700 for anything else.
 [[nodiscard]] std::pair<int, int> requirePair(const applescript::Value& value);

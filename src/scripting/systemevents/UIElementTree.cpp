@@ -3,6 +3,7 @@
 #include "platform/BrowserTable.h"
 #include "platform/DesktopFault.h"
 #include "platform/Sleep.h"
+#include "platform/Whitespace.h"
 
 #include <algorithm>
 #include <chrono>
@@ -25,19 +26,14 @@ constexpr int deepest = 100;
 /// For how long a browser that was told to show its controls is waited for.
 constexpr std::chrono::milliseconds longestShowing{1500};
 
-std::string trimmed(std::string name) {
-  name.erase(name.find_last_not_of(' ') + 1);
-  return name;
+/// Some applications end names in blanks.
+std::string trimmed(const std::optional<std::string>& name) {
+  return std::string(platform::trimmingWhitespaceAndNewlines(name.value_or("")));
 }
 
 int distance(const platform::Rectangle& left, const platform::Rectangle& right) {
   return std::abs(left.x - right.x) + std::abs(left.y - right.y) + std::abs(left.width - right.width) +
          std::abs(left.height - right.height);
-}
-
-bool isChromium(const DesktopProcess& process) {
-  const platform::BrowserFacts* facts = platform::findBrowser(process.bundleIdentifier);
-  return facts && facts->family == platform::BrowserFamily::chromium;
 }
 
 /// An element that was found below a container, and what is to stand in its place while that is being read.
@@ -83,7 +79,7 @@ AccessibleElement UIElementTree::findWindow(const Node& window) {
   const std::vector<AccessibleFacts> facts =
       elements_.accessibility().read(candidates, {.name = true, .extents = true}, limits_);
   const auto unlikeness = [&](const AccessibleFacts& each) {
-    return std::tuple(trimmed(each.name.value_or("")) != trimmed(window.window->name),
+    return std::tuple(trimmed(each.name) != trimmed(window.window->name),
                       each.extents ? distance(*each.extents, window.window->place) : 0);
   };
   const auto best = std::ranges::min_element(facts, {}, unlikeness);
@@ -97,7 +93,7 @@ const AccessibleElement& UIElementTree::element(Number number) {
   if (node.window && node.element.application.empty()) {
     node.element = findWindow(node);
     node.facts = elements_.accessibility().read({&node.element, 1}, nodeParts, limits_).front();
-    if (isChromium(*node.process))
+    if (platform::isOfChromiumFamily(node.process->bundleIdentifier))
       awaitControls(node);
   }
   return node.element;
@@ -134,15 +130,12 @@ void UIElementTree::readChildren(const std::vector<Number>& containers) {
     std::vector<Place> next;
     auto answer = facts.begin();
     for (Place& place : places) {
-      if (!place.facts)
+      const bool isNew = !place.facts;
+      if (isNew)
         place.facts = std::move(*answer++);
-      else {
-        next.push_back(std::move(place));
+      if (isNew && isLeftOut(*place.facts))
         continue;
-      }
-      if (isLeftOut(*place.facts))
-        continue;
-      if (isLayoutOnly(*place.facts))
+      if (isNew && isLayoutOnly(*place.facts))
         unread(place.container, *place.facts, next);
       else
         next.push_back(std::move(place));
@@ -162,7 +155,7 @@ void UIElementTree::readChildren(const std::vector<Number>& containers) {
     node.role = &uiElementRole(*place.facts);
     node.element = std::move(place.element);
     node.facts = std::move(*place.facts);
-    node.facts.name = trimmed(node.facts.name.value_or(""));
+    node.facts.name = trimmed(node.facts.name);
     container.children->push_back(static_cast<Number>(nodes_.size()));
     nodes_.push_back(std::move(node));
   }

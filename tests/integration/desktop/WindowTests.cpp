@@ -1,9 +1,7 @@
 #include "integration/desktop/DesktopFixture.h"
-#include "platform/linux/X11Display.h"
 #include "platform/linux/XdgApplications.h"
 
 #include <algorithm>
-#include <xcb/xcb.h>
 
 namespace tabwright::platform {
 
@@ -20,19 +18,6 @@ protected:
     const std::vector<ClientWindow> all = windows.windows();
     const auto found = std::ranges::find(all, id, &ClientWindow::id);
     return found == all.end() ? ClientWindow() : *found;
-  }
-
-  static void moveToWorkspace(std::uint32_t window, std::uint32_t workspace) {
-    const X11Display display("");
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = display.atom("_NET_WM_DESKTOP");
-    message.data.data32[0] = workspace;
-    xcb_send_event(display.connection(), 0, display.root(), XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char*>(&message));
-    xcb_flush(display.connection());
   }
 
   Program firstEditor{{"mousepad", "--disable-server"}}, secondEditor{{"mousepad", "--disable-server"}};
