@@ -26,6 +26,10 @@ elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # g++ 12 warns of moved-from strings and optionals that it has misread (GCC bugs 105329, 105562, 107852).
   # And of coroutine frames, whose operators new and delete belong together though one of them was inlined.
   add_compile_options(-Wno-mismatched-new-delete)
+  if(CMAKE_UNITY_BUILD)
+    # It warns of types of an unnamed namespace that leave their file, by which it means any but the main one.
+    add_compile_options(-Wno-subobject-linkage)
+  endif()
   add_compile_options(-Wno-restrict -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-array-bounds -Wno-dangling-pointer)
 endif()
 # The shipped program too checks its indices and its empty optionals.

@@ -1,6 +1,7 @@
 #include "app/CommandNames.h"
 
 #include "app/Composition.h"
+#include "client/RunWords.h"
 #include "host/ActionHelp.h"
 #include "host/NearestNames.h"
 #include "intents/UsageError.h"
@@ -73,6 +74,51 @@ std::optional<std::string> commandWord(const std::vector<std::string>& words) {
   return std::nullopt;
 }
 
+std::vector<std::string> optionsOf(const CLI::App& command) {
+  std::vector<std::string> words;
+  for (const CLI::Option* option : command.get_options()) {
+    for (const std::string& name : option->get_lnames())
+      words.push_back("--" + name);
+  }
+  return words;
+}
+
+bool hasOption(const CLI::App& command, const std::string& word) {
+  const std::vector<std::string> options = optionsOf(command);
+  return std::ranges::find(options, word) != options.end() ||
+         (command.get_name() == "run" && std::ranges::find(client::runWords::all, std::string_view(word),
+                                                           &client::RunWord::word) != client::runWords::all.end());
+}
+
+/// A word that begins with `--` and is no option where it stands; `command` is null in front of all commands.
+UsageError misplaced(const std::string& word, const CLI::App* command, const CLI::App& program) {
+  if (command)
+    return UsageError(fmt::format("“tabwright {}” has no option “{}”.", command->get_name(), word) +
+                      host::didYouMean(word, optionsOf(*command),
+                                       fmt::format(" “tabwright help {}” shows its options.", command->get_name())));
+  for (const CLI::App* each : commandsOf(program)) {
+    if (hasOption(*each, word))
+      return UsageError(fmt::format("“{}” stands behind its command: tabwright {} {} …", word, each->get_name(), word));
+  }
+  return UsageError(fmt::format("There is no option “{}”.", word) +
+                    host::didYouMean(word, optionsOf(program), " “tabwright help” shows all commands."));
+}
+
+/// The first word that is no option where it stands. The parser reads on behind one in front of all commands, and
+/// complains of what follows.
+std::optional<UsageError> misplacedOption(const CLI::App& program, const std::vector<std::string>& words) {
+  const std::optional<std::string> name = commandWord(words);
+  const CLI::App* command = nullptr;
+  for (const std::string& whole : words) {
+    const std::string word = whole.substr(0, whole.find('='));
+    if (!command && name && word == *name)
+      command = commandNamed(program, *name);
+    else if (word.starts_with("--") && !hasOption(command ? *command : program, word))
+      return misplaced(word, command, program);
+  }
+  return std::nullopt;
+}
+
 } // namespace
 
 ExitCode tellOf(const CLI::ParseError& error, const CLI::App& program, const std::vector<std::string>& words) {
@@ -82,12 +128,16 @@ ExitCode tellOf(const CLI::ParseError& error, const CLI::App& program, const std
     std::cout << output.str();
     return ExitCode::done;
   }
-  if (const std::optional<std::string> word = commandWord(words); word && !commandNamed(program, *word)) {
+  if (const auto option = misplacedOption(program, words))
+    throw UsageError(*option);
+  const std::optional<std::string> word = commandWord(words);
+  const CLI::App* const command = word ? commandNamed(program, *word) : nullptr;
+  if (word && !command) {
     const Composition composition;
     throw unknown(*word, program, composition.catalogue());
   }
-  std::cerr << mistake.str();
-  return ExitCode::wrongUse;
+  const std::string help = command ? "tabwright help " + command->get_name() : "tabwright help";
+  throw UsageError(fmt::format("{}. “{}” shows how it is used.", error.what(), help));
 }
 
 std::string helpOn(const std::string& word, const CLI::App& program) {

@@ -83,9 +83,9 @@ GivenList listForEach(const intents::Intent& action, const host::ParameterTexts&
     if (platform::trimmingWhitespaceAndNewlines(text).starts_with('['))
       throw UsageError(fmt::format("{} needs a list, and {} begins as one, but is no JSON.", each, name));
   }
-  throw UsageError(fmt::format("{} needs a list: give one for a parameter of {}, such as --targetTab - behind a "
-                               "pipe from GetListOfTabs.",
-                               each, action.name()));
+  const bool takesTab = action.findParameter("targetTab") != nullptr;
+  throw UsageError(fmt::format("{} needs a list: give one for a parameter of {}{}.", each, action.name(),
+                               takesTab ? ", such as --targetTab - behind a pipe from GetListOfTabs" : ""));
 }
 
 void requireNoList(const intents::Intent& action, const host::ParameterTexts& parameters) {

@@ -19,7 +19,7 @@ std::string lines(const std::string& text) {
 }
 
 // A term and, beside it where there is room, else beneath it, what it means.
-std::string entry(const std::string& term, const std::string& meaning) {
+std::string helpEntry(const std::string& term, const std::string& meaning) {
   const std::string head = "  " + term;
   std::string rest = platform::wrapped(meaning, secondColumn);
   const std::size_t width = platform::cellsOf(head);
@@ -35,12 +35,12 @@ std::string HelpFormatter::make_description(const CLI::App* app) const {
 }
 
 std::string HelpFormatter::make_option(const CLI::Option* option, bool isPositional) const {
-  return entry(make_option_name(option, isPositional) + (isPositional ? std::string() : make_option_opts(option)),
-               option->get_description());
+  return helpEntry(make_option_name(option, isPositional) + (isPositional ? std::string() : make_option_opts(option)),
+                   option->get_description());
 }
 
 std::string HelpFormatter::make_subcommand(const CLI::App* command) const {
-  return entry(command->get_name(), command->get_description());
+  return helpEntry(command->get_name(), command->get_description());
 }
 
 std::string HelpFormatter::make_footer(const CLI::App* app) const {

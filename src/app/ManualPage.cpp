@@ -40,7 +40,7 @@ std::string italic(std::string_view text) {
   return "\\fI" + roff(text) + "\\fR";
 }
 
-std::string entry(const std::string& term, const std::string& text) {
+std::string manualEntry(const std::string& term, const std::string& text) {
   return ".TP\n" + term + "\n" + text + "\n";
 }
 
@@ -52,7 +52,7 @@ std::string optionsOf(const CLI::App& command) {
     std::string term = bold("--" + option->get_lnames().front());
     if (option->get_items_expected_max() > 0)
       term += " " + italic(option->get_type_name());
-    text += entry(term, roff(option->get_description()));
+    text += manualEntry(term, roff(option->get_description()));
   }
   return text;
 }
@@ -67,9 +67,9 @@ std::string commandsOf(const CLI::App& program) {
         continue;
       const std::string name = option->get_name(true);
       term += option->get_required() ? " " + italic(name) : " [" + italic(name) + "]";
-      operands += entry(italic(name), roff(option->get_description()));
+      operands += manualEntry(italic(name), roff(option->get_description()));
     }
-    text += entry(term, roff(command->get_description()) + ".");
+    text += manualEntry(term, roff(command->get_description()) + ".");
     if (!command->get_footer().empty())
       text += roff(command->get_footer()) + "\n";
     text += ".RS\n" + operands + optionsOf(*command) + ".RE\n";
@@ -94,7 +94,7 @@ std::string sectionOf(const intents::Intent& action) {
     std::string meaning = roff(declaration.description.text()) + "\n" + choicesOf(declaration.type);
     if (const std::string initial = host::defaultOf(declaration); !initial.empty())
       meaning += ".br\n" + roff(platform::localizedFormat("help.default", {initial})) + "\n";
-    text += entry(bold("--" + declaration.name) + " " + italic(host::captionOf(declaration.type)), meaning);
+    text += manualEntry(bold("--" + declaration.name) + " " + italic(host::captionOf(declaration.type)), meaning);
   }
   return text + ".PP\n" + roff(platform::localizedFormat("reference.result", {host::captionOf(action.resultType())})) +
          "\n";

@@ -10,24 +10,24 @@
 
 namespace tabwright::app {
 
-namespace workflow = host::workflow;
-
 namespace {
 
 constexpr std::size_t spaceForTheEnd = 12; // " … failed", " … 12.34 s"
 
-bool isAction(const workflow::Step& step) {
-  return std::holds_alternative<workflow::ActionStep>(step.work);
+bool isAction(const host::workflow::Step& step) {
+  return std::holds_alternative<host::workflow::ActionStep>(step.work);
 }
 
 // Steps with others inside are told of before these.
-bool isShownFirst(const workflow::Step& step) {
-  return std::holds_alternative<workflow::IfStep>(step.work) || std::holds_alternative<workflow::TryStep>(step.work);
+bool isShownFirst(const host::workflow::Step& step) {
+  return std::holds_alternative<host::workflow::IfStep>(step.work) ||
+         std::holds_alternative<host::workflow::TryStep>(step.work);
 }
 
 } // namespace
 
-std::string WorkflowProgress::lineFor(const workflow::Step& step, std::size_t depth, const std::string& text) const {
+std::string WorkflowProgress::lineFor(const host::workflow::Step& step, std::size_t depth,
+                                      const std::string& text) const {
   const std::string start = fmt::format("{:>4}  {:{}}", step.place.line, "", depth * 2);
   const std::size_t taken = start.size() + spaceForTheEnd;
   return start + platform::fitted(platform::onOneLine(text), width_ > taken ? width_ - taken : 1);
@@ -43,16 +43,17 @@ void WorkflowProgress::showTitle(const std::string& title) {
     terminal_ << platform::fitted(platform::onOneLine(title), width_) << std::endl;
 }
 
-void WorkflowProgress::stepBegins(const workflow::Step& step, const workflow::Variables& variables, std::size_t depth) {
+void WorkflowProgress::stepBegins(const host::workflow::Step& step, const host::workflow::Variables& variables,
+                                  std::size_t depth) {
   isLineOpen_ = isAction(step);
   if (isLineOpen_)
-    terminal_ << lineFor(step, depth, workflow::describe(step, variables)) << " … " << std::flush;
+    terminal_ << lineFor(step, depth, host::workflow::describe(step, variables)) << " … " << std::flush;
   else if (isShownFirst(step))
-    terminal_ << lineFor(step, depth, workflow::describe(step, variables)) << '\n';
+    terminal_ << lineFor(step, depth, host::workflow::describe(step, variables)) << '\n';
   began_ = clock_.secondsSinceReferenceDate();
 }
 
-void WorkflowProgress::stepEnds(const workflow::Step& step, const std::string& failure) {
+void WorkflowProgress::stepEnds(const host::workflow::Step& step, const std::string& failure) {
   if (!isAction(step))
     return;
   terminal_ << (failure.empty() ? fmt::format("{:.2f} s", clock_.secondsSinceReferenceDate() - began_) : "failed")
@@ -62,12 +63,12 @@ void WorkflowProgress::stepEnds(const workflow::Step& step, const std::string& f
     terminal_ << "      " << notice << std::endl;
 }
 
-void WorkflowProgress::roundBegins(const workflow::Step& step, std::size_t depth, std::size_t round,
+void WorkflowProgress::roundBegins(const host::workflow::Step& step, std::size_t depth, std::size_t round,
                                    std::size_t rounds) {
   terminal_ << lineFor(step, depth, fmt::format("repeat {} of {}", round, rounds)) << '\n';
 }
 
-void WorkflowProgress::noticed(const workflow::Step& /*step*/, const platform::Notice& notice) {
+void WorkflowProgress::noticed(const host::workflow::Step& /*step*/, const platform::Notice& notice) {
   notices_.push_back(notice.sentence);
 }
 

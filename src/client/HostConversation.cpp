@@ -30,7 +30,7 @@ namespace json = boost::json;
 
 using Clock = WaitingLine::Clock;
 
-constexpr std::chrono::seconds patience{30};
+constexpr std::chrono::seconds answerPatience{30};
 constexpr int requestID = 1;
 
 /// The lines that come from a socket.
@@ -198,7 +198,7 @@ RunOutcome runThroughHost(int socket, const std::vector<std::string>& words, con
   if (!send(socket, runRequest(words)))
     return endedBy(Lines::Ended::closed);
   Lines lines(socket);
-  const auto deadline = Clock::now() + patience;
+  const auto deadline = Clock::now() + answerPatience;
   for (;;) {
     const std::optional<std::string> line =
         lines.next(hasStarted ? std::nullopt : std::optional(deadline), waiting.get());

@@ -25,7 +25,7 @@ namespace {
 
 using Milliseconds = std::chrono::milliseconds;
 
-constexpr Milliseconds patience{5000};
+constexpr Milliseconds connectPatience{5000};
 constexpr Milliseconds longestPause{20};
 constexpr int callersAtOnce = 1024; // that may wait to be accepted
 constexpr timeval sendPatience{.tv_sec = 30, .tv_usec = 0};
@@ -117,7 +117,7 @@ int listenAt(const RuntimeFolder& folder, const std::string& name) {
 
 int connectToHost(const RuntimeFolder& folder, const std::string& identity, const std::string& programPath) {
   const std::string socketName = identity + handover::socketEnding;
-  const auto deadline = std::chrono::steady_clock::now() + patience;
+  const auto deadline = std::chrono::steady_clock::now() + connectPatience;
   for (Milliseconds pause{1};; pause = std::min(pause * 2, longestPause)) {
     if (const int connected = tryToConnect(folder, socketName); connected >= 0)
       return connected;

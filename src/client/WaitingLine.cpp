@@ -12,7 +12,7 @@
 namespace tabwright::client {
 namespace {
 
-constexpr std::chrono::milliseconds patience{2000};
+constexpr std::chrono::milliseconds linePatience{2000};
 
 // A character may take two cells, so half of the width is safe for any text that is not plain.
 std::string shortened(const std::string& what, std::size_t width) {
@@ -45,9 +45,9 @@ WaitingLine::WaitingLine(const std::string& what, std::function<Clock::time_poin
 
 std::chrono::milliseconds WaitingLine::left() const {
   if (isHeld_)
-    return patience;
+    return linePatience;
   return std::max(std::chrono::milliseconds(0),
-                  std::chrono::ceil<std::chrono::milliseconds>(since_ + patience - now_()));
+                  std::chrono::ceil<std::chrono::milliseconds>(since_ + linePatience - now_()));
 }
 
 void WaitingLine::showIfDue() {

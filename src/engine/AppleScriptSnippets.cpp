@@ -24,7 +24,7 @@ using platform::TextTemplate;
 
 namespace {
 
-const platform::Logger logger("AppleScriptSnippets");
+const platform::Logger snippetsLog("AppleScriptSnippets");
 
 std::string numberOf(AppleScriptRuntimeError error) {
   return std::to_string(rawValue(error));
@@ -104,7 +104,7 @@ std::string AppleScriptSnippets::asyncJob(std::string_view js, double timeout, d
 
 std::string AppleScriptSnippets::asyncJob(std::string_view js, double timeout, double interval,
                                           const JobVariables& variables) {
-  logger.debug("JS:\n{}", js);
+  snippetsLog.debug("JS:\n{}", js);
   static const TextTemplate job(resources::asyncJob_applescript);
   static const TextTemplate canary(resources::canaryQuestion_js);
   static const TextTemplate result(resources::resultQuestion_js);

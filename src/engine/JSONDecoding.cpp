@@ -9,7 +9,7 @@
 namespace tabwright::engine {
 namespace {
 
-const platform::Logger logger("Scriptacular");
+const platform::Logger decodingLog("Scriptacular");
 
 } // namespace
 
@@ -17,10 +17,10 @@ void detail::decode(std::string_view text, const std::function<void(const platfo
   try {
     const boost::json::value json = platform::parseJSON(text);
     read(platform::JSONReader(json));
-    if (logger.isOn(platform::LogLevel::debug))
-      logger.debug("{}", boost::json::serialize(json));
+    if (decodingLog.isOn(platform::LogLevel::debug))
+      decodingLog.debug("{}", boost::json::serialize(json));
   } catch (const platform::Failure& reason) {
-    logger.error("{}", reason.errorDescription());
+    decodingLog.error("{}", reason.errorDescription());
     throw platform::failure(StringError::unableToDecodeJSON);
   }
 }

@@ -15,7 +15,7 @@
 namespace tabwright::engine {
 namespace {
 
-const platform::Logger logger("JavascriptSyntaxValidator");
+const platform::Logger validatorLog("JavascriptSyntaxValidator");
 
 class LibraryFailure final : public platform::Failure {
 public:
@@ -126,9 +126,9 @@ std::optional<std::string> JavaScriptCoreSyntaxValidator::validateJavascript(std
     engine_ = std::make_unique<Engine>();
   std::optional<std::string> exception = engine_->check("(function() { " + std::string(js) + " })");
   if (exception)
-    logger.debug("failure: {}", *exception);
+    validatorLog.debug("failure: {}", *exception);
   else
-    logger.debug("sucess");
+    validatorLog.debug("sucess");
   return exception;
 }
 

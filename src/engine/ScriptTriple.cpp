@@ -7,33 +7,33 @@
 namespace tabwright::engine {
 namespace {
 
-const platform::Logger logger("Scriptacular");
+const platform::Logger tripleLog("Scriptacular");
 
 } // namespace
 
 ScriptTriple ScriptTriple::decode(const platform::AppleEventDescriptor& result) {
   if (result.numberOfItems() < 2) {
-    logger.error("resultEventDescriptor.numberOfItems: {}", result.numberOfItems());
+    tripleLog.error("resultEventDescriptor.numberOfItems: {}", result.numberOfItems());
     throw platform::failure(ScriptacularError::malformedScriptResult);
   }
   const auto flag = result.descriptorAtIndex(1);
   const auto version = result.descriptorAtIndex(2);
   const auto payload = result.descriptorAtIndex(3);
   if (!flag || !version || !payload) {
-    logger.error("Malformed script result: {}", result.description());
+    tripleLog.error("Malformed script result: {}", result.description());
     throw platform::failure(ScriptacularError::malformedScriptResult);
   }
   const bool isSuccess = flag->booleanValue();
-  if (logger.isOn(platform::LogLevel::debug))
-    logger.debug("Success?: {}, browser version: {}, payload: {}", isSuccess, version->description(),
-                 payload->description());
+  if (tripleLog.isOn(platform::LogLevel::debug))
+    tripleLog.debug("Success?: {}, browser version: {}, payload: {}", isSuccess, version->description(),
+                    payload->description());
   if (!isSuccess) {
     const auto error = appleScriptRuntimeErrorWithRawValue(payload->int32Value());
     throw platform::failure(error.value_or(AppleScriptRuntimeError::unknownError));
   }
   const std::optional<std::string> text = payload->stringValue();
   if (!text) {
-    logger.error("Malformed script result: {}", result.description());
+    tripleLog.error("Malformed script result: {}", result.description());
     throw platform::failure(ScriptacularError::malformedScriptResult);
   }
   return {.browserVersion = version->stringValue(), .payload = *text};

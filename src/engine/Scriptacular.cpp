@@ -25,7 +25,7 @@ using platform::AppleEventDescriptor;
 using platform::Failure;
 using platform::fourCharCode;
 
-const platform::Logger logger("Scriptacular");
+const platform::Logger scriptLog("Scriptacular");
 
 constexpr std::string_view systemEventsID = "com.apple.systemevents";
 
@@ -62,8 +62,8 @@ std::unique_ptr<platform::UserAppleScriptTask> makeTask(const platform::WrittenF
     return services.tasks.initWithURL(script);
   } catch (const Failure& error) {
     services.crashReporter.captureError(error);
-    logger.error("Couldn't initialize task: {}", error.errorDescription());
-    logger.error("{}", errorDescription(ScriptacularError::unableToWrite));
+    scriptLog.error("Couldn't initialize task: {}", error.errorDescription());
+    scriptLog.error("{}", errorDescription(ScriptacularError::unableToWrite));
     throw platform::failure(ScriptacularError::unableToWrite);
   }
 }
@@ -128,8 +128,8 @@ std::string Scriptacular::buildScriptText() const {
                  {"MAIN_RECEIVER_ID", toSystemEvents ? systemEventsID : std::string_view(targetContext_.id)},
                  {"BROWSER_BUNDLE_ID", targetContext_.id},
                  {"APPLESCRIPT", body}});
-  if (logger.isOn(platform::LogLevel::debug))
-    logger.debug("Arguments: {}", textForm(args_));
+  if (scriptLog.isOn(platform::LogLevel::debug))
+    scriptLog.debug("Arguments: {}", textForm(args_));
   return text;
 }
 
@@ -157,25 +157,25 @@ platform::Task<void> Scriptacular::resolveFrontmostBrowser() {
 
 platform::Task<std::string> Scriptacular::payloadOfScript(const platform::WrittenFile& script) {
   const auto task = makeTask(script, services_);
-  logger.debug("File: {}", script.path().string());
+  scriptLog.debug("File: {}", script.path().string());
   std::optional<AppleEventDescriptor> result;
   try {
     AppleEvent event = mainHandlerEvent(args_);
     result = co_await task->executeWithAppleEvent(std::move(event));
   } catch (const Failure& error) {
     const std::string description = error.errorDescription();
-    logger.error("Runtime error: {}", description);
+    scriptLog.error("Runtime error: {}", description);
     if (const auto mapped = scriptacularErrorOf(description))
       throw platform::failure(*mapped).causedBy(platform::asCause(error));
     throw;
   }
   std::ranges::move(task->notices(), std::back_inserter(notices_));
   if (!result) {
-    logger.debug("Runtime result: (null)");
+    scriptLog.debug("Runtime result: (null)");
     throw platform::failure(ScriptacularError::malformedScriptResult).causedBy(wrongResult("nothing"));
   }
-  if (logger.isOn(platform::LogLevel::debug))
-    logger.debug("Runtime result: {}", result->description());
+  if (scriptLog.isOn(platform::LogLevel::debug))
+    scriptLog.debug("Runtime result: {}", result->description());
   ScriptTriple triple = decoded(*result, notices_);
   if (services_.browserVersions && !isOnboarding_ && triple.browserVersion &&
       !platform::isBlank(*triple.browserVersion))

@@ -19,11 +19,11 @@ namespace {
 using platform::Failure;
 using platform::FileKind;
 
-const platform::Logger logger("Scriptacular");
+const platform::Logger temporaryLog("Scriptacular");
 
 /// `beneath` is what it came to, told to the user beneath the error's own sentence.
 [[noreturn]] void failWith(ScriptacularError error, const Failure* beneath = nullptr) {
-  logger.error("{}", errorDescription(error));
+  temporaryLog.error("{}", errorDescription(error));
   throw platform::failure(error).causedBy(beneath ? std::optional(platform::asCause(*beneath)) : std::nullopt);
 }
 
@@ -60,7 +60,7 @@ std::unique_ptr<platform::WrittenFile> writeUnderFreeName(const std::filesystem:
     }
   } catch (const Failure& error) {
     services.crashReporter.captureError(error);
-    logger.error("{}", error.errorDescription());
+    temporaryLog.error("{}", error.errorDescription());
     throw platform::failure(ScriptacularError::unableToWrite).causedBy(platform::asCause(error));
   }
 }
@@ -69,7 +69,7 @@ std::unique_ptr<platform::WrittenFile> writeUnderFreeName(const std::filesystem:
 
 TemporaryScript TemporaryScript::write(std::string_view text, const ScriptacularServices& services) {
   if (platform::isBlank(text)) {
-    logger.error("No script passed in during initialization");
+    temporaryLog.error("No script passed in during initialization");
     throw platform::failure(ScriptacularError::missingScript);
   }
   const std::filesystem::path folder = tempFolder(services.files);
@@ -89,7 +89,7 @@ TemporaryScript::~TemporaryScript() {
     files_.remove(file_->path());
   } catch (const std::exception& error) {
     crashReporter_.captureError(error);
-    logger.error("{}", error.what());
+    temporaryLog.error("{}", error.what());
   }
 }
 

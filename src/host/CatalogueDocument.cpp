@@ -75,7 +75,7 @@ std::string parametersOf(const intents::Intent& action) {
 }
 
 // Choices with captions are a list; names of browsers tell themselves.
-std::string choicesOf(const ParameterDeclaration& declaration) {
+std::string choiceRows(const ParameterDeclaration& declaration) {
   std::string items;
   for (const OfferedValue& offer : offersOf(declaration)) {
     if (declaration.type.kind == ValueKind::enumeration)
@@ -99,7 +99,7 @@ std::string sectionOf(const Catalogue& catalogue, const intents::Intent& action)
                      "\n" + parametersOf(action);
   std::string choices;
   for (const intents::ParameterBase* parameter : action.parameters())
-    choices += choicesOf(parameter->declaration());
+    choices += choiceRows(parameter->declaration());
   if (!choices.empty())
     text += "\n" + localized("reference.choices") + "\n\n" + choices;
   text += "\n" + resultOf(action.resultType()) + "\n```sh\n";

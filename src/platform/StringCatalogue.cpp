@@ -18,7 +18,7 @@
 namespace tabwright::platform {
 namespace {
 
-const Logger log("StringCatalogue");
+const Logger catalogueLog("StringCatalogue");
 
 constexpr std::string_view fallbackLanguage = "en";
 
@@ -27,15 +27,16 @@ std::unordered_map<std::string, std::string> parseTable(const StringCatalogue::S
   boost::system::error_code error;
   const boost::json::value json = boost::json::parse({source.json.data(), source.json.size()}, error);
   if (error || !json.is_object()) {
-    log.error("The string table {} of {} is no JSON object: {}", source.table, source.language, error.message());
+    catalogueLog.error("The string table {} of {} is no JSON object: {}", source.table, source.language,
+                       error.message());
     return texts;
   }
   for (const auto& [key, text] : json.get_object()) {
     if (text.is_string())
       texts.emplace(key, text.get_string());
     else
-      log.error("The text {} in the string table {} of {} is no text", std::string_view(key), source.table,
-                source.language);
+      catalogueLog.error("The text {} in the string table {} of {} is no text", std::string_view(key), source.table,
+                         source.language);
   }
   return texts;
 }

@@ -12,7 +12,7 @@ namespace {
 
 /// Address space, not memory: pages are taken as a script's recursion reaches them.
 constexpr std::size_t stackBytes = std::size_t{64} << 20;
-constexpr std::size_t mostIdle = 8;
+constexpr std::size_t mostIdleThreads = 8;
 
 } // namespace
 
@@ -93,7 +93,7 @@ void* WorkerThreads::threadMain(void* threads) {
 void WorkerThreads::serve() {
   MutexLock lock(mutex_);
   for (;;) {
-    if (queue_.empty() && idle_ >= mostIdle && !isClosing_) {
+    if (queue_.empty() && idle_ >= mostIdleThreads && !isClosing_) {
       joinEnded(); // so that at most one keeps its stack
       std::erase(threads_, pthread_self());
       ended_.push_back(pthread_self());

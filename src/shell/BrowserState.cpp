@@ -16,7 +16,7 @@
 namespace tabwright::shell {
 namespace {
 
-const platform::Logger log("UserDefaults");
+const platform::Logger stateLog("UserDefaults");
 
 // In the order of the enum.
 constexpr std::array<std::string_view, 5> statusNames{"unknown", "appNotInstalled", "requesting", "granted", "denied"};
@@ -66,7 +66,7 @@ std::optional<shell::BrowserStates> DefaultsCoding<shell::BrowserStates>::from(c
     std::optional<shell::BrowserState> state = shell::BrowserState::fromJSON(text);
     static std::atomic<bool> isLogged = false; // the map is read all the time
     if (!state && !isLogged.exchange(true))
-      shell::log.error("The stored state of {} can't be read: {}", id, text);
+      shell::stateLog.error("The stored state of {} can't be read: {}", id, text);
     states.emplace(id, std::move(state).value_or(shell::BrowserState()));
   }
   return states;

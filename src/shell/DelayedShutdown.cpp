@@ -20,7 +20,7 @@ namespace tabwright::shell {
 
 namespace {
 
-const platform::Logger log("DelayedShutdown");
+const platform::Logger shutdownLog("DelayedShutdown");
 
 } // namespace
 
@@ -77,7 +77,7 @@ DelayedShutdown::~DelayedShutdown() {
 void DelayedShutdown::scheduleShutdown() {
   const Surroundings& surroundings = pending_->surroundings;
   if (!surroundings.appState.isAppRunningHidden) {
-    log.debug("Not started by service/action, no shutdown scheduling");
+    shutdownLog.debug("Not started by service/action, no shutdown scheduling");
     return;
   }
   const auto job = std::make_shared<Job>(surroundings.background);
@@ -91,7 +91,7 @@ void DelayedShutdown::scheduleShutdown() {
         fire(weak, finished);
     });
   }
-  log.debug("(Re-)scheduled automatic app shutdown");
+  shutdownLog.debug("(Re-)scheduled automatic app shutdown");
 }
 
 void DelayedShutdown::fire(const std::weak_ptr<Pending>& weakPending, const std::shared_ptr<Job>& job) {

@@ -10,7 +10,7 @@ namespace tabwright::shell {
 
 namespace {
 
-const platform::Logger log("Main");
+const platform::Logger mainLog("Main");
 
 } // namespace
 
@@ -30,7 +30,7 @@ Main::Main(const Surroundings& surroundings)
                  .mainActor = surroundings.mainActor,
                  .errorTracking = surroundings.errorTracking}) {
   application_.setDelegate(&delegate_);
-  log.info("{}", Varn::App::identificationLine());
+  mainLog.info("{}", Varn::App::identificationLine());
 }
 
 Main::~Main() {

@@ -11,7 +11,7 @@ namespace tabwright::shell {
 
 namespace {
 
-const platform::Logger log("MainDelegate");
+const platform::Logger delegateLog("MainDelegate");
 
 } // namespace
 
@@ -20,7 +20,7 @@ MainDelegate::MainDelegate(Surroundings surroundings) : surroundings_(std::move(
 void MainDelegate::applicationDidFinishLaunching() {
   // 1. Tell which kind of launch this is.
   if (surroundings_.appState.isAppRunningHidden)
-    log.debug("Launched by action/service");
+    delegateLog.debug("Launched by action/service");
   // 2. The first launch of all is remembered.
   surroundings_.defaultsManager.recordFirstLaunch(surroundings_.clock);
   // 3. From here on failures are reported.
@@ -37,7 +37,7 @@ void MainDelegate::applicationDidFinishLaunching() {
 }
 
 void MainDelegate::applicationWillTerminate() {
-  log.debug("Shutting down");
+  delegateLog.debug("Shutting down");
 }
 
 } // namespace tabwright::shell

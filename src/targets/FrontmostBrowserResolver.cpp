@@ -19,8 +19,10 @@ using engine::ScriptacularError;
 
 /// The lookup's own error speaks of processes of System Events, of which its user knows nothing.
 platform::Notice nothingInFront() {
-  return {{"FrontmostBrowser", "nothingInFront", std::nullopt},
-          "No application is in front, so no browser is. Start one, or name the one that is meant with targetContext."};
+  return {
+      {"FrontmostBrowser", "nothingInFront", std::nullopt},
+      "No application is in front, so no browser is. Start one, as “tabwright browser chromium” does, or name the one "
+      "that is meant with targetContext."};
 }
 
 } // namespace

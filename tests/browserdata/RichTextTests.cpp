@@ -16,13 +16,13 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-std::string converted(std::string_view page) {
+std::string richTextOf(std::string_view page) {
   return richText(html::Document::parse(page));
 }
 
 // The body behind the declarations, without the group's end.
 std::string textOf(std::string_view page) {
-  const std::string whole = converted(page);
+  const std::string whole = richTextOf(page);
   const std::size_t start = std::min(whole.find("\\pard"), whole.find("\\trowd"));
   return whole.substr(start, whole.size() - start - 2);
 }
@@ -42,13 +42,13 @@ int countOf(std::string_view text, std::string_view part) {
   return count;
 }
 
-struct Case {
+struct RichTextCase {
   std::string_view page;
   std::string_view expected;
 };
 
 TEST(RichText, WritesRunsWithTheStylesOfTheirElements) {
-  for (const auto& [page, expected] : std::vector<Case>{
+  for (const auto& [page, expected] : std::vector<RichTextCase>{
            {"plain", "plain"},
            {"a <b>b <i>c</i></b> <strong>d</strong> <em>e</em>", "a {\\b b }{\\b\\i c} {\\b d} {\\i e}"},
            {"<u>a</u><ins>b</ins><s>c</s><del>d</del>", "{\\ul ab}{\\strike cd}"},
@@ -62,7 +62,7 @@ TEST(RichText, WritesRunsWithTheStylesOfTheirElements) {
 }
 
 TEST(RichText, EscapesItsOwnSignsAndAllThatIsNotASCII) {
-  for (const auto& [page, expected] : std::vector<Case>{
+  for (const auto& [page, expected] : std::vector<RichTextCase>{
            {"\\par {x}", "\\\\par \\{x\\}"},
            {"caf\u00E9 \u20AC", "caf\\u233? \\u8364?"},
            {"\uFFFD\uFB01", "\\u-3?\\u-1279?"},
@@ -78,7 +78,7 @@ TEST(RichText, EscapesItsOwnSignsAndAllThatIsNotASCII) {
 }
 
 TEST(RichText, CollapsesWhiteSpaceAsBrowsersDo) {
-  for (const auto& [page, expected] : std::vector<Case>{
+  for (const auto& [page, expected] : std::vector<RichTextCase>{
            {" a \n\t b ", "a b"},
            {"a <b> b </b> c", "a {\\b b }c"},
            {"<b>a </b><i> </i>", "{\\b a}"},
@@ -132,7 +132,7 @@ TEST(RichText, MakesFieldsOfLinksThatOthersMayFollow) {
 }
 
 TEST(RichText, NumbersListsAndTheirLevels) {
-  const std::string nested = converted("<ul><li>a<ol start=3 type=i><li>b<li>c</ol><li>d</ul>");
+  const std::string nested = richTextOf("<ul><li>a<ol start=3 type=i><li>b<li>c</ol><li>d</ul>");
   EXPECT_THAT(nested, HasSubstr("\\pard\\plain\\ls1\\ilvl0\\fi-360\\li480\\lin480 {\\listtext \\u8226?\\tab}a\\par\n"
                                 "\\pard\\plain\\ls2\\ilvl1\\fi-360\\li960\\lin960 {\\listtext iii.\\tab}b\\par\n"
                                 "\\pard\\plain\\ls2\\ilvl1\\fi-360\\li960\\lin960 {\\listtext iv.\\tab}c\\par\n"
@@ -143,7 +143,7 @@ TEST(RichText, NumbersListsAndTheirLevels) {
 
   const auto marks = [](std::string_view page) {
     std::string result;
-    const std::string text = converted(page);
+    const std::string text = richTextOf(page);
     for (std::size_t at = text.find("listtext "); at != std::string::npos; at = text.find("listtext ", at)) {
       at += 9;
       result += text.substr(at, text.find("\\tab", at) - at) + " ";
@@ -205,7 +205,7 @@ TEST(RichText, NestsTablesUpToADepth) {
 }
 
 TEST(RichText, MarksRunsFromRightToLeft) {
-  for (const auto& [page, expected] : std::vector<Case>{
+  for (const auto& [page, expected] : std::vector<RichTextCase>{
            {"a \u05D0 1 \u05D1 b", "a {\\ltrch\\rtlch \\u1488? 1 \\u1489?} b"},
            {"a <b>\u05D0</b>", "a {\\ltrch\\b\\rtlch\\ab \\u1488?}"},
            {"a <span dir=rtl>1 !</span>", "a {\\ltrch\\rtlch 1 !}"},
@@ -245,7 +245,7 @@ TEST(RichText, IsBalancedASCIIInProportionToAnyPage) {
            {repeated("<b><i><u>", 2000) + "x", 60},
            {"<p dir=rtl>" + repeated("\u05D0{ a}", 2000), 60},
        }) {
-    const std::string text = converted(hostile.page);
+    const std::string text = richTextOf(hostile.page);
     EXPECT_LT(text.size(), 4000 + hostile.growth * hostile.page.size()) << hostile.page.substr(0, 40);
     EXPECT_TRUE(std::ranges::all_of(text, [](char c) { return c == '\n' || (c >= ' ' && c < 0x7F); }));
     int depth = 0;

@@ -1,4 +1,5 @@
 #include "devtools/Connection.h"
+#include "devtools/Limits.h"
 #include "support/PageServer.h"
 #include "support/ScriptedBrowser.h"
 
@@ -20,10 +21,6 @@ using Call = boost::json::object;
 
 namespace {
 
-/// Far enough away that only a hang reaches it.
-CallLimits limits() {
-  return {std::chrono::steady_clock::now() + 60s, {}};
-}
 CallLimits soon() {
   return {std::chrono::steady_clock::now() + 20ms, {}};
 }

@@ -1,3 +1,4 @@
+#include "devtools/Limits.h"
 #include "devtools/Session.h"
 #include "support/ScriptedBrowser.h"
 #include "support/SteppedDeadlines.h"
@@ -14,10 +15,6 @@ using Call = boost::json::object;
 using namespace std::chrono_literals;
 
 namespace {
-
-platform::CallLimits limits() {
-  return {std::chrono::steady_clock::now() + 60s, {}};
-}
 
 /// A browser with one page, whose answer to Runtime.evaluate a test decides by the expression.
 class SessionTest : public testing::Test {

@@ -76,7 +76,7 @@ TEST(LinuxUserDefaultsProcess, AKilledWriterLeavesTheOldStateOrTheNew) {
     });
     ASSERT_GT(child, 0);
     char signal = 0;
-    ASSERT_EQ(read(ready[0], &signal, 1), 1);
+    ASSERT_EQ(::read(ready[0], &signal, 1), 1);
     std::this_thread::sleep_for(longest * (random() % 1000) / 1000);
     kill(child, SIGKILL);
     int status = 0;

@@ -22,7 +22,7 @@ namespace {
 using platform::BrowserFacts;
 
 // A first start on a slow machine takes more than ten seconds.
-constexpr std::chrono::seconds patience{60};
+constexpr std::chrono::seconds startPatience{60};
 
 const BrowserFacts& requireBrowser(const std::string& wanted) {
   const BrowserFacts* facts = platform::findBrowser(platform::lowercased(wanted));
@@ -61,7 +61,7 @@ ExitCode browser(const BrowserCommand& command) {
 
   LaunchedBrowser launched;
   const auto waiting = client::waitingLineAtTerminal(std::string(facts.name));
-  runInterruptibly([&](const std::stop_token& stop) { launched = launchBrowser(launch, logFile, patience, stop); },
+  runInterruptibly([&](const std::stop_token& stop) { launched = launchBrowser(launch, logFile, startPatience, stop); },
                    waiting.get());
 
   if (command.output == OutputForm::json || ::isatty(STDOUT_FILENO) != 1) {

@@ -24,7 +24,7 @@ namespace {
 namespace asio = boost::asio;
 
 // A person waits at a prompt, and the browser may hang.
-constexpr std::chrono::milliseconds patience{1500};
+constexpr std::chrono::milliseconds promptPatience{1500};
 
 /// Nobody is asked while words are completed.
 class NobodyToAsk final : public intents::ActionHost {
@@ -48,7 +48,7 @@ std::vector<Candidate> thingsIn(const host::Catalogue& catalogue, const intents:
                        if (!failure)
                          list = std::move(result);
                      }));
-  context.run_for(patience);
+  context.run_for(promptPatience);
   if (!context.stopped()) {
     cancel.emit(asio::cancellation_type::all);
     context.run();

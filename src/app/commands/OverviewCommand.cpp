@@ -31,7 +31,7 @@ constexpr Row firstCommands[]{
     {"tabwright help", "shows all commands"},
 };
 
-constexpr std::chrono::milliseconds patience{800}; // with all of them, who are looked at together
+constexpr std::chrono::milliseconds lookPatience{800}; // with all of them, who are looked at together
 
 std::string sentenceOf(const platform::BrowserFacts& facts, const BrowserReach& reach) {
   switch (reach.kind) {
@@ -59,7 +59,7 @@ std::string statusOfBrowsers() {
   };
   std::vector<Look> looks;
   for (const platform::RunningBrowser& browser : platform::RunningBrowsers().findAll())
-    looks.push_back({browser.facts, std::async(std::launch::async, reachOf, browser, patience)});
+    looks.push_back({browser.facts, std::async(std::launch::async, reachOf, browser, lookPatience)});
   if (looks.empty())
     return "No browser is running that can be driven: “tabwright browser chromium” starts one.\n";
   // Of several of one kind the one that is reached best counts.

@@ -17,7 +17,7 @@ bool asksNothing(const Try& statement) {
          !statement.onlyNumber;
 }
 
-bool isTextClass(const Value& type) {
+bool isTextType(const Value& type) {
   const auto* className = type.get<Value::ClassPointer>();
   return className && (*className)->code == codes::text;
 }
@@ -27,7 +27,7 @@ std::optional<Value> attempt(Evaluator& run, const Expression& expression) {
   if (const auto* coercion = as<Coercion>(expression)) {
     const Value value = run.operand(*coercion->operand);
     const Value type = run.operand(*coercion->type);
-    if (value.is<Value::RecordPointer>() && isTextClass(type))
+    if (value.is<Value::RecordPointer>() && isTextType(type))
       return std::nullopt;
     return coerced(run, value, type);
   }

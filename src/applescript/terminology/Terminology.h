@@ -37,6 +37,11 @@ struct Term {
   /// A command that takes no direct parameter (`current date`) leaves what follows it to the expression around it.
   enum class DirectParameter { optional, none };
   DirectParameter directParameter = DirectParameter::optional;
+
+  [[nodiscard]] static constexpr Term command(std::string_view words, EventCode event,
+                                              std::span<const ParameterTerm> parameters = {}) {
+    return {Kind::command, words, 0, {}, event, parameters};
+  }
 };
 
 /// The dictionary of an application, or the language's own.

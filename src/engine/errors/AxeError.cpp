@@ -8,7 +8,7 @@ namespace tabwright::engine {
 namespace {
 
 using enum AxeError;
-constexpr platform::FailureTable<AxeError, 10> table{
+constexpr platform::FailureTable<AxeError, 10> axeErrors{
     "AxeError",
     {
         {appCouldNotBeActivated, "appCouldNotBeActivated", "The app couldn't be activated or launched"},
@@ -26,11 +26,11 @@ constexpr platform::FailureTable<AxeError, 10> table{
 } // namespace
 
 std::string_view rawValue(AxeError error) {
-  return table[error].sentence;
+  return axeErrors[error].sentence;
 }
 
 std::optional<AxeError> axeErrorWithRawValue(std::string_view rawValue) {
-  for (const auto& row : table.rows()) {
+  for (const auto& row : axeErrors.rows()) {
     if (row.sentence == rawValue)
       return row.kind;
   }
@@ -42,7 +42,7 @@ std::string errorDescription(AxeError error, const std::string&) {
 }
 
 platform::FailureIdentity identity(AxeError error) {
-  return table.identity(error);
+  return axeErrors.identity(error);
 }
 
 } // namespace tabwright::engine

@@ -7,7 +7,7 @@ namespace tabwright::engine {
 namespace {
 
 using enum JavascriptError;
-constexpr platform::FailureTable<JavascriptError, 2> table{
+constexpr platform::FailureTable<JavascriptError, 2> javascriptErrors{
     "JavascriptError",
     {{syntaxException, "syntaxException", "enum.JavascriptError.syntaxException %@"},
      {unableToParseJS, "unableToParseJS", "enum.JavascriptError.unableToParseJS"}}};
@@ -15,11 +15,11 @@ constexpr platform::FailureTable<JavascriptError, 2> table{
 } // namespace
 
 std::string errorDescription(JavascriptError error, const std::string& detail) {
-  return platform::localizedFormat(table[error].sentence, {detail});
+  return platform::localizedFormat(javascriptErrors[error].sentence, {detail});
 }
 
 platform::FailureIdentity identity(JavascriptError error) {
-  return table.identity(error);
+  return javascriptErrors.identity(error);
 }
 
 } // namespace tabwright::engine

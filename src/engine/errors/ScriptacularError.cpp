@@ -9,7 +9,7 @@ namespace {
 
 using enum ScriptacularError;
 using platform::FailureClass;
-constexpr platform::FailureTable<ScriptacularError, 10> table{
+constexpr platform::FailureTable<ScriptacularError, 10> scriptacularErrors{
     "ScriptacularError",
     {
         {browserNotFound, "browserNotFound", "It appears this browser isn't installed!", FailureClass::notFound},
@@ -37,11 +37,11 @@ constexpr platform::FailureTable<ScriptacularError, 10> table{
 } // namespace
 
 std::string errorDescription(ScriptacularError error, const std::string&) {
-  return platform::localized(table[error].sentence);
+  return platform::localized(scriptacularErrors[error].sentence);
 }
 
 platform::FailureIdentity identity(ScriptacularError error) {
-  return table.identity(error);
+  return scriptacularErrors.identity(error);
 }
 
 } // namespace tabwright::engine

@@ -6,17 +6,17 @@
 namespace tabwright::engine {
 namespace {
 
-constexpr platform::FailureTable<StringError, 1> table{
+constexpr platform::FailureTable<StringError, 1> stringErrors{
     "StringError", {{StringError::unableToDecodeJSON, "unableToDecodeJSON", "enum.StringError.unableToDecodeJSON"}}};
 
 } // namespace
 
 std::string errorDescription(StringError error, const std::string&) {
-  return platform::localized(table[error].sentence, "Skeleton-Errors");
+  return platform::localized(stringErrors[error].sentence, "Skeleton-Errors");
 }
 
 platform::FailureIdentity identity(StringError error) {
-  return table.identity(error);
+  return stringErrors.identity(error);
 }
 
 } // namespace tabwright::engine

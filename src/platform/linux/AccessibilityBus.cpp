@@ -14,7 +14,7 @@ namespace tabwright::platform {
 
 namespace {
 
-constexpr std::size_t mostIdle = 4;
+constexpr std::size_t mostIdleBuses = 4;
 
 /// The first call may have to start the bus.
 constexpr auto patience = Accessibility::longestArrival;
@@ -107,7 +107,7 @@ std::unique_ptr<BusConnection> AccessibilityBus::take(const CallLimits& limits) 
 
 void AccessibilityBus::giveBack(std::unique_ptr<BusConnection> connection) {
   const MutexLock lock(mutex_);
-  if (idle_.size() < mostIdle)
+  if (idle_.size() < mostIdleBuses)
     idle_.push_back(std::move(connection));
 }
 

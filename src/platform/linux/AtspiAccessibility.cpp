@@ -18,7 +18,7 @@ namespace tabwright::platform {
 
 namespace {
 
-const Logger log("AtspiAccessibility");
+const Logger atspiLog("AtspiAccessibility");
 
 /// Questions under way at once; a bus takes some thousands before it refuses.
 constexpr std::size_t mostPending = 1000;
@@ -83,7 +83,7 @@ std::unique_ptr<BusConnection> connectTo(BusConnection& bus, const std::string& 
     if (own->collect(limits, Accessibility::longestSilence) == BusConnection::Outcome::answered)
       return own;
   } catch (const BusLost& lost) {
-    log.debug("No connection of our own to an application: {}", lost.what());
+    atspiLog.debug("No connection of our own to an application: {}", lost.what());
   }
   return nullptr;
 }

@@ -25,7 +25,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const Logger log("InstalledBrowsers");
+const Logger browsersLog("InstalledBrowsers");
 
 constexpr std::size_t mostBytes = std::size_t{1} << 20; // entries with all their translations have some ten thousand
 
@@ -64,7 +64,7 @@ EntryState stateOf(int folder, const std::string& name, std::string_view path) {
     return EntryState::absent;
   const std::optional<DesktopEntry> entry = readEntry(file);
   if (!entry) {
-    log.error("Failed to get info dictionary for {}", name.substr(name.rfind('/') + 1));
+    browsersLog.error("Failed to get info dictionary for {}", name.substr(name.rfind('/') + 1));
     return EntryState::absent;
   }
   const bool isThere =

@@ -25,7 +25,7 @@ namespace tabwright::platform {
 
 namespace {
 
-const Logger log("UserDefaults");
+const Logger defaultsLog("UserDefaults");
 
 } // namespace
 
@@ -58,7 +58,8 @@ struct LinuxUserDefaults::Parts {
     refresh();
     applyChange(change, shown);
     if (!pending.add(std::move(change)) && !std::exchange(isLossLogged, true))
-      log.error("More than {} changes of the settings can't be stored: the oldest are given up", PendingChanges::limit);
+      defaultsLog.error("More than {} changes of the settings can't be stored: the oldest are given up",
+                        PendingChanges::limit);
   }
 
   // The pending changes on top of what is on the disk; their end; the state beneath them.
@@ -108,7 +109,7 @@ struct LinuxUserDefaults::Parts {
   void logOnce(const FileFailure& failure) REQUIRES(state) {
     const std::string text = failure.errorDescription();
     if (logged.insert(text).second)
-      log.error("{}", text);
+      defaultsLog.error("{}", text);
   }
 
   const SettingsFile file;

@@ -9,7 +9,7 @@
 namespace tabwright::platform {
 namespace {
 
-const Logger log("UserDefaults");
+const Logger changesLog("UserDefaults");
 
 class DocumentChange final : public DefaultsChange {
 public:
@@ -41,7 +41,7 @@ AppliedChanges applyChange(const DefaultsUpdate& change, PropertyListDocument& d
   try {
     change(documentChange);
   } catch (const std::exception& error) {
-    log.error("A change of the settings failed: {}", error.what());
+    changesLog.error("A change of the settings failed: {}", error.what());
   }
   return documentChange.applied;
 }

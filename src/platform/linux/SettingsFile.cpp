@@ -23,7 +23,7 @@ namespace {
 constexpr std::size_t longestFile = 4UL * 1024 * 1024;
 constexpr int mostCopies = 3; // of damaged files
 
-const Logger log("UserDefaults");
+const Logger fileLog("UserDefaults");
 
 std::filesystem::path withEnding(std::filesystem::path path, std::string_view ending) {
   path += ending;
@@ -92,7 +92,7 @@ SettingsFile::SnapshotPointer SettingsFile::load(const SnapshotPointer& previous
   if (document)
     snapshot->document = *std::move(document);
   else
-    log.error("The settings “{}” are damaged: defaults hold", file_.string());
+    fileLog.error("The settings “{}” are damaged: defaults hold", file_.string());
   return snapshot;
 }
 
@@ -130,7 +130,7 @@ SettingsFile::SnapshotPointer SettingsFile::replace(const Snapshot& old, Propert
   try {
     syncFolder(file_.parent_path());
   } catch (const FileFailure& failure) {
-    log.error("{}", failure.errorDescription());
+    fileLog.error("{}", failure.errorDescription());
   }
   snapshot->kind = Snapshot::Kind::readable;
   snapshot->document = std::move(document);
@@ -147,7 +147,7 @@ void SettingsFile::keepAside() const {
   }
   if (link(file_.c_str(), copy(1).c_str()) != 0 && rename(file_.c_str(), copy(1).c_str()) != 0)
     throw FileFailure("set aside", file_, errno);
-  log.error("Set the damaged settings “{}” aside as “{}”", file_.string(), copy(1).string());
+  fileLog.error("Set the damaged settings “{}” aside as “{}”", file_.string(), copy(1).string());
 }
 
 } // namespace tabwright::platform

@@ -25,7 +25,7 @@ namespace {
 // The action that asked for the write is still running, and matters more.
 constexpr std::chrono::milliseconds delayOfWrites{100};
 
-const Logger log("UserDefaults");
+const Logger threadLog("UserDefaults");
 
 // Takes all events from the queue. True when one of them was about the file.
 bool isAboutFile(int watch, const std::string& fileName) {
@@ -66,7 +66,7 @@ void SettingsThread::follow(const std::filesystem::path& file) {
   FileDescriptor watch(inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
   constexpr std::uint32_t events = IN_MOVED_TO | IN_MOVED_FROM | IN_CLOSE_WRITE | IN_DELETE;
   if (!watch.isOpen() || inotify_add_watch(watch.number(), file.parent_path().c_str(), events) < 0) {
-    log.error("{}", FileFailure("follow", file, errno).errorDescription());
+    threadLog.error("{}", FileFailure("follow", file, errno).errorDescription());
     return;
   }
   watch_ = std::move(watch);
@@ -83,7 +83,7 @@ void SettingsThread::ensureRunning() {
   try {
     thread_ = std::jthread([this](const std::stop_token& stop) { run(stop); });
   } catch (const std::system_error& error) { // the destructor of the store writes, then
-    log.error("No thread for the settings: {}", error.what());
+    threadLog.error("No thread for the settings: {}", error.what());
   }
 }
 

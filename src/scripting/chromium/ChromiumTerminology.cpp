@@ -17,12 +17,7 @@ constexpr ParameterTerm makeParameters[]{{"new", keywords::elementClass},
                                          {"with data", keywords::data},
                                          {"with properties", keywords::withProperties}};
 
-constexpr Term command(std::string_view words, applescript::EventCode event,
-                       std::span<const ParameterTerm> parameters = {}) {
-  return {Kind::command, words, 0, {}, event, parameters};
-}
-
-constexpr Term rows[]{
+constexpr Term chromiumTerms[]{
     {Kind::className, "application", applescript::fourCharCode("capp"), "applications"},
     {Kind::className, "window", applescript::fourCharCode("cwin"), "windows"},
     {Kind::className, "document", applescript::fourCharCode("docu"), "documents"},
@@ -51,19 +46,19 @@ constexpr Term rows[]{
     {Kind::property, "zoomable", applescript::fourCharCode("iszm")},
     {Kind::property, "zoomed", applescript::fourCharCode("pzum")},
 
-    command("execute", chromium::execute, executeParameters),
-    command("go back", chromium::goBack),
-    command("go forward", chromium::goForward),
+    Term::command("execute", chromium::execute, executeParameters),
+    Term::command("go back", chromium::goBack),
+    Term::command("go forward", chromium::goForward),
     {Kind::command, "make", 0, {}, events::make, makeParameters, Term::DirectParameter::none},
-    command("open location", openLocation),
-    command("reload", chromium::reload),
-    command("stop", chromium::stop),
+    Term::command("open location", openLocation),
+    Term::command("reload", chromium::reload),
+    Term::command("stop", chromium::stop),
 };
 
 } // namespace
 
 const applescript::Terminology& chromiumTerminology() {
-  static const applescript::Terminology terminology("Chromium", rows);
+  static const applescript::Terminology terminology("Chromium", chromiumTerms);
   return terminology;
 }
 

@@ -26,7 +26,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const platform::Logger log("BrowserLink");
+const platform::Logger linkLog("BrowserLink");
 
 constexpr auto patienceWithPlanting = 10s; // which takes a page a tenth of a second, unless its code keeps it busy
 
@@ -67,7 +67,7 @@ std::unique_ptr<BrowserView> BrowserLink::makeView(const std::filesystem::path& 
   } catch (const DevToolsFailure& failure) {
     if (failure.kind() != DevToolsFault::refused)
       throw;
-    log.error("The browser takes no helper, so the order of windows and tabs is a guess: {}", failure.detail());
+    linkLog.error("The browser takes no helper, so the order of windows and tabs is a guess: {}", failure.detail());
     return std::make_unique<ProtocolView>(connection_, pages_, versionOf(version->result(limits)));
   }
 }

@@ -19,7 +19,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const platform::Logger log("DevToolsDriver");
+const platform::Logger driverLog("DevToolsDriver");
 
 DriverFailure translated(const DevToolsFailure& failure, const std::string& subject) {
   switch (failure.kind()) {
@@ -67,7 +67,8 @@ double lastFocus(BrowserLink& link, const CallLimits& limits) {
   try {
     return link.lastFocus(platform::boundedBy(limits, 2s));
   } catch (const platform::Failure& failure) {
-    log.debug("The last focus of process {} can't be told: {}", link.browser().process, failure.errorDescription());
+    driverLog.debug("The last focus of process {} can't be told: {}", link.browser().process,
+                    failure.errorDescription());
     return 0;
   }
 }
@@ -102,8 +103,8 @@ void DevToolsDriver::keepForRun(const CallLimits& limits, const std::shared_ptr<
     runs_.push_back({limits.notices, link});
 }
 
-/// True when the user may have gone on to another browser: between runs where there are others, or where others may have
-/// been started; and after a pause for calls of which it isn't known what run they belong to.
+/// True when the user may have gone on to another browser: between runs where there are others, or where others may
+/// have been started; and after a pause for calls of which it isn't known what run they belong to.
 bool DevToolsDriver::beginsAnew(bool isNewRun) {
   const platform::MutexLock lock(mutex_);
   const auto now = std::chrono::steady_clock::now();
@@ -134,7 +135,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::chooseLink(const CallLimits& callLi
   } catch (const platform::Failure& failure) {
     if (!present || !present->isOpen())
       throw;
-    log.error("Which browser is meant can't be told, so the last one counts: {}", failure.errorDescription());
+    driverLog.error("Which browser is meant can't be told, so the last one counts: {}", failure.errorDescription());
     return present;
   }
   const platform::MutexLock lock(mutex_);
@@ -168,7 +169,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::connect(const CallLimits& limits) {
         unreachable = failure;
       else if (!chosen)
         throw;
-      log.debug("Process {} is left out: {}", browser.process, failure.errorDescription());
+      driverLog.debug("Process {} is left out: {}", browser.process, failure.errorDescription());
     }
   }
   if (!chosen && unreachable)
@@ -187,7 +188,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::tryLink(const platform::RunningBrow
     return present;
   const auto endpoint = parts_.discovery.endpoint(browser.profileDirectory, browser.process, browser.owner);
   if (!endpoint) {
-    log.debug("Process {} does not accept remote debugging: {}", browser.process, endpoint.error().detail);
+    driverLog.debug("Process {} does not accept remote debugging: {}", browser.process, endpoint.error().detail);
     switch (endpoint.error().fault) {
     case devtools::DiscoveryFault::absent:
     case devtools::DiscoveryFault::notListening: // a file of an earlier run
@@ -217,7 +218,7 @@ bool DevToolsDriver::isRunning() {
   try {
     return currentLink() != nullptr || !parts_.findRunning().empty();
   } catch (const std::exception& error) {
-    log.error("Running browsers can't be listed: {}", error.what());
+    driverLog.error("Running browsers can't be listed: {}", error.what());
     return false;
   }
 }

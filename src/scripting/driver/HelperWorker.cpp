@@ -32,12 +32,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const platform::Logger log("HelperWorker");
+const platform::Logger helperLog("HelperWorker");
 
 /// Follows from the public key in the helper's manifest: the first half of the key's SHA-256, hexadecimal digits as
 /// a–p.
 constexpr std::string_view helperID = "pjbehgeaikpfphapeepnoedabkdomakk";
-constexpr auto lookAgain = 5ms;
+constexpr auto helperPause = 5ms;
 /// A worker answers in a millisecond. One that is being replaced may never, without a word.
 constexpr auto patienceWithWorker = 1s;
 
@@ -76,7 +76,7 @@ public:
       : descriptor_(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
     try {
       while (descriptor_ >= 0 && ::flock(descriptor_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
-        devtools::pause(lookAgain, "the helper is being loaded by another process", limits);
+        devtools::pause(helperPause, "the helper is being loaded by another process", limits);
     } catch (...) {
       ::close(descriptor_);
       throw;
@@ -185,7 +185,7 @@ std::shared_ptr<Session> HelperWorker::attachToRunning(const platform::CallLimit
       const devtools::Evaluation version = session->evaluate(question, limits.within(patienceWithWorker));
       if (version.value.is_string() && !version.value.get_string().empty())
         return isOlder(std::string(version.value.get_string()), version_) ? nullptr : session;
-      devtools::pause(lookAgain, "the helper is starting", limits);
+      devtools::pause(helperPause, "the helper is starting", limits);
     }
   } catch (const DevToolsFailure& failure) {
     // It ended while we were at it.
@@ -193,7 +193,7 @@ std::shared_ptr<Session> HelperWorker::attachToRunning(const platform::CallLimit
     const bool isMute = failure.kind() == DevToolsFault::timedOut && !limits.hasPassed();
     if (!isOver && !isMute)
       throw;
-    log.debug("The helper's worker {} is left: {}", target, failure.errorDescription());
+    helperLog.debug("The helper's worker {} is left: {}", target, failure.errorDescription());
     return nullptr;
   }
 }
@@ -209,7 +209,7 @@ std::shared_ptr<Session> HelperWorker::wakeOrLoad(const platform::CallLimits& li
     } catch (const DevToolsFailure& failure) {
       if (failure.kind() != DevToolsFault::timedOut)
         throw;
-      log.info("The helper does not wake; it is loaded anew.");
+      helperLog.info("The helper does not wake; it is loaded anew.");
     }
   }
   load(limits);
@@ -220,7 +220,7 @@ std::shared_ptr<Session> HelperWorker::awaitWorker(const platform::CallLimits& l
   for (;;) {
     if (std::shared_ptr<Session> session = attachToRunning(limits))
       return session;
-    devtools::pause(lookAgain, "the helper is starting", limits);
+    devtools::pause(helperPause, "the helper is starting", limits);
   }
 }
 
@@ -268,7 +268,7 @@ void HelperWorker::wake(const platform::CallLimits& limits) {
 }
 
 void HelperWorker::load(const platform::CallLimits& limits) {
-  log.info("Loading the helper from {}.", place_.directory.string());
+  helperLog.info("Loading the helper from {}.", place_.directory.string());
   const boost::json::value reply = connection_->call(
       "Extensions.loadUnpacked", {{"path", place_.directory.string()}, {"enableInIncognito", true}}, {}, limits);
   if (JSONReader(reply).require<std::string>("id") != helperID)

@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const platform::Logger log("Lookahead");
+const platform::Logger lookaheadLog("Lookahead");
 
 // The calls of one run follow each other faster than this, and one look after the last is enough.
 constexpr std::chrono::nanoseconds moment = 200us;
@@ -64,7 +64,7 @@ void Lookahead::run(const std::stop_token& stop) const {
     try {
       look_(stop);
     } catch (const std::exception& error) {
-      log.debug("A look ahead failed: {}", error.what());
+      lookaheadLog.debug("A look ahead failed: {}", error.what());
     }
     const Time ended = std::chrono::steady_clock::now();
     notBefore = ended + restsPerLook * (ended - began);

@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto patienceWithPage = 5s; // its script needs some 0.7 s
-constexpr auto lookAgain = 20ms;
+constexpr auto controlsPause = 20ms;
 
 // A click before the page's own script has run would be lost, and the page is complete only when it has.
 constexpr const char* switchOn = R"((() => {
@@ -45,7 +45,7 @@ void NativeControls::show(const platform::CallLimits& callLimits) {
   while (page->evaluate(switchOn, patience).value != boost::json::value("on")) {
     if (patience.hasPassed())
       throw platform::failure(DriverFault::refused, "its page chrome://accessibility has no switch for it");
-    devtools::pause(lookAgain, "the browser is being told to show its controls", limits);
+    devtools::pause(controlsPause, "the browser is being told to show its controls", limits);
   }
   const platform::MutexLock lock(mutex_);
   page_ = std::move(page);

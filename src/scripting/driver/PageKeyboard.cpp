@@ -10,7 +10,7 @@ using platform::KeyModifiers;
 
 namespace {
 
-const platform::Logger log("PageKeyboard");
+const platform::Logger keyboardLog("PageKeyboard");
 
 constexpr std::uint32_t escape = 0xff1b, f1 = 0xffbe, f12 = 0xffc9;
 
@@ -73,7 +73,7 @@ std::optional<TabID> PageKeyboard::focusedTab(const FrontBrowser& front, const p
   } catch (const DriverFailure& failure) {
     if (!front.hasWindows || failure.kind() == DriverFault::stopped || failure.kind() == DriverFault::timedOut)
       throw;
-    log.debug("Keys go to the display: {}", failure.errorDescription());
+    keyboardLog.debug("Keys go to the display: {}", failure.errorDescription());
     return std::nullopt;
   }
 }

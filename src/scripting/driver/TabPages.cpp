@@ -15,7 +15,7 @@ using platform::JSONReader;
 
 namespace {
 
-const platform::Logger log("TabPages");
+const platform::Logger pagesLog("TabPages");
 
 constexpr std::chrono::seconds patienceWithBusyPages{20}; // beside that with pages on their way
 
@@ -83,7 +83,7 @@ std::optional<devtools::Evaluation> TabPages::evaluateOnArrival(TabID tab, const
     devtools::Evaluation result = page->evaluate(code, longest ? limits.within(*longest) : limits);
     page->probe();
     if (result.exception)
-      log.debug("JavaScript gave no value: {}", *result.exception);
+      pagesLog.debug("JavaScript gave no value: {}", *result.exception);
     return result;
   });
 }

@@ -11,27 +11,27 @@ namespace tabwright::scripting {
 
 using applescript::Value;
 using platform::AppleEventDescriptor;
-using Kind = platform::AppleEventDescriptor::Kind;
+using DescriptorKind = platform::AppleEventDescriptor::Kind;
 
 Value valueOf(const AppleEventDescriptor& descriptor) {
   switch (descriptor.kind()) {
-  case Kind::null:
+  case DescriptorKind::null:
     return Value::missing();
-  case Kind::boolean:
+  case DescriptorKind::boolean:
     return Value(descriptor.booleanValue());
-  case Kind::integer:
+  case DescriptorKind::integer:
     return Value(static_cast<std::int64_t>(descriptor.int32Value()));
-  case Kind::real:
+  case DescriptorKind::real:
     return Value(descriptor.doubleValue());
-  case Kind::string:
+  case DescriptorKind::string:
     return Value(descriptor.stringValue().value_or(""));
-  case Kind::list: {
+  case DescriptorKind::list: {
     std::vector<Value> items;
     for (std::size_t index = 1; index <= descriptor.numberOfItems(); ++index)
       items.push_back(valueOf(*descriptor.descriptorAtIndex(index)));
     return Value::list(std::move(items));
   }
-  case Kind::other:
+  case DescriptorKind::other:
     return Value(descriptor.description());
   }
   return Value::missing();

@@ -21,7 +21,7 @@ namespace errors = applescript::errors;
 
 namespace {
 
-constexpr auto windowCode = fourCharCode("cwin");
+constexpr auto safariWindowCode = fourCharCode("cwin");
 constexpr auto documentCode = fourCharCode("docu");
 
 template <auto Get>
@@ -167,7 +167,7 @@ Object tabAt(EventScope&, Object window, std::size_t position) {
 
 constexpr ElementRow windowElements[]{{&tabClass, tabCount, tabAt}};
 
-constexpr ObjectClass windowClass{windowCode, "window", windowProperties, windowElements, specifierOfWindow};
+constexpr ObjectClass windowClass{safariWindowCode, "window", windowProperties, windowElements, specifierOfWindow};
 
 // ----------------------------------------------------------- application
 
@@ -223,7 +223,7 @@ std::optional<Object> currentTabOf(BrowserScope& scope, Object window) {
 }
 
 applescript::SpecifierPointer safariWindowSpecifier(BrowserScope& scope, WindowID id) {
-  return applescript::elementByID(scope.root(), windowCode, Value(id));
+  return applescript::elementByID(scope.root(), safariWindowCode, Value(id));
 }
 
 applescript::SpecifierPointer safariTabSpecifier(applescript::SpecifierPointer window, std::size_t index) {

@@ -17,12 +17,7 @@ constexpr ParameterTerm makeParameters[]{{"new", keywords::elementClass},
                                          {"with data", keywords::data},
                                          {"with properties", keywords::withProperties}};
 
-constexpr Term command(std::string_view words, applescript::EventCode event,
-                       std::span<const ParameterTerm> parameters = {}) {
-  return {Kind::command, words, 0, {}, event, parameters};
-}
-
-constexpr Term rows[]{
+constexpr Term safariTerms[]{
     {Kind::className, "application", applescript::fourCharCode("capp"), "applications"},
     {Kind::className, "document", applescript::fourCharCode("docu"), "documents"},
     {Kind::className, "tab", safari::tab, "tabs"},
@@ -46,14 +41,14 @@ constexpr Term rows[]{
     {Kind::property, "zoomable", applescript::fourCharCode("iszm")},
     {Kind::property, "zoomed", applescript::fourCharCode("pzum")},
 
-    command("do javascript", safari::doJavaScript, javaScriptParameters),
+    Term::command("do javascript", safari::doJavaScript, javaScriptParameters),
     {Kind::command, "make", 0, {}, events::make, makeParameters, Term::DirectParameter::none},
 };
 
 } // namespace
 
 const applescript::Terminology& safariTerminology() {
-  static const applescript::Terminology terminology("Safari", rows);
+  static const applescript::Terminology terminology("Safari", safariTerms);
   return terminology;
 }
 

@@ -18,7 +18,7 @@ using platform::DesktopFault;
 
 namespace {
 
-const platform::Logger log("LinuxDesktop");
+const platform::Logger desktopLog("LinuxDesktop");
 
 constexpr std::chrono::milliseconds validity{20};
 
@@ -39,7 +39,7 @@ std::vector<ClientWindow> LinuxDesktop::windowsIfAny() {
   try {
     return seams_.windows.windows();
   } catch (const platform::DesktopFailure& failure) {
-    log.debug("{}", failure.errorDescription());
+    desktopLog.debug("{}", failure.errorDescription());
     return {};
   }
 }

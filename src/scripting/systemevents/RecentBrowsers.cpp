@@ -14,7 +14,7 @@ using platform::RunningBrowser;
 
 namespace {
 
-const platform::Logger log("RecentBrowsers");
+const platform::Logger browsersLog("RecentBrowsers");
 
 } // namespace
 
@@ -29,7 +29,7 @@ std::vector<RunningBrowser> RecentBrowsers::find(const platform::BrowserFacts& f
   try {
     order = desktop_->processes();
   } catch (const platform::Failure& failure) {
-    log.debug("The order of windows is unknown: {}", failure.errorDescription());
+    browsersLog.debug("The order of windows is unknown: {}", failure.errorDescription());
   }
   std::erase_if(order, [](const DesktopProcess& process) { return process.windows.empty(); });
   const auto placeAmongWindows = [&](const RunningBrowser& browser) {

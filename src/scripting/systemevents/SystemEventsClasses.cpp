@@ -28,10 +28,6 @@ constexpr auto get = reading<SystemEventsScope, Get>;
 template <auto Set>
 constexpr auto put = writing<SystemEventsScope, Set>;
 
-SystemEventsScope& events(EventScope& scope) {
-  return static_cast<SystemEventsScope&>(scope);
-}
-
 std::int64_t signedPosition(std::size_t position) {
   return static_cast<std::int64_t>(position);
 }
@@ -60,7 +56,7 @@ SpecifierPointer menuBarSpecifier(EventScope& scope, Object object) {
 SpecifierPointer entrySpecifier(EventScope& scope, Object object) {
   SpecifierPointer specifier = menuBarSpecifier(scope, object);
   bool isOnBar = true;
-  for (const std::size_t position : events(scope).path(object)) {
+  for (const std::size_t position : systemEvents(scope).path(object)) {
     const auto code = isOnBar ? systemevents::menuBarItem : systemevents::menuItem;
     if (!isOnBar)
       specifier = applescript::elementByIndex(specifier, systemevents::menu, 1);
@@ -75,18 +71,18 @@ SpecifierPointer menuSpecifier(EventScope& scope, Object menu) {
 }
 
 std::size_t entryCount(EventScope& scope, Object container) {
-  return events(scope).entries(container, events(scope).path(container)).size();
+  return systemEvents(scope).entries(container, systemEvents(scope).path(container)).size();
 }
 
 template <const ObjectClass& type>
 Object entryAt(EventScope& scope, Object container, std::size_t position) {
-  Path path = events(scope).path(container);
+  Path path = systemEvents(scope).path(container);
   path.push_back(position);
-  return {&type, container.first, events(scope).numberOf(path)};
+  return {&type, container.first, systemEvents(scope).numberOf(path)};
 }
 
 std::size_t ownMenuCount(EventScope& scope, Object entry) {
-  return events(scope).entry(entry).hasMenu ? 1 : 0;
+  return systemEvents(scope).entry(entry).hasMenu ? 1 : 0;
 }
 
 Object ownMenu(EventScope&, Object entry, std::size_t) {
@@ -186,7 +182,7 @@ std::size_t menuBarCount(EventScope&, Object) {
 }
 
 Object menuBarAt(EventScope& scope, Object process, std::size_t) {
-  return {&menuBarClass, process.first, events(scope).numberOf({})};
+  return {&menuBarClass, process.first, systemEvents(scope).numberOf({})};
 }
 
 struct ProcessOwners {
@@ -229,7 +225,7 @@ Object ProcessOwners::of(EventScope&, Object attribute) {
 // ----------------------------------------------------------- application
 
 std::size_t processCount(EventScope& scope, Object) {
-  return events(scope).processes().size();
+  return systemEvents(scope).processes().size();
 }
 
 Object processAt(EventScope&, Object, std::size_t position) {
@@ -238,7 +234,7 @@ Object processAt(EventScope&, Object, std::size_t position) {
 
 /// By name, and else by bundle identifier: scripts address a browser's process by either.
 std::optional<Object> processByName(EventScope& scope, Object, std::string_view name) {
-  const std::vector<DesktopProcess>& processes = events(scope).processes();
+  const std::vector<DesktopProcess>& processes = systemEvents(scope).processes();
   for (const auto member : {&DesktopProcess::name, &DesktopProcess::bundleIdentifier}) {
     const auto found = std::ranges::find_if(
         processes, [&](const DesktopProcess& each) { return sameIgnoringCase(each.*member, name); });

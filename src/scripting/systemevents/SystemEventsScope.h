@@ -51,4 +51,9 @@ private:
   std::map<std::pair<std::int64_t, std::vector<std::size_t>>, std::vector<MenuEntry>> menus_;
 };
 
+/// The scope as the tables of this dictionary get it: they are called with no other.
+[[nodiscard]] inline SystemEventsScope& systemEvents(EventScope& scope) {
+  return static_cast<SystemEventsScope&>(scope);
+}
+
 } // namespace tabwright::scripting

@@ -15,12 +15,7 @@ namespace {
 constexpr ParameterTerm clickParameters[]{{"at", systemevents::clickPlace}};
 constexpr ParameterTerm keyParameters[]{{"using", systemevents::usingModifiers}};
 
-constexpr Term command(std::string_view words, applescript::EventCode event,
-                       std::span<const ParameterTerm> parameters = {}) {
-  return {Kind::command, words, 0, {}, event, parameters};
-}
-
-constexpr Term rows[]{
+constexpr Term systemEventsTerms[]{
     {Kind::className, "action", systemevents::action, "actions"},
     {Kind::className, "attribute", systemevents::attribute, "attributes"},
     {Kind::className, "application process", systemevents::applicationProcess, "application processes"},
@@ -67,22 +62,22 @@ constexpr Term rows[]{
     {Kind::enumerator, "option", applescript::fourCharCode("eOpt")},
     {Kind::enumerator, "shift", applescript::fourCharCode("eSft")},
 
-    command("cancel", systemevents::cancel),
-    command("click", systemevents::click, clickParameters),
-    command("confirm", systemevents::confirm),
-    command("decrement", systemevents::decrement),
-    command("increment", systemevents::increment),
-    command("perform", systemevents::perform),
-    command("pick", systemevents::pick),
-    command("key code", systemevents::keyCode, keyParameters),
-    command("key down", systemevents::keyDown),
-    command("key up", systemevents::keyUp),
-    command("keystroke", systemevents::keystroke, keyParameters),
+    Term::command("cancel", systemevents::cancel),
+    Term::command("click", systemevents::click, clickParameters),
+    Term::command("confirm", systemevents::confirm),
+    Term::command("decrement", systemevents::decrement),
+    Term::command("increment", systemevents::increment),
+    Term::command("perform", systemevents::perform),
+    Term::command("pick", systemevents::pick),
+    Term::command("key code", systemevents::keyCode, keyParameters),
+    Term::command("key down", systemevents::keyDown),
+    Term::command("key up", systemevents::keyUp),
+    Term::command("keystroke", systemevents::keystroke, keyParameters),
 };
 
 /// With the kinds of elements, which have a table of their own.
 std::vector<Term> allRows() {
-  std::vector<Term> all(std::begin(rows), std::end(rows));
+  std::vector<Term> all(std::begin(systemEventsTerms), std::end(systemEventsTerms));
   for (const UIElementKind& kind : uiElementKinds)
     all.push_back({Kind::className, kind.words, kind.code, kind.plural});
   return all;

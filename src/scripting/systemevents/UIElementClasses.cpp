@@ -23,12 +23,8 @@ constexpr std::size_t kindCount = uiElementKinds.size();
 extern const ObjectClass sheetClass;
 extern const ObjectClass actionClass;
 
-SystemEventsScope& events(EventScope& scope) {
-  return static_cast<SystemEventsScope&>(scope);
-}
-
 UIElementTree& tree(EventScope& scope) {
-  return events(scope).tree();
+  return systemEvents(scope).tree();
 }
 
 Object objectOf(EventScope& scope, Number number) {
@@ -72,7 +68,7 @@ std::vector<const DesktopWindow*> mainWindows(const DesktopProcess& process) {
 }
 
 Object windowObject(EventScope& scope, Object process, const DesktopWindow& window) {
-  return objectOf(scope, tree(scope).window(events(scope).process(process), process.first, window));
+  return objectOf(scope, tree(scope).window(systemEvents(scope).process(process), process.first, window));
 }
 
 /// From 1, among those of its process.
@@ -238,22 +234,22 @@ constinit const ObjectClass systemWindowClass{fourCharCode("cwin"), "window", wi
                                               windowSpecifier};
 
 std::size_t systemWindowCount(EventScope& scope, Object process) {
-  return mainWindows(events(scope).process(process)).size();
+  return mainWindows(systemEvents(scope).process(process)).size();
 }
 
 Object systemWindowAt(EventScope& scope, Object process, std::size_t position) {
-  return windowObject(scope, process, *mainWindows(events(scope).process(process))[position]);
+  return windowObject(scope, process, *mainWindows(systemEvents(scope).process(process))[position]);
 }
 
 std::optional<Object> systemWindowByName(EventScope& scope, Object process, std::string_view name) {
-  const std::vector<DesktopWindow>& windows = events(scope).process(process).windows;
+  const std::vector<DesktopWindow>& windows = systemEvents(scope).process(process).windows;
   const auto found =
       std::ranges::find_if(windows, [&](const DesktopWindow& each) { return sameIgnoringCase(each.name, name); });
   return found != windows.end() ? std::optional(windowObject(scope, process, *found)) : std::nullopt;
 }
 
 SpecifierPointer processSpecifierAt(EventScope& scope, std::int64_t position) {
-  const DesktopProcess& process = events(scope).processes().at(static_cast<std::size_t>(position));
+  const DesktopProcess& process = systemEvents(scope).processes().at(static_cast<std::size_t>(position));
   return applescript::elementByID(scope.root(), systemevents::applicationProcess,
                                   Value(static_cast<std::int64_t>(process.pid)));
 }

@@ -32,7 +32,7 @@ constexpr UIElementRole textArea{kind("text area"), "AXTextArea", "", ValueForm:
 constexpr UIElementRole menuButton{kind("menu button"), "AXMenuButton"};
 constexpr UIElementRole group{kind("group"), "AXGroup"};
 
-constexpr RoleRow rows[]{
+constexpr RoleRow roleRows[]{
     {AccessibleRole::alert, group},
     {AccessibleRole::checkBox, {kind("checkbox"), "AXCheckBox", "", ValueForm::checked}},
     {AccessibleRole::toggleButton, {kind("checkbox"), "AXCheckBox", "AXToggle", ValueForm::checked}},
@@ -134,8 +134,8 @@ constexpr ActionRow actionRows[]{
 } // namespace
 
 const UIElementRole& uiElementRole(const AccessibleFacts& facts) {
-  const auto row = std::ranges::find_if(rows, [&](const RoleRow& each) { return facts.role == each.accessible; });
-  if (row == std::ranges::end(rows))
+  const auto row = std::ranges::find_if(roleRows, [&](const RoleRow& each) { return facts.role == each.accessible; });
+  if (row == std::ranges::end(roleRows))
     return unknown;
   if (facts.role == AccessibleRole::text && isIn(facts, AccessibleState::multiLine))
     return textArea;

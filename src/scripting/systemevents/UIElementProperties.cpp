@@ -18,12 +18,8 @@ using ValueForm = UIElementRole::ValueForm;
 
 namespace {
 
-SystemEventsScope& events(EventScope& scope) {
-  return static_cast<SystemEventsScope&>(scope);
-}
-
 const UIElementTree::Node& nodeOf(EventScope& scope, Object object) {
-  return events(scope).tree().node(object.first);
+  return systemEvents(scope).tree().node(object.first);
 }
 
 const DesktopWindow* windowOf(EventScope& scope, Object object) {
@@ -75,7 +71,7 @@ std::pair<int, int> requirePair(const Value& value) {
 std::optional<platform::Rectangle> placeOf(EventScope& scope, Object object) {
   if (const DesktopWindow* window = windowOf(scope, object))
     return window->place;
-  return events(scope).tree().read(object.first, {.extents = true}).extents;
+  return systemEvents(scope).tree().read(object.first, {.extents = true}).extents;
 }
 
 Found name(EventScope& scope, Object object) {
@@ -135,31 +131,31 @@ Found value(EventScope& scope, Object object) {
   case ValueForm::checked:
     return Value(std::int64_t{isChecked(scope, object)});
   case ValueForm::number: {
-    const AccessibleFacts told = events(scope).tree().read(object.first, {.value = true});
+    const AccessibleFacts told = systemEvents(scope).tree().read(object.first, {.value = true});
     return told.value ? Value(*told.value) : Value::missing();
   }
   case ValueForm::text:
     break;
   }
-  const AccessibleFacts told = events(scope).tree().read(object.first, {.text = true});
+  const AccessibleFacts told = systemEvents(scope).tree().read(object.first, {.text = true});
   return Value(told.text.value_or(node.facts.name.value_or("")));
 }
 
 void setValue(EventScope& scope, Object object, const Value& to) {
   const UIElementTree::Node& node = nodeOf(scope, object);
-  platform::Accessibility& accessibility = events(scope).desktop().elements().accessibility();
+  platform::Accessibility& accessibility = systemEvents(scope).desktop().elements().accessibility();
   switch (node.window ? ValueForm::none : node.role->value) {
   case ValueForm::checked: {
     const bool wanted = to.get<bool>() ? requireBoolean(to) : requireInteger(to) != 0;
     if (wanted != isChecked(scope, object))
-      performUIElementAction(events(scope), object, "AXPress");
+      performUIElementAction(systemEvents(scope), object, "AXPress");
     return;
   }
   case ValueForm::text:
-    accessibility.setText(node.element, requireText(to), events(scope).limits());
+    accessibility.setText(node.element, requireText(to), systemEvents(scope).limits());
     return;
   case ValueForm::number:
-    accessibility.setValue(node.element, applescript::realOf(to), events(scope).limits());
+    accessibility.setValue(node.element, applescript::realOf(to), systemEvents(scope).limits());
     return;
   case ValueForm::none:
     break;
@@ -172,9 +168,9 @@ void setFocused(EventScope& scope, Object object, const Value& to) {
     return; // an element loses the keyboard when another gets it
   const UIElementTree::Node& node = nodeOf(scope, object);
   if (node.window)
-    events(scope).desktop().raise(node.window->id);
+    systemEvents(scope).desktop().raise(node.window->id);
   else
-    events(scope).desktop().elements().accessibility().focus(node.element, events(scope).limits());
+    systemEvents(scope).desktop().elements().accessibility().focus(node.element, systemEvents(scope).limits());
 }
 
 Found position(EventScope& scope, Object object) {
@@ -191,14 +187,14 @@ void setPosition(EventScope& scope, Object object, const Value& to) {
   const DesktopWindow& window = requireWindow(scope, object, systemevents::position, to);
   platform::Rectangle place = window.place;
   std::tie(place.x, place.y) = requirePair(to);
-  events(scope).desktop().place(window.id, place);
+  systemEvents(scope).desktop().place(window.id, place);
 }
 
 void setSize(EventScope& scope, Object object, const Value& to) {
   const DesktopWindow& window = requireWindow(scope, object, systemevents::size, to);
   platform::Rectangle place = window.place;
   std::tie(place.width, place.height) = requirePair(to);
-  events(scope).desktop().place(window.id, place);
+  systemEvents(scope).desktop().place(window.id, place);
 }
 
 } // namespace uielement
@@ -209,15 +205,15 @@ Found isMinimised(EventScope& scope, Object window) {
   return Value(!windowOf(scope, window)->isShown);
 }
 void setMinimised(EventScope& scope, Object window, const Value& to) {
-  events(scope).desktop().setShown(windowOf(scope, window)->id,
-                                   requireBoolean(to) ? Visibility::hidden : Visibility::shown);
+  systemEvents(scope).desktop().setShown(windowOf(scope, window)->id,
+                                         requireBoolean(to) ? Visibility::hidden : Visibility::shown);
 }
 
 Found isFullScreen(EventScope& scope, Object window) {
   return Value(windowOf(scope, window)->isFullScreen);
 }
 void setFullScreen(EventScope& scope, Object window, const Value& to) {
-  events(scope).desktop().setFullScreen(windowOf(scope, window)->id, requireBoolean(to));
+  systemEvents(scope).desktop().setFullScreen(windowOf(scope, window)->id, requireBoolean(to));
 }
 
 /// The front window of its process.
