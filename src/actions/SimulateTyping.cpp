@@ -5,6 +5,7 @@
 #include "actions/ScriptAction.h"
 #include "actions/SharedParameters.h"
 #include "actions/enums/TypingDelay.h"
+#include "automation/ApplicationLaunch.h"
 #include "engine/AppleScriptSnippets.h"
 #include "engine/errors/AppleScriptRuntimeError.h"
 #include "platform/Characters.h"
@@ -53,8 +54,9 @@ private:
   platform::Task<void> prepare(intents::ActionHost& host) override {
     if (isDangerous())
       co_await confirm(host);
-    const engine::TargetContext application = co_await resolved(target());
-    targetContext.set(targets::ApplicationTarget(application));
+    engine::TargetContext application = co_await resolved(target());
+    application = automation::withWholeID(std::move(application), services().desktop);
+    targetContext.set(targets::ApplicationTarget(std::move(application)));
   }
 
   [[nodiscard]] bool isDangerous() const {

@@ -98,4 +98,14 @@ platform::Task<std::optional<RunningApplication>> activateOrLaunch(std::string i
   co_return application;
 }
 
+engine::TargetContext withWholeID(engine::TargetContext target, const DesktopServices& services) {
+  if (target.id.contains('.')) // as the frontmost browser's, too
+    return target;
+  if (const auto running = services.targets.findApplication(target.id))
+    target.id = platform::lowercased(running->bundleIdentifier);
+  else if (const auto application = findInstalled(target.id, services.installed))
+    target.id = platform::lowercased(application->id);
+  return target;
+}
+
 } // namespace tabwright::automation

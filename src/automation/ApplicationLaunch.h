@@ -21,4 +21,7 @@ namespace tabwright::automation {
 platform::Task<std::optional<targets::RunningApplication>>
 activateOrLaunch(std::string id, const DesktopServices& services, platform::CallLimits limits);
 
+/// The target with its application's whole id, for one that was given by its short name; others as they are.
+[[nodiscard]] engine::TargetContext withWholeID(engine::TargetContext target, const DesktopServices& services);
+
 } // namespace tabwright::automation

@@ -14,6 +14,11 @@ struct InstalledApplication {
   std::string name; ///< in the user's language
 };
 
+/// The last part of an id in reverse domain notation, by which a user may call its application: "mousepad".
+[[nodiscard]] inline std::string_view shortName(std::string_view id) {
+  return id.substr(id.find_last_of('.') + 1);
+}
+
 /// The installed applications, and which of them a window belongs to.
 ///
 /// All calls read the files anew where they have changed, and may come from several threads. What can't be read is not
@@ -22,8 +27,8 @@ class InstalledApplications {
 public:
   virtual ~InstalledApplications() = default;
 
-  /// The application of an id, whose case doesn't count. Nothing when there is none, or its entry is hidden or damaged,
-  /// or the program isn't there.
+  /// The application of an id, or else the only one of a short name. Case doesn't count. Nothing when there is none, or
+  /// its entry is hidden or damaged, or the program isn't there.
   [[nodiscard]] virtual std::optional<InstalledApplication> find(std::string_view id) = 0;
 
   /// The application that a window belongs to, by the first that fits: the id that the window tells, the class that an

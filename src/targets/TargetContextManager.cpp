@@ -3,6 +3,7 @@
 
 #include "platform/AsciiCase.h"
 #include "platform/CaseFolding.h"
+#include "platform/InstalledApplications.h"
 #include "platform/Whitespace.h"
 #include "targets/SupportedBrowsers.h"
 
@@ -89,10 +90,18 @@ std::vector<TargetContextManager::AppSection> TargetContextManager::sections(Sec
 
 std::optional<RunningApplication> TargetContextManager::findApplication(std::string_view id) const {
   std::vector<RunningApplication> applications = probe_.runningApplications();
-  const bool isAnyFront = id == engine::frontmostTargetContext().id;
-  const auto found = std::ranges::find_if(applications, [&](const RunningApplication& application) {
-    return isAnyFront ? application.isFrontmost : platform::lowercased(application.bundleIdentifier) == id;
-  });
+  const auto first = [&](auto fits) { return std::ranges::find_if(applications, fits); };
+  if (id == engine::frontmostTargetContext().id) {
+    const auto front = first(&RunningApplication::isFrontmost);
+    return front != applications.end() ? std::optional(std::move(*front)) : std::nullopt;
+  }
+  auto found = first([&](const RunningApplication& each) { return platform::lowercased(each.bundleIdentifier) == id; });
+  const auto isCalledSo = [&](const RunningApplication& each) {
+    return platform::equalIgnoringCase(platform::shortName(each.bundleIdentifier), id) ||
+           platform::equalIgnoringCase(each.localizedName, id);
+  };
+  if (found == applications.end() && !id.empty() && std::ranges::count_if(applications, isCalledSo) == 1)
+    found = first(isCalledSo);
   return found != applications.end() ? std::optional(std::move(*found)) : std::nullopt;
 }
 

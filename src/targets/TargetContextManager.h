@@ -52,8 +52,9 @@ public:
   /// ones included.
   [[nodiscard]] std::vector<AppSection> sections(Sections wanted) const;
 
-  /// The application of this id (in lower case) that runs now, the first if there are several; for the id of the
-  /// frontmost entry whichever application is frontmost. Nothing when there is none.
+  /// The application of this id (in lower case) that runs now, the first if there are several, or else the only one of
+  /// this name or short name; for the id of the frontmost entry whichever application is frontmost. Nothing when there
+  /// is none.
   [[nodiscard]] std::optional<RunningApplication> findApplication(std::string_view id) const;
 
 private:

@@ -51,6 +51,10 @@ TEST_F(XdgApplicationsTest, AreFoundByIdWhateverItsCase) {
   add("share/hidden.desktop", "Name=Hidden\nExec=hidden");
   add("home/hidden.desktop", "Name=Hidden\nExec=hidden\nHidden=true");
   EXPECT_EQ(applications.find("org.editor")->id, "org.Editor");
+  add("share/com.one.Reader.desktop", "Name=One\nExec=one");
+  add("share/com.two.Reader.desktop", "Name=Two\nExec=two");
+  EXPECT_EQ(applications.find("editor")->id, "org.Editor");
+  EXPECT_FALSE(applications.find("reader")) << "which of two isn't said";
   EXPECT_EQ(applications.find("kde-viewer")->name, "Viewer");
   EXPECT_FALSE(applications.find("gone"));
   EXPECT_FALSE(applications.find("hidden"));

@@ -136,6 +136,10 @@ TEST(TargetContextManager, FindsApplicationsThatRun) {
   EXPECT_EQ(manager.findApplication("org.chromium.chromium").value().process, 2);
   EXPECT_EQ(manager.findApplication("org.editor").value().process, 1);
   EXPECT_EQ(manager.findApplication(".focussed").value().process, 2);
+  EXPECT_EQ(manager.findApplication("editor").value().process, 1);
+  EXPECT_FALSE(manager.findApplication("chromium")) << "which of two isn't said";
+  EXPECT_FALSE(manager.findApplication("org"));
+  EXPECT_FALSE(manager.findApplication(""));
   EXPECT_FALSE(manager.findApplication(safari.id));
   probe.otherRunning = {};
   EXPECT_FALSE(manager.findApplication(chromium.id)) << "installed is not running";

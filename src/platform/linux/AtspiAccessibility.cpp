@@ -65,55 +65,61 @@ void askRole(BusConnection& connection, const AccessibleElement& element, const 
                  });
 }
 
-/// A connection of our own to an application that offers one, as those of GTK do; null for others. GTK does an action
-/// before it answers, and one that opens a dialog keeps the connection it came by silent until the dialog is closed.
-std::unique_ptr<BusConnection> connectTo(BusConnection& bus, const std::string& application, const CallLimits& limits) {
-  std::string address;
-  bus.ask({application.c_str(), rootPath, "org.a11y.atspi.Application", "GetApplicationBusAddress"}, {},
-          [&](sd_bus_message* answer) {
-            const char* told = nullptr;
-            if (!isError(answer) && sd_bus_message_read(answer, "s", &told) > 0)
-              address = told;
-          });
-  if (bus.collect(limits, Accessibility::longestSilence) != BusConnection::Outcome::answered || address.empty())
-    return nullptr;
-  try {
-    std::unique_ptr<BusConnection> own = BusConnection::toProgram(address);
-    askRole(*own, {"", rootPath}, {});
-    if (own->collect(limits, Accessibility::longestSilence) == BusConnection::Outcome::answered)
-      return own;
-  } catch (const BusLost& lost) {
-    atspiLog.debug("No connection of our own to an application: {}", lost.what());
-  }
-  return nullptr;
-}
-
-/// The bus knows the process of an application that answers nothing itself.
-std::string describeSilent(BusConnection& bus) {
-  pid_t process = 0;
-  askProcess(bus, bus.silentReceiver(), [&](pid_t told) { process = told; });
-  bus.collectUntil([&] { return process != 0; }, {}, Accessibility::longestSilence);
-  return process != 0 ? describeProcess(process) : "The application";
-}
-
 } // namespace
 
 AtspiAccessibility::AtspiAccessibility(std::string display) : bus_(std::move(display)) {}
 
-void AtspiAccessibility::onBus(const CallLimits& limits,
-                               const std::function<BusConnection::Outcome(BusConnection&)>& work) {
+void AtspiAccessibility::requireAnswered(BusConnection::Outcome outcome, const std::string& application) {
+  if (outcome == BusConnection::Outcome::stopped)
+    throw failure(DesktopFault::stopped);
+  if (outcome == BusConnection::Outcome::answered)
+    return;
+  // The bus knows the process of an application that answers nothing itself.
+  const auto bus = bus_.take({});
+  pid_t process = 0;
+  askProcess(*bus, application, [&](pid_t told) { process = told; });
+  bus->collectUntil([&] { return process != 0; }, {}, longestSilence);
+  throw failure(DesktopFault::notAnswering, process != 0 ? describeProcess(process) : "The application");
+}
+
+void AtspiAccessibility::onBus(const CallLimits& limits, const Work& work) {
   auto bus = bus_.take(limits);
   try {
     const BusConnection::Outcome outcome = work(*bus);
-    if (outcome == BusConnection::Outcome::stopped)
-      throw failure(DesktopFault::stopped);
-    if (outcome == BusConnection::Outcome::silent)
-      throw failure(DesktopFault::notAnswering, describeSilent(*bus));
+    requireAnswered(outcome, bus->silentReceiver());
     if (bus->pending() == 0)
       bus_.giveBack(std::move(bus));
   } catch (const BusLost& lost) {
     throw failure(DesktopFault::noAccessibilityBus, lost.what());
   }
+}
+
+std::string AtspiAccessibility::addressOf(const std::string& application, const CallLimits& limits) {
+  std::string address;
+  onBus(limits, [&](BusConnection& bus) {
+    bus.ask({application.c_str(), rootPath, "org.a11y.atspi.Application", "GetApplicationBusAddress"}, {},
+            [&](sd_bus_message* answer) {
+              const char* told = nullptr;
+              if (!isError(answer) && sd_bus_message_read(answer, "s", &told) > 0)
+                address = told;
+            });
+    return bus.collect(limits, longestSilence);
+  });
+  return address;
+}
+
+void AtspiAccessibility::onRoadTo(const std::string& application, const CallLimits& limits, const Work& work) {
+  if (auto own = programs_.take(application, [&] { return addressOf(application, limits); })) {
+    try {
+      requireAnswered(work(*own), application);
+      if (own->pending() == 0)
+        programs_.giveBack(application, std::move(own));
+      return;
+    } catch (const BusLost& lost) {
+      atspiLog.debug("A connection to an application broke: {}", lost.what());
+    }
+  }
+  onBus(limits, work);
 }
 
 std::vector<AccessibleApplication> AtspiAccessibility::applications(const CallLimits& limits) {
@@ -156,7 +162,10 @@ std::vector<AccessibleFacts> AtspiAccessibility::read(std::span<const Accessible
   std::vector<AccessibleFacts> facts(elements.size());
   if (elements.empty())
     return facts;
-  onBus(limits, [&](BusConnection& bus) {
+  const std::string& application = elements.front().application;
+  const bool isOne = std::ranges::all_of(
+      elements, [&](const AccessibleElement& element) { return element.application == application; });
+  const Work ask = [&](BusConnection& bus) {
     for (std::size_t each = 0; each < elements.size(); ++each) {
       for (const ElementQuestion& question : elementQuestions()) {
         if (!(parts.*question.part))
@@ -179,17 +188,24 @@ std::vector<AccessibleFacts> AtspiAccessibility::read(std::span<const Accessible
         return outcome;
     }
     return BusConnection::Outcome::answered;
-  });
+  };
+  if (isOne)
+    onRoadTo(application, limits, ask);
+  else
+    onBus(limits, ask);
   return facts;
 }
 
+// GTK does an action before it answers, and one that opens a dialog keeps the connection it came by silent until the
+// dialog is closed.
 void AtspiAccessibility::perform(const AccessibleElement& element, std::size_t action, const CallLimits& limits) {
+  const std::string& application = element.application;
+  const auto own = programs_.open(application, [&] { return addressOf(application, limits); });
   onBus(limits, [&](BusConnection& bus) {
-    const std::unique_ptr<BusConnection> own = connectTo(bus, element.application, limits);
     bool isTakenUp = false;
     (own ? *own : bus)
         .ask(
-            {own ? "" : element.application.c_str(), element.path.c_str(), "org.a11y.atspi.Action", "DoAction"},
+            {application.c_str(), element.path.c_str(), "org.a11y.atspi.Action", "DoAction"},
             [&](sd_bus_message* call) { sd_bus_message_append(call, "i", static_cast<std::int32_t>(action)); },
             [&](sd_bus_message* answer) {
               requireDone(answer);
@@ -214,7 +230,7 @@ void AtspiAccessibility::perform(const AccessibleElement& element, std::size_t a
 
 void AtspiAccessibility::operate(const AccessibleElement& element, const char* interface, const char* member,
                                  Reply reply, const BusConnection::Fill& arguments, const CallLimits& limits) {
-  onBus(limits, [&](BusConnection& bus) {
+  onRoadTo(element.application, limits, [&](BusConnection& bus) {
     bus.ask({element.application.c_str(), element.path.c_str(), interface, member}, arguments,
             [reply](sd_bus_message* answer) {
               requireDone(answer);

@@ -2,13 +2,15 @@
 
 #include "platform/Accessibility.h"
 #include "platform/linux/AccessibilityBus.h"
+#include "platform/linux/ProgramConnections.h"
 
 #include <functional>
+#include <string>
 
 namespace tabwright::platform {
 
-/// Elements over AT-SPI 2, spoken on the accessibility bus itself: the standard library for it ends the process where
-/// there is no bus, and asks one question at a time.
+/// Elements over AT-SPI 2, spoken on the accessibility bus itself, and to the applications directly where they offer
+/// it: the standard library for it ends the process where there is no bus, and asks one question at a time.
 ///
 /// Connects when it is first asked something, and anew when the bus was lost.
 class AtspiAccessibility final : public Accessibility {
@@ -26,14 +28,22 @@ public:
   void focus(const AccessibleElement& element, const CallLimits& limits) override;
 
 private:
-  /// Runs `work` on a connection and translates what goes wrong on it.
-  void onBus(const CallLimits& limits, const std::function<BusConnection::Outcome(BusConnection&)>& work);
+  using Work = std::function<BusConnection::Outcome(BusConnection&)>;
+
+  /// Runs `work` on a connection to the bus and translates what goes wrong on it.
+  void onBus(const CallLimits& limits, const Work& work);
+  /// As `onBus`, on the quickest road to one application. Where the direct one breaks, the bus is asked all over.
+  void onRoadTo(const std::string& application, const CallLimits& limits, const Work& work);
+  /// Throws what it means that calls to an application weren't answered.
+  void requireAnswered(BusConnection::Outcome outcome, const std::string& application);
+  std::string addressOf(const std::string& application, const CallLimits& limits);
   /// One call that changes something. `success`: its answer is a boolean, and false a refusal.
   enum class Reply { nothing, success };
   void operate(const AccessibleElement& element, const char* interface, const char* member, Reply reply,
                const BusConnection::Fill& arguments, const CallLimits& limits);
 
   AccessibilityBus bus_;
+  ProgramConnections programs_;
 };
 
 } // namespace tabwright::platform

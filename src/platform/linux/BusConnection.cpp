@@ -54,13 +54,13 @@ void BusConnection::Close::operator()(sd_bus* bus) const {
   sd_bus_close_unref(bus);
 }
 
-BusConnection::BusConnection(std::unique_ptr<sd_bus, Close> bus) : bus_(std::move(bus)) {}
+BusConnection::BusConnection(std::unique_ptr<sd_bus, Close> bus, bool isBus) : bus_(std::move(bus)), isBus_(isBus) {}
 BusConnection::~BusConnection() = default;
 
 std::unique_ptr<BusConnection> BusConnection::toSession() {
   sd_bus* bus = nullptr;
   require(sd_bus_open_user(&bus));
-  return std::unique_ptr<BusConnection>(new BusConnection(std::unique_ptr<sd_bus, Close>(bus)));
+  return std::unique_ptr<BusConnection>(new BusConnection(std::unique_ptr<sd_bus, Close>(bus), true));
 }
 
 std::unique_ptr<BusConnection> BusConnection::to(const std::string& address) {
@@ -78,12 +78,12 @@ std::unique_ptr<BusConnection> BusConnection::start(const std::string& address, 
   require(sd_bus_set_address(bus, address.c_str()));
   require(sd_bus_set_bus_client(bus, isBus ? 1 : 0));
   require(sd_bus_start(bus));
-  return std::unique_ptr<BusConnection>(new BusConnection(std::move(owner)));
+  return std::unique_ptr<BusConnection>(new BusConnection(std::move(owner), isBus));
 }
 
 void BusConnection::ask(const BusCall& call, const Fill& arguments, Take take) {
   sd_bus_message* made = nullptr;
-  const char* destination = *call.destination != '\0' ? call.destination : nullptr;
+  const char* destination = isBus_ ? call.destination : nullptr;
   require(sd_bus_message_new_method_call(bus_.get(), &made, destination, call.path, call.interface, call.member));
   const Message message(made);
   if (arguments)

@@ -23,7 +23,7 @@ struct BusLost : std::runtime_error {
 
 /// One call: whom, which object, and what. The texts live until `BusConnection::ask` returns.
 struct BusCall {
-  const char* destination; ///< empty on a connection to one program
+  const char* destination; ///< not sent on a connection to one program
   const char* path;
   const char* interface;
   const char* member;
@@ -75,12 +75,13 @@ private:
   struct Close {
     void operator()(sd_bus* bus) const;
   };
-  explicit BusConnection(std::unique_ptr<sd_bus, Close> bus);
+  BusConnection(std::unique_ptr<sd_bus, Close> bus, bool isBus);
   static std::unique_ptr<BusConnection> start(const std::string& address, bool isBus);
   /// Works off what has arrived. Throws what a taker has thrown.
   void process();
 
   std::unique_ptr<sd_bus, Close> bus_;
+  const bool isBus_;         ///< rather than one program
   std::list<Pending> calls_; ///< its elements stay where they are
   std::size_t unanswered_ = 0;
   std::exception_ptr thrown_; ///< by a taker, on its way past the library

@@ -91,6 +91,9 @@ const XdgApplications::Entry* XdgApplications::findEntry(std::string_view id) {
 std::optional<InstalledApplication> XdgApplications::find(std::string_view id) {
   const MutexLock lock(mutex_);
   const Entry* found = findEntry(id);
+  const auto isShortName = [&](const Entry& each) { return sameName(shortName(each.id), id); };
+  if (found == nullptr && std::ranges::count_if(entries_, isShortName) == 1)
+    found = &*std::ranges::find_if(entries_, isShortName);
   return found != nullptr ? std::optional(described(found->id, found->entry)) : std::nullopt;
 }
 

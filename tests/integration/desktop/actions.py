@@ -107,9 +107,9 @@ get = shlex.join([program, "run", "GetMenuItemReference", "--targetContext", edi
 expect("piped", path(result("SelectMenuItem", get, targetContext=editor, menuItem="-")), "File > New")
 expect("a new tab of the editor", eventually(lambda: "Untitled" in titles()), True)
 expect("piped test", result("TestMenuItemForX", get, menuItem="-"), True)
-expect("close it by keys", result("SimulateTyping", targetContext=editor, characters="w", modCmd="true"), None)
+expect("close it by keys", result("SimulateTyping", targetContext="mousepad", characters="w", modCmd="true"), None)
 expect("closed", eventually(lambda: "Untitled" not in titles()), True)
-expect("either or", path(result("SelectMenuItemEitherOr", targetContext=editor, title1="No such", title2="Select All")),
+expect("either or", path(result("SelectMenuItemEitherOr", targetContext="Mousepad", title1="No such", title2="Select All")),
        "Edit > Select All")
 missing = run("SelectMenuItem", targetContext=editor, path="File > Sav")
 expect("what there is instead", (missing.returncode, "It has “Save”" in missing.stderr), (1, True))
