@@ -23,9 +23,9 @@ constexpr FailureTable<DesktopFault, 15> table{
          "can be read. Windows and keys can be used, and so can everything in tabs and pages. Install "
          "at-spi2-core, and run Tabwright within the desktop’s session."},
         {notShown, "notShown",
-         "{} doesn’t show its windows on the accessibility bus. Some programs, such as those of Qt, do only when they "
-         "are "
-         "started after accessibility was switched on, as it is now: start it again."},
+         "{} isn’t shown on the accessibility bus. Some programs, such as those of Qt, show their windows there only "
+         "when "
+         "they are started after accessibility was switched on, as it is now: start it again."},
         {elementGone, "elementGone", "The element, or its application, is there no more."},
         {notAnswering, "notAnswering", "{} hasn’t answered in time. It hangs, or is very busy."},
         {elementRefused, "elementRefused", "The element can’t do that: {}."},

@@ -25,6 +25,7 @@ struct ClientWindow {
   bool isActive = false;                  ///< has the keyboard
   bool isFullScreen = false;
   std::uint32_t dialogOf = 0; ///< of a modal dialog: the window that waits for it; 0 for other windows
+  pid_t shownBy = 0;          ///< of a dialog that the desktop's portal shows in the application's place: its process
 };
 
 /// The windows of all applications on a screen.

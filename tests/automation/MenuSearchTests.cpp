@@ -198,7 +198,7 @@ TEST_P(MenuSearch, TellsWhyThereIsNoMenuBar) {
   menuBar().children = {testsupport::menuBarElement(menus, GetParam())};
   EXPECT_EQ(told(byPath("File")), "appHasNoMenuBar");
   workspace.accessibility.all.clear();
-  EXPECT_THAT(told(byTitle("Quit")), StartsWith("appHasNoMenuBar: Editor doesn’t show its windows"));
+  EXPECT_THAT(told(byTitle("Quit")), StartsWith("appHasNoMenuBar: Editor isn’t shown"));
   workspace.accessibility.onCall = [] { throw platform::failure(DesktopFault::noAccessibilityBus, "none"); };
   EXPECT_THAT(told(byTitle("Quit")), StartsWith("appHasNoMenuBar: The desktop’s accessibility bus"));
 }

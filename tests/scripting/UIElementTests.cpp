@@ -117,10 +117,22 @@ TEST_F(UIElements, ArePressedAndFilled) {
   EXPECT_EQ(inEditor("name of actions of button 1 of sheet 1 of window 1"), R"({"AXPress"})");
 }
 
+TEST_F(UIElements, OfADialogAreItsProgramsAndNeverAnotherWindows) {
+  scripting::DesktopWindow& dialog = desktop->all.front().windows[1];
+  dialog.shownBy = 11;
+  desktop->elementsOfAll.all[11] =
+      element(Role::application, "portal", {element(Role::dialog, "Save", {element(Role::pushButton, "Choose")})});
+  EXPECT_EQ(inEditor("name of buttons of sheet 1 of window 1"), R"({"Choose"})");
+  dialog.shownBy = 0;
+  std::vector<ModelElement>& windows = desktop->elementsOfAll.all[10].children;
+  windows.erase(windows.begin() + 1);
+  EXPECT_THAT(inEditor("click button 1 of sheet 1 of window 1"), HasSubstr("“Save” isn’t shown"));
+}
+
 TEST_F(UIElements, TellOfAnApplicationThatShowsNone) {
   desktop->elementsOfAll.all.clear();
   EXPECT_THAT(inEditor("click button 1 of window 1"), HasSubstr("error -10000: System Events got an error: Editor "
-                                                                "doesn’t show its windows on the accessibility bus."));
+                                                                "isn’t shown on the accessibility bus."));
   EXPECT_EQ(inEditor("name of windows"), R"({"Notes", "Other"})") << "which the window system knows";
   EXPECT_EQ(systemEvents("UI elements enabled"), "true");
   desktop->elementsOfAll.onCall = [] { throw platform::failure(platform::DesktopFault::noAccessibilityBus, "gone"); };

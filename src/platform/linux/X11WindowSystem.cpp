@@ -125,9 +125,12 @@ void X11WindowSystem::activate(std::uint32_t window) {
     xcb_set_input_focus(system.xcb, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
   }
   xcb_flush(system.xcb);
-  // A window that was sent to another workspace may still be told as active for a moment.
+  // A modal dialog takes its window's place. A window that was sent to another workspace may still be told as active
+  // for a moment.
   system.await(patience, [&] {
-    return system.windows.active() == window && !(isManaged && system.windows.workspaceElsewhere(window));
+    const std::uint32_t active = system.windows.active();
+    return (active == window || (active != XCB_WINDOW_NONE && system.windows.ownerOf(active) == window)) &&
+           !(isManaged && system.windows.workspaceElsewhere(window));
   });
 }
 

@@ -1,12 +1,14 @@
 // All questions about all windows are asked before the first answer is awaited.
 #include "platform/linux/X11Windows.h"
 
+#include "platform/AsciiCase.h"
 #include "platform/DesktopFault.h"
 #include "platform/linux/ClientProcesses.h"
 
 #include <algorithm>
 #include <initializer_list>
 #include <poll.h>
+#include <string_view>
 #include <tuple>
 #include <utility>
 #include <xcb/xcb.h>
@@ -88,6 +90,24 @@ std::optional<std::vector<std::uint32_t>> windowsFrom(xcb_ewmh_connection_t* ewm
   std::vector<std::uint32_t> windows(list.windows, list.windows + list.windows_len);
   xcb_ewmh_get_windows_reply_wipe(&list);
   return windows;
+}
+
+/// Applications have their file choosers and the like shown by the desktop's portal. To its user such a dialog is the
+/// application's, which only the portal itself may claim.
+void giveToOwners(std::vector<ClientWindow>& windows) {
+  constexpr std::string_view portal = "xdg-desktop-portal";
+  for (ClientWindow& window : windows) {
+    if (window.dialogOf == 0 || !equalIgnoringCase(window.windowClass.substr(0, portal.size()), portal))
+      continue;
+    const auto owner = std::ranges::find(windows, window.dialogOf, &ClientWindow::id);
+    if (owner == windows.end() || owner->pid == 0)
+      continue;
+    window.shownBy = window.pid;
+    window.pid = owner->pid;
+    window.windowClass = owner->windowClass;
+    window.instance = owner->instance;
+    window.applicationID = owner->applicationID;
+  }
 }
 
 } // namespace
@@ -243,7 +263,12 @@ std::vector<ClientWindow> X11Windows::read() {
       result.push_back(std::move(window));
   }
   tellProcesses(xcb_, result);
+  giveToOwners(result);
   return result;
+}
+
+std::uint32_t X11Windows::ownerOf(std::uint32_t window) {
+  return numberFrom(xcb_, xcb_get_property(xcb_, 0, window, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, 0, 1));
 }
 
 std::optional<Rectangle> X11Windows::placeOf(std::uint32_t window) {

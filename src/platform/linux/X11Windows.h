@@ -30,6 +30,8 @@ public:
   [[nodiscard]] bool isManaged();
   /// The one that has the keyboard; 0: none.
   [[nodiscard]] std::uint32_t active();
+  /// The window that a dialog belongs to; 0 for other windows.
+  [[nodiscard]] std::uint32_t ownerOf(std::uint32_t window);
   /// Nothing for a window that is gone.
   [[nodiscard]] std::optional<Rectangle> placeOf(std::uint32_t window);
   /// The workspace that must be gone to for a window to be seen; nothing when it is on the one that is shown.

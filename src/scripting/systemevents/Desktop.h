@@ -22,6 +22,7 @@ struct DesktopWindow {
   bool isActive = false;
   bool isFullScreen = false;
   std::uint32_t dialogOf = 0; ///< of a modal dialog: the window of the same process that waits for it
+  pid_t shownBy = 0;          ///< the process whose element it is, where that is another one than its own
 };
 
 /// A running application with windows, or one that is known to be an application without any.

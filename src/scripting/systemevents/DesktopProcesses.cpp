@@ -102,7 +102,8 @@ std::vector<DesktopProcess> desktopProcesses(const std::vector<ClientWindow>& wi
                                 .isShown = window.isShown,
                                 .isActive = window.isActive,
                                 .isFullScreen = window.isFullScreen,
-                                .dialogOf = window.dialogOf});
+                                .dialogOf = window.dialogOf,
+                                .shownBy = window.shownBy});
   }
   for (const RunningBrowser& browser : browsers) {
     if (find(browser.process) == processes.end())

@@ -5,6 +5,8 @@
 #include "platform/Sleep.h"
 #include "platform/Whitespace.h"
 
+#include <fmt/core.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
@@ -73,18 +75,29 @@ std::vector<UIElementTree::Number> UIElementTree::sheets(Number number) {
 /// The application's windows don't tell the window system's numbers, so they are known by title, and those of the same
 /// title by their place.
 AccessibleElement UIElementTree::findWindow(const Node& window) {
-  const AccessibleElement root = elements_.application(*window.process, limits_);
+  DesktopProcess process = *window.process;
+  if (window.window->shownBy != 0) {
+    process.pid = window.window->shownBy;
+    process.bundleIdentifier.clear();
+  }
+  const AccessibleElement root = elements_.application(process, limits_);
   const std::vector<AccessibleFacts> roots = elements_.accessibility().read({&root, 1}, {.children = true}, limits_);
   const std::vector<AccessibleElement> candidates = roots.front().children.value_or(std::vector<AccessibleElement>{});
   const std::vector<AccessibleFacts> facts =
       elements_.accessibility().read(candidates, {.name = true, .extents = true}, limits_);
-  const auto unlikeness = [&](const AccessibleFacts& each) {
-    return std::tuple(trimmed(each.name) != trimmed(window.window->name),
-                      each.extents ? distance(*each.extents, window.window->place) : 0);
+  const auto unlikeness = [](const AccessibleFacts& each, const DesktopWindow& like) {
+    return std::tuple(trimmed(each.name) != trimmed(like.name), each.extents ? distance(*each.extents, like.place) : 0);
   };
-  const auto best = std::ranges::min_element(facts, {}, unlikeness);
+  const auto best = std::ranges::min_element(
+      facts, {}, [&](const AccessibleFacts& each) { return unlikeness(each, *window.window); });
   if (best == facts.end())
     throw platform::failure(platform::DesktopFault::elementGone);
+  // Chromium doesn't show its dialogs that are another toolkit's.
+  const bool isAnothers = std::ranges::any_of(window.process->windows, [&](const DesktopWindow& other) {
+    return &other != window.window && unlikeness(*best, other) == std::tuple(false, 0);
+  });
+  if (isAnothers && trimmed(best->name) != trimmed(window.window->name))
+    throw platform::failure(platform::DesktopFault::notShown, fmt::format("“{}”", window.window->name));
   return candidates[static_cast<std::size_t>(best - facts.begin())];
 }
 
@@ -93,7 +106,7 @@ const AccessibleElement& UIElementTree::element(Number number) {
   if (node.window && node.element.application.empty()) {
     node.element = findWindow(node);
     node.facts = elements_.accessibility().read({&node.element, 1}, nodeParts, limits_).front();
-    if (platform::isOfChromiumFamily(node.process->bundleIdentifier))
+    if (node.window->shownBy == 0 && platform::isOfChromiumFamily(node.process->bundleIdentifier))
       awaitControls(node);
   }
   return node.element;

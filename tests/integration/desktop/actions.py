@@ -189,6 +189,11 @@ expect("it is found", eventually(lambda: result("GetBrowserReference") == chromi
 expect("type into a page", result("SimulateTyping", characters="Grüße 😀"), None)
 expect("a key", result("SimulateNamedKeyPress", namedKey="F13"), None)
 expect("what the page has", result("RunJavascriptInTab", jsCode="return [t.value, seen.at(-1)]"), ["Grüße 😀", "F13"])
+# The desktop's portal shows the dialog in the browser's place.
+saved = notes.with_name("saved")
+expect("save the page", shell(f"{program} workflow {examples}/save-page.yaml --set file={saved}").stderr, "")
+expect("the saved page", eventually(lambda: "<title>Page" in saved.with_suffix(".html").read_text()
+                                    if saved.with_suffix(".html").exists() else False), True)
 expect("a key of the browser", result("SimulateTyping", characters="t", modCmd="true"), None)
 expect("a new tab", eventually(lambda: len(result("GetListOfTabs")) == 2), True)
 expect("its menu", path(result("SelectMenuItem", path="Chromium > New window")), "Chromium > New window")
@@ -200,6 +205,9 @@ expect("a tab by its toolbar", eventually(lambda: len(result("GetListOfTabs")) =
 process("Chromium", """set {{left, top}, {width, height}} to {position, size} of button "New Tab" of window 1
 click at {left + width div 2, top + height div 2}""")
 expect("a tab by the pointer", eventually(lambda: len(result("GetListOfTabs")) == tabs + 2), True)
+
+expect("close the others", shell(f"{program} workflow {examples}/close-other-tabs.yaml").stderr, "")
+expect("one tab in front", eventually(lambda: len(result("GetFrontmostWindow")["tabs"]) == 1), True)
 
 
 def front(window):
