@@ -4,6 +4,7 @@
 
 #include "browserdata/EntityReference.h"
 #include "browserdata/HTMLToMarkdown.h"
+#include "browserdata/PageFragment.h"
 #include "browserdata/RichText.h"
 #include "engine/ScriptText.h"
 #include "html/ParseFault.h"
@@ -21,7 +22,7 @@ const platform::Logger log("BrowserTabEntity");
 // The file is plain rich text, whatever its name says: word processors of every kind open it.
 std::optional<intents::IntentFile> richTextFile(const std::string& html) {
   try {
-    return intents::IntentFile{richText(html::Document::parse(html)), "selection.rtfd", "com.apple.rtfd"};
+    return intents::IntentFile{richText(parseFragment(html)), "selection.rtfd", "com.apple.rtfd"};
   } catch (const html::ParseFault& fault) {
     log.error("Error converting HTML to AttributedString: {}", fault.errorDescription());
     return std::nullopt;

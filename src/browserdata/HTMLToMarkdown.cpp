@@ -2,6 +2,7 @@
 #include "browserdata/HTMLToMarkdown.h"
 
 #include "browserdata/CustomSoupWhitelist.h"
+#include "browserdata/PageFragment.h"
 #include "browserdata/markdown/MarkdownWalk.h"
 #include "html/Cleaner.h"
 #include "html/ParseFault.h"
@@ -29,7 +30,7 @@ constexpr platform::FailureTable<HTMLToMarkdownError, 2> failures{
 
 html::Document parse(std::string_view text) {
   try {
-    return html::Document::parse(text);
+    return parseFragment(text);
   } catch (const html::ParseFault&) {
     throw platform::failure(HTMLToMarkdownError::unprocessableHTML);
   }

@@ -1,8 +1,8 @@
 #include "app/TextInput.h"
 #include "app/commands/Commands.h"
 #include "browserdata/HTMLToMarkdown.h"
+#include "browserdata/PageFragment.h"
 #include "browserdata/RichText.h"
-#include "html/Document.h"
 #include "html/Encoding.h"
 
 #include <iostream>
@@ -11,8 +11,10 @@ namespace tabwright::app {
 
 ExitCode markdown(const MarkdownCommand& command) {
   const std::string page = html::decodedPage(command.file == "-" ? readStandardInput() : readTextFile(command.file));
-  std::cout << (command.form == MarkdownCommand::Form::richText ? browserdata::richText(html::Document::parse(page))
-                                                                : browserdata::HTMLToMarkdown{.html = page}.convert());
+  const std::string text = command.form == MarkdownCommand::Form::richText
+                               ? browserdata::richText(browserdata::parseFragment(page))
+                               : browserdata::HTMLToMarkdown{.html = page}.convert();
+  std::cout << text << (text.empty() || text.ends_with('\n') ? "" : "\n");
   return ExitCode::done;
 }
 
