@@ -19,6 +19,8 @@ bool beginsCharacter(char byte) {
 std::string placedText(const std::string& name, std::string_view source, std::size_t offset, std::size_t length,
                        std::string_view sentence) {
   offset = std::min(offset, source.size());
+  if (constexpr std::string_view blanks = " \t\r\n"; source.find_first_not_of(blanks, offset) == std::string_view::npos)
+    offset = std::min(offset, source.find_last_not_of(blanks) + 1);
   const applescript::SourcePosition position = applescript::positionOf(source, offset);
   const std::size_t start = offset == 0 ? 0 : source.find_last_of("\r\n", offset - 1) + 1;
   const std::size_t end = std::min(source.find_first_of("\r\n", offset), source.size());

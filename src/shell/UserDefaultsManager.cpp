@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -97,7 +98,8 @@ void UserDefaultsManager::recordFirstLaunch(const platform::Clock& clock) {
 }
 
 void UserDefaultsManager::countCall() {
-  keys_.actionsCallCount.updateSoon([](std::int64_t count) { return count + 1; });
+  keys_.actionsCallCount.updateSoon(
+      [](std::int64_t count) { return count < std::numeric_limits<std::int64_t>::max() ? count + 1 : count; });
 }
 
 void UserDefaultsManager::set(const std::string& fullID, const std::string& name) {

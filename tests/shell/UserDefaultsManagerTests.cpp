@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace tabwright::shell {
 namespace {
 
@@ -57,6 +59,12 @@ TEST_F(UserDefaultsManagerTest, StoresValuesUnderTheirFixedNamesInTheirForms) {
   EXPECT_EQ(store.stored.at("97db2995"), platform::DefaultsValue(Texts{{"com.apple.safari:17", "mail"}}));
   EXPECT_EQ(store.stored.at("48ae42df"), platform::DefaultsValue(std::string("0.1.0 (1)")));
   EXPECT_EQ(store.stored.at("645a0a64"), platform::DefaultsValue(true));
+}
+
+TEST_F(UserDefaultsManagerTest, ACountThatCanGrowNoMoreStays) {
+  keys.actionsCallCount.set(std::numeric_limits<std::int64_t>::max());
+  manager.countCall();
+  EXPECT_EQ(keys.actionsCallCount.get(), std::numeric_limits<std::int64_t>::max());
 }
 
 TEST_F(UserDefaultsManagerTest, EveryStatusSurvivesItsText) {
