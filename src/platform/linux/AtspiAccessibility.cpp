@@ -105,7 +105,9 @@ std::string AtspiAccessibility::addressOf(const std::string& application, const 
             });
     return bus.collect(limits, longestSilence);
   });
-  return address;
+  // The application may be a sandboxed one, and other addresses start programs ("unixexec:") or leave the machine.
+  const bool isSocket = address.starts_with("unix:") && !address.contains(';');
+  return isSocket ? address : std::string();
 }
 
 void AtspiAccessibility::onRoadTo(const std::string& application, const CallLimits& limits, const Work& work) {
