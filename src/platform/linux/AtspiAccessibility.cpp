@@ -198,36 +198,65 @@ std::vector<AccessibleFacts> AtspiAccessibility::read(std::span<const Accessible
   return facts;
 }
 
-// GTK does an action before it answers, and one that opens a dialog keeps the connection it came by silent until the
-// dialog is closed.
-void AtspiAccessibility::perform(const AccessibleElement& element, std::size_t action, const CallLimits& limits) {
-  const std::string& application = element.application;
-  const auto own = programs_.open(application, [&] { return addressOf(application, limits); });
-  onBus(limits, [&](BusConnection& bus) {
-    bool isTakenUp = false;
-    (own ? *own : bus)
-        .ask(
-            {application.c_str(), element.path.c_str(), "org.a11y.atspi.Action", "DoAction"},
-            [&](sd_bus_message* call) { sd_bus_message_append(call, "i", static_cast<std::int32_t>(action)); },
-            [&](sd_bus_message* answer) {
-              requireDone(answer);
-              isTakenUp = true;
-            });
-    if (!own) {
-      // Qt answers an action that opens a dialog when the dialog closes, but other questions as soon as it is open.
-      askRole(bus, element, [&] { isTakenUp = true; });
-      return bus.collectUntil([&] { return isTakenUp; }, limits, longestSilence);
-    }
-    // An application works all its connections off in turn: by the second answer here it has begun with the action.
-    for (int answers = 0; answers < 2; ++answers) {
-      askRole(bus, element, {});
-      const BusConnection::Outcome outcome = bus.collect(limits, longestSilence);
-      if (outcome != BusConnection::Outcome::answered)
-        return outcome;
-    }
-    (void)own->collectUntil([&] { return isTakenUp; }, limits, {});
-    return BusConnection::Outcome::answered;
+bool AtspiAccessibility::hasDialog(const std::string& application, const CallLimits& limits) {
+  const AccessibleElement root{application, rootPath};
+  const std::vector<AccessibleElement> windows =
+      read({&root, 1}, {.children = true}, limits).front().children.value_or(std::vector<AccessibleElement>{});
+  return std::ranges::any_of(read(windows, {.states = true}, limits), [](const AccessibleFacts& window) {
+    return window.states && window.states->has(AccessibleState::modal);
   });
+}
+
+// GTK may do nothing else on the connection by which an action came that opens a dialog, until the dialog is closed. So
+// an action goes by a connection of its own.
+void AtspiAccessibility::perform(const AccessibleElement& element, std::size_t action, const CallLimits& limits) {
+  struct Taking {
+    bool isAwaited = true;
+    bool isDone = false;
+  };
+  const std::string& application = element.application;
+  if (programs_.holds(application) && !hasDialog(application, limits))
+    programs_.release(application);
+  auto own = programs_.open(application, [&] { return addressOf(application, limits); });
+  const auto taking = std::make_shared<Taking>(); // the answer may come after the end of this
+  const auto act = [&](BusConnection& connection) {
+    connection.ask(
+        {application.c_str(), element.path.c_str(), "org.a11y.atspi.Action", "DoAction"},
+        [&](sd_bus_message* call) { sd_bus_message_append(call, "i", static_cast<std::int32_t>(action)); },
+        [taking](sd_bus_message* answer) {
+          if (taking->isAwaited)
+            requireDone(answer);
+          taking->isDone = true;
+        });
+  };
+  const auto leave = [&] {
+    taking->isAwaited = false;
+    if (own)
+      programs_.hold(application, std::move(own));
+  };
+  try {
+    onBus(limits, [&](BusConnection& bus) {
+      act(own ? *own : bus);
+      if (!own) {
+        // Qt answers an action that opens a dialog when the dialog closes, but other questions as soon as it is open.
+        askRole(bus, element, [taking] { taking->isDone = true; });
+        return bus.collectUntil([&] { return taking->isDone; }, limits, longestSilence);
+      }
+      // An application works all its connections off in turn: by the second answer here it has begun with the action.
+      for (int answers = 0; answers < 2; ++answers) {
+        askRole(bus, element, {});
+        const BusConnection::Outcome outcome = bus.collect(limits, longestSilence);
+        if (outcome != BusConnection::Outcome::answered)
+          return outcome;
+      }
+      (void)own->collectUntil([&] { return taking->isDone; }, limits, {});
+      return BusConnection::Outcome::answered;
+    });
+  } catch (...) {
+    leave();
+    throw;
+  }
+  leave();
 }
 
 void AtspiAccessibility::operate(const AccessibleElement& element, const char* interface, const char* member,

@@ -36,6 +36,7 @@ private:
   void onRoadTo(const std::string& application, const CallLimits& limits, const Work& work);
   /// Throws what it means that calls to an application weren't answered.
   void requireAnswered(BusConnection::Outcome outcome, const std::string& application);
+  bool hasDialog(const std::string& application, const CallLimits& limits);
   std::string addressOf(const std::string& application, const CallLimits& limits);
   /// One call that changes something. `success`: its answer is a boolean, and false a refusal.
   enum class Reply { nothing, success };

@@ -145,6 +145,10 @@ std::string BusConnection::silentReceiver() const {
   return silent == calls_.end() ? std::string() : silent->receiver;
 }
 
+int BusConnection::descriptor() const {
+  return require(sd_bus_get_fd(bus_.get()));
+}
+
 bool BusConnection::isAlive() {
   try {
     process();

@@ -67,6 +67,8 @@ public:
   [[nodiscard]] std::size_t pending() const noexcept { return unanswered_; }
   /// The receiver of the oldest call without an answer; empty when there is none.
   [[nodiscard]] std::string silentReceiver() const;
+  /// For others to hold; still read and closed by this.
+  [[nodiscard]] int descriptor() const;
   /// False when the bus has gone in the meantime.
   [[nodiscard]] bool isAlive();
 

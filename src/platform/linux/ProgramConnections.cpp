@@ -1,11 +1,14 @@
 #include "platform/linux/ProgramConnections.h"
 
 #include "platform/Logger.h"
+#include "platform/linux/DetachedProcess.h"
+#include "platform/linux/FileDescriptor.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 
 namespace tabwright::platform {
@@ -17,6 +20,20 @@ const Logger programsLog("ProgramConnections");
 /// Unique names are never used again, so those of programs that have ended would add up.
 constexpr std::size_t mostAddresses = 64;
 
+constexpr std::chrono::seconds lookAtHeld{1};
+
+/// A process that has the connections too, and does nothing.
+void holdElsewhere(const std::vector<BusConnection*>& connections) {
+  std::vector<FileDescriptor> inherited;
+  for (BusConnection* connection : connections) {
+    if (connection->isAlive())
+      inherited.emplace_back(dup(connection->descriptor()));
+  }
+  const auto seconds = std::chrono::seconds(ProgramConnections::longestHold).count();
+  if (!inherited.empty() && startDetached({"sleep", std::to_string(seconds)}, "/") != 0)
+    programsLog.error("Connections by which applications were told to do something can’t be kept");
+}
+
 } // namespace
 
 ProgramConnections::~ProgramConnections() {
@@ -24,6 +41,11 @@ ProgramConnections::~ProgramConnections() {
   const MutexLock lock(mutex_);
   closer = std::move(closer_);
   closer.request_stop();
+  std::vector<BusConnection*> held;
+  for (const Idle& each : held_)
+    held.push_back(each.connection.get());
+  holdElsewhere(held);
+  held_.clear();
 } // the lock is gone before the thread is joined
 
 std::unique_ptr<BusConnection> ProgramConnections::take(const std::string& program, const FindAddress& findAddress) {
@@ -70,25 +92,50 @@ std::unique_ptr<BusConnection> ProgramConnections::open(const std::string& progr
 
 void ProgramConnections::giveBack(const std::string& program, std::unique_ptr<BusConnection> connection) {
   const MutexLock lock(mutex_);
-  if (!closer_.joinable()) {
-    try {
-      closer_ = std::jthread([this](const std::stop_token& stop) { closeIdle(stop); });
-    } catch (const std::system_error& error) {
-      programsLog.error("No thread to close connections: {}", error.what());
-      return; // which closes this one
-    }
-  }
+  startCloser();
+  if (!closer_.joinable())
+    return; // which closes this one
   idle_.push_back({program, std::move(connection), Clock::now()});
-  gotIdle_.notify_one();
+  gotSome_.notify_one();
 }
 
-void ProgramConnections::closeIdle(const std::stop_token& stop) {
+void ProgramConnections::hold(const std::string& program, std::unique_ptr<BusConnection> connection) {
+  const MutexLock lock(mutex_);
+  startCloser();
+  held_.push_back({program, std::move(connection), Clock::now()});
+  gotSome_.notify_one();
+}
+
+bool ProgramConnections::holds(const std::string& program) {
+  const MutexLock lock(mutex_);
+  return std::ranges::find(held_, program, &Idle::program) != held_.end();
+}
+
+void ProgramConnections::release(const std::string& program) {
+  const MutexLock lock(mutex_);
+  std::erase_if(held_, [&](const Idle& each) { return each.program == program; });
+}
+
+void ProgramConnections::startCloser() {
+  if (closer_.joinable())
+    return;
+  try {
+    closer_ = std::jthread([this](const std::stop_token& stop) { close(stop); });
+  } catch (const std::system_error& error) {
+    programsLog.error("No thread to close connections: {}", error.what());
+  }
+}
+
+void ProgramConnections::close(const std::stop_token& stop) {
   MutexLock lock(mutex_);
-  while (gotIdle_.wait(lock, stop, [this]() REQUIRES(mutex_) { return !idle_.empty(); })) {
-    const Clock::time_point end = idle_.front().since + longestIdle;
-    gotIdle_.wait_until(lock, stop, end, [] { return false; });
+  const auto hasSome = [this]() REQUIRES(mutex_) { return !idle_.empty() || !held_.empty(); };
+  while (gotSome_.wait(lock, stop, hasSome)) {
+    const auto pause = idle_.empty() ? std::chrono::milliseconds(lookAtHeld) : longestIdle;
+    const auto hasIdle = [this, wasEmpty = idle_.empty()]() REQUIRES(mutex_) { return wasEmpty && !idle_.empty(); };
+    gotSome_.wait_for(lock, stop, pause, hasIdle);
     const Clock::time_point now = Clock::now();
     std::erase_if(idle_, [now](const Idle& each) { return each.since + longestIdle <= now; });
+    std::erase_if(held_, [](const Idle& each) { return !each.connection->isAlive(); });
   }
 }
 

@@ -23,6 +23,7 @@ namespace tabwright::platform {
 class ProgramConnections {
 public:
   static constexpr std::chrono::milliseconds longestIdle{100};
+  static constexpr std::chrono::minutes longestHold{10};
 
   ~ProgramConnections();
 
@@ -33,7 +34,15 @@ public:
   [[nodiscard]] std::unique_ptr<BusConnection> take(const std::string& program, const FindAddress& findAddress);
   /// As `take`, but a new one, for a call that may keep its connection busy.
   [[nodiscard]] std::unique_ptr<BusConnection> open(const std::string& program, const FindAddress& findAddress);
-  /// Takes back a connection on which nothing is pending; one with answers to come is dropped by whoever has it.
+  /// Keeps a connection by which a program was told to do something, and sends nothing on it any more. A program of GTK
+  /// works on that for as long as a dialog is open that it opened, and stands still at the next key after anything has
+  /// come by the connection, its end too. When that is over isn't told: it is kept until `release` or the program's
+  /// end, and for `longestHold` beyond the end of this process.
+  void hold(const std::string& program, std::unique_ptr<BusConnection> connection);
+  [[nodiscard]] bool holds(const std::string& program);
+  /// Closes what is held of a program, which has no such dialog open.
+  void release(const std::string& program);
+  /// Takes back a connection on which nothing is pending.
   void giveBack(const std::string& program, std::unique_ptr<BusConnection> connection);
 
 private:
@@ -44,12 +53,14 @@ private:
     Clock::time_point since;
   };
 
-  void closeIdle(const std::stop_token& stop);
+  void startCloser() REQUIRES(mutex_);
+  void close(const std::stop_token& stop);
 
   Mutex mutex_;
   std::map<std::string, std::string> addresses_ GUARDED_BY(mutex_);
   std::vector<Idle> idle_ GUARDED_BY(mutex_); ///< the longest idle first
-  std::condition_variable_any gotIdle_;
+  std::vector<Idle> held_ GUARDED_BY(mutex_);
+  std::condition_variable_any gotSome_;
   std::jthread closer_ GUARDED_BY(mutex_); ///< runs from the first connection on
 };
 

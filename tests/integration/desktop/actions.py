@@ -154,6 +154,28 @@ def process(name, lines):
     return ended.stdout.strip() or ended.stderr
 
 
+# A dialog takes keys: GTK stands still at one after the connection was closed by which the dialog was opened.
+def hasDialog():
+    return process("Mousepad", "exists text field 1 of sheet 1 of window 1") == "true"
+
+
+def entered(file):
+    """Presses Return, which a dialog doesn't take while it reads the folder, and waits for the file for a while."""
+    run("SimulateNamedKeyPress", targetContext=editor, namedKey="return")
+    end = time.monotonic() + 2
+    while not file.exists() and time.monotonic() < end:
+        time.sleep(0.05)
+    return file.exists()
+
+
+for number, how in enumerate(["", "--no-host"]):
+    keyed = notes.with_name(f"keyed{number}.txt")
+    expect("a dialog for keys", shell(f"{program} run {how} SelectMenuItem --targetContext mousepad --path 'File > Save As...'").stderr, "")
+    expect("it is there", eventually(hasDialog), True)
+    time.sleep(0.5)  # a new dialog misses the first keys
+    result("SimulateTyping", targetContext=editor, characters=str(keyed.with_suffix("")))
+    expect("saved by keys", eventually(lambda: entered(keyed)), True)
+
 # A dialog that GTK answers nothing beside, on the connection by which it was opened.
 copy = notes.with_name("copy.txt")
 result("SimulateTyping", targetContext=editor, characters="by a dialog")
