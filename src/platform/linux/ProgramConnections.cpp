@@ -42,6 +42,7 @@ ProgramConnections::~ProgramConnections() {
   closer = std::move(closer_);
   closer.request_stop();
   std::vector<BusConnection*> held;
+  held.reserve(held_.size());
   for (const Idle& each : held_)
     held.push_back(each.connection.get());
   holdElsewhere(held);
