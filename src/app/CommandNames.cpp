@@ -74,7 +74,7 @@ std::optional<std::string> commandWord(const std::vector<std::string>& words) {
   return std::nullopt;
 }
 
-std::vector<std::string> optionsOf(const CLI::App& command) {
+std::vector<std::string> optionWords(const CLI::App& command) {
   std::vector<std::string> words;
   for (const CLI::Option* option : command.get_options()) {
     for (const std::string& name : option->get_lnames())
@@ -84,7 +84,7 @@ std::vector<std::string> optionsOf(const CLI::App& command) {
 }
 
 bool hasOption(const CLI::App& command, const std::string& word) {
-  const std::vector<std::string> options = optionsOf(command);
+  const std::vector<std::string> options = optionWords(command);
   return std::ranges::find(options, word) != options.end() ||
          (command.get_name() == "run" && std::ranges::find(client::runWords::all, std::string_view(word),
                                                            &client::RunWord::word) != client::runWords::all.end());
@@ -94,14 +94,14 @@ bool hasOption(const CLI::App& command, const std::string& word) {
 UsageError misplaced(const std::string& word, const CLI::App* command, const CLI::App& program) {
   if (command)
     return UsageError(fmt::format("“tabwright {}” has no option “{}”.", command->get_name(), word) +
-                      host::didYouMean(word, optionsOf(*command),
+                      host::didYouMean(word, optionWords(*command),
                                        fmt::format(" “tabwright help {}” shows its options.", command->get_name())));
   for (const CLI::App* each : commandsOf(program)) {
     if (hasOption(*each, word))
       return UsageError(fmt::format("“{}” stands behind its command: tabwright {} {} …", word, each->get_name(), word));
   }
   return UsageError(fmt::format("There is no option “{}”.", word) +
-                    host::didYouMean(word, optionsOf(program), " “tabwright help” shows all commands."));
+                    host::didYouMean(word, optionWords(program), " “tabwright help” shows all commands."));
 }
 
 /// The first word that is no option where it stands. The parser reads on behind one in front of all commands, and

@@ -55,10 +55,11 @@ TEST_F(CommandLine, showsARunTimeErrorWithItsPlace) {
 }
 
 TEST_F(CommandLine, showsWhatIsMissingAtTheEndBehindTheLastWords) {
-  EXPECT_THAT(tabwright({"applescript", "--check", "-"}, "repeat\n\tbeep\n\n").errors,
-              StartsWith("standard input:2:6: syntax error: Expected “end” or “end repeat” but found end of script."));
-  EXPECT_THAT(tabwright({"applescript", "--check", "-"}, "repeat\n\tbeep\n\n").errors,
-              HasSubstr("\n\tbeep\n\t    ^\n"));
+  EXPECT_THAT(
+      tabwright({"applescript", "--check", "-"}, "repeat\n\tbeep\n\n").errors,
+      testing::AllOf(
+          StartsWith("standard input:2:6: syntax error: Expected “end” or “end repeat” but found end of script."),
+          HasSubstr("\n\tbeep\n\t    ^\n")));
 }
 
 TEST_F(CommandLine, refusesWithTheReasonOnStandardError) {

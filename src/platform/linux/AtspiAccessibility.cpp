@@ -249,7 +249,11 @@ void AtspiAccessibility::perform(const AccessibleElement& element, std::size_t a
         if (outcome != BusConnection::Outcome::answered)
           return outcome;
       }
-      (void)own->collectUntil([&] { return taking->isDone; }, limits, {});
+      try {
+        (void)own->collectUntil([&] { return taking->isDone; }, limits, {});
+      } catch (const BusLost&) {
+        // It was to quit, and has.
+      }
       return BusConnection::Outcome::answered;
     });
   } catch (...) {

@@ -22,15 +22,10 @@ constexpr std::size_t mostAddresses = 64;
 
 constexpr std::chrono::seconds lookAtHeld{1};
 
-/// A process that has the connections too, and does nothing.
-void holdElsewhere(const std::vector<BusConnection*>& connections) {
-  std::vector<FileDescriptor> inherited;
-  for (BusConnection* connection : connections) {
-    if (connection->isAlive())
-      inherited.emplace_back(dup(connection->descriptor()));
-  }
+/// Starts a process that inherits what is open now, and does nothing.
+void holdElsewhere() {
   const auto seconds = std::chrono::seconds(ProgramConnections::longestHold).count();
-  if (!inherited.empty() && startDetached({"sleep", std::to_string(seconds)}, "/") != 0)
+  if (startDetached({"sleep", std::to_string(seconds)}, "/") != 0)
     programsLog.error("Connections by which applications were told to do something can’t be kept");
 }
 
@@ -41,18 +36,20 @@ ProgramConnections::~ProgramConnections() {
   const MutexLock lock(mutex_);
   closer = std::move(closer_);
   closer.request_stop();
-  std::vector<BusConnection*> held;
-  held.reserve(held_.size());
-  for (const Idle& each : held_)
-    held.push_back(each.connection.get());
-  holdElsewhere(held);
+  std::vector<FileDescriptor> inherited;
+  for (const Kept& each : held_) {
+    if (each.connection->isAlive())
+      inherited.emplace_back(dup(each.connection->descriptor())); // a duplicate is not closed where a program begins
+  }
+  if (!inherited.empty())
+    holdElsewhere();
   held_.clear();
 } // the lock is gone before the thread is joined
 
 std::unique_ptr<BusConnection> ProgramConnections::take(const std::string& program, const FindAddress& findAddress) {
   {
     const MutexLock lock(mutex_);
-    const auto last = std::ranges::find(idle_.rbegin(), idle_.rend(), program, &Idle::program);
+    const auto last = std::ranges::find(idle_.rbegin(), idle_.rend(), program, &Kept::program);
     if (last != idle_.rend()) {
       auto connection = std::move(last->connection);
       idle_.erase(std::next(last).base());
@@ -109,12 +106,12 @@ void ProgramConnections::hold(const std::string& program, std::unique_ptr<BusCon
 
 bool ProgramConnections::holds(const std::string& program) {
   const MutexLock lock(mutex_);
-  return std::ranges::find(held_, program, &Idle::program) != held_.end();
+  return std::ranges::find(held_, program, &Kept::program) != held_.end();
 }
 
 void ProgramConnections::release(const std::string& program) {
   const MutexLock lock(mutex_);
-  std::erase_if(held_, [&](const Idle& each) { return each.program == program; });
+  std::erase_if(held_, [&](const Kept& each) { return each.program == program; });
 }
 
 void ProgramConnections::startCloser() {
@@ -135,8 +132,8 @@ void ProgramConnections::close(const std::stop_token& stop) {
     const auto hasIdle = [this, wasEmpty = idle_.empty()]() REQUIRES(mutex_) { return wasEmpty && !idle_.empty(); };
     gotSome_.wait_for(lock, stop, pause, hasIdle);
     const Clock::time_point now = Clock::now();
-    std::erase_if(idle_, [now](const Idle& each) { return each.since + longestIdle <= now; });
-    std::erase_if(held_, [](const Idle& each) { return !each.connection->isAlive(); });
+    std::erase_if(idle_, [now](const Kept& each) { return each.since + longestIdle <= now; });
+    std::erase_if(held_, [](const Kept& each) { return !each.connection->isAlive(); });
   }
 }
 

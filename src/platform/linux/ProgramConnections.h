@@ -15,8 +15,8 @@
 
 namespace tabwright::platform {
 
-/// Connections to programs that listen for some themselves, as those of GTK do. A question takes a third of the time on
-/// one, since no bus hands it on.
+/// Connections to programs that listen for some themselves, as those of GTK do. A question takes half the time on one,
+/// and an answer comes in a third, since no bus hands them on.
 ///
 /// Programs are known by their unique names on the bus. A connection that nobody has used for a moment is closed: what
 /// its program tells all who listen would pile up there. Safe to use from any thread.
@@ -47,7 +47,7 @@ public:
 
 private:
   using Clock = std::chrono::steady_clock;
-  struct Idle {
+  struct Kept {
     std::string program;
     std::unique_ptr<BusConnection> connection;
     Clock::time_point since;
@@ -58,8 +58,8 @@ private:
 
   Mutex mutex_;
   std::map<std::string, std::string> addresses_ GUARDED_BY(mutex_);
-  std::vector<Idle> idle_ GUARDED_BY(mutex_); ///< the longest idle first
-  std::vector<Idle> held_ GUARDED_BY(mutex_);
+  std::vector<Kept> idle_ GUARDED_BY(mutex_); ///< the longest idle first
+  std::vector<Kept> held_ GUARDED_BY(mutex_);
   std::condition_variable_any gotSome_;
   std::jthread closer_ GUARDED_BY(mutex_); ///< runs from the first connection on
 };
