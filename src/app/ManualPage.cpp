@@ -44,7 +44,7 @@ std::string manualEntry(const std::string& term, const std::string& text) {
   return ".TP\n" + term + "\n" + text + "\n";
 }
 
-std::string optionsOf(const CLI::App& command) {
+std::string optionRows(const CLI::App& command) {
   std::string text;
   for (const CLI::Option* option : command.get_options()) {
     if (option->get_positional() || option->get_lnames().empty())
@@ -57,7 +57,7 @@ std::string optionsOf(const CLI::App& command) {
   return text;
 }
 
-std::string commandsOf(const CLI::App& program) {
+std::string commandSections(const CLI::App& program) {
   std::string text;
   for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
     std::string term = bold(command->get_name());
@@ -72,7 +72,7 @@ std::string commandsOf(const CLI::App& program) {
     text += manualEntry(term, roff(command->get_description()) + ".");
     if (!command->get_footer().empty())
       text += roff(command->get_footer()) + "\n";
-    text += ".RS\n" + operands + optionsOf(*command) + ".RE\n";
+    text += ".RS\n" + operands + optionRows(*command) + ".RE\n";
   }
   return text;
 }
@@ -100,7 +100,7 @@ std::string sectionOf(const intents::Intent& action) {
          "\n";
 }
 
-std::string sectionsOf(const host::Catalogue& catalogue, const std::string& name) {
+std::string actionSections(const host::Catalogue& catalogue, const std::string& name) {
   if (!name.empty())
     return sectionOf(catalogue.declaration(name));
   std::string text;
@@ -109,7 +109,7 @@ std::string sectionsOf(const host::Catalogue& catalogue, const std::string& name
   return text;
 }
 
-void fill(std::string& page, std::string_view placeholder, const std::string& text) {
+void replacePlaceholder(std::string& page, std::string_view placeholder, const std::string& text) {
   page.replace(page.find(placeholder), placeholder.size(), text);
 }
 
@@ -117,10 +117,10 @@ void fill(std::string& page, std::string_view placeholder, const std::string& te
 
 std::string manualPage(const CLI::App& program, const host::Catalogue& catalogue, const std::string& action) {
   std::string page(resources::tabwright_1);
-  fill(page, "@VERSION@", TABWRIGHT_VERSION);
-  fill(page, "@COMMANDS@\n", commandsOf(program));
-  fill(page, "@OPTIONS@\n", optionsOf(program));
-  fill(page, "@ACTIONS@\n", sectionsOf(catalogue, action));
+  replacePlaceholder(page, "@VERSION@", TABWRIGHT_VERSION);
+  replacePlaceholder(page, "@COMMANDS@\n", commandSections(program));
+  replacePlaceholder(page, "@OPTIONS@\n", optionRows(program));
+  replacePlaceholder(page, "@ACTIONS@\n", actionSections(catalogue, action));
   for (std::size_t gap; (gap = page.find("\n\n")) != std::string::npos;)
     page.erase(gap, 1);
   return page;

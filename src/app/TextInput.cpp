@@ -13,7 +13,7 @@
 namespace tabwright::app {
 namespace {
 
-std::string nameOf(const std::string& file) {
+std::string shownName(const std::string& file) {
   return file == "-" ? "standard input" : file;
 }
 
@@ -24,7 +24,7 @@ std::string readAll(int descriptor, const std::string& file) {
     const ssize_t count = ::read(descriptor, buffer.data(), buffer.size());
     if (count > 0 && content.size() + static_cast<std::size_t>(count) > longestText)
       throw intents::UsageError(fmt::format("Can’t read {}: it is longer than {} MiB, the most that is taken.",
-                                            nameOf(file), longestText >> 20));
+                                            shownName(file), longestText >> 20));
     if (count > 0)
       content.append(buffer.data(), static_cast<std::size_t>(count));
     else if (count == 0)
@@ -48,7 +48,7 @@ std::string readStandardInput() {
 }
 
 intents::UsageError unreadable(const std::string& operation, const std::string& file, int errorNumber) {
-  return intents::UsageError(fmt::format("Can’t {} {}: {}.", operation, nameOf(file), std::strerror(errorNumber)));
+  return intents::UsageError(fmt::format("Can’t {} {}: {}.", operation, shownName(file), std::strerror(errorNumber)));
 }
 
 } // namespace tabwright::app

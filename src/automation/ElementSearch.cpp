@@ -13,7 +13,7 @@ using platform::AccessibleState;
 
 namespace {
 
-constexpr std::size_t mostLevels = 9; ///< menu bars, toolbars and open menus stand at most so deep
+constexpr std::size_t mostLevelsAboveMenus = 9; ///< menu bars, toolbars and open menus stand at most so deep
 
 } // namespace
 
@@ -36,7 +36,7 @@ AccessibleWindows windowsOf(platform::Accessibility& accessibility, const Access
 
 bool searchDown(platform::Accessibility& accessibility, std::vector<AccessibleElement> level,
                 const platform::CallLimits& limits, const TakeElement& take) {
-  for (std::size_t depth = 0; depth < mostLevels && !level.empty(); ++depth) {
+  for (std::size_t depth = 0; depth < mostLevelsAboveMenus && !level.empty(); ++depth) {
     const auto facts = accessibility.read(level, {.role = true, .children = true}, limits);
     std::vector<AccessibleElement> below;
     for (std::size_t each = 0; each < level.size(); ++each) {

@@ -9,14 +9,14 @@ namespace tabwright::automation {
 
 namespace {
 
-constexpr std::size_t mostLevels = 32; ///< of items and menus in turn
+constexpr std::size_t mostLevelsOfMenus = 32; ///< of items and menus in turn
 
 } // namespace
 
 MenuTree readMenuTree(const AxeElement& root) {
   MenuTree tree{root, {}};
   std::vector<MenuTree*> level{&tree};
-  for (std::size_t depth = 0; depth < mostLevels && !level.empty(); ++depth) {
+  for (std::size_t depth = 0; depth < mostLevelsOfMenus && !level.empty(); ++depth) {
     std::vector<AxeElement> elements;
     elements.reserve(level.size());
     for (const MenuTree* each : level)

@@ -7,20 +7,20 @@
 namespace tabwright::engine {
 namespace {
 
-using enum AxeError;
 constexpr platform::FailureTable<AxeError, 10> axeErrors{
     "AxeError",
     {
-        {appCouldNotBeActivated, "appCouldNotBeActivated", "The app couldn't be activated or launched"},
-        {appHasNoMenuBar, "appHasNoMenuBar", "The app doesn't have a menu bar"},
-        {windowNotFound, "windowNotFound", "The requested window couldn't be found"},
-        {windowsNotFound, "windowsNotFound", "The app doesn't have any open windows"},
-        {menuItemNotFound, "menuItemNotFound", "The requested menu item couldn't be found"},
-        {menuItemInactive, "menuItemInactive", "The requested menu item is not active or enabled"},
-        {buttonNotFound, "buttonNotFound", "The requested button couldn't be found"},
-        {buttonInactive, "buttonInactive", "The requested button is not active or enabled"},
-        {elementNotFound, "elementNotFound", "The requested UI element couldn't be found"},
-        {cantFullscreenFloatingWindows, "cantFullscreenFloatingWindows", "Floating windows don't support fullscreen"},
+        {AxeError::appCouldNotBeActivated, "appCouldNotBeActivated", "The app couldn't be activated or launched"},
+        {AxeError::appHasNoMenuBar, "appHasNoMenuBar", "The app doesn't have a menu bar"},
+        {AxeError::windowNotFound, "windowNotFound", "The requested window couldn't be found"},
+        {AxeError::windowsNotFound, "windowsNotFound", "The app doesn't have any open windows"},
+        {AxeError::menuItemNotFound, "menuItemNotFound", "The requested menu item couldn't be found"},
+        {AxeError::menuItemInactive, "menuItemInactive", "The requested menu item is not active or enabled"},
+        {AxeError::buttonNotFound, "buttonNotFound", "The requested button couldn't be found"},
+        {AxeError::buttonInactive, "buttonInactive", "The requested button is not active or enabled"},
+        {AxeError::elementNotFound, "elementNotFound", "The requested UI element couldn't be found"},
+        {AxeError::cantFullscreenFloatingWindows, "cantFullscreenFloatingWindows",
+         "Floating windows don't support fullscreen"},
     }};
 
 } // namespace

@@ -17,7 +17,7 @@ namespace {
 constexpr std::size_t mostIdleBuses = 4;
 
 /// The first call may have to start the bus.
-constexpr auto patience = Accessibility::longestArrival;
+constexpr auto longestSilence = Accessibility::longestArrival;
 
 } // namespace
 
@@ -41,7 +41,7 @@ std::string AccessibilityBus::askSession(const CallLimits& limits) {
     isOn = sd_bus_message_read(answer, "v", "b", &value) < 0 || value != 0;
   });
   const auto collect = [&] {
-    const BusConnection::Outcome outcome = session->collect(limits, patience);
+    const BusConnection::Outcome outcome = session->collect(limits, longestSilence);
     if (outcome == BusConnection::Outcome::stopped)
       throw failure(DesktopFault::stopped);
     if (outcome == BusConnection::Outcome::silent)

@@ -20,7 +20,7 @@ namespace tabwright::platform {
 namespace {
 
 /// For how long a window manager is waited for. It answers within some milliseconds.
-constexpr auto patience = std::chrono::milliseconds(500);
+constexpr auto longestChange = std::chrono::milliseconds(500);
 /// After an iconification no window is active for about a millisecond.
 constexpr auto activationGap = std::chrono::milliseconds(50);
 /// For how long a window that has begun to change its place is waited for.
@@ -127,7 +127,7 @@ void X11WindowSystem::activate(std::uint32_t window) {
   xcb_flush(system.xcb);
   // A modal dialog takes its window's place. A window that was sent to another workspace may still be told as active
   // for a moment.
-  system.await(patience, [&] {
+  system.await(longestChange, [&] {
     const std::uint32_t active = system.windows.active();
     return (active == window || (active != XCB_WINDOW_NONE && system.windows.ownerOf(active) == window)) &&
            !(isManaged && system.windows.workspaceElsewhere(window));
@@ -147,7 +147,7 @@ void X11WindowSystem::minimise(const std::vector<std::uint32_t>& windows) {
     }
   }
   xcb_flush(system.xcb);
-  system.await(patience, [&] { return system.allShown(windows, false); });
+  system.await(longestChange, [&] { return system.allShown(windows, false); });
   if (isManaged)
     system.await(activationGap, [&] { return system.isSettled(); });
 }
@@ -158,7 +158,7 @@ void X11WindowSystem::restore(const std::vector<std::uint32_t>& windows) {
   for (auto window = windows.rbegin(); window != windows.rend(); ++window)
     xcb_map_window(system.xcb, *window);
   xcb_flush(system.xcb);
-  system.await(patience, [&] { return system.allShown(windows, true); });
+  system.await(longestChange, [&] { return system.allShown(windows, true); });
 }
 
 void X11WindowSystem::place(std::uint32_t window, const Rectangle& place) {
@@ -184,7 +184,7 @@ void X11WindowSystem::place(std::uint32_t window, const Rectangle& place) {
   xcb_flush(system.xcb);
   if (place == *before)
     return;
-  system.await(patience, [&] { return system.windows.placeOf(window) != before; });
+  system.await(longestChange, [&] { return system.windows.placeOf(window) != before; });
   // Moving and sizing may come one after the other. A size that the application rounds never becomes the one asked for.
   system.await(roundingGap, [&] { return system.windows.placeOf(window) == place; });
 }
@@ -198,7 +198,7 @@ void X11WindowSystem::setFullScreen(std::uint32_t window, bool isFullScreen) {
       system.hints, system.screen, window, isFullScreen ? XCB_EWMH_WM_STATE_ADD : XCB_EWMH_WM_STATE_REMOVE,
       system.hints->_NET_WM_STATE_FULLSCREEN, XCB_ATOM_NONE, XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
   xcb_flush(system.xcb);
-  system.await(patience, [&] {
+  system.await(longestChange, [&] {
     const std::vector<ClientWindow> now = system.windows.read();
     const auto found = std::ranges::find(now, window, &ClientWindow::id);
     return found == now.end() || found->isFullScreen == isFullScreen;
