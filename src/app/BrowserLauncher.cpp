@@ -1,7 +1,9 @@
 #include "app/BrowserLauncher.h"
 
 #include "app/BrowserReach.h"
+#include "devtools/Connection.h"
 #include "devtools/Discovery.h"
+#include "devtools/Targets.h"
 #include "intents/UsageError.h"
 #include "platform/DesktopFault.h"
 #include "platform/FileFailure.h"
@@ -156,6 +158,32 @@ bool accepts(const RunningBrowser& browser) {
   return devtools::Discovery().endpoint(browser.profileDirectory, browser.process, browser.owner).has_value();
 }
 
+/// The address as a browser takes one from its command line, spelt out: a file that is there, or a host without scheme.
+std::string fullAddress(const std::string& address) {
+  std::error_code error;
+  if (std::filesystem::exists(address, error))
+    return "file://" + std::filesystem::absolute(address).string();
+  const bool hasScheme =
+      address.find("://") != std::string::npos || address.starts_with("about:") || address.starts_with("data:");
+  return hasScheme ? address : "http://" + address;
+}
+
+/// A second start hands its address to a browser with windows, but not to one without.
+void openInHeadless(const RunningBrowser& browser, const BrowserLaunch& launch, const std::stop_token& stop) {
+  const auto endpoint = devtools::Discovery().endpoint(browser.profileDirectory, browser.process, browser.owner);
+  if (!endpoint)
+    throw NoBrowser(endpoint.error().detail);
+  platform::CallLimits limits{.stop = stop};
+  limits = limits.within(patienceWithRunning);
+  try {
+    const auto connection = devtools::Connection::open(*endpoint, limits);
+    static_cast<void>(devtools::createTarget(*connection, {{"url", fullAddress(launch.address)}}, limits));
+  } catch (const platform::Failure& failure) {
+    throw NoBrowser(fmt::format("{} runs already, but didn’t open {}: {}", launch.facts->name, launch.address,
+                                failure.errorDescription()));
+  }
+}
+
 // A browser whose disk is full starts, and then waits for ever.
 void requireRoom(const BrowserLaunch& launch) {
   if (!session::hasRoom(launch.profileDirectory.string(), roomForProfile))
@@ -179,8 +207,11 @@ LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem
     throw NoBrowser(fmt::format("{} already runs with the profile {}, but answers nothing: it is frozen, or very busy. "
                                 "Look at its windows, or end it (process {}) and start it again.",
                                 launch.facts->name, launch.profileDirectory.string(), before->process));
-  if (before && launch.address.empty() && accepts(*before))
+  if (before && (before->isHeadless || launch.address.empty()) && accepts(*before)) {
+    if (!launch.address.empty())
+      openInHeadless(*before, launch, stop);
     return {.process = before->process, .wasRunning = true};
+  }
   if (!before) {
     requireRoom(launch);
     std::error_code ignored; // the port of an earlier run would only be in the way

@@ -160,6 +160,18 @@ void requireContent(const ParameterFile& wanted, const std::string& parameter, c
             : fmt::format("The file {} for {} is empty.", wanted.file, parameter));
 }
 
+// Other programs take options in front of names.
+void requireNameFirst(const host::Catalogue& catalogue, const RunCommand& command) {
+  const std::vector<std::string> names = catalogue.names();
+  const auto isAction = [&](const std::string& word) { return std::ranges::find(names, word) != names.end(); };
+  if (isAction(command.name) || command.words.empty() || !command.words.front().starts_with('-'))
+    return;
+  const auto action = std::ranges::find_if(command.words, isAction);
+  if (action != command.words.end())
+    throw intents::UsageError(fmt::format("The action’s name comes before its parameters: tabwright run {} {} …",
+                                          *action, command.words.front()));
+}
+
 } // namespace
 
 RunCommand runCommandIn(const std::vector<std::string>& words) {
@@ -176,6 +188,7 @@ bool wantsJson(const RunCommand& command) {
 }
 
 platform::Task<std::string> runAction(const host::Catalogue& catalogue, ActionRun run, RunCaller& caller) {
+  requireNameFirst(catalogue, run.command);
   const intents::Intent& action = catalogue.declaration(run.command.name);
   ParameterArguments arguments = parseArguments(action, run.command.words);
   if (arguments.wantsHelp)

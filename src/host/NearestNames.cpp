@@ -31,8 +31,11 @@ std::size_t editDistance(std::string_view from, std::string_view to) {
 
 std::vector<std::string> nearestNames(std::string_view wanted, std::span<const std::string> names) {
   constexpr std::size_t most = 3;
+  if (wanted.empty())
+    return {};
   const std::string written = platform::lowercased(wanted);
-  const std::size_t tolerance = std::max<std::size_t>(2, written.size() / 3);
+  // A word of two letters is two errors away from every other one.
+  const std::size_t tolerance = std::min(written.size(), std::max<std::size_t>(3, written.size() / 3 + 1)) - 1;
 
   std::vector<std::pair<std::size_t, std::size_t>> near; // distance and index: names equally near keep their order
   for (std::size_t index = 0; index < names.size(); ++index) {

@@ -180,6 +180,9 @@ steps:
     steps:
       - print: ${tab.targetContext.name} ${tab.nme}
   - append: {lists: 1}
+  - repeat: tab
+    as: item
+    steps: []
   - print: ${error}
   - try: []
     otherwise:
@@ -192,7 +195,8 @@ steps:
                   HasSubstr("What is repeated over is a list; this is of type BrowserTabEntity."),
                   HasSubstr("has no “nme”. It has targetContext, title, url,"),
                   StartsWith("17: lists: No earlier step gives “lists”."),
-                  StartsWith("18: ${error}: No earlier step gives “error”.")));
+                  StartsWith("18: tab: What is repeated over is a list. The variable is ${tab}."),
+                  StartsWith("21: ${error}: No earlier step gives “error”.")));
 }
 
 TEST_F(WorkflowFile, TakesVariablesFromOutside) {
@@ -205,7 +209,7 @@ TEST_F(WorkflowFile, TakesVariablesFromOutside) {
   EXPECT_EQ(failureText([&] { return firstVariables(workflow, {}); }),
             "The workflow needs a value of “c”: give it with --set c=VALUE.");
   EXPECT_EQ(failureText([&] { return firstVariables(workflow, {{"c", "1"}, {"bb", "1"}}); }),
-            "The workflow has no variable “bb”. Did you mean b, a or c?");
+            "The workflow has no variable “bb”. Did you mean b?");
   EXPECT_EQ(failureText([&] { return firstVariables(workflow, {{"c", "\xFF"}}); }),
             "The variable “c” takes text in UTF-8.");
   for (const char* text : {"y", "5"})

@@ -82,7 +82,9 @@ private:
     } else if (type && type->kind != ValueKind::text) { // a text may hold a list in JSON
       complain(step.list.place, fmt::format("What is repeated over is a list; this is of type {}.", type->name()));
     } else if (const auto* value = std::get_if<json::value>(&step.list.form); value && !value->is_array()) {
-      complain(step.list.place, "What is repeated over is a list.");
+      const std::string name(value->is_string() ? std::string_view(value->get_string()) : std::string_view());
+      complain(step.list.place, "What is repeated over is a list." +
+                                    (types_.contains(name) ? fmt::format(" The variable is ${{{}}}.", name) : ""));
     }
     types_[step.item.text] = item;
     check(step.steps);

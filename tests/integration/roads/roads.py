@@ -345,6 +345,16 @@ def close_each(case):
         return f"{line}\n  gave {ended}\n  the pages are {browser.seen(None)}"
 
 
+def start_again(case):
+    """The browser runs, has no window, and is to open another address."""
+    url = f"{site}/target/{case}"
+    ended = shell(f"{program} browser chromium --headless {url.removeprefix('http://')}")
+    if ended.returncode or not json.loads(ended.stdout)["wasRunning"]:
+        return f"it gave {ended}"
+    if not eventually(lambda: url in [page["url"] for page in browser.pages()]):
+        return f"the pages are {browser.seen(None)}"
+
+
 def run_example(name, row):
     """An example, as the manual runs it. Gives the complaint, if there is one."""
     row = filled(row, "")
@@ -380,6 +390,7 @@ def cases(table):
             yield f"{next(iter(row.items()))}, {road}, refused", lambda case: refuse(row, road)
     yield "FocusTab, command, number", choose
     yield "CloseTab, command, each", close_each
+    yield "browser, command, runs already", start_again
     for name, row in table["examples"].items():
         yield f"example {name}", lambda case: run_example(name, row)
 
