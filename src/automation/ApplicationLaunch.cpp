@@ -35,12 +35,25 @@ std::optional<platform::InstalledApplication> findInstalled(const std::string& i
   return installed.find(id);
 }
 
+/// Without a display a program ends at once, or runs unseen until it has found that out.
+bool canShowWindows(platform::WindowSystem& windows) {
+  try {
+    static_cast<void>(windows.windows());
+    return true;
+  } catch (const platform::DesktopFailure& failure) {
+    log.debug("{}", failure.errorDescription());
+    return failure.kind() != platform::DesktopFault::noWindowSystem;
+  }
+}
+
 bool start(const std::string& id, const DesktopServices& services, const platform::CallLimits& limits) {
   const auto application = findInstalled(id, services.installed);
   if (!application) {
     log.error("Application with bundle identifier '{}' not found", id);
     return false;
   }
+  if (!canShowWindows(services.windows))
+    return false;
   try {
     // Some programs join the accessibility bus only where it is on when they start, and asking it switches it on.
     static_cast<void>(services.accessibility.applications(limits));

@@ -62,6 +62,16 @@ TEST_F(ActivateOrLaunch, YieldsNothingForWhatCannotBeStarted) {
   EXPECT_TRUE(workspace.clock.sleeps.empty());
 }
 
+TEST_F(ActivateOrLaunch, StartsNothingWithoutADisplay) {
+  workspace.known = {{"editor", "Editor"}};
+  workspace.onWindows = [] { throw platform::failure(platform::DesktopFault::noWindowSystem, "none"); };
+  EXPECT_EQ(run("editor"), 0);
+  EXPECT_TRUE(workspace.deeds.empty());
+  workspace.onWindows = [] { throw platform::failure(platform::DesktopFault::wayland); };
+  run("editor");
+  EXPECT_EQ(workspace.deeds, Texts{"start Editor"});
+}
+
 TEST_F(ActivateOrLaunch, LeavesAnApplicationWhereItIsOnADesktopThatShowsNoWindows) {
   workspace.run(2, "editor", "Editor");
   workspace.onWindows = [] { throw platform::failure(platform::DesktopFault::wayland); };
