@@ -1,6 +1,8 @@
 #include "shell/Varn.h"
 
+#include "platform/Logger.h"
 #include "shell/Application.h"
+#include "shell/WindowText.h"
 
 #include <fmt/core.h>
 
@@ -36,6 +38,25 @@ Window* Varn::Windows::mainWindow(const Application& application) {
 void Varn::Windows::showMainWindow(const Application& application) {
   if (Window* window = mainWindow(application))
     window->makeKeyAndOrderFront();
+}
+
+void Varn::Windows::showOnboardingWindow(Application& application, const std::optional<std::string>& title) {
+  Window* window = application.onboardingWindow();
+  if (window) {
+    if (!window->isVisible())
+      window->renewContent();
+    window->makeKeyAndOrderFront();
+    return;
+  }
+  window = application.makeOnboardingWindow();
+  if (!window) {
+    platform::Logger("Varn-Helpers").error("Couldn't create onboarding window");
+    return;
+  }
+  window->renewContent();
+  window->setTitle(title.value_or(windowText("setup.title", {App::name})));
+  window->makeKeyAndOrderFront();
+  window->center();
 }
 
 void Varn::Windows::cleanUp(Application& application) {

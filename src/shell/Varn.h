@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -31,6 +32,9 @@ struct Varn {
     [[nodiscard]] static Window* mainWindow(const Application& application);
     /// Brings the main window to the front, if there is one.
     static void showMainWindow(const Application& application);
+    /// Shows the setup, in the one window that it has: one that is open comes to the front as it is, a closed one
+    /// starts over. The title is "Set up Tabwright" where none is given.
+    static void showOnboardingWindow(Application& application, const std::optional<std::string>& title = {});
     /// Switches tabs of windows off, and closes all windows but the main one.
     static void cleanUp(Application& application);
   };

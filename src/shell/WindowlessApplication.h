@@ -24,6 +24,11 @@ public:
 
   [[nodiscard]] bool isHidden() const override;
   [[nodiscard]] std::vector<Window*> windows() const override;
+  [[nodiscard]] Window* keyWindow() const override { return nullptr; }
+  [[nodiscard]] Window* onboardingWindow() const override { return nullptr; }
+  Window* makeOnboardingWindow() override { return nullptr; }
+  bool openAddress(const std::string&) override { return false; }
+  void revealFile(const std::filesystem::path&) override {}
   void setAllowsAutomaticWindowTabbing(bool isAllowed) override;
   void setDelegate(ApplicationDelegate* delegate) override;
   void terminate() override;

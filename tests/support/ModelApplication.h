@@ -13,6 +13,7 @@ namespace tabwright::testsupport {
 class ModelApplication final : public shell::Application {
 public:
   bool hidden = false;
+  bool canMakeWindows = true;
   std::vector<std::string> events;
 
   void open(std::string identifier) { windows_.push_back(std::make_unique<ModelWindow>(*this, std::move(identifier))); }
@@ -31,6 +32,18 @@ public:
       open.push_back(window.get());
     return open;
   }
+  [[nodiscard]] shell::Window* keyWindow() const override { return nullptr; }
+  [[nodiscard]] shell::Window* onboardingWindow() const override { return onboarding_.get(); }
+  shell::Window* makeOnboardingWindow() override {
+    if (canMakeWindows)
+      onboarding_ = std::make_unique<ModelWindow>(*this, std::string(shell::onboardingWindowIdentifier));
+    return onboarding_.get();
+  }
+  bool openAddress(const std::string& address) override {
+    events.push_back("open " + address);
+    return true;
+  }
+  void revealFile(const std::filesystem::path& file) override { events.push_back("reveal " + file.string()); }
   void setAllowsAutomaticWindowTabbing(bool isAllowed) override {
     events.push_back(isAllowed ? "tabbing on" : "tabbing off");
   }
@@ -44,16 +57,26 @@ private:
     [[nodiscard]] std::string identifier() const override { return identifier_; }
     void close() override {
       owner_.events.push_back("close " + identifier_);
+      isVisible_ = false;
       std::erase_if(owner_.windows_, [this](const auto& window) { return window.get() == this; });
     }
-    void makeKeyAndOrderFront() override { owner_.events.push_back("front " + identifier_); }
+    [[nodiscard]] bool isVisible() const override { return isVisible_; }
+    void setTitle(const std::string& title) override { owner_.events.push_back("title " + title); }
+    void renewContent() override { owner_.events.push_back("content " + identifier_); }
+    void center() override { owner_.events.push_back("center " + identifier_); }
+    void makeKeyAndOrderFront() override {
+      owner_.events.push_back("front " + identifier_);
+      isVisible_ = true;
+    }
 
   private:
     ModelApplication& owner_;
     std::string identifier_;
+    bool isVisible_ = false;
   };
 
   std::vector<std::unique_ptr<ModelWindow>> windows_;
+  std::unique_ptr<ModelWindow> onboarding_;
   shell::ApplicationDelegate* delegate_ = nullptr;
 };
 
