@@ -21,6 +21,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
+#include <cstdlib>
 #include <fcntl.h>
 #include <optional>
 #include <spawn.h>
@@ -193,6 +194,34 @@ void requireRoom(const BrowserLaunch& launch) {
 }
 
 } // namespace
+
+BrowserLaunch launchWithOwnProfile(const platform::BrowserFacts& facts) {
+  return {.facts = &facts,
+          .profileDirectory = platform::dataHome() / "tabwright" / "browsers" / facts.shortName,
+          .isHeadless = false,
+          .address = {},
+          .switches = {}};
+}
+
+std::filesystem::path logFileOf(const platform::BrowserFacts& facts) {
+  return platform::stateHome() / "tabwright" / fmt::format("browser-{}.log", facts.shortName);
+}
+
+bool hasDesktop() {
+  const auto isSet = [](const char* variable) {
+    const char* value = std::getenv(variable);
+    return value && *value;
+  };
+  return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY");
+}
+
+void requireDesktop(const platform::BrowserFacts& facts) {
+  if (!hasDesktop())
+    throw NoBrowser(
+        fmt::format("There is no desktop for {}’s windows: neither DISPLAY nor WAYLAND_DISPLAY is set. Start "
+                    "it without a window: tabwright browser {} --headless",
+                    facts.name, facts.shortName));
+}
 
 LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem::path& logFile,
                               std::chrono::seconds patience, const std::stop_token& stop) {

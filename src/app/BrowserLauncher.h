@@ -40,6 +40,17 @@ private:
   std::string sentence_;
 };
 
+/// A browser with the profile that this program keeps for it, apart from the user's own.
+[[nodiscard]] BrowserLaunch launchWithOwnProfile(const platform::BrowserFacts& facts);
+/// The file that such a browser's output goes to.
+[[nodiscard]] std::filesystem::path logFileOf(const platform::BrowserFacts& facts);
+/// True where there is a desktop that can show windows.
+[[nodiscard]] bool hasDesktop();
+/// Throws NoBrowser where there is no desktop that could show the browser's windows.
+void requireDesktop(const platform::BrowserFacts& facts);
+/// The time that a first start may take; on a slow machine it takes more than ten seconds.
+inline constexpr std::chrono::seconds startPatience{60};
+
 /// Starts a browser in a session of its own, with remote debugging on and its output in `logFile`, and returns when it
 /// accepts connections. The browser outlives this process.
 ///

@@ -5,6 +5,10 @@
 
 #include <fmt/core.h>
 
+#include <future>
+#include <utility>
+#include <vector>
+
 namespace tabwright::app {
 
 BrowserReach reachOf(const platform::RunningBrowser& browser, std::chrono::milliseconds patience) {
@@ -25,6 +29,43 @@ BrowserReach reachOf(const platform::RunningBrowser& browser, std::chrono::milli
     return {.kind = Kind::broken, .detail = fmt::format("port {} answers no HTTP", endpoint->port)};
   }
   return {.kind = Kind::drivable, .detail = {}};
+}
+
+BrowserReaches reachOfRunning(std::chrono::milliseconds patience) {
+  struct Look {
+    const platform::BrowserFacts* facts;
+    std::future<BrowserReach> reach;
+  };
+  std::vector<Look> looks;
+  for (const platform::RunningBrowser& browser : platform::RunningBrowsers().findAll())
+    looks.push_back({browser.facts, std::async(std::launch::async, reachOf, browser, patience)});
+  BrowserReaches best;
+  for (Look& look : looks) {
+    BrowserReach reach = look.reach.get();
+    const auto [place, isFirst] = best.try_emplace(look.facts, reach);
+    if (!isFirst && reach.kind < place->second.kind)
+      place->second = std::move(reach);
+  }
+  return best;
+}
+
+std::string sentenceOf(const platform::BrowserFacts& facts, const BrowserReach& reach) {
+  switch (reach.kind) {
+  case BrowserReach::Kind::drivable:
+    return fmt::format("{} is running and can be driven.", facts.name);
+  case BrowserReach::Kind::silent:
+    return fmt::format("{} is running, but answers nothing: it is frozen, or very busy. Look at its windows, or end it "
+                       "and start it again.",
+                       facts.name);
+  case BrowserReach::Kind::broken:
+    return fmt::format("{} is running, but can’t be reached at its debugging port: {}. End it and start it again.",
+                       facts.name, reach.detail);
+  case BrowserReach::Kind::debuggingOff:
+    break;
+  }
+  return fmt::format("{} is running, but not with remote debugging: open chrome://inspect/#remote-debugging in it and "
+                     "switch it on.",
+                     facts.name);
 }
 
 } // namespace tabwright::app

@@ -3,6 +3,7 @@
 #include "platform/linux/RunningBrowsers.h"
 
 #include <chrono>
+#include <map>
 #include <string>
 
 namespace tabwright::app {
@@ -21,5 +22,14 @@ struct BrowserReach {
 
 /// Reads the browser's own files and asks at its port. Opens no session, and takes no longer than `patience`.
 [[nodiscard]] BrowserReach reachOf(const platform::RunningBrowser& browser, std::chrono::milliseconds patience);
+
+/// By the row of the browser; of several that run of one kind the one that is reached best counts.
+using BrowserReaches = std::map<const platform::BrowserFacts*, BrowserReach>;
+
+/// All browsers that run, asked at the same time.
+[[nodiscard]] BrowserReaches reachOfRunning(std::chrono::milliseconds patience);
+
+/// A sentence for the user: how the browser is, and what to do about it.
+[[nodiscard]] std::string sentenceOf(const platform::BrowserFacts& facts, const BrowserReach& reach);
 
 } // namespace tabwright::app

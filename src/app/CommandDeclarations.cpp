@@ -138,6 +138,12 @@ void declareBrowser(CLI::App& program, Choices& choices) {
   });
 }
 
+void declareWindows(CLI::App& program, Choices& choices) {
+  CLI::App* open =
+      program.add_subcommand("open", "Show Tabwright’s windows: the setup, the documentation, what is new");
+  open->callback([&choices] { choices.chosen = [] { return app::open(); }; });
+}
+
 void declareAgents(CLI::App& program, Choices& choices) {
   CLI::App* mcp = program.add_subcommand("mcp", "Serve the actions to an agent: Model Context Protocol on standard "
                                                 "input and output");
@@ -179,6 +185,7 @@ void declareCommands(CLI::App& program, Choices& choices) {
   declareWorkflow(program, choices);
   declareMarkdown(program, choices);
   declareBrowser(program, choices);
+  declareWindows(program, choices);
   declareAgents(program, choices);
   declareShells(program, choices);
 }

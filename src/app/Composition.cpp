@@ -1,6 +1,7 @@
 #include "app/Composition.h"
 
 #include "app/AutomationElements.h"
+#include "app/BrowserLauncher.h"
 #include "app/HelperFiles.h"
 #include "crashreport/LoggingCrashReporter.h"
 #include "engine/JavaScriptCoreSyntaxValidator.h"
@@ -94,6 +95,12 @@ private:
   Drivers& drivers_;
 };
 
+/// What `activate` does for a browser that doesn't run: it becomes one that the script's next words reach.
+void launchForScript(const BrowserFacts& facts) {
+  requireDesktop(facts);
+  static_cast<void>(launchBrowser(launchWithOwnProfile(facts), logFileOf(facts), startPatience, {}));
+}
+
 /// The settings of a process that runs one command, which no other part of it uses.
 struct OwnSettings {
   platform::LinuxUserDefaults defaults;
@@ -143,9 +150,9 @@ struct Composition::Parts {
   Drivers drivers{desktop};
   scripting::ScriptingDirectory directory{{
       .makeDriver = [this](const BrowserFacts& facts) { return drivers.driver(facts); },
-      .launch = {},
+      .launch = launchForScript,
       .desktop = desktop,
-      .activateSelf = {},
+      .activateSelf = lifecycle.activateSelf,
   }};
   scripting::FoundationBridge bridge;
   platform::Logger scriptLog{"Script"};
@@ -211,6 +218,19 @@ host::Catalogue Composition::referenceCatalogue() const {
 
 applescript::Interpreter& Composition::interpreter() {
   return *parts_->interpreter;
+}
+
+shell::BrowserPermissions Composition::browserPermissions() const {
+  return shell::BrowserPermissions(
+      {.settings = parts_->lifecycle.settings, .targets = parts_->targetContexts, .scripts = parts_->scripts});
+}
+
+const targets::TargetContextManager& Composition::targets() const {
+  return parts_->targetContexts;
+}
+
+platform::Accessibility& Composition::accessibility() {
+  return parts_->accessibility;
 }
 
 std::shared_ptr<scripting::DevToolsDriver> Composition::driver(const BrowserFacts& facts) {

@@ -3,10 +3,14 @@
 #include "actions/ShutdownScheduler.h"
 #include "applescript/Interpreter.h"
 #include "host/Catalogue.h"
+#include "platform/Accessibility.h"
 #include "platform/BrowserTable.h"
 #include "scripting/driver/DevToolsDriver.h"
+#include "shell/BrowserPermissions.h"
 #include "shell/UserDefaultsManager.h"
+#include "targets/TargetContextManager.h"
 
+#include <functional>
 #include <memory>
 
 namespace tabwright::app {
@@ -22,6 +26,8 @@ public:
   struct Lifecycle {
     shell::UserDefaultsManager& settings;
     actions::ShutdownScheduler& shutdown;
+    /// Shows this program, for scripts that activate it; empty where it has no windows.
+    std::function<void()> activateSelf = {};
   };
 
   /// For a process that runs one command: with the user's settings, and nothing to quit by itself.
@@ -35,6 +41,11 @@ public:
   /// The same actions, with choices that are alike on every machine: for documents. Uses this composition.
   [[nodiscard]] host::Catalogue referenceCatalogue() const;
   [[nodiscard]] applescript::Interpreter& interpreter();
+
+  /// The setup's trial of all browsers. Uses this composition.
+  [[nodiscard]] shell::BrowserPermissions browserPermissions() const;
+  [[nodiscard]] const targets::TargetContextManager& targets() const;
+  [[nodiscard]] platform::Accessibility& accessibility();
 
   /// The driver of a browser of the Chromium family, the same at each call; null when that browser is not installed and
   /// doesn't run.

@@ -4,13 +4,11 @@
 #include "host/NearestNames.h"
 #include "intents/UsageError.h"
 #include "platform/AsciiCase.h"
-#include "platform/linux/BaseDirectories.h"
 
 #include <boost/json/object.hpp>
 #include <boost/json/serialize.hpp>
 #include <fmt/format.h>
 
-#include <cstdlib>
 #include <iostream>
 #include <string>
 #include <unistd.h>
@@ -20,9 +18,6 @@ namespace tabwright::app {
 namespace {
 
 using platform::BrowserFacts;
-
-// A first start on a slow machine takes more than ten seconds.
-constexpr std::chrono::seconds startPatience{60};
 
 const BrowserFacts& requireBrowser(const std::string& wanted) {
   const BrowserFacts* facts = platform::findBrowser(platform::lowercased(wanted));
@@ -41,28 +36,18 @@ const BrowserFacts& requireBrowser(const std::string& wanted) {
 
 ExitCode browser(const BrowserCommand& command) {
   const BrowserFacts& facts = requireBrowser(command.browser);
-  const char* display = std::getenv("DISPLAY");
-  const char* wayland = std::getenv("WAYLAND_DISPLAY");
-  if (!command.isHeadless && (!display || !*display) && (!wayland || !*wayland))
-    throw NoBrowser(
-        fmt::format("There is no desktop for {}’s windows: neither DISPLAY nor WAYLAND_DISPLAY is set. Start "
-                    "it without a window: tabwright browser {} --headless",
-                    facts.name, facts.shortName));
-
-  const BrowserLaunch launch{
-      .facts = &facts,
-      .profileDirectory = platform::dataHome() / "tabwright" / "browsers" / facts.shortName,
-      .isHeadless = command.isHeadless,
-      .address = command.address.value_or(""),
-      .switches = command.switches,
-  };
-  const std::filesystem::path logFile =
-      platform::stateHome() / "tabwright" / fmt::format("browser-{}.log", facts.shortName);
+  if (!command.isHeadless)
+    requireDesktop(facts);
+  BrowserLaunch launch = launchWithOwnProfile(facts);
+  launch.isHeadless = command.isHeadless;
+  launch.address = command.address.value_or("");
+  launch.switches = command.switches;
 
   LaunchedBrowser launched;
   const auto waiting = client::waitingLineAtTerminal(std::string(facts.name));
-  runInterruptibly([&](const std::stop_token& stop) { launched = launchBrowser(launch, logFile, startPatience, stop); },
-                   waiting.get());
+  runInterruptibly(
+      [&](const std::stop_token& stop) { launched = launchBrowser(launch, logFileOf(facts), startPatience, stop); },
+      waiting.get());
 
   if (command.output == OutputForm::json || ::isatty(STDOUT_FILENO) != 1) {
     boost::json::object object;

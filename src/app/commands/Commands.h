@@ -80,6 +80,10 @@ struct BrowserCommand {
 /// driven. The browser goes on running. One that runs already with that profile only opens the address.
 ExitCode browser(const BrowserCommand& command);
 
+/// `tabwright open`: shows the program's windows, in the process that has them already or in a new one. Returns at
+/// once.
+ExitCode open();
+
 /// `tabwright mcp`: serves the catalogue to an agent by the Model Context Protocol on standard input and output, until
 /// the input ends; what still runs then is stopped.
 ExitCode mcp();

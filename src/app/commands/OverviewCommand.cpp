@@ -7,13 +7,9 @@
 #include <fmt/core.h>
 
 #include <chrono>
-#include <future>
 #include <iostream>
-#include <map>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 namespace tabwright::app {
 namespace {
@@ -33,48 +29,15 @@ constexpr Row firstCommands[]{
 
 constexpr std::chrono::milliseconds lookPatience{800}; // with all of them, who are looked at together
 
-std::string sentenceOf(const platform::BrowserFacts& facts, const BrowserReach& reach) {
-  switch (reach.kind) {
-  case BrowserReach::Kind::drivable:
-    return fmt::format("{} is running and can be driven.", facts.name);
-  case BrowserReach::Kind::silent:
-    return fmt::format("{} is running, but answers nothing: it is frozen, or very busy. Look at its windows, or end it "
-                       "and start it again.",
-                       facts.name);
-  case BrowserReach::Kind::broken:
-    return fmt::format("{} is running, but can’t be reached at its debugging port: {}. End it and start it again.",
-                       facts.name, reach.detail);
-  case BrowserReach::Kind::debuggingOff:
-    break;
-  }
-  return fmt::format("{} is running, but not with remote debugging: open chrome://inspect/#remote-debugging in it and "
-                     "switch it on.",
-                     facts.name);
-}
-
 std::string statusOfBrowsers() {
-  struct Look {
-    const platform::BrowserFacts* facts;
-    std::future<BrowserReach> reach;
-  };
-  std::vector<Look> looks;
-  for (const platform::RunningBrowser& browser : platform::RunningBrowsers().findAll())
-    looks.push_back({browser.facts, std::async(std::launch::async, reachOf, browser, lookPatience)});
-  if (looks.empty())
+  const BrowserReaches reaches = reachOfRunning(lookPatience);
+  if (reaches.empty())
     return "No browser is running that can be driven: “tabwright browser chromium” starts one.\n";
-  // Of several of one kind the one that is reached best counts.
-  std::map<const platform::BrowserFacts*, BrowserReach> best;
-  for (Look& look : looks) {
-    BrowserReach reach = look.reach.get();
-    const auto [place, isFirst] = best.try_emplace(look.facts, reach);
-    if (!isFirst && reach.kind < place->second.kind)
-      place->second = std::move(reach);
-  }
   std::string status;
   bool isAnyDrivable = false;
   for (const platform::BrowserFacts& facts : platform::browserTable) {
-    const auto found = best.find(&facts);
-    if (found == best.end())
+    const auto found = reaches.find(&facts);
+    if (found == reaches.end())
       continue;
     status += platform::wrapped(sentenceOf(facts, found->second), 0);
     isAnyDrivable = isAnyDrivable || found->second.kind == BrowserReach::Kind::drivable;

@@ -26,6 +26,8 @@ namespace {
       if (nothing >= 0)
         ::dup2(nothing, stream);
     }
+    if (nothing > STDERR_FILENO)
+      ::close(nothing);
     sigset_t none;
     sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);

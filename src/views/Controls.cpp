@@ -1,0 +1,56 @@
+#include "views/Controls.h"
+
+#include "views/Text.h"
+
+#include <QGroupBox>
+#include <QScrollArea>
+#include <utility>
+
+namespace tabwright::views {
+
+QPushButton* addButton(QLayout& layout, const QString& title, Prominence prominence, std::function<void()> pressed) {
+  auto* button = new QPushButton(title);
+  button->setDefault(prominence == Prominence::prominent);
+  button->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+  QObject::connect(button, &QPushButton::clicked, button, std::move(pressed));
+  layout.addWidget(button);
+  return button;
+}
+
+QPushButton* addLink(QLayout& layout, const QString& title, std::function<void()> pressed) {
+  QPushButton* button = addButton(layout, title, Prominence::plain, std::move(pressed));
+  button->setFlat(true);
+  button->setCursor(Qt::PointingHandCursor);
+  button->setStyleSheet(
+      QStringLiteral("QPushButton{color:palette(link);text-align:left;padding:3px;border:1px solid transparent}"
+                     "QPushButton:hover{text-decoration:underline}QPushButton:focus{border:1px dotted palette(link)}"));
+  return button;
+}
+
+Column makeColumn() {
+  auto* widget = new QWidget;
+  auto* whole = new QVBoxLayout(widget);
+  auto* layout = new QVBoxLayout;
+  layout->setSpacing(12);
+  whole->addLayout(layout);
+  whole->addStretch();
+  return {.widget = widget, .layout = layout};
+}
+
+QWidget* scrolling(QWidget* content) {
+  auto* area = new QScrollArea;
+  area->setWidgetResizable(true);
+  area->setFrameShape(QFrame::NoFrame);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  area->setWidget(content);
+  return area;
+}
+
+Column addSystemBox(QLayout& layout) {
+  auto* box = new QGroupBox(label("linux.heading"));
+  auto* column = new QVBoxLayout(box);
+  layout.addWidget(box);
+  return {.widget = box, .layout = column};
+}
+
+} // namespace tabwright::views

@@ -1,0 +1,46 @@
+#include "views/MarkdownView.h"
+
+#include "markdown/Document.h"
+#include "markdown/RichText.h"
+#include "markdown/Theme.h"
+#include "views/Text.h"
+
+#include <QEvent>
+#include <QPalette>
+
+namespace tabwright::views {
+
+QString richTextFor(const QPalette& palette, std::string_view markdown) {
+  const bool isDark = palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+  const auto scheme = isDark ? markdown::ColourScheme::dark : markdown::ColourScheme::light;
+  return text(markdown::richText(markdown::parse(markdown), markdown::markdownTheme, scheme));
+}
+
+MarkdownView::MarkdownView(std::string_view markdown, QWidget* parent) : QLabel(parent), markdown_(markdown) {
+  setTextFormat(Qt::RichText);
+  setWordWrap(true);
+  QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed); // as high as the text is at its width
+  policy.setHeightForWidth(true);
+  setSizePolicy(policy);
+  setTextInteractionFlags(Qt::TextBrowserInteraction);
+  setOpenExternalLinks(true);
+  setAlignment(Qt::AlignTop | Qt::AlignLeading);
+  render();
+}
+
+void MarkdownView::setMarkdown(std::string_view markdown) {
+  markdown_ = markdown;
+  render();
+}
+
+void MarkdownView::changeEvent(QEvent* event) {
+  QLabel::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange)
+    render();
+}
+
+void MarkdownView::render() {
+  setText(richTextFor(palette(), markdown_));
+}
+
+} // namespace tabwright::views
