@@ -59,6 +59,7 @@ void takeAppearance() {
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText})
     dark.setColor(role, letters);
   dark.setColor(QPalette::Base, QColor(28, 28, 30));
+  dark.setColor(QPalette::PlaceholderText, QColor(160, 160, 160));
   dark.setColor(QPalette::Link, QColor(120, 174, 237));
   dark.setColor(QPalette::Highlight, QColor(53, 132, 228));
   dark.setColor(QPalette::HighlightedText, Qt::white);

@@ -3,6 +3,7 @@
 #include "views/Text.h"
 
 #include <QGroupBox>
+#include <QPixmap>
 #include <QScrollArea>
 #include <utility>
 
@@ -44,6 +45,22 @@ QWidget* scrolling(QWidget* content) {
   area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   area->setWidget(content);
   return area;
+}
+
+QLabel* makePicture(std::string_view png, const QString& description) {
+  QPixmap pixmap;
+  pixmap.loadFromData(reinterpret_cast<const uchar*>(png.data()), static_cast<uint>(png.size()));
+  auto* picture = new QLabel;
+  picture->setPixmap(pixmap);
+  picture->setAccessibleName(description);
+  return picture;
+}
+
+QLabel* makeSecondaryLine(const QString& text) {
+  auto* line = new QLabel(text);
+  line->setForegroundRole(QPalette::PlaceholderText);
+  line->setWordWrap(true);
+  return line;
 }
 
 Column addSystemBox(QLayout& layout) {

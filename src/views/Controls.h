@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLabel>
 #include <QPushButton>
 #include <QString>
 #include <QVBoxLayout>
@@ -25,6 +26,12 @@ Column makeColumn();
 
 /// The same, with a bar to scroll by where it is too long.
 QWidget* scrolling(QWidget* content);
+
+/// A picture of the program's resources, with the text for those who can't see it.
+QLabel* makePicture(std::string_view png, const QString& description);
+
+/// A line in the colour of secondary texts.
+QLabel* makeSecondaryLine(const QString& text);
 
 /// A box with what holds on this system beside what the page says.
 Column addSystemBox(QLayout& layout);

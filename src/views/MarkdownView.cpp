@@ -19,9 +19,6 @@ QString richTextFor(const QPalette& palette, std::string_view markdown) {
 MarkdownView::MarkdownView(std::string_view markdown, QWidget* parent) : QLabel(parent), markdown_(markdown) {
   setTextFormat(Qt::RichText);
   setWordWrap(true);
-  QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed); // as high as the text is at its width
-  policy.setHeightForWidth(true);
-  setSizePolicy(policy);
   setTextInteractionFlags(Qt::TextBrowserInteraction);
   setOpenExternalLinks(true);
   setAlignment(Qt::AlignTop | Qt::AlignLeading);
@@ -39,8 +36,21 @@ void MarkdownView::changeEvent(QEvent* event) {
     render();
 }
 
+void MarkdownView::resizeEvent(QResizeEvent* event) {
+  QLabel::resizeEvent(event);
+  takeHeight();
+}
+
 void MarkdownView::render() {
   setText(richTextFor(palette(), markdown_));
+  takeHeight();
+}
+
+// Layouts give a label with wrapped text the height of a squarer one.
+void MarkdownView::takeHeight() {
+  const int wanted = heightForWidth(width());
+  if (wanted > 0 && wanted != height())
+    setFixedHeight(wanted);
 }
 
 } // namespace tabwright::views

@@ -16,9 +16,11 @@ public:
 
 protected:
   void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
 private:
   void render();
+  void takeHeight();
 
   std::string markdown_;
 };

@@ -10,23 +10,16 @@
 #include <QDialog>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPixmap>
 #include <QScrollArea>
 
 namespace tabwright::views {
 namespace {
 
 void addTitle(QVBoxLayout& page) {
-  QPixmap icon;
-  icon.loadFromData(reinterpret_cast<const uchar*>(resources::app_icon_png.data()),
-                    static_cast<uint>(resources::app_icon_png.size()));
-  auto* picture = new QLabel;
-  picture->setPixmap(icon);
-  picture->setAccessibleName(label("about.icon", {shell::Varn::App::name}));
+  QLabel* picture = makePicture(resources::app_icon_png, label("about.icon", {shell::Varn::App::name}));
   auto* title = new QLabel(
       QStringLiteral("<span style=\"font-size:x-large\"><b>%1</b></span>").arg(text(shell::Varn::App::name)));
-  auto* release = new QLabel(text(shell::Varn::App::release()));
-  release->setEnabled(false);
+  QLabel* release = makeSecondaryLine(text(shell::Varn::App::release()));
   for (QLabel* each : {picture, title, release}) {
     each->setAlignment(Qt::AlignHCenter);
     page.addWidget(each);

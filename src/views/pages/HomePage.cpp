@@ -26,9 +26,7 @@ QWidget* makeUnprepared(const Services& services) {
 }
 
 QLabel* makeUsageLine(const Services& services) {
-  auto* line = new QLabel;
-  line->setEnabled(false); // the colour of secondary texts
-  line->setWordWrap(true);
+  QLabel* line = makeSecondaryLine({});
   const shell::DefaultsKeys& keys = services.main.keys();
   const auto show = [line, &keys, &services] {
     const std::int64_t days = shell::wholeDays(keys.firstLaunchTimestamp.get(), services.now());

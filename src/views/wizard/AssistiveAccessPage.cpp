@@ -1,4 +1,5 @@
 #include "shell/Varn.h"
+#include "tabwright_viewsResources.h"
 #include "views/Controls.h"
 #include "views/MarkdownView.h"
 #include "views/Text.h"
@@ -29,6 +30,8 @@ QWidget* makeAssistiveAccessPage(const Services& services) {
     });
   });
   page.layout->addWidget(new MarkdownView(shell::windowText("setup.access.2", {appName})));
+  page.layout->addWidget(
+      makePicture(resources::onboarding_assistive_access_png, label("setup.access.image", {appName})));
 
   const Column here = addSystemBox(*page.layout);
   auto* state = new MarkdownView("…");

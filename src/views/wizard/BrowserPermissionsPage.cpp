@@ -74,7 +74,7 @@ private:
       const StatusLook look = lookOf(status);
       const Row& row = rows_.at(browser.id);
       row.sign->setText(text(look.sign));
-      row.sign->setEnabled(!look.colour.empty());
+      row.sign->setForegroundRole(QPalette::PlaceholderText); // but for those that have a colour of their own
       row.sign->setStyleSheet(look.colour.empty() ? QString() : QStringLiteral("color:") + text(look.colour));
       row.name->setText(status == AssistiveAccessStatus::appNotInstalled
                             ? label("setup.browsers.notInstalled", {browser.name})
