@@ -190,8 +190,14 @@ TEST_F(ChromiumDictionary, AnswersThousandsOfEventsFromOneSnapshot) {
   EXPECT_GT(browser->snapshotsAsked, 1000);
 }
 
+TEST_F(ChromiumDictionary, AnswersToTheNameThatAScriptUsesForIt) {
+  EXPECT_EQ(run("use Br : application \"Chromium\"\ntell Br to get title of tab 1 of window 1"), "\"Alpha\"");
+  EXPECT_EQ(run("use scripting additions\nuse Br : application id \"org.chromium.chromium\"\n"
+                "on firstTitle()\nreturn title of tab 1 of window 1 of Br\nend\nfirstTitle()"),
+            "\"Alpha\"");
+}
+
 TEST_F(ChromiumDictionary, ReferencesOfAnyLengthEndInAnError) {
-  browser->addWindow({{"A", "https://a.test/"}});
   EXPECT_THAT(chromium("set r to a reference to window 1\nrepeat 100000 times\nset r to a reference to (name of r)\n"
                        "end repeat\nexists r"),
               StartsWith("error -2706"));
