@@ -124,8 +124,12 @@ void assignToProperty(Evaluator& run, const PropertyAccess& target, Value&& valu
   }
   Value container = target.container ? run.evaluate(*target.container, Mode::designation) : run.frame->implicitTarget();
   if (target.property.code == codes::contents && target.container) {
-    if (const auto* reference = container.get<Value::ReferencePointer>())
+    if (const auto* reference = container.get<Value::ReferencePointer>()) {
+      const Value holder = (*reference)->holder();
+      if (const auto* list = holder.get<Value::ListPointer>())
+        value = withoutRing(std::move(value), list->get());
       return (*reference)->assign(std::move(value));
+    }
     if (const auto* specifier = container.get<Value::SpecifierPointer>()) {
       run.sender.set(*specifier, value);
       return;

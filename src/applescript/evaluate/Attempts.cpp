@@ -57,7 +57,7 @@ std::optional<Value> attempt(Evaluator& run, const Expression& expression) {
 
 } // namespace
 
-Flow executeTried(Evaluator& run, const Try& statement) {
+std::optional<Flow> executeTried(Evaluator& run, const Try& statement) {
   if (statement.body.size() != 1 || statement.body.front()->kind != Statement::Kind::returning ||
       !asksNothing(statement))
     return run.execute(statement.body);
@@ -72,7 +72,7 @@ Flow executeTried(Evaluator& run, const Try& statement) {
     run.frame->returned = std::move(*value);
     return Flow::returned;
   }
-  return statement.hasHandler ? run.execute(statement.handler) : Flow::next;
+  return std::nullopt;
 }
 
 } // namespace tabwright::applescript

@@ -33,13 +33,18 @@ Flow executeTell(Evaluator& run, const Tell& statement) {
 
 Flow executeTry(Evaluator& run, const Try& statement) {
   std::optional<ScriptError> caught;
+  std::optional<Flow> tried;
   try {
-    return executeTried(run, statement);
+    tried = executeTried(run, statement);
   } catch (ScriptError& error) {
     caught = std::move(error);
   } catch (const std::bad_alloc&) {
     caught = errors::outOfMemory();
   }
+  if (tried)
+    return *tried;
+  if (!caught)
+    return statement.hasHandler ? run.execute(statement.handler) : Flow::next;
   caught->at(*run.place);
   run.place = &statement.range;
   // A run that is being ended can't be kept alive by a handler of its own.

@@ -2,6 +2,8 @@
 
 #include "applescript/evaluate/Evaluator.h"
 
+#include <optional>
+
 /// Statements that other kinds of node are made of.
 namespace tabwright::applescript {
 
@@ -12,7 +14,8 @@ void assignTo(Evaluator& run, const Expression& target, Value&& value);
 /// −10006 for `result`, which has no place. A list doesn't come to hold itself: a copy is stored instead.
 void assignToVariable(Evaluator& run, const Variable& variable, Value&& value);
 Flow executeRepeat(Evaluator& run, const Repeat& repeat);
-/// A `try` without the handling of what is thrown.
-Flow executeTried(Evaluator& run, const Try& statement);
+/// A `try` without the handling of what is thrown. Nothing where its body has failed without throwing: its handler,
+/// which asks nothing about the error, is to run.
+std::optional<Flow> executeTried(Evaluator& run, const Try& statement);
 
 } // namespace tabwright::applescript

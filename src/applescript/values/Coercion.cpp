@@ -84,12 +84,17 @@ Value recordOf(const Value& value) {
     return value;
   if (const auto* list = value.get<Value::ListPointer>(); list && (*list)->items.empty())
     return std::make_shared<Record>();
+  else if (list && (*list)->items.size() == 1 && (*list)->items.front().is<Value::RecordPointer>())
+    return (*list)->items.front();
   throw errors::cannotMake(value, "record");
 }
 
 Value dateOf(const Value& value) {
   if (value.is<Date>())
     return value;
+  if (const auto* list = value.get<Value::ListPointer>();
+      list && (*list)->items.size() == 1 && (*list)->items.front().is<Date>())
+    return (*list)->items.front();
   if (const std::string* text = value.text()) {
     if (const auto date = dateFromText(*text, Date{}))
       return *date;

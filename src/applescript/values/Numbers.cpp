@@ -88,8 +88,11 @@ std::optional<Value> numberFromText(std::string_view text) {
   if (start == std::string_view::npos)
     return {};
   text = text.substr(start, text.find_last_not_of(blanks) - start + 1);
-  if (text.front() == '+')
+  if (text.front() == '+') {
     text.remove_prefix(1);
+    if (text.starts_with('-')) // one sign, not two
+      return {};
+  }
   const std::string_view digits = text.starts_with('-') ? text.substr(1) : text;
   // from_chars also reads "inf", "nan" and ".5"; a number of the language starts with a digit or a point.
   if (digits.empty() || digits.find_first_not_of("0123456789.eE+-") != std::string_view::npos)
