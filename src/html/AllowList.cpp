@@ -39,6 +39,7 @@ bool AllowList::allowsAttribute(std::string_view tag, std::string_view name, std
   if (protocols == rules->second.protocols.end())
     return true;
   return std::ranges::any_of(protocols->second, [&](const std::string& protocol) {
+    // Without a colon there is no protocol: relative addresses are not let through where protocols are listed.
     return value.size() > protocol.size() && value[protocol.size()] == ':' &&
            platform::equalIgnoringCase(value.substr(0, protocol.size()), protocol);
   });

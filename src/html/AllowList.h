@@ -18,6 +18,8 @@ namespace tabwright::html {
 /// A fresh list lets nothing through. All names are in lower case.
 class AllowList {
 public:
+  /// Lets these elements through, without attributes. The functions that add can be chained, and adding again is
+  /// harmless.
   AllowList& addTags(const std::vector<std::string>& tags);
 
   /// Lets through the tag, too.
@@ -28,11 +30,15 @@ public:
   AllowList& addProtocols(const std::string& tag, const std::string& attribute,
                           const std::vector<std::string>& protocols);
 
+  /// True for tags that were added by themselves or with attributes.
   [[nodiscard]] bool allowsTag(std::string_view tag) const;
+  /// The rules of the tag alone: an attribute of one tag isn't let through on another. `value` counts only where
+  /// protocols are set, and has its character references replaced already.
   [[nodiscard]] bool allowsAttribute(std::string_view tag, std::string_view name, std::string_view value) const;
 
 private:
   using Names = std::set<std::string, std::less<>>;
+  /// The rules of one tag. A tag that only has protocols isn't allowed itself.
   struct Rules {
     bool isAllowed = false;
     Names attributes;

@@ -1,4 +1,5 @@
-// Nothing is started: the process table, the browsers' own files and a question at their ports tell.
+// Nothing is started: the process table, the browsers' own files and a question at their ports tell. Neither the
+// catalogue nor the desktop is needed for that.
 #include "app/BrowserReach.h"
 #include "app/commands/Commands.h"
 #include "platform/BrowserTable.h"
@@ -59,6 +60,7 @@ std::string statusOfBrowsers() {
   };
   std::vector<Look> looks;
   for (const platform::RunningBrowser& browser : platform::RunningBrowsers().findAll())
+    // Each look may take its whole patience, so they go side by side.
     looks.push_back({browser.facts, std::async(std::launch::async, reachOf, browser, lookPatience)});
   if (looks.empty())
     return "No browser is running that can be driven: “tabwright browser chromium” starts one.\n";
@@ -73,6 +75,7 @@ std::string statusOfBrowsers() {
   std::string status;
   bool isAnyDrivable = false;
   for (const platform::BrowserFacts& facts : platform::browserTable) {
+    // In the table's order, so that two calls tell the same.
     const auto found = best.find(&facts);
     if (found == best.end())
       continue;

@@ -1,3 +1,6 @@
+// Handlers of a peer, one per request of the protocol. Anything that an agent can mend, wrong parameters too, is a
+// result of the tool, in the user's words; errors of the protocol are left to what its client does wrong: an unknown
+// tool, a missing handshake.
 #include "host/mcp/ToolServer.h"
 
 #include "host/Perform.h"
@@ -90,6 +93,7 @@ platform::Task<json::value> ToolServer::setLogLevel(json::object params) {
 
 platform::Task<ActionResult> ToolServer::run(std::string tool, json::object arguments, intents::ActionHost& user,
                                              json::value progressToken) {
+  // Progress goes only to who asked for it, as the protocol has it.
   platform::Task<ActionResult> running = perform(catalogue_, tool, std::move(arguments), user);
   if (progressToken.is_null())
     return running;
@@ -99,6 +103,7 @@ platform::Task<ActionResult> ToolServer::run(std::string tool, json::object argu
 platform::Task<json::value> ToolServer::callTool(json::object params) {
   requireInitialized();
   const json::value* name = memberOf(params, "name", json::kind::string);
+  // By its exact name, as it was listed; the catalogue would take it in any case.
   const std::vector<std::string> names = catalogue_.names();
   if (!name || std::ranges::find(names, std::string_view(name->get_string())) == names.end())
     throw RpcError(ErrorCode::invalidParams, "There is no such tool. “tools/list” has them all.");
@@ -128,6 +133,7 @@ platform::Task<json::value> ToolServer::callTool(json::object params) {
     std::optional<std::string> answer = co_await user.ask(*missing);
     if (!answer)
       co_return failedResult(*missing);
+    // In place of what was refused, if it was given.
     arguments[missing->parameter()] = *answer;
   }
 }
