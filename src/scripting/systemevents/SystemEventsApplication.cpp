@@ -68,10 +68,14 @@ const Value& requireDirect(const SystemEventsScope& scope) {
   return *scope.message().directObject;
 }
 
-/// An element that can't be pressed is clicked at with the pointer, in its middle.
+/// A row that can't be pressed is selected, any other element clicked at with the pointer, in its middle.
 void press(SystemEventsScope& scope, Object element) {
   if (performUIElementAction(scope, element, "AXPress"))
     return;
+  if (scope.tree().node(element.first).row) // which may be scrolled out of sight
+    return uielement::select(scope, element, platform::AccessibleSelection::only);
+  if (scope.tree().isCellOutOfSight(element.first))
+    throw platform::failure(platform::DesktopFault::elementRefused, "it is scrolled out of sight");
   const std::optional<platform::Rectangle> place = uielement::placeOf(scope, element);
   if (!place)
     throw platform::failure(platform::DesktopFault::elementRefused, "nothing happens when it is pressed");
@@ -124,6 +128,19 @@ Value performCommand(SystemEventsScope& scope, const ActionCommand& command) {
   return target;
 }
 
+/// What is named becomes all that is selected.
+Value select(SystemEventsScope& scope) {
+  const Value& target = requireDirect(scope);
+  auto selection = platform::AccessibleSelection::only;
+  for (const Object& object : scope.model().objects(scope, target)) {
+    if (!isUIElement(object) || scope.tree().node(object.first).window)
+      throw errors::notUnderstood(target, systemevents::select, systemEventsTerminology());
+    uielement::select(scope, object, selection);
+    selection = platform::AccessibleSelection::added;
+  }
+  return target;
+}
+
 Value activate(SystemEventsScope& scope) {
   const Value subject = scope.model().subject(scope);
   for (const Object& object : scope.model().objects(scope, subject)) {
@@ -153,6 +170,8 @@ Value perform(SystemEventsScope& scope) {
   if (const auto command = std::ranges::find(actionCommands, code, &ActionCommand::code);
       command != std::ranges::end(actionCommands))
     return performCommand(scope, *command);
+  if (code == systemevents::select)
+    return select(scope);
   if (code == systemevents::keystroke) {
     scope.desktop().keystroke(requireText(requireDirect(scope)), heldModifiers(scope), scope.limits());
     return Value::missing();

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "applescript/values/Value.h"
+#include "platform/AccessibleElement.h"
 #include "platform/Rectangle.h"
 #include "scripting/model/ObjectClass.h"
 #include "scripting/systemevents/AttributeClass.h"
+#include "scripting/systemevents/SystemEventsScope.h"
 #include "scripting/systemevents/SystemEventsTerminology.h"
 
 #include <array>
@@ -24,6 +26,8 @@ Found role(EventScope& scope, Object object);
 Found subrole(EventScope& scope, Object object);
 Found roleDescription(EventScope& scope, Object object);
 Found value(EventScope& scope, Object object);
+Found minimum(EventScope& scope, Object object); ///< of the values it can have
+Found maximum(EventScope& scope, Object object);
 Found isEnabled(EventScope& scope, Object object);
 Found isFocused(EventScope& scope, Object object);
 Found isSelected(EventScope& scope, Object object);
@@ -37,8 +41,12 @@ Found size(EventScope& scope, Object object);     ///< {width, height}
 
 void setValue(EventScope& scope, Object object, const applescript::Value& value);
 void setFocused(EventScope& scope, Object object, const applescript::Value& value);
+void setSelected(EventScope& scope, Object object, const applescript::Value& value);
 void setPosition(EventScope& scope, Object object, const applescript::Value& value);
 void setSize(EventScope& scope, Object object, const applescript::Value& value);
+
+/// Selects an element, or takes it out of the selection. Throws a platform::Failure where that can't be done.
+void select(SystemEventsScope& scope, Object element, platform::AccessibleSelection selection);
 } // namespace uielement
 
 /// All but `class` and `entire contents`.
@@ -52,7 +60,9 @@ inline constexpr std::array uiElementProperties{
     PropertyRow{systemevents::value, uielement::value, uielement::setValue},
     PropertyRow{systemevents::enabled, uielement::isEnabled},
     PropertyRow{systemevents::focused, uielement::isFocused, uielement::setFocused},
-    PropertyRow{systemevents::selected, uielement::isSelected},
+    PropertyRow{systemevents::selected, uielement::isSelected, uielement::setSelected},
+    PropertyRow{systemevents::minimumValue, uielement::minimum},
+    PropertyRow{systemevents::maximumValue, uielement::maximum},
     PropertyRow{systemevents::position, uielement::position, uielement::setPosition},
     PropertyRow{systemevents::size, uielement::size, uielement::setSize},
 };
