@@ -3,12 +3,12 @@
 
 #include "applescript/ScriptError.h"
 #include "applescript/values/Errors.h"
-#include "platform/DesktopFault.h"
 #include "scripting/model/Arguments.h"
 #include "scripting/systemevents/SystemEventsClasses.h"
 #include "scripting/systemevents/SystemEventsScope.h"
 #include "scripting/systemevents/SystemEventsTerminology.h"
 #include "scripting/systemevents/UIElementClasses.h"
+#include "scripting/systemevents/UIElementCommands.h"
 #include "scripting/systemevents/UIElementProperties.h"
 
 #include <algorithm>
@@ -68,20 +68,6 @@ const Value& requireDirect(const SystemEventsScope& scope) {
   return *scope.message().directObject;
 }
 
-/// A row that can't be pressed is selected, any other element clicked at with the pointer, in its middle.
-void press(SystemEventsScope& scope, Object element) {
-  if (performUIElementAction(scope, element, "AXPress"))
-    return;
-  if (scope.tree().node(element.first).row) // which may be scrolled out of sight
-    return uielement::select(scope, element, platform::AccessibleSelection::only);
-  if (scope.tree().isCellOutOfSight(element.first))
-    throw platform::failure(platform::DesktopFault::elementRefused, "it is scrolled out of sight");
-  const std::optional<platform::Rectangle> place = uielement::placeOf(scope, element);
-  if (!place)
-    throw platform::failure(platform::DesktopFault::elementRefused, "nothing happens when it is pressed");
-  scope.desktop().clickAt(place->x + place->width / 2, place->y + place->height / 2);
-}
-
 Value click(SystemEventsScope& scope) {
   if (const Value* place = scope.message().parameter(systemevents::clickPlace)) {
     const auto [x, y] = uielement::requirePair(*place);
@@ -93,7 +79,7 @@ Value click(SystemEventsScope& scope) {
   if (isMenuEntry(object))
     scope.desktop().elements().chooseMenuItem(scope.process(object), scope.path(object), scope.limits());
   else if (isUIElement(object))
-    press(scope, object);
+    uielement::press(scope, object);
   else
     throw errors::notUnderstood(target, systemevents::click, systemEventsTerminology());
   return Value(object.type->specifier(scope, object));

@@ -121,7 +121,7 @@ template <std::size_t kind>
 bool isOfKind(EventScope& scope, Number number) {
   const ObjectClass* type = objectOf(scope, number).type;
   if (kind == staticText && type == &uiElementClasses[textField])
-    return tree(scope).node(*tree(scope).node(number).parent).row.has_value();
+    return tree(scope).isInGrid(number);
   return kind == 0 || type == &uiElementClasses[kind];
 }
 

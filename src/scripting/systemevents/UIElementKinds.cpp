@@ -128,6 +128,11 @@ constexpr ActionRow actionRows[]{
     {"increment", "AXIncrement"}, {"decrement", "AXDecrement"},
 };
 
+/// By the actions of a cell. Qt's cells can all be toggled, and can nothing else.
+bool isTickOfGtk(std::span<const std::string> actions) {
+  return actions.size() > 1 && platform::lowercased(actions.front()) == "toggle";
+}
+
 } // namespace
 
 const UIElementRole& uiElementRole(const AccessibleFacts& facts) {
@@ -161,10 +166,8 @@ const UIElementRole& uiElementCellRole(const AccessibleFacts& facts) {
     return textCell;
   if (facts.image)
     return picture;
-  // Qt's cells can all be toggled, and can nothing else.
-  const bool isToggle =
-      facts.actions && facts.actions->size() > 1 && platform::lowercased(facts.actions->front()) == "toggle";
-  return isToggle || isIn(facts, AccessibleState::checkable) ? checkCell : textCell;
+  const bool isTick = isTickOfGtk(facts.actions.value_or(std::vector<std::string>{}));
+  return isTick || isIn(facts, AccessibleState::checkable) ? checkCell : textCell;
 }
 
 bool isLayoutOnly(const AccessibleFacts& facts) {
@@ -182,6 +185,9 @@ bool isLeftOut(const AccessibleFacts& facts) {
 
 std::vector<UIElementAction> uiElementActions(const UIElementRole& role, std::span<const std::string> names) {
   std::vector<UIElementAction> actions;
+  // GTK's cells with a tick tell their actions a place further on than they are done, and can't be ticked by any.
+  if (isTickOfGtk(names))
+    return actions;
   for (std::size_t each = 0; each < names.size(); ++each) {
     const std::string name = platform::lowercased(names[each]);
     const auto row = std::ranges::find(actionRows, name, &ActionRow::name);

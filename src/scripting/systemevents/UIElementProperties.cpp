@@ -2,9 +2,8 @@
 
 #include "applescript/values/Coercion.h"
 #include "applescript/values/Errors.h"
-#include "platform/DesktopFault.h"
 #include "scripting/model/Arguments.h"
-#include "scripting/systemevents/UIElementClasses.h"
+#include "scripting/systemevents/UIElementCommands.h"
 
 #include <string>
 #include <tuple>
@@ -171,7 +170,7 @@ void setValue(EventScope& scope, Object object, const Value& to) {
   case ValueForm::checked: {
     const bool wanted = to.get<bool>() ? requireBoolean(to) : requireInteger(to) != 0;
     if (wanted != isChecked(scope, object))
-      performUIElementAction(systemEvents(scope), object, "AXPress");
+      press(systemEvents(scope), object);
     return;
   }
   case ValueForm::text:
@@ -195,26 +194,6 @@ void setFocused(EventScope& scope, Object object, const Value& to) {
   else
     systemEvents(scope).desktop().elements().accessibility().focus(systemEvents(scope).tree().element(object.first),
                                                                    systemEvents(scope).limits());
-}
-
-void select(SystemEventsScope& scope, Object element, AccessibleSelection selection) {
-  UIElementTree& tree = scope.tree();
-  const UIElementTree::Node& node = tree.node(element.first);
-  platform::Accessibility& accessibility = scope.desktop().elements().accessibility();
-  if (node.row)
-    return accessibility.selectRow(tree.element(*node.parent), static_cast<int>(*node.row), selection, scope.limits());
-  if (node.role->kind == uiElementKind("menu item"))
-    throw platform::failure(platform::DesktopFault::elementRefused, "a menu item is clicked, not selected");
-  try {
-    accessibility.select(node.element, selection, scope.limits());
-  } catch (const platform::DesktopFailure& failure) {
-    // Tabs of Qt, and radio buttons, are selected by a press.
-    const bool isPressed = failure.kind() == platform::DesktopFault::elementRefused && node.role->kind == radioButton &&
-                           selection != AccessibleSelection::removed &&
-                           performUIElementAction(scope, element, "AXPress");
-    if (!isPressed)
-      throw;
-  }
 }
 
 void setSelected(EventScope& scope, Object object, const Value& to) {

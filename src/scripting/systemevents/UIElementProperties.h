@@ -1,11 +1,9 @@
 #pragma once
 
 #include "applescript/values/Value.h"
-#include "platform/AccessibleElement.h"
 #include "platform/Rectangle.h"
 #include "scripting/model/ObjectClass.h"
 #include "scripting/systemevents/AttributeClass.h"
-#include "scripting/systemevents/SystemEventsScope.h"
 #include "scripting/systemevents/SystemEventsTerminology.h"
 
 #include <array>
@@ -44,9 +42,6 @@ void setFocused(EventScope& scope, Object object, const applescript::Value& valu
 void setSelected(EventScope& scope, Object object, const applescript::Value& value);
 void setPosition(EventScope& scope, Object object, const applescript::Value& value);
 void setSize(EventScope& scope, Object object, const applescript::Value& value);
-
-/// Selects an element, or takes it out of the selection. Throws a platform::Failure where that can't be done.
-void select(SystemEventsScope& scope, Object element, platform::AccessibleSelection selection);
 } // namespace uielement
 
 /// All but `class` and `entire contents`.

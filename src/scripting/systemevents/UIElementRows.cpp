@@ -188,10 +188,9 @@ bool UIElementTree::isSelected(Number number) {
   return grid.selected.at(first);
 }
 
-bool UIElementTree::isCellOutOfSight(Number number) const {
-  const Node& cell = node(number);
-  return cell.parent && node(*cell.parent).row &&
-         !(cell.facts.states && cell.facts.states->has(AccessibleState::showing));
+bool UIElementTree::isInGrid(Number number) const {
+  const std::optional<Number>& parent = node(number).parent;
+  return parent && node(*parent).row;
 }
 
 std::optional<platform::Rectangle> UIElementTree::place(Number number) {

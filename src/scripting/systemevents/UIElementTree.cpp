@@ -285,6 +285,8 @@ const std::vector<UIElementAction>& UIElementTree::actions(Number number) {
   Node& owner = nodes_.at(static_cast<std::size_t>(number));
   if (!owner.actions && owner.window) {
     owner.actions = std::vector<UIElementAction>{{"AXRaise", 0}};
+  } else if (owner.row) {
+    owner.actions.emplace(); // its cells have some
   } else if (!owner.actions) {
     const AccessibleFacts told = read(number, {.actions = true});
     owner.actions = uiElementActions(*owner.role, told.actions.value_or(std::vector<std::string>{}));

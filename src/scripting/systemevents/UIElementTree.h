@@ -79,8 +79,8 @@ public:
   /// Name, description, role and states. Those of a row are its cells': the texts of all, and the states of the first.
   [[nodiscard]] const platform::AccessibleFacts& facts(Number number);
   [[nodiscard]] bool isSelected(Number number);
-  /// True for a cell in a row of a grid whose place on the screen others have. Asks no application.
-  [[nodiscard]] bool isCellOutOfSight(Number number) const;
+  /// True for a cell in a row of a grid.
+  [[nodiscard]] bool isInGrid(Number number) const;
   /// Its place on the screen; nothing for an element that can't tell.
   [[nodiscard]] std::optional<platform::Rectangle> place(Number number);
 
