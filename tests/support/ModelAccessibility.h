@@ -91,11 +91,11 @@ public:
 
   void select(const platform::AccessibleElement& element, platform::AccessibleSelection selection,
               const platform::CallLimits&) override {
-    const platform::AccessibleElement container = parentOf(element);
-    if (!find(container)->isSelectable)
+    ModelElement* container = find(parentOf(element));
+    if (!container->isSelectable)
       throw platform::failure(platform::DesktopFault::elementRefused, "nothing is selected here");
     if (selection == platform::AccessibleSelection::only) {
-      for (ModelElement& each : find(container)->children)
+      for (ModelElement& each : container->children)
         std::erase(each.states, platform::AccessibleState::selected);
     }
     std::vector<platform::AccessibleState>& states = find(element)->states;
