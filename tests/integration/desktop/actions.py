@@ -211,8 +211,10 @@ phrases.write_text("""<!DOCTYPE TS><TS version="2.1" language="de_DE" sourcelang
 expect("a window with tables", eventually(lambda: '"Tables"' in titles()), True)
 table = "table 1 of scroll area 1 of radio button 1 of tab group 1 of window 1"
 expect("rows of GTK", process(tables.pid, f"""tell {table}
+repeat while position of checkbox 1 of row 900 is missing value
 set focused of checkbox 1 of row 900 to true
-delay 0.2
+delay 0.1
+end repeat
 click checkbox 1 of row 900
 repeat while value of checkbox 1 of row 900 is 1
 delay 0.02
