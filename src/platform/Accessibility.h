@@ -54,6 +54,14 @@ public:
   [[nodiscard]] virtual std::vector<AccessibleFacts> read(std::span<const AccessibleElement> elements,
                                                           const AccessibleParts& parts, const CallLimits& limits) = 0;
 
+  /// The elements at places of tables, in the order of the places; nothing where there is none. Toolkits that show
+  /// tables without rows list all cells of a table as its children, which takes long for many.
+  [[nodiscard]] virtual std::vector<std::optional<AccessibleElement>> cells(std::span<const AccessiblePlace> places,
+                                                                            const CallLimits& limits) = 0;
+  /// For each of some rows of a table, in a row from `first`, true when it is selected.
+  [[nodiscard]] virtual std::vector<bool> selectedRows(const AccessibleElement& table, int first, int count,
+                                                       const CallLimits& limits) = 0;
+
   /// Does an action of the element's, by its position among its `actions`; 0 does what a click does. Returns when the
   /// application has taken it up, and doesn't wait for a dialog that it opens. An element that is disabled takes it up
   /// and does nothing, which is no error.
@@ -64,6 +72,13 @@ public:
 
   /// Sets the value of a slider and the like. Values beyond its ends may be clamped or ignored.
   virtual void setValue(const AccessibleElement& element, double value, const CallLimits& limits) = 0;
+
+  /// Selects an element within the list, the tabs or whatever else it is in, or takes it out of the selection there.
+  /// Throws `elementRefused` where nothing can be selected from outside, and where the application doesn't do it.
+  virtual void select(const AccessibleElement& element, AccessibleSelection selection, const CallLimits& limits) = 0;
+  /// The same of a row of a table.
+  virtual void selectRow(const AccessibleElement& table, int row, AccessibleSelection selection,
+                         const CallLimits& limits) = 0;
 
   /// Gives an element the keyboard within its window; whether its window has it is another matter.
   virtual void focus(const AccessibleElement& element, const CallLimits& limits) = 0;

@@ -126,6 +126,7 @@ enum class AccessibleState : unsigned {
   /// A window that keeps the others of its application from being used.
   modal = 16,
   multiLine = 17,
+  selectable = 22,
   /// Of items of a list, tabs, cells and the like.
   selected = 23,
   sensitive = 24, ///< the user can act on it
@@ -173,8 +174,13 @@ struct AccessibleParts {
   /// Names only: an action is done by its position.
   bool actions = false;
   bool value = false;
+  bool minimum = false;
+  bool maximum = false;
+  bool rows = false;
+  bool columns = false;
   /// All of it is sent, however long it is.
   bool text = false;
+  bool image = false;
   bool extents = false;
   /// For the application's own element alone.
   bool toolkit = false;
@@ -192,10 +198,27 @@ struct AccessibleFacts {
   std::optional<std::vector<std::pair<std::string, std::string>>> attributes; ///< of the toolkit's own making
   std::optional<std::vector<std::string>> actions; ///< names in the toolkit's words; the first does what a click does
   std::optional<double> value;                     ///< of sliders, progress bars and the like
-  std::optional<std::string> text;                 ///< the whole text of what holds one
-  std::optional<Rectangle> extents;                ///< on the screen
-  std::optional<std::string> toolkit;              ///< of an application: "gtk", "Qt", "Gecko", "Chromium"
+  std::optional<double> minimum;                   ///< the least value that it can have
+  std::optional<double> maximum;
+  std::optional<int> rows; ///< of a table, those that its user can scroll to
+  std::optional<int> columns;
+  std::optional<std::string> text;    ///< the whole text of what holds one
+  std::optional<std::string> image;   ///< of a picture: what it shows, often empty
+  std::optional<Rectangle> extents;   ///< on the screen
+  std::optional<std::string> toolkit; ///< of an application: "gtk", "Qt", "Gecko", "Chromium"
 };
+
+/// A place in a table, counted from 0. In the row `header` stand the heads of the columns.
+struct AccessiblePlace {
+  static constexpr int header = -1;
+
+  AccessibleElement table;
+  int row = 0;
+  int column = 0;
+};
+
+/// What becomes of a selection: one is selected alone, or beside what is selected, or isn't any more.
+enum class AccessibleSelection { only, added, removed };
 
 /// An application that shows itself on the accessibility bus. Its own element stands for all of it; menus, controls and
 /// dialogs are found below its windows.

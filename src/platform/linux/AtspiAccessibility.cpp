@@ -167,6 +167,20 @@ std::optional<AccessibleElement> AtspiAccessibility::findApplication(pid_t proce
   }
 }
 
+BusConnection::Outcome AtspiAccessibility::askAll(BusConnection& bus, std::size_t count,
+                                                  const std::function<void(std::size_t)>& ask,
+                                                  const CallLimits& limits) {
+  for (std::size_t each = 0; each < count; ++each) {
+    ask(each);
+    if (bus.pending() < mostPending && each + 1 < count)
+      continue;
+    const BusConnection::Outcome outcome = bus.collect(limits, longestSilence);
+    if (outcome != BusConnection::Outcome::answered)
+      return outcome;
+  }
+  return BusConnection::Outcome::answered;
+}
+
 std::vector<AccessibleFacts> AtspiAccessibility::read(std::span<const AccessibleElement> elements,
                                                       const AccessibleParts& parts, const CallLimits& limits) {
   std::vector<AccessibleFacts> facts(elements.size());
@@ -177,29 +191,25 @@ std::vector<AccessibleFacts> AtspiAccessibility::read(std::span<const Accessible
   const bool isOne = std::ranges::all_of(
       elements, [&](const AccessibleElement& element) { return element.application == application; });
   const Work ask = [&](BusConnection& bus) {
-    for (std::size_t each = 0; each < elements.size(); ++each) {
-      for (const ElementQuestion& question : elementQuestions()) {
-        if (!(parts.*question.part))
-          continue;
-        const BusCall call{elements[each].application.c_str(), elements[each].path.c_str(), question.interface,
-                           question.member};
-        BusConnection::Take take = [&, &told = facts[each]](sd_bus_message* answer) {
-          if (!isError(answer))
-            question.take(answer, told);
-        };
-        if (question.kind == ElementQuestion::property)
-          bus.askProperty(call, std::move(take));
-        else
-          bus.ask(call, question.fill, std::move(take));
-      }
-      // All are under way before the first answer is awaited, within what a bus takes.
-      if (bus.pending() < mostPending && each + 1 < elements.size())
-        continue;
-      const BusConnection::Outcome outcome = bus.collect(limits, longestSilence);
-      if (outcome != BusConnection::Outcome::answered)
-        return outcome;
-    }
-    return BusConnection::Outcome::answered;
+    return askAll(
+        bus, elements.size(),
+        [&](std::size_t each) {
+          for (const ElementQuestion& question : elementQuestions()) {
+            if (!(parts.*question.part))
+              continue;
+            const BusCall call{elements[each].application.c_str(), elements[each].path.c_str(), question.interface,
+                               question.member};
+            BusConnection::Take take = [&, &told = facts[each]](sd_bus_message* answer) {
+              if (!isError(answer))
+                question.take(answer, told);
+            };
+            if (question.kind == ElementQuestion::property)
+              bus.askProperty(call, std::move(take));
+            else
+              bus.ask(call, question.fill, std::move(take));
+          }
+        },
+        limits);
   };
   if (isOne)
     onRoadTo(application, limits, ask);

@@ -23,6 +23,13 @@ public:
   [[nodiscard]] std::optional<AccessibleElement> findApplication(pid_t process, const CallLimits& limits) override;
   [[nodiscard]] std::vector<AccessibleFacts> read(std::span<const AccessibleElement> elements,
                                                   const AccessibleParts& parts, const CallLimits& limits) override;
+  [[nodiscard]] std::vector<std::optional<AccessibleElement>> cells(std::span<const AccessiblePlace> places,
+                                                                    const CallLimits& limits) override;
+  [[nodiscard]] std::vector<bool> selectedRows(const AccessibleElement& table, int first, int count,
+                                               const CallLimits& limits) override;
+  void select(const AccessibleElement& element, AccessibleSelection selection, const CallLimits& limits) override;
+  void selectRow(const AccessibleElement& table, int row, AccessibleSelection selection,
+                 const CallLimits& limits) override;
   void perform(const AccessibleElement& element, std::size_t action, const CallLimits& limits) override;
   void setText(const AccessibleElement& element, const std::string& text, const CallLimits& limits) override;
   void setValue(const AccessibleElement& element, double value, const CallLimits& limits) override;
@@ -36,10 +43,27 @@ private:
   void onBus(const CallLimits& limits, const Work& work);
   /// As `onBus`, on the quickest road to one application. Where the direct one breaks, the bus is asked all over.
   void onRoadTo(const std::string& application, const CallLimits& limits, const Work& work);
+  /// Asks about `count` things, many at once, and collects the answers. `ask` sends the questions about one of them.
+  static BusConnection::Outcome askAll(BusConnection& bus, std::size_t count,
+                                       const std::function<void(std::size_t each)>& ask, const CallLimits& limits);
   /// Throws what it means that calls to an application weren't answered.
   void requireAnswered(BusConnection::Outcome outcome, const std::string& application);
   /// True when one of the application's windows is modal: it may still be at work on the action that has opened it.
   bool hasDialog(const std::string& application, const CallLimits& limits);
+  /// One question about an element with a whole number or nothing, and the answer to it, which may be an error.
+  void ask(const AccessibleElement& element, const char* interface, const char* member, std::optional<int> argument,
+           const BusConnection::Take& take, const CallLimits& limits);
+  /// The same, answered with a boolean; nothing for an error.
+  std::optional<bool> done(const AccessibleElement& element, const char* interface, const char* member,
+                           std::optional<int> argument, const CallLimits& limits);
+  /// The same, answered with a whole number; −1 for an error.
+  int number(const AccessibleElement& element, const char* interface, const char* member, std::optional<int> argument,
+             const CallLimits& limits);
+  void deselect(const AccessibleElement& container, int position, const CallLimits& limits);
+  bool isTree(const AccessibleElement& table, const CallLimits& limits);
+  /// In Qt's trees their number is right, and which they are isn't.
+  std::vector<int> selectedRowsOf(const AccessibleElement& table, const CallLimits& limits);
+  void clearSelection(const AccessibleElement& table, const CallLimits& limits);
   /// The address at which an application listens itself; empty when it doesn't, or offers one that isn't a plain socket
   /// on this machine.
   std::string addressOf(const std::string& application, const CallLimits& limits);

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <string_view>
 #include <systemd/sd-bus.h>
 
@@ -74,15 +75,22 @@ void takeActions(sd_bus_message* answer, AccessibleFacts& facts) {
     actions.emplace_back(name);
 }
 
-void takeValue(sd_bus_message* answer, AccessibleFacts& facts) {
+void takeNumber(sd_bus_message* answer, std::optional<double>& number) {
   double value = 0;
   if (sd_bus_message_read(answer, "v", "d", &value) > 0)
-    facts.value = value;
+    number = value;
+}
+
+void takeCount(sd_bus_message* answer, std::optional<int>& count) {
+  std::int32_t value = 0;
+  if (sd_bus_message_read(answer, "v", "i", &value) > 0)
+    count = value;
 }
 
 void takeExtents(sd_bus_message* answer, AccessibleFacts& facts) {
   Rectangle place;
-  if (sd_bus_message_read(answer, "(iiii)", &place.x, &place.y, &place.width, &place.height) > 0)
+  constexpr int nowhere = std::numeric_limits<int>::min(); // in GTK, of a cell that is scrolled out of sight
+  if (sd_bus_message_read(answer, "(iiii)", &place.x, &place.y, &place.width, &place.height) > 0 && place.x != nowhere)
     facts.extents = place;
 }
 
@@ -97,6 +105,8 @@ void fillScreenCoordinates(sd_bus_message* call) {
 }
 
 constexpr const char* accessible = "org.a11y.atspi.Accessible";
+constexpr const char* valued = "org.a11y.atspi.Value";
+constexpr const char* table = "org.a11y.atspi.Table";
 constexpr auto method = ElementQuestion::method;
 constexpr auto property = ElementQuestion::property;
 
@@ -113,9 +123,20 @@ constexpr std::array questions{
     ElementQuestion{&AccessibleParts::parent, accessible, "Parent", property, nullptr, takeParent},
     ElementQuestion{&AccessibleParts::attributes, accessible, "GetAttributes", method, nullptr, takeAttributes},
     ElementQuestion{&AccessibleParts::actions, "org.a11y.atspi.Action", "GetActions", method, nullptr, takeActions},
-    ElementQuestion{&AccessibleParts::value, "org.a11y.atspi.Value", "CurrentValue", property, nullptr, takeValue},
+    ElementQuestion{&AccessibleParts::value, valued, "CurrentValue", property, nullptr,
+                    [](sd_bus_message* answer, AccessibleFacts& facts) { takeNumber(answer, facts.value); }},
+    ElementQuestion{&AccessibleParts::minimum, valued, "MinimumValue", property, nullptr,
+                    [](sd_bus_message* answer, AccessibleFacts& facts) { takeNumber(answer, facts.minimum); }},
+    ElementQuestion{&AccessibleParts::maximum, valued, "MaximumValue", property, nullptr,
+                    [](sd_bus_message* answer, AccessibleFacts& facts) { takeNumber(answer, facts.maximum); }},
+    ElementQuestion{&AccessibleParts::rows, table, "NRows", property, nullptr,
+                    [](sd_bus_message* answer, AccessibleFacts& facts) { takeCount(answer, facts.rows); }},
+    ElementQuestion{&AccessibleParts::columns, table, "NColumns", property, nullptr,
+                    [](sd_bus_message* answer, AccessibleFacts& facts) { takeCount(answer, facts.columns); }},
     ElementQuestion{&AccessibleParts::text, "org.a11y.atspi.Text", "GetText", method, fillWholeText,
                     [](sd_bus_message* answer, AccessibleFacts& facts) { takeText(answer, facts.text); }},
+    ElementQuestion{&AccessibleParts::image, "org.a11y.atspi.Image", "ImageDescription", property, nullptr,
+                    [](sd_bus_message* answer, AccessibleFacts& facts) { takeTextProperty(answer, facts.image); }},
     ElementQuestion{&AccessibleParts::extents, "org.a11y.atspi.Component", "GetExtents", method, fillScreenCoordinates,
                     takeExtents},
     ElementQuestion{&AccessibleParts::toolkit, "org.a11y.atspi.Application", "ToolkitName", property, nullptr,
@@ -126,6 +147,14 @@ constexpr std::array questions{
 
 std::span<const ElementQuestion> elementQuestions() {
   return questions;
+}
+
+std::optional<AccessibleElement> readElement(sd_bus_message* answer) {
+  const char* application = nullptr;
+  const char* path = nullptr;
+  if (sd_bus_message_read(answer, "(so)", &application, &path) <= 0 || path == nullPath)
+    return std::nullopt;
+  return AccessibleElement{application, path};
 }
 
 // A message is read once, from front to back; so an answer that breaks off gives what came before.

@@ -2,7 +2,9 @@
 
 #include "platform/AccessibleElement.h"
 
+#include <optional>
 #include <span>
+#include <vector>
 
 struct sd_bus_message;
 
@@ -27,6 +29,8 @@ struct ElementQuestion {
 /// Qt 6.4.
 [[nodiscard]] std::span<const ElementQuestion> elementQuestions();
 
+/// Reads a reference; nothing for one that stands for nothing.
+[[nodiscard]] std::optional<AccessibleElement> readElement(sd_bus_message* answer);
 /// Reads a list of references, without those that stand for nothing. The answer is an array of AT-SPI's pairs of a bus
 /// name and a path; for any other the list is empty.
 [[nodiscard]] std::vector<AccessibleElement> readElements(sd_bus_message* answer);

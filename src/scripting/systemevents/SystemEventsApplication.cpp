@@ -5,12 +5,12 @@
 
 #include "applescript/ScriptError.h"
 #include "applescript/values/Errors.h"
-#include "platform/DesktopFault.h"
 #include "scripting/model/Arguments.h"
 #include "scripting/systemevents/SystemEventsClasses.h"
 #include "scripting/systemevents/SystemEventsScope.h"
 #include "scripting/systemevents/SystemEventsTerminology.h"
 #include "scripting/systemevents/UIElementClasses.h"
+#include "scripting/systemevents/UIElementCommands.h"
 #include "scripting/systemevents/UIElementProperties.h"
 
 #include <algorithm>
@@ -71,16 +71,6 @@ const Value& requireDirect(const SystemEventsScope& scope) {
   return *scope.message().directObject;
 }
 
-/// An element that can't be pressed is clicked at with the pointer, in its middle.
-void press(SystemEventsScope& scope, Object element) {
-  if (performUIElementAction(scope, element, "AXPress"))
-    return;
-  const std::optional<platform::Rectangle> place = uielement::placeOf(scope, element);
-  if (!place)
-    throw platform::failure(platform::DesktopFault::elementRefused, "nothing happens when it is pressed");
-  scope.desktop().clickAt(place->x + place->width / 2, place->y + place->height / 2);
-}
-
 Value click(SystemEventsScope& scope) {
   if (const Value* place = scope.message().parameter(systemevents::clickPlace)) {
     const auto [x, y] = uielement::requirePair(*place);
@@ -93,7 +83,7 @@ Value click(SystemEventsScope& scope) {
   if (isMenuEntry(object))
     scope.desktop().elements().chooseMenuItem(scope.process(object), scope.path(object), scope.limits());
   else if (isUIElement(object))
-    press(scope, object);
+    uielement::press(scope, object);
   else
     throw errors::notUnderstood(target, systemevents::click, systemEventsTerminology());
   return Value(object.type->specifier(scope, object));
@@ -128,6 +118,19 @@ Value performCommand(SystemEventsScope& scope, const ActionCommand& command) {
   return target;
 }
 
+/// What is named becomes all that is selected.
+Value select(SystemEventsScope& scope) {
+  const Value& target = requireDirect(scope);
+  auto selection = platform::AccessibleSelection::only;
+  for (const Object& object : scope.model().objects(scope, target)) {
+    if (!isUIElement(object) || scope.tree().node(object.first).window)
+      throw errors::notUnderstood(target, systemevents::select, systemEventsTerminology());
+    uielement::select(scope, object, selection);
+    selection = platform::AccessibleSelection::added;
+  }
+  return target;
+}
+
 Value activate(SystemEventsScope& scope) {
   const Value subject = scope.model().subject(scope);
   for (const Object& object : scope.model().objects(scope, subject)) {
@@ -158,6 +161,8 @@ Value perform(SystemEventsScope& scope) {
   if (const auto command = std::ranges::find(actionCommands, code, &ActionCommand::code);
       command != std::ranges::end(actionCommands))
     return performCommand(scope, *command);
+  if (code == systemevents::select)
+    return select(scope);
   if (code == systemevents::keystroke) {
     scope.desktop().keystroke(requireText(requireDirect(scope)), heldModifiers(scope), scope.limits());
     return Value::missing();

@@ -37,6 +37,8 @@ constexpr Term systemEventsTerms[]{
     {Kind::property, "frontmost", applescript::fourCharCode("pisf")},
     {Kind::property, "id", applescript::fourCharCode("ID  ")},
     {Kind::property, "index", applescript::fourCharCode("pidx")},
+    {Kind::property, "maximum value", systemevents::maximumValue},
+    {Kind::property, "minimum value", systemevents::minimumValue},
     {Kind::property, "name", applescript::fourCharCode("pnam")},
     // An element has one text by which users know it: its name, title and displayed name.
     {Kind::property, "title", applescript::fourCharCode("pnam")},
@@ -70,6 +72,7 @@ constexpr Term systemEventsTerms[]{
     Term::command("increment", systemevents::increment),
     Term::command("perform", systemevents::perform),
     Term::command("pick", systemevents::pick),
+    Term::command("select", systemevents::select),
     Term::command("key code", systemevents::keyCode, keyParameters),
     Term::command("key down", systemevents::keyDown),
     Term::command("key up", systemevents::keyUp),

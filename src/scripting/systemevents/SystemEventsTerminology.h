@@ -29,6 +29,8 @@ inline constexpr auto description = fourCharCode("desc");
 inline constexpr auto elementsEnabled = fourCharCode("uien"); ///< `UI elements enabled`
 inline constexpr auto entireContents = fourCharCode("ects");
 inline constexpr auto focused = fourCharCode("focu");
+inline constexpr auto maximumValue = fourCharCode("maxV");
+inline constexpr auto minimumValue = fourCharCode("minW");
 inline constexpr auto position = fourCharCode("posn");
 inline constexpr auto role = fourCharCode("role");
 inline constexpr auto roleDescription = fourCharCode("rold");
@@ -48,6 +50,7 @@ inline constexpr applescript::EventCode decrement{fourCharCode("prcs"), fourChar
 inline constexpr applescript::EventCode increment{fourCharCode("prcs"), fourCharCode("incr")};
 inline constexpr applescript::EventCode pick{fourCharCode("prcs"), fourCharCode("pick")};
 inline constexpr applescript::EventCode perform{fourCharCode("prcs"), fourCharCode("perf")};
+inline constexpr applescript::EventCode select{fourCharCode("misc"), fourCharCode("slct")};
 inline constexpr applescript::EventCode keystroke{fourCharCode("prcs"), fourCharCode("kprs")};
 inline constexpr applescript::EventCode keyCode{fourCharCode("prcs"), fourCharCode("kcod")};
 inline constexpr applescript::EventCode keyDown{fourCharCode("prcs"), fourCharCode("keyF")};

@@ -23,6 +23,9 @@ using Number = UIElementTree::Number;
 namespace {
 
 constexpr std::size_t kindCount = uiElementKinds.size();
+constexpr std::size_t rowKind = uiElementKind("row");
+constexpr std::size_t staticText = uiElementKind("static text");
+constexpr std::size_t textField = uiElementKind("text field");
 
 extern const ObjectClass sheetClass;
 extern const ObjectClass actionClass;
@@ -104,11 +107,14 @@ SpecifierPointer elementSpecifier(EventScope& scope, Object element) {
   const UIElementTree::Node& node = tree(scope).node(element.first);
   const Object container = objectOf(scope, *node.parent);
   SpecifierPointer parent = container.type->specifier(scope, container);
+  if (node.row) // whose name is read cell by cell
+    return applescript::elementByIndex(std::move(parent), element.type->code, static_cast<std::int64_t>(*node.row) + 1);
   const std::vector<Number>& siblings = tree(scope).children(*node.parent);
   // All children are of the wider class, and count for its positions.
   if (element.type == &uiElementClasses[0]) {
+    const auto rows = static_cast<std::int64_t>(tree(scope).rowCount(*node.parent).value_or(0));
     const auto at = std::ranges::find(siblings, element.first);
-    return applescript::elementByIndex(std::move(parent), element.type->code, at - siblings.begin() + 1);
+    return applescript::elementByIndex(std::move(parent), element.type->code, rows + (at - siblings.begin()) + 1);
   }
   if (isOnlyOneOfItsName(scope, siblings, element))
     return applescript::elementByName(std::move(parent), element.type->code, *node.facts.name);
@@ -117,21 +123,40 @@ SpecifierPointer elementSpecifier(EventScope& scope, Object element) {
 
 // -------------------------------------------------------------- elements
 
-/// Of one class; of the wider one all are.
+/// Of one class; of the wider one all are. A text in a cell goes by either of its names, as the Mac's tables have now
+/// the one, now the other.
 template <std::size_t kind>
 bool isOfKind(EventScope& scope, Number number) {
-  return kind == 0 || objectOf(scope, number).type == &uiElementClasses[kind];
+  const ObjectClass* type = objectOf(scope, number).type;
+  if (kind == staticText && type == &uiElementClasses[textField])
+    return tree(scope).isInGrid(number);
+  return kind == 0 || type == &uiElementClasses[kind];
+}
+
+/// The rows of a table that are of a kind without looking at them; nothing where they have to be.
+template <std::size_t kind>
+std::optional<std::size_t> rowCount(EventScope& scope, Object container) {
+  if (kind == 0 || kind == rowKind)
+    return tree(scope).rowCount(container.first);
+  return std::nullopt;
 }
 
 template <std::size_t kind>
 std::size_t elementCount(EventScope& scope, Object container) {
+  const std::optional<std::size_t> rows = rowCount<kind>(scope, container);
+  if (rows && kind == rowKind)
+    return *rows;
   const std::vector<Number>& children = tree(scope).children(container.first);
-  return static_cast<std::size_t>(
-      std::ranges::count_if(children, [&](Number each) { return isOfKind<kind>(scope, each); }));
+  const auto others = std::ranges::count_if(children, [&](Number each) { return isOfKind<kind>(scope, each); });
+  return rows.value_or(0) + static_cast<std::size_t>(others);
 }
 
 template <std::size_t kind>
 Object elementAt(EventScope& scope, Object container, std::size_t position) {
+  const std::size_t rows = rowCount<kind>(scope, container).value_or(0);
+  if (position < rows)
+    return objectOf(scope, tree(scope).row(container.first, position));
+  position -= rows;
   for (const Number each : tree(scope).children(container.first)) {
     if (isOfKind<kind>(scope, each) && position-- == 0)
       return objectOf(scope, each);

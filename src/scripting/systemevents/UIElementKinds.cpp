@@ -16,87 +16,84 @@ using ValueForm = UIElementRole::ValueForm;
 
 namespace {
 
-/// The position of a kind; doesn't compile for words that none has.
-consteval std::size_t kind(std::string_view words) {
-  for (std::size_t each = 0; each < uiElementKinds.size(); ++each) {
-    if (uiElementKinds[each].words == words)
-      return each;
-  }
-  throw "no such kind of elements";
-}
-
 struct RoleRow {
   AccessibleRole accessible;
   UIElementRole role;
 };
 
-constexpr UIElementRole unknown{kind("UI element"), "AXUnknown"};
-constexpr UIElementRole textArea{kind("text area"), "AXTextArea", "", ValueForm::text};
-constexpr UIElementRole menuButton{kind("menu button"), "AXMenuButton"};
-constexpr UIElementRole group{kind("group"), "AXGroup"};
+constexpr UIElementRole unknown{uiElementKind("UI element"), "AXUnknown"};
+constexpr UIElementRole textArea{uiElementKind("text area"), "AXTextArea", "", ValueForm::text};
+constexpr UIElementRole menuButton{uiElementKind("menu button"), "AXMenuButton"};
+constexpr UIElementRole textCell{uiElementKind("text field"), "AXTextField", "", ValueForm::text};
+constexpr UIElementRole picture{uiElementKind("image"), "AXImage"};
+constexpr UIElementRole checkCell{uiElementKind("checkbox"), "AXCheckBox", "", ValueForm::checked};
+constexpr UIElementRole tableRow{uiElementKind("row"), "AXRow", "AXTableRow"};
+constexpr UIElementRole outlineRow{uiElementKind("row"), "AXRow", "AXOutlineRow"};
+constexpr UIElementRole column{uiElementKind("column"), "AXColumn"};
+constexpr UIElementRole group{uiElementKind("group"), "AXGroup"};
 
 // Roles without a row are of the wider class, with the role AXUnknown.
 constexpr RoleRow roleRows[]{
     {AccessibleRole::alert, group},
-    {AccessibleRole::checkBox, {kind("checkbox"), "AXCheckBox", "", ValueForm::checked}},
-    {AccessibleRole::toggleButton, {kind("checkbox"), "AXCheckBox", "AXToggle", ValueForm::checked}},
-    {AccessibleRole::colorChooser, {kind("color well"), "AXColorWell"}},
-    {AccessibleRole::columnHeader, {kind("button"), "AXButton", "AXSortButton"}},
-    {AccessibleRole::tableColumnHeader, {kind("button"), "AXButton", "AXSortButton"}},
-    {AccessibleRole::comboBox, {kind("pop up button"), "AXPopUpButton", "", ValueForm::text}},
+    {AccessibleRole::checkBox, {uiElementKind("checkbox"), "AXCheckBox", "", ValueForm::checked}},
+    {AccessibleRole::toggleButton, {uiElementKind("checkbox"), "AXCheckBox", "AXToggle", ValueForm::checked}},
+    {AccessibleRole::colorChooser, {uiElementKind("color well"), "AXColorWell"}},
+    {AccessibleRole::columnHeader, {uiElementKind("button"), "AXButton", "AXSortButton"}},
+    {AccessibleRole::tableColumnHeader, {uiElementKind("button"), "AXButton", "AXSortButton"}},
+    {AccessibleRole::comboBox, {uiElementKind("pop up button"), "AXPopUpButton", "", ValueForm::text}},
     {AccessibleRole::dialog, group},
-    {AccessibleRole::documentFrame, {kind("UI element"), "AXWebArea"}},
-    {AccessibleRole::documentWeb, {kind("UI element"), "AXWebArea"}},
+    {AccessibleRole::documentFrame, {uiElementKind("UI element"), "AXWebArea"}},
+    {AccessibleRole::documentWeb, {uiElementKind("UI element"), "AXWebArea"}},
     {AccessibleRole::documentText, textArea},
-    {AccessibleRole::entry, {kind("text field"), "AXTextField", "", ValueForm::text}},
+    {AccessibleRole::entry, {uiElementKind("text field"), "AXTextField", "", ValueForm::text}},
     {AccessibleRole::filler, group},
     {AccessibleRole::form, group},
     {AccessibleRole::frame, group},
     {AccessibleRole::grouping, group},
-    {AccessibleRole::heading, {kind("UI element"), "AXHeading", "", ValueForm::text}},
-    {AccessibleRole::icon, {kind("image"), "AXImage"}},
-    {AccessibleRole::image, {kind("image"), "AXImage"}},
+    {AccessibleRole::heading, {uiElementKind("UI element"), "AXHeading", "", ValueForm::text}},
+    {AccessibleRole::icon, picture},
+    {AccessibleRole::image, picture},
     {AccessibleRole::infoBar, group},
-    {AccessibleRole::label, {kind("static text"), "AXStaticText", "", ValueForm::text}},
-    {AccessibleRole::levelBar, {kind("value indicator"), "AXLevelIndicator", "", ValueForm::number}},
-    {AccessibleRole::link, {kind("UI element"), "AXLink", "", ValueForm::text}},
-    {AccessibleRole::list, {kind("list"), "AXList"}},
-    {AccessibleRole::listBox, {kind("list"), "AXList"}},
-    {AccessibleRole::listItem, {kind("row"), "AXRow"}},
-    {AccessibleRole::menu, {kind("menu"), "AXMenu"}},
-    {AccessibleRole::popupMenu, {kind("menu"), "AXMenu"}},
-    {AccessibleRole::menuItem, {kind("menu item"), "AXMenuItem"}},
-    {AccessibleRole::checkMenuItem, {kind("menu item"), "AXMenuItem", "", ValueForm::checked}},
-    {AccessibleRole::radioMenuItem, {kind("menu item"), "AXMenuItem", "", ValueForm::checked}},
-    {AccessibleRole::tearoffMenuItem, {kind("menu item"), "AXMenuItem"}},
+    {AccessibleRole::label, {uiElementKind("static text"), "AXStaticText", "", ValueForm::text}},
+    {AccessibleRole::levelBar, {uiElementKind("value indicator"), "AXLevelIndicator", "", ValueForm::number}},
+    {AccessibleRole::link, {uiElementKind("UI element"), "AXLink", "", ValueForm::text}},
+    {AccessibleRole::list, {uiElementKind("list"), "AXList"}},
+    {AccessibleRole::listBox, {uiElementKind("list"), "AXList"}},
+    {AccessibleRole::listItem, {uiElementKind("row"), "AXRow"}},
+    {AccessibleRole::menu, {uiElementKind("menu"), "AXMenu"}},
+    {AccessibleRole::popupMenu, {uiElementKind("menu"), "AXMenu"}},
+    {AccessibleRole::menuItem, {uiElementKind("menu item"), "AXMenuItem"}},
+    {AccessibleRole::checkMenuItem, {uiElementKind("menu item"), "AXMenuItem", "", ValueForm::checked}},
+    {AccessibleRole::radioMenuItem, {uiElementKind("menu item"), "AXMenuItem", "", ValueForm::checked}},
+    {AccessibleRole::tearoffMenuItem, {uiElementKind("menu item"), "AXMenuItem"}},
     {AccessibleRole::notification, group},
-    {AccessibleRole::pageTab, {kind("radio button"), "AXRadioButton", "AXTabButton", ValueForm::checked}},
-    {AccessibleRole::pageTabList, {kind("tab group"), "AXTabGroup"}},
+    {AccessibleRole::pageTab, {uiElementKind("radio button"), "AXRadioButton", "AXTabButton", ValueForm::checked}},
+    {AccessibleRole::pageTabList, {uiElementKind("tab group"), "AXTabGroup"}},
     {AccessibleRole::panel, group},
-    {AccessibleRole::paragraph, {kind("static text"), "AXStaticText", "", ValueForm::text}},
-    {AccessibleRole::passwordText, {kind("text field"), "AXTextField", "AXSecureTextField", ValueForm::text}},
-    {AccessibleRole::progressBar, {kind("progress indicator"), "AXProgressIndicator", "", ValueForm::number}},
-    {AccessibleRole::pushButton, {kind("button"), "AXButton"}},
-    {AccessibleRole::radioButton, {kind("radio button"), "AXRadioButton", "", ValueForm::checked}},
-    {AccessibleRole::scrollBar, {kind("scroll bar"), "AXScrollBar", "", ValueForm::number}},
-    {AccessibleRole::scrollPane, {kind("scroll area"), "AXScrollArea"}},
+    {AccessibleRole::paragraph, {uiElementKind("static text"), "AXStaticText", "", ValueForm::text}},
+    {AccessibleRole::passwordText, {uiElementKind("text field"), "AXTextField", "AXSecureTextField", ValueForm::text}},
+    {AccessibleRole::progressBar, {uiElementKind("progress indicator"), "AXProgressIndicator", "", ValueForm::number}},
+    {AccessibleRole::pushButton, {uiElementKind("button"), "AXButton"}},
+    {AccessibleRole::radioButton, {uiElementKind("radio button"), "AXRadioButton", "", ValueForm::checked}},
+    {AccessibleRole::scrollBar, {uiElementKind("scroll bar"), "AXScrollBar", "", ValueForm::number}},
+    {AccessibleRole::scrollPane, {uiElementKind("scroll area"), "AXScrollArea"}},
     {AccessibleRole::section, group},
-    {AccessibleRole::separator, {kind("splitter"), "AXSplitter"}},
-    {AccessibleRole::slider, {kind("slider"), "AXSlider", "", ValueForm::number}},
-    {AccessibleRole::spinButton, {kind("incrementor"), "AXIncrementor", "", ValueForm::number}},
-    {AccessibleRole::splitPane, {kind("splitter group"), "AXSplitGroup"}},
-    {AccessibleRole::staticText, {kind("static text"), "AXStaticText", "", ValueForm::text}},
+    {AccessibleRole::separator, {uiElementKind("splitter"), "AXSplitter"}},
+    {AccessibleRole::slider, {uiElementKind("slider"), "AXSlider", "", ValueForm::number}},
+    {AccessibleRole::spinButton, {uiElementKind("incrementor"), "AXIncrementor", "", ValueForm::number}},
+    {AccessibleRole::splitPane, {uiElementKind("splitter group"), "AXSplitGroup"}},
+    {AccessibleRole::staticText, {uiElementKind("static text"), "AXStaticText", "", ValueForm::text}},
     {AccessibleRole::statusBar, group},
-    {AccessibleRole::table, {kind("table"), "AXTable"}},
-    {AccessibleRole::tableCell, {kind("UI element"), "AXCell", "", ValueForm::text}},
-    {AccessibleRole::tableRow, {kind("row"), "AXRow"}},
+    {AccessibleRole::table, {uiElementKind("table"), "AXTable"}},
+    {AccessibleRole::tableCell, {uiElementKind("UI element"), "AXCell", "", ValueForm::text}},
+    {AccessibleRole::tableRow, {uiElementKind("row"), "AXRow"}},
     {AccessibleRole::terminal, textArea},
-    {AccessibleRole::text, {kind("text field"), "AXTextField", "", ValueForm::text}},
-    {AccessibleRole::toolBar, {kind("toolbar"), "AXToolbar"}},
-    {AccessibleRole::tree, {kind("outline"), "AXOutline"}},
-    {AccessibleRole::treeTable, {kind("outline"), "AXOutline"}},
+    {AccessibleRole::text, {uiElementKind("text field"), "AXTextField", "", ValueForm::text}},
+    {AccessibleRole::toolBar, {uiElementKind("toolbar"), "AXToolbar"}},
+    {AccessibleRole::tree, {uiElementKind("outline"), "AXOutline"}},
+    {AccessibleRole::treeTable, {uiElementKind("outline"), "AXOutline"}},
     {AccessibleRole::window, group},
-    {AccessibleRole::treeItem, {kind("row"), "AXRow", "AXOutlineRow"}},
+    {AccessibleRole::treeItem, {uiElementKind("row"), "AXRow", "AXOutlineRow"}},
 };
 
 constexpr AccessibleRole layoutRoles[]{
@@ -135,6 +132,11 @@ constexpr ActionRow actionRows[]{
     {"increment", "AXIncrement"}, {"decrement", "AXDecrement"},
 };
 
+/// By the actions of a cell. Qt's cells can all be toggled, and can nothing else.
+bool isTickOfGtk(std::span<const std::string> actions) {
+  return actions.size() > 1 && platform::lowercased(actions.front()) == "toggle";
+}
+
 } // namespace
 
 const UIElementRole& uiElementRole(const AccessibleFacts& facts) {
@@ -146,6 +148,30 @@ const UIElementRole& uiElementRole(const AccessibleFacts& facts) {
   if (facts.role == AccessibleRole::pushButton && isIn(facts, AccessibleState::hasPopup))
     return menuButton;
   return row->role;
+}
+
+bool isTableRole(const UIElementRole* role) {
+  return role && (role->kind == uiElementKind("table") || role->kind == uiElementKind("outline"));
+}
+
+const UIElementRole& uiElementRowRole(const UIElementRole& table) {
+  return table.kind == uiElementKind("outline") ? outlineRow : tableRow;
+}
+
+const UIElementRole& uiElementColumnRole() {
+  return column;
+}
+
+const UIElementRole& uiElementCellRole(const AccessibleFacts& facts) {
+  constexpr AccessibleRole cells[]{AccessibleRole::tableCell, AccessibleRole::treeItem, AccessibleRole::listItem};
+  if (!isOneOf(cells, facts))
+    return uiElementRole(facts);
+  if (facts.name && !facts.name->empty())
+    return textCell;
+  if (facts.image)
+    return picture;
+  const bool isTick = isTickOfGtk(facts.actions.value_or(std::vector<std::string>{}));
+  return isTick || isIn(facts, AccessibleState::checkable) ? checkCell : textCell;
 }
 
 bool isLayoutOnly(const AccessibleFacts& facts) {
@@ -164,6 +190,9 @@ bool isLeftOut(const AccessibleFacts& facts) {
 
 std::vector<UIElementAction> uiElementActions(const UIElementRole& role, std::span<const std::string> names) {
   std::vector<UIElementAction> actions;
+  // GTK's cells with a tick tell their actions a place further on than they are done, and can't be ticked by any.
+  if (isTickOfGtk(names))
+    return actions;
   for (std::size_t each = 0; each < names.size(); ++each) {
     const std::string name = platform::lowercased(names[each]);
     const auto row = std::ranges::find(actionRows, name, &ActionRow::name);
@@ -171,6 +200,9 @@ std::vector<UIElementAction> uiElementActions(const UIElementRole& role, std::sp
     std::string told = row != std::ranges::end(actionRows) ? std::string(row->action) : names[each];
     if (name.empty()) // Chromium's elements have one without a name
       told = "AXPress";
+    // Qt's rows and cells can all be toggled, which does nothing to most.
+    if (name == "toggle" && (role.value == ValueForm::text || role.kind == uiElementKind("row")))
+      told = names[each];
     // In a field `activate` is the Enter key.
     if (name == "activate" && role.value == ValueForm::text)
       told = "AXConfirm";

@@ -53,6 +53,15 @@ inline constexpr std::array uiElementKinds{
     UIElementKind{applescript::fourCharCode("vali"), "value indicator", "value indicators"},
 };
 
+/// The position of a kind; doesn't compile for words that none has.
+consteval std::size_t uiElementKind(std::string_view words) {
+  for (std::size_t each = 0; each < uiElementKinds.size(); ++each) {
+    if (uiElementKinds[each].words == words)
+      return each;
+  }
+  throw "no such kind of elements";
+}
+
 /// The part that an element plays, in the words of the Mac's accessibility interface.
 struct UIElementRole {
   std::size_t kind = 0;          ///< position in `uiElementKinds`
@@ -66,6 +75,14 @@ struct UIElementRole {
 /// The role of an element by what an application tells of it (role and states). The reference is good for ever;
 /// "AXUnknown" for roles that the Mac has nothing like.
 [[nodiscard]] const UIElementRole& uiElementRole(const platform::AccessibleFacts& facts);
+
+/// True for tables and outlines, by the role of one.
+[[nodiscard]] bool isTableRole(const UIElementRole* role);
+/// The roles of the rows and columns of a table whose application shows its cells alone.
+[[nodiscard]] const UIElementRole& uiElementRowRole(const UIElementRole& table);
+[[nodiscard]] const UIElementRole& uiElementColumnRole();
+/// The role of a cell in such a row, by its name, role and states, and without a name by image and actions.
+[[nodiscard]] const UIElementRole& uiElementCellRole(const platform::AccessibleFacts& facts);
 
 /// True for containers without a name, and the like, that only lay out what they hold. Toolkits nest them in numbers;
 /// scripts, which name the way to an element, are spared them. Takes name and role.

@@ -6,7 +6,7 @@
 #include "applescript/values/Coercion.h"
 #include "applescript/values/Errors.h"
 #include "scripting/model/Arguments.h"
-#include "scripting/systemevents/UIElementClasses.h"
+#include "scripting/systemevents/UIElementCommands.h"
 
 #include <string>
 #include <tuple>
@@ -16,10 +16,13 @@ namespace tabwright::scripting {
 
 using applescript::Value;
 using platform::AccessibleFacts;
+using platform::AccessibleSelection;
 using platform::AccessibleState;
 using ValueForm = UIElementRole::ValueForm;
 
 namespace {
+
+constexpr std::size_t radioButton = uiElementKind("radio button");
 
 const UIElementTree::Node& nodeOf(EventScope& scope, Object object) {
   return systemEvents(scope).tree().node(object.first);
@@ -29,15 +32,26 @@ const DesktopWindow* windowOf(EventScope& scope, Object object) {
   return nodeOf(scope, object).window;
 }
 
+const AccessibleFacts& factsOf(EventScope& scope, Object object) {
+  return systemEvents(scope).tree().facts(object.first);
+}
+
 bool isIn(EventScope& scope, Object object, AccessibleState state) {
-  const AccessibleFacts& facts = nodeOf(scope, object).facts;
+  const AccessibleFacts& facts = factsOf(scope, object);
   return facts.states && facts.states->has(state);
 }
 
 bool isChecked(EventScope& scope, Object object) {
   // The tab in front is a checked radio button on the Mac, and a selected one in AT-SPI.
-  const bool isTab = nodeOf(scope, object).role->subrole == "AXTabButton";
-  return isIn(scope, object, AccessibleState::checked) || (isTab && isIn(scope, object, AccessibleState::selected));
+  if (nodeOf(scope, object).role->subrole != "AXTabButton")
+    return isIn(scope, object, AccessibleState::checked);
+  // In Qt, none can be selected, and the one in front has the focus.
+  return isIn(scope, object, AccessibleState::checked) || isIn(scope, object, AccessibleState::selected) ||
+         (isIn(scope, object, AccessibleState::focused) && !isIn(scope, object, AccessibleState::selectable));
+}
+
+Value numberOrMissing(const std::optional<double>& number) {
+  return number ? Value(*number) : Value::missing();
 }
 
 Value textOrMissing(std::string_view text) {
@@ -77,21 +91,21 @@ std::pair<int, int> requirePair(const Value& value) {
 std::optional<platform::Rectangle> placeOf(EventScope& scope, Object object) {
   if (const DesktopWindow* window = windowOf(scope, object))
     return window->place;
-  return systemEvents(scope).tree().read(object.first, {.extents = true}).extents;
+  return systemEvents(scope).tree().place(object.first);
 }
 
 Found name(EventScope& scope, Object object) {
   if (const DesktopWindow* window = windowOf(scope, object))
     return Value(window->name);
-  return textOrMissing(nodeOf(scope, object).facts.name.value_or(""));
+  return textOrMissing(factsOf(scope, object).name.value_or(""));
 }
 
 Found accessibilityDescription(EventScope& scope, Object object) {
-  return textOrMissing(nodeOf(scope, object).facts.description.value_or(""));
+  return textOrMissing(factsOf(scope, object).description.value_or(""));
 }
 
 Found description(EventScope& scope, Object object) {
-  const std::string told = nodeOf(scope, object).facts.description.value_or("");
+  const std::string told = factsOf(scope, object).description.value_or("");
   return told.empty() ? roleDescription(scope, object) : Found(Value(told));
 }
 
@@ -124,7 +138,17 @@ Found isFocused(EventScope& scope, Object object) {
 }
 
 Found isSelected(EventScope& scope, Object object) {
-  return Value(isIn(scope, object, AccessibleState::selected));
+  const UIElementRole* role = nodeOf(scope, object).role;
+  const bool isChosen = role && role->kind == radioButton && isChecked(scope, object);
+  return Value(isChosen || systemEvents(scope).tree().isSelected(object.first));
+}
+
+Found minimum(EventScope& scope, Object object) {
+  return numberOrMissing(systemEvents(scope).tree().read(object.first, {.minimum = true}).minimum);
+}
+
+Found maximum(EventScope& scope, Object object) {
+  return numberOrMissing(systemEvents(scope).tree().read(object.first, {.maximum = true}).maximum);
 }
 
 Found value(EventScope& scope, Object object) {
@@ -136,10 +160,8 @@ Found value(EventScope& scope, Object object) {
     return Value::missing();
   case ValueForm::checked:
     return Value(std::int64_t{isChecked(scope, object)});
-  case ValueForm::number: {
-    const AccessibleFacts told = systemEvents(scope).tree().read(object.first, {.value = true});
-    return told.value ? Value(*told.value) : Value::missing();
-  }
+  case ValueForm::number:
+    return numberOrMissing(systemEvents(scope).tree().read(object.first, {.value = true}).value);
   case ValueForm::text:
     break;
   }
@@ -158,7 +180,7 @@ void setValue(EventScope& scope, Object object, const Value& to) {
     const bool wanted = to.get<bool>() ? requireBoolean(to) : requireInteger(to) != 0;
     // AT-SPI can't set a check, only press, which turns it over.
     if (wanted != isChecked(scope, object))
-      performUIElementAction(systemEvents(scope), object, "AXPress");
+      press(systemEvents(scope), object);
     return;
   }
   case ValueForm::text:
@@ -180,7 +202,15 @@ void setFocused(EventScope& scope, Object object, const Value& to) {
   if (node.window)
     systemEvents(scope).desktop().raise(node.window->id);
   else
-    systemEvents(scope).desktop().elements().accessibility().focus(node.element, systemEvents(scope).limits());
+    systemEvents(scope).desktop().elements().accessibility().focus(systemEvents(scope).tree().element(object.first),
+                                                                   systemEvents(scope).limits());
+}
+
+void setSelected(EventScope& scope, Object object, const Value& to) {
+  if (windowOf(scope, object))
+    refuse(scope, object, systemevents::selected, to);
+  const bool isWanted = requireBoolean(to);
+  select(systemEvents(scope), object, isWanted ? AccessibleSelection::added : AccessibleSelection::removed);
 }
 
 Found position(EventScope& scope, Object object) {
@@ -246,7 +276,9 @@ constexpr AttributeRow attributes[]{
     {"AXValue", uielement::value, uielement::setValue},
     {"AXEnabled", uielement::isEnabled},
     {"AXFocused", uielement::isFocused, uielement::setFocused},
-    {"AXSelected", uielement::isSelected},
+    {"AXSelected", uielement::isSelected, uielement::setSelected},
+    {"AXMinValue", uielement::minimum},
+    {"AXMaxValue", uielement::maximum},
     {"AXPosition", uielement::position, uielement::setPosition},
     {"AXSize", uielement::size, uielement::setSize},
     {"AXMinimized", isMinimised, setMinimised},

@@ -31,6 +31,8 @@ Found roleDescription(EventScope& scope, Object object);
 /// 1 or 0 for what can be checked, a real for sliders and the like, else its text; `missing value` for windows and what
 /// has no value. Asks the application for numbers and texts.
 Found value(EventScope& scope, Object object);
+Found minimum(EventScope& scope, Object object); ///< of the values it can have
+Found maximum(EventScope& scope, Object object);
 /// False for what is greyed out; windows are always enabled.
 Found isEnabled(EventScope& scope, Object object);
 /// True for the element, or the window, that has the keyboard.
@@ -50,6 +52,7 @@ Found size(EventScope& scope, Object object);     ///< {width, height}
 void setValue(EventScope& scope, Object object, const applescript::Value& value);
 /// Gives an element the keyboard, or brings a window to the front. `false` does nothing.
 void setFocused(EventScope& scope, Object object, const applescript::Value& value);
+void setSelected(EventScope& scope, Object object, const applescript::Value& value);
 /// Moves a window; −10006 for anything else.
 void setPosition(EventScope& scope, Object object, const applescript::Value& value);
 /// Gives a window another size; −10006 for anything else.
@@ -67,7 +70,9 @@ inline constexpr std::array uiElementProperties{
     PropertyRow{systemevents::value, uielement::value, uielement::setValue},
     PropertyRow{systemevents::enabled, uielement::isEnabled},
     PropertyRow{systemevents::focused, uielement::isFocused, uielement::setFocused},
-    PropertyRow{systemevents::selected, uielement::isSelected},
+    PropertyRow{systemevents::selected, uielement::isSelected, uielement::setSelected},
+    PropertyRow{systemevents::minimumValue, uielement::minimum},
+    PropertyRow{systemevents::maximumValue, uielement::maximum},
     PropertyRow{systemevents::position, uielement::position, uielement::setPosition},
     PropertyRow{systemevents::size, uielement::size, uielement::setSize},
 };

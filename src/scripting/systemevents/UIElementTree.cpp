@@ -24,7 +24,8 @@ using platform::AccessibleFacts;
 namespace {
 
 // Asked of every element at once; everything else is a question of its own, when a script wants it.
-constexpr platform::AccessibleParts nodeParts{
+constexpr platform::AccessibleParts nodeParts{.name = true, .description = true, .role = true, .states = true};
+constexpr platform::AccessibleParts windowParts{
     .name = true, .description = true, .role = true, .states = true, .children = true};
 
 /// An application may hold itself; no window is nested deeper.
@@ -42,13 +43,6 @@ int distance(const platform::Rectangle& left, const platform::Rectangle& right) 
   return std::abs(left.x - right.x) + std::abs(left.y - right.y) + std::abs(left.width - right.width) +
          std::abs(left.height - right.height);
 }
-
-/// An element that was found below a container, and what is to stand in its place while that is being read.
-struct Place {
-  std::size_t container = 0; ///< position among the containers that are read
-  AccessibleElement element;
-  std::optional<AccessibleFacts> facts;
-};
 
 } // namespace
 
@@ -111,10 +105,12 @@ const AccessibleElement& UIElementTree::element(Number number) {
   Node& node = nodes_.at(static_cast<std::size_t>(number));
   if (node.window && node.element.application.empty()) {
     node.element = findWindow(node);
-    node.facts = elements_.accessibility().read({&node.element, 1}, nodeParts, limits_).front();
+    node.facts = elements_.accessibility().read({&node.element, 1}, windowParts, limits_).front();
     if (node.window->shownBy == 0 && platform::isOfChromiumFamily(node.process->bundleIdentifier))
       awaitControls(node);
   }
+  if (node.row && node.element.application.empty())
+    node.element = firstCell(node);
   return node.element;
 }
 
@@ -123,21 +119,72 @@ void UIElementTree::awaitControls(Node& window) {
   // A browser shows its controls some time after it was told to, and has none in its windows before.
   while (window.facts.children.value_or(std::vector<AccessibleElement>{}).empty() && !showing.hasPassed()) {
     platform::sleepWithin(showing, std::chrono::milliseconds(20));
-    window.facts = elements_.accessibility().read({&window.element, 1}, nodeParts, limits_).front();
+    window.facts = elements_.accessibility().read({&window.element, 1}, windowParts, limits_).front();
   }
 }
 
-void UIElementTree::readChildren(const std::vector<Number>& containers) {
-  std::vector<Place> places;
-  const auto unread = [](std::size_t container, const AccessibleFacts& facts, std::vector<Place>& into) {
-    for (const AccessibleElement& child : facts.children.value_or(std::vector<AccessibleElement>{}))
-      into.push_back({container, child, std::nullopt});
-  };
+/// An element that was found below a container, and what is to stand in its place while that is being read.
+struct UIElementTree::Place {
+  std::size_t container = 0; ///< position among the containers that are read
+  AccessibleElement element;
+  std::optional<AccessibleFacts> facts;
+};
+
+UIElementTree::Number UIElementTree::add(Number parent, const UIElementRole& role, AccessibleElement element,
+                                         AccessibleFacts facts) {
+  Node node;
+  node.process = at(parent).process;
+  node.processPosition = at(parent).processPosition;
+  node.parent = parent;
+  node.role = &role;
+  node.element = std::move(element);
+  node.facts = std::move(facts);
+  node.facts.name = trimmed(node.facts.name);
+  nodes_.push_back(std::move(node));
+  return static_cast<Number>(nodes_.size()) - 1;
+}
+
+std::vector<UIElementTree::Place> UIElementTree::placesIn(const std::vector<Number>& containers) {
+  std::vector<std::size_t> unread;
+  std::vector<AccessibleElement> elements;
+  std::vector<std::size_t> rows;
+  std::vector<platform::AccessiblePlace> cells;
   for (std::size_t each = 0; each < containers.size(); ++each) {
-    (void)element(containers[each]);
-    unread(each, node(containers[each]).facts, places);
+    const Node& container = node(containers[each]);
+    if (container.row) {
+      const Node& table = node(*container.parent);
+      for (std::size_t column = 0; column < (**table.grid).columns; ++column) {
+        rows.push_back(each);
+        cells.push_back({table.element, static_cast<int>(*container.row), static_cast<int>(column)});
+      }
+    } else if (!container.facts.children) {
+      unread.push_back(each);
+      elements.push_back(container.element);
+    }
   }
-  // Each round reads what isn't read yet, and puts what layout containers hold in their places.
+  std::vector<AccessibleFacts> told = elements_.accessibility().read(elements, {.children = true}, limits_);
+  for (std::size_t each = 0; each < unread.size(); ++each)
+    at(containers[unread[each]]).facts.children = std::move(told[each].children);
+  const std::vector<std::optional<AccessibleElement>> found = elements_.accessibility().cells(cells, limits_);
+  std::vector<Place> places;
+  for (std::size_t each = 0; each < found.size(); ++each) {
+    if (found[each])
+      places.push_back({rows[each], *found[each], std::nullopt});
+  }
+  for (std::size_t each = 0; each < containers.size(); ++each) {
+    for (const AccessibleElement& child :
+         node(containers[each]).facts.children.value_or(std::vector<AccessibleElement>{}))
+      places.push_back({each, child, std::nullopt});
+  }
+  return places;
+}
+
+void UIElementTree::readPlaces(std::vector<Place>& places, const std::vector<Number>& containers) {
+  const auto isInRow = [&](const Place& place) { return node(containers[place.container]).row.has_value(); };
+  // In Qt, no cell is visible that is scrolled out of sight.
+  const auto isGone = [&](const Place& place) {
+    return isInRow(place) ? !place.facts->role.has_value() : isLeftOut(*place.facts);
+  };
   for (int depth = 0; depth < deepest; ++depth) {
     std::vector<AccessibleElement> elements;
     for (const Place& place : places) {
@@ -145,48 +192,76 @@ void UIElementTree::readChildren(const std::vector<Number>& containers) {
         elements.push_back(place.element);
     }
     if (elements.empty())
-      break;
+      return;
     std::vector<AccessibleFacts> facts = elements_.accessibility().read(elements, nodeParts, limits_);
-    std::vector<Place> next;
+    // A cell without a text may hold others, or be a picture or a tick, which its actions tell.
+    std::vector<AccessibleElement> opened;
+    std::vector<AccessibleFacts*> openedFacts;
+    bool hasCells = false;
     auto answer = facts.begin();
     for (Place& place : places) {
-      // Read in a round before: it only waits for its neighbours.
-      const bool isNew = !place.facts;
-      if (isNew)
-        place.facts = std::move(*answer++);
-      if (isNew && isLeftOut(*place.facts))
+      if (place.facts)
         continue;
-      if (isNew && isLayoutOnly(*place.facts))
-        unread(place.container, *place.facts, next);
-      else
+      place.facts = std::move(*answer++);
+      const bool isCell = isInRow(place) && trimmed(place.facts->name).empty();
+      if (isGone(place) || (!isCell && !isLayoutOnly(*place.facts)))
+        continue;
+      hasCells = hasCells || isCell;
+      opened.push_back(place.element);
+      openedFacts.push_back(&*place.facts);
+    }
+    std::vector<AccessibleFacts> inside =
+        elements_.accessibility().read(opened, {.children = true, .actions = hasCells, .image = hasCells}, limits_);
+    for (std::size_t each = 0; each < inside.size(); ++each) {
+      openedFacts[each]->children = std::move(inside[each].children).value_or(std::vector<AccessibleElement>{});
+      openedFacts[each]->actions = std::move(inside[each].actions);
+      openedFacts[each]->image = std::move(inside[each].image);
+    }
+    std::vector<Place> next;
+    for (Place& place : places) {
+      const auto& held = place.facts->children;
+      if (held && (!held->empty() || !isInRow(place))) {
+        for (const AccessibleElement& child : *held)
+          next.push_back({place.container, child, std::nullopt});
+      } else if (!isGone(place)) {
         next.push_back(std::move(place));
+      }
     }
     places = std::move(next);
   }
+}
+
+void UIElementTree::readChildren(const std::vector<Number>& all) {
+  for (const Number each : all) {
+    if (node(each).window)
+      (void)element(each);
+  }
+  findGrids(all);
+  std::vector<Number> containers;
+  for (const Number each : all) {
+    if (node(each).grid && *node(each).grid)
+      readColumns(each);
+    else
+      containers.push_back(each);
+  }
+  std::vector<Place> places = placesIn(containers);
+  readPlaces(places, containers);
   for (const Number container : containers)
     // The window's dialogs come before what is in it.
-    nodes_.at(static_cast<std::size_t>(container)).children = sheets(container);
+    at(container).children = sheets(container);
   for (Place& place : places) {
     // Nested deeper than any window is: left out.
     if (!place.facts)
       continue;
-    Node& container = nodes_.at(static_cast<std::size_t>(containers[place.container]));
-    Node node;
-    node.process = container.process;
-    node.processPosition = container.processPosition;
-    node.parent = containers[place.container];
-    node.role = &uiElementRole(*place.facts);
-    node.element = std::move(place.element);
-    node.facts = std::move(*place.facts);
-    node.facts.name = trimmed(node.facts.name);
-    container.children->push_back(static_cast<Number>(nodes_.size()));
-    nodes_.push_back(std::move(node));
+    const Number container = containers[place.container];
+    const UIElementRole& role = node(container).row ? uiElementCellRole(*place.facts) : uiElementRole(*place.facts);
+    at(container).children->push_back(add(container, role, std::move(place.element), std::move(*place.facts)));
   }
 }
 
 const std::vector<UIElementTree::Number>& UIElementTree::children(Number container) {
   if (!node(container).children)
-    readChildren({container});
+    readChildren(withNextRows(container));
   return *node(container).children;
 }
 
@@ -197,15 +272,17 @@ std::vector<UIElementTree::Number> UIElementTree::everythingIn(Number container)
     std::vector<Number> unread, next;
     std::ranges::copy_if(level, std::back_inserter(unread), [&](Number each) { return !node(each).children; });
     readChildren(unread);
-    for (const Number each : level)
-      next.insert(next.end(), node(each).children->begin(), node(each).children->end());
+    for (const Number each : level) {
+      const std::vector<Number> inside = contents(each);
+      next.insert(next.end(), inside.begin(), inside.end());
+    }
     level = std::move(next);
   }
   std::vector<Number> all;
   const auto gather = [&](const auto& self, Number each) -> void {
     if (!node(each).children)
       return;
-    for (const Number child : *node(each).children) {
+    for (const Number child : contents(each)) {
       all.push_back(child);
       self(self, child);
     }
@@ -219,6 +296,8 @@ const std::vector<UIElementAction>& UIElementTree::actions(Number number) {
   if (!owner.actions && owner.window) {
     // The window system does it, so no application is asked.
     owner.actions = std::vector<UIElementAction>{{"AXRaise", 0}};
+  } else if (owner.row) {
+    owner.actions.emplace(); // its cells have some
   } else if (!owner.actions) {
     const AccessibleFacts told = read(number, {.actions = true});
     owner.actions = uiElementActions(*owner.role, told.actions.value_or(std::vector<std::string>{}));

@@ -28,11 +28,23 @@ namespace tabwright::scripting {
 /// what they hold stands in their place. A modal dialog is a sheet of the window that waits for it: the first of its
 /// elements. For one thread.
 ///
+/// GTK and Qt show the cells of a table alone, all of them as its children. Here such a table has rows with their cells
+/// in them, each made when it is asked for, and behind them columns and the buttons above those. So a row costs a
+/// question for each of its cells, however many rows there are.
+///
 /// Throws a platform::Failure where an application doesn't show its elements: `notShown`, also for a window of which it
 /// shows nothing while it shows others; `elementGone` where it shows no window at all.
 class UIElementTree {
 public:
   using Number = std::int64_t;
+
+  /// A table whose application shows cells alone.
+  struct Grid {
+    std::size_t rows = 0;
+    std::size_t columns = 0;
+    std::map<std::size_t, Number> made; ///< of its rows
+    std::map<std::size_t, bool> selected;
+  };
 
   /// A window or an element. Valid as long as the tree, as are pointers to it.
   struct Node {
@@ -41,9 +53,11 @@ public:
     const DesktopWindow* window = nullptr;       ///< null for what isn't a window
     std::optional<Number> parent;                ///< nothing for a window
     const UIElementRole* role = nullptr;         ///< null for a window
-    platform::AccessibleFacts facts;             ///< name, description, role, states and children
-    platform::AccessibleElement element;         ///< of a window: empty until its elements are asked for
-    std::optional<std::vector<Number>> children; ///< nothing: not read yet
+    platform::AccessibleFacts facts;             ///< name, description, role, states and, once asked for, children
+    platform::AccessibleElement element;         ///< of a window and a row: empty until it is asked for
+    std::optional<std::vector<Number>> children; ///< but for rows of a grid; nothing: not read yet
+    std::optional<std::optional<Grid>> grid;     ///< of a table; nothing: not known yet
+    std::optional<std::size_t> row;              ///< of a row in a grid: its position
     std::optional<std::vector<UIElementAction>> actions;
   };
 
@@ -57,8 +71,12 @@ public:
   /// The modal dialogs of a window. Asks no application.
   [[nodiscard]] std::vector<Number> sheets(Number window);
 
-  /// The elements in a window or element, a window's sheets first, without what is hidden. Read when first asked for.
+  /// All that is directly in a container, but for the rows of a grid.
   [[nodiscard]] const std::vector<Number>& children(Number container);
+  /// The rows of a grid, which stand before what else is in it; nothing for what is no grid.
+  [[nodiscard]] std::optional<std::size_t> rowCount(Number container);
+  /// Throws a platform::Failure when there are too many to be kept.
+  [[nodiscard]] Number row(Number grid, std::size_t position);
   /// All that is in a container, what is in an element before the element behind it. Reads a level at a time.
   [[nodiscard]] std::vector<Number> everythingIn(Number container);
   /// The actions of an element, asked for once. A window has "AXRaise" alone.
@@ -67,10 +85,31 @@ public:
   [[nodiscard]] platform::AccessibleFacts read(Number number, const platform::AccessibleParts& parts);
   /// The application's element; a window's is looked for when it is first asked for.
   [[nodiscard]] const platform::AccessibleElement& element(Number number);
+  /// Name, description, role and states. Those of a row are its cells': the texts of all, and the states of the first.
+  [[nodiscard]] const platform::AccessibleFacts& facts(Number number);
+  [[nodiscard]] bool isSelected(Number number);
+  /// True for a cell in a row of a grid.
+  [[nodiscard]] bool isInGrid(Number number) const;
+  /// Its place on the screen; nothing for an element that can't tell.
+  [[nodiscard]] std::optional<platform::Rectangle> place(Number number);
 
 private:
+  struct Place;
+  [[nodiscard]] Node& at(Number number) { return nodes_.at(static_cast<std::size_t>(number)); }
+  Number add(Number parent, const UIElementRole& role, platform::AccessibleElement element,
+             platform::AccessibleFacts facts);
   /// Reads the children of several containers at once. Each must be unread.
   void readChildren(const std::vector<Number>& containers);
+  [[nodiscard]] std::vector<Place> placesIn(const std::vector<Number>& containers);
+  /// Adds the facts of all that have none, and puts what layout containers hold in their places.
+  void readPlaces(std::vector<Place>& places, const std::vector<Number>& containers);
+  /// Tells which tables are grids.
+  void findGrids(const std::vector<Number>& containers);
+  void readColumns(Number grid);
+  [[nodiscard]] platform::AccessibleElement firstCell(const Node& row);
+  /// Some rows behind one too, when the one before it has been read: a script goes through them all.
+  [[nodiscard]] std::vector<Number> withNextRows(Number container);
+  [[nodiscard]] std::vector<Number> contents(Number container);
   /// The application's element that is most like the window.
   [[nodiscard]] platform::AccessibleElement findWindow(const Node& window);
   /// Waits for what a browser shows in a window, for a while.

@@ -149,7 +149,9 @@ expect("script", shell(f"{program} applescript -", script).stdout,
 expect("typed by a script", saved("by a script\n"), True)
 
 def process(name, lines):
-    script = f'tell application "System Events" to tell process "{name}"\n{lines}\nend tell'
+    """`name` may be a process number too."""
+    target = f"first process whose unix id is {name}" if isinstance(name, int) else f'process "{name}"'
+    script = f'tell application "System Events" to tell {target}\n{lines}\nend tell'
     ended = shell(f"{program} applescript -", script)
     return ended.stdout.strip() or ended.stderr
 
@@ -197,6 +199,57 @@ end tell"""), "true")
 expect("an editor's text", process("Mousepad", """repeat with e in (get entire contents of window 1)
 if class of e is text area then return value of e
 end repeat"""), '"by a dialog"')
+
+# Programs with rows: GTK and Qt show the cells of a table alone.
+folder = pathlib.Path(__file__).parent
+tables = subprocess.Popen(["/usr/bin/python3", folder / "tables.py"], stderr=subprocess.DEVNULL)
+phrases = notes.with_name("phrases.ts")
+phrases.write_text("""<!DOCTYPE TS><TS version="2.1" language="de_DE" sourcelanguage="en">
+<context><name>Desk</name><message><source>One</source><translation>Eins</translation></message>
+<message><source>Two</source><translation type="unfinished"/></message></context>
+<context><name>Disk</name><message><source>Three</source><translation>Drei</translation></message></context></TS>""")
+expect("a window with tables", eventually(lambda: '"Tables"' in titles()), True)
+table = "table 1 of scroll area 1 of radio button 1 of tab group 1 of window 1"
+expect("rows of GTK", process(tables.pid, f"""tell {table}
+repeat while position of checkbox 1 of row 900 is missing value
+set focused of checkbox 1 of row 900 to true
+delay 0.1
+end repeat
+click checkbox 1 of row 900
+repeat while value of checkbox 1 of row 900 is 1
+delay 0.02
+end repeat
+return {{count rows, name of columns, name of row 900, value of text field 1 of row 1000, value of checkbox 1 of rows 899 thru 900}}
+end tell"""), '{1000, {"Icon", "Name", "On"}, "File 900", "File 1000", {0, 0}}')
+expect("selected rows", process(tables.pid, f"""tell {table}
+select row 900
+select rows 2 thru 3
+set selected of row 1000 to true
+set selected of row 3 to false
+return name of rows whose selected is true
+end tell"""), '{"File 2", "File 1000"}')
+expect("a tab and what is on it", process(tables.pid, """tell tab group 1 of window 1
+select radio button "Others"
+tell radio button "Others"
+set chosen to value of it
+select row 1 of list 1
+set selected of row 3 of list 1 to true
+set selected of row 1 of list 1 to false
+set value of slider 1 to 5
+return {chosen, selected of rows of list 1, value of text field 2 of row 2 of outline 1 of scroll area 1, ¬
+{minimum value, value, maximum value} of slider 1, {minimum value, maximum value} of incrementor 1}
+end tell
+end tell"""), '{1, {false, false, true}, "file", {-5.0, 5.0, 10.0}, {1.0, 9.0}}')
+expect("what can't be selected", "The element can’t do that" in process(
+    tables.pid, 'select slider 1 of radio button "Others" of tab group 1 of window 1'), True)
+tables.kill()
+linguist = subprocess.Popen(["/usr/lib/qt6/bin/linguist", phrases], stderr=subprocess.DEVNULL)
+expect("a window of Qt", eventually(lambda: "phrases.ts" in titles()), True)
+expect("rows of Qt", process(linguist.pid, """tell outline 1 of group "Strings" of window 1
+select row 2
+return {name of rows, value of UI element 3 of row 1, selected of rows}
+end tell"""), '{{"One", "Two"}, "One", {false, true}}')
+linguist.kill()
 
 # A browser with windows: its page, its own keys, its menu, and an editor that is in front of it.
 page = notes.with_name("page.html")
