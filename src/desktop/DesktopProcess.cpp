@@ -3,6 +3,7 @@
 #include "desktop/DesktopProcess.h"
 
 #include "app/Composition.h"
+#include "app/FeedUpdates.h"
 #include "desktop/SingleInstance.h"
 #include "desktop/SystemLook.h"
 #include "platform/DesktopFault.h"
@@ -76,7 +77,8 @@ public:
                .defaults = defaults_,
                .clock = clock_,
                .mainActor = mainActor_,
-               .background = pool_.get_executor()}),
+               .background = pool_.get_executor(),
+               .makeUpdateController = app::feedUpdates(mainActor_, clock_, application_)}),
         composition_({.settings = main_.defaultsManager(),
                       .shutdown = main_.shutdown(),
                       .activateSelf = [this] { asio::post(mainActor_, [this] { show(); }); }}),
@@ -130,7 +132,7 @@ private:
               inBackground([id] { return desktop::startBrowser(id); }, std::move(done));
             },
         .runningBrowsers = [this] { return namesOfRunningBrowsers(composition_.targets()); },
-        .checkForUpdates = [] {},
+        .checkForUpdates = [this] { main_.updateManager().checkForUpdatesOnDemand(); },
     };
   }
 

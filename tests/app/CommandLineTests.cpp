@@ -157,7 +157,7 @@ TEST_F(CommandLine, tellsANewcomerWhereToBegin) {
 
 TEST_F(CommandLine, showsHelpThatFitsATerminalAndCanBeCopied) {
   for (const std::string command : {"", "run", "script", "actions", "applescript", "workflow", "markdown", "browser",
-                                    "mcp", "completion", "manual", "help"}) {
+                                    "update", "mcp", "completion", "manual", "help"}) {
     const std::string help = tabwright({"help", command}).output;
     EXPECT_THAT(help, HasSubstr("\nUsage: tabwright " + command));
     std::istringstream lines(help);
