@@ -2,8 +2,9 @@
 // is installed stays as it is, and nothing is left behind.
 #include "UpdateFixture.h"
 #include "support/FailureText.h"
+#include "support/SourceFolder.h"
 #include "updates/Archive.h"
-#include "updates/Download.h"
+#include "updates/ProgramRun.h"
 #include "updates/Signature.h"
 #include "updates/UpdateFault.h"
 
@@ -349,6 +350,29 @@ TEST(Signature, HoldsByThePublishedExample) {
               return 0;
             }),
             "no failure");
+}
+
+TEST(Signature, OfTheScriptForDistributorsHolds) {
+  const testsupport::ScratchFolder scratch;
+  const std::string archive = tarGz(programEntries("0.2.0"));
+  testsupport::ScratchFolder::write(scratch / "archive", archive);
+  const std::string keyFile = (scratch / "key.pem").string();
+  const std::string script = (testsupport::sourceFolder() / "scripts/sign-update.sh").string();
+  ASSERT_TRUE(runProgram({"openssl", "genpkey", "-algorithm", "ed25519", "-out", keyFile}, {}));
+  const auto publicKey = runProgram({script, "--public", keyFile}, {});
+  const auto attributes = runProgram({script, keyFile, (scratch / "archive").string()}, {});
+  ASSERT_TRUE(publicKey && attributes);
+  const std::string head = fmt::format("length=\"{}\" sparkle:edSignature=\"", archive.size());
+  ASSERT_THAT(attributes->output, testing::StartsWith(head));
+  const platform::FileDescriptor file(::open((scratch / "archive").c_str(), O_RDONLY | O_CLOEXEC));
+  EXPECT_EQ(failureText([&] {
+              requireSignature(file, attributes->output.substr(head.size(), 88), publicKey->output.substr(0, 44));
+              return 0;
+            }),
+            "no failure");
+  testsupport::ScratchFolder::write(scratch / "nothing", "");
+  EXPECT_EQ(runProgram({script, keyFile, (scratch / "nothing").string()}, {})->exitCode, 1);
+  EXPECT_EQ(runProgram({script, (scratch / "archive").string(), (scratch / "archive").string()}, {})->exitCode, 1);
 }
 
 } // namespace

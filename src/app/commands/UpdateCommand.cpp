@@ -3,6 +3,7 @@
 #include "app/Interruptible.h"
 #include "app/commands/Commands.h"
 #include "browserdata/HTMLToMarkdown.h"
+#include "platform/Whitespace.h"
 #include "shell/Varn.h"
 #include "updates/UpdateFault.h"
 #include "updates/UpdateOutcome.h"
@@ -47,8 +48,9 @@ void print(const UpdateOutcome& outcome, OutputForm form) {
   std::cout << outcome.headline << '\n';
   if (!outcome.advice.empty())
     std::cout << outcome.advice << '\n';
-  if (const std::string notes = browserdata::HTMLToMarkdown{.html = outcome.notes}.convert(); !notes.empty())
-    std::cout << '\n' << notes << (notes.ends_with('\n') ? "" : "\n");
+  const std::string notes = browserdata::HTMLToMarkdown{.html = outcome.notes}.convert();
+  if (!platform::isBlank(notes))
+    std::cout << '\n' << platform::trimmingWhitespaceAndNewlines(notes) << '\n';
   if (!outcome.notesLink.empty())
     std::cout << '\n' << outcome.notesLink << '\n';
 }
