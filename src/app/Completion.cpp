@@ -157,17 +157,26 @@ Completion commandCompletion(const CLI::App& command, const host::Catalogue& cat
     if (option->get_positional())
       positionals.push_back(option);
   }
-  const auto operandWords = static_cast<std::size_t>(
-      std::ranges::count_if(given, [](const std::string& word) { return !word.starts_with('-') || word == "-"; }));
-  const bool takesParameters = command.get_prefix_command();
-  if (takesParameters && operandWords > 0) {
-    const auto action = std::ranges::find_if(given, [](const std::string& word) { return !word.starts_with('-'); });
-    return parameterCompletion(command, catalogue, *action, {action + 1, given.end()}, last, things);
+  std::size_t operandWords = 0;
+  const CLI::Option* waiting = nullptr; // for its value, such as NAME=VALUE
+  for (std::size_t index = 0; index < given.size(); ++index) {
+    const std::string& word = given[index];
+    if (std::exchange(waiting, nullptr))
+      continue;
+    if (word.starts_with('-') && word != "-") {
+      const CLI::Option* option = command.get_option_no_throw(word);
+      waiting = option && !option->get_positional() && option->get_items_expected_max() > 0 ? option : nullptr;
+      continue;
+    }
+    if (command.get_prefix_command()) // an action's name, and its parameters behind it
+      return parameterCompletion(command, catalogue, word, given.subspan(index + 1), last, things);
+    ++operandWords;
   }
   Completion completion;
-  if (const CLI::Option* option = given.empty() ? nullptr : command.get_option_no_throw(given.back());
-      option && !option->get_positional() && option->get_items_expected_max() > 0)
-    return completion; // a value of it, such as NAME=VALUE
+  if (waiting) {
+    completion.takesFiles = waiting->get_name() == saveFiles;
+    return completion;
+  }
   if (operandWords < positionals.size() && !isOption(last))
     addOperand(completion, *command.get_parent(), positionals[operandWords]->get_name(true), catalogue);
   if (last.starts_with('-'))

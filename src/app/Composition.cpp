@@ -101,11 +101,24 @@ void launchForScript(const BrowserFacts& facts) {
   static_cast<void>(launchBrowser(launchWithOwnProfile(facts), logFileOf(facts), startPatience, {}));
 }
 
-/// The settings of a process that runs one command, which no other part of it uses.
-struct OwnSettings {
-  platform::LinuxUserDefaults defaults;
-  shell::DefaultsKeys keys{defaults};
-  shell::UserDefaultsManager manager{defaults, keys};
+/// The settings of a process that runs one command, which no other part of it uses. Such a process has no launch of
+/// its own to record: its first action is the first launch, where no host was before it.
+class OwnSettings final : public actions::CallCounter {
+public:
+  explicit OwnSettings(const platform::Clock& clock) : clock_(clock) {}
+
+  void countCall() override {
+    manager.recordFirstLaunch(clock_);
+    manager.countCall();
+  }
+
+private:
+  const platform::Clock& clock_;
+  platform::LinuxUserDefaults defaults_;
+  shell::DefaultsKeys keys_{defaults_};
+
+public:
+  shell::UserDefaultsManager manager{defaults_, keys_};
 };
 
 } // namespace
@@ -114,7 +127,7 @@ struct Composition::Parts {
   explicit Parts(const Lifecycle* given) : lifecycle(given ? *given : ownLifecycle()) {}
 
   Lifecycle ownLifecycle() {
-    ownSettings.emplace();
+    ownSettings.emplace(clock);
     return {ownSettings->manager, noShutdown};
   }
 
@@ -191,7 +204,8 @@ struct Composition::Parts {
                                    .threads = threads,
                                    .shutdown = lifecycle.shutdown,
                                    .javascriptValidator = javascriptValidator,
-                                   .callCounter = &lifecycle.settings,
+                                   .callCounter = ownSettings ? static_cast<actions::CallCounter*>(&*ownSettings)
+                                                              : &lifecycle.settings,
                                    .windowNames = &lifecycle.settings};
   host::Catalogue catalogue{services};
   targets::SupportedBrowsersProvider supportedBrowsers;

@@ -14,6 +14,7 @@
 #include "host/Perform.h"
 #include "intents/NeedsValue.h"
 #include "intents/UsageError.h"
+#include "platform/AsciiCase.h"
 #include "platform/TerminalCells.h"
 #include "rpc/RpcError.h"
 
@@ -103,7 +104,8 @@ private:
       std::optional<std::string> answer = co_await askForValue(catalogue_, run_, parameters, *missing, caller_, host_);
       if (!answer)
         throw intents::NeedsValue(*missing);
-      std::erase_if(parameters, [&](const auto& given) { return given.first == missing->parameter(); });
+      std::erase_if(parameters,
+                    [&](const auto& given) { return platform::equalIgnoringCase(given.first, missing->parameter()); });
       parameters.emplace_back(missing->parameter(), std::move(*answer));
     }
   }

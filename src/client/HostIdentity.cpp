@@ -27,6 +27,7 @@ constexpr const char* variables[]{
     "XAUTHORITY",
     "WAYLAND_DISPLAY",
     "DBUS_SESSION_BUS_ADDRESS",
+    "AT_SPI_BUS_ADDRESS",
     "LANGUAGE",
     "LC_ALL",
     "LC_MESSAGES",

@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdlib>
 #include <span>
@@ -59,6 +60,9 @@ bool isForHost(const std::vector<std::string>& words) {
   const std::size_t name = placeOfAction(words);
   if (name == words.size() || words[name].starts_with("-")) // a question about “run” itself, or a mistake
     return false;
+  char folder[PATH_MAX];
+  if (!::getcwd(folder, sizeof folder) || !isUTF8(folder)) // which the message to the host couldn't name
+    return false;
   for (const std::string& word : words) {
     if (word == runWords::noHost.word || !isUTF8(word) || namesOwnDescriptor(word))
       return false;
@@ -74,7 +78,7 @@ void endOnInterrupt() {
       static_cast<void>(writeAll(STDERR_FILENO, WaitingLine::eraser));
     ::_exit(exitInterrupted);
   };
-  for (const int signal : {SIGINT, SIGTERM})
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP})
     ::sigaction(signal, &action, nullptr);
 }
 

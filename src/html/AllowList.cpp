@@ -31,17 +31,24 @@ bool AllowList::allowsTag(std::string_view tag) const {
   return rules != tags_.end() && rules->second.isAllowed;
 }
 
-bool AllowList::allowsAttribute(std::string_view tag, std::string_view name, std::string_view value) const {
+std::optional<std::string_view> AllowList::allowedValue(std::string_view tag, std::string_view name,
+                                                        std::string_view value) const {
   const auto rules = tags_.find(tag);
   if (rules == tags_.end() || !rules->second.attributes.contains(name))
-    return false;
+    return std::nullopt;
   const auto protocols = rules->second.protocols.find(name);
   if (protocols == rules->second.protocols.end())
-    return true;
-  return std::ranges::any_of(protocols->second, [&](const std::string& protocol) {
+    return value;
+  const auto isBlank = [](char character) { return static_cast<unsigned char>(character) <= ' '; };
+  while (!value.empty() && isBlank(value.front()))
+    value.remove_prefix(1);
+  while (!value.empty() && isBlank(value.back()))
+    value.remove_suffix(1);
+  const bool isAllowed = std::ranges::any_of(protocols->second, [&](const std::string& protocol) {
     return value.size() > protocol.size() && value[protocol.size()] == ':' &&
            platform::equalIgnoringCase(value.substr(0, protocol.size()), protocol);
   });
+  return isAllowed ? std::optional(value) : std::nullopt;
 }
 
 } // namespace tabwright::html

@@ -22,8 +22,8 @@ public:
     if (list.allowsTag(node.name())) {
       allowed_.clear();
       for (const Attribute& attribute : node.attributes())
-        if (list.allowsAttribute(node.name(), attribute.name, attribute.value))
-          allowed_.push_back(attribute);
+        if (const auto value = list.allowedValue(node.name(), attribute.name, attribute.value))
+          allowed_.push_back({attribute.name, *value});
       inside = &tree_.makeElement(node.name(), allowed_);
       tree_.insert(*inside, parent);
     }

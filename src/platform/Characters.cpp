@@ -12,7 +12,9 @@
 namespace tabwright::platform {
 
 std::size_t characterCount(std::string_view text) {
-  if (std::ranges::all_of(text, [](char character) { return static_cast<unsigned char>(character) < 0x80; }))
+  // Of ASCII only CR LF is one character of two.
+  if (std::ranges::all_of(text, [](char character) { return static_cast<unsigned char>(character) < 0x80; }) &&
+      !text.contains("\r\n"))
     return text.size();
   UErrorCode status = U_ZERO_ERROR;
   thread_local const std::unique_ptr<icu::BreakIterator> boundaries(

@@ -77,8 +77,9 @@ const Terminology* ScriptingDirectory::terminologyByName(std::string_view name) 
     if (sameIgnoringCase(application->name(), name))
       return application->terminology();
   }
-  const BrowserFacts* facts = findFacts(&BrowserFacts::name, name);
-  return facts ? terminologyOf(*facts) : nullptr;
+  if (const BrowserFacts* facts = findFacts(&BrowserFacts::name, name))
+    return terminologyOf(*facts);
+  return running(&DesktopProcess::name, name) ? &chromiumTerminology() : nullptr;
 }
 
 std::shared_ptr<ScriptableApplication> ScriptingDirectory::findByID(std::string_view bundleIdentifier) {

@@ -14,13 +14,13 @@ AppState::AppState(const Application& application, const DefaultsKeys& keys)
 void AppState::checkWhatsNew() {
   const std::string seen = keys_.seenWhatsNewWithChecksum.get();
   if (platform::isBlank(seen))
-    keys_.seenWhatsNewWithChecksum.set(std::string(whatsNewChecksum));
+    keys_.seenWhatsNewWithChecksum.updateSoon([](const std::string&) { return std::string(whatsNewChecksum); });
   else if (seen != whatsNewChecksum)
     selectedSheet.set(RootViewSheet::whatsNew);
 }
 
 void AppState::markWhatsNewAsRead() {
-  keys_.seenWhatsNewWithChecksum.set(std::string(whatsNewChecksum));
+  keys_.seenWhatsNewWithChecksum.updateSoon([](const std::string&) { return std::string(whatsNewChecksum); });
   selectedSheet.set(RootViewSheet::none);
 }
 

@@ -93,7 +93,7 @@ std::string UserDefaultsManager::browserVersionList() const {
 void UserDefaultsManager::recordFirstLaunch(const platform::Clock& clock) {
   if (keys_.firstLaunchTimestamp.get() > 0)
     return;
-  keys_.firstLaunchTimestamp.update(
+  keys_.firstLaunchTimestamp.updateSoon(
       [now = clock.secondsSinceReferenceDate()](double stored) { return stored > 0 ? stored : now; });
 }
 

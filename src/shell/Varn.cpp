@@ -6,6 +6,7 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <unistd.h>
 #include <vector>
 
@@ -71,7 +72,8 @@ void Varn::Windows::cleanUp(Application& application) {
   application.setAllowsAutomaticWindowTabbing(false);
   const Window* main = mainWindow(application);
   for (Window* window : application.windows()) {
-    if (window != main)
+    const std::vector<Window*> left = application.windows(); // one that is closed may take others with it
+    if (window != main && std::ranges::find(left, window) != left.end())
       window->close();
   }
 }

@@ -93,6 +93,9 @@ TEST_F(CompletionOfWords, KnowsTheOperandsOfEachCommand) {
   EXPECT_TRUE(completion({"run", "GetDetailsOfTab", "--save-files", ""}).takesFiles);
   EXPECT_TRUE(completion({"run", "GetDetailsOfTab", "--save-files=x"}).takesFiles);
   EXPECT_FALSE(completion({"workflow", "--set", ""}).takesFiles);
+  EXPECT_TRUE(completion({"workflow", "--set", "a=b", ""}).takesFiles);
+  EXPECT_TRUE(completion({"run", "--save-files", ""}).takesFiles);
+  EXPECT_THAT(candidates({"run", "--save-files", "folder", "ClickE"}), ElementsAre("ClickElement"));
   EXPECT_THAT(candidates({"--log-level=d"}), ElementsAre("--log-level=debug"));
 }
 

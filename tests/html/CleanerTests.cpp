@@ -27,12 +27,12 @@ TEST(Cleaner, LetsThroughWhatIsAllowedAndTheTextOfAllElse) {
   const Document page = Document::parse(
       "<head><title lang=x>T</title><meta name=a content=b></head><body class=x><p class=y>1<i>2<b onclick=z>3</b></i>"
       "<a href=HTTPS://x title=t id=i>4</a><a href='javascript:x' title=t>5</a><a href=/rel>6</a><a href=' "
-      "https:x'>7</a>"
+      "https:x\n'>7</a>"
       "<form><input value=v>8</form><script>bad</script>");
   EXPECT_EQ(
       markup(Cleaner(head, body).clean(page).root()),
       "<html><head><title>T</title></head><body><p>12<b>3</b><a href=HTTPS://x title=t>4</a><a title=t>5</a><a>6</a>"
-      "<a>7</a></p>8</body></html>");
+      "<a href=https:x>7</a></p>8</body></html>");
   EXPECT_EQ(markup(Cleaner({}, {}).clean(page).root()), "<html><head></head><body>12345678</body></html>")
       << "a text in the head is nothing that is read";
 }

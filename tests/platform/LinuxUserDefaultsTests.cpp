@@ -132,8 +132,8 @@ TEST_F(LinuxUserDefaultsTest, SetsADamagedFileAside) {
     EXPECT_EQ(Store(own).count.get(), 8);
 
     const std::filesystem::path aside = own.file().string() + ".damaged-1";
-    EXPECT_TRUE(log.holds("error UserDefaults: Set the damaged settings “" + own.file().string() + "” aside as “" +
-                          aside.string() + "”"));
+    EXPECT_TRUE(log.holds("error UserDefaults: Set the settings “" + own.file().string() +
+                          "”, not all of which can be read, aside as “" + aside.string() + "”"));
     std::filesystem::rename(aside, own.file());
     EXPECT_EQ(own.content(), damaged); // kept as it was
   }

@@ -10,6 +10,7 @@ using namespace tabwright;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
+using testing::StartsWith;
 using testsupport::ModelBrowser;
 
 /// Windows front to back: 101 (tabs 1 to 3), 102 of the developer tools, 103 incognito (tab 4).
@@ -187,6 +188,22 @@ TEST_F(ChromiumDictionary, AnswersThousandsOfEventsFromOneSnapshot) {
             "1");
   EXPECT_EQ(browser->snapshotsTaken, 1);
   EXPECT_GT(browser->snapshotsAsked, 1000);
+}
+
+TEST_F(ChromiumDictionary, AnswersToTheNameThatAScriptUsesForIt) {
+  EXPECT_EQ(run("use Br : application \"Chromium\"\ntell Br to get title of tab 1 of window 1"), "\"Alpha\"");
+  EXPECT_EQ(run("use scripting additions\nuse Br : application id \"org.chromium.chromium\"\n"
+                "on firstTitle()\nreturn title of tab 1 of window 1 of Br\nend\nfirstTitle()"),
+            "\"Alpha\"");
+}
+
+TEST_F(ChromiumDictionary, ReferencesOfAnyLengthEndInAnError) {
+  EXPECT_THAT(chromium("set r to a reference to window 1\nrepeat 100000 times\nset r to a reference to (name of r)\n"
+                       "end repeat\nexists r"),
+              StartsWith("error -2706"));
+  EXPECT_EQ(chromium("set r to windows\nrepeat 100000 times\nset r to a reference to (windows where it is r)\n"
+                     "end repeat\nset r to 1\nreturn r"),
+            "1");
 }
 
 TEST(ScriptingDirectory, FindsApplicationsInAnyCase) {

@@ -14,6 +14,7 @@ using applescript::Record;
 using applescript::Value;
 using scripting::jsonText;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 Value record(std::vector<std::pair<Label, Value>> fields) {
   return Value(std::make_shared<Record>(std::move(fields)));
@@ -139,6 +140,12 @@ TEST_F(Foundation, ReadsBackTheJSONThatItWrote) {
                 "return (CA's NSJSONSerialization's JSONObjectWithData:j options:4 |error|:(missing value)) is missing "
                 "value"),
             "true");
+}
+
+TEST_F(Foundation, RefusesWhatIsNoNumberAndWhatHoldsItself) {
+  EXPECT_THAT(foundationResult("(CA's NSNumber's numberWithInteger:\"x\")'s boolValue()"), StartsWith("error -10000"));
+  EXPECT_THAT(foundationResult("set a to CA's NSMutableArray's arrayWithArray:{1}\na's addObject:a\na as list"),
+              StartsWith("error -2706"));
 }
 
 TEST_F(Foundation, WorksOnArraysAndDates) {

@@ -127,8 +127,13 @@ TEST_F(PageKeys, AllGoToThePageOfABrowserWithoutWindows) {
   with(Where::headless, [&](PageKeyboard& keyboard) {
     keyboard.type("a", {.control = true}, {});
     keyboard.press(f5, {}, {});
+    keyboard.hold({.control = true});
+    keyboard.type("b", {}, {});
+    keyboard.release({.control = true});
+    keyboard.type("c", {}, {});
   });
-  EXPECT_THAT(browser->keys, ElementsAre("a/KeyA/65/a+ctrl", "F5/F5/116/"));
+  EXPECT_THAT(browser->keys, ElementsAre("a/KeyA/65/a+ctrl", "F5/F5/116/", "b/KeyB/66/b+ctrl", "c/KeyC/67/c"));
+  EXPECT_EQ(display.deeds, Deeds{});
   browser->isReachable = false;
   with(Where::headless, [&](PageKeyboard& keyboard) { EXPECT_THROW(keyboard.type("a", {}, {}), DriverFailure); });
 }

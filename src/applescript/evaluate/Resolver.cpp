@@ -29,6 +29,9 @@ public:
       if (auto* property = as<PropertyDefinition>(*statement)) {
         visit(property->value);
         layout.initializers.push_back({*layout.findVariable(property->name.name), property->value.get(), nullptr});
+      } else if (auto* use = as<Use>(*statement); use && use->value) {
+        visit(use->value);
+        layout.initializers.push_back({*layout.findVariable(use->alias), use->value.get(), nullptr});
       } else if (auto* definition = as<ScriptDefinition>(*statement)) {
         scriptDefinition(*definition);
         if (definition->binding)

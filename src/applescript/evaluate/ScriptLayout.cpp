@@ -47,6 +47,8 @@ void ScriptLayout::collect(const Block& body) {
         parentIndex = index;
     } else if (const auto* script = as<ScriptDefinition>(*statement); script && !script->name.empty()) {
       declare({0, script->name}, true);
+    } else if (const auto* use = as<Use>(*statement); use && use->value) {
+      declare({0, use->alias}, true);
     } else if (const auto* definition = as<HandlerDefinition>(*statement)) {
       handlers.insert_or_assign(foldedName(definition->name), definition);
     } else if (const auto* declaration = as<Declare>(*statement);

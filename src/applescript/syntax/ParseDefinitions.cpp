@@ -198,7 +198,15 @@ StatementPointer parseUse(ScriptParser& p) {
   } else if (p.accept(Keyword::application) || p.accept(Keyword::app)) {
     statement->what = Use::What::application;
     statement->byID = p.accept(Keyword::id);
+    const std::size_t nameStart = p.offset();
     statement->name = requireText();
+    if (!statement->alias.empty()) {
+      auto name = std::make_unique<Literal>(Value(statement->name));
+      auto reference = std::make_unique<ApplicationReference>();
+      reference->by = statement->byID ? ApplicationReference::By::id : ApplicationReference::By::name;
+      reference->designation = p.finish(std::move(name), nameStart);
+      statement->value = p.finish(std::move(reference), nameStart);
+    }
     if (const auto* terminology = statement->byID ? p.directory.terminologyByID(statement->name)
                                                   : p.directory.terminologyByName(statement->name))
       p.scope.use(*terminology);

@@ -6,6 +6,8 @@
 
 #include <array>
 #include <charconv>
+#include <limits>
+#include <system_error>
 #include <utility>
 
 // Expressions without operators and containers: words, names, literals and constants, and all in brackets and braces.
@@ -72,7 +74,9 @@ ExpressionPointer parsePrimary(ScriptParser& p) {
     return parseNumber(p);
   case Token::Kind::ordinal: {
     std::int64_t number = 0;
-    std::from_chars(first.text.data(), first.text.data() + first.text.size(), number);
+    // One that is too large is past the end of every list, as the largest is.
+    if (std::from_chars(first.text.data(), first.text.data() + first.text.size(), number).ec != std::errc())
+      number = std::numeric_limits<std::int64_t>::max();
     return parseOrdinal(p, number);
   }
   case Token::Kind::text:
@@ -250,8 +254,7 @@ ExpressionPointer parseNumber(ScriptParser& p) {
     if (std::from_chars(digits.data(), digits.data() + digits.size(), integer).ec == std::errc())
       return makeLiteral(p, Value(integer), 1);
   }
-  std::string plain(digits); // from_chars takes no sign in front of an exponent's digits but a minus
-  std::erase(plain, '+');
+  const std::string plain(digits);
   double real = 0; // stays when the number is too small
   const auto [end, error] = std::from_chars(plain.data(), plain.data() + plain.size(), real);
   const auto exponent = plain.find_first_of("eE");

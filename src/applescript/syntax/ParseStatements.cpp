@@ -41,7 +41,7 @@ bool isListOfParts(const ScriptParser& p) {
     open -= p.token(ahead).is(Symbol::closeBrace) ? 1 : 0;
     ++ahead;
   } while (open > 0 && !p.token(ahead).endsLine());
-  return p.token(ahead).is(Keyword::of);
+  return p.token(ahead).is(Keyword::of) || p.token(ahead).is(Keyword::in);
 }
 
 // A bare name that the inner-most dictionaries have can only be bound where no `tell` makes it theirs.

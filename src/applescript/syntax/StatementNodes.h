@@ -193,6 +193,7 @@ struct Use final : StatementOf<Statement::Kind::use> {
   std::string name;                   ///< framework, application, script
   std::optional<std::string> version; ///< `version "2.4"`
   std::string alias;                  ///< `use Safari : application "Safari"`
+  ExpressionPointer value;            ///< what the alias stands for, where that is an application
   bool byID = false;                  ///< `use application id "ID"`
   bool imports = true;                ///< false: `without importing`
 };

@@ -35,17 +35,12 @@ Terminology::Terminology(std::string name, std::span<const Term> rows) : name_(s
   }
   for (auto& [word, entries] : byFirstWord_) {
     std::ranges::sort(entries, std::greater(), [](const Entry& entry) { return entry.words.size(); });
-    for (Entry& entry : entries) {
-      for (Match& match : entry.matches)
-        match.words = entry.words.size();
-    }
   }
 }
 
 void Terminology::add(std::string_view words, const Term& term, bool isPlural) {
   auto parts = splitWords(words);
   assert(!parts.empty());
-  longest_ = std::max(longest_, parts.size());
   auto& entries = byFirstWord_[parts.front()];
   auto entry = std::ranges::find_if(entries, [&](const Entry& candidate) {
     return candidate.words.size() == parts.size() && beginsWith(candidate.words, parts);

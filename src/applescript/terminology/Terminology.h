@@ -66,8 +66,6 @@ public:
   /// property at once (`window`, `tab`): all matches of the longest length, in the table's order. The answer lives as
   /// long as the terminology.
   [[nodiscard]] std::span<const Match> longestMatch(std::span<const std::string_view> words) const;
-  /// Words of the longest term: no more need be given to `longestMatch`.
-  [[nodiscard]] std::size_t longest() const { return longest_; }
   /// Some term begins with that word.
   [[nodiscard]] bool hasFirstWord(std::string_view word) const;
 
@@ -86,7 +84,6 @@ private:
   void add(std::string_view words, const Term& term, bool isPlural);
   /// By first word, ignoring case; the entries of one first word from the longest to the shortest.
   std::unordered_map<std::string_view, std::vector<Entry>, FoldedHash, FoldedEqual> byFirstWord_;
-  std::size_t longest_ = 0;
 };
 
 /// The words of the language itself: classes (`text`, `list`), constants (`missing value`, `pi`, `linefeed`), text

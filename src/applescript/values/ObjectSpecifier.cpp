@@ -28,12 +28,29 @@ bool sameApplication(const ObjectSpecifier& left, const ObjectSpecifier& right) 
          sameName(left.application->bundleIdentifier(), right.application->bundleIdentifier());
 }
 
+/// Ends a test that nobody else holds, behind those whose end is under way: what it holds may hold tests in turn.
+void endLater(std::shared_ptr<const SpecifierTest> test) {
+  thread_local std::vector<std::shared_ptr<const SpecifierTest>> ending;
+  thread_local bool isEnding = false;
+  ending.push_back(std::move(test));
+  if (isEnding)
+    return;
+  isEnding = true;
+  while (!ending.empty()) {
+    const auto last = std::move(ending.back());
+    ending.pop_back();
+  }
+  isEnding = false;
+}
+
 } // namespace
 
 ObjectSpecifier::~ObjectSpecifier() {
   // Each link is cut before it ends, as long as nobody else holds it.
   while (container && container.use_count() == 1)
     container = std::exchange(const_cast<ObjectSpecifier&>(*container).container, nullptr);
+  if (test && test.use_count() == 1)
+    endLater(std::move(test));
 }
 
 SpecifierPointer applicationRoot(std::shared_ptr<ScriptableApplication> application) {

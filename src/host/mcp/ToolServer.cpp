@@ -7,6 +7,7 @@
 #include "host/mcp/ToolDescriptions.h"
 #include "host/mcp/ToolResults.h"
 #include "intents/NeedsValue.h"
+#include "platform/AsciiCase.h"
 
 #include <boost/json/array.hpp>
 
@@ -128,6 +129,8 @@ platform::Task<json::value> ToolServer::callTool(json::object params) {
     std::optional<std::string> answer = co_await user.ask(*missing);
     if (!answer)
       co_return failedResult(*missing);
+    for (auto each = arguments.begin(); each != arguments.end();)
+      each = platform::equalIgnoringCase(each->key(), missing->parameter()) ? arguments.erase(each) : each + 1;
     arguments[missing->parameter()] = *answer;
   }
 }

@@ -242,6 +242,12 @@ void AtspiAccessibility::perform(const AccessibleElement& element, std::size_t a
         askRole(bus, element, [taking] { taking->isDone = true; });
         return bus.collectUntil([&] { return taking->isDone; }, limits, longestSilence);
       }
+      try {
+        if (const auto outcome = own->flush(limits, longestSilence); outcome != BusConnection::Outcome::answered)
+          return outcome;
+      } catch (const BusLost&) {
+        throw failure(DesktopFault::elementGone); // the application ended before it could be asked
+      }
       // An application works all its connections off in turn: by the second answer here it has begun with the action.
       for (int answers = 0; answers < 2; ++answers) {
         askRole(bus, element, {});

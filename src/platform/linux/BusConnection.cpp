@@ -140,6 +140,15 @@ BusConnection::Outcome BusConnection::collectUntil(const std::function<bool()>& 
   }
 }
 
+BusConnection::Outcome BusConnection::flush(const CallLimits& limits, std::chrono::milliseconds patience) {
+  const auto isSent = [this] {
+    std::uint64_t queued = 0;
+    require(sd_bus_get_n_queued_write(bus_.get(), &queued));
+    return queued == 0;
+  };
+  return collectUntil(isSent, limits, patience);
+}
+
 std::string BusConnection::silentReceiver() const {
   const auto silent = std::ranges::find(calls_, false, &Pending::isAnswered);
   return silent == calls_.end() ? std::string() : silent->receiver;

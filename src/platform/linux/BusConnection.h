@@ -64,6 +64,9 @@ public:
   Outcome collectUntil(const std::function<bool()>& isEnough, const CallLimits& limits,
                        std::chrono::milliseconds patience);
 
+  /// Sends what a connection that is still being made has kept back. Outcomes as above.
+  Outcome flush(const CallLimits& limits, std::chrono::milliseconds patience);
+
   [[nodiscard]] std::size_t pending() const noexcept { return unanswered_; }
   /// The receiver of the oldest call without an answer; empty when there is none.
   [[nodiscard]] std::string silentReceiver() const;

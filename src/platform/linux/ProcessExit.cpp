@@ -20,7 +20,7 @@ namespace tabwright::platform {
 ProcessExit waitForExit(pid_t process, const CallLimits& limits) {
   const FileDescriptor watched(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
   if (!watched.isOpen())
-    return ProcessExit::ended;
+    return errno == ESRCH ? ProcessExit::ended : ProcessExit::timedOut; // without a descriptor nothing can be awaited
   const FileDescriptor stop(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
   const std::stop_callback onStop(limits.stop, [&stop] {
     const std::uint64_t one = 1;

@@ -127,7 +127,7 @@ void ProgramConnections::startCloser() {
 void ProgramConnections::close(const std::stop_token& stop) {
   MutexLock lock(mutex_);
   const auto hasSome = [this]() REQUIRES(mutex_) { return !idle_.empty() || !held_.empty(); };
-  while (gotSome_.wait(lock, stop, hasSome)) {
+  while (gotSome_.wait(lock, stop, hasSome) && !stop.stop_requested()) {
     const auto pause = idle_.empty() ? std::chrono::milliseconds(lookAtHeld) : longestIdle;
     const auto hasIdle = [this, wasEmpty = idle_.empty()]() REQUIRES(mutex_) { return wasEmpty && !idle_.empty(); };
     gotSome_.wait_for(lock, stop, pause, hasIdle);

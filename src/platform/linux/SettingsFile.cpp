@@ -147,7 +147,7 @@ void SettingsFile::keepAside() const {
   }
   if (link(file_.c_str(), copy(1).c_str()) != 0 && rename(file_.c_str(), copy(1).c_str()) != 0)
     throw FileFailure("set aside", file_, errno);
-  fileLog.error("Set the damaged settings “{}” aside as “{}”", file_.string(), copy(1).string());
+  fileLog.error("Set the settings “{}”, not all of which can be read, aside as “{}”", file_.string(), copy(1).string());
 }
 
 } // namespace tabwright::platform

@@ -25,6 +25,20 @@ bool makesShortcut(const KeyModifiers& modifiers) {
   return modifiers.control || modifiers.alt || modifiers.super;
 }
 
+KeyModifiers joined(const KeyModifiers& some, const KeyModifiers& others) {
+  return {.shift = some.shift || others.shift,
+          .control = some.control || others.control,
+          .alt = some.alt || others.alt,
+          .super = some.super || others.super};
+}
+
+KeyModifiers without(const KeyModifiers& some, const KeyModifiers& others) {
+  return {.shift = some.shift && !others.shift,
+          .control = some.control && !others.control,
+          .alt = some.alt && !others.alt,
+          .super = some.super && !others.super};
+}
+
 } // namespace
 
 void PageKeyboard::press(const platform::Key& key, const KeyModifiers& modifiers, const platform::CallLimits& limits) {
@@ -82,14 +96,15 @@ bool PageKeyboard::play(const Aim& aim, std::vector<PageKey> keys, const KeyModi
                         const platform::CallLimits& limits) {
   if (!aim.tab)
     return false;
+  KeyModifiers all = modifiers;
   {
     const platform::MutexLock lock(mutex_);
     if (held_ != KeyModifiers{} && aim.front->hasWindows)
       return false;
+    all = joined(all, held_);
   }
   return aim.front->driver->perform(
-             PlayKeys{.tab = *aim.tab, .keys = std::move(keys), .modifiers = modifiers, .hasKeyboard = true}, limits) !=
-         0;
+             PlayKeys{.tab = *aim.tab, .keys = std::move(keys), .modifiers = all, .hasKeyboard = true}, limits) != 0;
 }
 
 platform::Keyboard& PageKeyboard::display() {
@@ -98,28 +113,34 @@ platform::Keyboard& PageKeyboard::display() {
   return display_;
 }
 
-// Modifiers that are held say that shortcuts follow, which are the display's.
+// Modifiers that are held say that shortcuts follow, which are the display's; those for a browser without windows are
+// only remembered for the keys that follow.
 
 void PageKeyboard::hold(const KeyModifiers& modifiers) {
-  display().hold(modifiers);
+  const std::optional<FrontBrowser> front = front_();
+  const bool isForDisplay = !front || front->hasWindows;
+  if (isForDisplay)
+    display().hold(modifiers);
   const platform::MutexLock lock(mutex_);
-  held_ = {.shift = held_.shift || modifiers.shift,
-           .control = held_.control || modifiers.control,
-           .alt = held_.alt || modifiers.alt,
-           .super = held_.super || modifiers.super};
+  held_ = joined(held_, modifiers);
+  if (isForDisplay)
+    heldOnDisplay_ = joined(heldOnDisplay_, modifiers);
 }
 
 void PageKeyboard::release(const KeyModifiers& modifiers) {
+  const std::optional<FrontBrowser> front = front_();
+  KeyModifiers ours;
   {
     const platform::MutexLock lock(mutex_);
-    held_ = {.shift = held_.shift && !modifiers.shift,
-             .control = held_.control && !modifiers.control,
-             .alt = held_.alt && !modifiers.alt,
-             .super = held_.super && !modifiers.super};
+    held_ = without(held_, modifiers);
+    ours = without(heldOnDisplay_, without(heldOnDisplay_, modifiers));
+    heldOnDisplay_ = without(heldOnDisplay_, modifiers);
   }
-  const std::optional<FrontBrowser> front = front_();
+  // Before a display, others may have pressed them. Another browser may be in front by now than the one of the hold.
   if (!front || front->hasWindows)
     display_.release(modifiers);
+  else if (ours != KeyModifiers{})
+    display_.release(ours);
 }
 
 } // namespace tabwright::scripting

@@ -58,6 +58,7 @@ private:
   const std::function<std::optional<FrontBrowser>()> front_;
   platform::Mutex mutex_;
   platform::KeyModifiers held_ GUARDED_BY(mutex_);
+  platform::KeyModifiers heldOnDisplay_ GUARDED_BY(mutex_);
   std::optional<Aim> aim_ GUARDED_BY(mutex_);
 };
 

@@ -6,6 +6,7 @@
 #include "applescript/values/Coercion.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Names.h"
+#include "applescript/values/Traversal.h"
 #include "scripting/foundation/FoundationTime.h"
 #include "scripting/model/Arguments.h"
 
@@ -136,6 +137,7 @@ Value FoundationObject::send(std::string_view selector, const Arguments& argumen
 }
 
 std::optional<Value> FoundationObject::unwrapped() const {
+  const applescript::Traversal traversal; // a mutable array may hold itself
   if (const auto* text = get<applescript::Text>())
     return Value(*text);
   if (const auto* dictionary = get<FoundationDictionary>())
@@ -186,6 +188,7 @@ Value stored(const Value& value) {
 }
 
 Value unbridged(const Value& value) {
+  const applescript::Traversal traversal;
   if (const auto* foreign = value.get<Value::ForeignPointer>()) {
     if (auto plain = (*foreign)->unwrapped())
       return std::move(*plain);

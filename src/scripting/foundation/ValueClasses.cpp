@@ -35,7 +35,10 @@ const Value& number(FoundationObject& self) {
 }
 
 Value numberOf(FoundationObject&, const Arguments& arguments) {
-  return makeObject(numberClass, FoundationNumber{unbridged(arguments[0])});
+  Value value = unbridged(arguments[0]);
+  if (!value.is<std::int64_t>() && !value.is<double>() && !value.is<bool>())
+    throw errors::of(errorNumber::handlerFailed, "A number is made of a number or a boolean only.");
+  return makeObject(numberClass, FoundationNumber{std::move(value)});
 }
 
 Value asReal(FoundationObject& self, const Arguments&) {

@@ -4,6 +4,7 @@
 #include "scripting/model/ObjectModel.h"
 
 #include "applescript/values/Errors.h"
+#include "applescript/values/Traversal.h"
 #include "scripting/model/Arguments.h"
 #include "scripting/model/Comparison.h"
 
@@ -97,6 +98,7 @@ Found ObjectModel::resolve(EventScope& scope, const ObjectSpecifier& specifier, 
   default:
     break;
   }
+  const applescript::Traversal traversal; // a script can make a chain as long as it likes
   Found container = resolve(scope, *specifier.container, underTest);
   const auto take = [&](const auto& self, const Found& from) -> Found {
     if (const auto* object = std::get_if<Object>(&from.what))

@@ -42,6 +42,7 @@ def press(title, kind="button"):
     """Presses it as soon as it is there and can be."""
     where = f'{kind} "{title}" of window 1'
     expect(title, eventually(lambda: windows(f"get enabled of {where}") == "true"), True)
+    expect(f"names beside {title}", windows('count (buttons of window 1 whose name is "" or name is missing value)'), "0")
     windows(f"click {where}")
 
 
@@ -71,7 +72,9 @@ expect("the setup is closed", eventually(lambda: windows("get name of every wind
 expect("its first tab now", windows('exists radio button "Home" of tab group 1 of window 1'), "true")
 expect("the browser is gone", run("run", "GetListOfTabs").returncode, 3)
 
-press("Re-run Setup")
+windows('set focused of button "Re-run Setup" of window 1 to true')
+run("run", "SimulateNamedKeyPress", "--targetContext", "tabwright-desktop", "--namedKey", "space")
+expect("the setup by a key", eventually(lambda: windows("get name of window 1") == '"Set up Tabwright"'), True)
 press("Continue") # it starts over, at step 1
 press("I've done that, continue")
 press("Continue") # access was granted before

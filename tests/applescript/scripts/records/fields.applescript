@@ -32,3 +32,7 @@ set r to {|Straße|:1, tab:2, |10 K|:3, Ä:4, tabs2:5}
 {TAB of r, TABS2 of r} --> {2, 5}
 tabs3 of r --> error -1728
 |Straßen| of r --> error -1728
+
+set r to {a:1, b:2}
+set {a, b} in r to {3, 4}
+r --> {a:3, b:4}
