@@ -6,6 +6,7 @@
 #include "app/FeedUpdates.h"
 #include "desktop/SingleInstance.h"
 #include "desktop/SystemLook.h"
+#include "desktop/UpdateMessage.h"
 #include "platform/DesktopFault.h"
 #include "platform/LogSinks.h"
 #include "platform/linux/GnomeAppearance.h"
@@ -83,6 +84,10 @@ public:
                       .shutdown = main_.shutdown(),
                       .activateSelf = [this] { asio::post(mainActor_, [this] { show(); }); }}),
         services_(makeServices()) {
+    shell::UpdateController& controller = *main_.updateManager().sharedUpdaterController();
+    controller.setPresent([&controller](const updates::UpdateOutcome& outcome) {
+      showUpdateOutcome(outcome, [&controller] { controller.installUpdate(); });
+    });
     application_.launch({.mainWindow = [this] { return views::makeMainWindow(services_); },
                          .onboardingWindow = [this] { return views::makeOnboardingWindow(services_); }});
   }

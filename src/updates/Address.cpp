@@ -1,6 +1,7 @@
 // Addresses are read by the library that will fetch them, so that both see the same host in them.
 #include "updates/Address.h"
 
+#include "updates/CurlLibrary.h"
 #include "updates/UpdateFault.h"
 
 #include <arpa/inet.h>
@@ -12,10 +13,11 @@ namespace tabwright::updates {
 namespace {
 
 std::string partOf(CURLU* address, CURLUPart part) {
+  const CurlLibrary& curl = CurlLibrary::shared();
   char* text = nullptr;
-  if (curl_url_get(address, part, &text, 0) != CURLUE_OK)
+  if (curl.urlGet(address, part, &text, 0) != CURLUE_OK)
     return {};
-  const std::unique_ptr<char, void (*)(void*)> owner(text, curl_free);
+  const std::unique_ptr<char, void (*)(void*)> owner(text, curl.free);
   return text;
 }
 
@@ -25,8 +27,9 @@ struct AddressParts {
 };
 
 AddressParts partsOf(const std::string& address) {
-  const std::unique_ptr<CURLU, void (*)(CURLU*)> reader(curl_url(), curl_url_cleanup);
-  if (!reader || curl_url_set(reader.get(), CURLUPART_URL, address.c_str(), 0) != CURLUE_OK)
+  const CurlLibrary& curl = CurlLibrary::shared();
+  const std::unique_ptr<CURLU, void (*)(CURLU*)> reader(curl.url(), curl.urlCleanup);
+  if (!reader || curl.urlSet(reader.get(), CURLUPART_URL, address.c_str(), 0) != CURLUE_OK)
     return {};
   return {partOf(reader.get(), CURLUPART_SCHEME), partOf(reader.get(), CURLUPART_HOST)};
 }

@@ -4,13 +4,13 @@
 
 #include "platform/FileFailure.h"
 #include "updates/Address.h"
+#include "updates/CurlLibrary.h"
 #include "updates/UpdateFault.h"
 
 #include <fmt/core.h>
 
 #include <cerrno>
 #include <cstdlib>
-#include <curl/curl.h>
 #include <exception>
 #include <fcntl.h>
 #include <filesystem>
@@ -37,16 +37,10 @@ bool isRedirect(long status) {
   return status >= 300 && status < 400;
 }
 
-void requireLibrary() {
-  static const CURLcode code = curl_global_init(CURL_GLOBAL_DEFAULT);
-  if (code != CURLE_OK)
-    throw failure(UpdateFault::unreachable, curl_easy_strerror(code));
-}
-
 class Request {
 public:
   Request(const std::string& address, std::uint64_t most, const Take& take)
-      : easy_(curl_easy_init(), curl_easy_cleanup), multi_(curl_multi_init(), curl_multi_cleanup), most_(most),
+      : easy_(curl_.easyInit(), curl_.easyCleanup), multi_(curl_.multiInit(), curl_.multiCleanup), most_(most),
         take_(take) {
     if (!easy_ || !multi_)
       throw std::bad_alloc();
@@ -61,9 +55,9 @@ public:
     set(CURLOPT_ERRORBUFFER, error_);
     set(CURLOPT_WRITEFUNCTION, &Request::write);
     set(CURLOPT_WRITEDATA, this);
-    curl_multi_add_handle(multi_.get(), easy_.get());
+    curl_.multiAddHandle(multi_.get(), easy_.get());
   }
-  ~Request() { curl_multi_remove_handle(multi_.get(), easy_.get()); }
+  ~Request() { curl_.multiRemoveHandle(multi_.get(), easy_.get()); }
   Request(const Request&) = delete;
   Request& operator=(const Request&) = delete;
 
@@ -74,7 +68,7 @@ public:
       std::rethrow_exception(failure_);
     if (isRedirect(status())) {
       char* target = nullptr;
-      curl_easy_getinfo(easy_.get(), CURLINFO_REDIRECT_URL, &target);
+      curl_.easyGetinfo(easy_.get(), CURLINFO_REDIRECT_URL, &target);
       if (target)
         return target;
     }
@@ -83,38 +77,38 @@ public:
     if (code == CURLE_PARTIAL_FILE)
       throw failure(UpdateFault::truncated, std::to_string(taken_));
     if (code != CURLE_OK)
-      throw failure(UpdateFault::unreachable, *error_ ? error_ : curl_easy_strerror(code));
+      throw failure(UpdateFault::unreachable, *error_ ? error_ : curl_.easyStrerror(code));
     return {};
   }
 
 private:
   template <class Value>
   void set(CURLoption option, Value value) {
-    if (const CURLcode code = curl_easy_setopt(easy_.get(), option, value); code != CURLE_OK)
-      throw failure(UpdateFault::unreachable, curl_easy_strerror(code));
+    if (const CURLcode code = curl_.easySetopt(easy_.get(), option, value); code != CURLE_OK)
+      throw failure(UpdateFault::unreachable, curl_.easyStrerror(code));
   }
 
   long status() const {
     long status = 0;
-    curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
+    curl_.easyGetinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
     return status;
   }
 
   CURLcode finish(const platform::CallLimits& limits) {
     for (;;) {
       int running = 0;
-      CURLMcode code = curl_multi_perform(multi_.get(), &running);
+      CURLMcode code = curl_.multiPerform(multi_.get(), &running);
       int left = 0;
-      if (const CURLMsg* message = curl_multi_info_read(multi_.get(), &left))
+      if (const CURLMsg* message = curl_.multiInfoRead(multi_.get(), &left))
         return message->data.result;
       if (limits.stop.stop_requested())
         throw failure(UpdateFault::stopped);
       if (limits.hasPassed())
         throw failure(UpdateFault::timedOut);
       if (code == CURLM_OK)
-        code = curl_multi_poll(multi_.get(), nullptr, 0, transferPause, nullptr);
+        code = curl_.multiPoll(multi_.get(), nullptr, 0, transferPause, nullptr);
       if (code != CURLM_OK)
-        throw failure(UpdateFault::unreachable, curl_multi_strerror(code));
+        throw failure(UpdateFault::unreachable, curl_.multiStrerror(code));
     }
   }
 
@@ -135,6 +129,7 @@ private:
     }
   }
 
+  const CurlLibrary& curl_ = CurlLibrary::shared();
   const std::unique_ptr<CURL, void (*)(CURL*)> easy_;
   const std::unique_ptr<CURLM, CURLMcode (*)(CURLM*)> multi_;
   const std::uint64_t most_;
@@ -145,7 +140,6 @@ private:
 };
 
 void fetch(std::string address, std::uint64_t most, const Take& take, const platform::CallLimits& limits) {
-  requireLibrary();
   requireSecure(address);
   for (int redirects = 0;; ++redirects) {
     std::string next = Request(address, most, take).perform(limits);

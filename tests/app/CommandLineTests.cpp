@@ -103,6 +103,8 @@ TEST_F(CommandLine, refusesWithTheReasonOnStandardError) {
             "--gpu-launcher makes the browser run a program"},
            {{"browser", "chromium", "--headless", "--", "--gpu-x"}, 3, "Chromium isn’t installed"},
            {{"browser", "chromium"}, 3, "tabwright browser chromium --headless"},
+           {{"update", "--install"}, 1, "This build doesn’t look for updates."},
+           {{"update", "--instal"}, 2, "has no option “--instal”. Did you mean --install?"},
            {{"run", "GetListOfTabs", "--targetContext", "vivaldi", "--json"}, 3, "\"case\":\"browserNotFound\""},
        }) {
     const CommandOutcome outcome = tabwright(row.words, {}, {{"PATH", "/nowhere"}});
@@ -128,6 +130,7 @@ TEST_F(CommandLine, saysWhenItsOutputCannotBeWritten) {
       {{"workflow", "-"}, steps},
       {{"completion", "bash"}, ""},
       {{"manual"}, ""},
+      {{"update"}, ""},
       {{"--help"}, ""},
       {{"mcp"},
        R"({"jsonrpc": "2.0", "id": 1, "method": "ping"})"
