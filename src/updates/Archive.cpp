@@ -70,7 +70,7 @@ private:
   [[noreturn]] static void unsafe(const std::string& what) { throw failure(UpdateFault::unsafeArchive, what); }
 
   void check(int result) {
-    if (result >= ARCHIVE_WARN)
+    if (result == ARCHIVE_OK || result == ARCHIVE_WARN)
       return;
     const char* reason = archive_error_string(archive_.get());
     throw failure(UpdateFault::brokenArchive, reason ? reason : "it is no tar.gz");
@@ -159,8 +159,9 @@ private:
       if (count == 0)
         break;
       if (count < 0)
-        check(static_cast<int>(count));
-      if ((bytes_ += static_cast<std::uint64_t>(std::max<la_ssize_t>(count, 0))) > mostBytes)
+        check(ARCHIVE_FATAL);
+      bytes_ += static_cast<std::uint64_t>(count);
+      if (bytes_ > mostBytes)
         unsafe(fmt::format("it unpacks to more than {} bytes", mostBytes));
       for (la_ssize_t done = 0; done < count;) {
         const ssize_t written = ::write(file.number(), buffer.data() + done, static_cast<std::size_t>(count - done));

@@ -25,6 +25,21 @@ int renamePath(const fs::path& from, const fs::path& to) {
   return std::rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
 }
 
+namespace {
+
+// A process that was killed could not remove what it had begun. Whoever holds the lock finds no other's work.
+void removeAbandoned(const std::string& beginning) {
+  std::error_code error;
+  const fs::path folder = fs::path(beginning).parent_path();
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+    std::error_code ignored;
+    if (entry->path().string().starts_with(beginning))
+      fs::remove_all(entry->path(), ignored);
+  }
+}
+
+} // namespace
+
 FolderReplacement::FolderReplacement(fs::path replaced, RenamePath rename)
     : replaced_(std::move(replaced)), rename_(std::move(rename)),
       lock_(::open(replaced_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
@@ -32,7 +47,9 @@ FolderReplacement::FolderReplacement(fs::path replaced, RenamePath rename)
     throw FileFailure("open", replaced_, errno);
   if (::flock(lock_.number(), LOCK_EX | LOCK_NB) != 0)
     throw platform::failure(UpdateFault::busy);
-  std::string name = replaced_.string() + ".new-XXXXXX";
+  std::string name = replaced_.string() + ".new-";
+  removeAbandoned(name);
+  name += "XXXXXX";
   if (!::mkdtemp(name.data()))
     throw FileFailure("make the folder", name, errno);
   folder_ = name;

@@ -21,7 +21,7 @@ using RenamePath = std::function<int(const std::filesystem::path& from, const st
 /// While it lives no other process can make one for the same folder.
 class FolderReplacement {
 public:
-  /// Throws `UpdateFault::busy`, or `FileFailure`.
+  /// Removes what a killed process has left. Throws `UpdateFault::busy`, or `FileFailure`.
   explicit FolderReplacement(std::filesystem::path replaced, RenamePath rename = renamePath);
   ~FolderReplacement();
   FolderReplacement(const FolderReplacement&) = delete;

@@ -91,6 +91,8 @@ TEST_F(Installing, PutsASignedUpdateInPlaceAndKeepsTheFormerCopy) {
   EXPECT_THAT(tree(scratch / "tmp"), IsEmpty());
 
   serveUpdate("0.3.0", tarGz(programEntries("0.3.0")));
+  testsupport::ScratchFolder::write(scratch / "apps/tabwright.new-Ab12Cd/bin/tabwright",
+                                    "of a process that was killed");
   update();
   EXPECT_EQ(tree(copy()).at("bin/tabwright"), "client 0.3.0");
   EXPECT_EQ(tree(copy().string() + ".old"), now);
