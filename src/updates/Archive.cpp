@@ -122,8 +122,8 @@ private:
       writeFile(path, archive_entry_perm(entry));
     } else if (type == AE_IFLNK) {
       const char* leadsTo = archive_entry_symlink(entry);
-      if (!leadsTo || !*leadsTo || *leadsTo == '/')
-        unsafe(fmt::format("the link “{}” leads out of it", name));
+      if (!leadsTo)
+        unsafe(fmt::format("the link “{}” leads nowhere", name));
       makeParent(path);
       links_.emplace_back(path, leadsTo);
     } else {

@@ -32,7 +32,11 @@ protected:
     updater.emplace(Updater::Surroundings{
         .mainActor = mainActor.get_executor(),
         .clock = clock,
-        .facts = [this] { return currentFacts; },
+        .facts =
+            [this] {
+              ++asked;
+              return currentFacts;
+            },
         .isWindowOpen = [this] { return isWindowOpen; },
         .lastCheckFile = scratch / "state/tabwright/last-update-check",
         .didFinishLoading = note("loaded"),
@@ -64,10 +68,18 @@ protected:
     clock.advance(step);
     runPending();
   }
+  /// Lets time pass in which no look is begun.
+  void idle(std::chrono::nanoseconds step) {
+    const int before = asked;
+    advance(step);
+    EXPECT_EQ(asked, before);
+    EXPECT_THAT(events, IsEmpty());
+  }
   std::vector<std::string> takeEvents() { return std::exchange(events, {}); }
 
   const std::thread::id mainThread = std::this_thread::get_id();
   UpdateFacts currentFacts = facts();
+  int asked = 0; // for its facts, as at the start of each cycle
   bool isWindowOpen = true;
   std::vector<std::string> events;
   std::vector<UpdateOutcome> outcomes;
@@ -79,15 +91,13 @@ protected:
 TEST_F(UpdaterTest, LooksOnceADayByItselfOnceItWasStarted) {
   serveFeed("");
   make();
-  advance(48h);
-  EXPECT_THAT(events, IsEmpty());
+  idle(48h);
   updater->start();
   updater->start();
   runUntil(3);
   EXPECT_THAT(takeEvents(), ElementsAre("loaded", "not found", "end"));
-  advance(1h);
-  advance(22h + 59min);
-  EXPECT_THAT(events, IsEmpty());
+  idle(1h);
+  idle(22h + 59min);
   serveUpdate("0.2.0", tarGz(programEntries("0.2.0")));
   advance(1min);
   runUntil(3);
@@ -97,8 +107,7 @@ TEST_F(UpdaterTest, LooksOnceADayByItselfOnceItWasStarted) {
   // The next process looks when the day is over.
   make();
   updater->start();
-  advance(23h + 59min);
-  EXPECT_THAT(events, IsEmpty());
+  idle(23h + 59min);
   advance(1min);
   runUntil(3);
 }
@@ -109,16 +118,14 @@ TEST_F(UpdaterTest, LooksByItselfOnlyWhileAWindowIsOpenAndAgainAfterAFailure) {
   make();
   updater->start();
   runPending();
-  advance(30h);
-  EXPECT_THAT(events, IsEmpty());
+  idle(30h);
   isWindowOpen = true;
   server.serve("/appcast.xml", "no feed");
   advance(1h);
   runUntil(1);
   EXPECT_THAT(takeEvents(), ElementsAre("end"));
   serveFeed("");
-  advance(59min);
-  EXPECT_THAT(events, IsEmpty());
+  idle(59min);
   advance(1min);
   runUntil(3);
   EXPECT_THAT(takeEvents(), ElementsAre("loaded", "not found", "end"));
