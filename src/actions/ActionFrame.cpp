@@ -1,5 +1,6 @@
 // The steps of `perform` stand here in their order, once for all actions; preconditions and pause are functions that
-// the action's constructor left behind.
+// the action's constructor left behind. They read the parameters when they are called: the constructor runs before the
+// host has filled in any value.
 #include "actions/ActionFrame.h"
 
 #include "actions/TabTarget.h"
@@ -47,6 +48,7 @@ void ActionFrame::aimAtTab(TabTarget& tab) {
 platform::Task<engine::TargetContext> ActionFrame::resolved(engine::TargetContext target) {
   if (target != engine::frontmostTargetContext())
     co_return target;
+  // As for the setup: the lookup's program tells no version that should be recorded.
   auto lookup = engine::Scriptacular::forOnboarding(services_.scripts);
   co_await lookup.resolveFrontmostBrowser();
   co_return lookup.targetContext();

@@ -61,6 +61,7 @@ protected:
   /// do it inside `run`, by calling `registerRun` there.
   enum class Registration { afterPreconditions, beforePreconditions, insideRun };
 
+  /// `name` is the action's short name, `table` that of its texts. `services` outlives the action.
   ActionFrame(const ActionServices& services, std::string name, std::string_view table, const intents::Hints& hints)
       : Intent(std::move(name), table, hints), services_(services) {}
 
@@ -88,6 +89,7 @@ protected:
   /// Wait after a success for the seconds that an enum's raw value tells.
   template <intents::DeclaredEnum Delay>
   void pauseAfterSuccess(const Parameter<Delay>& delay);
+  /// Another moment than `afterPreconditions`.
   void registerRuns(Registration moment) { registration_ = moment; }
 
   // Means, for an action's own steps.
@@ -112,9 +114,12 @@ protected:
   [[nodiscard]] virtual std::string buildScriptText() const;
 
 private:
+  /// Throws what the first one that fails throws.
   void checkPreconditions() const;
+  /// Step 5. A cancelled pause ends at once, and the value is given all the same.
   platform::Task<void> pause();
 
+  /// The rest is left behind by the declarations above, and read while a run goes on.
   const ActionServices& services_;
   std::vector<std::function<void()>> preconditions_;
   std::function<engine::TargetContext()> aim_;

@@ -21,6 +21,7 @@ public:
 
 private:
   [[nodiscard]] std::string scriptBody() const override {
+    // Escaped for JavaScript only; the job as a whole is escaped again for the AppleScript around it.
     return pageJob(tab, "return [\n  clickPageElement(\"" + engine::escapeForJavascript(*cssSelector) + "\")\n]");
   }
 

@@ -22,6 +22,7 @@ private:
     using Snippets = engine::AppleScriptSnippets;
     switch (*tab.tabSelection) {
     case TabSelectionOption::frontTab:
+      // The record is made first: a tab that is closed can't be asked.
       return engine::joinedLines({Snippets::openWindowsCheck(), Snippets::frontVariables(),
                                   "set tabData to my makeBrowserTabData(FRONT_TAB, FRONT_WINDOW, null)\n"
                                   "set tabID of tabData to \"0\"\n"

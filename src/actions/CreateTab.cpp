@@ -38,6 +38,7 @@ private:
                                   "set newTab to my createTabInWindow(FRONT_WINDOW, null)\n"
                                   "return success(my makeBrowserTabData(newTab, FRONT_WINDOW, null))"});
     case WindowType::newWindow:
+      // No check for windows here: this is what makes one.
       return "make document\n"
              "set newWindow to front window\n"
              "set newTab to first item in tabs of newWindow\n"

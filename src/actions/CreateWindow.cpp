@@ -58,6 +58,7 @@ private:
       return chromiumBody();
     switch (*windowType) {
     case WindowType::privateWindow:
+      // Without a private window the lines come to their end, which is failure 0.
       return engine::joinedLines(
           {"activate\n"
            "if my __createPrivateWindow() then\n"

@@ -20,6 +20,7 @@ namespace tabwright::actions {
 /// No script runs, but for finding the frontmost browser. What blocks goes to a thread, and ends after `longestWork`.
 class DesktopAction : public ActionFrame {
 protected:
+  /// Of one step, be the desktop ever so slow.
   static constexpr std::chrono::seconds longestWork{30};
 
   using ActionFrame::ActionFrame;
@@ -44,8 +45,10 @@ protected:
   void giveNotices(intents::ActionHost& host) const;
 
 private:
+  /// Limits whose time begins with the call.
   [[nodiscard]] platform::CallLimits limits(std::stop_token stop = {}) const;
 
+  /// Shared with the limits of each step.
   const std::shared_ptr<platform::Notices> notices_ = std::make_shared<platform::Notices>();
 };
 

@@ -19,6 +19,7 @@ protected:
   }
 };
 
+/// The two kinds that there are.
 using TabAction = EntityAction<browserdata::BrowserTabData, browserdata::BrowserTabEntity>;
 using WindowAction = EntityAction<browserdata::BrowserWindowData, browserdata::BrowserWindowEntity>;
 

@@ -32,6 +32,8 @@ private:
   }
 
   [[nodiscard]] std::string lookupWithDetails() const {
+    // The library's handler tells a tab that is gone by having no value, where the lookup of other actions ends the
+    // script.
     const std::string tabNotFound = std::to_string(engine::rawValue(engine::AppleScriptRuntimeError::tabNotFound));
     return "set tabData to my makeDetailedBrowserTabDataForID(\"" + tab.targetTab->id() +
            "\")\n"

@@ -32,6 +32,7 @@ public:
     aimAt(targetContext);
     declare({&pageURL, is(urlFilter, Filter::ignore), intents::Dependence::Counts::unlessItHolds});
     declare({&pageTitle, is(titleFilter, Filter::ignore), intents::Dependence::Counts::unlessItHolds});
+    // A sentence for each combination of the two filters that count.
     summarise({
         {.when = {is(urlFilter, Filter::ignore), is(titleFilter, Filter::ignore)},
          .key = "urlFilter.ignore.titleFilter.ignore",
@@ -62,6 +63,7 @@ private:
       if (passesFilters(tab))
         tabs.push_back(std::move(tab));
     }
+    // Last, so that "first" is the first of those that pass.
     return selected(std::move(tabs), *listElements);
   }
 

@@ -60,9 +60,11 @@ private:
     windows.reserve(answer.size());
     for (const BrowserWindowData& record : answer)
       windows.emplace_back(record, browser);
+    // Before the filters, since titles are filtered as users know them.
     if (isSafari(*targetContext) && services().windowNames)
       applyNames(windows, *services().windowNames);
     std::erase_if(windows, [this](const BrowserWindowEntity& window) { return !passesFilters(window); });
+    // Last, so that "first" is the first of those that pass.
     return selected(std::move(windows), *listElements);
   }
 
@@ -74,6 +76,7 @@ private:
       if (const auto name = names.find(window.fullID); name != names.end())
         window.windowTitle = name->second;
     }
+    // The list is whole, so a name without a window here has lost its window for good.
     windowNames.prune(fullIDs);
   }
 

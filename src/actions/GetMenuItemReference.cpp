@@ -54,6 +54,7 @@ private:
     requireName(name, *menuItemBasicsSelection);
     const automation::MenuItemResult item =
         co_await find(app, name, *menuItemBasicsSelection, *titleFilterSelection, *isFilterCaseInsensitive);
+    // Counted once the search is over, whatever it has found.
     registerRun();
     if (!item && *errorHandlingOption == ErrorHandlingSelection::raiseError)
       throw item.error();

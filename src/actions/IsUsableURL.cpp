@@ -1,5 +1,6 @@
 // The text is taken apart from the left: scheme, authority, and what follows it, whose parts may hold the same. Each
-// part is read character by character against the set it may hold.
+// part is read character by character against the set it may hold. A list of what is allowed rather than of what is
+// not: the text goes between quotes of a program, so what isn't known to be harmless stays out.
 #include "actions/IsUsableURL.h"
 
 #include "platform/StringCatalogue.h"
@@ -45,6 +46,7 @@ bool mayStandBeyondASCII(UChar32 character) {
   }
 }
 
+// The part that a percent sign plays: behind the host it may stand by itself.
 enum class Percent { beginsEscape, anywhere };
 
 bool consistsOf(std::string_view text, std::string_view characters, Percent percent = Percent::beginsEscape) {
@@ -80,6 +82,7 @@ bool isIPv6(const std::string& text) {
   return inet_pton(AF_INET6, text.c_str(), &address) == 1 && text.find('\0') == std::string::npos;
 }
 
+// A name is taken as it stands: whether it resolves is the browser's business.
 bool isHost(std::string_view text) {
   if (text.starts_with('['))
     return text.ends_with(']') && isIPv6(std::string(text.substr(1, text.size() - 2)));
@@ -122,6 +125,7 @@ std::optional<URLFault> faultOf(std::string_view text) {
   if (text.starts_with("//")) {
     text.remove_prefix(2);
     const std::string_view authority = takeUntil(text, "/?#");
+    // A file's URL mostly has no host: "file:///tmp".
     if (isFile ? !authority.empty() && !isHost(authority) : !isAuthority(authority))
       return URLFault::host;
   } else if (!isFile) {

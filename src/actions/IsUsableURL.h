@@ -15,14 +15,10 @@ namespace tabwright::actions {
 ///     isUsableURL("https://example.com/ ")          // false: nothing is trimmed
 ///
 /// The grammar is that of RFC 3986 with the characters beyond ASCII that RFC 3987 adds: they are what users copy from
-/// an address bar. Where it differs:
-///
-///   - A host is a name of letters, digits, "-", ".", "_" and percent escapes, or an IPv6 address in brackets. A port
-///   is
-///     at most 65535. The URL of a file has neither user nor port.
-///   - Behind the host the characters [ ] { } | ^ ` < > may stand unescaped, a percent sign need not begin an escape,
-///   and
-///     a fragment may hold "#": pages use them, browsers take them and show them.
+/// an address bar. It differs in three points. A host is a name of letters, digits, "-", ".", "_" and percent escapes,
+/// or an IPv6 address in brackets, and a port is at most 65535. The URL of a file has neither user nor port. Behind the
+/// host the characters [ ] { } | ^ ` < > may stand unescaped, a percent sign need not begin an escape, and a fragment
+/// may hold "#": pages use them, browsers take them and show them.
 ///
 /// It is also the guard of texts that go into a script between double quotes: no double quote, backslash, control
 /// character or white space of any kind passes, and no malformed UTF-8. From any thread.

@@ -12,6 +12,7 @@ namespace tabwright::actions {
 /// The parameters that both keyboard actions have. Their texts lie in the table "Intents-Browsers".
 namespace keyboardparameters {
 
+/// Disabled unless the user says so. Agents aren't offered it: the modifiers themselves say enough.
 [[nodiscard]] intents::ParameterSpec<KeyboardModifiersStatus> modifiersStatus();
 /// "modCmd" and the like: not pressed, unless the user says so.
 [[nodiscard]] intents::ParameterSpec<bool> modifier(std::string_view name);

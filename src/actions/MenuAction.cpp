@@ -1,3 +1,5 @@
+// The searches of `automation` block, so each goes to a thread; what an application is called, and which ones there
+// are, is asked only for a sentence when none has the id that was given.
 #include "actions/MenuAction.h"
 
 #include "platform/DesktopFault.h"
@@ -24,6 +26,7 @@ constexpr std::size_t mostNamed = 12;
 /// The applications that a user may have meant, for an id that none has; or why none can be seen.
 platform::Notice unknownApplication(const std::string& id, const automation::DesktopServices& desktop) {
   try {
+    // Without windows in sight no application can be found, and that is what the user should hear.
     static_cast<void>(desktop.windows.windows());
   } catch (const platform::DesktopFailure& failure) {
     return platform::asCause(failure);

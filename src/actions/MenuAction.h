@@ -32,9 +32,12 @@ protected:
   /// Tests the parameter that `selection` looks at. Segments are tested only where the action says so.
   static void requireName(const MenuItemName& name, MenuItemBasicsSelection selection);
 
+  /// Searches on a thread for what blocks. `filter` counts for a title only. An item that isn't there is an ordinary
+  /// result.
   platform::Task<automation::MenuItemResult> find(const targets::RunningApplication& app, const MenuItemName& name,
                                                   MenuItemBasicsSelection selection,
                                                   automation::StringFilterEnum filter, bool isCaseIgnored);
+  /// By a reference, whose application is looked for anew. `reference` outlives the search.
   platform::Task<automation::MenuItemResult> find(const automation::MenuItemEntity& reference);
   /// Never fails, whatever the application makes of it.
   platform::Task<void> press(const automation::AxeMenuItem& item);

@@ -4,6 +4,7 @@ namespace tabwright::actions {
 
 namespace {
 
+// Optional, since an action has several ways to name an item and asks for the text of the chosen one itself.
 intents::ParameterSpec<std::string> textSpec(std::string_view name, std::string_view example) {
   return {.name = name, .presence = intents::Presence::optional, .example = example};
 }

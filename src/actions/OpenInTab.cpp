@@ -26,8 +26,10 @@ public:
   explicit OpenInTab(const ActionServices& services)
       : TabAction(services, "OpenInTab", intents::tables::browserTabs, {.destroys = true}) {
     requireText(newURL);
+    // Refused before the run counts and before anything is asked of a browser.
     require([this] { requireUsableURL(newURL, *newURL); });
     aimAt(targetContext);
+    // Two choices bring a tab or a window; each looks at its own parameter while it is chosen.
     takeTargetFrom(targetTab, targetSelection, TabSelection::specificTab, targetContext);
     takeTargetFrom(targetWindow, targetSelection, TabSelection::newTabInWindow, targetContext);
     pauseAfterSuccess(pauseAfterSucessInSeconds);

@@ -1,3 +1,6 @@
+// A job's answer is a list of texts: that of one page function has one, which is "true" or "false" for those that tell
+// of success, and the text of an exception where the function threw. So an exception is known as what is neither of the
+// two.
 #include "actions/PageJob.h"
 
 #include "engine/AppleScriptSnippets.h"

@@ -16,6 +16,8 @@ inline constexpr double pageJobInterval = 0.2;
 
 /// The script that runs `javascript` as a job in the chosen tab. The page functions of the library may be called; what
 /// is returned arrives as a list of texts.
+/// `timeout` is in seconds; polls come each `pageJobInterval`. `javascript` is the body of a function, whose texts from
+/// users are escaped already.
 [[nodiscard]] std::string pageJob(const TabTarget& tab, std::string_view javascript, double timeout = pageJobTimeout);
 
 /// A truth value as JavaScript writes it.
@@ -35,6 +37,7 @@ struct Reason {
   std::string_view caseName; ///< of the notice
   std::string clause;
 };
+/// For functions that look for an element by a selector.
 [[nodiscard]] Reason noSuchElement(const std::string& selector);
 
 /// Tells the user of a page function that came to nothing (`undone`, such as "Nothing was clicked"), though its action

@@ -33,6 +33,7 @@ public:
 
 private:
   [[nodiscard]] std::string scriptBody() const override {
+    // The user's lines go in as they are: they are the program.
     return "set RETURN_VALUE to {}\n" + *script + "\nreturn my success({returnValue: my jsonStringify(RETURN_VALUE)})";
   }
 

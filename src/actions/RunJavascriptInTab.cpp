@@ -70,6 +70,7 @@ private:
 
   [[nodiscard]] std::vector<std::string> result(std::vector<std::string> answer,
                                                 const engine::TargetContext& /*browser*/) const override {
+    // Nothing returned is one empty text, never the marker.
     if (answerOf(answer) == engine::AppleScriptSnippets::emptyResultMarker())
       return {""};
     return answer;

@@ -36,6 +36,7 @@ protected:
   [[nodiscard]] virtual std::string scriptBody() const = 0;
   /// Named values that the lines use; they need no escaping.
   [[nodiscard]] virtual engine::Scriptacular::Arguments scriptArguments() const { return {}; }
+  /// The application that the lines speak to: the browser for all actions but one.
   [[nodiscard]] virtual engine::TellSystemEvents tellSystemEvents() const { return engine::TellSystemEvents::no; }
   /// The action's value. `browser` is the one that answered, never the frontmost entry. May throw.
   [[nodiscard]] virtual Result result(Answer answer, const engine::TargetContext& browser) const = 0;
@@ -47,6 +48,8 @@ protected:
     return std::nullopt;
   }
 
+  /// Runs the script and makes the value of its answer. Notices reach the host after a success only; beneath a failure
+  /// the last of them is the cause.
   platform::Task<Outcome> run(intents::ActionHost& host) override {
     engine::Scriptacular scriptacular = makeScriptacular();
     Answer answer = co_await runScript(scriptacular);
@@ -62,6 +65,7 @@ protected:
     co_return outcome;
   }
 
+  /// Throws `UsageError` for the frontmost browser, which is known only when the program runs.
   [[nodiscard]] std::string buildScriptText() const override {
     if (target() == engine::frontmostTargetContext())
       throw intents::UsageError("Which browser is frontmost is found out only when " + name() +
@@ -83,6 +87,7 @@ private:
     }
   }
 
+  /// Runs it, and tells a failure by the line of the user's own text, where it has one.
   platform::Task<Answer> runScript(engine::Scriptacular& scriptacular) {
     try {
       co_return co_await scriptacular.run<Answer>();
@@ -108,6 +113,7 @@ private:
                                         reference, isTab ? "GetListOfTabs" : "GetListOfWindows")};
   }
 
+  /// One for each run, made when the parameters are settled.
   [[nodiscard]] engine::Scriptacular makeScriptacular() const {
     return {services().scripts, scriptBody(), scriptArguments(), target(), tellSystemEvents()};
   }

@@ -54,9 +54,11 @@ public:
 
 private:
   platform::Task<Outcome> run(intents::ActionHost& host) override {
+    // The frontmost entry means a browser here, as its lookup finds one.
     const engine::TargetContext aimed = co_await resolved(*targetContext);
     const targets::RunningApplication app = co_await activate(aimed);
     const automation::MenuItemResult item = co_await search(app);
+    // Counted once the search is over, whatever it has found.
     registerRun();
     if (!item)
       throw item.error();

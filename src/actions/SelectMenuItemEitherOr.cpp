@@ -72,6 +72,7 @@ private:
     if (chosen) {
       co_await press(**chosen);
     } else if (*errorHandlingOption == ErrorHandlingSelection::raiseError) {
+      // With one of them there, the failure is that it is disabled.
       if (!item1 && !item2)
         throw item1.error();
       throw platform::failure(engine::AxeError::menuItemInactive);
@@ -91,6 +92,7 @@ private:
 
   static const automation::MenuItemResult* enabledOf(const automation::MenuItemResult& item1,
                                                      const automation::MenuItemResult& item2) {
+    // The first wins where both could be chosen.
     for (const automation::MenuItemResult* item : {&item1, &item2}) {
       if (*item && (*item)->isEnabled())
         return item;

@@ -13,6 +13,7 @@ namespace {
 // The text between the backticks of a template literal.
 std::string escapeForTemplate(const std::string& text) {
   std::string escaped;
+  // Line feeds may stand in a template literal as they are.
   for (const char character : engine::escapeForLiteral(text)) {
     if (character == '`')
       escaped += '\\';

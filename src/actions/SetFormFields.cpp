@@ -37,8 +37,10 @@ public:
 private:
   [[nodiscard]] std::string document() const {
     try {
+      // Written anew rather than as it was given, so nothing but JSON gets into the job.
       return platform::normalisedJSON(inputDict->data);
     } catch (const platform::JSONFailure& failure) {
+      // Named by the parameter, as the user knows the document.
       throw failure.named(inputDict.name());
     }
   }

@@ -1,9 +1,12 @@
+// Texts that actions share have keys of their own scheme ("intent.general.parameter.NAME…"); whatever isn't given here
+// follows by rule from the action's own name and table.
 #include "actions/SharedParameters.h"
 
 namespace tabwright::actions::shared {
 
 namespace {
 
+// Keys of the texts that actions share; by rule each action would have its own.
 intents::LocalizedText generalKey(std::string_view parameter, std::string_view part) {
   return {"intent.general.parameter." + std::string(parameter) + "." + std::string(part),
           std::string(intents::tables::general)};
@@ -80,6 +83,7 @@ intents::ParameterSpec<browserdata::BrowserTabEntity> requiredTab() {
 intents::ParameterSpec<browserdata::BrowserWindowEntity> requiredWindow() {
   auto spec = targetWindow();
   spec.presence = intents::Presence::required;
+  // Without one here the text follows by rule, from the action's own table.
   spec.title.reset();
   spec.description.reset();
   return spec;

@@ -45,6 +45,7 @@ private:
   platform::Task<Outcome> run(intents::ActionHost& host) override {
     const automation::KeyboardModifiers modifiers{
         .command = *modCmd, .control = *modCtrl, .function = *modFn, .option = *modOpt, .shift = *modShift};
+    // Before anything comes to the front: without a key there is nothing to do.
     const platform::Key key = namedKey->key();
     co_await aim();
     co_await onThread([this, key, modifiers](const platform::CallLimits& limits) {

@@ -56,6 +56,7 @@ private:
       co_await confirm(host);
     engine::TargetContext application = co_await resolved(target());
     application = automation::withWholeID(std::move(application), services().desktop);
+    // The program names its application by the whole id, which a short name doesn't give.
     targetContext.set(targets::ApplicationTarget(std::move(application)));
   }
 

@@ -4,6 +4,7 @@ namespace tabwright::actions {
 
 std::vector<intents::SummaryRow> TabTarget::summary(const Fields& before, const Fields& behind,
                                                     const Fields& further) const {
+  // Both forms differ in the place alone: a given tab, or a browser whose front tab is meant.
   const auto sentenceWith = [&](const intents::ParameterBase& place) {
     Fields sentence = before;
     sentence.insert(sentence.end(), {&tabSelection, &place});

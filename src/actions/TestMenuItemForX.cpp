@@ -21,6 +21,7 @@ private:
   platform::Task<Outcome> run(intents::ActionHost& host) override {
     const automation::MenuItemResult item = co_await find(*menuItem);
     const bool isEnabled = item && item->isEnabled();
+    // The answer stays no; the user is told why it couldn't be found out.
     if (!item && item.error().cause())
       host.notice(*item.error().cause());
     giveNotices(host);

@@ -28,6 +28,7 @@ public:
 
 private:
   [[nodiscard]] std::string scriptBody() const override {
+    // The raw value is the number as the page takes it.
     const std::string seconds(intents::enumCase(*timeout).rawValue);
     return pageJob(tab,
                    "return [\n  await waitForPageElement(\"" + engine::escapeForJavascript(*cssSelector) + "\", " +

@@ -38,6 +38,7 @@ private:
 
   [[nodiscard]] std::string waitFor(std::string_view tabVariable) const {
     const std::string state(intents::enumCase(*readyState).rawValue);
+    // The library's handler polls and returns the script's result itself.
     return "return my waitForTabReadyState(" + std::string(tabVariable) + ", \"" + state + "\")";
   }
 

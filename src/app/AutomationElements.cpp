@@ -1,3 +1,6 @@
+// An entry's place is a path of positions, as scripts write it. Each call goes down that path anew, from the menu bar
+// that the actions on menus read: no element is held between two calls. A path that leads to nothing has no entries
+// when it is listed, and is a failure only when it is to be chosen.
 #include "app/AutomationElements.h"
 
 #include "automation/AxeApp.h"
@@ -21,6 +24,7 @@ AxeElement menuBarOf(const scripting::DesktopProcess& process, const automation:
 
 std::optional<AxeElement> elementAt(AxeElement element, scripting::MenuPath path) {
   for (const std::size_t position : path) {
+    // Reading a menu asks the application, so nothing beside the path is read.
     const std::vector<AxeElement> items = element.items();
     if (position >= items.size())
       return std::nullopt;

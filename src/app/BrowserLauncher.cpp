@@ -32,7 +32,9 @@
 #include <utility>
 
 // The browser is spawned, and from then on looked for as any running browser is: by its profile in the process table,
-// and by the port that it writes into the profile. So what this reports as ready is what a later command will find.
+// and by the port that it writes into the profile. So what this reports as ready is what a later command will find. Its
+// own word on standard error would be sooner, but is not there for a browser that ran already: a second start with the
+// same profile hands its address over to the first and ends, and the first is the one to wait for.
 
 namespace tabwright::app {
 namespace {
@@ -54,6 +56,7 @@ bool isSwitch(std::string_view word) {
   return start != std::string_view::npos && word[start] == '-';
 }
 
+// Chromium takes one dash as well as two, and ends the name at “=”.
 std::string_view switchName(std::string_view word) {
   const std::size_t start = word.find_first_not_of(" \t\n\v\f\r-");
   if (start == std::string_view::npos)
@@ -63,6 +66,8 @@ std::string_view switchName(std::string_view word) {
 }
 
 void requireHarmless(const BrowserLaunch& launch) {
+  // The address is the last word of the command line, and nothing there would keep the browser from reading it as a
+  // switch.
   if (isSwitch(launch.address))
     throw intents::UsageError(
         fmt::format("“{}” is no address: it begins as a switch does. Switches for the browser stand "
@@ -91,6 +96,7 @@ void switchAccessibilityOn() {
 
 std::optional<RunningBrowser> findRunning(const BrowserLaunch& launch) {
   for (const RunningBrowser& browser : platform::RunningBrowsers().find(*launch.facts)) {
+    // The process table has the path as the browser was given it, perhaps through a link.
     std::error_code error;
     if (browser.profileDirectory == launch.profileDirectory ||
         std::filesystem::equivalent(browser.profileDirectory, launch.profileDirectory, error))
@@ -100,6 +106,7 @@ std::optional<RunningBrowser> findRunning(const BrowserLaunch& launch) {
 }
 
 std::vector<std::string> commandLineOf(const BrowserLaunch& launch, const std::filesystem::path& executable) {
+  // Port 0: the browser takes a free one, and writes it into the profile. No other browser can be in the way.
   std::vector<std::string> words{executable.string(), "--user-data-dir=" + launch.profileDirectory.string(),
                                  "--remote-debugging-port=0", "--no-first-run", "--no-default-browser-check"};
   if (launch.isHeadless)
@@ -141,9 +148,11 @@ pid_t spawnDetached(const std::vector<std::string>& words, const std::filesystem
   posix_spawn_file_actions_adddup2(&files, STDOUT_FILENO, STDERR_FILENO);
   posix_spawnattr_t attributes;
   posix_spawnattr_init(&attributes);
+  // A mask outlives a spawn: the browser would never see the signals that this process holds back.
   sigset_t none;
   sigemptyset(&none);
   posix_spawnattr_setsigmask(&attributes, &none);
+  // A session of its own, so that the terminal's Ctrl-C and its end are for this program alone.
   posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK);
 
   pid_t process = 0;
@@ -266,6 +275,7 @@ LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem
       return {.process = running->process, .wasRunning = before.has_value()};
     const bool isLate = std::chrono::steady_clock::now() >= deadline;
     if (!platform::sleepUnlessStopped(std::chrono::milliseconds(20), stop) || isLate) {
+      // Also a second start that hasn't handed its address over yet: it must not open it later.
       if (!hasEnded)
         ::kill(spawned, SIGTERM);
       throw NoBrowser(before

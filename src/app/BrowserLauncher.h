@@ -13,7 +13,7 @@
 
 namespace tabwright::app {
 
-/// The order to start a browser.
+/// The order to start a browser. `facts` is a row of the browser table that has executables.
 struct BrowserLaunch {
   const platform::BrowserFacts* facts = nullptr;
   std::filesystem::path profileDirectory; ///< made with mode 0700 when it isn't there
@@ -22,6 +22,7 @@ struct BrowserLaunch {
   std::vector<std::string> switches; ///< passed on as they are
 };
 
+/// The browser that serves the profile: the main process, never a start that only handed its address over.
 struct LaunchedBrowser {
   pid_t process = 0;
   bool wasRunning = false; ///< it ran with that profile already, and has only opened the address
@@ -30,6 +31,7 @@ struct LaunchedBrowser {
 /// No browser could be started, or it doesn't let itself be driven. The sentence says what to do.
 class NoBrowser final : public platform::Failure {
 public:
+  /// `sentence` is whole, for the user; the exit code is that of a browser that can't be reached.
   explicit NoBrowser(std::string sentence) : sentence_(std::move(sentence)) {}
   [[nodiscard]] std::string errorDescription() const override { return sentence_; }
   [[nodiscard]] platform::FailureIdentity identity() const override {
@@ -52,7 +54,11 @@ void requireDesktop(const platform::BrowserFacts& facts);
 inline constexpr std::chrono::seconds startPatience{60};
 
 /// Starts a browser in a session of its own, with remote debugging on and its output in `logFile`, and returns when it
-/// accepts connections. The browser outlives this process.
+/// accepts connections. The browser outlives this process. One that runs with that profile already is only handed the
+/// address, and left alone when there is none. Blocks: `runInterruptibly` gives the stop token.
+///
+///     const LaunchedBrowser launched = launchBrowser({.facts = findBrowser("chromium"), .profileDirectory = folder},
+///                                                    logFile, std::chrono::seconds(60), stop);
 ///
 /// Throws `UsageError` for an address that the browser would take for a switch, and for a switch that makes it run
 /// another program: whoever passes on words of others, such as an address behind "--", is not to run what they name.

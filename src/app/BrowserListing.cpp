@@ -1,3 +1,6 @@
+// Tabs and windows are listed by the actions that users run, so that a question, a completion and a table offer exactly
+// what the next command takes. A tab doesn't know its window: that comes from the list of windows, which is asked for
+// as well, and is no reason for a list of tabs to fail.
 #include "app/BrowserListing.h"
 
 #include "browserdata/BrowserTabEntity.h"
@@ -46,6 +49,7 @@ platform::Task<TabPlaces> placesOf(const host::Catalogue& catalogue, const host:
     co_return places;
   try {
     const auto first = intents::ValueTraits<BrowserTabEntity>::fromJson(list->front());
+    // Of the browser that the tabs are of: another one may be in front by then.
     const std::optional<host::ActionResult> windows =
         co_await listing(catalogue, intents::ValueTraits<BrowserWindowEntity>::type(), first.targetContext.id, host);
     const auto read = intents::ValueTraits<std::vector<BrowserWindowEntity>>::fromJson(windows->value);
@@ -62,6 +66,7 @@ platform::Task<TabPlaces> placesOf(const host::Catalogue& catalogue, const host:
 std::string shortReference(std::string_view fullID) {
   const std::size_t colon = fullID.find(':');
   const auto browser = targets::findTargetContext(fullID.substr(0, colon));
+  // Another text than a reference of ours is shown as it came.
   if (colon == std::string_view::npos || !browser)
     return std::string(fullID);
   return std::string(targets::shortNameOf(*browser)).append(fullID.substr(colon));

@@ -17,6 +17,7 @@ BrowserReach reachOf(const platform::RunningBrowser& browser, std::chrono::milli
   const auto endpoint = devtools::Discovery().endpoint(browser.profileDirectory, browser.process, browser.owner);
   if (!endpoint) {
     const devtools::DiscoveryFailure& failure = endpoint.error();
+    // A port file that nobody listens behind is left over from an earlier run.
     const bool isOff = failure.fault == DiscoveryFault::absent || failure.fault == DiscoveryFault::notListening;
     return {.kind = isOff ? Kind::debuggingOff : Kind::broken, .detail = failure.detail};
   }

@@ -8,7 +8,8 @@
 
 namespace tabwright::app {
 
-/// The ways in which a running browser can be reached now or not, the best first.
+/// The ways in which a running browser can be reached now or not, the best first: of several browsers of one kind the
+/// least value counts.
 struct BrowserReach {
   enum class Kind {
     drivable,     ///< remote debugging is on, and it answers
@@ -20,7 +21,11 @@ struct BrowserReach {
   std::string detail; ///< of what is broken
 };
 
-/// Reads the browser's own files and asks at its port. Opens no session, and takes no longer than `patience`.
+/// Reads the browser's own files and asks at its port. Opens no session, so the browser asks its user nothing. Blocks,
+/// for the question at the port no longer than `patience`; a browser that can't be reached is an answer, no failure.
+/// From any thread.
+///
+///     if (reachOf(browser, std::chrono::milliseconds(800)).kind == BrowserReach::Kind::drivable) …
 [[nodiscard]] BrowserReach reachOf(const platform::RunningBrowser& browser, std::chrono::milliseconds patience);
 
 /// By the row of the browser; of several that run of one kind the one that is reached best counts.

@@ -1,3 +1,7 @@
+// The browser that the parameters name is asked for its tabs or windows, else the frontmost one. A number among them
+// becomes that item's JSON, just as an earlier command would have printed it; other words are taken for a reference and
+// judged by the reader of parameters. A number that isn't there, and an empty line, are asked for again, since nothing
+// has run yet.
 #include "app/Choice.h"
 
 #include "app/BrowserListing.h"
@@ -48,6 +52,7 @@ platform::Task<std::optional<std::string>> askForValue(const host::Catalogue& ca
   if (parameter)
     items = co_await listing(catalogue, parameter->declaration().type, browserAmong(parameters), host);
   const boost::json::array* choices = items ? items->value.if_array() : nullptr;
+  // Nothing to choose from: the plain question. Its cause, if any, says why the value at hand was refused.
   if (!choices || choices->empty())
     co_return co_await caller.ask(missing.cause() ? missing.cause()->sentence + "\n" + missing.question()
                                                   : missing.question());

@@ -37,6 +37,7 @@ std::vector<std::string> restOf(const CLI::App& command, const std::string& acti
   if (!action.empty())
     return rest;
   if (rest == std::vector<std::string>{"--help"} || rest == std::vector<std::string>{"-h"})
+    // CLI11 would have thrown this for the flag that was taken away.
     throw CLI::CallForHelp();
   throw CLI::RequiredError(operands::action);
 }
@@ -47,6 +48,7 @@ void declareRun(CLI::App& program, Choices& choices) {
   for (const client::RunWord& own : client::runWords::all) {
     const std::string word(own.word);
     const std::string meaning(own.meaning);
+    // A flag and an option are put back among the words in the same form.
     if (own.value.empty())
       run->add_flag_callback(word, [&choices, word] { choices.run.words.push_back(word); }, meaning);
     else
@@ -64,6 +66,8 @@ void declareRun(CLI::App& program, Choices& choices) {
       "and ends with 1 then: tabwright run GetListOfTabs | tabwright run CloseTab --targetTab - {0}",
       client::runWords::each.word));
   takeTheRest(*run);
+  // CLI11 calls this once the whole line is parsed. The words come together again as they were written, own words
+  // first: `ParameterArguments.cpp` reads them, here as in the background host.
   run->callback([&choices, run] {
     const std::vector<std::string> rest = restOf(*run, choices.run.name);
     choices.run.words.insert(choices.run.words.end(), rest.begin(), rest.end());
@@ -116,6 +120,7 @@ void declareWorkflow(CLI::App& program, Choices& choices) {
       ->add_option("--set", choices.workflow.variables,
                    "Give a variable of the file another value; may stand more than once")
       ->type_name("NAME=VALUE")
+      // One value behind each --set: an option of a list would take the operands behind it, too.
       ->expected(1)
       ->take_all();
   flag(*workflow, "--dry-run", choices.workflow.mode, WorkflowCommand::Mode::dryRun,
@@ -188,7 +193,9 @@ void declareCommands(CLI::App& program, Choices& choices) {
   program.set_version_flag("--version", "tabwright " TABWRIGHT_VERSION);
   program.add_option("--log-level", choices.logLevel, "Show on standard error what happens: debug, info or error")
       ->type_name("LEVEL");
+  // None is right as well: the overview.
   program.require_subcommand(0, 1);
+  // Until a command is parsed.
   choices.chosen = [] { return overview(); };
   declareRun(program, choices);
   declareActions(program, choices);

@@ -11,11 +11,15 @@ class App;
 
 namespace tabwright::app {
 
-/// The choices that the words of one command line make.
+/// The choices that the words of one command line make. The parser writes into it while it parses, so it neither moves
+/// nor ends before `chosen` has run.
 struct Choices {
+  /// As written: "debug", "info" or "error" are known; empty for none on standard error.
   std::string logLevel;
+  /// The flag --json of `actions` and `browser`; `run` keeps its own among its words.
   bool isJson = false;
 
+  /// One member per command; only that of the command that was chosen is filled.
   RunCommand run;
   ScriptCommand script;
   ActionsCommand actions;
@@ -28,8 +32,11 @@ struct Choices {
   std::string shell;
   std::string helpWord;
 
+  /// Runs the command, and throws its failure. Never empty once commands are declared: without a command it is the
+  /// overview.
   std::function<ExitCode()> chosen;
 
+  /// The form that the flag asks for, for commands that have it.
   [[nodiscard]] OutputForm output() const { return isJson ? OutputForm::json : OutputForm::automatic; }
 };
 

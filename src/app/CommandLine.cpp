@@ -20,8 +20,9 @@
 #include <span>
 #include <string_view>
 
-// The command that the words on the command line choose is run here, and its failure is told in words or as JSON, with
-// the exit code that belongs to it.
+// Parsing only chooses what to do; doing comes afterwards, in one place, so that a mistake in the words, a failure of
+// the command and an output that is lost are all told by the same rules, in words or as JSON, with the exit code that
+// belongs to them.
 
 namespace tabwright::app {
 namespace {
@@ -60,11 +61,13 @@ ExitCode perform(const Choices& choices) {
     if (!installLog(choices))
       return ExitCode::wrongUse;
     const ExitCode code = choices.chosen();
+    // Output that is lost is to be known before the exit code says that all is done.
     std::cout.flush();
     return code;
   } catch (const Interrupted&) {
     return ExitCode::interrupted;
   } catch (const OutputLost& lost) {
+    // As other programs end in a pipe such as “| head”: silently, by the signal.
     if (lost.errorNumber() == EPIPE)
       client::endByBrokenPipe();
     return report(OutputFailure(lost), choices);
@@ -79,6 +82,7 @@ ExitCode perform(const Choices& choices) {
 } // namespace
 
 int runCommandLine(int argumentCount, char** arguments) {
+  // A closed pipe comes as an error of the write, behind which the log and the exit code can still be seen to.
   std::signal(SIGPIPE, SIG_IGN);
   client::occupyClosedStreams();
   const OutputStreams streams;
@@ -102,6 +106,7 @@ int runCommandLine(int argumentCount, char** arguments) {
   try {
     program.parse(static_cast<int>(end - all.begin()), arguments);
   } catch (const CLI::ParseError& error) {
+    // The parser's complaint is a choice as well: it is told like the failure of a command.
     choices.chosen = [=, &program] { return tellOf(error, program, {all.begin() + 1, end}); };
   }
   return static_cast<int>(perform(choices));

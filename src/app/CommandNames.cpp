@@ -1,3 +1,7 @@
+// The parser's own complaint names the word at which it stopped, which often isn't the wrong one. So the words are gone
+// through again: for the first option that doesn't belong where it stands, then for a word where a command must be, and
+// each is answered with the names nearest to it. The catalogue is only made for that, as a right command line has no
+// need of it here.
 #include "app/CommandNames.h"
 
 #include "app/Composition.h"
@@ -47,6 +51,7 @@ const CLI::App* commandNamed(const CLI::App& program, std::string_view name) {
 
 UsageError unknown(const std::string& word, const CLI::App& program, const host::Catalogue& catalogue) {
   const std::vector<std::string> actions = catalogue.names();
+  // An action without “run” in front of it.
   for (const std::string& action : actions) {
     if (platform::equalIgnoringCase(action, word))
       return UsageError(fmt::format("“{}” is an action: tabwright run {} …", word, action));
@@ -66,6 +71,7 @@ UsageError unknown(const std::string& word, const CLI::App& program, const host:
 // The first word that stands where a command must.
 std::optional<std::string> commandWord(const std::vector<std::string>& words) {
   for (std::size_t index = 0; index < words.size(); ++index) {
+    // The one option before all commands that takes a value.
     if (words[index] == "--log-level")
       ++index;
     else if (!words[index].starts_with('-'))
@@ -124,6 +130,7 @@ std::optional<UsageError> misplacedOption(const CLI::App& program, const std::ve
 ExitCode tellOf(const CLI::ParseError& error, const CLI::App& program, const std::vector<std::string>& words) {
   std::ostringstream output;
   std::ostringstream mistake;
+  // CLI11 throws for help and version, too; they exit with 0.
   if (program.exit(error, output, mistake) == 0) {
     std::cout << output.str();
     return ExitCode::done;

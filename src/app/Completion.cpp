@@ -51,6 +51,7 @@ void addValues(Completion& completion, const intents::ParameterDeclaration& decl
   }
   for (host::OfferedValue& offer : host::offersOf(declaration))
     add(completion, std::move(offer.text), offer.caption);
+  // Browsers are entities with choices of their own; tabs and windows have none, and must be asked for.
   if (declaration.type.kind == ValueKind::entity && !declaration.options && things) {
     for (const Candidate& thing : things(declaration.type))
       add(completion, thing.word, thing.meaning);
@@ -88,9 +89,11 @@ Completion parameterCompletion(const CLI::App& command, const host::Catalogue& c
   } catch (const intents::UsageError&) {
     return completion;
   }
+  // The parameter whose value the next word is.
   const ParameterBase* waiting = nullptr;
   std::vector<std::string> names;
   for (const std::string& word : given) {
+    // A flag takes no value where another option follows.
     const bool isValue = waiting && (waiting->declaration().type.kind != ValueKind::boolean || !isOption(word));
     waiting = nullptr;
     if (isValue || !isOption(word))
@@ -99,6 +102,7 @@ Completion parameterCompletion(const CLI::App& command, const host::Catalogue& c
     if (word.find('=') == std::string::npos)
       waiting = action->findParameter(names.back());
   }
+  // A candidate stands for the whole word, so the name and the sign go with it.
   if (const std::size_t equals = last.find('='); !waiting && isOption(last) && equals != std::string::npos) {
     if (const ParameterBase* parameter = action->findParameter(nameOf(last))) {
       addValues(completion, parameter->declaration(), things);
@@ -114,7 +118,9 @@ Completion parameterCompletion(const CLI::App& command, const host::Catalogue& c
   }
   if (waiting) {
     addValues(completion, waiting->declaration(), things);
+    // “@” stands before the name of a file that holds the value.
     completion.takesFiles = waiting->declaration().type.kind == ValueKind::file || last.starts_with('@');
+    // Behind a flag its value may stand as well as the next parameter.
     if (waiting->declaration().type.kind != ValueKind::boolean)
       return completion;
   }
@@ -123,6 +129,7 @@ Completion parameterCompletion(const CLI::App& command, const host::Catalogue& c
       add(completion, std::string(optionMark) + parameter->name(), parameter->declaration().title.text());
   }
   addOptions(completion, command);
+  // A result without files has none to save.
   if (!holdsFiles(action->resultType()))
     std::erase_if(completion.candidates, [](const Candidate& each) { return each.word == saveFiles; });
   add(completion, "--help", platform::localized("completion.help"));
@@ -139,6 +146,7 @@ void addOperand(Completion& completion, const CLI::App& program, const std::stri
     addActions(completion, catalogue);
   } else if (kind == operands::browser) {
     for (const engine::TargetContext& browser : targets::supportedBrowsers()) {
+      // Scripts may name Safari, but there is no program of it to start.
       if (browser.id != "com.apple.safari")
         add(completion, std::string(targets::shortNameOf(browser)), browser.name);
     }
@@ -157,6 +165,7 @@ Completion commandCompletion(const CLI::App& command, const host::Catalogue& cat
     if (option->get_positional())
       positionals.push_back(option);
   }
+  // A lone “-” is an operand: standard input.
   std::size_t operandWords = 0;
   const CLI::Option* waiting = nullptr; // for its value, such as NAME=VALUE
   for (std::size_t index = 0; index < given.size(); ++index) {
@@ -187,6 +196,7 @@ Completion commandCompletion(const CLI::App& command, const host::Catalogue& cat
 Completion anyCompletion(const CLI::App& program, const host::Catalogue& catalogue, Words given,
                          const std::string& last, const CandidateSource& things) {
   const auto commands = program.get_subcommands([](const CLI::App*) { return true; });
+  // The first word that is a command; options of the program may stand before it.
   for (std::size_t index = 0; index < given.size(); ++index) {
     const auto command =
         std::ranges::find(commands, given[index], [](const CLI::App* each) { return each->get_name(); });
@@ -217,6 +227,7 @@ Completion completionOf(const CLI::App& program, const host::Catalogue& catalogu
                         const std::vector<std::string>& words, const CandidateSource& things) {
   const std::string last = words.empty() ? std::string() : words.back();
   const Words given(words.data(), words.empty() ? 0 : words.size() - 1);
+  // Only here are candidates held against what has been typed: those who collect them offer all.
   Completion completion = anyCompletion(program, catalogue, given, last, things);
   std::erase_if(completion.candidates, [&](const Candidate& candidate) { return !candidate.word.starts_with(last); });
   return completion;

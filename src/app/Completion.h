@@ -15,19 +15,21 @@ namespace tabwright::app {
 
 /// A word that may stand at a place of the command line.
 struct Candidate {
+  /// As it is to stand there in place of the whole last word; without quotes, which are the shell's matter.
   std::string word;
   std::string meaning; ///< one line; may be empty
 
   friend bool operator==(const Candidate&, const Candidate&) = default;
 };
 
-/// All that may stand in place of the last word.
+/// All that may stand in place of the last word. Empty and without files where nothing can be offered.
 struct Completion {
   std::vector<Candidate> candidates;
   bool takesFiles = false; ///< names of files may stand there, too
 };
 
-/// The tabs or windows that there are, for a parameter of that type. Asked only where one may stand; may be empty.
+/// The tabs or windows that there are, for a parameter of that type. Asked only where one may stand; may be empty. It
+/// bounds its own time, since somebody waits at a prompt, and offers nothing rather than throw.
 using CandidateSource = std::function<std::vector<Candidate>(const intents::ValueType& type)>;
 
 /// All that may stand in place of the last of `words`, which are those behind the program's name; the last one is empty

@@ -1,3 +1,7 @@
+// The program's parts are members of one struct, in the order in which they are made, each given references to those
+// that it needs; in reverse order they go. Nothing outside is touched here: what costs time connects by itself when it
+// is first asked something. A cycle is broken by a reference to a part that is made later and not used before, or by a
+// function.
 #include "app/Composition.h"
 
 #include "app/AutomationElements.h"
@@ -65,6 +69,8 @@ public:
     if (facts.family != platform::BrowserFamily::chromium)
       return nullptr;
     const platform::MutexLock lock(mutex_);
+    // One that isn't there is looked for again at each call: a browser may be installed or started at any time. The
+    // lock is held for the search, so that two callers never get two drivers.
     std::shared_ptr<scripting::DevToolsDriver>& driver = drivers_[facts.id];
     if (!driver && isHere(facts)) {
       const auto findRunning = [browsers = recentBrowsers_, &facts] { return browsers.find(facts); };
@@ -123,7 +129,9 @@ public:
 
 } // namespace
 
+/// All parts. None is copied or moved once made: they know one another by address.
 struct Composition::Parts {
+  // A process that stays gives its own, and no others are made beside them.
   explicit Parts(const Lifecycle* given) : lifecycle(given ? *given : ownLifecycle()) {}
 
   Lifecycle ownLifecycle() {
@@ -134,6 +142,7 @@ struct Composition::Parts {
   std::optional<scripting::PageKeyboard::FrontBrowser> frontBrowser() {
     const std::optional<scripting::DesktopProcess> front = desktop->frontmost();
     const BrowserFacts* facts = front ? platform::findBrowser(front->bundleIdentifier) : nullptr;
+    // Keys for another application, or a browser that can't be driven, go to the display.
     auto driver = facts ? drivers.driver(*facts) : nullptr;
     if (!driver)
       return std::nullopt;
@@ -152,6 +161,7 @@ struct Composition::Parts {
   platform::GnomeAppearance appearance;
   platform::AtspiAccessibility accessibility;
   platform::XdgApplications installed;
+  // Only keeps the reference: the services are made below, and need the desktop that needs this.
   AutomationElements elements{desktopServices};
   std::shared_ptr<scripting::Desktop> desktop =
       std::make_shared<scripting::LinuxDesktop>(scripting::LinuxDesktop::Seams{.windows = windows,
@@ -209,6 +219,7 @@ struct Composition::Parts {
                                    .windowNames = &lifecycle.settings};
   host::Catalogue catalogue{services};
   targets::SupportedBrowsersProvider supportedBrowsers;
+  // Nothing is run by these, so nothing is counted and no quit is put off.
   actions::ActionServices referenceServices{.scripts = scripts,
                                             .browserTargets = supportedBrowsers,
                                             .applicationTargets = supportedBrowsers,

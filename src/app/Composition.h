@@ -30,16 +30,22 @@ public:
     std::function<void()> activateSelf = {};
   };
 
-  /// For a process that runs one command: with the user's settings, and nothing to quit by itself.
+  /// For a process that runs one command: with the user's settings, and nothing to quit by itself. Throws nothing for a
+  /// desktop or a browser that isn't there; who needs one hears of it.
   Composition();
+  /// For a process that stays, such as the background host.
   explicit Composition(const Lifecycle& lifecycle);
   ~Composition();
   Composition(const Composition&) = delete;
   Composition& operator=(const Composition&) = delete;
 
+  /// All actions, with this machine's choices. Lives as long as the composition.
   [[nodiscard]] const host::Catalogue& catalogue() const;
-  /// The same actions, with choices that are alike on every machine: for documents. Uses this composition.
+  /// The same actions, with choices that are alike on every machine: for documents. Uses this composition, which
+  /// outlives it. Its actions are for looking at, not for running.
   [[nodiscard]] host::Catalogue referenceCatalogue() const;
+  /// The interpreter that the actions' scripts run in, with the same browsers and desktop, for scripts of the user's
+  /// own. Lives as long as the composition.
   [[nodiscard]] applescript::Interpreter& interpreter();
 
   /// The setup's trial of all browsers. Uses this composition.

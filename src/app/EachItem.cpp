@@ -1,3 +1,6 @@
+// A list comes as an array, or as objects one behind the other, the form in which `--each` itself prints results: so
+// two such runs can be joined by a pipe. A tab or window wins over other parameters, whose texts may hold lists of
+// their own. A value that begins as a list and is no JSON is a mistake of its own, not a missing list.
 #include "app/EachItem.h"
 
 #include "client/RunWords.h"
@@ -33,6 +36,7 @@ std::optional<boost::json::array> valuesIn(std::string_view text) {
        start = text.find_first_not_of(blanks)) {
     text.remove_prefix(start);
     boost::system::error_code failed;
+    // One value at a time: a stream parser stops behind it, and what follows is the next.
     parser.reset();
     const std::size_t read = parser.write_some(text.data(), text.size(), failed);
     if (failed || !parser.done())
@@ -50,6 +54,7 @@ std::optional<boost::json::array> listIn(const std::string& text) {
     return std::nullopt;
   if (values->size() == 1 && values->front().is_array())
     return std::move(values->front().get_array());
+  // Bare numbers and texts in a row are words that a text parameter was given, no list.
   if (!std::ranges::all_of(*values, [](const boost::json::value& value) { return value.is_object(); }))
     return std::nullopt;
   return values;
@@ -59,6 +64,7 @@ std::vector<GivenList> listsOf(const intents::Intent& action, const host::Parame
   std::vector<GivenList> lists;
   for (std::size_t place = 0; place < parameters.size(); ++place) {
     const intents::ParameterBase* parameter = action.findParameter(parameters[place].first);
+    // A parameter that takes lists, or the content of a file, is meant to have the whole of it.
     if (!parameter || parameter->declaration().type.isList || parameter->declaration().type.kind == ValueKind::file ||
         (parameter->declaration().type.kind == ValueKind::entity) != ofEntities)
       continue;

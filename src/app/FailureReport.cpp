@@ -1,3 +1,6 @@
+// The exit code follows from the failure's class alone, so a new failure needs no row here. Advice is added only where
+// the failure's own sentence leaves out what helps: that no browser runs at all, or what lies beneath it. JSON leaves
+// it out, as it has the cause as a member.
 #include "app/FailureReport.h"
 
 #include "host/FailureWords.h"

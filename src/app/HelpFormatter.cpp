@@ -23,8 +23,10 @@ std::string helpEntry(const std::string& term, const std::string& meaning) {
   const std::string head = "  " + term;
   std::string rest = platform::wrapped(meaning, secondColumn);
   const std::size_t width = platform::cellsOf(head);
+  // At least two blanks part the columns.
   if (rest.empty() || width + 2 > secondColumn)
     return head + "\n" + rest;
+  // The first line is indented by blanks, which the term takes the place of.
   return head + rest.substr(width);
 }
 

@@ -6,7 +6,8 @@
 
 namespace tabwright::app {
 
-/// Lays out the help of the program and of its commands: no line is longer than 80 cells, but for single words.
+/// Lays out the help of the program and of its commands: no line is longer than 80 cells, but for single words. CLI11
+/// asks for each part; terms stand in one column, and their meanings in another where there is room.
 class HelpFormatter final : public CLI::Formatter {
 public:
   std::string make_description(const CLI::App* app) const override;

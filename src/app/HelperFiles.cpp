@@ -41,6 +41,7 @@ std::uint64_t hashOfFiles() {
 void writeFile(const std::filesystem::path& path, std::string_view content) {
   std::ofstream stream(path, std::ios::binary);
   stream.write(content.data(), static_cast<std::streamsize>(content.size()));
+  // Some file systems tell only here that there was no room.
   stream.close();
   if (!stream)
     throw platform::FileFailure("write", path, errno);
@@ -69,6 +70,7 @@ private:
 std::filesystem::path ensureFilesIn(const std::filesystem::path& parent) {
   const std::filesystem::path folder = parent / fmt::format("{:016x}", hashOfFiles());
   std::error_code error;
+  // It got its name when it was whole, so what is there is right.
   if (std::filesystem::is_directory(folder, error))
     return folder;
 
@@ -76,6 +78,7 @@ std::filesystem::path ensureFilesIn(const std::filesystem::path& parent) {
   const Draft draft(parent);
   for (const auto& [name, content] : files)
     writeFile(draft.folder() / name, content);
+  // A folder is never renamed onto one that holds something: then another process was first, with the same files.
   if (std::rename(draft.folder().c_str(), folder.c_str()) != 0) {
     const int reason = errno;
     if (!std::filesystem::is_directory(folder, error))

@@ -40,7 +40,8 @@ namespace {
 
 constexpr std::int64_t widestTerminal = 10'000;
 
-/// A stream that remembers whether anything came.
+/// A stream that remembers whether anything came. It is written on the connection's strand and read by the server, on
+/// another thread.
 class WatchedStream final : public rpc::MessageStream {
 public:
   explicit WatchedStream(rpc::MessageStream& stream) : stream_(stream) {}
@@ -67,6 +68,7 @@ private:
 
 const json::value& member(const json::object& object, std::string_view name, json::kind kind, const char* what) {
   const json::value* value = object.if_contains(name);
+  // Strict: whoever sends this is a client of ours, or a program that should learn what is wrong.
   if (!value || value->kind() != kind)
     refuse(what);
   return *value;
@@ -115,6 +117,7 @@ public:
       co_return std::string(content->get_string());
     const json::value* operation = object ? object->if_contains("operation") : nullptr;
     const json::value* number = object ? object->if_contains("errorNumber") : nullptr;
+    // The client tells what the system refused; the sentence is made here, as in a process of its own.
     throw unreadable(operation && operation->is_string() ? std::string(operation->get_string()) : "read", file,
                      number && number->is_int64() ? static_cast<int>(number->get_int64()) : EIO);
   }
@@ -157,6 +160,8 @@ public:
   }
 
   void serve(std::function<void()> ended) {
+    // The caller may be on any thread, and the peer belongs to the executor. The handlers hold the conversation: its
+    // connection may be gone while the last of them unwinds.
     asio::post(executor_, [self = shared_from_this(), ended = std::move(ended)]() mutable {
       asio::co_spawn(self->executor_, self->peer_.run(),
                      asio::bind_cancellation_slot(self->cancel_.slot(),
@@ -181,13 +186,16 @@ private:
                     .directory = textIn(params, "directory"),
                     .isShownOnTerminal = terminal.isOutput,
                     .terminalWidth = terminal.width};
+    // Last of what can be refused, as it may close the door of this host.
     if (!service_.serves(textIn(params, "version")))
       throw RpcError(protocol::leavingError, "This host has ended its service.");
+    // From here on a client that loses the connection doesn't try again: it can't know what has been done.
     peer_.notify(protocol::started, {});
     ClientProcess client(peer_, terminal.isInput);
     ReportForm form = ReportForm::sentence;
     try {
       order.command = runCommandIn(words);
+      // From here failures are told in the form that the words ask for.
       if (wantsJson(order.command))
         form = ReportForm::json;
       co_return answerOf(co_await runAction(catalogue_, std::move(order), client), "", ExitCode::done);

@@ -10,7 +10,7 @@
 
 namespace tabwright::app {
 
-/// The host as a whole, as its connections see it. From any thread.
+/// The host as a whole, as its connections see it. From any thread. It outlives its connections.
 class HostService {
 public:
   virtual ~HostService() = default;
@@ -37,10 +37,11 @@ public:
   /// Serves it until it ends and all that it has started has ended too; `ended` is called then, on the executor. Once.
   void serve(std::function<void()> ended);
 
-  /// Ends it and cancels what it has started.
+  /// Ends it and cancels what it has started; `ended` follows when that has ended. Nothing happens to one that has
+  /// ended, or isn't served.
   void end();
 
-  /// True once it has sent a whole message.
+  /// True once it has sent a whole message, readable or not.
   [[nodiscard]] bool hasSpoken() const;
 
 private:

@@ -41,6 +41,7 @@ namespace handover = client::handover;
 constexpr std::size_t poolThreads = 2;
 constexpr std::chrono::seconds patienceAtTheEnd{5};
 
+// They came without close-on-exec, or they would not be here. No program that is started later is to hold the lock.
 bool areHandedOver() {
   int isListening = 0;
   socklen_t length = sizeof isListening;
@@ -84,6 +85,7 @@ public:
 
   void run() {
     server_.open();
+    // On the pool, as the first caller waits already. This host's own files stay, since it holds their lock.
     asio::post(pool_, [folder = runtimeFolder_] { removeLeftovers(folder); });
     application_.finishLaunching();
     loop_.run();
@@ -129,6 +131,7 @@ private:
 } // namespace
 
 int runHost(const std::string& socketPath) {
+  // A client that goes away is an error of its stream, not the end of the host.
   std::signal(SIGPIPE, SIG_IGN);
   if (!areHandedOver()) {
     std::cerr << "tabwright-host: “" << handover::command << "” is how “tabwright run” starts the background host.\n";

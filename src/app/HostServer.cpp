@@ -36,6 +36,7 @@ bool isOfThisUser(int socket) {
   return ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0 && peer.uid == ::geteuid();
 }
 
+// Takes the number and its dot off the front.
 unsigned takeNumber(std::string_view& version) {
   unsigned number = 0;
   std::from_chars(version.data(), version.data() + version.size(), number);
@@ -64,7 +65,9 @@ bool isNewer(std::string_view a, std::string_view b) {
 HostServer::HostServer(Surroundings surroundings, HostDoor door)
     : surroundings_(std::move(surroundings)), program_(programPath()), door_(std::move(door)),
       acceptor_(surroundings_.mainActor), pause_(surroundings_.mainActor) {
+  // A duplicate: the acceptor closes what it has, and so does the door.
   acceptor_.assign(asio::local::stream_protocol(), ::fcntl(door_.socket.number(), F_DUPFD_CLOEXEC, 0));
+  // Accepting goes on until nobody waits, which only a socket that doesn't block can tell.
   acceptor_.native_non_blocking(true);
 }
 
@@ -110,6 +113,7 @@ void HostServer::takeConnections() {
 bool HostServer::makeRoom() {
   if (connections_.size() < surroundings_.connections)
     return true;
+  // Room comes when it has ended, which may take a moment: nobody is taken before.
   const auto silent = std::ranges::find_if(connections_, [](const HostConnection& one) { return !one.hasSpoken(); });
   if (silent != connections_.end())
     silent->end();
@@ -129,6 +133,7 @@ void HostServer::take(int socket) {
     log_.error("A connection can't be served: {}", error.what());
     return;
   }
+  // A list, since iterators of the others must outlive whoever comes and goes.
   const auto connection = std::prev(connections_.end());
   connection->serve(
       [this, connection] { asio::post(surroundings_.mainActor, [this, connection] { hasEnded(connection); }); });
@@ -141,6 +146,8 @@ void HostServer::hasEnded(std::list<HostConnection>::iterator connection) {
       return std::exchange(closed_, {})();
     if (isLeaving_)
       return surroundings_.retired();
+    // malloc keeps what a crowd has used. It is given back when nobody comes for a while, not between two calls of a
+    // loop.
     pause_.expires_after(quietBeforeTrim);
     pause_.async_wait([](const boost::system::error_code& error) {
       if (!error)
@@ -165,6 +172,7 @@ bool HostServer::serves(std::string_view clientVersion) {
     return false;
   if (!isNewer(clientVersion, surroundings_.version) && !isReplaced())
     return true;
+  // Connections ask from their own threads: the first of them is the one that sees to the end.
   if (!isLeaving_.exchange(true)) {
     log_.info("A newer host is to follow this one");
     asio::post(surroundings_.mainActor, [this] { leave(); });
@@ -177,10 +185,12 @@ void HostServer::leave() {
   if (!acceptor_.is_open())
     return;
   closeDoor();
+  // Those that have said nothing lose nothing by it, and would otherwise keep this host for ever.
   for (HostConnection& connection : connections_) {
     if (!connection.hasSpoken())
       connection.end();
   }
+  // Else the last one that ends sees to it.
   if (connections_.empty() && !closed_)
     surroundings_.retired();
 }
@@ -202,6 +212,7 @@ void HostServer::closeDoor() {
 bool HostServer::isReplaced() const {
   struct stat running{};
   struct stat installed{};
+  // An installation puts a new file in the old one's place; the link in /proc still leads to the one that runs.
   return ::stat(ownProgram, &running) == 0 && ::stat(program_.c_str(), &installed) == 0 &&
          (running.st_ino != installed.st_ino || running.st_dev != installed.st_dev);
 }

@@ -32,11 +32,17 @@ struct HostDoor {
 /// newcomers wait. Programs of other users are turned away.
 ///
 /// Belongs to the main actor, but for `serves`.
+///
+///     HostServer server({.mainActor = loop, .pool = pool, .catalogue = catalogue, .version = "0.1.0",
+///                        .retired = stop}, std::move(door));
+///     server.open();
 class HostServer final : public HostService {
 public:
   struct Surroundings {
+    /// Runs no two handlers at once.
     boost::asio::any_io_executor mainActor;
     boost::asio::any_io_executor pool; ///< where connections are served; any number of threads
+    /// Outlives the server.
     const host::Catalogue& catalogue;
     std::string version; ///< of this host, such as "0.1.0"
     /// Called on the main actor when a host that takes no more connections has served the last one.
@@ -44,18 +50,21 @@ public:
     std::size_t connections = 256;
   };
 
+  /// Takes the door over: `leave` and `close` give it up, the destructor only closes its descriptors. Throws
+  /// `boost::system::system_error` when there are no descriptors left.
   HostServer(Surroundings surroundings, HostDoor door);
   /// `close` has ended by then, or `open` was never called.
   ~HostServer() override;
 
-  /// Begins to take connections.
+  /// Begins to take connections. Returns at once; the rest happens on the main actor's loop. Once.
   void open();
 
   /// Takes no more connections, so that the next caller starts another host, and serves those there are to their end.
   /// Called on the main actor.
   void leave();
 
-  /// Takes no more connections and ends all there are, then calls `closed`, on the main actor.
+  /// Takes no more connections and ends all there are, then calls `closed`, on the main actor, once all that they had
+  /// started has ended; at once where there are none. Once.
   void close(std::function<void()> closed);
 
   /// Also false for a host whose program file has been replaced since: the next one is started from the new file. The

@@ -15,7 +15,8 @@
 #include <utility>
 
 // One io_context runs on the calling thread: it waits for the signals and for the work, whichever is first, and always
-// for the work in the end.
+// for the work in the end. A signal only asks the work to stop, so nothing that it has begun is left half done. Work
+// that ends well in spite of the signal counts as done.
 
 namespace tabwright::app {
 
@@ -50,6 +51,7 @@ private:
     if (!line_)
       return;
     constexpr std::chrono::milliseconds least{50};
+    // A line that stands is looked at again as well: others take it away, and it may be due once more.
     timer_.expires_after(line_->isShown() ? std::chrono::milliseconds(500) : std::max(least, line_->left()));
     timer_.async_wait([this](const boost::system::error_code& error) {
       if (error || !line_)
@@ -104,6 +106,7 @@ void runInterruptibly(const std::function<void(std::stop_token)>& work, client::
     if (!error)
       stop.request_stop();
   });
+  // The work blocks, and this thread has the signals to wait for.
   std::jthread thread([&] {
     try {
       work(stop.get_token());

@@ -1,3 +1,6 @@
+// The page's frame is a resource with placeholders. The commands are filled in from the parser's own declarations and
+// the actions from the catalogue, so the manual knows what the program knows. Every text from there goes through
+// `roff`: a dot at the start of a line would otherwise be an order to the typesetter.
 #include "app/ManualPage.h"
 
 #include "host/ActionWords.h"
@@ -47,9 +50,11 @@ std::string manualEntry(const std::string& term, const std::string& text) {
 std::string optionRows(const CLI::App& command) {
   std::string text;
   for (const CLI::Option* option : command.get_options()) {
+    // Operands are told with their command.
     if (option->get_positional() || option->get_lnames().empty())
       continue;
     std::string term = bold("--" + option->get_lnames().front());
+    // Flags have no value to name.
     if (option->get_items_expected_max() > 0)
       term += " " + italic(option->get_type_name());
     text += manualEntry(term, roff(option->get_description()));
@@ -121,6 +126,7 @@ std::string manualPage(const CLI::App& program, const host::Catalogue& catalogue
   replacePlaceholder(page, "@COMMANDS@\n", commandSections(program));
   replacePlaceholder(page, "@OPTIONS@\n", optionRows(program));
   replacePlaceholder(page, "@ACTIONS@\n", actionSections(catalogue, action));
+  // The typesetter warns of empty lines, which parts with nothing to say leave.
   for (std::size_t gap; (gap = page.find("\n\n")) != std::string::npos;)
     page.erase(gap, 1);
   return page;

@@ -1,4 +1,6 @@
-// The streams that the whole program writes to get buffers of ours, so that no text finds a way around them.
+// The streams that the whole program writes to get buffers of ours, so that no text finds a way around them. Text is
+// held until there is enough of it or somebody flushes, as what a terminal may get is judged by whole characters: one
+// that was cut in two would come out as two that are none.
 #include "app/OutputStreams.h"
 
 #include "client/StandardStreams.h"
@@ -40,6 +42,7 @@ public:
   Buffer& operator=(const Buffer&) = delete;
 
 private:
+  // There is no put area, so single characters come here.
   int_type overflow(int_type character) override {
     if (traits_type::eq_int_type(character, traits_type::eof()))
       return traits_type::not_eof(character);
@@ -51,6 +54,7 @@ private:
   std::streamsize xsputn(const char* text, std::streamsize count) override {
     const platform::MutexLock lock(mutex_);
     held_.append(text, static_cast<std::size_t>(count));
+    // The begin of a character waits for its end.
     if (held_.size() >= enough)
       write(held_.size() - unfinished(held_));
     return count;
@@ -63,6 +67,7 @@ private:
   }
 
   void write(std::size_t count) REQUIRES(mutex_) {
+    // Taken out before it is written: what fails is lost, and isn't tried again.
     std::string text = held_.substr(0, count);
     held_.erase(0, count);
     const int error = client::writeText(descriptor_, text);

@@ -13,7 +13,9 @@ namespace tabwright::app {
 /// command line reports it as an OutputFailure.
 class OutputLost final : public std::exception {
 public:
+  /// `errorNumber` is an errno value, EPIPE where the reader has gone.
   explicit OutputLost(int errorNumber);
+  /// The errno value, for whoever ends otherwise for a reader that has gone.
   [[nodiscard]] int errorNumber() const noexcept { return errorNumber_; }
   [[nodiscard]] const char* what() const noexcept override { return sentence_.c_str(); }
 
@@ -22,6 +24,7 @@ private:
   std::string sentence_;
 };
 
+/// The same as a failure that can be reported; `number` of its identity is the errno value.
 class OutputFailure final : public platform::Failure {
 public:
   // NOLINTNEXTLINE(bugprone-throw-keyword-missing): a member, not a thrown one that was forgotten
@@ -42,6 +45,8 @@ private:
 /// One at a time, made before there are other threads.
 class OutputStreams {
 public:
+  /// Puts the buffers in. `std::cerr` no longer flushes `std::cout` first: an error can be told when the output is
+  /// lost.
   OutputStreams();
   /// Flushes without a word: whoever wants to know of a failure flushes before.
   ~OutputStreams();

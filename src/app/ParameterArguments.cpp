@@ -1,3 +1,6 @@
+// The words behind an action's name are read by its declaration, which is known only with the name. A parameter takes
+// the word behind it whatever that looks like, since texts may begin with dashes; only a boolean one doesn't take an
+// option. Files are noted here and read by whoever runs the action: for the background host they are the client's.
 #include "app/ParameterArguments.h"
 
 #include "app/TextInput.h"
@@ -64,6 +67,7 @@ ParameterArguments parseArguments(const intents::Intent& action, const std::vect
                       word, action.name(), action.name()));
     const std::size_t equals = word.find('=');
     std::string name = word.substr(2, equals == std::string::npos ? std::string::npos : equals - 2);
+    // The one word of the command's own that takes a value, in either way of writing.
     const bool isForFiles = word.substr(0, equals) == runWords::saveFiles.word;
     const intents::ParameterBase* parameter = action.findParameter(name);
     std::optional<std::string> value;
@@ -73,6 +77,7 @@ ParameterArguments parseArguments(const intents::Intent& action, const std::vect
       value = "true";
     else if (index + 1 < words.size())
       value = words[++index];
+    // An unknown name goes on without a value: the reader of parameters names those nearest to it.
     else if (parameter || isForFiles)
       throw UsageError(fmt::format("--{} needs a value behind it.", name));
     if (isForFiles) {

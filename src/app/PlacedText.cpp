@@ -27,12 +27,14 @@ std::string placedText(const std::string& name, std::string_view source, std::si
   const std::string_view line = source.substr(start, end - start);
   std::string margin;
   for (const char character : source.substr(start, offset - start)) {
+    // A tab stays one, so that the mark stands below its place whatever a tab's width.
     if (character == '\t')
       margin += '\t';
     else if (beginsCharacter(character))
       margin += ' ';
   }
   const std::string_view marked = source.substr(offset, std::min(length, end - offset));
+  // At least one, where nothing is left to be marked: at the end of a line.
   const auto carets =
       static_cast<std::size_t>(std::max<std::ptrdiff_t>(1, std::ranges::count_if(marked, beginsCharacter)));
   return fmt::format("{}:{}:{}: {}\n{}\n{}{}\n", name, position.line, position.column, sentence,

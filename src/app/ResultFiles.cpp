@@ -20,8 +20,10 @@ using intents::IntentFile;
 
 std::filesystem::path written(const IntentFile& file, const std::filesystem::path& folder) {
   platform::PosixFileManager files;
+  // The last part alone: a name with folders in it doesn't lead out of this one.
   const std::filesystem::path name = std::filesystem::path(file.filename).filename();
   std::filesystem::path path = folder / name;
+  // Writing is the test whether a name is taken: nobody can take it in between.
   for (int number = 2; !files.writeNewFileAtomically(path, file.data); ++number)
     path = folder / fmt::format("{} {}{}", name.stem().string(), number, name.extension().string());
   return path;
@@ -31,6 +33,7 @@ std::filesystem::path written(const IntentFile& file, const std::filesystem::pat
 
 host::ActionResult withFilesIn(const std::filesystem::path& folder, host::ActionResult result) {
   std::error_code error;
+  // A path that is printed is read by other programs, in other folders.
   const std::filesystem::path absolute = std::filesystem::absolute(folder).lexically_normal();
   std::filesystem::create_directories(absolute, error);
   if (error)

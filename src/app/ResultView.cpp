@@ -31,11 +31,13 @@ using Row = std::vector<std::string>;
 std::string cellOf(const PropertyDeclaration& property, const boost::json::value* value) {
   if (!value || value->is_null())
     return {};
+  // Lists in a table would be tables in it: their length has to do.
   if (property.type.isList)
     return std::to_string(value->as_array().size());
   switch (property.type.kind) {
   case ValueKind::entity:
     return platform::onOneLine(property.type.entity->displayRepresentation(*value));
+  // A file that was saved is told by its path.
   case ValueKind::file:
     return platform::onOneLine(value->at(value->as_object().contains("path") ? "path" : "filename").as_string());
   case ValueKind::text:
@@ -57,6 +59,7 @@ void fit(std::vector<std::size_t>& widths, std::size_t available) {
     return sum;
   };
   while (total() > available) {
+    // The last column holds the reference that the next command needs.
     const auto widest = std::max_element(widths.begin(), widths.end() - 1);
     if (widest == widths.end() - 1 || *widest <= leastColumnWidth)
       return;
@@ -68,6 +71,7 @@ std::string lineOf(const Row& row, const std::vector<std::size_t>& widths) {
   std::string line;
   for (std::size_t column = 0; column < row.size(); ++column) {
     const bool isLast = column + 1 == row.size();
+    // A shortened reference would be none, so the last cell may stand out on the right.
     const std::string cell = isLast ? row[column] : platform::fitted(row[column], widths[column]);
     line += cell;
     if (!isLast)
@@ -79,6 +83,7 @@ std::string lineOf(const Row& row, const std::vector<std::size_t>& widths) {
 
 // Columns in which no item has anything to say, such as a flag that none has set.
 void dropEmptyColumns(std::vector<Row>& rows) {
+  // From the last, as those behind an erased one move up.
   for (std::size_t column = rows.front().size(); column-- > 0;) {
     const auto isEmpty = [column](const Row& row) { return row[column].empty(); };
     if (std::all_of(rows.begin() + 1, rows.end(), isEmpty)) {
@@ -91,6 +96,7 @@ void dropEmptyColumns(std::vector<Row>& rows) {
 // The cells before an item's own: its number, its window, whether it is shown there.
 Row additionsTo(const boost::json::value& item, std::size_t number, const TableAdditions& additions,
                 bool hasSeveralWindows) {
+  // Cells that stay empty in all rows go with their columns later on.
   Row row{additions.isNumbered ? std::to_string(number) : std::string(), {}, {}};
   const boost::json::value* fullID = item.as_object().if_contains(reference);
   const auto place = fullID ? additions.places.find(std::string_view(fullID->as_string())) : additions.places.end();
@@ -105,6 +111,7 @@ Row additionsTo(const boost::json::value& item, std::size_t number, const TableA
 
 std::string tableOf(const EntityDeclaration& entity, const boost::json::array& items, std::size_t width,
                     const TableAdditions& additions) {
+  // The number of the only window would say nothing.
   const bool hasSeveralWindows =
       std::ranges::any_of(additions.places, [](const auto& place) { return place.second.window > 1; });
   std::vector<Row> rows{{"", platform::localized("result.window"), platform::localized("result.active")}};
@@ -153,6 +160,7 @@ std::string resultView(const host::ActionResult& result, std::size_t width, cons
     const boost::json::array& items = result.value.as_array();
     return items.empty() ? platform::localized("result.none") + "\n" : tableOf(*entity, items, width, additions);
   }
+  // Entities without columns, such as a browser, are named by one line like any value.
   if (entity && !entity->columns.empty() && result.value.is_object())
     return propertiesOf(*entity, result.value.as_object(), width);
   std::string lines;

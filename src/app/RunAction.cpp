@@ -1,4 +1,6 @@
-// A missing value is asked for and the action started again, until it has all it needs: nothing has run before that.
+// The words are read, the files that they name are asked of the caller, and the action is performed: once, or for each
+// item of a list. A missing value is asked for and the action started again, until it has all it needs: nothing has run
+// before that. A list goes on behind an item that fails, but not behind a caller that has gone or cancelled.
 #include "app/RunAction.h"
 
 #include "app/BrowserListing.h"
@@ -61,6 +63,7 @@ public:
   // One after the other, since each may change what the next one finds.
   platform::Task<void> forEach(GivenList list) {
     host::ParameterTexts parameters = arguments_.parameters;
+    // The list stands at a known parameter: it was found by its declaration.
     const intents::ValueType type =
         catalogue_.declaration(run_.command.name).findParameter(parameters[list.parameter].first)->declaration().type;
     std::size_t failed = 0;
@@ -76,6 +79,7 @@ public:
       } catch (const platform::Failure& failure) {
         error = told(failure, type, item, index);
       }
+      // A cancelled action may end in any failure, which then isn't the item's.
       if ((co_await boost::asio::this_coro::cancellation_state).cancelled() != boost::asio::cancellation_type::none)
         throw boost::system::system_error(boost::asio::error::operation_aborted);
       if (!error.empty()) {
@@ -92,6 +96,7 @@ public:
 private:
   platform::Task<host::ActionResult> performed(host::ParameterTexts parameters) {
     for (;;) {
+      // A coroutine can't wait inside of a handler, so the question is asked behind it.
       std::optional<intents::NeedsValue> missing;
       try {
         host::ActionResult result = co_await host::perform(catalogue_, run_.command.name, parameters, host_);
@@ -104,6 +109,7 @@ private:
       std::optional<std::string> answer = co_await askForValue(catalogue_, run_, parameters, *missing, caller_, host_);
       if (!answer)
         throw intents::NeedsValue(*missing);
+      // The value may have been given, and refused.
       std::erase_if(parameters,
                     [&](const auto& given) { return platform::equalIgnoringCase(given.first, missing->parameter()); });
       parameters.emplace_back(missing->parameter(), std::move(*answer));
@@ -123,6 +129,7 @@ private:
   }
 
   [[nodiscard]] std::string asJson(const host::ActionResult& result) const {
+    // Nothing is printed for nothing, but JSON that was asked for is always a value.
     if (result.value.is_null() && arguments_.output == OutputForm::automatic)
       return {};
     return boost::json::serialize(result.value) + "\n";
@@ -142,6 +149,7 @@ private:
       return fmt::format("tabwright: item {}, {}: {}", index + 1, nameOfItem(type, item),
                          reportOf(failure, ReportForm::sentence).text);
     boost::json::value report = boost::json::parse(reportOf(failure, ReportForm::json).text);
+    // A program gets the whole item, to try it again.
     report.as_object()["item"] = item;
     return boost::json::serialize(report) + "\n";
   }
@@ -198,6 +206,7 @@ platform::Task<std::string> runAction(const host::Catalogue& catalogue, ActionRu
   for (const ParameterFile& wanted : arguments.files) {
     auto& [name, text] = arguments.parameters[wanted.parameter];
     text = co_await caller.read(wanted.file);
+    // An empty file is a file; an empty tab is a mistake.
     if (action.findParameter(name)->declaration().type.kind == intents::ValueKind::entity)
       requireContent(wanted, name, text);
   }

@@ -12,7 +12,9 @@
 
 namespace tabwright::app {
 
-/// The process whose user wrote `tabwright run`: this one, or a client of the background host. Outlives the run.
+/// The process whose user wrote `tabwright run`: this one, or a client of the background host. It has what an action
+/// mustn't take from the host: standard streams, a terminal, files by relative paths. Outlives the run; used on the
+/// run's executor.
 class RunCaller {
 public:
   virtual ~RunCaller() = default;
@@ -22,16 +24,18 @@ public:
 
   /// True when there is somebody to ask, at a terminal.
   [[nodiscard]] virtual bool canAsk() const = 0;
-  /// Asks the user a question and yields the line typed; nothing when there is nobody to ask.
+  /// Asks the user a question and yields the line typed, without its line feed; nothing when there is nobody to ask or
+  /// the input has ended. Cancelling ends the wait.
   virtual platform::Task<std::optional<std::string>> ask(std::string question) = 0;
 
-  /// Puts texts onto standard output and standard error, at once. Never throws in the background host, whose client may
-  /// be gone.
+  /// Puts texts onto standard output and standard error, at once; either may be empty. Never throws in the background
+  /// host, whose client may be gone; in a process of its own an output that is lost is thrown.
   virtual void print(std::string output, std::string error) = 0;
 };
 
 /// One run as a command line orders it.
 struct ActionRun {
+  /// The action's name and its words, not yet read.
   RunCommand command;
   std::filesystem::path directory; ///< where relative paths of folders start
   bool isShownOnTerminal = false;  ///< whether standard output is one
@@ -50,7 +54,7 @@ struct ActionRun {
 /// results, and failures with the items that they belong to, are printed as they come, and nothing is left to yield.
 ///
 /// Throws the action's failure, or `EachFailure` at the end when some of several failed; what a command line does wrong
-/// is a `UsageError`. Cancelling stops the script, and all that would follow.
+/// is a `UsageError`. Cancelling stops the script, and all that would follow. `catalogue` outlives the run.
 platform::Task<std::string> runAction(const host::Catalogue& catalogue, ActionRun run, RunCaller& caller);
 
 } // namespace tabwright::app

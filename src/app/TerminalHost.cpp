@@ -41,12 +41,14 @@ platform::Task<std::optional<std::string>> TerminalHost::askInterruptibly(std::s
   boost::asio::posix::stream_descriptor input(co_await boost::asio::this_coro::executor);
   input.assign(::dup(STDIN_FILENO));
   std::cerr << question << ' ' << std::flush;
+  // Only the wait is asynchronous. Once something is there a line is, so reading it doesn't block.
   co_await input.async_wait(boost::asio::posix::stream_descriptor::wait_read, boost::asio::use_awaitable);
   co_return nextLine();
 }
 
 bool TerminalHost::isYes(const std::string& answer) {
   const char first = answer.empty() ? 'n' : answer.front();
+  // Questions are in the user's language: “j” for the German “ja”.
   return first == 'y' || first == 'Y' || first == 'j' || first == 'J';
 }
 

@@ -11,6 +11,7 @@ namespace tabwright::app {
 /// from standard input. Without a terminal on standard input there is nobody to ask.
 class TerminalHost final : public intents::ActionHost {
 public:
+  /// True when standard input is a terminal; the output may be none.
   [[nodiscard]] static bool isTerminal();
 
   /// Asks a question and yields the line typed; nothing when there is no terminal or the input has ended. Blocks.
@@ -26,7 +27,7 @@ public:
   /// Every other answer is a refusal.
   platform::Task<void> requestConfirmation(intents::LocalizedText question) override;
 
-  /// A line on standard error.
+  /// A line on standard error, at once.
   void notice(const platform::Notice& notice) override;
 };
 

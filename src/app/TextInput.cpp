@@ -22,6 +22,7 @@ std::string readAll(int descriptor, const std::string& file) {
   std::array<char, 65536> buffer{};
   for (;;) {
     const ssize_t count = ::read(descriptor, buffer.data(), buffer.size());
+    // Before the bytes are kept: the bound is one of memory.
     if (count > 0 && content.size() + static_cast<std::size_t>(count) > longestText)
       throw intents::UsageError(fmt::format("Can’t read {}: it is longer than {} MiB, the most that is taken.",
                                             shownName(file), longestText >> 20));

@@ -1,3 +1,6 @@
+// The line of an action is begun before it and ended behind it, so that a person sees what is waited for; notices come
+// in between, and are kept for the lines beneath. Of the other steps only those are shown that decide which ones come
+// next: those with others inside, before them, and a repeat by its rounds.
 #include "app/WorkflowProgress.h"
 
 #include "host/workflow/StepWords.h"
@@ -29,6 +32,7 @@ bool isShownFirst(const host::workflow::Step& step) {
 std::string WorkflowProgress::lineFor(const host::workflow::Step& step, std::size_t depth,
                                       const std::string& text) const {
   const std::string start = fmt::format("{:>4}  {:{}}", step.place.line, "", depth * 2);
+  // Room is kept for the end, so that the line doesn't wrap when that comes.
   const std::size_t taken = start.size() + spaceForTheEnd;
   return start + platform::fitted(platform::onOneLine(text), width_ > taken ? width_ - taken : 1);
 }

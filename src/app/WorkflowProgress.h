@@ -11,13 +11,19 @@
 namespace tabwright::app {
 
 /// Shows a person at a terminal what a workflow does: a line per step that does something, with the number of its line
-/// in the file and, behind it, how long it took or that it failed. What steps print goes to `output`.
+/// in the file and, behind it, how long it took or that it failed. What steps print goes to `output`. Lines are
+/// shortened to the terminal's width, and nothing in them steers it.
+///
+///     12  ClickElement cssSelector: #send … 0.31 s
+///     13  repeat 1 of 3
+///     14    CloseTab targetTab: chromium:8 … failed
 class WorkflowProgress final : public host::workflow::WorkflowObserver {
 public:
   /// `terminal` is `width` cells wide; both streams and the clock outlive the view.
   WorkflowProgress(std::ostream& terminal, std::size_t width, std::ostream& output, const platform::Clock& clock)
       : terminal_(terminal), width_(width), output_(output), clock_(clock) {}
 
+  /// Ends a line that an interruption has left open.
   ~WorkflowProgress() override;
   WorkflowProgress(const WorkflowProgress&) = delete;
   WorkflowProgress& operator=(const WorkflowProgress&) = delete;
@@ -33,6 +39,7 @@ public:
   void printed(const std::string& text) override;
 
 private:
+  /// The begin of a line, short enough for what follows behind it.
   [[nodiscard]] std::string lineFor(const host::workflow::Step& step, std::size_t depth, const std::string& text) const;
 
   std::ostream& terminal_;
@@ -44,9 +51,11 @@ private:
   std::vector<std::string> notices_; ///< of the action under way, for the lines beneath its own
 };
 
-/// Prints what steps print, and notices to the other stream; shows nothing else: for pipes.
+/// Prints what steps print, and notices to the other stream, each with the line of its step; shows nothing else: for
+/// pipes.
 class WorkflowOutput final : public host::workflow::WorkflowObserver {
 public:
+  /// Both streams outlive it.
   WorkflowOutput(std::ostream& output, std::ostream& notices) : output_(output), notices_(notices) {}
 
   void stepBegins(const host::workflow::Step&, const host::workflow::Variables&, std::size_t) override {}

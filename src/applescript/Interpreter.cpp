@@ -1,3 +1,6 @@
+// The language from outside. Source is checked to be UTF-8 here, before anything reads it, so that no later part meets
+// a byte that belongs to no character. Variables get their places in `compile`, once for all runs. Each run gets an
+// Evaluator of its own; what lasts from one run to the next (properties, delimiters) is the Script's.
 #include "applescript/Interpreter.h"
 
 #include "applescript/evaluate/Evaluator.h"
@@ -26,6 +29,7 @@ double secondsOnWallClock() {
 }
 
 double randomFraction() {
+  // One for each thread, since runs on several threads draw at once.
   static thread_local std::mt19937_64 generator{std::random_device{}()};
   return std::uniform_real_distribution<double>(0, 1)(generator);
 }
@@ -49,6 +53,7 @@ struct Interpreter::State {
 
 Interpreter::Interpreter(Surroundings surroundings, RunLimits limits)
     : state_(std::make_shared<State>(State{std::move(surroundings), limits})) {
+  // Functions that the surroundings leave out get their defaults here, so that a run calls without looking.
   Surroundings& world = state_->surroundings;
   if (!world.sleep)
     world.sleep = platform::sleepUnlessStopped;

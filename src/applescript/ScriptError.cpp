@@ -30,6 +30,7 @@ ScriptError& ScriptError::raisedBy(std::string application) {
 }
 
 ScriptError& ScriptError::at(SourceRange range) {
+  // Set on the way out, from the innermost place on.
   if (!range_)
     range_ = range;
   return *this;

@@ -11,7 +11,7 @@ namespace tabwright::applescript {
 
 class Value;
 
-/// AppleScript's error numbers, as scripts see them in `on error … number n`.
+/// AppleScript's error numbers, as scripts see them in `on error … number n`. Scripts may raise any other number, too.
 namespace errorNumber {
 inline constexpr int userCancelled = -128;
 inline constexpr int applicationNotRunning = -600;
@@ -47,15 +47,18 @@ inline constexpr int cannotSet = -10006;
 /// expression being evaluated), and, for errors of an application, that application's name.
 class ScriptError : public platform::Failure {
 public:
+  /// Found while the text was read, or raised by a run.
   enum class Stage { syntax, execution };
 
   /// A sentence that is put into words when it is asked for: most errors that scripts catch are never read.
   class Sentence {
   public:
     virtual ~Sentence() = default;
+    /// The whole sentence. May be asked for again, and then gives what its values have become since.
     [[nodiscard]] virtual std::string text() const = 0;
   };
 
+  /// A range of no length at offset 0 stands for none.
   ScriptError(Stage stage, int number, std::string sentence, SourceRange range = {});
   /// An error of execution.
   ScriptError(int number, std::shared_ptr<const Sentence> sentence);
@@ -64,7 +67,9 @@ public:
   [[nodiscard]] int number() const { return number_; }
   /// The sentence as `on error text` binds it, with "NAME got an error: " in front when an application raised it.
   [[nodiscard]] std::string message() const;
+  /// The sentence without the application.
   [[nodiscard]] std::string sentence() const { return wordless_ ? wordless_->text() : sentence_; }
+  /// The application that raised it; nothing when the script itself did.
   [[nodiscard]] const std::optional<std::string>& application() const { return application_; }
   /// Nothing until the evaluator or the parser knows the place.
   [[nodiscard]] const std::optional<SourceRange>& range() const { return range_; }
@@ -76,12 +81,16 @@ public:
 
   /// Puts the sentence into words now. Until then it may depend on values of the script that raised it.
   ScriptError& settle();
+  /// Names the application that the error comes from, in place of one named before. Like `settle` and `at` it gives
+  /// back the error itself, for `throw error.raisedBy(…)`.
   ScriptError& raisedBy(std::string application);
   /// Sets the range unless an inner place has set it already.
   ScriptError& at(SourceRange range);
 
   /// "execution error: SENTENCE (NUMBER)", or "syntax error: …".
   [[nodiscard]] std::string errorDescription() const override;
+  /// FailureClass::unreachable where the application isn't running (−600), has gone (−609) or may not be asked (−1743);
+  /// else failed.
   [[nodiscard]] platform::FailureIdentity identity() const override;
 
 private:

@@ -14,6 +14,7 @@ SourcePosition positionOf(std::string_view source, std::size_t offset) {
   offset = std::min(offset, source.size());
   for (std::size_t i = 0; i < offset; ++i) {
     const auto byte = static_cast<unsigned char>(source[i]);
+    // The CR of a CR LF takes no column, and leaves ending the line to its LF.
     const bool isHalfOfLineEnd = byte == '\r' && i + 1 < source.size() && source[i + 1] == '\n';
     if (byte == '\n' || (byte == '\r' && !isHalfOfLineEnd)) {
       ++position.line;

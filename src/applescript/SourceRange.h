@@ -21,6 +21,7 @@ struct SourcePosition {
   std::size_t line = 1;
   std::size_t column = 1;
 };
+/// An offset beyond the text stands for its end. Walks the text from its beginning: for messages, not for loops.
 [[nodiscard]] SourcePosition positionOf(std::string_view source, std::size_t offset);
 
 } // namespace tabwright::applescript

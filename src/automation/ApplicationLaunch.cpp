@@ -1,5 +1,6 @@
 // An application is on the desktop's list once it has a window, which is also when its launch is finished. So the wait
-// for the one is the wait for the other.
+// for the one is the wait for the other. Waiting looks at the list again and again, as a start by a desktop entry
+// doesn't tell which process will have the window.
 #include "automation/ApplicationLaunch.h"
 
 #include "platform/AsciiCase.h"
@@ -74,6 +75,7 @@ void activate(const RunningApplication& application, platform::WindowSystem& win
   try {
     std::vector<platform::ClientWindow> windows = windowSystem.windows();
     std::erase_if(windows, [&](const platform::ClientWindow& each) { return each.pid != application.process; });
+    // A window in sight is preferred to one that is minimized.
     const auto shown = std::ranges::find_if(windows, &platform::ClientWindow::isShown);
     if (!windows.empty())
       windowSystem.activate(shown != windows.end() ? shown->id : windows.front().id);
@@ -95,6 +97,7 @@ platform::Task<void> sleep(platform::Clock& clock) {
 platform::Task<std::optional<RunningApplication>> activateOrLaunch(std::string id, const DesktopServices& services,
                                                                    platform::CallLimits limits) {
   auto application = services.targets.findApplication(id);
+  // The entry of that name has no program that could be started.
   if (id == engine::frontmostTargetContext().id && (!application || application->bundleIdentifier.empty()))
     co_return std::nullopt;
   if (!application) {

@@ -22,6 +22,7 @@ platform::Task<std::optional<targets::RunningApplication>>
 activateOrLaunch(std::string id, const DesktopServices& services, platform::CallLimits limits);
 
 /// The target with its application's whole id, for one that was given by its short name; others as they are.
+/// Looks among running applications first, then among installed ones. In lower case, as all targets' ids.
 [[nodiscard]] engine::TargetContext withWholeID(engine::TargetContext target, const DesktopServices& services);
 
 } // namespace tabwright::automation

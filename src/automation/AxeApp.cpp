@@ -1,3 +1,6 @@
+// A browser of the Chromium family is asked to show its controls before its element is looked for; its menu comes from
+// another source than those of all other applications. The reason why no menus could be read is kept as the cause,
+// since to a user an application without menus and one that doesn't answer look alike.
 #include "automation/AxeApp.h"
 
 #include "automation/ChromiumMenu.h"
@@ -48,6 +51,7 @@ std::expected<AxeMenuBar, engine::AxeFailure> AxeApp::menuBar() {
       throw;
     cause = platform::asCause(failure);
   } catch (const platform::Failure& failure) {
+    // A browser that doesn't show its controls fails in other ways than the desktop does.
     cause = platform::asCause(failure);
   }
   if (!menuBar_)

@@ -21,6 +21,7 @@ public:
   AxeApp(targets::RunningApplication app, const DesktopServices& services, platform::CallLimits limits)
       : app_(std::move(app)), services_(services), limits_(std::move(limits)) {}
 
+  /// As it was given; it may have quit since.
   [[nodiscard]] const targets::RunningApplication& app() const { return app_; }
 
   /// The element that its windows are children of. A browser of the Chromium family is told to show its controls first.

@@ -1,3 +1,5 @@
+// All but the children was read and translated by the source before the element was made. The children go through the
+// source anew each time, since applications change their menus while they are looked at.
 #include "automation/AxeElement.h"
 
 #include "automation/MenuSource.h"
@@ -15,6 +17,7 @@ std::expected<AxeElement::Value, AXError> AxeElement::value(AxeAttribute attribu
   case AxeAttribute::enabled:
     if (!facts_->isEnabled)
       break;
+    // An enabled item in a disabled menu can't be chosen.
     for (const Facts* each = facts_.get(); each; each = each->parent.get()) {
       if (each->isEnabled == false)
         return false;

@@ -71,6 +71,7 @@ public:
 
   using Value = std::variant<std::string, bool, AxeElement, std::vector<AxeElement>>;
 
+  /// Made by sources of menus. The facts are shared by all copies and by the elements below.
   explicit AxeElement(std::shared_ptr<const Facts> facts) : facts_(std::move(facts)) {}
 
   /// An attribute's value, of whatever type it has. Throws DesktopFailure `stopped` only, as all reads do.
@@ -88,9 +89,13 @@ public:
   }
 
   // Reads that take a failure as an ordinary answer: an empty text or list, nothing, not enabled.
+  /// As it was when the element was read; empty where it couldn't be.
   [[nodiscard]] std::string title() const;
+  /// One of `axerole`.
   [[nodiscard]] std::string role() const;
+  /// Asks the application, which may take as long as the source's limits allow.
   [[nodiscard]] std::vector<AxeElement> children() const;
+  /// The element above in this tree; nothing for the bar.
   [[nodiscard]] std::optional<AxeElement> parent() const;
   /// Enabled itself, and so are all items that its menu is opened from.
   [[nodiscard]] bool isEnabled() const;
@@ -104,6 +109,7 @@ public:
   /// True for items with a submenu, which is then their only child.
   [[nodiscard]] bool isSubMenu() const;
 
+  /// For sources and searches, which work with the application's own elements.
   [[nodiscard]] const Facts& facts() const { return *facts_; }
   [[nodiscard]] const std::shared_ptr<const Facts>& sharedFacts() const { return facts_; }
 

@@ -20,6 +20,8 @@ using engine::AxeError;
 
 namespace {
 
+// The first in the order of a reader who goes from the top down, into each menu as it comes. The walk knows what is a
+// submenu from the tree alone, so nothing is asked of the application.
 const AxeElement* firstFitting(const MenuTree& tree, TitlePattern& pattern) {
   if (pattern.isTitle(tree.element.title()))
     return &tree.element;
@@ -59,6 +61,7 @@ MenuItemResult AxeMenuBar::menuItem(std::span<const std::string> pathSegments, T
 }
 
 MenuItemResult AxeMenuBar::menuItem(std::string_view title, StringFilterEnum filter, TitleCase titleCase) const {
+  // A separator has an empty title, and every text contains an empty one: neither is meant.
   if (platform::isBlank(title))
     return std::unexpected(notFound({}));
   TitlePattern pattern(title, filter, titleCase);
@@ -79,6 +82,7 @@ MenuItemResult AxeMenuBar::found(const AxeElement& element) const {
 
 engine::AxeFailure AxeMenuBar::notFound(const std::string& sentence) const {
   engine::AxeFailure failure = platform::failure(AxeError::menuItemNotFound);
+  // Menus that couldn't be read may well hold the item: that is told rather than the nearest titles.
   if (const auto& unread = element_.facts().source->failure())
     failure.setCause(unread);
   else if (!sentence.empty())

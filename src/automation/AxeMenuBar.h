@@ -24,11 +24,14 @@ public:
   /// An item of the bar is found by its whole title alone, whatever the filter. Reads all menus, level by level.
   [[nodiscard]] MenuItemResult menuItem(std::string_view title, StringFilterEnum filter, TitleCase titleCase) const;
 
+  /// The bar itself, whose children are the items in it.
   [[nodiscard]] const AxeElement& element() const { return element_; }
 
 private:
   AxeMenuBar(const targets::RunningApplication& app, const AxeElement& element) : app_(app), element_(element) {}
+  /// The item that an element is, or `menuItemNotFound` for one that is none.
   [[nodiscard]] MenuItemResult found(const AxeElement& element) const;
+  /// `menuItemNotFound`, with what kept the menus from being read as its cause, else the sentence, if there is one.
   [[nodiscard]] engine::AxeFailure notFound(const std::string& sentence) const;
 
   targets::RunningApplication app_;

@@ -14,6 +14,7 @@ namespace {
 
 std::vector<std::string> segmentsOf(const AxeElement& item) {
   std::vector<std::string> segments{item.title()};
+  // Menus between the items mostly have no title of their own, so only what can be told to a user stays.
   for (auto parent = item.parent(); parent && parent->isMenu(); parent = parent->parent()) {
     if (const std::string title = parent->title(); !platform::isBlank(title))
       segments.push_back(title);

@@ -15,7 +15,9 @@ namespace tabwright::automation {
 /// A menu item that a search has found in a running application. It is good for the run that has searched for it; what
 /// may be kept is a `MenuItemEntity`.
 struct AxeMenuItem {
+  /// The application whose menus hold it.
   targets::RunningApplication app;
+  /// As it was read; pressing goes to the application's own element behind it.
   AxeElement element;
   std::vector<std::string>
       pathSegments;       ///< titles from the top of the bar down to this item, blank ones left out above

@@ -1,5 +1,7 @@
 // An open menu is a window of its own without a name, and the one opened last is the active one. So a menu has opened
-// when another such window is active, and has closed when none or the one before is.
+// when another such window is active, and has closed when none or the one before is. Menus are named by the positions
+// of the items on their way, not by their elements, as each opening makes new ones; `shown_` keeps those that are open,
+// so that a walk over the tree opens and closes as few as it can.
 #include "automation/ChromiumMenu.h"
 
 #include "automation/ElementSearch.h"
@@ -27,6 +29,7 @@ namespace {
 
 constexpr std::chrono::milliseconds opening{300};  ///< a menu has opened by then
 constexpr std::chrono::milliseconds closing{1000}; ///< a menu has closed by then
+// Of opening a menu that doesn't come; closing has the time of as many.
 constexpr int mostAttempts = 4;
 constexpr platform::Key escape{.symbol = 0xff1b};
 
@@ -70,6 +73,7 @@ bool ChromiumMenu::findButton() {
     if (toolbar.role != AccessibleRole::toolBar || !toolbar.children)
       return false;
     const auto facts = services_.accessibility.read(*toolbar.children, menuParts, limits_);
+    // From the end: the button stands behind all others of the toolbar that open something.
     for (std::size_t each = facts.size(); each-- > 0;) {
       if (facts[each].role == AccessibleRole::pushButton && has(facts[each], AccessibleState::hasPopup) &&
           has(facts[each], AccessibleState::visible)) {
@@ -82,6 +86,7 @@ bool ChromiumMenu::findButton() {
   };
   const std::vector<AccessibleWindow> windows = windowsOf(services_.accessibility, root_, limits_).all;
   return std::ranges::any_of(windows, [&](const AccessibleWindow& window) {
+    // Windows without a name are menus, and an open one must not be taken for the browser's window.
     return !window.facts.name.value_or("").empty() &&
            searchDown(services_.accessibility, {window.element}, limits_, takeButton);
   });
@@ -95,6 +100,7 @@ AxeElement::Facts ChromiumMenu::barFacts() const {
 }
 
 ChildLists ChromiumMenu::readChildren(std::span<const AxeElement> level) {
+  // Only menus have to be opened; the bar and its items are known without that.
   const bool hasMenus =
       std::ranges::any_of(level, [](const AxeElement& each) { return each.facts().role == axerole::menu; });
   const auto windowBefore = hasMenus ? bringToFront() : std::nullopt;
@@ -103,6 +109,7 @@ ChildLists ChromiumMenu::readChildren(std::span<const AxeElement> level) {
     for (const AxeElement& each : level) {
       std::vector<AxeElement>& children = lists.emplace_back();
       if (each.facts().role == axerole::menuBar) {
+        // Read as an item of a bar: the translation takes roles of menus alone.
         AccessibleFacts button = buttonFacts_;
         button.role = AccessibleRole::menu;
         children = itemsOf(each, {&button_, 1}, {&button, 1});
@@ -125,11 +132,13 @@ const std::vector<AxeElement>& ChromiumMenu::show(const AxeElement& menu) {
   const std::vector<std::size_t> path = pathTo(menu);
   const auto known = std::ranges::find(shown_, path, &Shown::path);
   if (known != shown_.end()) {
+    // Menus further in close by themselves as soon as another item of this one opens its own.
     shown_.erase(known + 1, shown_.end());
     return shown_.back().items;
   }
   const AxeElement opener = onScreen(*menu.parent());
   std::vector<AxeElement> items;
+  // Some items have theirs below them already, and need not be opened.
   if (!opener.facts().below.empty())
     items = itemsAmong(opener.facts().below, menu);
   else if (opener.isEnabled())
@@ -184,6 +193,7 @@ std::vector<AxeElement> ChromiumMenu::itemsAmong(const std::vector<AccessibleEle
   return itemsOf(menu, elements, answers);
 }
 
+// The active window comes first among those of the application; it is a menu when it has no name.
 std::optional<AccessibleElement> ChromiumMenu::activePopup() {
   const std::vector<AccessibleWindow> windows = windowsOf(services_.accessibility, root_, limits_).all;
   if (windows.empty() || !has(windows.front().facts, AccessibleState::active) ||
@@ -192,6 +202,7 @@ std::optional<AccessibleElement> ChromiumMenu::activePopup() {
   return windows.front().element;
 }
 
+// Yields the window that was active, where it is another application's: it becomes active again behind the reading.
 std::optional<std::uint32_t> ChromiumMenu::bringToFront() {
   const std::vector<platform::ClientWindow> windows = services_.windows.windows();
   const auto active = std::ranges::find_if(windows, &platform::ClientWindow::isActive);
@@ -210,6 +221,7 @@ void ChromiumMenu::close(std::optional<std::uint32_t> windowBefore) {
   const platform::CallLimits before = std::exchange(limits_, own);
   shown_.clear();
   for (auto popup = activePopup(); popup; popup = activePopup()) {
+    // One press closes the innermost menu.
     services_.keyboard.press(escape, {}, limits_);
     if (!eventually(limits_, closing, [&] { return activePopup() != popup; }))
       break;
@@ -220,6 +232,7 @@ void ChromiumMenu::close(std::optional<std::uint32_t> windowBefore) {
 }
 
 void ChromiumMenu::press(const AxeElement& item) {
+  // The menus on its way would be opened for nothing.
   if (!item.isEnabled())
     return;
   bringToFront();

@@ -48,14 +48,22 @@ private:
                platform::CallLimits limits)
       : root_(std::move(root)), process_(process), services_(services), limits_(std::move(limits)) {}
 
+  /// Looks once for the button; true when it is there.
   bool findButton();
+  /// Opens the menu, and those on its way, as far as they aren't open. Its items stay valid until the next menu is
+  /// shown.
   const std::vector<AxeElement>& show(const AxeElement& menu);
+  /// The item as it is in the open menu, which is opened for that. Throws `elementGone` for one that isn't there any
+  /// more.
   AxeElement onScreen(const AxeElement& item);
+  /// Presses what opens the menu until it is open; no items when it doesn't.
   std::vector<AxeElement> open(const platform::AccessibleElement& opener, const AxeElement& menu);
   std::optional<std::vector<AxeElement>> readItems(const platform::AccessibleElement& popup, const AxeElement& menu);
   std::vector<AxeElement> itemsAmong(const std::vector<platform::AccessibleElement>& elements, const AxeElement& menu);
+  /// The menu that was opened last; nothing while none is open.
   std::optional<platform::AccessibleElement> activePopup();
   std::optional<std::uint32_t> bringToFront();
+  /// Closes all menus, and gives that window the focus back.
   void close(std::optional<std::uint32_t> windowBefore);
 
   const platform::AccessibleElement root_;

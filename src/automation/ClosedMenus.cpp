@@ -22,6 +22,7 @@ AxeElement::Facts ClosedMenus::barFacts() const {
 }
 
 ChildLists ClosedMenus::readChildren(std::span<const AxeElement> level) {
+  // An item whose items lie directly below it has no element that could be its menu, so nothing is asked about it.
   const auto isAskedAbout = [](const AxeElement& each) { return !each.isItem() || each.facts().mayHoldMenu; };
   std::vector<AccessibleElement> asked;
   for (const AxeElement& each : level) {

@@ -21,6 +21,7 @@ public:
       : accessibility_(accessibility), limits_(std::move(limits)), bar_(std::move(bar)),
         itemsOfBar_(std::move(itemsOfBar)) {}
 
+  /// Does the first action of the application's element, which is what a click does.
   void press(const AxeElement& item) override;
 
 protected:

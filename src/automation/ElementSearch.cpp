@@ -1,3 +1,5 @@
+// One call for each level, whatever its width. The depth is bounded, as a window of a large application has thousands
+// of elements, and what is looked for stands near the top.
 #include "automation/ElementSearch.h"
 
 #include <algorithm>
@@ -29,6 +31,7 @@ AccessibleWindows windowsOf(platform::Accessibility& accessibility, const Access
   const auto active = std::ranges::find_if(windows.all, [](const AccessibleWindow& window) {
     return window.facts.states && window.facts.states->has(AccessibleState::active);
   });
+  // Rotated, so the others keep their order.
   if (active != windows.all.end())
     std::rotate(windows.all.begin(), active, active + 1);
   return windows;
@@ -42,6 +45,7 @@ bool searchDown(platform::Accessibility& accessibility, std::vector<AccessibleEl
     for (std::size_t each = 0; each < level.size(); ++each) {
       if (take(level[each], facts[each]))
         return true;
+      // A page may hold thousands of elements, and menus and toolbars of its own.
       if (facts[each].children && facts[each].role != AccessibleRole::documentWeb)
         below.insert(below.end(), facts[each].children->begin(), facts[each].children->end());
     }

@@ -14,6 +14,7 @@ namespace {
 constexpr std::chrono::milliseconds filling{500}; ///< a menu that has any items has them by then
 
 bool needsFilling(const AxeElement& element) {
+  // The menu of a disabled item can't be opened, and stays without items.
   return element.role() == axerole::menu && element.facts().below.empty() && element.parent()->isEnabled();
 }
 
@@ -26,6 +27,8 @@ ChildLists FirefoxMenus::readChildren(std::span<const AxeElement> level) {
   return ClosedMenus::readChildren(whole);
 }
 
+// Opens the items on the way from the bar down, waits for what the last one opens, and closes the outermost one, with
+// which the others close.
 AxeElement FirefoxMenus::filled(const AxeElement& menu) {
   std::vector<AccessibleElement> way; // the items that open it, from the bar down
   for (auto each = menu.parent(); each; each = each->parent()) {
@@ -44,6 +47,7 @@ AxeElement FirefoxMenus::filled(const AxeElement& menu) {
   }
   accessibility_.perform(way.front(), 0, limits_); // the same again closes it
   const std::vector<AccessibleElement> outermost = childrenOf(way.front());
+  // Until it is out of sight, so that the next menu isn't opened into one that is closing.
   eventually(limits_, filling, [&] { return !areVisible(outermost); });
   return AxeElement(std::make_shared<const AxeElement::Facts>(std::move(facts)));
 }

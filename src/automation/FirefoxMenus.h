@@ -15,6 +15,7 @@ protected:
   [[nodiscard]] ChildLists readChildren(std::span<const AxeElement> level) override;
 
 private:
+  /// The menu with the elements that it has once it was shown.
   [[nodiscard]] AxeElement filled(const AxeElement& menu);
   [[nodiscard]] std::vector<platform::AccessibleElement> childrenOf(const platform::AccessibleElement& item);
   [[nodiscard]] bool areVisible(std::span<const platform::AccessibleElement> items);

@@ -17,9 +17,12 @@ enum KeyboardModifier : std::uint32_t {
 
 /// The modifiers of an action's parameters.
 struct KeyboardModifiers {
+  /// Control on a PC's keyboard, as `platform::keysOf` has it.
   bool command = false;
   bool control = false;
+  /// Has a bit and no key.
   bool function = false;
+  /// Alt on a PC's keyboard.
   bool option = false;
   bool shift = false;
 
@@ -31,6 +34,7 @@ struct KeyboardModifiers {
 };
 
 /// The modifiers to press for these bits; see `platform::keysOf`.
+/// The function modifier presses nothing.
 [[nodiscard]] constexpr platform::KeyModifiers pressedModifiers(std::uint32_t flags) {
   return platform::keysOf({.command = (flags & commandModifier) != 0,
                            .control = (flags & controlModifier) != 0,

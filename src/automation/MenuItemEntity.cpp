@@ -26,6 +26,7 @@ const intents::EntityDefinition<MenuItemEntity>& MenuItemEntity::definition() {
        {"pathSegments", &MenuItemEntity::pathSegments, PropertyPresence::needed},
        {"app", &MenuItemEntity::app, PropertyPresence::needed}},
       [](const MenuItemEntity& item) { return item.displayRepresentation(); }, intents::TextForm::none,
+      // The columns of its tables.
       {"path", "app"});
   return definition;
 }

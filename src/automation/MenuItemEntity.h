@@ -16,7 +16,9 @@ namespace tabwright::automation {
 /// at `app` and `pathSegments` only.
 struct MenuItemEntity {
   std::string path; ///< to read: "File > Export…"
+  /// Titles from the bar down to the item, by which it is found again.
   std::vector<std::string> pathSegments;
+  /// The application by its id; a later action needs it running.
   engine::TargetContext app;
 
   /// Nothing for an item of an application without an id or a name.
@@ -25,6 +27,7 @@ struct MenuItemEntity {
   /// "APP: PATH".
   [[nodiscard]] std::string displayRepresentation() const;
 
+  /// Its properties by name, for JSON, parameters and tables.
   [[nodiscard]] static const intents::EntityDefinition<MenuItemEntity>& definition();
 
   friend bool operator==(const MenuItemEntity&, const MenuItemEntity&) = default;

@@ -1,3 +1,4 @@
+// A regular expression of ICU's, since white space around the separator is any that Unicode knows.
 #include "automation/MenuPath.h"
 
 #include "platform/Whitespace.h"

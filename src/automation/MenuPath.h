@@ -12,6 +12,7 @@ namespace tabwright::automation {
 [[nodiscard]] std::vector<std::string> segmentsOfPath(std::string_view path);
 
 /// The path of these titles: "File > Export…".
+/// Not the inverse where a title holds a ">" itself.
 [[nodiscard]] std::string pathOf(std::span<const std::string> segments);
 
 } // namespace tabwright::automation

@@ -1,3 +1,5 @@
+// Each way ends in one of the two searches of the menu bar: by a path of titles, or by one title anywhere. The bar is
+// found anew for each search, as menus come and go with the application's windows.
 #include "automation/MenuSearch.h"
 
 #include "automation/AxeApp.h"
@@ -56,6 +58,7 @@ MenuItemResult findMenuItemByReference(const MenuItemEntity& reference, const De
     return std::unexpected(platform::failure(engine::AxeError::appCouldNotBeActivated)
                                .causedBy(platform::Notice{engine::identity(engine::AxeError::appCouldNotBeActivated),
                                                           fmt::format("{} doesn’t run.", reference.app.name)}));
+  // The titles are the application's own, so nothing has to be forgiven in them.
   return findByTitles(*app, reference.pathSegments, TitleCase::counts, services, limits);
 }
 

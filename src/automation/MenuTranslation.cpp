@@ -1,3 +1,6 @@
+// Toolkits differ in two things: whether an item's menu is an element of its own (Qt) or its items lie directly below
+// it (GTK, Firefox, Chromium), and whether hidden items are published. Items are made first, with all that will tell
+// later; the menu of an item is made of the one element below it, or of nothing.
 #include "automation/MenuTranslation.h"
 
 #include <algorithm>
@@ -27,6 +30,7 @@ bool isVisible(const AccessibleFacts& answer) {
 }
 
 std::optional<std::string> titleOf(const AccessibleFacts& answer) {
+  // Whatever name the toolkit gives a line.
   if (answer.role == AccessibleRole::separator)
     return "";
   std::optional<std::string> title = answer.name;
@@ -52,6 +56,7 @@ AxeElement made(AxeElement::Facts facts, const AxeElement& parent) {
 std::vector<AxeElement> itemsOf(const AxeElement& barOrMenu, std::span<const AccessibleElement> elements,
                                 std::span<const AccessibleFacts> answers) {
   const bool isInBar = barOrMenu.facts().role == axerole::menuBar;
+  // Without a visible one the whole menu is closed, and the state says nothing.
   const bool canHide = std::ranges::any_of(
       answers, [&](const AccessibleFacts& answer) { return isItem(answer, isInBar) && isVisible(answer); });
   std::vector<AxeElement> items;
@@ -63,11 +68,13 @@ std::vector<AxeElement> itemsOf(const AxeElement& barOrMenu, std::span<const Acc
     facts.role = isInBar ? axerole::menuBarItem : axerole::menuItem;
     facts.title = titleOf(answer);
     facts.isEnabled = isEnabled(answer);
+    // Counted among the items that are kept, as the positions of a later reading are.
     facts.position = items.size();
     facts.element = elements[each];
     facts.below = answer.children.value_or(std::vector<AccessibleElement>{});
     facts.opensMenu = answer.role == AccessibleRole::menu || !facts.below.empty() ||
                       (answer.states && answer.states->has(AccessibleState::hasPopup));
+    // An item of the role of a menu has its items directly below.
     facts.mayHoldMenu = answer.role != AccessibleRole::menu && facts.below.size() == 1;
     items.push_back(made(std::move(facts), barOrMenu));
   }
@@ -79,6 +86,7 @@ std::optional<AxeElement> menuOf(const AxeElement& item, const AccessibleFacts* 
     return std::nullopt;
   AxeElement::Facts facts;
   facts.role = axerole::menu;
+  // A menu of its own, as Qt has it; else one is made that stands for the item's element.
   if (only && only->role == AccessibleRole::popupMenu) {
     facts.title = titleOf(*only);
     facts.element = item.facts().below.front();

@@ -28,6 +28,7 @@ MenuTree readMenuTree(const AxeElement& root) {
     for (std::size_t each = 0; each < level.size(); ++each) {
       for (AxeElement& child : (*lists)[each])
         level[each]->children.push_back({std::move(child), {}});
+      // Only once all children of a node are there, since growing the list moves them.
       for (MenuTree& child : level[each]->children)
         below.push_back(&child);
     }

@@ -12,6 +12,7 @@ struct MenuTree {
   AxeElement element;
   std::vector<MenuTree> children;
 
+  /// As `AxeElement::isSubMenu`, but without asking the application again.
   [[nodiscard]] bool isSubMenu() const { return element.isItem() && children.size() == 1; }
   /// The items of the menu that the item opens; none for an item without one.
   [[nodiscard]] std::span<const MenuTree> subItems() const {

@@ -1,3 +1,4 @@
+// The table is walked for each question: it has some sixty rows.
 #include "automation/NamedKey.h"
 
 #include "platform/AsciiCase.h"
@@ -25,6 +26,7 @@ const NamedKeyRow* findRow(const std::function<bool(const NamedKeyRow&)>& isMean
   return nullptr;
 }
 
+// Users write names of keys in many ways: "Page Up", "pageup", "PAGE UP".
 std::string comparable(std::string_view name) {
   std::string text = platform::lowercased(name);
   std::erase(text, ' ');
@@ -96,6 +98,7 @@ constexpr std::string_view expected = "the name of a key, such as Escape, Page U
 
 } // namespace
 
+// By its name, by its code, or by an object of which only the id counts.
 NamedKey ValueTraits<NamedKey>::fromJson(const boost::json::value& json) {
   std::optional<NamedKey> key;
   if (const boost::json::string* text = json.if_string())

@@ -16,6 +16,7 @@ namespace tabwright::automation {
 /// A key that is chosen by its name. Its number is the virtual key code that it has on a Mac, whatever the layout.
 struct NamedKey {
   std::int64_t id = 0; ///< the same as `keycode`
+  /// The Mac's virtual key code, 0 to 127.
   std::int64_t keycode = 0;
   std::string name; ///< "Page Up"
 

@@ -57,6 +57,7 @@ constexpr std::array sections{
     NamedKeySection{"JIS", japanese},
 };
 
+// A key is found by its code, too, so none may have that of another.
 consteval bool keyCodesDiffer() {
   std::array<bool, 128> isTaken{};
   for (const NamedKeySection& section : sections) {

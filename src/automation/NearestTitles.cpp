@@ -24,9 +24,11 @@ std::string quotedList(std::string_view wanted, const std::vector<std::string>& 
   std::vector<std::pair<std::ptrdiff_t, std::size_t>> ranked; // less what is in common, and the index
   for (std::size_t index = 0; index < titles.size(); ++index) {
     const std::string candidate = platform::caseFolded(titles[index]);
+    // Negative, so that sorting puts what has most in common first, and equals in the order of the menus.
     ranked.emplace_back(folded.begin() - std::ranges::mismatch(folded, candidate).in1, index);
   }
   std::ranges::sort(ranked);
+  // Each title once: several menus may have an item of the same.
   std::vector<std::string> named;
   for (const auto& [common, index] : ranked) {
     if (named.size() == mostNamed)

@@ -8,6 +8,7 @@ namespace tabwright::automation {
 bool eventually(const platform::CallLimits& limits, std::chrono::milliseconds patience,
                 const std::function<bool()>& isSo) {
   const platform::CallLimits whole = limits.within(patience);
+  // Asked at least once, even with no time left.
   while (!isSo()) {
     if (whole.hasPassed())
       return false;

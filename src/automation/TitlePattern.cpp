@@ -1,3 +1,6 @@
+// Titles are composed (NFC) before they are compared, the wanted one once and each title when it comes: toolkits and
+// users may write a letter with its mark as one character or as two. ICU's matcher has a limit of its own, since the
+// expression is a user's and the titles are an application's.
 #include "automation/TitlePattern.h"
 
 #include "platform/Whitespace.h"
@@ -59,6 +62,7 @@ TitlePattern::TitlePattern(std::string_view wanted, StringFilterEnum filter, Tit
     UParseError place;
     const std::uint32_t flags = titleCase == TitleCase::ignored ? UREGEX_CASE_INSENSITIVE : 0;
     std::unique_ptr<icu::RegexPattern> expression(icu::RegexPattern::compile(values_.back(), flags, place, status));
+    // Kept as null, so that expressions and values share their index.
     expressions_.push_back(U_SUCCESS(status) ? std::move(expression) : nullptr);
   }
 }

@@ -26,6 +26,7 @@ enum class TitleCase { counts, ignored };
 /// then a `\s`.
 class TitlePattern {
 public:
+  /// Compiles an expression once. One that is none is no failure: it fits nothing.
   TitlePattern(std::string_view wanted, StringFilterEnum filter, TitleCase titleCase);
 
   /// True for a title that is one of the possible values, whatever the filter.
@@ -35,6 +36,7 @@ public:
   [[nodiscard]] bool fits(std::string_view title);
 
 private:
+  /// A title in the form that it is compared in: composed, and in lower case where case doesn't count.
   [[nodiscard]] icu::UnicodeString comparable(std::string_view title) const;
   [[nodiscard]] bool fits(const icu::UnicodeString& title, std::size_t value);
 

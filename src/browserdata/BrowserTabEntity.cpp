@@ -43,6 +43,7 @@ BrowserTabEntity::BrowserTabEntity(const BrowserTabData& tab, const engine::Targ
     : targetContext(context), title(tab.tabTitle), url(tab.tabURL), htmlDocument(tab.htmlContent),
       textContent(tab.textContent), selectionText(tab.pageSelectionText), isLoading(tab.isLoading),
       isPrivate(tab.isPrivate), fullID(context.id + ":" + tab.tabID) {
+  // Most tabs of a list have none, and cost no conversion.
   if (platform::isBlank(tab.pageSelectionHTML))
     return;
   selectionRTFD = richTextFile(tab.pageSelectionHTML);
@@ -86,6 +87,7 @@ const intents::EntityDefinition<BrowserTabEntity>& BrowserTabEntity::definition(
        {"fullID", &BrowserTabEntity::fullID, PropertyPresence::needed},
        {"selectionRTFD", &BrowserTabEntity::selectionRTFD}},
       [](const BrowserTabEntity& tab) { return tab.displayRepresentation(); }, intents::TextForm::names,
+      // The columns of its tables.
       {"title", "url", "isPrivate", "fullID"});
   return definition;
 }

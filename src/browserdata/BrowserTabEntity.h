@@ -12,22 +12,27 @@
 
 namespace tabwright::browserdata {
 
-/// A tab as an action's result, and as the parameter of a later action.
-///
-/// It is a value, not a handle: what it says held when the action ran. A later action finds the tab by `fullID` in the
-/// browser `targetContext`, and looks at nothing else; so these two are all that an entity written by hand needs.
-/// Content and selection have values only when the action asked for details.
+/// A tab as an action's result, and as the parameter of a later action.  It is a value, not a handle: what it says held
+/// when the action ran. A later action finds the tab by `fullID` in the browser `targetContext`, and looks at nothing
+/// else; so these two are all that an entity written by hand needs. Content and selection are missing or empty unless
+/// the action asked for details.
 struct BrowserTabEntity {
   engine::TargetContext targetContext;
+  /// As the browser tells it; may be empty.
   std::string title;
   std::string url;
+  /// The page's HTML as it is at the time, not as the server sent it.
   std::optional<std::string> htmlDocument;
   std::optional<std::string> textContent;
+  /// The selection as plain text; empty where nothing is selected.
   std::optional<std::string> selectionText;
+  /// A selection that can't be converted has a text here that says so.
   std::optional<std::string> selectionMD; ///< the selection as Markdown
   bool isLoading = false;
+  /// True for a tab of an incognito or private window.
   bool isPrivate = false;
   std::string fullID; ///< context id, a colon, the browser's own reference: "com.google.chrome:8"
+  /// Made from the selection's HTML; nothing where none is selected, or where it is too large to be read.
   std::optional<intents::IntentFile> selectionRTFD; ///< the selection as rich text
 
   BrowserTabEntity() = default;
@@ -46,6 +51,7 @@ struct BrowserTabEntity {
   /// "TITLE [BROWSER]".
   [[nodiscard]] std::string displayRepresentation() const;
 
+  /// Its properties by name, for JSON, parameters and tables. Made on first use, from any thread.
   [[nodiscard]] static const intents::EntityDefinition<BrowserTabEntity>& definition();
 
   friend bool operator==(const BrowserTabEntity&, const BrowserTabEntity&) = default;

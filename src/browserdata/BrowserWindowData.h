@@ -15,10 +15,13 @@ namespace tabwright::browserdata {
 struct BrowserWindowData {
   bool isPrivate = false;
   bool isVisible = false;
+  /// A record of its own, beside the one in `tabsList`.
   BrowserTabData activeTab;
+  /// Scripts count from 1, as AppleScript does.
   std::int64_t activeTabIndex = 0; ///< 1-based, of `activeTab` in the window
   std::string windowID;            ///< the browser's own reference
   std::int64_t windowIndex = 0;    ///< 1 is frontmost
+  /// As the browser tells it.
   std::string windowTitle;
   std::vector<BrowserTabData> tabsList; ///< in the browser's order
 

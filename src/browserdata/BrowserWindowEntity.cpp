@@ -48,6 +48,7 @@ const intents::EntityDefinition<BrowserWindowEntity>& BrowserWindowEntity::defin
        {"isVisible", &BrowserWindowEntity::isVisible},
        {"fullID", &BrowserWindowEntity::fullID, PropertyPresence::needed}},
       [](const BrowserWindowEntity& window) { return window.displayRepresentation(); }, intents::TextForm::names,
+      // The columns of its tables.
       {"windowTitle", "tabs", "isPrivate", "isVisible", "fullID"});
   return definition;
 }

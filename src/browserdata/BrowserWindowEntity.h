@@ -16,10 +16,12 @@ namespace tabwright::browserdata {
 /// `targetContext` only.
 struct BrowserWindowEntity {
   engine::TargetContext targetContext;
+  /// The browser's title of the window, or the name that an action gave to a window of Safari.
   std::string windowTitle;
   std::vector<BrowserTabEntity> tabs; ///< in the browser's order
   BrowserTabEntity activeTab;         ///< a value of its own, beside the one in `tabs`
   bool isPrivate = false;
+  /// False for a minimized window.
   bool isVisible = false;
   std::string fullID; ///< context id, a colon, the browser's own reference: "com.apple.safari:17"
 
@@ -39,6 +41,7 @@ struct BrowserWindowEntity {
   /// "TITLE [BROWSER]".
   [[nodiscard]] std::string displayRepresentation() const;
 
+  /// Its properties by name, as those of a tab.
   [[nodiscard]] static const intents::EntityDefinition<BrowserWindowEntity>& definition();
 
   friend bool operator==(const BrowserWindowEntity&, const BrowserWindowEntity&) = default;

@@ -34,6 +34,7 @@ html::AllowList base() {
 } // namespace
 
 const html::AllowList& CustomSoupWhitelist::list() {
+  // Elements that were not in HTML when the usual list was made, and those whose text belongs to the reader.
   static const html::AllowList list =
       base()
           .addTags({"abbr",     "address",    "article", "aside",   "data",   "datalist", "del",    "details",

@@ -15,6 +15,7 @@ public:
   [[nodiscard]] static const html::AllowList& list();
 };
 
+/// The sentence and the name of the one case; nothing is put into the sentence.
 std::string errorDescription(CustomSoupWhitelist::CustomSoupWhitelistError error, const std::string& detail);
 platform::FailureIdentity identity(CustomSoupWhitelist::CustomSoupWhitelistError error);
 

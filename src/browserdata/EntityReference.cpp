@@ -22,8 +22,10 @@ std::optional<EntityReference> readReference(std::string_view text) {
   if (colon == std::string_view::npos || colon + 1 == text.size() || !isReference(text))
     return std::nullopt;
   const auto browser = targets::findTargetContext(text.substr(0, colon));
+  // The frontmost browser may be another one later, so a reference names its browser.
   if (!browser || *browser == engine::frontmostTargetContext())
     return std::nullopt;
+  // With the full id, even where the text has the browser's short name.
   return EntityReference{*browser, browser->id + std::string(text.substr(colon))};
 }
 

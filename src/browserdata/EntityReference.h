@@ -10,6 +10,7 @@ namespace tabwright::browserdata {
 
 /// The ids that name a tab or window.
 struct EntityReference {
+  /// The browser, always one in particular: a reference to the frontmost one is none.
   engine::TargetContext targetContext;
   std::string fullID; ///< begins with the context's id
 };

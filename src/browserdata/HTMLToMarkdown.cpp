@@ -1,4 +1,6 @@
-// Parse, clean, walk, tidy, in this order. The walk's rules are in markdown/.
+// Parse, clean, walk, tidy, in this order. The walk's rules are in markdown/. Tidying comes last and knows no rule: it
+// sees lines only, so white space that the page put before a line goes whatever element it came from, and the blank
+// lines that neighbouring rules both asked for become one gap.
 #include "browserdata/HTMLToMarkdown.h"
 
 #include "browserdata/CustomSoupWhitelist.h"
@@ -77,6 +79,7 @@ std::string tidied(std::string_view text, std::string_view lineSeparator, std::s
   std::string lines;
   lines.reserve(text.size());
   while (true) {
+    // Without a separator the text is one line.
     const std::size_t end = lineSeparator.empty() ? std::string_view::npos : text.find(lineSeparator);
     appendTidied(lines, text.substr(0, end));
     if (end == std::string_view::npos)
@@ -98,10 +101,12 @@ platform::FailureIdentity identity(HTMLToMarkdownError error) {
 }
 
 std::string HTMLToMarkdown::convert() const {
+  // The walk's pieces are bounded, as nested quotes and wide tables write more than the page holds.
   constexpr std::size_t roomAnyway = std::size_t{16} << 20;
   constexpr std::size_t roomPerByte = 64;
   MarkdownPieces pieces(roomAnyway + roomPerByte * html.size());
   {
+    // In a scope of its own: the tree goes before the text is made, so the two are never held together.
     const html::Document clean = html::Cleaner({}, CustomSoupWhitelist::list()).clean(parse(html));
     MarkdownWalk(pieces, lineSeparator, paragraphSeparator).add(clean.root(), {});
   }

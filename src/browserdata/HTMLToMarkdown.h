@@ -11,6 +11,7 @@ enum class HTMLToMarkdownError {
   unexpectedNode,   ///< the detail is the name of a node that can't stand where it does, in a table
   unprocessableHTML ///< the parser refused the text, or the Markdown would be out of all proportion to it
 };
+/// The sentence in English; `detail` is used by `unexpectedNode` alone.
 std::string errorDescription(HTMLToMarkdownError error, const std::string& detail);
 platform::FailureIdentity identity(HTMLToMarkdownError error);
 
@@ -24,7 +25,9 @@ platform::FailureIdentity identity(HTMLToMarkdownError error);
 /// and the result is not trimmed. Nested items are indented by four blanks for their first level and a tab for each
 /// further one, which every reader of Markdown takes for levels.
 struct HTMLToMarkdown {
+  /// UTF-8; a whole page or any fragment.
   std::string html;
+  /// Ends each line of the result. The paragraph's separator stands between blocks, and in place of wider gaps.
   std::string lineSeparator = "\n";
   std::string paragraphSeparator = "\n\n";
 

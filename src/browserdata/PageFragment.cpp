@@ -36,6 +36,7 @@ bool beginsInsideTable(std::string_view html) {
 
 html::Document parseFragment(std::string_view html) {
   if (beginsInsideTable(html))
+    // No end tag is needed: the end of the text closes the table.
     return html::Document::parse("<table>" + std::string(html));
   return html::Document::parse(html);
 }

@@ -1,4 +1,5 @@
-// The text comes first, as it finds out which lists the part before it has to declare.
+// The text comes first, as it finds out which lists the part before it has to declare. The three parts are of
+// `DocumentFrame.cpp` (fonts, colours, styles), `ListTable.cpp` and `PageWalk.cpp`.
 #include "browserdata/RichText.h"
 
 #include "browserdata/richtext/DocumentFrame.h"

@@ -22,6 +22,7 @@ TerminalFacts terminalFacts() {
   facts.isInput = ::isatty(STDIN_FILENO) == 1;
   facts.isOutput = ::isatty(STDOUT_FILENO) == 1;
   facts.isError = ::isatty(STDERR_FILENO) == 1;
+  // Output may go into a pipe while questions are shown on standard error.
   winsize size{};
   for (const int descriptor : {STDOUT_FILENO, STDERR_FILENO}) {
     if (::ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
@@ -38,6 +39,7 @@ std::optional<std::string> askAtTerminal(const std::string& question) {
   static_cast<void>(writeText(STDERR_FILENO, question + " "));
   std::string line;
   for (;;) {
+    // A byte at a time: what stands behind the line is left to the next question, or the next program.
     char character = 0;
     const ssize_t count = ::read(STDIN_FILENO, &character, 1);
     if (count < 0 && errno == EINTR)
@@ -74,6 +76,7 @@ FileContent readContent(const std::string& file) {
   }
   if (!isStandardInput)
     ::close(descriptor);
+  // JSON can carry no other bytes.
   if (!result.refused && !isUTF8(result.content))
     return {.content = {}, .refused = "read", .errorNumber = EILSEQ};
   return result;

@@ -7,7 +7,7 @@ namespace tabwright::client {
 
 /// All that the host leaves to the process that called it: its terminal, its files, its standard streams.
 
-/// The facts of the terminal that the host needs.
+/// The facts of the terminal that the host needs. Each stream may be one or none, by itself.
 struct TerminalFacts {
   bool isInput = false;  ///< standard input is one: there is somebody to ask
   bool isOutput = false; ///< standard output is one
@@ -16,8 +16,8 @@ struct TerminalFacts {
 };
 [[nodiscard]] TerminalFacts terminalFacts();
 
-/// Asks the person at the terminal and yields the line typed; nothing when standard input is no terminal or has ended.
-/// Blocks.
+/// Asks the person at the terminal and yields the line typed, without its line feed, as the bytes that came; nothing
+/// when standard input is no terminal or has ended. Blocks.
 [[nodiscard]] std::optional<std::string> askAtTerminal(const std::string& question);
 
 /// The whole of a file or stream that was read, or what was refused.

@@ -1,5 +1,6 @@
 // One request goes out; then lines come in until its answer is among them. Everything happens in this one thread: while
-// the user is asked nothing else is waited for.
+// the user is asked nothing else is waited for. Only the time until the action begins is bounded, and only up to there
+// may a lost connection be tried again.
 #include "client/HostConversation.h"
 
 #include "client/CallerSide.h"
@@ -50,6 +51,7 @@ public:
         searched_ = 0;
         return line;
       }
+      // A long line comes in many pieces: none of them is searched twice.
       searched_ = text_.size();
       if (!receive(deadline, waiting))
         return std::nullopt;
@@ -60,6 +62,7 @@ public:
 private:
   bool receive(std::optional<Clock::time_point> deadline, WaitingLine* waiting) {
     static char buffer[65536];
+    // The wait is cut in two, by the moment when the line is due.
     if (waiting && !waiting->isShown() && !isReadable(Clock::now() + waiting->left()))
       waiting->showIfDue();
     if (deadline && !isReadable(*deadline)) {
@@ -113,6 +116,7 @@ json::object runRequest(const std::vector<std::string>& words) {
   json::object parameters{
       {"version", TABWRIGHT_VERSION},
       {"arguments", json::array(words.begin(), words.end())},
+      // JSON can't carry a path that is no UTF-8.
       {"directory", ::getcwd(directory, sizeof directory) && isUTF8(directory) ? directory : "/"},
       {"terminal", {{"input", terminal.isInput}, {"output", terminal.isOutput}, {"width", terminal.width}}},
   };
@@ -127,6 +131,7 @@ std::string textOf(const json::object& object, std::string_view name) {
 json::value answerTo(const std::string& method, const json::object& params) {
   if (method == protocol::ask) {
     const std::optional<std::string> answer = askAtTerminal(textOf(params, "question"));
+    // A line that can't be sent counts as none.
     if (answer && isUTF8(*answer))
       return {{"answer", *answer}};
     return {{"answer", nullptr}};
@@ -155,6 +160,7 @@ bool answer(int socket, const json::object& request) {
   if (method == protocol::ask || method == protocol::read) {
     reply["result"] = answerTo(method, paramsOf(request));
   } else {
+    // “Method not found” of JSON-RPC: else the host would wait for an answer.
     reply["error"] = {{"code", -32601}, {"message", "There is no method " + method + "."}};
   }
   return send(socket, reply);
@@ -175,6 +181,7 @@ RunOutcome outcomeOf(const json::object& message) {
   outcome.kind = RunOutcome::Kind::refused;
   if (error && error->is_object()) {
     const json::value* code = error->get_object().if_contains("code");
+    // The one error behind which another host is to be asked.
     if (code && code->is_int64() && code->get_int64() == protocol::leavingError)
       outcome.kind = RunOutcome::Kind::notStarted;
     outcome.error = textOf(error->get_object(), "message");
@@ -195,6 +202,7 @@ RunOutcome runThroughHost(int socket, const std::vector<std::string>& words, con
     return outcome;
   };
 
+  // Nothing is run without a whole request, so another host may be asked.
   if (!send(socket, runRequest(words)))
     return endedBy(Lines::Ended::closed);
   Lines lines(socket);
@@ -207,6 +215,7 @@ RunOutcome runThroughHost(int socket, const std::vector<std::string>& words, con
     boost::system::error_code error;
     const json::value message = json::parse(*line, error);
     const json::object* object = error ? nullptr : message.if_object();
+    // Passed over, not refused: the answer may still come behind it.
     if (!object)
       continue;
     if (waiting)
@@ -216,6 +225,7 @@ RunOutcome runThroughHost(int socket, const std::vector<std::string>& words, con
     const std::string method = textOf(*object, "method");
     if (method == protocol::started) {
       hasStarted = true;
+      // No longer the host is waited for, but the action.
       waiting = waitingLineAtTerminal(joined(words));
     } else if (method == protocol::print) {
       const json::object params = paramsOf(*object);

@@ -15,6 +15,8 @@ struct RunOutcome {
     unresponsive, ///< the host didn't begin in time
     refused,      ///< the host didn't take the request; `error` says why
   };
+  /// Texts of `done` are for the two standard streams, each perhaps empty. Nothing but `error` counts for `refused`,
+  /// and nothing at all for the others.
   Kind kind = Kind::done;
   std::string output;
   std::string error;

@@ -74,6 +74,7 @@ std::string hostIdentity(const std::string& programPath) {
     const char* value = std::getenv(name);
     hash.add(value ? std::string_view(value) : std::string_view("\xff", 1)); // which no variable set is likely to be
   }
+  // umask(2) tells the mask only by changing it; this process has one thread, which puts it back.
   const mode_t mask = ::umask(077);
   ::umask(mask);
   hash.add(std::to_string(mask));

@@ -40,6 +40,7 @@ std::string hostProgram(const std::string& programPath) {
   const std::string folder = folderOf(programPath);
   const std::string beside = folder + "/" + handover::program;
   const std::string installed = folderOf(folder) + "/libexec/tabwright/" + handover::program;
+  // Beside the client first: a build that isn't installed has its own.
   for (const std::string& place : {beside, installed}) {
     if (::access(place.c_str(), X_OK) == 0)
       return place;
@@ -71,6 +72,7 @@ void startHost(const std::string& hostProgram, const std::string& socketPath, in
 
   posix_spawnattr_t attributes;
   posix_spawnattr_init(&attributes);
+  // Signals that are ignored or blocked here stay so in a spawned program, and SIGPIPE is ignored.
   sigset_t signals;
   sigfillset(&signals);
   posix_spawnattr_setsigdefault(&attributes, &signals);

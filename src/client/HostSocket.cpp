@@ -60,6 +60,7 @@ int makeSocket() {
 sockaddr_un addressOf(const std::string& path) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
+  // Room for 107 bytes: the short path, through the folder's descriptor, always fits.
   path.copy(address.sun_path, sizeof address.sun_path - 1);
   return address;
 }
@@ -82,6 +83,7 @@ int tryToConnect(const RuntimeFolder& folder, const std::string& name) {
   ::setsockopt(socket.number(), SOL_SOCKET, SO_SNDTIMEO, &sendPatience, sizeof sendPatience); // connecting counts
   const sockaddr_un address = addressOf(folder.shortPathOf(name));
   if (::connect(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+    // Anything else won't change by trying again, such as a folder that can't be read.
     if (!isNobodyThere(errno))
       throw refused("Connecting to", folder.pathOf(name), errno);
     return -1;
@@ -100,6 +102,7 @@ int tryToLock(const RuntimeFolder& folder, const std::string& name) {
       throw refused("Locking", folder.pathOf(name), errno);
     return -1;
   }
+  // A host that ended in between has removed the file: the lock on it would lock nobody out.
   return session::isStillAt(folder.descriptor(), name, lock.number()) ? lock.release() : -1;
 }
 
@@ -118,12 +121,15 @@ int listenAt(const RuntimeFolder& folder, const std::string& name) {
 int connectToHost(const RuntimeFolder& folder, const std::string& identity, const std::string& programPath) {
   const std::string socketName = identity + handover::socketEnding;
   const auto deadline = std::chrono::steady_clock::now() + connectPatience;
+  // Short at first: a host that is about to leave, or another caller about to make the socket, takes a moment.
   for (Milliseconds pause{1};; pause = std::min(pause * 2, longestPause)) {
     if (const int connected = tryToConnect(folder, socketName); connected >= 0)
       return connected;
     if (const Descriptor lock(tryToLock(folder, identity + handover::lockEnding)); lock.number() >= 0) {
+      // Looked for before there is a socket: nobody is to connect to one that will never be served.
       const std::string program = hostProgram(programPath);
       const Descriptor listening(listenAt(folder, socketName));
+      // The socket listens already, so callers can connect while the host is still on its way.
       startHost(program, folder.pathOf(socketName), listening.number(), lock.number());
       if (const int connected = tryToConnect(folder, socketName); connected >= 0)
         return connected;

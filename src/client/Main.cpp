@@ -1,5 +1,6 @@
 // `tabwright`: a process that lives for milliseconds. `run` goes to the background host over its socket; everything
-// else is done by the full program, which this one becomes.
+// else is done by the full program, which this one becomes. Where no host can be had a run is done by that program,
+// too: nothing has been run by then, so no action happens twice.
 #include "client/CallerSide.h"
 #include "client/HostConversation.h"
 #include "client/HostIdentity.h"
@@ -30,6 +31,7 @@ namespace tabwright::client {
 namespace {
 
 constexpr int exitInterrupted = 130;
+// A host that ends before it begins, time and again, has a reason that no further attempt mends.
 constexpr int attempts = 5;
 
 void say(std::string_view sentence) {
@@ -88,6 +90,7 @@ struct OutputLost {
 };
 
 void print(const std::string& output, const std::string& error) {
+  // The error's text comes out even where the output doesn't.
   const int lost = writeText(STDOUT_FILENO, output);
   static_cast<void>(writeText(STDERR_FILENO, error));
   if (lost != 0)
@@ -123,6 +126,7 @@ int run(const std::string& program, const std::vector<std::string>& words) {
   const RuntimeFolder folder;
   const std::string identity = hostIdentity(program);
   endOnInterrupt();
+  // Also for what goes wrong on the way to the host and back.
   const bool isJson = std::ranges::count(words, runWords::json.word) > 0;
   try {
     RunOutcome outcome;
@@ -130,6 +134,7 @@ int run(const std::string& program, const std::vector<std::string>& words) {
       const int socket = connectToHost(folder, identity, program);
       outcome = runThroughHost(socket, words, print);
       ::close(socket);
+      // A host may be leaving just as it is called. Nothing has been run then, and the next one may be asked.
       if (outcome.kind != RunOutcome::Kind::notStarted)
         break;
     }

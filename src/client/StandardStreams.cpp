@@ -11,6 +11,8 @@
 namespace tabwright::client {
 
 void occupyClosedStreams() {
+  // In this order each is the lowest free number when its turn comes. They are opened the wrong way round, so that
+  // reading and writing fail as before.
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (::fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) // the lowest free number, so the one that open gives
       static_cast<void>(::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY));
@@ -39,6 +41,7 @@ std::string notWritten(int errorNumber) {
 
 void endByBrokenPipe() {
   std::signal(SIGPIPE, SIG_DFL);
+  // A caller may have left the signal blocked, and raising it would do nothing then.
   sigset_t signals;
   sigemptyset(&signals);
   sigaddset(&signals, SIGPIPE);

@@ -12,7 +12,8 @@ namespace tabwright::client {
 /// goes on failing. Called before anything is opened.
 void occupyClosedStreams();
 
-/// Writes all of a text to a descriptor as it stands. Yields 0, or the errno value of what failed.
+/// Writes all of a text to a descriptor as it stands, and blocks until it is taken. Yields 0, or the errno value of
+/// what failed; part of the text may have gone out then.
 [[nodiscard]] int writeAll(int descriptor, std::string_view text);
 
 /// The same, as `terminalText` where the descriptor is a terminal.

@@ -33,6 +33,7 @@ std::string terminalText(std::string_view text) {
   for (std::size_t at = 0; at < text.size();) {
     const UTF8Character character = characterAt(text, at);
     if (character.length == 0) {
+      // One byte at a time, as the next one may begin a character.
       result += "\uFFFD";
       ++at;
       continue;

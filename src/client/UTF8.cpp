@@ -4,6 +4,8 @@ namespace tabwright::client {
 
 UTF8Character characterAt(std::string_view text, std::size_t index) {
   const auto first = static_cast<unsigned char>(text[index]);
+  // By Unicode's table of well-formed sequences: 0xC0 and 0xC1 would begin characters written too long, and those from
+  // 0xF5 on ones beyond U+10FFFF.
   const std::size_t length = first < 0x80   ? 1
                              : first < 0xC2 ? 0
                              : first < 0xE0 ? 2

@@ -1,3 +1,6 @@
+// The line ends in a carriage return and has no line feed: the cursor waits at its start, so whatever comes next, such
+// as the log, overwrites it, and taking it away needs no count of its cells. It must not wrap for that, so widths are
+// estimated on the high side: no table of Unicode's properties is at hand in the client.
 #include "client/WaitingLine.h"
 
 #include "client/CallerSide.h"
@@ -23,6 +26,7 @@ std::string shortened(const std::string& what, std::size_t width) {
     cells += character.point < 0x300 ? 1 : 2;
     if (cells + 1 > width)
       return line + "…";
+    // The two controls that `terminalText` lets through.
     line += character.point == '\n' || character.point == '\t' ? " " : what.substr(at, character.length);
     at += std::max<std::size_t>(character.length, 1);
   }

@@ -8,7 +8,8 @@
 namespace tabwright::client {
 
 /// One line that tells a person at a terminal what a command waits for, once it has waited for two seconds. It is
-/// erased before anything else is written.
+/// erased before anything else is written. It doesn't wake up by itself: whoever waits asks it for the time. On one
+/// thread.
 ///
 ///     WaitingLine line("ClickElement", now, write, 80);
 ///     ... wait for line.left(), then line.showIfDue() ...
@@ -27,6 +28,7 @@ public:
   /// The time until the line is due; zero when it stands there, and the whole two seconds while it is held.
   [[nodiscard]] std::chrono::milliseconds left() const;
   [[nodiscard]] bool isShown() const { return isShown_; }
+  /// Nothing before the two seconds are over, while it is held, or when it stands there.
   void showIfDue();
 
   /// Takes the line away, and begins to wait anew.

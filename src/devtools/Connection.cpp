@@ -1,3 +1,7 @@
+// One thread runs an I/O context with one websocket: it reads message after message, hands answers to their waiting
+// calls by id and events to the listener of their session, and writes what callers have queued. Callers only take a
+// mutex, so a call costs two hand-overs between threads. Whatever goes wrong on the channel ends in `lose`, which fails
+// all that wait.
 #include "devtools/Connection.h"
 
 #include "devtools/Waiting.h"
@@ -25,11 +29,6 @@
 #include <unordered_map>
 #include <utility>
 
-// One thread runs an I/O context with one websocket: it reads message after message, hands answers to their waiting
-// calls by id and events to the listener of their session, and writes what callers have queued. Callers only take a
-// mutex, so a call costs two hand-overs between threads. Whatever goes wrong on the channel ends in `lose`, which fails
-// all that wait.
-
 namespace tabwright::devtools {
 
 namespace asio = boost::asio;
@@ -43,6 +42,7 @@ class Connection::Channel {
 public:
   explicit Channel(Bounds bounds) : bounds_(bounds), socket_(context_), work_(context_.get_executor()) {}
 
+  // For a channel whose `open` has thrown: its thread is joined in any case.
   ~Channel() { close(); }
 
   void open(const Endpoint& endpoint, const platform::CallLimits& limits) {
@@ -53,6 +53,7 @@ public:
     try {
       static_cast<void>(opening->await(patience));
     } catch (const DevToolsFailure& failure) {
+      // Only the bound of silence passed, not the caller's deadline: the browser is frozen, and the caller is told so.
       if (failure.kind() != DevToolsFault::timedOut || patience.deadline == limits.deadline)
         throw;
       throw silent();
@@ -76,6 +77,7 @@ public:
     message["params"] = std::move(parameters);
     if (!session.empty())
       message["sessionId"] = session;
+    // Serialised outside the lock, so that a long message of one caller holds no other up.
     std::string text = boost::json::serialize(message);
     if (text.size() > bounds_.sent) {
       pending->fail(DevToolsFault::refused, fmt::format("{}: a message of {} bytes is too large", method, text.size()));
@@ -91,6 +93,7 @@ public:
     waiting_[id] = {pending, Clock::now()};
     if (!std::exchange(isWatched_, true))
       asio::post(context_, [this] { watch(); });
+    // The message under way stays at the front until it is out, so an empty queue means that nobody is writing.
     const bool isIdle = queue_.empty();
     queue_.push_back(std::move(text));
     if (isIdle)
@@ -119,6 +122,7 @@ public:
 
 private:
   struct Sent {
+    // Weak: a caller that drops its call has given up on the answer.
     std::weak_ptr<PendingCall> call;
     Clock::time_point at;
   };
@@ -153,6 +157,7 @@ private:
       socket_.next_layer().set_option(tcp::no_delay(true), error);
       socket_.read_message_max(bounds_.received);
       socket_.write_buffer_bytes(std::size_t{64} << 10);
+      // A call goes out as one frame, and up to the buffer's length in one write.
       socket_.auto_fragment(false);
       socket_.text(true);
       const std::string host = fmt::format("127.0.0.1:{}", endpoint.port);
@@ -181,11 +186,13 @@ private:
       received_.fetch_add(1);
       const auto bytes = buffer_.cdata();
       try {
+        // Listeners run in here too: an event of another shape than they read is no message of the protocol either.
         dispatch(parseMessage({static_cast<const char*>(bytes.data()), bytes.size()}));
       } catch (const std::exception& unreadable) {
         return lose(fmt::format("it sent what is not a message of the protocol ({})", unreadable.what()));
       }
       buffer_.clear();
+      // A snapshot of a huge page would otherwise keep its memory for the rest of the connection's life.
       constexpr std::size_t usual = std::size_t{1} << 20;
       if (buffer_.capacity() > usual)
         buffer_.shrink_to_fit();
@@ -209,7 +216,9 @@ private:
     static const boost::json::value none = boost::json::object();
     const auto method = fields.require<std::string>("method");
     const Event event{method, fields.find<JSONReader>("params").value_or(JSONReader(none))};
+    // Proves the shape here, where a mismatch ends the connection, rather than in whichever listener reads it first.
     static_cast<void>(event.parameters.object());
+    // The browser sends this event to the parent of the session that ended, and names that one in the parameters.
     const JSONReader& addressed = method == "Target.detachedFromTarget" ? event.parameters : fields;
     report(addressed.find<std::string>("sessionId").value_or(""), event);
   }
@@ -230,6 +239,7 @@ private:
     {
       const platform::MutexLock lock(mutex_);
       const auto found = waiting_.find(id);
+      // The answer to a call that was failed as unanswered, or dropped as abandoned.
       if (found == waiting_.end())
         return;
       pending = found->second.call.lock();
@@ -246,6 +256,8 @@ private:
       const auto found = listeners_.find(session);
       if (found == listeners_.end())
         return;
+      // Shared, so that it may be replaced or taken away while it runs, and run without the lock, since it may make
+      // calls.
       listener = found->second;
     }
     (*listener)(event);
@@ -274,6 +286,7 @@ private:
   }
 
   void judge() {
+    // Ended by an answer or by a loss: neither is silence.
     if (question_->hasEnded())
       return watch();
     Waiting waiting;

@@ -19,8 +19,11 @@
 namespace tabwright::devtools {
 
 /// Something that the browser reported of its own accord.
+/// Handed to the listener of its session. Both members are views of the message, which lives until the listener
+/// returns.
 struct Event {
   std::string_view method; ///< such as "Page.javascriptDialogOpening"
+  /// An object, empty where the event has none.
   platform::JSONReader parameters;
 };
 
@@ -45,6 +48,7 @@ struct Traffic {
 class Connection {
 public:
   /// The bounds of a connection.
+  /// A message is held in memory as a whole, so its size is bounded in both directions. Tests make all of them small.
   struct Bounds {
     std::size_t received = std::size_t{512}
                            << 20; ///< bytes of the largest message taken; a larger one breaks the connection
@@ -55,9 +59,13 @@ public:
     std::chrono::milliseconds silence = std::chrono::seconds(5);
   };
 
-  /// Connects, and shakes hands. Throws DevToolsFailure: unreachable, notAnswering, timedOut, stopped.
+  /// Connects, and shakes hands. Throws DevToolsFailure: unreachable, notAnswering, timedOut, stopped; lost when this
+  /// process has run short of something, which says nothing about the browser.
   static std::shared_ptr<Connection> open(const Endpoint& endpoint, const platform::CallLimits& limits);
+  /// The same with other bounds. Limits without a deadline get that of `Bounds::call`; a browser that takes the
+  /// connection and says nothing is `notAnswering` after `Bounds::silence`.
   static std::shared_ptr<Connection> open(const Endpoint& endpoint, const platform::CallLimits& limits, Bounds bounds);
+  /// Ends the thread: calls under way fail with `lost`, and no listener runs any more when this returns.
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
@@ -73,17 +81,22 @@ public:
   /// Registers the listener of a session's events, in place of an earlier one. The event Target.detachedFromTarget goes
   /// to the session that it speaks of. Events of sessions without listener are dropped.
   void listen(const std::string& session, std::function<void(const Event&)> listener);
+  /// Further events of the session are dropped. One that is being handed over may still reach the listener after this
+  /// returns, so a listener holds what it needs itself, or weakly. Without a listener nothing happens.
   void stopListening(const std::string& session);
 
   /// True while calls can be expected to get through. Once false, false for ever.
   [[nodiscard]] bool isOpen() const;
+  /// The counts of this moment; each is exact, but the two may be of different moments.
   [[nodiscard]] Traffic traffic() const;
   /// Waits until the browser has answered anything, unless it has sent something lately: for commands that a browser
   /// that is frozen must not find in its way when it goes on. Throws DevToolsFailure.
   void requireAnswer(const platform::CallLimits& limits);
+  /// As given to `open`; they stay for the connection's life.
   [[nodiscard]] const Bounds& bounds() const;
 
 private:
+  /// The socket, its thread and the calls that wait, so that this header knows nothing of Asio.
   class Channel;
   explicit Connection(std::unique_ptr<Channel> channel);
   std::unique_ptr<Channel> channel_;

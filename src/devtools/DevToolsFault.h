@@ -19,9 +19,12 @@ enum class DevToolsFault {
   dialogOpen,    ///< the page shows a dialog, and answers nothing until it is closed. detail: its text
 };
 
+/// The sentence of a case, in English, with `detail` put in where the case carries one.
 [[nodiscard]] std::string errorDescription(DevToolsFault fault, const std::string& detail);
+/// The stable name and the class of a case; those that concern the whole browser are of the class `unreachable`.
 [[nodiscard]] platform::FailureIdentity identity(DevToolsFault fault);
 
+/// The thrown value: `throw platform::failure(DevToolsFault::lost, reason)`.
 using DevToolsFailure = platform::CatalogueFailure<DevToolsFault>;
 
 /// True when nothing else that is asked of the browser now would fare better.

@@ -1,3 +1,6 @@
+// The file is checked from the outside in: a regular file of the right user, then its exact text, then the socket that
+// listens at its port. All must hold before a byte is sent to that port, since the file may be left over or planted,
+// and whoever listens there would be taken for the browser.
 #include "devtools/Discovery.h"
 
 #include "platform/FileFailure.h"
@@ -39,6 +42,7 @@ bool isUUID(std::string_view text) {
 
 /// The file's text, read from one descriptor, so that what was checked is what is read.
 std::expected<std::string, DiscoveryFailure> readTrusted(const std::filesystem::path& file, uid_t owner) {
+  // A link in the file's place is not followed, and a FIFO there doesn't hold the caller up.
   const int descriptor = ::open(file.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
   if (descriptor < 0) {
     const int error = errno;
@@ -50,6 +54,7 @@ std::expected<std::string, DiscoveryFailure> readTrusted(const std::filesystem::
     return fault(error == ELOOP ? DiscoveryFault::untrusted : DiscoveryFault::unreadable, detail);
   }
   struct stat status{};
+  // A port and a path are 60 bytes or so; of a longer file the rest need not be read to find it malformed.
   std::array<char, 256> buffer{};
   const bool isKnown = ::fstat(descriptor, &status) == 0;
   const ssize_t size = isKnown && S_ISREG(status.st_mode) ? ::read(descriptor, buffer.data(), buffer.size()) : 0;
@@ -76,6 +81,7 @@ std::expected<Endpoint, DiscoveryFailure> parseActivePort(std::string_view text)
   const std::string_view digits = text.substr(0, newline);
   std::uint16_t port = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), port);
+  // from_chars takes 0 and leading zeros, which no browser writes.
   if (error != std::errc{} || end != digits.data() + digits.size() || digits.starts_with('0'))
     return fault(DiscoveryFault::malformed, "the first line is not a port");
 

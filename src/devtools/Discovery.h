@@ -16,6 +16,7 @@ struct Endpoint {
   friend bool operator==(const Endpoint&, const Endpoint&) = default;
 };
 
+/// The reasons why a running browser can't be reached through its profile.
 enum class DiscoveryFault {
   absent,          ///< the profile has no DevToolsActivePort: remote debugging is off
   unreadable,      ///< it is there, but can't be read
@@ -25,6 +26,7 @@ enum class DiscoveryFault {
   foreignListener, ///< another process than the browser listens there
 };
 
+/// Returned rather than thrown, since a profile without an endpoint is an ordinary find.
 struct DiscoveryFailure {
   DiscoveryFault fault;
   std::string detail; ///< the file and what is wrong with it, for the log

@@ -1,3 +1,6 @@
+// A count in place of a flag: departures only go up, and each way of settling them says up to which count it settles.
+// So a navigation that begins while an earlier one is being waited for isn't taken for settled together with it. Events
+// of frames within the page are passed over, since a navigation there leaves the page where it is.
 #include "devtools/PageProgress.h"
 
 #include <algorithm>
@@ -60,13 +63,17 @@ bool PageProgress::take(const Event& event) {
 
 void PageProgress::takeDocument(const Event& event) {
   const auto frame = event.parameters.require<platform::JSONReader>("frame");
+  // Only frames within another one have a parent.
   if (frame.object().contains("parentId"))
     return;
+  // It need not stay that of the target.
   mainFrame_ = frame.require<std::string>("id");
+  // A page from the back/forward cache was parsed when it was left: no further event tells of its end.
   const bool isRestored = textOf(event.parameters, "type") == "BackForwardCacheRestore";
   isParsed_ = isRestored;
   isErrorPage_ = frame.object().contains("unreachableUrl");
   knowsDocument_ = true;
+  // A document of an earlier navigation may still arrive after a later one has begun; it settles nothing.
   if (isRestored || textOf(frame, "loaderId") == loader_) {
     isUnderWay_ = false;
     settled_ = std::max(settled_, begunAt_);

@@ -36,12 +36,15 @@ public:
   /// Nobody waits for the end of this document any longer.
   void countAsParsed() { isParsed_ = true; }
 
+  /// The count so far, to be remembered when a call is sent and handed to `answered` when the page has answered it.
   [[nodiscard]] std::uint64_t departures() const { return departures_; }
   /// True while a navigation has begun whose end has not been reported.
   [[nodiscard]] bool isUnderWay() const { return isUnderWay_; }
   /// The address that the last navigation has begun with.
   [[nodiscard]] const std::string& destination() const { return destination_; }
+  /// True once the shown document is parsed to its end (DOMContentLoaded), or was counted so.
   [[nodiscard]] bool isParsed() const { return isParsed_; }
+  /// True when no departure is open: each has led to a document, or the page has answered since.
   [[nodiscard]] bool isSettled() const { return settled_ == departures_ && !isUnderWay_; }
   /// True when the document is the browser's own, in place of one that could not be loaded.
   [[nodiscard]] bool isErrorPage() const { return isErrorPage_; }

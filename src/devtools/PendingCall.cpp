@@ -1,3 +1,4 @@
+// One mutex and one condition: an ending is written once, and whoever waits looks for either kind of it.
 #include "devtools/PendingCall.h"
 
 #include <fmt/core.h>
@@ -17,6 +18,7 @@ void PendingCall::awaitEnd(const platform::CallLimits& limits) {
   const auto hasEnded = [this]() REQUIRES(mutex_) { return answer_.has_value() || failure_.has_value(); };
   if (limits.wait(ended_, lock, hasEnded))
     return;
+  // A stop is told from a deadline even where both have come: it is the one that somebody asked for.
   if (limits.stop.stop_requested())
     throw platform::failure(DevToolsFault::stopped);
   throw platform::failure(DevToolsFault::timedOut, method_);
@@ -31,6 +33,7 @@ boost::json::value PendingCall::result(const platform::CallLimits& limits) {
 
 std::optional<PendingCall::Answer> PendingCall::answer() {
   const platform::MutexLock lock(mutex_);
+  // Failures of the other kinds come of the page's state, which the session tells by itself.
   if (failure_ && concernsBrowser(*failure_))
     throw *failure_;
   return answer_;
@@ -60,6 +63,7 @@ void PendingCall::complete(Answer answer) {
   ended_.notify_all();
 }
 
+// The first ending counts: an answer that comes after a dialog was reported is no answer to whoever was told of that.
 void PendingCall::fail(DevToolsFault fault, std::string detail) {
   const platform::MutexLock lock(mutex_);
   if (!answer_ && !failure_)

@@ -30,6 +30,7 @@ public:
   /// The result is an object.
   using Answer = std::expected<boost::json::value, ProtocolError>;
 
+  /// `method` is named in the failures of a wait that ends in vain.
   explicit PendingCall(std::string method) : method_(std::move(method)) {}
 
   /// Blocks until the call ends; yields the result, or the error that the browser answered with. To be called once.
@@ -54,7 +55,9 @@ public:
   /// True when waiting would return at once.
   [[nodiscard]] bool hasEnded();
 
+  /// Ends the call with the browser's answer and wakes all who wait. Called by the connection.
   void complete(Answer answer);
+  /// Ends the call without an answer; `detail` is what that case of `DevToolsFault` carries.
   void fail(DevToolsFault fault, std::string detail = {});
 
 private:

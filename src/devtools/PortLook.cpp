@@ -1,3 +1,6 @@
+// A plain socket that never blocks, under one deadline for connecting and for the first five bytes. A websocket would
+// have the browser make a session, or ask its user for permission; the question that is asked here it answers by
+// itself.
 #include "devtools/PortLook.h"
 
 #include "platform/linux/FileDescriptor.h"
@@ -22,6 +25,7 @@ bool isReadyFor(short events, int socket, Clock::time_point deadline) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
     pollfd wanted{.fd = socket, .events = events, .revents = 0};
     const int ready = ::poll(&wanted, 1, left > 0 ? static_cast<int>(left) : 0);
+    // A signal isn't the other side's silence: the wait goes on for the time that is left.
     if (ready >= 0 || errno != EINTR)
       return ready > 0;
   }
@@ -45,6 +49,7 @@ PortAnswer lookAtPort(std::uint16_t port, std::chrono::milliseconds patience) {
       fmt::format("GET /json/version HTTP/1.1\r\nHost: 127.0.0.1:{}\r\nConnection: close\r\n\r\n", port);
   if (!isReadyFor(POLLOUT, socket.number(), deadline))
     return PortAnswer::silence;
+  // A refused connection comes out here: its socket counts as writable, and sending gives the error.
   if (::send(socket.number(), question.data(), question.size(), MSG_NOSIGNAL) < 0)
     return PortAnswer::other;
   constexpr std::string_view mark = "HTTP/";

@@ -14,6 +14,8 @@ enum class PortAnswer {
 
 /// Asks at 127.0.0.1 for /json/version, which costs a browser nothing, opens no session and asks its user nothing.
 /// Takes no longer than `patience`.
+/// Blocks, from any thread, and never throws for the other side's sake. The answer says nothing about who listens: that
+/// is for `Discovery` to find out.
 [[nodiscard]] PortAnswer lookAtPort(std::uint16_t port, std::chrono::milliseconds patience);
 
 } // namespace tabwright::devtools

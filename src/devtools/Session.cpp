@@ -1,3 +1,6 @@
+// The session's state says why the page would not answer now. Events change it on the connection's thread and fail the
+// calls under way; a new call looks at it under the same mutex that it is registered under, so none slips between.
+// The state is shared with the listener, which holds it weakly, so events need no session that lives.
 #include "devtools/Session.h"
 
 #include "devtools/PageProgress.h"
@@ -11,9 +14,6 @@
 #include <condition_variable>
 #include <vector>
 
-// The session's state says why the page would not answer now. Events change it on the connection's thread and fail the
-// calls under way; a new call looks at it under the same mutex that it is registered under, so none slips between.
-
 namespace tabwright::devtools {
 
 using platform::JSONReader;
@@ -26,6 +26,7 @@ boost::json::value valueIn(boost::json::value& answer) {
   const auto type = remote.find<std::string>("type");
   if (type == "function" || type == "symbol")
     return nullptr;
+  // The protocol gives minus zero, NaN, infinities and big integers as a text; only the first has a JSON number.
   if (remote.find<std::string>("unserializableValue") == "-0")
     return 0;
   return remote.object().contains("value") ? std::move(answer.at("result").at("value")) : boost::json::value(nullptr);
@@ -97,6 +98,7 @@ struct Session::State {
   }
 
   void failPageCalls() REQUIRES(mutex) {
+    // Set by the event that led here, so there is always one.
     const std::optional<DevToolsFailure> why = obstacle();
     for (const std::weak_ptr<PendingCall>& call : pageCalls) {
       if (const std::shared_ptr<PendingCall> pending = call.lock())
@@ -114,6 +116,7 @@ struct Session::State {
       if (event.parameters.require<std::string>("name") != bindingName || !bindingListener)
         return;
       const auto listener = bindingListener;
+      // The listener may make calls of this session, which take the same lock.
       lock.unlock();
       listener(event.parameters.require<std::string>("payload"));
     } else if (event.method == "Page.javascriptDialogOpening") {
@@ -141,6 +144,7 @@ std::shared_ptr<Session> Session::attach(std::shared_ptr<Connection> connection,
   const boost::json::value reply =
       connection->call("Target.attachToTarget", {{"targetId", targetID}, {"flatten", true}}, {}, limits);
   const auto state = std::make_shared<State>(targetID, JSONReader(reply).require<std::string>("sessionId"), kind);
+  // Weak, since the connection outlives its sessions: an event that is under way when the session goes finds nothing.
   connection->listen(state->sessionID, [weak = std::weak_ptr(state)](const Event& event) {
     if (const std::shared_ptr<State> still = weak.lock())
       still->take(event);
@@ -184,6 +188,7 @@ std::shared_ptr<PendingCall> Session::send(std::string method, boost::json::obje
 
 boost::json::value Session::call(std::string method, boost::json::object parameters, AnsweredBy answeredBy,
                                  const platform::CallLimits& limits) {
+  // Kept for the sentence of a refusal, as the method is moved away.
   const std::string name = method;
   PendingCall::Answer answer = send(std::move(method), std::move(parameters), answeredBy)
                                    ->await(platform::boundedBy(limits, connection_->bounds().call));
@@ -217,6 +222,7 @@ Evaluation Session::evaluate(const std::string& javascript, const platform::Call
     throw platform::failure(DevToolsFault::refused, fmt::format("Runtime.evaluate: {}", error.message));
   // The browser says the same of a page that went elsewhere and of one that was closed.
   if (error.message.find("navigated or closed") != std::string::npos) {
+    // A target that is still listed went elsewhere: that is an answer, and only its value is lost.
     const PendingCall::Answer still =
         connection_->send("Target.getTargetInfo", {{"targetId", state_->targetID}})->await(bounded);
     if (!still)
@@ -266,6 +272,7 @@ void Session::take(const Probe& probe, const platform::CallLimits& limits) {
   probe.call->awaitEnd(limits);
   const std::optional<PendingCall::Answer> answer = probe.call->answer(); // throws when the connection is lost
   platform::MutexLock lock(state_->mutex);
+  // Another thread may have sent a later probe while this one waited: that one stays to be waited for.
   if (state_->probe && state_->probe->call == probe.call)
     state_->probe.reset();
   if (!answer || !*answer) // a dialog, or the page went elsewhere just then
@@ -273,6 +280,7 @@ void Session::take(const Probe& probe, const platform::CallLimits& limits) {
   state_->answeredAt = std::max(state_->answeredAt, probe.call->answeredAt());
   state_->progress.answered(probe.departures);
   const auto facts = JSONReader(**answer).require<JSONReader>("result").find<std::int64_t>("value").value_or(0);
+  // Once an event has told of a document, the answer may be that of the one before it.
   if (!state_->progress.knowsDocument())
     state_->progress.found(facts % 2 == 0, facts >= 2);
   limits.within(patienceWithEnds).wait(state_->progressed, lock, [this]() REQUIRES(state_->mutex) {

@@ -33,11 +33,14 @@ public:
     page,  ///< has dialogs, and survives its process
     worker ///< has none, and is over when it is stopped
   };
+  /// The side that answers a call: the page's own process, which may be busy, stopped by a dialog or gone, or the
+  /// browser's main process, which goes on whatever the page does.
   enum class AnsweredBy { page, browser };
 
   /// Attaches to a target. Throws DevToolsFailure; `refused` when there is no such target.
   static std::shared_ptr<Session> attach(std::shared_ptr<Connection> connection, const std::string& targetID, Kind kind,
                                          const platform::CallLimits& limits);
+  /// Detaches without waiting for the browser, unless the browser has ended the session itself.
   ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
@@ -67,6 +70,7 @@ public:
   void depart();
   /// True when `settle` would have a navigation to wait for, as far as is known.
   [[nodiscard]] bool isLeaving() const;
+  /// True when the page has answered within the last moments (`lately`), so that it may be given a command at once.
   [[nodiscard]] bool answersLately() const;
   /// True when the page is the browser’s own, in place of one that could not be loaded; known after `settle`.
   [[nodiscard]] bool isErrorPage() const;
@@ -84,10 +88,12 @@ public:
 
   /// Has `listener` called whenever code in the target calls the global function `name`, which this adds to it. The
   /// listener is called on the connection's thread with that function's argument.
+  /// A session has one binding: a second call replaces the first one's listener.
   void bind(const std::string& name, std::function<void(const std::string&)> listener);
 
   /// False once the target is gone, or its worker has been stopped, or the connection is lost: attach anew then.
   [[nodiscard]] bool isAttached() const;
+  /// The id that it was attached by; the same for the session's whole life.
   [[nodiscard]] const std::string& targetID() const;
 
 private:

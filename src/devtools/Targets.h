@@ -11,6 +11,7 @@
 namespace tabwright::devtools {
 
 /// One target as the browser lists it: a page, a worker, a tab.
+/// The fields are those of the protocol's Target.TargetInfo.
 struct TargetInfo {
   std::string id;
   std::string type; ///< such as "page" or "service_worker"
@@ -18,6 +19,7 @@ struct TargetInfo {
   std::string url;
   std::string context; ///< the browser context it belongs to; empty where the browser doesn't say
 
+  /// Throws JSONMismatch where one of the first four is missing or of another type; a browser without contexts is none.
   static TargetInfo fromJSON(const platform::JSONReader& json);
 };
 

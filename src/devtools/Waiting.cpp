@@ -18,6 +18,7 @@ namespace {
 } // namespace
 
 void pause(std::chrono::milliseconds duration, const char* what, const platform::CallLimits& limits) {
+  // Sleeps to the deadline only, and says so then: a caller that woke after it would look once more in vain.
   const std::chrono::steady_clock::duration left = limits.deadline - limits.now();
   const bool isStopped =
       !platform::sleepUnlessStopped(std::min<std::chrono::steady_clock::duration>(duration, left), limits.stop);
@@ -30,6 +31,7 @@ Turn::Holder::~Holder() {
     const platform::MutexLock lock(turn_->mutex_);
     turn_->isTaken_ = false;
   }
+  // Without the lock, so that the one who is woken needn't wait for it again.
   turn_->released_.notify_one();
 }
 

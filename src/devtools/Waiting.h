@@ -21,6 +21,7 @@ void pause(std::chrono::milliseconds duration, const char* what, const platform:
 ///     const Turn::Holder holder = turn.take("connecting", limits);
 class Turn {
 public:
+  /// Gives the turn back when it goes. Neither copied nor moved; the turn must outlive it.
   class Holder {
   public:
     explicit Holder(Turn* turn) : turn_(turn) {}

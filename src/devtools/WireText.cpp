@@ -1,3 +1,6 @@
+// A scan from one backslash to the next: an escape is looked at only where it begins, so an escaped backslash before a
+// "u" is never taken for the begin of \u. The text is repaired rather than the parsed value, since the parser refuses
+// it.
 #include "devtools/WireText.h"
 
 #include "platform/JSONFailure.h"

@@ -1,5 +1,5 @@
 // Each piece is a resource file whose placeholders are filled in one pass, so that a user's text is never searched for
-// them.
+// them. A job's JavaScript is filled first and escaped as a whole when it goes into the AppleScript around it.
 #include "engine/AppleScriptSnippets.h"
 
 #include "engine/PageLibrary.h"
@@ -39,6 +39,7 @@ std::string pollCount(double timeout, double interval) {
   return std::to_string(static_cast<long>(intervals) + 1);
 }
 
+// The driver knows jobs again by the text of `plantedJob_js`, so that is filled and never changed here.
 std::string jobCode(std::string_view js, const JobVariables& variables) {
   static const TextTemplate work(resources::jobWork_js);
   static const TextTemplate planted(resources::plantedJob_js);
@@ -68,6 +69,7 @@ std::string AppleScriptSnippets::requestedWindowCheck(std::string_view windowID)
 
 std::string AppleScriptSnippets::typing(const Keystrokes& keystrokes, std::string_view targetID) {
   static const TextTemplate text(resources::simulateTyping_applescript);
+  // The script's list reads "command down, shift down"; joining leaves the last one without its word.
   const std::string lastDown = keystrokes.modifiers.empty() ? "" : " down";
   return text.fill({{"TEXT", escapeForLiteral(keystrokes.text)},
                     {"TARGET", targetID},
@@ -95,6 +97,7 @@ std::string AppleScriptSnippets::jobForFrontTab(std::string_view js, double time
 
 std::string AppleScriptSnippets::jobForRequestedTab(std::string_view tabFullID, std::string_view js, double timeout,
                                                     double interval) {
+  // The job works on `nativeTab`, which the lookup binds by itself.
   return joinedLines({openWindowsCheck(), tabLookup(tabFullID), asyncJob(js, timeout, interval)});
 }
 
@@ -124,6 +127,7 @@ const std::string& AppleScriptSnippets::pageReload() {
 }
 
 const std::string& AppleScriptSnippets::emptyResultMarker() {
+  // Different in each process, so no page can return it by accident or know it beforehand.
   static const std::string marker = "res" + freshULID();
   return marker;
 }

@@ -52,6 +52,7 @@ public:
 
   /// The keys of `typing`.
   struct Keystrokes {
+    /// UTF-8, of any length; it is escaped here.
     std::string_view text;
     std::span<const std::string_view> modifiers; ///< held with each: "command", "option", "control", "shift"
     double secondsBetween = 0.0;

@@ -20,6 +20,7 @@ void detail::decode(std::string_view text, const std::function<void(const platfo
     if (decodingLog.isOn(platform::LogLevel::debug))
       decodingLog.debug("{}", boost::json::serialize(json));
   } catch (const platform::Failure& reason) {
+    // The catalogue's case has no detail, so the reason stands in the log.
     decodingLog.error("{}", reason.errorDescription());
     throw platform::failure(StringError::unableToDecodeJSON);
   }

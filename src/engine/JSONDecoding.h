@@ -9,6 +9,7 @@
 namespace tabwright::engine {
 
 namespace detail {
+/// The part that is the same for all types, so that it is compiled once.
 void decode(std::string_view text, const std::function<void(const platform::JSONReader&)>& read);
 } // namespace detail
 

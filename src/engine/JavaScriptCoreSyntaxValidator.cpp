@@ -1,5 +1,6 @@
-// The engine's check of a program's syntax is asked, not its evaluation: the
-// answer is the same for what can stand in a function, and a text that closes the function early can't run here.
+// The engine's check of a program's syntax is asked, not its evaluation: the answer is the same for what can stand in a
+// function, and a text that closes the function early can't run here. The library is opened by name instead of linked,
+// so the program starts without it and where it isn't installed.
 #include "engine/JavaScriptCoreSyntaxValidator.h"
 
 #include "platform/Failure.h"
@@ -89,6 +90,7 @@ public:
 
   /// The exception's text.
   std::optional<std::string> check(std::string_view code) {
+    // A check leaves garbage in the context that nothing else would collect.
     if (++checks_ % checksBetweenCollections == 0)
       library_.collectGarbage(context_);
     const icu::UnicodeString text =
@@ -124,6 +126,7 @@ std::optional<std::string> JavaScriptCoreSyntaxValidator::validateJavascript(std
   const platform::MutexLock lock(mutex_);
   if (!engine_)
     engine_ = std::make_unique<Engine>();
+  // On one line: a comment at the text's end swallows the closing bracket, so such a text counts as malformed.
   std::optional<std::string> exception = engine_->check("(function() { " + std::string(js) + " })");
   if (exception)
     validatorLog.debug("failure: {}", *exception);

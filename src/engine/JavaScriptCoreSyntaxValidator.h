@@ -11,6 +11,7 @@ namespace tabwright::engine {
 /// validates nothing doesn't pay for it; where it isn't installed, every call throws a `Failure` that names it.
 class JavaScriptCoreSyntaxValidator final : public JavascriptSyntaxValidator {
 public:
+  /// Loads nothing yet.
   JavaScriptCoreSyntaxValidator();
   ~JavaScriptCoreSyntaxValidator() override;
 

@@ -1,4 +1,5 @@
-// The first row whose words are all in the description wins.
+// The first row whose words are all in the description wins. The descriptions are AppleScript's own, with the error's
+// number in parentheses: -1728 for an object that can't be got, -27… for a script that doesn't compile.
 #include "engine/ScriptFailureMapping.h"
 
 #include <array>

@@ -75,6 +75,7 @@ TextTemplate layersWith(std::string_view familyLibrary) {
   constexpr std::string_view bodyLine = "\n__APPLESCRIPT__\n";
   const std::size_t body = layers.find(bodyLine);
   layers.erase(body + bodyLine.size() - 1, 1);
+  // Filled here, once: of the two libraries only one asks its browser by a resource.
   constexpr std::string_view question = "__VERSION_QUESTION__";
   if (const std::size_t at = layers.find(question); at != std::string::npos)
     layers.replace(at, question.size(), escapeForLiteral(TextTemplate(resources::versionQuestion_js).fill({})));
@@ -94,6 +95,7 @@ std::string preparedBody(std::string_view appleScript) {
 }
 
 std::optional<std::size_t> sourceLine(std::string_view appleScript, std::size_t preparedLine) {
+  // Counts as `cleanLines` does, over the same lines.
   std::size_t prepared = 0;
   for (std::size_t line = 1; !appleScript.empty(); ++line) {
     prepared += takeCleanLine(appleScript).empty() ? 0 : 1;

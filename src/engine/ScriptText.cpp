@@ -1,4 +1,5 @@
 // The two replacements are written out, since a regular expression would cost more than the rest of a script's making.
+// Numbers come from `std::to_chars`, which knows the shortest text and no locale.
 #include "engine/ScriptText.h"
 
 #include <algorithm>
@@ -47,6 +48,7 @@ std::string escapeForJavascript(std::string_view text) {
 }
 
 std::string nativeID(std::string_view fullID) {
+  // The expression wants a character before the colon, so one at the very start isn't looked at.
   const std::size_t colon = fullID.find(':', 1);
   if (colon == std::string_view::npos || holdsLineTerminator(fullID.substr(0, colon)))
     return std::string(fullID);

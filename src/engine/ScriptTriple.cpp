@@ -27,6 +27,7 @@ ScriptTriple ScriptTriple::decode(const platform::AppleEventDescriptor& result) 
   if (tripleLog.isOn(platform::LogLevel::debug))
     tripleLog.debug("Success?: {}, browser version: {}, payload: {}", isSuccess, version->description(),
                     payload->description());
+  // The number's descriptor gives 0 where it is none, which is a case like any other.
   if (!isSuccess) {
     const auto error = appleScriptRuntimeErrorWithRawValue(payload->int32Value());
     throw platform::failure(error.value_or(AppleScriptRuntimeError::unknownError));

@@ -1,4 +1,6 @@
-// Assembly first, then the road of a script file: task, event, outcome, payload.
+// Assembly first, then the road of a script file: task, event, outcome, payload. Values of a user's go along with the
+// event where they can, so that they never become part of the program's text; each step's failure is translated into
+// the catalogue's case once, here, with what really happened beneath it.
 #include "engine/Scriptacular.h"
 
 #include "engine/ScriptFailureMapping.h"
@@ -29,6 +31,7 @@ const platform::Logger scriptLog("Scriptacular");
 
 constexpr std::string_view systemEventsID = "com.apple.systemevents";
 
+// Identifiers all, so nothing has to be quoted.
 std::string joinedKeys(const Scriptacular::Arguments& args) {
   std::string keys;
   for (const auto& [key, value] : args)
@@ -50,6 +53,7 @@ AppleEvent mainHandlerEvent(const Scriptacular::Arguments& args) {
   AppleEventDescriptor values = AppleEventDescriptor::list();
   for (const auto& [key, value] : args)
     values.append(AppleEventDescriptor::string(value));
+  // AppleScript's own event for the call of a handler by its name.
   AppleEvent event{.eventClass = fourCharCode("ascr"), .eventID = fourCharCode("psbr"), .parameters = {}};
   event.parameters.emplace(fourCharCode("snam"), AppleEventDescriptor::string(std::string(mainHandlerName)));
   event.parameters.emplace(fourCharCode("----"), std::move(values));
@@ -74,6 +78,7 @@ std::string shortened(const std::string& text) {
   if (text.size() <= longestQuote)
     return text;
   std::size_t end = longestQuote;
+  // Not in the middle of a character.
   while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
     --end;
   return text.substr(0, end) + "…";
@@ -137,6 +142,7 @@ void Scriptacular::placeInOwnLines(Failure& failure, std::string_view text) cons
   if (!failure.cause() || !failure.cause()->line)
     return;
   platform::Notice cause = *failure.cause();
+  // The lines of the layers before the action's own, whose line numbers begin behind them.
   const std::string_view before = text.substr(0, text.find(preparedBody(appleScript_)));
   const auto first = static_cast<std::size_t>(std::ranges::count(before, '\n'));
   cause.line = *cause.line > first ? sourceLine(appleScript_, *cause.line - first) : std::nullopt;
@@ -165,10 +171,12 @@ platform::Task<std::string> Scriptacular::payloadOfScript(const platform::Writte
   } catch (const Failure& error) {
     const std::string description = error.errorDescription();
     scriptLog.error("Runtime error: {}", description);
+    // The user is told the catalogue's sentence; AppleScript's own words stay beneath it.
     if (const auto mapped = scriptacularErrorOf(description))
       throw platform::failure(*mapped).causedBy(platform::asCause(error));
     throw;
   }
+  // Before the outcome is read: a result that is a failure's number has its cause among them.
   std::ranges::move(task->notices(), std::back_inserter(notices_));
   if (!result) {
     scriptLog.debug("Runtime result: (null)");

@@ -12,9 +12,13 @@ namespace tabwright::engine {
 /// The services of the world that running a script needs. The program makes one; everything it names outlives every
 /// `Scriptacular`, and may be used from several threads at once.
 struct ScriptacularServices {
+  /// Compiles and runs what `files` has written.
   platform::UserAppleScriptTasks& tasks;
+  /// Holds each program as a file while it runs.
   platform::FileManager& files;
+  /// Names the scripts' files, and times the pauses of actions.
   platform::Clock& clock;
+  /// Hears of programs' files that can't be written, loaded or removed.
   crashreport::CrashReporter& crashReporter;
   /// Null: a run against the frontmost browser ends in `AppleScriptRuntimeError::frontAppIsNotABrowser`.
   FrontmostResolver* frontmostResolver = nullptr;

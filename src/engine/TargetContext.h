@@ -11,6 +11,7 @@ namespace tabwright::engine {
 /// name too: a browser under another name is another target.
 struct TargetContext {
   std::string id;
+  /// For users: "Chromium".
   std::string name;
 
   friend bool operator==(const TargetContext&, const TargetContext&) = default;

@@ -39,6 +39,7 @@ void ensureTempFolder(const std::filesystem::path& folder, const ScriptacularSer
   const auto kind = services.files.kindOfFile(folder);
   if (kind == FileKind::folder)
     return;
+  // A file in the folder's place stays there: it isn't ours to remove.
   if (kind)
     failWith(ScriptacularError::unableToCreateTempFolder);
   try {
@@ -52,6 +53,7 @@ void ensureTempFolder(const std::filesystem::path& folder, const ScriptacularSer
 std::unique_ptr<platform::WrittenFile> writeUnderFreeName(const std::filesystem::path& folder, std::string_view text,
                                                           const ScriptacularServices& services) {
   try {
+    // The write itself tells a taken name, so two processes can't get the same file.
     for (double time = services.clock.secondsSinceReferenceDate();;
          time = std::nextafter(time, std::numeric_limits<double>::infinity())) {
       const std::filesystem::path path = folder / textOfDouble(time).append(TemporaryScript::fileEnding);
@@ -88,6 +90,7 @@ TemporaryScript::~TemporaryScript() {
   try {
     files_.remove(file_->path());
   } catch (const std::exception& error) {
+    // The run's outcome counts, and a destructor must not replace it.
     crashReporter_.captureError(error);
     temporaryLog.error("{}", error.what());
   }

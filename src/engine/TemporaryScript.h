@@ -24,6 +24,7 @@ public:
   TemporaryScript(const TemporaryScript&) = delete;
   TemporaryScript& operator=(const TemporaryScript&) = delete;
 
+  /// The file as it was written; it lives as long as this.
   [[nodiscard]] const platform::WrittenFile& file() const { return *file_; }
 
   /// The folder of such files; it needn't be there. Throws the manager's `Failure` when there is no place for scripts.

@@ -23,6 +23,7 @@ std::string ulid(std::chrono::milliseconds sinceUnixEpoch, const std::array<std:
   for (std::size_t index = 0; index < 16; ++index) {
     const std::size_t bit = index * 5;
     const std::size_t byte = bit / 8;
+    // Sixteen characters of five bits are the 80 bits exactly, so the last window ends with the last byte.
     const unsigned next = byte + 1 < randomness.size() ? randomness[byte + 1] : 0u;
     const unsigned window = static_cast<unsigned>(randomness[byte]) << 8 | next;
     text[10 + index] = alphabet[window >> (11 - bit % 8) & 31];

@@ -13,6 +13,7 @@ namespace tabwright::engine {
                                const std::array<std::uint8_t, 10>& randomness);
 
 /// A ULID of the present moment with fresh randomness of the system.
+/// Throws `std::system_error` where the system has no random numbers.
 [[nodiscard]] std::string freshULID();
 
 } // namespace tabwright::engine

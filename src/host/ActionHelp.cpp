@@ -19,6 +19,7 @@ namespace {
 using intents::ParameterDeclaration;
 using intents::ValueKind;
 
+// The form for the defaults, which help shows without its condition.
 const intents::SummaryRow& mainRow(const intents::Intent& action) {
   return action.summary().current();
 }
@@ -27,6 +28,7 @@ std::string choicesOf(const ParameterDeclaration& declaration) {
   std::string lines;
   if (declaration.type.kind == ValueKind::enumeration) {
     const intents::EnumDeclaration& declared = *declaration.type.enumeration;
+    // Cases have captions, so they stand in two columns; offered values are told in running text.
     std::size_t widest = 0;
     for (const intents::EnumCase& enumCase : declared.cases)
       widest = std::max(widest, enumCase.name.size());
@@ -77,6 +79,7 @@ std::string catalogueHelp(const Catalogue& catalogue, std::size_t lineWidth) {
   for (const auto& action : catalogue.declarations())
     widest = std::max(widest, action->name().size());
   for (const auto& action : catalogue.declarations()) {
+    // Indented by as many blanks as the longest name takes; each name then stands in place of its share of them.
     const std::string sentence = platform::wrapped(sentenceOf(*action, mainRow(*action)), widest + 2, lineWidth);
     help += action->name() + sentence.substr(action->name().size());
   }
@@ -89,6 +92,7 @@ std::string actionHelp(const Catalogue& catalogue, std::string_view name) {
 
   help += platform::wrapped(sentenceOf(action, mainRow(action)), 2);
   for (const intents::SummaryRow& row : action.summary().rows) {
+    // It stands first already.
     if (&row == &mainRow(action))
       continue;
     const std::string sentence = sentenceOf(action, row);

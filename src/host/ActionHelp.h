@@ -7,8 +7,8 @@
 
 namespace tabwright::host {
 
-/// All actions: the name and what it does, in a line each unless that is longer than `lineWidth` cells. Ends in a line
-/// feed.
+/// All actions: the name and what it does, in a line each unless that is longer than `lineWidth` cells; without a
+/// width, for files and pipes, each stands on one line. Ends in a line feed.
 [[nodiscard]] std::string catalogueHelp(const Catalogue& catalogue, std::size_t lineWidth = std::string::npos);
 
 /// One action in full, from its declaration: what it does for which choices, its parameters with types, meanings,

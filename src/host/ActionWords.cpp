@@ -1,3 +1,5 @@
+// Help, reference, manual, completion and schemas say the same of an action since these pieces are made here alone: the
+// facts come from its declaration, the words from the string catalogues.
 #include "host/ActionWords.h"
 
 #include "intents/EntityDeclaration.h"
@@ -16,6 +18,7 @@ using intents::ValueKind;
 namespace {
 
 std::string captionOfItem(const intents::ValueType& type) {
+  // Without a default: the compiler names a kind that has no caption yet.
   switch (type.kind) {
   case ValueKind::nothing:
     return platform::localized("help.type.nothing");
@@ -41,6 +44,7 @@ std::string sentenceOf(const intents::Intent& action, const intents::SummaryRow&
   std::string sentence = action.summaryText(row).text();
   for (const intents::ParameterBase* parameter : row.sentence) {
     const std::string field = "${" + parameter->name() + "}";
+    // By the parameters of the row: a “${” of other words stays.
     if (const std::size_t place = sentence.find(field); place != std::string::npos)
       sentence.replace(place, field.size(), "<" + parameter->name() + ">");
   }

@@ -7,6 +7,7 @@
 namespace tabwright::host {
 
 Catalogue::Catalogue(const actions::ActionServices& services) : services_(services) {
+  // Declarations are made once and kept: lists, schemas and nearest names look at all of them.
   declarations_.reserve(actions::actionList().size());
   for (const actions::ActionMaker make : actions::actionList())
     declarations_.push_back(make(services));
@@ -29,6 +30,7 @@ std::unique_ptr<actions::ActionFrame> Catalogue::make(std::string_view name) con
 }
 
 std::size_t Catalogue::placeOf(std::string_view name) const {
+  // Without its prefix a full type name is a short one.
   std::string_view shortName = name;
   constexpr std::string_view prefix = actions::ActionFrame::typeNamePrefix;
   if (platform::equalIgnoringCase(shortName.substr(0, prefix.size()), prefix))

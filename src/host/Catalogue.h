@@ -35,8 +35,10 @@ public:
   // Both find an action by its short or its full type name, in any case. They throw `intents::UsageError`, with the
   // names nearest to it, when there is none.
 
+  /// The action as it is declared; lives as long as the catalogue.
   [[nodiscard]] const intents::Intent& declaration(std::string_view name) const;
-  /// An action for one run, its parameters at their defaults.
+  /// An action for one run, its parameters at their defaults: the caller's own, to be filled by `readParameters` and
+  /// performed once.
   [[nodiscard]] std::unique_ptr<actions::ActionFrame> make(std::string_view name) const;
 
 private:

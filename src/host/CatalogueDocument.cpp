@@ -51,6 +51,7 @@ std::string sentencesOf(const intents::Intent& action) {
     text += "- ";
     if (!row.when.empty())
       text += escaped(localizedFormat("help.with", {conditionOf(row), sentence}));
+    // The form without a condition is the rest of several, or the only one.
     else if (action.summary().rows.size() > 1)
       text += escaped(localizedFormat("help.otherwise", {sentence}));
     else
@@ -88,6 +89,7 @@ std::string choiceRows(const ParameterDeclaration& declaration) {
 
 std::string resultOf(const intents::ValueType& type) {
   std::string text = localizedFormat("reference.result", {captionOf(type)});
+  // The names that workflows and agents go into it by.
   if (type.kind == ValueKind::entity) {
     text += fmt::format(" (`{}`)", fmt::join(type.entity->propertyNames(), "`, `"));
   }
@@ -115,6 +117,7 @@ std::string catalogueDocument(const Catalogue& catalogue) {
   std::vector<std::pair<std::string, std::string>> sections; // of each string table, in the order of its first action
   for (const auto& action : catalogue.declarations()) {
     auto section = std::ranges::find(sections, action->table(), &std::pair<std::string, std::string>::first);
+    // A section per string table: actions of one kind have their texts in one.
     if (section == sections.end())
       section = sections.insert(section, {action->table(), {}});
     section->second += "\n" + sectionOf(catalogue, *action);

@@ -1,3 +1,6 @@
+// Each example is an action of its own that is filled step by step from its declared examples: a choice that is set
+// decides which of the later parameters count. No command line is written by hand, so an example can't name a parameter
+// that isn't there, and those that come to the same line are told once.
 #include "host/ExampleCommands.h"
 
 #include <algorithm>
@@ -7,6 +10,7 @@ namespace tabwright::host {
 namespace {
 
 std::string quotedForShell(const std::string& text) {
+  // Characters that no POSIX shell reads as its own; all else goes into single quotes.
   constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789%+,-./:=@_";
   if (!text.empty() && text.find_first_not_of(plain) == std::string::npos)
     return text;
@@ -26,6 +30,7 @@ ExampleCommand completed(intents::Intent& action, ParameterTexts chosen, Fill fi
   ExampleCommand example{.parameters = std::move(chosen), .commandLine = "tabwright run " + action.name()};
   for (intents::ParameterBase* parameter : action.parameters()) {
     const std::string& text = parameter->declaration().example;
+    // Asked anew for each parameter, as the last one may have been a choice.
     const intents::SummaryRow& row = action.summary().current();
     // A parameter that may be left out is missing only where the sentence needs it.
     const bool isMissing =
@@ -63,6 +68,7 @@ std::vector<ExampleCommand> exampleCommands(const Catalogue& catalogue, std::str
   for (const intents::SummaryRow& row : catalogue.declaration(name).summary().rows) {
     ParameterTexts chosen;
     for (const intents::SummaryCondition& condition : row.when) {
+      // A choice that is the default needn't be written.
       if (!condition.holds())
         chosen.emplace_back(condition.parameter->name(), condition.caseName);
     }

@@ -11,6 +11,7 @@ namespace json = boost::json;
 namespace {
 
 json::object described(const platform::FailureIdentity& identity, const std::string& message) {
+  // A sentence may quote bytes that came from outside, such as a file's name; JSON has none but UTF-8.
   return {{"type", identity.type},
           {"case", identity.caseName},
           {"number", identity.number ? json::value(*identity.number) : json::value(nullptr)},
@@ -37,6 +38,7 @@ std::string causeLine(const platform::Failure& failure) {
   const std::optional<platform::Notice>& cause = failure.cause();
   if (!cause)
     return {};
+  // Some sentences of the catalogues quote what lies beneath them.
   const bool isTold = failure.errorDescription().find(cause->sentence) != std::string::npos;
   if (!cause->line)
     return isTold ? std::string() : cause->sentence;

@@ -11,7 +11,8 @@ namespace tabwright::host {
 /// A notice as data: `type`, `case`, `number` (null where there is none), `message`, and `line` where it has one.
 [[nodiscard]] boost::json::object noticeJson(const platform::Notice& notice);
 
-/// A failure as data: `type`, `case`, `number`, `message`, and `cause`, a notice, where something lies beneath it.
+/// A failure as data: `type`, `case`, `number`, `message`, and `cause`, a notice, where something lies beneath it. One
+/// form for the command line's --json, for workflows (`error`) and for agents ("_meta").
 [[nodiscard]] boost::json::object failureJson(const platform::Failure& failure);
 
 /// The line beneath a failure's sentence, without its line feed; empty for most. A cause that the

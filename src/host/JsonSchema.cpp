@@ -1,3 +1,6 @@
+// One walk over the declared types makes both schemas. They differ in few places: a value that is given may leave out
+// what a result always has, and may be a short text that names it; a file comes out as an object and is given as its
+// bare content. Keys stand in the order in which they are declared, which is the order that people read.
 #include "host/JsonSchema.h"
 
 #include "host/ActionWords.h"
@@ -38,6 +41,7 @@ object schemaOfEntity(const intents::EntityDeclaration& entity, Direction direct
     schema["title"] = property.title.text();
     for (auto& [key, value] : schemaOf(property.type, direction))
       schema[key] = std::move(value);
+    // An agent must give what a reader can't do without; a result has all but what may lack a value.
     if (direction == Direction::in ? property.presence == intents::PropertyPresence::needed : !property.type.isOptional)
       needed.emplace_back(property.name);
   }
@@ -45,6 +49,7 @@ object schemaOfEntity(const intents::EntityDeclaration& entity, Direction direct
                 {"properties", std::move(properties)},
                 {"required", std::move(needed)},
                 {"additionalProperties", false}};
+  // Results never use the short form.
   if (direction == Direction::out || entity.textForm == intents::TextForm::none)
     return schema;
   return {{"anyOf", array{object{{"type", "string"}}, std::move(schema)}}};
@@ -72,6 +77,7 @@ object schemaOfItem(const ValueType& type, Direction direction) {
                 {"type", {{"type", "string"}}},
                 {"data", {{"type", "string"}, {"contentEncoding", "base64"}}}}},
               {"required", array{"filename", "type", "data"}}};
+    // The content itself: any object or list becomes a file of JSON.
     return {{"type", array{"object", "array", "string"}}};
   }
   return {};
@@ -87,6 +93,7 @@ std::string descriptionOf(const ParameterDeclaration& declaration) {
   std::string description = declaration.description.text();
   if (declaration.type.kind != ValueKind::enumeration)
     return description;
+  // The keyword “enum” has no place for captions.
   const char* before = " (";
   for (const OfferedValue& offer : offersOf(declaration))
     description += std::exchange(before, "; ") + offer.text + ": " + offer.caption;
@@ -95,6 +102,7 @@ std::string descriptionOf(const ParameterDeclaration& declaration) {
 
 object schemaOfParameter(const ParameterDeclaration& declaration) {
   object schema{{"title", declaration.title.text()}, {"description", descriptionOf(declaration)}};
+  // Behind title and description, which people read first.
   for (auto& [key, value] : schemaOf(declaration.type, Direction::in))
     schema[key] = std::move(value);
   if (declaration.options) {

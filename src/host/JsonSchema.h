@@ -14,7 +14,8 @@ namespace tabwright::host {
 /// and count whatever the others say. Texts are in the user's language.
 [[nodiscard]] boost::json::object inputSchema(const intents::Intent& action);
 
-/// JSON Schema of an action's result. All properties that an entity always has are required here.
+/// JSON Schema of an action's result. All properties that an entity always has are required here. An optional result
+/// may be null; an action without a result has the type null.
 [[nodiscard]] boost::json::object outputSchema(const intents::Intent& action);
 
 } // namespace tabwright::host

@@ -1,5 +1,5 @@
-// Edit distance (Levenshtein) by the usual table of two rows. A name that holds what was written counts as one error
-// away, so that "click" finds ClickElement.
+// Edit distance (Levenshtein) by the usual table of two rows, as each cell looks at the row above it alone. A name that
+// holds what was written counts as one error away, so that "click" finds ClickElement.
 #include "host/NearestNames.h"
 
 #include "platform/AsciiCase.h"

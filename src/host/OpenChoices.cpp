@@ -1,3 +1,5 @@
+// The dependences are gone through once, in their declared order. The first given parameter that needs a choice makes
+// it, and all others must agree with it; a choice that the caller made is never changed, only held against the rest.
 #include "host/OpenChoices.h"
 
 #include "intents/UsageError.h"
@@ -38,6 +40,7 @@ void settleOpenChoices(intents::Intent& action, const GivenParameters& given) {
     const intents::ParameterBase* const choice = dependence.condition.parameter;
     if (!given.contains(dependence.parameter))
       continue;
+    // Any case but one would do, so there is none to choose for the caller.
     if (dependence.counts == Dependence::Counts::unlessItHolds) {
       if (dependence.condition.holds() && !given.contains(choice))
         throw uncounted(dependence);

@@ -1,3 +1,6 @@
+// Each value goes to its parameter as it comes, whose own type reads it; complaints get the parameter's name and the
+// nearest of its choices here. Choices that were left open are settled at the end only, as any value may be the one
+// that settles them.
 #include "host/ParameterReader.h"
 
 #include "host/ActionWords.h"
@@ -30,6 +33,7 @@ intents::ParameterBase& requireParameter(intents::Intent& action, std::string_vi
 // The choices of a parameter that can't take the text it was given, for a user who misspelt one.
 std::string nearestChoice(const intents::ParameterBase& parameter, std::string_view text) {
   const intents::ParameterDeclaration& declaration = parameter.declaration();
+  // Numbers aren't misspelt, and the complaint has all of them.
   if (declaration.type.enumeration && declaration.type.enumeration->isOfSeconds())
     return {};
   std::vector<std::string> choices;
@@ -77,6 +81,7 @@ GivenParameters readEach(intents::Intent& action, const Values& values) {
   GivenParameters given;
   for (const auto& [name, value] : values) {
     intents::ParameterBase& parameter = requireParameter(action, name);
+    // By the parameter, not by the name: names are the same in any case.
     if (!named.insert(&parameter).second)
       throw intents::UsageError(parameter.name() + " is given twice.");
     if constexpr (std::is_same_v<std::decay_t<decltype(value)>, boost::json::value>) {

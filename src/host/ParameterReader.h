@@ -32,7 +32,7 @@ using ParameterValues = std::variant<ParameterTexts, boost::json::object>;
 void readParameters(intents::Intent& action, const ParameterValues& values);
 
 /// The same of some values by themselves, whatever the others come to: choices that they leave open stay open. Yields
-/// the parameters that were given a value.
+/// the parameters that were given a value, without those given as null. For checks that know only part of the values.
 GivenParameters readParameterValues(intents::Intent& action, const ParameterValues& values);
 
 } // namespace tabwright::host

@@ -11,6 +11,7 @@ namespace {
 
 std::unique_ptr<actions::ActionFrame> prepared(const Catalogue& catalogue, std::string_view name,
                                                const ParameterValues& parameters) {
+  // Wrong use is told before missing values: nobody is asked for one where the rest can't be.
   auto action = catalogue.make(name);
   readParameters(*action, parameters);
   if (const intents::ParameterBase* missing = action->missingParameter())
@@ -21,6 +22,7 @@ std::unique_ptr<actions::ActionFrame> prepared(const Catalogue& catalogue, std::
 std::string lineOf(const intents::ValueType& type, const boost::json::value& value) {
   if (type.kind == intents::ValueKind::entity)
     return type.entity->displayRepresentation(value);
+  // Its bytes are no line for a person.
   if (type.kind == intents::ValueKind::file)
     return std::string(value.at("filename").as_string());
   if (const boost::json::string* text = value.if_string())

@@ -16,14 +16,18 @@ namespace tabwright::host {
 /// The value that an action gave back.
 struct ActionResult {
   boost::json::value value; ///< null for nothing
+  /// As the action declares it; the value has its shape.
   intents::ValueType type;
 };
 
-/// Runs one action: finds it, fills its parameters, checks that none is missing, performs it.
+/// Runs one action: finds it, fills its parameters, checks that none is missing, performs it. Every road of a user's
+/// ends here: the command line, the background host, workflows, agents.
+///
+///     const ActionResult tabs = co_await perform(catalogue, "GetListOfTabs", ParameterTexts{}, user);
 ///
 /// Throws `intents::UsageError` for a wrong name or value and `intents::NeedsValue` for a missing one, both before
-/// anything has been run; else the action's own failure. `catalogue` and `host` outlive the run. Safe to call from any
-/// thread, several runs at once.
+/// anything has been run; else the action's own failure. `catalogue` and `host` outlive the run. Cancelling stops its
+/// script. Safe to call from any thread, several runs at once.
 platform::Task<ActionResult> perform(const Catalogue& catalogue, std::string name, ParameterValues parameters,
                                      intents::ActionHost& host);
 

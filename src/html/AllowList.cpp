@@ -45,6 +45,7 @@ std::optional<std::string_view> AllowList::allowedValue(std::string_view tag, st
   while (!value.empty() && isBlank(value.back()))
     value.remove_suffix(1);
   const bool isAllowed = std::ranges::any_of(protocols->second, [&](const std::string& protocol) {
+    // Without a colon there is no protocol: relative addresses are not let through where protocols are listed.
     return value.size() > protocol.size() && value[protocol.size()] == ':' &&
            platform::equalIgnoringCase(value.substr(0, protocol.size()), protocol);
   });

@@ -19,6 +19,8 @@ namespace tabwright::html {
 /// A fresh list lets nothing through. All names are in lower case.
 class AllowList {
 public:
+  /// Lets these elements through, without attributes. The functions that add can be chained, and adding again is
+  /// harmless.
   AllowList& addTags(const std::vector<std::string>& tags);
 
   /// Lets through the tag, too.
@@ -29,6 +31,7 @@ public:
   AllowList& addProtocols(const std::string& tag, const std::string& attribute,
                           const std::vector<std::string>& protocols);
 
+  /// True for tags that were added by themselves or with attributes.
   [[nodiscard]] bool allowsTag(std::string_view tag) const;
   /// The value that the attribute is let through with; nothing for one that isn't. An address with protocols loses the
   /// blanks and control characters around it, which no browser reads (https://url.spec.whatwg.org/, basic URL parser).
@@ -37,6 +40,7 @@ public:
 
 private:
   using Names = std::set<std::string, std::less<>>;
+  /// The rules of one tag. A tag that only has protocols isn't allowed itself.
   struct Rules {
     bool isAllowed = false;
     Names attributes;

@@ -21,6 +21,7 @@ public:
   [[nodiscard]] void* allocate(std::size_t length) {
     length = (length + alignment - 1) / alignment * alignment;
     if (length > left_) {
+      // A large piece gets a block of its own, so that what is left of the last block isn't wasted.
       if (length > blockLength / 4)
         return blocks_.emplace_back(new std::byte[length]).get();
       next_ = blocks_.emplace_back(new std::byte[blockLength]).get();
@@ -32,6 +33,7 @@ public:
     return room;
   }
 
+  /// A copy that lives as long as the arena. An empty text takes no room.
   [[nodiscard]] std::string_view copy(std::string_view text) {
     if (text.empty())
       return {};
@@ -54,10 +56,13 @@ public:
   }
 
 private:
+  /// Of every piece, whatever is put there.
   static constexpr std::size_t alignment = alignof(std::max_align_t);
+  /// Of the usual block, in bytes.
   static constexpr std::size_t blockLength = 64UL * 1024;
 
   std::vector<std::unique_ptr<std::byte[]>> blocks_;
+  /// The free rest of the last usual block: where it begins, and how many bytes it has.
   std::byte* next_ = nullptr;
   std::size_t left_ = 0;
 };

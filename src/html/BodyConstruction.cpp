@@ -1,4 +1,7 @@
-// The insertion mode "in body", into which all others lead.
+// The insertion mode "in body", into which all others lead. A token is taken by the rules of the innermost structure
+// first: what a table's parts, hidden inputs and forms do is settled before the body's own rules see it, and all else
+// in a table's structure goes before the table. Each tag has its case below where the traits of `Tags.cpp` don't say it
+// all.
 #include "html/Document.h"
 #include "html/TreeConstruction.h"
 #include "html/WhiteSpace.h"
@@ -22,6 +25,7 @@ void TreeConstruction::takeText(std::string_view text) {
     text.remove_prefix(ink);
     phase_ < Phase::inBody ? enterBody() : pop();
   }
+  // White space may stand between a table's rows; any other text goes before the table ("foster parenting").
   const bool isInStructure = isStructure(current());
   isFostering_ = isInStructure && !isBlank;
   if (!isInStructure || isFostering_)
@@ -33,6 +37,7 @@ void TreeConstruction::takeText(std::string_view text) {
 void TreeConstruction::start(const Token& token) {
   const TagTraits traits = token.traits;
   const Tag tag = traits.tag;
+  // Passed over whole, so that nothing in it is taken for markup of the page.
   if (traits.has(isUnread) || tag == tag_template) {
     if (phase_ < Phase::inBody && !traits.has(inHead) && tag != tag_template)
       enterBody();
@@ -48,6 +53,7 @@ void TreeConstruction::start(const Token& token) {
   if (traits.has(isRow) && (tag != tag_table || isInTable()))
     return startInTable(token);
   if (isInTable()) {
+    // Hidden inputs and forms are the two that the standard leaves where they stand in a table.
     const auto type = std::ranges::find(token.attributes, "type", &Attribute::name);
     const bool isHidden =
         tag == tag_input && type != token.attributes.end() && platform::equalIgnoringCase(type->value, "hidden");
@@ -70,10 +76,13 @@ void TreeConstruction::start(const Token& token) {
 void TreeConstruction::startInBody(const Token& token) {
   const TagTraits traits = token.traits;
   const Tag tag = traits.tag;
+  // A page without doctype has tables inside paragraphs, and a second form is dropped before it can close anything.
   if (traits.has(closesParagraph) && (tag != tag_table || !isQuirky_) && (tag != tag_form || !form_))
     closeParagraph();
+  // Headings don't nest.
   if (traits.has(isHeading) && current().has(isHeading))
     pop();
+  // Formatting is opened again before the element, but for most special ones, which it is carried into instead.
   bool resumes = !traits.has(isSpecial) || traits.has(resumesFormatting);
 
   switch (tag) {
@@ -101,9 +110,11 @@ void TreeConstruction::startInBody(const Token& token) {
   case tag_dt:
     closeItem(tag_dd, tag_dt);
     break;
+  // A button in a button ends the outer one.
   case tag_button:
     closeInScope(tag_button);
     break;
+  // A select within another one only ends it.
   case tag_select:
     if (closeInScope(tag_select))
       return;
@@ -131,6 +142,7 @@ void TreeConstruction::startInBody(const Token& token) {
     resumes = false;
     break;
   case tag_a:
+    // Links don't nest: an open one ends here, wherever it is.
     if (const Element* const earlier = lastFormatting(tag_a)) {
       endFormatting(token);
       if (const std::size_t place = placeOf(formatting_, *earlier); place != nowhere)
@@ -139,15 +151,18 @@ void TreeConstruction::startInBody(const Token& token) {
         takeOut(placeOf(stack_, *earlier));
     }
     break;
+  // As with links: one that is in scope ends here.
   case tag_nobr:
     reconstructFormatting();
     if (isInScope(tag_nobr))
       endFormatting(token);
     break;
+  // The standard's own correction of a frequent mistake.
   case tag_image:
     reconstructFormatting();
     insertElement("img", traitsOf("img"), token.attributes);
     return;
+  // The line feed right behind the start tag is no part of the text.
   case tag_pre:
   case tag_listing:
     skipsLineFeed_ = true;
@@ -161,8 +176,10 @@ void TreeConstruction::startInBody(const Token& token) {
   Element& element = insertElement(token);
   if (traits.has(isFormatting))
     addFormatting(&element);
+  // Formatting from outside isn't carried into these.
   if (tag == tag_applet || tag == tag_marquee || tag == tag_object)
     addFormatting(nullptr);
+  // The next token is read by the foreign rules, so an element that is closed already must not stay open.
   if (tag == tag_svg || tag == tag_math) {
     element.tag.traits = isForeign;
     if (token.isSelfClosing)
@@ -189,12 +206,14 @@ void TreeConstruction::endInBody(const Token& token) {
   if (traits.has(isFormatting))
     return endFormatting(token);
   if (traits.has(isHeading)) {
+    // A heading's end tag closes any heading, as an `h2` is often ended by `</h3>`.
     for (std::size_t position = stack_.size(); position-- > 0 && !stack_[position]->has(boundsScope);)
       if (stack_[position]->has(isHeading))
         return closeThrough(position);
     return;
   }
   if (traits.has(isBlock)) {
+    // These have put a marker on the list of formatting.
     if (closeInScope(tag) && traits.has(boundsScope) && tag != tag_select)
       clearToMarker();
     return;
@@ -203,9 +222,11 @@ void TreeConstruction::endInBody(const Token& token) {
   case tag_html:
   case tag_body:
     return;
+  // `</br>` is read as `<br>`.
   case tag_br:
     return startInBody(token);
   case tag_p:
+    // An end tag without a paragraph makes an empty one.
     if (find(tag_p, boundsScope, tag_button) == nowhere)
       insertElement(tag_p);
     return closeParagraph();
@@ -251,6 +272,7 @@ void TreeConstruction::endAny(const Token& token) {
     const Element& element = *stack_[position];
     if (element.tag.tag == token.traits.tag && element.name() == token.name)
       return closeThrough(position);
+    // An end tag doesn't reach out of the block that it stands in.
     if (element.has(isSpecial))
       return;
   }

@@ -78,10 +78,12 @@ std::size_t appendNamed(std::string_view text, TextPlace place, std::string& out
   const auto end = std::find_if_not(text.begin(), text.begin() + std::min(text.size(), longestName), isAlphanumeric);
   auto length = static_cast<std::size_t>(end - text.begin());
   length += length < text.size() && text[length] == ';' ? 1 : 0;
+  // The longest name that is there counts: "&notit;" is "&not" and "it;".
   for (; length > 1; --length) {
     const auto row = namedCharacters().find(text.substr(0, length));
     if (row == namedCharacters().end())
       continue;
+    // Addresses such as "?a=1&copy=2" keep their text though "&copy" is a name.
     const char behind = length < text.size() ? text[length] : '\0';
     if (place == TextPlace::attribute && text[length - 1] != ';' && (behind == '=' || isAlphanumeric(behind)))
       return 0;
@@ -93,7 +95,9 @@ std::size_t appendNamed(std::string_view text, TextPlace place, std::string& out
 
 } // namespace
 
+// Most texts have no mark and are given back as they stand, without a copy.
 std::string_view readText(std::string_view text, TextPlace place, std::string& room) {
+  // With their lengths, since NUL is one of them.
   const std::string_view marks(place == TextPlace::raw ? "\r\0" : "\r\0&", place == TextPlace::raw ? 2 : 3);
   std::size_t mark = text.find_first_of(marks);
   if (mark == std::string_view::npos)

@@ -14,6 +14,7 @@ namespace tabwright::html {
 ///     const Document clean = Cleaner(head, body).clean(page);
 class Cleaner {
 public:
+  /// An empty list lets nothing through: without one for the head no text of it is left.
   Cleaner(AllowList head, AllowList body) : head_(std::move(head)), body_(std::move(body)) {}
 
   /// `page` stays as it is, and need not outlive the result. Time and memory in proportion to the page.

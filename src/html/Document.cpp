@@ -17,6 +17,7 @@ Document Document::parse(std::string_view text) {
     throw ParseFault(ParseFault::Bound::bytes, maximumLength);
   auto texts = std::make_shared<Arena>();
   auto nodes = std::make_unique<Arena>();
+  // Checked first, since nearly all pages are well formed and need no copy.
   const std::string mended = platform::malformedByte(text) ? platform::wellFormed(std::string(text)) : std::string();
   const NodeRecord& root = TreeConstruction(mended.empty() ? text : mended, *texts, *nodes).run();
   return Document(std::move(texts), std::move(nodes), root);

@@ -31,7 +31,9 @@ class Arena;
 /// Immutable, moved but not copied. Nodes and their texts live as long as the document.
 class Document {
 public:
+  /// Levels from the root down, the root included. Recursion over a document goes no deeper.
   static constexpr int maximumDepth = 512;
+  /// Of one element; those behind them are dropped.
   static constexpr int maximumAttributes = 64;
   /// Bytes that `parse` takes at most.
   static constexpr std::size_t maximumLength = std::size_t{128} << 20;
@@ -45,6 +47,7 @@ public:
   /// The element "html". Every document has one, and in it a "head" and (frame sets apart) a "body".
   [[nodiscard]] Node root() const { return Node(*root_); }
 
+  /// A document that was moved from may only be destroyed or assigned to.
   Document(Document&&) noexcept;
   Document& operator=(Document&&) noexcept;
   ~Document();

@@ -1,4 +1,5 @@
-// ICU knows the encodings and their many names.
+// Only the mark and the first bytes decide: nothing is guessed from the text. ICU knows the encodings and their many
+// names; a page that names UTF-8 or none is given back as it is, and its reader mends what isn't.
 #include "html/Encoding.h"
 
 #include "platform/AsciiCase.h"
@@ -22,6 +23,7 @@ std::string declaredEncoding(std::string_view bytes) {
   const std::string start = platform::lowercased(bytes.substr(0, prescan));
   constexpr std::string_view blanks = " \t\r\n\f";
   for (std::size_t meta = start.find("<meta"); meta != std::string::npos; meta = start.find("<meta", meta + 1)) {
+    // "charset" may be the attribute itself, or stand in the value of `content`: both are found.
     const std::string_view tag = std::string_view(start).substr(meta, start.find('>', meta) - meta);
     const std::size_t charset = tag.find("charset");
     if (charset == std::string_view::npos)

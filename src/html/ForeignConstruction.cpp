@@ -1,5 +1,6 @@
 // Drawings (SVG) and formulas (MathML). Their elements are named "svg", "svg path", "math mi", so that none is taken
-// for HTML's element of that name.
+// for HTML's element of that name. HTML may stand in some of them ("integration points"): there the rules of the body
+// hold again, so the innermost open element alone tells which rules a token falls under.
 #include "html/TreeConstruction.h"
 #include "platform/AsciiCase.h"
 
@@ -52,6 +53,7 @@ void TreeConstruction::leaveForeign() {
 void TreeConstruction::takeForeign(const Token& token) {
   const Tag tag = token.traits.tag;
   if (token.kind == Token::Kind::text || token.kind == Token::Kind::characterData) {
+    // Rules and code of a drawing are no text of the page.
     const bool isCode = localName(current()) == "style" || localName(current()) == "script";
     const auto place = token.kind == Token::Kind::text ? TextPlace::foreign : TextPlace::raw;
     return isCode ? void() : insertText(readText(token.text, place, room_));
@@ -60,6 +62,7 @@ void TreeConstruction::takeForeign(const Token& token) {
     const auto isOfFont = [](const Attribute& attribute) {
       return attribute.name == "color" || attribute.name == "face" || attribute.name == "size";
     };
+    // HTML in a drawing that was never closed: the standard ends the drawing there.
     if (token.traits.has(leavesForeign) || (tag == tag_font && std::ranges::any_of(token.attributes, isOfFont))) {
       leaveForeign();
       return start(token);
@@ -71,10 +74,12 @@ void TreeConstruction::takeForeign(const Token& token) {
       pop();
     return;
   }
+  // The two end tags that make elements of their own, which are HTML's.
   if (tag == tag_br || tag == tag_p) {
     leaveForeign();
     return end(token);
   }
+  // The root is no foreign element, so the walk ends.
   for (std::size_t position = stack_.size(); stack_[--position]->has(isForeign);)
     if (localName(*stack_[position]) == token.name)
       return closeThrough(position);

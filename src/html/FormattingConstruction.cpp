@@ -19,6 +19,7 @@ void TreeConstruction::addFormatting(Element* element) {
       eraseFormatting(place);
       break;
     }
+  // Beyond the standard: the oldest is forgotten, so that no walk over the list grows with the page.
   if (formatting_.size() == maximumFormatting)
     eraseFormatting(0);
   formatting_.push_back(element);
@@ -43,9 +44,11 @@ Element* TreeConstruction::lastFormatting(Tag tag) const {
 
 void TreeConstruction::reconstructFormatting() {
   std::size_t place = formatting_.size();
+  // Back to the last one that is open or a marker: all behind it are opened again, in their order.
   while (place > 0 && formatting_[place - 1] && !formatting_[place - 1]->isOpen)
     --place;
   for (const std::size_t end = formatting_.size(); place < end; ++place) {
+    // A page of unclosed formatting and many blocks would otherwise grow with the product of both.
     if (budget_ == 0)
       return formatting_.resize(place);
     --budget_;
@@ -70,14 +73,17 @@ bool TreeConstruction::adopt(Tag tag) {
   Element* const formatting = lastFormatting(tag);
   if (!formatting)
     return false;
+  // On the list, but closed: the end tag only takes it off.
   if (!formatting->isOpen) {
     eraseFormatting(placeOf(formatting_, *formatting));
     return false;
   }
   const std::size_t position = placeOf(stack_, *formatting);
   const auto above = stack_.begin() + static_cast<std::ptrdiff_t>(position) + 1;
+  // An end tag in a cell, say, doesn't reach formatting outside the table.
   if (std::any_of(above, stack_.end(), [](const Element* element) { return element->has(boundsScope); }))
     return false;
+  // The outermost special element that was opened within the formatting: without one there is nothing to mend.
   const auto furthest =
       std::find_if(above, stack_.end(), [](const Element* element) { return element->has(isSpecial); });
   if (furthest == stack_.end()) {
@@ -86,9 +92,11 @@ bool TreeConstruction::adopt(Tag tag) {
     return false;
   }
 
+  // Text that waits belongs where its element stands before the tree is changed.
   flushText();
   Element& block = **furthest;
   Element* last = &block;
+  // The place at which the formatting itself is listed again; it moves along as the list does.
   std::size_t bookmark = placeOf(formatting_, *formatting);
   constexpr int maximumCopies = 3; // the standard's
   int count = 0;
@@ -100,6 +108,7 @@ bool TreeConstruction::adopt(Tag tag) {
       bookmark -= bookmark > place ? 1 : 0;
       place = nowhere;
     }
+    // No formatting, or no longer on the list: it stays where it stands and is closed.
     if (place == nowhere) {
       takeOut(between);
       continue;

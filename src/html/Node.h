@@ -39,6 +39,7 @@ class Node {
 public:
   class Children;
 
+  /// A view of a record that its document keeps.
   explicit Node(const NodeRecord& record) : record_(&record) {}
 
   [[nodiscard]] bool isText() const { return record_->isText; }
@@ -72,8 +73,11 @@ private:
   const NodeRecord* record_;
 };
 
+/// A range of siblings, to be walked over: as small as a pointer and copied as freely. Finding the count means the
+/// walk.
 class Node::Children {
 public:
+  /// A forward iterator; it yields nodes by value.
   class Iterator {
   public:
     using value_type = Node;
@@ -101,6 +105,7 @@ public:
   explicit Children(const NodeRecord* first) : first_(first) {}
   [[nodiscard]] Iterator begin() const { return Iterator(first_); }
   [[nodiscard]] Iterator end() const { return {}; }
+  /// True for an element without content, and for a text.
   [[nodiscard]] bool empty() const { return first_ == nullptr; }
   /// Undefined when there are none.
   [[nodiscard]] Node front() const { return Node(*first_); }

@@ -1,4 +1,6 @@
-// The stack of open elements, and where nodes go.
+// The stack of open elements, and where nodes go. A count of the open elements of each tag tells most searches that
+// there is nothing to find; each element remembers its table's structure, so that the rules of tables need no search
+// either. Text is collected until a node or another place comes: what the page wrote in pieces becomes one node.
 #include "html/Document.h"
 #include "html/TreeConstruction.h"
 #include "html/WhiteSpace.h"
@@ -107,6 +109,7 @@ void TreeConstruction::open(Element& element, Element* structure) {
 void TreeConstruction::pop() {
   const Element& element = current();
   takeOut(stack_.size() - 1);
+  // A cell or a caption has put a marker on the list when it was opened.
   if (element.has(isRow) && !isStructure(element))
     clearToMarker();
 }

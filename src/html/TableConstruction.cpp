@@ -1,4 +1,6 @@
-// Tables: which of a table's structure is open, and what a tag of that structure ends and implies.
+// Tables: which of a table's structure is open, and what a tag of that structure ends and implies. One function serves
+// for several insertion modes of the standard: a part closes all up to the innermost element that may hold it, and
+// opens those between the two that the page has left out.
 #include "html/TreeConstruction.h"
 
 #include <initializer_list>
@@ -17,6 +19,7 @@ void TreeConstruction::startInTable(const Token& token) {
     return start(token);
   }
   const std::size_t table = find(tag_table, 0);
+  // A row or a cell outside of tables is no element at all.
   if (table == nowhere)
     return;
   const auto within = [&](std::initializer_list<Tag> tags) { // where one of them is open in the innermost table
@@ -38,6 +41,7 @@ void TreeConstruction::startInTable(const Token& token) {
   if (tag == tag_col && columns == nowhere)
     insertElement(tag_colgroup);
   insertElement(token);
+  // A marker: formatting from outside the cell isn't carried into it.
   if (isCell || tag == tag_caption)
     addFormatting(nullptr);
 }

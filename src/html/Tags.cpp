@@ -56,6 +56,7 @@ TagTraits traitsOf(std::string_view name) {
     std::unordered_map<std::string_view, TagTraits> map;
     for (std::size_t index = 0; index < names.size(); ++index)
       map.emplace(names[index], TagTraits{static_cast<Tag>(index), 0});
+    // `at` throws for a name that isn't among the tags: a slip in the table is seen at the first page.
     for (auto [trait, tags] : table)
       for (std::size_t end = 0; !tags.empty(); tags.remove_prefix(std::min(end + 1, tags.size())))
         map.at(tags.substr(0, end = std::min(tags.find(' '), tags.size()))).traits |= trait;

@@ -33,14 +33,19 @@ enum Tag : std::uint8_t {
   tag_unknown
 };
 
+/// A tag and its traits, looked up once when the tag is read and kept with the token and the element.
 struct TagTraits {
+  /// Elements that are compared by it must be known; of unknown ones the name tells.
   Tag tag = tag_unknown;
   std::uint16_t traits = 0;
+  /// True when it has any of the wanted traits, which are combined as bits.
   [[nodiscard]] bool has(unsigned wanted) const { return (traits & wanted) != 0; }
 };
 
 /// By a name in lower case.
+/// `tag_unknown` without traits for a name that the standard doesn't give any. In constant time, from any thread.
 [[nodiscard]] TagTraits traitsOf(std::string_view name);
+/// The name of a tag that the standard names; there is none for `tag_unknown`. It lives as long as the program.
 [[nodiscard]] std::string_view nameOf(Tag tag);
 
 } // namespace tabwright::html

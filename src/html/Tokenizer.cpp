@@ -23,6 +23,7 @@ constexpr bool isLetter(char character) {
 const Token& Tokenizer::next(bool isForeign) {
   while (place_ < page_.size()) {
     std::size_t end = place_;
+    // A "<" that begins no markup is part of the text around it.
     while (end < page_.size() && !isMarkup(end))
       end = std::min(page_.find('<', end + 1), page_.size());
     if (end > place_) {
@@ -31,6 +32,7 @@ const Token& Tokenizer::next(bool isForeign) {
       place_ = end;
       return token_;
     }
+    // Comments and the like give no token: the search for text goes on behind them.
     if (readMarkup(isForeign))
       return token_;
   }
@@ -64,6 +66,7 @@ bool Tokenizer::readMarkup(bool isForeign) {
     place_ = std::min(place_ + characterData.size() + content.size() + 3, page_.size());
     return true;
   }
+  // All else up to the next ">" is a comment ("bogus comment"), but for a doctype.
   const std::string_view content = rest.substr(2, rest.find('>') - 2);
   place_ = std::min(place_ + content.size() + 3, page_.size());
   constexpr std::string_view doctype = "doctype";
@@ -76,7 +79,9 @@ bool Tokenizer::readMarkup(bool isForeign) {
 
 void Tokenizer::skipComment() {
   const std::string_view rest = page_.substr(place_ + 4);
+  // A comment that isn't closed takes the rest of the page, as the standard says.
   std::size_t length = rest.size();
+  // "<!-->" and "<!--->" are whole comments.
   if (rest.starts_with(">"))
     length = 1;
   else if (rest.starts_with("->"))
@@ -114,6 +119,7 @@ bool Tokenizer::readTag(std::size_t nameBegin) {
   if (place >= page_.size())
     return false;
   token_.isSelfClosing = page_[place - 1] == '/' && !endsInValue_;
+  // Counted as they are read rather than kept, so a page beyond the bound costs no more than one at it.
   if (++tagsAndAttributes_ > Document::maximumMarkup)
     throw ParseFault(ParseFault::Bound::tagsAndAttributes, Document::maximumMarkup);
   return true;

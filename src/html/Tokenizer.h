@@ -13,12 +13,14 @@ namespace tabwright::html {
 
 /// A piece of a page. Its texts hold until the next one is read; those of attributes as long as the arena.
 struct Token {
+  /// `characterData` is text of a "CDATA" section, whose references don't count.
   enum class Kind { text, characterData, startTag, endTag, doctype, end };
   Kind kind = Kind::end;
   std::string_view
       text;         ///< of a text, in which references are yet to be replaced (but in `characterData`); of a doctype
   std::string name; ///< of a tag, in lower case
   TagTraits traits; ///< of a tag
+  /// The tag ends in "/>", which counts for foreign elements alone.
   bool isSelfClosing = false;
   std::vector<Attribute> attributes; ///< of a start tag: the first of each name, `Document::maximumAttributes` at most
 };
@@ -41,6 +43,7 @@ public:
   void skipContent();
 
 private:
+  /// NUL behind the end, which begins and ends nothing.
   [[nodiscard]] char at(std::size_t place) const { return place < page_.size() ? page_[place] : '\0'; }
   bool readMarkup(bool isForeign);
   [[nodiscard]] bool isMarkup(std::size_t place) const;
@@ -51,11 +54,14 @@ private:
   [[nodiscard]] std::string_view lowercasedName(std::string_view name);
 
   std::string_view page_;
+  /// The begin of the next piece, in bytes.
   std::size_t place_ = 0;
   Arena& texts_;
   Token token_;
+  /// For names and values on their way to the token or the arena.
   std::string room_;
   bool endsInValue_ = false; // the tag's last attribute has a value without quotes, so "/" is part of it
+  /// So far, against `Document::maximumMarkup`.
   std::size_t tagsAndAttributes_ = 0;
 };
 

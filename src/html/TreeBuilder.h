@@ -11,13 +11,18 @@
 namespace tabwright::html {
 
 /// An element while the tree that it stands in is made.
+/// The stored node, with what only the construction needs: the ways back in the tree, and the tag's traits. Its records
+/// stay in the arena with the document, of which readers see the `NodeRecord` alone.
 struct Element : NodeRecord {
   Element* parent = nullptr;
   NodeRecord* previous = nullptr; ///< the sibling before it
   NodeRecord* last = nullptr;     ///< child
   Element* structure = nullptr;   ///< the innermost element of a table's structure that was open with it, or itself
+  /// Those of its name, but for foreign elements, whose part in the rules is another.
   TagTraits tag;
+  /// Levels below the root and the root itself; as it was when the element was put in, whatever is moved later.
   std::uint16_t depth = 1;
+  /// On the stack of open elements.
   bool isOpen = false;
 
   [[nodiscard]] std::string_view name() const { return {characters, length}; }
@@ -27,6 +32,7 @@ struct Element : NodeRecord {
 /// Makes and links the nodes of a document. Costs the same wherever a node goes.
 class TreeBuilder {
 public:
+  /// The nodes live in that arena, which outlives this and all of them.
   explicit TreeBuilder(Arena& nodes) : nodes_(nodes) {}
 
   /// An element that stands nowhere yet. `name` and the texts of `attributes` stay where they are.
@@ -48,6 +54,7 @@ public:
     copy.count = element.count;
     return copy;
   }
+  /// Replaces all attributes. The list is copied, the texts in it stay where they are.
   void setAttributes(Element& element, std::span<const Attribute> attributes) {
     element.attributes = attributes.empty() ? nullptr : nodes_.copyAll(attributes);
     element.count = static_cast<std::uint32_t>(attributes.size());
@@ -94,6 +101,7 @@ public:
   }
 
 private:
+  /// Yields the sibling before the new node. Texts don't keep theirs, since only elements are taken out again.
   NodeRecord* link(NodeRecord& node, Element& parent, Element* before) {
     NodeRecord* const previous = before ? before->previous : parent.last;
     (previous ? previous->next : parent.firstChild) = &node;

@@ -1,5 +1,6 @@
 // The standard's insertion modes up to "after head" are a phase that only goes forward; each token either belongs to it
-// or begins the body.
+// or begins the body. The head is in the tree from the start and opened only while an element is put into it, so
+// nothing has to be moved there later.
 #include "html/TreeConstruction.h"
 
 #include "html/WhiteSpace.h"
@@ -31,6 +32,7 @@ const NodeRecord& TreeConstruction::run() {
 }
 
 void TreeConstruction::take(const Token& token) {
+  // Taken back by whatever comes next: only a text right behind the tag has such a line feed.
   const bool skipsLineFeed = std::exchange(skipsLineFeed_, false);
   if (belongsToForeign(token))
     return takeForeign(token);
@@ -68,6 +70,7 @@ bool TreeConstruction::startBeforeBody(const Token& token) {
   if (phase_ == Phase::inFrameset)
     return true;
   if (tag == tag_html) {
+    // The first `html` tag gives the root its attributes; later ones add none.
     if (phase_ < Phase::inHead && current().count == 0)
       tree_.setAttributes(current(), token.attributes);
     phase_ = std::max(phase_, Phase::beforeHead);
@@ -81,6 +84,7 @@ bool TreeConstruction::startBeforeBody(const Token& token) {
   }
   if (token.traits.has(inHead)) {
     phase_ = std::max(phase_, Phase::inHead);
+    // Opened for this element alone, also when it comes behind the head's end tag: it belongs there all the same.
     push(*head_);
     if (tag == tag_title)
       takeUnmarked(token);
@@ -102,6 +106,7 @@ void TreeConstruction::endBeforeBody(const Token& token) {
   case tag_head:
     phase_ = Phase::afterHead;
     return;
+  // These ends without a start make an empty body.
   case tag_body:
   case tag_html:
     return enterBody();
@@ -118,6 +123,7 @@ void TreeConstruction::endBeforeBody(const Token& token) {
 void TreeConstruction::takeUnmarked(const Token& token) {
   const Tag tag = token.traits.tag;
   const bool isRaw = tag == tag_xmp || tag == tag_plaintext;
+  // Both show their text as it stands, as `pre` does.
   isRaw ? insertElement(tag_pre) : insertElement(token);
   std::string_view text = readText(tokenizer_.takeContent(), isRaw ? TextPlace::raw : TextPlace::foreign, room_);
   text.remove_prefix(tag == tag_textarea && text.starts_with('\n') ? 1 : 0);
@@ -135,6 +141,7 @@ void TreeConstruction::skipTemplate() {
       --depth;
     else if (token.kind == Token::Kind::startTag && tag == tag_template)
       ++depth;
+    // A "</template>" in a script or a text is no tag.
     else if (token.kind == Token::Kind::startTag && token.traits.has(isUnread | isUnmarked))
       tokenizer_.skipContent();
   }

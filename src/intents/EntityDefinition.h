@@ -31,6 +31,7 @@ class EntityDefinition {
 public:
   class Property {
   public:
+    /// `name` is static text. A member that is a needed property must stand in every JSON object of the entity.
     template <class Member>
     Property(std::string_view name, Member Entity::* member, PropertyPresence presence = PropertyPresence::mayBeLeftOut)
         : declaration_{name, ValueTraits<Member>::type(), {}, presence},
@@ -46,6 +47,9 @@ public:
     std::function<void(Entity&, const boost::json::value&)> read_;
   };
 
+  /// `displayRepresentation` gives the line that shows an entity, `columns` the properties of its tables, by name and
+  /// in order. All texts that are views have static storage, and the definition itself lives in a function's `static`:
+  /// types and declarations keep pointers to it.
   EntityDefinition(std::string_view name, std::vector<Property> properties,
                    std::function<std::string(const Entity&)> displayRepresentation, TextForm textForm = TextForm::none,
                    std::vector<std::string_view> columns = {})
@@ -66,8 +70,10 @@ public:
   EntityDefinition(const EntityDefinition&) = delete;
   EntityDefinition& operator=(const EntityDefinition&) = delete;
 
+  /// The same object at each call; types are compared by its address.
   [[nodiscard]] const EntityDeclaration& declaration() const { return declaration_; }
 
+  /// The object of an entity, its keys in declared order, those without a value left out.
   [[nodiscard]] boost::json::object toJson(const Entity& entity) const {
     boost::json::object object;
     for (const Property& property : properties_) {
@@ -85,6 +91,7 @@ public:
     const boost::json::object* object = json.if_object();
     if (!object)
       throw ValueError::unsuitable(json, "a JSON object of the type " + std::string(declaration_.name));
+    // Before anything is read: a misspelt key would otherwise be a missing property, or none at all.
     refuseUnknownProperties(declaration_, *object);
     Entity entity;
     for (const Property& property : properties_) {
@@ -100,6 +107,7 @@ public:
         throw error.within(property.declaration_.name);
       }
     }
+    // For rules that no single property can tell, such as two that must fit each other.
     if constexpr (requires { entity.check(); })
       entity.check();
     return entity;

@@ -14,6 +14,7 @@ std::optional<double> numberIn(std::string_view text) {
   return failed == std::errc{} && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
 }
 
+// “5s” and “5 s” are “5”.
 std::string_view withoutUnit(std::string_view seconds) {
   if (seconds.ends_with('s'))
     seconds.remove_suffix(1);
@@ -37,12 +38,14 @@ const EnumCase* EnumDeclaration::find(std::string_view nameOrRawValue) const {
     found = std::ranges::find(cases, nameOrRawValue, &EnumCase::rawValue);
   if (found != cases.end())
     return &*found;
+  // Only numbers are left, which people write in several ways.
   const auto seconds = numberIn(withoutUnit(nameOrRawValue));
   return seconds ? find(*seconds) : nullptr;
 }
 
 const EnumCase* EnumDeclaration::find(double seconds) const {
   const auto found =
+      // Compared as numbers: “0.50” is the raw value “0.5” as well.
       std::ranges::find(cases, std::optional(seconds), [](const EnumCase& one) { return numberIn(one.rawValue); });
   return found == cases.end() ? nullptr : &*found;
 }

@@ -17,23 +17,28 @@ struct EnumCase {
   std::string_view rawValue; ///< what it stands for as text, sent to pages and scripts: "0.5"
 };
 
-/// An enum without its C++ type: its name and its cases in declaration order.
+/// An enum without its C++ type: its name and its cases in declaration order. All views have static storage, so it is
+/// copied freely.
 ///
 /// Captions follow from the names, by one rule: `appEnum.NAME.typeDisplayRepresentation` for the enum and
 /// `appEnum.NAME.caseDisplayRepresentation.CASE` for a case, in the enum's table.
 struct EnumDeclaration {
   std::string_view name;
+  /// The string table of its captions.
   std::string_view table;
   std::span<const EnumCase> cases;
 
+  /// The name of the enum, and of one of its cases, for users.
   [[nodiscard]] LocalizedText typeCaption() const;
   [[nodiscard]] LocalizedText caption(const EnumCase& enumCase) const;
 
   /// The case of that name or else of that raw value; null for others. A name wins, exact spelling counts. Where the
   /// raw values are numbers of seconds, a case is found by any spelling of its number: "5", "5.0", "5s", "5 s".
   [[nodiscard]] const EnumCase* find(std::string_view nameOrRawValue) const;
+  /// The case whose raw value is that number; null for others, and for enums of no numbers.
   [[nodiscard]] const EnumCase* find(double seconds) const;
-  /// True when the raw values are numbers of seconds.
+  /// True when the raw values are numbers of seconds: then people give, and agents are offered, the numbers instead of
+  /// the names.
   [[nodiscard]] bool isOfSeconds() const;
 };
 
@@ -51,6 +56,7 @@ struct EnumDeclaration {
 /// `enumDeclaration`, found by argument-dependent lookup, is what makes the enum a value type of parameters.
 template <class Enum>
 struct EnumRow {
+  /// The enumerator, whose number is the row's place.
   Enum value;
   std::string_view name;
   std::string_view rawValue{}; ///< the name, when left out
@@ -62,19 +68,21 @@ consteval std::array<EnumCase, count> enumTable(const EnumRow<Enum> (&rows)[coun
   std::array<EnumCase, count> cases{};
   for (std::size_t index = 0; index < count; ++index) {
     if (static_cast<std::size_t>(rows[index].value) != index)
+      // Never thrown: reaching it is what the compiler complains of.
       throw "the rows of an enum's table stand in the order of its enumerators";
     cases[index] = {rows[index].name, rows[index].rawValue.empty() ? rows[index].name : rows[index].rawValue};
   }
   return cases;
 }
 
-/// An enum that has been declared with a table.
+/// An enum that has been declared with a table; only such a one can be the type of a parameter.
 template <class Type>
 concept DeclaredEnum = std::is_enum_v<Type> && requires(Type value) {
   { enumDeclaration(value) } -> std::convertible_to<EnumDeclaration>;
 };
 
-/// Name and raw value of an enumerator.
+/// Name and raw value of an enumerator. The value must be one of the table's: anything cast from another number is
+/// undefined.
 template <DeclaredEnum Enum>
 [[nodiscard]] const EnumCase& enumCase(Enum value) {
   return enumDeclaration(value).cases[static_cast<std::size_t>(value)];

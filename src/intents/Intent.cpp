@@ -38,6 +38,7 @@ bool SummaryRow::shows(const ParameterBase& parameter) const {
 }
 
 const SummaryRow& Summary::current() const {
+  // `summarise` has made sure of a last row that always holds.
   return *std::ranges::find_if(
       rows, [](const SummaryRow& row) { return std::ranges::all_of(row.when, &SummaryCondition::holds); });
 }
@@ -54,6 +55,7 @@ const ParameterBase* Intent::findParameter(std::string_view name) const {
 }
 
 ParameterBase* Intent::findParameter(std::string_view name) {
+  // The list holds pointers that aren't const, so nothing that was const loses it.
   return const_cast<ParameterBase*>(std::as_const(*this).findParameter(name));
 }
 
@@ -65,6 +67,7 @@ std::vector<const ParameterBase*> Intent::missingParameters() const {
   const SummaryRow& row = summary_.current();
   std::vector<const ParameterBase*> missing;
   std::ranges::copy_if(parameters_, std::back_inserter(missing), [&](const ParameterBase* parameter) {
+    // One that the sentence doesn't show isn't looked at, so it can't be missing.
     return parameter->declaration().presence == Presence::required && !parameter->hasValue() && row.shows(*parameter);
   });
   return missing;
@@ -81,6 +84,7 @@ bool Intent::isAlwaysNeeded(const ParameterBase& parameter) const {
 }
 
 void Intent::summarise(std::vector<SummaryRow> rows) {
+  // A mistake of the action's class, which the first test that makes it finds.
   if (rows.empty() || !rows.back().when.empty())
     throw std::logic_error(name_ + ": the last row of a summary has no condition");
   summary_.rows = std::move(rows);

@@ -10,7 +10,8 @@
 
 namespace tabwright::intents {
 
-/// The worst that a run of an action can do, for people who allow an agent its tools.
+/// The worst that a run of an action can do, for people who allow an agent its tools. They become the annotations of
+/// tools in the Model Context Protocol, and change nothing about the run.
 struct Hints {
   bool readsOnly = false;    ///< nothing in the browser or in a page is changed; `isOpen` alone counts beside it
   bool destroys = false;     ///< a run may lose something: a tab, typed text, what a page's own code does
@@ -40,20 +41,25 @@ public:
   Intent(const Intent&) = delete;
   Intent& operator=(const Intent&) = delete;
 
+  /// The short name, in ASCII, as users and agents write it: "ClickElement".
   [[nodiscard]] const std::string& name() const { return name_; }
+  /// The string table with the action's texts; actions of one kind share one.
   [[nodiscard]] const std::string& table() const { return table_; }
   [[nodiscard]] const Hints& hints() const { return hints_; }
+  /// A few words for lists: "Click element".
   [[nodiscard]] LocalizedText title() const;
-  /// In declaration order.
+  /// In declaration order, which is the one in which they are shown.
   [[nodiscard]] std::span<const ParameterBase* const> parameters() const { return parameters_; }
   [[nodiscard]] std::span<ParameterBase* const> parameters() { return parameters_; }
   /// The parameter of that name, in any case; null for none.
   [[nodiscard]] const ParameterBase* findParameter(std::string_view name) const;
   [[nodiscard]] ParameterBase* findParameter(std::string_view name);
   [[nodiscard]] const Summary& summary() const { return summary_; }
+  /// The sentence of a row of this action's summary, with its fields as "${name}".
   [[nodiscard]] LocalizedText summaryText(const SummaryRow& row) const;
-  /// The parameters that count only for certain values of others, as the action's class declares it.
+  /// The parameters that count only for certain values of others, as the action's class declares it, in that order.
   [[nodiscard]] const std::vector<Dependence>& dependences() const { return dependences_; }
+  /// Of kind `nothing` for an action without a result. The same at each call.
   [[nodiscard]] virtual ValueType resultType() const = 0;
 
   /// The parameters that must be given and haven't been: required, shown by the summary as the values are now, and
@@ -71,6 +77,8 @@ protected:
 
   /// Sets the summary, once, in the constructor. Its last row must have no condition: `std::logic_error`.
   void summarise(std::vector<SummaryRow> rows);
+  /// Says that a parameter counts only with a choice: readers settle the choice by it, or refuse what wouldn't count.
+  /// In the constructor, behind the parameters.
   void declare(Dependence dependence) { dependences_.push_back(std::move(dependence)); }
 
 private:

@@ -23,12 +23,14 @@ std::string encoded(std::string_view data) {
     for (std::size_t index = 0; index < 3; ++index)
       bits = bits << 8 | (index < group.size() ? static_cast<unsigned char>(group[index]) : 0U);
     for (std::size_t index = 0; index < 4; ++index)
+      // A group of n bytes has n + 1 digits; the rest is padding.
       text += index <= group.size() ? alphabet[bits >> (18 - 6 * index) & 63U] : '=';
   }
   return text;
 }
 
 std::optional<std::string> decoded(std::string_view text) {
+  // Padding is part of the form, though no digit needs it to be read.
   if (text.size() % 4 != 0)
     return std::nullopt;
   while (!text.empty() && text.back() == '=')
@@ -64,6 +66,7 @@ boost::json::value ValueTraits<IntentFile>::toJson(const IntentFile& value) {
 IntentFile ValueTraits<IntentFile>::fromJson(const boost::json::value& json) {
   if (const boost::json::string* text = json.if_string())
     return fromText(*text);
+  // The document itself, written out again.
   if (json.is_object() || json.is_array())
     return fromText(boost::json::serialize(json));
   throw ValueError::unsuitable(json, "a JSON object, a list, or a text");
@@ -76,6 +79,8 @@ std::optional<IntentFile> propertyFromJson(const boost::json::value& json) {
     const boost::json::string* type = textField(*object, "type");
     const boost::json::string* data = textField(*object, "data");
     auto bytes = data ? decoded(*data) : std::nullopt;
+    // A result whose files were saved has their paths instead of their data (`app::withFilesIn`), and may still be
+    // given on.
     if (filename && type && (bytes || textField(*object, "path")))
       return IntentFile{
           .data = std::move(bytes).value_or(""), .filename = std::string(*filename), .type = std::string(*type)};

@@ -23,7 +23,8 @@ struct LocalizedText {
   std::string key;
   std::string table{tables::standard};
 
-  /// The wording in the user's language; the key itself when no table has one.
+  /// The wording in the user's language, else in English; the key itself when no table has one. Looked up at each call;
+  /// never fails. From any thread.
   [[nodiscard]] std::string text() const;
 
   friend bool operator==(const LocalizedText&, const LocalizedText&) = default;

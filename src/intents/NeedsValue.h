@@ -9,8 +9,11 @@ namespace tabwright::intents {
 
 /// The signal that an action can't start without a value of one parameter.
 ///
-/// Thrown by the action, before anything has been run. Whoever hosts the action may ask the user `question()` and
-/// perform the action again with the answer; one that can't ask reports the failure as it stands.
+/// Thrown by the action, before anything has been run: also for a value that was given and can't be, which its cause
+/// then tells. Whoever hosts the action may ask the user `question()` and perform the action again with the answer in
+/// its place; one that can't ask reports the failure as it stands.
+///
+///     catch (const NeedsValue& missing) { parameters[missing.parameter()] = ask(missing.question()); }
 class NeedsValue final : public platform::Failure {
 public:
   NeedsValue(std::string parameter, std::string question)
@@ -23,6 +26,7 @@ public:
 
   /// Both in one sentence: "cssSelector needs a value. QUESTION".
   [[nodiscard]] std::string errorDescription() const override { return parameter_ + " needs a value. " + question_; }
+  /// The case is the parameter's name, so that a program knows what to give.
   [[nodiscard]] platform::FailureIdentity identity() const override {
     return {"NeedsValue", parameter_, {}, platform::FailureClass::wrongUse};
   }

@@ -21,13 +21,15 @@ class Intent;
 /// summary shows it; while it isn't shown it may lack a value.
 enum class Presence { required, optional };
 
-/// The behaviour of a field for the text where one is shown.
+/// The behaviour of a field for the text where one is shown: an action says it, and a front end with fields would keep
+/// to it.
 struct TextInputOptions {
   enum class KeyboardType { standard, asciiCapable };
   enum class Capitalization { sentences, none };
 
   KeyboardType keyboardType = KeyboardType::standard;
   Capitalization capitalization = Capitalization::sentences;
+  /// This and the rest are on for words of a language; code and selectors switch them off.
   bool multiline = true;
   bool autocorrect = true;
   bool smartQuotes = true;
@@ -38,8 +40,10 @@ struct TextInputOptions {
 /// before the first call. They may give it all the same.
 enum class Audience { everyone, people };
 
-/// All that is known of a parameter without its C++ type.
+/// All that is known of a parameter without its C++ type. It doesn't change once the parameter is made; the value is
+/// the parameter's.
 struct ParameterDeclaration {
+  /// Known to users, agents and workflows, who may write it in any case.
   std::string name;
   ValueType type;
   LocalizedText title;
@@ -60,16 +64,21 @@ struct ParameterSpec {
   std::string_view name;
   Presence presence = Presence::required;
   std::optional<T> defaultValue{};
+  /// For a text that doesn't follow the rule, such as one that actions share.
   std::optional<LocalizedText> title{};
   std::optional<LocalizedText> description{};
+  /// None: the question is made of the title.
   std::optional<LocalizedText> requestDialog{};
+  /// Of choices that are known only at run time; null for others.
   const OptionsProvider* options = nullptr;
   std::optional<TextInputOptions> textInput{};
+  /// As written on a command line. Examples of the help are made of it, and are run by tests.
   std::string_view example{};
   Audience audience = Audience::everyone;
 };
 
-/// A parameter of an action, whatever its type: what readers, schemas and help work with.
+/// A parameter of an action, whatever its type: what readers, schemas and help work with. Belongs to the thread of its
+/// action.
 class ParameterBase {
 public:
   virtual ~ParameterBase() = default;
@@ -79,16 +88,19 @@ public:
   [[nodiscard]] const ParameterDeclaration& declaration() const { return declaration_; }
   [[nodiscard]] const std::string& name() const { return declaration_.name; }
 
+  /// True for a default, too.
   [[nodiscard]] virtual bool hasValue() const = 0;
-  /// The value; null when there is none.
+  /// The value in the form that `setJson` takes; null when there is none.
   [[nodiscard]] virtual boost::json::value json() const = 0;
   /// Takes a value. Null takes the value away. Throws `ValueError`, without the parameter's name, and leaves the
   /// parameter as it was.
   virtual void setJson(const boost::json::value& json) = 0;
-  /// The same of a text from a command line.
+  /// The same of a text from a command line, in UTF-8. An empty text is a value like any other, and fits only where its
+  /// type takes one.
   virtual void setText(std::string_view text) = 0;
 
-  /// For an action to throw when it can't go on without a value.
+  /// For an action to throw when it can't go on without a value, or with the one at hand: the question is that of the
+  /// declaration, or made of the title.
   [[nodiscard]] NeedsValue needsValueError() const;
 
 protected:
@@ -108,6 +120,8 @@ private:
 template <class T>
 class Parameter final : public ParameterBase {
 public:
+  /// Takes the declared default, else the one that the options provider offers, else no value. `owner` is the action
+  /// that it is a member of; the provider outlives both.
   Parameter(Intent& owner, const ParameterSpec<T>& spec) : ParameterBase(owner, untyped(spec)) {
     if (spec.defaultValue)
       value_ = spec.defaultValue;
@@ -121,8 +135,11 @@ public:
       throw needsValueError();
     return *value_;
   }
+  /// Throws like `*`.
   [[nodiscard]] const T* operator->() const { return &**this; }
+  /// The value, or nothing: for parameters that may be left out.
   [[nodiscard]] const std::optional<T>& value() const { return value_; }
+  /// Sets the value as it is; an empty one takes it away.
   void set(std::optional<T> value) { value_ = std::move(value); }
 
   [[nodiscard]] bool hasValue() const override { return value_.has_value(); }

@@ -11,7 +11,7 @@
 
 namespace tabwright::intents {
 
-/// True while an enum parameter has a certain case.
+/// True while an enum parameter has a certain case. The parameter outlives the condition: both belong to one action.
 struct SummaryCondition {
   const ParameterBase* parameter;
   std::string caseName;
@@ -19,14 +19,19 @@ struct SummaryCondition {
   [[nodiscard]] bool holds() const { return parameter->json() == boost::json::value(caseName); }
 };
 
-/// The condition that `parameter` has the case `value`.
+/// The condition that `parameter` has the case `value`, as rows and dependences name it:
+///
+///     {.when = {is(tabSelection, TabSelectionOption::specificTab)}, .sentence = {&cssSelector, &targetTab}}
 template <DeclaredEnum Enum>
 [[nodiscard]] SummaryCondition is(const Parameter<Enum>& parameter, Enum value) {
   return {&parameter, std::string(enumCase(value).name)};
 }
 
-/// A parameter that an action looks at only while another one has a certain case, or any case but that one.
+/// A parameter that an action looks at only while another one has a certain case, or any case but that one: `targetTab`
+/// counts while `tabSelection` is `specificTab`.
 struct Dependence {
+  /// A choice that a dependence needs to hold can be made for the caller; one that it needs not to hold can't, as
+  /// several cases would do.
   enum class Counts { whileItHolds, unlessItHolds };
 
   const ParameterBase* parameter;
@@ -41,6 +46,7 @@ struct SummaryRow {
   std::vector<const ParameterBase*> sentence{}; ///< stand in the sentence, as ${name}
   std::vector<const ParameterBase*> further{};  ///< shown beside it
 
+  /// True for a parameter of the sentence or beside it: only such a one can be missing.
   [[nodiscard]] bool shows(const ParameterBase& parameter) const;
 };
 
@@ -49,6 +55,7 @@ struct SummaryRow {
 struct Summary {
   std::vector<SummaryRow> rows;
 
+  /// The row for the values as they are. There is one once the action's constructor has ended.
   [[nodiscard]] const SummaryRow& current() const;
 };
 

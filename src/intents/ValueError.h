@@ -9,7 +9,7 @@
 
 namespace tabwright::intents {
 
-/// A value that doesn't fit where it was given.
+/// A value that doesn't fit where it was given. Readers of parameters turn it into a `UsageError`.
 ///
 /// The place is told from the outside in, each level adding its name as the failure passes: a tab entity says
 /// "title", the parameter that holds it makes it "targetTab.title". The whole sentence is then
@@ -17,7 +17,8 @@ namespace tabwright::intents {
 ///     targetTab.title can't be 5; give a text.
 class ValueError final : public platform::Failure {
 public:
-  /// "... can't be CAME; give EXPECTED." `expected` is a noun phrase: "a text", "one of frontTab, specificTab".
+  /// "... can't be CAME; give EXPECTED." `expected` is a noun phrase: "a text", "one of frontTab, specificTab". CAME is
+  /// JSON, cut behind 60 bytes where a character ends.
   static ValueError unsuitable(const boost::json::value& came, std::string_view expected);
   /// The same of a text from a command line.
   static ValueError unsuitable(std::string_view came, std::string_view expected);

@@ -63,6 +63,7 @@ bool ValueTraits<bool>::fromText(std::string_view text) {
 
 std::int64_t ValueTraits<std::int64_t>::fromJson(const boost::json::value& json) {
   boost::system::error_code failed;
+  // Exact: 5.0 is 5, and 5.5 an error, as is what doesn't fit.
   const auto number = json.to_number<std::int64_t>(failed);
   if (failed)
     throw ValueError::unsuitable(json, wholeNumber);
@@ -93,6 +94,7 @@ std::size_t detail::indexOfCase(const EnumDeclaration& declaration, const boost:
 }
 
 boost::json::value detail::parseValue(std::string_view text, std::string_view expected) {
+  // As behind a pipe from a command that failed.
   if (platform::isBlank(text))
     throw ValueError("is empty: what should give it has given nothing. Give " + std::string(expected) + ".");
   boost::system::error_code failed;
@@ -108,6 +110,7 @@ const boost::json::value& detail::soleValue(const boost::json::value& json, std:
     return json;
   if (list->empty())
     throw ValueError("is an empty list: what should give it has found nothing.");
+  // Several would mean to choose for the caller, perhaps a tab to close.
   if (list->size() != 1)
     throw ValueError("can't be a list of " + std::to_string(list->size()) + " items; give " + std::string(expected) +
                      ".");
@@ -116,6 +119,7 @@ const boost::json::value& detail::soleValue(const boost::json::value& json, std:
 
 void refuseUnknownProperties(const EntityDeclaration& declaration, const boost::json::object& object) {
   for (const auto& [key, value] : object) {
+    // A lenient reader would drop what was misspelt without a word.
     if (!declaration.find(key))
       throw ValueError(fmt::format("has no property “{}” as a {}; its properties are {}.", std::string_view(key),
                                    declaration.name, fmt::join(declaration.propertyNames(), ", ")));

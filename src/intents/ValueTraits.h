@@ -23,7 +23,8 @@ namespace tabwright::intents {
 template <class Entity>
 class EntityDefinition;
 
-/// Makes a C++ type a value of parameters, properties and results. Each specialisation has
+/// Makes a C++ type a value of parameters, properties and results: all conversions between C++, JSON and command lines
+/// are here, and a type that has none of these doesn't compile as a parameter. Each specialisation has
 ///
 ///     static ValueType type();
 ///     static boost::json::value toJson(const T& value);
@@ -62,7 +63,8 @@ struct ValueTraits<bool> {
   static bool fromText(std::string_view text);
 };
 
-/// Whole numbers. A JSON number with a fraction of zero counts as whole.
+/// Whole numbers of 64 bits. A JSON number with a fraction of zero counts as whole; a text is decimal digits, perhaps
+/// behind a minus, and nothing around them.
 template <>
 struct ValueTraits<std::int64_t> {
   static ValueType type() { return {.kind = ValueKind::integer}; }
@@ -86,14 +88,16 @@ namespace detail {
 /// Index of the case of that name or raw value; throws `ValueError`.
 [[nodiscard]] std::size_t indexOfCase(const EnumDeclaration& declaration, std::string_view nameOrRawValue);
 [[nodiscard]] std::size_t indexOfCase(const EnumDeclaration& declaration, const boost::json::value& json);
-/// The JSON value that a text holds, or a `ValueError` that says so.
+/// The JSON value that a text holds, or a `ValueError` that says so. A blank text has a complaint of its own: it mostly
+/// comes through a pipe from a command that failed.
 [[nodiscard]] boost::json::value parseValue(std::string_view text, std::string_view expected);
 /// `json`, or its only item when it is a list of one: an action that lists things may feed one that takes one.
 [[nodiscard]] const boost::json::value& soleValue(const boost::json::value& json, std::string_view expected);
 const boost::json::value& soleValue(boost::json::value&& json, std::string_view expected) = delete; // it would dangle
 } // namespace detail
 
-/// Throws a `ValueError` that names the first key which is no property, and what the properties are.
+/// Throws a `ValueError` that names the first key which is no property, and what the properties are. Entities are given
+/// by people and agents, whose misspelt keys must not be lost.
 void refuseUnknownProperties(const EntityDeclaration& declaration, const boost::json::object& object);
 
 /// A property of an entity that an action gave, from its JSON. It differs from a parameter's value for files alone.
@@ -105,7 +109,7 @@ template <class T>
 template <>
 std::optional<IntentFile> propertyFromJson(const boost::json::value& json);
 
-/// Enums go by the names of their cases; a raw value is taken too.
+/// Enums go by the names of their cases; a raw value is taken too, and a JSON number where the cases are seconds.
 template <DeclaredEnum Enum>
 struct ValueTraits<Enum> {
   static const EnumDeclaration& declaration() {
@@ -120,19 +124,21 @@ struct ValueTraits<Enum> {
   static Enum fromText(std::string_view text) { return static_cast<Enum>(detail::indexOfCase(declaration(), text)); }
 };
 
-/// A type with a static `definition()`.
+/// A type with a static `definition()`, which is what makes it an entity.
 template <class Type>
 concept DefinedEntity = requires {
   { Type::definition() } -> std::convertible_to<const EntityDefinition<Type>&>;
 };
 
-/// An entity that a short text refers to, beside its object: `fromReference` gives nothing for a text that is none.
+/// An entity that a short text refers to, beside its object, such as "chromium:8": `fromReference` gives nothing for a
+/// text that is none, and doesn't look whether there is such a thing.
 template <class Type>
 concept ReferredEntity = DefinedEntity<Type> && requires(std::string_view text) {
   { Type::fromReference(text) } -> std::convertible_to<std::optional<Type>>;
 };
 
-/// Entities are JSON objects, on a command line as text. Include `EntityDefinition.h` where these are used.
+/// Entities are JSON objects, on a command line as text. A list of one is taken for its item, and a reference for its
+/// entity where the type has such. Include `EntityDefinition.h` where these are used.
 template <DefinedEntity Entity>
 struct ValueTraits<Entity> {
   static ValueType type() { return {.kind = ValueKind::entity, .entity = &Entity::definition().declaration()}; }

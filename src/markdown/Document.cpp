@@ -1,5 +1,6 @@
 // The parser is cmark-gfm. Its tree is walked by its iterator, not by recursion, and copied into nodes of our own; a
-// node is added to its parent when it is left. `kept` tells for each node that is open whether it is in our tree.
+// node is added to its parent when it is left. `kept_` tells for each node that is open whether it is in our tree. Our
+// own tree is plain data, so that it outlives the parser, can be shared by threads, and is never deeper than it may be.
 #include "markdown/Document.h"
 
 #include "markdown/MarkdownError.h"
@@ -82,6 +83,7 @@ std::string textOf(const char* text) {
   return !text ? std::string() : withoutMarks(text);
 }
 
+// A letter for each column; any other for a column that says nothing.
 std::vector<Node::Alignment> alignmentsOf(cmark_node* table) {
   const std::uint8_t* letters = cmark_gfm_extensions_get_table_alignments(table);
   std::vector<Node::Alignment> alignments(cmark_gfm_extensions_get_table_columns(table));
@@ -93,6 +95,7 @@ std::vector<Node::Alignment> alignmentsOf(cmark_node* table) {
   return alignments;
 }
 
+// The members of its kind alone. The parser has resolved entities and escapes already.
 Node copyOf(cmark_node* source) {
   Node node;
   node.kind = kindOf(source);
@@ -110,6 +113,7 @@ Node copyOf(cmark_node* source) {
     break;
   case Kind::codeBlock:
     node.language = textOf(cmark_node_get_fence_info(source));
+    // The rest of the fence's line is free text by CommonMark, which gives only its first word a meaning.
     node.language.erase(std::min(node.language.find_first_of(" \t"), node.language.size()));
     node.text = textOf(cmark_node_get_literal(source));
     break;
@@ -136,6 +140,7 @@ Node copyOf(cmark_node* source) {
   return node;
 }
 
+// Kinds without children, whose whole content is their text.
 bool isLeaf(Kind kind) {
   switch (kind) {
   case Kind::codeBlock:
@@ -152,6 +157,7 @@ bool isLeaf(Kind kind) {
   }
 }
 
+// The kinds that a text can nest without end; all others stand in these at fixed depths.
 bool nestsInItself(Kind kind) {
   switch (kind) {
   case Kind::blockQuote:
@@ -176,6 +182,7 @@ public:
       return;
     }
     const bool isItem = node.kind == Kind::item || node.kind == Kind::taskItem;
+    // Items go with their list: one without a list around it could not be shown.
     const bool isTooDeep = (nestsInItself(node.kind) && open_.size() >= deepestNesting) || (isItem && !kept_.back());
     kept_.push_back(!isTooDeep);
     if (!isTooDeep)
@@ -187,6 +194,7 @@ public:
       return;
     const bool isKept = kept_.back();
     kept_.pop_back();
+    // The document itself stays open, as it has no parent to be added to.
     if (!isKept || kept_.empty())
       return;
     Node node = std::move(open_.back());
@@ -194,6 +202,7 @@ public:
     add(std::move(node));
   }
 
+  // The document, which is the only node still open at the end.
   Node finished() { return std::move(open_.front()); }
 
 private:

@@ -15,6 +15,7 @@ namespace tabwright::markdown {
 ///     richText(document, markdownTheme, ColourScheme::light);
 class Document {
 public:
+  /// `root` is of kind `document`. `parse` is what makes it in general.
   explicit Document(Node root) : root_(std::move(root)) {}
 
   /// The node of kind `document`.

@@ -12,7 +12,9 @@ enum class MarkdownError : std::uint8_t {
   textTooLong, ///< longer than `longestText`
 };
 
+/// The sentence in English, `detail` behind it.
 [[nodiscard]] std::string errorDescription(MarkdownError error, const std::string& detail);
+/// The case for programs, whatever the sentence says.
 [[nodiscard]] platform::FailureIdentity identity(MarkdownError error);
 
 } // namespace tabwright::markdown

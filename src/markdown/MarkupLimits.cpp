@@ -1,5 +1,7 @@
 // Goes through the text once, line by line, and keeps account of what the run of lines since the last blank one costs.
-// Markup is switched off by a noncharacter before it: unlike a backslash that can be taken out of code again.
+// Markup is switched off by a noncharacter before it: unlike a backslash that can be taken out of code again. The
+// account is that of the parser's work, not of the text's length, so it need not know the grammar: lines that could be
+// dear count as dear, and ordinary texts stay below the bounds.
 #include "markdown/MarkupLimits.h"
 
 #include <algorithm>
@@ -15,6 +17,7 @@ constexpr std::size_t deepestMarker = 128;
 constexpr std::size_t mostColumns = 128;
 constexpr std::size_t longestRun = 32UL * 1024;
 constexpr std::size_t delimiterRowCost = 1024; // each makes the parser read the paragraph before it again
+// The longest number of a list item in CommonMark.
 constexpr std::size_t longestNumber = 9;
 
 bool isBlankAt(std::string_view line, std::size_t at) {
@@ -62,6 +65,7 @@ bool startsItem(std::string_view line) {
 
 // The columns of a table whose delimiter row this line would be, inside of any quote or item.
 std::size_t columnsOf(std::string_view line) {
+  // Cheap and generous: a line that only looks like one costs a little of the run's account.
   const bool isDelimiter = line.contains('-') && line.find_first_of("|:") != std::string_view::npos &&
                            line.find_first_not_of("|:- \t>*+0123456789.)") == std::string_view::npos;
   return isDelimiter ? static_cast<std::size_t>(std::ranges::count(line, '|')) + 1 : 0;
@@ -92,6 +96,7 @@ private:
       cost_ = 0;
     const std::size_t columns = columnsOf(line);
     const std::size_t cost = line.size() + 1 + (columns > 0 ? delimiterRowCost : 0);
+    // A run that costs nothing yet has nothing to end: its one long line is cut below.
     if (cost_ > 0 && cost_ + cost + columns_ > longestRun) {
       result_ += '\n';
       startRun();
@@ -99,6 +104,7 @@ private:
     cost_ += cost + columns_;
     if (columns <= mostColumns)
       columns_ = std::max(columns_, columns);
+    // A single line may be longer than a run: it is cut into paragraphs.
     while (line.size() > longestRun) {
       const std::size_t end = endOfPiece(line);
       addMarkup(line.substr(0, end));
@@ -114,12 +120,15 @@ private:
     if (blank != std::string_view::npos && blank > 0)
       return blank;
     std::size_t end = longestRun;
+    // A character of UTF-8 has at most three bytes behind its first.
     while (end > longestRun - 4 && (static_cast<unsigned char>(line[end]) & 0xC0U) == 0x80U)
       --end;
     return end;
   }
 
   void addMarkup(std::string_view line) {
+    // One mark a line is enough: a marker that is text ends all markers behind it, and a row that holds anything else
+    // is no delimiter row.
     std::optional<std::size_t> marked = excessiveMarker(line);
     if (!marked && columnsOf(line) > mostColumns)
       marked = line.rfind('|');

@@ -40,8 +40,10 @@ struct Node {
     hardBreak,
   };
 
+  /// Of a table's column; `none` where the delimiter row has no colon, which is shown like `left`.
   enum class Alignment : std::uint8_t { none, left, centre, right };
 
+  /// Decides which of the members below mean anything.
   Kind kind = Kind::document;
   int level = 0;                     ///< heading: 1 to 6
   int start = 0;                     ///< list: number of the first item of an ordered one
@@ -54,6 +56,7 @@ struct Node {
   std::string address;               ///< link, image: as written, not checked (see `openableAddress`)
   std::string title;                 ///< link, image
   std::vector<Alignment> alignments; ///< table: one entry for each column
+  /// Empty in leaves. The order of the text.
   std::vector<Node> children;
 };
 

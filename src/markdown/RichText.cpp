@@ -1,5 +1,6 @@
 // Each node becomes one element that carries its look as a style attribute, for the toolkit's rich text has no style
-// sheets that go with a text. The recursion is as deep as the document, which is bounded.
+// sheets that go with a text. The recursion is as deep as the document, which is bounded. Text reaches the result
+// through `escaped` alone, and addresses through `openableAddress` before, so no markup of the document's gets in.
 #include "markdown/RichText.h"
 
 #include "markdown/LinkAddress.h"
@@ -26,6 +27,7 @@ std::string escaped(std::string_view text) {
     case '>':
       result += "&gt;";
       break;
+    // The quote too, since the same function serves for attributes.
     case '"':
       result += "&quot;";
       break;
@@ -120,14 +122,17 @@ private:
     }
   }
 
+  // With the node's children in it.
   void element(const Node& node, std::string_view tag, const std::string& style) {
     open(tag, style);
     children(node);
     close(tag);
   }
 
+  // With a plain text in it, which may go over several lines.
   void block(std::string_view tag, const std::string& style, std::string_view text) {
     open(tag, style);
+    // The line feed that ends every block would be shown as an empty line.
     result_ += escaped(text.ends_with('\n') ? text.substr(0, text.size() - 1) : text);
     close(tag);
   }
@@ -190,6 +195,7 @@ private:
   }
 
   void link(const Node& node) {
+    // A link that may not be opened is shown as its text, which stays readable.
     const std::optional<std::string> address = openableAddress(node.address);
     if (!address) {
       children(node);
@@ -214,6 +220,7 @@ private:
     return fmt::format("margin-top:{}px;margin-bottom:{}px;", above, below);
   }
 
+  // As declarations of CSS. All that a look doesn't set stays as the place around has it.
   std::string look(Role role) const {
     const Theme::Look& look = theme_.look(role);
     std::string style;
@@ -232,6 +239,7 @@ private:
     return style + colour("color", look.colour) + colour("background-color", look.background);
   }
 
+  // Nothing for a look without a colour, so that the place around decides.
   std::string colour(std::string_view property, const std::optional<Theme::ColourPair>& pair) const {
     if (!pair)
       return {};

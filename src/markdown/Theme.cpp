@@ -35,6 +35,7 @@ constexpr Theme theme{
     .symbols{.unchecked = "☐", .checked = "☑"},
 };
 
+// `look` finds a role by its place, and a row in another's place would be seen by nobody.
 constexpr bool isInOrder() {
   for (std::size_t row = 0; row < Theme::roleCount; ++row)
     if (theme.looks[row].role != static_cast<Role>(row))

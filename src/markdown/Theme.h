@@ -34,6 +34,7 @@ struct Theme {
   };
   static constexpr std::size_t roleCount = static_cast<std::size_t>(Role::border) + 1;
 
+  /// Red, green and blue of sRGB, opaque.
   struct Colour {
     std::uint8_t red;
     std::uint8_t green;
@@ -46,6 +47,7 @@ struct Theme {
     Colour dark;
   };
 
+  /// A row of the theme. Members that say nothing leave what the place around has.
   struct Look {
     Role role;
     int size = 100; ///< per cent of the window's letters
@@ -67,15 +69,18 @@ struct Theme {
   };
 
   /// The boxes of tasks.
+  /// Characters before the text of a task, for windows without boxes to tick.
   struct Symbols {
     std::string_view unchecked;
     std::string_view checked;
   };
 
+  /// One for each role, and none twice: checked when the theme is compiled.
   std::array<Look, roleCount> looks; ///< in the order of `Role`
   Spacing spacing;
   Symbols symbols;
 
+  /// In constant time: `looks` stands in the order of `Role`.
   [[nodiscard]] constexpr const Look& look(Role role) const { return looks[static_cast<std::size_t>(role)]; }
 
   /// The role of a heading of level 1 to 6.

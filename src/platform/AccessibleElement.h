@@ -12,7 +12,8 @@
 namespace tabwright::platform {
 
 /// Reference to one element of a running application: a window, a menu item, a button, the application itself. A value
-/// that costs nothing to keep; it may outlive the element.
+/// that costs nothing to keep; it may outlive the element. Names on a bus are never given to another application, so
+/// such a reference leads to nothing rather than to a stranger.
 struct AccessibleElement {
   std::string application; ///< the application's name on the accessibility bus, such as ":1.7"
   std::string path;        ///< the element's within it
@@ -21,8 +22,9 @@ struct AccessibleElement {
 };
 
 /// The part that an element plays, by its number in AT-SPI 2 (`AtspiRole`). Elements may have roles that have no name
-/// here.
+/// here. Toolkits choose among them with some freedom.
 enum class AccessibleRole : std::uint32_t {
+  /// Tells the user something, often as a window of its own.
   alert = 2,
   checkBox = 7,
   checkMenuItem = 8,
@@ -32,8 +34,11 @@ enum class AccessibleRole : std::uint32_t {
   dialog = 16,
   drawingArea = 18,
   fileChooser = 19,
+  /// A container that lays out what is in it and shows nothing itself.
   filler = 20,
+  /// A top-level window with a title; `window` is one without.
   frame = 23,
+  /// Lies above the `layeredPane` beside it in a `rootPane`.
   glassPane = 24,
   icon = 26,
   image = 27,
@@ -49,6 +54,7 @@ enum class AccessibleRole : std::uint32_t {
   pageTabList = 38,
   panel = 39,
   passwordText = 40,
+  /// A menu that stands in no bar, such as that of the second mouse button.
   popupMenu = 41,
   progressBar = 42,
   pushButton = 43,
@@ -65,31 +71,40 @@ enum class AccessibleRole : std::uint32_t {
   table = 55,
   tableCell = 56,
   tableColumnHeader = 57,
+  /// Parts its menu from where it opens, so that it stays open.
   tearoffMenuItem = 59,
   terminal = 60,
   text = 61,
   toggleButton = 62,
   toolBar = 63,
   tree = 65,
+  /// A tree whose rows have several columns.
   treeTable = 66,
   viewport = 68,
   window = 69,
   paragraph = 73,
+  /// The root of an application's elements; its windows are the children.
   application = 75,
   entry = 79,
+  /// A document of whatever kind; `documentText` and `documentWeb` say which.
   documentFrame = 82,
   heading = 83,
+  /// A block of a document, such as HTML's `div`.
   section = 85,
   form = 87,
   link = 88,
   tableRow = 90,
   treeItem = 91,
   documentText = 94,
+  /// A page.
   documentWeb = 95,
   listBox = 98,
+  /// Controls that belong together.
   grouping = 99,
   notification = 101,
+  /// A bar with a message within a window.
   infoBar = 102,
+  /// Shows a level, such as that of a battery.
   levelBar = 103,
   staticText = 116,
 };
@@ -97,37 +112,55 @@ enum class AccessibleRole : std::uint32_t {
 /// A state that an element is in or not, by its number in AT-SPI 2 (`AtspiStateType`).
 enum class AccessibleState : unsigned {
   active = 1, ///< the window has the keyboard
+  /// Of check boxes, radio buttons and menu items of these kinds.
   checked = 4,
   editable = 7,
+  /// A control that is greyed out may lack it; see `sensitive`.
   enabled = 8,
+  /// Its parts are shown, as those of an open branch of a tree.
   expanded = 10,
+  /// It has the keyboard, if its window has it.
   focused = 12,
+  /// A window that is minimised.
   iconified = 15,
+  /// A window that keeps the others of its application from being used.
   modal = 16,
   multiLine = 17,
+  /// Of items of a list, tabs, cells and the like.
   selected = 23,
   sensitive = 24, ///< the user can act on it
+  /// It and all that it is in can be seen, unless something lies on top.
   showing = 25,
+  /// It would be seen if all that it is in were.
   visible = 30,
   checkable = 41,
+  /// It opens a menu or a list.
   hasPopup = 42,
 };
 
+/// The set of an element's states, as AT-SPI tells it: 64 bits, of which most states have no name here. Empty as made.
+///
+///     if (facts.states && facts.states->has(AccessibleState::showing)) ...
 class AccessibleStates {
 public:
   constexpr AccessibleStates() = default;
   /// The bit of a state is its number.
   constexpr explicit AccessibleStates(std::uint64_t bits) : bits_(bits) {}
 
+  /// True when the element is in the state.
   [[nodiscard]] constexpr bool has(AccessibleState state) const {
     return (bits_ >> static_cast<unsigned>(state) & 1) != 0;
   }
 
 private:
+  /// Bits beyond the named states are kept and never asked for.
   std::uint64_t bits_ = 0;
 };
 
 /// The parts of elements that a reading asks for. Each is a question of its own: asking for fewer is faster.
+///
+///     const AccessibleParts parts{.name = true, .role = true};
+/// None is asked for as made.
 struct AccessibleParts {
   bool name = false;
   bool description = false;
@@ -135,16 +168,20 @@ struct AccessibleParts {
   bool states = false;
   bool children = false;
   bool parent = false;
+  /// Pairs of texts, with names that each toolkit chooses.
   bool attributes = false;
+  /// Names only: an action is done by its position.
   bool actions = false;
   bool value = false;
+  /// All of it is sent, however long it is.
   bool text = false;
   bool extents = false;
+  /// For the application's own element alone.
   bool toolkit = false;
 };
 
 /// The answers about one element. A part is nothing when it wasn't asked for, when the element has no such part, and
-/// when the element is gone.
+/// when the element is gone. They aren't all of one moment: an application may change between two answers.
 struct AccessibleFacts {
   std::optional<std::string> name;        ///< UTF-8, as the application writes it; may end in blanks
   std::optional<std::string> description; ///< often empty
@@ -160,7 +197,8 @@ struct AccessibleFacts {
   std::optional<std::string> toolkit;              ///< of an application: "gtk", "Qt", "Gecko", "Chromium"
 };
 
-/// An application that shows itself on the accessibility bus.
+/// An application that shows itself on the accessibility bus. Its own element stands for all of it; menus, controls and
+/// dialogs are found below its windows.
 struct AccessibleApplication {
   AccessibleElement root; ///< its children are its windows
   pid_t process = 0;

@@ -1,4 +1,6 @@
 // Readers look at the one alternative they are made for, plus the coercions that the header names; all else is neutral.
+// A descriptor stands for an event interface that has no errors, so what can't be coerced is the neutral value and
+// never an exception; a script that returns something else than was agreed is found out by those who decode results.
 #include "platform/AppleEvent.h"
 
 #include <fmt/core.h>
@@ -13,6 +15,7 @@ namespace {
 
 std::int32_t truncated(double value) {
   using Limits = std::numeric_limits<std::int32_t>;
+  // A cast of what doesn't fit is undefined.
   if (std::isnan(value))
     return 0;
   if (value <= Limits::min())
@@ -26,6 +29,7 @@ std::int32_t wholeNumberOf(const std::string& text) {
   std::int32_t number = 0;
   const char* const end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, number);
+  // The whole text has to be the number, so that “3 tabs” isn't 3.
   return error == std::errc() && stop == end ? number : 0;
 }
 
@@ -98,6 +102,7 @@ std::string AppleEventDescriptor::description() const {
             text += (text.size() > 1 ? ", " : "") + item.description();
           return text += '}';
         } else {
+          // Booleans, whole numbers and reals, which the library writes as short as they can be read back.
           return fmt::format("{}", value);
         }
       },

@@ -11,7 +11,8 @@
 
 namespace tabwright::platform {
 
-/// Four characters packed big-endian into 32 bits, as Apple events name their classes, ids and keywords.
+/// Four characters packed big-endian into 32 bits, as Apple events name their classes, ids and keywords. Case counts,
+/// and blanks fill up shorter names.
 using FourCharCode = std::uint32_t;
 
 /// `fourCharCode("ascr")` is 0x61736372.
@@ -26,6 +27,10 @@ consteval FourCharCode fourCharCode(const char (&text)[5]) {
 ///
 /// A value type: copies are deep. Reading never fails: a descriptor that can't be coerced gives the neutral value
 /// noted at each reader, as the event interface it stands for does.
+///
+///     AppleEventDescriptor parameters = AppleEventDescriptor::list();
+///     parameters.append(AppleEventDescriptor::string("tab"));
+///     parameters.descriptorAtIndex(1)->stringValue()    // tab
 class AppleEventDescriptor {
 public:
   using List = std::vector<AppleEventDescriptor>;
@@ -41,9 +46,10 @@ public:
     return AppleEventDescriptor(Value(Other{std::move(description)}));
   }
 
-  /// Adds an item at the end. The descriptor must be a list.
+  /// Adds an item at the end. The descriptor must be a list. Throws std::bad_variant_access for another.
   void append(AppleEventDescriptor item);
 
+  /// In the order of the alternatives of `Value`, whose index is the kind.
   enum class Kind { null, boolean, integer, real, string, list, other };
   [[nodiscard]] Kind kind() const { return static_cast<Kind>(value_.index()); }
 
@@ -53,16 +59,17 @@ public:
   [[nodiscard]] std::optional<AppleEventDescriptor> descriptorAtIndex(std::size_t index) const;
   /// The boolean; a non-zero number is true; anything else false.
   [[nodiscard]] bool booleanValue() const;
-  /// The number, truncated towards zero; a text that holds a whole number gives it; anything else 0.
+  /// The number, truncated towards zero; a text that holds a whole number gives it; anything else 0. A number beyond
+  /// the range gives the end of the range next to it, and NaN 0.
   [[nodiscard]] std::int32_t int32Value() const;
-  /// The number; 0 when this is none.
+  /// The number; 0 when this is none. A text that holds a whole number gives it here too.
   [[nodiscard]] double doubleValue() const {
     const double* real = std::get_if<double>(&value_);
     return real ? *real : int32Value();
   }
   /// The text, UTF-8; nothing when this is no text.
   [[nodiscard]] std::optional<std::string> stringValue() const;
-  /// A readable form for logs.
+  /// A readable form for logs. Lists stand in braces, texts in quotes.
   [[nodiscard]] std::string description() const;
 
 private:
@@ -75,7 +82,8 @@ private:
   Value value_;
 };
 
-/// An event sent to a script: class, id, and parameters by keyword.
+/// An event sent to a script: class, id, and parameters by keyword. Keywords are unique in it, and their order doesn't
+/// count.
 struct AppleEvent {
   FourCharCode eventClass = 0;
   FourCharCode eventID = 0;

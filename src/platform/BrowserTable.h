@@ -7,9 +7,12 @@
 
 namespace tabwright::platform {
 
+/// The dictionary that scripts for a browser are written against: its words, classes and commands.
 enum class BrowserFamily { chromium, safari };
 
-/// All that is known of one browser, in one row: its identity, and its faces on a Linux desktop.
+/// All that is known of one browser, in one row: its identity, and its faces on a Linux desktop. A list that is empty
+/// is a face that the browser doesn't have here. A new browser is a row below, with its lists. A constant of literals,
+/// so it may be read from any thread and while the program starts.
 struct BrowserFacts {
   std::string_view id;        ///< bundle identifier in lower case: the identity used everywhere
   std::string_view name;      ///< shown to users, part of a target's identity
@@ -22,6 +25,8 @@ struct BrowserFacts {
   std::string_view windowClass;                         ///< class of WM_CLASS, compared ignoring case
 };
 
+/// The lists of the rows: a span needs an array that lives as long as the table. Beside a browser's own package stand
+/// the names that Flatpak and Snap give it.
 namespace browserfacts {
 inline constexpr std::string_view braveEntries[]{"brave-browser", "com.brave.Browser", "brave", "brave_brave"};
 inline constexpr std::string_view braveExecutables[]{"brave-browser", "brave-browser-stable", "brave"};
@@ -52,7 +57,8 @@ inline constexpr std::string_view vivaldiPrograms[]{"vivaldi-bin", "vivaldi"};
 inline constexpr std::string_view vivaldiProfiles[]{".config/vivaldi", ".var/app/com.vivaldi.Vivaldi/config/vivaldi"};
 } // namespace browserfacts
 
-/// The supported browsers, in the order in which they are offered. Safari has no face on this platform.
+/// The supported browsers, in the order in which they are offered. Safari has no face on this platform. Rows are told
+/// apart by their addresses, which are the same everywhere in the program.
 inline constexpr std::array<BrowserFacts, 6> browserTable{{
     {"com.brave.browser", "Brave Browser", "brave", BrowserFamily::chromium, browserfacts::braveEntries,
      browserfacts::braveExecutables, browserfacts::bravePrograms, browserfacts::braveProfiles, "Brave-browser"},
@@ -67,7 +73,8 @@ inline constexpr std::array<BrowserFacts, 6> browserTable{{
      browserfacts::vivaldiExecutables, browserfacts::vivaldiPrograms, browserfacts::vivaldiProfiles, "Vivaldi-stable"},
 }};
 
-/// The row of an id (in lower case) or a short name; null for others.
+/// The row of an id (in lower case) or a short name; null for others. Case counts. The row lives as long as the
+/// process.
 [[nodiscard]] constexpr const BrowserFacts* findBrowser(std::string_view idOrShortName) {
   for (const BrowserFacts& facts : browserTable) {
     if (facts.id == idOrShortName || facts.shortName == idOrShortName)
@@ -76,7 +83,7 @@ inline constexpr std::array<BrowserFacts, 6> browserTable{{
   return nullptr;
 }
 
-/// True for the id of a browser of the Chromium family.
+/// True for the id of a browser of the Chromium family. False for Safari and for ids that no row has.
 [[nodiscard]] constexpr bool isOfChromiumFamily(std::string_view id) {
   const BrowserFacts* facts = findBrowser(id);
   return facts != nullptr && facts->family == BrowserFamily::chromium;
@@ -84,6 +91,8 @@ inline constexpr std::array<BrowserFacts, 6> browserTable{{
 
 /// The row of a program by its path: the one with the longest of the `programs` that the path ends with, in whole
 /// components. So "/opt/google/chrome/chrome" is one browser and "/app/chromium/chrome" another. Null for others.
+///
+///     findBrowserOfProgram("/usr/lib/chromium/chromium")->id    // org.chromium.chromium
 [[nodiscard]] constexpr const BrowserFacts* findBrowserOfProgram(std::string_view path) {
   const BrowserFacts* found = nullptr;
   std::size_t longest = 0;

@@ -1,3 +1,5 @@
+// ICU's break iterator walks the UTF-8 as it is, so that long texts aren't copied into UTF-16 to be counted. It is
+// costly to make and not to be shared, so each thread keeps one.
 #include "platform/Characters.h"
 
 #include <unicode/brkiter.h>

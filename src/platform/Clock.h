@@ -7,11 +7,14 @@
 namespace tabwright::platform {
 
 /// The time of day, and waiting. Safe to use from any thread.
+///
+///     co_await clock.sleep(std::chrono::milliseconds(200));
 class Clock {
 public:
   virtual ~Clock() = default;
 
-  /// Wall time in seconds since the reference date, 2001-01-01 00:00:00 UTC, with its fraction.
+  /// Wall time in seconds since the reference date, 2001-01-01 00:00:00 UTC, with its fraction. It may go backwards
+  /// when the machine's clock is set.
   [[nodiscard]] virtual double secondsSinceReferenceDate() const = 0;
 
   /// Suspends the awaiting coroutine for `duration`, measured on a clock that no change of the wall time moves. A

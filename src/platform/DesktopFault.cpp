@@ -8,6 +8,7 @@ namespace tabwright::platform {
 namespace {
 
 using enum DesktopFault;
+// Sentences are formats of the detail; each says what still works and what to do, where there is something.
 constexpr FailureTable<DesktopFault, 15> table{
     "DesktopFault",
     {

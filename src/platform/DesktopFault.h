@@ -6,7 +6,8 @@
 
 namespace tabwright::platform {
 
-/// A desktop could not do what was asked. `detail` is what each case tells of it.
+/// A desktop could not do what was asked. `detail` is what each case tells of it. A new case needs a row in the table
+/// in DesktopFault.cpp, in the same place.
 enum class DesktopFault {
   noWindowSystem,     ///< no X11 display is to be had. detail: why, as a clause
   wayland,            ///< the session's windows are on Wayland, which shows them to no other program
@@ -25,9 +26,13 @@ enum class DesktopFault {
   stopped,            ///< a stop was requested
 };
 
-/// Sentences for the user: what is missing, what works without it, and what to do.
+/// Sentences for the user: what is missing, what works without it, and what to do. `detail` is what the case's comment
+/// says, and has no effect on cases without one. UTF-8, in English, with a full stop.
 [[nodiscard]] std::string errorDescription(DesktopFault fault, const std::string& detail);
+/// Type "DesktopFault"; the name of the case; no number. Both are found by `CatalogueFailure`, so few call them
+/// directly.
 [[nodiscard]] FailureIdentity identity(DesktopFault fault);
+/// The form in which a fault is thrown: `throw failure(DesktopFault::noWindowSystem, "DISPLAY isn't set");`.
 using DesktopFailure = CatalogueFailure<DesktopFault>;
 
 } // namespace tabwright::platform

@@ -18,6 +18,8 @@ enum class FailureClass {
 };
 
 /// The facts that a program may ask of a failure, beside its sentence: which catalogue it is from, and which case.
+///
+///     {"AppleScriptRuntimeError", "tabNotFound", number, FailureClass::failed}
 struct FailureIdentity {
   std::string type;          ///< the catalogue's name, such as "AppleScriptRuntimeError"
   std::string caseName;      ///< the case, such as "tabNotFound"
@@ -49,14 +51,17 @@ struct Notice {
 ///     throw failure(ScriptacularError::malformedScript).causedBy(cause);
 class Failure : public std::exception {
 public:
-  /// The sentence shown to the user, UTF-8, never empty.
+  /// The sentence shown to the user, UTF-8, never empty. In the user's language where the catalogue is translated, else
+  /// in English.
   [[nodiscard]] virtual std::string errorDescription() const = 0;
 
-  /// Kind of the failure, for programs.
+  /// Kind of the failure, for programs. It stays the same however the sentence is worded or translated.
   [[nodiscard]] virtual FailureIdentity identity() const = 0;
 
-  /// The cause beneath this failure; nothing for most, whose sentence says it all.
+  /// The cause beneath this failure; nothing for most, whose sentence says it all. Valid as long as the failure lives
+  /// and has no other set.
   [[nodiscard]] const std::optional<Notice>& cause() const noexcept { return cause_; }
+  /// Replaces the cause, or takes it away.
   void setCause(std::optional<Notice> cause) { cause_ = std::move(cause); }
 
   /// The sentence again, for loggers and debuggers. Valid as long as the failure lives.
@@ -71,7 +76,9 @@ public:
   }
 
 private:
+  /// Copied with the failure.
   std::optional<Notice> cause_;
+  /// Filled by the first `what()`, whose pointer has to outlive the call.
   mutable std::string what_;
 };
 
@@ -88,12 +95,15 @@ private:
 template <class Kind>
 class CatalogueFailure final : public Failure {
 public:
+  /// Mostly made by `failure(...)`. The sentence is put together when it is asked for.
   explicit CatalogueFailure(Kind kind, std::string detail = {}) : kind_(kind), detail_(std::move(detail)) {}
 
+  /// The case, for callers that go on differently by it.
   [[nodiscard]] Kind kind() const noexcept { return kind_; }
+  /// The payload as it was given, UTF-8.
   [[nodiscard]] const std::string& detail() const noexcept { return detail_; }
 
-  /// The same failure with its cause.
+  /// The same failure with its cause. For a failure that was just made, as in a `throw`.
   [[nodiscard]] CatalogueFailure causedBy(std::optional<Notice> cause) && {
     setCause(std::move(cause));
     return std::move(*this);
@@ -111,6 +121,8 @@ private:
   std::string detail_;
 };
 
+/// From here the names mean the functions beside the enum, which argument-dependent lookup finds where a member of the
+/// same name would hide them.
 namespace detail {
 template <class Kind>
 std::string describeByLookup(Kind kind, const std::string& text) {
@@ -132,6 +144,7 @@ FailureIdentity CatalogueFailure<Kind>::identify(Kind kind) {
 }
 
 /// The failure as the cause of another: what lies beneath it itself, where there is something, else its own sentence.
+/// So a chain of translations keeps the cause at its bottom, which says what happened.
 [[nodiscard]] inline Notice asCause(const Failure& failure) {
   return failure.cause() ? *failure.cause() : Notice{failure.identity(), failure.errorDescription()};
 }

@@ -18,6 +18,7 @@ FailureIdentity FileFailure::identity() const {
 }
 
 bool isShortage(int errorNumber) {
+  // Too many descriptors in this process, in the whole system, and no memory.
   return errorNumber == EMFILE || errorNumber == ENFILE || errorNumber == ENOMEM;
 }
 

@@ -8,6 +8,7 @@
 
 namespace tabwright::platform {
 
+/// `other` is everything that is no folder: files, pipes, devices.
 enum class FileKind { folder, other };
 
 /// A file that this process has written. It is held as long as this lives, so that it counts as in use; removing it is
@@ -27,6 +28,10 @@ public:
 ///
 /// Every operation that can't do its work throws a `Failure` that names the operation, the path and the system's
 /// reason (see `FileFailure`).
+///
+///     const auto file = files.writeNewFileAtomically(files.applicationScriptsFolder() / name, text);
+///     if (!file)
+///       return; // the name is taken: try another
 class FileManager {
 public:
   virtual ~FileManager() = default;

@@ -14,7 +14,8 @@ struct InstalledApplication {
   std::string name; ///< in the user's language
 };
 
-/// The last part of an id in reverse domain notation, by which a user may call its application: "mousepad".
+/// The last part of an id in reverse domain notation, by which a user may call its application: "mousepad". The whole
+/// id where it has no dot. A view into it.
 [[nodiscard]] inline std::string_view shortName(std::string_view id) {
   return id.substr(id.find_last_of('.') + 1);
 }
@@ -23,6 +24,9 @@ struct InstalledApplication {
 ///
 /// All calls read the files anew where they have changed, and may come from several threads. What can't be read is not
 /// there.
+///
+///     if (const auto editor = applications.find("mousepad"))
+///       applications.start(*editor);
 class InstalledApplications {
 public:
   virtual ~InstalledApplications() = default;

@@ -1,3 +1,5 @@
+// The parts that don't depend on the type that is read, kept out of the template. Values are named by their kind in
+// JSON, as their sender knows them, and all numbers are “a number”: how one was stored is the parser's matter.
 #include "platform/JSONReader.h"
 
 #include <fmt/core.h>
@@ -23,6 +25,7 @@ std::string_view nameOf(boost::json::kind kind) {
   case boost::json::kind::object:
     return "an object";
   }
+  // Not reached: the switch has every kind.
   return "something else";
 }
 
@@ -53,6 +56,7 @@ const boost::json::array& JSONReader::requireArray() const {
 }
 
 void JSONReader::throwMismatch(const std::string& place, std::string_view expected, const boost::json::value& found) {
+  // The kind of what was found, never its value, which may be long or a secret.
   throw JSONMismatch(place, fmt::format("expected {}, found {}", expected, nameOf(found.kind())));
 }
 

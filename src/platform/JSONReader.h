@@ -24,7 +24,7 @@ public:
   JSONMismatch(const std::string& place, std::string_view complaint)
       : clause_((place.empty() ? "" : place + ": ").append(complaint)) {}
 
-  /// "tabsList[2].tabTitle: expected a text, found a number"
+  /// The clause for sentences that say what was read: "tabsList[2].tabTitle: expected a text, found a number".
   [[nodiscard]] const std::string& clause() const noexcept { return clause_; }
   [[nodiscard]] std::string errorDescription() const override { return "The JSON has another shape: " + clause_ + "."; }
   [[nodiscard]] FailureIdentity identity() const override { return {"JSONMismatch", "mismatch", {}}; }
@@ -45,14 +45,18 @@ private:
 ///
 ///     static Record fromJSON(const JSONReader& reader);
 ///
-/// A reader refers to its value, which outlives it and stays as it is meanwhile.
+/// A reader refers to its value, which outlives it and stays as it is meanwhile. Members that nobody asks for are
+/// passed over, so a sender may tell more than its reader knows. Copies are cheap but for the text of the place.
 class JSONReader {
 public:
+  /// `place` names the value in mismatches, such as "tabs[2]"; none is given for the value at the top.
   explicit JSONReader(const boost::json::value& value, std::string place = {})
       : value_(&value), place_(std::move(place)) {}
+  /// A temporary would be gone before it is read. Keep the value in a variable of its own.
   explicit JSONReader(boost::json::value&&, std::string = {}) = delete;
 
-  /// The value as an object, for a look at its members.
+  /// The value as an object, for a look at its members. Throws a mismatch for any other value. Valid as long as the
+  /// value.
   [[nodiscard]] const boost::json::object& object() const;
 
   /// The failure of this value, for what its types don't say.
@@ -104,14 +108,20 @@ private:
     return std::move(*scalar);
   }
 
+  /// The places of a member and of an item, such as "tabs[2].title".
   [[nodiscard]] std::string placeOf(std::string_view key) const;
   [[nodiscard]] std::string placeOf(std::size_t index) const;
+  /// Null when the object lacks the key. Throws a mismatch when this is no object.
   [[nodiscard]] const boost::json::value* findMember(std::string_view key) const;
+  /// Throws a mismatch when this is no list.
   [[nodiscard]] const boost::json::array& requireArray() const;
+  /// `expected` is a noun with its article; what was found is named in the same way.
   [[noreturn]] static void throwMismatch(const std::string& place, std::string_view expected,
                                          const boost::json::value& found);
 
+  /// Not owned; never null.
   const boost::json::value* value_;
+  /// Keys and indices from the top, as JavaScript would write them.
   std::string place_;
 };
 

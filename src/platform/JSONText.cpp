@@ -1,3 +1,6 @@
+// Parsing is the library's, with its reasons put into words of ours and its place turned into line and column. Writing
+// is our own: runs of bytes that stand for themselves are appended whole, and only what has to be looked at is decoded,
+// so a plain text costs one pass and one copy.
 #include "platform/JSONText.h"
 
 #include "platform/JSONFailure.h"
@@ -16,6 +19,7 @@ namespace {
 
 std::string reasonOf(const boost::system::error_code& code) {
   using boost::json::error;
+  // The library tells many reasons; those that a writer of JSON can act on have a sentence of their own.
   switch (static_cast<error>(code.value())) {
   case error::incomplete:
     return "it ends too early";
@@ -35,6 +39,7 @@ std::string reasonOf(const boost::system::error_code& code) {
   }
 }
 
+// A table, since most bytes of most texts are looked up in it.
 constexpr auto plainBytes = [] {
   std::array<bool, 256> plain{};
   for (std::size_t byte = 0x20; byte < 0x80; ++byte)
@@ -56,9 +61,11 @@ void appendEscaped(std::string& output, unsigned char byte) {
 boost::json::value parseJSON(std::string_view text, std::size_t deepest) {
   boost::json::parse_options options;
   options.max_depth = deepest;
+  // Small documents are parsed without the heap.
   unsigned char firstMemory[4096];
   boost::json::parser parser({}, options, firstMemory);
   boost::system::error_code error;
+  // `write_some` tells how far it came, also where the document is whole and something follows.
   const std::size_t length = parser.write_some(text.data(), text.size(), error);
   if (error)
     throw JSONFailure(reasonOf(error), text.substr(0, length));
@@ -82,6 +89,7 @@ void appendJSONText(std::string& output, std::string_view text, Slashes slashes)
       auto next = static_cast<std::int32_t>(at);
       UChar32 character = 0;
       U8_NEXT(text.data(), next, static_cast<std::int32_t>(text.size()), character);
+      // JSON is UTF-8 (RFC 8259), so a byte that isn't must not get out.
       if (character < 0) {
         output.append(text, from, at - from).append("\xEF\xBF\xBD");
         from = static_cast<std::size_t>(next);

@@ -7,7 +7,7 @@
 
 namespace tabwright::platform {
 
-/// Modifier keys, by their names on a PC's keyboard.
+/// Modifier keys, by their names on a PC's keyboard. The keyboard chooses between the left and the right key of a kind.
 struct KeyModifiers {
   bool shift = false;
   bool control = false;

@@ -18,6 +18,7 @@
 namespace tabwright::platform {
 namespace {
 
+// A log must not fill a disk, however long a host runs: at most four megabytes are kept.
 constexpr std::size_t bytesPerFile = 1'000'000;
 constexpr std::size_t oldFiles = 3;
 
@@ -37,6 +38,7 @@ using OnLoss = std::function<void(const std::string& reason)>;
 
 std::shared_ptr<spdlog::sinks::sink> fileSink(const std::filesystem::path& file, const OnLoss& onLoss) {
   try {
+    // Lines may hold what users type and read, so the folder is open to its owner alone.
     ensurePrivateFolder(file.parent_path());
     return std::make_shared<spdlog::sinks::rotating_file_sink_mt>(file.string(), bytesPerFile, oldFiles);
   } catch (const std::exception& error) {
@@ -45,6 +47,7 @@ std::shared_ptr<spdlog::sinks::sink> fileSink(const std::filesystem::path& file,
   }
 }
 
+// A full disk fails with every line, and one word of it is enough.
 OnLoss onlyOnce(OnLoss onLoss) {
   return [onLoss = std::move(onLoss), isDone = std::make_shared<std::atomic_flag>()](const std::string& reason) {
     if (!isDone->test_and_set() && onLoss)
@@ -88,8 +91,10 @@ void installLogSinks(const LogSinks& sinks) {
     setLogReceiver(lowest, {});
     return;
   }
+  // Levels are sorted out by `lowest` and by each sink; the logger lets everything through.
   logger->set_level(spdlog::level::trace);
   logger->set_pattern("[%Y-%m-%d %H:%M:%S.%e] [%l] %v");
+  // Debug lines are many and wait in the buffer; those that matter have left the process when it dies.
   logger->flush_on(spdlog::level::info);
   setLogReceiver(lowest, [logger](LogLevel level, std::string_view category, std::string_view text) {
     logger->log(spdlogLevel(level), "[{}] {}", category, text);

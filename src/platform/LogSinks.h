@@ -11,6 +11,8 @@
 namespace tabwright::platform {
 
 /// The places that the program's log goes to. Nothing set: nowhere.
+///
+///     installLogSinks({.file = defaultLogFile(), .standardErrorLevel = LogLevel::error});
 struct LogSinks {
   /// A file that lines are added to; it is rotated at one megabyte, three old ones are kept. Its folder is made.
   std::optional<std::filesystem::path> file = std::nullopt;
@@ -29,7 +31,7 @@ struct LogSinks {
 [[nodiscard]] std::optional<LogLevel> logLevelNamed(std::string_view name);
 
 /// Sends the log to these sinks from now on. A file that can't be opened is reported to `onLoss` and left out: a
-/// program runs without its log.
+/// program runs without its log. Lines that are under way in other threads may still go to the former sinks.
 void installLogSinks(const LogSinks& sinks);
 
 } // namespace tabwright::platform

@@ -1,5 +1,7 @@
 // One list of receivers for the whole process: the program's own, without an owner, and listeners. Whether a level is
-// on is a single atomic read, so that a log that is off costs nothing; lines take the lock to get at the list.
+// on is a single atomic read, so that a log that is off costs nothing; lines take the lock to get at the list. The list
+// is never changed but replaced, so that receivers are called without the lock: one that is slow, or takes its time
+// with a disk, keeps no other thread from logging or from setting receivers.
 #include "platform/Logger.h"
 
 #include "platform/LogReceiver.h"
@@ -69,6 +71,7 @@ bool Logger::isOn(LogLevel level) const {
 }
 
 void Logger::write(LogLevel level, std::string_view text) const {
+  // Callers have asked, but for those that write a text as it is.
   if (!isOn(level))
     return;
   Log& log = processLog();

@@ -8,6 +8,8 @@
 
 namespace tabwright::platform {
 
+/// `debug` tells the steps of a run, `info` the events in the life of a process, `error` what went wrong though the
+/// program goes on. A level includes those behind it.
 enum class LogLevel { debug, info, error };
 
 /// Writes lines of one subsystem and category, as `[time] [level] [category] text`, to the sink that the program has
@@ -16,12 +18,16 @@ enum class LogLevel { debug, info, error };
 ///     const Logger log("Scriptacular"); // in the source's unnamed namespace
 ///     log.debug("Arguments: {}", text);
 ///
-/// Safe to use from any thread.
+/// Safe to use from any thread. A logger holds nothing but its category, so it may live anywhere, also as a constant
+/// that is made before `main`.
 class Logger {
 public:
+  /// The category is the part of the program that speaks, such as "Scriptacular"; loggers of one category are alike.
   explicit Logger(std::string category);
 
+  /// True when somebody receives lines of this level: for those whose text costs something to make.
   [[nodiscard]] bool isOn(LogLevel level) const;
+  /// Writes a text as it is, which may have several lines and be of any length.
   void write(LogLevel level, std::string_view text) const;
 
   template <class... Arguments>
@@ -41,6 +47,7 @@ public:
   }
 
 private:
+  /// Copied, so a temporary will do.
   std::string category_;
 };
 

@@ -29,6 +29,7 @@ namespace tabwright::platform {
 template <class Standard>
 class THREAD_ANNOTATION(capability("mutex")) BasicMutex {
 public:
+  /// Mostly called by a `MutexLock`, which also unlocks when an exception passes.
   void lock() THREAD_ANNOTATION(acquire_capability()) { standard_.lock(); }
   void unlock() THREAD_ANNOTATION(release_capability()) { standard_.unlock(); }
 
@@ -36,6 +37,7 @@ private:
   Standard standard_;
 };
 
+/// The mutex for nearly everything; a thread must not lock it twice.
 using Mutex = BasicMutex<std::mutex>;
 /// May be locked again by the thread that holds it, on roads that the analysis does not follow: through a callback.
 using RecursiveMutex = BasicMutex<std::recursive_mutex>;
@@ -43,8 +45,15 @@ using RecursiveMutex = BasicMutex<std::recursive_mutex>;
 /// Holds a mutex for as long as it lives, but for the time between `unlock` and `lock`. A
 /// std::condition_variable_any waits with it.
 template <class Lockable>
+/// For one thread; not copied and not moved.
+///
+///     MutexLock lock(mutex_);
+///     lock.unlock();
+///     job();    // others may have the mutex meanwhile
+///     lock.lock();
 class THREAD_ANNOTATION(scoped_lockable) MutexLock {
 public:
+  /// Blocks until the mutex is free. The mutex outlives the lock.
   explicit MutexLock(Lockable& mutex) THREAD_ANNOTATION(acquire_capability(mutex)) : mutex_(mutex) { lock(); }
   ~MutexLock() THREAD_ANNOTATION(release_capability()) {
     if (isHeld_)
@@ -64,6 +73,7 @@ public:
 
 private:
   Lockable& mutex_;
+  /// False between `unlock` and `lock`, so that the destructor doesn't unlock what others hold by then.
   bool isHeld_ = false;
 };
 

@@ -41,6 +41,7 @@ Encoding encodingOf(std::string_view data) {
     if (data.starts_with(mark))
       return encoding;
   }
+  // A document begins with a character of ASCII, whose other bytes are zero in the wider encodings.
   const auto isZero = [&](std::size_t index) { return index < data.size() && data[index] == '\0'; };
   if (data.size() >= 4 && isZero(0) && isZero(1) && isZero(2))
     return {4, true, 0};
@@ -71,6 +72,7 @@ std::string utf8Of(std::string_view data) {
     }
     auto character = static_cast<UChar32>(unit);
     if (encoding.unitSize == 2) {
+      // A second half without a first one, or a first one without its second.
       if (lead.has_value() != U16_IS_TRAIL(character))
         throw JSONFailure("half of a surrogate pair", text);
       if (U16_IS_LEAD(character)) {
@@ -94,6 +96,7 @@ std::string utf8Of(std::string_view data) {
   return text;
 }
 
+// The text has been parsed by then, so no step looks for what can't come.
 class Normaliser {
 public:
   /// `text` is known to be JSON.
@@ -116,12 +119,15 @@ private:
   }
 
   void writeMembers(char open, char close) {
+    // Keys are compared as texts: “a” and its escape \u0061 are one key.
     std::set<std::string> keys;
     output_ += open;
     ++at_;
     while (next() != close) {
       if (text_[at_] == ',')
         ++at_;
+      // To here the output is cut back where the member doesn't count. Its value has to be walked all the same, to find
+      // its end.
       const std::size_t before = output_.size();
       if (output_.back() != open)
         output_ += ',';
@@ -156,14 +162,17 @@ private:
         ++at_;
     }
     ++at_;
+    // Escapes are many, and the parser knows them: its text is written anew by the one writer of JSON texts.
     return std::string(parseJSON(text_.substr(start, at_ - start)).get_string());
   }
 
   std::string_view takeWord() {
     const std::size_t start = at_;
+    // A number, true, false or null: all end with what can't be in them.
     at_ = text_.find_first_of(",]} \t\r\n", start);
     const std::string_view word = text_.substr(start, at_ - start);
     const boost::json::value value = parseJSON(word);
+    // The parser may take such a number for infinity, which no JSON can stand for.
     if (value.is_double() && !std::isfinite(value.get_double()))
       throw JSONFailure("a number that is too large", text_.substr(0, at_));
     return word;
@@ -181,6 +190,7 @@ std::string normalisedJSON(std::string_view data) {
   const std::size_t start = text.find_first_not_of(blanks);
   if (start == std::string::npos)
     throw JSONFailure("it is empty", text);
+  // The parser would take any value.
   if (text[start] != '{' && text[start] != '[')
     throw JSONFailure("an object or a list must stand at the top", std::string_view(text).substr(0, start));
   static_cast<void>(parseJSON(text));

@@ -2,7 +2,7 @@
 
 namespace tabwright::platform {
 
-/// The pointer, moved from outside.
+/// The pointer, moved from outside. It is the user's own, who sees it move.
 class Pointer {
 public:
   virtual ~Pointer() = default;

@@ -2,7 +2,8 @@
 
 namespace tabwright::platform {
 
-/// A place on the screen in its pixels, from its upper left corner. With several monitors they are one screen.
+/// A place on the screen in its pixels, from its upper left corner. With several monitors they are one screen. The
+/// corner is negative for what begins beyond the screen's left or upper edge.
 struct Rectangle {
   int x = 0;
   int y = 0;

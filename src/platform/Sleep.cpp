@@ -1,3 +1,5 @@
+// Waits on a condition that nobody ever notifies: of all waits of the standard library, only those of a condition end
+// with a stop token.
 #include "platform/Sleep.h"
 
 #include "platform/Mutex.h"

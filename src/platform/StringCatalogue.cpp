@@ -1,5 +1,6 @@
 // Tables are kept in the order of the lookup: language by language, English last. Each is parsed under its own
-// once-flag when a lookup first comes to it.
+// once-flag when a lookup first comes to it. Parsing them all when the program starts would cost every run what few of
+// them need. A broken catalogue must not keep an action from running, so it is logged and counts as empty.
 #include "platform/StringCatalogue.h"
 
 #include "platform/Logger.h"
@@ -60,11 +61,13 @@ struct StringCatalogue::Table {
   }
 
   Source source;
+  // It can't be moved, hence the deque.
   std::once_flag once;
   std::unordered_map<std::string, std::string> parsed;
 };
 
 StringCatalogue::StringCatalogue(std::span<const Source> sources, std::span<const std::string> languages) {
+  // A language that comes twice is looked up twice, which changes nothing.
   std::vector<std::string_view> order(languages.begin(), languages.end());
   order.push_back(fallbackLanguage);
   for (const std::string_view language : order) {
@@ -78,6 +81,7 @@ StringCatalogue::StringCatalogue(std::span<const Source> sources, std::span<cons
 StringCatalogue::~StringCatalogue() = default;
 
 std::string StringCatalogue::localized(std::string_view key, std::string_view table) const {
+  // It serves as the key of the maps, and as the text where no table has it.
   std::string name(key);
   for (Table& candidate : tables_) {
     if (candidate.source.table != table)
@@ -97,6 +101,7 @@ const StringCatalogue& StringCatalogue::shared() {
 
 std::vector<std::string> languagesOfEnvironment() {
   std::string language = firstSetVariable();
+  // Behind a dot stands the encoding, behind an at sign a variant such as “euro”.
   language.resize(std::min(language.find_first_of(".@"), language.size()));
   if (language.empty() || language == "C" || language == "POSIX")
     return {};
@@ -110,6 +115,7 @@ std::string localized(std::string_view key, std::string_view table) {
   return StringCatalogue::shared().localized(key, table);
 }
 
+// A pass over the format: what is filled in is never read as a placeholder itself.
 std::string localizedFormat(std::string_view key, std::initializer_list<std::string_view> arguments,
                             std::string_view table) {
   const std::string format = localized(key, table);
@@ -130,6 +136,7 @@ std::string localizedFormat(std::string_view key, std::initializer_list<std::str
       length = 4;
       index = static_cast<std::size_t>(rest[1] - '1');
     }
+    // No placeholder, or one without an argument: it stays, for a translation with a slip still to be read.
     if (length == 0 || index >= arguments.size()) {
       text += format[at++];
       continue;

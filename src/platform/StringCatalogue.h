@@ -41,6 +41,7 @@ public:
   [[nodiscard]] static const StringCatalogue& shared();
 
 private:
+  /// A source, and its texts once it was asked for.
   struct Table;
   mutable std::deque<Table> tables_; // in the order of the lookup
 };

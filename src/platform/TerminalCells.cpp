@@ -1,4 +1,5 @@
-// Widths follow Unicode's East Asian Width property, as terminals do; ambiguous characters count one cell.
+// Widths follow Unicode's East Asian Width property, as terminals do; ambiguous characters count one cell. Texts are
+// walked by code points: marks take no cell, so they need not be joined with their letters.
 #include "platform/TerminalCells.h"
 
 #include <unicode/uchar.h>
@@ -18,6 +19,7 @@ UChar32 next(std::string_view text, std::size_t& at) {
   UChar32 character = 0;
   U8_NEXT(reinterpret_cast<const std::uint8_t*>(text.data()), index, static_cast<std::int64_t>(text.size()), character);
   at = static_cast<std::size_t>(index);
+  // ICU tells ill-formed bytes by a negative number, and has gone past them.
   return character < 0 ? replacement : character;
 }
 
@@ -66,6 +68,7 @@ std::string onOneLine(std::string_view text) {
   for (std::size_t at = 0; at < text.size();) {
     const UChar32 character = next(text, at);
     if (isHarmful(character) || u_isUWhiteSpace(character)) {
+      // A blank is written with the next character only, so that none stands at either end.
       isBlankDue = !line.empty();
       continue;
     }
@@ -91,9 +94,11 @@ std::string fitted(std::string_view text, std::size_t cells) {
   if (cellsOf(text) <= cells)
     return std::string(text);
   std::string result;
+  // It is paid for first, so that what follows never has to be taken back.
   std::size_t used = 1; // the ellipsis
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t start = at;
+    // Marks take no cell, so they go along with the letter before them.
     used += cellsOf(next(text, at));
     if (used > cells)
       break;
@@ -109,6 +114,7 @@ std::string wrapped(std::string_view text, std::size_t indent, std::size_t width
     const std::size_t end = std::min(text.find(' ', start), text.size());
     const std::string_view word = text.substr(start, end - start);
     start = end + 1;
+    // Several blanks in a row part words as one does.
     if (word.empty())
       continue;
     const std::size_t cells = cellsOf(word);

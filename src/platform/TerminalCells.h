@@ -7,7 +7,8 @@
 /// Text as a terminal shows it: UTF-8 in cells, where wide East Asian characters and emoji take two and marks none.
 namespace tabwright::platform {
 
-/// The cells that the text takes on one line.
+/// The cells that the text takes on one line. Characters whose width depends on the surroundings take one. Line feeds
+/// have no meaning here.
 [[nodiscard]] std::size_t cellsOf(std::string_view text);
 
 /// The text on one line that can do a terminal no harm: runs of white space and control characters become a blank.

@@ -18,6 +18,7 @@ bool isPlaceholderName(std::string_view name) {
 } // namespace
 
 TextTemplate::TextTemplate(std::string_view text) {
+  // A text file ends with a line feed, and its text may go into the middle of another.
   if (text.ends_with('\n'))
     text.remove_suffix(1);
   std::size_t literalStart = 0;
@@ -29,6 +30,7 @@ TextTemplate::TextTemplate(std::string_view text) {
       break;
     const std::string_view name = text.substr(nameStart, nameEnd - nameStart);
     if (!isPlaceholderName(name)) {
+      // The second pair of underscores may open a placeholder itself.
       at = text.find(mark, nameStart);
       continue;
     }
@@ -46,6 +48,7 @@ std::string TextTemplate::fill(std::initializer_list<Value> values) const {
       throw std::logic_error("no value for the placeholder " + placeholder);
     return found->text;
   };
+  // Generated programs are large: they are put together in one piece of memory.
   std::size_t size = 0;
   for (const Piece& piece : pieces_)
     size += piece.literal.size() + (piece.placeholder.empty() ? 0 : valueOf(piece.placeholder).size());
@@ -60,6 +63,7 @@ std::string TextTemplate::fill(std::initializer_list<Value> values) const {
 }
 
 std::optional<TextTemplate::Parts> TextTemplate::match(std::string_view text, std::string_view wide) const {
+  // From both ends towards `wide`: what it holds may contain any of the literals.
   const std::string& begin = pieces_.front().literal;
   const std::string& end = pieces_.back().literal;
   if (text.size() < begin.size() + end.size() || !text.starts_with(begin) || !text.ends_with(end))

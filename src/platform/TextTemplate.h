@@ -18,6 +18,7 @@ namespace tabwright::platform {
 /// placeholders.
 class TextTemplate {
 public:
+  /// Both are read during `fill` alone.
   struct Value {
     std::string_view placeholder; ///< without its double underscores
     std::string_view text;
@@ -30,11 +31,12 @@ public:
   /// placeholder has no effect.
   [[nodiscard]] std::string fill(std::initializer_list<Value> values) const;
 
-  /// The parts of a text at the placeholders, by their names.
+  /// The parts of a text at the placeholders, by their names. Keys are names without their double underscores, as in
+  /// `Value`.
   using Parts = std::map<std::string, std::string_view>;
   /// The parts of a text that may have been filled like this; nothing for any other text. The one placeholder `wide`
   /// may hold anything: those before it are as short as can be, and so are those behind it. Each stands in the text
-  /// once.
+  /// once. `wide` names a placeholder of this template. The parts are views into `text`.
   [[nodiscard]] std::optional<Parts> match(std::string_view text, std::string_view wide) const;
 
 private:

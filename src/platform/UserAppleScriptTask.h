@@ -12,6 +12,10 @@
 namespace tabwright::platform {
 
 /// One script file, ready to be run by an Apple event.
+///
+///     const auto task = tasks.initWithURL(*script);
+///     const auto result = co_await task->executeWithAppleEvent(std::move(event));
+///     const auto beside = task->notices();
 class UserAppleScriptTask {
 public:
   virtual ~UserAppleScriptTask() = default;

@@ -28,6 +28,7 @@ std::string wellFormed(std::string text) {
   std::string_view rest = text;
   for (; bad; bad = malformedByte(rest)) {
     result.append(rest.substr(0, *bad)).append("\uFFFD");
+    // One replacement for each byte that belongs to nothing.
     rest.remove_prefix(*bad + 1);
   }
   return result.append(rest);

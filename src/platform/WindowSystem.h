@@ -10,7 +10,8 @@
 
 namespace tabwright::platform {
 
-/// A top-level window of an application.
+/// A top-level window of an application. A copy of what was told at one moment: it may have changed or gone by the time
+/// it is read.
 struct ClientWindow {
   std::uint32_t id = 0;
   pid_t pid = 0;             ///< of its process; 0 when neither the window nor the display server tells
@@ -37,6 +38,10 @@ struct ClientWindow {
 /// doesn't follow: window managers may refuse, and then nothing has happened. All may come from several threads; they
 /// take turns. All throw DesktopFailure: `noWindowSystem`, `wayland`; a window system that comes back is found again by
 /// the next call.
+///
+///     for (const ClientWindow& window : system.windows())
+///       if (window.pid == process)
+///         system.activate(window.id);
 class WindowSystem {
 public:
   virtual ~WindowSystem() = default;

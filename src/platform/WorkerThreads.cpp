@@ -1,5 +1,7 @@
 // pthreads, since a standard thread has no way to ask for a larger stack. A thread that is no longer needed joins the
-// one that left before it, and is joined itself by the next to come.
+// one that left before it, and is joined itself by the next to come. A job is in the queue, among the running ones, or
+// with the one that cancels it; the lock decides which, so it is worked off once. The lock is never held while a job
+// works.
 #include "platform/WorkerThreads.h"
 
 #include <algorithm>
@@ -48,6 +50,8 @@ std::shared_ptr<WorkerThreads::Job> WorkerThreads::prepare(Work work) {
 void WorkerThreads::start(const std::shared_ptr<Job>& job) {
   const MutexLock lock(mutex_);
   joinEnded();
+  // A thread that was woken counts as idle until it has the lock, so those for which the queue holds work already don't
+  // count.
   if (idle_ <= queue_.size() && threads_.size() < mostThreads_)
     addThread();
   queue_.push_back(job);
@@ -61,6 +65,7 @@ void WorkerThreads::cancel(const std::shared_ptr<Job>& job) {
     const auto waiting = std::ranges::find(queue_, job);
     if (waiting == queue_.end())
       return;
+    // No thread takes it any more: it ends below, with its stop requested, so that whoever awaits it hears of it.
     queue_.erase(waiting);
   }
   job->work(job->stop.get_token());
@@ -81,6 +86,7 @@ void WorkerThreads::addThread() {
   pthread_attr_destroy(&attributes);
   if (error == 0)
     threads_.push_back(thread);
+  // Others take the work when they are done; without any it would wait for ever.
   else if (threads_.empty())
     throw std::system_error(error, std::generic_category(), "pthread_create: no thread to work on");
 }
@@ -102,6 +108,7 @@ void WorkerThreads::serve() {
     ++idle_;
     wake_.wait(lock, [this]() REQUIRES(mutex_) { return isClosing_ || !queue_.empty(); });
     --idle_;
+    // Closing; what was in the queue has been worked off first.
     if (queue_.empty())
       return;
     const std::shared_ptr<Job> job = std::move(queue_.front());

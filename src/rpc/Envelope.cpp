@@ -1,4 +1,5 @@
-// Texts are passed over as a whole and brackets counted, so that only members of the outermost object are looked at.
+// Texts are passed over as a whole and brackets counted, so that only members of the outermost object are looked at. No
+// parser is asked, since none takes a text that ends in the middle or is no JSON further on.
 #include "rpc/Envelope.h"
 
 #include <boost/json/parse.hpp>
@@ -51,6 +52,7 @@ Envelope envelopeOf(std::string_view text) {
     const std::size_t end = endOfText(text, at);
     const std::string_view key = text.substr(at, end - at);
     at = end;
+    // A text without a colon behind it is a value, not a key.
     const std::size_t colon = depth == 1 ? text.find_first_not_of(blanks, end) : std::string_view::npos;
     if (colon == std::string_view::npos || text[colon] != ':')
       continue;

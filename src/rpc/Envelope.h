@@ -13,6 +13,7 @@ struct Envelope {
 };
 
 /// The envelope of bytes that are no JSON as a whole, or only the begin of one: as much as its outermost members tell.
+/// Of an id that stands there twice the last counts. Members of objects further inside are no part of it.
 [[nodiscard]] Envelope envelopeOf(std::string_view text);
 
 } // namespace tabwright::rpc

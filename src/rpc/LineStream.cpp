@@ -1,3 +1,7 @@
+// Reading collects bytes up to a line feed; a line beyond the bound is dropped piece by piece. Writing goes through a
+// queue whose first text is under way. Reads and writes under way keep the channel alive, so that the stream may be
+// destroyed at any time. Bytes are searched once and moved seldom: `start_` goes from line to line, and what is before
+// it goes away when more has to be read.
 #include "rpc/LineStream.h"
 
 #include "platform/JSONFailure.h"
@@ -22,10 +26,6 @@
 #include <string_view>
 #include <utility>
 
-// Reading collects bytes up to a line feed; a line beyond the bound is dropped piece by piece. Writing goes through a
-// queue whose first text is under way. What is under way keeps the channel alive, so that the stream may be destroyed
-// at any time.
-
 namespace tabwright::rpc {
 
 namespace asio = boost::asio;
@@ -34,6 +34,7 @@ using boost::system::error_code;
 namespace {
 
 constexpr std::size_t readAtOnce = std::size_t{64} << 10;
+// Kept between messages, so that usual ones need no memory of their own each time.
 constexpr std::size_t usualCapacity = std::size_t{1} << 20;
 constexpr std::string_view whiteSpace = " \t\r\n";
 
@@ -51,6 +52,8 @@ public:
       return;
     error_code ignored;
     stream_.cancel(ignored);
+    // Asio has made it non-blocking, and the mode belongs to the open file: a shell that shares it would find its
+    // terminal so.
     ::fcntl(stream_.native_handle(), F_SETFL, mode_);
     stream_.close(ignored);
   }
@@ -62,6 +65,7 @@ private:
   asio::posix::stream_descriptor stream_;
 };
 
+// The envelope is looked for only in a line that can't be read: a message has its own.
 ReceivedMessage parsed(std::string_view line) {
   try {
     return platform::parseJSON(line);
@@ -94,10 +98,12 @@ public:
       }
       if (isSkipping_) {
         skipped_ += received_.size() - start_;
+        // A sender that goes on for ever in one line is given up.
         if (skipped_ > bounds_.skipped)
           co_return std::nullopt;
         forget();
       }
+      // Refused before its end has come: a sender that never ends its line would otherwise be collected for ever.
       if (received_.size() - start_ > bounds_.message) {
         ReceivedMessage refused = tooLong(std::string_view(received_).substr(start_));
         forget();
@@ -113,9 +119,11 @@ public:
     if (isClosed_)
       return;
     std::string line = boost::json::serialize(message) + '\n';
+    // A single message may be larger than the bound, so an empty queue takes any.
     if (!queue_.empty() && queued_ + line.size() > bounds_.unread)
       return close();
     queued_ += line.size();
+    // A deque, whose texts stay where they are while others are added: one of them is being written.
     queue_.push_back(std::move(line));
     if (queue_.size() == 1)
       write();
@@ -125,6 +133,7 @@ public:
     const auto self = shared_from_this();
     if (isClosed_ || queue_.empty())
       co_return;
+    // Waits for a cancellation by `hasWritten` or `close`; the timer's own end is the bound.
     emptied_.expires_after(atMost);
     co_await emptied_.async_wait(asio::as_tuple(asio::use_awaitable));
   }
@@ -140,6 +149,7 @@ public:
   [[nodiscard]] error_code writeError() const { return writeError_; }
 
 private:
+  // The next whole line among the bytes that have come. Bytes that were searched in vain aren't searched again.
   std::optional<std::string> nextLine() {
     const std::size_t end = received_.find('\n', searched_);
     if (end == std::string::npos) {
@@ -155,12 +165,14 @@ private:
   platform::Task<bool> readMore() {
     received_.erase(0, start_);
     searched_ -= std::exchange(start_, 0);
+    // One long message must not keep its room for the life of a connection that is otherwise idle.
     if (received_.capacity() > usualCapacity && received_.size() < readAtOnce)
       received_.shrink_to_fit();
     if (isClosed_)
       co_return false;
     auto [error, count] =
         co_await input_.stream().async_read_some(asio::buffer(chunk_), asio::as_tuple(asio::use_awaitable));
+    // Closing aborts the read too, and is an ordinary end; only a cancelled caller is thrown to.
     if (error == asio::error::operation_aborted && !isClosed_)
       throw boost::system::system_error(error);
     if (error || isClosed_)
@@ -187,6 +199,7 @@ private:
   }
 
   void hasWritten(const error_code& error) {
+    // Also when the stream was closed meanwhile: the text that was under way lies in the queue until here.
     queued_ -= queue_.front().size();
     queue_.pop_front();
     if (isClosed_)

@@ -24,6 +24,7 @@ namespace tabwright::rpc {
 /// process that serves streams ignores that signal.
 class LineStream final : public MessageStream {
 public:
+  /// Each bounds what one side can make this process hold or do, however it behaves.
   struct Bounds {
     std::size_t message = std::size_t{16} << 20; ///< bytes of the longest line taken
     std::size_t skipped = std::size_t{1} << 30;  ///< bytes of a longer line that are read past, before its sender is
@@ -35,10 +36,14 @@ public:
   /// Takes both descriptors over, and closes them in the end. They are two different ones.
   /// Throws `boost::system::system_error` for descriptors that aren't open.
   LineStream(const boost::asio::any_io_executor& executor, int input, int output);
+  /// The same with other bounds.
   LineStream(const boost::asio::any_io_executor& executor, int input, int output, Bounds bounds);
+  /// Ends the stream as `close` does; a `receive` that is under way yields nothing.
   ~LineStream() override;
 
+  /// Reads as much as there is at once; lines behind the first wait here for the next call.
   platform::Task<std::optional<ReceivedMessage>> receive() override;
+  /// One line. A message that would leave more than `Bounds::unread` queued behind others ends the stream instead.
   void send(const boost::json::value& message) override;
   platform::Task<void> flush(std::chrono::nanoseconds atMost) override;
   void close() override;

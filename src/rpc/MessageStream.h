@@ -13,6 +13,8 @@
 namespace tabwright::rpc {
 
 /// Bytes that are no message, as far as they can be told: the error that answers them.
+/// The envelope says whether it was a request, which is to be answered with the error, or an answer that somebody waits
+/// for.
 struct UnreadableMessage {
   RpcError error;
   Envelope envelope = {};
@@ -39,6 +41,7 @@ public:
   virtual void send(const boost::json::value& message) = 0;
 
   /// Waits until everything queued has left this process, no longer than `atMost`, or until the stream breaks.
+  /// One call at a time.
   virtual platform::Task<void> flush(std::chrono::nanoseconds atMost) = 0;
 
   /// Ends the stream in both directions at once. What is still queued is dropped.

@@ -1,3 +1,7 @@
+// One loop takes messages off the stream and sorts them: requests and notifications become coroutines of their own,
+// each with a signal that cancels it; answers wake whoever waits for them. All of it runs on one executor, so nothing
+// is locked. Waiting is a timer that never expires and is cancelled. A message that is wrong in itself is answered, as
+// far as it can be told whom, and never ends the conversation.
 #include "rpc/Peer.h"
 
 #include "platform/Logger.h"
@@ -17,10 +21,6 @@
 #include <map>
 #include <optional>
 #include <utility>
-
-// One loop takes messages off the stream and sorts them: requests and notifications become coroutines of their own,
-// each with a signal that cancels it; answers wake whoever waits for them. All of it runs on one executor, so nothing
-// is locked. Waiting is a timer that never expires and is cancelled.
 
 namespace tabwright::rpc {
 
@@ -79,6 +79,7 @@ public:
     try {
       while (std::optional<ReceivedMessage> message = co_await stream_.receive()) {
         take(std::move(*message));
+        // The stream may have a message at once, without a wait that the cancellation could end.
         if ((co_await asio::this_coro::cancellation_state).cancelled() != asio::cancellation_type::none)
           break;
       }
@@ -87,6 +88,7 @@ public:
         log_.error("The stream broke: {}", error.what());
     }
     endAll();
+    // In a loop, since the timer may have been cancelled before this began to wait, or by the run's own cancellation.
     while (!running_.empty())
       co_await allEnded.async_wait(asio::as_tuple(asio::use_awaitable));
     allEnded_ = nullptr;
@@ -103,6 +105,7 @@ public:
     waiting_[id] = waiting;
     stream_.send(json::object{{"jsonrpc", "2.0"}, {"id", id}, {"method", method}, {"params", std::move(params)}});
     co_await waiting->answered.async_wait(asio::as_tuple(asio::use_awaitable));
+    // Erased before anything is thrown, so a late answer finds nobody.
     waiting_.erase(id);
     if (waiting->error)
       throw *waiting->error;
@@ -148,9 +151,11 @@ private:
     const json::value* id = message->if_contains("id");
     const json::value* method = message->if_contains("method");
     const json::value* version = message->if_contains("jsonrpc");
+    // Answered even where it has no id, with null for one, as JSON-RPC has it for messages whose id can't be told.
     if (!version || *version != "2.0")
       return refuse(id && isRequestID(*id) ? *id : nullptr,
                     {ErrorCode::invalidRequest, "\"jsonrpc\" must be \"2.0\"."});
+    // Sorted out before its id is looked at: an answer is never answered, be it ever so wrong.
     if (!method && (message->contains("result") || message->contains("error")))
       return takeAnswer(*message);
     if (id && !isRequestID(*id))
@@ -159,6 +164,7 @@ private:
     if (!method || !method->is_string())
       return refuse(answered, {ErrorCode::invalidRequest, "A message has a method."});
     json::value* params = message->if_contains("params");
+    // A notification is never answered, not even with an error.
     if (params && !params->is_object()) {
       if (id)
         refuse(answered, {ErrorCode::invalidParams, "\"params\" must be an object."});
@@ -178,6 +184,7 @@ private:
     if (running_.size() >= handlersAtOnce_)
       return refuse(id, {ErrorCode::tooManyRequests, "Too many requests are under way."});
     const std::string key = json::serialize(id);
+    // The other side could not tell their answers apart, nor say which one it cancels.
     if (running_.contains(key))
       return refuse(id, {ErrorCode::invalidRequest, "A request with this id is under way."});
     const auto running = std::make_shared<Running>();
@@ -190,6 +197,7 @@ private:
     const auto handler = notificationHandlers.find(method);
     if (handler == notificationHandlers.end() || running_.size() >= handlersAtOnce_)
       return;
+    // Without quotation marks, so it is no request's key, and nobody can cancel it by an id.
     const std::string key = "notification " + std::to_string(nextNotification_++);
     start(key, hear(handler->second, method, std::move(params)), std::make_shared<Running>());
   }
@@ -254,6 +262,7 @@ private:
     } catch (const std::exception& thrown) {
       error.emplace(ErrorCode::internalError, thrown.what());
     }
+    // The Model Context Protocol has a cancelled request stay without an answer.
     if (running->isCancelled)
       co_return;
     if (error)

@@ -42,7 +42,9 @@ public:
   Peer& operator=(const Peer&) = delete;
 
   /// Handlers are set before `run` and stay.
+  /// The method's name is compared as it stands. A request without a handler is answered with `methodNotFound`.
   void onRequest(std::string method, RequestHandler handler);
+  /// A notification without a handler is dropped, as JSON-RPC has it.
   void onNotification(std::string method, NotificationHandler handler);
 
   /// Serves until the stream ends, then cancels the handlers under way and returns when all have ended. Cancelling does

@@ -25,12 +25,14 @@ enum class ErrorCode : int {
 /// an answer is thrown the error that came.
 class RpcError final : public platform::Failure {
 public:
+  /// For errors of this side. `message` is a sentence for users, `data` anything that helps a program.
   RpcError(ErrorCode code, std::string message, boost::json::value data = nullptr)
       : RpcError(static_cast<int>(code), std::move(message), std::move(data)) {}
   /// For codes of the other side, which may be any number.
   RpcError(int code, std::string message, boost::json::value data = nullptr)
       : code_(code), message_(std::move(message)), data_(std::move(data)) {}
 
+  /// One of `ErrorCode`, or any number that the other side chose.
   [[nodiscard]] int code() const noexcept { return code_; }
   /// One sentence; may be empty when the other side wrote none.
   [[nodiscard]] const std::string& message() const noexcept { return message_; }

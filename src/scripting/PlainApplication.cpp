@@ -1,3 +1,5 @@
+// Answers by hand the few events that make sense without a dictionary: activate (and run), count, and get of the
+// application, its name or its id. Another property is −1728, another event −1708.
 #include "scripting/PlainApplication.h"
 
 #include "applescript/ScriptError.h"

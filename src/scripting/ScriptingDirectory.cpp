@@ -1,5 +1,6 @@
 // System Events and this program are there from the start. A browser's application is made when a script first speaks
-// to it, and kept; a browser that can't be reached yet is asked for again.
+// to it, and kept; a browser that can't be reached yet is asked for again. All look-ups go in one order: those two, the
+// table of browsers, then what runs on the desktop.
 #include "scripting/ScriptingDirectory.h"
 
 #include "scripting/PlainApplication.h"
@@ -38,6 +39,7 @@ std::optional<DesktopProcess> findProcess(Desktop& desktop, NameOf member, std::
 
 /// Brings the process of that name to the front, unless it is there.
 void activateProcess(Desktop& desktop, NameOf member, std::string_view name) {
+  // Scripts activate before each key. The desktop keeps its answer to this question for a moment.
   const std::optional<DesktopProcess> front = desktop.frontmost();
   if (front && sameIgnoringCase((*front).*member, name))
     return;
@@ -69,6 +71,7 @@ const Terminology* ScriptingDirectory::terminologyByID(std::string_view bundleId
   }
   if (const BrowserFacts* facts = findFacts(&BrowserFacts::id, bundleIdentifier))
     return terminologyOf(*facts);
+  // It has no dictionary, but handlers of the runtime library must compile.
   return running(&DesktopProcess::bundleIdentifier, bundleIdentifier) ? &chromiumTerminology() : nullptr;
 }
 
@@ -83,6 +86,7 @@ const Terminology* ScriptingDirectory::terminologyByName(std::string_view name) 
 }
 
 std::shared_ptr<ScriptableApplication> ScriptingDirectory::findByID(std::string_view bundleIdentifier) {
+  // Before all others: no program on the desktop may take these names.
   for (const auto& application : {systemEvents_, self_}) {
     if (sameIgnoringCase(application->bundleIdentifier(), bundleIdentifier))
       return application;
@@ -112,12 +116,14 @@ std::shared_ptr<ScriptableApplication> ScriptingDirectory::running(NameOf member
 
 std::shared_ptr<ScriptableApplication> ScriptingDirectory::browser(const BrowserFacts& facts) {
   const platform::MutexLock lock(mutex_);
+  // Made under the lock, so that two scripts that speak to a browser first share one driver and its connection.
   std::shared_ptr<ScriptableApplication>& application = browsers_[facts.id];
   if (application)
     return application;
   std::shared_ptr<BrowserDriver> driver = services_.makeDriver ? services_.makeDriver(facts) : nullptr;
   if (!driver)
     return nullptr;
+  // The hooks may refer to `facts`: rows of the table live as long as the program.
   BrowserHooks hooks;
   if (services_.launch)
     hooks.launch = [launch = services_.launch, &facts] { launch(facts); };

@@ -30,14 +30,25 @@ struct ScriptingServices {
 
 /// The applications that scripts can speak to: the supported browsers, System Events, this program, and whatever else
 /// runs on the desktop. Ids and names are found in any case. Dictionaries are known for all browsers, installed or not;
-/// an application without one is given theirs, since the runtime library speaks to its target in their words, be it
-/// only in handlers that are never called. Safe from several threads.
+/// a running application without one that is asked for by its id is given the Chromium family's, since the runtime
+/// library speaks to its target in these words, be it only in handlers that are never called. Safe from several
+/// threads.
+///
+///     ScriptingDirectory directory({.makeDriver = makeDriver, .desktop = desktop});
+///     directory.findByID("org.chromium.Chromium"); // the same application each time
+///     directory.findByName("Finder");              // null: nothing of this name runs
 class ScriptingDirectory final : public applescript::ApplicationDirectory {
 public:
+  /// Connects to nothing and asks nobody: drivers are made when a script first speaks to their browser.
   explicit ScriptingDirectory(ScriptingServices services);
 
+  /// Null for an id that is no browser's and that nothing running has. Looks at the desktop for ids that no table
+  /// knows.
   [[nodiscard]] const applescript::Terminology* terminologyByID(std::string_view bundleIdentifier) const override;
+  /// The same by name, but null for any other running application.
   [[nodiscard]] const applescript::Terminology* terminologyByName(std::string_view name) const override;
+  /// Null for a browser that there is no driver for, and for any other application that doesn't run. System Events,
+  /// this program and browsers are the same object each time; another application is made anew by each call.
   [[nodiscard]] std::shared_ptr<applescript::ScriptableApplication>
   findByID(std::string_view bundleIdentifier) override;
   [[nodiscard]] std::shared_ptr<applescript::ScriptableApplication> findByName(std::string_view name) override;
@@ -45,6 +56,7 @@ public:
 private:
   using NameOf = std::string DesktopProcess::*;
   [[nodiscard]] std::shared_ptr<applescript::ScriptableApplication> running(NameOf member, std::string_view text) const;
+  /// A browser's application, made by the first call that gets a driver. Null without one.
   std::shared_ptr<applescript::ScriptableApplication> browser(const platform::BrowserFacts& facts);
 
   ScriptingServices services_;

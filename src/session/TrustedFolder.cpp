@@ -1,4 +1,5 @@
-// The folder is opened first and looked at through its descriptor, so that nobody exchanges it in between.
+// The folder is opened first and looked at through its descriptor, so that nobody exchanges it in between. Its owner
+// and its mode decide; an access list that lets others write shows in the mode's bits for the group.
 #include "session/TrustedFolder.h"
 
 #include <cerrno>
@@ -25,8 +26,10 @@ TrustedFolder::TrustedFolder(std::string path) : path_(std::move(path)) {
   const auto refusal = [this](const char* step, int error) {
     return FolderRefused(path_, std::string(step) + ": " + std::strerror(error), error);
   };
+  // On a read-only file system it may be there already, and is found out as not writable below.
   if (::mkdir(path_.c_str(), 0700) != 0 && errno != EEXIST && errno != EROFS)
     throw refusal("can’t be made", errno);
+  // No link as the last part: its owner could lead it elsewhere later.
   descriptor_ = ::open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
   if (descriptor_ < 0)
     throw refusal("can’t be opened", errno);
@@ -70,6 +73,7 @@ std::string runtimePath() {
   const std::string user = std::to_string(::geteuid());
   if (const auto folder = sessionFolder())
     return *folder + "/tabwright";
+  // The folder may be there though the session's variable is missing, as under su or in a cron job.
   if (isOwnFolder("/run/user/" + user))
     return "/run/user/" + user + "/tabwright";
   return "/tmp/tabwright-" + user;

@@ -1,5 +1,6 @@
 // A file is removed while its lock is ours. A process that opened it before and gets the lock after must look again
-// whether it is still there (isStillAt).
+// whether it is still there (isStillAt). The lock belongs to the open file and not to a process, so it outlives a
+// handover of the descriptor, and no register of processes is needed that a killed one would leave wrong.
 #include "session/UnheldFiles.h"
 
 #include <cerrno>
@@ -54,6 +55,7 @@ void removeUnheldFiles(int folder, std::string_view ending, std::string_view com
     if (file < 0)
       continue;
     if (hold(file) && isStillAt(folder, name, file)) {
+      // First, while the lock is ours: once the file is gone, another process may make both anew.
       if (!companionEnding.empty())
         ::unlinkat(folder, name.substr(0, name.size() - ending.size()).append(companionEnding).c_str(), 0);
       ::unlinkat(folder, name.c_str(), 0);

@@ -13,6 +13,7 @@ AppState::AppState(const Application& application, const DefaultsKeys& keys)
 
 void AppState::checkWhatsNew() {
   const std::string seen = keys_.seenWhatsNewWithChecksum.get();
+  // A first launch: all is new to its user, so this text counts as read.
   if (platform::isBlank(seen))
     keys_.seenWhatsNewWithChecksum.updateSoon([](const std::string&) { return std::string(whatsNewChecksum); });
   else if (seen != whatsNewChecksum)

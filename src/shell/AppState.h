@@ -24,14 +24,18 @@ public:
   /// True for a process that was started to serve an action, whatever it shows later. Readable from any thread.
   const bool isAppRunningHidden;
 
+  /// The sheet that is to be shown over the main window.
   Published<RootViewSheet> selectedSheet{RootViewSheet::none};
+  /// The tab that the main window shows.
   Published<RootViewTab> selectedView{RootViewTab::home};
+  /// Set by whoever looks for newer versions.
   Published<bool> isAppUpdateAvailable{false};
 
   /// "Mark as read": "What's New" is closed, and won't be shown again until its text changes.
   void markWhatsNewAsRead();
 
 private:
+  /// Sets `selectedSheet`, or marks this text as read.
   void checkWhatsNew();
 
   const DefaultsKeys& keys_;

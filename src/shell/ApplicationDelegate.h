@@ -7,6 +7,7 @@ class ApplicationDelegate {
 public:
   virtual ~ApplicationDelegate() = default;
 
+  /// The process is ready to work.
   virtual void applicationDidFinishLaunching() = 0;
   /// The end is decided: nothing can hold it up.
   virtual void applicationWillTerminate() = 0;

@@ -1,4 +1,5 @@
-// One JSON text for each browser, so that a damaged one costs the state of that browser only.
+// One JSON text for each browser, so that a damaged one costs the state of that browser only. The status is stored by
+// its name rather than its number: a case that is added doesn't change what older states mean.
 #include "shell/BrowserState.h"
 
 #include "platform/JSONReader.h"

@@ -23,6 +23,7 @@ enum class AssistiveAccessStatus {
 
 /// The stored state of one browser.
 struct BrowserState {
+  /// The outcome of the last trial.
   AssistiveAccessStatus assistiveAccess = AssistiveAccessStatus::unknown;
   std::string version = "-"; ///< as a script last reported it; "-" for none yet
 

@@ -18,6 +18,7 @@ namespace tabwright::shell {
 ///
 /// Safe to use from any thread.
 struct DefaultsKeys {
+  /// `store` outlives this. Each key has the value that counts while none is stored.
   explicit DefaultsKeys(platform::UserDefaults& store)
       : actionsCallCount(store, "c41d07ab", 0), firstLaunchTimestamp(store, "7e52a9f0", 0),
         lastReportedRelease(store, "48ae42df", ""), seenWhatsNewWithChecksum(store, "6055e27a", ""),

@@ -1,6 +1,7 @@
 // A job sleeps on a strand of the background executor. Whether it may still quit is decided under the lock that guards
 // which job is pending: so a job that was exchanged for another never fires, even if its sleep had just ended. The
-// cancellation that then goes to its sleep only frees what the sleep holds.
+// cancellation that then goes to its sleep only frees what the sleep holds. A job holds the surroundings weakly, since
+// it may end when the timer has gone.
 #include "shell/DelayedShutdown.h"
 
 #include "platform/Logger.h"
@@ -86,6 +87,8 @@ void DelayedShutdown::scheduleShutdown() {
     if (pending_->pendingJob)
       pending_->pendingJob->cancel();
     pending_->pendingJob = job;
+    // Under the lock, so that the job is the pending one before its sleep can end; the job itself is held weakly, as it
+    // holds this function.
     job->start(surroundings.clock, [weak = std::weak_ptr(pending_), weakJob = std::weak_ptr(job)] {
       if (const auto finished = weakJob.lock())
         fire(weak, finished);
@@ -103,6 +106,7 @@ void DelayedShutdown::fire(const std::weak_ptr<Pending>& weakPending, const std:
     if (pending->pendingJob != job)
       return;
   }
+  // Posted with the lock released: the application may schedule or end this in the course of quitting.
   boost::asio::post(pending->surroundings.mainActor, [pending] { pending->surroundings.application.terminate(); });
 }
 

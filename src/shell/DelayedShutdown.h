@@ -39,7 +39,9 @@ public:
   void scheduleShutdown() override;
 
 private:
+  /// One sleep, which can be cancelled.
   class Job;
+  /// The surroundings and the job that is pending; shared with jobs, which hold it weakly.
   struct Pending;
 
   static void fire(const std::weak_ptr<Pending>& pending, const std::shared_ptr<Job>& job);

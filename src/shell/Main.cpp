@@ -34,6 +34,7 @@ Main::Main(const Surroundings& surroundings)
 }
 
 Main::~Main() {
+  // The application outlives this, and would notify an object that has gone.
   application_.setDelegate(nullptr);
 }
 

@@ -43,10 +43,14 @@ public:
   Main(const Main&) = delete;
   Main& operator=(const Main&) = delete;
 
+  /// The shared objects of the process; they live as long as this.
   [[nodiscard]] const DefaultsKeys& keys() const noexcept { return keys_; }
   [[nodiscard]] UserDefaultsManager& defaultsManager() noexcept { return defaultsManager_; }
+  /// To be touched on the main actor, but for what it says may be read anywhere.
   [[nodiscard]] AppState& appState() noexcept { return appState_; }
+  /// To be touched on the main actor.
   [[nodiscard]] AppUpdateManager& updateManager() noexcept { return updateManager_; }
+  /// Handed to actions, which put the quit off.
   [[nodiscard]] DelayedShutdown& shutdown() noexcept { return shutdown_; }
 
   /// To be called by the main window whenever its content appears. The first time starts the updater.

@@ -25,8 +25,10 @@ enum class MenuAction {
 
 /// One line of the menus that is the program's own.
 struct MenuCommand {
+  /// The place, and which section of it.
   MenuPlacement placement;
   int section; ///< sections of a placement count from 1, and are parted by lines
+  /// English, as it stands in the menu; empty for a placement that is emptied.
   std::string_view title;
   MenuAction action;
   std::string_view path; ///< of `openWebsite`
@@ -46,6 +48,7 @@ inline constexpr std::array<MenuCommand, 9> menuCommands{{
 }};
 
 namespace detail {
+/// Checked when the program is compiled: a row that is emptied has no title, and only links have a path.
 consteval bool isMenuTableSound() {
   for (const MenuCommand& command : menuCommands) {
     const bool isEmptied = command.action == MenuAction::none;

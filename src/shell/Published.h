@@ -24,8 +24,10 @@ public:
   Published(const Published&) = delete;
   Published& operator=(const Published&) = delete;
 
+  /// Valid until the next write.
   [[nodiscard]] const T& value() const noexcept { return value_; }
 
+  /// Tells the observers first, then writes: they still see the value before.
   void set(T next) {
     const auto observers = observers_; // one may come or go during the calls
     for (const std::weak_ptr<Observer>& entry : observers) {

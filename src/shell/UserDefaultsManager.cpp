@@ -1,4 +1,6 @@
-// Changes hold copies of their keys and arguments, since the store may run them again later.
+// Changes hold copies of their keys and arguments, since the store may run them again later. Reports of actions and
+// scripts go through `updateSoon`, which doesn't wait for the disk; the setup's are written at once. A look before a
+// write spares most writes, and the write itself looks again, as another process may have been faster.
 #include "shell/UserDefaultsManager.h"
 
 #include "targets/SupportedBrowsers.h"
@@ -17,6 +19,7 @@ namespace {
 
 using platform::DefaultsChange;
 
+// "GC" of "Google Chrome".
 std::string upperCaseLettersOf(std::string_view name) {
   std::string letters;
   const auto length = static_cast<std::int32_t>(name.size());
@@ -82,6 +85,7 @@ std::string UserDefaultsManager::browserVersionList() const {
     const auto entry = states.find(browser.id);
     const std::string text =
         upperCaseLettersOf(browser.name) + ' ' + (entry == states.end() ? "-" : entry->second.version);
+    // The version of a browser that no script has met.
     if (text.ends_with('-'))
       continue;
     list += list.empty() ? "" : ", ";
@@ -115,6 +119,7 @@ std::map<std::string, std::string> UserDefaultsManager::names() const {
 
 void UserDefaultsManager::pruneWindowNames(const std::set<std::string>& currentWindows) {
   const auto isGone = [currentWindows](const auto& entry) { return !currentWindows.contains(entry.first); };
+  // Windows are listed far more often than one with a name goes.
   if (std::ranges::none_of(keys_.windowNames.get(), isGone))
     return;
   keys_.windowNames.updateSoon([isGone](std::map<std::string, std::string> names) {

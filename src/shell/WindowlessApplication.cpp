@@ -27,6 +27,7 @@ void WindowlessApplication::setDelegate(ApplicationDelegate* delegate) {
 }
 
 void WindowlessApplication::terminate() {
+  // Taken away first: a delegate that quits again while it is notified finds nothing to do.
   const std::function<void()> stop = std::exchange(stop_, {});
   if (!stop)
     return;

@@ -22,15 +22,19 @@ public:
   /// Says to the delegate that the process is ready. To be called once, on the main actor.
   void finishLaunching();
 
+  /// By the `Launch` that was given, for the process's life.
   [[nodiscard]] bool isHidden() const override;
+  /// Always empty.
   [[nodiscard]] std::vector<Window*> windows() const override;
   [[nodiscard]] Window* keyWindow() const override { return nullptr; }
   [[nodiscard]] Window* onboardingWindow() const override { return nullptr; }
   Window* makeOnboardingWindow() override { return nullptr; }
   bool openAddress(const std::string&) override { return false; }
   void revealFile(const std::filesystem::path&) override {}
+  /// Does nothing.
   void setAllowsAutomaticWindowTabbing(bool isAllowed) override;
   void setDelegate(ApplicationDelegate* delegate) override;
+  /// Notifies the delegate, then calls `stop`. Only the first call does.
   void terminate() override;
 
 private:

@@ -9,9 +9,12 @@
 
 namespace tabwright::targets {
 
-/// The target of an action that works on whichever application: a browser, one that runs, or one that is installed.
+/// The target of an action that works on whichever application: a browser, one that runs, or one that is installed. A
+/// type of its own for its reading alone: it holds what any target does. An id that is read from a text and that no
+/// table knows stands in lower case, and is the name too.
 struct ApplicationTarget : engine::TargetContext {
   ApplicationTarget() = default;
+  /// Implicit: each target of a browser is one.
   ApplicationTarget(engine::TargetContext context) : engine::TargetContext(std::move(context)) {}
 };
 
@@ -22,10 +25,13 @@ struct ApplicationTarget : engine::TargetContext {
 /// action runs.
 template <>
 struct tabwright::intents::ValueTraits<tabwright::targets::ApplicationTarget> {
+  /// Declared and printed as any target is.
   static ValueType type() { return ValueTraits<engine::TargetContext>::type(); }
   static boost::json::value toJson(const targets::ApplicationTarget& value) {
     return ValueTraits<engine::TargetContext>::toJson(value);
   }
+  /// Throws `ValueError` for what is neither a target nor an id.
   static targets::ApplicationTarget fromJson(const boost::json::value& json);
+  /// A text with a brace is an object; any other is a name or an id as it stands.
   static targets::ApplicationTarget fromText(std::string_view text);
 };

@@ -1,3 +1,5 @@
+// The text of a choice is what a user may type for it, so it is the shortest that is read back as the same target; the
+// value is the whole target, for callers that pass JSON.
 #include "targets/BrowserTargetContextsProvider.h"
 
 #include "targets/SupportedBrowsers.h"
@@ -41,6 +43,7 @@ std::vector<intents::OptionSection> ApplicationTargetsProvider::results() const 
 
 std::vector<intents::OptionSection> SupportedBrowsersProvider::results() const {
   intents::OptionSection section;
+  // First, as it is the default.
   section.options.push_back(optionOf(engine::frontmostTargetContext()));
   for (const TargetContext& browser : supportedBrowsers())
     section.options.push_back(optionOf(browser));

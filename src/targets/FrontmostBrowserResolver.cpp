@@ -36,6 +36,7 @@ platform::Task<engine::TargetContext> FrontmostBrowserResolver::resolve(engine::
   try {
     id = co_await scriptacular.runScriptText<std::string>(engine::AppleScriptSnippets::frontmostScriptText(ids));
   } catch (const platform::CatalogueFailure<ScriptacularError>& failure) {
+    // Others, such as a script that was stopped, are told as they are.
     if (failure.kind() != ScriptacularError::browserNotFound)
       throw;
     throw platform::failure(ScriptacularError::browserNotFound).causedBy(nothingInFront());

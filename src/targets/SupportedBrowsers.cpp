@@ -14,6 +14,7 @@ constexpr std::string_view frontmostShortName = "frontmost";
 
 } // namespace
 
+// Made once: targets own their texts, which the table doesn't have in this form.
 const std::vector<TargetContext>& supportedBrowsers() {
   static const std::vector<TargetContext> browsers = [] {
     std::vector<TargetContext> contexts;
@@ -28,6 +29,7 @@ const std::vector<TargetContext>& supportedBrowsers() {
 std::optional<TargetContext> findTargetContext(std::string_view text) {
   const std::string wanted = platform::lowercased(text);
   TargetContext frontmost = engine::frontmostTargetContext();
+  // The frontmost entry has no row in the table, and comes before all that have.
   if (wanted == frontmost.id || wanted == frontmost.name || wanted == frontmostShortName)
     return frontmost;
   for (const TargetContext& browser : supportedBrowsers()) {

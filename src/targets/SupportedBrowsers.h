@@ -9,16 +9,21 @@
 
 namespace tabwright::targets {
 
+/// Targets are the engine's; here they are told apart and named.
 using engine::TargetContext;
 
-/// The browsers that actions can aim at, in the order in which they are offered.
+/// The browsers that actions can aim at, in the order in which they are offered. Lives as long as the process.
 [[nodiscard]] const std::vector<TargetContext>& supportedBrowsers();
 
 /// The supported browser, or the frontmost entry, that a user calls `text`: its id, its short name ("chromium",
-/// "frontmost") or its name ("Google Chrome"), ignoring case.
+/// "frontmost") or its name ("Google Chrome"), ignoring case. Nothing for any other text. The browser needn't be
+/// installed.
+///
+///     findTargetContext("Chrome")->id    // com.google.chrome
 [[nodiscard]] std::optional<TargetContext> findTargetContext(std::string_view text);
 
-/// The shortest text that `findTargetContext` reads as this target: the short name where there is one, else the id.
+/// The shortest text that `findTargetContext` reads as this target: the short name where there is one, else the id. A
+/// view into the table or into `context`, which has to live as long.
 [[nodiscard]] std::string_view shortNameOf(const TargetContext& context);
 
 } // namespace tabwright::targets

@@ -1,4 +1,6 @@
 // Every bundle identifier is put into lower case where it enters, so that identifiers are compared as they are.
+// Installed applications are a matter of files and looked for once; those that run change under the user's hands and
+// are asked for anew each time. Both are put in order here, since a probe's order is its own.
 #include "targets/TargetContextManager.h"
 
 #include "platform/AsciiCase.h"
@@ -19,6 +21,7 @@ std::vector<TargetContext> orderedByName(const std::vector<TargetContext>& conte
   const auto key = [](const TargetContext& context) { return platform::caseFolded(context.name); };
   std::vector<TargetContext> set;
   for (const TargetContext& context : contexts) {
+    // Sets are small, so a search is a walk.
     if (std::ranges::find(set, context) == set.end())
       set.insert(std::ranges::upper_bound(set, key(context), {}, key), context);
   }
@@ -40,6 +43,7 @@ void TargetContextManager::findInstalled() const {
       application.id = platform::lowercased(application.id);
     installedApps_ = orderedByName(applications);
     std::ranges::copy_if(supportedBrowsers(), std::back_inserter(installedBrowsers_),
+                         // By name too: a browser under another name is another target.
                          [this](const TargetContext& browser) {
                            return std::ranges::find(installedApps_, browser) != installedApps_.end();
                          });
@@ -62,6 +66,7 @@ std::vector<TargetContext> TargetContextManager::running(bool areBrowsers) const
     std::optional<TargetContext> context = targetContextOf(application);
     if (!context)
       continue;
+    // By id alone: the system may show a browser under a name in the user's language.
     const auto known = std::ranges::find(supportedBrowsers(), context->id, &TargetContext::id);
     if ((known != supportedBrowsers().end()) == areBrowsers)
       applications.push_back(std::move(*context));
@@ -100,6 +105,7 @@ std::optional<RunningApplication> TargetContextManager::findApplication(std::str
     return platform::equalIgnoringCase(platform::shortName(each.bundleIdentifier), id) ||
            platform::equalIgnoringCase(each.localizedName, id);
   };
+  // A name that two applications share means neither.
   if (found == applications.end() && !id.empty() && std::ranges::count_if(applications, isCalledSo) == 1)
     found = first(isCalledSo);
   return found != applications.end() ? std::optional(std::move(*found)) : std::nullopt;

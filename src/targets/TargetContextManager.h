@@ -14,7 +14,7 @@ namespace tabwright::targets {
 using engine::TargetContext;
 
 /// The target that a running application is: its bundle identifier in lower case, and the name that the system shows.
-/// Nothing where either is blank.
+/// Nothing where either is blank. The application needn't be a browser.
 [[nodiscard]] std::optional<TargetContext> targetContextOf(const RunningApplication& application);
 
 /// Knows which supported browsers are installed and which run, and offers them as targets of actions.
@@ -22,15 +22,18 @@ using engine::TargetContext;
 /// The program makes one, over its probe of the machine. Installed applications are looked for once, on first use, so
 /// one that is installed later shows up in the next process; running ones are looked for at every call. Safe to use
 /// from any thread.
+///
+///     for (const TargetContext& browser : manager.runningBrowsers()) ...
+///     if (const auto front = manager.findApplication(engine::frontmostTargetContext().id)) ...
 class TargetContextManager {
 public:
-  /// A titled group of targets, unique and in order.
+  /// A titled group of targets, unique and in order. `label` is in English.
   struct AppSection {
     std::string label;
     std::vector<TargetContext> items;
   };
 
-  /// The groups that are wanted.
+  /// The groups that are wanted. All are, as made.
   struct Sections {
     bool dynamic = true;
     bool running = true;
@@ -49,7 +52,7 @@ public:
   /// The other applications that run now, in the same order.
   [[nodiscard]] std::vector<TargetContext> otherApplications() const;
   /// "Dynamic" with the frontmost entry, "Running browsers", "Installed browsers": those wanted, in this order, empty
-  /// ones included.
+  /// ones included. Running browsers are looked for only when their section is wanted.
   [[nodiscard]] std::vector<AppSection> sections(Sections wanted) const;
 
   /// The application of this id (in lower case) that runs now, the first if there are several, or else the only one of
@@ -58,7 +61,9 @@ public:
   [[nodiscard]] std::optional<RunningApplication> findApplication(std::string_view id) const;
 
 private:
+  /// Those that are supported browsers, or those that aren't.
   [[nodiscard]] std::vector<TargetContext> running(bool areBrowsers) const;
+  /// Fills the lists below, once in the life of this.
   void findInstalled() const;
 
   const BrowserProbe& probe_;

@@ -38,6 +38,7 @@ const EntityDefinition<engine::TargetContext>& ValueTraits<engine::TargetContext
 }
 
 engine::TargetContext ValueTraits<engine::TargetContext>::fromJson(const boost::json::value& json) {
+  // A text may be a slip of the pen, so it has to name something known; whoever writes an object with an id means it.
   if (const boost::json::string* text = json.if_string()) {
     if (auto known = targets::findTargetContext(*text))
       return *known;
@@ -54,6 +55,7 @@ engine::TargetContext ValueTraits<engine::TargetContext>::fromJson(const boost::
     throw ValueError::unsuitable(std::string_view(context.id), "a bundle identifier, such as org.chromium.chromium")
         .within("id");
   if (context.name.empty())
+    // Users are shown the name.
     context.name = known ? known->name : context.id;
   return context;
 }
@@ -67,12 +69,14 @@ engine::TargetContext ValueTraits<engine::TargetContext>::fromText(std::string_v
 targets::ApplicationTarget ValueTraits<targets::ApplicationTarget>::fromJson(const boost::json::value& json) {
   const boost::json::string* text = json.if_string();
   const std::string id = text ? platform::lowercased(*text) : std::string();
+  // Names of browsers are taken by the reader of targets, which knows their rows.
   if (isBundleIdentifier(id) && !targets::findTargetContext(id))
     return engine::TargetContext{id, id};
   return ValueTraits<engine::TargetContext>::fromJson(json);
 }
 
 targets::ApplicationTarget ValueTraits<targets::ApplicationTarget>::fromText(std::string_view text) {
+  // No id and no name of a browser has a brace.
   const bool isObject = text.find('{') != std::string_view::npos;
   return isObject ? ValueTraits<engine::TargetContext>::fromText(text) : fromJson(boost::json::value(text));
 }

@@ -15,10 +15,14 @@
 /// frontmost one as `findTargetContext` takes it. A text that holds such an object or such a name in quotes, as another
 /// action printed it, will do too.
 template <>
+///     {"id": "org.chromium.chromium"}    chromium    "Google Chrome"    frontmost
 struct tabwright::intents::ValueTraits<tabwright::engine::TargetContext> {
+  /// The properties of a target: `id`, which is needed, and `name`.
   static const EntityDefinition<engine::TargetContext>& definition();
   static ValueType type() { return {.kind = ValueKind::entity, .entity = &definition().declaration()}; }
   static boost::json::value toJson(const engine::TargetContext& value) { return definition().toJson(value); }
+  /// A missing name is the table's, or the id. Throws `ValueError`.
   static engine::TargetContext fromJson(const boost::json::value& json);
+  /// A bare name, or JSON. Throws `ValueError`.
   static engine::TargetContext fromText(std::string_view text);
 };

@@ -4,7 +4,8 @@
 
 namespace tabwright::actions {
 
-/// Tells a keyboard action to look at its modifier parameters, or not to.
+/// The modifier parameters of a keyboard action as they are shown, or not. Those that are set are pressed in any case;
+/// while they are shown, `SimulateTyping` types its text in lower case.
 enum class KeyboardModifiersStatus { enabled, disabled };
 
 inline constexpr auto keyboardModifiersStatus = intents::enumTable<KeyboardModifiersStatus>({

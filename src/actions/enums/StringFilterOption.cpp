@@ -20,6 +20,7 @@ icu::UnicodeString unicode(std::string_view text) {
   return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
 }
 
+// NFC. Texts that ICU can't compose are compared as they are.
 icu::UnicodeString composed(const icu::UnicodeString& text) {
   UErrorCode status = U_ZERO_ERROR;
   const icu::Normalizer2* normalizer = icu::Normalizer2::getNFCInstance(status);
@@ -41,6 +42,7 @@ bool passes(StringFilterOption filter, std::string_view item, std::string_view f
   case StringFilterOption::contains:
     return filterText.empty() || lowercased(item).indexOf(lowercased(filterText)) >= 0;
   case StringFilterOption::containsCaseSensitive:
+    // A plain search where no letter can be composed in two ways: most titles and addresses are ASCII.
     if (areASCII || filterText.empty())
       return item.find(filterText) != std::string_view::npos;
     return composed(unicode(item)).indexOf(composed(unicode(filterText))) >= 0;

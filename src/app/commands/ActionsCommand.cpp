@@ -28,6 +28,7 @@ boost::json::object descriptionOf(const intents::Intent& action) {
 ExitCode actions(const ActionsCommand& command) {
   Composition composition;
   const host::Catalogue& catalogue = composition.catalogue();
+  // The document is part of the sources, so its choices are those of no machine.
   if (command.isReference) {
     std::cout << host::catalogueDocument(composition.referenceCatalogue());
     return ExitCode::done;
@@ -42,6 +43,7 @@ ExitCode actions(const ActionsCommand& command) {
       std::cout << boost::json::serialize(list) << '\n';
     return ExitCode::done;
   }
+  // Lines are broken for a person only; a pipe gets each action on one.
   const client::TerminalFacts terminal = client::terminalFacts();
   std::cout << (command.name        ? host::actionHelp(catalogue, *command.name)
                 : terminal.isOutput ? host::catalogueHelp(catalogue, static_cast<std::size_t>(terminal.width))

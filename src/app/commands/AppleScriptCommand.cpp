@@ -1,3 +1,5 @@
+// Errors of the script are told here and not by the command line: only here are its text and its name at hand, which
+// show each error with its line and a mark below it. All other failures go on to the command line.
 #include "app/Composition.h"
 #include "app/FailureReport.h"
 #include "app/Interruptible.h"
@@ -19,6 +21,7 @@ namespace {
 using applescript::ScriptError;
 
 std::string placed(const ScriptError& error, std::string_view source, const std::string& name) {
+  // A place outside of the text can't be shown in it.
   if (!error.range() || error.range()->offset > source.size())
     return fmt::format("{}: {}\n", name, error.errorDescription());
   return placedText(name, source, error.range()->offset, error.range()->length, error.errorDescription());

@@ -1,3 +1,6 @@
+// Anything by which the browser would end with words of its own, or none, is refused before its start: a name that
+// nobody knows, and windows without a desktop. Programs that read the output get JSON without asking for it, as no
+// terminal is there.
 #include "app/BrowserLauncher.h"
 #include "app/Interruptible.h"
 #include "app/commands/Commands.h"
@@ -21,6 +24,7 @@ using platform::BrowserFacts;
 
 const BrowserFacts& requireBrowser(const std::string& wanted) {
   const BrowserFacts* facts = platform::findBrowser(platform::lowercased(wanted));
+  // Safari has a row in the table, but no program here.
   if (facts && !facts->executables.empty())
     return *facts;
   std::vector<std::string> names;

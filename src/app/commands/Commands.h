@@ -18,6 +18,7 @@ namespace tabwright::app {
 /// The reader for whom a result is written: a person or a program. Nothing given: for a person on a terminal.
 enum class OutputForm { automatic, json };
 
+/// The words behind `tabwright run`, which the action's declaration reads later (`runAction`).
 struct RunCommand {
   std::string name;
   std::vector<std::string> words; ///< its parameters and the command's own words, as they were written
@@ -26,6 +27,7 @@ struct RunCommand {
 /// terminal.
 ExitCode run(RunCommand command);
 
+/// The words behind `tabwright script`, read likewise. Words that belong to a run alone, such as --each, are wrong use.
 struct ScriptCommand {
   std::string name;
   std::vector<std::string> parameters;
@@ -34,11 +36,13 @@ struct ScriptCommand {
 ExitCode script(const ScriptCommand& command);
 
 struct ActionsCommand {
+  /// None: all actions.
   std::optional<std::string> name;
   bool isReference = false; ///< the Markdown document of all actions instead
   OutputForm output = OutputForm::automatic;
 };
-/// `tabwright actions`: the catalogue, or one action. As JSON: names with their titles, or the action's schemas.
+/// `tabwright actions`: the catalogue, or one action. As JSON: name, title and both schemas, of all actions in a list
+/// or of the one.
 ExitCode actions(const ActionsCommand& command);
 
 struct AppleScriptCommand {
@@ -48,6 +52,8 @@ struct AppleScriptCommand {
   Mode mode = Mode::run;
 };
 /// `tabwright applescript`: runs a script and prints its result in source form, checks its syntax, or lays it out.
+/// Nothing is printed for `missing value`. Errors in the script are told with their places, and their exit code is
+/// returned, not thrown; arguments that aren't UTF-8 are wrong use.
 ExitCode appleScript(const AppleScriptCommand& command);
 
 struct MarkdownCommand {
@@ -66,18 +72,22 @@ struct WorkflowCommand {
   Mode mode = Mode::run;
 };
 /// `tabwright workflow`: checks a file of steps against the catalogue, and runs them, or tells what would run. What
-/// steps print goes to standard output, progress to standard error where that is a terminal.
+/// steps print goes to standard output, progress to standard error where that is a terminal. Mistakes in the file and
+/// the step that fails are told with their places, and their exit code is returned, not thrown.
 ExitCode workflow(const WorkflowCommand& command);
 
+/// `browser` is a short name or an id of the table, in any case.
 struct BrowserCommand {
   std::string browser;
+  /// None: the browser's own start page, and nothing for one that runs already.
   std::optional<std::string> address;
   bool isHeadless = false;
   std::vector<std::string> switches; ///< passed on to the browser as they are
   OutputForm output = OutputForm::automatic;
 };
 /// `tabwright browser`: starts a browser with a profile of its own and remote debugging on, and returns when it can be
-/// driven. The browser goes on running. One that runs already with that profile only opens the address.
+/// driven, or throws `NoBrowser` after a minute. The browser goes on running. One that runs already with that profile
+/// only opens the address.
 ExitCode browser(const BrowserCommand& command);
 
 /// `tabwright open`: shows the program's windows, in the process that has them already or in a new one. Returns at
@@ -85,7 +95,7 @@ ExitCode browser(const BrowserCommand& command);
 ExitCode open();
 
 /// `tabwright mcp`: serves the catalogue to an agent by the Model Context Protocol on standard input and output, until
-/// the input ends; what still runs then is stopped.
+/// the input ends; what still runs then is stopped. An agent that leaves is no failure.
 ExitCode mcp();
 
 struct UpdateCommand {
@@ -97,7 +107,8 @@ struct UpdateCommand {
 /// copy is one that the program itself replaces; where it isn't, that is a failure, whose sentence says what to do.
 ExitCode update(const UpdateCommand& command);
 
-/// `tabwright completion`: prints the script that a shell reads to complete words with `complete`.
+/// `tabwright completion`: prints the script that a shell reads to complete words with `complete`. Throws `UsageError`
+/// for another shell than bash, zsh and fish.
 ExitCode completion(const std::string& shell);
 
 /// The hidden command that the scripts of `completion` call.

@@ -1,3 +1,6 @@
+// The scripts for the shells are resources and know nothing of commands: they ask the program, by its hidden command,
+// at each word. Tabs and windows are then asked of the frontmost browser, on a loop of this thread. An action that
+// takes longer than somebody waits at a prompt is cancelled, and its end waited for, as it writes to what stands here.
 #include "app/BrowserListing.h"
 #include "app/Completion.h"
 #include "app/Composition.h"
@@ -48,6 +51,7 @@ std::vector<Candidate> thingsIn(const host::Catalogue& catalogue, const intents:
                        if (!failure)
                          list = std::move(result);
                      }));
+  // A failure offers nothing: no prompt is the place to tell of it.
   context.run_for(promptPatience);
   if (!context.stopped()) {
     cancel.emit(asio::cancellation_type::all);

@@ -10,6 +10,7 @@
 namespace tabwright::app {
 
 ExitCode markdown(const MarkdownCommand& command) {
+  // A file says its encoding by itself, if at all: there are no headers of a server here.
   const std::string page = html::decodedPage(command.file == "-" ? readStandardInput() : readTextFile(command.file));
   const std::string text = command.form == MarkdownCommand::Form::richText
                                ? browserdata::richText(browserdata::parseFragment(page))

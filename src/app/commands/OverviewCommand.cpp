@@ -1,4 +1,5 @@
-// Nothing is started: the process table, the browsers' own files and a question at their ports tell.
+// Nothing is started: the process table, the browsers' own files and a question at their ports tell. Neither the
+// catalogue nor the desktop is needed for that.
 #include "app/BrowserReach.h"
 #include "app/commands/Commands.h"
 #include "platform/BrowserTable.h"
@@ -36,6 +37,7 @@ std::string statusOfBrowsers() {
   std::string status;
   bool isAnyDrivable = false;
   for (const platform::BrowserFacts& facts : platform::browserTable) {
+    // In the table's order, so that two calls tell the same.
     const auto found = reaches.find(&facts);
     if (found == reaches.end())
       continue;

@@ -1,4 +1,6 @@
-// The action runs in this process, whose terminal, files and standard input are the caller's own.
+// The action runs in this process, whose terminal, files and standard input are the caller's own: the road of
+// --no-host, and of all that the background host can't do for its caller. Everything but the caller is the host's code,
+// so both roads answer alike.
 #include "app/Composition.h"
 #include "app/Interruptible.h"
 #include "app/RunAction.h"
@@ -23,6 +25,7 @@ public:
   [[nodiscard]] bool canAsk() const override { return TerminalHost::isTerminal(); }
   platform::Task<std::optional<std::string>> ask(std::string question) override {
     if (waiting_)
+      // The line below the question is for the answer.
       waiting_->hold();
     std::optional<std::string> answer = co_await TerminalHost::askInterruptibly(std::move(question));
     if (waiting_)

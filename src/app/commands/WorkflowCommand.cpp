@@ -1,3 +1,6 @@
+// The file is read, checked against the catalogue and given its variables before anything runs, so what can be known to
+// be wrong costs no half run. Its mistakes and failed steps are told here, where the text is at hand that shows their
+// places; other failures go on to the command line.
 #include "app/Composition.h"
 #include "app/FailureReport.h"
 #include "app/Interruptible.h"
@@ -27,6 +30,7 @@ namespace {
 std::map<std::string, std::string> givenVariables(const std::vector<std::string>& assignments) {
   std::map<std::string, std::string> given;
   for (const std::string& assignment : assignments) {
+    // The first sign ends the name; a value may hold more of them.
     const std::size_t sign = assignment.find('=');
     if (sign == std::string::npos || sign == 0)
       throw intents::UsageError("--set wants NAME=VALUE, not “" + assignment + "”.");
@@ -38,6 +42,7 @@ std::map<std::string, std::string> givenVariables(const std::vector<std::string>
 
 std::unique_ptr<flow::WorkflowObserver> observer(const std::string& title, const platform::Clock& clock) {
   const client::TerminalFacts terminal = client::terminalFacts();
+  // Progress is for a person; in a log or a pipe it would be noise.
   if (!terminal.isError)
     return std::make_unique<WorkflowOutput>(std::cout, std::cerr);
   auto progress =

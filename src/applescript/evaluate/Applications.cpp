@@ -47,6 +47,7 @@ bool isValueProperty(FourCharCode property, Form form) {
   }
 }
 
+// Pieces of text, and items, that an object has as little: they are taken out of its value.
 bool isValueElement(FourCharCode elementClass, Form form) {
   const bool isTextPiece = elementClass == codes::character || elementClass == codes::word ||
                            elementClass == codes::paragraph || elementClass == codes::textItem ||
@@ -67,7 +68,9 @@ std::shared_ptr<ObjectSpecifier> childOf(Value::SpecifierPointer container, Four
 Value::SpecifierPointer elementSpecifier(Evaluator& run, Value::SpecifierPointer container,
                                          const ElementAccess& expression) {
   const ElementKey key = keyOf(run, expression);
+  // Keys travel in events, so they leave references and the bridge behind.
   const auto specifier = stepOf(expression, {outgoing(key.first), outgoing(key.last)});
+  // `tab index "3"`: the application gets a number.
   if (specifier->form == Form::index)
     specifier->key = integerOf(specifier->key);
   if (expression.test)
@@ -86,6 +89,7 @@ Value::SpecifierPointer elementSpecifier(Evaluator& run, Value::SpecifierPointer
 
 // A condition that the application can't be asked: all elements are fetched, and each is put to the test here.
 Value filteredElement(Evaluator& run, const Value::SpecifierPointer& container, const ElementAccess& expression) {
+  // All of the class in one event; the conditions then cost one for each property that they read.
   const auto every = childOf(container, expression.elementClass.code);
   every->form = Form::every;
   const Value all = run.sender.get(every);
@@ -117,6 +121,7 @@ Value specifierProperty(Evaluator& run, const Value::SpecifierPointer& container
       return run.surroundings.ownName;
     return findInBridge(run.surroundings.objectiveC, property.name);
   }
+  // There is no object to ask yet, so the name grows whatever the mode is.
   if (isRootedInTest(*container))
     return propertyOf(container, property.code);
   if (isRoot) {
@@ -128,6 +133,7 @@ Value specifierProperty(Evaluator& run, const Value::SpecifierPointer& container
     if (property.code == codes::running)
       return container->application->isRunning();
   }
+  // A name of the script's own means nothing to an application, and is refused without an event.
   if (property.code == 0)
     throw errors::cannotGet(fmt::format("{} of {}", property.name, shortSourceForm(Value(container))))
         .raisedBy(container->application->name());
@@ -153,6 +159,7 @@ Value specifierElement(Evaluator& run, const Value::SpecifierPointer& container,
   try {
     specifier = elementSpecifier(run, container, expression);
   } catch (const TestNeedsValues&) {
+    // A `whose` within a `whose`: the outer one goes to each object itself, and gets here again with an object.
     if (isRootedInTest(*container))
       throw;
     return filteredElement(run, container, expression);
@@ -170,12 +177,14 @@ Value insertionPoint(Evaluator& run, const InsertionPoint& expression) {
   const auto* place = objectIn(container);
   const bool isEnd = expression.form == Form::end || expression.form == Form::beginning;
   if (!place) {
+    // `end of xs`, where it is read instead of set, is the last item.
     const auto* list = container.get<Value::ListPointer>();
     if (!list || !isEnd || (*list)->items.empty())
       throw errors::cannotGet(fmt::format("{} of {}", expression.form == Form::beginning ? "beginning" : "end",
                                           shortSourceForm(container)));
     return expression.form == Form::end ? (*list)->items.back() : (*list)->items.front();
   }
+  // `end of tabs of w` names the class that `w` alone leaves open.
   const bool isOfElements = isEnd && (*place)->form == Form::every;
   const auto specifier = childOf(*place, isOfElements ? (*place)->desiredClass : 0);
   specifier->form = expression.form;

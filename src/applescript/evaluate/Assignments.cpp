@@ -1,6 +1,7 @@
 // `set` and `copy`. Lists and records are changed where they are, for all who share them. Two things are minded beside
 // the rules of the language: appending to a variable's list or text (`set x to x & y`) doesn't copy it when nobody else
-// can see it, and a list doesn't come to hold itself: what would close a ring is stored as a copy.
+// can see it, and a list doesn't come to hold itself: what would close a ring is stored as a copy (but not where `set
+// contents of r` writes through a reference).
 #include "applescript/evaluate/Accesses.h"
 #include "applescript/evaluate/Operators.h"
 #include "applescript/evaluate/ScriptMembers.h"
@@ -43,6 +44,7 @@ bool leadsTo(const Value& value, const void* holder, std::size_t& looks) {
   return false;
 }
 
+// References in the copy would lead back to the holder all the same, so it has their values instead.
 Value withoutRing(Value value, const void* holder) {
   std::size_t looks = 100;
   return leadsTo(value, holder, looks) ? lookThroughDeep(value, ForeignObjects::kept).deepCopy() : std::move(value);
@@ -54,10 +56,13 @@ bool sameVariable(const Variable& left, const Expression& right) {
          left.scriptDepth == other->scriptDepth;
 }
 
+// `&` of a text and a list or record makes a list.
 bool joinsToText(const Value& value) {
   return !value.is<Value::ListPointer>() && !value.is<Value::RecordPointer>();
 }
 
+// `set x to x & a & b`, from the right end of the chain to its start, which must be the variable itself. False, with
+// nothing evaluated, in any other case.
 bool appendInPlace(Evaluator& run, const Variable& variable, const Expression& value) {
   std::vector<const Expression*> parts;
   const Expression* first = &withoutParentheses(value);
@@ -79,6 +84,7 @@ bool appendInPlace(Evaluator& run, const Variable& variable, const Expression& v
     added.push_back(run.operand(**part));
   run.frame->setResult(Value::nothing());
   Value& slot = run.frame->variable(variable);
+  // A part may have set the variable by calling a handler: the value from before counts, as it does for the operator.
   const bool isUnchanged =
       isList ? slot.is<Value::ListPointer>() && *slot.get<Value::ListPointer>() == *left.get<Value::ListPointer>()
              : slot.is<Text>() && slot.get<Text>()->isSameObject(*left.get<Text>());
@@ -93,6 +99,7 @@ bool appendInPlace(Evaluator& run, const Variable& variable, const Expression& v
     for (const Value& part : added)
       tail += textOf(part, run.coercionContext());
     run.checkSize(left.text()->size() + tail.size());
+    // With this holder gone the variable may be the only one left.
     left = {};
     if (Text& text = *slot.get<Text>(); !text.appendUnshared(tail))
       text = Text(text.utf8() + tail);
@@ -119,13 +126,19 @@ void assignToProperty(Evaluator& run, const PropertyAccess& target, Value&& valu
     const Value::ListPointer list = listOf(delimiters);
     for (const Value& delimiter : list->items)
       static_cast<void>(textOf(delimiter));
+    // A copy, since the script may go on changing the list.
     run.script.textItemDelimiters = delimiters.deepCopy();
     return;
   }
   Value container = target.container ? run.evaluate(*target.container, Mode::designation) : run.frame->implicitTarget();
+  // Written to where a reference or an object leads; of anything else the contents are the thing itself.
   if (target.property.code == codes::contents && target.container) {
-    if (const auto* reference = container.get<Value::ReferencePointer>())
+    if (const auto* reference = container.get<Value::ReferencePointer>()) {
+      const Value holder = (*reference)->holder();
+      if (const auto* list = holder.get<Value::ListPointer>())
+        value = withoutRing(std::move(value), list->get());
       return (*reference)->assign(std::move(value));
+    }
     if (const auto* specifier = container.get<Value::SpecifierPointer>()) {
       run.sender.set(*specifier, value);
       return;
@@ -148,6 +161,7 @@ void assignToProperty(Evaluator& run, const PropertyAccess& target, Value&& valu
       return;
     }
   } else if (const auto* date = container.get<Date>(); date && target.container) {
+    // A date can't be changed where it is: a new one is put where the expression has this one from.
     if (const auto changed = withDateProperty(*date, target.property.code, run.plain(value)))
       return assignTo(run, withoutParentheses(*target.container), Value(*changed));
   }
@@ -157,6 +171,7 @@ void assignToProperty(Evaluator& run, const PropertyAccess& target, Value&& valu
 void assignToElement(Evaluator& run, const ElementAccess& target, Value&& value) {
   const Value container = run.containerOf(target.container);
   if (const auto* object = objectIn(container)) {
+    // A condition that was tested here may have come to one object, which can be set, or to a list, which can't.
     const auto element = specifierElement(run, *object, target, Mode::designation);
     if (const auto* place = element.get<Value::SpecifierPointer>()) {
       run.sender.set(*place, value);
@@ -172,6 +187,7 @@ void assignToElement(Evaluator& run, const ElementAccess& target, Value&& value)
 }
 
 void assignToEnd(Evaluator& run, const InsertionPoint& target, Value&& value) {
+  // Lists have no place beside an item, only their two ends.
   const bool isBeside = target.form == InsertionPoint::Form::before || target.form == InsertionPoint::Form::after;
   const Value container = run.containerOf(target.container);
   if (container.is<Value::SpecifierPointer>()) {

@@ -22,7 +22,8 @@ bool isTextType(const Value& type) {
   return className && (*className)->code == codes::text;
 }
 
-/// The value, or nothing where a record is to become a text. Other failures are thrown.
+/// The value, or nothing where a record is to become a text. Other failures are thrown. The order of evaluation and the
+/// errors are those of Operators.cpp, which would evaluate the same expression outside of a `try`.
 std::optional<Value> attempt(Evaluator& run, const Expression& expression) {
   if (const auto* coercion = as<Coercion>(expression)) {
     const Value value = run.operand(*coercion->operand);
@@ -57,13 +58,14 @@ std::optional<Value> attempt(Evaluator& run, const Expression& expression) {
 
 } // namespace
 
-Flow executeTried(Evaluator& run, const Try& statement) {
+std::optional<Flow> executeTried(Evaluator& run, const Try& statement) {
   if (statement.body.size() != 1 || statement.body.front()->kind != Statement::Kind::returning ||
       !asksNothing(statement))
     return run.execute(statement.body);
   const auto& returning = static_cast<const Return&>(*statement.body.front());
   if (!returning.value)
     return run.execute(statement.body);
+  // The step and the place of the `return`, which isn't executed as a statement here.
   run.budget.step();
   const SourceRange* const outer = std::exchange(run.place, &returning.range);
   std::optional<Value> value = attempt(run, *returning.value);
@@ -72,7 +74,7 @@ Flow executeTried(Evaluator& run, const Try& statement) {
     run.frame->returned = std::move(*value);
     return Flow::returned;
   }
-  return statement.hasHandler ? run.execute(statement.handler) : Flow::next;
+  return std::nullopt;
 }
 
 } // namespace tabwright::applescript

@@ -30,6 +30,7 @@ Value sendToForeign(const Value::ForeignPointer& receiver, std::string_view sele
   } catch (const ScriptError&) {
     throw;
   } catch (const platform::Failure& failure) {
+    // An exception of the other side carries no number of AppleScript's.
     throw errors::of(errorNumber::handlerFailed, failure.errorDescription());
   }
 }
@@ -46,6 +47,7 @@ std::string selectorOf(const HandlerCall& call) {
 }
 
 Value evaluateMessage(Evaluator& run, const ObjectiveCMessage& message) {
+  // Without a receiver the message is one to the script itself.
   const Value receiver =
       message.receiver ? lookThrough(run.evaluate(*message.receiver, Mode::designation)) : Value(run.frame->self);
   std::vector<Value> arguments;
@@ -53,10 +55,12 @@ Value evaluateMessage(Evaluator& run, const ObjectiveCMessage& message) {
   for (const auto& argument : message.arguments)
     arguments.push_back(run.evaluate(*argument));
   if (const auto* foreign = receiver.get<Value::ForeignPointer>()) {
+    // A method can't be stopped once it has begun.
     run.budget.require();
     return sendToForeign(*foreign, message.selector, std::move(arguments));
   }
   if (const auto* script = receiver.get<Value::ScriptPointer>()) {
+    // A handler written `on setValue:v forKey:k` has the selector for its name.
     if (const FoundHandler found = findHandler(*script, foldedName(message.selector)); found.definition) {
       Arguments passed;
       passed.positional = std::move(arguments);

@@ -10,11 +10,13 @@
 
 namespace tabwright::applescript {
 
-/// `NAME of current application`. Throws ScriptError −1728 when there is no bridge, or it doesn't know the name.
+/// `NAME of current application`: a class or a constant. Throws ScriptError −1728 when there is no bridge, which null
+/// stands for, or it doesn't know the name.
 [[nodiscard]] Value findInBridge(const ObjectiveCBridge* bridge, const std::string& name);
 
-/// Sends a message: references among the arguments are looked through, foreign objects passed as they are. A failure of
-/// the bridge's own becomes ScriptError −10000.
+/// Sends a message: references among the arguments are looked through, foreign objects passed as they are. The
+/// receiver's ScriptErrors come through as they are (−1708 for a selector that it doesn't know); a failure of the
+/// bridge's own becomes ScriptError −10000. The selector is complete, with its colons.
 [[nodiscard]] Value sendToForeign(const Value::ForeignPointer& receiver, std::string_view selector,
                                   std::vector<Value> arguments);
 

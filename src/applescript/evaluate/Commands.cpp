@@ -17,6 +17,7 @@ namespace tabwright::applescript {
 
 namespace {
 
+// Of a list of objects the first tells the application.
 std::shared_ptr<ScriptableApplication> applicationIn(const Value& value) {
   const auto* list = value.get<Value::ListPointer>();
   const auto* object = objectIn(list && !(*list)->items.empty() ? (*list)->items.front() : value);
@@ -26,11 +27,13 @@ std::shared_ptr<ScriptableApplication> applicationIn(const Value& value) {
 Value count(Evaluator& run, const Command& command) {
   if (!command.direct)
     return countOf(run, run.frame->implicitTarget());
+  // `count x each tab`.
   std::optional<Value> elementClass;
   for (const auto& [term, expression] : command.parameters) {
     if (term.code == keywords::elementClass)
       elementClass = run.operand(*expression);
   }
+  // Elements are counted by the application or in the text, and not evaluated before.
   const Expression& direct = withoutParentheses(*command.direct);
   if (const auto* element = as<ElementAccess>(direct); element && !elementClass)
     return countElements(run, *element);
@@ -52,10 +55,12 @@ Value exists(Evaluator& run, const Command& command) {
   try {
     value = run.containerOf(command.direct);
   } catch (const ScriptError& error) {
+    // Something on the way that isn't there; any other failure is no answer.
     if (error.number() == errorNumber::noSuchObject || error.number() == errorNumber::invalidIndex)
       return false;
     throw;
   }
+  // An object under test can't be asked from here: the whole condition then is evaluated object by object.
   requireValue(value);
   const auto* object = objectIn(value);
   if (!object || (*object)->form == ObjectSpecifier::Form::application)
@@ -80,6 +85,7 @@ std::optional<Value> ownCommand(Evaluator& run, const Command& command, const st
   if (!found.definition)
     return {};
   Arguments arguments;
+  // The words of a command stand for whichever form the handler was written in.
   arguments.isLabelled = found.definition->isLabelled;
   if (direct && found.definition->direct)
     arguments.direct = *direct;
@@ -128,12 +134,14 @@ Value runCommand(Evaluator& run, const Command& command) {
 Value evaluateCommand(Evaluator& run, const Command& command) {
   switch (eventKey(command.term->event)) {
   case eventKey(events::get):
+    // No event of its own: evaluating an object is the `get`.
     return command.direct ? run.evaluateOptional(*command.direct)
                           : propertyOf(run, run.frame->implicitTarget(), {codes::contents, "contents"}, Mode::value);
   case eventKey(events::count):
     return count(run, command);
   case eventKey(events::exists):
     return exists(run, command);
+  // `run s` of a script is a call; only other targets are sent the event.
   case eventKey(events::run):
     return runCommand(run, command);
   default:

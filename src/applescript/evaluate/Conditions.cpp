@@ -14,6 +14,7 @@ namespace {
 std::shared_ptr<const SpecifierTest> build(Evaluator& run, const Expression& expression);
 
 std::shared_ptr<const SpecifierTest> negation(std::shared_ptr<const SpecifierTest> operand) {
+  // Events know no denied comparisons, only a `not` around one.
   auto test = std::make_shared<SpecifierTest>();
   test->kind = SpecifierTest::Kind::negation;
   test->operands.push_back(std::move(operand));
@@ -22,11 +23,14 @@ std::shared_ptr<const SpecifierTest> negation(std::shared_ptr<const SpecifierTes
 
 /// One side of a comparison: a specifier rooted in the object under test, or a plain value.
 Value side(Evaluator& run, const Expression& expression) {
+  // A bare property comes to a specifier that hangs from the tested object, since that is the target here. An operator
+  // or a coercion around it asks for its value, and throws TestNeedsValues.
   const Value value = lookThrough(run.evaluate(expression));
   const auto* specifier = value.get<Value::SpecifierPointer>();
   return specifier && isRootedInTest(**specifier) ? value : outgoing(run.plain(value));
 }
 
+// `whose visible`: a test is made of comparisons, so the property is compared with true.
 std::shared_ptr<const SpecifierTest> isTrue(Evaluator& run, const Expression& expression) {
   auto test = std::make_shared<SpecifierTest>();
   test->left = side(run, expression);
@@ -40,6 +44,7 @@ std::shared_ptr<const SpecifierTest> buildBinary(Evaluator& run, const Binary& e
     test->comparison = comparison->test;
     test->left = side(run, *expression.left);
     test->right = side(run, *expression.right);
+    // The one attribute that events carry; the rest hold for comparisons in the script.
     test->considersCase = run.attributes.considersCase;
     if (comparison->isDenied)
       return negation(std::move(test));
@@ -67,6 +72,7 @@ std::shared_ptr<const SpecifierTest> build(Evaluator& run, const Expression& exp
 } // namespace
 
 std::shared_ptr<const SpecifierTest> specifierTest(Evaluator& run, const Expression& test) {
+  // Shared by all runs: specifiers never change.
   static const Value objectUnderTest = [] {
     auto specifier = std::make_shared<ObjectSpecifier>();
     specifier->form = ObjectSpecifier::Form::tested;

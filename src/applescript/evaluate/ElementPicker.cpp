@@ -46,6 +46,7 @@ std::shared_ptr<ObjectSpecifier> stepOf(const ElementAccess& access, const Eleme
   step->desiredClass = access.elementClass.code;
   step->key = key.first;
   step->rangeEnd = key.last;
+  // The source of `tab x` doesn't tell an index from a name: the value of x does.
   if (access.form == ElementAccess::Form::index && key.first.text() && !access.isIndexWritten)
     step->form = ObjectSpecifier::Form::name;
   return step;
@@ -94,6 +95,7 @@ std::size_t ElementPicker::position(std::size_t count, const ElementAccess& acce
   const auto size = static_cast<std::int64_t>(count);
   switch (access.form) {
   case Form::index:
+    // Index 0 becomes −1, which is refused below.
     index = integerOf(key.first);
     index = index < 0 ? size + index : index - 1;
     break;
@@ -105,6 +107,7 @@ std::size_t ElementPicker::position(std::size_t count, const ElementAccess& acce
                        : std::clamp<std::int64_t>(static_cast<std::int64_t>(random_() * static_cast<double>(count)), 0,
                                                   size - 1);
     break;
+  // Forms by name, by id and beside another element name nothing in a value.
   default:
     index = -1;
     break;
@@ -119,6 +122,7 @@ std::pair<std::size_t, std::size_t> ElementPicker::positions(std::size_t count, 
                                                              const ElementKey& key, const Value& container) const {
   const auto size = static_cast<std::int64_t>(count);
   const auto indexOf = [&](const Value& end) {
+    // As in `position`, 0 comes out as −1 and is refused.
     const std::int64_t index = integerOf(end);
     return index < 0 ? size + index : index - 1;
   };
@@ -151,12 +155,14 @@ const std::vector<TextRange>& ElementPicker::pieces(const Text& text, FourCharCo
 std::optional<std::int64_t> ElementPicker::countPieces(const Text& text, FourCharCode elementClass) {
   if (elementClass == codes::character || elementClass == codes::item)
     return static_cast<std::int64_t>(characters_.count(text));
+  // `count of text` of a text goes by what evaluating it gives.
   if (!isTextElement(elementClass) || isTextClass(elementClass))
     return {};
   return static_cast<std::int64_t>(pieces(text, elementClass).size());
 }
 
 Value ElementPicker::pickBetween(const Text& text, const ElementAccess& access, const End& fromEnd, const End& toEnd) {
+  // Gives a copy of the range: the pieces of the other end may be of the same class, and take the place of these.
   const auto placeOf = [&](const End& end) {
     const std::vector<TextRange>& ranges = pieces(text, end.access.elementClass.code);
     return ranges[position(ranges.size(), end.access, end.key, Value(text))];
@@ -166,6 +172,7 @@ Value ElementPicker::pickBetween(const Text& text, const ElementAccess& access, 
   const std::size_t start = std::min(from.offset, to.offset);
   const std::size_t end = std::max(from.offset + from.length, to.offset + to.length);
   const Text between(text.utf8().substr(start, end - start));
+  // `text from … to …` is the stretch itself, of any other class its pieces; those at its ends may be cut.
   if (isTextClass(access.elementClass.code))
     return between;
   std::vector<Value> parts;

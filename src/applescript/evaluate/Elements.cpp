@@ -22,6 +22,7 @@ std::string textFromCodePoints(const Value& value) {
   const Value::ListPointer codePoints = listOf(value);
   for (const Value& item : codePoints->items) {
     const std::int64_t codePoint = integerOf(item);
+    // UTF-8 has no form for surrogates.
     const bool isScalar = codePoint >= 0 && codePoint <= 0x10FFFF && (codePoint < 0xD800 || codePoint > 0xDFFF);
     if (!isScalar)
       throw errors::cannotGet(fmt::format("character id {}", codePoint));
@@ -33,6 +34,7 @@ std::string textFromCodePoints(const Value& value) {
   return text;
 }
 
+// `word 2` in `text from word 2 to word 4 of t`: an element without a container is one of the range's own text.
 bool isEnd(const ExpressionPointer& key) {
   const auto* element = key ? as<ElementAccess>(*key) : nullptr;
   return element && !element->container;
@@ -66,6 +68,7 @@ ElementKey keyOf(Evaluator& run, const ElementAccess& expression) {
 }
 
 Value evaluateElement(Evaluator& run, const ElementAccess& expression, Mode mode) {
+  // Before the container, which these forms don't have.
   if (auto special = specialElement(run, expression))
     return std::move(*special);
   const Value container = run.containerOf(expression.container);
@@ -75,6 +78,7 @@ Value evaluateElement(Evaluator& run, const ElementAccess& expression, Mode mode
 }
 
 Value elementOf(Evaluator& run, const Value& given, const ElementAccess& expression) {
+  // A property of an object is read; what it answers with may be an object again, which is then asked for the element.
   const Value container = run.plain(given);
   if (const auto* specifier = container.get<Value::SpecifierPointer>())
     return specifierElement(run, *specifier, expression, Mode::value);
@@ -84,6 +88,7 @@ Value elementOf(Evaluator& run, const Value& given, const ElementAccess& express
       const auto& access = static_cast<const ElementAccess&>(end);
       return ElementPicker::End{access, keyOf(run, access)};
     };
+    // In a statement of its own, so that the keys are evaluated in the order written.
     const ElementPicker::End from = endOf(*expression.key);
     return run.picker.pickBetween(*text, expression, from, endOf(*expression.rangeEnd));
   }
@@ -115,6 +120,7 @@ Value countElements(Evaluator& run, const ElementAccess& expression) {
 std::optional<std::pair<Value::ListPointer, std::size_t>> itemPlace(Evaluator& run, const Value& container,
                                                                     const ElementAccess& expression) {
   const auto* list = container.get<Value::ListPointer>();
+  // Settled before any key is evaluated: on the way that callers take otherwise, the keys are evaluated, too.
   if (!list || expression.elementClass.code != codes::item || expression.test || expression.form == Form::every ||
       expression.form == Form::range)
     return {};

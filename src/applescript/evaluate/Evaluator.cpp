@@ -26,6 +26,7 @@ void load(Evaluator& run) {
   Frame frame;
   frame.self = frame.owner = run.script.object();
   const Restored<Frame*> current(run.frame, &frame);
+  // A failure leaves the script unloaded, so the next run tries all properties again.
   initialize(run, run.script.object());
   run.script.isLoaded = true;
 }
@@ -43,6 +44,7 @@ Value guarded(Evaluator& run, Body body) {
   } catch (const std::bad_alloc&) {
     throw errors::outOfMemory();
   } catch (const std::length_error&) {
+    // Thrown by containers for sizes that no memory could hold.
     throw errors::outOfMemory();
   }
 }
@@ -51,6 +53,7 @@ Value dispatch(Evaluator& run, const Expression& expression, Mode mode) {
   using Kind = Expression::Kind;
   switch (expression.kind) {
   case Kind::literal:
+    // Shared with the tree, since no literal is of a kind that changes.
     return static_cast<const Literal&>(expression).value;
   case Kind::list: {
     auto list = std::make_shared<List>();
@@ -65,6 +68,7 @@ Value dispatch(Evaluator& run, const Expression& expression, Mode mode) {
     const auto& fields = static_cast<const RecordLiteral&>(expression).fields;
     record->fields.reserve(fields.size());
     for (const auto& [label, value] : fields)
+      // Of a label given twice the last value counts, in the place of the first.
       record->set(label, run.evaluate(*value));
     return record;
   }
@@ -75,6 +79,7 @@ Value dispatch(Evaluator& run, const Expression& expression, Mode mode) {
   case Kind::it: {
     Value target = run.frame->implicitTarget();
     const auto* specifier = target.get<Value::SpecifierPointer>();
+    // An object by its id is what an application answered: asked for again it would answer the same.
     const bool isSettled = !specifier || (*specifier)->form == ObjectSpecifier::Form::id;
     return mode == Mode::designation || isSettled ? target : run.sender.get(*specifier);
   }
@@ -105,6 +110,7 @@ Value dispatch(Evaluator& run, const Expression& expression, Mode mode) {
   case Kind::message:
     return evaluateMessage(run, static_cast<const ObjectiveCMessage&>(expression));
   case Kind::parenthesized:
+    // The mode passes through: `name of (tab 1 of w)` is one name.
     return run.evaluateOptional(*static_cast<const Parenthesized&>(expression).inner, mode);
   }
   return Value::nothing();
@@ -134,6 +140,7 @@ Value Evaluator::call(std::string_view handler, std::vector<Value> arguments) {
 }
 
 CoercionContext Evaluator::coercionContext() const {
+  // Of several delimiters all split a text, but only the first joins one.
   if (const auto* list = script.textItemDelimiters.get<Value::ListPointer>())
     return {(*list)->items.empty() ? std::string() : textOf((*list)->items.front())};
   return {textOf(script.textItemDelimiters)};
@@ -147,6 +154,7 @@ void Evaluator::checkSize(std::size_t bytes) const {
 Value Evaluator::evaluate(const Expression& expression, Mode mode) {
   Value value = evaluateOptional(expression, mode);
   if (value.isNothing()) {
+    // The expression has been left by now, and is the place all the same.
     place = &expression.range;
     throw errors::noResult();
   }

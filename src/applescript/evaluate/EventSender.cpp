@@ -1,3 +1,6 @@
+// All events of a run pass through one `send`, which adds what each of them carries and turns whatever an application
+// throws into a ScriptError that names it. Applications that the text names literally are found once in a run; a name
+// that is computed is looked for each time, since it may be another one then.
 #include "applescript/evaluate/EventSender.h"
 
 #include "applescript/values/Errors.h"
@@ -25,6 +28,7 @@ const Value::SpecifierPointer* EventSender::known(const ApplicationReference& re
 }
 
 Value EventSender::send(const std::shared_ptr<ScriptableApplication>& application, AppleEventMessage message) {
+  // A run that has been stopped begins nothing new.
   budget_.require();
   if (const auto* target = objectIn(frame_->target))
     message.subject = *target;
@@ -34,6 +38,7 @@ Value EventSender::send(const std::shared_ptr<ScriptableApplication>& applicatio
   try {
     return application->handle(message);
   } catch (ScriptError& error) {
+    // An error of another application keeps its name, and a stop is nobody's error.
     if (!error.application() && error.number() != errorNumber::userCancelled)
       error.raisedBy(application->name());
     throw;

@@ -15,8 +15,9 @@ namespace tabwright::applescript {
 
 /// A run's border to applications: finds them, and sends them events on the run's behalf.
 ///
-/// Each event carries the target of the `tell` around, the run's stop, and a deadline. What an application throws
-/// comes out as a ScriptError that names it.
+/// Each event carries the target of the `tell` around, the run's stop, and a deadline. An application's errors come out
+/// as ScriptErrors that name it; failures of any other type become −10000. Serves one run, on its thread, and waits for
+/// each answer.
 class EventSender {
 public:
   /// `frame` is the run's current one, whose target an event carries. All must outlive the sender.
@@ -33,11 +34,14 @@ public:
   /// Null until `find` has found it and may keep it.
   [[nodiscard]] const Value::SpecifierPointer* known(const ApplicationReference& reference) const;
 
+  /// Gives the application's answer. Subject, deadline, stop and notices of the message are filled in here; its values
+  /// must be as `outgoing` gives them. −128 without an event when the run has to end.
   Value send(const std::shared_ptr<ScriptableApplication>& application, AppleEventMessage message);
-  /// An event about an object of the specifier's application.
+  /// An event about an object of the specifier's application, without parameters. The specifier must have one.
   Value send(EventCode code, const Value::SpecifierPointer& object);
-  /// The value; the specifier itself where it names an application, or nothing in one.
+  /// The value; the specifier itself, without an event, where it names an application or nothing in one.
   Value get(const Value::SpecifierPointer& specifier);
+  /// The value is made ready for the event here. The specifier must have an application.
   void set(const Value::SpecifierPointer& specifier, const Value& value);
 
 private:

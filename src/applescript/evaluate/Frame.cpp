@@ -16,6 +16,7 @@ Value& Frame::outerVariable(const Variable& name) {
   switch (name.place) {
   case Variable::Place::cell: {
     Value& slot = slots[static_cast<std::size_t>(name.slot)];
+    // Slots begin as `nothing`: the first access makes the cell.
     if (!slot.is<Value::ReferencePointer>())
       slot = Value::ReferencePointer(std::make_shared<const VariableReference>(name.name));
     return static_cast<const VariableReference&>(**slot.get<Value::ReferencePointer>()).variable();

@@ -24,6 +24,7 @@ namespace {
 
 template <class Body>
 Value inFrame(Evaluator& run, Frame& frame, Body body) {
+  // The guard of the stack alone would end recursion at a depth that depends on the thread.
   if (run.depth >= run.limits.handlerDepth)
     throw errors::stackOverflow();
   const Restored<Frame*> current(run.frame, &frame);
@@ -61,12 +62,14 @@ ScriptError notUnderstood(const Value& receiver, const HandlerCall& call) {
 }
 
 void bindParameters(Evaluator& run, const HandlerDefinition& definition, Arguments&& arguments, std::string_view name) {
+  // Brackets are filled from the left, so only defaults behind the last parameter without one can be left out.
   std::size_t leastNeeded = 0;
   for (std::size_t index = 0; index < definition.positional.size(); ++index) {
     if (!definition.positional[index].defaultValue)
       leastNeeded = index + 1;
   }
   const std::size_t given = arguments.positional.size();
+  // A call by labels alone also fits brackets of which none has to be filled.
   if (definition.isLabelled != arguments.isLabelled && (definition.isLabelled || given > 0 || leastNeeded > 0))
     throw errors::wrongParameters("The parameters don’t match", name);
   if (given > definition.positional.size() || given < leastNeeded)
@@ -74,6 +77,7 @@ void bindParameters(Evaluator& run, const HandlerDefinition& definition, Argumen
                                               shortSourceForm(Value::list(std::move(arguments.positional))),
                                               definition.positional.size()),
                                   name);
+  // Defaults are evaluated in the frame of the call, where the parameters bound before them have their values.
   const auto bind = [&](const Parameter& parameter, Value& argument, std::string_view label) {
     if (argument.isNothing() && !parameter.defaultValue)
       throw errors::missingParameter(label, name);
@@ -85,6 +89,7 @@ void bindParameters(Evaluator& run, const HandlerDefinition& definition, Argumen
     bind(definition.positional[index], arguments.positional[index], {});
   if (definition.direct)
     bind(*definition.direct, arguments.direct, "direct");
+  // Goes by the handler's labels: those of the call that it doesn't have are passed over.
   for (const auto& [label, parameter] : definition.labelled) {
     const auto found =
         std::ranges::find_if(arguments.labelled, [&](const auto& argument) { return sameName(argument.first, label); });
@@ -109,6 +114,7 @@ Value invoke(Evaluator& run, const FoundHandler& handler, std::shared_ptr<Script
 }
 
 Value runScript(Evaluator& run, const std::shared_ptr<ScriptObject>& script, std::vector<Value> arguments) {
+  // A parent's run handler counts, too.
   const FoundHandler found = findHandler(script, "run");
   if (!found.definition) {
     Frame frame;
@@ -158,6 +164,7 @@ Value callHandler(Evaluator& run, const HandlerCall& call) {
   }
   if (const FoundHandler own = findHandler(run.frame->self, call.foldedName); own.definition)
     return invoke(run, own, run.frame->self, argumentsOf(run, call), call.name);
+  // The handlers of the script's surroundings run with their own script as `me`; `my f()` doesn't reach them.
   const FoundHandler found = call.target == HandlerCall::Target::implicit
                                  ? findHandlerAround(run.frame->owner, call.foldedName)
                                  : FoundHandler{};
@@ -172,6 +179,7 @@ Value continueCall(Evaluator& run, const ContinueStatement& statement) {
   const auto* call = as<HandlerCall>(*statement.call);
   if (!call)
     return run.evaluateOptional(*statement.call);
+  // From the script of the text and not from `me`: a parent's handler that continues would come to itself.
   const auto* parent = run.frame->owner->parent.get<Value::ScriptPointer>();
   const FoundHandler found = parent ? findHandler(*parent, call->foldedName) : FoundHandler{};
   if (!found.definition)
@@ -198,6 +206,7 @@ void initialize(Evaluator& run, const std::shared_ptr<ScriptObject>& script) {
   for (const auto& initializer : layout.initializers) {
     Value value = initializer.script ? Value(instantiate(run, *initializer.script->layout, script))
                                      : run.evaluate(*initializer.value);
+    // Kept apart as well, where look-ups go along the chain without a search by name.
     if (initializer.index == layout.parentIndex)
       script->parent = lookThrough(value);
     script->variables[static_cast<std::size_t>(initializer.index)] = std::move(value);

@@ -1,4 +1,6 @@
-// Loops. Each round takes a step of its own, so that one with an empty body can be stopped too.
+// Loops. Bounds and lists are evaluated once, before the first round; only the conditions of `while` and `until` are
+// asked in each. A round takes a step of its own, so that one with an empty body can be stopped too. Leaving a loop
+// ends here, while a `return` passes through.
 #include "applescript/evaluate/Statements.h"
 #include "applescript/values/Errors.h"
 #include "applescript/values/Reference.h"
@@ -37,8 +39,10 @@ Flow repeatRange(Evaluator& run, const Repeat& repeat) {
   Flow flow = Flow::next;
   while (flow == Flow::next && (by >= 0 ? counter <= last : counter >= last)) {
     run.budget.step();
+    // The count goes on from `counter`, whatever the body makes of the variable.
     assignToVariable(run, *repeat.variable, counter);
     flow = run.execute(repeat.body);
+    // Beyond 64 bits there is no next round.
     if (__builtin_add_overflow(counter, by, &counter))
       break;
   }
@@ -63,9 +67,12 @@ Flow repeatItems(Evaluator& run, const Repeat& repeat) {
     throw errors::cannotGet(fmt::format("every item of {}", shortSourceForm(whole)));
   }
   Flow flow = Flow::next;
+  // The body may change the list: items that it adds at the end aren't visited, and a list that has shrunk ends the
+  // loop.
   const std::size_t count = list->items.size();
   for (std::size_t index = 0; index < count && index < list->items.size() && flow == Flow::next; ++index) {
     run.budget.step();
+    // The variable gets the place of the item, so that `set contents of x` changes the list.
     assignToVariable(run, *repeat.variable,
                      Value::ReferencePointer(std::make_shared<const ItemReference>(list, index)));
     flow = run.execute(repeat.body);

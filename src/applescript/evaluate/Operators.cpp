@@ -21,6 +21,7 @@ std::optional<Value> dateArithmetic(Binary::Operator op, const Value& left, cons
     return {};
   if (const auto* other = right.get<Date>(); other && op == Binary::Operator::subtract) {
     const double seconds = date->seconds - other->seconds;
+    // Whole reals below that are exact as integers.
     if (seconds == std::floor(seconds) && std::abs(seconds) < 1e15)
       return Value(static_cast<std::int64_t>(seconds));
     return Value(seconds);
@@ -38,6 +39,7 @@ Value evaluateArithmetic(Evaluator& run, const Binary& expression, Arithmetic op
 }
 
 Value evaluateComparison(Evaluator& run, const Binary& expression, const Comparison& comparison) {
+  // Not by `operand`, which would look through the references that `isEqual` tells apart.
   if (comparison.test == TestOperator::equals) {
     const Value left = run.evaluate(*expression.left);
     return isEqual(run, left, run.evaluate(*expression.right)) != comparison.isDenied;
@@ -74,6 +76,7 @@ Value evaluateBinary(Evaluator& run, const Binary& expression) {
     return evaluateComparison(run, expression, *comparison);
   if (expression.op == Binary::Operator::concatenate)
     return evaluateConcatenation(run, expression);
+  // The right side counts, and is evaluated, only where the left one leaves the answer open.
   const bool isBoth = expression.op == Binary::Operator::logicalAnd;
   return run.condition(*expression.left) == isBoth ? run.condition(*expression.right) : !isBoth;
 }
@@ -84,6 +87,7 @@ bool isEqual(Evaluator& run, const Value& a, const Value& b) {
   if (leftReference && rightReference && (*leftReference)->isSamePlace(**rightReference))
     return true;
   for (const auto* reference : {leftReference, rightReference}) {
+    // A place is no value, even if it holds one that is the same.
     if (reference && !(*reference)->comparesAsValue())
       return false;
   }
@@ -96,6 +100,7 @@ Value concatenate(Evaluator& run, Value left, const Value& right) {
   const bool rightIsList = right.is<Value::ListPointer>();
   const bool rightIsRecord = right.is<Value::RecordPointer>();
   if (Text* text = left.get<Text>(); text && !rightIsList && !rightIsRecord) {
+    // A text on the right is appended from where it is, without a copy.
     const std::string* given = right.text();
     const std::string tail = given ? std::string() : textOf(right, run.coercionContext());
     const std::string_view added = given ? std::string_view(*given) : std::string_view(tail);
@@ -111,6 +116,7 @@ Value concatenate(Evaluator& run, Value left, const Value& right) {
   if (const auto* record = left.get<Value::RecordPointer>(); record && rightIsRecord) {
     auto merged = std::make_shared<Record>((*record)->fields);
     for (const auto& [label, value] : (*right.get<Value::RecordPointer>())->fields) {
+      // Of two fields of one label the left one stays.
       if (!merged->find(label))
         merged->fields.emplace_back(label, value);
     }
@@ -118,6 +124,7 @@ Value concatenate(Evaluator& run, Value left, const Value& right) {
     return merged;
   }
   Value::ListPointer list;
+  // Taken over when `left` was its last holder: a chain of `&` makes one list.
   if (auto* whole = left.get<Value::ListPointer>())
     list = whole->use_count() == 1 ? std::move(*whole) : std::make_shared<List>((*whole)->items);
   else
@@ -142,6 +149,7 @@ Value coerced(Evaluator& run, const Value& value, const Value& type) {
     if (!className)
       throw errors::cannotMake(wanted, "class");
     Value result = coerce(value, **className, run.coercionContext());
+    // A list that becomes text may be far larger than what it is made of.
     if (const std::string* text = result.text())
       run.checkSize(text->size());
     return result;
@@ -153,6 +161,7 @@ Value coerced(Evaluator& run, const Value& value, const Value& type) {
     try {
       return coerceTo(wanted);
     } catch (const ScriptError& error) {
+      // Only a type that the value has no form in leaves the choice to the next.
       if (error.number() != errorNumber::cannotMake)
         throw;
     }

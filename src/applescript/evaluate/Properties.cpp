@@ -1,4 +1,6 @@
-// Properties of values of the language; those of application objects are Applications.cpp's.
+// Properties of values of the language; those of application objects are Applications.cpp's. A word without a container
+// is the target's inside of a `tell`, and otherwise the script's own. References are looked through first, and foreign
+// objects answer as what they unwrap to before they are sent a message.
 #include "applescript/evaluate/Accesses.h"
 #include "applescript/evaluate/Bridge.h"
 #include "applescript/evaluate/ScriptMembers.h"
@@ -20,6 +22,7 @@ namespace {
 std::optional<Value> ownProperty(Evaluator& run, const Value& value, const Label& property) {
   if (auto found = propertyOfValue(value, property, run.picker.characters()))
     return found;
+  // A script without a name of its own is the program that runs it.
   if (property.code == codes::name && value.is<Value::ScriptPointer>())
     return run.surroundings.ownName;
   // A list of objects answers with the list of their properties.
@@ -39,6 +42,7 @@ std::optional<Value> ownProperty(Evaluator& run, const Value& value, const Label
 
 Value evaluateProperty(Evaluator& run, const PropertyAccess& expression, Mode mode) {
   const Label& property = expression.property;
+  // One for the whole script, whatever object it is written of.
   if (property.code == codes::textItemDelimiters)
     return run.script.textItemDelimiters;
   if (expression.container)
@@ -63,6 +67,7 @@ Value propertyOf(Evaluator& run, const Value& given, const Label& property, Mode
     return given;
   if (const auto* foreign = given.get<Value::ForeignPointer>()) {
     if (property.code != 0) {
+      // `length of x` of an array of the bridge is the list's; only what the language doesn't know goes to the object.
       const auto unwrapped = (*foreign)->unwrapped();
       if (auto value = ownProperty(run, unwrapped.value_or(given), property))
         return std::move(*value);

@@ -23,6 +23,7 @@ Value referenceToVariable(Evaluator& run, const Variable& variable) {
   case Variable::Place::script: {
     const std::shared_ptr<ScriptObject> script = run.frame->scriptOf(variable);
     const auto index = static_cast<std::size_t>(variable.slot);
+    // The closures hold the script object, as the run's hold on it may end first.
     const auto read = [script, index, name = variable.name] {
       if (script->variables[index].isNothing())
         throw errors::undefinedVariable(name);
@@ -32,6 +33,8 @@ Value referenceToVariable(Evaluator& run, const Variable& variable) {
     return Value::ReferencePointer(
         std::make_shared<const ComputedReference>(variable.name, Value(script), read, write));
   }
+  // The resolver makes cells of the frame's variables that are referred to, so only `result` gets here: a value without
+  // a place.
   case Variable::Place::frame:
   case Variable::Place::result:
     break;
@@ -47,9 +50,11 @@ Value referenceToProperty(Evaluator& run, const PropertyAccess& property) {
     if ((*specifier)->application || (*specifier)->form != ObjectSpecifier::Form::application)
       return specifierProperty(run, *specifier, label, Mode::designation);
     const ObjectiveCBridge* bridge = run.surroundings.objectiveC;
+    // Looked up when it is first used, so that a name that the bridge doesn't know is no error before.
     const auto find = [bridge, name = label.name] { return findInBridge(bridge, name); };
     return Value::ReferencePointer(std::make_shared<const BridgeReference>(label.name, find));
   }
+  // Found anew for each use, as fields move when a record gets another one.
   const auto place = [container, label]() -> Value* {
     if (const auto* record = container.get<Value::RecordPointer>())
       return (*record)->find(label);

@@ -1,6 +1,7 @@
 // Each script's layout is collected first, since handlers may use what stands below them; then its statements are
-// walked with a table of the names seen so far. Statements are walked by kind, without a default, so that a new kind
-// can't be forgotten.
+// walked with a table of the names seen so far: values of properties, then handlers, then what is run. A name is placed
+// innermost scope first, and one that no scope knows becomes a variable of the innermost. Statements are walked by
+// kind, without a default, so that a new kind can't be forgotten.
 #include "applescript/evaluate/Resolver.h"
 
 #include "applescript/syntax/Children.h"
@@ -38,6 +39,8 @@ public:
           layout.initializers.push_back({*layout.findVariable(definition->name), nullptr, definition});
       }
     }
+    // The values above may use variables of the handler that the script stands in; its own handlers can't, since that
+    // one may have returned when they run.
     HandlerScope* const outerHandler = std::exchange(handler_, nullptr);
     for (const auto& statement : body) {
       if (auto* definition = as<HandlerDefinition>(*statement))
@@ -74,6 +77,7 @@ private:
     eachParameter([this](const Parameter& parameter) { bindPattern(*parameter.pattern); });
     eachParameter([this](const Parameter& parameter) { visit(parameter.defaultValue); });
     visit(definition.body);
+    // Not before the handler's end: what a reference names further down may have been used above.
     for (const int slot : scope.referenced) {
       for (Variable* variable : scope.occurrences[static_cast<std::size_t>(slot)])
         variable->place = Variable::Place::cell;
@@ -112,6 +116,7 @@ private:
   }
 
   void placeGlobal(Variable& variable) {
+    // The outermost script has the variable even if it never names it itself.
     int depth = 0;
     for (const ScriptLayout* layout = script_; layout->enclosing; layout = layout->enclosing)
       ++depth;
@@ -128,6 +133,7 @@ private:
       const auto found = layout->indexByName.find(folded);
       if (found == layout->indexByName.end())
         continue;
+      // Variables of a run handler are its own until a handler declares them `global`.
       const bool isRunHandlersOwn = layout == script_ && !handler_;
       if (!isRunHandlersOwn && !layout->variables[static_cast<std::size_t>(found->second)].isSeenByHandlers)
         continue;
@@ -147,6 +153,7 @@ private:
     }
     if (placeAmongScripts(variable, folded))
       return;
+    // Behind all scopes, so that a variable of that name hides it.
     if (folded == "result" && !isBinding_) {
       variable.place = Variable::Place::result;
       return;
@@ -198,6 +205,7 @@ private:
   void visit(Expression& expression) {
     if (auto* variable = as<Variable>(expression))
       return place(*variable);
+    // Before what the node itself asks of its operand: a reference needs the variable placed.
     forEachChild(expression, [this](Expression& child) { visit(child); });
     if (auto* reference = as<ReferenceTo>(expression))
       noteReference(withoutParentheses(*reference->operand));
@@ -225,6 +233,7 @@ private:
     case Kind::expression:
       return visit(static_cast<ExpressionStatement&>(statement).expression);
     case Kind::set:
+      // The value first, as it is evaluated first: in `set result to result` it is still that of the statement before.
       visit(static_cast<Assignment&>(statement).value);
       return bind(*static_cast<Assignment&>(statement).target);
     case Kind::ifElse: {

@@ -12,8 +12,10 @@ void RunBudget::require() const {
 }
 
 void RunBudget::checkpoint() {
+  // A stop is looked for this often only, so that a step costs no more than a decrement.
   constexpr std::size_t stepsBetweenCheckpoints = 256;
   std::size_t chunk = stepsBetweenCheckpoints;
+  // The last chunk is shorter, so that the limit is met at the step.
   if (limit_ != 0)
     chunk = std::clamp<std::size_t>(limit_ - std::min(limit_, taken_), 1, chunk);
   untilCheckpoint_ = chunk;

@@ -7,7 +7,8 @@
 
 namespace tabwright::applescript {
 
-/// Bounds how long a run goes on: counts its steps, and now and then looks whether it has been stopped.
+/// Bounds how long a run goes on: counts its steps, and now and then looks whether it has been stopped. Belongs to the
+/// thread of the run; the stop may be requested from any.
 class RunBudget {
 public:
   RunBudget(const RunLimits& limits, std::stop_token stop) : limit_(limits.steps), stop_(std::move(stop)) {}
@@ -17,7 +18,8 @@ public:
     if (--untilCheckpoint_ == 0)
       checkpoint();
   }
-  /// The run has been stopped or has taken all its steps.
+  /// The run has been stopped, or its steps are used up. They are counted by chunks of at most 256, ahead of being
+  /// taken, so it says so throughout the last chunk.
   [[nodiscard]] bool isSpent() const { return stop_.stop_requested() || (limit_ != 0 && taken_ >= limit_); }
   /// Throws −128 when the run has to end: before and after whatever takes long.
   void require() const;
@@ -26,7 +28,9 @@ public:
 private:
   void checkpoint();
 
+  // 0: none.
   std::size_t limit_;
+  // The first step is a checkpoint, for a run that has been stopped before it begins.
   std::size_t untilCheckpoint_ = 1;
   std::size_t taken_ = 0;
   std::stop_token stop_;

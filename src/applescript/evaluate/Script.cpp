@@ -19,6 +19,7 @@ Script::~Script() {
 
 std::shared_ptr<ScriptObject> Script::instantiate(const ScriptLayout& layout, std::shared_ptr<ScriptObject> enclosing) {
   auto object = std::make_shared<ScriptObject>(layout, layout.name, layout.variables.size(), std::move(enclosing));
+  // Swept each time the list has doubled, so that a loop that makes script objects doesn't walk it each time.
   if (instances_.size() >= sweepAt_) {
     std::erase_if(instances_, [](const auto& instance) { return instance.expired(); });
     sweepAt_ = std::max<std::size_t>(64, instances_.size() * 2);

@@ -1,3 +1,6 @@
+// A layout is filled in two steps: `collect` takes names and handlers from the text, so that all of them are known
+// before any use is placed, and the resolver adds the variables of the run handler and the globals that handlers
+// declare as it meets them. Names are kept folded; the spelling first seen is kept for those who show it.
 #include "applescript/evaluate/ScriptLayout.h"
 
 #include "applescript/terminology/Codes.h"
@@ -34,6 +37,8 @@ int ScriptLayout::declare(const Label& label, bool isSeenByHandlers) {
 }
 
 void ScriptLayout::declareGlobal(const std::string& name) {
+  // Declared in the outermost script it is seen by the handlers of that one, declared further in by those of the script
+  // that declares it.
   outermost().declare({0, name}, !enclosing);
   if (enclosing)
     globals.insert(foldedName(name));

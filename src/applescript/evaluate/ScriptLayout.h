@@ -38,7 +38,9 @@ struct ScriptLayout {
   int parentIndex = -1;                      ///< of the property `parent`
   std::set<std::string> globals;             ///< folded names declared `global` in a script inside of another
 
+  /// The index of a property, script or global of that name (ignoring case) in this script alone.
   [[nodiscard]] std::optional<int> findVariable(std::string_view name) const;
+  /// A handler of this script alone; null when there is none.
   [[nodiscard]] const HandlerDefinition* findHandler(const std::string& foldedName) const;
   [[nodiscard]] ScriptLayout& outermost();
   /// A statement of the implicit run handler.
@@ -46,7 +48,8 @@ struct ScriptLayout {
 
   /// Takes in what the script's text defines, but for the initializers.
   void collect(const Block& body);
-  /// The index of the variable of that name, which is made if there is none.
+  /// The index of the variable of that name, which is made if there is none. Indices stay as they are;
+  /// `isSeenByHandlers` is only ever added.
   int declare(const Label& label, bool isSeenByHandlers);
 
 private:

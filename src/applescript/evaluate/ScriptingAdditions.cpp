@@ -55,6 +55,7 @@ Rounding roundingOf(const Value& value) {
   throw errors::cannotMake(value, "constant");
 }
 
+// Known by name all the same, so that the error says what is missing instead of pointing at the syntax.
 Value refuse(Evaluator&, const Command& command) {
   throw errors::notAvailable(command.term->words);
 }
@@ -70,16 +71,19 @@ Value currentDate(Evaluator& run, const Command&) {
 Value log(Evaluator& run, const Command& command) {
   const Value value = direct(run, command).value_or(Value::nothing());
   const std::string* text = value.text();
+  // A text as it is, anything else in source form.
   run.surroundings.log(text ? *text : sourceFormUpTo(value, run.limits.valueBytes));
   return Value::nothing();
 }
 
 Value delay(Evaluator& run, const Command& command) {
+  // Nanoseconds of 64 bits hold this many seconds.
   constexpr double longest = 1e9;
   const auto given = direct(run, command);
   const double seconds = given ? realOf(*given) : 0;
   const auto time = std::chrono::duration<double>(seconds > 0 ? std::min(seconds, longest) : 0);
   run.budget.require();
+  // A stop ends the waiting early, without an error: that is told by the look behind it.
   run.surroundings.sleep(std::chrono::duration_cast<std::chrono::nanoseconds>(time), run.budget.stop());
   run.budget.require();
   return Value::nothing();
@@ -93,6 +97,7 @@ Value offset(Evaluator& run, const Command& command) {
     throw errors::missingParameter(searched ? "in" : "of", "offset");
   const Value whole = given->is<Text>() ? *given : Value(textOf(*given));
   const Text& text = *whole.get<Text>();
+  // Searches count bytes, and scripts count the characters that people see.
   const auto match = TextSearch(text.utf8(), run.attributes).find(textOf(*searched), 0);
   return match ? static_cast<std::int64_t>(run.picker.characters().charactersBefore(text, match->offset)) + 1
                : std::int64_t{0};
@@ -117,6 +122,7 @@ Value randomNumber(Evaluator& run, const Command& command) {
   const auto* high = to.get<std::int64_t>();
   if (low && high) {
     const auto [least, most] = std::minmax(*low, *high);
+    // Between two integers there may be more than 64 bits hold; as a real the sum can come out above the end.
     const double width = static_cast<double>(most) - static_cast<double>(least) + 1;
     const double chosen = static_cast<double>(least) + std::floor(randomFraction(run) * width);
     return rounded(std::min(chosen, static_cast<double>(most)), Rounding::toNearest);
@@ -132,6 +138,7 @@ Value round(Evaluator& run, const Command& command) {
   const Value number = numberOf(*given);
   const auto direction = parameter(run, command, roundingParameter);
   const Rounding rounding = direction ? roundingOf(*direction) : Rounding::toNearest;
+  // An integer is whole already, and as a real could lose digits.
   return number.is<std::int64_t>() ? number : rounded(*number.get<double>(), rounding);
 }
 
@@ -148,6 +155,7 @@ Value asciiNumber(Evaluator& run, const Command& command) {
   const std::string text = given ? textOf(*given) : std::string();
   if (text.empty())
     throw errors::cannotMake(text, "number");
+  // The first byte, which is a character only in ASCII.
   return std::int64_t{static_cast<unsigned char>(text.front())};
 }
 

@@ -27,19 +27,26 @@ Flow executeIf(Evaluator& run, const If& statement) {
 }
 
 Flow executeTell(Evaluator& run, const Tell& statement) {
+  // Unresolved: the events inside name the object anew, wherever it is by then.
   const Restored<Value> target(run.frame->target, lookThrough(run.evaluate(*statement.target, Mode::designation)));
   return run.execute(statement.body);
 }
 
 Flow executeTry(Evaluator& run, const Try& statement) {
+  // Kept, so that the handler runs outside of the `catch`, with the exception gone.
   std::optional<ScriptError> caught;
+  std::optional<Flow> tried;
   try {
-    return executeTried(run, statement);
+    tried = executeTried(run, statement);
   } catch (ScriptError& error) {
     caught = std::move(error);
   } catch (const std::bad_alloc&) {
     caught = errors::outOfMemory();
   }
+  if (tried)
+    return *tried;
+  if (!caught)
+    return statement.hasHandler ? run.execute(statement.handler) : Flow::next;
   caught->at(*run.place);
   run.place = &statement.range;
   // A run that is being ended can't be kept alive by a handler of its own.
@@ -49,6 +56,7 @@ Flow executeTry(Evaluator& run, const Try& statement) {
     return Flow::next;
   if (statement.onlyNumber && integerOf(run.operand(*statement.onlyNumber)) != caught->number())
     throw *caught;
+  // Variables for parts that the error lacks are defined all the same.
   const auto valueOr = [](const std::shared_ptr<const Value>& value, const Value& otherwise) {
     return value ? *value : otherwise;
   };
@@ -72,6 +80,7 @@ Flow executeTry(Evaluator& run, const Try& statement) {
   int number = errorNumber::userError;
   if (statement.message)
     message = textOf(run.operand(*statement.message), run.coercionContext());
+  // Error numbers are of 32 bits; a script may give more.
   if (statement.number)
     number = static_cast<int>(std::clamp(integerOf(run.operand(*statement.number)), lowest, highest));
   if (!statement.message) {
@@ -115,6 +124,7 @@ Flow executeConsidering(Evaluator& run, const Considering& statement) {
 }
 
 Flow executeTimeout(Evaluator& run, const Timeout& statement) {
+  // Nanoseconds of 64 bits hold this many seconds, and a deadline that far off.
   constexpr double longest = 1e9;
   const double seconds = realOf(run.operand(*statement.seconds));
   const auto timeout = std::chrono::duration_cast<std::chrono::nanoseconds>(
@@ -168,6 +178,7 @@ Flow dispatch(Evaluator& run, const Statement& statement) {
     run.frame->setResult(std::move(script));
     return Flow::next;
   }
+  // The parser, the resolver and the loading of the script have taken these in.
   case Kind::declare:
   case Kind::property:
   case Kind::handler:

@@ -5,7 +5,8 @@
 namespace tabwright::applescript {
 
 /// Thrown inside the evaluator, and caught there, when the condition of a `whose` computes with a property of the
-/// object under test: the application can't be asked that, so the condition is evaluated here, object by object.
+/// object under test: the application can't be asked that, so the condition is evaluated here, object by object. No
+/// ScriptError, so that no `try` of the script takes it.
 struct TestNeedsValues {};
 
 /// The specifier hangs from the object under test of a `whose`.

@@ -1,3 +1,5 @@
+// A switch over property codes for each kind of value. Fields of records and properties of script objects come first,
+// so that a field `length` hides the number of fields; `class` comes last, and every value has it.
 #include "applescript/evaluate/ValueProperties.h"
 
 #include "applescript/evaluate/ScriptMembers.h"
@@ -23,9 +25,11 @@ Value idOf(const std::string& text) {
     U8_NEXT_OR_FFFD(bytes, at, size, c);
     codePoints.emplace_back(std::int64_t{c});
   }
+  // One code point is an integer; several, also those of one character, are a list.
   return codePoints.size() == 1 ? codePoints.front() : Value::list(std::move(codePoints));
 }
 
+// The quoting of the POSIX shell: a quotation mark can only stand outside of the quotes.
 std::string quoted(const std::string& text) {
   std::string quoted = "'";
   for (const char c : text)
@@ -41,6 +45,7 @@ std::optional<Value> textProperty(const Text& text, FourCharCode property, Chara
     return idOf(text.utf8());
   case codes::quotedForm:
     return quoted(text.utf8());
+  // `text of t` and the like: the text itself.
   case codes::text:
   case codes::string:
   case codes::unicodeText:

@@ -17,9 +17,12 @@ namespace tabwright::applescript {
 ///
 /// Values have been looked through: they hold no References and no foreign objects, but object specifiers stay
 /// unresolved. The direct object is absent for commands without one inside a `tell` to the application itself.
+///
+/// A message lives for the one call of ScriptableApplication::handle that it is made for, on the thread of the run.
 struct AppleEventMessage {
   EventCode code;
   std::optional<Value> directObject;
+  /// By keyword (`keywords` of EventCode.h, or the dictionary's), without the direct object; in the order written.
   std::vector<std::pair<FourCharCode, Value>> parameters;
   /// The enclosing `tell`'s target, which is the subject of commands without direct object. Null outside of any.
   Value::SpecifierPointer subject;
@@ -31,7 +34,8 @@ struct AppleEventMessage {
   /// Whom to tell what the answer doesn't; null for nobody.
   std::shared_ptr<platform::Notices> notices;
 
-  /// Null when absent.
+  /// The value of a parameter, which lives as long as the message; null when absent. Of a keyword given twice, as raw
+  /// codes can, the first.
   [[nodiscard]] const Value* parameter(FourCharCode keyword) const {
     for (const auto& [key, value] : parameters) {
       if (key == keyword)

@@ -30,13 +30,14 @@ enum class Keyword : std::uint8_t {
 };
 // clang-format on
 
-/// A keyword's spelling, and whether it is reserved.
+/// A keyword and its spelling. Its place in Keyword tells whether it is reserved: `isReserved`.
 struct KeywordRow {
   Keyword keyword = Keyword::none;
+  /// Lower case, but for `AppleScript`; empty for Keyword::none.
   std::string_view word;
 };
 
-/// In the order of Keyword.
+/// In the order of Keyword, checked below at compile time: `spelling` takes a keyword's number for its row.
 // clang-format off: many words a line
 inline constexpr auto keywordTable = std::to_array<KeywordRow>({
     {Keyword::none, ""},
@@ -93,15 +94,17 @@ consteval bool keywordsAreInOrder() {
 } // namespace detail
 static_assert(keywordTable.size() == static_cast<std::size_t>(Keyword::count_) && detail::keywordsAreInOrder());
 
+/// A word that names nothing unless it stands in bars. Keyword::a is the first that isn't reserved.
 [[nodiscard]] constexpr bool isReserved(Keyword keyword) {
   return keyword != Keyword::none && keyword < Keyword::a;
 }
+/// The word as messages and the printer write it; empty for Keyword::none.
 [[nodiscard]] constexpr std::string_view spelling(Keyword keyword) {
   return keywordTable[static_cast<std::size_t>(keyword)].word;
 }
 
-/// The keyword that a word is, ignoring case, or Keyword::none. `isn't` and `doesn't` are written with the plain
-/// apostrophe here.
+/// The keyword that a word is, ignoring the case of ASCII letters, or Keyword::none. `isn't` and `doesn't` are written
+/// with the plain apostrophe here: the lexer puts them together itself, with either apostrophe. Takes constant time.
 [[nodiscard]] Keyword findKeyword(std::string_view word);
 
 } // namespace tabwright::applescript

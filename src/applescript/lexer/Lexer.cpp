@@ -15,7 +15,9 @@
 #include <utility>
 
 // The source is walked once, byte by byte, decoding only what lies outside of ASCII. Every word is looked up in a table
-// of the names seen so far, so that a name carries the spelling it had first.
+// of the names seen so far, so that a name carries the spelling it had first. No mistake ends the walk: it is noted,
+// and its token stands in the list all the same, so that the parser finds the mistakes of other lines too. A
+// dictionary's words aren't told from names here: which of them hold depends on the `tell` around.
 namespace tabwright::applescript {
 
 namespace {
@@ -26,6 +28,7 @@ bool isDigit(char32_t character) {
 bool startsName(char32_t character) {
   if (character < 0x80)
     return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') || character == '_';
+  // Letters by Unicode's general category L. A combining mark is none, so a decomposed letter ends the name.
   return u_isalpha(static_cast<UChar32>(character));
 }
 bool continuesName(char32_t character) {
@@ -73,6 +76,7 @@ public:
 
   TokenList run() {
     list_.tokens.reserve(source_.size() / 5 + 16);
+    // A byte order mark.
     if (source_.starts_with("\xEF\xBB\xBF"))
       position_ = 3;
     while (skipBlanks())
@@ -83,8 +87,10 @@ public:
   }
 
 private:
+  /// Above all code points, so that no test for a kind of character holds for it.
   static constexpr char32_t none = 0xFFFFFFFF;
 
+  /// The byte at an offset, 0 behind the end: looking ahead needs no check of its own.
   [[nodiscard]] char at(std::size_t offset) const { return offset < source_.size() ? source_[offset] : '\0'; }
   [[nodiscard]] bool startsWith(std::string_view text) const { return source_.substr(position_).starts_with(text); }
 
@@ -109,6 +115,7 @@ private:
     token.text = source_.substr(start_, position_ - start_);
     spaceBefore_ = false;
     list_.tokens.push_back(token);
+    // The next token is the first of its line: a mention of an application is noted with it.
     if (kind == Token::Kind::lineEnd)
       firstOfLine_ = list_.tokens.size();
     return list_.tokens.back();
@@ -151,6 +158,7 @@ private:
       ++position_;
   }
 
+  /// Comments may hold comments. Their depth is counted, not recursed into: it is the script's to choose.
   void skipComment() {
     const std::size_t start = position_;
     std::size_t depth = 0;
@@ -169,7 +177,8 @@ private:
     fail(errorNumber::syntaxError, "Expected “*)” but found end of script.", {start, 2});
   }
 
-  /// False when something else than a line end follows the sign.
+  /// False when something else than a line end follows the sign, which then is an unknown token. The end of the script
+  /// counts as a line end.
   bool skipContinuation() {
     std::size_t next = position_ + 2;
     while (at(next) == ' ' || at(next) == '\t')
@@ -214,6 +223,7 @@ private:
       ++position_;
       skipDigits();
     }
+    // An `e` without digits behind it begins a word.
     if (at(position_) == 'e' || at(position_) == 'E') {
       std::size_t exponent = position_ + 1;
       if (at(exponent) == '+' || at(exponent) == '-')
@@ -231,7 +241,8 @@ private:
       ++position_;
   }
 
-  /// `1st`, `2nd`, `3rd`, `4th`.
+  /// `1st`, `2nd`, `3rd`, `4th`; the ending needn't suit the number. Before the fraction is looked for: `1.5th` is
+  /// none.
   bool lexOrdinalEnding() {
     const std::string_view ending = source_.substr(position_, 2);
     for (const std::string_view known : {"st", "nd", "rd", "th"}) {
@@ -264,7 +275,8 @@ private:
       token.text = firstSpelling(token.text);
   }
 
-  /// `isn't`, `doesn't`: the word in front of the apostrophe has been read.
+  /// `isn't`, `doesn't`: the word in front of the apostrophe has been read. The only words with an apostrophe, so they
+  /// are put together here instead of letting names have one.
   Keyword lexContraction() {
     const std::string_view word = source_.substr(start_, position_ - start_);
     const Keyword keyword = equalFolded(word, "isn")     ? Keyword::isnt
@@ -284,7 +296,8 @@ private:
     add(isPossessive ? Token::Kind::possessive : Token::Kind::unknown);
   }
 
-  /// Reads up to the closing sign, with escapes by backslash. `escapes` and `meanings` go pairwise.
+  /// Reads up to the closing sign, with escapes by backslash; over line ends too. `escapes` and `meanings` go pairwise.
+  /// Nothing when there were no escapes: the source then holds the value as it is, and the token needs no copy.
   std::optional<std::string> lexEscaped(char closing, std::string_view escapes, std::string_view meanings) {
     std::string value;
     bool hasEscapes = false;
@@ -336,11 +349,13 @@ private:
       token.text = list_.storage.emplace_back(std::move(*value));
       return;
     }
+    // A text that lacks its closing sign ends with the script.
     const bool isClosed = token.text.size() > 1 && token.text.back() == token.text.front();
     token.text = token.text.substr(1, token.text.size() - (isClosed ? 2 : 1));
     rememberMention();
   }
 
+  /// `«…»` ends with its line at the latest, so that a missing sign costs no more than that.
   void lexRaw() {
     while (position_ < source_.size() && at(position_) != '\n' && at(position_) != '\r' && !startsWith("»"))
       ++position_;
@@ -362,7 +377,8 @@ private:
 
   // ------------------------------------------------------------------- names
 
-  /// The spelling in which the script first shows a name.
+  /// The spelling in which the script first shows a name, so that the printer writes it the same everywhere. Names of
+  /// ASCII, nearly all, are looked up without a folded copy; others by Unicode's full case folding.
   std::string_view firstSpelling(std::string_view name) {
     const bool isASCII = std::ranges::all_of(name, [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
     if (isASCII)
@@ -372,7 +388,7 @@ private:
     return foreignSpellings_.try_emplace(std::move(folded), name).first->second;
   }
 
-  /// The text just read may name an application.
+  /// The text just read may name an application: `application` or `application id` stands in front of it.
   void rememberMention() {
     const std::size_t index = list_.tokens.size() - 1;
     if (index == 0 || list_.tokens[index].kind != Token::Kind::text)

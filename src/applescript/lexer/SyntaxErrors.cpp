@@ -1,3 +1,5 @@
+// A sentence is put together of what could stand at a place and what does; the first is all that a parse function has
+// to know. Words of the grammar are named by their spelling, all other tokens by their kind.
 #include "applescript/lexer/SyntaxErrors.h"
 
 #include <fmt/core.h>

@@ -4,7 +4,14 @@
 
 namespace tabwright::applescript {
 
-/// Calls `visit` with every expression directly below another, in the order written; with none that is absent.
+/// Calls `visit` with every expression directly below another, in an order that is the same for all nodes of a kind and
+/// mostly the order written; with none that is absent. Doesn't go deeper: that is for `visit` to do.
+///
+///     std::size_t nodes = 1;
+///     forEachChild(expression, [&](const Expression& child) { nodes += countNodes(child); });
+///
+/// Children come as they may be changed, though `expression` itself is const, since the resolver fills in nodes below
+/// it.
 template <class Visit>
 void forEachChild(const Expression& expression, Visit&& visit) {
   const auto one = [&](const ExpressionPointer& child) {

@@ -9,14 +9,17 @@
 
 namespace tabwright::applescript {
 
-/// The words of an attribute of `considering` and `ignoring`: one, or two.
+/// The words of an attribute of `considering` and `ignoring`: one, or two. The parser reads attributes by their
+/// keywords, the printer writes them by `words`.
 struct ConsideringRow {
   Considering::Attribute attribute;
   std::string_view words;
   Keyword first;
+  /// Keyword::none for an attribute of one word.
   Keyword second = Keyword::none;
 };
 
+/// A row for each attribute.
 inline constexpr auto consideringTable = std::to_array<ConsideringRow>({
     {Considering::Attribute::textCase, "case", Keyword::textCase},
     {Considering::Attribute::diacriticals, "diacriticals", Keyword::diacriticals},
@@ -28,6 +31,7 @@ inline constexpr auto consideringTable = std::to_array<ConsideringRow>({
     {Considering::Attribute::applicationResponses, "application responses", Keyword::application, Keyword::responses},
 });
 
+/// The attribute as it is written.
 [[nodiscard]] constexpr std::string_view consideringWords(Considering::Attribute attribute) {
   return std::ranges::find(consideringTable, attribute, &ConsideringRow::attribute)->words;
 }

@@ -17,6 +17,8 @@ namespace tabwright::applescript {
 struct Expression;
 using ExpressionPointer = std::unique_ptr<Expression>;
 
+/// An expression: it has a value, or names a place, or both. Made by the parse functions through ScriptParser::finish,
+/// which sets `range` and `height`; handled by kind, with `as` of Tree.h where one kind matters.
 struct Expression {
   enum class Kind {
     literal,            ///< Literal
@@ -46,12 +48,14 @@ struct Expression {
   Expression& operator=(const Expression&) = delete;
 
   const Kind kind;
+  /// From the first token to the last; within the tree's source.
   SourceRange range;
   /// Levels of the tree from here down. The parser bounds it (ParserLimits::height), so that whoever walks the tree by
   /// recursion knows how deep it gets.
   std::uint32_t height = 1;
 };
 
+/// The base of each node, which gives it its kind; `as` reads `ownKind`.
 template <Expression::Kind own>
 struct ExpressionOf : Expression {
   static constexpr Kind ownKind = own;
@@ -63,7 +67,8 @@ struct ExpressionOf : Expression {
 enum class Joint { of, in, possessive };
 
 /// A number, text, boolean, class name, enumerator, `missing value`, `null`, or a constant (`pi`, `return`, `tab`).
-/// `AppleScript`, as in `AppleScript's text item delimiters`, is the enumerator 'ascr'.
+/// `AppleScript`, as in `AppleScript's text item delimiters`, is the enumerator 'ascr'. Evaluating it gives the value
+/// and can't fail.
 struct Literal final : ExpressionOf<Expression::Kind::literal> {
   explicit Literal(Value value) : value(std::move(value)) {}
   Value value;
@@ -71,16 +76,19 @@ struct Literal final : ExpressionOf<Expression::Kind::literal> {
   std::string words;
 };
 
+/// `{1, x, f()}`, also empty; and the pattern `{a, b}` of an assignment or a parameter.
 struct ListLiteral final : ExpressionOf<Expression::Kind::list> {
   std::vector<ExpressionPointer> items;
 };
 
+/// `{name:x, |my label|:y}`; and the pattern of an assignment. Labels are as written: one given twice is for the
+/// evaluator to settle.
 struct RecordLiteral final : ExpressionOf<Expression::Kind::record> {
   std::vector<std::pair<Label, ExpressionPointer>> fields;
 };
 
 /// A name of the script's own. `result` is one too: it stands for the value of the last statement unless the script
-/// binds it.
+/// binds it. The parser knows the name only; where its value is kept the resolver finds out, once for all runs.
 struct Variable final : ExpressionOf<Expression::Kind::variable> {
   explicit Variable(std::string name) : name(std::move(name)) {}
   /// As first spelled in the script; compared ignoring case.
@@ -101,12 +109,15 @@ struct Variable final : ExpressionOf<Expression::Kind::variable> {
 struct Me final : ExpressionOf<Expression::Kind::me> {};
 /// `it`: the target of the enclosing `tell`, or the object under test in a `whose`.
 struct It final : ExpressionOf<Expression::Kind::it> {};
+/// `current application`: the program that runs the script; behind its `'s` stand classes and functions of the
+/// Objective-C bridge.
 struct CurrentApplication final : ExpressionOf<Expression::Kind::currentApplication> {};
 
-/// `application "NAME"`, `application id "ID"`.
+/// `application "NAME"`, `application id "ID"`: the root of a reference. Not looked for before the run evaluates it.
 struct ApplicationReference final : ExpressionOf<Expression::Kind::application> {
   enum class By { name, id };
   By by = By::name;
+  /// A text literal lets the parser know the dictionary; anything else is only known to the run.
   ExpressionPointer designation;
 };
 
@@ -148,15 +159,20 @@ struct InsertionPoint final : ExpressionOf<Expression::Kind::insertionPoint> {
 
 /// `a reference to x`, `ref x`.
 struct ReferenceTo final : ExpressionOf<Expression::Kind::referenceTo> {
+  /// A reference keeps the place, not its value: a variable that is referred to lives in a cell
+  /// (Variable::Place::cell).
   ExpressionPointer operand;
 };
 
+/// `not x`, `-x`, `+x`. A minus in front of a number makes a negative Literal instead.
 struct Unary final : ExpressionOf<Expression::Kind::unary> {
   enum class Operator { negate, plus, logicalNot };
   Operator op = Operator::negate;
   ExpressionPointer operand;
 };
 
+/// Two operands and what joins them. All spellings of an operator (`is`, `=`, `equals`) are one; see Operators.h.
+/// `logicalAnd` and `logicalOr` needn't evaluate their right side.
 struct Binary final : ExpressionOf<Expression::Kind::binary> {
   enum class Operator {
     add,
@@ -190,11 +206,14 @@ struct Binary final : ExpressionOf<Expression::Kind::binary> {
 /// `x as text`, `xs as {text, integer}` (the first that works).
 struct Coercion final : ExpressionOf<Expression::Kind::coercion> {
   ExpressionPointer operand;
+  /// A class literal, a list of types, or an expression that gives either.
   ExpressionPointer type;
 };
 
 /// A call of a handler of the script: `f(1, 2)`, `my f(x)`, `f(x) of s`, `s's f(x)`, `f from a to b given x:1`.
 struct HandlerCall final : ExpressionOf<Expression::Kind::handlerCall> {
+  /// Whose handler is called: `f(x)` is looked for in the `tell`'s script, the own one and those around it, `my f(x)`
+  /// in the own one only, `f(x) of s` and `s's f(x)` in `object`.
   enum class Target { implicit, me, object };
   Target target = Target::implicit;
   ExpressionPointer object; ///< Target::object only
@@ -213,6 +232,7 @@ struct HandlerCall final : ExpressionOf<Expression::Kind::handlerCall> {
 struct Command final : ExpressionOf<Expression::Kind::command> {
   const Term* term = nullptr; ///< row of a terminology that outlives the tree
   ExpressionPointer direct;   ///< null when none was written
+  /// In the order written. A switch (`with administrator privileges`) is a Literal of true or false here.
   std::vector<std::pair<ParameterTerm, ExpressionPointer>> parameters;
   /// `count windows`; `count of windows`; `window 1 exists`. For the printer only.
   enum class Form { plain, withOf, objectFirst };
@@ -230,6 +250,7 @@ struct ObjectiveCMessage final : ExpressionOf<Expression::Kind::message> {
 
 /// Kept so that the printer gives back what was written.
 struct Parenthesized final : ExpressionOf<Expression::Kind::parenthesized> {
+  /// Never null. `withoutParentheses` of Tree.h looks through any number of brackets.
   ExpressionPointer inner;
 };
 

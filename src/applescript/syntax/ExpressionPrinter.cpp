@@ -12,11 +12,13 @@
 #include <utility>
 
 // Brackets, and the way a reference was joined to its container, are in the tree. So nothing here weighs precedences:
-// what was parsed without brackets is printed without, and parses again as it did.
+// what was parsed without brackets is printed without, and parses again as it did. References are written in two pieces
+// (Parts), since a `'s` stands behind the container's own words and in front of its ` of …`.
 namespace tabwright::applescript {
 
 namespace {
 
+/// A text or name in its quotes, as the lexer reads it back. A line feed stays: texts may go over several lines.
 std::string escaped(std::string_view value, char quote) {
   std::string text(1, quote);
   for (const char character : value) {
@@ -39,6 +41,7 @@ std::string escaped(std::string_view value, char quote) {
   return text + quote;
 }
 
+/// `first`, `last`, `2nd`, `11th`.
 std::string ordinal(std::int64_t number) {
   if (number == 1 || number == -1)
     return number == 1 ? "first" : "last";
@@ -65,6 +68,8 @@ std::string ExpressionPrinter::text(std::string_view value) {
 }
 
 std::string ExpressionPrinter::name(std::string_view name) const {
+  // The dictionaries that hold at the name's place aren't known here, so bars are put where one of the tree has any
+  // term with that first word. They don't change what a name means.
   const bool isTerm = std::ranges::any_of(
       tree_.terminologies, [&](const Terminology* terminology) { return terminology->hasFirstWord(name); });
   const Keyword keyword = findKeyword(name);
@@ -162,10 +167,12 @@ std::string ExpressionPrinter::literal(const Literal& literal) const {
     return (*name)->words;
   if (const auto* constant = value.get<Value::EnumeratorPointer>())
     return (*constant)->words;
+  // Literals have no other values.
   return value.isNull() ? "null" : "missing value";
 }
 
 std::string ExpressionPrinter::breakOr(std::string_view otherwise, std::size_t from, std::size_t to) const {
+  // The lexer drops the sign, so the source between two parts tells.
   const bool isContinued = from < to && std::string_view(tree_.source).substr(from, to - from).contains("¬");
   return isContinued ? " ¬\n" + std::string(depth + 1, '\t') : std::string(otherwise);
 }
@@ -222,6 +229,7 @@ ExpressionPrinter::Parts ExpressionPrinter::joined(std::string member, const Exp
     return {"its " + member, {}};
   if (as<Me>(*container))
     return {"my " + member, {}};
+  // `'s` joins the container's head: in `a's b of c` the container of b is a, and that of a is c.
   Parts pieces = parts(*container);
   pieces.head += "'s " + member;
   return pieces;
@@ -229,6 +237,7 @@ ExpressionPrinter::Parts ExpressionPrinter::joined(std::string member, const Exp
 
 ExpressionPrinter::Parts ExpressionPrinter::element(const ElementAccess& element) const {
   using Form = ElementAccess::Form;
+  // `tab before tab 3`: the container stands in the words already.
   const bool isRelative = element.form == Form::before || element.form == Form::after;
   Parts pieces =
       isRelative ? Parts{elementWords(element), {}} : joined(elementWords(element), element.container, element.joint);
@@ -247,15 +256,18 @@ std::string ExpressionPrinter::elementWords(const ElementAccess& element) const 
   switch (element.form) {
   case Form::index:
     if (element.isOrdinal) {
+      // The parser makes an ordinal's key of a literal integer always.
       const auto number = *static_cast<const Literal&>(*element.key).value.get<std::int64_t>();
       return ordinal(number) + " " + element.elementClass.words;
     }
+    // Without the word, a key that turns out to be a text would be a name.
     if (element.isIndexWritten)
       return words + " index " + print(*element.key);
     break;
   case Form::name:
     return words + " named " + print(*element.key);
   case Form::range:
+    // `characters 1 thru 3` takes plain keys only; from one reference to another it is `from … to …`.
     if (!isPlainKey(*element.key) || !isPlainKey(*element.rangeEnd))
       return words + " from " + print(*element.key) + " to " + print(*element.rangeEnd);
     return wordsBeforeKey(ObjectSpecifier::Form::range, {words, pluralOf(element.elementClass)}) + print(*element.key) +
@@ -296,6 +308,7 @@ ExpressionPrinter::Parts ExpressionPrinter::call(const HandlerCall& call) const 
     text += labelled(call.labelled, [this](const ExpressionPointer& value) { return print(*value); });
   } else {
     std::string arguments;
+    // No line is continued in front of the first argument.
     std::size_t end = std::string::npos;
     for (const auto& argument : call.arguments) {
       arguments += arguments.empty() ? "" : "," + breakOr(" ", end, argument->range.offset);
@@ -324,8 +337,10 @@ ExpressionPrinter::Parts ExpressionPrinter::message(const ObjectiveCMessage& mes
 
 std::string ExpressionPrinter::command(const Command& command) const {
   std::string text(command.term->words);
+  // `window 1 exists`.
   if (command.form == Command::Form::objectFirst)
     return print(*command.direct) + " " + text;
+  // Parameters of a raw event are written `given «class kocl»:x, «class insh»:y`.
   const bool isRaw = text.starts_with("«");
   std::size_t end = command.range.offset;
   if (command.direct) {

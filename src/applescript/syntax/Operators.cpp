@@ -14,6 +14,7 @@ namespace {
 using enum Binary::Operator;
 using K = Keyword;
 
+// The three kinds of rows: a sign between two operands, words between two operands, words behind one.
 constexpr OperatorRow sign(Binary::Operator op, Precedence precedence, Symbol symbol) {
   return {OperatorRow::Form::binary, op, precedence, symbol, {}};
 }
@@ -134,6 +135,7 @@ OperatorMatch matchOperator(std::span<const Token> tokens, OperatorRows which) {
     const auto row = std::ranges::find(rows, first.symbol, &OperatorRow::symbol);
     return row == rows.end() ? best : OperatorMatch{&*row, 1};
   }
+  // Names and dictionaries' words are no keywords, so nearly all of them end here.
   const Keyword firstWord = wordsOf(first).first;
   if (firstWord == K::none)
     return best;
@@ -162,7 +164,8 @@ constexpr OperatorMeaning compares(Binary::Operator op, TestOperator test) {
   return {op, sourceForm(test), Comparison{test, false}};
 }
 
-/// In the order of Binary::Operator.
+/// In the order of Binary::Operator, which indexes it. Comparisons are printed in the words that the source form of
+/// specifiers has for them; the denied ones have words of their own.
 constexpr auto meanings = std::to_array<OperatorMeaning>({
     {add, "+", {}, Arithmetic::add},
     {subtract, "-", {}, Arithmetic::subtract},

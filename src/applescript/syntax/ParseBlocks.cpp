@@ -8,7 +8,8 @@
 #include <utility>
 
 // Statements that hold others. A block whose header is wrong is still read to its `end`, so that one mistake in a
-// header isn't reported again at every line of the body.
+// header isn't reported again at every line of the body. The kinds of the blocks around are kept in `openBlocks`: an
+// `end` that may be another one's is reported once and then closes that; one that can't is taken for a slip.
 namespace tabwright::applescript {
 
 namespace {
@@ -18,6 +19,7 @@ std::string_view closingWords(Keyword kind) {
   return kind == Keyword::using_ ? "using terms from" : spelling(kind);
 }
 
+// Handlers are not among them: behind their `end` stands a name, no word of the grammar.
 constexpr auto blockKinds = std::to_array<Keyword>({Keyword::if_, Keyword::repeat, Keyword::tell, Keyword::try_,
                                                     Keyword::considering, Keyword::ignoring, Keyword::timeout,
                                                     Keyword::transaction, Keyword::using_, Keyword::script});
@@ -26,6 +28,7 @@ bool isBlockKind(const Token& token) {
   return token.kind == Token::Kind::word && std::ranges::find(blockKinds, token.keyword) != blockKinds.end();
 }
 
+/// No statement of the block begins here; whether it is the right end, finishBlock sees.
 bool isEndOfBlock(const ScriptParser& p) {
   if (p.token().kind == Token::Kind::scriptEnd || p.at(Keyword::else_))
     return true;
@@ -35,10 +38,12 @@ bool isEndOfBlock(const ScriptParser& p) {
   return p.at(Keyword::on);
 }
 
+/// A word of the line that a mistake cut short tells whether it was a one-line form, which has no `end`.
 bool lineHas(const ScriptParser& p, std::size_t first, Keyword keyword) {
   return std::ranges::any_of(p.since(first), [keyword](const Token& token) { return token.is(keyword); });
 }
 
+/// False when there was a mistake, which is reported; `onOneLine` is set all the same.
 bool parseCondition(ScriptParser& p, ExpressionPointer& condition, bool& onOneLine) {
   const std::size_t start = p.position();
   const bool isFine = p.parseLine([&] {
@@ -52,6 +57,7 @@ bool parseCondition(ScriptParser& p, ExpressionPointer& condition, bool& onOneLi
   return isFine;
 }
 
+/// Behind `repeat`: nothing, `n times`, `while x`, `until x`, `with x in xs`, or `with i from a to b by c`.
 void parseRepeatHeader(ScriptParser& p, Repeat& repeat) {
   if (p.token().endsLine())
     return;
@@ -94,6 +100,7 @@ void explainByUnknownApplication(ScriptParser& p, const Expression* target, std:
 template <class Node, class Number, class Part>
 void parseErrorParts(ScriptParser& p, Node& node, Number parseNumber, Part parsePart) {
   const auto isPartialResult = [&p] { return p.at(Keyword::partial) && p.token(1).is(Keyword::result); };
+  // `else` ends it too: `if x then error "y" else return 1`.
   if (!p.token().endsLine() && !p.at(Keyword::number) && !p.at(Keyword::from) && !p.at(Keyword::to) &&
       !p.at(Keyword::else_) && !isPartialResult())
     node.message = parsePart(p);
@@ -148,12 +155,15 @@ void finishBlock(ScriptParser& p, Keyword kind) {
   const std::string found = fmt::format("“end {}”", isBlockKind(word) ? closingWords(word.keyword) : word.text);
   p.report(syntaxError(errorNumber::syntaxError, fmt::format("Expected {} but found {}.", expected, found),
                        p.token().range.joinedWith(word.range)));
+  // A word of no block may be the name of the handler around.
   const bool closesOuter =
       std::ranges::find(p.openBlocks, isBlockKind(word) ? word.keyword : Keyword::on) != p.openBlocks.end();
   if (!closesOuter)
     p.skipLine();
 }
 
+// `if x then`, a block, and any number of `else if`; or all on one line, with one statement each and no `end`. Which of
+// the two it is shows only behind `then`.
 StatementPointer parseIf(ScriptParser& p) {
   const std::size_t start = p.offset();
   auto statement = std::make_unique<If>();
@@ -179,12 +189,14 @@ StatementPointer parseIf(ScriptParser& p) {
 
   p.openBlocks.push_back(Keyword::if_);
   first.body = parseStatements(p);
+  // An `else` behind the last one is left for finishBlock to complain of.
   while (p.at(Keyword::else_) && !statement->otherwise) {
     p.startLine();
     p.advance();
     if (p.accept(Keyword::if_)) {
       auto& branch = statement->branches.emplace_back();
       bool onOneLine = false;
+      // A mistake has taken the rest of the line with it.
       if (parseCondition(p, branch.condition, onOneLine))
         p.parseLine([&] { p.requireLineEnd(); });
       branch.body = parseStatements(p);
@@ -213,6 +225,7 @@ StatementPointer parseRepeat(ScriptParser& p) {
   return p.finish(std::move(statement), start);
 }
 
+// `tell x` with a block, or `tell x to` with a statement. The target itself is read in the words of the place around.
 StatementPointer parseTell(ScriptParser& p) {
   const std::size_t start = p.offset();
   auto statement = std::make_unique<Tell>();
@@ -223,6 +236,7 @@ StatementPointer parseTell(ScriptParser& p) {
     if (!p.token().endsLine() && !p.at(Keyword::to))
       p.fail("end of line or “to”");
   });
+  // The one-line form ends here: there is no body to look for.
   if (!isFine && lineHas(p, first, Keyword::to))
     return statement;
   statement->onOneLine = p.accept(Keyword::to);
@@ -239,6 +253,7 @@ StatementPointer parseTell(ScriptParser& p) {
   return p.finish(std::move(statement), start);
 }
 
+// Not by parseBody: `on error` stands between two bodies of one block, and ends the first as any `on` does.
 StatementPointer parseTry(ScriptParser& p) {
   const std::size_t start = p.offset();
   auto statement = std::make_unique<Try>();
@@ -253,6 +268,7 @@ StatementPointer parseTry(ScriptParser& p) {
     p.advance(2);
     p.parseLine([&] {
       const auto number = [&] {
+        // `number -128` restricts the handler to that error, `number n` names its number.
         if (p.token().kind == Token::Kind::number || p.at(Symbol::minus))
           statement->onlyNumber = p.at(Symbol::minus) ? parseSigned(p) : parseNumber(p);
         else
@@ -268,6 +284,7 @@ StatementPointer parseTry(ScriptParser& p) {
   return p.finish(std::move(statement), start);
 }
 
+// `error "text" number n from x partial result y to z`, all parts optional.
 StatementPointer parseError(ScriptParser& p) {
   const std::size_t start = p.offset();
   auto statement = std::make_unique<RaiseError>();

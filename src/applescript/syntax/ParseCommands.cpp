@@ -11,6 +11,8 @@
 
 // Commands of dictionaries and calls of the script's own handlers. A command's parameters begin with words of its row;
 // while its arguments are read, those words end an expression (`offset of "a" in "b"`: `in` is no container there).
+// Brackets shield what they hold: inside of them the words of commands around mean nothing. Parameters may come in any
+// order; the direct one only first.
 namespace tabwright::applescript {
 
 namespace {
@@ -20,6 +22,8 @@ struct FoundParameter {
   std::size_t tokens = 0;
 };
 
+/// The parameter not given yet whose words stand that many tokens ahead; of several the one of most words (`saving in`
+/// before `saving`).
 FoundParameter findParameter(const ScriptParser& p, const Command& command, std::size_t ahead = 0) {
   const Term& term = *command.term;
   FoundParameter best;
@@ -49,6 +53,7 @@ FoundParameter findParameter(const ScriptParser& p, const Command& command, std:
 }
 
 ExpressionPointer parseArgumentValue(ScriptParser& p, FourCharCode code) {
+  // A class alone: as an expression its plural would be all elements, and what stands behind it a key.
   if (code == keywords::elementClass) {
     const std::size_t start = p.offset();
     while (p.at(Keyword::the))
@@ -56,12 +61,14 @@ ExpressionPointer parseArgumentValue(ScriptParser& p, FourCharCode code) {
     if (auto found = acceptClass(p))
       return p.finish(std::make_unique<Literal>(Value(std::move(found->name))), start);
   }
+  // `at end` alone is the end of what the `tell` addresses.
   const bool isPlace = p.at(Keyword::beginning) || p.at(Keyword::end);
   if (code == keywords::insertionLocation && isPlace && !p.token(1).is(Keyword::of) && !p.token(1).is(Keyword::in))
     return parseKey(p);
   return parseExpression(p);
 }
 
+/// A parameter's words and its value; false when none stands at the cursor.
 bool parseArgument(ScriptParser& p, Command& command) {
   const auto [parameter, tokens] = findParameter(p, command);
   if (!parameter)
@@ -93,6 +100,7 @@ bool parseSwitches(ScriptParser& p, Command& command) {
   return true;
 }
 
+/// Everything behind a command's words that is its own, until nothing fits any more.
 void parseArguments(ScriptParser& p, Command& command) {
   const auto takes = [&](FourCharCode code) {
     return std::ranges::find(command.term->parameters, code, &ParameterTerm::code) != command.term->parameters.end();
@@ -112,12 +120,14 @@ void parseArguments(ScriptParser& p, Command& command) {
         continue;
       }
     }
+    // Anything else at this place is the direct parameter, which stands in front of all others.
     if (!isFirst || command.term->directParameter == Term::DirectParameter::none || !canStartExpression(p))
       return;
     command.direct = parseExpression(p);
   }
 }
 
+/// `(a, b)`, from the opening bracket.
 std::vector<ExpressionPointer> parseCallArguments(ScriptParser& p) {
   const auto commandsAround = std::exchange(p.activeCommands, {});
   std::vector<ExpressionPointer> arguments;
@@ -128,8 +138,10 @@ std::vector<ExpressionPointer> parseCallArguments(ScriptParser& p) {
   return arguments;
 }
 
+/// `from a to b`, also with commas between.
 void parsePrepositions(ScriptParser& p, HandlerCall& call) {
   while (true) {
+    // A comma counts only in front of a preposition: else it separates items of what is around.
     const bool hasComma = p.at(Symbol::comma);
     const auto [preposition, tokens] = findPreposition(p, hasComma ? 1 : 0);
     if (tokens == 0)
@@ -140,6 +152,7 @@ void parsePrepositions(ScriptParser& p, HandlerCall& call) {
 }
 
 void parseGiven(ScriptParser& p, HandlerCall& call) {
+  // `given a:x, b:y`, or the switches `with a and b` and `without c`.
   if (p.accept(Keyword::given)) {
     do {
       if (!p.isLabel())
@@ -213,6 +226,7 @@ bool startsLabels(const ScriptParser& p, std::size_t ahead) {
          findPreposition(p, ahead).second > 0;
 }
 
+// Only a handler that the script defines with labels is called by them: `f of x` would else be a property.
 bool startsLabelledCall(const ScriptParser& p) {
   return p.labelledHandlers.contains(p.token().text) &&
          (startsLabels(p, 1) || p.token(1).is(Keyword::with) || p.token(1).is(Keyword::without));

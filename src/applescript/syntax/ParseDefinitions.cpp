@@ -6,11 +6,14 @@
 
 #include <utility>
 
-// The outermost level of a script: properties, handlers, script objects, and its imports.
+// The outermost level of a script: properties, handlers, script objects, and its imports; a script object has such a
+// level of its own. Handlers with labels are looked for in all tokens ahead of the parse, since a call may stand above
+// the handler it calls. Two handlers or properties of one name are found afterwards, when all of a level is known.
 namespace tabwright::applescript {
 
 namespace {
 
+/// `use` is an ordinary name unless something that can be used follows, or an alias with its colon.
 bool startsUse(const ScriptParser& p) {
   const Token& what = p.token(1);
   return p.at(Keyword::use) && (what.is(Keyword::appleScript) || what.is(Keyword::scripting) ||
@@ -18,6 +21,7 @@ bool startsUse(const ScriptParser& p) {
                                 what.is(Keyword::script) || p.token(2).is(Symbol::colon));
 }
 
+/// `property name : value`; `prop` is short for it.
 StatementPointer parsePropertyDefinition(ScriptParser& p) {
   const std::size_t start = p.offset();
   auto statement = std::make_unique<PropertyDefinition>();
@@ -32,6 +36,7 @@ StatementPointer parsePropertyDefinition(ScriptParser& p) {
   return p.finish(std::move(statement), start);
 }
 
+/// Reports that the handler isn't closed where it should be, and by what it was found instead.
 void finishHandlerBadly(ScriptParser& p, const std::string& name) {
   const std::string expected = name.empty() ? "“end”" : fmt::format("“end” or “end {}”", name);
   if (p.at(Keyword::end))
@@ -40,6 +45,7 @@ void finishHandlerBadly(ScriptParser& p, const std::string& name) {
                          p.token().range.joinedWith(p.token(1).range)));
   else
     p.report(expectedError(expected, p.describeFound(), p.token()));
+  // An `on` stays: it begins the next handler.
   if (p.at(Keyword::end) || p.at(Keyword::else_))
     p.skipLine();
 }
@@ -63,6 +69,7 @@ void parsePositionalParameters(ScriptParser& p, HandlerDefinition& handler) {
   p.parseItems(Symbol::closeParenthesis, [&] { handler.positional.push_back(parseParameter(p)); });
 }
 
+/// `of x from a to b given c:d`: the direct parameter first, then prepositions, then labels.
 void parseLabelledParameters(ScriptParser& p, HandlerDefinition& handler) {
   if (p.accept(Keyword::of) || p.accept(Keyword::in))
     handler.direct = std::make_unique<Parameter>(parseParameter(p));
@@ -85,6 +92,7 @@ void parseLabelledParameters(ScriptParser& p, HandlerDefinition& handler) {
   } while (p.accept(Symbol::comma));
 }
 
+/// `setValue:v forKey:k`, a handler that messages of the Objective-C bridge call. All its labels are its name.
 void parseMessageParameters(ScriptParser& p, HandlerDefinition& handler) {
   while (p.isLabel()) {
     handler.name += p.token().text;
@@ -94,6 +102,7 @@ void parseMessageParameters(ScriptParser& p, HandlerDefinition& handler) {
   }
 }
 
+/// Behind `on` or `to`: a name with parameters in brackets, with labels, with one of neither, or with none.
 void parseHandlerHeader(ScriptParser& p, HandlerDefinition& handler) {
   const Token& name = p.token();
   const auto command = p.scope.match(p.rest(), Term::Kind::command);
@@ -103,6 +112,7 @@ void parseHandlerHeader(ScriptParser& p, HandlerDefinition& handler) {
     parseMessageParameters(p, handler);
     return;
   }
+  // A handler may have a command's name, also one of several words (`on choose from list`).
   if (command && name.kind == Token::Kind::word) {
     handler.name = command->term->words;
     p.advance(command->words);
@@ -146,6 +156,7 @@ StatementPointer parseHandler(ScriptParser& p) {
   const std::size_t start = p.offset();
   auto handler = std::make_unique<HandlerDefinition>();
   p.advance();
+  // Ahead of the header, so that the parameters are names of the body.
   const Body body(p, Keyword::on);
   p.parseLine([&] {
     parseHandlerHeader(p, *handler);
@@ -168,6 +179,7 @@ StatementPointer parseHandler(ScriptParser& p) {
   return p.finish(std::move(handler), start);
 }
 
+/// `use`, an alias perhaps, the thing that is used, and `version "…"` and `without importing` behind it.
 StatementPointer parseUse(ScriptParser& p) {
   const std::size_t start = p.offset();
   auto statement = std::make_unique<Use>();
@@ -223,6 +235,7 @@ StatementPointer parseUse(ScriptParser& p) {
   return p.finish(std::move(statement), start);
 }
 
+/// A line of the outermost level: a definition, or any statement.
 StatementPointer parseDefinition(ScriptParser& p) {
   if (startsUse(p))
     return parseUse(p);
@@ -235,6 +248,7 @@ StatementPointer parseDefinition(ScriptParser& p) {
   return parseHandler(p);
 }
 
+/// Reports what no line alone shows to be wrong. `isWhole`: the level of the whole script, which has a run handler.
 void checkDuplicates(ScriptParser& p, const Block& body, bool isWhole) {
   FoldedNames handlers;
   FoldedNames properties;
@@ -264,6 +278,7 @@ void checkDuplicates(ScriptParser& p, const Block& body, bool isWhole) {
 // The call `f of x from y` can't be told from the property `f of x` without knowing `f`, which may be defined below.
 void findLabelledHandlers(ScriptParser& p) {
   const std::span<const Token> tokens = p.all();
+  // By the first two words of lines alone, without parsing; the cursor is only borrowed for startsLabels.
   for (std::size_t i = 0; i + 2 < tokens.size(); ++i) {
     const bool isFirst = i == 0 || tokens[i - 1].kind == Token::Kind::lineEnd;
     if (!isFirst || !(tokens[i].is(Keyword::on) || tokens[i].is(Keyword::to)))
@@ -285,6 +300,7 @@ Block parseScriptBody(ScriptParser& p) {
   return body;
 }
 
+// `script name … end script`. Its name is bound outside, and so ahead of its body.
 StatementPointer parseScript(ScriptParser& p) {
   const std::size_t start = p.offset();
   auto statement = std::make_unique<ScriptDefinition>();
@@ -295,6 +311,7 @@ StatementPointer parseScript(ScriptParser& p) {
     p.requireLineEnd();
   });
   const Body body(p, Keyword::script);
+  // Unlike in other blocks, an `on` begins a handler here, and goes on with the level.
   const auto isEnd = [](const ScriptParser& at) {
     return at.token().kind == Token::Kind::scriptEnd || at.at(Keyword::end);
   };

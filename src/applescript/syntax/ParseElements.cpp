@@ -5,7 +5,10 @@
 
 #include <utility>
 
-// Elements: a class and what picks from all that are of it.
+// Elements: a class and what picks from all that are of it, in front of the class (`first tab`, `some tab`, `every
+// tab`) or behind it (`tab 3`, `tab id 5`, `tabs 1 thru 3`, `tab after tab 3`). With nothing that picks, a plural is
+// all of them and a singular the class itself. Their container, behind `of` or in front of `'s`, is hung in by
+// ParseReferences.cpp.
 namespace tabwright::applescript {
 
 namespace {
@@ -26,6 +29,7 @@ std::unique_ptr<ElementAccess> makeElement(Form form, FoundClass found) {
   return element;
 }
 
+/// Without `of`, which belongs to the range as a whole: `text from word 1 to word 3 of t`.
 ExpressionPointer parseRangeEnd(ScriptParser& p) {
   const ScriptParser::Nesting nesting(p);
   const bool isPlace = p.at(Keyword::beginning) || p.at(Keyword::end);
@@ -36,6 +40,7 @@ ExpressionPointer parseRangeEnd(ScriptParser& p) {
 
 std::optional<FoundClass> acceptClass(ScriptParser& p) {
   if (p.token().kind == Token::Kind::raw && p.token().text.starts_with("«class ")) {
+    // Read with what picks from it, and given back if something does: then it is no bare class.
     const std::size_t before = p.position();
     ExpressionPointer literal = parseRaw(p);
     const auto* found = as<Literal>(*literal);
@@ -61,6 +66,7 @@ bool startsElementKey(const ScriptParser& p, std::size_t words) {
   if (next.is(Keyword::id) || next.is(Keyword::index) || next.is(Keyword::named))
     return canStartKey(p, words + 1);
   if (next.is(Keyword::from))
+    // `from` may be a parameter of the command around.
     return !isStoppedAt(p, words);
   return next.is(Keyword::before) || next.is(Keyword::after) || next.is(Keyword::thru) || canStartKey(p, words);
 }
@@ -92,7 +98,9 @@ ExpressionPointer parseElement(ScriptParser& p, FoundClass found, std::size_t st
     return p.finish(std::move(element), startOffset);
   }
   if (canStartKey(p)) {
+    // By index or by name: the value of the key decides, when the script runs.
     auto element = keyed(Form::index, 0);
+    // `tabs 1 thru 3`: the key was the start of a range.
     if (p.accept(Keyword::thru) || p.accept(Keyword::through)) {
       element->form = Form::range;
       element->rangeEnd = parseKey(p);
@@ -116,6 +124,7 @@ ExpressionPointer parseEvery(ScriptParser& p) {
   p.advance();
   FoundClass found = requireClass(p);
   found.isPlural = true;
+  // `every word from a to b` is a range; no other key may follow `every`.
   return p.at(Keyword::from) && !isStoppedAt(p, 0) ? parseElement(p, std::move(found), start)
                                                    : p.finish(makeElement(Form::every, std::move(found)), start);
 }
@@ -141,6 +150,7 @@ ExpressionPointer parseInsertionPoint(ScriptParser& p, InsertionPoint::Form form
   auto point = std::make_unique<InsertionPoint>();
   point->form = form;
   p.advance(words);
+  // The other two get theirs from the chain, like any access.
   if (form == Form::before || form == Form::after)
     point->container = parseChain(p);
   return p.finish(std::move(point), start);
@@ -165,6 +175,7 @@ bool canStartKey(const ScriptParser& p, std::size_t ahead) {
     if (matchOperator(p.rest(ahead)).row)
       return false;
     const auto matches = p.scope.match(p.rest(ahead));
+    // A dictionary's word isn't a key, unless the script has bound it where it may: `item index of xs`.
     return matches.empty() || (!p.scope.isInTell() && matches.front().words == 1 && p.scope.isBound(next.text) &&
                                matches.front().term->kind != Term::Kind::command);
   }
@@ -192,6 +203,7 @@ ExpressionPointer parseKey(ScriptParser& p) {
     unary->operand = parseKey(p);
     return p.finish(std::move(unary), start);
   }
+  // A word that begins a key is a name, never a dictionary's term: canStartKey.
   if (first.kind == Token::Kind::word && !isReserved(first.keyword))
     return parseName(p);
   return parsePrimary(p);

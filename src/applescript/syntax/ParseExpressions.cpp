@@ -9,13 +9,15 @@
 #include <utility>
 
 // Operators by precedence climbing over the table of Operators.h; `not` and the signs, which stand in front, aren't in
-// it. A type ends what is to be coerced, so `a as text & b` goes on with the text though `&` binds tighter.
+// it. A type ends what is to be coerced, so `a as text & b` goes on with the text though `&` binds tighter. Signs bind
+// tighter than any operator: `-2 ^ 2` is 4.
 namespace tabwright::applescript {
 
 namespace {
 
 ExpressionPointer parseBinary(ScriptParser& p, Precedence lowest);
 
+/// An operand of an operator, with `not` and signs in front.
 ExpressionPointer parseOperand(ScriptParser& p, Precedence lowest) {
   if (p.at(Keyword::not_)) {
     const ScriptParser::Nesting nesting(p);
@@ -23,6 +25,7 @@ ExpressionPointer parseOperand(ScriptParser& p, Precedence lowest) {
     auto unary = std::make_unique<Unary>();
     unary->op = Unary::Operator::logicalNot;
     p.advance();
+    // Looser than comparisons: `not a = b` denies the comparison. Behind a tighter operator it takes no more than that.
     unary->operand = parseBinary(p, std::max(lowest, Precedence::logicalNot));
     return p.finish(std::move(unary), start);
   }
@@ -31,6 +34,7 @@ ExpressionPointer parseOperand(ScriptParser& p, Precedence lowest) {
   return parseChain(p);
 }
 
+/// Behind `as`: a class, several in braces, or a variable that holds one. No operators: they go on with the result.
 ExpressionPointer parseType(ScriptParser& p) {
   const ScriptParser::Nesting nesting(p);
   const std::size_t start = p.offset();
@@ -53,6 +57,7 @@ ExpressionPointer parseType(ScriptParser& p) {
   return parseChain(p);
 }
 
+/// An operator behind its only operand. All but `as` are short for something that has a node already.
 ExpressionPointer parseSuffix(ScriptParser& p, ExpressionPointer operand, OperatorMatch match) {
   using RowForm = OperatorRow::Form;
   const std::size_t start = operand->range.offset;
@@ -96,6 +101,8 @@ ExpressionPointer parseSuffix(ScriptParser& p, ExpressionPointer operand, Operat
   return p.finish(std::move(denial), range.offset);
 }
 
+/// Operators that bind at least as tightly as `lowest`, from left to right: the loop goes on with what it has read as
+/// the left operand, so a row of equal operators needs no recursion.
 ExpressionPointer parseBinary(ScriptParser& p, Precedence lowest) {
   ExpressionPointer left = parseOperand(p, lowest);
   const std::size_t start = left->range.offset;
@@ -114,6 +121,7 @@ ExpressionPointer parseBinary(ScriptParser& p, Precedence lowest) {
     binary->left = std::move(left);
     if (match.row->op == Binary::Operator::power) { // from right to left
       const ScriptParser::Nesting nesting(p);
+      // The one operator that recurses at its own level, so each of a row is counted as nesting.
       binary->right = parseBinary(p, Precedence::power);
     } else {
       binary->right = parseBinary(p, static_cast<Precedence>(static_cast<int>(match.row->precedence) + 1));
@@ -140,6 +148,7 @@ ExpressionPointer parseSigned(ScriptParser& p) {
   if (const auto* literal = as<Literal>(*operand); literal && isMinus) {
     const auto* integer = literal->value.get<std::int64_t>();
     const auto* real = literal->value.get<double>();
+    // `- -1` stays an operation on a literal, and is printed with both signs.
     const bool isSigned = (integer && *integer < 0) || (real && std::signbit(*real));
     if ((integer || real) && !isSigned && literal->words.empty())
       return p.finish(std::make_unique<Literal>(integer ? Value(-*integer) : Value(-*real)), start);
@@ -189,6 +198,7 @@ bool canStartExpression(const ScriptParser& p) {
     return p.token(1).is(Keyword::of);
   if (p.isLabel())
     return false;
+  // A reserved word begins an argument only as the first of a dictionary's several; any other unless it is an operator.
   return !isReserved(next.keyword) ? !matchOperator(p.rest()).row : !p.scope.match(p.rest()).empty();
 }
 

@@ -11,6 +11,9 @@
 #include <utility>
 
 // Expressions without operators and containers: words, names, literals and constants, and all in brackets and braces.
+// The kind of the first token tells nearly always. A word is, in this order: the first of a dictionary's term of
+// several words, a word of the grammar (WordRules.cpp), a dictionary's word, a name; where the script has bound a
+// dictionary's word, what follows decides (isVariableDespite).
 namespace tabwright::applescript {
 
 namespace {
@@ -24,6 +27,7 @@ bool isLanguageValueClass(const Term& term) {
   return inTable && std::ranges::find(elements, term.code) == elements.end();
 }
 
+/// `(x)`, kept as a node: the printer writes brackets where they were.
 ExpressionPointer parseParenthesized(ScriptParser& p) {
   const std::size_t start = p.offset();
   const auto commandsAround = std::exchange(p.activeCommands, {}); // a bracket shields what it holds
@@ -35,6 +39,7 @@ ExpressionPointer parseParenthesized(ScriptParser& p) {
   return p.finish(std::move(node), start);
 }
 
+/// A constant that stands for a value (`pi`, `tab`) as that value; all others as enumerators.
 ExpressionPointer parseConstant(ScriptParser& p, const Term& term) {
   struct Row {
     FourCharCode code;
@@ -54,6 +59,7 @@ ExpressionPointer parseConstant(ScriptParser& p, const Term& term) {
       {fourCharCode("days"), 86400, true},
       {fourCharCode("week"), 604800, true},
   };
+  // By the row itself: an application may use one of these codes for a constant of its own, which stays one.
   const auto isLanguages =
       std::ranges::any_of(languageTerminology().rows(), [&](const Term& candidate) { return &candidate == &term; });
   const std::size_t words = 1 + static_cast<std::size_t>(std::ranges::count(term.words, ' '));
@@ -143,6 +149,9 @@ ExpressionPointer parseTerm(ScriptParser& p, const TermMatches& matches) {
   const Token& next = p.token(matches.front().words);
   const bool isOfSomething = next.is(Keyword::of) || next.is(Keyword::in);
 
+  // One word may stand for several kinds. A command yields to a property or class with `of` behind it; a constant does
+  // to a property there; a class is a property where nothing picks from it (`window` alone, with a property of that
+  // name).
   const auto* property = matches.find(Term::Kind::property);
   const auto* className = matches.find(Term::Kind::className);
   const auto* command = matches.find(Term::Kind::command);
@@ -175,6 +184,8 @@ ExpressionPointer parseProperty(ScriptParser& p, Label property, std::size_t wor
   return p.finish(std::move(access), start);
 }
 
+// Names of handlers and variables look alike: a bracket behind makes a call, and so do labels of a handler that has
+// such.
 ExpressionPointer parseName(ScriptParser& p) {
   const Token& name = p.token();
   const std::size_t start = p.offset();
@@ -249,6 +260,7 @@ ExpressionPointer makeLiteral(ScriptParser& p, Value value, std::size_t tokens, 
 
 ExpressionPointer parseNumber(ScriptParser& p) {
   const std::string_view digits = p.token().text;
+  // An integer that 64 bits can't hold is read as a real.
   if (digits.find_first_of(".eE") == std::string_view::npos) {
     std::int64_t integer = 0;
     if (std::from_chars(digits.data(), digits.data() + digits.size(), integer).ec == std::errc())
@@ -257,6 +269,7 @@ ExpressionPointer parseNumber(ScriptParser& p) {
   const std::string plain(digits);
   double real = 0; // stays when the number is too small
   const auto [end, error] = std::from_chars(plain.data(), plain.data() + plain.size(), real);
+  // Too large and too small are one error of from_chars: the exponent's sign, or the number of digits, tells which.
   const auto exponent = plain.find_first_of("eE");
   const bool isLarge = exponent == std::string::npos ? plain.find('.') > 300 : plain[exponent + 1] != '-';
   if (error == std::errc::result_out_of_range && isLarge)
@@ -275,6 +288,7 @@ bool isLabelAhead(const ScriptParser& p) {
 Label parseLabel(ScriptParser& p) {
   const Token& word = p.token();
   const auto matches = p.scope.match(p.rest());
+  // A dictionary's label has its code, so that records fit the application's; all others are names.
   const auto* match = matches.find(Term::Kind::property);
   if (!match)
     match = matches.find(Term::Kind::className);

@@ -27,6 +27,7 @@ std::pair<std::string_view, std::string_view> splitRaw(std::string_view text) {
   return {text.substr(0, blank), text.substr(blank + 1)};
 }
 
+/// Four bytes, taken as they are in UTF-8; nothing for any other number.
 std::optional<FourCharCode> readCode(std::string_view text) {
   if (text.size() != 4)
     return std::nullopt;
@@ -36,7 +37,8 @@ std::optional<FourCharCode> readCode(std::string_view text) {
   return code;
 }
 
-/// Text of `utxt` (UTF-16, big-endian) and `utf8` data.
+/// The text of `utxt` (UTF-16, big-endian), `utf8` and `TEXT` data, given as the type's four characters and hexadecimal
+/// digits; nothing for data of other types, which scripts have no value for.
 std::optional<std::string> readTextData(std::string_view digits) {
   if (digits.size() < 4)
     return std::nullopt;
@@ -53,6 +55,7 @@ std::optional<std::string> readTextData(std::string_view digits) {
   if (digits.size() % 2 != 0)
     return std::nullopt;
   if (type == "utxt" && bytes.size() % 2 == 0) {
+    // Unpaired surrogates become U+FFFD in UTF-8.
     icu::UnicodeString wide;
     for (std::size_t i = 0; i < bytes.size(); i += 2)
       wide +=
@@ -66,10 +69,13 @@ std::optional<std::string> readTextData(std::string_view digits) {
   return type == "utf8" || type == "TEXT" ? std::optional(text) : std::nullopt;
 }
 
+/// `«event coregetd» x given «class kocl»:y, «class insh»:z`: the class's and the event's four characters, the direct
+/// parameter, and parameters by keyword.
 ExpressionPointer parseRawEvent(ScriptParser& p, std::string_view codes) {
   const ScriptParser::Nesting nesting(p);
   const std::size_t start = p.offset();
   const auto event = splitRaw(codes).second;
+  // Nodes of commands point to a row of a dictionary; this one gets a row that the tree owns.
   Term& term = p.tree.rawCommands.emplace_back();
   term.kind = Term::Kind::command;
   term.words = codes; // lies in the tree's source
@@ -102,6 +108,7 @@ ExpressionPointer parseRaw(ScriptParser& p) {
   const std::size_t start = p.offset();
   const auto [kind, rest] = splitRaw(first.text);
   const auto code = readCode(rest);
+  // With `3` or the like behind it an element, else the class.
   if (kind == "class" && code) {
     p.advance();
     return parseElement(p, {{*code, std::string(first.text)}, false}, start);

@@ -8,11 +8,14 @@
 #include <utility>
 
 // Chains of `of` and `'s`. `a of b of c` is read from the right (`a` of what `b of c` is), `c's b's a` from the left;
-// both become the same tree, the outermost access at the top and its container below.
+// both become the same tree, the outermost access at the top and its container below. The member is parsed first,
+// without knowing of a container, and its container then hung in below its innermost end (`attach`); a name, class or
+// constant becomes a property when that happens.
 namespace tabwright::applescript {
 
 namespace {
 
+/// An access that picks from all elements of a class, so that a `whose` may narrow them, and has no test yet.
 bool picksFromSeveral(const Expression& node) {
   using Form = ElementAccess::Form;
   const auto* element = as<ElementAccess>(node);
@@ -39,6 +42,7 @@ ContainerSlot slotOf(Expression& node) {
     return slot(static_cast<InsertionPoint&>(node));
   case Expression::Kind::handlerCall: {
     auto& call = static_cast<HandlerCall&>(node);
+    // `my f(x)` has its receiver already.
     return call.target == HandlerCall::Target::me ? ContainerSlot{} : ContainerSlot{&call.object, &call.joint};
   }
   case Expression::Kind::message:
@@ -68,10 +72,13 @@ bool canAttach(Expression& node) {
   return slot.container ? !*slot.container || canAttach(**slot.container) : labelOf(node).has_value();
 }
 
+/// A container follows; `in` may be a parameter of a command around instead.
 bool isOf(const ScriptParser& p) {
   return (p.at(Keyword::of) || p.at(Keyword::in)) && !isStopped(p);
 }
 
+/// Hangs a container in at the innermost end of a reference that canAttach. Ranges and heights of all nodes above it
+/// follow.
 void attach(ScriptParser& p, ExpressionPointer& node, ExpressionPointer container, Joint joint) {
   if (const ContainerSlot slot = slotOf(*node); slot.container && *slot.container) {
     attach(p, *slot.container, std::move(container), joint);
@@ -105,7 +112,8 @@ bool isListOfParts(const ScriptParser& p, const Expression& node) {
          std::ranges::all_of(list->items, [](const ExpressionPointer& item) { return canAttach(*item); });
 }
 
-/// `{name, URL} of tab 1` is `{name of tab 1, URL of tab 1}`.
+/// `{name, URL} of tab 1` is `{name of tab 1, URL of tab 1}`. The cursor goes back to the `of` for each item, so that
+/// each gets a container of its own: nodes are not shared.
 void attachToItems(ScriptParser& p, ListLiteral& list) {
   const std::size_t joint = p.position();
   p.isTakingListApart = true;
@@ -119,6 +127,8 @@ void attachToItems(ScriptParser& p, ListLiteral& list) {
   p.isTakingListApart = false;
 }
 
+/// A reference with its containers, without a `whose`. The container is such a reference itself: `of` groups to the
+/// right.
 ExpressionPointer parseContained(ScriptParser& p) {
   const std::size_t start = p.offset();
   ExpressionPointer node = parsePossessives(p, parsePrimary(p));
@@ -136,6 +146,7 @@ ExpressionPointer parseContained(ScriptParser& p) {
   return node;
 }
 
+/// `setValue:v forKey:k`, whose receiver is attached by the caller.
 ExpressionPointer parseMessage(ScriptParser& p) {
   const std::size_t start = p.offset();
   auto message = std::make_unique<ObjectiveCMessage>();
@@ -186,9 +197,11 @@ void parseTest(ScriptParser& p, ExpressionPointer& node) {
   auto& element = static_cast<ElementAccess&>(*picked);
   p.advance();
   {
+    // As in a `tell`: a dictionary's words are those of the element under test, whatever the script has bound.
     const ScriptParser::Inside inside(p, nullptr);
     element.test = parseExpression(p);
   }
+  // From the inside outwards, since each takes its height from those below.
   p.updateHeight(element);
   for (Expression* outer : std::views::reverse(around))
     p.updateHeight(*outer);

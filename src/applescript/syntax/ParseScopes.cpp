@@ -4,11 +4,14 @@
 
 #include <utility>
 
-// Blocks that change how the statements inside are run or read: comparison of texts, time limits, dictionaries.
+// Blocks that change how the statements inside are run or read: comparison of texts, time limits, dictionaries. A
+// header is a line of its own, so a mistake in it is reported and the body parsed all the same; the words `with` and
+// `using` begin other things too, for which null is answered before any token is taken.
 namespace tabwright::applescript {
 
 namespace {
 
+/// `case, white space and hyphens`.
 void parseAttributes(ScriptParser& p, std::vector<Considering::Attribute>& attributes) {
   do {
     p.accept(Keyword::and_); // `case, hyphens, and punctuation`
@@ -22,6 +25,7 @@ void parseAttributes(ScriptParser& p, std::vector<Considering::Attribute>& attri
   } while (p.accept(Symbol::comma) || p.at(Keyword::and_));
 }
 
+/// `with timeout of n seconds … end timeout`.
 StatementPointer parseTimeout(ScriptParser& p) {
   const std::size_t start = p.offset();
   auto statement = std::make_unique<Timeout>();
@@ -29,6 +33,7 @@ StatementPointer parseTimeout(ScriptParser& p) {
   p.parseLine([&] {
     p.accept(Keyword::of);
     statement->seconds = parseExpression(p);
+    // The unit may be left out; `second` goes with 1.
     if (!p.accept(Keyword::seconds) && p.at(Keyword::second))
       p.advance();
     p.requireLineEnd();
@@ -37,6 +42,7 @@ StatementPointer parseTimeout(ScriptParser& p) {
   return p.finish(std::move(statement), start);
 }
 
+/// `with transaction x … end transaction`; x may be left out.
 StatementPointer parseTransaction(ScriptParser& p) {
   const std::size_t start = p.offset();
   auto statement = std::make_unique<Transaction>();
@@ -52,6 +58,7 @@ StatementPointer parseTransaction(ScriptParser& p) {
 
 } // namespace
 
+// `considering a but ignoring b`, `ignoring a but considering b`, each closed by its own word.
 StatementPointer parseConsidering(ScriptParser& p) {
   const std::size_t start = p.offset();
   auto statement = std::make_unique<Considering>();
@@ -87,6 +94,7 @@ StatementPointer parseUsingTerms(ScriptParser& p) {
     statement->application = parseExpression(p);
     p.requireLineEnd();
   });
+  // Behind the header, whose own words are those of the place around.
   const ScriptParser::Inside inside(p, statement->application.get());
   statement->body = parseBody(p, Keyword::using_);
   return p.finish(std::move(statement), start);

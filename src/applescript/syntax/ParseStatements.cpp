@@ -6,7 +6,10 @@
 
 #include <utility>
 
-// Statements without a body. What a statement is, its first word tells; all else is an expression.
+// Statements without a body. The first word tells which statement it is; all else is an expression, also where the
+// word's rule finds that what follows doesn't fit (`using`, `with`). Targets of `set` and `copy` are parsed as
+// references and looked at afterwards; only a bare name is told beforehand, since it is bound here and so is no
+// dictionary's word.
 namespace tabwright::applescript {
 
 namespace {
@@ -18,6 +21,8 @@ StatementPointer parseExpressionStatement(ScriptParser& p) {
   return p.finish(std::move(statement), start);
 }
 
+/// Throws for an expression that nothing can be assigned to. The message names its first token, as a dictionary's word
+/// where it is one.
 void requireTarget(const ScriptParser& p, const Expression& target, const Token& first) {
   switch (target.kind) {
   case Expression::Kind::variable:
@@ -33,7 +38,8 @@ void requireTarget(const ScriptParser& p, const Expression& target, const Token&
   }
 }
 
-// `{width, height} of r`, where the names are no variables.
+// `{width, height} of r`, where the names are no variables: tokens are looked at up to the closing brace, since a list
+// of targets would bind them.
 bool isListOfParts(const ScriptParser& p) {
   std::size_t open = 0, ahead = 0;
   do {
@@ -80,6 +86,7 @@ StatementPointer parseSet(ScriptParser& p) {
   return p.finish(std::move(statement), start);
 }
 
+// `copy v to x`: `set` the other way round, but of a copy; the evaluator makes it.
 StatementPointer parseCopy(ScriptParser& p) {
   const std::size_t start = p.offset();
   auto statement = std::make_unique<Assignment>();
@@ -97,6 +104,7 @@ ExpressionPointer parseTarget(ScriptParser& p) {
   if (p.at(Symbol::openBrace) && !p.token(1).is(Symbol::closeBrace)) {
     if (!isListOfParts(p))
       return parseBraces(p, parseTarget);
+    // parseChain takes such a list apart: each item has its container then.
     ExpressionPointer list = parseChain(p);
     if (!as<ListLiteral>(*list))
       requireTarget(p, *list, first);
@@ -107,10 +115,12 @@ ExpressionPointer parseTarget(ScriptParser& p) {
     p.advance();
   const Token& next = p.token(1);
   const bool isAlone = next.is(Keyword::to) || next.is(Symbol::comma) || next.is(Symbol::closeBrace) || next.endsLine();
+  // A word with something behind it may be a dictionary's: `set name of w to x`.
   if (isAlone && p.token().kind == Token::Kind::word && p.token().isName() && canBind(p))
     return parseBinding(p);
 
   ExpressionPointer target = parseChain(p);
+  // `set (x) to 1` assigns to x; the brackets aren't kept.
   while (auto* brackets = as<Parenthesized>(*target))
     target = std::move(brackets->inner);
   requireTarget(p, *target, first);
@@ -133,6 +143,7 @@ std::unique_ptr<Variable> parseBinding(ScriptParser& p) {
   return p.finish(std::move(variable), start);
 }
 
+// `global a, b`, `local a, b`.
 StatementPointer parseDeclaration(ScriptParser& p) {
   const std::size_t start = p.offset();
   auto statement = std::make_unique<Declare>();
@@ -148,6 +159,7 @@ StatementPointer parseReturn(ScriptParser& p) {
   const std::size_t start = p.offset();
   auto statement = std::make_unique<Return>();
   p.advance();
+  // `if x then return else beep`.
   if (!p.token().endsLine() && !p.at(Keyword::else_))
     statement->value = parseExpression(p);
   return p.finish(std::move(statement), start);
@@ -156,6 +168,7 @@ StatementPointer parseReturn(ScriptParser& p) {
 StatementPointer parseExit(ScriptParser& p) {
   const std::size_t start = p.offset();
   auto statement = std::make_unique<ExitRepeat>();
+  // A loop around a handler or script doesn't count: Body in ParseDefinitions.cpp.
   if (p.repeats == 0)
     throw syntaxError(errorNumber::syntaxError, "Can’t exit from a repeat here: there is none around.",
                       p.token().range);

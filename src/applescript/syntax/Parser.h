@@ -11,7 +11,8 @@
 
 namespace tabwright::applescript {
 
-/// Bounds on what the parser takes on: beyond them it reports a syntax error, it never crashes.
+/// Bounds on what the parser takes on: beyond them it reports a syntax error, it never crashes. The parser recurses as
+/// deep as `nesting`, whoever walks a tree as deep as `height`; both have to fit the thread's stack.
 struct ParserLimits {
   std::size_t sourceBytes = 64u << 20;
   std::size_t nesting = 500; ///< blocks and expressions inside each other
@@ -28,9 +29,17 @@ struct ParseResult {
 
 /// Parses a script.
 ///
-/// The enclosing `tell` decides which words are a dictionary's: `directory` gives the terminology of applications
-/// that the text names literally; inside a `tell` whose target is only known at run time, the general words of
-/// languageTerminology() hold. The tree points into terminologies, so `directory` must outlive it.
+///     ParseResult result = parse("set x to 1", directory);
+///     if (!result.tree)
+///       throw result.errors.front();
+///
+/// The enclosing `tell` decides which words are a dictionary's: `directory` gives the terminology of applications that
+/// the text names literally; inside a `tell` whose target is only known at run time, the general words of
+/// languageTerminology() hold. The tree points into terminologies, so `directory` must outlive it; no application is
+/// asked for.
+///
+/// Mistakes of the script are in the answer, never thrown. `source` is to be well-formed UTF-8, which the Interpreter
+/// sees to. Uses nothing but its arguments: any thread may parse.
 [[nodiscard]] ParseResult parse(std::string source, const ApplicationDirectory& directory,
                                 const ParserLimits& limits = {});
 

@@ -8,10 +8,13 @@
 
 namespace tabwright::applescript {
 
-/// A word or two that may label a parameter of a handler: `on f of x from a out of b`.
+/// A word or two that may label a parameter of a handler: `on f of x from a out of b`. The set is the language's own;
+/// any other label needs `given`. `of` is not among them: it is the direct parameter.
 struct Preposition {
+  /// The label that a call and a definition are matched by; `through` is `thru`.
   std::string_view name;
   Keyword first;
+  /// Keyword::none for a preposition of one word.
   Keyword second = Keyword::none;
 };
 inline constexpr auto prepositions = std::to_array<Preposition>({

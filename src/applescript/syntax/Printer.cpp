@@ -7,7 +7,9 @@
 #include <string_view>
 
 // Statements, one a line, indented by blocks. One-line forms stay on one line, down to the statement that opens a block
-// of its own (`tell x to tell y`).
+// of its own (`tell x to tell y`). Comments and empty lines are in no node: before a statement is written, the comments
+// that the source has in front of its offset are, and an empty line where the source has one. So statements must be
+// written in source order, and the end of each block named by an offset, or its last comments would slip behind it.
 namespace tabwright::applescript {
 
 namespace {
@@ -30,6 +32,7 @@ private:
     out_ += text;
     out_ += '\n';
   }
+  /// The statements of a block, a line each, with the comments and the empty lines between them.
   void block(const Block& body) {
     for (const auto& statement : body) {
       comments(statement->range.offset);
@@ -65,7 +68,9 @@ private:
       const std::size_t lineStart = source_.find_last_of("\r\n", range.offset) + 1;
       const bool isBehindCode =
           source_.substr(lineStart, range.offset - lineStart).find_first_not_of(" \t") != std::string_view::npos;
+      // A comment inside of a line comes here only with the next statement, and so goes to the line's end.
       if (isBehindCode && !out_.empty()) {
+        // In place of the line end just written, which the comment gets.
         out_.back() = ' ';
         (out_ += text) += '\n';
       } else {
@@ -78,11 +83,13 @@ private:
   void emptyLine(std::size_t offset) {
     const std::size_t last = source_.substr(0, offset).find_last_not_of(" \t\r\n");
     const std::string_view blanks = source_.substr(last + 1, offset - last - 1);
+    // CR LF is one line end, and counts once of either.
     const auto lineEnds = std::max(std::ranges::count(blanks, '\n'), std::ranges::count(blanks, '\r'));
     if (lineEnds > 1 && !out_.empty() && !isFirstOfBlock_)
       out_ += '\n';
     isFirstOfBlock_ = false;
   }
+  /// The words and the expression; nothing at all for an absent one.
   template <class Node>
   void add(std::string_view words, const std::unique_ptr<Node>& expression) {
     if (expression)
@@ -105,6 +112,7 @@ private:
 
   const std::string_view source_;
   const std::vector<SourceRange>& comments_;
+  /// The first comment not written yet.
   std::size_t nextComment_ = 0;
   bool isFirstOfBlock_ = false;
   ExpressionPrinter expressions_;
@@ -175,6 +183,7 @@ void StatementPrinter::print(const Statement& statement) {
 }
 
 void StatementPrinter::print(const If& statement) {
+  // Each branch of a one-line form holds one statement.
   if (statement.onOneLine) {
     for (const If::Branch& branch : statement.branches) {
       add(&branch == &statement.branches.front() ? "if " : " else if ", branch.condition);
@@ -190,6 +199,7 @@ void StatementPrinter::print(const If& statement) {
   for (std::size_t i = 0; i < statement.branches.size(); ++i) {
     add(i == 0 ? "if " : "else if ", statement.branches[i].condition);
     out_ += " then\n";
+    // Comments in front of the next `else` are of this branch.
     const std::size_t end = i + 1 < statement.branches.size() ? statement.branches[i + 1].condition->range.offset
                             : statement.otherwise             ? statement.otherwiseAt
                                                               : statement.range.end();
@@ -276,6 +286,7 @@ void StatementPrinter::print(const Considering& statement) {
       text += (text.empty() ? " " : ", ") + std::string(consideringWords(attribute));
     return text;
   };
+  // `ignoring a but considering b` says the same the other way round.
   const bool considers = !statement.considered.empty();
   const std::string_view kind = considers ? "considering" : "ignoring";
   out_ += std::string(kind) + attributes(considers ? statement.considered : statement.ignored);
@@ -296,6 +307,8 @@ std::string StatementPrinter::parameter(const Parameter& parameter) const {
   return parameter.defaultValue ? pattern + " : " + expressions_.print(*parameter.defaultValue) : pattern;
 }
 
+// The parameters as they stand behind a handler's name. `on f` and `on f()` are one, so brackets are written for none
+// too.
 std::string StatementPrinter::parameters(const HandlerDefinition& handler) const {
   std::string text;
   if (!handler.isLabelled) {
@@ -319,6 +332,7 @@ void StatementPrinter::print(const HandlerDefinition& handler) {
       out_ += " " + expressions_.name(parts.substr(0, colon)) + ":" + parameter(positional);
       parts.remove_prefix(colon + 1);
     }
+    // Any name closes a handler.
     return blockWithEnd(handler, handler.body, "message");
   }
   const std::string name = expressions_.handlerName(handler.name);

@@ -8,7 +8,9 @@
 
 #include <utility>
 
-// Tools that the constructs share: lines, errors, ranges, the words of a `tell`.
+// Tools that the constructs share: lines, errors, ranges, the words of a `tell`. A mistake is thrown to the nearest
+// `parseLine`, which skips to the end of the line: statements end there, so the next line most likely makes sense
+// again. Only what makes all that follows senseless, or too much of it, ends the whole parse (EnoughErrors).
 namespace tabwright::applescript {
 
 ParseResult parse(std::string source, const ApplicationDirectory& directory, const ParserLimits& limits) {
@@ -20,6 +22,7 @@ ParseResult parse(std::string source, const ApplicationDirectory& directory, con
   auto tree = std::make_unique<SyntaxTree>();
   tree->source = std::move(source);
   TokenList tokens = tokenize(tree->source);
+  // No parse function sees comments: only the printer asks for them.
   tree->comments = std::move(tokens.comments);
   ScriptParser parser(*tree, tokens, directory, limits);
   result.errors = parser.run();
@@ -35,6 +38,7 @@ ScriptParser::ScriptParser(SyntaxTree& tree, TokenList& tokens, const Applicatio
 }
 
 std::vector<ScriptError> ScriptParser::run() {
+  // The lexer's come first and have no order with the parser's, so all are sorted, and cut to the limit only then.
   errors = std::move(list_.errors);
   try {
     tree.body = parseScriptBody(*this);
@@ -68,6 +72,7 @@ ScriptParser::Inside::Inside(ScriptParser& parser, const Expression* target) : s
 Block ScriptParser::parseLines(bool (*isEnd)(const ScriptParser&), StatementPointer (*parse)(ScriptParser&)) {
   Block block;
   while (true) {
+    // Empty lines, and the line end that each statement leaves.
     while (token().kind == Token::Kind::lineEnd)
       advance();
     if (isEnd(*this))
@@ -83,11 +88,13 @@ Block ScriptParser::parseLines(bool (*isEnd)(const ScriptParser&), StatementPoin
 void ScriptParser::startLine() {
   activeCommands.clear(); // an error may have left some, and the middle of a list
   isTakingListApart = false;
+  // Mentions of lines that no startLine saw, such as those behind an `end`, only join the tree's dictionaries.
   std::vector<const Terminology*> mentioned;
   while (nextMention_ < list_.mentions.size() && list_.mentions[nextMention_].firstOfLine <= position()) {
     const TokenList::Mention& mention = list_.mentions[nextMention_++];
     const std::string_view name = all()[mention.name].text;
     const Terminology* terminology = mention.isID ? directory.terminologyByID(name) : directory.terminologyByName(name);
+    // A dictionary of the line; and one of the tree, whose printer must know every word that may be a term.
     if (terminology && mention.firstOfLine == position())
       mentioned.push_back(terminology);
     if (terminology && std::ranges::find(tree.terminologies, terminology) == tree.terminologies.end())
@@ -99,6 +106,7 @@ void ScriptParser::startLine() {
 const Terminology* ScriptParser::terminologyOf(const Expression* expression) const {
   if (!expression)
     return nullptr;
+  // Down to the root: `tell window 1 of application "X"` speaks X's words.
   if (const auto* property = as<PropertyAccess>(*expression))
     return terminologyOf(property->container.get());
   if (const auto* element = as<ElementAccess>(*expression))

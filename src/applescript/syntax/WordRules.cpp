@@ -50,6 +50,7 @@ const WordRule& ruleFor(Keyword word) {
        }},
       {K::a, asTerm,
        [](P& p) {
+         // `a` alone is an ordinary name.
          const bool isReference = p.token(1).is(K::reference) || p.token(1).is(K::ref);
          return isReference && p.token(2).is(K::to) ? parseReferenceTo(p, 3) : E();
        }},

@@ -1,3 +1,7 @@
+// Words are matched at nearly every token, so nothing is allocated for it: the next words go into a buffer of eight,
+// more than any term has, and the matches into a value of fixed size. Each dictionary is asked for its longest term; a
+// longer one throws out those found so far, an equally long one is added behind them, and so the order of asking is the
+// order of preference.
 #include "applescript/syntax/WordScope.h"
 
 #include <algorithm>
@@ -51,6 +55,7 @@ bool WordScope::isBound(std::string_view name) const {
 TermMatches WordScope::match(std::span<const Token> tokens) const {
   std::array<std::string_view, 8> buffer;
   std::size_t count = 0;
+  // Quoted names are no words: a name in bars is never a dictionary's.
   while (count < std::min(buffer.size(), tokens.size()) && tokens[count].kind == Token::Kind::word) {
     buffer[count] = tokens[count].text;
     ++count;
@@ -79,6 +84,7 @@ TermMatches WordScope::match(std::span<const Token> tokens) const {
   for (const Terminology* terminology : mentioned_)
     ask(*terminology);
 
+  // Once all have been asked: a longer term of another dictionary may begin with the reserved word.
   if (!found.empty() && found.front().words == 1 && isReserved(tokens.front().keyword))
     found.clear();
   return found;

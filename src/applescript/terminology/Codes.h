@@ -4,9 +4,13 @@
 
 /// Four-character codes of the classes, properties and constants that the language itself gives a meaning to. The same
 /// codes stand in languageTerminology(), and in the dictionaries of applications for the same things.
+///
+/// A code is told apart from another by its kind too: `month` is a class and a property of dates. `text`, `string` and
+/// `Unicode text` are three codes for one class (`isTextClass`).
 namespace tabwright::applescript::codes {
 
 // Classes
+/// The class of every value.
 inline constexpr FourCharCode anything = fourCharCode("****");
 inline constexpr FourCharCode application = fourCharCode("capp");
 inline constexpr FourCharCode boolean = fourCharCode("bool");
@@ -14,6 +18,7 @@ inline constexpr FourCharCode character = fourCharCode("cha ");
 inline constexpr FourCharCode className = fourCharCode("pcls"); ///< the property `class`
 inline constexpr FourCharCode constant = fourCharCode("enum");
 inline constexpr FourCharCode date = fourCharCode("ldt ");
+/// An object of the Objective-C bridge.
 inline constexpr FourCharCode foreign = fourCharCode("ocid");
 inline constexpr FourCharCode integer = fourCharCode("long");
 inline constexpr FourCharCode item = fourCharCode("cobj");

@@ -6,9 +6,11 @@
 #include <unordered_set>
 
 /// Words compared as the language compares them: ignoring the case of ASCII letters, which is all that dictionaries
-/// use.
+/// use. Words are UTF-8; bytes outside of ASCII only equal themselves. Names of scripts are folded beyond ASCII by the
+/// lexer, which gives all uses of one name its first spelling.
 namespace tabwright::applescript {
 
+/// A byte in lower case when it is an ASCII capital; any other as it is. Never depends on the locale.
 [[nodiscard]] constexpr char foldedLetter(char letter) {
   return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
@@ -31,14 +33,14 @@ namespace tabwright::applescript {
   return static_cast<std::size_t>(hash);
 }
 
-/// For tables of words.
+/// For tables of words: hash and equality that look words up in any case without making a folded copy.
 struct FoldedHash {
   std::size_t operator()(std::string_view word) const { return foldedHash(word); }
 };
 struct FoldedEqual {
   bool operator()(std::string_view left, std::string_view right) const { return equalFolded(left, right); }
 };
-/// The words must outlive the set.
+/// Views only: the words must outlive the set.
 using FoldedNames = std::unordered_set<std::string_view, FoldedHash, FoldedEqual>;
 
 } // namespace tabwright::applescript

@@ -6,7 +6,8 @@
 #include <utility>
 
 // Terms are found by their first word, which nearly always settles that there is none; the few entries that share a
-// first word are then tried from the longest to the shortest.
+// first word are then tried from the longest to the shortest. An entry holds the terms of all kinds that have the same
+// words, since the parser alone can tell by what follows which of them is meant.
 namespace tabwright::applescript {
 
 namespace {
@@ -30,6 +31,7 @@ bool beginsWith(std::span<const std::string_view> words, std::span<const std::st
 Terminology::Terminology(std::string name, std::span<const Term> rows) : name_(std::move(name)), rows_(rows) {
   for (const Term& term : rows_) {
     add(term.words, term, false);
+    // A plural that is the singular would be a second reading of the same words.
     if (!term.plural.empty() && !equalFolded(term.plural, term.words))
       add(term.plural, term, true);
   }
@@ -60,6 +62,7 @@ std::span<const Terminology::Match> Terminology::longestMatch(std::span<const st
   const auto found = byFirstWord_.find(words.front());
   if (found == byFirstWord_.end())
     return {};
+  // The longest come first.
   for (const Entry& entry : found->second) {
     if (beginsWith(words, entry.words))
       return entry.matches;

@@ -13,14 +13,18 @@
 
 namespace tabwright::applescript {
 
-/// A parameter of a command, by the words in front of it: `with properties`, `using`, `given`.
+/// A parameter of a command, by the words in front of it: `with properties`, `using`, `given`. Words that one writes
+/// behind `with` and `without` only (`administrator privileges`) stand without these.
 struct ParameterTerm {
   std::string_view words;
   FourCharCode code = 0;
 };
 
 /// A row of a dictionary: words a script may write, and the code they stand for. Words are lower case except where the
-/// dictionary writes capitals (`URL`); comparison ignores case. Several words are separated by single blanks.
+/// dictionary writes capitals (`URL`); comparison ignores case. Several words are separated by single blanks, and there
+/// are eight at most, as many as the parser looks at.
+///
+///     {Term::Kind::className, "tab", fourCharCode("CrTb"), "tabs"}
 struct Term {
   enum class Kind {
     className,  ///< `window`; `plural` holds `windows`
@@ -30,14 +34,20 @@ struct Term {
   };
   Kind kind = Kind::property;
   std::string_view words;
+  /// 0 for a command, which has an event instead.
   FourCharCode code = 0;
+  /// Classes only; empty for one that is never spoken of in the plural.
   std::string_view plural = {};
+  /// Commands only.
   EventCode event = {};
+  /// Commands only, in any order: where several fit, the one of most words is taken. The direct parameter is not among
+  /// them.
   std::span<const ParameterTerm> parameters = {};
   /// A command that takes no direct parameter (`current date`) leaves what follows it to the expression around it.
   enum class DirectParameter { optional, none };
   DirectParameter directParameter = DirectParameter::optional;
 
+  /// A command whose direct parameter may be given.
   [[nodiscard]] static constexpr Term command(std::string_view words, EventCode event,
                                               std::span<const ParameterTerm> parameters = {}) {
     return {Kind::command, words, 0, {}, event, parameters};
@@ -54,10 +64,13 @@ public:
   /// codes of the same kind.
   Terminology(std::string name, std::span<const Term> rows);
 
+  /// For people: the application's name, or `AppleScript`.
   [[nodiscard]] const std::string& name() const { return name_; }
   [[nodiscard]] std::span<const Term> rows() const { return rows_; }
 
+  /// A term that some words begin with.
   struct Match {
+    /// One of `rows()`; never null in an answer.
     const Term* term = nullptr;
     bool isPlural = false; ///< the plural of a class was written
     std::size_t words = 0; ///< how many words it took
@@ -69,8 +82,10 @@ public:
   /// Some term begins with that word.
   [[nodiscard]] bool hasFirstWord(std::string_view word) const;
 
-  /// The words for a code, for the printer and for messages; null when the table has none.
+  /// The words for a code, for the printer and for messages: the first row of that kind, or null when the table has
+  /// none. Commands have no code: see `findCommand`.
   [[nodiscard]] const Term* findCode(Term::Kind kind, FourCharCode code) const;
+  /// The command that sends an event; null when the table has none.
   [[nodiscard]] const Term* findCommand(EventCode event) const;
 
 private:

@@ -1,3 +1,5 @@
+// The class of a value, told by a visitor over the kinds that values have. A kind without an operator of its own
+// doesn't compile, so a new one can't be forgotten. Class names are made once and handed out shared.
 #include "applescript/values/ClassNames.h"
 
 #include "applescript/values/Dates.h"
@@ -47,6 +49,7 @@ struct ClassVisitor {
   Class operator()(Date) const { return classes.date; }
   Class operator()(const Value::ClassPointer&) const { return classes.typeClass; }
   Class operator()(const Value::EnumeratorPointer& enumerator) const {
+    // Months and days of the week are constants with classes of their own.
     if (monthOf(*enumerator))
       return classes.month;
     return weekdayOf(*enumerator) ? classes.weekday : classes.constant;
@@ -77,6 +80,7 @@ bool isTextClass(FourCharCode code) {
 }
 
 bool sameClass(FourCharCode left, FourCharCode right) {
+  // `class` is a property by one code and a class by the other; compared, they mean the same.
   const auto isClassClass = [](FourCharCode code) { return code == codes::className || code == codes::typeClass; };
   return left == right || (isTextClass(left) && isTextClass(right)) || (isClassClass(left) && isClassClass(right));
 }
@@ -85,6 +89,7 @@ bool isKindOf(const Value& value, FourCharCode classCode) {
   if (classCode == codes::item || classCode == codes::anything)
     return true;
   const FourCharCode own = classOf(value)->code;
+  // There is no value whose own class is `number`.
   if (classCode == codes::number)
     return own == codes::integer || own == codes::real;
   return sameClass(own, classCode);

@@ -1,5 +1,6 @@
-// One function per target, and a table-like switch that names them. A value that is nested in a list of one is taken
-// out in one place, at the end of each attempt, before the error.
+// One function per target, and a switch over the codes of classes that names them. A value in a list of one is taken
+// out last, just before the error: for numbers, booleans and the classes that only a value of their own has. A text
+// joins its list, however long it is, and records, dates and constants are taken out of none.
 #include "applescript/values/Coercion.h"
 
 #include "applescript/values/ClassNames.h"
@@ -84,13 +85,19 @@ Value recordOf(const Value& value) {
     return value;
   if (const auto* list = value.get<Value::ListPointer>(); list && (*list)->items.empty())
     return std::make_shared<Record>();
+  else if (list && (*list)->items.size() == 1 && (*list)->items.front().is<Value::RecordPointer>())
+    return (*list)->items.front();
   throw errors::cannotMake(value, "record");
 }
 
 Value dateOf(const Value& value) {
   if (value.is<Date>())
     return value;
+  if (const auto* list = value.get<Value::ListPointer>();
+      list && (*list)->items.size() == 1 && (*list)->items.front().is<Date>())
+    return (*list)->items.front();
   if (const std::string* text = value.text()) {
+    // Coercions know no clock: a time alone, or a day without a year, is in 2001 here.
     if (const auto date = dateFromText(*text, Date{}))
       return *date;
   }
@@ -130,6 +137,7 @@ Value numberOf(const Value& value) {
       return *weekday;
   } else if (value.is<Value::ReferencePointer>() || value.is<Value::ForeignPointer>()) {
     const Value plain = plainValue(value);
+    // One without a form in the language would come by here without end.
     if (!plain.is<Value::ForeignPointer>())
       return numberOf(plain);
   } else if (const Value* item = onlyItem(value)) {
@@ -146,6 +154,7 @@ std::int64_t integerOf(const Value& value) {
   try {
     number = numberOf(value);
   } catch (const ScriptError& error) {
+    // The sentence names the class that was asked for.
     if (error.number() == errorNumber::cannotMake)
       throw errors::cannotMake(value, "integer");
     throw;
@@ -153,6 +162,7 @@ std::int64_t integerOf(const Value& value) {
   if (const auto* integer = number.get<std::int64_t>())
     return *integer;
   const double whole = std::round(*number.get<double>());
+  // Asked this way round, since it has to refuse NaN as well.
   if (!(std::abs(whole) < 9223372036854775808.0))
     throw errors::cannotMake(value, "integer");
   return static_cast<std::int64_t>(whole);
@@ -227,12 +237,14 @@ Value coerce(const Value& value, const ClassName& type, const CoercionContext& c
     return dateOf(plain);
   case codes::constant:
     return constantOf(plain, type);
+  // Everything is an item, so nothing has to change.
   case codes::anything:
   case codes::item:
     return plain;
   default:
     if (isKindOf(plain, type.code))
       return plain;
+    // `x as window` of what names one already asks no application.
     if (const auto* specifier = plain.get<Value::SpecifierPointer>();
         specifier && (*specifier)->desiredClass == type.code)
       return plain;

@@ -1,3 +1,8 @@
+// Equality visits the left value and asks the right one for the same kind; only integers and reals meet. Order goes by
+// the kind of the left value, to which the right one is coerced, but for dates. Containment is by rows of items in
+// lists, by fields in records, and in texts, numbers, booleans and dates by their texts; anything else holds what it
+// equals. Whatever walks into lists and records counts its levels (Traversal), since a script can nest them without
+// end.
 #include "applescript/values/Comparison.h"
 
 #include "applescript/values/ClassNames.h"
@@ -66,6 +71,7 @@ private:
   static bool same(bool left, bool right) { return left == right; }
   static bool same(Date left, Date right) { return left.seconds == right.seconds; }
   [[nodiscard]] bool same(const Text& left, const Text& right) const {
+    // A text equals its copies by any attributes, at no cost.
     return left.isSameObject(right) || textEquals(left.utf8(), right.utf8(), attributes);
   }
   static bool same(const Value::ClassPointer& left, const Value::ClassPointer& right) {
@@ -78,6 +84,7 @@ private:
     return left == right || equalLists(*left, *right, attributes);
   }
   [[nodiscard]] bool same(const Value::RecordPointer& left, const Value::RecordPointer& right) const {
+    // Labels are unique, so as many fields that are all found are the same ones.
     return left == right || (left->fields.size() == right->fields.size() && hasFields(*left, *right, attributes));
   }
   static bool same(const Value::SpecifierPointer& left, const Value::SpecifierPointer& right) {
@@ -94,6 +101,7 @@ std::vector<Value> itemsOf(const Value& value) {
   return {value};
 }
 
+// Values whose texts may be looked into: `12 contains 2`. Constants, classes and objects only equal each other.
 bool isContainer(const Value& value) {
   return value.is<Value::ListPointer>() || value.is<Value::RecordPointer>() || value.text() ||
          asReal(value).has_value() || value.is<bool>() || value.is<Date>();
@@ -105,6 +113,7 @@ bool holdsItems(const Value& whole, const Value& part, Place place, const TextAt
   const std::vector<Value>& items = (*whole.get<Value::ListPointer>())->items;
   const std::vector<Value> wanted = itemsOf(part);
   const auto same = [&](const Value& a, const Value& b) { return equalItems(a, b, attributes); };
+  // Settled first: std::equal reads as many items as are wanted.
   if (wanted.size() > items.size())
     return false;
   switch (place) {
@@ -161,6 +170,7 @@ int order(const Value& left, const Value& right, const TextAttributes& attribute
     return order(date->seconds, other->seconds);
   }
   if (const auto* integer = left.get<std::int64_t>()) {
+    // Two integers aren't compared as reals, which would lose digits.
     if (const auto* other = right.get<std::int64_t>())
       return order(*integer, *other);
   }

@@ -1,5 +1,6 @@
 // A date is a count of seconds on the wall clock, so that no time zone takes part here: days are counted by the chrono
-// calendar, and texts are read token by token, numbers by what stands between them.
+// calendar. Texts are taken apart into numbers, words and marks, and the parts of a date told by what stands between
+// them; names are the English ones, whatever the language of the system.
 #include "applescript/values/Dates.h"
 
 #include "applescript/terminology/Codes.h"
@@ -67,6 +68,7 @@ std::optional<unsigned> positionOf(const std::array<NamedDay, count>& names, std
   return {};
 }
 
+// Dates that the calendar can't hold, and NaN, count as the first moment of 2001.
 std::int64_t wholeSeconds(Date date) {
   if (!(std::abs(date.seconds) < furthest))
     return 0;
@@ -74,6 +76,7 @@ std::int64_t wholeSeconds(Date date) {
 }
 
 std::int64_t dayNumber(Date date) {
+  // Rounded down before 2001 as well: the time of day is never negative.
   const std::int64_t seconds = wholeSeconds(date);
   return seconds >= 0 ? seconds / secondsPerDay : -((-seconds + secondsPerDay - 1) / secondsPerDay);
 }
@@ -93,6 +96,7 @@ std::vector<Token> tokensOf(std::string_view text) {
     const std::size_t start = at;
     if (isDigit(text[at])) {
       std::int64_t number = 0;
+      // Further digits are dropped: the number is too large for any part of a date as it is.
       for (; at < text.size() && isDigit(text[at]); ++at)
         number = number < 1'000'000'000 ? number * 10 + (text[at] - '0') : number;
       tokens.push_back({Token::Kind::number, number, at - start, text.substr(start, at - start)});
@@ -111,6 +115,7 @@ std::vector<Token> tokensOf(std::string_view text) {
   return tokens;
 }
 
+// Reads a day, a time, or a time behind a day. A text with anything left over is no date.
 class DateReader {
 public:
   DateReader(std::string_view text, Date now) : tokens_(tokensOf(text)), parts_(calendarDate(now)) {}
@@ -119,6 +124,7 @@ public:
     if (tokens_.empty())
       return {};
     parts_.secondsOfDay = 0;
+    // A colon behind the first token: a time alone.
     if (!isMark(1, ":") && !readDay())
       return {};
     if (at_ < tokens_.size() && !readTime())
@@ -143,6 +149,7 @@ private:
   bool setDay(std::int64_t year, std::int64_t month, std::int64_t day, std::size_t yearDigits) {
     if (month < 1 || month > 12 || day < 1 || day > 31 || year > 9999)
       return false;
+    // Days beyond a month's end carry over in `dateFrom`.
     parts_.year = yearDigits <= 2 ? 2000 + year : year;
     parts_.month = static_cast<unsigned>(month);
     parts_.day = static_cast<unsigned>(day);
@@ -150,11 +157,13 @@ private:
   }
 
   bool readDay() {
+    // The day of the week is read over, and not held against the date.
     if (isWord(0) && positionOf(weekdays, tokens_[at_].text) && !positionOf(months, tokens_[at_].text))
       ++at_;
     for (const std::string_view mark : {"-", "/"}) {
       if (!(isNumber(0) && isMark(1, mark) && isNumber(2) && isMark(3, mark) && isNumber(4)))
         continue;
+      // `2026-01-31` by its digits, else month, day and year as in the United States.
       const bool yearFirst = tokens_[at_].digits > 2;
       const bool valid = yearFirst ? setDay(number(0), number(2), number(4), tokens_[at_].digits)
                                    : setDay(number(4), number(0), number(2), tokens_[at_ + 4].digits);
@@ -163,6 +172,7 @@ private:
     }
     if (!((isWord(0) && isNumber(1)) || (isNumber(0) && isWord(1))))
       return false;
+    // `January 31` or `31 January`.
     const std::size_t wordAt = isWord(0) ? 0 : 1;
     const auto month = positionOf(months, tokens_[at_ + wordAt].text);
     if (!month)
@@ -192,6 +202,7 @@ private:
     if (isWord(0) && (sameName(tokens_[at_].text, "AM") || sameName(tokens_[at_].text, "PM"))) {
       if (hour < 1 || hour > 12)
         return false;
+      // 12 AM is midnight, 12 PM noon.
       hour = hour % 12 + (sameName(tokens_[at_].text, "PM") ? 12 : 0);
       ++at_;
     }
@@ -218,6 +229,7 @@ CalendarDate calendarDate(Date date) {
 Date dateFrom(const CalendarDate& parts) {
   const sys_days monthStart =
       std::chrono::year{static_cast<int>(parts.year)} / std::chrono::month{parts.month} / std::chrono::day{1};
+  // The calendar takes no day 31 of February, but days can be added to the first.
   const auto day = (monthStart + days{static_cast<int>(parts.day) - 1} - epoch).count();
   return {static_cast<double>(day) * secondsPerDay + parts.secondsOfDay};
 }
@@ -237,6 +249,7 @@ std::optional<int> weekdayOf(const Enumerator& constant) {
 namespace {
 
 const NamedDay& weekdayAt(Date date) {
+  // Encoded from Sunday on, as the table is.
   return weekdays[std::chrono::weekday{epoch + days{dayNumber(date)}}.c_encoding()];
 }
 
@@ -305,9 +318,11 @@ std::optional<Date> withDateProperty(Date date, FourCharCode property, const Val
   else
     return {};
   const auto setTime = [&](std::int64_t hours, std::int64_t minutes, std::int64_t seconds) -> std::optional<Date> {
+    // Added as seconds, so that hours, minutes and seconds beyond their ends carry over.
     parts.secondsOfDay = 0;
     return Date{dateFrom(parts).seconds + static_cast<double>(hours * 3600 + minutes * 60 + seconds)};
   };
+  // Keeps the sums below within a few millennia, and products within 64 bits.
   if (std::abs(number) > 1'000'000)
     return {};
   const std::int64_t seconds = parts.secondsOfDay;
@@ -323,6 +338,7 @@ std::optional<Date> withDateProperty(Date date, FourCharCode property, const Val
     parts.month = static_cast<unsigned>(number);
     return dateFrom(parts);
   case codes::day: {
+    // Counted from the first of the month, so that 0 and 32 carry over.
     parts.day = 1;
     return Date{dateFrom(parts).seconds + static_cast<double>((number - 1) * secondsPerDay)};
   }

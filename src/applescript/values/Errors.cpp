@@ -43,6 +43,8 @@ ScriptError cannotSet(const ObjectSpecifier& specifier, const Value& value, cons
 
 namespace {
 
+// The one error that scripts provoke by the thousand to tell values apart. Its value is put into words only for those
+// who read the sentence.
 class CannotMake final : public ScriptError::Sentence {
 public:
   CannotMake(const Value& subject, std::string_view type) : value(subject), type_(type) {}
@@ -63,6 +65,7 @@ ScriptError cannotMake(const Value& value, std::string_view type) {
   auto sentence = std::make_shared<const CannotMake>(value, type);
   ScriptError error(errorNumber::cannotMake, sentence);
   const Value* subject = &sentence->value;
+  // The value lives inside of the sentence, which both then hold.
   error.offendingObject = std::shared_ptr<const Value>(std::move(sentence), subject);
   return error;
 }

@@ -1,4 +1,5 @@
-// Integers are exact as long as 64 bits hold the result, and go over to reals where they don't.
+// Integers are exact as long as 64 bits hold the result, and go over to reals where they don't. Reals are written and
+// read by the shortest form that gives the same real again (`std::to_chars`), independent of any locale.
 #include "applescript/values/Numbers.h"
 
 #include "applescript/values/Errors.h"
@@ -21,6 +22,7 @@ double finite(double value) {
 }
 
 Value wholeOrReal(double value) {
+  // The bound itself is an integer of 64 bits, its negative no longer.
   if (value >= smallestIntegerAsReal && value < -smallestIntegerAsReal)
     return static_cast<std::int64_t>(value);
   return finite(value);
@@ -40,10 +42,12 @@ std::optional<std::int64_t> exact(Arithmetic operation, std::int64_t left, std::
     overflows = __builtin_mul_overflow(left, right, &result);
     break;
   case Arithmetic::integerDivide:
+    // The one quotient that 64 bits don't hold; the processor traps on it.
     overflows = right == -1 && left == std::numeric_limits<std::int64_t>::min();
     result = overflows ? 0 : left / right;
     break;
   case Arithmetic::modulo:
+    // The same trap, though the remainder is 0 for any number.
     result = right == -1 ? 0 : left % right;
     break;
   case Arithmetic::divide:
@@ -69,6 +73,7 @@ std::string realText(double value) {
   if (magnitude < 10000 && magnitude > 0.0001) {
     const auto end = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed).ptr;
     std::string text(buffer, end);
+    // The point tells it from an integer.
     return text.find('.') == std::string::npos ? text + ".0" : text;
   }
   const auto end = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific).ptr;
@@ -77,6 +82,7 @@ std::string realText(double value) {
   std::string mantissa = text.substr(0, e);
   if (mantissa.find('.') == std::string::npos)
     mantissa += ".0";
+  // `1e+05` becomes `1.0E+5`.
   std::string exponent = text.substr(e + 2);
   exponent.erase(0, std::min(exponent.find_first_not_of('0'), exponent.size() - 1));
   return mantissa + "E" + text[e + 1] + exponent;
@@ -88,10 +94,14 @@ std::optional<Value> numberFromText(std::string_view text) {
   if (start == std::string_view::npos)
     return {};
   text = text.substr(start, text.find_last_not_of(blanks) - start + 1);
-  if (text.front() == '+')
+  // from_chars takes a minus in front, but no plus.
+  if (text.front() == '+') {
     text.remove_prefix(1);
+    if (text.starts_with('-')) // one sign, not two
+      return {};
+  }
   const std::string_view digits = text.starts_with('-') ? text.substr(1) : text;
-  // from_chars also reads "inf", "nan" and ".5"; a number of the language starts with a digit or a point.
+  // from_chars also reads "inf" and "nan", which are no numbers of the language.
   if (digits.empty() || digits.find_first_not_of("0123456789.eE+-") != std::string_view::npos)
     return {};
   const char* end = text.data() + text.size();
@@ -121,6 +131,7 @@ Value calculate(Arithmetic operation, const Value& left, const Value& right) {
     throw errors::divisionByZero();
   const auto* wholeLeft = left.get<std::int64_t>();
   const auto* wholeRight = right.get<std::int64_t>();
+  // Whole operands first: as reals they may lose digits.
   if (wholeLeft && wholeRight) {
     if (const auto result = exact(operation, *wholeLeft, *wholeRight))
       return *result;
@@ -153,6 +164,7 @@ Value rounded(double value, Rounding direction) {
   case Rounding::toNearest: {
     const double nearest = std::round(value);
     const bool isHalfway = std::abs(value - std::trunc(value)) == 0.5;
+    // Halves go to the even neighbour.
     return wholeOrReal(isHalfway ? 2 * std::round(value / 2) : nearest);
   }
   case Rounding::up:

@@ -1,3 +1,6 @@
+// Specifiers are nodes that never change and point outwards, to their containers, so that any number of names may share
+// the chain that they hang from. The functions here make steps and compare chains; no application is asked. Walks go
+// along the chain in loops, since a script can make one of any length.
 #include "applescript/values/ObjectSpecifier.h"
 
 #include "applescript/values/Comparison.h"
@@ -90,6 +93,7 @@ bool sameSpecifier(const ObjectSpecifier& left, const ObjectSpecifier& right) {
   const ObjectSpecifier* a = &left;
   const ObjectSpecifier* b = &right;
   for (; a && b; a = a->container.get(), b = b->container.get()) {
+    // From a shared node outwards the chains are one.
     if (a == b)
       return true;
     // Keys that texts give are compared exactly: ids differ in case.

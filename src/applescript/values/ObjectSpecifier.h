@@ -12,7 +12,8 @@ class ScriptableApplication;
 struct ObjectSpecifier;
 using SpecifierPointer = std::shared_ptr<const ObjectSpecifier>;
 
-/// Comparisons of a `whose` test. The negated forms are written with a logical `not` around.
+/// Comparisons of a `whose` test, in the order of their words in SourceForm.h. The negated forms are written with a
+/// logical `not` around; `isContainedBy` is `contains` with its sides exchanged.
 enum class TestOperator {
   equals,
   greaterThan,
@@ -25,8 +26,10 @@ enum class TestOperator {
   isContainedBy
 };
 
-/// The condition of a `whose`: a tree over the properties of the object under test.
+/// The condition of a `whose`: a tree over the properties of the object under test. Immutable once it is part of a
+/// specifier.
 struct SpecifierTest {
+  /// `both` is `and`, `either` is `or`.
   enum class Kind { comparison, both, either, negation };
   Kind kind = Kind::comparison;
 
@@ -48,6 +51,7 @@ struct SpecifierTest {
 /// in the root. A specifier says nothing about whether the thing exists: the application finds that out when an event
 /// carries the specifier, and answers for one object with that object's specifier by id.
 struct ObjectSpecifier {
+  /// In the order of the words in SourceForm.cpp.
   enum class Form {
     application, ///< the root: the application itself. No container
     tested,      ///< the root inside a `whose`: the object under test. No container, no application
@@ -68,6 +72,7 @@ struct ObjectSpecifier {
   Form form = Form::application;
   FourCharCode desiredClass = 0; ///< class of the element, or code of the property
   SpecifierPointer container;    ///< null for the roots
+  /// `missing value` for forms without one, as is `rangeEnd`.
   Value key;
   Value rangeEnd;
   /// Condition on the elements that `form` picks from; null for none. `windows whose p` is Form::every with a test.
@@ -83,8 +88,13 @@ struct ObjectSpecifier {
   ~ObjectSpecifier();
 };
 
+/// The application itself, from which a chain hangs.
+///
+///     // tab 3 of window id "8" of application "X"
+///     elementByIndex(elementByID(applicationRoot(x), fourCharCode("cwin"), "8"), fourCharCode("CrTb"), 3)
 [[nodiscard]] SpecifierPointer applicationRoot(std::shared_ptr<ScriptableApplication> application);
-/// `container` must not be null.
+/// A step further inwards, in the application of the container, which must not be null. `index` is 1-based, negative
+/// from the end; an id is a text or an integer.
 [[nodiscard]] SpecifierPointer propertyOf(SpecifierPointer container, FourCharCode property);
 [[nodiscard]] SpecifierPointer elementByIndex(SpecifierPointer container, FourCharCode elementClass,
                                               std::int64_t index);
@@ -92,9 +102,11 @@ struct ObjectSpecifier {
 [[nodiscard]] SpecifierPointer elementByName(SpecifierPointer container, FourCharCode elementClass, std::string name);
 [[nodiscard]] SpecifierPointer everyElement(SpecifierPointer container, FourCharCode elementClass);
 
-/// The node without container that a chain hangs from.
+/// The node without container that a chain hangs from; lives as long as the chain.
 [[nodiscard]] const ObjectSpecifier& rootOf(const ObjectSpecifier& specifier);
-/// The two name the same thing in the same words: equal steps of the same application. Asks no application.
+/// The two name the same thing in the same words: equal steps of the same application, with texts in keys compared
+/// exactly. Conditions are the same only as one object: `windows whose p` written twice makes two names. Asks no
+/// application.
 [[nodiscard]] bool sameSpecifier(const ObjectSpecifier& left, const ObjectSpecifier& right);
 
 } // namespace tabwright::applescript

@@ -30,13 +30,16 @@ std::string ItemReference::description() const {
 }
 
 bool ItemReference::isSamePlace(const Reference& other) const {
+  // Each round of a loop makes a reference of its own, so one place may have several.
   const auto* item = dynamic_cast<const ItemReference*>(&other);
   return item && item->list_ == list_ && item->index_ == index_;
 }
 
 Value::ReferencePointer ItemReference::asParameter(const Value::ReferencePointer& self) const {
+  // Handed on from one handler to the next, it is that already.
   if (comparison_ == Comparison::byValue)
     return self;
+  // A second one, since that of the loop's variable goes on comparing by place.
   return std::make_shared<const ItemReference>(list_, index_, Comparison::byValue);
 }
 
@@ -96,6 +99,7 @@ bool needsLooking(const Value& value, ForeignObjects foreignObjects) {
 
 Value looked(Value value, ForeignObjects foreignObjects) {
   if (value.is<Value::ReferencePointer>()) {
+    // A reference may lead to a list that holds the reference.
     const Traversal traversal;
     return looked(lookThrough(std::move(value)), foreignObjects);
   }

@@ -4,7 +4,10 @@
 
 namespace tabwright::applescript {
 
-/// Sets a variable for as long as this lives, and puts the former value back however the block ends.
+/// Sets a variable for as long as this lives, and puts the former value back however the block ends. The variable must
+/// outlive it; of several on one variable the last one made must end first.
+///
+///     const Restored<Value> target(frame.target, window); // until the end of the block
 template <class T>
 class Restored {
 public:

@@ -14,7 +14,8 @@ struct ScriptLayout;
 /// A script as a value: the whole script, or what `script … end script` makes each time it is reached.
 ///
 /// Holds the values of the properties and globals; their names and the handlers are the layout's, which belongs to the
-/// compiled Script. So a script object is of use only while that Script lives.
+/// compiled Script. So a script object is of use only while that Script lives, which also empties it at its end. Made
+/// by Script::instantiate; belongs to the thread of the run.
 class ScriptObject {
 public:
   /// `name` is empty for a script without one; all `variables` begin as `nothing`.
@@ -31,14 +32,15 @@ public:
 
   /// By index of the layout; `nothing` where not defined yet.
   std::vector<Value> variables;
-  /// The receiver of messages that this one has no handler for; `nothing` without a `parent` property.
+  /// The receiver of messages that this one has no handler for; `nothing` without a `parent` property. May be any
+  /// value; only script objects have handlers.
   Value parent = Value::nothing();
 
-  /// The script object of `parent`, null when it is none.
+  /// The script object of `parent`, null when it is none. Valid until `parent` changes.
   [[nodiscard]] ScriptObject* parentScript() const;
   /// `«script NAME»`, or `«script»`.
   [[nodiscard]] std::string description() const;
-  /// Lets go of all values, so that script objects that hold each other can end.
+  /// Lets go of all values, so that script objects that hold each other can end. All variables are `nothing` then.
   void clear();
 
 private:

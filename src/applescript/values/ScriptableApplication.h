@@ -12,7 +12,8 @@ struct AppleEventMessage;
 /// An application that specifiers name and that answers Apple events. Implemented outside this folder; the language
 /// knows no application.
 ///
-/// Called from the thread of a running script, from several such threads at once.
+/// Called from the thread of a running script, from several such threads at once. Specifiers share it, so it lives as
+/// long as any value that names something in it.
 class ScriptableApplication {
 public:
   virtual ~ScriptableApplication() = default;

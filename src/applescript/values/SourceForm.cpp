@@ -21,7 +21,9 @@ namespace tabwright::applescript {
 
 namespace {
 
+// Values, specifiers and tests inside of one another: the writer recurses into them.
 constexpr std::size_t deepestShown = 100;
+// In bytes: a few lines.
 constexpr std::size_t longestInSentence = 1000;
 
 class SourceFormWriter {
@@ -73,8 +75,10 @@ public:
   void operator()(const Text& text) {
     out_ += '"';
     const std::string& utf8 = text.utf8();
+    // One byte more than fits, so that `take` sees that something is missing.
     const std::size_t shown = std::min(utf8.size(), limit_ - std::min(limit_, out_.size()) + 1);
     for (const char c : std::string_view(utf8).substr(0, shown)) {
+      // Line ends and tabs stay as they are, as the language takes them inside of quotation marks.
       if (c == '"' || c == '\\')
         out_ += '\\';
       out_ += c;
@@ -86,6 +90,7 @@ public:
     out_ += '{';
     bool first = true;
     for (const Value& item : list->items) {
+      // The bracket is left open: the `…` at the end tells that more would follow.
       if (out_.size() > limit_)
         return;
       out_ += std::exchange(first, false) ? "" : ", ";
@@ -101,6 +106,7 @@ public:
       if (out_.size() > limit_)
         return;
       out_ += std::exchange(first, false) ? "" : ", ";
+      // A dictionary's words need no bars, even if there are several.
       out_ += label.code != 0 ? label.name : nameInSource(label.name);
       out_ += ':';
       write(value);
@@ -115,6 +121,7 @@ public:
                                       : "current application";
       return;
     }
+    // One code may be a class and a property, each with words of its own.
     const Term::Kind kind = specifier.form == Form::property ? Term::Kind::property : Term::Kind::className;
     if (const Term* term = find(specifier, kind)) {
       writeStep(specifier, {term->words, term->plural.empty() ? term->words : term->plural});
@@ -126,6 +133,7 @@ public:
     const ObjectSpecifier* container = specifier.container.get();
     if (!container)
       return;
+    // An object under test isn't named, and the application already stands in front of the sentence.
     const bool isOutermost =
         container->form == Form::tested || (isWithinApplication_ && container->form == Form::application);
     if (!isOutermost) {
@@ -141,10 +149,12 @@ public:
   }
 
   void writeStep(const ObjectSpecifier& step, StepWords words) {
+    // `last tab` has no index of its own: it is −1.
     if (const auto* index = step.key.get<std::int64_t>(); step.form == Form::index && index && *index == -1) {
       out_ += fmt::format("last {}", words.singular);
       return;
     }
+    // A place beside an element, and not the element there.
     if ((step.form == Form::before || step.form == Form::after) && step.desiredClass == 0) {
       out_ += step.form == Form::before ? "before" : "after";
       return;
@@ -166,6 +176,7 @@ private:
   }
 
   [[nodiscard]] const Term* find(const ObjectSpecifier& specifier, Term::Kind kind) const {
+    // The language's own words fill in for a dictionary that lacks the code.
     const Terminology* own = dictionaryOf(specifier);
     const Term* term = own ? own->findCode(kind, specifier.desiredClass) : nullptr;
     return term ? term : languageTerminology().findCode(kind, specifier.desiredClass);
@@ -188,6 +199,7 @@ private:
       break;
     case SpecifierTest::Kind::both:
     case SpecifierTest::Kind::either:
+      // Without brackets around, as people read it; an `or` inside an `and` isn't told apart.
       for (std::size_t index = 0; index < test.operands.size(); ++index) {
         if (index > 0)
           out_ += test.kind == SpecifierTest::Kind::both ? " and " : " or ";

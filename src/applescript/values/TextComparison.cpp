@@ -47,8 +47,10 @@ bool isIgnored(UChar32 c, const TextAttributes& attributes) {
 icu::UnicodeString normalised(std::string_view text, const TextAttributes& attributes) {
   auto plain = icu::UnicodeString::fromUTF8({text.data(), static_cast<int32_t>(text.size())});
   UErrorCode status = U_ZERO_ERROR;
+  // Composed, letters keep their marks; decomposed, the marks stand alone and can be left out.
   const icu::Normalizer2* normalizer = attributes.considersDiacriticals ? icu::Normalizer2::getNFCInstance(status)
                                                                         : icu::Normalizer2::getNFDInstance(status);
+  // Without the normaliser texts are compared as they are written.
   if (U_FAILURE(status))
     return plain;
   icu::UnicodeString result = normalizer->normalize(plain, status);
@@ -71,6 +73,7 @@ std::u32string keyOf(std::string_view text, const TextAttributes& attributes) {
   for (std::size_t at = 0; at < key.size(); ++at) {
     const bool isDigit = u_isdigit(static_cast<UChar32>(key[at]));
     const bool digitFollows = at + 1 < key.size() && u_isdigit(static_cast<UChar32>(key[at + 1]));
+    // The last zero of a run stays: it is the number.
     if (key[at] == U'0' && !inDigits && digitFollows)
       continue;
     inDigits = isDigit;
@@ -89,6 +92,7 @@ const icu::Collator* collatorFor(const TextAttributes& attributes) {
     if (U_FAILURE(status))
       collator.reset();
     if (collator) {
+      // SECONDARY tells marks apart but not case.
       collator->setStrength(attributes.considersCase ? icu::Collator::TERTIARY : icu::Collator::SECONDARY);
       collator->setAttribute(UCOL_NUMERIC_COLLATION, attributes.considersNumericStrings ? UCOL_ON : UCOL_OFF, status);
     }
@@ -126,6 +130,7 @@ int compareText(std::string_view left, std::string_view right, const TextAttribu
     if (U_SUCCESS(status) && order != UCOL_EQUAL)
       return order == UCOL_LESS ? -1 : 1;
   }
+  // Texts that the collation takes for one, though they aren't equal, have an order all the same.
   return leftKey < rightKey ? -1 : 1;
 }
 
@@ -156,6 +161,7 @@ TextSearch::Folded TextSearch::fold(std::string_view text, const TextAttributes&
     result.codePoints += static_cast<char32_t>(attributes.considersCase ? c : u_foldCase(c, U_FOLD_CASE_DEFAULT));
     result.offsets.push_back(offset);
   };
+  // The first combining character: nothing below it joins with what stands before.
   constexpr UChar32 firstThatComposes = 0x300;
   const auto beginsPiece = [&](UChar32 c) {
     return c < firstThatComposes || U_FAILURE(status) || normalizer->hasBoundaryBefore(c);
@@ -182,6 +188,7 @@ TextSearch::Folded TextSearch::fold(std::string_view text, const TextAttributes&
     const icu::UnicodeString composed = U_SUCCESS(status) ? normalizer->normalize(piece, status) : piece;
     if (U_SUCCESS(status) && composed != piece) {
       piece = composed;
+      // Nothing inside of what was composed is a place of the text.
       starts.resize(1);
     }
     std::size_t index = 0;
@@ -210,11 +217,14 @@ std::optional<TextMatch> TextSearch::find(std::string_view part, std::size_t fro
     folded_ = fold(text_, attributes_);
   const std::vector<std::size_t>& offsets = folded_->offsets;
   const std::u32string sought = fold(part, attributes_).codePoints;
+  // The end counts, too: its offset stands behind those of the code points.
   const auto isPlace = [&](std::size_t index) { return index == 0 || offsets[index] != offsets[index - 1]; };
+  // Should `from` lie inside of something composed, the place behind that is the first.
   auto at = static_cast<std::size_t>(std::ranges::lower_bound(offsets, from) - offsets.begin());
   while ((at = folded_->codePoints.find(sought, at)) != std::u32string::npos) {
     if (const std::size_t end = at + sought.size(); isPlace(at) && isPlace(end))
       return TextMatch{offsets[at], offsets[end] - offsets[at]};
+    // A match that begins or ends inside of something composed: the next may not.
     ++at;
   }
   return {};

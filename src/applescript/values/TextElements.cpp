@@ -19,6 +19,7 @@ enum class Boundary { characters, words };
 // Calls `range(offset, length, status)` for each piece of the text.
 template <class Report>
 void eachPiece(Boundary boundary, const std::string& text, Report report) {
+  // Opening one is slow, and two threads can't share one.
   static thread_local std::unique_ptr<icu::BreakIterator> iterators[2];
   UErrorCode status = U_ZERO_ERROR;
   auto& iterator = iterators[boundary == Boundary::words ? 1 : 0];
@@ -33,6 +34,7 @@ void eachPiece(Boundary boundary, const std::string& text, Report report) {
     iterator->setText(&source, status);
   if (U_FAILURE(status)) {
     utext_close(&source);
+    // One that failed is opened anew the next time.
     iterator.reset();
     throw errors::outOfMemory();
   }
@@ -43,6 +45,7 @@ void eachPiece(Boundary boundary, const std::string& text, Report report) {
     report(TextRange{start, end - start}, iterator->getRuleStatus());
     start = end;
   }
+  // The iterator still points there, but gets another text before it is used again.
   utext_close(&source);
 }
 
@@ -60,6 +63,7 @@ std::vector<TextRange> paragraphsOf(const std::string& text) {
       return 1;
     if (text[at] == '\r')
       return text.compare(at, 2, "\r\n") == 0 ? 2 : 1;
+    // The line and paragraph separators of Unicode, which both begin with this byte.
     if (text[at] == '\xE2' && (text.compare(at, 3, "\u2028") == 0 || text.compare(at, 3, "\u2029") == 0))
       return 3;
     return 0;
@@ -80,6 +84,7 @@ std::vector<TextRange> paragraphsOf(const std::string& text) {
 std::vector<TextRange> wordsOf(const std::string& text) {
   std::vector<TextRange> words;
   eachPiece(Boundary::words, text, [&](TextRange piece, int32_t status) {
+    // Below that are blanks and punctuation.
     if (status >= UBRK_WORD_NONE_LIMIT)
       words.push_back(piece);
   });
@@ -103,6 +108,7 @@ std::vector<TextRange> textItemsOf(const std::string& text, const std::vector<st
   std::vector<TextRange> items;
   if (text.empty())
     return items;
+  // `text item delimiters` of "" take a text apart into its characters.
   if (std::ranges::all_of(delimiters, &std::string::empty))
     return charactersOf(text);
   // Of several delimiters the one that comes next counts, and of those at one place the first given. Each is searched
@@ -145,6 +151,7 @@ const std::vector<TextRange>& PieceIndex::pieces(const Text& text, Kind kind, st
   if (entry.isKnown && entry.text.isSameObject(text) && entry.delimiters == delimiters &&
       entry.attributes == attributes)
     return entry.ranges;
+  // An exception on the way leaves nothing that looks known.
   entry.isKnown = false;
   switch (kind) {
   case Kind::characters:
@@ -160,6 +167,7 @@ const std::vector<TextRange>& PieceIndex::pieces(const Text& text, Kind kind, st
     entry.ranges = textItemsOf(text.utf8(), delimiters, attributes);
     break;
   }
+  // The copy keeps the text from being appended to where it is (Text::appendUnshared), so that its pieces stay true.
   entry.text = text;
   entry.delimiters = std::move(delimiters);
   entry.attributes = attributes;
@@ -170,6 +178,7 @@ const std::vector<TextRange>& PieceIndex::pieces(const Text& text, Kind kind, st
 void CharacterIndex::prepare(const Text& text) {
   if (isPrepared_ && text_.isSameObject(text))
     return;
+  // A copy, which also keeps the text from being appended to where it is.
   text_ = text;
   isPrepared_ = true;
   boundaries_.clear();

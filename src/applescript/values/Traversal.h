@@ -11,8 +11,9 @@ namespace tabwright::applescript {
 /// Bounds a recursive walk over a value: lists may be nested as deep as a script likes, may share their parts so that a
 /// few of them unfold to billions, and may even come to hold themselves.
 ///
-/// Made at each level of the walk. Throws ScriptError −2706 when the walk gets too deep and −108 when it takes too
-/// many steps in all. Walks of one thread count together while one is inside the other.
+/// Made at each level of the walk, before the level's values are looked at, and kept until they have been. Throws
+/// ScriptError −2706 when the walk gets too deep and −108 when it takes too many steps in all. Walks of one thread
+/// count together while one is inside the other.
 class Traversal {
 public:
   Traversal();
@@ -20,6 +21,7 @@ public:
   Traversal(const Traversal&) = delete;
   Traversal& operator=(const Traversal&) = delete;
 
+  /// Levels, one inside the other.
   static constexpr std::size_t deepest = 400;
   static constexpr std::size_t mostSteps = std::size_t{1} << 20; ///< lists and records walked into
 
@@ -28,7 +30,10 @@ private:
   static thread_local std::size_t steps;
 };
 
-/// A list or record made anew of what `part` makes of each of its values; nothing for a value that is neither.
+/// A list or record made anew of what `part` makes of each of its values, in order; nothing for a value that is
+/// neither. Counts as one level of a walk; `part` may recurse.
+///
+///     return rebuilt(value, [](const Value& part) { return part.deepCopy(); }).value_or(value);
 template <class Part>
 [[nodiscard]] std::optional<Value> rebuilt(const Value& value, Part part) {
   if (const auto* list = value.get<Value::ListPointer>()) {

@@ -14,6 +14,7 @@ namespace {
 // and no stack.
 thread_local std::vector<Value>* dying = nullptr;
 
+// Kinds that further values hang from. Specifiers take down their own chains, in a loop.
 bool holdsMore(const Value& value) {
   return value.is<Value::ListPointer>() || value.is<Value::RecordPointer>() || value.is<Value::ReferencePointer>() ||
          value.is<Value::ScriptPointer>();
@@ -31,6 +32,7 @@ void release(Value&& value) noexcept {
   std::vector<Value> queue;
   dying = &queue;
   queue.push_back(std::move(value));
+  // Ending a value may put those that only it held behind the others.
   while (!queue.empty()) {
     const Value last = std::move(queue.back());
     queue.pop_back();
@@ -57,6 +59,7 @@ Value Value::deepCopy() const {
 }
 
 bool Label::sameAs(const Label& other) const {
+  // Code 0 is that of all labels of the script's own, and says nothing.
   return (code != 0 && code == other.code) || sameName(name, other.name);
 }
 

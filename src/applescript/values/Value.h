@@ -22,11 +22,14 @@ class Reference;
 class ScriptObject;
 class ForeignObject;
 
-/// Immutable UTF-8 text, shared between copies: passing a page's HTML around costs a pointer.
+/// Immutable UTF-8 text, shared between copies: passing a page's HTML around costs a pointer. A default-made one is
+/// empty.
 class Text {
 public:
   Text() = default;
+  /// Not checked: where characters matter, ill-formed bytes are read as U+FFFD.
   explicit Text(std::string utf8) : shared_(std::make_shared<std::string>(std::move(utf8))) {}
+  /// Valid while a copy of this text is around; changed by `appendUnshared` alone.
   [[nodiscard]] const std::string& utf8() const { return shared_ ? *shared_ : emptyText(); }
 
   /// Both are copies of one text, so that they are equal without a look at their bytes.
@@ -47,18 +50,21 @@ private:
   std::shared_ptr<std::string> shared_; // changed by appendUnshared only
 };
 
-/// A date as the language has it: seconds since 2001-01-01 00:00:00 on the wall clock of the local time zone.
+/// A date as the language has it: seconds since 2001-01-01 00:00:00 on the wall clock of the local time zone, fractions
+/// included. Dates.h takes it apart.
 struct Date {
   double seconds = 0;
 };
 
-/// The name of a class, such as `text`, `list`, `window`. `words` is what a dictionary calls it.
+/// The name of a class, such as `text`, `list`, `window`. `words` is what a dictionary calls it; without words it is
+/// shown by its code. Classes are compared by their codes (`sameClass`).
 struct ClassName {
   FourCharCode code = 0;
   std::string words;
 };
 
-/// A constant of an enumeration, such as `command down`, `yes`, `ignoring case`.
+/// A constant of an enumeration, such as `command down`, `yes`, `ignoring case`. Constants are equal when their codes
+/// are.
 struct Enumerator {
   FourCharCode code = 0;
   std::string words;
@@ -66,8 +72,12 @@ struct Enumerator {
 
 /// A value of the language: cheap to copy.
 ///
-/// Lists and records are shared by their copies, as `set a to b` shares them; `deepCopy()` is what `copy` does. All
-/// other kinds are immutable. A default-made Value is `missing value`.
+/// Lists and records are shared by their copies, as `set a to b` shares them; `deepCopy()` is what `copy` does. Script
+/// objects and objects of the bridge are shared, too; all other kinds are immutable. A default-made Value is `missing
+/// value`.
+///
+///     if (const auto* list = value.get<Value::ListPointer>())
+///       (*list)->items.push_back(3); // seen by all who hold the list
 ///
 /// Two kinds are not values yet but ways to one:
 /// - an **object specifier** names something in an application, and is resolved by the application when an event needs
@@ -81,9 +91,11 @@ struct Enumerator {
 /// Not safe to use from two threads at once when lists or records are shared between them.
 class Value {
 public:
+  /// `missing value`, `null`, and the absence of a value.
   struct MissingValue {};
   struct Null {};
   struct Nothing {};
+  /// The kinds that copies of a value share. None of these pointers is ever null in a Value.
   using ListPointer = std::shared_ptr<List>;
   using RecordPointer = std::shared_ptr<Record>;
   using SpecifierPointer = std::shared_ptr<const ObjectSpecifier>;
@@ -94,6 +106,7 @@ public:
   using EnumeratorPointer = std::shared_ptr<const Enumerator>;
 
   Value() = default;
+  /// A value of the kind that is given: integers are of 64 bits, a whole real stays a real, texts are UTF-8.
   Value(bool value) : storage_(Trivial(value)) {}
   Value(int value) : storage_(Trivial(std::int64_t{value})) {}
   Value(std::int64_t value) : storage_(Trivial(value)) {}
@@ -125,8 +138,10 @@ public:
     value.storage_ = Trivial(Nothing{});
     return value;
   }
+  /// A new list, which nobody else holds.
   static Value list(std::vector<Value> items);
 
+  /// Exactly one kind fits each value: an integer is no `double`, a date no number.
   template <class Kind>
   [[nodiscard]] bool is() const {
     return get<Kind>() != nullptr;
@@ -141,7 +156,8 @@ public:
   [[nodiscard]] Kind* get() {
     return find<Kind>(storage_);
   }
-  /// Calls `visitor` with what the value is.
+  /// Calls `visitor` with what the value is, by const reference, and gives what it gives. The visitor must take every
+  /// kind that `get` names.
   template <class Visitor>
   decltype(auto) visit(Visitor&& visitor) const {
     const auto unfold = [&visitor](const auto& held) -> decltype(auto) {
@@ -189,10 +205,11 @@ private:
 };
 
 /// Lets go of a value, and of what only it holds, without recursing however deep that is nested. For the destructors of
-/// whatever holds values.
+/// whatever holds values. `value` isn't to be used afterwards.
 void release(Value&& value) noexcept;
 
-/// The items of a list, shared by all values that hold it. 1-based in the language, 0-based here.
+/// The items of a list, shared by all values that hold it: a change is seen by all of them. 1-based in the language,
+/// 0-based here. An item is never `nothing`.
 struct List {
   std::vector<Value> items;
 
@@ -210,6 +227,7 @@ struct Label {
   FourCharCode code = 0;
   std::string name;
 
+  /// Names are compared as names of scripts are (`sameName`).
   [[nodiscard]] bool sameAs(const Label& other) const;
 };
 
@@ -218,12 +236,13 @@ struct Record {
   std::vector<std::pair<Label, Value>> fields;
 
   Record() = default;
+  /// The labels must be unique already.
   explicit Record(std::vector<std::pair<Label, Value>> fields) : fields(std::move(fields)) {}
   Record(const Record&) = delete;
   Record& operator=(const Record&) = delete;
   ~Record();
 
-  /// Null when there is no such field. Valid until the record changes.
+  /// The field of that label; null when there is none. Valid until the record changes.
   [[nodiscard]] Value* find(const Label& label);
   [[nodiscard]] const Value* find(const Label& label) const;
   /// Replaces the field's value, or adds the field at the end.

@@ -1,4 +1,6 @@
-// The texts of all pieces stand in one text, one behind the other; a piece is a place in it.
+// The texts of all pieces stand in one text, one behind the other; a piece is a place in it. So trimming moves a border
+// instead of copying, and a page of a million pieces needs no million texts. Pieces that are taken away leave their
+// text behind until the end, within the limit.
 #include "browserdata/markdown/MarkdownPieces.h"
 
 #include "browserdata/HTMLToMarkdown.h"
@@ -7,6 +9,7 @@
 namespace tabwright::browserdata {
 
 void MarkdownPieces::require(std::size_t room) const {
+  // The text never shrinks, so what was written and taken away again counts: the bound is one of work, too.
   if (room > limit_ - text_.size())
     throw platform::failure(HTMLToMarkdownError::unprocessableHTML);
 }
@@ -25,6 +28,7 @@ void MarkdownPieces::quote(std::size_t begin) {
     require(piece.length + 2);
     const std::size_t offset = text_.size();
     text_ += "> ";
+    // A piece can't grow where it stands, so it is written anew at the end.
     text_.append(text_, piece.offset, piece.length);
     piece = {offset, piece.length + 2};
   }
@@ -41,6 +45,7 @@ void MarkdownPieces::trim(std::size_t begin) {
                 pieces_.begin() + static_cast<std::ptrdiff_t>(first));
   if (pieces_.size() == begin)
     return;
+  // Only the two outer pieces can lose white space; trimmed, they are smaller places in the same text.
   const auto trimmed = [&](const Piece& piece) { return platform::trimmingWhitespaceAndNewlines(textOf(piece)); };
   const auto offsetOf = [&](std::string_view text) { return static_cast<std::size_t>(text.data() - text_.data()); };
   Piece& front = pieces_[begin];

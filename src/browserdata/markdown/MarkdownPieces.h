@@ -16,6 +16,7 @@ public:
   /// At most `limit` bytes are held. Adding more throws `HTMLToMarkdownError::unprocessableHTML`.
   explicit MarkdownPieces(std::size_t limit) : limit_(limit) {}
 
+  /// Adds one piece, even an empty one, but for those at the begin of the scope.
   void add(std::string_view text);
 
   /// Adds what `content` adds, without the empty pieces at its two ends. Yields where it begins.
@@ -41,13 +42,16 @@ public:
   [[nodiscard]] std::string take(std::size_t begin);
 
 private:
+  /// A place in `text_`, in bytes.
   struct Piece {
     std::size_t offset;
     std::size_t length;
   };
+  /// Valid until text is added.
   [[nodiscard]] std::string_view textOf(const Piece& piece) const {
     return std::string_view(text_).substr(piece.offset, piece.length);
   }
+  /// Throws where that much more would go beyond the limit, before any of it is added.
   void require(std::size_t room) const;
 
   std::string text_;

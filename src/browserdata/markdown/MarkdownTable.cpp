@@ -1,5 +1,6 @@
 // The rule of tables. The cells' texts are made first, since the columns' widths depend on them; then the rows are
-// written, padded to them.
+// written, padded to them. A table that holds what no table can is an error of the page, and the conversion fails
+// rather than show half of it.
 #include "browserdata/HTMLToMarkdown.h"
 #include "browserdata/markdown/MarkdownWalk.h"
 #include "platform/Characters.h"
@@ -26,6 +27,7 @@ struct Section {
   std::vector<Row> rows;
 };
 
+// Texts in a table's structure are left out: they are white space, since the parser moves any other out of it.
 template <class Visit>
 void forEachElement(const html::Node& parent, Visit visit) {
   for (const html::Node child : parent.children())
@@ -37,6 +39,7 @@ void forEachElement(const html::Node& parent, Visit visit) {
 
 std::string MarkdownWalk::cellText(const html::Node& cell, const MarkdownPlace& place) {
   MarkdownPlace inside = place.inside(cell);
+  // A list in a cell stands behind a bar, not under the item that the table is in.
   inside.level = 0;
   const std::string content = pieces_.take(pieces_.addTrimmed([&] {
     for (const html::Node child : cell.children())
@@ -46,6 +49,7 @@ std::string MarkdownWalk::cellText(const html::Node& cell, const MarkdownPlace& 
   for (const char character : platform::trimmingWhitespaceAndNewlines(content)) {
     if (character != '\n')
       text += character;
+    // A cell is one line in Markdown: a run of line ends becomes one blank.
     else if (text.back() != '\n')
       text += '\n';
   }
@@ -64,7 +68,9 @@ void MarkdownWalk::addTable(const html::Node& table, const MarkdownPlace& place)
       if (cell.name() != "td" && cell.name() != "th")
         throw platform::failure(HTMLToMarkdownError::unexpectedNode, std::string(cell.name()));
       std::string text = cellText(cell, inside);
+      // Counted in characters as readers see them, not in bytes.
       const std::size_t width = platform::characterCount(text);
+      // Rows may have different numbers of cells: the widest one decides how many columns there are.
       if (widths.size() == cells.size())
         widths.push_back(0);
       widths[cells.size()] = std::max(widths[cells.size()], width);
@@ -91,6 +97,7 @@ void MarkdownWalk::addTable(const html::Node& table, const MarkdownPlace& place)
         pieces_.add(" " + row[column].text + std::string(widths[column] - row[column].width, ' ') + " |");
       pieces_.add(line_);
     }
+    // Markdown's line below the header, as wide as the columns.
     if (section.isHead) {
       std::string separator = "|";
       for (const std::size_t width : widths)

@@ -1,5 +1,6 @@
 // A table gives each tag its rule; the rules follow in the table's order, but for that of tables, which has a file of
-// its own. Tags that the table doesn't hold leave no mark: their content stands as it is.
+// its own. Tags that the table doesn't hold leave no mark: their content stands as it is. Rules write the separators
+// that they need without looking at what is there: gaps that are too wide go in the end.
 #include "browserdata/markdown/MarkdownWalk.h"
 
 #include "platform/Whitespace.h"
@@ -93,6 +94,7 @@ void MarkdownWalk::add(const html::Node& node, const MarkdownPlace& place) {
     pieces_.add(line_);
     pieces_.add("**");
     addContent(node, place);
+    // The two blanks end the line behind the summary.
     pieces_.add("**  ");
     return pieces_.add(line_);
   case Rule::emphasis:
@@ -157,6 +159,7 @@ void MarkdownWalk::addHeading(const html::Node& heading, const MarkdownPlace& pl
 }
 
 void MarkdownWalk::addCode(const html::Node& code, const MarkdownPlace& place) {
+  // Code within `pre` is a block with fences, any other is within its line.
   if (!place.isInPreformatted)
     return addBetween(code, place, "`");
   pieces_.add("```");
@@ -184,6 +187,7 @@ void MarkdownWalk::addList(const html::Node& list, const MarkdownPlace& place) {
 bool MarkdownWalk::addItem(const html::Node& item, const MarkdownPlace& place, bool isUnderItem) {
   const auto isList = [](const html::Node& node) { return node.name() == "ol" || node.name() == "ul"; };
   const bool hasMarker = item.children().empty() || !isList(item.children().front());
+  // Every number is 1, as Markdown counts for itself.
   if (hasMarker)
     pieces_.add(std::string(static_cast<std::size_t>(place.level), '\t') + (place.parent == "ol" ? "1. " : "- "));
   MarkdownPlace inside = place.inside(item);
@@ -208,6 +212,7 @@ void MarkdownWalk::addImage(const html::Node& image, const MarkdownPlace& place)
   if (const std::string title = valueOf("title"); !platform::isBlank(title))
     piece += " \"" + title + "\"";
   pieces_.add(piece + ")");
+  // An image by itself is a block; in a link it stays in the link's line.
   if (!place.isInLink)
     pieces_.add(paragraph_);
 }
@@ -215,6 +220,7 @@ void MarkdownWalk::addImage(const html::Node& image, const MarkdownPlace& place)
 // A link whose address was taken out keeps its text and leads nowhere.
 void MarkdownWalk::addLink(const html::Node& link, const MarkdownPlace& place) {
   pieces_.add("[");
+  // The gaps around a block in a link would stand within its brackets.
   pieces_.trim(addContent(link, place));
   pieces_.add("](" + std::string(link.attribute("href").value_or("")) + ")");
 }

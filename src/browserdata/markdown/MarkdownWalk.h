@@ -30,13 +30,17 @@ public:
   void add(const html::Node& node, const MarkdownPlace& place);
 
 private:
+  /// The rule of a tag, and the table that gives each tag its one; `content` for all others.
   enum class Rule : unsigned char;
   [[nodiscard]] static Rule ruleOf(std::string_view tag);
 
+  /// Adds the nodes in an element, without empty pieces at the ends; yields the place where they begin.
   std::size_t addContent(const html::Node& element, const MarkdownPlace& place);
+  /// The content between two marks of its own: "**" for what is bold.
   void addBetween(const html::Node& element, const MarkdownPlace& place, std::string_view mark);
   void addHeading(const html::Node& heading, const MarkdownPlace& place);
   void addCode(const html::Node& code, const MarkdownPlace& place);
+  /// Its items only, each with its mark.
   void addList(const html::Node& list, const MarkdownPlace& place);
   bool addItem(const html::Node& item, const MarkdownPlace& place, bool isUnderItem);
   void addLink(const html::Node& link, const MarkdownPlace& place);
@@ -47,6 +51,7 @@ private:
   void addTable(const html::Node& table, const MarkdownPlace& place);
   [[nodiscard]] std::string cellText(const html::Node& cell, const MarkdownPlace& place);
 
+  /// Outlives the walk, as do the texts of the separators.
   MarkdownPieces& pieces_;
   std::string_view line_;
   std::string_view paragraph_;

@@ -1,5 +1,6 @@
 // Tables within cells go by the rules of Rich Text Format for nested ones: their definition stands at each row's end,
-// in a group that readers without nested tables skip; such readers see paragraphs.
+// in a group that readers without nested tables skip; such readers see paragraphs. The mark behind a paragraph (\par or
+// \cell) belongs to what follows, so it is written by that: a paragraph before the end of a cell has none of its own.
 #include "browserdata/richtext/BodyWriter.h"
 
 #include <fmt/core.h>
@@ -17,6 +18,7 @@ Paragraph& BodyWriter::paragraph(const ParagraphFormat& format) {
 void BodyWriter::startParagraph(ParagraphFormat& format) {
   if (isOpen_)
     out_ += "\\par\n";
+  // The first paragraph of a document or a cell needs none above it.
   format.hasRoomAbove = needsRoom_ && (isOpen_ || rowBefore_ > 0);
   needsRoom_ = false;
   isOpen_ = true;
@@ -42,6 +44,7 @@ void BodyWriter::endItem() {
   writePendingMarker();
 }
 
+// An item without text still shows its mark.
 void BodyWriter::writePendingMarker() {
   if (!pendingItem_)
     return;
@@ -92,6 +95,7 @@ void BodyWriter::endCell(int depth) {
   endItem();
   if (!isOpen_)
     writeEmptyParagraph(depth);
+  // \nonesttables holds what readers without nested tables show in its place.
   out_ += depth == 1 ? "\\cell\n" : "\\nestcell{\\nonesttables\\par}\n";
   isOpen_ = false;
   needsRoom_ = false;

@@ -15,9 +15,11 @@ namespace tabwright::browserdata {
 /// A paragraph is open until something follows it, as what ends it depends on that: another paragraph, a cell, the end.
 class BodyWriter {
 public:
+  /// The links that the paragraphs refer to; each paragraph that is written takes its fields from here.
   LinkTable links;
 
   /// The paragraph to add text to, with that format.
+  /// Valid until the next call that ends it.
   [[nodiscard]] Paragraph& paragraph(const ParagraphFormat& format);
 
   /// Ends the paragraph at the border of a block. Without text there is none.
@@ -36,6 +38,7 @@ public:
   /// Begins a table. `depth` counts the tables around it, itself included. Between its rows nothing else may be added.
   void startTable(int depth);
   /// A row, as `rowDefinition` defines it: its cells are what was added up to each `endCell`.
+  /// `definition` is written here for a table that stands in none, else by `endRow`.
   void startRow(std::string_view definition, int depth);
   void endCell(int depth);
   void endRow(std::string_view definition, int depth);
@@ -49,11 +52,14 @@ private:
     ParagraphFormat format;
   };
 
+  /// Ends the paragraph before, and says in the format whether there is room above the new one.
   void startParagraph(ParagraphFormat& format);
   void writePendingMarker();
   void writeEmptyParagraph(int tableDepth);
 
+  /// The body so far, up to the end of the paragraph that is open.
   std::string out_;
+  /// The text that is being collected; it is written when its paragraph ends.
   Paragraph paragraph_;
   std::optional<Item> pendingItem_;
   bool isOpen_ = false;

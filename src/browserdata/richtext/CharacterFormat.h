@@ -14,10 +14,14 @@ struct CharacterFormat {
     italic = 1 << 1,
     underlined = 1 << 2,
     struckOut = 1 << 3,
+    /// This and `raised` exclude each other, see `add`.
     lowered = 1 << 4,
     raised = 1 << 5,
+    /// The second font of the document.
     fixedPitch = 1 << 6,
+    /// On the ground of marked text.
     highlighted = 1 << 7,
+    /// In the colour of links; the underline is a style of its own.
     linkColoured = 1 << 8,
   };
 

@@ -1,4 +1,5 @@
-// The fixed parts of each document. Sizes of headings are those of browsers' own style sheets.
+// The fixed parts of each document. Sizes of headings are those of browsers' own style sheets. A heading's words stand
+// in its style and in each paragraph of it; `ParagraphFormat.cpp` says why.
 #include "browserdata/richtext/DocumentFrame.h"
 
 #include <fmt/core.h>
@@ -20,6 +21,7 @@ constexpr std::array<int, 6> headingSizes{48, 36, 28, 24, 20, 18}; // half point
 
 } // namespace
 
+// Readers apply the last direction that they meet, so a heading runs from left to right unless its runs say otherwise.
 std::string headingWords(int level) {
   const int size = headingSizes.at(static_cast<std::size_t>(level) - 1);
   return fmt::format("\\outlinelevel{}\\keepn\\sb240\\rtlch\\ab\\afs{}\\ltrch\\b\\fs{}", level - 1, size, size);

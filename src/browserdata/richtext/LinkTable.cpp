@@ -17,6 +17,7 @@ bool LinkTable::openField(std::string& out, std::uint32_t link) {
   if (link == 0)
     return false;
   Link& entry = links_.at(link - 1);
+  // The text is written all the same, without a field around it.
   if (entry.fields == maximumFields)
     return false;
   ++entry.fields;

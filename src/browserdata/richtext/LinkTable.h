@@ -19,10 +19,12 @@ public:
 
   /// Opens a field of the link, up to where its text begins, and tells whether it did. `closeField` ends it.
   [[nodiscard]] bool openField(std::string& out, std::uint32_t link);
+  /// Only after an `openField` that has said true.
   static void closeField(std::string& out) { out += "}}"; }
 
 private:
   struct Link {
+    /// As a field holds it, escaped and checked.
     std::string address;
     int fields = 0;
   };

@@ -1,5 +1,6 @@
 // List and override of one run have the same number. LibreOffice counts on through overrides of one list, whatever
-// start they say, so that each run of numbers needs a list of its own.
+// start they say, so that each run of numbers needs a list of its own. Every list declares all levels, as an item may
+// stand on any of them; only the level of its run has its start.
 #include "browserdata/richtext/ListTable.h"
 
 #include "browserdata/richtext/ParagraphFormat.h"
@@ -47,6 +48,7 @@ std::string romanNumber(int number) {
 
 std::string letterNumber(int number) {
   std::string result;
+  // A count without a zero: "z" is followed by "aa".
   for (; number > 0; number = (number - 1) / 26)
     result.insert(result.begin(), static_cast<char>('a' + (number - 1) % 26));
   return result;
@@ -111,6 +113,7 @@ void ListTable::append(std::string& out) const {
       appendLevel(out, list.kind, level, level == list.level ? list.start : 1);
     fmt::format_to(end, "{{\\listname ;}}\\listid{}}}\n", index + 1);
   }
+  // Paragraphs refer to overrides (\ls), each of which stands for the list of its number.
   out += "}\n{\\*\\listoverridetable\n";
   for (std::size_t number = 1; number <= lists_.size(); ++number)
     fmt::format_to(end, "{{\\listoverride\\listid{0}\\listoverridecount0\\ls{0}}}\n", number);

@@ -17,6 +17,7 @@ enum class ListKind : std::uint8_t { bullets, decimal, upperRoman, lowerRoman, u
 [[nodiscard]] ListKind numberedKind(std::string_view type);
 
 /// The mark of one item.
+/// Kept until its paragraph is written, which may be after the item's first element was entered.
 struct ListMarker {
   int list;         ///< its number in the `ListTable`
   int level;        ///< 0 to 8
@@ -43,8 +44,10 @@ public:
   void append(std::string& out) const;
 
 private:
+  /// One run of numbers, or the one list of all bullets.
   struct List {
     ListKind kind;
+    /// Of the run's items, from 0; `start` is the number of the first.
     int level;
     int start;
   };

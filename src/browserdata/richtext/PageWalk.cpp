@@ -1,5 +1,6 @@
 // One visit per node, with a context that is copied downwards: what an element sets ends with it. Blocks end the
-// paragraph before them and their own; all else adds to the paragraph.
+// paragraph before them and their own; all else adds to the paragraph. Nothing is looked ahead for: whether a block has
+// any content is known only when something follows it, so empty ones leave no paragraph.
 #include "browserdata/richtext/PageWalk.h"
 
 #include "browserdata/richtext/TableGrid.h"
@@ -35,6 +36,7 @@ constexpr char16_t overrideLeftToRight = u'\u202D';
 constexpr char16_t overrideRightToLeft = u'\u202E';
 constexpr char16_t overrideEnd = u'\u202C';
 
+// The number that the attribute begins with; what stands behind it doesn't count, as in the HTML standard.
 std::optional<int> numberOf(html::Node element, std::string_view attribute) {
   const auto text = element.attribute(attribute);
   int number = 0;
@@ -43,6 +45,7 @@ std::optional<int> numberOf(html::Node element, std::string_view attribute) {
   return std::clamp(number, -ListTable::maximumNumber, ListTable::maximumNumber);
 }
 
+// For lists that count down, which begin with the number of their items.
 int countItems(html::Node list) {
   return static_cast<int>(
       std::ranges::count_if(list.children(), [](html::Node child) { return child.name() == "li"; }));
@@ -148,6 +151,8 @@ void PageWalk::visitBlock(html::Node element, const TagEffect& effect, Context c
 }
 
 void PageWalk::visitFlowing(html::Node element, const TagEffect& effect, Context context) {
+  // A `bdo` with a direction overrides that of its characters. Any other element with a direction is isolated from the
+  // text around it, and a `bdi` always is, as CSS Writing Modes has it.
   auto direction = directionOf(element);
   const bool isOverride = effect.role == TagRole::direction && direction;
   if (effect.role == TagRole::isolate && !direction)
@@ -174,6 +179,7 @@ void PageWalk::visitFlowing(html::Node element, const TagEffect& effect, Context
 
 void PageWalk::visitLink(html::Node element, Context context) {
   const auto address = element.attribute("href");
+  // An address that no field takes leaves plain text.
   if (const std::uint32_t link = address ? body_.links.add(*address) : 0; link != 0) {
     context.character.link = link;
     context.character.add(CharacterFormat::underlined | CharacterFormat::linkColoured);
@@ -182,6 +188,7 @@ void PageWalk::visitLink(html::Node element, Context context) {
 }
 
 void PageWalk::visitQuotation(html::Node element, Context context) {
+  // Quotation marks alternate by depth.
   const bool isInner = context.quotations++ % 2 == 1;
   const auto add = [&](std::string_view mark) {
     body_.paragraph(context.paragraph).addText(mark, context.character, WhiteSpace::kept);
@@ -193,6 +200,7 @@ void PageWalk::visitQuotation(html::Node element, Context context) {
 
 void PageWalk::visitList(html::Node element, const TagEffect& effect, Context context) {
   ListState list;
+  // Deeper levels than word processors have stay on the last one.
   list.level = context.list ? std::min(context.list->level + 1, ListTable::levels - 1) : 0;
   if (effect.role == TagRole::numbers) {
     list.kind = numberedKind(element.attribute("type").value_or(""));
@@ -212,6 +220,7 @@ void PageWalk::visitItem(html::Node element, Context context) {
 
   list.number = numberOf(element, "value").value_or(list.number);
   const int number = std::clamp(list.number, 0, ListTable::maximumNumber);
+  // Numbers that don't count on by one ("value", "reversed") begin a run of their own.
   if (list.run == 0 || (list.kind != ListKind::bullets && list.runNext != number))
     list.run = lists_.add(list.kind, list.level, number);
   body_.startItem({list.run, list.level, markerText(list.kind, list.number)}, context.paragraph);
@@ -224,6 +233,7 @@ void PageWalk::visitItem(html::Node element, Context context) {
 
 void PageWalk::visitTable(html::Node element, Context context) {
   const auto grid = TableGrid::of(element);
+  // Captions, and whatever stands in no row, come above the table.
   for (const html::Node node : grid.before)
     visit(node, context);
   body_.endParagraph();
@@ -244,7 +254,9 @@ void PageWalk::visitTable(html::Node element, Context context) {
 
   const ParagraphFormat around = context.paragraph;
   const int left = around.indent * ParagraphFormat::indentStep;
+  // The width that is left between the indents around it, so that nested tables stay in their cells.
   const auto edges = grid.edges(left, context.width - left - around.rightIndent * ParagraphFormat::indentStep);
+  // A cell begins anew: indents, headings and lists around the table don't reach into it.
   context.paragraph = {};
   context.paragraph.direction = around.direction;
   context.paragraph.tableDepth = static_cast<std::uint8_t>(depth);

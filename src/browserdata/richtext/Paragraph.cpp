@@ -12,6 +12,7 @@ namespace tabwright::browserdata {
 namespace {
 
 void writeRun(std::string& out, std::u16string_view text, CharacterFormat format, bool isRightToLeft) {
+  // Plain text needs no group, and most text is plain.
   if (format.styles == CharacterFormat::plain && !isRightToLeft)
     return appendRtf(out, text);
   out += '{';
@@ -23,6 +24,7 @@ void writeRun(std::string& out, std::u16string_view text, CharacterFormat format
 
 } // namespace
 
+// Neighbours of one format are one segment, and so become one run.
 void Paragraph::closeSegment(CharacterFormat format, bool isWritten) {
   const std::size_t start = segments_.empty() ? 0 : segments_.back().end;
   if (text_.size() == start)
@@ -70,6 +72,7 @@ void Paragraph::addText(std::string_view text, CharacterFormat format, WhiteSpac
 }
 
 void Paragraph::addLineBreak(CharacterFormat format) {
+  // A blank before a line break isn't shown.
   if (tail_ == Tail::blank)
     dropTail();
   tail_ = Tail::lineBreak;
@@ -81,6 +84,7 @@ void Paragraph::addLineBreak(CharacterFormat format) {
 
 void Paragraph::addDirectionMark(char16_t mark) {
   text_ += mark;
+  // In a segment of its own, which is read for directions and not written.
   closeSegment({}, false);
 }
 
@@ -109,10 +113,12 @@ void Paragraph::clear() {
   isShown_ = false;
 }
 
+// Segments and directions cut the text at places of their own; a run ends at whichever comes first.
 void Paragraph::writeRuns(std::string& out, LinkTable& links, const TextDirections& directions) const {
   std::uint32_t link = 0;
   bool isInField = false;
   const auto enterLink = [&](std::uint32_t next) {
+    // A field spans all runs of a link in the paragraph, however their formats change.
     if (next == link)
       return;
     if (isInField)

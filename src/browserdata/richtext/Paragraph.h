@@ -42,22 +42,28 @@ public:
   void write(std::string& out, LinkTable& links, const std::optional<ListMarker>& marker);
 
 private:
+  /// The end of the line so far, which decides about the white space that follows.
   enum class Tail { lineStart, blank, lineBreak, text };
+  /// A stretch of the text in one format, up to `end` in UTF-16 units.
   struct Segment {
     std::size_t end;
     CharacterFormat format;
     bool isWritten;
   };
 
+  /// Gives what was added since the last one its format.
   void closeSegment(CharacterFormat format, bool isWritten);
   void addBlank();
+  /// Takes away the blank or line break that the line ends with.
   void dropTail();
   void writeRuns(std::string& out, LinkTable& links, const TextDirections& directions) const;
 
+  /// In UTF-16, as the bidirectional algorithm and Rich Text Format take it.
   std::u16string text_;
   std::vector<Segment> segments_;
   Tail tail_ = Tail::lineStart;
   std::size_t tailAt_ = 0; // of the blank or line break that may have to go
+  /// Anything but direction marks and collapsed blanks was added.
   bool isShown_ = false;
 };
 

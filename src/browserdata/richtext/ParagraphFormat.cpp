@@ -30,6 +30,7 @@ void appendParagraphStart(std::string& out, const ParagraphFormat& format, const
   else if (isRightToLeft)
     out += "\\qr"; // sides are those of the paper
   if (marker)
+    // The first line stands out to the left by the room of the mark.
     fmt::format_to(end, "\\ls{}\\ilvl{}\\fi-360", marker->list, marker->level);
   if (format.indent > 0) {
     const int twips = format.indent * ParagraphFormat::indentStep;

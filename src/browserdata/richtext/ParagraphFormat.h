@@ -20,11 +20,15 @@ struct ParagraphFormat {
   std::uint8_t indent = 0;      ///< steps at the side where lines start
   std::uint8_t rightIndent = 0; ///< steps at the other side
   std::uint8_t tableDepth = 0;  ///< how many tables it stands in
+  /// Set when the paragraph is written, by what stands before it. Headings have their own room.
   bool hasRoomAbove = false;
+  /// Goes before the direction, which else decides about the side.
   bool isCentred = false;
+  /// As the page gives it; the text decides where it gives none.
   Direction direction = Direction::automatic;
 
   /// Indents further at the start, and with `both` at the end, too.
+  /// Beyond the bounds nothing changes.
   void indentFurther(bool both);
 };
 

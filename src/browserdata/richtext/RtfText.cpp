@@ -20,6 +20,7 @@ struct Escape {
   std::string_view text;
 };
 
+// The characters that have a control symbol or word of their own.
 constexpr std::array<Escape, 8> escapes{{
     {u'\\', "\\\\"},
     {u'{', "\\{"},
@@ -42,6 +43,7 @@ void appendRtf(std::string& out, std::u16string_view text) {
       out += escape->text;
     else if (unit >= 0x20 && unit < 0x7F)
       out += static_cast<char>(unit);
+    // The rest are controls, of ASCII and of the block behind it.
     else if (unit >= 0xA0)
       fmt::format_to(std::back_inserter(out), "\\u{}?", static_cast<std::int16_t>(unit));
   }
@@ -79,6 +81,7 @@ std::optional<std::string> fieldAddress(std::string_view address) {
     else
       result += c;
   }
+  // Looked at when the address is ready: what was dropped or escaped may have hidden another protocol.
   const bool isTaken = std::ranges::any_of(fieldProtocols, [&](std::string_view protocol) {
     return result.size() > protocol.size() &&
            platform::equalIgnoringCase(protocol, std::string_view(result).substr(0, protocol.size()));

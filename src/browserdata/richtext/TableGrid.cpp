@@ -1,5 +1,6 @@
 // Rows are laid out as the HTML standard forms a table: each cell takes the first columns that no cell above reaches
-// into. `Builder` keeps, by column, how many further rows the cell above takes.
+// into. `Builder` keeps, by column, how many further rows the cell above takes. Rich Text Format wants each row whole,
+// so places that a cell above covers become cells that go on from it, and places that nothing covers empty ones.
 #include "browserdata/richtext/TableGrid.h"
 
 #include "browserdata/richtext/TagEffects.h"
@@ -32,6 +33,7 @@ int spanOf(html::Node cell, std::string_view attribute, int zero, int maximum) {
 }
 
 // About how many characters a cell shows, looking no further than a column can be wide.
+// `nodesLeft` ends the walk through nodes without text.
 int weightOf(html::Node node, int limit, int& nodesLeft) {
   if (node.isText())
     return static_cast<int>(std::min<std::size_t>(node.text().size(), static_cast<std::size_t>(limit)));
@@ -107,6 +109,7 @@ private:
     const bool isCell = cell.name() == "td" || cell.name() == "th";
     int columns = isCell ? std::min(spanOf(cell, "colspan", 1, 1000), maximumColumns - column) : 1;
     for (int offset = 1; offset < columns; ++offset) {
+      // The standard lets such cells overlap; here the later one ends before the one that comes down.
       if (above(column + offset).rowsLeft > 0)
         columns = offset;
     }
@@ -114,6 +117,7 @@ private:
     ++cells_;
     row.cells.push_back({cell, columns, rows > 1, false});
     int nodesLeft = maximumWeight;
+    // A wide cell shares its text among its columns.
     const int weight = weightOf(cell, maximumWeight, nodesLeft) / columns;
     for (int offset = 0; offset < columns; ++offset, ++column) {
       above(column) = {rows - 1, columns - offset, std::max(above(column).weight, weight)};
@@ -152,6 +156,7 @@ private:
 
   TableGrid grid_;
   std::array<Column, maximumColumns> above_{};
+  // Of the widest row so far.
   int columns_ = 0;
   long cells_ = 0;
   long filled_ = 0;
@@ -163,6 +168,7 @@ TableGrid TableGrid::of(html::Node table) {
   return std::move(builder).finish();
 }
 
+// The width is shared by weight; the bounds of a weight keep a column from vanishing, and from taking all.
 std::vector<int> TableGrid::edges(int left, int width) const {
   constexpr int minimumWidth = 20;
   const auto weightIn = [](int weight) { return std::clamp(weight, minimumWeight, maximumWeight); };
@@ -174,12 +180,15 @@ std::vector<int> TableGrid::edges(int left, int width) const {
   int edge = left;
   for (const int weight : weights_) {
     counted += weightIn(weight);
+    // Each edge lies beyond the last, also where a column's share of the width rounds to nothing.
     edge = std::max(edge + minimumWidth, left + width * counted / sum);
     result.push_back(edge);
   }
   return result;
 }
 
+// The first cell over several rows says \clvmgf, those that continue it \clvmrg. All have borders, as the page's are
+// unknown.
 std::string rowDefinition(const TableRow& row, const std::vector<int>& edges, int left, bool isRightToLeft) {
   constexpr std::string_view borders = "\\clbrdrt\\brdrs\\brdrw10\\clbrdrl\\brdrs\\brdrw10\\clbrdrb\\brdrs\\brdrw10"
                                        "\\clbrdrr\\brdrs\\brdrw10";

@@ -45,6 +45,7 @@ public:
   [[nodiscard]] std::vector<int> edges(int left, int width) const;
 
 private:
+  /// Holds the state of the columns while rows are read.
   class Builder;
   std::vector<int> weights_; // by column: about how many characters it should hold
 };

@@ -31,17 +31,21 @@ enum class Indent : std::uint8_t { none, start, both };
 
 /// The effect of one tag.
 struct TagEffect {
+  /// In lower case; empty for the effect of unknown tags.
   std::string_view tag;
   TagRole role = TagRole::text;
+  /// Of `CharacterFormat::Style`, added to those around the element.
   std::uint16_t styles = CharacterFormat::plain;
   std::uint8_t heading = 0; ///< 1 to 6
   Indent indent = Indent::none;
   bool isSpaced = false; ///< a block with room above and below
   bool isCentred = false;
+  /// White space counts as in `pre`.
   bool keepsWhiteSpace = false;
 };
 
 /// The effect of an element: text that flows for tags that nobody knows, as in browsers.
+/// The effect is of the table, so it lives as long as the program. `tag` is in lower case.
 [[nodiscard]] const TagEffect& tagEffect(std::string_view tag);
 
 /// True when a browser shows nothing of an element: for its tag, or as its attributes say.

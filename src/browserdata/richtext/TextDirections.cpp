@@ -1,5 +1,6 @@
 // ICU finds the levels; a run here is what stands on one (ICU's own search for such runs is quadratic). Most text has
-// no letter from right to left, and is known without it.
+// no letter from right to left, and is known without it. Runs stay in logical order: readers of Rich Text Format
+// reorder them for themselves, and only have to be told which way each one goes.
 #include "browserdata/richtext/TextDirections.h"
 
 #include <unicode/ubidi.h>

@@ -12,6 +12,7 @@ enum class Direction : std::uint8_t { automatic, leftToRight, rightToLeft };
 
 /// A part of a paragraph in one direction, up to `end`.
 struct DirectionRun {
+  /// In UTF-16 units of the paragraph's text; a run begins where the one before it ends.
   std::size_t end;
   bool isRightToLeft;
 };

@@ -55,6 +55,7 @@ public:
   std::vector<std::string> lost;
 
   void shorten(json::value& value, const std::string& place) {
+    // Also for what is no text: a list of a million numbers is long, too.
     spend(costOfField);
     if (json::string* text = value.if_string())
       shorten(*text, place);
@@ -72,7 +73,9 @@ private:
   void spend(std::size_t bytes) { left_ -= std::min(bytes, left_); }
 
   void shorten(json::string& text, const std::string& place) {
+    // A short text is let through even where the whole has been used up.
     std::size_t end = std::min({text.size(), bounds_.text, std::max(left_, shortText)});
+    // Back to where a character begins.
     while (end > 0 && end < text.size() && continuesCharacter(text[end]))
       --end;
     if (end < text.size()) {
@@ -109,6 +112,7 @@ void dropEmptyFields(json::value& value) {
     json::object full(object->storage());
     for (auto& [key, member] : *object) {
       dropEmptyFields(member);
+      // Emptied from the inside out, but an object that has lost all its members stays.
       if (!isEmpty(member))
         full.emplace(key, std::move(member));
     }

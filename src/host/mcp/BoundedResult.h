@@ -14,7 +14,8 @@ struct ResultBounds {
   std::size_t whole = 80'000; ///< of all texts, and what stands around them
 };
 
-/// Takes empty texts, empty lists and nulls out of the objects in a result, at any depth.
+/// Takes empty texts, empty lists and nulls out of the objects in a result, at any depth. Items of lists stay, and so
+/// do false, 0 and empty objects.
 void dropEmptyFields(boost::json::value& value);
 
 /// Shortens what is too long, at any depth, so that the value keeps its form: texts lose their end (between

@@ -34,6 +34,7 @@ platform::Task<void> report(rpc::Peer& peer, platform::Clock& clock, boost::json
 
 platform::Task<ActionResult> withProgress(platform::Task<ActionResult> run, rpc::Peer& peer, platform::Clock& clock,
                                           boost::json::value token, std::string tool) {
+  // Both run on the caller's executor, so the peer is only touched there.
   const auto executor = co_await asio::this_coro::executor;
   // The reports never end by themselves, so the first to end is the run.
   auto [order, failure, result, stopped] =

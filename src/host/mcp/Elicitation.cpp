@@ -1,3 +1,6 @@
+// The protocol lets a server ask for flat forms alone, whose fields are texts, numbers or choices. So a missing value
+// is one text, read later as a command line's would be, and a confirmation is a form without fields: accepting it is
+// the consent.
 #include "host/mcp/Elicitation.h"
 
 #include <boost/json/array.hpp>

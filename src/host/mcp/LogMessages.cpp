@@ -18,6 +18,7 @@ struct LevelRow {
   LogLevel lowest;
 };
 
+// The program has no level between info and error, so whoever asks for “notice” or more gets the errors.
 constexpr auto levels = std::to_array<LevelRow>({{"debug", LogLevel::debug},
                                                  {"info", LogLevel::info},
                                                  {"notice", LogLevel::error},
@@ -30,6 +31,7 @@ constexpr auto levels = std::to_array<LevelRow>({{"debug", LogLevel::debug},
 } // namespace
 
 LogLevel logLevelFor(std::string_view level) {
+  // Exactly as the protocol spells them.
   const auto row = std::ranges::find(levels, level, &LevelRow::name);
   if (row != levels.end())
     return row->lowest;

@@ -11,7 +11,8 @@ namespace tabwright::host {
 /// that a client sees which asked for `level`. Throws `RpcError` for a name that is no level.
 [[nodiscard]] platform::LogLevel logLevelFor(std::string_view level);
 
-/// Hands the program's log to a client as "notifications/message", the category as the logger's name.
+/// Hands the program's log to a client as "notifications/message", the category as the logger's name. May be called
+/// from any thread, and longer than the peer lives: `Notifier` sees to both.
 [[nodiscard]] platform::LogReceiver logMessagesTo(rpc::Peer::Notifier client);
 
 } // namespace tabwright::host

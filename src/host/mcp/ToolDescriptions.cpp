@@ -68,6 +68,7 @@ void nameBySeconds(json::object& property, const intents::EnumDeclaration& choic
 // whole of them looks like.
 json::object inputOf(const intents::Intent& action) {
   json::object schema = inputSchema(action);
+  // Said of every tool it costs, and unknown names are refused with the nearest ones anyhow.
   schema.stable_erase("additionalProperties");
   json::object& properties = schema.at("properties").as_object();
   for (const intents::ParameterBase* parameter : action.parameters()) {
@@ -79,6 +80,7 @@ json::object inputOf(const intents::Intent& action) {
     json::object& property = properties.at(declaration.name).as_object();
     const std::string description = declaration.description.text();
     property.stable_erase("title");
+    // Behind the first line stands what only help shows.
     property["description"] = description.substr(0, description.find('\n'));
     if (property.stable_erase("anyOf") > 0)
       property["type"] = "string";

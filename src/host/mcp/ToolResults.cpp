@@ -1,3 +1,6 @@
+// Files leave the result first, so that their bytes don't use up what texts may take; then empty fields go, and the
+// rest is shortened as a whole. Each thing that was left out is named in one sentence, with the way to get it, as an
+// agent can't see what isn't there. Sentences have bounds of their own.
 #include "host/mcp/ToolResults.h"
 
 #include "host/FailureWords.h"
@@ -40,6 +43,7 @@ std::string_view mediaType(std::string_view type) {
 void embedFiles(ActionResult& result, json::array& content, std::vector<std::string>& leftOut) {
   forEachFile(result.value, result.type, [&](json::value& file) {
     json::object& fields = file.as_object();
+    // The null is dropped with the other empty fields.
     json::value data = std::exchange(fields["data"], nullptr);
     const std::string_view filename = fields.at("filename").as_string();
     if (data.as_string().size() > ResultBounds().whole) {
@@ -78,6 +82,7 @@ json::array contentOf(ActionResult result) {
   embedFiles(result, files, leftOut);
   dropEmptyFields(result.value);
   std::ranges::move(shorten(result.value), std::back_inserter(leftOut));
+  // A text as JSON would be quoted, and longer for its escapes.
   const json::string* text = result.value.if_string();
   json::array content{textContent(text ? std::string(*text) : json::serialize(result.value))};
   if (!leftOut.empty())
@@ -104,6 +109,7 @@ json::object succeededResult(ActionResult result, const std::vector<platform::No
     content.push_back(bounded(textContent(notice.sentence)));
     data.push_back(bounded(noticeJson(notice)));
   }
+  // The protocol wants content, and an agent an answer.
   if (content.empty())
     content.push_back(textContent("Done."));
   json::object answer{{"content", std::move(content)}};

@@ -15,8 +15,8 @@ namespace tabwright::host {
 /// that, a text each, and as data below "_meta". An action that has nothing to say of any kind is "Done.".
 [[nodiscard]] boost::json::object succeededResult(ActionResult result, const std::vector<platform::Notice>& notices);
 
-/// The answer when it didn't: the sentence that a user would read, its cause beneath, and both as data below
-/// "_meta".
+/// The answer when it didn't: the sentence that a user would read, its cause beneath, and both as data below "_meta".
+/// It is marked "isError", which is no error of the protocol: the agent sees it and may go on.
 [[nodiscard]] boost::json::object failedResult(const platform::Failure& failure);
 
 } // namespace tabwright::host

@@ -1,3 +1,6 @@
+// Handlers of a peer, one per request of the protocol. Anything that an agent can mend, wrong parameters too, is a
+// result of the tool, in the user's words; errors of the protocol are left to what its client does wrong: an unknown
+// tool, a missing handshake.
 #include "host/mcp/ToolServer.h"
 
 #include "host/Perform.h"
@@ -91,6 +94,7 @@ platform::Task<json::value> ToolServer::setLogLevel(json::object params) {
 
 platform::Task<ActionResult> ToolServer::run(std::string tool, json::object arguments, intents::ActionHost& user,
                                              json::value progressToken) {
+  // Progress goes only to who asked for it, as the protocol has it.
   platform::Task<ActionResult> running = perform(catalogue_, tool, std::move(arguments), user);
   if (progressToken.is_null())
     return running;
@@ -100,6 +104,7 @@ platform::Task<ActionResult> ToolServer::run(std::string tool, json::object argu
 platform::Task<json::value> ToolServer::callTool(json::object params) {
   requireInitialized();
   const json::value* name = memberOf(params, "name", json::kind::string);
+  // By its exact name, as it was listed; the catalogue would take it in any case.
   const std::vector<std::string> names = catalogue_.names();
   if (!name || std::ranges::find(names, std::string_view(name->get_string())) == names.end())
     throw RpcError(ErrorCode::invalidParams, "There is no such tool. “tools/list” has them all.");
@@ -129,6 +134,7 @@ platform::Task<json::value> ToolServer::callTool(json::object params) {
     std::optional<std::string> answer = co_await user.ask(*missing);
     if (!answer)
       co_return failedResult(*missing);
+    // In place of what was refused, if it was given.
     for (auto each = arguments.begin(); each != arguments.end();)
       each = platform::equalIgnoringCase(each->key(), missing->parameter()) ? arguments.erase(each) : each + 1;
     arguments[missing->parameter()] = *answer;

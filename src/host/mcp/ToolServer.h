@@ -30,7 +30,8 @@ namespace tabwright::host {
 /// client sets, and before that not at all.
 class ToolServer {
 public:
-  /// Sets the handlers of `peer`, before it runs. The references, and the server, outlive the peer's run.
+  /// Sets the handlers of `peer`, before it runs. The references, and the server, outlive the peer's run. `version` is
+  /// told to the client. One server is for one conversation.
   ToolServer(rpc::Peer& peer, const Catalogue& catalogue, platform::Clock& clock, std::string version);
   ToolServer(const ToolServer&) = delete;
   ToolServer& operator=(const ToolServer&) = delete;
@@ -48,6 +49,7 @@ private:
   const Catalogue& catalogue_;
   platform::Clock& clock_;
   std::string version_;
+  /// Set by "initialize": before it every request but "ping" is refused.
   bool isInitialized_ = false;
   bool canElicit_ = false;
   std::optional<platform::LogListener> log_; ///< once the client has set a level

@@ -1,3 +1,6 @@
+// A text is parsed once, when the file is read, into plain pieces and paths; a step that runs only looks the paths up.
+// A path is gone into by the value at hand, member by member, since what a step gives is known then alone: a text on
+// the way is tried as JSON. What an evaluation copies is counted as it goes, against one bound.
 #include "host/workflow/Expression.h"
 
 #include "platform/TerminalCells.h"
@@ -38,6 +41,7 @@ Path parsePath(std::string_view text, Place place) {
                     fmt::format("${{{}}} is no path: it is a variable’s name, and perhaps members behind dots, such "
                                 "as ${{tabs.0.title}}. $${{ stands for ${{ itself.",
                                 text)};
+    // The first name is the variable; the others lead into its value.
     if (path.variable.empty())
       path.variable = name;
     else
@@ -63,12 +67,14 @@ std::optional<json::value> memberOf(const json::value& value, const std::string&
   }
   if (const json::string* text = value.if_string()) {
     boost::system::error_code error;
+    // Only an object or a list in the text can be gone into; a number in it has no members.
     const json::value held = json::parse(*text, error);
     return !error && held.is_structured() ? memberOf(held, member) : std::nullopt;
   }
   const json::array* list = value.if_array();
   if (!list)
     return std::nullopt;
+  // A list has no keys of its own, so the word is free.
   if (member == "count")
     return json::value(list->size());
   const std::optional<std::size_t> index = indexIn(member);
@@ -94,6 +100,7 @@ json::value valueOf(const Path& path, const Variables& variables, Place place) {
     if (!next)
       throw Problem{place, whyNot(value, member, way)};
     value = std::move(*next);
+    // Before the closing brace: complaints quote the part that could be gone.
     way.insert(way.size() - 1, "." + member);
   }
   return value;
@@ -116,6 +123,7 @@ Expression textExpression(std::string_view text, Place place) {
   Expression::Text parsed;
   std::string plain;
   while (!text.empty()) {
+    // Before the other mark, which is part of it.
     if (text.starts_with(escaped)) {
       plain += opening;
       text.remove_prefix(escaped.size());
@@ -132,6 +140,7 @@ Expression textExpression(std::string_view text, Place place) {
       text.remove_prefix(1);
     }
   }
+  // Without a path the text is a value that is known already.
   if (parsed.pieces.empty())
     return {json::value(plain), place};
   if (!plain.empty())
@@ -171,6 +180,7 @@ bool hasPaths(const Expression& expression) {
 namespace {
 
 std::size_t sizeOf(const json::value& value) {
+  // An estimate of its memory, in which the smallest value still costs its node.
   std::size_t size = sizeof value;
   if (const json::string* text = value.if_string())
     return size + text->size();
@@ -209,6 +219,7 @@ public:
 
 private:
   json::value textValue(const Expression::Text& text, Place place) {
+    // The only path of a text keeps its value's kind: a list stays one.
     const Path* sole = text.pieces.size() == 1 ? std::get_if<Path>(&text.pieces.front()) : nullptr;
     if (sole) {
       json::value value = valueOf(*sole, variables_, place);
@@ -244,6 +255,7 @@ json::value evaluate(const Expression& expression, const Variables& variables, s
 
 std::string quotedBriefly(const std::string& text) {
   constexpr std::size_t longest = 80;
+  // Cut before it is measured, as a page's text may be megabytes.
   return platform::fitted(platform::onOneLine(std::string_view(text).substr(0, longest * 8)), longest);
 }
 

@@ -10,7 +10,8 @@
 
 namespace tabwright::host::workflow {
 
-/// A stretch of a workflow's file: bytes, and the line, counted from 1, on which it begins.
+/// A stretch of a workflow's file: bytes, and the line, counted from 1, on which it begins. The file has no byte order
+/// mark, so its first byte has the offset 0.
 struct Place {
   std::size_t offset = 0;
   std::size_t length = 0;
@@ -20,6 +21,7 @@ struct Place {
 /// A mistake at a place of the file. Thrown and collected inside this folder.
 struct Problem {
   Place place;
+  /// Whole, for the user: what is wrong and, where there is something, what may stand there.
   std::string sentence;
 };
 
@@ -53,6 +55,7 @@ public:
 
   /// Of the step, or of the value in it that can't be.
   [[nodiscard]] Place place() const { return place_; }
+  /// The sentence of what the step failed with, without the step and its rounds.
   [[nodiscard]] const std::string& reason() const { return reason_; }
   [[nodiscard]] std::string errorDescription() const override { return step_ + " failed" + where_ + ": " + reason_; }
   [[nodiscard]] platform::FailureIdentity identity() const override { return identity_; }

@@ -1,3 +1,6 @@
+// The questions about a step are visits over its kinds: those that each kind must answer don't compile when one is
+// added. An outline is written before anything runs: a variable that some step gives is taken for unknown throughout,
+// and stands in it as the file has it.
 #include "host/workflow/StepWords.h"
 
 #include <boost/json/object.hpp>
@@ -10,6 +13,7 @@ namespace tabwright::host::workflow {
 
 namespace {
 
+// One function of several, for std::visit.
 template <class... Cases>
 struct Overloaded : Cases... {
   using Cases::operator()...;
@@ -24,6 +28,7 @@ bool areKnown(const Expression& expression, const Variables& variables) {
 std::string shown(const Expression& expression, const Variables& variables) {
   try {
     // A tab or window is shown by its reference alone.
+    // Evaluated only where nothing can be missing: else the paths are shown as they stand.
     const bool isKnown = hasPaths(expression) && areKnown(expression, variables);
     const boost::json::value value = isKnown ? evaluate(expression, variables) : boost::json::value(nullptr);
     const auto* entity = value.if_object();
@@ -88,6 +93,7 @@ public:
   }
 
 private:
+  // A word on a line of its own, without a number: it is no step.
   std::string part(std::string_view word, const Steps& steps, int depth) {
     return steps.empty() ? std::string() : fmt::format("      {:{}}{}\n", "", depth * 2, word) + of(steps, depth + 1);
   }
@@ -104,6 +110,7 @@ private:
                                 known_.erase(work.result->text);
                             },
                             [&](const RepeatStep& work) {
+                              // A repeat gives its item anew in each round.
                               known_.erase(work.item.text);
                               forget(work.steps);
                             },

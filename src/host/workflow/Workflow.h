@@ -22,6 +22,7 @@ struct Name {
   Place place;
 };
 
+/// A key of the file and its value.
 struct NamedExpression {
   Name name;
   Expression value;
@@ -29,8 +30,11 @@ struct NamedExpression {
 
 /// Performs an action of the catalogue; its result becomes a variable.
 struct ActionStep {
+  /// In any case, short or with its type's prefix, as the catalogue finds it.
   Name action;
+  /// Names as the file writes them; the check finds them in any case.
   std::vector<NamedExpression> parameters;
+  /// The variable that the result becomes; none where the file doesn't want it.
   std::optional<Name> result;
 };
 
@@ -42,7 +46,9 @@ struct ActionStep {
 
 /// Runs its steps once for each item of a list.
 struct RepeatStep {
+  /// A list, or a text that holds one as JSON.
   Expression list;
+  /// The variable of the item. It keeps the last one behind the step, as variables have no scopes.
   Name item;
   Steps steps;
 };
@@ -59,35 +65,43 @@ struct Condition {
   };
   Kind kind = Kind::isTrue;
   Expression value;
+  /// Of `equals` and `contains` alone.
   Expression other;
+  /// Of `no`, `all` and `any`, which use no values. No parts: `all` holds, `any` doesn't.
   std::vector<Condition> parts;
 };
 
+/// Runs one of two lists of steps; `otherwise` may be empty.
 struct IfStep {
   Condition condition;
+  /// The branch that isn't taken counts as if it weren't there, though the check looks at both.
   Steps then;
   Steps otherwise;
 };
 
-/// Runs steps, and when one of them fails the others, for which `error` says why.
+/// Runs steps, and when one of them fails the others, for which `error` says why; the workflow goes on then. The steps
+/// that ran before the failure stay done. A failure in `otherwise` is the step's own.
 struct TryStep {
   Steps steps;
   Steps otherwise;
 };
 
+/// Gives variables values, one after the other, so that a later one may use an earlier one.
 struct SetStep {
   std::vector<NamedExpression> values;
 };
 
-/// Adds a value to a list.
+/// Adds a value to a list, which is there before: the name is that of its variable.
 struct AppendStep {
   NamedExpression value;
 };
 
+/// Prints a value on a line of its own: a text as it is, else JSON.
 struct PrintStep {
   Expression value;
 };
 
+/// A step of the file: its work, and where it stands.
 struct Step {
   std::variant<ActionStep, RepeatStep, IfStep, TryStep, SetStep, AppendStep, PrintStep> work;
   std::optional<Expression> title; ///< as the file names it
@@ -101,6 +115,7 @@ inline constexpr const char* errorVariable = "error";
 inline constexpr const char* noticesVariable = "notices";
 
 struct Workflow {
+  /// Empty for a file without one.
   std::string title;
   std::vector<NamedExpression> variables; ///< values without paths; null where one must be given from outside
   Steps steps;

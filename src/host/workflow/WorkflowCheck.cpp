@@ -57,6 +57,7 @@ private:
   void check(const ActionStep& step, const Step&) {
     types_[noticesVariable] = std::nullopt;
     try {
+      // An action of its own: known values are read into it as the run would read them.
       const auto action = catalogue_.make(step.action.text);
       checkParameters(step, *action);
       if (!step.result)
@@ -67,6 +68,7 @@ private:
       else
         types_[step.result->text] = type;
     } catch (const intents::UsageError& error) {
+      // An action that isn't known has any result, so that no step behind it is blamed.
       complain(step.action.place, error.errorDescription());
       if (step.result)
         types_[step.result->text] = std::nullopt;
@@ -87,6 +89,7 @@ private:
                                     (types_.contains(name) ? fmt::format(" The variable is ${{{}}}.", name) : ""));
     }
     types_[step.item.text] = item;
+    // Once, as the first round finds the variables; a later one may find other values in them.
     check(step.steps);
   }
 
@@ -98,6 +101,7 @@ private:
 
   void check(const TryStep& step, const Step&) {
     check(step.steps);
+    // An object whose members depend on the failure.
     types_[errorVariable] = std::nullopt;
     check(step.otherwise);
   }
@@ -123,6 +127,7 @@ private:
 
   // The type of an expression that is one path; nothing for others.
   KnownType check(const Expression& expression) {
+    // Every path is checked, wherever it stands.
     KnownType last;
     forEachPath(expression, [&](const Path& path, Place place) { last = typeAt(path, place); });
     const auto* text = std::get_if<Expression::Text>(&expression.form);
@@ -143,6 +148,7 @@ private:
   KnownType typeAt(const Path& path, Place place) {
     if (!requireVariable(path.variable, place))
       return std::nullopt;
+    // From the first unknown type on, only the run can tell.
     KnownType type = types_.at(path.variable);
     std::string way = path.variable;
     for (const std::string& member : path.members) {
@@ -157,6 +163,7 @@ private:
       }
       if (type->isList && member == "count")
         return ValueType{.kind = ValueKind::integer};
+      // An index leads to an item.
       if (type->isList)
         type->isList = false;
       else
@@ -189,6 +196,7 @@ private:
       if (isKnown && !named.insert(found).second)
         complain(parameter.name.place, found->name() + " is given twice.");
       check(parameter.value);
+      // Given, with a value that only the run can judge.
       if (isKnown && (hasPaths(parameter.value) || readsFile(*found, parameter.value))) {
         given.insert(found);
         hasOpenChoice = hasOpenChoice || found->declaration().type.kind == ValueKind::enumeration;
@@ -202,12 +210,14 @@ private:
       }
     }
     try {
+      // An open choice may turn out to fit whatever was given.
       if (!hasOpenChoice)
         settleOpenChoices(action, given);
     } catch (const intents::UsageError& error) {
       complain(step.action.place, error.errorDescription());
     }
     for (const intents::ParameterBase* missing : action.missingParameters()) {
+      // While a choice is open only what every choice needs is known to be missing.
       const bool counts = !hasOpenChoice || action.isAlwaysNeeded(*missing);
       if (counts && !named.contains(missing))
         complain(step.action.place, missing->needsValueError().errorDescription());
@@ -245,11 +255,13 @@ Variables firstVariables(const Workflow& workflow, const std::map<std::string, s
   for (const NamedExpression& one : workflow.variables) {
     names.push_back(one.name.text);
     json::value value = evaluate(one.value, {});
+    // In place of a number or a boolean a text does as well: parameters read texts.
     if (const auto text = given.find(one.name.text); text != given.end()) {
       if (platform::malformedByte(text->second))
         throw intents::UsageError(fmt::format("The variable “{}” takes text in UTF-8.", one.name.text));
       boost::system::error_code error;
       const bool isStructured = value.is_structured();
+      // A command line gives texts; only a list or a map can't be meant by one.
       value = isStructured ? json::parse(text->second, error) : json::value(text->second);
       if (error || value.is_structured() != isStructured)
         throw intents::UsageError(fmt::format("The variable “{}” is a list or a map: give it as JSON.", one.name.text));

@@ -1,4 +1,6 @@
-// One pass over the YAML tree. A problem ends the reading of its step or value only, so that all are told at once.
+// One pass over the YAML tree. A problem ends the reading of its step or value only, so that all are told at once; what
+// stands inside of it isn't looked at, as it would only repeat the complaint. A tree may be larger than its file, by
+// aliases, and deeper than a stack: both are bounded as it is gone through.
 #include "host/workflow/WorkflowReader.h"
 
 #include "host/NearestNames.h"
@@ -28,6 +30,7 @@ struct StepKind {
   Keys others; ///< that may stand beside it
 };
 
+// Of two such keys in a step the first one counts, and the other is refused as one that mustn't stand beside it.
 const std::array<StepKind, 7>& stepKinds() {
   static const std::array<StepKind, 7> kinds{{{"action", {"parameters", "as", "name"}},
                                               {"repeat", {"as", "steps", "name"}},
@@ -57,8 +60,10 @@ public:
   }
 
 private:
+  // Reads one part: its problem is kept, and reading goes on behind it.
   template <class Work>
   void attempt(Work work) {
+    // Enough to mend; the rest often follows from the first.
     if (problems_.size() >= mostProblems)
       return;
     try {
@@ -107,6 +112,7 @@ private:
   Workflow document(const YAML::Node& root) {
     requireMap(root, "A workflow", {"title", "variables", "steps"});
     Workflow workflow;
+    // A key that isn't there yields a node that isn't defined.
     if (root["title"].IsDefined())
       attempt([&] { workflow.title = nameIn(root["title"], "The title").text; });
     if (root["variables"].IsDefined())
@@ -114,6 +120,7 @@ private:
     if (!root["steps"].IsDefined())
       throw Problem{placeOf(root), "A workflow has the key “steps”: a list of what to do."};
     workflow.steps = steps(root["steps"], "“steps”", 0);
+    // Steps that could not be read have been complained of already.
     if (workflow.steps.empty() && problems_.empty())
       throw Problem{placeOf(root["steps"]), "There are no steps."};
     return workflow;
@@ -131,6 +138,7 @@ private:
   Steps steps(const YAML::Node& node, const char* what, int depth) {
     if (!node.IsSequence())
       throw Problem{placeOf(node), fmt::format("{} is a list of steps, not {}.", what, kindOf(node))};
+    // Aliases can nest a step in itself without end.
     if (depth > deepestSteps)
       throw Problem{placeOf(node), fmt::format("Steps are nested more than {} levels deep here.", deepestSteps)};
     Steps all;
@@ -147,21 +155,25 @@ private:
       keys.push_back(kind.key);
     }
     std::string hint;
+    // The first key is most likely the one that was to say what the step does.
     if (node.IsMap() && node.size() > 0 && node.begin()->first.IsScalar())
       hint = didYouMean(node.begin()->first.Scalar(), keys, "");
     throw Problem{placeOf(node), fmt::format("A step has one of the keys {}.{}", listed(keys), hint)};
   }
 
   Step step(const YAML::Node& node, int depth) {
+    // An alias is read once for each place where it stands.
     if (++steps_ > mostSteps)
       throw Problem{placeOf(node),
                     fmt::format("The file has more than {} steps, those that aliases repeat included.", mostSteps)};
     const StepKind& kind = kindOfStep(node);
     Keys keys{kind.key};
     keys.insert(keys.end(), kind.others.begin(), kind.others.end());
+    // Before the parts are read: a misspelt key is told as one, not as a missing part.
     requireMap(node, ("A step “" + kind.key + "”").c_str(), keys);
     Step step;
     for (const auto& [key, value] : membersOf(node)) {
+      // Not the place of the map: that is its first key, which may be the step's name.
       if (key.Scalar() == kind.key)
         step.place = placeOf(key);
     }
@@ -232,6 +244,7 @@ private:
     if (!node.IsMap())
       return {.kind = Condition::Kind::isTrue, .value = expressions_.read(node), .other = {}, .parts = {}};
     requireMap(node, "A condition", {"value", "equals", "contains", "not", "all", "any"});
+    // Each form has its keys and no others; a mixture falls through to the complaint.
     if (node["not"].IsDefined() && node.size() == 1)
       return {.kind = Condition::Kind::no, .value = {}, .other = {}, .parts = {condition(node["not"], depth + 1)}};
     for (const auto& [key, kind] : {std::pair{"all", Condition::Kind::all}, std::pair{"any", Condition::Kind::any}}) {
@@ -264,6 +277,7 @@ private:
 } // namespace
 
 Workflow readWorkflow(std::string_view source) {
+  // The library would skip it, and all places behind it would be wrong by its length.
   if (source.starts_with(byteOrderMark))
     throw InvalidWorkflow(std::vector{Problem{{}, "The file begins with a byte order mark, which it must not have."}});
   if (const auto place = platform::malformedByte(source)) {

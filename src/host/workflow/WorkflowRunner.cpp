@@ -1,3 +1,6 @@
+// The steps are run by recursion over the tree, one coroutine for each list of them. A failure becomes a StepFailure
+// once, at the innermost step, with the rounds that are under way, and goes through the steps around it as it is.
+// Variables are one map for the whole run: steps inside of others see and change those outside.
 #include "host/workflow/WorkflowRunner.h"
 
 #include "host/FailureWords.h"
@@ -35,10 +38,12 @@ bool isEmpty(const json::value& value) {
   return value == false || value == 0 || value == 0.0 || value.is_null();
 }
 
+// Numbers come from pages and command lines as texts, so the way they read decides.
 bool areEqual(const json::value& a, const json::value& b) {
   return a == b || (a.is_primitive() && b.is_primitive() && textOf(a) == textOf(b));
 }
 
+// Anything but a list is searched as the text that it would be printed as.
 bool contains(const json::value& whole, const json::value& part) {
   if (const json::array* list = whole.if_array())
     return std::ranges::any_of(*list, [&](const json::value& item) { return areEqual(item, part); });
@@ -96,6 +101,7 @@ public:
   platform::Task<void> run(const Steps& steps, std::size_t depth) {
     for (const Step& step : steps) {
       observer_.stepBegins(step, variables_, depth);
+      // The observer hears of the end of a step that fails, too, so the failure is kept meanwhile.
       std::optional<StepFailure> failure;
       try {
         co_await work(step, depth);
@@ -142,6 +148,7 @@ private:
 
   platform::Task<void> perform(const Step& step, const ActionStep& action) {
     const intents::Intent& declaration = catalogue_.declaration(action.action.text);
+    // As texts, which the action reads as it would from a command line.
     ParameterTexts parameters;
     for (const NamedExpression& parameter : action.parameters) {
       const json::value value = evaluate(parameter.value, variables_);
@@ -154,6 +161,7 @@ private:
       parameters.emplace_back(parameter.name.text, std::move(text));
     }
     StepHost host(step, host_, observer_);
+    // Those of the action before aren't this one's, also where it fails.
     variables_[noticesVariable] = json::array();
     ActionResult result = co_await host::perform(catalogue_, action.action.text, std::move(parameters), host);
     variables_[noticesVariable] = host.notices();
@@ -162,8 +170,10 @@ private:
   }
 
   platform::Task<void> goRound(const Step& step, const RepeatStep& repeat, std::size_t depth) {
+    // Taken once: what the steps do to its variable changes nothing about the rounds.
     const json::value list = listOf(repeat.list);
     const std::size_t count = list.get_array().size();
+    // Left there when a step fails, for the failure to tell of; `tryOut` takes them away.
     rounds_.push_back({step.place.line, 0});
     for (std::size_t index = 0; index < count; ++index) {
       rounds_.back().number = index + 1;
@@ -195,10 +205,12 @@ private:
     } catch (const StepFailure& thrown) {
       failure = thrown;
     }
+    // Out of the handler, as no coroutine can wait inside of one.
     if (!failure)
       co_return;
     rounds_.resize(rounds); // those of the step that failed are over
     json::object error = failureJson(*failure);
+    // Without the step and its rounds, which the workflow itself knows.
     error["message"] = failure->reason();
     variables_[errorVariable] = std::move(error);
     co_await run(attempt.otherwise, depth + 1);

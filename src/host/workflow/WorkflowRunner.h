@@ -18,13 +18,14 @@ public:
 
   /// A step begins, with the variables as they are; `depth` counts the steps around it.
   virtual void stepBegins(const Step& step, const Variables& variables, std::size_t depth) = 0;
-  /// It has ended, all inside it too; `failure` is the reason when it failed, else empty.
+  /// It has ended, all inside it too; `failure` is the reason when it failed, else empty. Not called for steps that
+  /// were cancelled.
   virtual void stepEnds(const Step& step, const std::string& failure) = 0;
   /// Round `round`, from 1, of a repeat step's `rounds` begins.
   virtual void roundBegins(const Step& step, std::size_t depth, std::size_t round, std::size_t rounds) = 0;
   /// A step that is going to succeed has something to tell beside its result.
   virtual void noticed(const Step& step, const platform::Notice& notice) = 0;
-  /// A step prints a line.
+  /// A step prints a line; the text has no line feed behind it, and may have some within.
   virtual void printed(const std::string& text) = 0;
 };
 

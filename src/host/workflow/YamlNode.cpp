@@ -1,3 +1,6 @@
+// The library builds the tree; here it gets places, types and bounds. The tree of a file with aliases shares its nodes,
+// so a file of a few lines may be without end when it is gone through: nodes are counted as they are visited, and depth
+// is bounded.
 #include "host/workflow/YamlNode.h"
 
 #include <boost/json/value.hpp>
@@ -57,6 +60,7 @@ std::vector<YAML::Mark> beginningsOfDocuments(const std::string& text) {
 }
 
 bool isPlain(const YAML::Node& node) {
+  // The library gives plain scalars the tag “?” and quoted ones “!”.
   return node.Tag() == "?" || node.Tag().empty();
 }
 
@@ -78,8 +82,10 @@ std::optional<json::value> numberOf(std::string_view text) {
   const std::string_view digits = text.substr(isSigned ? 1 : 0);
   if (digits.empty() || digits.front() < '0' || digits.front() > '9')
     return std::nullopt; // .inf, .nan and .5 stay texts: JSON has none of them
+  // Telephone numbers and the like, which would lose their zeros.
   if (digits.size() > 1 && digits[0] == '0' && digits[1] >= '0' && digits[1] <= '9')
     return std::nullopt;
+  // std::from_chars takes no plus sign.
   const char* const start = text.starts_with('+') ? digits.data() : text.data();
   const char* const end = text.data() + text.size();
   std::int64_t whole = 0;
@@ -109,6 +115,7 @@ YAML::Node parseYaml(std::string_view source) {
   try {
     const std::string text(source);
     const std::vector<YAML::Mark> documents = beginningsOfDocuments(text);
+    // Two documents at one place: the parser stands still before something that no document begins with.
     if (documents.size() > 1 && documents[0].pos == documents[1].pos)
       throw Problem{placeAt(documents[0], 1), "This is no YAML: the text can’t begin like this."};
     if (documents.size() > 1)
@@ -130,6 +137,7 @@ std::vector<std::pair<YAML::Node, YAML::Node>> membersOf(const YAML::Node& map) 
   for (const auto& member : map) {
     if (!member.first.IsScalar())
       throw Problem{placeOf(member.first), fmt::format("The key of a map is a text, not {}.", kindOf(member.first))};
+    // YAML wants keys to be unique, and the library doesn't look.
     if (!names.insert(member.first.Scalar()).second)
       throw Problem{placeOf(member.first), fmt::format("“{}” is given twice.", member.first.Scalar())};
     members.emplace_back(member.first, member.second);
@@ -160,6 +168,7 @@ Expression ExpressionReader::read(const YAML::Node& node, int depth) {
   const Place place = placeOf(node);
   if (depth > deepest)
     throw Problem{place, fmt::format("Values are nested more than {} levels deep here.", deepest)};
+  // Of the whole file, as one reader reads all of it.
   if (++nodes_ > mostNodes)
     throw Problem{place,
                   fmt::format("The file has more than {} values, those that aliases repeat included.", mostNodes)};

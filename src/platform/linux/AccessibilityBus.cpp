@@ -1,3 +1,6 @@
+// The address is looked for in this order: the one that worked last, the environment, the session's bus, the display's
+// root window. All of it happens without the lock, since the session's bus may have to start the other one first; two
+// threads that look at once both find it, and the last one's address is kept.
 #include "platform/linux/AccessibilityBus.h"
 
 #include "platform/Accessibility.h"
@@ -29,6 +32,7 @@ std::string AccessibilityBus::askSession(const CallLimits& limits) {
   constexpr const char* path = "/org/a11y/bus";
   std::string address, reason;
   bool isOn = true;
+  // Both questions leave before the first answer, which may have to wait for the service to be started.
   session->ask({bus, path, bus, "GetAddress"}, {}, [&](sd_bus_message* answer) {
     const char* text = nullptr;
     if (sd_bus_message_is_method_error(answer, nullptr) > 0)
@@ -38,6 +42,7 @@ std::string AccessibilityBus::askSession(const CallLimits& limits) {
   });
   session->askProperty({bus, path, "org.a11y.Status", "IsEnabled"}, [&](sd_bus_message* answer) {
     int value = 1;
+    // A bus that doesn't know the property has nothing to be switched on.
     isOn = sd_bus_message_read(answer, "v", "b", &value) < 0 || value != 0;
   });
   const auto collect = [&] {
@@ -54,6 +59,7 @@ std::string AccessibilityBus::askSession(const CallLimits& limits) {
     session->ask(
         {bus, path, "org.freedesktop.DBus.Properties", "Set"},
         [](sd_bus_message* call) { sd_bus_message_append(call, "ssv", "org.a11y.Status", "IsEnabled", "b", 1); },
+        // A refusal isn't looked at: programs that don't need the switch can be read all the same.
         [](sd_bus_message*) {});
     collect();
     const MutexLock lock(mutex_);
@@ -87,6 +93,7 @@ std::unique_ptr<BusConnection> AccessibilityBus::take(const CallLimits& limits) 
       idle_.pop_back();
       if (connection->isAlive())
         return connection;
+      // The bus may come back at another address.
       address_.clear();
     }
     address = address_;

@@ -19,19 +19,24 @@ namespace tabwright::platform {
 /// Connections are lent, so that callers on several threads don't wait for each other. Safe to use from any thread.
 class AccessibilityBus {
 public:
-  /// `display` names the X11 display to ask; empty: the one of DISPLAY.
+  /// `display` names the X11 display to ask; empty: the one of DISPLAY. Connects to nothing yet.
   explicit AccessibilityBus(std::string display = {});
 
-  /// Lends a connection. Throws DesktopFailure: `noAccessibilityBus`, `stopped`.
+  /// Lends a connection. Throws DesktopFailure: `noAccessibilityBus`, `stopped`. The caller alone uses it, and gives it
+  /// back or drops it. One that the bus has left meanwhile isn't lent.
   [[nodiscard]] std::unique_ptr<BusConnection> take(const CallLimits& limits);
-  /// Takes back a connection on which nothing is pending; one with answers to come is dropped by whoever has it.
+  /// Takes back a connection on which nothing is pending; one with answers to come is dropped by whoever has it. A few
+  /// are kept; more are closed.
   void giveBack(std::unique_ptr<BusConnection> connection);
 
-  /// True for two seconds after accessibility was switched on by us: applications are still joining.
+  /// True for two seconds after accessibility was switched on by us: applications are still joining. False when
+  /// somebody else has switched it on, and while it was always on.
   [[nodiscard]] bool hasJustBeenSwitchedOn() const;
 
 private:
+  /// The first address that one of the places tells. Throws DesktopFailure: `noAccessibilityBus`, `stopped`.
   std::string findAddress(const CallLimits& limits);
+  /// Asks the session's bus, and switches accessibility on. Throws `BusLost`, DesktopFailure `stopped`.
   std::string askSession(const CallLimits& limits);
 
   const std::string display_;

@@ -1,3 +1,7 @@
+// Questions are sent in batches and answered in any order; an answer that is an error leaves its part empty, since an
+// element may be gone by then, and only changes make a failure of it. Reads of one application go over a connection to
+// itself where it offers one, and over the bus where that breaks; questions to several, to the registry and about
+// processes go over the bus. An application that is silent is known by its process, which the bus tells.
 #include "platform/linux/AtspiAccessibility.h"
 
 #include "platform/DesktopFault.h"
@@ -105,7 +109,8 @@ std::string AtspiAccessibility::addressOf(const std::string& application, const 
             });
     return bus.collect(limits, longestSilence);
   });
-  // The application may be a sandboxed one, and other addresses start programs ("unixexec:") or leave the machine.
+  // The application may be a sandboxed one, and other addresses start programs ("unixexec:") or leave the machine. A
+  // semicolon would part a list of addresses, of which the second may be of such a kind.
   const bool isSocket = address.starts_with("unix:") && !address.contains(';');
   return isSocket ? address : std::string();
 }
@@ -128,6 +133,7 @@ std::vector<AccessibleApplication> AtspiAccessibility::applications(const CallLi
   std::vector<AccessibleApplication> applications;
   onBus(limits, [&](BusConnection& bus) {
     bus.ask({registry, rootPath, "org.a11y.atspi.Accessible", "GetChildren"}, {}, [&](sd_bus_message* answer) {
+      // Their processes follow, in one go too.
       for (AccessibleElement& root : readElements(answer))
         applications.push_back({std::move(root), 0});
     });
@@ -150,6 +156,8 @@ std::optional<AccessibleElement> AtspiAccessibility::findApplication(pid_t proce
     const auto found = std::ranges::find(all, process, &AccessibleApplication::process);
     if (found != all.end())
       return found->root;
+    // Programs that have run for long and aren't on the bus won't come, but for those that join when accessibility is
+    // switched on.
     const auto age = ageOfProcess(process);
     if (!age || arrival.hasPassed() || (*age > longestStart && !bus_.hasJustBeenSwitchedOn()))
       return std::nullopt;
@@ -165,6 +173,7 @@ std::vector<AccessibleFacts> AtspiAccessibility::read(std::span<const Accessible
   if (elements.empty())
     return facts;
   const std::string& application = elements.front().application;
+  // Nearly always so; elements of several applications have only the bus in common.
   const bool isOne = std::ranges::all_of(
       elements, [&](const AccessibleElement& element) { return element.application == application; });
   const Work ask = [&](BusConnection& bus) {
@@ -183,6 +192,7 @@ std::vector<AccessibleFacts> AtspiAccessibility::read(std::span<const Accessible
         else
           bus.ask(call, question.fill, std::move(take));
       }
+      // All are under way before the first answer is awaited, within what a bus takes.
       if (bus.pending() < mostPending && each + 1 < elements.size())
         continue;
       const BusConnection::Outcome outcome = bus.collect(limits, longestSilence);
@@ -215,6 +225,7 @@ void AtspiAccessibility::perform(const AccessibleElement& element, std::size_t a
     bool isDone = false;
   };
   const std::string& application = element.application;
+  // No dialog: the application is done with all earlier actions.
   if (programs_.holds(application) && !hasDialog(application, limits))
     programs_.release(application);
   auto own = programs_.open(application, [&] { return addressOf(application, limits); });
@@ -229,6 +240,7 @@ void AtspiAccessibility::perform(const AccessibleElement& element, std::size_t a
           taking->isDone = true;
         });
   };
+  // However it ends, the action may have gone out, and its connection must stay open.
   const auto leave = [&] {
     taking->isAwaited = false;
     if (own)

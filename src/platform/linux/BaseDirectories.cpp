@@ -16,11 +16,13 @@ namespace {
 std::filesystem::path homeDirectory() {
   if (const char* home = std::getenv("HOME"); home && *home)
     return home;
+  // As for services, which may be started with no HOME.
   const passwd* account = getpwuid(getuid());
   return account && account->pw_dir ? account->pw_dir : "/";
 }
 
 std::filesystem::path baseDirectory(const char* variable, const char* fallback) {
+  // Relative ones are invalid by the XDG rules and to be ignored.
   if (const char* value = std::getenv(variable); value && *value == '/')
     return value;
   return homeDirectory() / fallback;
@@ -43,6 +45,7 @@ void ensurePrivateFolder(const std::filesystem::path& folder) {
   if (folder.empty() || std::filesystem::is_directory(folder, ignored))
     return;
   ensurePrivateFolder(folder.parent_path());
+  // Another process may have made it in the meantime.
   if (mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST)
     throw FileFailure("make the folder", folder, errno);
   if (!std::filesystem::is_directory(folder, ignored))

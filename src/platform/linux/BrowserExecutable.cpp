@@ -17,12 +17,14 @@ std::string_view programPath() {
 }
 
 std::optional<fs::path> findProgram(std::string_view name, std::string_view path) {
+  // One buffer for all folders: this is asked for every browser of the table.
   std::string file;
   for (std::string_view rest = path; !rest.empty();) {
     const std::size_t end = std::min(rest.find(':'), rest.size());
     file.assign(rest.substr(0, end)).append("/").append(name);
     rest.remove_prefix(std::min(end + 1, rest.size()));
     struct stat status{};
+    // Folders can be entered and so count as executable: only files are programs.
     if (file.starts_with('/') && ::access(file.c_str(), X_OK) == 0 && ::stat(file.c_str(), &status) == 0 &&
         S_ISREG(status.st_mode))
       return fs::path(file);

@@ -8,11 +8,11 @@
 
 namespace tabwright::platform {
 
-/// This process' PATH; where it has none, the usual folders.
+/// This process' PATH; where it has none, the usual folders. Valid until the environment changes.
 [[nodiscard]] std::string_view programPath();
 
 /// The first executable file of that name in a directory of `path` (colon separated, as PATH is). Relative directories
-/// don't count: they would make the answer depend on where we stand.
+/// don't count: they would make the answer depend on where we stand. Links are followed. Nothing when there is none.
 [[nodiscard]] std::optional<std::filesystem::path> findProgram(std::string_view name, std::string_view path);
 
 /// True for a program that can be run: an executable file's path, or a name that `findProgram` finds.

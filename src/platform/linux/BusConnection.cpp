@@ -1,5 +1,6 @@
 // The library's asynchronous calls do the work: each keeps a place in a queue of ours for its answer. Waiting is done
-// here rather than by the library, in short naps, since a stop or a test's clock wakes no descriptor.
+// here rather than by the library, in short naps, since a stop or a test's clock wakes no descriptor. Places in the
+// queue are never moved, since the library holds a pointer to each, and are freed together when all are answered.
 #include "platform/linux/BusConnection.h"
 
 #include <algorithm>
@@ -44,6 +45,7 @@ struct BusConnection::Pending {
     try {
       pending.take(answer);
     } catch (...) {
+      // No exception may pass through the library's C.
       pending.connection->thrown_ = std::current_exception();
     }
     return 1;
@@ -89,7 +91,9 @@ void BusConnection::ask(const BusCall& call, const Fill& arguments, Take take) {
   if (arguments)
     arguments(made);
   Pending& pending = calls_.emplace_back(this, call.destination, std::move(take));
+  // Without a time limit of the library's: silence is measured here, over all calls together.
   require(sd_bus_call_async(bus_.get(), &pending.slot, made, &Pending::receive, &pending, UINT64_MAX));
+  // Only once the call is out, so that a failure leaves nothing to wait for.
   ++unanswered_;
 }
 
@@ -130,12 +134,14 @@ BusConnection::Outcome BusConnection::collectUntil(const std::function<bool()>& 
       return Outcome::answered;
     if (limits.stop.stop_requested())
       return Outcome::stopped;
+    // Each answer starts the patience anew: an application that works through a long list isn't silent.
     if (unanswered_ != before)
       silence = limits.within(patience);
     else if (silence.hasPassed())
       return Outcome::silent;
     const int events = require(sd_bus_get_events(bus_.get()));
     pollfd descriptor{require(sd_bus_get_fd(bus_.get())), static_cast<short>(events), 0};
+    // A poll that fails, as by a signal, costs a look and nothing else.
     poll(&descriptor, 1, static_cast<int>(nap.count()));
   }
 }

@@ -1,3 +1,5 @@
+// All windows are asked before the first answer is awaited. The requests of the extension are few and short enough to
+// be written here, by the connection library's means for extensions, which spares a library.
 #include "platform/linux/ClientProcesses.h"
 
 #include <array>
@@ -10,8 +12,6 @@
 #include <utility>
 #include <xcb/xcb.h>
 #include <xcb/xcbext.h>
-
-// Requests of the extension are few and short enough to be written here, which spares a library.
 
 namespace tabwright::platform {
 
@@ -59,6 +59,7 @@ pid_t answer(xcb_connection_t* connection, unsigned sequence) {
     return 0;
   Reply reply;
   std::memcpy(&reply, data.get(), sizeof reply);
+  // A client from another machine has no id of this kind, and a window that has gone has no client.
   return reply.idCount == 1 && reply.specification[2] == sizeof reply.pid ? static_cast<pid_t>(reply.pid) : 0;
 }
 
@@ -69,6 +70,8 @@ void tellProcesses(xcb_connection_t* connection, std::vector<ClientWindow>& wind
   for (ClientWindow& window : windows) {
     if (window.pid != 0)
       continue;
+    // Asked in the loop, so that displays whose windows all tell their process are asked nothing; the library keeps the
+    // answer.
     const xcb_query_extension_reply_t* extension = xcb_get_extension_data(connection, &resourceExtension);
     if (extension == nullptr || extension->present == 0)
       return;

@@ -22,6 +22,7 @@ DefaultsObservation DefaultsObservers::add(const std::string& name, std::optiona
 }
 
 void DefaultsObservers::notify(const DefaultsReader& reader) {
+  // A copy, since callbacks may add observers or end them.
   std::vector<std::shared_ptr<Observer>> observers;
   {
     const MutexLock lock(mutex_);
@@ -32,6 +33,7 @@ void DefaultsObservers::notify(const DefaultsReader& reader) {
   }
   for (const std::shared_ptr<Observer>& observer : observers) {
     const MutexLock lock(observer->mutex);
+    // Read under the observer's lock, so that of two threads none reports a value that is older than the last one told.
     std::optional<DefaultsValue> value = reader.find(observer->name);
     if (!observer->callback || value == observer->known)
       continue;

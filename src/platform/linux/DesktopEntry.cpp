@@ -13,6 +13,7 @@ namespace {
 constexpr std::string_view group = "[Desktop Entry]";
 constexpr std::string_view blanks = " \t\r";
 
+// A carriage return too: files from elsewhere end their lines with one.
 std::string_view trimmed(std::string_view text) {
   const std::size_t start = text.find_first_not_of(blanks);
   if (start == std::string_view::npos)
@@ -68,6 +69,7 @@ bool readKey(std::string_view key, std::string_view value, DesktopEntry& entry, 
   if (key == "Hidden" || key == "DBusActivatable") {
     const std::optional<bool> answer = readBoolean(value);
     (key == "Hidden" ? entry.isHidden : isStartedOverBus) = answer.value_or(false);
+    // A damaged boolean of another key, such as Terminal, doesn't decide whether the application is there.
     return answer.has_value();
   }
   std::string* field = key == "Type"             ? &entry.type
@@ -77,6 +79,7 @@ bool readKey(std::string_view key, std::string_view value, DesktopEntry& entry, 
                        : key == "StartupWMClass" ? &entry.windowClass
                        : key == "Path"           ? &entry.workingFolder
                                                  : nullptr;
+  // Keys of later versions, and those that only menus need.
   if (!field)
     return true;
   std::optional<std::string> text = unescaped(value);
@@ -93,9 +96,11 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::span<c
   std::size_t bestLanguage = languages.size();
   while (!text.empty()) {
     const std::string_view line = trimmed(text.substr(0, text.find('\n')));
+    // The last line may lack its end.
     text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
     if (line.empty() || line.starts_with('#'))
       continue;
+    // A second group ends the reading; what may be damaged behind it doesn't matter.
     if (line.starts_with('[')) {
       if (isInGroup)
         break;
@@ -113,6 +118,7 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::span<c
     for (std::size_t language = 0; key.starts_with("Name[") && language < bestLanguage; ++language) {
       if (key == "Name[" + languages[language] + "]") {
         entry.localName = unescaped(value).value_or("");
+        // Only languages that the user likes better can take it over from here.
         bestLanguage = language;
       }
     }
@@ -141,11 +147,13 @@ std::optional<std::vector<std::string>> commandLineOf(const DesktopEntry& entry)
       isQuoted = !isQuoted;
       isWord = true;
     } else if (isQuoted && character == '\\') {
+      // A backslash keeps the next character from meaning anything, so a quote can stand in quotes.
       word += next;
       ++place;
     } else if (!isQuoted && character == ' ') {
       finish();
     } else if (!isQuoted && character == '%') {
+      // The other codes stand for files, addresses and icons, of which none is given.
       if (next == '%' || next == 'c') {
         word += next == '%' ? "%" : entry.localName;
         isWord = true;

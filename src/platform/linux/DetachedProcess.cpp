@@ -28,6 +28,7 @@ namespace {
     }
     if (nothing > STDERR_FILENO)
       ::close(nothing);
+    // Blocked signals, and an ignored SIGPIPE, would stay so in the program.
     sigset_t none;
     sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
@@ -57,13 +58,16 @@ int startDetached(const std::vector<std::string>& words, const std::string& fold
     return errno;
   if (child == 0)
     become(arguments.data(), folder.c_str(), writing.number());
+  // Only the program's side holds the pipe then, and its end can be told.
   writing = FileDescriptor();
+  // The child ends as soon as it has forked, so this takes no time and leaves no zombie.
   ::waitpid(child, nullptr, 0);
   int error = 0;
   ssize_t count = 0;
   do {
     count = ::read(reading.number(), &error, sizeof error);
   } while (count < 0 && errno == EINTR);
+  // The end of the pipe without a word: exec has closed it.
   return count == sizeof error ? error : 0;
 }
 

@@ -1,3 +1,6 @@
+// A row for each part, with the question in AT-SPI's words and the function that reads its answer; toolkits differ in
+// what they leave out, so an answer of another shape is passed over and never a failure. Some parts are properties,
+// which D-Bus's own interface gives, and the others methods.
 #include "platform/linux/ElementQuestions.h"
 
 #include <array>
@@ -9,6 +12,7 @@ namespace tabwright::platform {
 
 namespace {
 
+// AT-SPI's reference to no element.
 constexpr std::string_view nullPath = "/org/a11y/atspi/null";
 
 void takeText(sd_bus_message* answer, std::optional<std::string>& text) {
@@ -35,6 +39,7 @@ void takeStates(sd_bus_message* answer, AccessibleFacts& facts) {
   if (sd_bus_message_read_array(answer, 'u', &words, &bytes) < 0)
     return;
   std::uint64_t bits = 0;
+  // Two words of 32 bits by AT-SPI, the lower first; more would be states of a later version.
   for (std::size_t word = 0; word < std::min<std::size_t>(bytes / sizeof(std::uint32_t), 2); ++word)
     bits |= std::uint64_t{static_cast<const std::uint32_t*>(words)[word]} << 32 * word;
   facts.states = AccessibleStates(bits);
@@ -57,6 +62,7 @@ void takeAttributes(sd_bus_message* answer, AccessibleFacts& facts) {
     attributes.emplace_back(name, value);
 }
 
+// Name, description and keys; the first alone is wanted.
 void takeActions(sd_bus_message* answer, AccessibleFacts& facts) {
   if (sd_bus_message_enter_container(answer, 'a', "(sss)") <= 0)
     return;
@@ -81,10 +87,12 @@ void takeExtents(sd_bus_message* answer, AccessibleFacts& facts) {
 }
 
 void fillWholeText(sd_bus_message* call) {
+  // From the first character to the end, which AT-SPI calls -1.
   sd_bus_message_append(call, "ii", 0, -1);
 }
 
 void fillScreenCoordinates(sd_bus_message* call) {
+  // AT-SPI's ATSPI_COORD_TYPE_SCREEN.
   sd_bus_message_append(call, "u", std::uint32_t{0});
 }
 
@@ -120,6 +128,7 @@ std::span<const ElementQuestion> elementQuestions() {
   return questions;
 }
 
+// A message is read once, from front to back; so an answer that breaks off gives what came before.
 std::vector<AccessibleElement> readElements(sd_bus_message* answer) {
   std::vector<AccessibleElement> elements;
   if (sd_bus_message_enter_container(answer, 'a', "(so)") <= 0)

@@ -9,6 +9,10 @@ struct sd_bus_message;
 namespace tabwright::platform {
 
 /// One part of an element, and the question for it on the accessibility bus (AT-SPI 2, interfaces org.a11y.atspi.*).
+///
+///     for (const ElementQuestion& question : elementQuestions())
+///       if (parts.*question.part)
+///         ask(question);
 struct ElementQuestion {
   bool AccessibleParts::* part;
   const char* interface;
@@ -23,7 +27,8 @@ struct ElementQuestion {
 /// Qt 6.4.
 [[nodiscard]] std::span<const ElementQuestion> elementQuestions();
 
-/// Reads a list of references, without those that stand for nothing.
+/// Reads a list of references, without those that stand for nothing. The answer is an array of AT-SPI's pairs of a bus
+/// name and a path; for any other the list is empty.
 [[nodiscard]] std::vector<AccessibleElement> readElements(sd_bus_message* answer);
 
 } // namespace tabwright::platform

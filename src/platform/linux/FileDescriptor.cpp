@@ -11,6 +11,7 @@ std::optional<std::string> FileDescriptor::readAll(std::size_t most) const {
     const ssize_t count = read(number_, buffer, sizeof buffer);
     if (count == 0)
       return text;
+    // A signal is no end: the read goes on.
     if (count < 0 && errno != EINTR)
       return std::nullopt;
     text.append(buffer, count > 0 ? static_cast<std::size_t>(count) : 0);

@@ -1,4 +1,5 @@
-// Asks again and again with growing pauses, since flock can't be told how long to wait.
+// Asks again and again with growing pauses, since flock can't be told how long to wait. The pauses grow, so that a lock
+// that is soon free is soon taken, and a long wait costs little.
 #include "platform/linux/FileLock.h"
 
 #include "platform/FileFailure.h"
@@ -35,6 +36,7 @@ FileLock::FileLock(const std::filesystem::path& file, std::chrono::nanoseconds w
     if (flock(descriptor_.number(), LOCK_EX | LOCK_NB) == 0) {
       if (isStillAt(file, descriptor_.number()))
         return;
+      // Others that open the path lock another file, so this lock would exclude nobody.
       descriptor_ = FileDescriptor();
     } else if (errno != EWOULDBLOCK && errno != EINTR) {
       throw FileFailure("lock", file, errno);

@@ -13,7 +13,8 @@ namespace {
 
 /// The command's output, without the line's end. Throws with its complaint where it fails.
 std::string settings(const std::string& words) {
-  // The words are all this file's own.
+  // The words are all this file's own. C's locale, since the answer is compared and complaints go into a sentence in
+  // English.
   std::FILE* pipe = popen(("LC_ALL=C timeout 5 gsettings " + words + " 2>&1").c_str(), "re");
   if (pipe == nullptr)
     throw failure(DesktopFault::noAppearance, "no command can be run");
@@ -31,6 +32,7 @@ std::string settings(const std::string& words) {
 } // namespace
 
 bool GnomeAppearance::isDark() {
+  // Printed as GVariant text, which puts quotes around it.
   return settings("get org.gnome.desktop.interface color-scheme") == "'prefer-dark'";
 }
 

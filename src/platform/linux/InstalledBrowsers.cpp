@@ -1,4 +1,5 @@
-// Folders are opened, and the few files that an id of the table may lie in are opened in them: nothing is enumerated.
+// Folders are opened, and the few files that an id of the table may lie in are opened in them: nothing is enumerated. A
+// desktop has hundreds of entries, and the table asks for a few of known ids.
 #include "platform/linux/InstalledBrowsers.h"
 
 #include "platform/FileFailure.h"
@@ -44,6 +45,7 @@ std::vector<std::string> filesOfID(std::string_view id) {
   for (std::size_t place = 0; place < id.size(); ++place) {
     if (id[place] != '-')
       continue;
+    // Every name so far comes a second time, with a border in place of this dash.
     for (std::size_t each = files.size(); each-- > 0;)
       files.emplace_back(files[each])[place] = '/';
   }
@@ -57,12 +59,15 @@ enum class EntryState {
 };
 
 EntryState stateOf(int folder, const std::string& name, std::string_view path) {
+  // Without waiting: what lies there may be a pipe.
   const FileDescriptor file(::openat(folder, name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  // Else a browser would seem not to be installed because this process has too much open.
   if (!file.isOpen() && isShortage(errno))
     throw FileFailure("read", name, errno);
   if (!file.isOpen() && (errno == ENOENT || errno == ENOTDIR))
     return EntryState::absent;
   const std::optional<DesktopEntry> entry = readEntry(file);
+  // A file that can't be opened comes here too, and is logged.
   if (!entry) {
     browsersLog.error("Failed to get info dictionary for {}", name.substr(name.rfind('/') + 1));
     return EntryState::absent;
@@ -96,6 +101,7 @@ std::vector<fs::path> dataFolders() {
       folders.emplace_back(rest.substr(0, end));
     rest.remove_prefix(std::min(end + 1, rest.size()));
   }
+  // Behind those of the environment, which mostly names them already; doubles are dropped by the caller.
   folders.push_back(dataHome() / "flatpak/exports/share");
   folders.emplace_back("/var/lib/flatpak/exports/share");
   folders.emplace_back("/var/lib/snapd/desktop");
@@ -118,6 +124,7 @@ InstallationPlaces InstallationPlaces::ofThisProcess() {
 std::vector<const BrowserFacts*> findInstalledBrowsers(const InstallationPlaces& places) {
   std::vector<FileDescriptor> folders;
   for (const fs::path& folder : places.applicationFolders) {
+    // Kept for all ids; O_PATH, as nothing is read from the folder itself.
     folders.emplace_back(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     if (!folders.back().isOpen() && isShortage(errno))
       throw FileFailure("read", folder, errno);

@@ -1,3 +1,7 @@
+// The core keyboard is meant throughout, the one that all keyboards of a display act together as, since windows get its
+// keys. Strokes go out by XTEST; the layout comes from the X Keyboard Extension, and is read anew only after an event
+// has told of a change. Requests stay in the connection's buffer until a question is put behind them: its answer says
+// that the display has worked them off.
 #include "platform/linux/KeyboardDisplay.h"
 
 #include "platform/DesktopFault.h"
@@ -50,6 +54,7 @@ KeyboardDisplay::~KeyboardDisplay() = default;
 KeyboardDisplay::State KeyboardDisplay::state() const {
   xcb_connection_t* xcb = display_.connection();
   requireActiveWindow(display_);
+  // Both questions leave together.
   const auto stateCookie = xcb_xkb_get_state(xcb, coreKeyboard);
   const auto keysCookie = xcb_query_keymap(xcb);
   const ReplyPointer<xcb_xkb_get_state_reply_t> told(xcb_xkb_get_state_reply(xcb, stateCookie, nullptr));
@@ -70,6 +75,7 @@ KeyboardDisplay::State KeyboardDisplay::state() const {
 void KeyboardDisplay::refresh() {
   xcb_connection_t* xcb = display_.connection();
   bool isCurrent = layout_ != nullptr;
+  // All events are taken, so that none pile up; those of the extension tell of a new keyboard or a new map.
   while (const ReplyPointer<xcb_generic_event_t> event{xcb_poll_for_event(xcb)})
     isCurrent = isCurrent && (event->response_type & 0x7F) != keyboardEvent_;
   if (isCurrent)
@@ -88,6 +94,7 @@ void KeyboardDisplay::strike(std::uint8_t keycode, Stroke stroke) {
                       XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
 }
 
+// Locked rather than latched: a latch would end with the next key.
 void KeyboardDisplay::lockGroup(std::uint8_t group) {
   xcb_xkb_latch_lock_state(display_.connection(), coreKeyboard, 0, 0, 1, group, 0, 0, 0);
 }

@@ -1,3 +1,6 @@
+// Every level of every key is looked at once, and filed under the symbol and the character that it gives; a search then
+// is a look into a map, and the cheapest of the ways found is taken. The library answers only in the other direction,
+// from keys to symbols, so asking it for each character would go through the whole keyboard each time.
 #include "platform/linux/KeyboardLayout.h"
 
 #include "platform/DesktopFault.h"
@@ -41,6 +44,7 @@ KeyboardLayout::KeyboardLayout(xkb_keymap* keymap)
   readModifiers(keymap);
   for (unsigned keycode = lowest_; keycode <= highest_; ++keycode)
     readKey(keymap, static_cast<std::uint8_t>(keycode));
+  // Collected from the lowest keycode up.
   std::ranges::reverse(spare_);
 }
 
@@ -67,6 +71,7 @@ void KeyboardLayout::readKey(xkb_keymap* keymap, std::uint8_t keycode) {
     const xkb_level_index_t levels = xkb_keymap_num_levels_for_key(keymap, keycode, group);
     for (xkb_level_index_t level = 0; level < levels; ++level) {
       const xkb_keysym_t* symbols = nullptr;
+      // A key that gives several symbols at once types none of them by itself.
       if (xkb_keymap_key_get_syms_by_level(keymap, keycode, group, level, &symbols) != 1 ||
           symbols[0] == XKB_KEY_NoSymbol)
         continue;
@@ -75,6 +80,7 @@ void KeyboardLayout::readKey(xkb_keymap* keymap, std::uint8_t keycode) {
       if (!place)
         continue;
       bySymbol_[symbols[0]].push_back(*place);
+      // Keys of the keypad depend on NumLock besides.
       if (const std::uint32_t character = xkb_keysym_to_utf32(symbols[0]); character != 0 && !isOnKeypad(symbols[0]))
         byCharacter_[character].push_back(*place);
     }
@@ -90,6 +96,7 @@ std::optional<KeyPlace> KeyboardLayout::placeOf(xkb_keymap* keymap, std::uint8_t
   if (xkb_keymap_num_layouts_for_key(keymap, keycode) > 1)
     place.group = static_cast<std::uint8_t>(group);
   std::vector<std::uint8_t> ways = waysTo(keymap, keycode, group, level);
+  // The first level of a key without modifiers needs none.
   if (ways.empty() && level == 0)
     ways.push_back(0);
   std::erase_if(ways, [](std::uint8_t way) { return (way & lock) != 0; });
@@ -99,6 +106,7 @@ std::optional<KeyPlace> KeyboardLayout::placeOf(xkb_keymap* keymap, std::uint8_t
   const auto cost = [&](std::uint8_t way) { return std::popcount(static_cast<std::uint8_t>(way & ~numLock_)); };
   const std::uint8_t way = *std::ranges::min_element(ways, {}, cost);
   place.modifiers = static_cast<std::uint8_t>(way & ~numLock_);
+  // NumLock matters where any level of the key asks for it.
   bool isTurned = false;
   for (xkb_level_index_t each = 0; each < xkb_keymap_num_levels_for_key(keymap, keycode, group); ++each) {
     const std::vector<std::uint8_t> others = waysTo(keymap, keycode, group, each);
@@ -114,6 +122,7 @@ std::optional<KeyPlace> KeyboardLayout::best(const Places& places, std::uint32_t
   if (found == places.end())
     return std::nullopt;
   const auto cost = [&](const KeyPlace& place) {
+    // Modifiers come second: they are held for one key, and a group is switched for the whole keyboard.
     const int distance = place.group.value_or(group) == group ? 0 : 1 + *place.group;
     return std::pair(distance, std::popcount(place.modifiers));
   };
@@ -149,6 +158,7 @@ std::optional<std::uint32_t> symbolOfCharacter(char32_t character) {
   if (character == '\n')
     return XKB_KEY_Return;
   const xkb_keysym_t symbol = xkb_utf32_to_keysym(character);
+  // The library gives symbols to more control characters, such as that of Clear.
   const bool isControl = character < 0x20 || (character >= 0x7F && character < 0xA0);
   const bool isKey = symbol == XKB_KEY_BackSpace || symbol == XKB_KEY_Tab || symbol == XKB_KEY_Return ||
                      symbol == XKB_KEY_Escape || symbol == XKB_KEY_Delete;

@@ -53,6 +53,7 @@ struct LinuxUserDefaults::Parts {
     pending.applyTo(shown);
   }
 
+  // The change is applied twice, here and in the next flush, since the state on the disk may be another by then.
   void add(DefaultsUpdate change) {
     const MutexLock lock(state);
     refresh();
@@ -86,10 +87,12 @@ struct LinuxUserDefaults::Parts {
         return;
     }
     try {
+      // A lock that was waited for in vain is only tried from then on: else each change of a run would wait anew.
       const FileLock fileLock = file.lock(isLockHeldUp ? std::chrono::nanoseconds::zero() : lockWait);
       isLockHeldUp = false;
       Batch batch = makeBatch();
       SettingsFile::SnapshotPointer written = batch.old;
+      // A change that makes no difference leaves the file as it is, so that no other process has to read it again.
       if (batch.applied.isChanged)
         written = file.replace(*batch.old, std::move(batch.document),
                                batch.applied.replacesOtherType ? SettingsFile::OldFile::keepAside
@@ -97,6 +100,7 @@ struct LinuxUserDefaults::Parts {
       const MutexLock stateLock(state);
       pending.removeUpTo(batch.end);
       show(std::move(written));
+      // A failure after a success is news again.
       logged.clear();
       isLossLogged = false;
     } catch (const FileFailure& failure) {
@@ -142,6 +146,7 @@ LinuxUserDefaults::LinuxUserDefaults(const LinuxUserDefaultsOptions& options)
 }
 
 LinuxUserDefaults::~LinuxUserDefaults() {
+  // The thread ends first, so that no write of its is under way; what it was asked for is done below.
   parts_->thread.reset();
   parts_->flush();
 }
@@ -167,6 +172,8 @@ void LinuxUserDefaults::updateSoon(DefaultsUpdate change) {
 DefaultsObservation LinuxUserDefaults::observe(const std::string& name, std::function<void()> callback) {
   try {
     ensurePrivateFolder(parts_->file.path().parent_path());
+    // The folder is made beforehand, since a missing one can't be watched. Without it observers hear of this process's
+    // changes alone.
     parts_->thread->follow(parts_->file.path());
   } catch (const FileFailure& failure) {
     const MutexLock lock(parts_->state);

@@ -37,7 +37,9 @@ struct LinuxUserDefaultsOptions {
 /// to write.
 class LinuxUserDefaults final : public UserDefaults {
 public:
+  /// Reads no setting yet: an unusable place shows with the first call.
   explicit LinuxUserDefaults(const LinuxUserDefaultsOptions& options = {});
+  /// Nobody uses the store any more by then. Observations may outlive it.
   ~LinuxUserDefaults() override;
   LinuxUserDefaults(const LinuxUserDefaults&) = delete;
   LinuxUserDefaults& operator=(const LinuxUserDefaults&) = delete;
@@ -48,6 +50,7 @@ public:
   [[nodiscard]] DefaultsObservation observe(const std::string& name, std::function<void()> callback) override;
 
 private:
+  /// The file, the locks, the changes on their way and the thread.
   struct Parts;
   std::unique_ptr<Parts> parts_;
 };

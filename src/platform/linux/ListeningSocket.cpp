@@ -33,6 +33,7 @@ void collectInodes(const fs::path& table, std::uint16_t port, std::set<std::stri
   std::getline(in, line); // the heading
   while (std::getline(in, line)) {
     std::istringstream fields(line);
+    // Fields by their order in proc(5); blanks part them.
     std::string slot, local, remote, state, queues, timer, retransmits, owner, timeout, inode;
     if (!(fields >> slot >> local >> remote >> state >> queues >> timer >> retransmits >> owner >> timeout >> inode))
       continue;
@@ -65,8 +66,10 @@ ListenerOwner ownerOfListener(std::uint16_t port, pid_t process, const fs::path&
     if (target.starts_with(socket))
       inodes.erase(target.substr(socket.size(), target.size() - socket.size() - 1));
     if (inodes.empty())
+      // None is left that somebody else could own.
       return ListenerOwner::thisProcess;
   }
+  // The descriptors of another user's process can't be listed either, which is no want of ours.
   if (isShortage(error.value()))
     throw FileFailure("read", processes / std::to_string(process) / "fd", error.value());
   return ListenerOwner::another;

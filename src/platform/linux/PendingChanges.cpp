@@ -19,8 +19,10 @@ public:
     return document_.find(name);
   }
   void set(const std::string& name, DefaultsValue value) override {
+    // As it would be read back, or every such text would differ from what is stored.
     value = PropertyListDocument::storable(std::move(value));
     const std::optional<DefaultsValue> old = document_.find(name);
+    // A value that makes no difference isn't written, and wakes nobody.
     if (old == value)
       return;
     document_.set(name, value);
@@ -41,6 +43,7 @@ AppliedChanges applyChange(const DefaultsUpdate& change, PropertyListDocument& d
   try {
     change(documentChange);
   } catch (const std::exception& error) {
+    // One that throws is a fault of its maker; the others must reach the disk all the same.
     changesLog.error("A change of the settings failed: {}", error.what());
   }
   return documentChange.applied;

@@ -32,6 +32,7 @@ public:
 
   [[nodiscard]] std::string content() const override {
     std::optional<std::string> text;
+    // Through the descriptor: another file may lie under the name by now.
     if (lseek(descriptor_.number(), 0, SEEK_SET) == 0)
       text = descriptor_.readAll();
     if (!text)
@@ -50,6 +51,7 @@ public:
   explicit UnnamedFile(const std::filesystem::path& wanted)
       : descriptor_(open(wanted.parent_path().c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600)) {
     if (!descriptor_.isOpen()) {
+      // In the same folder, since a link can't lead to another file system.
       name_ = (wanted.parent_path() / ".tabwright-XXXXXX").string();
       descriptor_ = FileDescriptor(mkostemp(name_.data(), O_CLOEXEC));
     }
@@ -77,6 +79,7 @@ public:
 
   // False with errno set when the name is taken, or can't be given.
   bool linkTo(const std::filesystem::path& path) const {
+    // A file without a name is reached through the process file system: to link a descriptor itself takes a privilege.
     const std::string name = name_.empty() ? "/proc/self/fd/" + std::to_string(descriptor_.number()) : name_;
     return linkat(AT_FDCWD, name.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
   }
@@ -88,6 +91,7 @@ private:
   FileDescriptor descriptor_;
 };
 
+// In bytes; a place with less is passed over for the next.
 constexpr std::uintmax_t roomForScripts = 1 << 18;
 
 /// The folder for scripts in one of ours, whose parent is made if it is missing.
@@ -136,6 +140,7 @@ void PosixFileManager::createDirectory(const std::filesystem::path& path) {
   if (mkdir(path.c_str(), 0700) == 0)
     return;
   const int reason = errno;
+  // A file of that name is no folder, and a failure.
   if (reason != EEXIST || kindOfFile(path) != FileKind::folder)
     throw FileFailure("make the folder", path, reason);
 }

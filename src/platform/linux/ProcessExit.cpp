@@ -30,6 +30,7 @@ ProcessExit waitForExit(pid_t process, const CallLimits& limits) {
   std::array<pollfd, 2> entries{{{watched.number(), POLLIN, 0}, {stop.number(), POLLIN, 0}}};
   for (;;) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(limits.deadline - std::chrono::steady_clock::now());
+    // Poll counts in an int, which a far deadline wouldn't fit into; so it wakes once a minute at least.
     const auto wait = std::clamp<std::chrono::milliseconds::rep>(left.count(), 0, 60'000);
     const int ready = ::poll(entries.data(), entries.size(), static_cast<int>(wait));
     if (ready > 0)

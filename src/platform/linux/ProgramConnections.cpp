@@ -1,3 +1,7 @@
+// Connections are lent as a stack, the last used first, so that those that aren't needed stay idle and are closed. One
+// thread closes them, and looks once a second whether the programs of held ones still run. A held connection has to
+// outlive this process too: when it ends, a small program inherits the open descriptors and keeps them, since only the
+// last copy's end is the connection's.
 #include "platform/linux/ProgramConnections.h"
 
 #include "platform/Logger.h"
@@ -25,6 +29,7 @@ constexpr std::chrono::seconds lookAtHeld{1};
 /// Starts a process that inherits what is open now, and does nothing.
 void holdElsewhere() {
   const auto seconds = std::chrono::seconds(ProgramConnections::longestHold).count();
+  // Any program would do that waits and needs nothing.
   if (startDetached({"sleep", std::to_string(seconds)}, "/") != 0)
     programsLog.error("Connections by which applications were told to do something can’t be kept");
 }
@@ -70,6 +75,7 @@ std::unique_ptr<BusConnection> ProgramConnections::open(const std::string& progr
       isKnown = true;
     }
   }
+  // Without the lock: the program is asked, which may take half a second.
   if (!isKnown)
     address = findAddress();
   std::unique_ptr<BusConnection> connection;
@@ -82,6 +88,7 @@ std::unique_ptr<BusConnection> ProgramConnections::open(const std::string& progr
     }
   }
   const MutexLock lock(mutex_);
+  // All are forgotten; who is asked again tells the same.
   if (addresses_.size() >= mostAddresses)
     addresses_.clear();
   addresses_.insert_or_assign(program, address);
@@ -128,8 +135,10 @@ void ProgramConnections::close(const std::stop_token& stop) {
   MutexLock lock(mutex_);
   const auto hasSome = [this]() REQUIRES(mutex_) { return !idle_.empty() || !held_.empty(); };
   while (gotSome_.wait(lock, stop, hasSome) && !stop.stop_requested()) {
+    // Idle ones are looked at when the oldest may be due, held ones more rarely.
     const auto pause = idle_.empty() ? std::chrono::milliseconds(lookAtHeld) : longestIdle;
     const auto hasIdle = [this, wasEmpty = idle_.empty()]() REQUIRES(mutex_) { return wasEmpty && !idle_.empty(); };
+    // The first idle connection shortens a pause that was made for held ones.
     gotSome_.wait_for(lock, stop, pause, hasIdle);
     const Clock::time_point now = Clock::now();
     std::erase_if(idle_, [now](const Kept& each) { return each.since + longestIdle <= now; });

@@ -40,6 +40,7 @@ std::optional<Texts> textsOf(plist_t node) {
   for (;;) {
     char* rawKey = nullptr;
     plist_t value = nullptr;
+    // The library hands the key out as a copy, and the value as its own.
     plist_dict_next_item(node, iterator.get(), &rawKey, &value);
     const std::unique_ptr<char, void (*)(void*)> key(rawKey, std::free);
     if (!value)
@@ -90,14 +91,17 @@ PropertyListDocument::PropertyListDocument() : root_(plist_new_dict()) {}
 
 PropertyListDocument::PropertyListDocument(const PropertyListDocument& other) : root_(plist_copy(other.root_.get())) {}
 
+// By a copy that is moved in, so that a failure leaves this as it was.
 PropertyListDocument& PropertyListDocument::operator=(const PropertyListDocument& other) {
   return *this = PropertyListDocument(other);
 }
 
 std::optional<PropertyListDocument> PropertyListDocument::parse(std::string_view data) {
+  // Counted in the text, before the library's parser meets the nesting.
   if (countOf("<array", data) + countOf("<dict", data) > mostContainers)
     return std::nullopt;
   plist_t root = nullptr;
+  // For a text that is none the library leaves the root null.
   plist_from_xml(data.data(), static_cast<std::uint32_t>(data.size()), &root);
   Node node(root);
   if (!node || plist_get_node_type(node.get()) != PLIST_DICT)
@@ -127,6 +131,7 @@ std::optional<DefaultsValue> PropertyListDocument::find(const std::string& name)
   }
   case PLIST_STRING:
     return textOf(node);
+  // A dictionary of anything but texts has no type here, and is left alone.
   case PLIST_DICT:
     if (auto texts = textsOf(node))
       return *std::move(texts);
@@ -158,6 +163,7 @@ std::string PropertyListDocument::xml() const {
   plist_to_xml(root_.get(), &characters, &length);
   if (!characters)
     throw std::bad_alloc();
+  // Freed by the library that has allocated it.
   const std::unique_ptr<char, void (*)(char*)> owned(characters, plist_to_xml_free);
   return std::string(characters, length);
 }

@@ -102,6 +102,7 @@ std::optional<std::uint64_t> startTime(const ProcessFiles& process) {
 /// the next switch. Addresses come last, behind all switches.
 std::vector<std::string> argumentsOf(const std::string& commandLine) {
   std::vector<std::string> arguments = splitAtNulls(commandLine);
+  // Several: nobody has rewritten them.
   if (arguments.size() != 1)
     return arguments;
   const std::string joined = std::exchange(arguments.front(), {});
@@ -207,6 +208,7 @@ fs::path defaultProfile(const RunningBrowser& browser, const ProcessFiles& proce
     candidates.push_back(fs::path(home) / directory);
   }
   for (const fs::path& candidate : candidates) {
+    // A browser may be installed twice, and the lock tells which profile is this process'.
     if (isLockedBy(candidate, browser.innerProcess))
       return candidate;
   }
@@ -224,6 +226,7 @@ std::optional<RunningBrowser> look(const ProcessFiles& process, const BrowserFac
     return std::nullopt;
 
   const std::optional<std::string> commandLine = readAll(process, "cmdline");
+  // Empty for a process that has ended and isn't collected yet.
   if (!commandLine || commandLine->empty())
     return std::nullopt;
   const std::vector<std::string> arguments = argumentsOf(*commandLine);
@@ -245,6 +248,7 @@ std::optional<RunningBrowser> look(const ProcessFiles& process, const BrowserFac
   browser.owner = status.st_uid;
   browser.startTime = *start;
   browser.isHeadless = hasSwitch(arguments, "--headless");
+  // A relative one counts from the browser's own working directory.
   if (const auto directory = switchValue(arguments, "--user-data-dir"))
     browser.profileDirectory = directoryOf(linkOf(process.directory, process.fileName("cwd")), *directory);
   else
@@ -260,6 +264,7 @@ std::vector<RunningBrowser> search(const fs::path& processes, const BrowserFacts
     throw FileFailure("read", processes, errno);
   while (const dirent* entry = ::readdir(directory.get())) {
     const std::string_view name = entry->d_name;
+    // Nine digits are more than the kernel gives a process.
     const bool isNumber = name.size() <= 9 && std::ranges::all_of(name, [](char c) { return c >= '0' && c <= '9'; });
     if (!isNumber)
       continue;

@@ -1,5 +1,6 @@
 // Reading opens the file before it looks at it, so that facts and content belong together even if the file is replaced
-// meanwhile.
+// meanwhile. Writing puts a new file in the old one's place by a rename, which readers see as a whole; each step is on
+// the disk before the next depends on it.
 #include "platform/linux/SettingsFile.h"
 
 #include "platform/FileFailure.h"
@@ -31,6 +32,7 @@ std::filesystem::path withEnding(std::filesystem::path path, std::string_view en
 }
 
 bool isSameState(const struct stat& one, const struct stat& other) {
+  // Every write makes a new inode, so the times matter for files that others write in place alone.
   return one.st_dev == other.st_dev && one.st_ino == other.st_ino && one.st_size == other.st_size &&
          one.st_mtim.tv_sec == other.st_mtim.tv_sec && one.st_mtim.tv_nsec == other.st_mtim.tv_nsec;
 }
@@ -54,6 +56,7 @@ void syncFolder(const std::filesystem::path& folder) {
 
 SettingsFile::SettingsFile(const std::filesystem::path& file) : file_(file) {
   std::error_code error;
+  // A rename would replace the link itself.
   if (std::filesystem::is_symlink(file, error)) {
     const std::filesystem::path target = std::filesystem::weakly_canonical(file, error);
     if (!error)
@@ -107,6 +110,7 @@ SettingsFile::SnapshotPointer SettingsFile::replace(const Snapshot& old, Propert
   if (text.size() > longestFile) // nobody would read it again
     throw FileFailure("write", file_, EFBIG);
   const std::filesystem::path temporary = withEnding(file_, ".new");
+  // Made anew rather than emptied: it may be a link, or open to others.
   if (unlink(temporary.c_str()) != 0 && errno != ENOENT)
     throw FileFailure("remove", temporary, errno);
   const auto snapshot = std::make_shared<Snapshot>();
@@ -115,6 +119,7 @@ SettingsFile::SnapshotPointer SettingsFile::replace(const Snapshot& old, Propert
     throw FileFailure("write", temporary, errno);
   try {
     writeAll(snapshot->descriptor.number(), text, temporary);
+    // Before the rename: else a crash of the machine could leave the new name with nothing in it.
     if (fsync(snapshot->descriptor.number()) != 0 || fstat(snapshot->descriptor.number(), &snapshot->facts) != 0)
       throw FileFailure("write", temporary, errno);
     if (old.kind == Snapshot::Kind::damaged || (old.kind == Snapshot::Kind::readable && oldFile == OldFile::keepAside))

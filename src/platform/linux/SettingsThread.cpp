@@ -38,6 +38,7 @@ bool isAboutFile(int watch, const std::string& fileName) {
     for (const char* place = buffer.data(); place < buffer.data() + length;) {
       inotify_event event{};
       std::memcpy(&event, place, sizeof event);
+      // A queue that ran over may have lost the event about the file.
       isAbout |= (event.mask & IN_Q_OVERFLOW) != 0 || (event.len > 0 && fileName == place + sizeof event);
       place += sizeof event + event.len;
     }
@@ -61,9 +62,11 @@ void SettingsThread::requestWrite() {
 
 void SettingsThread::follow(const std::filesystem::path& file) {
   const MutexLock lock(mutex_);
+  // Every observer asks for it.
   if (watch_.isOpen())
     return;
   FileDescriptor watch(inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
+  // A rename onto the file, one away from it, a write in place, its removal.
   constexpr std::uint32_t events = IN_MOVED_TO | IN_MOVED_FROM | IN_CLOSE_WRITE | IN_DELETE;
   if (!watch.isOpen() || inotify_add_watch(watch.number(), file.parent_path().c_str(), events) < 0) {
     threadLog.error("{}", FileFailure("follow", file, errno).errorDescription());
@@ -109,6 +112,7 @@ void SettingsThread::run(const std::stop_token& stop) {
       fileName = fileName_;
       isWriteRequested = std::exchange(isWriteRequested_, false);
     }
+    // The first request sets the time; those until then go along.
     if (isWriteRequested && !writeTime)
       writeTime = Clock::now() + delayOfWrites;
     if (writeTime && Clock::now() >= *writeTime) {
@@ -124,6 +128,7 @@ void SettingsThread::run(const std::stop_token& stop) {
           std::max<std::int64_t>(0, std::chrono::ceil<std::chrono::milliseconds>(*writeTime - Clock::now()).count()));
     if (poll(waits.data(), waits.size(), milliseconds) < 0 && errno != EINTR)
       return;
+    // Taken back to zero, so that the next poll sleeps.
     if (waits[0].revents != 0) {
       std::uint64_t count = 0;
       [[maybe_unused]] const ssize_t ignored = read(wakeUp, &count, sizeof count);

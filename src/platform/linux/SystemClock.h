@@ -4,7 +4,8 @@
 
 namespace tabwright::platform {
 
-/// The machine's clock. `sleep` waits on the steady clock, in the executor of the awaiting coroutine.
+/// The machine's clock. `sleep` waits on the steady clock, in the executor of the awaiting coroutine. Stateless: any
+/// number of them are one clock.
 class SystemClock final : public Clock {
 public:
   [[nodiscard]] double secondsSinceReferenceDate() const override;

@@ -1,3 +1,6 @@
+// The environment is looked at first, since the protocol library tells only that it can't connect: without DISPLAY
+// there is no X11, and whether there is Wayland instead decides what a user is told. Questions here are about single
+// facts; each waits for its answer.
 #include "platform/linux/X11Display.h"
 
 #include "platform/DesktopFault.h"
@@ -28,11 +31,13 @@ X11Display::X11Display(const std::string& name) {
     throw failure(DesktopFault::noWindowSystem, "DISPLAY isn’t set");
   }
   const char* const variable = std::getenv("DISPLAY");
+  // Named in full, since the sentence of a failure tells it.
   const std::string display = name.empty() && variable ? variable : name;
   connection_.reset(xcb_connect(display.c_str(), &screen_));
   if (isLost())
     throw failure(DesktopFault::noWindowSystem, fmt::format("the display {} can’t be reached", display));
   xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection()));
+  // The library gives the screens as a list, and the chosen one as a number.
   for (int number = 0; number < screen_ && screens.rem > 1; ++number)
     xcb_screen_next(&screens);
   root_ = screens.data->root;

@@ -102,6 +102,7 @@ std::uint8_t X11Keyboard::Player::maskOf(const KeyModifiers& modifiers) {
   const auto add = [&](bool isWanted, std::uint8_t modifier, xkb_keysym_t symbol, const char* name) {
     if (!isWanted)
       return;
+    // Alt and Super are no real modifiers of X11: the layout says which of those their keys set.
     if (const auto place = layout.findSymbol(symbol, 0); modifier == 0 && place)
       modifier = layout.modifiersOf(place->keycode);
     if (modifier == 0 || !layout.modifierKey(modifier))
@@ -128,6 +129,7 @@ void X11Keyboard::Player::play(std::span<const KeyPlace> places, std::uint8_t mo
   const KeyboardLayout& layout = display_->layout();
   const KeyboardDisplay::State before = display_->state();
   for (const std::uint8_t keycode : before.pressed) {
+    // The user's Shift would turn what is played into something else.
     if (const std::uint8_t set = layout.modifiersOf(keycode); (set & ~held_) != 0)
       display_->strike(keycode, Stroke::up);
   }
@@ -147,6 +149,7 @@ void X11Keyboard::Player::play(std::span<const KeyPlace> places, std::uint8_t mo
     pressed = wanted;
   };
   for (const KeyPlace& place : places) {
+    // Locked once for all characters of this group in a row.
     if (place.group.value_or(group) != group)
       display_->lockGroup(group = *place.group);
     if (place.numLock == KeyPlace::NumLock::on)
@@ -158,10 +161,12 @@ void X11Keyboard::Player::play(std::span<const KeyPlace> places, std::uint8_t mo
     display_->strike(place.keycode, Stroke::up);
   }
   setPressed(held_);
+  // The locked group, as the effective one may have another part that the user holds.
   if (group != before.group)
     display_->lockGroup(before.lockedGroup);
   setLocks(lockedBefore);
   display_->send();
+  // Programs work one parcel off after the other, so their times add up.
   takenIn_ = std::max(takenIn_, steady_clock::now()) + places.size() * digestionOfEach;
 }
 
@@ -169,6 +174,7 @@ void X11Keyboard::Player::press(const Key& key, const KeyModifiers& modifiers) {
   const MutexLock lock(turn_);
   const std::uint8_t mask = maskOf(modifiers);
   const KeyboardLayout& layout = display_->layout();
+  // By its symbol first: keys that users name by what they do lie elsewhere in other layouts.
   std::optional<KeyPlace> place = layout.findSymbol(key.symbol, display_->state().group);
   constexpr unsigned kernelOffset = 8;
   if (!place && key.position != 0 && layout.hasKey(key.position + kernelOffset)) {
@@ -190,6 +196,7 @@ void X11Keyboard::Player::type(std::u32string_view text, const KeyModifiers& mod
     requireTime(limits);
     const std::u32string_view next = text.substr(0, parcel);
     std::vector<KeyPlace> places = placesOf(next);
+    // Further ahead than this parcel, so that keys are given out once for many characters.
     if (places.size() < next.size()) {
       lendFor(text.substr(0, foresight), limits);
       places = placesOf(next);
@@ -232,6 +239,7 @@ void X11Keyboard::Player::lendFor(std::u32string_view text, const CallLimits& li
     const bool isLent = std::ranges::find(lent_, character, &Lent::character) != lent_.end();
     if ((!isMissing && !isLent) || needed.contains(character))
       continue;
+    // The rest gets its turn with a later parcel.
     if (needed.size() == room)
       break;
     needed += character;
@@ -239,6 +247,7 @@ void X11Keyboard::Player::lendFor(std::u32string_view text, const CallLimits& li
       missing += character;
   }
   if (keys.size() < missing.size()) {
+    // A key that a program hasn't taken in yet would give it the new character instead.
     sleepWithin(limits, takenIn_ + digestion - steady_clock::now());
     std::erase_if(lent_, [&](const Lent& lent) {
       const bool isNeeded = needed.contains(lent.character);
@@ -271,6 +280,7 @@ void X11Keyboard::Player::takeBackWhenIdle(const std::stop_token& stop) {
   while (lentSome_.wait(lock, stop, [this]() REQUIRES(turn_) { return !lent_.empty(); })) {
     if (lentSome_.wait_until(lock, stop, takenIn_ + idleness, [] { return false; }) || stop.stop_requested())
       return;
+    // More was played meanwhile.
     if (steady_clock::now() < takenIn_ + idleness)
       continue;
     try {
@@ -302,6 +312,7 @@ void X11Keyboard::Player::release(const KeyModifiers& modifiers) {
 }
 
 X11Keyboard::Player::~Player() {
+  // First, without the lock that it takes.
   keeper_ = {};
   if (!display_)
     return;

@@ -1,5 +1,8 @@
 // A change is asked of the window manager by a message to the root window, and then awaited by watching the root's
-// properties. Without a window manager windows are moved, hidden and given the keyboard here.
+// properties. Without a window manager windows are moved, hidden and given the keyboard here. A window manager may
+// refuse, or do something else, and says neither; so no answer is awaited but the effect itself, for a while. Requests
+// of EWMH say that a pager sends them, since managers keep applications from taking the keyboard from the user, and a
+// pager acts for the user.
 #include "platform/linux/X11WindowSystem.h"
 
 #include "platform/DesktopFault.h"
@@ -58,6 +61,7 @@ public:
       // States of single windows change without a word from the root, so look again every now and then.
       pollfd descriptor{xcb_get_file_descriptor(xcb), POLLIN, 0};
       poll(&descriptor, 1, static_cast<int>(std::min<std::int64_t>(left.count(), 10)));
+      // The kind of change doesn't matter: `isSo` looks at all again.
       while (ReplyPointer<xcb_generic_event_t> event{xcb_poll_for_event(xcb)}) {
       }
     }
@@ -122,6 +126,7 @@ void X11WindowSystem::activate(std::uint32_t window) {
     const std::uint32_t above = XCB_STACK_MODE_ABOVE;
     xcb_map_window(system.xcb, window);
     xcb_configure_window(system.xcb, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    // Its parent gets the keyboard when it goes.
     xcb_set_input_focus(system.xcb, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
   }
   xcb_flush(system.xcb);
@@ -140,6 +145,7 @@ void X11WindowSystem::minimise(const std::vector<std::uint32_t>& windows) {
   const bool isManaged = system.windows.isManaged();
   for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
     if (isManaged) {
+      // The form of ICCCM: EWMH leaves its own state for this to the manager.
       system.send(system.root, *window, "WM_CHANGE_STATE", {iconicState});
     } else {
       xcb_unmap_window(system.xcb, *window);
@@ -182,6 +188,7 @@ void X11WindowSystem::place(std::uint32_t window, const Rectangle& place) {
                          values);
   }
   xcb_flush(system.xcb);
+  // Nothing would change, so there is nothing to wait for.
   if (place == *before)
     return;
   system.await(longestChange, [&] { return system.windows.placeOf(window) != before; });

@@ -12,11 +12,13 @@ namespace tabwright::platform {
 /// without a window manager, as the window tree and the input focus do. Windows are minimised then by taking them off
 /// the screen, and known as minimised for as long as this object lives; there is one workspace.
 ///
-/// Connects when it is first asked something, and anew when the display was lost.
+/// Connects when it is first asked something, and anew when the display was lost. Safe to use from any thread: calls
+/// take turns, and each may wait half a second for the window manager.
 class X11WindowSystem final : public WindowSystem {
 public:
   /// `display` is a display's name (":0"); empty: the one that DISPLAY names at the time of connecting.
   explicit X11WindowSystem(std::string display = {});
+  /// Windows that are minimised stay so.
   ~X11WindowSystem() override;
 
   [[nodiscard]] std::vector<ClientWindow> windows() override;
@@ -28,12 +30,15 @@ public:
   void close(std::uint32_t window) override;
 
 private:
+  /// A connection with the requests that change something.
   class Connection;
-  /// Throws DesktopFailure. The lock is held while the connection is used.
+  /// Throws DesktopFailure. The lock is held while the connection is used. The connection, made anew where the display
+  /// was lost.
   Connection& connection() REQUIRES(mutex_);
 
   const std::string display_;
   Mutex mutex_;
+  /// Null until it is first needed.
   std::unique_ptr<Connection> connection_ GUARDED_BY(mutex_);
 };
 

@@ -1,4 +1,6 @@
-// All questions about all windows are asked before the first answer is awaited.
+// All questions about all windows are asked before the first answer is awaited. So a reading costs some round trips,
+// not some for each window. Windows may come and go between list and answers: one that has gone gives empty answers,
+// and isn't told under a window manager, since it has no state any more.
 #include "platform/linux/X11Windows.h"
 
 #include "platform/AsciiCase.h"
@@ -36,6 +38,7 @@ std::string nameFrom(xcb_ewmh_connection_t* ewmh, xcb_get_property_cookie_t name
     text.assign(reply.strings, reply.strings_len);
     xcb_ewmh_get_utf8_strings_reply_wipe(&reply);
   }
+  // Older programs set only the name of ICCCM. Its answer has to be taken in either case.
   const std::string old = textFrom(ewmh->connection, oldName);
   return text.empty() ? old : text;
 }
@@ -168,6 +171,7 @@ std::vector<std::uint32_t> X11Windows::unmanagedWindows() {
   for (std::size_t each = count; each-- > 0;) {
     const ReplyPointer<xcb_get_window_attributes_reply_t> attributes(
         xcb_get_window_attributes_reply(xcb_, cookies[each], nullptr));
+    // Menus and tooltips, which no window manager would manage either.
     if (!attributes || attributes->override_redirect != 0)
       continue;
     if (attributes->map_state == XCB_MAP_STATE_VIEWABLE)
@@ -175,6 +179,7 @@ std::vector<std::uint32_t> X11Windows::unmanagedWindows() {
     else if (isHidden(children[each]))
       hidden.push_back(children[each]);
   }
+  // Those that have been shown again or are gone are forgotten.
   hidden_ = std::move(hidden);
   windows.insert(windows.end(), hidden_.begin(), hidden_.end());
   return windows;
@@ -199,6 +204,7 @@ std::uint32_t X11Windows::active(bool isManaged) {
 
 /// Toolkits may give the keyboard to a window within the one that is seen.
 std::uint32_t X11Windows::topLevelOf(std::uint32_t window) {
+  // The focus may also be a value that is no window.
   while (window != XCB_WINDOW_NONE && window != XCB_INPUT_FOCUS_POINTER_ROOT && window != display_.root()) {
     const ReplyPointer<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(xcb_, xcb_query_tree(xcb_, window), nullptr));
     if (!tree)
@@ -231,6 +237,7 @@ std::vector<ClientWindow> X11Windows::read() {
                        xcb_get_property(xcb_, 0, id, stage_, stage_, 0, 1), xcb_get_geometry(xcb_, id),
                        xcb_translate_coordinates(xcb_, id, display_.root(), 0, 0)});
   const auto shownCookie = xcb_ewmh_get_current_desktop(&ewmh_, display_.screen());
+  // Asked behind all other questions, whose answers are on their way meanwhile.
   const std::uint32_t activeWindow = active(managed.has_value());
   std::uint32_t shown = everyWorkspace;
   xcb_ewmh_get_current_desktop_reply(&ewmh_, shownCookie, &shown, nullptr);
@@ -250,6 +257,7 @@ std::vector<ClientWindow> X11Windows::read() {
     window.isFullScreen = isIn(ewmh_._NET_WM_STATE_FULLSCREEN);
     const std::uint32_t owner = numberFrom(xcb_, cookies[each].owner);
     const bool isLeaving = managed && numberFrom(xcb_, cookies[each].stage) == withdrawn;
+    // Windows that only lie above their owner, such as tool windows, keep nobody waiting.
     window.dialogOf = isIn(ewmh_._NET_WM_STATE_MODAL) ? owner : 0;
     const std::vector<xcb_atom_t> types = atomsFrom<xcb_ewmh_get_wm_window_type_reply>(&ewmh_, cookies[each].type);
     const bool isOfTheDesktop = std::ranges::any_of(types, [&](xcb_atom_t type) {

@@ -1,3 +1,6 @@
+// All entries are kept in one list in the order of the folders, so that the first that fits is the one that counts. An
+// entry of a folder hides those of its id further down, also when it only says that the application isn't there. The
+// times of the folders tell that the list still holds: they change with every file that comes, goes or is replaced.
 #include "platform/linux/XdgApplications.h"
 
 #include "platform/AsciiCase.h"
@@ -21,6 +24,7 @@ namespace fs = std::filesystem;
 namespace {
 
 std::string textOf(const fs::path& path) {
+  // Without waiting: what lies there may be a pipe.
   const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   return file.readAll().value_or("");
 }
@@ -57,8 +61,10 @@ void XdgApplications::readFolder(const fs::path& folder, std::vector<std::string
     if (all->path().extension() != ".desktop")
       continue;
     std::string id = all->path().lexically_relative(folder).replace_extension().string();
+    // The specification's desktop file ID.
     std::ranges::replace(id, '/', '-');
     std::optional<DesktopEntry> entry = parseDesktopEntry(textOf(all->path()), languages);
+    // A damaged entry hides nothing.
     if (!entry || std::ranges::find(seen, id) != seen.end())
       continue;
     seen.push_back(id);
@@ -98,6 +104,7 @@ std::optional<InstalledApplication> XdgApplications::find(std::string_view id) {
 }
 
 std::optional<InstalledApplication> XdgApplications::applicationOf(const ClientWindow& window) {
+  // Before the lock, as it asks the system.
   const fs::path program = window.pid != 0 ? running_.programOf(window.pid) : fs::path();
   const MutexLock lock(mutex_);
   const std::vector<Entry>& all = entries();
@@ -106,6 +113,7 @@ std::optional<InstalledApplication> XdgApplications::applicationOf(const ClientW
   };
   const auto runs = [&](const DesktopEntry& entry) {
     const auto words = commandLineOf(entry);
+    // By the file's name alone: a program may be started through a link.
     return words && !program.empty() && fs::path(words->front()).filename() == program.filename();
   };
   const auto first = [&](auto fits) { return std::ranges::find_if(all, fits); };
@@ -130,6 +138,7 @@ void XdgApplications::start(const InstalledApplication& application) {
     const Entry* found = findEntry(application.id);
     if (found == nullptr)
       throw refuse("it is no longer installed");
+    // It would need a terminal around it, and none is looked for.
     if (found->entry.isInTerminal)
       throw refuse("it runs in a terminal");
     words = commandLineOf(found->entry);

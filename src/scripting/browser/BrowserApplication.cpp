@@ -1,3 +1,5 @@
+// One scope serves the whole event, so all of it is answered from one snapshot. The order is the same for both
+// families: events that the model answers by the tables, then activate and quit, then the family's own commands.
 #include "scripting/browser/BrowserApplication.h"
 
 #include "scripting/browser/DriverErrors.h"
@@ -24,6 +26,7 @@ Value BrowserApplication::handle(const applescript::AppleEventMessage& message) 
       return Value::missing();
     }
     if (message.code == events::quit) {
+      // Nothing is left to do for a browser that doesn't run; the driver would throw.
       if (driver_->isRunning())
         scope.perform(Quit{});
       return Value::missing();
@@ -38,11 +41,13 @@ void BrowserApplication::activate(BrowserScope& scope) {
   // Programs that type activate it before each character.
   if (scope.isFrontmost())
     return;
+  // Without a launcher the command below fails, and its error tells how to start the browser.
   if (!driver_->isRunning() && hooks_.launch)
     return hooks_.launch();
   try {
     scope.perform(Activate{});
   } catch (const DriverFailure& failure) {
+    // The window system needs no debugging port: a browser that takes no commands still comes to the front.
     const bool isOutOfReach = failure.kind() == DriverFault::notAccepting || failure.kind() == DriverFault::unreachable;
     if (!isOutOfReach || !hooks_.raise)
       throw;

@@ -27,6 +27,8 @@ struct BrowserHooks {
 /// one snapshot, else run the family's command), activate and quit, and the translation of the driver's failures into
 /// errors of the language.
 ///
+/// A family derives from it, and gives it the model of its dictionary and the commands that are its own.
+///
 /// Safe from several threads at once; the driver is called without any lock held.
 class BrowserApplication : public applescript::ScriptableApplication,
                            public std::enable_shared_from_this<BrowserApplication> {
@@ -34,10 +36,13 @@ public:
   [[nodiscard]] const std::string& name() const final { return name_; }
   [[nodiscard]] const std::string& bundleIdentifier() const final { return bundleIdentifier_; }
   [[nodiscard]] const applescript::Terminology* terminology() const final { return &model_.terminology(); }
+  /// Answers one event within its limits. Throws ScriptError; failures of the driver come as `scriptError` words them.
   applescript::Value handle(const applescript::AppleEventMessage& message) final;
+  /// Connects to nothing and throws nothing.
   [[nodiscard]] bool isRunning() final { return driver_->isRunning(); }
 
 protected:
+  /// `model` outlives this; `facts` is copied from. The driver may be shared with others.
   BrowserApplication(const platform::BrowserFacts& facts, std::shared_ptr<BrowserDriver> driver, BrowserHooks hooks,
                      const ObjectModel& model);
 
@@ -45,13 +50,16 @@ protected:
   virtual applescript::Value perform(BrowserScope& scope) = 0;
 
 private:
+  /// Brings the browser to the front: by a command, else by the window system; starts it where there is a launcher.
   void activate(BrowserScope& scope);
 
   std::string name_;
   std::string bundleIdentifier_;
+  /// Never null, as the applications are made only where there is a driver.
   std::shared_ptr<BrowserDriver> driver_;
   BrowserHooks hooks_;
   const ObjectModel& model_;
+  /// Shared by the events of all scripts.
   SnapshotCache cache_;
 };
 

@@ -1,3 +1,5 @@
+// Getters read the event's snapshot, setters give the driver a command. A command leaves the event's snapshot as it is:
+// its effect shows in the snapshot of the next event.
 #include "scripting/browser/BrowserProperties.h"
 
 #include "applescript/ScriptError.h"
@@ -33,8 +35,11 @@ void setWindowIndex(BrowserScope& scope, Object window, const Value& value) {
   const auto& windows = scope.snapshot().windows();
   const std::int64_t index = requireInteger(value);
   const auto count = static_cast<std::int64_t>(windows.size());
+  // As with elements, negative ones count from the end.
   if (index < -count || index == 0 || index > count)
     throw errors::of(applescript::errorNumber::invalidIndex, "Can’t set index of the window: there is no such index.");
+  // A browser can only raise windows. So the wanted order is written down, and all windows down to the target are
+  // raised, the hindmost first.
   std::vector<WindowID> order;
   order.reserve(windows.size());
   for (const WindowState& each : windows)
@@ -57,6 +62,7 @@ Found windowVisible(BrowserScope& scope, Object window) {
 }
 
 void setWindowVisible(BrowserScope& scope, Object window, const Value& value) {
+  // No browser hides a single window: the nearest thing to being invisible is to be minimised.
   scope.perform(
       SetShape{scope.window(window).id, requireBoolean(value) ? WindowShape::normal : WindowShape::minimized});
 }
@@ -89,6 +95,7 @@ WindowBounds requireBounds(const Value& value) {
     throw errors::cannotMake(value, "bounding rectangle");
   std::vector<int> edges;
   for (const Value& edge : (*list)->items)
+    // Clamped, so that the differences below stay within an int.
     edges.push_back(static_cast<int>(std::clamp<std::int64_t>(requireInteger(edge), -1'000'000, 1'000'000)));
   return {edges[0], edges[1], edges[2] - edges[0], edges[3] - edges[1]};
 }

@@ -1,3 +1,5 @@
+// The snapshot is taken by the first call that needs one, so an event that needs none, such as a program's poll for the
+// result of its page job, makes no round trip. All objects of the event are positions in that one snapshot.
 #include "scripting/browser/BrowserScope.h"
 
 #include "scripting/model/Arguments.h"
@@ -36,6 +38,7 @@ std::optional<TabID> BrowserScope::tabLastSeen(const Value& subject, applescript
     return specifier && specifier->form == ObjectSpecifier::Form::id && specifier->desiredClass == code &&
            !specifier->test;
   };
+  // Ids alone name the same tab for ever. An index, a name or a test may mean another tab by each look.
   const auto* specifier = subject.get<Value::SpecifierPointer>();
   const ObjectSpecifier* tab = specifier ? specifier->get() : nullptr;
   const ObjectSpecifier* window = tab ? tab->container.get() : nullptr;
@@ -47,6 +50,7 @@ std::optional<TabID> BrowserScope::tabLastSeen(const Value& subject, applescript
   const auto windowID = idNumber(window->key);
   if (!seen || !tabID || !windowID)
     return std::nullopt;
+  // Also a tab that has moved to another window is looked for anew.
   const auto place = seen->findTab(*tabID);
   return place && seen->findWindow(*windowID) == place->window ? tabID : std::nullopt;
 }
@@ -64,6 +68,7 @@ std::optional<std::int64_t> idNumber(const Value& value) {
     return *integer;
   const std::string* text = value.text();
   if (text == nullptr) {
+    // A real is an id when it is a whole number that `idText` can say.
     if (value.is<double>() && idText(value))
       return requireInteger(value);
     return std::nullopt;

@@ -11,22 +11,30 @@
 
 namespace tabwright::scripting {
 
-/// An event as both dictionaries of browsers see it: the driver, and one snapshot, taken when the event first needs
-/// it and the same until the event is answered. Objects are windows (`first` is the 0-based position in the snapshot)
-/// and tabs (`second` is the position in that window).
+/// An event as both dictionaries of browsers see it: the driver, and one snapshot, taken when the event first needs it
+/// and the same until the event is answered. Objects are windows (`first` is the 0-based position in the snapshot) and
+/// tabs (`second` is the position in that window); a Safari document is its window's.
+///
+/// Lives on the stack of `handle`, for one thread. Throws DriverFailure where it asks the browser.
 class BrowserScope : public EventScope {
 public:
+  /// All that it is given by reference outlives it. `isFrontmost` may be empty: the browser then counts as behind.
   BrowserScope(const ObjectModel& model, std::shared_ptr<applescript::ScriptableApplication> application,
                const applescript::AppleEventMessage& message, BrowserDriver& driver, SnapshotCache& cache,
                const std::function<bool()>& isFrontmost);
 
   [[nodiscard]] BrowserDriver& driver() const { return driver_; }
-  /// Carries out a command within the event's limits.
+  /// Carries out a command within the event's limits; yields the command's number, or 0. A snapshot that the event has
+  /// taken stays as it was.
   std::int64_t perform(const BrowserCommand& command) const { return driver_.perform(command, limits_); }
+  /// The event's deadline, its stop, and whom to give notices.
   [[nodiscard]] const CallLimits& limits() const { return limits_; }
+  /// Asks the desktop; false where it can't be asked.
   [[nodiscard]] bool isFrontmost() const { return isFrontmost_ && isFrontmost_(); }
 
+  /// The browser is asked at most once for an event. The reference is good as long as the scope.
   [[nodiscard]] const IndexedSnapshot& snapshot();
+  /// The window of an object of this event, be that the window, one of its tabs, or its document.
   [[nodiscard]] const WindowState& window(Object object);
   [[nodiscard]] const TabState& tab(Object object);
 

@@ -1,3 +1,6 @@
+// Each fault has the number under which AppleScript knows the case. Where scripts and the engine tell a case by its
+// whole sentence (a tab or window that isn't there, a timeout, a stop), AppleScript's own replaces the driver's; all
+// others keep the driver's, since only that says what to do.
 #include "scripting/browser/DriverErrors.h"
 
 #include "applescript/values/Errors.h"
@@ -14,6 +17,7 @@ namespace errors = applescript::errors;
 
 namespace {
 
+/// The engine searches the text of an error for these signs of a missing object.
 std::string withoutSigns(std::string sentence) {
   for (const std::string_view sign : {"-1728", "(-27"}) {
     for (std::size_t at = sentence.find(sign); at != std::string::npos; at = sentence.find(sign, at))

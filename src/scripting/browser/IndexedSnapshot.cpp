@@ -15,6 +15,7 @@ IndexedSnapshot::IndexedSnapshot(std::shared_ptr<const BrowserSnapshot> snapshot
     std::vector<applescript::Text>& texts = tabTexts_.emplace_back();
     texts.reserve(state.tabs.size());
     for (std::size_t tab = 0; tab < state.tabs.size(); ++tab) {
+      // Made here once; each answer that names the tab shares the text.
       tabPositions_.emplace(state.tabs[tab].id, TabPosition{window, tab});
       texts.emplace_back(std::to_string(state.tabs[tab].id));
     }
@@ -38,6 +39,7 @@ std::shared_ptr<const IndexedSnapshot> SnapshotCache::take(BrowserDriver& driver
     if (last_ && last_->snapshot() == snapshot)
       return last_;
   }
+  // Outside the lock: two threads may index the same snapshot at once, but none waits for the other.
   auto indexed = std::make_shared<const IndexedSnapshot>(std::move(snapshot));
   const platform::MutexLock lock(mutex_);
   last_ = indexed;

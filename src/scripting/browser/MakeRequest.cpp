@@ -21,6 +21,7 @@ const Value* MakeRequest::find(applescript::FourCharCode property) const {
 MakeRequest readMakeRequest(BrowserScope& scope) {
   const applescript::AppleEventMessage& message = scope.message();
   MakeRequest request;
+  // `new` may be left out: the class is the direct object then.
   const Value* kind = message.parameter(keywords::elementClass);
   if (kind == nullptr && message.directObject)
     kind = &*message.directObject;

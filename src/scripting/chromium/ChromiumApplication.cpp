@@ -1,3 +1,6 @@
+// Each command is a function over the scope, found by its code at the end of this file. A command on several objects is
+// carried out one by one, by ids that are all read from one snapshot: so closing the first tab doesn't shift the
+// others. Where one fails, those before it are done.
 #include "scripting/chromium/ChromiumApplication.h"
 
 #include "applescript/values/Errors.h"
@@ -43,6 +46,7 @@ Value execute(BrowserScope& scope) {
   if (code == nullptr)
     throw errors::missingParameter("javascript", scope.message().code, chromiumTerminology());
   const std::string javascript = requireText(*code);
+  // The polls of page jobs come here, and cost no look at the browser.
   if (const auto tab = scope.tabLastSeen(scope.model().subject(scope), chromium::tab)) {
     try {
       return valueOf(scope.driver().evaluate(*tab, javascript, scope.limits()));
@@ -55,6 +59,7 @@ Value execute(BrowserScope& scope) {
   const std::vector<Object> tabs = tabsOf(scope);
   std::vector<Value> results;
   for (const Object& tab : tabs) {
+    // Answered for the tab, not by it: the one in front may have crashed or show a dialog.
     if (const auto version = answerToVersionQuestion(javascript, *scope.snapshot().snapshot()))
       results.emplace_back(*version);
     else
@@ -102,6 +107,7 @@ Value makeWindow(BrowserScope& scope, const MakeRequest& request) {
                      "The mode of a new window is \"normal\" or \"incognito\", not \"" + mode + "\".");
   const WindowID id = scope.perform(
       MakeWindow{isIncognito ? WindowMode::incognito : WindowMode::normal, textOr(request.find(chromium::url), "")});
+  // The browser makes a window without these, so they are commands of their own.
   if (const std::string name = textOr(request.find(chromium::givenName), ""); !name.empty())
     scope.perform(SetGivenName{id, name});
   if (const Value* bounds = request.find(fourCharCode("pbnd")))
@@ -109,7 +115,7 @@ Value makeWindow(BrowserScope& scope, const MakeRequest& request) {
   return Value(windowByID(scope, id));
 }
 
-/// The front window that has tabs; nothing when there is none.
+/// The front window that has tabs; nothing when there is none. A developer tools window may be in front of it.
 std::optional<Object> frontWindowWithTabs(BrowserScope& scope) {
   const auto& windows = scope.snapshot().windows();
   const auto front = std::ranges::find_if(windows, [](const WindowState& window) { return !window.tabs.empty(); });
@@ -129,6 +135,7 @@ Value makeTab(BrowserScope& scope, const MakeRequest& request) {
   if (place->container.type != &chromiumWindowClass())
     throw errors::notUnderstood(Value(scope.root()), scope.message().code, chromiumTerminology());
   const TabID id = openTab(scope, place->container, place->position, textOr(request.find(chromium::url), ""));
+  // By ids that the driver gave: the event's snapshot is older than the tab.
   return Value(applescript::elementByID(windowByID(scope, scope.window(place->container).id), chromium::tab,
                                         Value(std::to_string(id))));
 }
@@ -150,6 +157,7 @@ Value open(BrowserScope& scope) {
   const auto* list = target->get<Value::ListPointer>();
   for (const Value& address : list != nullptr ? (*list)->items : std::vector<Value>{*target}) {
     const std::string url = requireText(address);
+    // The snapshot is the event's, so without a window each address opens one of its own.
     if (const auto front = frontWindowWithTabs(scope))
       openTab(scope, *front, std::nullopt, url);
     else
@@ -170,6 +178,7 @@ Value ChromiumApplication::perform(BrowserScope& scope) {
     return execute(scope);
   if (code == events::make)
     return make(scope);
+  // `delete` is another word for it.
   if (code == events::close || code == events::remove)
     return close(scope);
   if (code == chromium::reload)

@@ -13,10 +13,12 @@ namespace tabwright::scripting {
 ///     // tell application "Chromium" to URL of active tab of window 1   → "https://example.com/"
 class ChromiumApplication final : public BrowserApplication {
 public:
+  /// `facts` is copied from. Nothing is connected to before the first event that needs the browser.
   ChromiumApplication(const platform::BrowserFacts& facts, std::shared_ptr<BrowserDriver> driver,
                       BrowserHooks hooks = {});
 
 private:
+  /// execute, make, close, delete, reload, stop, go back, go forward, open and open location; −1708 for any other.
   applescript::Value perform(BrowserScope& scope) override;
 };
 

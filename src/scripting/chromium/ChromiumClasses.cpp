@@ -62,6 +62,7 @@ Found windowID(BrowserScope& scope, Object window) {
 }
 
 Found windowMode(BrowserScope& scope, Object window) {
+  // The dictionary has these two as texts, not as words of its own.
   return Value(scope.window(window).mode == WindowMode::incognito ? "incognito" : "normal");
 }
 
@@ -81,6 +82,7 @@ void setActiveTabIndex(BrowserScope& scope, Object window, const Value& value) {
   const WindowState& state = scope.window(window);
   const std::int64_t index = requireInteger(value);
   if (index < 1 || index > static_cast<std::int64_t>(state.tabs.size()))
+    // Unlike the index of an element, this one doesn't count from the end.
     throw errors::of(applescript::errorNumber::invalidIndex,
                      "Can’t set active tab index of the window: there is no tab " + std::to_string(index) + ".");
   scope.perform(ActivateTab{state.tabs[static_cast<std::size_t>(index - 1)].id});
@@ -88,6 +90,7 @@ void setActiveTabIndex(BrowserScope& scope, Object window, const Value& value) {
 
 Found activeTab(BrowserScope& scope, Object window) {
   const std::size_t index = scope.window(window).activeTabIndex;
+  // Developer tools have none, and neither has a window that is just closing.
   if (index == 0 || index > scope.window(window).tabs.size())
     throw errors::cannotGet(*applescript::propertyOf(windowSpecifier(scope, window.first), chromium::activeTab),
                             chromiumTerminology());
@@ -127,6 +130,7 @@ Object tabAt(EventScope&, Object window, std::size_t position) {
 std::optional<Object> tabByID(EventScope& scope, Object window, const Value& id) {
   const auto number = idNumber(id);
   const auto at = number ? static_cast<BrowserScope&>(scope).snapshot().findTab(*number) : std::nullopt;
+  // The index knows all tabs; one of another window is no element of this one.
   if (!at || at->window != static_cast<std::size_t>(window.first))
     return std::nullopt;
   return Object{&tabClass, window.first, static_cast<std::int64_t>(at->tab)};
@@ -161,6 +165,7 @@ constexpr PropertyRow applicationProperties[]{
 
 constexpr ElementRow applicationElements[]{{&windowClass, windowCount, windowAt, windowByID}};
 
+// The application has no specifier of its own: the scope's root names it.
 constexpr ObjectClass applicationClass{fourCharCode("capp"), "application", applicationProperties, applicationElements,
                                        nullptr};
 

@@ -17,6 +17,8 @@ constexpr ParameterTerm makeParameters[]{{"new", keywords::elementClass},
                                          {"with data", keywords::data},
                                          {"with properties", keywords::withProperties}};
 
+// Words that share a code are synonyms; messages take the first. `document` is there for `make new document`, which
+// makes a window: no object has documents.
 constexpr Term chromiumTerms[]{
     {Kind::className, "application", applescript::fourCharCode("capp"), "applications"},
     {Kind::className, "window", applescript::fourCharCode("cwin"), "windows"},

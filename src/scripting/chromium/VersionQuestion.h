@@ -13,7 +13,8 @@ namespace tabwright::scripting {
 /// was connected to: so it is given from there. That spares a call of a page, and an action on one tab doesn't fail
 /// because another one, in front, has crashed or shows a dialog.
 ///
-/// Nothing for any other JavaScript.
+/// Yields the major version as text, such as "156". Nothing for any other JavaScript, and where the browser has told no
+/// version.
 [[nodiscard]] std::optional<std::string> answerToVersionQuestion(std::string_view javascript,
                                                                  const BrowserSnapshot& browser);
 

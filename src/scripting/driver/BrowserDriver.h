@@ -15,6 +15,9 @@ namespace tabwright::scripting {
 /// One real browser, reached by whatever way there is to it. The way (a debugging protocol, a helper in the browser)
 /// and the words of a scripting dictionary know nothing of each other; this interface is where they meet.
 ///
+///     const TabID tab = driver.perform(MakeTab{.window = window, .url = "https://example.com/"}, limits);
+///     const boost::json::value title = driver.evaluate(tab, "document.title", limits);
+///
 /// All calls block, may come from several threads at once, and throw DriverFailure. Every call ends by its deadline,
 /// and at once when the browser is lost, its tab crashes or closes, or a dialog opens in it: nothing waits for ever.
 class BrowserDriver {

@@ -1,3 +1,7 @@
+// Commands are of three kinds: those of the view; those that the DevTools Protocol carries out for every browser alike
+// (navigations, keys, bounds and shapes); and those made of others. Each is a Disturbance while it lasts, so that no
+// snapshot taken meanwhile is held for later. The page is asked last: a question about a page job is answered from the
+// result that came along when the job was planted, where there is one.
 #include "scripting/driver/BrowserLink.h"
 
 #include "platform/AsciiCase.h"
@@ -58,6 +62,7 @@ std::shared_ptr<BrowserLink> BrowserLink::open(const platform::RunningBrowser& b
 
 std::unique_ptr<BrowserView> BrowserLink::makeView(const std::filesystem::path& helperDirectory,
                                                    std::function<void()> onChange, const CallLimits& limits) {
+  // Sent first and read last: the answer is on its way while the helper is prepared.
   const auto version = connection_->send("Browser.getVersion", {});
   try {
     auto worker = std::make_unique<HelperWorker>(connection_, HelperPlace{helperDirectory, browser_.profileDirectory},
@@ -88,6 +93,7 @@ std::shared_ptr<const BrowserSnapshot> BrowserLink::snapshot(const CallLimits& l
 boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascript, const CallLimits& limits) {
   if (std::optional<boost::json::value> known = jobs_.answer(javascript))
     return std::move(*known);
+  // The program polls for a job that was held back: its page may have come meanwhile.
   if (const std::optional<PageJob> deferred = jobs_.takeDeferred(javascript)) {
     plant(tab, *deferred, limits);
     return jobs_.answer(javascript).value_or(-1);
@@ -102,6 +108,7 @@ boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascrip
     return nullptr;
   if (!asksForResult(javascript))
     return std::move(evaluation->value);
+  // Our lines leave an outcome in the result's variable, and the program expects the texts in it.
   std::optional<PageJobOutcome> outcome = PageJobOutcome::read(evaluation->value);
   if (outcome && outcome->failure)
     platform::giveNotice(limits, *outcome->failure);
@@ -110,6 +117,7 @@ boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascrip
 
 /// Keeps the job's result where it comes at once, and the job itself where its page is still to come.
 void BrowserLink::plant(TabID tab, const PageJob& job, const CallLimits& limits) {
+  // Before the disturbance, which lets go of what is held.
   const std::optional<std::uint64_t> heldAt = seen_->heldAt();
   const Disturbance disturbance(*seen_, Disturbance::Kind::evaluation);
   std::optional<devtools::Evaluation> evaluation;
@@ -124,6 +132,8 @@ void BrowserLink::plant(TabID tab, const PageJob& job, const CallLimits& limits)
   }
   if (!evaluation)
     return jobs_.defer(job);
+  // Nothing of the code has run, not even the line that sets the canary, so the program will say that the page has gone
+  // away. The notice tells why.
   if (evaluation->exception && evaluation->exception->find("SyntaxError") != std::string::npos)
     platform::giveNotice(limits, notBegun(*evaluation->exception));
   std::optional<PageJobOutcome> outcome = PageJobOutcome::read(evaluation->value);
@@ -156,6 +166,7 @@ std::int64_t BrowserLink::carryOut(const Command& command, const CallLimits& lim
 TabID BrowserLink::carryOut(const MakeTab& command, const CallLimits& limits) {
   Disturbance disturbance = begin(limits);
   const TabID tab = seen_->view().perform(command, limits);
+  // The next look asks for this tab by name: news alone may not have it yet.
   disturbance.concerns(tab);
   return tab;
 }
@@ -181,6 +192,7 @@ void BrowserLink::carryOut(const Navigate& command, const CallLimits& callLimits
     tabs_->leave(page, limits);
     const auto navigation = page->send("Page.navigate", {{"url", command.url}}, Session::AnsweredBy::browser);
     page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
+    // Only a refusal is here by now, or the answer of a page that came at once.
     if (navigation->hasEnded())
       navigation->result(limits);
   });
@@ -217,6 +229,7 @@ void BrowserLink::carryOut(const StopLoading& command, const CallLimits& limits)
 }
 
 std::int64_t BrowserLink::carryOut(const PlayKeys& command, const CallLimits& callLimits) {
+  // Keys change the browser only through the page, whose changes the browser reports.
   const Disturbance disturbance(*seen_, Disturbance::Kind::evaluation);
   const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
   const std::shared_ptr<Session> page = tabs_->require(command.tab, limits);
@@ -230,6 +243,7 @@ void BrowserLink::carryOut(const CloseWindow& command, const CallLimits& limits)
   try {
     seen_->view().perform(command, limits);
   } catch (const DriverFailure& failure) {
+    // The view lists developer tools but may not close them.
     if (failure.kind() != DriverFault::noSuchWindow || !closeDeveloperTools(*connection_, command.window, limits))
       throw;
   }

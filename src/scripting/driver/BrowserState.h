@@ -10,6 +10,7 @@ namespace tabwright::scripting {
 using TabID = std::int64_t;    ///< the browser's own integer id of a tab
 using WindowID = std::int64_t; ///< the browser's own integer id of a window
 
+/// `incognito` is a window of the browser's private profile.
 enum class WindowMode { normal, incognito };
 
 struct WindowBounds {
@@ -17,6 +18,7 @@ struct WindowBounds {
   friend bool operator==(const WindowBounds&, const WindowBounds&) = default;
 };
 
+/// A tab as it was at the moment of its snapshot. Texts are UTF-8, and may be empty while the first page comes.
 struct TabState {
   TabID id = 0;
   std::string title;
@@ -25,6 +27,7 @@ struct TabState {
   bool isArriving = false; ///< the page at that address has yet to come
 };
 
+/// A window as it was at the moment of its snapshot, be it in sight, minimised or on another workspace.
 struct WindowState {
   WindowID id = 0;
   std::string title;     ///< title of the active tab; for a window without tabs, its own

@@ -10,16 +10,24 @@
 
 namespace tabwright::scripting {
 
-/// Counts the changes in a browser, those that it reports and those of ours. Safe to use from any thread.
+/// Counts the changes in a browser, those that it reports and those of ours. What was seen between two equal counts
+/// holds; a count itself says nothing. Safe to use from any thread.
+///
+///     const std::uint64_t before = changes.load();
+///     look();
+///     changes.awaitOther(before, "the tab", limits); // returns at once for a change during the look
 class ChangeCount {
 public:
+  /// Wakes all who wait.
   void add() {
     {
+      // The count is atomic; the mutex keeps one who is about to wait from missing it.
       const platform::MutexLock lock(mutex_);
       count_.fetch_add(1);
     }
     added_.notify_all();
   }
+  /// Takes no lock: it is asked for each event of a script.
   [[nodiscard]] std::uint64_t load() const { return count_.load(); }
 
   /// Waits until the count is another than it was. Throws DevToolsFailure: timedOut (naming `what`), stopped.

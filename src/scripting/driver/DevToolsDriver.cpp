@@ -1,3 +1,7 @@
+// Every call takes the link to the browser, making it first where there is none, and translates what goes wrong on the
+// way into the driver's own faults: here and nowhere else. The link is the one that the run's first call went to. For
+// that first call all running browsers are looked for again where the user may have gone on to another; the first one
+// whose place the desktop knows wins, and those whose place nobody outside knows are asked for their last focus.
 #include "scripting/driver/DevToolsDriver.h"
 
 #include "platform/Logger.h"
@@ -7,9 +11,6 @@
 #include <chrono>
 #include <utility>
 #include <variant>
-
-// Every call takes the link to the browser, making it first where there is none, and translates what goes wrong on the
-// way into the driver's own faults: here and nowhere else.
 
 namespace tabwright::scripting {
 
@@ -21,6 +22,7 @@ namespace {
 
 const platform::Logger driverLog("DevToolsDriver");
 
+/// `subject` is the id of the call's tab as text, empty without one: the protocol's failures don't name it.
 DriverFailure translated(const DevToolsFailure& failure, const std::string& subject) {
   switch (failure.kind()) {
   case DevToolsFault::unreachable:
@@ -92,6 +94,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::currentLink() {
 /// The one that the run's earlier calls went to; null for its first call, and when that browser has ended.
 std::shared_ptr<BrowserLink> DevToolsDriver::linkOfRun(const CallLimits& limits) {
   const platform::MutexLock lock(mutex_);
+  // Runs that have ended took their notices with them.
   std::erase_if(runs_, [](const Run& run) { return run.notices.expired() || !run.link->isOpen(); });
   const auto run = std::ranges::find_if(runs_, [&](const Run& each) { return each.notices.lock() == limits.notices; });
   return run != runs_.end() ? run->link : nullptr;
@@ -125,6 +128,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::chooseLink(const CallLimits& callLi
   if (std::shared_ptr<BrowserLink> link = currentLink(); link && !looksAgain)
     return link;
   const CallLimits limits = platform::boundedBy(callLimits, 30s);
+  // One thread connects. Those behind it find its link, unless they are to look again themselves.
   const devtools::Turn::Holder holder = connecting_.take("the browser is being connected", limits);
   std::shared_ptr<BrowserLink> present = currentLink();
   if (present && !looksAgain)
@@ -155,16 +159,19 @@ std::shared_ptr<BrowserLink> DevToolsDriver::connect(const CallLimits& limits) {
   std::shared_ptr<BrowserLink> chosen;
   std::optional<DevToolsFailure> unreachable;
   for (const platform::RunningBrowser& browser : browsers) {
+    // The desktop has placed it among the others, or it has no windows that a user could be in.
     const bool isOrdered = browser.isPlacedByWindows || browser.isHeadless;
     if (chosen && isOrdered)
       continue;
     try {
+      // With one in hand the others are only compared with it, and may not keep the call for long.
       const std::shared_ptr<BrowserLink> link = tryLink(browser, chosen ? platform::boundedBy(limits, 5s) : limits);
       if (link && isOrdered)
         return link;
       if (link && (!chosen || lastFocus(*link, limits) > lastFocus(*chosen, limits)))
         chosen = link;
     } catch (const DevToolsFailure& failure) {
+      // Another browser may do; this failure is told when none does.
       if (failure.kind() == DevToolsFault::unreachable)
         unreachable = failure;
       else if (!chosen)
@@ -184,6 +191,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::connect(const CallLimits& limits) {
 std::shared_ptr<BrowserLink> DevToolsDriver::tryLink(const platform::RunningBrowser& browser,
                                                      const CallLimits& limits) {
   std::shared_ptr<BrowserLink> present = currentLink();
+  // Process numbers are given again; the time of the start tells the next one apart.
   if (present && present->browser().process == browser.process && present->browser().startTime == browser.startTime)
     return present;
   const auto endpoint = parts_.discovery.endpoint(browser.profileDirectory, browser.process, browser.owner);

@@ -24,6 +24,7 @@ struct DevToolsDriverParts {
   std::filesystem::path helperDirectory; ///< the unpacked helper, absolute; the browser loads it from there
   /// The browsers of the driver's kind that run now, the preferred one first. Called from any thread.
   std::function<std::vector<platform::RunningBrowser>()> findRunning;
+  /// Finds the debugging port of a profile, and refuses one that somebody else listens at.
   devtools::Discovery discovery{};
   /// After this long the next run looks for browsers again; and a pause between calls without a run this long ends what
   /// belongs together.
@@ -38,33 +39,47 @@ struct DevToolsDriverParts {
 ///
 /// Connects on the first call, and again on the first call after its browser has ended. Among several running browsers
 /// of one kind it takes the first found that accepts remote debugging. All calls of a run, which share their notices,
-/// go to one browser. Which one is meant is asked again by the next run where several were found, and a while after.
-/// If that one and others have windows whose order nobody outside
-/// knows, they are all asked for their last focus, and the latest counts. The helper is loaded into each browser on the
-/// way. A call without a deadline of its own ends after 30 seconds.
+/// go to one browser. Which one is meant is asked again by the next run where several were found, and a while after. If
+/// that one and others have windows whose order nobody outside knows, they are all asked for their last focus, and the
+/// latest counts. The helper is loaded into each browser on the way. A call without a deadline of its own ends after 30
+/// seconds.
+///
+/// Safe to use from any thread. Calls that connect take turns; all others run side by side.
 class DevToolsDriver final : public BrowserDriver {
 public:
   /// `facts` is a row of the table, and outlives the driver.
   DevToolsDriver(const platform::BrowserFacts& facts, DevToolsDriverParts parts);
+  /// Ends the connections; the browsers go on.
   ~DevToolsDriver() override;
 
+  /// True with a connection, and for any process of the browser's kind. Reads the process table else.
   [[nodiscard]] bool isRunning() override;
   std::shared_ptr<const BrowserSnapshot> snapshot(const CallLimits& limits) override;
   boost::json::value evaluate(TabID tab, const std::string& javascript, const CallLimits& limits) override;
   std::int64_t perform(const BrowserCommand& command, const CallLimits& limits) override;
 
-  /// The messages over the present connection so far, for benchmarks; zero without one.
+  /// The messages over the present connection so far, for benchmarks; zero without one. Connects to nothing.
   [[nodiscard]] devtools::Traffic traffic();
 
 private:
+  /// The link that was chosen last; null without one, and once its connection is lost.
   std::shared_ptr<BrowserLink> currentLink();
+  /// True when the browser that is meant is to be looked for again.
   bool beginsAnew(bool isNewRun);
+  /// The link of the run's earlier calls; null for its first one, and once that browser has ended.
   std::shared_ptr<BrowserLink> linkOfRun(const CallLimits& limits);
+  /// Nothing for calls without notices, which belong to no run.
   void keepForRun(const CallLimits& limits, const std::shared_ptr<BrowserLink>& link);
+  /// The link for a call. Throws DriverFailure (notRunning, notAccepting, unreachable) and DevToolsFailure.
   std::shared_ptr<BrowserLink> requireLink(const CallLimits& limits);
+  /// The last link, or one that is looked for anew. Where looking fails, a last link that is still open counts.
   std::shared_ptr<BrowserLink> chooseLink(const CallLimits& limits);
+  /// Looks for all running browsers and takes the one that is meant.
   std::shared_ptr<BrowserLink> connect(const CallLimits& limits);
+  /// A link to this browser, the present one where it is that; null when it takes no connections.
   std::shared_ptr<BrowserLink> tryLink(const platform::RunningBrowser& browser, const CallLimits& limits);
+  /// Calls `call` with the link; DevToolsFailure and JSONMismatch come out as DriverFailure. `subject` is the tab's id,
+  /// or empty.
   template <class Call>
   auto withLink(const CallLimits& limits, const std::string& subject, Call&& call);
 
@@ -76,6 +91,7 @@ private:
   std::chrono::steady_clock::time_point called_ GUARDED_BY(mutex_); // the last call's begin
   std::chrono::steady_clock::time_point chosen_ GUARDED_BY(mutex_); // when browsers were last looked for
   bool foundSeveral_ GUARDED_BY(mutex_) = false;
+  /// A run of an action's, known by where it collects its notices.
   struct Run {
     std::weak_ptr<platform::Notices> notices; ///< gone when the run has ended
     std::shared_ptr<BrowserLink> link;

@@ -12,7 +12,8 @@ namespace {
 using enum DriverFault;
 using platform::FailureClass;
 
-// `name` is the browser's, where the detail is one; `because` the detail behind a colon, where there is any.
+// Sentences are formats of fmt. `name` is the browser's, where the detail is one; `because` the detail behind a colon,
+// where there is any; `command` starts a browser that can be driven.
 constexpr platform::FailureTable<DriverFault, 14> table{
     "DriverFault",
     {

@@ -24,8 +24,11 @@ enum class DriverFault {
   malformedAnswer, ///< it answered in a shape that isn't known. detail: the place and the complaint
 };
 /// Sentences that say what to do, in the voice of this project; the scripting layer gives them AppleScript's numbers.
+/// `detail` is empty for faults that have none.
 [[nodiscard]] std::string errorDescription(DriverFault fault, const std::string& detail);
+/// `unreachable` is the class of those that leave no browser to speak to; all others have just failed.
 [[nodiscard]] platform::FailureIdentity identity(DriverFault fault);
+/// Thrown by `platform::failure(DriverFault::…, detail)`.
 using DriverFailure = platform::CatalogueFailure<DriverFault>;
 
 } // namespace tabwright::scripting

@@ -1,11 +1,13 @@
+// Each command is one call of a function of the helper's; the shapes of their parameters are in its worker.js. A look
+// asks for the news since the one before, which the helper may answer with the whole, and puts the tabs that are told
+// of into a copy of what was seen. News that don't fit in are thrown away, and the whole is asked for: so a merged
+// snapshot is never a guess.
 #include "scripting/driver/HelperView.h"
 
 #include <algorithm>
 #include <string_view>
 #include <utility>
 #include <variant>
-
-// Each command is one call of a function of the helper's; the shapes of their parameters are in its worker.js.
 
 namespace tabwright::scripting {
 
@@ -75,6 +77,7 @@ WindowState readWindow(const JSONReader& fields, ViewedBrowser& viewed) {
   window.givenName = fields.require<std::string>("name");
   window.mode = fields.require<bool>("incognito") ? WindowMode::incognito : WindowMode::normal;
   window.bounds = readBounds(fields);
+  // One of the names of chrome.windows.WindowState.
   const auto state = fields.require<std::string>("state");
   window.isMinimized = state == "minimized";
   window.isFullScreen = state == "fullscreen" || state == "locked-fullscreen";
@@ -108,6 +111,7 @@ bool place(BrowserSnapshot& snapshot, const ToldTab& tab) {
   const auto at = window->tabs.begin() + static_cast<std::ptrdiff_t>(tab.index);
   const auto known = std::ranges::find(window->tabs, tab.state.id, &TabState::id);
   if (known != window->tabs.end()) {
+    // The strip has another order than the one we know.
     if (known != at)
       return false;
     *known = tab.state;
@@ -151,9 +155,11 @@ std::optional<ViewedBrowser> withNews(const ViewedBrowser& before, const JSONRea
       viewed.opening.erase(tab.state.id);
     if (auto target = fields.find<std::string>("target"))
       viewed.targets[tab.state.id] = *std::move(target);
+    // Targets are told of new tabs only; a tab that is new to us alone needs the whole.
     else if (!viewed.targets.contains(tab.state.id))
       return std::nullopt;
   }
+  // Only the focus may have changed, so the snapshot itself is shared.
   if (told.empty())
     return viewed;
   std::ranges::sort(told, {}, &ToldTab::index); // so that each is inserted behind those that are before it
@@ -170,6 +176,7 @@ HelperView::HelperView(std::unique_ptr<HelperWorker> worker, std::string version
     : worker_(std::move(worker)), version_(std::move(version)) {}
 
 ViewedBrowser HelperView::look(const Extent& extent, const CallLimits& limits) {
+  // A copy: other threads look too, and the one that is done first may replace it.
   std::optional<Seen> seen;
   if (!extent.isWhole) {
     const platform::MutexLock lock(mutex_);
@@ -181,6 +188,7 @@ ViewedBrowser HelperView::look(const Extent& extent, const CallLimits& limits) {
                                     {"tabs", boost::json::array(extent.tabs.begin(), extent.tabs.end())}};
     const boost::json::value news = worker_->perform("snapshot", {{"since", since}}, Repeat::allowed, limits);
     const JSONReader answer(news, helper);
+    // The helper's run or a window is another by now, or so much has changed that the whole is cheaper.
     if (answer.object().contains("windows"))
       return keep(answer, readHelperSnapshot(answer, version_));
     if (std::optional<ViewedBrowser> viewed = withNews(seen->viewed, answer))

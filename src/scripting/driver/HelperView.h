@@ -13,7 +13,7 @@
 namespace tabwright::scripting {
 
 /// Reads the helper's answer to `snapshot`: windows front to back, tabs in strip order, the target of each tab.
-/// Throws JSONMismatch.
+/// `version` is put into the snapshot. Throws JSONMismatch, which names the place.
 [[nodiscard]] ViewedBrowser readHelperSnapshot(const platform::JSONReader& answer, std::string version);
 
 /// The tabs that the answer tells of, in the place of those with the same ids or, where they are new, at their places
@@ -21,13 +21,16 @@ namespace tabwright::scripting {
 /// above.
 [[nodiscard]] std::optional<ViewedBrowser> withNews(const ViewedBrowser& before, const platform::JSONReader& answer);
 
-/// The browser as its helper sees it. A look costs one round trip.
+/// The browser as its helper sees it, in the true order of windows and tabs. A look costs one round trip, two when its
+/// news don't fit. Commands that may be done twice are repeated when the helper's worker ends in the middle. Throws
+/// JSONMismatch too, for an answer in another shape.
 class HelperView final : public BrowserView {
 public:
   /// `version` is the browser's, which the helper doesn't know.
   HelperView(std::unique_ptr<HelperWorker> worker, std::string version);
 
   ViewedBrowser look(const Extent& extent, const CallLimits& limits) override;
+  /// The helper reports each change, of developer tools too.
   [[nodiscard]] bool reportsChanges() const override { return true; }
   std::int64_t perform(const ViewCommand& command, const CallLimits& limits) override;
 
@@ -39,6 +42,7 @@ private:
     ViewedBrowser viewed;
   };
 
+  /// Keeps the look for the news of the next one, and yields it.
   ViewedBrowser keep(const platform::JSONReader& answer, ViewedBrowser viewed);
 
   std::unique_ptr<HelperWorker> worker_;

@@ -1,3 +1,6 @@
+// Finding the worker goes from cheap to dear: the session we have; a running worker; waking a worker that is installed
+// but asleep (a few milliseconds); loading the helper (some 80 ms), under a lock that holds between processes, and only
+// after looking again. A worker is taken once its script has run and its version is not older than ours.
 #include "scripting/driver/HelperWorker.h"
 
 #include "devtools/Targets.h"
@@ -18,10 +21,6 @@
 #include <unistd.h>
 #include <vector>
 
-// Finding the worker goes from cheap to dear: the session we have; a running worker; waking a worker that is installed
-// but asleep (a few milliseconds); loading the helper (some 80 ms), under a lock that holds between processes, and only
-// after looking again. A worker is taken once its script has run and its version is not older than ours.
-
 namespace tabwright::scripting {
 
 using devtools::DevToolsFailure;
@@ -37,6 +36,7 @@ const platform::Logger helperLog("HelperWorker");
 /// Follows from the public key in the helper's manifest: the first half of the key's SHA-256, hexadecimal digits as
 /// a–p.
 constexpr std::string_view helperID = "pjbehgeaikpfphapeepnoedabkdomakk";
+// Between two looks at something that takes some tens of milliseconds.
 constexpr auto helperPause = 5ms;
 /// A worker answers in a millisecond. One that is being replaced may never, without a word.
 constexpr auto patienceWithWorker = 1s;
@@ -64,6 +64,7 @@ std::vector<int> numbersOf(const std::string& version) {
   return numbers;
 }
 
+/// Part by part, as numbers: 1.10 is newer than 1.9.
 bool isOlder(const std::string& version, const std::string& than) {
   return numbersOf(version) < numbersOf(than);
 }
@@ -126,6 +127,7 @@ boost::json::value HelperWorker::perform(std::string_view command, const boost::
     } catch (const DevToolsFailure& failure) {
       if (failure.kind() != DevToolsFault::targetGone)
         throw;
+      // It may have been done or not: doing it again could open a second tab.
       if (repeat == Repeat::never)
         throw platform::failure(DriverFault::lost, "the helper in the browser ended in the middle of a command");
       if (attempt >= 3)
@@ -139,6 +141,7 @@ boost::json::value HelperWorker::perform(std::string_view command, const boost::
   const auto fault = answer.find<std::string>("fault");
   if (!fault && answer.object().contains("value"))
     return std::move(evaluation.value.at("value"));
+  // The helper says which kind is missing; the id is the one that it was called with.
   const auto subject = [&](std::string_view key) {
     const boost::json::value* id = parameters.if_contains(key);
     return id != nullptr ? boost::json::serialize(*id) : std::string();
@@ -180,6 +183,7 @@ std::shared_ptr<Session> HelperWorker::attachToRunning(const platform::CallLimit
     return nullptr;
   try {
     std::shared_ptr<Session> session = Session::attach(connection_, target, Session::Kind::worker, limits);
+    // Empty until the worker's script has run to its end.
     const std::string question = "globalThis.tabwright ? chrome.runtime.getManifest().version : ''";
     for (;;) {
       const devtools::Evaluation version = session->evaluate(question, limits.within(patienceWithWorker));
@@ -269,6 +273,7 @@ void HelperWorker::wake(const platform::CallLimits& limits) {
 
 void HelperWorker::load(const platform::CallLimits& limits) {
   helperLog.info("Loading the helper from {}.", place_.directory.string());
+  // The browser shows its private windows only to an extension that is enabled there.
   const boost::json::value reply = connection_->call(
       "Extensions.loadUnpacked", {{"path", place_.directory.string()}, {"enableInIncognito", true}}, {}, limits);
   if (JSONReader(reply).require<std::string>("id") != helperID)

@@ -46,6 +46,7 @@ bool playKeys(Session& page, const PlayKeys& command, const platform::CallLimits
   };
   for (const PageKey& key : command.keys) {
     if (key.key.empty()) {
+      // Enters the text as an input method does: the page sees no key.
       send("Input.insertText", {{"text", key.text}});
       continue;
     }

@@ -1,3 +1,6 @@
+// The thread waits until something is stale, lets a moment pass so that changes in a row cost one look, and looks. A
+// change during a look is stale again, so none goes unseen. While nobody uses the browser the news are dropped: whoever
+// comes next looks by itself.
 #include "scripting/driver/Lookahead.h"
 
 #include "platform/Logger.h"
@@ -16,6 +19,7 @@ const platform::Logger lookaheadLog("Lookahead");
 
 // The calls of one run follow each other faster than this, and one look after the last is enough.
 constexpr std::chrono::nanoseconds moment = 200us;
+// A rest is so many times as long as the look before it, which leaves looks a fifth of the time.
 constexpr int restsPerLook = 4;
 
 } // namespace
@@ -48,6 +52,7 @@ bool Lookahead::awaitDue(const std::stop_token& stop, Time notBefore) const {
     if (!signal.raised.wait(lock, stop, [&]() REQUIRES(signal.mutex) { return signal.isStale; }))
       return false;
     const Time due = std::max(std::chrono::steady_clock::now() + moment, notBefore);
+    // Only a stop ends this early.
     signal.raised.wait_until(lock, stop, due, [] { return false; });
     if (stop.stop_requested())
       return false;

@@ -17,6 +17,10 @@ enum class LooksAhead { no, yes };
 
 /// Looks at a browser before anybody asks, so that what was seen is up to date when the next action comes.
 ///
+///     Lookahead lookahead([&](const std::stop_token& stop) { look(stop); });
+///     lookahead.used();
+///     lookahead.stale(); // a look follows
+///
 /// A look follows each `stale`, a moment later, on a thread of its own; but only while somebody uses the browser, and
 /// with rests so that looking takes no more than a fifth of the time. Safe to use from any thread.
 class Lookahead {
@@ -40,7 +44,7 @@ public:
 private:
   using Time = std::chrono::steady_clock::time_point;
 
-  /// The news that the thread waits for.
+  /// The news that the thread waits for. Shared with the functions of `staleSignal`, which may outlive this.
   struct Signal {
     platform::Mutex mutex;
     std::condition_variable_any raised;
@@ -48,8 +52,10 @@ private:
     std::optional<Time> used GUARDED_BY(mutex);
   };
 
+  /// Needs no Lookahead, only its signal.
   static void raise(Signal& signal);
   void run(const std::stop_token& stop) const;
+  /// True when a look is due, false when the thread is to end. `notBefore` is the end of its rest.
   [[nodiscard]] bool awaitDue(const std::stop_token& stop, Time notBefore) const;
 
   const std::function<void(const std::stop_token&)> look_;

@@ -1,3 +1,5 @@
+// The switch is a checkbox of chrome://accessibility, ticked by code in a hidden page of our own. That page takes a
+// while to be ready, so it is asked again until the box is ticked.
 #include "scripting/driver/NativeControls.h"
 
 #include "platform/JSONReader.h"
@@ -41,6 +43,7 @@ void NativeControls::show(const platform::CallLimits& callLimits) {
       "Target.createTarget", {{"url", "chrome://accessibility"}, {"hidden", true}, {"background", true}}, {}, limits);
   const auto target = platform::JSONReader(reply).require<std::string>("targetId");
   std::shared_ptr<Session> page = Session::attach(connection_, target, Session::Kind::page, limits);
+  // A page without the switch is never ready, and must not cost the caller all its time.
   const platform::CallLimits patience = limits.within(patienceWithPage);
   while (page->evaluate(switchOn, patience).value != boost::json::value("on")) {
     if (patience.hasPassed())

@@ -18,7 +18,7 @@ public:
   explicit NativeControls(std::shared_ptr<devtools::Connection> connection) : connection_(std::move(connection)) {}
 
   /// Returns when the browser has been told to; the elements appear within a second. Costs nothing the second time.
-  /// Throws DevToolsFailure; DriverFault `refused` for a browser whose page has no such switch.
+  /// Callers take turns. Throws DevToolsFailure; DriverFault `refused` for a browser whose page has no such switch.
   void show(const platform::CallLimits& limits);
 
 private:

@@ -1,5 +1,6 @@
 // A job is known by the letters of the program's text around its parts. Programs are made of the same resources, line
-// by line without indentation.
+// by line without indentation. Nothing is parsed: a text that differs in one letter is other JavaScript, and is
+// evaluated as it stands. Both lists of results are bounded, since programs that were stopped never ask for theirs.
 #include "scripting/driver/PageJobs.h"
 
 #include "platform/TextTemplate.h"
@@ -18,6 +19,7 @@ namespace {
 
 constexpr std::size_t mostKept = 64;
 
+/// The resource as it stands in programs. Only blanks indent there.
 std::string withoutIndentation(std::string_view text) {
   std::string lines;
   while (!text.empty()) {
@@ -71,6 +73,7 @@ std::optional<PageJob> readPageJob(std::string_view javascript) {
     return std::nullopt;
   const std::string_view work = parts->at("WORK");
   const std::string_view before = javascript.substr(0, static_cast<std::size_t>(work.data() - javascript.data()) - 1);
+  // The line that sets the canary stays; ours stands in place of those that deliver the result.
   return PageJob{.canary = std::string(parts->at("CANARY")),
                  .result = std::string(parts->at("RESULT")),
                  .code = fmt::format("{}{}('{}', '{}', {})", before, resources::pageJob_js, parts->at("RESULT"),
@@ -133,6 +136,7 @@ std::optional<boost::json::value> PageJobResults::answer(std::string_view javasc
   const auto result = askedResult(javascript);
   const auto removed = removedResult(javascript);
   const platform::MutexLock lock(mutex_);
+  // The page that the job is for hasn't come, so it can't have gone away either.
   if (std::ranges::any_of(deferred_, [&](const PageJob& job) { return canary == job.canary; }))
     return boost::json::value("alive");
   for (auto kept = kept_.begin(); kept != kept_.end(); ++kept) {

@@ -22,6 +22,7 @@ namespace tabwright::scripting {
 /// Nor are the lines run that deliver the result in the page, since the page may have changed the functions they call:
 /// the job's function is handed to one of ours (`resources/driver/pageJob.js`), and what that yields is an outcome.
 struct PageJob {
+  /// The names of both variables: two underscores and a ULID.
   std::string canary;
   std::string result;
   /// The code to evaluate in place of the program's text. Its value is the job's outcome, or null when there is none
@@ -39,20 +40,28 @@ struct PageJob {
 struct PageJobOutcome {
   /// The program's answer: the list of its texts, or -1, "not yet", for a job that failed.
   boost::json::value answer;
+  /// The reason for a job that failed, for the run's user: the program itself only learns that no result comes.
   std::optional<platform::Notice> failure;
 
+  /// Reads what `resources/driver/pageJob.js` yields or leaves behind; nothing for any other value.
   [[nodiscard]] static std::optional<PageJobOutcome> read(const boost::json::value& value);
 };
 
-/// True for JavaScript that asks for the result of a job.
+/// True for JavaScript that asks for the result of a job, whichever job that is.
 [[nodiscard]] bool asksForResult(std::string_view javascript);
 
 /// The notice of a job that the page could not even begin: the text of the exception.
 [[nodiscard]] platform::Notice notBegun(const std::string& exception);
 
-/// Results that came along, until their programs have asked for them. Safe from any thread.
+/// Results that came along, until their programs have asked for them. Keeps the last 64 of each kind and forgets those
+/// before them. Safe from any thread.
+///
+///     results.keep(*job, outcome.answer);
+///     results.answer("window.__01J… || -1"); // the answer, as often as it is asked for
+///     results.answer("delete window.__01J…"); // true; forgotten from then on
 class PageJobResults {
 public:
+  /// Keeps what the program's question is to be answered with. The job's code is dropped.
   void keep(PageJob job, boost::json::value answer);
   /// The job's page is still to come. Until it is taken back its program is told that all is well, and no result there.
   void defer(PageJob job);

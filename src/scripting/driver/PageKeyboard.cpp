@@ -1,3 +1,6 @@
+// A key is aimed first: at the tab whose page has the keyboard, found by one look and one question, and kept for a
+// moment. Keys that browsers act on themselves, and all that can't be played to the page, go to the display. A key of
+// the display may move the focus, so each of them drops the aim.
 #include "scripting/driver/PageKeyboard.h"
 
 #include "platform/Logger.h"
@@ -14,10 +17,12 @@ const platform::Logger keyboardLog("PageKeyboard");
 
 constexpr std::uint32_t escape = 0xff1b, f1 = 0xffbe, f12 = 0xffc9;
 
+/// Keys that browsers act on without any modifier.
 bool isOfBrowser(const platform::Key& key) {
   return key.symbol == escape || (key.symbol >= f1 && key.symbol <= f12);
 }
 
+// For as long an aim holds.
 constexpr std::chrono::milliseconds validity{50};
 
 /// Shift alone makes other characters, and is the page's matter; the others make shortcuts.
@@ -85,6 +90,7 @@ std::optional<TabID> PageKeyboard::focusedTab(const FrontBrowser& front, const p
     const PlayKeys question{.tab = tab, .keys = {}, .modifiers = {}, .hasKeyboard = !front.hasWindows};
     return front.driver->perform(question, limits) != 0 ? std::optional(tab) : std::nullopt;
   } catch (const DriverFailure& failure) {
+    // The display's keys reach a browser with windows whatever state it is in. One without has no other way to them.
     if (!front.hasWindows || failure.kind() == DriverFault::stopped || failure.kind() == DriverFault::timedOut)
       throw;
     keyboardLog.debug("Keys go to the display: {}", failure.errorDescription());
@@ -99,10 +105,12 @@ bool PageKeyboard::play(const Aim& aim, std::vector<PageKey> keys, const KeyModi
   KeyModifiers all = modifiers;
   {
     const platform::MutexLock lock(mutex_);
+    // Only the display knows of the modifiers that it holds.
     if (held_ != KeyModifiers{} && aim.front->hasWindows)
       return false;
     all = joined(all, held_);
   }
+  // `aim` has asked already whether the page has the keyboard.
   return aim.front->driver->perform(
              PlayKeys{.tab = *aim.tab, .keys = std::move(keys), .modifiers = all, .hasKeyboard = true}, limits) != 0;
 }

@@ -20,10 +20,17 @@ namespace tabwright::scripting {
 /// page has the keyboard in it. All else goes to the keyboard of the display: keys for other applications, for the
 /// browser's own address bar and dialogs, and those that browsers act on themselves (with control or alt held, Escape,
 /// F1 to F12). The front tab's page of a browser that runs headless gets them all.
+///
+///     PageKeyboard keyboard(display, [&] { return frontBrowser(); });
+///     keyboard.type("Grüße, 世界", {}, limits);
+///
+/// Throws as Keyboard does, and DriverFailure: `stopped` and `timedOut`, and from a headless browser any fault, since
+/// no display could take its keys. Safe to use from several threads.
 class PageKeyboard final : public platform::Keyboard {
 public:
   /// The browser that is in front.
   struct FrontBrowser {
+    /// Not null.
     std::shared_ptr<BrowserDriver> driver;
     bool hasWindows = false; ///< on some display; else the page is the only one to take keys
   };
@@ -47,8 +54,11 @@ private:
     std::chrono::steady_clock::time_point taken;
   };
 
+  /// The aim of a key; the same for 50 ms, unless a key of the display comes between.
   Aim aim(const platform::CallLimits& limits);
+  /// The tab in front, if its page has the keyboard. Nothing for a browser with windows that can't be asked.
   [[nodiscard]] static std::optional<TabID> focusedTab(const FrontBrowser& front, const platform::CallLimits& limits);
+  /// Plays the keys to the page that is aimed at. False, and nothing was played, where they are the display's.
   bool play(const Aim& aim, std::vector<PageKey> keys, const platform::KeyModifiers& modifiers,
             const platform::CallLimits& limits);
   /// The display's keyboard, for keys that may change what has the keyboard.

@@ -13,6 +13,7 @@ namespace tabwright::scripting {
 
 namespace {
 
+// Keys of both places may have the same key value; pages tell them apart by `location`.
 enum class Place { main, keypad };
 
 struct SymbolRow {
@@ -114,6 +115,7 @@ constexpr CharacterRow characterRows[]{
 };
 
 std::optional<PageKey> keyOfCharacter(char character) {
+  // Found as either of the two characters on a key; the blank is the same on both, and needs no shift.
   const auto row = std::ranges::find_if(
       characterRows, [&](const CharacterRow& each) { return each.plain == character || each.shifted == character; });
   if (row == std::ranges::end(characterRows))
@@ -157,9 +159,11 @@ std::optional<std::vector<PageKey>> pageKeysOf(std::string_view text) {
     if (character == '\n' || character == '\r' || character == '\t')
       key = pageKeyOf({.symbol = character == '\t' ? tab : enter});
     const auto byte = static_cast<unsigned char>(character);
+    // Other control characters are no text, and no key of a US keyboard gives them alone.
     if (!key && (byte < 0x20 || byte == 0x7f))
       return std::nullopt;
     if (!key) {
+      // Bytes of characters beyond ASCII gather here, so that whole characters are inserted.
       inserted += character;
       continue;
     }

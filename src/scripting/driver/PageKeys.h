@@ -10,6 +10,9 @@
 namespace tabwright::scripting {
 
 /// One key as a page sees it: the attributes of KeyboardEvent (W3C, UI Events), and the text that it enters.
+///
+///     pageKeysOf("A") // {{.key = "A", .code = "KeyA", .keyCode = 65, .text = "A", .isShifted = true}}
+///     pageKeysOf("ü") // {{.text = "ü"}}
 struct PageKey {
   std::string key;  ///< "a", "Enter", "PageDown"; empty for a text that no key gives, which is inserted as a whole
   std::string code; ///< "KeyA", "NumpadEnter": the place on the keyboard
@@ -19,7 +22,8 @@ struct PageKey {
   bool isOnKeypad = false;
 };
 
-/// The key that a page sees for a key of the keyboard; nothing for keys that only the browser or the desktop know.
+/// The key that a page sees for a key of the keyboard, known by its symbol; nothing for keys that only the browser or
+/// the desktop know, and for letters, which have their text.
 [[nodiscard]] std::optional<PageKey> pageKeyOf(const platform::Key& key);
 
 /// The keys that type a text. Characters of a US keyboard are keys of it, line feed and carriage return are Enter, what

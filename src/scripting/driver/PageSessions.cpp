@@ -8,6 +8,7 @@ std::shared_ptr<devtools::Session> PageSessions::require(const std::string& targ
                                                          const platform::CallLimits& limits) {
   {
     const platform::MutexLock lock(mutex_);
+    // Closed pages go when somebody looks for another.
     std::erase_if(sessions_, [](const auto& entry) { return !entry.second->isAttached(); });
     const auto found = sessions_.find(targetID);
     if (found != sessions_.end())

@@ -1,3 +1,7 @@
+// A visit remembers a page, the run that touched it, and how often the page had set out for elsewhere by then. The next
+// run asks such a page for one answer, before which all its events have come, and so waits for what the last run set
+// going; a run's own visits are passed over. Runs that have waited in vain are remembered too, since programs ask again
+// and again.
 #include "scripting/driver/PageVisits.h"
 
 #include <algorithm>
@@ -12,10 +16,13 @@ using devtools::Session;
 
 namespace {
 
+// For all pages together that one look waits for.
 constexpr std::chrono::seconds patienceOfLooks(3);
+// Enough for a page that has come meanwhile to answer.
 constexpr std::chrono::milliseconds patienceAfterGivingUp(50);
 constexpr std::size_t mostGivenUp = 64;
 
+/// Stop tokens without a state are all equal, and tell nothing about who calls.
 bool isSameRun(const std::stop_token& left, const std::stop_token& right) {
   return left.stop_possible() && left == right;
 }
@@ -41,6 +48,7 @@ bool PageVisits::settle(Session& page, const platform::CallLimits& limits) {
     });
   }
   const bool mayBeAnother = !isOwn || page.isLeaving();
+  // Code for a page that is frozen would run when it goes on, after the caller has given up.
   if (mayBeAnother || !page.answersLately())
     page.settle(Session::Answer::lately, limits);
   return mayBeAnother;
@@ -73,6 +81,7 @@ bool PageVisits::settleOthers(const platform::CallLimits& limits) {
     const platform::MutexLock lock(mutex_);
     if (visits_.empty())
       return false;
+    // Taken out before the waits, so that each is waited for once, whoever looks next.
     std::vector<Visit> own;
     for (Visit& visit : visits_)
       (isSameRun(visit.run, limits.stop) ? own : others).push_back(std::move(visit));
@@ -89,6 +98,7 @@ bool PageVisits::settleOthers(const platform::CallLimits& limits) {
       if (!page->answersLately())
         page->probe(); // this page is likely to be the one that is meant: its answer comes along
     } catch (const DevToolsFailure& failure) {
+      // A page that is late, closed or crashed has come as far as it will.
       if (concernsBrowser(failure) || failure.kind() == DevToolsFault::stopped)
         throw;
     }

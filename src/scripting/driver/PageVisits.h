@@ -18,6 +18,10 @@ namespace tabwright::scripting {
 ///
 /// A run itself does not wait for what its code may have set going, only for what the page has told of: so an action
 /// that makes a page leave is done at once. Throws DevToolsFailure. Safe to use from any thread.
+///
+///     visits.settle(*page, limits);
+///     visits.note(page, limits.stop);
+///     page->evaluate(code, limits);
 class PageVisits {
 public:
   /// Code is about to be evaluated in the page, or a command to be given to it.
@@ -39,17 +43,20 @@ public:
   bool settleOthers(const platform::CallLimits& limits);
 
 private:
+  /// Weak, so that a page that nobody is attached to any more isn't waited for.
   struct Visit {
     std::weak_ptr<devtools::Session> page;
     std::stop_token run;
     std::uint64_t departures; // the page's count before that
   };
 
+  /// A tab whose page a run no longer waits for.
   struct GivenUp {
     TabID tab;
     std::stop_token run;
   };
 
+  /// Among the last 64 only: a run that was forgotten waits once more.
   [[nodiscard]] bool isGivenUp(TabID tab, const std::stop_token& run) const REQUIRES(mutex_);
 
   platform::Mutex mutex_;

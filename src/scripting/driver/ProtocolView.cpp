@@ -1,3 +1,6 @@
+// A look lists the page targets in one call, asks for the window of each in calls that are all under way at once, and
+// then asks pages whether they are visible, in each window until one says so. What the protocol can't tell is kept
+// here: who was seen first, who was in front.
 #include "scripting/driver/ProtocolView.h"
 
 #include "devtools/Waiting.h"
@@ -8,10 +11,6 @@
 #include <optional>
 #include <string_view>
 #include <utility>
-
-// A look lists the page targets in one call, asks for the window of each in calls that are all under way at once, and
-// then asks each page whether it is visible. What the protocol can't tell is kept here: who was seen first, who was in
-// front.
 
 namespace tabwright::scripting {
 
@@ -53,6 +52,7 @@ TabID ProtocolView::tabOf(const std::string& target) {
   std::uint32_t number = 0;
   std::from_chars(target.data(), target.data() + std::min<std::size_t>(target.size(), 8), number, 16);
   TabID tab = number & 0x1FFFFFFF;
+  // 0 is no id.
   while (tab == 0 || (taken_.contains(tab) && taken_.at(tab) != target))
     ++tab;
   tabs_[target] = tab;
@@ -65,12 +65,14 @@ std::vector<ProtocolView::Page> ProtocolView::listPages(const CallLimits& limits
   std::vector<Page> pages;
   const platform::MutexLock lock(mutex_);
   for (const devtools::TargetInfo& target : targets) {
+    // Developer tools are pages to the protocol and tabs to nobody.
     if (target.type != "page" || target.url.starts_with("devtools:"))
       continue;
     pages.push_back({target, tabOf(target.id)});
     if (std::ranges::find(seen_, target.id) == seen_.end())
       seen_.push_back(target.id);
   }
+  // Closed pages leave the order, so that it never grows.
   std::erase_if(seen_, [&](const std::string& id) {
     return std::ranges::none_of(pages, [&](const Page& page) { return page.target.id == id; });
   });
@@ -82,6 +84,7 @@ std::vector<ProtocolView::Page> ProtocolView::listPages(const CallLimits& limits
 
 ViewedBrowser ProtocolView::look(const Extent& /*always the whole*/, const CallLimits& callLimits) {
   const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
+  // Under way while the pages are listed.
   const auto contexts = connection_->send("Target.getBrowserContexts", {});
   const std::vector<Page> pages = listPages(limits);
   std::vector<std::shared_ptr<PendingCall>> calls;
@@ -117,6 +120,7 @@ ViewedBrowser ProtocolView::look(const Extent& /*always the whole*/, const CallL
     }
     window->tabs.push_back({.id = page.tab, .title = page.target.title, .url = page.target.url});
     viewed.targets[page.tab] = page.target.id;
+    // One visible page is enough for a window, and each question is a round trip to a page.
     if (window->activeTabIndex == 0 && isVisible(pages_, page.target.id, limits))
       window->activeTabIndex = window->tabs.size();
   }
@@ -127,6 +131,7 @@ ViewedBrowser ProtocolView::look(const Extent& /*always the whole*/, const CallL
     window.title = window.tabs[window.activeTabIndex - 1].title;
     if (const auto name = names_.find(window.id); name != names_.end())
       window.givenName = name->second;
+    // A window that we haven't met goes behind those that we have.
     if (std::ranges::find(order_, window.id) == order_.end())
       order_.push_back(window.id);
   }
@@ -207,6 +212,7 @@ void ProtocolView::carryOut(const CloseWindow& command, const CallLimits& limits
   const auto window = std::ranges::find(viewed.snapshot->windows, command.window, &WindowState::id);
   if (window == viewed.snapshot->windows.end())
     throw platform::failure(DriverFault::noSuchWindow, std::to_string(command.window));
+  // A window goes with its last tab; the protocol closes no windows.
   for (const TabState& tab : window->tabs)
     closeTarget(viewed.targets.at(tab.id), limits);
 }

@@ -1,3 +1,6 @@
+// The way back to the normal state and the change itself go out together, since most windows are normal already and the
+// change then costs no round trip of its own. A change that came too early is refused, and both are sent again for as
+// long as a second.
 #include "scripting/driver/ProtocolWindows.h"
 
 #include "devtools/Targets.h"
@@ -22,6 +25,7 @@ namespace {
 void changeWindow(devtools::Connection& connection, WindowID window, const boost::json::object& bounds,
                   const CallLimits& callLimits) {
   const CallLimits limits = platform::boundedBy(callLimits, connection.bounds().call);
+  // With the pauses between them a second in all.
   constexpr int attempts = 50;
   for (int attempt = 1;; ++attempt) {
     const auto restored =
@@ -36,6 +40,7 @@ void changeWindow(devtools::Connection& connection, WindowID window, const boost
       return;
     if (answer.error().message.find("not found") != std::string::npos)
       throw platform::failure(DriverFault::noSuchWindow, std::to_string(window));
+    // The browser's words for a window that isn't normal yet.
     if (answer.error().message.find("normal") == std::string::npos || attempt >= attempts)
       throw platform::failure(DriverFault::refused, answer.error().message);
     devtools::pause(20ms, "the window to become normal", limits);
@@ -65,6 +70,7 @@ void setShape(devtools::Connection& connection, const SetShape& command, const C
 bool closeDeveloperTools(devtools::Connection& connection, WindowID window, const CallLimits& limits) {
   const boost::json::array everything{boost::json::object{}};
   for (const devtools::TargetInfo& target : devtools::listTargets(connection, everything, limits)) {
+    // Asked for everything, the browser lists a page twice: also as the tab around it.
     if (target.type == "tab" || !target.url.starts_with("devtools:"))
       continue;
     const devtools::PendingCall::Answer answer =

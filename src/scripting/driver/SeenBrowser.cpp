@@ -1,3 +1,7 @@
+// Two counts tell whether what was seen still holds: that of changes, reported or our own, and that of commands and
+// evaluations under way. A look holds when the first is the same after it as before it, and the second is zero at both
+// ends. A call takes, in this order: the snapshot that is held; one by a look that began after the call; a look of its
+// own, of which one at a time is made.
 #include "scripting/driver/SeenBrowser.h"
 
 #include <algorithm>
@@ -16,6 +20,8 @@ SeenBrowser::SeenBrowser(PageSessions& pages, LooksAhead looksAhead, const MakeV
       stale();
     };
   }
+  // Changes may be reported from here on. The thread that looks ahead doesn't need the view before: it looks only for
+  // somebody who uses the browser.
   view_ = makeView(std::move(onChange));
 }
 
@@ -36,6 +42,7 @@ std::shared_ptr<const BrowserSnapshot> SeenBrowser::upToDate(const CallLimits& l
     const platform::MutexLock lock(mutex_);
     if (isHeld() || isHeldFor(limits.stop))
       return viewed_.snapshot;
+    // A look under way may have begun before the change that we are here for.
     asked = looksBegun_;
   }
   const devtools::Turn::Holder turn = looking_.take("the browser is being looked at", limits);
@@ -55,6 +62,7 @@ void SeenBrowser::lookAhead(const std::stop_token& stop) {
 
 void SeenBrowser::noteCommand(std::optional<TabID> tab) {
   const platform::MutexLock lock(mutex_);
+  // One entry for a tab is enough, so there are never more than tabs.
   std::erase_if(unseen_, [&](const Command& command) { return command.tab == tab; });
   unseen_.push_back({++commandsEnded_, tab});
 }
@@ -74,6 +82,7 @@ ViewedBrowser SeenBrowser::look(BrowserView::Extent extent, const CallLimits& li
     }
   }
   const std::uint64_t before = changes_->load();
+  // Taken before the view is asked: a change that comes while it answers may be missing in the answer.
   const bool mayHold = view_->reportsChanges() && disturbances_.load() == 0;
   ViewedBrowser viewed = view_->look(extent, limits);
   addDestinations(viewed);
@@ -121,6 +130,7 @@ void SeenBrowser::awaitFirstPage(TabID tab, const CallLimits& limits) {
     return viewed_.opening.contains(tab);
   };
   while (isOpening()) {
+    // Before the look: a change that comes during it ends the wait below at once.
     const std::uint64_t before = changes_->load();
     look({.tabs = {tab}}, limits);
     if (isOpening())
@@ -135,10 +145,13 @@ std::optional<std::uint64_t> SeenBrowser::heldAt() {
 
 void SeenBrowser::noteJobDone(const std::stop_token& run, std::uint64_t heldAt) {
   const platform::MutexLock lock(mutex_);
+  // The job's own disturbance adds one when it ends, just after this.
   jobDone_ = {run, heldAt + 1};
 }
 
 SeenBrowser::Disturbance::~Disturbance() {
+  // In this order: while the disturbance counts nothing is held, and when it no longer does the count has moved on and
+  // the next look knows what to ask for.
   if (kind_ == Kind::command)
     seen_.noteCommand(tab_);
   seen_.changes_->add();

@@ -35,11 +35,18 @@ public:
   /// `pages` outlives this.
   SeenBrowser(PageSessions& pages, LooksAhead looksAhead, const MakeView& makeView);
 
+  /// The windows and tabs as they are. Costs no round trip while the last look holds.
+  ///
+  ///     const SeenBrowser::Disturbance disturbance(seen, SeenBrowser::Disturbance::Kind::command, tab);
+  ///     seen.view().perform(ActivateTab{tab}, limits);
   std::shared_ptr<const BrowserSnapshot> snapshot(const CallLimits& limits);
+  /// Looks in any case, at the extent and all that our own commands have changed since the last look.
   ViewedBrowser look(BrowserView::Extent extent, const CallLimits& limits);
-  /// The target of a tab as last seen, which holds for longer than the rest of a snapshot.
+  /// The target of a tab as last seen, which holds for longer than the rest of a snapshot; nothing for a tab that
+  /// wasn't there, empty for one whose page isn't loaded. Asks nobody.
   std::optional<std::string> findTarget(TabID tab);
   /// Waits until a tab that was just made shows the page it was made for, not the empty document it begins with.
+  /// Returns at once for any other tab. Throws DevToolsFailure `timedOut` where that page doesn't come.
   void awaitFirstPage(TabID tab, const CallLimits& limits);
 
   /// Something has changed that the browser may not have reported to the view yet.
@@ -75,13 +82,18 @@ public:
   };
 
 private:
+  /// The held snapshot, another's look or an own one.
   std::shared_ptr<const BrowserSnapshot> upToDate(const CallLimits& limits);
+  /// A look on the thread of the Lookahead; none while a command of ours is under way.
   void lookAhead(const std::stop_token& stop);
+  /// Has the next look ask for what the command has changed.
   void noteCommand(std::optional<TabID> tab);
   void addDestinations(ViewedBrowser& viewed);
+  /// Nothing was reported or begun since the last look.
   [[nodiscard]] bool isHeld() const REQUIRES(mutex_) {
     return viewedAt_ == changes_->load() && disturbances_.load() == 0;
   }
+  /// Nothing but the run's own page job has come between since the last look.
   [[nodiscard]] bool isHeldFor(const std::stop_token& run) const REQUIRES(mutex_);
 
   PageSessions& pages_;

@@ -1,3 +1,7 @@
+// An evaluation waits for three things in turn: the tab's first page, the end of the page's navigations, and a page
+// that is busy. The first two share one patience of the run's (PageVisits), after which the caller gets nothing and the
+// run a notice. Only then the code goes to the page, and a probe behind it, whose answer tells the next run that all
+// navigations have been told of.
 #include "scripting/driver/TabPages.h"
 
 #include "platform/Logger.h"
@@ -28,6 +32,7 @@ void noticeFailedLoad(Session& page, const CallLimits& limits) {
   const auto address = frame.find<std::string>("unreachableUrl");
   if (!address) // another page has come meanwhile
     return;
+  // The element of Chromium's error page that has the network error's name.
   const devtools::Evaluation code = page.evaluate("document.querySelector('.error-code')?.textContent ?? ''", limits);
   const std::string reason = code.value.is_string() ? std::string(code.value.get_string()) : std::string();
   platform::giveNotice(
@@ -65,6 +70,7 @@ std::optional<devtools::Evaluation> TabPages::evaluateOnArrival(TabID tab, const
                                                                 const CallLimits& limits,
                                                                 std::optional<std::chrono::seconds> longest) {
   const CallLimits patience = visits_.patienceWith(tab, limits);
+  // Throws for a tab that isn't there, and has one seen that wasn't: the wait below goes by what was seen.
   require(tab, limits);
   if (!comes(
           tab, limits, [&] { seen_.awaitFirstPage(tab, platform::boundedBy(patience, connection_.bounds().call)); },
@@ -114,6 +120,7 @@ void TabPages::arrive(TabID tab, Session& page, const CallLimits& limits) {
     if (page.isLeaving())
       page.settle(Session::Answer::ever, visits_.patienceWith(tab, limits));
   } catch (const DevToolsFailure& failure) {
+    // The command does without the page's arrival; only the caller's own deadline ends it.
     const bool isLate = failure.kind() == DevToolsFault::timedOut && !limits.hasPassed();
     if (!isLate && failure.kind() != DevToolsFault::targetCrashed && failure.kind() != DevToolsFault::dialogOpen)
       throw;

@@ -22,11 +22,14 @@ public:
   TabPages(const devtools::Connection& connection, PageSessions& pages, PageVisits& visits, SeenBrowser& seen)
       : connection_(connection), pages_(pages), visits_(visits), seen_(seen) {}
 
-  /// The session of the page that the tab shows now.
+  /// The session of the page that the tab shows now. Looks at the browser only for a tab whose page isn't known.
   std::shared_ptr<devtools::Session> require(TabID tab, const CallLimits& limits);
 
-  /// Calls `call` with that session. A page that is just taking the place of another, as in a new tab, refuses for some
-  /// milliseconds: then the call is made again.
+  /// Calls `call` with that session, and yields what it yields. A page that is just taking the place of another, as in
+  /// a new tab, refuses for some milliseconds: then the call is made again, for three seconds at most. So `call` must
+  /// be able to be made twice.
+  ///
+  ///     pages.with(tab, limits, [&](const auto& page) { return page->evaluate("document.title", limits); });
   template <class Call>
   auto with(TabID tab, const CallLimits& limits, Call&& call) {
     const CallLimits patience = limits.within(std::chrono::seconds(3));
@@ -52,11 +55,13 @@ public:
   /// carries such commands out on a page that answers nothing too, and on one whose server is silent.
   void arrive(TabID tab, devtools::Session& page, const CallLimits& limits);
 
-  /// A command follows that makes the page leave.
+  /// A command follows that makes the page leave: the next run waits for where it leads.
   void leave(const std::shared_ptr<devtools::Session>& page, const CallLimits& limits);
 
 private:
+  /// The browser's refusal while a page takes the place of another.
   static bool isComing(const devtools::DevToolsFailure& failure);
+  /// Calls `wait`. False when it takes longer than a run waits for a page, while `isOnItsWay` says that one is coming.
   bool comes(TabID tab, const CallLimits& limits, const std::function<void()>& wait,
              const std::function<bool()>& isOnItsWay);
 

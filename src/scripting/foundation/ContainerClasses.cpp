@@ -1,5 +1,5 @@
 // NSDictionary and NSArray with their mutable kinds. The immutable ones lack the methods that change them; the data is
-// kept alike.
+// kept alike. A class method makes an object of the class that was asked, so the mutable kinds inherit it as it is.
 #include "applescript/ScriptError.h"
 #include "applescript/values/Errors.h"
 #include "scripting/foundation/FoundationObject.h"
@@ -28,6 +28,7 @@ Value dictionaryOf(FoundationObject& self, const Arguments& arguments) {
 Value allKeys(FoundationObject& self, const Arguments&) {
   FoundationArray keys;
   keys.items.reserve(self.as<FoundationDictionary>().entries().size());
+  // Keys that were labels of a record are texts from here on.
   for (const auto& entry : self.as<FoundationDictionary>().entries())
     keys.items.emplace_back(entry.first.name);
   return makeObject(arrayClass, std::move(keys));
@@ -103,6 +104,7 @@ Value arrayCount(FoundationObject& self, const Arguments&) {
   return Value(static_cast<std::int64_t>(self.as<FoundationArray>().items.size()));
 }
 
+/// Counts from 0, as Foundation does, and no index is negative.
 Value itemAt(const FoundationArray& array, std::int64_t index) {
   const auto count = static_cast<std::int64_t>(array.items.size());
   if (index < 0 || index >= count)
@@ -130,6 +132,7 @@ Value joined(FoundationObject& self, const Arguments& arguments) {
   const std::string separator = textArgument(arguments, 0);
   std::string text;
   bool isFirst = true;
+  // Items needn't be texts: each is joined in the form that it has as one.
   for (const Value& item : self.as<FoundationArray>().items) {
     if (!isFirst)
       text += separator;

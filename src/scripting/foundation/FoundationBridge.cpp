@@ -22,6 +22,7 @@ struct FoundationConstant {
   std::int64_t value;
 };
 
+// Values of Foundation's own headers.
 constexpr FoundationConstant foundationConstants[]{
     {"NSUTF8StringEncoding", 4},
     {"NSJSONReadingMutableContainers", 1},

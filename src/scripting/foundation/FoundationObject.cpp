@@ -1,5 +1,7 @@
 // Messages are found by their selector in the tables of the class and of those it inherits from. Bridging is lazy: an
-// object keeps the language's values, and wraps them one by one as methods hand them out.
+// object keeps the language's values, and wraps them one by one as methods hand them out. Containers copy lists and
+// records that are put into them and share objects, as in Objective-C. A dictionary is its entries in order, with an
+// index of their positions once there are more than a few.
 #include "scripting/foundation/FoundationObject.h"
 
 #include "applescript/ScriptError.h"
@@ -26,6 +28,7 @@ namespace {
 /// Below this many entries a search is faster than keeping an index.
 constexpr std::size_t fewEntries = 16;
 
+/// The nearest class that has the selector; its own tables go before those that it inherits.
 const FoundationMethod* findMethod(const FoundationClass& type,
                                    std::span<const FoundationMethod> FoundationClass::* table,
                                    std::string_view selector) {
@@ -89,6 +92,7 @@ void FoundationDictionary::set(Label key, Value value) {
     return;
   }
   entries_.emplace_back(std::move(key), std::move(value));
+  // From here on a search would take longer than the index.
   if (entries_.size() == fewEntries + 1) {
     for (std::size_t each = 0; each < entries_.size(); ++each)
       positions_.emplace(entries_[each].first.name, each);
@@ -102,6 +106,7 @@ void FoundationDictionary::remove(std::string_view key) {
   if (position == entries_.size())
     return;
   entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(position));
+  // All that stood behind it has moved.
   positions_.clear();
   if (entries_.size() > fewEntries) {
     for (std::size_t each = 0; each < entries_.size(); ++each)
@@ -114,6 +119,7 @@ void FoundationDictionary::remove(std::string_view key) {
 Value FoundationObject::send(std::string_view selector, const Arguments& arguments) {
   const bool isClass = std::holds_alternative<FoundationMetaclass>(payload_);
   const bool isAllocated = std::holds_alternative<FoundationAllocated>(payload_);
+  // A class answers its class methods, the result of `alloc` initializers alone, an object the rest.
   const auto table = isClass       ? &FoundationClass::classMethods
                      : isAllocated ? &FoundationClass::initializers
                                    : &FoundationClass::methods;
@@ -124,6 +130,7 @@ Value FoundationObject::send(std::string_view selector, const Arguments& argumen
   if (arguments.size() != colons)
     throw errors::of(errorNumber::handlerFailed,
                      fmt::format("“{}” takes {} arguments, not {}.", selector, colons, arguments.size()));
+  // Most messages bring none, and then the arguments aren't copied.
   const bool hasReferences =
       std::ranges::any_of(arguments, [](const Value& value) { return value.is<Value::ReferencePointer>(); });
   if (!hasReferences)
@@ -154,6 +161,7 @@ std::optional<Value> FoundationObject::unwrapped() const {
     return Value(localDate(date->secondsSince1970));
   if (get<FoundationNull>() != nullptr)
     return Value::missing();
+  // Classes, data and character sets have no form in the language.
   return std::nullopt;
 }
 
@@ -212,6 +220,7 @@ Value unbridged(const Value& value) {
 
 std::string textArgument(const Arguments& arguments, std::size_t position) {
   const Value& value = argumentAt(arguments, position);
+  // The most frequent argument, taken without making a value of it.
   if (const auto* text = payloadOf<applescript::Text>(value))
     return text->utf8();
   return requireText(unbridged(value));
@@ -231,6 +240,7 @@ FoundationDictionary dictionaryArgument(const Arguments& arguments, std::size_t 
   FoundationDictionary dictionary;
   dictionary.reserve((*record)->fields.size());
   for (const auto& [label, field] : (*record)->fields)
+    // The label goes along, so that the way back gives the same record.
     dictionary.set(label, stored(field));
   return dictionary;
 }

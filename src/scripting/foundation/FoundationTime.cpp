@@ -21,6 +21,7 @@ applescript::Date localDate(double secondsSince1970) {
 
 double secondsSince1970(applescript::Date date) {
   const double wallClock = date.seconds + referenceDate;
+  // The offset is that of the moment sought: read at the clock's time taken for UTC, and once more at what comes of it.
   const double guess = wallClock - offsetFromUTC(wallClock);
   return wallClock - offsetFromUTC(guess);
 }

@@ -1,5 +1,6 @@
 // Writing walks the language's values and Foundation's objects as they are, and makes no tree of its own: the result of
-// an action over a thousand tabs goes through here.
+// an action over a thousand tabs goes through here. Reading makes Foundation's containers, since a record of the
+// language would lose keys that differ from others in case only.
 #include "scripting/foundation/JSONSerialization.h"
 
 #include "applescript/ScriptError.h"
@@ -65,6 +66,7 @@ public:
     } else if (const auto* record = value.get<Value::RecordPointer>()) {
       writeFields((*record)->fields, level);
     } else if (value.is<Value::ReferencePointer>()) {
+      // A reference leads to a value that may hold it.
       const applescript::Traversal bound;
       write(applescript::plainValue(value), level);
     } else {
@@ -110,6 +112,7 @@ private:
       startLine(level + 1);
       writeItem(item);
     }
+    // An empty pair keeps its empty line, as Foundation's do.
     if (isFirst && isPretty_)
       text_ += '\n';
     startLine(level);
@@ -123,11 +126,13 @@ private:
   void writeFields(const std::vector<std::pair<Label, Value>>& fields, int level) {
     const auto writeField = [&](const std::pair<Label, Value>& field) {
       writeText(field.first.name);
+      // Foundation puts a blank before the colon too.
       text_ += isPretty_ ? " : " : ":";
       write(field.second, level + 1);
     };
     if (!sortsKeys_)
       return writeBracketed('{', '}', fields, level, writeField);
+    // Pointers, so that nothing is copied to be sorted.
     std::vector<const std::pair<Label, Value>*> sorted;
     sorted.reserve(fields.size());
     for (const auto& field : fields)
@@ -140,6 +145,7 @@ private:
     if (!std::isfinite(real))
       throw writeError(fmt::format("Invalid number value ({}) in JSON write", std::isnan(real) ? "NaN" : "infinite"));
     char digits[400];
+    // The shortest digits that are read back as the same number; an exponent where plain ones would be long.
     const double size = std::abs(real);
     const bool isPlain = real == 0 || (size >= 1e-4 && size < 1e17);
     const auto format = isPlain ? std::chars_format::fixed : std::chars_format::scientific;
@@ -154,6 +160,7 @@ private:
   std::string text_;
 };
 
+/// Foundation writes these at the top; single values are fragments, which an option allows.
 bool isContainer(const Value& value) {
   return value.is<Value::ListPointer>() || value.is<Value::RecordPointer>() ||
          payloadOf<FoundationDictionary>(value) != nullptr || payloadOf<FoundationArray>(value) != nullptr;
@@ -184,6 +191,7 @@ bool isValidJSON(const Value& value) {
   try {
     return !jsonText(value, 0).empty();
   } catch (const applescript::ScriptError& error) {
+    // Too deep or too long a value is no matter of what JSON can say.
     if (error.number() != applescript::errorNumber::handlerFailed)
       throw;
     return false;
@@ -193,6 +201,7 @@ bool isValidJSON(const Value& value) {
 std::optional<Value> valueOfJSON(std::string_view json, std::int64_t options) {
   try {
     const boost::json::value parsed = platform::parseJSON(json);
+    // Foundation reads a single value only where the options allow it.
     const bool isFragment = !parsed.is_object() && !parsed.is_array();
     if (isFragment && (options & jsonoptions::fragmentsAllowed) == 0)
       return std::nullopt;

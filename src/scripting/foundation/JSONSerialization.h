@@ -26,7 +26,8 @@ inline constexpr std::int64_t withoutEscapingSlashes = 8;
 /// value when fragments aren't allowed.
 [[nodiscard]] std::string jsonText(const applescript::Value& value, std::int64_t options);
 
-/// True when `jsonText` would write the value without options.
+/// True when `jsonText` would write the value without options. Costs as much as writing it. Throws ScriptError for a
+/// value that is nested too deeply or too large.
 [[nodiscard]] bool isValidJSON(const applescript::Value& value);
 
 /// The value of a JSON text, with dictionaries as foreign objects, since their keys differ when their case does.

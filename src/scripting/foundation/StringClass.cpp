@@ -1,4 +1,6 @@
-// NSString, and the character sets that it trims with. Lengths count UTF-16 units, as NSString's do.
+// NSString, and the character sets that it trims with. Lengths count UTF-16 units, as NSString's do. Texts are searched
+// byte by byte, which UTF-8 allows; case and trimming, which need characters, go through ICU. Case follows no language,
+// so a script does the same for every user.
 #include "applescript/ScriptError.h"
 #include "applescript/values/Errors.h"
 #include "platform/Utf8.h"
@@ -37,6 +39,7 @@ Value fromUnicode(const icu::UnicodeString& text) {
   return string(std::move(utf8));
 }
 
+/// Texts are UTF-8 here, and are turned into nothing else.
 void requireUTF8(std::int64_t encoding) {
   if (encoding != utf8Encoding)
     throw errors::of(applescript::errorNumber::handlerFailed,
@@ -60,6 +63,7 @@ Value components(FoundationObject& self, const Arguments& arguments) {
   const std::string& text = content(self);
   FoundationArray parts;
   std::size_t from = 0;
+  // An empty separator divides nothing.
   for (std::size_t at = separator.empty() ? std::string::npos : text.find(separator); at != std::string::npos;
        at = text.find(separator, from)) {
     parts.items.emplace_back(text.substr(from, at - from));
@@ -73,6 +77,7 @@ Value replacing(FoundationObject& self, const Arguments& arguments) {
   const std::string sought = textArgument(arguments, 0);
   const std::string replacement = textArgument(arguments, 1);
   const std::string& text = content(self);
+  // An empty text is found nowhere.
   if (sought.empty())
     return string(text);
   std::string result;
@@ -85,6 +90,7 @@ Value replacing(FoundationObject& self, const Arguments& arguments) {
 }
 
 bool isIn(CharacterSet set, UChar32 character) {
+  // Foundation's newlines: U+000A to U+000D, U+0085, U+2028 and U+2029.
   const bool isNewline =
       (character >= 0x0A && character <= 0x0D) || character == 0x85 || character == 0x2028 || character == 0x2029;
   const bool isWhitespace = character == '\t' || u_charType(character) == U_SPACE_SEPARATOR;
@@ -104,6 +110,7 @@ Value trimming(FoundationObject& self, const Arguments& arguments) {
   if (set == nullptr)
     throw errors::of(applescript::errorNumber::handlerFailed, "Trimming takes a character set.");
   const icu::UnicodeString text = unicode(content(self));
+  // Steps go over whole characters, so no surrogate pair is cut in two.
   std::int32_t begin = 0;
   std::int32_t end = text.length();
   while (begin < end && isIn(*set, text.char32At(begin)))

@@ -1,5 +1,5 @@
 // NSObject, and the classes of single values: NSNumber, NSNull, NSDate, NSData, with NSJSONSerialization between data
-// and the rest.
+// and the rest. A number keeps the language's value, and is converted when a method asks for another form.
 #include "scripting/foundation/FoundationObject.h"
 #include "scripting/foundation/FoundationTime.h"
 #include "scripting/foundation/JSONSerialization.h"
@@ -13,6 +13,7 @@ namespace {
 
 // ------------------------------------------------------------------ object
 
+/// An object that understands initializers only, as the next message.
 Value alloc(FoundationObject& self, const Arguments&) {
   return makeObject(self.type(), FoundationAllocated{});
 }
@@ -34,6 +35,7 @@ const Value& number(FoundationObject& self) {
   return self.as<FoundationNumber>().value;
 }
 
+/// Keeps the value as it was given: the three constructors differ in name only.
 Value numberOf(FoundationObject&, const Arguments& arguments) {
   Value value = unbridged(arguments[0]);
   if (!value.is<std::int64_t>() && !value.is<double>() && !value.is<bool>())
@@ -44,6 +46,7 @@ Value numberOf(FoundationObject&, const Arguments& arguments) {
 Value asReal(FoundationObject& self, const Arguments&) {
   if (const auto* boolean = number(self).get<bool>())
     return Value(*boolean ? 1.0 : 0.0);
+  // A real is its own answer.
   const auto* integer = number(self).get<std::int64_t>();
   return integer != nullptr ? Value(static_cast<double>(*integer)) : number(self);
 }

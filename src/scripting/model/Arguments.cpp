@@ -32,6 +32,7 @@ std::optional<std::string> idText(const Value& value) {
   if (const auto* integer = value.get<std::int64_t>())
     return std::to_string(*integer);
   const auto* real = value.get<double>();
+  // Beyond some 9·10¹⁵ a real no longer tells neighbouring whole numbers apart.
   if (real && std::trunc(*real) == *real && std::abs(*real) < 9.0e15)
     return std::to_string(static_cast<std::int64_t>(*real));
   return std::nullopt;

@@ -24,6 +24,7 @@ EventScope::EventScope(const ObjectModel& model, std::shared_ptr<applescript::Sc
     if (const auto* specifier = message.directObject->get<Value::SpecifierPointer>())
       root_ = rootOf(*specifier);
   }
+  // The direct object may name something of another application.
   if (!root_ || root_->application != application)
     root_ = applescript::applicationRoot(std::move(application));
 }

@@ -16,6 +16,7 @@ const JSONContainers languageContainers{
         [](std::vector<std::pair<Label, Value>> members) {
           auto record = std::make_shared<applescript::Record>();
           for (auto& [label, value] : members)
+            // Set, not added: of labels that differ in case only the last one stays.
             record->set(label, std::move(value));
           return Value(std::move(record));
         },

@@ -19,7 +19,9 @@ struct JSONContainers {
 extern const JSONContainers languageContainers;
 
 /// JSON as a script sees it: text, integer, real, boolean, and `missing value` for null. Whole numbers beyond what an
-/// integer holds become reals.
+/// integer holds become reals. Recurses as deep as the JSON is nested, which `parseJSON` bounds.
+///
+///     valueOf(platform::parseJSON(R"({"a": [1, null]})")) // {a:{1, missing value}}
 [[nodiscard]] applescript::Value valueOf(const boost::json::value& json,
                                          const JSONContainers& containers = languageContainers);
 

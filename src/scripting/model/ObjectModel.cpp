@@ -31,6 +31,7 @@ constexpr auto classProperty = fourCharCode("pcls");
 constexpr auto contentsProperty = fourCharCode("pcnt");
 constexpr auto allProperties = fourCharCode("pALL");
 
+/// Tables are short, so rows are searched one by one.
 const ElementRow* findElements(const ObjectClass& type, applescript::FourCharCode code) {
   const auto row = std::ranges::find_if(type.elements, [&](const ElementRow& each) { return each.type->code == code; });
   return row == type.elements.end() ? nullptr : &*row;
@@ -50,6 +51,7 @@ std::optional<std::size_t> positionOf(std::int64_t index, std::size_t count) {
   return static_cast<std::size_t>(position);
 }
 
+/// One of some, as `some tab` asks for. `count` is not 0.
 std::size_t anyPosition(std::size_t count) {
   thread_local std::minstd_rand generator{std::random_device{}()};
   return std::uniform_int_distribution<std::size_t>(0, count - 1)(generator);
@@ -85,6 +87,7 @@ Found ObjectModel::resolve(EventScope& scope, const ObjectSpecifier& specifier, 
   switch (specifier.form) {
   case Form::application:
     return Object{&root_};
+  // The object under test: outside of a `whose` there is none.
   case Form::tested:
     if (!underTest)
       throw errors::cannotGet(specifier, terminology_);
@@ -92,6 +95,7 @@ Found ObjectModel::resolve(EventScope& scope, const ObjectSpecifier& specifier, 
   case Form::before:
   case Form::after:
     return neighbour(scope, specifier, underTest);
+  // An insertion point is no object: only `place` knows what to do with it.
   case Form::beginning:
   case Form::end:
     throw errors::cannotGet(specifier, terminology_);
@@ -113,6 +117,7 @@ Found ObjectModel::resolve(EventScope& scope, const ObjectSpecifier& specifier, 
       results.push_back(self(self, each));
     return results;
   };
+  // `item 2 of tabs of windows` is one of the list; any other class is a step from each of its items.
   if (const auto* list = std::get_if<std::vector<Found>>(&container.what);
       list && specifier.desiredClass == itemClass && specifier.form != Form::property) {
     if (specifier.form == Form::every)
@@ -131,6 +136,7 @@ Found ObjectModel::step(EventScope& scope, const ObjectSpecifier& specifier, Obj
   const ElementRow* row = findElements(*container.type, specifier.desiredClass);
   if (!row)
     throw errors::cannotGet(specifier, terminology_);
+  // Both name one element, which a test may still rule out: `window "A" whose visible is true`.
   if (specifier.form == Form::name || specifier.form == Form::id) {
     const auto element = find(scope, specifier, container, *row);
     if (!element || (specifier.test && !passes(scope, *specifier.test, *element)))
@@ -141,6 +147,7 @@ Found ObjectModel::step(EventScope& scope, const ObjectSpecifier& specifier, Obj
     return range(scope, specifier, container, *row, underTest);
 
   const std::size_t count = row->count(scope, container);
+  // The most frequent step makes one object only.
   if (!specifier.test && specifier.form == Form::index) {
     const auto position = positionOf(requireInteger(specifier.key), count);
     if (!position)
@@ -173,6 +180,7 @@ Found ObjectModel::property(EventScope& scope, const ObjectSpecifier& specifier,
   switch (specifier.desiredClass) {
   case classProperty:
     return Value(applescript::ClassName{object.type->code, std::string(object.type->words)});
+  // `contents of x` is x itself.
   case contentsProperty:
     return object;
   case allProperties: {
@@ -180,6 +188,7 @@ Found ObjectModel::property(EventScope& scope, const ObjectSpecifier& specifier,
     for (const PropertyRow& row : object.type->properties) {
       if (!row.isInProperties)
         continue;
+      // A property that neither has a word for is named by its code.
       const Term* term = terminology_.findCode(Term::Kind::property, row.code);
       if (!term)
         term = applescript::languageTerminology().findCode(Term::Kind::property, row.code);
@@ -187,6 +196,7 @@ Found ObjectModel::property(EventScope& scope, const ObjectSpecifier& specifier,
         record->set(Label{row.code, term ? std::string(term->words) : applescript::toString(row.code)},
                     value(scope, row.get(scope, object)));
       } catch (const applescript::ScriptError& error) {
+        // Left out is what the object hasn't at the moment, such as the active tab of developer tools.
         if (error.number() != applescript::errorNumber::noSuchObject)
           throw;
       }
@@ -204,6 +214,7 @@ std::optional<Object> ObjectModel::find(EventScope& scope, const ObjectSpecifier
   if (isByID && row.byID)
     return row.byID(scope, container, specifier.key);
   const std::optional<std::string> key = idText(specifier.key);
+  // A key that is neither text nor a whole number names nothing.
   if (!key)
     return std::nullopt;
   if (!isByID && row.byName)
@@ -211,6 +222,7 @@ std::optional<Object> ObjectModel::find(EventScope& scope, const ObjectSpecifier
   const PropertyRow* property = findProperty(*row.type, isByID ? idProperty : nameProperty);
   if (!property)
     return std::nullopt;
+  // No function of the row's own, so all are asked for the property.
   const std::size_t count = row.count(scope, container);
   for (std::size_t position = 0; position < count; ++position) {
     const Object element = row.at(scope, container, position);
@@ -228,6 +240,8 @@ std::int64_t ObjectModel::boundary(EventScope& scope, const ObjectSpecifier& spe
   const auto* inner = key.get<Value::SpecifierPointer>();
   if (!inner)
     return requireInteger(key);
+  // A specifier as a boundary, as in `tabs (tab 1) thru (tab 3)`, counts from the container where it is rooted in
+  // nothing else.
   const Found found = resolve(scope, **inner, underTest ? underTest : &container);
   const auto* element = std::get_if<Object>(&found.what);
   const auto index = element ? position(scope, container, *element) : std::nullopt;
@@ -255,6 +269,7 @@ Found ObjectModel::range(EventScope& scope, const ObjectSpecifier& specifier, Ob
 std::optional<Object> ObjectModel::parent(EventScope& scope, Object object) const {
   if (!object.type->specifier)
     return std::nullopt;
+  // An object knows its container by the specifier that names it; no class needs a row for it.
   const auto specifier = object.type->specifier(scope, object);
   if (!specifier->container)
     return std::nullopt;
@@ -281,6 +296,7 @@ Found ObjectModel::neighbour(EventScope& scope, const ObjectSpecifier& specifier
   const auto container = object ? parent(scope, *object) : std::nullopt;
   const auto at = container ? position(scope, *container, *object) : std::nullopt;
   const ElementRow* row = at ? findElements(*container->type, object->type->code) : nullptr;
+  // `window before tab 1` is nothing, as both have to be in one list.
   const bool isOfClass = object && object->type->code == specifier.desiredClass;
   if (!row || !isOfClass)
     throw errors::cannotGet(specifier, terminology_);
@@ -316,6 +332,7 @@ Value ObjectModel::value(EventScope& scope, const Found& found) const {
   if (const auto* value = std::get_if<Value>(&found.what))
     return *value;
   if (const auto* object = std::get_if<Object>(&found.what))
+    // Only the application has none.
     return object->type->specifier ? Value(object->type->specifier(scope, *object)) : Value(scope.root());
   std::vector<Value> items;
   const auto& list = std::get<std::vector<Found>>(found.what);
@@ -328,6 +345,7 @@ Value ObjectModel::value(EventScope& scope, const Found& found) const {
 applescript::FourCharCode ObjectModel::propertyCode(const Label& label) const {
   if (label.code != 0)
     return label.code;
+  // Words of the dictionary come before those of the language.
   for (const applescript::Terminology* table : {&terminology_, &applescript::languageTerminology()}) {
     for (const Term& term : table->rows()) {
       if (term.kind == Term::Kind::property && sameIgnoringCase(term.words, label.name))

@@ -43,13 +43,15 @@ public:
 
   [[nodiscard]] const applescript::Terminology& terminology() const { return terminology_; }
 
-  /// Answers get, set, count and exists; nothing for any other event.
+  /// Answers get, set, count and exists; nothing for any other event, which is the application's to know. Throws
+  /// ScriptError, and what the functions of the tables throw.
   [[nodiscard]] std::optional<applescript::Value> answer(EventScope& scope) const;
 
   /// The subject of the event: its direct object, else the target of the enclosing `tell`, else the application.
   [[nodiscard]] applescript::Value subject(EventScope& scope) const;
 
-  /// Resolves a specifier, step by step.
+  /// Resolves a specifier, step by step. `underTest` is the object that a `whose` is tried on, in which specifiers of
+  /// its test are rooted; null outside of one. Throws −1728 for what isn't there.
   [[nodiscard]] Found resolve(EventScope& scope, const applescript::ObjectSpecifier& specifier,
                               const Object* underTest = nullptr) const;
 
@@ -59,7 +61,8 @@ public:
   /// The one object that a value names; throws −1728 when it names none, or several.
   [[nodiscard]] Object object(EventScope& scope, const applescript::Value& value) const;
 
-  /// The place that a specifier names: an insertion point, `before x`, `after x`, or an object, meaning its end.
+  /// The place that a specifier names: an insertion point, `before x`, `after x`, or an object, meaning its end. The
+  /// container must be there; −1728 else.
   [[nodiscard]] InsertionPlace place(EventScope& scope, const applescript::Value& value) const;
 
   /// Position of an object among the elements of its class in a container, 0-based; nothing when it isn't there.
@@ -72,18 +75,27 @@ public:
   [[nodiscard]] applescript::FourCharCode propertyCode(const applescript::Label& label) const;
 
 private:
+  /// One step, from one object: a property, or elements by any form.
   Found step(EventScope& scope, const applescript::ObjectSpecifier& specifier, Object container,
              const Object* underTest) const;
+  /// A property by its row, or one of those that all classes have.
   Found property(EventScope& scope, const applescript::ObjectSpecifier& specifier, Object object) const;
+  /// `tab before t`, `tab after t`: of the same class and in the same container.
   Found neighbour(EventScope& scope, const applescript::ObjectSpecifier& specifier, const Object* underTest) const;
+  /// Both ends included, in the order of the elements whichever end is named first.
   Found range(EventScope& scope, const applescript::ObjectSpecifier& specifier, Object container, const ElementRow& row,
               const Object* underTest) const;
+  /// An end of a range as an index from 1, or negative.
   std::int64_t boundary(EventScope& scope, const applescript::ObjectSpecifier& specifier, Object container,
                         const applescript::Value& key, const Object* underTest) const;
+  /// The element with an id or a name; nothing when there is none, or the key can be neither.
   std::optional<Object> find(EventScope& scope, const applescript::ObjectSpecifier& specifier, Object container,
                              const ElementRow& row) const;
+  /// A `whose` test on one object. Specifiers within are resolved for each object anew.
   bool passes(EventScope& scope, const applescript::SpecifierTest& test, Object object) const;
+  /// A side of a comparison: a specifier's value for the object under test, or the plain value.
   applescript::Value operand(EventScope& scope, const applescript::Value& value, Object object) const;
+  /// The object that contains another; nothing for the application.
   std::optional<Object> parent(EventScope& scope, Object object) const;
 
   applescript::Value get(EventScope& scope) const;

@@ -19,6 +19,7 @@ namespace errors = applescript::errors;
 
 namespace {
 
+/// All objects in what was found, in a row. A plain value among them is an error.
 void gather(const Found& found, std::vector<Object>& objects, const ObjectSpecifier& specifier,
             const applescript::Terminology& terminology) {
   if (const auto* object = std::get_if<Object>(&found.what)) {
@@ -31,6 +32,7 @@ void gather(const Found& found, std::vector<Object>& objects, const ObjectSpecif
   }
 }
 
+/// The number of things in what was found, lists within lists counted through.
 std::int64_t leaves(const Found& found) {
   const auto* list = std::get_if<std::vector<Found>>(&found.what);
   if (!list)
@@ -41,6 +43,7 @@ std::int64_t leaves(const Found& found) {
   return total;
 }
 
+/// `missing value` isn't there, nor is a list of nothing else.
 bool isThere(const Found& found) {
   if (const auto* value = std::get_if<Value>(&found.what))
     return !value->isMissing();
@@ -69,6 +72,7 @@ std::optional<Value> ObjectModel::answer(EventScope& scope) const {
 Value ObjectModel::subject(EventScope& scope) const {
   if (scope.message().directObject)
     return *scope.message().directObject;
+  // Inside a `tell` a command without direct object is about what is told.
   if (scope.message().subject)
     return Value(scope.message().subject);
   return Value(scope.root());
@@ -78,6 +82,7 @@ Value ObjectModel::get(EventScope& scope) const {
   const auto read = [&](const auto& self, const Value& target) -> Value {
     if (const auto* specifier = target.get<Value::SpecifierPointer>())
       return value(scope, resolve(scope, **specifier));
+    // Each item is read by itself, and lists within lists stay lists.
     if (const auto* list = target.get<Value::ListPointer>()) {
       std::vector<Value> items;
       for (const Value& each : (*list)->items)
@@ -97,6 +102,7 @@ void ObjectModel::set(EventScope& scope) const {
   const auto* specifier = target.get<Value::SpecifierPointer>();
   if (!specifier)
     throw errors::of(errorNumber::cannotSet, "Can’t set what is no object of the application.");
+  // `set URL of tab 1 to URL of tab 2` brings a specifier: setters get what it stands for.
   Value newValue = *given;
   if (const auto* source = newValue.get<Value::SpecifierPointer>();
       source && (*source)->application == scope.root()->application)
@@ -104,6 +110,7 @@ void ObjectModel::set(EventScope& scope) const {
   if ((*specifier)->form != Form::property)
     throw errors::cannotSet(**specifier, newValue, terminology_);
 
+  // All owners are found before the first is set, so that a setter can't change who is meant.
   std::vector<Object> owners;
   gather(resolve(scope, *(*specifier)->container), owners, *(*specifier)->container, terminology_);
   for (const Object& owner : owners)
@@ -121,6 +128,7 @@ void ObjectModel::setProperty(EventScope& scope, const ObjectSpecifier& specifie
   const auto* record = newValue.get<Value::RecordPointer>();
   if (specifier.desiredClass != fourCharCode("pALL") || !record)
     return setOne(specifier.desiredClass, newValue);
+  // `set properties of x to {…}` is each of them by itself: those before one that fails stay set.
   for (const auto& [label, field] : (*record)->fields)
     setOne(propertyCode(label), field);
 }
@@ -144,6 +152,7 @@ std::int64_t ObjectModel::count(EventScope& scope) const {
     }
   }
   const Found found = resolve(scope, **specifier);
+  // `count window 1` counts what is in it, of every class.
   if (const auto* object = std::get_if<Object>(&found.what)) {
     std::int64_t total = 0;
     for (const ElementRow& row : object->type->elements)
@@ -165,6 +174,7 @@ bool ObjectModel::exists(EventScope& scope) const {
   try {
     return isThere(resolve(scope, **specifier));
   } catch (const ScriptError& error) {
+    // Any other error, as of a browser that can't be reached, says nothing about being there.
     if (error.number() == errorNumber::noSuchObject || error.number() == errorNumber::invalidIndex)
       return false;
     throw;
@@ -203,6 +213,7 @@ InsertionPlace ObjectModel::place(EventScope& scope, const Value& target) const 
     return {object(scope, target), std::nullopt};
   const ObjectSpecifier& specifier = **pointer;
   const auto holder = [&](const applescript::SpecifierPointer& elements) {
+    // `at end of tabs of w` names the elements, `at end of w` their container: both mean the same place.
     const bool isElements = elements->form == Form::every && elements->container;
     return object(scope, Value(isElements ? elements->container : elements));
   };

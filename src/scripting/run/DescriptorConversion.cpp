@@ -47,6 +47,7 @@ AppleEventDescriptor descriptorOf(const Value& given) {
   if (const auto* real = value.get<double>())
     return AppleEventDescriptor::real(*real);
   if (const auto* integer = value.get<std::int64_t>()) {
+    // Descriptors have integers of 32 bits, and reals hold whole numbers up to 53.
     using Limits = std::numeric_limits<std::int32_t>;
     return *integer >= Limits::min() && *integer <= Limits::max()
                ? AppleEventDescriptor::integer(static_cast<std::int32_t>(*integer))

@@ -1,3 +1,6 @@
+// A task keeps the text that was written, not the file. A run is one job on a worker thread: it compiles, calls the
+// handler and turns the result into a descriptor. The line of an error is worked out here, where its place and the text
+// are known together.
 #include "scripting/run/InterpreterScriptTasks.h"
 
 #include "applescript/values/Errors.h"
@@ -26,12 +29,14 @@ void place(applescript::ScriptError& error, std::string_view source) {
   if (!error.range())
     return;
   platform::Notice cause = platform::asCause(error);
+  // Lines count from 1; an error stands on the line that its range begins on.
   cause.line = 1 + std::ranges::count(source.substr(0, error.range()->offset), '\n');
   error.setCause(std::move(cause));
 }
 
 Result runScript(applescript::Interpreter& interpreter, const std::string& source, const AppleEvent& event,
                  std::stop_token stop, std::shared_ptr<platform::Notices> notices) {
+  // A run that was cancelled while it waited for a thread doesn't begin.
   if (stop.stop_requested())
     throw errors::userCancelled();
   std::vector<Value> arguments;
@@ -46,6 +51,7 @@ Result runScript(applescript::Interpreter& interpreter, const std::string& sourc
     const Value result =
         handler ? interpreter.call(*script, *handler, std::move(arguments), std::move(stop), std::move(notices))
                 : interpreter.run(*script, std::move(arguments), std::move(stop), std::move(notices));
+    // A handler without a result isn't one whose result is `missing value`.
     return result.isNothing() ? Result() : Result(descriptorOf(result));
   } catch (applescript::ScriptError& error) {
     place(error, source);

@@ -19,10 +19,12 @@ namespace tabwright::scripting {
 /// comes as its source form.
 class InterpreterScriptTasks final : public platform::UserAppleScriptTasks {
 public:
+  /// One interpreter serves all tasks, on several threads at once. `threads` may be shared with others.
   explicit InterpreterScriptTasks(
       std::shared_ptr<applescript::Interpreter> interpreter,
       std::shared_ptr<platform::WorkerThreads> threads = std::make_shared<platform::WorkerThreads>());
 
+  /// Reads the text and compiles nothing yet: errors of syntax are the run's.
   std::unique_ptr<platform::UserAppleScriptTask> initWithURL(const platform::WrittenFile& script) override;
 
 private:

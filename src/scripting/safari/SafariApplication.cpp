@@ -1,5 +1,6 @@
 // Commands of the dictionary, in the terms of the driver. Safari names a tab by its position, so the position of a tab
-// just made is looked up once more.
+// just made is looked up once more. Documents are windows by another name: a command on one is carried out on its
+// window, or on that window's current tab.
 #include "scripting/safari/SafariApplication.h"
 
 #include "applescript/values/Errors.h"
@@ -35,6 +36,7 @@ Value doJavaScript(BrowserScope& scope) {
   Value target;
   if (const Value* given = scope.message().parameter(safari::target))
     target = *given;
+  // A specifier without a container is the application itself, which shows no page.
   else if (scope.message().subject && scope.message().subject->container)
     target = Value(scope.message().subject);
   else
@@ -80,7 +82,7 @@ Value makeTab(BrowserScope& scope, const MakeRequest& request) {
     throw errors::notUnderstood(Value(scope.root()), scope.message().code, safariTerminology());
   const std::optional<std::size_t> position = request.place ? request.place->position : std::nullopt;
   const TabID id = openTab(scope, window, position, addressOf(request));
-  // Tabs are named by position, so the one made has to be looked for.
+  // Another look than the event's, which was taken before the tab was there.
   const auto now = scope.driver().snapshot(scope.limits());
   const WindowID windowID = scope.window(window).id;
   for (const WindowState& each : now->windows) {
@@ -89,6 +91,7 @@ Value makeTab(BrowserScope& scope, const MakeRequest& request) {
         return Value(safariTabSpecifier(safariWindowSpecifier(scope, each.id), tab + 1));
     }
   }
+  // Closed again already: named by the place that it had.
   return Value(safariTabSpecifier(safariWindowSpecifier(scope, windowID), scope.window(window).tabs.size() + 1));
 }
 

@@ -12,10 +12,12 @@ namespace tabwright::scripting {
 /// the page of the current tab.
 class SafariApplication final : public BrowserApplication {
 public:
+  /// `facts` is copied from. Nothing is connected to before the first event that needs the browser.
   SafariApplication(const platform::BrowserFacts& facts, std::shared_ptr<BrowserDriver> driver,
                     BrowserHooks hooks = {});
 
 private:
+  /// do JavaScript, make, close and delete; −1708 for any other.
   applescript::Value perform(BrowserScope& scope) override;
 };
 

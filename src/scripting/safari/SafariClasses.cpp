@@ -46,6 +46,7 @@ Found tabIndex(BrowserScope&, Object tab) {
 
 Found addressOrMissing(BrowserScope& scope, Object tab) {
   const std::string& url = scope.tab(tab).url;
+  // As Safari tells the address of an empty tab.
   return url.empty() ? Value::missing() : Value(url);
 }
 
@@ -57,6 +58,7 @@ Value evaluated(BrowserScope& scope, Object tab, const char* javascript) {
   return valueOf(scope.driver().evaluate(scope.tab(tab).id, javascript, scope.limits()));
 }
 
+// The page as it is now, which no snapshot has: costs a call of the page.
 Found tabSource(BrowserScope& scope, Object tab) {
   return evaluated(scope, tab, "document.documentElement.outerHTML");
 }
@@ -77,6 +79,7 @@ constexpr ObjectClass tabClass{safari::tab, "tab", tabProperties, {}, specifierO
 
 // ------------------------------------------------------------- documents
 
+/// A document's own properties are those of the page in its window; `missing value` without one.
 Found ofCurrentTab(BrowserScope& scope, Object document, Found (*property)(BrowserScope&, Object)) {
   const auto tab = currentTabOf(scope, document);
   return tab ? property(scope, *tab) : Found(Value::missing());
@@ -113,16 +116,19 @@ Found windowID(BrowserScope& scope, Object window) {
 }
 
 Found windowDocument(BrowserScope&, Object window) {
+  // One document for a window, at the same position.
   return Object{&documentClass, window.first};
 }
 
 Found currentTab(BrowserScope& scope, Object window) {
+  // A window that is just closing may have none.
   const auto tab = currentTabOf(scope, window);
   return tab ? Found(*tab) : Found(Value::missing());
 }
 
 void setCurrentTab(BrowserScope& scope, Object window, const Value& value) {
   const Object tab = scope.model().object(scope, value);
+  // A window shows no tabs but its own.
   if (tab.type != &tabClass || tab.first != window.first)
     throw errors::of(applescript::errorNumber::cannotSet,
                      "Can’t set current tab of the window to what is no tab of it.");
@@ -178,6 +184,7 @@ std::size_t listedCount(EventScope& scope, Object) {
   return count;
 }
 
+/// The window, or its document, at a position among those with tabs.
 template <const ObjectClass& type>
 Object listedAt(EventScope& scope, Object, std::size_t position) {
   std::int64_t at = 0;
@@ -189,10 +196,12 @@ Object listedAt(EventScope& scope, Object, std::size_t position) {
   return {&type, at};
 }
 
+/// Ids are those of windows, for documents too; one of developer tools is found by none.
 template <const ObjectClass& type>
 std::optional<Object> listedByID(EventScope& scope, Object, const Value& id) {
   const auto number = idNumber(id);
   const auto at = number ? browser(scope).snapshot().findWindow(*number) : std::nullopt;
+  // A window of developer tools isn't listed, so its id names nothing either.
   if (!at || browser(scope).snapshot().windows()[*at].tabs.empty())
     return std::nullopt;
   return Object{&type, static_cast<std::int64_t>(*at)};

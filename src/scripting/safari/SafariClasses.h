@@ -7,7 +7,9 @@
 
 namespace tabwright::scripting {
 
-/// The classes of Safari's dictionary as tables over BrowserScope: application, document, window, tab.
+/// The classes of Safari's dictionary as tables over BrowserScope: application, document, window, tab. One of each
+/// lives as long as the program: commands tell the class of an object by the address. `first` of a document is its
+/// window's position.
 [[nodiscard]] const ObjectModel& safariModel();
 [[nodiscard]] const ObjectClass& safariWindowClass();
 [[nodiscard]] const ObjectClass& safariDocumentClass();

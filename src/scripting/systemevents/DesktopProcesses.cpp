@@ -25,7 +25,9 @@ DesktopProcess describe(pid_t pid, const ClientWindow* window, const std::vector
   DesktopProcess process;
   process.pid = pid;
   const auto browser = std::ranges::find(browsers, pid, &RunningBrowser::process);
+  // Browsers are known already; of the others the program has to be read.
   const std::filesystem::path program = browser == browsers.end() ? names.programOf(pid) : std::filesystem::path();
+  // A browser that isn't among those that run for this user is told by its program.
   const BrowserFacts* facts =
       browser != browsers.end() ? browser->facts : platform::findBrowserOfProgram(program.native());
   process.isHeadless = browser != browsers.end() && browser->isHeadless;
@@ -51,6 +53,7 @@ void forgetWrongOwners(std::vector<DesktopWindow>& windows) {
   };
   for (DesktopWindow& window : windows)
     window.dialogOf = ownerOf(window) != windows.end() ? window.dialogOf : 0;
+  // A chain of owners that is longer than there are windows is a circle, and is cut at the window looked at.
   for (DesktopWindow& window : windows) {
     const DesktopWindow* above = &window;
     for (std::size_t steps = 0; above->dialogOf != 0 && steps < windows.size(); ++steps)
@@ -76,6 +79,7 @@ std::vector<DesktopProcess>::iterator frontmost(std::vector<DesktopProcess>& pro
 } // namespace
 
 pid_t processOfWindow(const ClientWindow& window, const std::vector<RunningBrowser>& browsers) {
+  // A number of another namespace may be that of any process here, so the window's class has to be the browser's too.
   const auto sandboxed = std::ranges::find_if(browsers, [&](const RunningBrowser& browser) {
     return browser.innerProcess == window.pid && browser.innerProcess != browser.process &&
            sameIgnoringCase(browser.facts->windowClass, window.windowClass);
@@ -89,6 +93,7 @@ std::vector<DesktopProcess> desktopProcesses(const std::vector<ClientWindow>& wi
   const auto find = [&](pid_t pid) { return std::ranges::find(processes, pid, &DesktopProcess::pid); };
   for (const ClientWindow& window : windows) {
     const pid_t pid = processOfWindow(window, browsers);
+    // Nobody tells whose it is.
     if (pid == 0)
       continue;
     auto process = find(pid);
@@ -111,6 +116,7 @@ std::vector<DesktopProcess> desktopProcesses(const std::vector<ClientWindow>& wi
   }
   for (DesktopProcess& process : processes)
     forgetWrongOwners(process.windows);
+  // Those whose windows are all minimised go to the end, in their order.
   std::vector<DesktopProcess> left;
   std::ranges::copy_if(processes, std::back_inserter(left), std::not_fn(&DesktopProcess::isVisible));
   std::erase_if(processes, std::not_fn(&DesktopProcess::isVisible));
@@ -122,6 +128,7 @@ std::vector<DesktopProcess> desktopProcesses(const std::vector<ClientWindow>& wi
   };
   if (const auto front = frontmost(processes, isInSight); front != processes.end()) {
     front->isFrontmost = true;
+    // The others keep their order behind it.
     std::rotate(processes.begin(), front, front + 1);
   }
   return processes;

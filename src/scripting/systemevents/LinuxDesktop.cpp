@@ -1,3 +1,6 @@
+// Windows, keys and the rest are the platform's; here they are told by process. Processes are looked for anew each
+// time, but for the frontmost one: programs that type ask for it before each key, so it is kept for a moment, and
+// dropped when something done here may bring another to the front.
 #include "scripting/systemevents/LinuxDesktop.h"
 
 #include "platform/DesktopFault.h"
@@ -20,8 +23,10 @@ namespace {
 
 const platform::Logger desktopLog("LinuxDesktop");
 
+// For as long the same answer is given about the frontmost process.
 constexpr std::chrono::milliseconds validity{20};
 
+/// The modifiers of a PC's keyboard that do the same.
 platform::KeyModifiers pressed(std::span<const ModifierKey> modifiers) {
   const auto isHeld = [&](ModifierKey modifier) { return std::ranges::find(modifiers, modifier) != modifiers.end(); };
   return platform::keysOf({.command = isHeld(ModifierKey::command),
@@ -39,6 +44,7 @@ std::vector<ClientWindow> LinuxDesktop::windowsIfAny() {
   try {
     return seams_.windows.windows();
   } catch (const platform::DesktopFailure& failure) {
+    // Browsers without windows can be driven all the same.
     desktopLog.debug("{}", failure.errorDescription());
     return {};
   }
@@ -77,6 +83,7 @@ std::vector<ClientWindow> LinuxDesktop::requireWindows(pid_t process) {
   std::vector<ClientWindow> mine = seams_.windows.windows();
   const std::vector<platform::RunningBrowser> browsers = browsers_.findAll();
   std::erase_if(mine, [&](const ClientWindow& window) { return processOfWindow(window, browsers) != process; });
+  // A process that is gone has no windows either.
   if (mine.empty())
     throw platform::failure(DesktopFault::noWindow, browsers_.programOf(process).filename().string());
   return mine;
@@ -85,6 +92,7 @@ std::vector<ClientWindow> LinuxDesktop::requireWindows(pid_t process) {
 void LinuxDesktop::activate(pid_t process) {
   try {
     const std::vector<ClientWindow> windows = requireWindows(process);
+    // A minimised window is opened only when no other can come forward.
     const auto shown = std::ranges::find_if(windows, &ClientWindow::isShown);
     seams_.windows.activate(shown != windows.end() ? shown->id : windows.front().id);
     forget();

@@ -23,6 +23,7 @@ RecentBrowsers::RecentBrowsers(std::shared_ptr<Desktop> desktop, platform::Runni
 
 std::vector<RunningBrowser> RecentBrowsers::find(const platform::BrowserFacts& facts) const {
   std::vector<RunningBrowser> browsers = running_.find(facts);
+  // With one there is no choice, and the desktop isn't asked.
   if (browsers.size() < 2)
     return browsers;
   std::vector<DesktopProcess> order;

@@ -23,6 +23,7 @@ public:
   explicit RecentBrowsers(std::shared_ptr<Desktop> desktop,
                           platform::RunningBrowsers running = platform::RunningBrowsers());
 
+  /// Empty where none of the kind runs.
   [[nodiscard]] std::vector<platform::RunningBrowser> find(const platform::BrowserFacts& facts) const;
 
 private:

@@ -1,4 +1,6 @@
-// Reading goes by the tables of classes; the commands, which touch menus and the keyboard, are here.
+// Reading goes by the tables of classes; the commands, which touch menus and the keyboard, are here. One scope serves
+// the whole event, so menus and elements are read once for it. The desktop throws failures with sentences for the user,
+// which become the errors of scripts in one place, at the end.
 #include "scripting/systemevents/SystemEventsApplication.h"
 
 #include "applescript/ScriptError.h"
@@ -36,6 +38,7 @@ constexpr ModifierRow modifierRows[]{
     {fourCharCode("Ksft"), fourCharCode("eSft"), ModifierKey::shift},
 };
 
+/// One value may stand for a list of it.
 std::vector<Value> itemsOf(const Value& value) {
   if (const auto* list = value.get<Value::ListPointer>())
     return (*list)->items;
@@ -85,6 +88,7 @@ Value click(SystemEventsScope& scope) {
     return Value::missing();
   }
   const Value& target = requireDirect(scope);
+  // One thing is clicked; several at once are an error.
   const Object object = scope.model().object(scope, target);
   if (isMenuEntry(object))
     scope.desktop().elements().chooseMenuItem(scope.process(object), scope.path(object), scope.limits());
@@ -127,6 +131,7 @@ Value performCommand(SystemEventsScope& scope, const ActionCommand& command) {
 Value activate(SystemEventsScope& scope) {
   const Value subject = scope.model().subject(scope);
   for (const Object& object : scope.model().objects(scope, subject)) {
+    // Also told to System Events itself, which has no window to bring forward.
     if (isProcess(object))
       scope.desktop().activate(scope.process(object).pid);
   }
@@ -159,12 +164,14 @@ Value perform(SystemEventsScope& scope) {
   }
   if (code == systemevents::keyCode) {
     for (const Value& key : itemsOf(requireDirect(scope)))
+      // Clamped to what an int takes: the keyboard tells of a code that no key has.
       scope.desktop().keyCode(static_cast<int>(std::clamp<std::int64_t>(requireInteger(key), -1, 0xFFFF)),
                               heldModifiers(scope), scope.limits());
     return Value::missing();
   }
   if (code == systemevents::keyDown || code == systemevents::keyUp) {
     const std::vector<ModifierKey> keys = modifiersOf(requireDirect(scope));
+    // Programs that hold nothing release nothing: `key up {}`.
     if (!keys.empty())
       scope.desktop().modifiers(code == systemevents::keyDown ? KeyTransition::down : KeyTransition::up, keys);
     return Value::missing();
@@ -193,6 +200,7 @@ Value SystemEventsApplication::handle(const applescript::AppleEventMessage& mess
       return std::move(*answer);
     return perform(scope);
   } catch (const applescript::ScriptError&) {
+    // A Failure too, which has its number already.
     throw;
   } catch (const platform::Failure& failure) {
     applescript::ScriptError error = errors::of(applescript::errorNumber::handlerFailed, failure.errorDescription());

@@ -38,6 +38,7 @@ SpecifierPointer processSpecifier(EventScope& scope, Object object) {
 
 // ----------------------------------------------------------------- menus
 
+// Items contain menus, and these contain items: both are declared before either is made.
 extern const ObjectClass menuClass;
 extern const ObjectClass menuItemClass;
 
@@ -58,6 +59,7 @@ SpecifierPointer entrySpecifier(EventScope& scope, Object object) {
   bool isOnBar = true;
   for (const std::size_t position : systemEvents(scope).path(object)) {
     const auto code = isOnBar ? systemevents::menuBarItem : systemevents::menuItem;
+    // The one menu that the entry before opens.
     if (!isOnBar)
       specifier = applescript::elementByIndex(specifier, systemevents::menu, 1);
     specifier = applescript::elementByIndex(specifier, code, signedPosition(position) + 1);
@@ -71,6 +73,7 @@ SpecifierPointer menuSpecifier(EventScope& scope, Object menu) {
 }
 
 std::size_t entryCount(EventScope& scope, Object container) {
+  // Reads the menu, the first time that the event asks.
   return systemEvents(scope).entries(container, systemEvents(scope).path(container)).size();
 }
 
@@ -104,6 +107,7 @@ constinit const ObjectClass menuBarItemClass{systemevents::menuBarItem, "menu ba
                                              entrySpecifier};
 
 Object menuOfBarItem(EventScope& scope, Object bar, std::size_t position) {
+  // A menu is told by the path of the entry that opens it.
   return {&menuClass, bar.first, entryAt<menuBarItemClass>(scope, bar, position).second};
 }
 
@@ -112,6 +116,7 @@ constexpr ElementRow menuBarElements[]{
     {&menuClass, entryCount, menuOfBarItem},
 };
 
+// `menu 2 of menu bar 1` is the menu of the second item, by the same count.
 constinit const ObjectClass menuBarClass{systemevents::menuBar, "menu bar", {}, menuBarElements, menuBarSpecifier};
 
 // ------------------------------------------------------------- processes
@@ -131,11 +136,13 @@ Found processFrontmost(SystemEventsScope& scope, Object process) {
 Found processVisible(SystemEventsScope& scope, Object process) {
   return Value(scope.process(process).isVisible);
 }
+// Processes without windows aren't listed, except browsers.
 Found processBackgroundOnly(SystemEventsScope&, Object) {
   return Value(false);
 }
 
 void setProcessFrontmost(SystemEventsScope& scope, Object process, const Value& value) {
+  // Another application has to come to the front for this one to leave it, so `false` does nothing.
   if (requireBoolean(value))
     scope.desktop().activate(scope.process(process).pid);
 }
@@ -158,6 +165,7 @@ Found processFrontWindow(SystemEventsScope& scope, Object process) {
   return systemWindowCount(scope, process) > 0 ? Found(systemWindowAt(scope, process, 0)) : Found(Value::missing());
 }
 
+// The main window and the focused one are the front window here.
 constexpr AttributeRow processAttributes[]{
     {"AXRole", get<processRole>},
     {"AXTitle", get<processName>},
@@ -177,11 +185,13 @@ constexpr PropertyRow processProperties[]{
     {systemevents::backgroundOnly, get<processBackgroundOnly>},
 };
 
+// Each process counts as having one: reading its entries fails where there is none, and asks for nothing before.
 std::size_t menuBarCount(EventScope&, Object) {
   return 1;
 }
 
 Object menuBarAt(EventScope& scope, Object process, std::size_t) {
+  // The empty path is the menu bar's.
   return {&menuBarClass, process.first, systemEvents(scope).numberOf({})};
 }
 
@@ -247,12 +257,14 @@ std::optional<Object> processByName(EventScope& scope, Object, std::string_view 
 Found applicationName(SystemEventsScope&, Object) {
   return Value("System Events");
 }
+// It has no windows, so it is never in front.
 Found applicationFrontmost(SystemEventsScope&, Object) {
   return Value(false);
 }
 
 Found applicationElementsEnabled(SystemEventsScope& scope, Object) {
   try {
+    // The cheapest question that the accessibility bus answers; no application is asked.
     (void)scope.desktop().elements().accessibility().applications(scope.limits());
     return Value(true);
   } catch (const platform::DesktopFailure& failure) {

@@ -8,7 +8,7 @@ namespace tabwright::scripting {
 /// bar, menu bar item, menu, menu item.
 [[nodiscard]] const ObjectModel& systemEventsModel();
 
-/// The commands ask for an object's class.
+/// The commands ask for an object's class: an application process or process; a menu item or menu bar item.
 [[nodiscard]] bool isProcess(Object object);
 [[nodiscard]] bool isMenuEntry(Object object);
 

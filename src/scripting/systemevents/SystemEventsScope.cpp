@@ -26,6 +26,7 @@ std::int64_t SystemEventsScope::numberOf(const std::vector<std::size_t>& path) {
 const std::vector<MenuEntry>& SystemEventsScope::entries(Object process, const std::vector<std::size_t>& path) {
   const auto [menu, isNew] = menus_.try_emplace({process.first, path});
   if (isNew)
+    // A menu may change between two readings; one event sees one state of it.
     menu->second = desktop_.elements().menuEntries(this->process(process), path, limits_);
   return menu->second;
 }

@@ -38,6 +38,7 @@ constexpr Term systemEventsTerms[]{
     {Kind::property, "id", applescript::fourCharCode("ID  ")},
     {Kind::property, "index", applescript::fourCharCode("pidx")},
     {Kind::property, "name", applescript::fourCharCode("pnam")},
+    // An element has one text by which users know it: its name, title and displayed name.
     {Kind::property, "title", applescript::fourCharCode("pnam")},
     {Kind::property, "displayed name", applescript::fourCharCode("pnam")},
     {Kind::property, "position", systemevents::position},

@@ -8,6 +8,7 @@ namespace tabwright::scripting {
 /// Codes of the System Events dictionary that are not in the language's own tables.
 namespace systemevents {
 using applescript::fourCharCode;
+// Classes and properties.
 inline constexpr auto process = fourCharCode("prcs");
 inline constexpr auto applicationProcess = fourCharCode("pcap");
 inline constexpr auto menuBar = fourCharCode("mbar");
@@ -18,6 +19,7 @@ inline constexpr auto bundleIdentifier = fourCharCode("bnid");
 inline constexpr auto unixID = fourCharCode("idux");
 inline constexpr auto backgroundOnly = fourCharCode("bkgo");
 inline constexpr auto enabled = fourCharCode("enaB");
+// Of elements in windows, of the desktop's appearance, and of attributes.
 inline constexpr auto accessibilityDescription = fourCharCode("axds");
 inline constexpr auto action = fourCharCode("actT");
 inline constexpr auto appearancePreferences = fourCharCode("aprp");
@@ -37,6 +39,7 @@ inline constexpr auto size = fourCharCode("ptsz");
 inline constexpr auto subrole = fourCharCode("sbrl");
 inline constexpr auto value = fourCharCode("valL");
 inline constexpr auto usingModifiers = fourCharCode("faal"); ///< parameter `using` of `keystroke` and `key code`
+// Commands, and their parameters. The suite has the code of its class `process`.
 inline constexpr applescript::EventCode click{fourCharCode("prcs"), fourCharCode("clic")};
 inline constexpr auto clickPlace = fourCharCode("insh"); ///< parameter `at` of `click`
 inline constexpr applescript::EventCode cancel{fourCharCode("prcs"), fourCharCode("cncl")};
@@ -52,7 +55,7 @@ inline constexpr applescript::EventCode keyUp{fourCharCode("prcs"), fourCharCode
 } // namespace systemevents
 
 /// The words of the System Events dictionary: processes, their windows and menus, the elements in windows, and the
-/// keyboard.
+/// keyboard. The classes of elements come from `uiElementKinds`. Lives as long as the program.
 [[nodiscard]] const applescript::Terminology& systemEventsTerminology();
 
 } // namespace tabwright::scripting

@@ -1,3 +1,7 @@
+// The classes of all kinds of elements are made at compile time from `uiElementKinds`; they share their properties and
+// differ in code and words only. An element's class is that of its role, so the elements of one class are picked from
+// the container's children, which are read once. Answers name an element by its name where that tells it from the
+// others of its class, since positions shift when an application changes.
 #include "scripting/systemevents/UIElementClasses.h"
 
 #include "scripting/model/Comparison.h"
@@ -27,6 +31,7 @@ UIElementTree& tree(EventScope& scope) {
   return systemEvents(scope).tree();
 }
 
+/// The object of a node: its class follows from what the node is.
 Object objectOf(EventScope& scope, Number number) {
   const UIElementTree::Node& node = tree(scope).node(number);
   if (node.window)
@@ -40,6 +45,7 @@ std::int64_t indexAmong(EventScope& scope, const Numbers& siblings, Object objec
   std::int64_t index = 0;
   for (const Number sibling : siblings) {
     index += objectOf(scope, sibling).type == object.type ? 1 : 0;
+    // Those behind it don't count.
     if (sibling == object.first)
       break;
   }
@@ -86,6 +92,7 @@ SpecifierPointer windowSpecifier(EventScope& scope, Object window) {
 
 SpecifierPointer sheetSpecifier(EventScope& scope, Object sheet) {
   const UIElementTree::Node& node = tree(scope).node(sheet.first);
+  // There is one: processes come without dialogs of windows that aren't theirs.
   const auto owner = std::ranges::find(node.process->windows, node.window->dialogOf, &DesktopWindow::id);
   const Object window = windowObject(scope, {nullptr, node.processPosition}, *owner);
   return applescript::elementByIndex(window.type->specifier(scope, window), systemevents::sheet,
@@ -98,6 +105,7 @@ SpecifierPointer elementSpecifier(EventScope& scope, Object element) {
   const Object container = objectOf(scope, *node.parent);
   SpecifierPointer parent = container.type->specifier(scope, container);
   const std::vector<Number>& siblings = tree(scope).children(*node.parent);
+  // All children are of the wider class, and count for its positions.
   if (element.type == &uiElementClasses[0]) {
     const auto at = std::ranges::find(siblings, element.first);
     return applescript::elementByIndex(std::move(parent), element.type->code, at - siblings.begin() + 1);
@@ -255,6 +263,7 @@ SpecifierPointer processSpecifierAt(EventScope& scope, std::int64_t position) {
 }
 
 bool isUIElement(Object object) {
+  // All kinds share this function and nothing else has it, so their classes needn't be searched.
   return object.type->specifier == elementSpecifier || object.type == &systemWindowClass || object.type == &sheetClass;
 }
 
@@ -268,6 +277,7 @@ bool performUIElementAction(SystemEventsScope& scope, Object element, std::strin
   if (found == actions.end())
     return false;
   const UIElementTree::Node& node = scope.tree().node(element.first);
+  // The window system raises it, whatever the application shows of itself.
   if (node.window)
     scope.desktop().raise(node.window->id);
   else

@@ -1,3 +1,6 @@
+// Applications tell their elements by AT-SPI's roles, states and words for actions; tables give each its counterpart in
+// the Mac's accessibility interface. A role alone says which it is, but for texts of several lines and buttons that
+// open a menu, which a state tells apart.
 #include "scripting/systemevents/UIElementKinds.h"
 
 #include "platform/AsciiCase.h"
@@ -32,6 +35,7 @@ constexpr UIElementRole textArea{kind("text area"), "AXTextArea", "", ValueForm:
 constexpr UIElementRole menuButton{kind("menu button"), "AXMenuButton"};
 constexpr UIElementRole group{kind("group"), "AXGroup"};
 
+// Roles without a row are of the wider class, with the role AXUnknown.
 constexpr RoleRow roleRows[]{
     {AccessibleRole::alert, group},
     {AccessibleRole::checkBox, {kind("checkbox"), "AXCheckBox", "", ValueForm::checked}},
@@ -151,6 +155,7 @@ bool isLayoutOnly(const AccessibleFacts& facts) {
 }
 
 bool isLeftOut(const AccessibleFacts& facts) {
+  // An element that is gone tells no role.
   if (facts.role == AccessibleRole::menuBar || !facts.role)
     return true;
   // In a closed menu no item is visible.
@@ -162,11 +167,14 @@ std::vector<UIElementAction> uiElementActions(const UIElementRole& role, std::sp
   for (std::size_t each = 0; each < names.size(); ++each) {
     const std::string name = platform::lowercased(names[each]);
     const auto row = std::ranges::find(actionRows, name, &ActionRow::name);
+    // Names that the Mac has nothing like are told as they are.
     std::string told = row != std::ranges::end(actionRows) ? std::string(row->action) : names[each];
     if (name.empty()) // Chromium's elements have one without a name
       told = "AXPress";
+    // In a field `activate` is the Enter key.
     if (name == "activate" && role.value == ValueForm::text)
       told = "AXConfirm";
+    // The first of its name counts: AT-SPI puts first what a click does.
     if (std::ranges::find(actions, told, &UIElementAction::name) == actions.end())
       actions.push_back({std::move(told), each});
   }

@@ -12,7 +12,7 @@
 
 namespace tabwright::scripting {
 
-/// A class of elements in windows, as the dictionary names it.
+/// A class of elements in windows, as the dictionary names it: its code, and its words in the singular and plural.
 struct UIElementKind {
   applescript::FourCharCode code = 0;
   std::string_view words;
@@ -58,18 +58,21 @@ struct UIElementRole {
   std::size_t kind = 0;          ///< position in `uiElementKinds`
   std::string_view role;         ///< such as "AXButton"
   std::string_view subrole = {}; ///< such as "AXSecureTextField"; empty for most
-  /// The form in which `value` is read and set.
+  /// The form in which `value` is read and set: `checked` as 1 or 0, `number` as a real, `text` as a text; `none` for
+  /// elements without a value.
   enum class ValueForm { none, checked, text, number } value = ValueForm::none;
 };
 
-/// The role of an element by what an application tells of it (role and states).
+/// The role of an element by what an application tells of it (role and states). The reference is good for ever;
+/// "AXUnknown" for roles that the Mac has nothing like.
 [[nodiscard]] const UIElementRole& uiElementRole(const platform::AccessibleFacts& facts);
 
 /// True for containers without a name, and the like, that only lay out what they hold. Toolkits nest them in numbers;
-/// scripts, which name the way to an element, are spared them.
+/// scripts, which name the way to an element, are spared them. Takes name and role.
 [[nodiscard]] bool isLayoutOnly(const platform::AccessibleFacts& facts);
 
-/// True for what isn't there for the user: hidden, or the menu bar, which is the process's.
+/// True for what isn't there for the user: hidden, or the menu bar, which is the process's. Takes role and states, and
+/// an element without a role for one that is gone.
 [[nodiscard]] bool isLeftOut(const platform::AccessibleFacts& facts);
 
 /// An action of an element's by the Mac's name, such as "AXPress", and its position among the application's own. Those
@@ -79,7 +82,7 @@ struct UIElementAction {
   std::size_t position = 0;
 };
 
-/// `names` are the application's, in its order. No name comes twice.
+/// `names` are the application's, in its order. No name comes twice: the first counts.
 [[nodiscard]] std::vector<UIElementAction> uiElementActions(const UIElementRole& role,
                                                             std::span<const std::string> names);
 

@@ -1,3 +1,6 @@
+// Name, description, role and states were read with the element and are answered from the tree; place, value and text
+// are asked for one by one, when a script wants them. What the window system knows of a window is answered from there,
+// so that a window can be placed and closed whose application shows nothing of itself.
 #include "scripting/systemevents/UIElementProperties.h"
 
 #include "applescript/values/Coercion.h"
@@ -32,6 +35,7 @@ bool isIn(EventScope& scope, Object object, AccessibleState state) {
 }
 
 bool isChecked(EventScope& scope, Object object) {
+  // The tab in front is a checked radio button on the Mac, and a selected one in AT-SPI.
   const bool isTab = nodeOf(scope, object).role->subrole == "AXTabButton";
   return isIn(scope, object, AccessibleState::checked) || (isTab && isIn(scope, object, AccessibleState::selected));
 }
@@ -44,11 +48,13 @@ Value pair(int first, int second) {
   return Value::list({Value(std::int64_t{first}), Value(std::int64_t{second})});
 }
 
+/// Names the element as a script would, so that the error reads like the script's own words.
 [[noreturn]] void refuse(EventScope& scope, Object object, applescript::FourCharCode property, const Value& value) {
   throw applescript::errors::cannotSet(*applescript::propertyOf(object.type->specifier(scope, object), property), value,
                                        systemEventsTerminology());
 }
 
+/// The window system moves windows; nothing moves the elements in them.
 const DesktopWindow& requireWindow(EventScope& scope, Object object, applescript::FourCharCode property,
                                    const Value& value) {
   const DesktopWindow* window = windowOf(scope, object);
@@ -138,15 +144,19 @@ Found value(EventScope& scope, Object object) {
     break;
   }
   const AccessibleFacts told = systemEvents(scope).tree().read(object.first, {.text = true});
+  // Labels without a text of their own show their name.
   return Value(told.text.value_or(node.facts.name.value_or("")));
 }
 
 void setValue(EventScope& scope, Object object, const Value& to) {
   const UIElementTree::Node& node = nodeOf(scope, object);
   platform::Accessibility& accessibility = systemEvents(scope).desktop().elements().accessibility();
+  // Windows have no role here, and no value.
   switch (node.window ? ValueForm::none : node.role->value) {
   case ValueForm::checked: {
+    // Scripts give a truth, or 1 and 0 as they have read it.
     const bool wanted = to.get<bool>() ? requireBoolean(to) : requireInteger(to) != 0;
+    // AT-SPI can't set a check, only press, which turns it over.
     if (wanted != isChecked(scope, object))
       performUIElementAction(systemEvents(scope), object, "AXPress");
     return;
@@ -185,6 +195,7 @@ Found size(EventScope& scope, Object object) {
 
 void setPosition(EventScope& scope, Object object, const Value& to) {
   const DesktopWindow& window = requireWindow(scope, object, systemevents::position, to);
+  // The window system moves and sizes in one: the size is sent along as the event has found it.
   platform::Rectangle place = window.place;
   std::tie(place.x, place.y) = requirePair(to);
   systemEvents(scope).desktop().place(window.id, place);
@@ -243,6 +254,7 @@ constexpr AttributeRow attributes[]{
     {"AXMain", isMain, uielement::setFocused},
     {"AXModal", isModal},
 };
+// The last ones; elements that aren't windows have only those before them.
 constexpr std::size_t ofWindows = 4;
 static_assert(attributes[std::size(attributes) - ofWindows].name == "AXMinimized");
 

@@ -1,3 +1,7 @@
+// Elements are read a level at a time: one call asks about all children of all containers at hand. Layout containers
+// are then replaced by what they hold, which the next round reads, until nothing unread is left; so a level of a
+// script's is some rounds, however many elements it has. Nodes stay where they are as more are added, so numbers and
+// references to them hold.
 #include "scripting/systemevents/UIElementTree.h"
 
 #include "platform/BrowserTable.h"
@@ -19,6 +23,7 @@ using platform::AccessibleFacts;
 
 namespace {
 
+// Asked of every element at once; everything else is a question of its own, when a script wants it.
 constexpr platform::AccessibleParts nodeParts{
     .name = true, .description = true, .role = true, .states = true, .children = true};
 
@@ -78,6 +83,7 @@ AccessibleElement UIElementTree::findWindow(const Node& window) {
   DesktopProcess process = *window.process;
   if (window.window->shownBy != 0) {
     process.pid = window.window->shownBy;
+    // The portal's process shows it, and is none of the application's kind.
     process.bundleIdentifier.clear();
   }
   const AccessibleElement root = elements_.application(process, limits_);
@@ -114,6 +120,7 @@ const AccessibleElement& UIElementTree::element(Number number) {
 
 void UIElementTree::awaitControls(Node& window) {
   const platform::CallLimits showing = limits_.within(longestShowing);
+  // A browser shows its controls some time after it was told to, and has none in its windows before.
   while (window.facts.children.value_or(std::vector<AccessibleElement>{}).empty() && !showing.hasPassed()) {
     platform::sleepWithin(showing, std::chrono::milliseconds(20));
     window.facts = elements_.accessibility().read({&window.element, 1}, nodeParts, limits_).front();
@@ -143,6 +150,7 @@ void UIElementTree::readChildren(const std::vector<Number>& containers) {
     std::vector<Place> next;
     auto answer = facts.begin();
     for (Place& place : places) {
+      // Read in a round before: it only waits for its neighbours.
       const bool isNew = !place.facts;
       if (isNew)
         place.facts = std::move(*answer++);
@@ -156,8 +164,10 @@ void UIElementTree::readChildren(const std::vector<Number>& containers) {
     places = std::move(next);
   }
   for (const Number container : containers)
+    // The window's dialogs come before what is in it.
     nodes_.at(static_cast<std::size_t>(container)).children = sheets(container);
   for (Place& place : places) {
+    // Nested deeper than any window is: left out.
     if (!place.facts)
       continue;
     Node& container = nodes_.at(static_cast<std::size_t>(containers[place.container]));
@@ -183,6 +193,7 @@ const std::vector<UIElementTree::Number>& UIElementTree::children(Number contain
 std::vector<UIElementTree::Number> UIElementTree::everythingIn(Number container) {
   std::vector<Number> level{container};
   for (int depth = 0; depth < deepest && !level.empty(); ++depth) {
+    // Those that the script has looked at before aren't read again.
     std::vector<Number> unread, next;
     std::ranges::copy_if(level, std::back_inserter(unread), [&](Number each) { return !node(each).children; });
     readChildren(unread);
@@ -206,6 +217,7 @@ std::vector<UIElementTree::Number> UIElementTree::everythingIn(Number container)
 const std::vector<UIElementAction>& UIElementTree::actions(Number number) {
   Node& owner = nodes_.at(static_cast<std::size_t>(number));
   if (!owner.actions && owner.window) {
+    // The window system does it, so no application is asked.
     owner.actions = std::vector<UIElementAction>{{"AXRaise", 0}};
   } else if (!owner.actions) {
     const AccessibleFacts told = read(number, {.actions = true});

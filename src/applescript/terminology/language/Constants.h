@@ -5,7 +5,8 @@
 #include <array>
 
 /// Constants of the language. Those that stand for a text or a number (`linefeed`, `pi`) have codes of this project's
-/// own where none is published; the parser turns all of them into their values.
+/// own where none is published; the parser turns all of them into their values (parseConstant in ParsePrimaries.cpp).
+/// All others stay constants, compared by code.
 namespace tabwright::applescript::language {
 
 using enum Term::Kind;

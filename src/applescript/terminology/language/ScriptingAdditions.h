@@ -4,7 +4,11 @@
 
 #include <array>
 
-/// The commands that come with every system rather than with an application.
+/// The commands that come with every system rather than with an application. A row gives a command its words only; its
+/// function is a row in `evaluate/ScriptingAdditions.cpp`, which refuses those that scripts may not use here.
+///
+/// Commands that take their object behind a word (`offset of … in …`) or none at all are of DirectParameter::none:
+/// `current date - 3` subtracts.
 namespace tabwright::applescript::language {
 
 using enum Term::Kind;
@@ -17,6 +21,7 @@ inline constexpr auto randomParameters = std::to_array<ParameterTerm>({
     {"with seed", fourCharCode("seed")},
 });
 inline constexpr auto roundParameters = std::to_array<ParameterTerm>({{"rounding", fourCharCode("dire")}});
+/// Parameters that are true or false stand without their `with`: `with administrator privileges`.
 inline constexpr auto shellParameters = std::to_array<ParameterTerm>({
     {"as", fourCharCode("rtyp")},
     {"administrator privileges", fourCharCode("badm")},

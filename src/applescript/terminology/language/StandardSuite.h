@@ -10,6 +10,7 @@ namespace tabwright::applescript::language {
 
 using enum Term::Kind;
 
+/// `new` may be left out and `at` be written `in`: the parser knows both from the codes of these rows.
 inline constexpr auto makeParameters = std::to_array<ParameterTerm>({
     {"new", keywords::elementClass},
     {"at", keywords::insertionLocation},
@@ -34,6 +35,7 @@ inline constexpr auto saveParameters =
 inline constexpr auto printParameters = std::to_array<ParameterTerm>(
     {{"with properties", keywords::withProperties}, {"print dialog", fourCharCode("pdlg")}});
 
+/// `make` takes no direct parameter: a class right behind it is its `new`.
 inline constexpr auto standardCommands = std::to_array<Term>({
     {command, "activate", 0, {}, events::activate},
     {command, "close", 0, {}, events::close, closeParameters},

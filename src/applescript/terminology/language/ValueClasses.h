@@ -6,6 +6,9 @@
 
 /// Classes of the language's values, the elements of text and lists, and the properties of values. Codes are those
 /// published with the Open Scripting Architecture (AppleScript.h, ASRegistry.h).
+///
+/// The parser tells by the first table which plurals (`lists`, `numbers`) may be names of variables: those of values,
+/// not those of elements.
 namespace tabwright::applescript::language {
 
 using enum Term::Kind;

@@ -27,3 +27,11 @@ month of (current date) as integer --> 1
 1.0E+30 as integer --> error -1700
 "x" as {integer, real} --> error -1700
 1 as 2 --> error -1700
+
+"+-5" as number --> error -1700
+{{a:1}} as record --> {a:1}
+
+set xs to {1, 2}
+set r to a reference to item 1 of xs
+set contents of r to xs
+xs --> {{1, 2}, 2}

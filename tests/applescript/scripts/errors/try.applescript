@@ -80,3 +80,18 @@ error "own" number -5 --> error -5 own
 error number -128 --> error -128 User canceled.
 error number 42 --> error 42 An error of type 42 has occurred.
 error --> error -2700
+
+set n to 0
+on f()
+  global n
+  try
+    return {a:1} as text
+  on error
+    set n to n + 1
+    error "again" number 7
+  end try
+end f
+try
+  f()
+end try
+n --> 1
