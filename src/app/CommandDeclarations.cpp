@@ -149,6 +149,17 @@ void declareWindows(CLI::App& program, Choices& choices) {
   open->callback([&choices] { choices.chosen = [] { return app::open(); }; });
 }
 
+void declareUpdate(CLI::App& program, Choices& choices) {
+  CLI::App* update = program.add_subcommand("update", "Tell whether there is a newer Tabwright, and what to do");
+  flag(*update, "--install", choices.update.mode, UpdateCommand::Mode::install,
+       "Install it, where this copy was unpacked from an archive");
+  update->add_flag("--json", choices.isJson, "Print what was found as JSON");
+  update->callback([&choices] {
+    choices.update.output = choices.output();
+    choices.chosen = [&choices] { return app::update(choices.update); };
+  });
+}
+
 void declareAgents(CLI::App& program, Choices& choices) {
   CLI::App* mcp = program.add_subcommand("mcp", "Serve the actions to an agent: Model Context Protocol on standard "
                                                 "input and output");
@@ -193,6 +204,7 @@ void declareCommands(CLI::App& program, Choices& choices) {
   declareMarkdown(program, choices);
   declareBrowser(program, choices);
   declareWindows(program, choices);
+  declareUpdate(program, choices);
   declareAgents(program, choices);
   declareShells(program, choices);
 }

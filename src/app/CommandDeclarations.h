@@ -27,6 +27,7 @@ struct Choices {
   MarkdownCommand markdown;
   WorkflowCommand workflow;
   BrowserCommand browser;
+  UpdateCommand update;
   std::string manualAction;
   std::string shell;
   std::string helpWord;

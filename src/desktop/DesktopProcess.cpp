@@ -3,8 +3,10 @@
 #include "desktop/DesktopProcess.h"
 
 #include "app/Composition.h"
+#include "app/FeedUpdates.h"
 #include "desktop/SingleInstance.h"
 #include "desktop/SystemLook.h"
+#include "desktop/UpdateMessage.h"
 #include "platform/DesktopFault.h"
 #include "platform/LogSinks.h"
 #include "platform/linux/GnomeAppearance.h"
@@ -76,11 +78,16 @@ public:
                .defaults = defaults_,
                .clock = clock_,
                .mainActor = mainActor_,
-               .background = pool_.get_executor()}),
+               .background = pool_.get_executor(),
+               .makeUpdateController = app::feedUpdates(mainActor_, clock_, application_)}),
         composition_({.settings = main_.defaultsManager(),
                       .shutdown = main_.shutdown(),
                       .activateSelf = [this] { asio::post(mainActor_, [this] { show(); }); }}),
         services_(makeServices()) {
+    shell::UpdateController& controller = *main_.updateManager().sharedUpdaterController();
+    controller.setPresent([&controller](const updates::UpdateOutcome& outcome) {
+      showUpdateOutcome(outcome, [&controller] { controller.installUpdate(); });
+    });
     application_.launch({.mainWindow = [this] { return views::makeMainWindow(services_); },
                          .onboardingWindow = [this] { return views::makeOnboardingWindow(services_); }});
   }
@@ -130,7 +137,7 @@ private:
               inBackground([id] { return desktop::startBrowser(id); }, std::move(done));
             },
         .runningBrowsers = [this] { return namesOfRunningBrowsers(composition_.targets()); },
-        .checkForUpdates = [] {},
+        .checkForUpdates = [this] { main_.updateManager().checkForUpdatesOnDemand(); },
     };
   }
 

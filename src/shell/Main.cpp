@@ -15,13 +15,13 @@ const platform::Logger mainLog("Main");
 } // namespace
 
 Main::Main(const Surroundings& surroundings)
-    : application_(surroundings.application), updateController_(surroundings.updateController),
-      keys_(surroundings.defaults), defaultsManager_(surroundings.defaults, keys_),
-      appState_(surroundings.application, keys_), shutdown_({.appState = appState_,
-                                                             .application = surroundings.application,
-                                                             .clock = surroundings.clock,
-                                                             .background = surroundings.background,
-                                                             .mainActor = surroundings.mainActor}),
+    : application_(surroundings.application), keys_(surroundings.defaults),
+      defaultsManager_(surroundings.defaults, keys_), appState_(surroundings.application, keys_),
+      updateManager_(appState_, surroundings.makeUpdateController), shutdown_({.appState = appState_,
+                                                                               .application = surroundings.application,
+                                                                               .clock = surroundings.clock,
+                                                                               .background = surroundings.background,
+                                                                               .mainActor = surroundings.mainActor}),
       delegate_({.application = surroundings.application,
                  .appState = appState_,
                  .defaultsManager = defaultsManager_,
@@ -40,8 +40,10 @@ Main::~Main() {
 
 void Main::mainContentAppeared() {
   application_.setAllowsAutomaticWindowTabbing(false);
-  if (!std::exchange(hasContentAppeared_, true) && updateController_)
-    updateController_->startUpdater();
+  if (std::exchange(hasContentAppeared_, true))
+    return;
+  if (UpdateController* controller = updateManager_.sharedUpdaterController())
+    controller->startUpdater();
 }
 
 } // namespace tabwright::shell

@@ -3,6 +3,7 @@
 #include "platform/Clock.h"
 #include "platform/UserDefaults.h"
 #include "shell/AppState.h"
+#include "shell/AppUpdateManager.h"
 #include "shell/Application.h"
 #include "shell/DefaultsKeys.h"
 #include "shell/DelayedShutdown.h"
@@ -30,10 +31,10 @@ public:
     Application& application;
     platform::UserDefaults& defaults;
     platform::Clock& clock;
-    boost::asio::any_io_executor mainActor;       ///< one thread, or a strand
-    boost::asio::any_io_executor background;      ///< any number of threads
-    ErrorTracking* errorTracking = nullptr;       ///< null: nothing is reported to anyone
-    UpdateController* updateController = nullptr; ///< null: the program is updated by others, such as a package manager
+    boost::asio::any_io_executor mainActor;         ///< one thread, or a strand
+    boost::asio::any_io_executor background;        ///< any number of threads
+    ErrorTracking* errorTracking = nullptr;         ///< null: nothing is reported to anyone
+    MakeUpdateController makeUpdateController = {}; ///< empty: nobody looks for updates
   };
 
   /// Becomes the application's delegate, and logs which program this is.
@@ -47,6 +48,8 @@ public:
   [[nodiscard]] UserDefaultsManager& defaultsManager() noexcept { return defaultsManager_; }
   /// To be touched on the main actor, but for what it says may be read anywhere.
   [[nodiscard]] AppState& appState() noexcept { return appState_; }
+  /// To be touched on the main actor.
+  [[nodiscard]] AppUpdateManager& updateManager() noexcept { return updateManager_; }
   /// Handed to actions, which put the quit off.
   [[nodiscard]] DelayedShutdown& shutdown() noexcept { return shutdown_; }
 
@@ -55,11 +58,11 @@ public:
 
 private:
   Application& application_;
-  UpdateController* updateController_;
   bool hasContentAppeared_ = false;
   DefaultsKeys keys_;
   UserDefaultsManager defaultsManager_;
   AppState appState_;
+  AppUpdateManager updateManager_;
   DelayedShutdown shutdown_;
   MainDelegate delegate_;
 };

@@ -24,6 +24,14 @@ std::string Varn::App::release() {
   return fmt::format("{} ({})", version(), build());
 }
 
+std::string_view Varn::App::updateFeed() {
+  return TABWRIGHT_FEED_URL;
+}
+
+std::string_view Varn::App::updateKey() {
+  return TABWRIGHT_FEED_KEY;
+}
+
 std::string Varn::App::identificationLine() {
   return fmt::format("{} / {} / PID: {}", bundleIdentifier, release(), getpid());
 }

@@ -19,9 +19,11 @@ struct Varn {
 
     static constexpr std::string_view bundleIdentifier = "com.tabwright.tabwright";
     static constexpr std::string_view name = "Tabwright";
-    [[nodiscard]] static std::string_view version(); ///< as in "0.1.0"
-    [[nodiscard]] static std::string_view build();   ///< as in "1"
-    [[nodiscard]] static std::string release();      ///< as in "0.1.0 (1)"
+    [[nodiscard]] static std::string_view version();    ///< as in "0.1.0"
+    [[nodiscard]] static std::string_view build();      ///< as in "1"
+    [[nodiscard]] static std::string release();         ///< as in "0.1.0 (1)"
+    [[nodiscard]] static std::string_view updateFeed(); ///< the address; empty: this build looks for no updates
+    [[nodiscard]] static std::string_view updateKey();  ///< the public key of updates, in base64
     /// One line for the log: "com.tabwright.tabwright / 0.1.0 (1) / PID: 4711".
     [[nodiscard]] static std::string identificationLine();
   };

@@ -103,6 +103,8 @@ TEST_F(CommandLine, refusesWithTheReasonOnStandardError) {
             "--gpu-launcher makes the browser run a program"},
            {{"browser", "chromium", "--headless", "--", "--gpu-x"}, 3, "Chromium isn’t installed"},
            {{"browser", "chromium"}, 3, "tabwright browser chromium --headless"},
+           {{"update", "--install"}, 1, "This build doesn’t look for updates."},
+           {{"update", "--instal"}, 2, "has no option “--instal”. Did you mean --install?"},
            {{"run", "GetListOfTabs", "--targetContext", "vivaldi", "--json"}, 3, "\"case\":\"browserNotFound\""},
        }) {
     const CommandOutcome outcome = tabwright(row.words, {}, {{"PATH", "/nowhere"}});
@@ -128,6 +130,7 @@ TEST_F(CommandLine, saysWhenItsOutputCannotBeWritten) {
       {{"workflow", "-"}, steps},
       {{"completion", "bash"}, ""},
       {{"manual"}, ""},
+      {{"update"}, ""},
       {{"--help"}, ""},
       {{"mcp"},
        R"({"jsonrpc": "2.0", "id": 1, "method": "ping"})"
@@ -157,7 +160,7 @@ TEST_F(CommandLine, tellsANewcomerWhereToBegin) {
 
 TEST_F(CommandLine, showsHelpThatFitsATerminalAndCanBeCopied) {
   for (const std::string command : {"", "run", "script", "actions", "applescript", "workflow", "markdown", "browser",
-                                    "mcp", "completion", "manual", "help"}) {
+                                    "update", "mcp", "completion", "manual", "help"}) {
     const std::string help = tabwright({"help", command}).output;
     EXPECT_THAT(help, HasSubstr("\nUsage: tabwright " + command));
     std::istringstream lines(help);

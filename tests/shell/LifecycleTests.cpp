@@ -25,11 +25,19 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 // Notes its calls among those of the application.
-struct RecordingSurroundings final : ErrorTracking, UpdateController {
+struct RecordingController final : UpdateController {
+  explicit RecordingController(std::vector<std::string>& record) : events(record) {}
+  void startUpdater() override { events.emplace_back("start updater"); }
+  void checkForUpdates() override { events.emplace_back("check for updates"); }
+  void installUpdate() override { events.emplace_back("install update"); }
+  void setPresent(Present) override {}
+  std::vector<std::string>& events;
+};
+
+struct RecordingSurroundings final : ErrorTracking {
   explicit RecordingSurroundings(std::vector<std::string>& record) : events(record) {}
   void start() override { events.emplace_back("start tracking"); }
   void reportLaunchOfNewRelease() override { events.emplace_back("report launch"); }
-  void startUpdater() override { events.emplace_back("start updater"); }
   std::vector<std::string>& events;
 };
 
@@ -42,7 +50,10 @@ protected:
                                     .mainActor = mainActor.get_executor(),
                                     .background = background.get_executor(),
                                     .errorTracking = &recording,
-                                    .updateController = &recording});
+                                    .makeUpdateController = [this](UpdateControllerDelegate& delegate) {
+                                      updateDelegate = &delegate;
+                                      return std::make_unique<RecordingController>(application.events);
+                                    }});
   }
   void launch(Launch launch) {
     application.hidden = launch == Launch::hidden;
@@ -70,6 +81,7 @@ protected:
   testsupport::MemoryUserDefaults defaults;
   testsupport::SteppedClock clock;
   RecordingSurroundings recording{application.events};
+  UpdateControllerDelegate* updateDelegate = nullptr; // once the controller was made
   boost::asio::io_context background;
   boost::asio::io_context mainActor;
   std::optional<Main> main;
@@ -204,6 +216,31 @@ TEST_F(LifecycleTest, StartsInOrder) {
   EXPECT_THAT(application.events, ElementsAre("tabbing off", "start updater", "tabbing off"));
   application.delegate()->applicationWillTerminate();
   EXPECT_EQ(log.lines().back(), "debug MainDelegate: Shutting down");
+}
+
+TEST_F(LifecycleTest, ChecksForUpdatesAndRemembersWhatTheyFound) {
+  makeMain();
+  EXPECT_EQ(updateDelegate, nullptr); // no controller before it is needed
+  AppUpdateManager& manager = main->updateManager();
+  manager.checkForUpdatesOnDemand(); // works before any window has appeared
+  ASSERT_NE(updateDelegate, nullptr);
+  EXPECT_THAT(application.events, ElementsAre("check for updates"));
+  EXPECT_EQ(updateDelegate->feedURLStringForUpdater(), Varn::App::updateFeed());
+  EXPECT_FALSE(main->appState().isAppUpdateAvailable.value());
+
+  updateDelegate->updaterDidFinishLoadingAppcast();
+  updateDelegate->updaterDidFindValidUpdate();
+  updateDelegate->updaterDidFinishUpdateCycleForUpdateCheck();
+  EXPECT_TRUE(main->appState().isAppUpdateAvailable.value());
+  manager.checkForUpdates();
+  updateDelegate->updaterDidNotFindUpdate();
+  EXPECT_FALSE(main->appState().isAppUpdateAvailable.value());
+  EXPECT_THAT(application.events, ElementsAre("check for updates", "check for updates"));
+  EXPECT_THAT(log.linesOf("info AppUpdateManager: Checking Appcast on demand").size(), 2u);
+  EXPECT_THAT(log.linesOf("debug AppUpdateManager"),
+              ElementsAre("debug AppUpdateManager: didFinishLoading", "debug AppUpdateManager: didFindValidUpdate",
+                          "debug AppUpdateManager: didFinishUpdateCycleFor",
+                          "debug AppUpdateManager: No new version available"));
 }
 
 TEST_F(LifecycleTest, WithoutAMainWindowAllWindowsClose) {

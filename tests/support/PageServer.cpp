@@ -32,9 +32,10 @@ public:
     thread_.join();
   }
 
-  void set(const std::string& path, std::optional<std::string> response) {
+  void set(const std::string& path, std::optional<std::string> response, std::string repeated = {}) {
     const platform::MutexLock lock(mutex_);
     responses_[path] = std::move(response);
+    repeated_[path] = std::move(repeated);
   }
 
   [[nodiscard]] unsigned port() const { return acceptor_.local_endpoint().port(); }
@@ -45,6 +46,7 @@ private:
     tcp::socket socket;
     std::string request;
     std::string response;
+    std::string repeated;
   };
 
   void accept() {
@@ -74,12 +76,20 @@ private:
         exchange->response = "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
       } else if (found->second) {
         exchange->response = *found->second;
+        exchange->repeated = repeated_[path];
       } else {
         waiting_.insert(exchange);
         return;
       }
     }
-    asio::async_write(exchange->socket, asio::buffer(exchange->response), [exchange](error_code, std::size_t) {});
+    write(exchange, exchange->response);
+  }
+
+  void write(const std::shared_ptr<Exchange>& exchange, const std::string& text) {
+    asio::async_write(exchange->socket, asio::buffer(text), [this, exchange](error_code error, std::size_t) {
+      if (!error && !exchange->repeated.empty())
+        write(exchange, exchange->repeated);
+    });
   }
 
   asio::io_context context_{1};
@@ -87,6 +97,7 @@ private:
   std::thread thread_;
   platform::Mutex mutex_;
   std::map<std::string, std::optional<std::string>> responses_ GUARDED_BY(mutex_);
+  std::map<std::string, std::string> repeated_ GUARDED_BY(mutex_);
   std::set<std::shared_ptr<Exchange>> waiting_ GUARDED_BY(mutex_);
 };
 
@@ -101,6 +112,10 @@ void PageServer::serve(const std::string& path, std::string body, std::string co
 
 void PageServer::serveRaw(const std::string& path, std::string response) {
   listener_->set(path, std::move(response));
+}
+
+void PageServer::serveEndlessly(const std::string& path, std::string head, std::string text) {
+  listener_->set(path, std::move(head), std::move(text));
 }
 
 void PageServer::neverAnswer(const std::string& path) {

@@ -23,6 +23,8 @@ public:
   void serve(const std::string& path, std::string body, std::string contentType = "text/html; charset=utf-8");
   /// The same with a whole response, status line and headers among it.
   void serveRaw(const std::string& path, std::string response);
+  /// The same with a response that never ends: the text again and again, until the other side has had enough.
+  void serveEndlessly(const std::string& path, std::string head, std::string text);
   /// Takes requests for the path and never answers them, so that the page stays loading.
   void neverAnswer(const std::string& path);
   /// The whole address of a path, such as "http://127.0.0.1:43210/form".

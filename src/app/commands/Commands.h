@@ -98,6 +98,15 @@ ExitCode open();
 /// the input ends; what still runs then is stopped. An agent that leaves is no failure.
 ExitCode mcp();
 
+struct UpdateCommand {
+  enum class Mode { check, install };
+  Mode mode = Mode::check;
+  OutputForm output = OutputForm::automatic;
+};
+/// `tabwright update`: tells whether there is a newer version, and what is to be done. Installs it on demand where this
+/// copy is one that the program itself replaces; where it isn't, that is a failure, whose sentence says what to do.
+ExitCode update(const UpdateCommand& command);
+
 /// `tabwright completion`: prints the script that a shell reads to complete words with `complete`. Throws `UsageError`
 /// for another shell than bash, zsh and fish.
 ExitCode completion(const std::string& shell);
