@@ -2,6 +2,7 @@
 
 #include "actions/ShutdownScheduler.h"
 #include "applescript/Interpreter.h"
+#include "crashreport/CrashReporter.h"
 #include "host/Catalogue.h"
 #include "platform/BrowserTable.h"
 #include "scripting/driver/DevToolsDriver.h"
@@ -22,6 +23,7 @@ public:
   struct Lifecycle {
     shell::UserDefaultsManager& settings;
     actions::ShutdownScheduler& shutdown;
+    crashreport::CrashReporter& crashReporter;
   };
 
   /// For a process that runs one command: with the user's settings, and nothing to quit by itself.

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "app/ErrorReports.h"
+
 #include <string>
+#include <string_view>
 
 namespace tabwright::app {
 
@@ -8,7 +11,9 @@ namespace tabwright::app {
 /// started, or until SIGTERM, SIGINT or SIGHUP. Started by `tabwright run`, which hands over the listening socket and
 /// the lock (client/HostProtocol.h); `socketPath` is where the socket was made. Nothing is written but the log.
 ///
+/// Crashes and unexpected errors are reported to `reportAddress`, a DSN, unless it is empty.
+///
 /// Returns the exit code: 2 when the descriptors weren't handed over.
-[[nodiscard]] int runHost(const std::string& socketPath);
+[[nodiscard]] int runHost(const std::string& socketPath, std::string_view reportAddress = builtInReportAddress);
 
 } // namespace tabwright::app

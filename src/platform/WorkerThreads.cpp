@@ -2,6 +2,8 @@
 // one that left before it, and is joined itself by the next to come.
 #include "platform/WorkerThreads.h"
 
+#include "platform/linux/SignalStack.h"
+
 #include <algorithm>
 #include <system_error>
 #include <utility>
@@ -86,6 +88,7 @@ void WorkerThreads::addThread() {
 }
 
 void* WorkerThreads::threadMain(void* threads) {
+  ensureSignalStack(); // scripts may run as deep as the stack goes
   static_cast<WorkerThreads*>(threads)->serve();
   return nullptr;
 }
