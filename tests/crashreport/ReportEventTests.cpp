@@ -97,11 +97,8 @@ public:
 
 class TalkativeFailure final : public platform::Failure {
 public:
-  [[nodiscard]] std::string errorDescription() const override { return "The password is telling.";
-} // namespace
-[[nodiscard]] platform::FailureIdentity identity() const override {
-  return {"Talk", "/home/telling/“x”", 7};
-}
+  [[nodiscard]] std::string errorDescription() const override { return "The password is telling."; } // namespace
+  [[nodiscard]] platform::FailureIdentity identity() const override { return {"Talk", "/home/telling/“x”", 7}; }
 }; // namespace tabwright::crashreport
 
 TEST(ReportEventTest, TellsErrorsByNameAndNumberAlone) {
