@@ -12,8 +12,10 @@
 #include <chrono>
 #include <cstring>
 #include <filesystem>
+#include <iostream>
 #include <string>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 
 namespace tabwright::app {
@@ -24,6 +26,7 @@ using shell::Varn;
 const platform::Logger reportsLog("ErrorReports");
 
 constexpr std::chrono::seconds sendingPatience{100};
+constexpr std::chrono::seconds longestLife{120};
 
 } // namespace
 
@@ -55,6 +58,11 @@ void ErrorReports::sendInBackground() const {
 }
 
 int sendReports(std::string_view address) {
+  if (address.empty()) {
+    std::cerr << "tabwright-host: This build reports errors to nobody, so there is nothing to send.\n";
+    return static_cast<int>(ExitCode::wrongUse);
+  }
+  ::alarm(static_cast<unsigned>(longestLife.count())); // whatever hangs then, such as a disk, ends with this
   platform::installLogSinks({.file = platform::defaultLogFile(), .fileLevel = platform::LogLevel::info});
   const auto options = ErrorReports::optionsFor(address);
   if (!options)

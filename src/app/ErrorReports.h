@@ -30,7 +30,7 @@ struct ErrorReports {
 /// The word by which the program is started to send reports: "tabwright-host send-reports".
 inline constexpr std::string_view sendReportsCommand = "send-reports";
 
-/// Sends the reports that wait in the spool to the address and ends, after some two minutes at most. Writes nothing but
+/// Sends the reports that wait in the spool to the address and ends, after two minutes at most. Writes nothing but
 /// the log. Yields the exit code.
 [[nodiscard]] int sendReports(std::string_view address = builtInReportAddress);
 

@@ -104,7 +104,6 @@ int tryToLock(const RuntimeFolder& folder, const std::string& name) {
 }
 
 int listenAt(const RuntimeFolder& folder, const std::string& name) {
-  ::unlinkat(folder.descriptor(), name.c_str(), 0); // what a host that was killed has left
   Descriptor socket(makeSocket());
   const sockaddr_un address = addressOf(folder.shortPathOf(name));
   if (::bind(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
@@ -115,18 +114,26 @@ int listenAt(const RuntimeFolder& folder, const std::string& name) {
 
 } // namespace
 
-int connectToHost(const RuntimeFolder& folder, const std::string& identity, const std::string& programPath) {
+ConnectedHost connectToHost(const RuntimeFolder& folder, const std::string& identity, const std::string& programPath) {
+  ConnectedHost connection;
+  const auto isConnected = [&](const std::string& socketName) {
+    connection.socket = tryToConnect(folder, socketName);
+    return connection.socket >= 0;
+  };
   const std::string socketName = identity + handover::socketEnding;
   const auto deadline = std::chrono::steady_clock::now() + connectPatience;
   for (Milliseconds pause{1};; pause = std::min(pause * 2, longestPause)) {
-    if (const int connected = tryToConnect(folder, socketName); connected >= 0)
-      return connected;
+    if (isConnected(socketName))
+      return connection;
     if (const Descriptor lock(tryToLock(folder, identity + handover::lockEnding)); lock.number() >= 0) {
       const std::string program = hostProgram(programPath);
+      // A host that ends in order takes its socket away before it gives up the lock.
+      if (::unlinkat(folder.descriptor(), socketName.c_str(), 0) == 0)
+        connection.isAfterUnexpectedEnd = true;
       const Descriptor listening(listenAt(folder, socketName));
       startHost(program, folder.pathOf(socketName), listening.number(), lock.number());
-      if (const int connected = tryToConnect(folder, socketName); connected >= 0)
-        return connected;
+      if (isConnected(socketName))
+        return connection;
     }
     if (std::chrono::steady_clock::now() > deadline)
       throw HostUnavailable("The background host takes no connections at " + folder.pathOf(socketName));

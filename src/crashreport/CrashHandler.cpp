@@ -11,15 +11,15 @@
 #include "crashreport/StackWalk.h"
 #include "platform/FileFailure.h"
 #include "platform/linux/SignalStack.h"
-#include "session/UnheldFiles.h"
 
 #include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <ctime>
-#include <fcntl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -97,8 +97,8 @@ pid_t threadInSignal() noexcept {
   return static_cast<pid_t>(::syscall(SYS_gettid));
 }
 
-// Whatever has been written by now becomes the record. It isn't forced to the disk, as the end of a process loses nothing
-// that was written.
+// Whatever has been written by now becomes the record. It isn't forced to the disk, as the end of a process loses
+// nothing that was written.
 void finishRecordInSignal() noexcept {
   ::renameat(state.folder, state.pendingName, state.folder, state.crashName);
   state.isRecorded = true; // threads that wait for this end the process
@@ -181,13 +181,12 @@ CrashHandler::CrashHandler(const ReportSpool& spool, const ProgramFacts& program
     : spool_(spool), pendingName_(ReportSpool::newName(ReportSpool::pendingEnding)),
       crashName_(pendingName_.substr(0, pendingName_.size() - ReportSpool::pendingEnding.size())
                      .append(ReportSpool::crashEnding)),
-      record_(::openat(spool.descriptor(), pendingName_.c_str(),
-                       O_WRONLY | O_APPEND | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600)) {
+      record_(spool.makeHeldFile(pendingName_)) {
   const std::vector<Module> modules = loadedModules();
   const std::string head = crashRecordHead(program, modules);
-  if (!record_.isOpen() || !session::hold(record_.number()) ||
-      ::write(record_.number(), head.data(), head.size()) != static_cast<ssize_t>(head.size())) {
-    const int error = errno;
+  if (const ssize_t written = ::write(record_.number(), head.data(), head.size());
+      written != static_cast<ssize_t>(head.size())) {
+    const int error = written < 0 ? errno : ENOSPC;
     spool_.remove(pendingName_);
     throw FileFailure("write", spool_.path() / pendingName_, error);
   }

@@ -73,19 +73,6 @@ void writeAll(int file, std::string_view text, const std::filesystem::path& path
   }
 }
 
-/// A new file that is held. Between its making and its holding a process that tidies may take it away; then another is
-/// made.
-FileDescriptor newHeldFile(int folder, const std::string& name, const std::filesystem::path& path) {
-  for (int attempt = 0; attempt < attempts; ++attempt) {
-    FileDescriptor file(::openat(folder, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
-    if (!file.isOpen())
-      throw FileFailure("write", path, errno);
-    if (session::hold(file.number()) && session::isStillAt(folder, name, file.number()))
-      return file;
-  }
-  throw FileFailure("write", path, EAGAIN);
-}
-
 } // namespace
 
 std::filesystem::path ReportSpool::defaultFolder() {
@@ -98,6 +85,19 @@ ReportSpool::ReportSpool(const std::filesystem::path& folder) : folder_(opened(f
   trim();
 }
 
+// Between its making and its holding a process that tidies may take the file away; then another is made.
+FileDescriptor ReportSpool::makeHeldFile(const std::string& name) const {
+  for (int attempt = 0; attempt < attempts; ++attempt) {
+    FileDescriptor file(
+        ::openat(descriptor(), name.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
+    if (!file.isOpen())
+      throw FileFailure("write", path() / name, errno);
+    if (session::hold(file.number()) && session::isStillAt(descriptor(), name, file.number()))
+      return file;
+  }
+  throw FileFailure("write", path() / name, EAGAIN);
+}
+
 void ReportSpool::add(std::string_view envelope) {
   const std::string name = newName(envelopeEnding);
   const std::filesystem::path file = path() / name;
@@ -105,7 +105,7 @@ void ReportSpool::add(std::string_view envelope) {
     throw FileFailure("write", file, EFBIG);
   const std::string unfinished = name + std::string(unfinishedEnding);
   try {
-    const FileDescriptor writing = newHeldFile(descriptor(), unfinished, file);
+    const FileDescriptor writing = makeHeldFile(unfinished);
     writeAll(writing.number(), envelope, file);
     if (::fsync(writing.number()) != 0 || ::renameat(descriptor(), unfinished.c_str(), descriptor(), name.c_str()) != 0)
       throw FileFailure("write", file, errno);

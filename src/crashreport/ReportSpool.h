@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/FileDescriptor.h"
 #include "session/TrustedFolder.h"
 
 #include <cstddef>
@@ -51,6 +52,9 @@ public:
   /// Removes the oldest reports beyond the bounds.
   void trim() const;
 
+  /// Makes a file that no process takes for abandoned as long as the descriptor is open. Throws
+  /// `platform::FileFailure`.
+  [[nodiscard]] platform::FileDescriptor makeHeldFile(const std::string& name) const;
   /// A new name: reports sort by it from the oldest to the newest.
   [[nodiscard]] static std::string newName(std::string_view ending);
 

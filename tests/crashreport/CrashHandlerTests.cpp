@@ -1,6 +1,7 @@
 #include "crashreport/CrashHandler.h"
 #include "crashreport/CrashRecord.h"
 #include "crashreport/ReportSpool.h"
+#include "platform/WorkerThreads.h"
 #include "support/ScratchFolder.h"
 
 #include <gmock/gmock.h>
@@ -165,12 +166,21 @@ TEST_F(CrashHandlerTest, RecordsEachSignalAndLetsItEndTheProcessAsBefore) {
 }
 
 TEST_F(CrashHandlerTest, RecordsAStackThatHasOverflowed) {
-  const int status = statusOf([] { call(overflow); });
-  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGSEGV) << status;
-  const auto left = record();
-  ASSERT_TRUE(left);
-  EXPECT_THAT(left->frames, SizeIs(CrashRecord::mostFrames));
-  EXPECT_THAT(left->frames.back(), liesIn(runDeep));
+  const auto onThreadOfScripts = [] {
+    platform::WorkerThreads threads;
+    threads.start(threads.prepare([](const std::stop_token&) { call(overflow); }));
+    ::pause();
+  };
+  for (const std::function<void()>& deed :
+       {std::function<void()>([] { call(overflow); }), std::function<void()>(onThreadOfScripts)}) {
+    const int status = statusOf(deed);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGSEGV) << status;
+    const auto left = record();
+    ASSERT_TRUE(left);
+    EXPECT_THAT(left->frames, SizeIs(CrashRecord::mostFrames));
+    EXPECT_THAT(left->frames.back(), liesIn(runDeep));
+    forget();
+  }
 }
 
 TEST_F(CrashHandlerTest, RecordsTheThreadThatCrashed) {
