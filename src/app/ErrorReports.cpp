@@ -30,6 +30,10 @@ constexpr std::chrono::seconds longestLife{120};
 
 } // namespace
 
+std::string_view builtInReportAddress() {
+  return TABWRIGHT_REPORT_DSN;
+}
+
 ErrorReports::ErrorReports(crashreport::ReportOptions options, platform::UserDefaults& settings)
     : reporter(std::move(options)), tracker(reporter, settings) {}
 

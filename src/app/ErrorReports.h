@@ -11,7 +11,7 @@ namespace tabwright::app {
 
 /// The address that error reports go to, a DSN (crashreport/Dsn.h), as the build names it (TABWRIGHT_REPORT_DSN).
 /// Empty: nothing is reported, and nothing is kept to be.
-inline constexpr std::string_view builtInReportAddress = TABWRIGHT_REPORT_DSN;
+[[nodiscard]] std::string_view builtInReportAddress();
 
 /// The reports of the background host: its reporter, and what starts that with the program.
 struct ErrorReports {
@@ -32,6 +32,6 @@ inline constexpr std::string_view sendReportsCommand = "send-reports";
 
 /// Sends the reports that wait in the spool to the address and ends, after two minutes at most. Writes nothing but
 /// the log. Yields the exit code.
-[[nodiscard]] int sendReports(std::string_view address = builtInReportAddress);
+[[nodiscard]] int sendReports(std::string_view address = builtInReportAddress());
 
 } // namespace tabwright::app

@@ -14,6 +14,6 @@ namespace tabwright::app {
 /// Crashes and unexpected errors are reported to `reportAddress`, a DSN, unless it is empty.
 ///
 /// Returns the exit code: 2 when the descriptors weren't handed over.
-[[nodiscard]] int runHost(const std::string& socketPath, std::string_view reportAddress = builtInReportAddress);
+[[nodiscard]] int runHost(const std::string& socketPath, std::string_view reportAddress = builtInReportAddress());
 
 } // namespace tabwright::app

@@ -30,7 +30,7 @@ std::string buildIDIn(const char* notes, std::size_t size) {
     if (length > size)
       break;
     const std::string_view name(notes + sizeof head, head.n_namesz);
-    if (head.n_type == NT_GNU_BUILD_ID && name == std::string_view("GNU", 4) && head.n_descsz <= longestBuildID) {
+    if (head.n_type == NT_GNU_BUILD_ID && name == std::string_view("GNU\0", 4) && head.n_descsz <= longestBuildID) {
       std::string text;
       const char* bytes = notes + sizeof head + paddedToFour(head.n_namesz);
       for (std::size_t index = 0; index < head.n_descsz; ++index)
@@ -53,6 +53,7 @@ Module moduleOf(const dl_phdr_info& info) {
       low = std::min(low, segment.p_vaddr);
       high = std::max(high, segment.p_vaddr + segment.p_memsz);
     } else if (segment.p_type == PT_NOTE && module.buildID.empty()) {
+      // NOLINTNEXTLINE(performance-no-int-to-ptr): the loader tells its places as numbers
       module.buildID = buildIDIn(reinterpret_cast<const char*>(info.dlpi_addr + segment.p_vaddr), segment.p_memsz);
     }
   }

@@ -21,6 +21,7 @@ constexpr std::size_t wordBytes = sizeof(std::uintptr_t);
 constexpr std::size_t longestSearch = std::size_t{64} << 10; // bytes
 
 TABWRIGHT_READS_STACKS std::uintptr_t wordAt(std::uintptr_t address) noexcept {
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): registers are numbers
   return *reinterpret_cast<const volatile std::uintptr_t*>(address);
 }
 

@@ -54,8 +54,9 @@ TABWRIGHT_CRASHES void readBeyondAFile() {
 }
 TABWRIGHT_CRASHES void divideByNothing() {
 #if defined(__x86_64__)
+  const volatile int something = 1000;
   const volatile int nothing = 0;
-  sink = 1 / nothing;
+  sink = something / nothing;
 #else
   ::raise(SIGFPE);
 #endif
