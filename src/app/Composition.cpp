@@ -136,7 +136,7 @@ struct Composition::Parts {
 
   Lifecycle ownLifecycle() {
     ownSettings.emplace(clock);
-    return {ownSettings->manager, noShutdown};
+    return {ownSettings->manager, noShutdown, logReporter};
   }
 
   std::optional<scripting::PageKeyboard::FrontBrowser> frontBrowser() {
@@ -152,6 +152,7 @@ struct Composition::Parts {
   platform::SystemClock clock;
   std::optional<OwnSettings> ownSettings;
   actions::NoScheduledShutdown noShutdown;
+  crashreport::LoggingCrashReporter logReporter;
   const Lifecycle lifecycle;
   // Each connects when it is first asked something.
   platform::X11WindowSystem windows;
@@ -191,7 +192,6 @@ struct Composition::Parts {
   std::shared_ptr<platform::WorkerThreads> threads = std::make_shared<platform::WorkerThreads>();
   scripting::InterpreterScriptTasks tasks{interpreter, threads};
   platform::PosixFileManager files;
-  crashreport::LoggingCrashReporter crashReporter;
   targets::MachineProbe probe{[desktop = desktop] { return runningApplications(*desktop); }};
   targets::TargetContextManager targetContexts{probe};
   targets::FrontmostBrowserResolver frontmost{targetContexts};
@@ -203,7 +203,7 @@ struct Composition::Parts {
   engine::ScriptacularServices scripts{.tasks = tasks,
                                        .files = files,
                                        .clock = clock,
-                                       .crashReporter = crashReporter,
+                                       .crashReporter = lifecycle.crashReporter,
                                        .frontmostResolver = &frontmost,
                                        .browserVersions = &lifecycle.settings};
   engine::JavaScriptCoreSyntaxValidator javascriptValidator;

@@ -2,6 +2,7 @@
 
 #include "actions/ShutdownScheduler.h"
 #include "applescript/Interpreter.h"
+#include "crashreport/CrashReporter.h"
 #include "host/Catalogue.h"
 #include "platform/Accessibility.h"
 #include "platform/BrowserTable.h"
@@ -26,6 +27,7 @@ public:
   struct Lifecycle {
     shell::UserDefaultsManager& settings;
     actions::ShutdownScheduler& shutdown;
+    crashreport::CrashReporter& crashReporter;
     /// Shows this program, for scripts that activate it; empty where it has no windows.
     std::function<void()> activateSelf = {};
   };

@@ -7,11 +7,13 @@
 #include "app/ExitCode.h"
 #include "app/HostServer.h"
 #include "client/HostProtocol.h"
+#include "crashreport/LoggingCrashReporter.h"
 #include "engine/TemporaryScript.h"
 #include "platform/LogSinks.h"
 #include "platform/Logger.h"
 #include "platform/linux/LinuxUserDefaults.h"
 #include "platform/linux/PosixFileManager.h"
+#include "platform/linux/SignalStack.h"
 #include "platform/linux/SystemClock.h"
 #include "shell/Main.h"
 #include "shell/WindowlessApplication.h"
@@ -29,6 +31,8 @@
 #include <filesystem>
 #include <functional>
 #include <iostream>
+#include <latch>
+#include <memory>
 #include <sys/socket.h>
 #include <utility>
 
@@ -70,13 +74,14 @@ void removeLeftovers(const std::filesystem::path& runtimeFolder) {
 /// Everything that lives as long as the host; what is used by others is declared before them.
 class Host {
 public:
-  explicit Host(HostDoor door)
-      : runtimeFolder_(door.path.parent_path()), server_({.mainActor = loop_.get_executor(),
-                                                          .pool = pool_.get_executor(),
-                                                          .catalogue = composition_.catalogue(),
-                                                          .version = TABWRIGHT_VERSION,
-                                                          .retired = [this] { stop(); }},
-                                                         std::move(door)) {
+  Host(HostDoor door, std::string_view reportAddress)
+      : runtimeFolder_(door.path.parent_path()), reports_(reportsTo(reportAddress)),
+        server_({.mainActor = loop_.get_executor(),
+                 .pool = pool_.get_executor(),
+                 .catalogue = composition_.catalogue(),
+                 .version = TABWRIGHT_VERSION,
+                 .retired = [this] { stop(); }},
+                std::move(door)) {
     signals_.async_wait([this](const boost::system::error_code& error, int) {
       if (!error)
         stop();
@@ -88,10 +93,29 @@ public:
     // On the pool, as the first caller waits already. This host's own files stay, since it holds their lock.
     asio::post(pool_, [folder = runtimeFolder_] { removeLeftovers(folder); });
     application_.finishLaunching();
+    if (reports_)
+      prepareForCrashes();
     loop_.run();
   }
 
 private:
+  std::unique_ptr<ErrorReports> reportsTo(std::string_view address) {
+    auto options = ErrorReports::optionsFor(address);
+    return options ? std::make_unique<ErrorReports>(*std::move(options), defaults_) : nullptr;
+  }
+
+  // Each thread of the pool waits here for the others, so each does this once.
+  void prepareForCrashes() {
+    const auto all = std::make_shared<std::latch>(poolThreads);
+    for (std::size_t thread = 0; thread < poolThreads; ++thread) {
+      asio::post(pool_, [all] {
+        platform::ensureSignalStack();
+        all->arrive_and_wait();
+      });
+    }
+    asio::post(loop_, [this] { reports_->sendInBackground(); });
+  }
+
   void stop() {
     if (std::exchange(isStopping_, true))
       return;
@@ -116,6 +140,8 @@ private:
   asio::steady_timer lastMoment_{loop_};
   platform::SystemClock clock_;
   platform::LinuxUserDefaults defaults_;
+  crashreport::LoggingCrashReporter logging_;
+  const std::unique_ptr<ErrorReports> reports_; ///< null: nothing is reported to anyone
   // The application's own end comes 120 seconds after the start of the last action. One that takes longer has a caller
   // who waits for it, so the host ends behind the last of those.
   shell::WindowlessApplication application_{shell::Launch::hidden, [this] { server_.leave(); }};
@@ -123,14 +149,18 @@ private:
                      .defaults = defaults_,
                      .clock = clock_,
                      .mainActor = loop_.get_executor(),
-                     .background = pool_.get_executor()}};
-  Composition composition_{Composition::Lifecycle{main_.defaultsManager(), main_.shutdown()}};
+                     .background = pool_.get_executor(),
+                     .errorTracking = reports_ ? &reports_->tracker : nullptr}};
+  Composition composition_{Composition::Lifecycle{
+      .settings = main_.defaultsManager(),
+      .shutdown = main_.shutdown(),
+      .crashReporter = reports_ ? static_cast<crashreport::CrashReporter&>(reports_->reporter) : logging_}};
   HostServer server_;
 };
 
 } // namespace
 
-int runHost(const std::string& socketPath) {
+int runHost(const std::string& socketPath, std::string_view reportAddress) {
   // A client that goes away is an error of its stream, not the end of the host.
   std::signal(SIGPIPE, SIG_IGN);
   if (!areHandedOver()) {
@@ -138,7 +168,7 @@ int runHost(const std::string& socketPath) {
     return static_cast<int>(ExitCode::wrongUse);
   }
   platform::installLogSinks({.file = platform::defaultLogFile(), .fileLevel = platform::LogLevel::info});
-  Host(doorAt(socketPath)).run();
+  Host(doorAt(socketPath), reportAddress).run();
   return static_cast<int>(ExitCode::done);
 }
 

@@ -107,7 +107,6 @@ int tryToLock(const RuntimeFolder& folder, const std::string& name) {
 }
 
 int listenAt(const RuntimeFolder& folder, const std::string& name) {
-  ::unlinkat(folder.descriptor(), name.c_str(), 0); // what a host that was killed has left
   Descriptor socket(makeSocket());
   const sockaddr_un address = addressOf(folder.shortPathOf(name));
   if (::bind(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
@@ -118,21 +117,29 @@ int listenAt(const RuntimeFolder& folder, const std::string& name) {
 
 } // namespace
 
-int connectToHost(const RuntimeFolder& folder, const std::string& identity, const std::string& programPath) {
+ConnectedHost connectToHost(const RuntimeFolder& folder, const std::string& identity, const std::string& programPath) {
+  ConnectedHost connection;
+  const auto isConnected = [&](const std::string& socketName) {
+    connection.socket = tryToConnect(folder, socketName);
+    return connection.socket >= 0;
+  };
   const std::string socketName = identity + handover::socketEnding;
   const auto deadline = std::chrono::steady_clock::now() + connectPatience;
   // Short at first: a host that is about to leave, or another caller about to make the socket, takes a moment.
   for (Milliseconds pause{1};; pause = std::min(pause * 2, longestPause)) {
-    if (const int connected = tryToConnect(folder, socketName); connected >= 0)
-      return connected;
+    if (isConnected(socketName))
+      return connection;
     if (const Descriptor lock(tryToLock(folder, identity + handover::lockEnding)); lock.number() >= 0) {
       // Looked for before there is a socket: nobody is to connect to one that will never be served.
       const std::string program = hostProgram(programPath);
+      // A host that ends in order takes its socket away before it gives up the lock.
+      if (::unlinkat(folder.descriptor(), socketName.c_str(), 0) == 0)
+        connection.isAfterUnexpectedEnd = true;
       const Descriptor listening(listenAt(folder, socketName));
       // The socket listens already, so callers can connect while the host is still on its way.
       startHost(program, folder.pathOf(socketName), listening.number(), lock.number());
-      if (const int connected = tryToConnect(folder, socketName); connected >= 0)
-        return connected;
+      if (isConnected(socketName))
+        return connection;
     }
     if (std::chrono::steady_clock::now() > deadline)
       throw HostUnavailable("The background host takes no connections at " + folder.pathOf(socketName));

@@ -25,6 +25,7 @@
 #include <string>
 #include <string_view>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace tabwright::client {
@@ -38,14 +39,18 @@ void say(std::string_view sentence) {
   static_cast<void>(writeText(STDERR_FILENO, "tabwright: " + std::string(sentence) + "\n"));
 }
 
-/// Says why a run failed here, in the form in which the host says it of an action. Type and case are for programs.
-int fail(const char* type, const char* kind, const std::string& sentence, bool isJson) {
+/// Says what befell a run here, in the form in which the host says it of an action. Type and case are for programs.
+void tellOf(const char* type, const char* kind, const std::string& sentence, bool isJson) {
   if (isJson) {
     const boost::json::object report{{"type", type}, {"case", kind}, {"number", nullptr}, {"message", sentence}};
     static_cast<void>(writeText(STDERR_FILENO, boost::json::serialize(report) + "\n"));
   } else {
     say(sentence);
   }
+}
+
+int fail(const char* type, const char* kind, const std::string& sentence, bool isJson) {
+  tellOf(type, kind, sentence, isJson);
   return EXIT_FAILURE;
 }
 
@@ -130,10 +135,14 @@ int run(const std::string& program, const std::vector<std::string>& words) {
   const bool isJson = std::ranges::count(words, runWords::json.word) > 0;
   try {
     RunOutcome outcome;
+    bool isEndTold = false;
     for (int attempt = 0; attempt < attempts; ++attempt) {
-      const int socket = connectToHost(folder, identity, program);
-      outcome = runThroughHost(socket, words, print);
-      ::close(socket);
+      const ConnectedHost host = connectToHost(folder, identity, program);
+      if (host.isAfterUnexpectedEnd && !std::exchange(isEndTold, true))
+        tellOf("HostFailure", "endedUnexpectedly",
+               "The background host ended unexpectedly the last time; its log may tell why.", isJson);
+      outcome = runThroughHost(host.socket, words, print);
+      ::close(host.socket);
       // A host may be leaving just as it is called. Nothing has been run then, and the next one may be asked.
       if (outcome.kind != RunOutcome::Kind::notStarted)
         break;

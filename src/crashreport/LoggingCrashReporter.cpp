@@ -18,4 +18,12 @@ void LoggingCrashReporter::captureError(const std::exception& error) noexcept {
   }
 }
 
+void LoggingCrashReporter::captureMessage(std::string_view message) noexcept {
+  try {
+    log.info("Captured message: {}", message);
+  } catch (...) {
+    // As above.
+  }
+}
+
 } // namespace tabwright::crashreport

@@ -4,6 +4,7 @@
 
 #include "app/Composition.h"
 #include "app/FeedUpdates.h"
+#include "crashreport/LoggingCrashReporter.h"
 #include "desktop/SingleInstance.h"
 #include "desktop/SystemLook.h"
 #include "desktop/UpdateMessage.h"
@@ -82,6 +83,7 @@ public:
                .makeUpdateController = app::feedUpdates(mainActor_, clock_, application_)}),
         composition_({.settings = main_.defaultsManager(),
                       .shutdown = main_.shutdown(),
+                      .crashReporter = crashReporter_,
                       .activateSelf = [this] { asio::post(mainActor_, [this] { show(); }); }}),
         services_(makeServices()) {
     shell::UpdateController& controller = *main_.updateManager().sharedUpdaterController();
@@ -145,6 +147,7 @@ private:
   views::QtExecutor mainActor_{pool_};
   platform::SystemClock clock_;
   platform::LinuxUserDefaults defaults_;
+  crashreport::LoggingCrashReporter crashReporter_;
   views::QtDesktopApplication application_;
   shell::Main main_;
   app::Composition composition_;

@@ -4,6 +4,8 @@
 // works.
 #include "platform/WorkerThreads.h"
 
+#include "platform/linux/SignalStack.h"
+
 #include <algorithm>
 #include <system_error>
 #include <utility>
@@ -92,6 +94,7 @@ void WorkerThreads::addThread() {
 }
 
 void* WorkerThreads::threadMain(void* threads) {
+  ensureSignalStack(); // scripts may run as deep as the stack goes
   static_cast<WorkerThreads*>(threads)->serve();
   return nullptr;
 }

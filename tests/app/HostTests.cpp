@@ -32,6 +32,7 @@ namespace {
 namespace fs = std::filesystem;
 namespace json = boost::json;
 using ::testing::HasSubstr;
+using ::testing::StartsWith;
 using testsupport::CommandOutcome;
 
 class HostTest : public ::testing::Test {
@@ -211,9 +212,20 @@ TEST_F(HostTest, IsStartedAgainAfterItWasKilled) {
   const std::set<pid_t> first = hosts();
   ASSERT_EQ(first.size(), 1U);
   ::kill(*first.begin(), SIGKILL);
-  EXPECT_THAT(run({"NoSuchAction"}).errors, HasSubstr("There is no action"));
   eventually([&] { return !hosts().contains(*first.begin()); });
+  const std::string ofTheEnd = "The background host ended unexpectedly the last time; its log may tell why.";
+  EXPECT_THAT(run({"NoSuchAction"}).errors, StartsWith("tabwright: " + ofTheEnd + "\ntabwright: There is no action"));
+  EXPECT_THAT(run({"NoSuchAction"}).errors, StartsWith("tabwright: There is no action")); // it is told once
   EXPECT_EQ(hosts().size(), 1U);
+
+  ::kill(*hosts().begin(), SIGKILL);
+  eventually([&] { return hosts().empty(); });
+  const std::string errors = run({"NoSuchAction", "--json"}).errors;
+  EXPECT_EQ(json::parse(errors.substr(0, errors.find('\n'))).at("message").as_string(), ofTheEnd);
+
+  ::kill(*hosts().begin(), SIGTERM);
+  eventually([&] { return hosts().empty(); });
+  EXPECT_THAT(run({"NoSuchAction"}).errors, StartsWith("tabwright: There is no action"));
 }
 
 TEST_F(HostTest, ThatIsKilledInTheMiddleIsReportedInTheFormAskedFor) {
