@@ -2,6 +2,7 @@
 // are, is asked only for a sentence when none has the id that was given.
 #include "actions/MenuAction.h"
 
+#include "actions/UnknownApplication.h"
 #include "platform/DesktopFault.h"
 #include "platform/Logger.h"
 #include "platform/Whitespace.h"
@@ -20,30 +21,6 @@ using engine::AxeError;
 namespace {
 
 const platform::Logger log("Menu actions");
-
-constexpr std::size_t mostNamed = 12;
-
-/// The applications that a user may have meant, for an id that none has; or why none can be seen.
-platform::Notice unknownApplication(const std::string& id, const automation::DesktopServices& desktop) {
-  try {
-    // Without windows in sight no application can be found, and that is what the user should hear.
-    static_cast<void>(desktop.windows.windows());
-  } catch (const platform::DesktopFailure& failure) {
-    return platform::asCause(failure);
-  }
-  const targets::TargetContextManager& targets = desktop.targets;
-  std::vector<std::string> running;
-  for (const auto& applications : {targets.runningBrowsers(), targets.otherApplications()}) {
-    for (const engine::TargetContext& each : applications)
-      running.push_back(each.id);
-  }
-  if (running.size() > mostNamed)
-    running.resize(mostNamed);
-  return {engine::identity(AxeError::appCouldNotBeActivated),
-          running.empty()
-              ? fmt::format("“{}” neither runs nor could be started, and no other application shows a window.", id)
-              : fmt::format("“{}” neither runs nor could be started. These run: {}.", id, fmt::join(running, ", "))};
-}
 
 } // namespace
 

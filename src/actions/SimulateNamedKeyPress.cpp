@@ -2,6 +2,7 @@
 #include "actions/ActionList.h"
 #include "actions/DesktopAction.h"
 #include "actions/KeyboardParameters.h"
+#include "actions/UnknownApplication.h"
 #include "actions/enums/PostActionDelay.h"
 #include "automation/NamedKey.h"
 #include "platform/DesktopFault.h"
@@ -52,6 +53,10 @@ private:
       press(key, automation::pressedModifiers(modifiers.flags()), limits);
     });
     giveNotices(host);
+    if (notice_) {
+      notice_->sentence += " The key went to what is in front.";
+      host.notice(*notice_);
+    }
     co_return Outcome{};
   }
 
@@ -72,8 +77,13 @@ private:
       co_return;
     // The lookup only tells whether there is a browser: what comes forward is the application in front.
     co_await resolved(*targetContext);
-    co_await tryToActivate(targetContext->id);
+    const std::string id = targetContext->id;
+    const auto application = co_await tryToActivate(id);
+    if (!application && id != engine::frontmostTargetContext().id)
+      notice_ = unknownApplication(id, services().desktop);
   }
+
+  std::optional<platform::Notice> notice_; ///< of a target that isn't there
 
   /// Whichever application has the keyboard.
   static constexpr std::string_view systemwide = ".systemwide";

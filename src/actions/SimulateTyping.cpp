@@ -4,12 +4,15 @@
 #include "actions/KeyboardParameters.h"
 #include "actions/ScriptAction.h"
 #include "actions/SharedParameters.h"
+#include "actions/UnknownApplication.h"
 #include "actions/enums/TypingDelay.h"
 #include "automation/ApplicationLaunch.h"
 #include "engine/AppleScriptSnippets.h"
 #include "engine/errors/AppleScriptRuntimeError.h"
+#include "engine/errors/AxeError.h"
 #include "platform/Characters.h"
 
+#include <chrono>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -24,6 +27,7 @@ struct NoAnswer {
 class SimulateTyping final : public ScriptAction<NoAnswer, intents::Nothing> {
   /// Shortcuts are short: with a modifier held, more characters than these are probably a mistake.
   static constexpr std::size_t mostUnasked = 5;
+  static constexpr std::chrono::seconds longestStart{30};
 
   Parameter<targets::ApplicationTarget> targetContext{*this, shared::targetApplication(services())};
   Parameter<std::string> characters{*this, {.name = "characters", .example = "Hello"}};
@@ -98,12 +102,25 @@ private:
     return {};
   }
 
+  /// The program can't even be read where its application is unknown.
+  platform::Task<void> requireApplication() {
+    const automation::DesktopServices& desktop = services().desktop;
+    const std::string id = targetContext->id;
+    if (desktop.targets.findApplication(id))
+      co_return;
+    const auto started =
+        co_await automation::activateOrLaunch(id, desktop, platform::CallLimits{}.within(longestStart));
+    if (!started)
+      throw platform::failure(engine::AxeError::appCouldNotBeActivated).causedBy(unknownApplication(id, desktop));
+  }
+
   // Every line is the action's own, so failures in them are told by their lines …
   [[nodiscard]] std::optional<std::size_t> userLine(std::size_t line) const override { return line; }
 
   // … and one without a line is of what comes behind them: the program came to its end, or it has asked the browser for
   // its version, which one that can't be reached doesn't tell.
   platform::Task<Outcome> run(intents::ActionHost& host) override {
+    co_await requireApplication();
     try {
       co_return co_await ScriptAction::run(host);
     } catch (const platform::CatalogueFailure<engine::AppleScriptRuntimeError>& failure) {

@@ -28,6 +28,7 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -271,8 +272,11 @@ LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem
     }
     // A second start with the same profile hands its address over to the first and ends.
     const std::optional<RunningBrowser> running = findRunning(launch);
-    if (running && accepts(*running) && (!before || hasEnded))
+    if (running && accepts(*running) && (!before || hasEnded)) {
+      if (!hasEnded) // it is this process's child, and its end has to be collected, whenever that is
+        std::thread([spawned] { ::waitpid(spawned, nullptr, 0); }).detach();
       return {.process = running->process, .wasRunning = before.has_value()};
+    }
     const bool isLate = std::chrono::steady_clock::now() >= deadline;
     if (!platform::sleepUnlessStopped(std::chrono::milliseconds(20), stop) || isLate) {
       // Also a second start that hasn't handed its address over yet: it must not open it later.

@@ -55,6 +55,8 @@ FailureReport reportOf(const platform::Failure& failure, ReportForm form) {
   const std::string advice = adviceFor(failure);
   if (advice.empty())
     report.text = sentence;
+  else if (lacksAnyBrowser(failure))
+    report.text = advice + "\n"; // the sentence speaks of one that isn't installed
   else if (isOfSystem(failure) || advice != host::causeLine(failure))
     report.text = advice + "\n" + sentence;
   else

@@ -56,7 +56,12 @@ std::vector<NamedKey> NamedKey::entities(std::span<const std::int64_t> ids) {
 }
 
 platform::Key NamedKey::key() const {
-  return platform::keyOfCode(keycode).value();
+  // The table names these two by each other's code. Users mean what the name says; scripts, which press keys by code,
+  // mean the code.
+  constexpr std::int64_t down = 125;
+  constexpr std::int64_t up = 126;
+  const std::int64_t code = keycode == down ? up : keycode == up ? down : keycode;
+  return platform::keyOfCode(code).value();
 }
 
 const intents::EntityDefinition<NamedKey>& NamedKey::definition() {

@@ -3,9 +3,9 @@
 #include "app/BrowserLauncher.h"
 #include "app/BrowserReach.h"
 #include "platform/DesktopFault.h"
+#include "shell/WindowText.h"
 #include "targets/SupportedBrowsers.h"
 
-#include <fmt/core.h>
 #include <unicode/listformatter.h>
 #include <unicode/locid.h>
 #include <unicode/unistr.h>
@@ -21,6 +21,20 @@ namespace {
 constexpr std::chrono::milliseconds lookPatience{800};
 constexpr std::chrono::seconds busPatience{2};
 
+std::string conditionOf(const platform::BrowserFacts& facts, const app::BrowserReach& reach) {
+  switch (reach.kind) {
+  case app::BrowserReach::Kind::drivable:
+    return shell::windowText("linux.browser.drivable", {facts.name});
+  case app::BrowserReach::Kind::silent:
+    return shell::windowText("linux.browser.silent", {facts.name});
+  case app::BrowserReach::Kind::broken:
+    return shell::windowText("linux.browser.broken", {facts.name, reach.detail});
+  case app::BrowserReach::Kind::debuggingOff:
+    break;
+  }
+  return shell::windowText("linux.browser.debuggingOff", {facts.name});
+}
+
 } // namespace
 
 views::SystemCondition lookAtSystem(const targets::TargetContextManager& targets,
@@ -35,8 +49,8 @@ views::SystemCondition lookAtSystem(const targets::TargetContextManager& targets
       continue;
     views::BrowserCondition browser{
         .name = std::string(facts.name), .sentence = {}, .canBeStarted = false, .id = std::string(facts.id)};
-    browser.sentence =
-        reach == reaches.end() ? fmt::format("{} isn’t running.", facts.name) : app::sentenceOf(facts, reach->second);
+    browser.sentence = reach == reaches.end() ? shell::windowText("linux.browser.notRunning", {facts.name})
+                                              : conditionOf(facts, reach->second);
     browser.canBeStarted =
         isInstalled && (reach == reaches.end() || reach->second.kind == app::BrowserReach::Kind::debuggingOff);
     condition.browsers.push_back(std::move(browser));

@@ -122,8 +122,8 @@ constexpr KeyCodeRow rows[]{
     {122, {.symbol = 0xffbe}},                     // F1
     {123, {.symbol = 0xff51}},                     // Cursor ←
     {124, {.symbol = 0xff53}},                     // Cursor →
-    {125, {.symbol = 0xff52}},                     // Cursor ↑
-    {126, {.symbol = 0xff54}},                     // Cursor ↓
+    {125, {.symbol = 0xff54}},                     // Cursor ↓
+    {126, {.symbol = 0xff52}},                     // Cursor ↑
 };
 // The search below halves the table.
 static_assert(std::ranges::is_sorted(rows, {}, &KeyCodeRow::code));

@@ -12,6 +12,7 @@ namespace tabwright::views {
 QPushButton* addButton(QLayout& layout, const QString& title, Prominence prominence, std::function<void()> pressed) {
   auto* button = new QPushButton(title);
   button->setDefault(prominence == Prominence::prominent);
+  button->setAutoDefault(true); // the return key presses it where it has the focus
   button->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
   QObject::connect(button, &QPushButton::clicked, button, std::move(pressed));
   layout.addWidget(button);

@@ -60,7 +60,9 @@ void addCommands(QMenu& menu, MenuPlacement placement, const Services& services)
 
 void addMenus(QMainWindow& window, const Services& services) {
   constexpr std::string_view name = shell::Varn::App::name;
-  QMenu* application = window.menuBar()->addMenu(text(name));
+  // Each of these begins with a letter of its own, in English and in German: Alt and that letter opens it.
+  const auto addMenu = [&window](const QString& title) { return window.menuBar()->addMenu(QLatin1Char('&') + title); };
+  QMenu* application = addMenu(text(name));
   QObject::connect(application->addAction(label("menu.app.about", {name})), &QAction::triggered, &window, [&services] {
     shell::Varn::Windows::showMainWindow(services.application);
     services.main.appState().selectedView.set(shell::RootViewTab::about);
@@ -71,13 +73,13 @@ void addMenus(QMainWindow& window, const Services& services) {
   quit->setShortcut(QKeySequence(QKeySequence::Quit));
   QObject::connect(quit, &QAction::triggered, &window, [&services] { services.application.terminate(); });
 
-  QMenu* file = window.menuBar()->addMenu(label("menu.file"));
+  QMenu* file = addMenu(label("menu.file"));
   QAction* close = file->addAction(label("menu.file.close"));
   close->setShortcut(QKeySequence(QKeySequence::Close));
   QObject::connect(close, &QAction::triggered, &window, &QWidget::close);
 
-  addCommands(*window.menuBar()->addMenu(label("menu.window")), MenuPlacement::windowSize, services);
-  QMenu* help = window.menuBar()->addMenu(label("menu.help"));
+  addCommands(*addMenu(label("menu.window")), MenuPlacement::windowSize, services);
+  QMenu* help = addMenu(label("menu.help"));
   addCommands(*help, MenuPlacement::help, services);
   if (help->isEmpty())
     QObject::connect(help->addAction(label("tab.docs")), &QAction::triggered, &window,

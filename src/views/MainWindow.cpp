@@ -8,8 +8,10 @@
 #include "views/pages/Pages.h"
 #include "views/wizard/OnboardingView.h"
 
+#include <QGuiApplication>
 #include <QLabel>
 #include <QMainWindow>
+#include <QScreen>
 #include <QShortcut>
 #include <QTabWidget>
 #include <QTimer>
@@ -67,7 +69,8 @@ private:
 std::unique_ptr<QtWindow> makeMainWindow(const Services& services) {
   auto frame = std::make_unique<QMainWindow>();
   addMenus(*frame, services);
-  frame->resize(640, 560);
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  frame->resize(QSize(640, 560).boundedTo(screen.size() - QSize(20, 60)));
   auto window = std::make_unique<QtWindow>(shell::mainWindowIdentifier, std::move(frame), [&services](QWidget& widget) {
     static_cast<QMainWindow&>(widget).setCentralWidget(new RootView(services));
     services.main.mainContentAppeared();
@@ -78,10 +81,13 @@ std::unique_ptr<QtWindow> makeMainWindow(const Services& services) {
 
 std::unique_ptr<QtWindow> makeOnboardingWindow(const Services& services) {
   auto frame = std::make_unique<QWidget>();
-  frame->resize(600, 600);
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  frame->resize(QSize(600, 600).boundedTo(screen.size() - QSize(20, 60))); // a title bar has to fit, too
   new QVBoxLayout(frame.get());
-  auto* close = new QShortcut(QKeySequence(QKeySequence::Close), frame.get());
-  QObject::connect(close, &QShortcut::activated, frame.get(), &QWidget::close);
+  for (const auto& keys : {QKeySequence(QKeySequence::Close), QKeySequence(Qt::Key_Escape)}) {
+    auto* close = new QShortcut(keys, frame.get());
+    QObject::connect(close, &QShortcut::activated, frame.get(), &QWidget::close);
+  }
   return std::make_unique<QtWindow>(shell::onboardingWindowIdentifier, std::move(frame), [&services](QWidget& widget) {
     while (QLayoutItem* item = widget.layout()->takeAt(0)) {
       delete item->widget();

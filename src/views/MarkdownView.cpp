@@ -19,7 +19,8 @@ QString richTextFor(const QPalette& palette, std::string_view markdown) {
 MarkdownView::MarkdownView(std::string_view markdown, QWidget* parent) : QLabel(parent), markdown_(markdown) {
   setTextFormat(Qt::RichText);
   setWordWrap(true);
-  setTextInteractionFlags(Qt::TextBrowserInteraction);
+  // Read and copied by the pointer; with the keyboard only links are gone to, where there are some.
+  setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::LinksAccessibleByMouse);
   setOpenExternalLinks(true);
   setAlignment(Qt::AlignTop | Qt::AlignLeading);
   render();
@@ -42,7 +43,11 @@ void MarkdownView::resizeEvent(QResizeEvent* event) {
 }
 
 void MarkdownView::render() {
-  setText(richTextFor(palette(), markdown_));
+  const QString rich = richTextFor(palette(), markdown_);
+  setText(rich);
+  const bool hasLinks = rich.contains(QStringLiteral("<a "));
+  setTextInteractionFlags(textInteractionFlags().setFlag(Qt::LinksAccessibleByKeyboard, hasLinks));
+  setFocusPolicy(hasLinks ? Qt::StrongFocus : Qt::ClickFocus);
   takeHeight();
 }
 

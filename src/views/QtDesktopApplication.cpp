@@ -56,7 +56,13 @@ shell::Window* QtDesktopApplication::makeOnboardingWindow() {
 }
 
 bool QtDesktopApplication::openAddress(const std::string& address) {
-  return QDesktopServices::openUrl(QUrl(text(address), QUrl::StrictMode));
+  const QUrl url(text(address), QUrl::StrictMode);
+  // Desktops hand a scheme that nobody serves to the web browser, which only says that it doesn't know it.
+  for (const auto* scheme : {"http", "https", "mailto", "file"}) {
+    if (url.scheme() == QLatin1String(scheme))
+      return QDesktopServices::openUrl(url);
+  }
+  return false;
 }
 
 void QtDesktopApplication::revealFile(const std::filesystem::path& file) {

@@ -17,6 +17,7 @@ protected:
   Keyboard() {
     bench.failureNumber = 0; // its program comes to its end without a return
     bench.workspace.run(7, "org.example.editor", "Editor");
+    bench.workspace.run(8, "org.chromium.chromium", "Chromium");
   }
 
   /// The lines of the program that types, without the library.
@@ -86,6 +87,9 @@ TEST_F(Keyboard, TypesIntoWhicheverApplicationIsNamed) {
   EXPECT_THAT(bench.scripts.back(), HasSubstr("tell process \"org.example.editor\""));
   bench.perform("SimulateTyping", {{"characters", ""}});
   EXPECT_THAT(bench.scripts.back(), HasSubstr("tell process \"org.chromium.chromium\""));
+  EXPECT_EQ(failure("SimulateTyping", {{"characters", "x"}, {"targetContext", "org.example.nowhere"}}),
+            "appCouldNotBeActivated: “org.example.nowhere” neither runs nor could be started. These run: "
+            "org.chromium.chromium, org.example.editor.");
   bench.failureNumber = 5;
   EXPECT_EQ(failure("SimulateTyping", {{"characters", "x"}, {"targetContext", "chromium"}}), "tabNotFound");
 }
@@ -102,7 +106,10 @@ TEST_F(Keyboard, PressesANamedKey) {
   bench.perform("SimulateNamedKeyPress", {{"namedKey", "53"}, {"targetContext", ".systemwide"}});
   EXPECT_THAT(bench.workspace.deeds, ElementsAre("key ff1b"));
   bench.perform("SimulateNamedKeyPress", {{"namedKey", "Tab"}, {"targetContext", "org.example.nowhere"}});
-  EXPECT_EQ(bench.workspace.deeds.back(), "key ff09") << "a target that can't be launched isn't reported";
+  EXPECT_EQ(bench.workspace.deeds.back(), "key ff09") << "a target that can't be launched is no failure …";
+  EXPECT_THAT(bench.steps, Contains(HasSubstr("The key went to what is in front."))) << "… but is told of";
+  bench.perform("SimulateNamedKeyPress", {{"namedKey", "Cursor Up"}, {"targetContext", ".systemwide"}});
+  EXPECT_EQ(bench.workspace.deeds.back(), "key ff52");
   bench.workspace.deeds.clear();
   bench.perform("SimulateNamedKeyPress", {{"namedKey", "Tab"}});
   EXPECT_THAT(bench.steps, Contains("frontmost lookup"));

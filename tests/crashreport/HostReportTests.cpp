@@ -174,10 +174,10 @@ TEST_F(HostReportTest, TellsOfErrorsNothingOfWhatTheUserWorksOn) {
     const CommandOutcome outcome = run(words);
     EXPECT_NE(outcome.exitCode, 2) << words.front() << outcome.errors; // all did begin
   }
-  EXPECT_GE(reports(".envelope").size(), 5U);
+  EXPECT_GE(reports(".envelope").size(), 4U); // the last two end before they write one
   endHosts(SIGTERM);
   static_cast<void>(run({"NoSuchAction"}));
-  awaitRequests(6);
+  awaitRequests(5);
   eventually([this] { return processes("send-reports").empty(); });
   const std::string all = everythingReported();
   EXPECT_THAT(all, HasSubstr(R"+("type":"FileFailure","value":"write (2)")+"));

@@ -4,7 +4,9 @@
 #include "intents/UsageError.h"
 #include "platform/FileFailure.h"
 #include "platform/linux/DetachedProcess.h"
+#include "platform/linux/X11WindowSystem.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
@@ -25,6 +27,9 @@ ExitCode open() {
   if (!hasDesktop())
     throw intents::UsageError("There is no desktop for Tabwright’s windows: neither DISPLAY nor WAYLAND_DISPLAY is "
                               "set. “tabwright” alone tells how things are, and “tabwright help” what it can do.");
+  const char* display = std::getenv("DISPLAY");
+  if (display && *display)
+    static_cast<void>(platform::X11WindowSystem().windows()); // throws where nobody serves that display
   if (const int failure = platform::startDetached({program.string()}, {}); failure != 0)
     throw platform::FileFailure("start", program, failure);
   return ExitCode::done;

@@ -7,7 +7,6 @@
 #include "views/Text.h"
 #include "views/pages/Pages.h"
 
-#include <QDialog>
 #include <QGroupBox>
 #include <QTextBrowser>
 
@@ -60,7 +59,8 @@ QWidget* makeDocsPage(const Services& services) {
 }
 
 void showDocument(QWidget& parent, const std::string& title, const std::string& file) {
-  auto* dialog = new QDialog(parent.window());
+  // A window of its own: a dialog would stay above the main one.
+  auto* dialog = new QWidget(parent.window(), Qt::Window);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setWindowTitle(text(title));
   auto* browser = new QTextBrowser;

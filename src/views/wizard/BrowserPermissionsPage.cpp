@@ -35,7 +35,7 @@ StatusLook lookOf(AssistiveAccessStatus status) {
   case AssistiveAccessStatus::requesting:
     return {"…", "#1a73e8"};
   case AssistiveAccessStatus::granted:
-    return {"✓", "#2a9d3a"};
+    return {"✓", "#1f8f36"};
   case AssistiveAccessStatus::denied:
     return {"✕", "#d03030"};
   }
@@ -54,6 +54,9 @@ public:
       Row& labels = rows_[browser.id];
       labels = {.sign = new QLabel, .name = new QLabel};
       labels.sign->setFixedWidth(16);
+      QFont bold = labels.sign->font();
+      bold.setBold(true);
+      labels.sign->setFont(bold);
       grid->addWidget(labels.sign, row, 0);
       grid->addWidget(labels.name, row++, 1);
     }
@@ -79,7 +82,8 @@ private:
       row.name->setText(status == AssistiveAccessStatus::appNotInstalled
                             ? label("setup.browsers.notInstalled", {browser.name})
                             : text(browser.name));
-      row.name->setAccessibleName(row.name->text() + QStringLiteral(": ") + text(rawValue(status)));
+      row.name->setAccessibleName(text(browser.name) + QStringLiteral(": ") +
+                                  label(std::string("setup.status.").append(rawValue(status))));
     }
   }
 

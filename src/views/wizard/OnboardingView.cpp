@@ -83,7 +83,10 @@ OnboardingView::OnboardingView(const Services& services)
 void OnboardingView::showStep() {
   pageArea_->setWidget(makePage()); // deletes the one before, and starts at the top
   updateButtons();
-  next_->setFocus();
+  if (next_->isEnabled())
+    next_->setFocus();
+  else
+    pageArea_->widget()->setFocus();
 }
 
 void OnboardingView::updateButtons() {
