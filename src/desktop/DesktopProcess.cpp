@@ -31,6 +31,7 @@
 #include <QPalette>
 #include <QStyleFactory>
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <functional>
 #include <string>
@@ -159,6 +160,8 @@ private:
 
 int runDesktop(int argumentCount, char** arguments) {
   std::signal(SIGPIPE, SIG_IGN);
+  // Qt waits for the desktop to switch accessibility on, and may miss it. These windows can always be driven from outside.
+  ::setenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1", 0);
   QApplication application(argumentCount, arguments);
   QApplication::setApplicationName(views::text(shell::Varn::App::name));
   QApplication::setDesktopFileName(views::text(shell::Varn::App::bundleIdentifier));
