@@ -16,8 +16,8 @@ namespace tabwright::crashreport {
 /// Then the signal goes on to what was there before, so exit status and core dump stay as they are; signals that were
 /// ignored stay so. Libraries that are loaded later aren't known to the record.
 ///
-/// A stack that has overflowed has no room for a handler: threads that may run deep have a platform::SignalStack. The
-/// one who makes this gets one.
+/// A stack that has overflowed has no room for a handler: threads that may run deep call platform::ensureSignalStack.
+/// The one who makes this gets one.
 ///
 /// One at a time in a process. Not inherited by processes that are forked off.
 class CrashHandler {

@@ -83,10 +83,13 @@ void ReportSender::convertCrashes() {
   for (const std::string& name : surroundings_.spool.names(ReportSpool::crashEnding)) {
     const std::optional<std::string> text = surroundings_.spool.read(name);
     const std::optional<CrashRecord> record = text ? CrashRecord::parse(*text) : std::nullopt;
-    if (record)
-      surroundings_.spool.add(envelopeOf(ReportEvent::of(*record)));
-    else
+    if (record) {
+      const ReportEvent event = ReportEvent::of(*record);
+      senderLog.error("The host ended by {}: report {}", event.exception->type, event.id);
+      surroundings_.spool.add(envelopeOf(event));
+    } else {
       senderLog.error("The record of a crash can't be read: it is dropped");
+    }
     surroundings_.spool.remove(name);
   }
 }
