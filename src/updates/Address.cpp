@@ -1,7 +1,7 @@
 // Addresses are read by the library that will fetch them, so that both see the same host in them.
 #include "updates/Address.h"
 
-#include "updates/CurlLibrary.h"
+#include "updates/UpdateCurl.h"
 #include "updates/UpdateFault.h"
 
 #include <arpa/inet.h>
@@ -13,7 +13,7 @@ namespace tabwright::updates {
 namespace {
 
 std::string partOf(CURLU* address, CURLUPart part) {
-  const CurlLibrary& curl = CurlLibrary::shared();
+  const platform::CurlLibrary& curl = requireCurl();
   char* text = nullptr;
   if (curl.urlGet(address, part, &text, 0) != CURLUE_OK)
     return {};
@@ -27,7 +27,7 @@ struct AddressParts {
 };
 
 AddressParts partsOf(const std::string& address) {
-  const CurlLibrary& curl = CurlLibrary::shared();
+  const platform::CurlLibrary& curl = requireCurl();
   const std::unique_ptr<CURLU, void (*)(CURLU*)> reader(curl.url(), curl.urlCleanup);
   if (!reader || curl.urlSet(reader.get(), CURLUPART_URL, address.c_str(), 0) != CURLUE_OK)
     return {};

@@ -4,7 +4,7 @@
 
 #include "platform/FileFailure.h"
 #include "updates/Address.h"
-#include "updates/CurlLibrary.h"
+#include "updates/UpdateCurl.h"
 #include "updates/UpdateFault.h"
 
 #include <fmt/core.h>
@@ -129,7 +129,7 @@ private:
     }
   }
 
-  const CurlLibrary& curl_ = CurlLibrary::shared();
+  const platform::CurlLibrary& curl_ = requireCurl();
   const std::unique_ptr<CURL, void (*)(CURL*)> easy_;
   const std::unique_ptr<CURLM, CURLMcode (*)(CURLM*)> multi_;
   const std::uint64_t most_;

@@ -8,6 +8,7 @@
 
 #include <QLabel>
 #include <QStackedLayout>
+#include <QTimer>
 
 namespace tabwright::views {
 namespace {
@@ -20,8 +21,9 @@ void openSetup(const Services& services) {
 QWidget* makeUnprepared(const Services& services) {
   const Column page = makeColumn();
   page.layout->addWidget(new MarkdownView(shell::windowText("home.prepare", {shell::Varn::App::name})));
-  addButton(*page.layout, label("setup.title", {shell::Varn::App::name}), Prominence::prominent,
-            [&services] { openSetup(services); });
+  QPushButton* button = addButton(*page.layout, label("setup.title", {shell::Varn::App::name}), Prominence::prominent,
+                                  [&services] { openSetup(services); });
+  QTimer::singleShot(0, button, [button] { button->setFocus(); }); // once the window is there
   return page.widget;
 }
 
