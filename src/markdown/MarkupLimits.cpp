@@ -78,9 +78,9 @@ public:
     while (!text.empty()) {
       const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
       addLine(text.substr(0, end));
-      if (end < text.size())
-        result_ += text[end];
-      text.remove_prefix(std::min(end + 1, text.size()));
+      const std::size_t next = end + (text.substr(end).starts_with("\r\n") ? 2 : 1); // one end of a line, not two
+      result_ += text.substr(end, next - end);
+      text.remove_prefix(std::min(next, text.size()));
     }
     return std::move(result_);
   }

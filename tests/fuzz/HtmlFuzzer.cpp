@@ -34,7 +34,7 @@ void requireAllowed(const html::Node& node) {
   require(node.isText() || list.allowsTag(node.name()) || node.name() == "html" || node.name() == "head" ||
           node.name() == "body");
   for (const html::Attribute& attribute : node.attributes())
-    require(list.allowsAttribute(node.name(), attribute.name, attribute.value));
+    require(list.allowedValue(node.name(), attribute.name, attribute.value).has_value());
   for (const html::Node child : node.children())
     requireAllowed(child);
 }

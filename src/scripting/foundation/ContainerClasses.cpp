@@ -142,8 +142,11 @@ Value joined(FoundationObject& self, const Arguments& arguments) {
   return makeObject(stringClass, applescript::Text(std::move(text)));
 }
 
+// An array that is added to itself is added as it is now, as a list is: it would never end otherwise.
 Value addObject(FoundationObject& self, const Arguments& arguments) {
-  self.as<FoundationArray>().items.push_back(stored(arguments[0]));
+  const auto* foreign = arguments[0].get<Value::ForeignPointer>();
+  const bool isItself = foreign && foreign->get() == &self;
+  self.as<FoundationArray>().items.push_back(isItself ? unbridged(arguments[0]) : stored(arguments[0]));
   return Value::missing();
 }
 
