@@ -49,13 +49,13 @@ protected:
   }
 
   /// Runs the script and makes the value of its answer. Notices reach the host after a success only; beneath a failure
-  /// the last of them is the cause.
+  /// the last of them is the cause: what the browser said goes before the action's own.
   platform::Task<Outcome> run(intents::ActionHost& host) override {
     engine::Scriptacular scriptacular = makeScriptacular();
     Answer answer = co_await runScript(scriptacular);
     std::vector<platform::Notice> notices = scriptacular.notices();
     if (std::optional<platform::Notice> own = noticeOf(answer))
-      notices.push_back(std::move(*own));
+      notices.insert(notices.begin(), std::move(*own));
     const Result value = resultOf(std::move(answer), scriptacular.targetContext(), notices);
     for (const platform::Notice& notice : notices)
       host.notice(notice);

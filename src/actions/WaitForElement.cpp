@@ -7,6 +7,8 @@
 #include "engine/ScriptText.h"
 #include "engine/errors/AppleScriptRuntimeError.h"
 
+#include <fmt/core.h>
+
 namespace tabwright::actions {
 
 class WaitForElement final : public ScriptAction<std::vector<std::string>, bool> {
@@ -44,7 +46,12 @@ private:
   }
 
   [[nodiscard]] std::optional<platform::Notice> noticeOf(const std::vector<std::string>& answer) const override {
-    return noticeOfException(answer, "Nothing was found");
+    constexpr std::string_view undone = "Nothing was found";
+    if (*onFailure != OnFailure::raiseError)
+      return noticeOfException(answer, undone);
+    return noticeOfNothing(
+        answer, undone,
+        {"noSuchElement", fmt::format("no element that can be seen matched “{}” in time", *cssSelector)});
   }
 };
 

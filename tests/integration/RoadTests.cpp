@@ -109,6 +109,8 @@ TEST_F(Road, AFailureOfTheActionsOwnTellsTheCause) {
     });
   };
   EXPECT_THAT(waiting("["), testing::StartsWith("pageElementNotFound: Nothing was found. The page said: SyntaxError"));
+  EXPECT_EQ(waiting("#none"),
+            "pageElementNotFound: Nothing was found: no element that can be seen matched “#none” in time.");
   driver().perform(Navigate{tab, "http://127.0.0.1:2/"}, limits());
   EXPECT_EQ(waiting("#none"),
             "pageElementNotFound: The page http://127.0.0.1:2/ could not be loaded: ERR_CONNECTION_REFUSED.");
