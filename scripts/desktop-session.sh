@@ -15,7 +15,9 @@ cleanup() {
   for ((each = ${#started[@]} - 1; each >= 0; --each)); do
     kill "${started[each]}" 2>/dev/null && wait "${started[each]}" 2>/dev/null || true
   done
-  rm -rf "$folder"
+  # The desktop's portal of documents mounts a folder there, and may be slow to leave it.
+  umount -l "$folder/runtime/doc" 2>/dev/null || true
+  rm -rf "$folder" 2>/dev/null || true
 }
 trap cleanup EXIT
 trap 'exit 130' INT TERM

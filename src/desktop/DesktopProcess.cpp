@@ -160,7 +160,8 @@ private:
 
 int runDesktop(int argumentCount, char** arguments) {
   std::signal(SIGPIPE, SIG_IGN);
-  // Qt waits for the desktop to switch accessibility on, and may miss it. These windows can always be driven from outside.
+  // Qt waits for the desktop to switch accessibility on, and may miss it. These windows can always be driven from
+  // outside.
   ::setenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1", 0);
   QApplication application(argumentCount, arguments);
   QApplication::setApplicationName(views::text(shell::Varn::App::name));
