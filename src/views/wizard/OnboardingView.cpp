@@ -5,6 +5,7 @@
 
 #include <QFrame>
 #include <QPainter>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <string>
 
@@ -83,10 +84,10 @@ OnboardingView::OnboardingView(const Services& services)
 void OnboardingView::showStep() {
   pageArea_->setWidget(makePage()); // deletes the one before, and starts at the top
   updateButtons();
-  if (next_->isEnabled())
-    next_->setFocus();
-  else
-    pageArea_->widget()->setFocus();
+  QTimer::singleShot(0, next_, [this] { // once the window is there
+    QWidget* first = next_->isEnabled() ? next_ : pageArea_->widget()->nextInFocusChain();
+    first->setFocus();
+  });
 }
 
 void OnboardingView::updateButtons() {
