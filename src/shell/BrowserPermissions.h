@@ -21,7 +21,7 @@ public:
     engine::ScriptacularServices scripts;
   };
 
-  explicit BrowserPermissions(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
+  explicit BrowserPermissions(Surroundings surroundings) : surroundings_(surroundings) {}
 
   /// One browser after the other; a second or more for each. It writes settings, which may wait for a disk, so it runs
   /// on an executor that draws nothing. One run at a time.

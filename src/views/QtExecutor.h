@@ -3,12 +3,14 @@
 #include <boost/asio/execution.hpp>
 #include <boost/asio/execution_context.hpp>
 
-#include <QCoreApplication>
-#include <QMetaObject>
+#include <functional>
 #include <memory>
 #include <utility>
 
 namespace tabwright::views {
+
+/// Has `work` called by Qt's event loop; does nothing where there is no application any more. From any thread.
+void queueOnMainThread(std::function<void()> work);
 
 /// The main actor of a program with windows: runs functions on Qt's main thread, in order, never at once. Functions
 /// that come when the event loop has ended are not run.
@@ -29,8 +31,7 @@ public:
   void execute(Function function) const {
     // Qt copies what it queues; Asio's functions can only be moved.
     auto kept = std::make_shared<Function>(std::move(function));
-    if (QCoreApplication* application = QCoreApplication::instance())
-      QMetaObject::invokeMethod(application, [kept] { std::move (*kept)(); }, Qt::QueuedConnection);
+    queueOnMainThread([kept] { std::move (*kept)(); });
   }
 
   friend bool operator==(const QtExecutor&, const QtExecutor&) noexcept = default;

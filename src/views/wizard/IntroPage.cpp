@@ -1,4 +1,5 @@
 #include "shell/Varn.h"
+#include "shell/WindowText.h"
 #include "views/Controls.h"
 #include "views/MarkdownView.h"
 #include "views/wizard/Pages.h"
