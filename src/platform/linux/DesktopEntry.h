@@ -35,7 +35,8 @@ struct DesktopEntry {
 ///     // Exec="/opt/my editor/run" --new %U
 ///     commandLineOf(entry)    // {"/opt/my editor/run", "--new"}
 ///
-/// Quoting is that of the specification, not a shell's: double quotes alone, and backslashes count within them only.
+/// Quoting is that of the Desktop Entry Specification, not a shell's: double quotes alone, and backslashes count within
+/// them only.
 [[nodiscard]] std::optional<std::vector<std::string>> commandLineOf(const DesktopEntry& entry);
 
 } // namespace tabwright::platform

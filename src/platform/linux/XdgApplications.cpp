@@ -61,7 +61,7 @@ void XdgApplications::readFolder(const fs::path& folder, std::vector<std::string
     if (all->path().extension() != ".desktop")
       continue;
     std::string id = all->path().lexically_relative(folder).replace_extension().string();
-    // The specification's desktop file ID.
+    // The desktop file ID of the Desktop Entry Specification.
     std::ranges::replace(id, '/', '-');
     std::optional<DesktopEntry> entry = parseDesktopEntry(textOf(all->path()), languages);
     // A damaged entry hides nothing.
