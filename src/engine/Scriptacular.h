@@ -46,12 +46,9 @@ public:
 
   /// The action's own lines, the body of the main `tell` block.
   const std::string& appleScript() const { return appleScript_; }
-  /// Ordered by key: the order of the main handler's parameters and of the event's values.
-  const Arguments& argsSorted() const { return args_; }
   /// The browser aimed at; the actual one once `run` has resolved the frontmost.
   const TargetContext& targetContext() const { return targetContext_; }
   TellSystemEvents tellSystemEvents() const { return tellSystemEvents_; }
-  void setTellSystemEvents(TellSystemEvents value) { tellSystemEvents_ = value; }
   /// True while the setup or the frontmost lookup run a script: no browser version is recorded then.
   bool isOnboarding() const { return isOnboarding_; }
   /// Notices beside the results of the runs so far.

@@ -29,14 +29,6 @@ std::string_view rawValue(AxeError error) {
   return axeErrors[error].sentence;
 }
 
-std::optional<AxeError> axeErrorWithRawValue(std::string_view rawValue) {
-  for (const auto& row : axeErrors.rows()) {
-    if (row.sentence == rawValue)
-      return row.kind;
-  }
-  return std::nullopt;
-}
-
 std::string errorDescription(AxeError error, const std::string&) {
   return platform::localized(rawValue(error));
 }

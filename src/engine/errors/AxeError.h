@@ -2,7 +2,6 @@
 
 #include "platform/Failure.h"
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -28,8 +27,6 @@ enum class AxeError {
 
 /// The English sentence, which is also the key of its translations.
 [[nodiscard]] std::string_view rawValue(AxeError error);
-/// The case of a sentence; nothing for a text that is none of them.
-[[nodiscard]] std::optional<AxeError> axeErrorWithRawValue(std::string_view rawValue);
 
 /// The sentence for the user. `detail` is not used.
 [[nodiscard]] std::string errorDescription(AxeError error, const std::string& detail = {});
