@@ -36,6 +36,7 @@
 #include <functional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace tabwright::desktop {
 namespace {
@@ -118,18 +119,27 @@ private:
     });
   }
 
+  /// All that ask while a trial runs wait for that one.
+  void request(std::function<void()> done) {
+    requests_.push_back(std::move(done));
+    if (requests_.size() > 1)
+      return;
+    asio::co_spawn(pool_, permissions_.requestBrowserPermissions(), [this](const std::exception_ptr&) {
+      asio::post(mainActor_, [this] {
+        for (const std::function<void()>& each : std::exchange(requests_, {}))
+          each();
+      });
+    });
+  }
+
   views::Services makeServices() {
     return {
         .application = application_,
         .main = main_,
         .endpoints = shell::Endpoints::ofThisBuild(),
         .now = [this] { return clock_.secondsSinceReferenceDate(); },
-        .requestBrowserPermissions =
-            [this](std::function<void()> done) {
-              asio::co_spawn(
-                  pool_, permissions_.requestBrowserPermissions(),
-                  [this, done = std::move(done)](const std::exception_ptr&) { asio::post(mainActor_, done); });
-            },
+        .requestBrowserPermissions = [this](std::function<void()> done) { request(std::move(done)); },
+        .isRequestingPermissions = [this] { return !requests_.empty(); },
         .look =
             [this](std::function<void(views::SystemCondition)> done) {
               inBackground([this] { return lookAtSystem(composition_.targets(), composition_.accessibility()); },
@@ -153,6 +163,7 @@ private:
   shell::Main main_;
   app::Composition composition_;
   shell::BrowserPermissions permissions_{composition_.browserPermissions()};
+  std::vector<std::function<void()>> requests_; ///< of the trial that runs
   views::Services services_;
 };
 

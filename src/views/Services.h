@@ -32,8 +32,9 @@ struct Services {
   shell::Endpoints endpoints;
   /// The wall time, in seconds since 2001-01-01 00:00:00 UTC.
   std::function<double()> now;
-  /// Starts the trial of all browsers; `done` comes at its end. One at a time.
+  /// Starts the trial of all browsers, or joins the one that runs; `done` comes at its end.
   std::function<void(std::function<void()> done)> requestBrowserPermissions;
+  std::function<bool()> isRequestingPermissions;
   /// Looks at browsers and desktop; takes up to some seconds.
   std::function<void(std::function<void(SystemCondition)> done)> look;
   /// Starts a browser that takes commands; `done` gets a sentence, empty when all went well.

@@ -151,7 +151,7 @@ QWidget* makeBrowserPermissionsPage(const Services& services, shell::OnboardingF
   progress->setVisible(false);
   QPushButton* button =
       addButton(*page.layout, label("setup.browsers.button", {shell::Varn::App::name}), Prominence::plain, [] {});
-  QObject::connect(button, &QPushButton::clicked, button, [&services, button, progress, conditions] {
+  const auto request = [&services, button, progress, conditions] {
     button->setEnabled(false);
     progress->setVisible(true);
     services.requestBrowserPermissions([button = QPointer<QPushButton>(button), progress, conditions] {
@@ -161,7 +161,10 @@ QWidget* makeBrowserPermissionsPage(const Services& services, shell::OnboardingF
       progress->setVisible(false);
       conditions->look();
     });
-  });
+  };
+  QObject::connect(button, &QPushButton::clicked, button, request);
+  if (services.isRequestingPermissions()) // the user went back, and has come again
+    request();
   progress->setAccessibleName(button->text());
   page.layout->addWidget(progress);
   page.layout->addWidget(new StatusRows(keys));
