@@ -7,8 +7,8 @@
 
 namespace tabwright::actions {
 
-/// What a user is told of an id that no application has: the applications that may have been meant, or why none can be
-/// seen.
+/// The words for a user about an id that no application has: the applications that may have been meant, or why none can
+/// be seen.
 [[nodiscard]] platform::Notice unknownApplication(const std::string& id, const automation::DesktopServices& desktop);
 
 } // namespace tabwright::actions

@@ -101,7 +101,7 @@ private:
   Drivers& drivers_;
 };
 
-/// What `activate` does for a browser that doesn't run: it becomes one that the script's next words reach.
+/// Starts a browser that a script activates and that doesn't run: it becomes one that the script's next words reach.
 void launchForScript(const BrowserFacts& facts) {
   requireDesktop(facts);
   static_cast<void>(launchBrowser(launchWithOwnProfile(facts), logFileOf(facts), startPatience, {}));

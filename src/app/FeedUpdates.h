@@ -11,7 +11,7 @@
 
 namespace tabwright::app {
 
-/// What this build says of itself to the search for updates, and this process of the copy that it runs from.
+/// The facts that this build tells of itself to the search for updates, and this process of the copy that it runs from.
 [[nodiscard]] updates::UpdateFacts updateFacts(std::string feed);
 
 /// The controller of updates of a program with windows: looks at the feed while one is open. What is given outlives the

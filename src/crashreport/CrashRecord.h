@@ -12,8 +12,8 @@
 
 namespace tabwright::crashreport {
 
-/// What a crashed process has left, as lines of text. The first is written ahead, since it takes more than a signal
-/// handler may do: the facts of the program and its modules as JSON. The handler adds
+/// The record that a crashed process has left, as lines of text. The first is written ahead, since it takes more than a
+/// signal handler may do: the facts of the program and its modules as JSON. The handler adds
 ///
 ///     crash SIGNAL CODE SECONDS     as in sigaction(2), and the time since 1970
 ///     frame ORIGIN ADDRESS          any number of times (StackFrame), the address in hexadecimal

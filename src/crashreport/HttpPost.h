@@ -11,7 +11,7 @@ namespace tabwright::crashreport {
 /// The answer of a server to a request.
 struct HttpAnswer {
   int status = 0;
-  /// How long the server asks to be left alone (Retry-After, RFC 9110).
+  /// The time that the server asks to be left alone (Retry-After, RFC 9110).
   std::optional<std::chrono::seconds> retryAfter;
 };
 

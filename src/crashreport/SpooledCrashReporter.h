@@ -14,7 +14,7 @@ namespace tabwright::crashreport {
 /// Puts what it is told into the spool, from where it is sent later (ReportSender.h), and logs it. From `start` on
 /// crashes of this process are recorded there, too, for as long as this lives.
 ///
-/// Where there can be no spool, that is logged, and everything else too.
+/// A spool that can't be made is logged, and everything else is then, too.
 class SpooledCrashReporter final : public CrashReporter {
 public:
   /// Touches nothing yet.

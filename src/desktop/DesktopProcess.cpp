@@ -96,7 +96,7 @@ public:
                          .onboardingWindow = [this] { return views::makeOnboardingWindow(services_); }});
   }
 
-  // What still runs may be at a question that takes seconds; nobody waits for its answer any more.
+  // Work that still runs may be at a question that takes seconds; nobody waits for its answer any more.
   ~Desktop() { pool_.stop(); }
   Desktop(const Desktop&) = delete;
   Desktop& operator=(const Desktop&) = delete;

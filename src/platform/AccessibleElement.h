@@ -217,7 +217,7 @@ struct AccessiblePlace {
   int column = 0;
 };
 
-/// What becomes of a selection: one is selected alone, or beside what is selected, or isn't any more.
+/// The change of a selection: one is selected alone, or beside what is selected, or isn't any more.
 enum class AccessibleSelection { only, added, removed };
 
 /// An application that shows itself on the accessibility bus. Its own element stands for all of it; menus, controls and

@@ -21,9 +21,9 @@ public:
   /// the manager.
   [[nodiscard]] UpdateController* sharedUpdaterController();
 
-  /// What a control of a window is bound to.
+  /// The target that a control of a window is bound to.
   void checkForUpdates();
-  /// What the menu's command does: checks now, and has the outcome presented.
+  /// The effect of the menu's command: checks now, and has the outcome presented.
   void checkForUpdatesOnDemand();
 
   [[nodiscard]] std::string feedURLStringForUpdater() const override;

@@ -42,7 +42,7 @@ inline constexpr std::size_t longestAppcast = std::size_t{1} << 20;
 
 /// Reads a feed: RSS 2.0 (rssboard.org/rss-specification) with the elements of appcasts, which are of the namespace
 /// "http://www.andymatuschak.org/xml-namespaces/sparkle" under whatever prefix. Items stand in the order of the feed.
-/// What is unknown is passed over, as RSS asks for; so a known element of another namespace is unknown.
+/// Unknown elements are passed over, as RSS asks for, and so is a known name in another namespace.
 ///
 /// Throws `UpdateFault::malformedFeed`, with line and column, for what is no XML, holds a document type declaration (it
 /// could define entities), is no RSS 2.0, lacks what an item needs, says something twice, or goes beyond the bounds of

@@ -7,7 +7,7 @@
 
 namespace tabwright::updates {
 
-/// How a copy of the program came to where it lies, which says who updates it.
+/// The way in which a copy of the program came to where it lies, which says who updates it.
 struct Installation {
   enum class Kind {
     package, ///< by a package manager, which updates it
@@ -36,7 +36,7 @@ struct Installation {
 /// True for a folder with the programs in their places.
 [[nodiscard]] bool holdsProgram(const std::filesystem::path& folder);
 
-/// Where the client and the full program lie in such a folder.
+/// The places of the client and the full program in such a folder.
 inline constexpr const char* clientPath = "bin/tabwright";
 inline constexpr const char* hostPath = "libexec/tabwright/tabwright-host";
 /// Follows the name of a folder that was replaced.

@@ -47,7 +47,7 @@ std::optional<pid_t> spawn(const std::vector<std::string>& words, int output) {
   return error == 0 ? std::optional(process) : std::nullopt;
 }
 
-// What can be read now.
+// Takes all that can be read now.
 void readSome(const platform::FileDescriptor& reading, std::string& output) {
   std::array<char, mostOutput> buffer{};
   for (;;) {

@@ -19,7 +19,7 @@ struct UpdateFacts {
   std::filesystem::path program; ///< the full program of the copy that is to be updated
 };
 
-/// What a check has found.
+/// The findings of a check.
 struct UpdateCheck {
   std::optional<AppcastItem> update; ///< nothing: this build is the newest
   Installation installation;
@@ -36,7 +36,8 @@ struct UpdateCheck {
 std::filesystem::path installUpdate(const UpdateFacts& facts, const UpdateCheck& check,
                                     const platform::CallLimits& limits, const RenamePath& rename = renamePath);
 
-/// How this copy is updated when not by this program: a sentence with the command, or the reason; empty when it is.
+/// The way in which this copy is updated when not by this program: a sentence with the command, or the reason; empty
+/// when it is.
 [[nodiscard]] std::string adviceOn(const Installation& installation);
 
 } // namespace tabwright::updates

@@ -24,7 +24,7 @@ namespace asio = boost::asio;
 
 constexpr std::chrono::hours pauseWithoutWindow{1};
 
-/// What comes of the work of a cycle.
+/// The outcome of the work of a cycle.
 struct CycleResult {
   UpdateOutcome outcome;
   std::optional<UpdateCheck> check; ///< of a feed that could be read

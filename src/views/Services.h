@@ -25,7 +25,8 @@ struct SystemCondition {
   std::string whyNot;                     ///< a sentence, where it doesn't
 };
 
-/// What windows are bound to. All of it outlives them. Functions are called on the main actor, and call back there.
+/// The things that windows are bound to. All of it outlives them. Functions are called on the main actor, and call back
+/// there.
 struct Services {
   shell::Application& application;
   shell::Main& main;

@@ -118,7 +118,7 @@ Value performCommand(SystemEventsScope& scope, const ActionCommand& command) {
   return target;
 }
 
-/// What is named becomes all that is selected.
+/// The element that is named becomes all that is selected.
 Value select(SystemEventsScope& scope) {
   const Value& target = requireDirect(scope);
   auto selection = platform::AccessibleSelection::only;

@@ -4,7 +4,7 @@
 #include "scripting/model/ObjectClass.h"
 #include "scripting/systemevents/SystemEventsScope.h"
 
-/// What scripts do to elements in windows, by commands or by setting properties. Objects are those of
+/// The operations of scripts on elements in windows, by commands or by setting properties. Objects are those of
 /// UIElementClasses.h. Both throw a platform::Failure for an element that can't do it.
 namespace tabwright::scripting::uielement {
 

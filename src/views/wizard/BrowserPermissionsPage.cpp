@@ -91,7 +91,7 @@ private:
   std::map<std::string, Row> rows_;
 };
 
-/// What holds for the browsers of this system, with a button for each that can be mended.
+/// The state of the browsers of this system, with a button for each that can be mended.
 class ConditionRows final : public QWidget {
 public:
   explicit ConditionRows(const Services& services) : services_(services), layout_(new QVBoxLayout(this)) {
