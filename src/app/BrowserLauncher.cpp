@@ -9,6 +9,7 @@
 #include "platform/FileFailure.h"
 #include "platform/Logger.h"
 #include "platform/Sleep.h"
+#include "platform/linux/ArgumentVector.h"
 #include "platform/linux/AtspiAccessibility.h"
 #include "platform/linux/BaseDirectories.h"
 #include "platform/linux/BrowserExecutable.h"
@@ -136,11 +137,7 @@ platform::FileDescriptor openLog(const std::filesystem::path& logFile) {
 
 pid_t spawnDetached(const std::vector<std::string>& words, const std::filesystem::path& logFile) {
   const platform::FileDescriptor log = openLog(logFile);
-  std::vector<char*> arguments;
-  arguments.reserve(words.size() + 1);
-  for (const std::string& word : words)
-    arguments.push_back(const_cast<char*>(word.c_str()));
-  arguments.push_back(nullptr);
+  std::vector<char*> arguments = platform::argumentVector(words);
 
   posix_spawn_file_actions_t files;
   posix_spawn_file_actions_init(&files);

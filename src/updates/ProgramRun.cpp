@@ -2,6 +2,7 @@
 // still holds its output.
 #include "updates/ProgramRun.h"
 
+#include "platform/linux/ArgumentVector.h"
 #include "platform/linux/FileDescriptor.h"
 
 #include <algorithm>
@@ -22,11 +23,7 @@ constexpr std::size_t mostOutput = 4096;
 constexpr int programPause = 20; // milliseconds
 
 std::optional<pid_t> spawn(const std::vector<std::string>& words, int output) {
-  std::vector<char*> arguments;
-  arguments.reserve(words.size() + 1);
-  for (const std::string& word : words)
-    arguments.push_back(const_cast<char*>(word.c_str()));
-  arguments.push_back(nullptr);
+  std::vector<char*> arguments = platform::argumentVector(words);
   posix_spawn_file_actions_t files;
   posix_spawn_file_actions_init(&files);
   posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDWR, 0);

@@ -2,6 +2,7 @@
 // tells whether it did. Between fork and exec only calls that are safe in a process of several threads are made.
 #include "platform/linux/DetachedProcess.h"
 
+#include "platform/linux/ArgumentVector.h"
 #include "platform/linux/FileDescriptor.h"
 
 #include <array>
@@ -43,11 +44,7 @@ namespace {
 } // namespace
 
 int startDetached(const std::vector<std::string>& words, const std::string& folder) {
-  std::vector<char*> arguments;
-  arguments.reserve(words.size() + 1);
-  for (const std::string& word : words)
-    arguments.push_back(const_cast<char*>(word.c_str()));
-  arguments.push_back(nullptr);
+  std::vector<char*> arguments = argumentVector(words);
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0)
     return errno;
