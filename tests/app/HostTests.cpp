@@ -1,5 +1,6 @@
 #include "client/HostProtocol.h"
 #include "support/CommandRun.h"
+#include "support/HostSurroundings.h"
 #include "support/ScratchFolder.h"
 
 #include <boost/json/array.hpp>
@@ -37,16 +38,6 @@ using testsupport::CommandOutcome;
 
 class HostTest : public ::testing::Test {
 protected:
-  HostTest() {
-    fs::create_directory(scratch / "run");
-    fs::permissions(scratch / "run", fs::perms::owner_all);
-    environment = {{"XDG_RUNTIME_DIR", scratch / "run"},
-                   {"XDG_CONFIG_HOME", scratch / "config"},
-                   {"XDG_DATA_HOME", scratch / "data"},
-                   {"XDG_STATE_HOME", scratch / "state"},
-                   {"LC_ALL", "C.UTF-8"},
-                   {"LANGUAGE", ""}};
-  }
   ~HostTest() override {
     for (const pid_t host : hosts())
       ::kill(host, SIGKILL);
@@ -83,7 +74,7 @@ protected:
   }
 
   testsupport::ScratchFolder scratch;
-  std::map<std::string, std::string> environment;
+  std::map<std::string, std::string> environment = testsupport::hostSurroundings(scratch);
 };
 
 /// A connection to the host as any program may make it.

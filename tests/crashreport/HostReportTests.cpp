@@ -1,5 +1,6 @@
 #include "client/HostProtocol.h"
 #include "support/CommandRun.h"
+#include "support/HostSurroundings.h"
 #include "support/ReportCollector.h"
 #include "support/ScratchFolder.h"
 #include "support/SourceFolder.h"
@@ -34,18 +35,10 @@ using testsupport::ScratchFolder;
 class HostReportTest : public ::testing::Test {
 protected:
   HostReportTest() {
-    fs::create_directory(scratch / "run");
-    fs::permissions(scratch / "run", fs::perms::owner_all);
-    environment = {{"XDG_RUNTIME_DIR", scratch / "run"},
-                   {"XDG_CONFIG_HOME", scratch / "config"},
-                   {"XDG_DATA_HOME", scratch / "data"},
-                   {"XDG_STATE_HOME", scratch / "state"},
-                   {"LC_ALL", "C.UTF-8"},
-                   {"LANGUAGE", ""},
-                   {"no_proxy", "*"},
-                   // A crash that is meant needs no report of a sanitizer's.
-                   {"ASAN_OPTIONS", "handle_segv=0:handle_abort=0:detect_leaks=0"},
-                   {"TABWRIGHT_TEST_REPORT_DSN", collector.dsn()}};
+    environment.insert({{"no_proxy", "*"},
+                        // A crash that is meant needs no report of a sanitizer's.
+                        {"ASAN_OPTIONS", "handle_segv=0:handle_abort=0:detect_leaks=0"},
+                        {"TABWRIGHT_TEST_REPORT_DSN", collector.dsn()}});
   }
   ~HostReportTest() override {
     for (const pid_t process : processes())
@@ -117,7 +110,7 @@ protected:
   ScratchFolder scratch;
   fs::path spool = scratch / "state/tabwright/reports";
   testsupport::ReportCollector collector;
-  std::map<std::string, std::string> environment;
+  std::map<std::string, std::string> environment = testsupport::hostSurroundings(scratch);
 };
 
 TEST_F(HostReportTest, TellsOfACrashInTheMiddleOfAnAction) {
