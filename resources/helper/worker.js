@@ -2,7 +2,8 @@
 // commands on them. Whoever calls it, by whatever road, calls `tabwright.perform(name, parameters)`; the functions below
 // know nothing of their callers.
 //
-// Answers are {value} or {fault, detail}; `perform` never throws. Faults: "noSuchTab", "noSuchWindow", "refused".
+// Answers are {value} or {fault, detail}; `perform` never throws. Faults: "noSuchTab", "noSuchWindow", "refused",
+// "scriptsNotAllowed".
 //
 // Changes: the counter in each snapshot grows with every change that the browser reports, and `changed` tells listeners.
 // A caller that has evaluated code here may leave a function named `tabwrightChanged` in the global object (a binding of
@@ -193,8 +194,9 @@ async function newsSince({ instance: known, changes: count, tabs: named }) {
   };
 }
 
-// The protocol's target of each tab.
+// The protocol's target of each tab; none where the protocol isn't the caller's road.
 async function targetsOfTabs() {
+  if (!chrome.debugger) return new Map();
   const pages = (await chrome.debugger.getTargets()).filter(({ tabId, type }) => tabId !== undefined && type === "page");
   return new Map(pages.map(({ tabId, id }) => [tabId, id]));
 }
@@ -241,6 +243,96 @@ function orderWindows(windows) {
   windows.sort((left, right) => places.get(left.id) - places.get(right.id));
 }
 
+// ---------------------------------------------------------------------------------------------------------- the pages
+// For callers without the protocol. The browser tells of a navigation that a script has begun before it answers the
+// script, so a page that is on its way is known by its tab.
+
+class Fault extends Error {
+  constructor(fault, detail) {
+    super(detail);
+    this.fault = fault;
+  }
+}
+
+const switches = () => `chrome://extensions/?id=${chrome.runtime.id}`;
+
+// A document that takes longer to parse counts as there.
+const patienceWithParsing = 1000;
+// Between two looks at a tab of which nothing is reported.
+const lookAgain = 250;
+
+const after = (milliseconds, value) => new Promise((resolve) => setTimeout(resolve, milliseconds, value));
+
+// The tab once its page is where its navigation leads; undefined when that takes longer than `patience` (milliseconds).
+async function arrived(id, patience) {
+  const end = Date.now() + patience;
+  for (;;) {
+    const tab = await chrome.tabs.get(id);
+    if (!tab.pendingUrl) return tab;
+    if (Date.now() >= end) return undefined;
+    await nextChangeOf(id, Math.min(lookAgain, end - Date.now()));
+  }
+}
+
+// Resolves at the next change of the tab, or when it is closed, or after `longest` milliseconds.
+function nextChangeOf(id, longest) {
+  return new Promise((resolve) => {
+    const finish = () => {
+      clearTimeout(timer);
+      chrome.tabs.onUpdated.removeListener(note);
+      chrome.tabs.onRemoved.removeListener(note);
+      resolve();
+    };
+    const note = (other) => other === id && finish();
+    const timer = setTimeout(finish, longest);
+    chrome.tabs.onUpdated.addListener(note);
+    chrome.tabs.onRemoved.addListener(note);
+  });
+}
+
+function requireScripts() {
+  // The browser takes the whole interface away while its switch is off.
+  if (!chrome.userScripts?.execute) throw new Fault("scriptsNotAllowed", switches());
+}
+
+// The value of code in the page's own world: {value}, or {kept: why} where the browser lets nobody in.
+async function run(tab, code) {
+  // Such a page never answers.
+  if (/^view-source:/.test(tab.url ?? "")) return { kept: "the source of a page is shown to nobody." };
+  const script = (text, at) =>
+    chrome.userScripts.execute({
+      target: { tabId: tab.id },
+      world: "MAIN",
+      injectImmediately: at === "now",
+      js: [{ code: text }],
+    });
+  try {
+    // The browser holds a script back until the document is parsed, which may be never.
+    if (tab.status === "loading") await Promise.race([script("0", "parsed"), after(patienceWithParsing)]);
+    const [outcome] = await script(code, "now");
+    return { value: outcome?.result ?? null };
+  } catch (error) {
+    const detail = error?.message ?? String(error);
+    if (/Cannot access|cannot be scripted|error page/i.test(detail)) return { kept: `${detail.replace(/\.?$/, ".")}` };
+    // The page went to another address meanwhile.
+    if (/was removed|No frame with id|document was/i.test(detail)) return { value: null };
+    throw error;
+  }
+}
+
+// An empty document, for code in pages that the browser keeps to itself. A document per tab, so that what code leaves in
+// it is found again.
+async function emptyDocument(id, code) {
+  if (!(await chrome.offscreen.hasDocument())) {
+    await chrome.offscreen.createDocument({
+      url: "empty.html",
+      reasons: ["IFRAME_SCRIPTING"],
+      justification: "Stands in for pages that the browser keeps to itself.",
+    });
+  }
+  return chrome.runtime.sendMessage({ document: id, code });
+}
+
 // ------------------------------------------------------------------------------------------------------- the commands
 
 // An address that is not absolute would be taken as a path within this extension.
@@ -285,7 +377,7 @@ const commands = {
     const properties = { incognito, focused: true };
     if (url) properties.url = requireAddress(url);
     const window = await chrome.windows.create(properties);
-    if (!window) throw new Error("the browser does not show its private windows to the helper");
+    if (!window) throw new Error(`its private windows are invisible: switch on “Allow in Incognito” at ${switches()}`);
     await settleInFront(window.id);
     return window.id;
   },
@@ -314,6 +406,89 @@ const commands = {
 
   raiseWindow: ({ window }) => bringToFront(window),
 
+  async setBounds({ window, bounds: [left, top, width, height] }) {
+    // The browser refuses to move a window that has another shape.
+    await chrome.windows.update(window, { state: "normal" });
+    await chrome.windows.update(window, { left, top, width, height });
+    changed();
+  },
+
+  async setShape({ window, state }) {
+    await chrome.windows.update(window, { state: "normal" });
+    if (state !== "normal") await chrome.windows.update(window, { state });
+    changed();
+  },
+
+  // True when none is left. Pages may ask before they go.
+  async closeAllWindows() {
+    for (const window of await chrome.windows.getAll()) await chrome.windows.remove(window.id).catch(() => undefined);
+    const end = Date.now() + patienceWithClosings;
+    for (;;) {
+      if ((await chrome.windows.getAll()).length === 0) return true;
+      if (Date.now() >= end) return false;
+      await after(20);
+    }
+  },
+
+  ping: () => null,
+
+  async describe() {
+    const [{ fullVersionList }, incognito, files, { profile }] = await Promise.all([
+      navigator.userAgentData.getHighEntropyValues(["fullVersionList"]),
+      chrome.extension.isAllowedIncognitoAccess(),
+      chrome.extension.isAllowedFileSchemeAccess(),
+      chrome.storage.local.get("profile"),
+    ]);
+    const product = fullVersionList.find(({ brand }) => brand === "Chromium") ?? fullVersionList[0];
+    const name = profile ?? crypto.randomUUID();
+    if (!profile) await chrome.storage.local.set({ profile: name });
+    return {
+      helper: chrome.runtime.getManifest().version,
+      browser: `${product.brand} ${product.version}`,
+      userScripts: Boolean(chrome.userScripts?.execute),
+      incognito,
+      files,
+      profile: name,
+    };
+  },
+
+  // {value}; {late: true} for a page that hasn't come within `patience`; {kept: why} where the browser lets nobody in.
+  async evaluate({ tab, code, patience }) {
+    requireScripts();
+    const state = await arrived(tab, patience);
+    if (!state) return { late: true };
+    if (state.discarded) throw new Error("the tab’s page is not loaded");
+    return run(state, code);
+  },
+
+  evaluateInEmptyDocument: ({ tab, code }) => emptyDocument(tab, code),
+
+  // Done when the navigation has begun.
+  async navigate({ tab, url }) {
+    await chrome.tabs.update(tab, { url: requireAddress(url) });
+  },
+
+  // By the page's own history: the browser's way back leaves out pages on which the user has done nothing.
+  async goInHistory({ tab, step, patience }) {
+    const state = (await arrived(tab, patience)) ?? (await chrome.tabs.get(tab));
+    const outcome = chrome.userScripts?.execute ? await run(state, `history.go(${step})`) : { kept: "" };
+    if (!("kept" in outcome)) return;
+    const move = step < 0 ? chrome.tabs.goBack : chrome.tabs.goForward;
+    await move(tab).catch((error) => {
+      if (!/history/i.test(error?.message ?? "")) throw error; // at the end of it
+    });
+  },
+
+  async reload({ tab, patience }) {
+    await arrived(tab, patience);
+    await chrome.tabs.reload(tab);
+  },
+
+  async stopLoading({ tab }) {
+    requireScripts();
+    await run({ ...(await chrome.tabs.get(tab)), status: "complete" }, "window.stop()");
+  },
+
   async setGivenName({ window, name }) {
     await chrome.windows.get(window, { windowTypes });
     await isReady;
@@ -329,6 +504,7 @@ async function perform(name, parameters = {}) {
     return { value: (await commands[name](parameters)) ?? null };
   } catch (error) {
     const detail = error?.message ?? String(error);
+    if (error instanceof Fault) return { fault: error.fault, detail };
     if (/^No tab with id/.test(detail)) return { fault: "noSuchTab", detail };
     if (/^No window with id/.test(detail)) return { fault: "noSuchWindow", detail };
     return { fault: "refused", detail };

@@ -32,6 +32,7 @@ ScriptError inTheLanguage(const DriverFailure& failure) {
   case DriverFault::notRunning:
     return errors::of(errorNumber::applicationNotRunning, sentence);
   case DriverFault::notAccepting:
+  case DriverFault::scriptsNotAllowed:
     return errors::of(errorNumber::notAuthorised, sentence);
   case DriverFault::unreachable:
   case DriverFault::lost:

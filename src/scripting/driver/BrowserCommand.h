@@ -17,8 +17,8 @@ namespace tabwright::scripting {
 using platform::CallLimits; ///< until when a browser may be waited for
 
 // The commands that a browser carries out, one struct each. A new one is a struct here, an alternative below, and a
-// handler where it is carried out: in BrowserLink for what every browser does alike, in both views for what they do in
-// their own ways. The compiler names the places.
+// handler where it is carried out: in both views or on both roads for what these do in their own ways, in BrowserLink for
+// what is made of others. The compiler names the places.
 
 /// Opens a tab at the end of the window's strip, or at a 0-based index, showing `url` (absolute, or refused; empty: the
 /// new tab page), and makes it the window's active tab. Does not raise the window. Its number is the tab's id.
@@ -110,7 +110,11 @@ struct Quit {};
 /// The commands that a BrowserView carries out, each view in its own way.
 using ViewCommand = std::variant<MakeTab, MakeWindow, CloseTab, CloseWindow, ActivateTab, RaiseWindow, SetGivenName>;
 
-/// All commands, those of views among them.
+/// The commands that a BrowserRoad carries out, each road in its own way.
+using RoadCommand =
+    std::variant<Navigate, GoInHistory, Reload, StopLoading, PlayKeys, SetBounds, SetShape, ShowControls, Quit>;
+
+/// All commands, those of views and roads among them.
 using BrowserCommand =
     std::variant<MakeTab, MakeWindow, CloseTab, CloseWindow, ActivateTab, RaiseWindow, SetGivenName, Navigate,
                  GoInHistory, Reload, StopLoading, PlayKeys, SetBounds, SetShape, Activate, ShowControls, Quit>;

@@ -1,44 +1,28 @@
-// Commands are of three kinds: those of the view; those that the DevTools Protocol carries out for every browser alike
-// (navigations, keys, bounds and shapes); and those made of others. Each is a Disturbance while it lasts, so that no
-// snapshot taken meanwhile is held for later. The page is asked last: a question about a page job is answered from the
-// result that came along when the job was planted, where there is one.
+// Commands are of three kinds: those of the view, those of the road, and those made of others. Each is a Disturbance
+// while it lasts, so that no snapshot taken meanwhile is held for later. The page is asked last: a question about a page
+// job is answered from the result that came along when the job was planted, where there is one.
 #include "scripting/driver/BrowserLink.h"
 
 #include "platform/AsciiCase.h"
-#include "platform/Logger.h"
-#include "platform/linux/ProcessExit.h"
-#include "scripting/driver/HelperView.h"
-#include "scripting/driver/KeyEvents.h"
-#include "scripting/driver/ProtocolView.h"
-#include "scripting/driver/ProtocolWindows.h"
 
 #include <boost/json/serialize.hpp>
 #include <fmt/core.h>
 
-#include <algorithm>
 #include <chrono>
 #include <string_view>
-#include <unordered_map>
+#include <type_traits>
+#include <utility>
+#include <variant>
 
 namespace tabwright::scripting {
 
 using devtools::DevToolsFailure;
 using devtools::DevToolsFault;
-using devtools::Session;
-using platform::JSONReader;
 using namespace std::chrono_literals;
 
 namespace {
 
-const platform::Logger linkLog("BrowserLink");
-
 constexpr auto patienceWithPlanting = 10s; // which takes a page a tenth of a second, unless its code keeps it busy
-
-/// "156.0.8078.79" of "HeadlessChrome/156.0.8078.79".
-std::string versionOf(const boost::json::value& reply) {
-  const auto product = JSONReader(reply).require<std::string>("product");
-  return product.substr(product.find('/') + 1);
-}
 
 /// True for an address that names code to run in the page (the "javascript" scheme, compared ignoring case).
 bool isJavaScript(const std::string& url) {
@@ -46,46 +30,43 @@ bool isJavaScript(const std::string& url) {
   return platform::equalIgnoringCase(std::string_view(url).substr(0, scheme.size()), scheme);
 }
 
+template <class Command, class Variant>
+constexpr bool isOneOf = false;
+template <class Command, class... Commands>
+constexpr bool isOneOf<Command, std::variant<Commands...>> = (std::is_same_v<Command, Commands> || ...);
+
+/// The tab of a command that changes nothing but this tab; nothing for others.
+template <class Command>
+std::optional<TabID> onlyTabOf(const Command& command) {
+  if constexpr (isOneOf<Command, RoadCommand> && requires { command.tab; })
+    return command.tab;
+  else
+    return std::nullopt;
+}
+
 } // namespace
 
-std::shared_ptr<BrowserLink> BrowserLink::open(const platform::RunningBrowser& browser,
-                                               const devtools::Endpoint& endpoint,
-                                               const std::filesystem::path& helperDirectory, LooksAhead looksAhead,
-                                               const CallLimits& limits) {
-  std::shared_ptr<BrowserLink> link(new BrowserLink(browser, devtools::Connection::open(endpoint, limits)));
-  link->seen_ = std::make_unique<SeenBrowser>(link->pages_, looksAhead, [&](std::function<void()> onChange) {
-    return link->makeView(helperDirectory, std::move(onChange), limits);
-  });
-  link->tabs_ = std::make_unique<TabPages>(*link->connection_, link->pages_, link->visits_, *link->seen_);
-  return link;
+BrowserLink::BrowserLink(platform::RunningBrowser browser, std::unique_ptr<BrowserRoad> road, LooksAhead looksAhead,
+                         const CallLimits& limits)
+    : browser_(std::move(browser)), road_(std::move(road)),
+      seen_([this] { return road_->destinations(); }, looksAhead,
+            [&](std::function<void()> onChange) { return road_->makeView(std::move(onChange), limits); }) {
+  road_->use(seen_);
 }
-
-std::unique_ptr<BrowserView> BrowserLink::makeView(const std::filesystem::path& helperDirectory,
-                                                   std::function<void()> onChange, const CallLimits& limits) {
-  // Sent first and read last: the answer is on its way while the helper is prepared.
-  const auto version = connection_->send("Browser.getVersion", {});
-  try {
-    auto worker = std::make_unique<HelperWorker>(connection_, HelperPlace{helperDirectory, browser_.profileDirectory},
-                                                 std::move(onChange));
-    worker->prepare(limits);
-    return std::make_unique<HelperView>(std::move(worker), versionOf(version->result(limits)));
-  } catch (const DevToolsFailure& failure) {
-    if (failure.kind() != DevToolsFault::refused)
-      throw;
-    linkLog.error("The browser takes no helper, so the order of windows and tabs is a guess: {}", failure.detail());
-    return std::make_unique<ProtocolView>(connection_, pages_, versionOf(version->result(limits)));
-  }
-}
-
-BrowserLink::BrowserLink(platform::RunningBrowser browser, std::shared_ptr<devtools::Connection> connection)
-    : browser_(std::move(browser)), connection_(std::move(connection)), pages_(connection_), controls_(connection_) {}
 
 BrowserLink::~BrowserLink() = default;
 
 std::shared_ptr<const BrowserSnapshot> BrowserLink::snapshot(const CallLimits& limits) {
-  if (visits_.settleOthers(limits))
-    seen_->noteChange(); // the browser has told us of them, but the helper may not have yet
-  return seen_->snapshot(limits);
+  if (road_->settleOthers(limits))
+    seen_.noteChange(); // the browser has told us of them, but the helper may not have yet
+  return seen_.snapshot(limits);
+}
+
+std::optional<devtools::Evaluation> BrowserLink::evaluateInPage(TabID tab, const std::string& code,
+                                                                const CallLimits& limits,
+                                                                std::optional<std::chrono::seconds> longest) {
+  const Disturbance disturbance(seen_, Disturbance::Kind::evaluation);
+  return road_->evaluate(tab, code, limits, longest);
 }
 
 // ---------------------------------------------------------------------------------------------------------- pages
@@ -102,8 +83,8 @@ boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascrip
     plant(tab, *job, limits);
     return nullptr;
   }
-  const Disturbance disturbance(*seen_, Disturbance::Kind::evaluation);
-  std::optional<devtools::Evaluation> evaluation = tabs_->evaluateOnArrival(tab, javascript, limits, std::nullopt);
+  const Disturbance disturbance(seen_, Disturbance::Kind::evaluation);
+  std::optional<devtools::Evaluation> evaluation = road_->evaluate(tab, javascript, limits, std::nullopt);
   if (!evaluation)
     return nullptr;
   if (!asksForResult(javascript))
@@ -118,11 +99,11 @@ boost::json::value BrowserLink::evaluate(TabID tab, const std::string& javascrip
 /// Keeps the job's result where it comes at once, and the job itself where its page is still to come.
 void BrowserLink::plant(TabID tab, const PageJob& job, const CallLimits& limits) {
   // Before the disturbance, which lets go of what is held.
-  const std::optional<std::uint64_t> heldAt = seen_->heldAt();
-  const Disturbance disturbance(*seen_, Disturbance::Kind::evaluation);
+  const std::optional<std::uint64_t> heldAt = seen_.heldAt();
+  const Disturbance disturbance(seen_, Disturbance::Kind::evaluation);
   std::optional<devtools::Evaluation> evaluation;
   try {
-    evaluation = tabs_->evaluateOnArrival(tab, job.code, limits, patienceWithPlanting);
+    evaluation = road_->evaluate(tab, job.code, limits, patienceWithPlanting);
   } catch (const DevToolsFailure& failure) {
     if (failure.kind() != DevToolsFault::targetCrashed || !job.reloadsThePage())
       throw;
@@ -143,7 +124,7 @@ void BrowserLink::plant(TabID tab, const PageJob& job, const CallLimits& limits)
     platform::giveNotice(limits, *outcome->failure);
   jobs_.keep(job, std::move(outcome->answer));
   if (heldAt)
-    seen_->noteJobDone(limits.stop, *heldAt);
+    seen_.noteJobDone(limits.stop, *heldAt);
 }
 
 // ------------------------------------------------------------------------------------------------------- commands
@@ -153,19 +134,22 @@ std::int64_t BrowserLink::perform(const BrowserCommand& command, const CallLimit
 }
 
 SeenBrowser::Disturbance BrowserLink::begin(const CallLimits& limits, std::optional<TabID> tab) {
-  connection_->requireAnswer(limits);
-  return {*seen_, Disturbance::Kind::command, tab};
+  road_->requireAnswer(limits);
+  return {seen_, Disturbance::Kind::command, tab};
 }
 
 template <class Command>
 std::int64_t BrowserLink::carryOut(const Command& command, const CallLimits& limits) {
-  const Disturbance disturbance = begin(limits);
-  return seen_->view().perform(command, limits);
+  const Disturbance disturbance = begin(limits, onlyTabOf(command));
+  if constexpr (isOneOf<Command, RoadCommand>)
+    return road_->perform(command, limits);
+  else
+    return seen_.view().perform(command, limits);
 }
 
 TabID BrowserLink::carryOut(const MakeTab& command, const CallLimits& limits) {
   Disturbance disturbance = begin(limits);
-  const TabID tab = seen_->view().perform(command, limits);
+  const TabID tab = seen_.view().perform(command, limits);
   // The next look asks for this tab by name: news alone may not have it yet.
   disturbance.concerns(tab);
   return tab;
@@ -173,90 +157,36 @@ TabID BrowserLink::carryOut(const MakeTab& command, const CallLimits& limits) {
 
 void BrowserLink::carryOut(const ActivateTab& command, const CallLimits& limits) {
   const Disturbance disturbance = begin(limits, command.tab);
-  seen_->view().perform(command, limits);
+  seen_.view().perform(command, limits);
 }
 
-void BrowserLink::carryOut(const Navigate& command, const CallLimits& callLimits) {
+void BrowserLink::carryOut(const Navigate& command, const CallLimits& limits) {
   if (isJavaScript(command.url)) {
     // The page itself is the only one that may follow such an address.
     evaluate(command.tab,
              fmt::format("void (location.href = {})", boost::json::serialize(boost::json::string(command.url))),
-             callLimits);
+             limits);
     return;
   }
-  const Disturbance disturbance = begin(callLimits, command.tab);
-  const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
-  // The browser answers when the page is there, which may take for ever; but it takes calls up in order, so the answer
-  // to the next one tells that this one has begun, and a refusal would have come before it.
-  tabs_->with(command.tab, limits, [&](const std::shared_ptr<Session>& page) {
-    tabs_->leave(page, limits);
-    const auto navigation = page->send("Page.navigate", {{"url", command.url}}, Session::AnsweredBy::browser);
-    page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
-    // Only a refusal is here by now, or the answer of a page that came at once.
-    if (navigation->hasEnded())
-      navigation->result(limits);
-  });
-}
-
-/// By the entries themselves: the browser's own way back leaves out pages on which the user has done nothing.
-void BrowserLink::carryOut(const GoInHistory& command, const CallLimits& limits) {
   const Disturbance disturbance = begin(limits, command.tab);
-  const std::shared_ptr<Session> page = tabs_->require(command.tab, limits);
-  tabs_->arrive(command.tab, *page, limits); // the entries count from where the page is
-  const boost::json::value reply = page->call("Page.getNavigationHistory", {}, Session::AnsweredBy::browser, limits);
-  const JSONReader history(reply);
-  const auto entries = history.require<std::vector<JSONReader>>("entries");
-  const std::int64_t step = command.direction == History::back ? -1 : 1;
-  const std::int64_t place = history.require<std::int64_t>("currentIndex") + step;
-  if (place < 0 || place >= static_cast<std::int64_t>(entries.size()))
-    return; // as with the browser's own buttons
-  tabs_->leave(page, limits);
-  const auto entry = entries[static_cast<std::size_t>(place)].require<std::int64_t>("id");
-  page->call("Page.navigateToHistoryEntry", {{"entryId", entry}}, Session::AnsweredBy::browser, limits);
+  road_->perform(command, limits);
 }
 
-void BrowserLink::carryOut(const Reload& command, const CallLimits& limits) {
-  const Disturbance disturbance = begin(limits, command.tab);
-  const std::shared_ptr<Session> page = tabs_->require(command.tab, limits);
-  tabs_->arrive(command.tab, *page, limits);
-  tabs_->leave(page, limits);
-  page->call("Page.reload", {}, Session::AnsweredBy::browser, limits);
-}
-
-void BrowserLink::carryOut(const StopLoading& command, const CallLimits& limits) {
-  const Disturbance disturbance = begin(limits, command.tab);
-  tabs_->require(command.tab, limits)->call("Page.stopLoading", {}, Session::AnsweredBy::browser, limits);
-}
-
-std::int64_t BrowserLink::carryOut(const PlayKeys& command, const CallLimits& callLimits) {
+std::int64_t BrowserLink::carryOut(const PlayKeys& command, const CallLimits& limits) {
   // Keys change the browser only through the page, whose changes the browser reports.
-  const Disturbance disturbance(*seen_, Disturbance::Kind::evaluation);
-  const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
-  const std::shared_ptr<Session> page = tabs_->require(command.tab, limits);
-  return playKeys(*page, command, limits) ? 1 : 0;
+  const Disturbance disturbance(seen_, Disturbance::Kind::evaluation);
+  return road_->perform(command, limits);
 }
-
-// ---------------------------------------------------------------------------------------------------------- windows
 
 void BrowserLink::carryOut(const CloseWindow& command, const CallLimits& limits) {
   const Disturbance disturbance = begin(limits);
   try {
-    seen_->view().perform(command, limits);
+    seen_.view().perform(command, limits);
   } catch (const DriverFailure& failure) {
     // The view lists developer tools but may not close them.
-    if (failure.kind() != DriverFault::noSuchWindow || !closeDeveloperTools(*connection_, command.window, limits))
+    if (failure.kind() != DriverFault::noSuchWindow || !road_->closeDeveloperTools(command.window, limits))
       throw;
   }
-}
-
-void BrowserLink::carryOut(const SetBounds& command, const CallLimits& limits) {
-  const Disturbance disturbance = begin(limits);
-  setBounds(*connection_, command, limits);
-}
-
-void BrowserLink::carryOut(const SetShape& command, const CallLimits& limits) {
-  const Disturbance disturbance = begin(limits);
-  setShape(*connection_, command, limits);
 }
 
 void BrowserLink::carryOut(const Activate& /*command*/, const CallLimits& limits) {
@@ -265,22 +195,13 @@ void BrowserLink::carryOut(const Activate& /*command*/, const CallLimits& limits
     carryOut(RaiseWindow{seen->windows.front().id}, limits);
 }
 
-void BrowserLink::carryOut(const Quit& /*command*/, const CallLimits& callLimits) {
-  const CallLimits limits = platform::boundedBy(callLimits, connection_->bounds().call);
-  try {
-    connection_->call("Browser.close", {}, {}, limits);
-  } catch (const DevToolsFailure& failure) {
-    if (failure.kind() != DevToolsFault::lost) // it may end before it answers
-      throw;
-  }
-  switch (platform::waitForExit(browser_.process, limits)) {
-  case platform::ProcessExit::ended:
-    return;
-  case platform::ProcessExit::timedOut:
-    throw platform::failure(DriverFault::timedOut);
-  case platform::ProcessExit::stopped:
-    throw platform::failure(DriverFault::stopped);
-  }
+void BrowserLink::carryOut(const ShowControls& command, const CallLimits& limits) {
+  road_->perform(command, limits);
+}
+
+/// A browser that is frozen may still take the call, and end when it goes on, which is what was asked for.
+void BrowserLink::carryOut(const Quit& command, const CallLimits& limits) {
+  road_->perform(command, limits);
 }
 
 } // namespace tabwright::scripting

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -45,5 +46,15 @@ struct BrowserSnapshot {
   std::vector<WindowState> windows;
   std::string version; ///< the product's version, such as "156.0.8078.79"
 };
+
+/// The tab with this id, which lives as long as the snapshot; null when there is none.
+[[nodiscard]] inline const TabState* findTab(const BrowserSnapshot& snapshot, TabID id) {
+  for (const WindowState& window : snapshot.windows) {
+    const auto found = std::ranges::find(window.tabs, id, &TabState::id);
+    if (found != window.tabs.end())
+      return &*found;
+  }
+  return nullptr;
+}
 
 } // namespace tabwright::scripting

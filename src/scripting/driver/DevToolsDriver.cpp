@@ -6,9 +6,13 @@
 
 #include "platform/Logger.h"
 #include "scripting/driver/BrowserLink.h"
+#include "scripting/driver/HelperRoad.h"
+#include "scripting/driver/ProtocolRoad.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <utility>
 #include <variant>
 
@@ -62,6 +66,14 @@ std::string tabNamedBy(const BrowserCommand& command) {
 /// Closing the last tab may end the browser before it answers: then, too, the command is carried out.
 bool closesSomething(const BrowserCommand& command) {
   return std::holds_alternative<CloseTab>(command) || std::holds_alternative<CloseWindow>(command);
+}
+
+// The browser starts a relay again within a second.
+constexpr auto patienceWithRelays = 3s;
+constexpr auto relayPause = 20ms;
+
+bool isRunningStill(pid_t process) {
+  return ::kill(process, 0) == 0 || errno == EPERM;
 }
 
 /// One that can't tell now is no reason to fail: another may be meant.
@@ -186,29 +198,105 @@ std::shared_ptr<BrowserLink> DevToolsDriver::connect(const CallLimits& limits) {
   return chosen;
 }
 
-/// Null when the browser takes no connections. Throws DevToolsFailure; `unreachable` when it says that it does, but
-/// what it says is wrong.
 std::shared_ptr<BrowserLink> DevToolsDriver::tryLink(const platform::RunningBrowser& browser,
                                                      const CallLimits& limits) {
-  std::shared_ptr<BrowserLink> present = currentLink();
-  // Process numbers are given again; the time of the start tells the next one apart.
-  if (present && present->browser().process == browser.process && present->browser().startTime == browser.startTime)
-    return present;
-  const auto endpoint = parts_.discovery.endpoint(browser.profileDirectory, browser.process, browser.owner);
-  if (!endpoint) {
-    driverLog.debug("Process {} does not accept remote debugging: {}", browser.process, endpoint.error().detail);
-    switch (endpoint.error().fault) {
-    case devtools::DiscoveryFault::absent:
-    case devtools::DiscoveryFault::notListening: // a file of an earlier run
-      return nullptr;
-    case devtools::DiscoveryFault::malformed:
-    case devtools::DiscoveryFault::untrusted:
-    case devtools::DiscoveryFault::unreadable:
-    case devtools::DiscoveryFault::foreignListener:
-      throw platform::failure(DevToolsFault::unreachable, endpoint.error().detail);
+  std::shared_ptr<BrowserLink> byHelper = tryRelays(browser, limits);
+  const bool isWhole = byHelper && byHelper->road().runsScripts();
+  // What goes wrong with the port counts only where there is nothing else.
+  std::shared_ptr<BrowserLink> byPort;
+  try {
+    if (!isWhole)
+      byPort = tryPort(browser, limits);
+  } catch (const DevToolsFailure& failure) {
+    if (!byHelper)
+      throw;
+    driverLog.debug("The port of process {} is left out: {}", browser.process, failure.errorDescription());
+  }
+  // The browser starts a relay that was killed again, in a moment.
+  const CallLimits patience = limits.within(patienceWithRelays);
+  while (!byHelper && !byPort && hadRelay(browser) && !patience.hasPassed()) {
+    devtools::pause(relayPause, "the browser’s helper is coming back", limits);
+    byHelper = tryRelays(browser, limits);
+  }
+  std::shared_ptr<BrowserLink> link = byPort ? std::move(byPort) : std::move(byHelper);
+  if (link)
+    driverLog.debug("{}, process {}, is reached by its {}.", facts_.name, browser.process, link->road().name());
+  return link;
+}
+
+std::shared_ptr<BrowserLink> DevToolsDriver::tryRelays(const platform::RunningBrowser& browser,
+                                                       const CallLimits& limits) {
+  std::shared_ptr<BrowserLink> chosen;
+  for (const RelayPlace& relay : parts_.findRelays(browser)) {
+    try {
+      const std::shared_ptr<BrowserLink> link = linkTo(browser, relay.relay, [&] {
+        const auto findPort = [this, browser](const CallLimits& within) { return tryPort(browser, within); };
+        return std::make_shared<BrowserLink>(browser,
+                                             std::make_unique<HelperRoad>(browser, relay, findPort, limits),
+                                             parts_.looksAhead, limits);
+      });
+      if (!chosen || lastFocus(*link, limits) > lastFocus(*chosen, limits))
+        chosen = link;
+    } catch (const DevToolsFailure& failure) {
+      // A socket that its relay has left behind, or a helper that doesn't answer: another road may.
+      if (failure.kind() == DevToolsFault::stopped)
+        throw;
+      driverLog.debug("The relay {} is left out: {}", relay.socket.string(), failure.errorDescription());
     }
   }
-  return BrowserLink::open(browser, *endpoint, parts_.helperDirectory, parts_.looksAhead, limits);
+  return chosen;
+}
+
+/// Throws DevToolsFailure; `unreachable` when the browser says that it takes connections, but what it says is wrong.
+std::shared_ptr<BrowserLink> DevToolsDriver::tryPort(const platform::RunningBrowser& browser,
+                                                     const CallLimits& limits) {
+  const auto open = [&]() -> std::shared_ptr<BrowserLink> {
+    const auto endpoint = parts_.discovery.endpoint(browser.profileDirectory, browser.process, browser.owner);
+    if (!endpoint) {
+      driverLog.debug("Process {} does not accept remote debugging: {}", browser.process, endpoint.error().detail);
+      switch (endpoint.error().fault) {
+      case devtools::DiscoveryFault::absent:
+      case devtools::DiscoveryFault::notListening: // a file of an earlier run
+        return nullptr;
+      case devtools::DiscoveryFault::malformed:
+      case devtools::DiscoveryFault::untrusted:
+      case devtools::DiscoveryFault::unreadable:
+      case devtools::DiscoveryFault::foreignListener:
+        throw platform::failure(DevToolsFault::unreachable, endpoint.error().detail);
+      }
+    }
+    return std::make_shared<BrowserLink>(
+        browser, std::make_unique<ProtocolRoad>(browser, *endpoint, parts_.helperDirectory, limits), parts_.looksAhead,
+        limits);
+  };
+  return linkTo(browser, 0, open);
+}
+
+std::shared_ptr<BrowserLink> DevToolsDriver::linkTo(const platform::RunningBrowser& browser, pid_t relay,
+                                                    const std::function<std::shared_ptr<BrowserLink>()>& open) {
+  // Process numbers are given again; the time of the start tells the next one apart.
+  const auto isIt = [&](const KnownLink& known) {
+    return known.browser == browser.process && known.startTime == browser.startTime && known.relay == relay;
+  };
+  {
+    const platform::MutexLock lock(mutex_);
+    const auto found = std::ranges::find_if(links_, isIt);
+    if (found != links_.end() && found->link->isOpen())
+      return found->link;
+  }
+  std::shared_ptr<BrowserLink> link = open();
+  const platform::MutexLock lock(mutex_);
+  std::erase_if(links_, [&](const KnownLink& known) { return isIt(known) || !isRunningStill(known.browser); });
+  if (link)
+    links_.push_back({browser.process, browser.startTime, relay, link});
+  return link;
+}
+
+bool DevToolsDriver::hadRelay(const platform::RunningBrowser& browser) {
+  const platform::MutexLock lock(mutex_);
+  return std::ranges::any_of(links_, [&](const KnownLink& known) {
+    return known.browser == browser.process && known.startTime == browser.startTime && known.relay != 0;
+  });
 }
 
 template <class Call>

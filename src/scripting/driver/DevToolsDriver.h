@@ -8,11 +8,14 @@
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/driver/BrowserDriver.h"
 #include "scripting/driver/Lookahead.h"
+#include "scripting/driver/RelayConnection.h"
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <sys/types.h>
 #include <vector>
 
 namespace tabwright::scripting {
@@ -26,22 +29,26 @@ struct DevToolsDriverParts {
   std::function<std::vector<platform::RunningBrowser>()> findRunning;
   /// Finds the debugging port of a profile, and refuses one that somebody else listens at.
   devtools::Discovery discovery{};
+  /// Finds the relays of a browser, whose helper is preferred to a debugging port.
+  std::function<std::vector<RelayPlace>(const platform::RunningBrowser&)> findRelays = scripting::findRelays;
   /// After this long the next run looks for browsers again; and a pause between calls without a run this long ends what
   /// belongs together.
   std::chrono::nanoseconds pauseBetweenRuns = std::chrono::seconds(1);
   LooksAhead looksAhead = LooksAhead::yes; ///< see BrowserLink; without it only calls make traffic
 };
 
-/// A browser of the Chromium family, reached over the DevTools protocol.
+/// A browser of the Chromium family, reached by the helper that is installed in it, or over the DevTools protocol.
 ///
 ///     const platform::BrowserFacts& facts = *platform::findBrowser("chromium");
 ///     DevToolsDriver driver(facts, {helperDirectory, [&] { return platform::RunningBrowsers().find(facts); }});
 ///
 /// Connects on the first call, and again on the first call after its browser has ended. Among several running browsers
-/// of one kind it takes the first found that accepts remote debugging. All calls of a run, which share their notices,
-/// go to one browser. Which one is meant is asked again by the next run where several were found, and a while after. If
+/// of one kind it takes the first found that has an installed helper or accepts remote debugging. A browser with both
+/// is reached by its helper, and by the port for what the helper can't do; a helper that may run no scripts leaves all
+/// to the port. Of several profiles with helpers in one browser the one last focused counts. All calls of a run, which
+/// share their notices, go to one browser. Which one is meant is asked again by the next run where several were found, and a while after. If
 /// that one and others have windows whose order nobody outside knows, they are all asked for their last focus, and the
-/// latest counts. The helper is loaded into each browser on the way. A call without a deadline of its own ends after 30
+/// latest counts. A browser with a port alone is given the helper on the way. A call without a deadline of its own ends after 30
 /// seconds.
 ///
 /// Safe to use from any thread. Calls that connect take turns; all others run side by side.
@@ -76,8 +83,17 @@ private:
   std::shared_ptr<BrowserLink> chooseLink(const CallLimits& limits);
   /// Looks for all running browsers and takes the one that is meant.
   std::shared_ptr<BrowserLink> connect(const CallLimits& limits);
-  /// A link to this browser, the present one where it is that; null when it takes no connections.
+  /// A link to this browser; null when it can't be reached by any road.
   std::shared_ptr<BrowserLink> tryLink(const platform::RunningBrowser& browser, const CallLimits& limits);
+  /// The link by the helper in the profile that was focused last; null when none is there.
+  std::shared_ptr<BrowserLink> tryRelays(const platform::RunningBrowser& browser, const CallLimits& limits);
+  /// The link by the debugging port; null when the browser takes no connections.
+  std::shared_ptr<BrowserLink> tryPort(const platform::RunningBrowser& browser, const CallLimits& limits);
+  /// The open link to this browser through that relay (0: by its port); made by `open` where there is none.
+  std::shared_ptr<BrowserLink> linkTo(const platform::RunningBrowser& browser, pid_t relay,
+                                      const std::function<std::shared_ptr<BrowserLink>()>& open);
+  /// True when the browser has been reached by its helper before.
+  bool hadRelay(const platform::RunningBrowser& browser);
   /// Calls `call` with the link; DevToolsFailure and JSONMismatch come out as DriverFailure. `subject` is the tab's id,
   /// or empty.
   template <class Call>
@@ -88,6 +104,14 @@ private:
   devtools::Turn connecting_;
   platform::Mutex mutex_;
   std::shared_ptr<BrowserLink> link_ GUARDED_BY(mutex_);
+  /// All links that are open, and those through relays for as long as their browser may come back to them.
+  struct KnownLink {
+    pid_t browser;
+    std::uint64_t startTime;
+    pid_t relay; // 0 for the port
+    std::shared_ptr<BrowserLink> link;
+  };
+  std::vector<KnownLink> links_ GUARDED_BY(mutex_);
   std::chrono::steady_clock::time_point called_ GUARDED_BY(mutex_); // the last call's begin
   std::chrono::steady_clock::time_point chosen_ GUARDED_BY(mutex_); // when browsers were last looked for
   bool foundSeveral_ GUARDED_BY(mutex_) = false;

@@ -14,7 +14,7 @@ using platform::FailureClass;
 
 // Sentences are formats of fmt. `name` is the browser's, where the detail is one; `because` the detail behind a colon,
 // where there is any; `command` starts a browser that can be driven.
-constexpr platform::FailureTable<DriverFault, 14> table{
+constexpr platform::FailureTable<DriverFault, 15> table{
     "DriverFault",
     {
         {notRunning, "notRunning",
@@ -24,6 +24,10 @@ constexpr platform::FailureTable<DriverFault, 14> table{
         {notAccepting, "notAccepting",
          "{name} doesn’t allow JavaScript from Apple Events: remote debugging is off in it. Switch it on at "
          "chrome://inspect/#remote-debugging, or start a browser that allows it with {command}.",
+         FailureClass::unreachable},
+        {scriptsNotAllowed, "scriptsNotAllowed",
+         "The browser doesn’t allow JavaScript from Apple Events: “Allow User Scripts” is off in it. Switch it on at "
+         "{detail}.",
          FailureClass::unreachable},
         {DriverFault::unreachable, "unreachable",
          "The browser can’t be reached at its debugging port: {detail}. End it and start it again, or start another "

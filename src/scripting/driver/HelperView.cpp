@@ -12,11 +12,11 @@
 namespace tabwright::scripting {
 
 using platform::JSONReader;
-using Repeat = HelperWorker::Repeat;
+using Repeat = HelperCalls::Repeat;
 
 namespace {
 
-constexpr const char* helper = "helper"; // where a mismatch is said to be
+constexpr const char* answerer = "helper"; // where a mismatch is said to be
 
 struct HelperCall {
   std::string_view function;
@@ -172,8 +172,8 @@ std::optional<ViewedBrowser> withNews(const ViewedBrowser& before, const JSONRea
   return viewed;
 }
 
-HelperView::HelperView(std::unique_ptr<HelperWorker> worker, std::string version)
-    : worker_(std::move(worker)), version_(std::move(version)) {}
+HelperView::HelperView(std::shared_ptr<HelperCalls> helper, std::string version)
+    : helper_(std::move(helper)), version_(std::move(version)) {}
 
 ViewedBrowser HelperView::look(const Extent& extent, const CallLimits& limits) {
   // A copy: other threads look too, and the one that is done first may replace it.
@@ -186,16 +186,16 @@ ViewedBrowser HelperView::look(const Extent& extent, const CallLimits& limits) {
     const boost::json::object since{{"instance", seen->instance},
                                     {"changes", seen->changes},
                                     {"tabs", boost::json::array(extent.tabs.begin(), extent.tabs.end())}};
-    const boost::json::value news = worker_->perform("snapshot", {{"since", since}}, Repeat::allowed, limits);
-    const JSONReader answer(news, helper);
+    const boost::json::value news = helper_->perform("snapshot", {{"since", since}}, Repeat::allowed, limits);
+    const JSONReader answer(news, answerer);
     // The helper's run or a window is another by now, or so much has changed that the whole is cheaper.
     if (answer.object().contains("windows"))
       return keep(answer, readHelperSnapshot(answer, version_));
     if (std::optional<ViewedBrowser> viewed = withNews(seen->viewed, answer))
       return keep(answer, std::move(*viewed));
   }
-  const boost::json::value whole = worker_->perform("snapshot", {}, Repeat::allowed, limits);
-  const JSONReader answer(whole, helper);
+  const boost::json::value whole = helper_->perform("snapshot", {}, Repeat::allowed, limits);
+  const JSONReader answer(whole, answerer);
   return keep(answer, readHelperSnapshot(answer, version_));
 }
 
@@ -210,8 +210,8 @@ ViewedBrowser HelperView::keep(const JSONReader& answer, ViewedBrowser viewed) {
 
 std::int64_t HelperView::perform(const ViewCommand& command, const CallLimits& limits) {
   const HelperCall call = std::visit([](const auto& each) { return callOf(each); }, command);
-  const boost::json::value number = worker_->perform(call.function, call.parameters, call.repeat, limits);
-  return number.is_null() ? 0 : JSONReader(number, helper).read<std::int64_t>();
+  const boost::json::value number = helper_->perform(call.function, call.parameters, call.repeat, limits);
+  return number.is_null() ? 0 : JSONReader(number, answerer).read<std::int64_t>();
 }
 
 } // namespace tabwright::scripting

@@ -3,7 +3,7 @@
 #include "platform/JSONReader.h"
 #include "platform/Mutex.h"
 #include "scripting/driver/BrowserView.h"
-#include "scripting/driver/HelperWorker.h"
+#include "scripting/driver/HelperCalls.h"
 
 #include <cstdint>
 #include <memory>
@@ -22,12 +22,12 @@ namespace tabwright::scripting {
 [[nodiscard]] std::optional<ViewedBrowser> withNews(const ViewedBrowser& before, const platform::JSONReader& answer);
 
 /// The browser as its helper sees it, in the true order of windows and tabs. A look costs one round trip, two when its
-/// news don't fit. Commands that may be done twice are repeated when the helper's worker ends in the middle. Throws
+/// news don't fit. Throws
 /// JSONMismatch too, for an answer in another shape.
 class HelperView final : public BrowserView {
 public:
   /// `version` is the browser's, which the helper doesn't know.
-  HelperView(std::unique_ptr<HelperWorker> worker, std::string version);
+  HelperView(std::shared_ptr<HelperCalls> helper, std::string version);
 
   ViewedBrowser look(const Extent& extent, const CallLimits& limits) override;
   /// The helper reports each change, of developer tools too.
@@ -45,7 +45,7 @@ private:
   /// Keeps the look for the news of the next one, and yields it.
   ViewedBrowser keep(const platform::JSONReader& answer, ViewedBrowser viewed);
 
-  std::unique_ptr<HelperWorker> worker_;
+  const std::shared_ptr<HelperCalls> helper_;
   const std::string version_;
   platform::Mutex mutex_;
   std::optional<Seen> seen_ GUARDED_BY(mutex_);

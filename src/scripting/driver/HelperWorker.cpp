@@ -137,20 +137,7 @@ boost::json::value HelperWorker::perform(std::string_view command, const boost::
   if (evaluation.exception)
     throw platform::failure(DriverFault::refused, *evaluation.exception);
 
-  const JSONReader answer(evaluation.value, "helper");
-  const auto fault = answer.find<std::string>("fault");
-  if (!fault && answer.object().contains("value"))
-    return std::move(evaluation.value.at("value"));
-  // The helper says which kind is missing; the id is the one that it was called with.
-  const auto subject = [&](std::string_view key) {
-    const boost::json::value* id = parameters.if_contains(key);
-    return id != nullptr ? boost::json::serialize(*id) : std::string();
-  };
-  if (fault == "noSuchTab")
-    throw platform::failure(DriverFault::noSuchTab, subject("tab"));
-  if (fault == "noSuchWindow")
-    throw platform::failure(DriverFault::noSuchWindow, subject("window"));
-  throw platform::failure(DriverFault::refused, answer.require<std::string>("detail"));
+  return valueOfHelper(std::move(evaluation.value), parameters);
 }
 
 std::shared_ptr<Session> HelperWorker::requireSession(const platform::CallLimits& callLimits) {

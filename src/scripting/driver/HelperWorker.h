@@ -3,6 +3,7 @@
 #include "devtools/Session.h"
 #include "devtools/Waiting.h"
 #include "platform/Mutex.h"
+#include "scripting/driver/HelperCalls.h"
 
 #include <boost/json/object.hpp>
 #include <boost/json/value.hpp>
@@ -20,7 +21,7 @@ struct HelperPlace {
   std::filesystem::path profileDirectory; ///< of the browser; locked while the helper is being loaded into it
 };
 
-/// The helper inside one connected browser: its worker, found, woken, or loaded if need be.
+/// The helper inside one browser that is connected by the protocol: its worker, found, woken, or loaded if need be.
 ///
 /// The browser stops the worker when nobody has used it for half a minute, loses it when it is updated, and has none at
 /// first. Several processes may see that at once: a lock on the profile lets one of them load the helper, and the
@@ -31,7 +32,7 @@ struct HelperPlace {
 ///     worker.perform("activateTab", {{"tab", 7}}, HelperWorker::Repeat::allowed, limits);
 ///
 /// Safe to use from any thread. Commands run side by side; making the helper ready is done by one at a time.
-class HelperWorker {
+class HelperWorker final : public HelperCalls {
 public:
   /// `onChange` is called on the connection's thread whenever the browser's windows or tabs have changed, and on the
   /// caller's when another worker is taken: what was seen before is of unknown age then. It must not block. Throws
@@ -41,14 +42,8 @@ public:
   /// Makes the helper ready. Throws DevToolsFailure; `refused` when the browser takes no helper.
   void prepare(const platform::CallLimits& limits);
 
-  enum class Repeat {
-    allowed, ///< doing it twice is the same as doing it once
-    never,   ///< when the worker ends in the middle, whether it was done is unknown: the call fails
-  };
-  /// Carries out one of the helper's commands and yields its value. Throws DriverFailure for what the helper refuses,
-  /// and DevToolsFailure.
   boost::json::value perform(std::string_view command, const boost::json::object& parameters, Repeat repeat,
-                             const platform::CallLimits& limits);
+                             const platform::CallLimits& limits) override;
 
 private:
   /// The session of a worker that is ready. Callers take turns at making one.

@@ -4,6 +4,8 @@
 // and again.
 #include "scripting/driver/PageVisits.h"
 
+#include <fmt/core.h>
+
 #include <algorithm>
 #include <chrono>
 #include <utility>
@@ -65,14 +67,19 @@ platform::CallLimits PageVisits::patienceWith(TabID tab, const platform::CallLim
   return limits.within(patience);
 }
 
-bool PageVisits::giveUp(TabID tab, const std::stop_token& run) {
-  const platform::MutexLock lock(mutex_);
-  if (isGivenUp(tab, run))
-    return false;
-  givenUp_.push_back({tab, run});
-  if (givenUp_.size() > mostGivenUp)
-    givenUp_.pop_front();
-  return true;
+void PageVisits::giveUp(TabID tab, const platform::CallLimits& limits) {
+  {
+    const platform::MutexLock lock(mutex_);
+    if (isGivenUp(tab, limits.stop))
+      return;
+    givenUp_.push_back({tab, limits.stop});
+    if (givenUp_.size() > mostGivenUp)
+      givenUp_.pop_front();
+  }
+  platform::giveNotice(
+      limits, {{"Page", "notCome", {}},
+               fmt::format("The page that the tab is going to has not come in {} seconds: its server does not answer.",
+                           longestPatience.count())});
 }
 
 bool PageVisits::settleOthers(const platform::CallLimits& limits) {

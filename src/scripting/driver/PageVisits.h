@@ -34,8 +34,8 @@ public:
   /// Limits for waiting until a tab's page has come: the given ones, but no longer than `longestPatience`, and for a
   /// run that has given it up already hardly at all.
   [[nodiscard]] platform::CallLimits patienceWith(TabID tab, const platform::CallLimits& limits);
-  /// The run has waited for the tab's page in vain. False when it had before.
-  bool giveUp(TabID tab, const std::stop_token& run);
+  /// The run has waited for the tab's page in vain, of which its user gets notice once.
+  void giveUp(TabID tab, const platform::CallLimits& limits);
   static constexpr std::chrono::seconds longestPatience{10};
 
   /// Before the browser is looked at: the same for all pages that other runs have visited. One that has not arrived

@@ -11,7 +11,8 @@ namespace tabwright::scripting {
 
 using namespace std::chrono_literals;
 
-SeenBrowser::SeenBrowser(PageSessions& pages, LooksAhead looksAhead, const MakeView& makeView) : pages_(pages) {
+SeenBrowser::SeenBrowser(Destinations destinations, LooksAhead looksAhead, const MakeView& makeView)
+    : destinations_(std::move(destinations)) {
   std::function<void()> onChange = [changes = changes_] { changes->add(); };
   if (looksAhead == LooksAhead::yes) {
     lookahead_ = std::make_unique<Lookahead>([this](const std::stop_token& stop) { lookAhead(stop); });
@@ -101,7 +102,7 @@ ViewedBrowser SeenBrowser::look(BrowserView::Extent extent, const CallLimits& li
 /// A page that could not be loaded is no longer on its way for the browser, and not yet there, while the error page is
 /// being made. Its own events say where it is going.
 void SeenBrowser::addDestinations(ViewedBrowser& viewed) {
-  const std::unordered_map<std::string, std::string> destinations = pages_.destinations();
+  const std::unordered_map<std::string, std::string> destinations = destinations_();
   if (destinations.empty())
     return;
   auto snapshot = std::make_shared<BrowserSnapshot>(*viewed.snapshot);
@@ -135,6 +136,23 @@ void SeenBrowser::awaitFirstPage(TabID tab, const CallLimits& limits) {
     look({.tabs = {tab}}, limits);
     if (isOpening())
       changes_->awaitOther(before, "the tab’s first page", limits);
+  }
+}
+
+void SeenBrowser::awaitTab(TabID tab, const CallLimits& limits, const std::function<bool(const TabState&)>& isSettled) {
+  try {
+    for (;;) {
+      // Before the look: a change that comes during it ends the wait below at once.
+      const std::uint64_t before = changes_->load();
+      const std::shared_ptr<const BrowserSnapshot> seen = upToDate(limits);
+      const TabState* state = findTab(*seen, tab);
+      if (!state || isSettled(*state))
+        return;
+      changes_->awaitOther(before, "the tab", limits);
+    }
+  } catch (const devtools::DevToolsFailure& failure) {
+    if (failure.kind() != devtools::DevToolsFault::timedOut)
+      throw;
   }
 }
 

@@ -5,7 +5,6 @@
 #include "scripting/driver/BrowserView.h"
 #include "scripting/driver/ChangeCount.h"
 #include "scripting/driver/Lookahead.h"
-#include "scripting/driver/PageSessions.h"
 
 #include <atomic>
 #include <cstdint>
@@ -14,6 +13,7 @@
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace tabwright::scripting {
@@ -32,8 +32,9 @@ class SeenBrowser {
 public:
   /// Makes the view. It calls what it is handed, from any thread, whenever the browser reports a change.
   using MakeView = std::function<std::unique_ptr<BrowserView>(std::function<void()> onChange)>;
-  /// `pages` outlives this.
-  SeenBrowser(PageSessions& pages, LooksAhead looksAhead, const MakeView& makeView);
+  /// Yields the addresses to which pages are on their way that the browser itself no longer tells, by target.
+  using Destinations = std::function<std::unordered_map<std::string, std::string>()>;
+  SeenBrowser(Destinations destinations, LooksAhead looksAhead, const MakeView& makeView);
 
   /// The windows and tabs as they are. Costs no round trip while the last look holds.
   ///
@@ -48,6 +49,10 @@ public:
   /// Waits until a tab that was just made shows the page it was made for, not the empty document it begins with.
   /// Returns at once for any other tab. Throws DevToolsFailure `timedOut` where that page doesn't come.
   void awaitFirstPage(TabID tab, const CallLimits& limits);
+
+  /// Looks until `isSettled` holds for the tab, or it is gone, or the limits have passed, which is no failure. Throws
+  /// `stopped` for a stop.
+  void awaitTab(TabID tab, const CallLimits& limits, const std::function<bool(const TabState&)>& isSettled);
 
   /// Something has changed that the browser may not have reported to the view yet.
   void noteChange() { changes_->add(); }
@@ -96,7 +101,7 @@ private:
   /// Nothing but the run's own page job has come between since the last look.
   [[nodiscard]] bool isHeldFor(const std::stop_token& run) const REQUIRES(mutex_);
 
-  PageSessions& pages_;
+  const Destinations destinations_;
   const std::shared_ptr<ChangeCount> changes_ = std::make_shared<ChangeCount>();
   std::atomic<std::uint64_t> disturbances_ = 0;
   std::unique_ptr<BrowserView> view_;

@@ -106,12 +106,7 @@ bool TabPages::comes(TabID tab, const CallLimits& limits, const std::function<vo
   }
   if (!isOnItsWay())
     return true;
-  if (visits_.giveUp(tab, limits.stop))
-    platform::giveNotice(
-        limits, {{"Page", "notCome", {}},
-                 fmt::format("The page that the tab is going to has not come in {} seconds: its server "
-                             "does not answer.",
-                             std::chrono::duration_cast<std::chrono::seconds>(PageVisits::longestPatience).count())});
+  visits_.giveUp(tab, limits);
   return false;
 }
 

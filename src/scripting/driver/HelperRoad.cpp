@@ -1,0 +1,239 @@
+// The helper waits for a page that is on its way before it evaluates in it, since only it hears of that at once; how
+// long, and what is made of a page that doesn't come, is decided here. After that nothing more of the page is asked for:
+// the browser tells of a navigation that the code has begun before it answers.
+#include "scripting/driver/HelperRoad.h"
+
+#include "devtools/DevToolsFault.h"
+#include "platform/JSONReader.h"
+#include "platform/Logger.h"
+#include "platform/linux/ProcessExit.h"
+#include "scripting/driver/BrowserLink.h"
+#include "scripting/driver/HelperView.h"
+#include "scripting/driver/SeenBrowser.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <csignal>
+#include <utility>
+
+namespace tabwright::scripting {
+
+using devtools::DevToolsFailure;
+using devtools::DevToolsFault;
+using platform::JSONReader;
+using Repeat = HelperCalls::Repeat;
+using namespace std::chrono_literals;
+
+namespace {
+
+const platform::Logger roadLog("HelperRoad");
+
+// For all pages together that one look waits for.
+constexpr auto patienceOfLooks = 3s;
+// A document that takes longer to parse counts as there.
+constexpr auto patienceWithParsing = 1s;
+// A browser without windows ends by itself, but for one that has no display.
+constexpr auto patienceWithEnd = 2s;
+
+/// "156.0.8078.108" of "Chromium 156.0.8078.108".
+std::string versionOf(const std::string& browser) {
+  return browser.substr(browser.rfind(' ') + 1);
+}
+
+std::int64_t millisecondsOf(std::chrono::steady_clock::duration duration) {
+  return std::max<std::int64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(duration).count(), 0);
+}
+
+} // namespace
+
+/// What is called for each change, from the moment that there is a view.
+struct HelperRoad::Listener {
+  platform::Mutex mutex;
+  std::function<void()> onChange GUARDED_BY(mutex);
+
+  void call() {
+    const platform::MutexLock lock(mutex);
+    if (onChange)
+      onChange();
+  }
+};
+
+HelperDescription describeHelper(HelperCalls& helper, const CallLimits& limits) {
+  const boost::json::value answer = helper.perform("describe", {}, Repeat::allowed, limits);
+  const JSONReader fields(answer, "helper");
+  return {.helperVersion = fields.require<std::string>("helper"),
+          .browserVersion = versionOf(fields.require<std::string>("browser")),
+          .mayRunScripts = fields.require<bool>("userScripts"),
+          .seesPrivateWindows = fields.require<bool>("incognito"),
+          .readsFiles = fields.require<bool>("files"),
+          .profile = fields.require<std::string>("profile")};
+}
+
+HelperRoad::HelperRoad(const platform::RunningBrowser& browser, const RelayPlace& relay, FindPort findPort,
+                       const CallLimits& limits)
+    : browser_(browser), findPort_(std::move(findPort)), listener_(std::make_shared<Listener>()),
+      helper_(RelayConnection::open(relay, browser, [listener = listener_] { listener->call(); }, limits)),
+      description_(describeHelper(*helper_, limits)) {}
+
+HelperRoad::~HelperRoad() = default;
+
+devtools::Traffic HelperRoad::traffic() const {
+  return {.sent = helper_->sent(), .received = helper_->received()};
+}
+
+std::unique_ptr<BrowserView> HelperRoad::makeView(std::function<void()> onChange, const CallLimits& /*limits*/) {
+  {
+    const platform::MutexLock lock(listener_->mutex);
+    listener_->onChange = std::move(onChange);
+  }
+  return std::make_unique<HelperView>(helper_, description_.browserVersion);
+}
+
+// -------------------------------------------------------------------------------------------------------------- pages
+
+void HelperRoad::noteVisit(TabID tab, const CallLimits& limits) {
+  const platform::MutexLock lock(mutex_);
+  std::erase_if(visited_, [&](const Visit& visit) { return visit.tab == tab; });
+  visited_.push_back({tab, limits.stop});
+}
+
+bool HelperRoad::settleOthers(const CallLimits& limits) {
+  std::vector<Visit> others;
+  {
+    const platform::MutexLock lock(mutex_);
+    // Taken out before the waits, so that each is waited for once, whoever looks next.
+    std::vector<Visit> own;
+    for (Visit& visit : visited_)
+      (limits.stop.stop_possible() && visit.run == limits.stop ? own : others).push_back(std::move(visit));
+    visited_ = std::move(own);
+  }
+  const CallLimits arrival = limits.within(patienceOfLooks);
+  const CallLimits parsing = limits.within(patienceWithParsing);
+  for (const Visit& visit : others) {
+    seen_->awaitTab(visit.tab, arrival, [](const TabState& tab) { return !tab.isArriving; });
+    seen_->awaitTab(visit.tab, parsing, [](const TabState& tab) { return !tab.isLoading; });
+  }
+  return false; // the waits have looked
+}
+
+std::optional<devtools::Evaluation> HelperRoad::evaluate(TabID tab, const std::string& code, const CallLimits& limits,
+                                                         std::optional<std::chrono::seconds> longest) {
+  const auto patience = visits_.patienceWith(tab, limits).deadline - limits.now();
+  noteVisit(tab, limits);
+  boost::json::object parameters{{"tab", tab}, {"code", code}, {"patience", millisecondsOf(patience)}};
+  const CallLimits bounded = longest ? limits.within(patience + *longest) : limits;
+  boost::json::value answer = helper_->perform("evaluate", parameters, Repeat::never, bounded);
+  const JSONReader outcome(answer, "helper");
+  if (outcome.find<bool>("late").value_or(false)) {
+    visits_.giveUp(tab, limits);
+    return std::nullopt;
+  }
+  if (const auto reason = outcome.find<std::string>("kept")) {
+    if (const std::shared_ptr<BrowserLink> port = findPort_(limits))
+      return port->evaluateInPage(tab, code, limits, longest);
+    if (longest) // a page job would say only that it found nothing
+      platform::giveNotice(limits, {{"Page", "kept", {}},
+                                    fmt::format("The browser keeps this page to itself, so it counts as empty: {} Its "
+                                                "debugging port reaches all pages.",
+                                                *reason)});
+    return devtools::Evaluation{
+        .value = helper_->perform("evaluateInEmptyDocument", parameters, Repeat::never, bounded), .exception = {}};
+  }
+  const boost::json::value* value = outcome.object().if_contains("value");
+  return devtools::Evaluation{.value = value != nullptr ? *value : boost::json::value(), .exception = {}};
+}
+
+// ----------------------------------------------------------------------------------------------------------- commands
+
+std::int64_t HelperRoad::perform(const RoadCommand& command, const CallLimits& limits) {
+  return dispatch(command, [&](const auto& each) { return carryOut(each, limits); });
+}
+
+void HelperRoad::carryOut(const Navigate& command, const CallLimits& limits) {
+  helper_->perform("navigate", {{"tab", command.tab}, {"url", command.url}}, Repeat::never, limits);
+  noteVisit(command.tab, limits);
+}
+
+void HelperRoad::carryOut(const GoInHistory& command, const CallLimits& limits) {
+  const auto patience = visits_.patienceWith(command.tab, limits).deadline - limits.now();
+  helper_->perform("goInHistory",
+                   {{"tab", command.tab},
+                    {"step", command.direction == History::back ? -1 : 1},
+                    {"patience", millisecondsOf(patience)}},
+                   Repeat::never, limits);
+  noteVisit(command.tab, limits);
+}
+
+void HelperRoad::carryOut(const Reload& command, const CallLimits& limits) {
+  const auto patience = visits_.patienceWith(command.tab, limits).deadline - limits.now();
+  helper_->perform("reload", {{"tab", command.tab}, {"patience", millisecondsOf(patience)}}, Repeat::never, limits);
+  noteVisit(command.tab, limits);
+}
+
+void HelperRoad::carryOut(const StopLoading& command, const CallLimits& limits) {
+  helper_->perform("stopLoading", {{"tab", command.tab}}, Repeat::allowed, limits);
+}
+
+/// A page in a window gets its keys from the display.
+std::int64_t HelperRoad::carryOut(const PlayKeys& command, const CallLimits& limits) {
+  if (!browser_.isHeadless)
+    return 0;
+  return requirePort("keys reach a browser without windows only by its debugging port", limits)
+      ->perform(command, limits);
+}
+
+void HelperRoad::carryOut(const SetBounds& command, const CallLimits& limits) {
+  const WindowBounds& bounds = command.bounds;
+  helper_->perform("setBounds",
+                   {{"window", command.window},
+                    {"bounds", boost::json::array{bounds.left, bounds.top, bounds.width, bounds.height}}},
+                   Repeat::allowed, limits);
+}
+
+void HelperRoad::carryOut(const SetShape& command, const CallLimits& limits) {
+  // Names of chrome.windows.WindowState.
+  const char* state = command.shape == WindowShape::minimized    ? "minimized"
+                      : command.shape == WindowShape::fullScreen ? "fullscreen"
+                                                                 : "normal";
+  helper_->perform("setShape", {{"window", command.window}, {"state", state}}, Repeat::allowed, limits);
+}
+
+void HelperRoad::carryOut(const ShowControls& command, const CallLimits& limits) {
+  requirePort("its own controls are shown only by its debugging port", limits)->perform(command, limits);
+}
+
+/// Windows are closed as the user would, so pages may ask before they go. Where all are gone and the process isn't, it
+/// is told to end by the signal by which a session's end tells it.
+void HelperRoad::carryOut(const Quit& /*command*/, const CallLimits& callLimits) {
+  const CallLimits limits = platform::boundedBy(callLimits, 30s);
+  bool isEmpty = true;
+  try {
+    isEmpty = helper_->perform("closeAllWindows", {}, Repeat::never, limits) == boost::json::value(true);
+  } catch (const DevToolsFailure& failure) {
+    if (failure.kind() != DevToolsFault::lost) // it may end before it answers
+      throw;
+  }
+  platform::ProcessExit exit = platform::waitForExit(browser_.process, isEmpty ? limits.within(patienceWithEnd) : limits);
+  if (exit == platform::ProcessExit::timedOut && isEmpty && !limits.hasPassed()) {
+    roadLog.debug("Process {} goes on without windows and is told to end.", browser_.process);
+    ::kill(browser_.process, SIGTERM);
+    exit = platform::waitForExit(browser_.process, limits);
+  }
+  switch (exit) {
+  case platform::ProcessExit::ended:
+    return;
+  case platform::ProcessExit::timedOut:
+    throw platform::failure(DriverFault::timedOut);
+  case platform::ProcessExit::stopped:
+    throw platform::failure(DriverFault::stopped);
+  }
+}
+
+std::shared_ptr<BrowserLink> HelperRoad::requirePort(const char* without, const CallLimits& limits) {
+  if (std::shared_ptr<BrowserLink> port = findPort_(limits))
+    return port;
+  throw platform::failure(DriverFault::refused, without);
+}
+
+} // namespace tabwright::scripting
