@@ -3,7 +3,7 @@
 // know nothing of their callers.
 //
 // Answers are {value} or {fault, detail}; `perform` never throws. Faults: "noSuchTab", "noSuchWindow", "refused",
-// "scriptsNotAllowed".
+// "scriptsNotAllowed", "tabClosed", "tabCrashed".
 //
 // Changes: the counter in each snapshot grows with every change that the browser reports, and `changed` tells listeners.
 // A caller that has evaluated code here may leave a function named `tabwrightChanged` in the global object (a binding of
@@ -314,9 +314,11 @@ async function run(tab, code) {
   } catch (error) {
     const detail = error?.message ?? String(error);
     if (/Cannot access|cannot be scripted|error page/i.test(detail)) return { kept: `${detail.replace(/\.?$/, ".")}` };
-    // The page went to another address meanwhile.
-    if (/was removed|No frame with id|document was/i.test(detail)) return { value: null };
-    throw error;
+    if (!/was removed|No frame with id|was closed/i.test(detail)) throw error;
+    const now = await chrome.tabs.get(tab.id).catch(() => undefined);
+    if (!now) throw new Fault("tabClosed", "");
+    if (now.status === "unloaded") throw new Fault("tabCrashed", "");
+    return { value: null }; // the page went to another address meanwhile
   }
 }
 

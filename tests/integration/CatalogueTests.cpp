@@ -131,7 +131,7 @@ TEST_P(Catalogue, AnOpenDialogAndACrashedTabAreToldAtOnce) {
   }
   driver().perform(CloseTab{asking}, limits());
 
-  const TabID frail = open("data:text/html,<title>frail</title>");
+  const TabID frail = open(page("<title>frail</title>"));
   evaluate(frail, "1");
   driver().perform(Navigate{frail, "chrome://crash"}, limits());
   EXPECT_THAT(failureText([&] { return run("ClickElement", {{"cssSelector", "b"}}); }), HasSubstr("crash"));

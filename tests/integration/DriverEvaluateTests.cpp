@@ -5,7 +5,7 @@
 namespace tabwright::scripting {
 
 TEST_F(DriverTest, ValuesComeAsJson) {
-  const TabID tab = open("data:text/html;charset=utf-8,<title>Värde</title>");
+  const TabID tab = open(page("<title>Värde</title>"));
   struct Case {
     const char* javascript;
     const char* json;
@@ -43,7 +43,7 @@ TEST_F(DriverTest, ValuesComeAsJson) {
 }
 
 TEST_F(DriverTest, LongTextsComeWholeAndDeepValuesDoNotBreakTheConnection) {
-  const TabID tab = open("data:text/html,x");
+  const TabID tab = open(page("x"));
   const boost::json::value text = evaluate(tab, "'\\u{1F600}abc'.repeat(1000000)");
   ASSERT_TRUE(text.is_string());
   EXPECT_EQ(text.get_string().size(), 7U * 1000000U);

@@ -20,7 +20,7 @@ using Debugging = support::ChromiumProcess::Debugging;
 // to fail "at once" would otherwise give timedOut.
 
 TEST_F(DriverTest, ADialogFailsTheCallThatOpensItAndThoseAfterUntilItIsClosed) {
-  const TabID tab = open("data:text/html,<title>asks</title>");
+  const TabID tab = open(page("<title>asks</title>"));
   const auto beside = devtools::Session::attach(connect(), pageTitled("asks"), devtools::Session::Kind::page, limits());
   beside->evaluate("1", limits());
   try {
@@ -46,7 +46,7 @@ TEST_F(DriverTest, ADialogFailsTheCallThatOpensItAndThoseAfterUntilItIsClosed) {
 }
 
 TEST_F(DriverTest, ADialogFromBeforeEndsAtTheDeadline) {
-  const TabID tab = open("data:text/html,x");
+  const TabID tab = open(page("x"));
   EXPECT_EQ(faultOf([&] { evaluate(tab, "confirm('?')"); }), DriverFault::dialogOpen);
   const std::unique_ptr<DevToolsDriver> other = makeDriver(chromium());
   other->snapshot(limits());
@@ -55,7 +55,7 @@ TEST_F(DriverTest, ADialogFromBeforeEndsAtTheDeadline) {
 }
 
 TEST_F(DriverTest, ACrashFailsAtOnceAndReloadingHeals) {
-  const TabID tab = open("data:text/html,<title>frail</title>");
+  const TabID tab = open(page("<title>frail</title>"));
   auto waiting =
       std::async(std::launch::async, [&] { return faultOf([&] { evaluate(tab, "new Promise(() => {})"); }); });
   evaluate(tab, "1");
@@ -69,7 +69,7 @@ TEST_F(DriverTest, ACrashFailsAtOnceAndReloadingHeals) {
 }
 
 TEST_F(DriverTest, APageThatIsBusyForEverIsWaitedForABoundedTime) {
-  const TabID tab = open("data:text/html,<title>idle</title>");
+  const TabID tab = open(page("<title>idle</title>"));
   const auto time = std::make_shared<testsupport::SteppedDeadlines>();
   const auto begin = [&](const std::string& javascript) {
     return std::async(std::launch::async, [&, javascript] {
@@ -109,7 +109,7 @@ TEST_F(DriverTest, APageWhoseServerIsSilentTakesCommands) {
 }
 
 TEST_F(DriverTest, ClosingATabFailsItsCallsAtOnce) {
-  const TabID tab = open("data:text/html,x");
+  const TabID tab = open(page("x"));
   auto waiting =
       std::async(std::launch::async, [&] { return faultOf([&] { evaluate(tab, "new Promise(() => {})"); }); });
   evaluate(tab, "1");

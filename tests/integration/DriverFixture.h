@@ -27,6 +27,11 @@ inline std::unique_ptr<DevToolsDriver> makeDriver(const support::ChromiumProcess
       chromiumFacts(), DevToolsDriverParts{support::helperDirectory(), [&chromium] { return chromium.find(); }});
 }
 
+/// True for tests that go by the helper's road, where nothing is reached by the protocol.
+inline bool isHelperRoad() {
+  return support::ChromiumProcess::road() == support::ChromiumProcess::Road::helper;
+}
+
 /// The fault of a call that fails; a failed expectation where it doesn't.
 inline DriverFault faultOf(const std::function<void()>& call) {
   try {
@@ -78,6 +83,15 @@ protected:
 
   std::shared_ptr<const BrowserSnapshot> snapshot() { return driver().snapshot(limits()); }
   WindowID frontWindow() { return snapshot()->windows.at(0).id; }
+
+  /// The address of a page with this content. Served, since no helper gets into addresses that hold their content.
+  static std::string page(const std::string& html) {
+    static support::PageServer server;
+    static int pages = 0;
+    const std::string path = "/" + std::to_string(++pages);
+    server.serve(path, html);
+    return server.url(path);
+  }
 
   /// A new tab in the front window whose document is there.
   TabID open(const std::string& url) {

@@ -86,7 +86,7 @@ TEST(WithoutHelper, TheProtocolAloneDoesForTheCommonCommands) {
 }
 
 TEST_F(DriverTest, AWindowOfDeveloperToolsIsListedWithoutTabsAndCanBeClosed) {
-  const TabID tab = open("data:text/html,<title>inspected</title>");
+  const TabID tab = open(page("<title>inspected</title>"));
   const auto connection = connect();
   const boost::json::value opened =
       connection->call("Target.openDevTools", {{"targetId", pageTitled("inspected")}}, {}, limits());

@@ -15,7 +15,7 @@
 namespace tabwright::scripting {
 
 TEST_F(DriverTest, SeesWhatAPageHasJustMadeOfItself) {
-  const TabID tab = open("data:text/html,<title>none</title>");
+  const TabID tab = open(page("<title>none</title>"));
   int missed = 0;
   for (int round = 0; round < 200; ++round) {
     const std::string title = "round " + std::to_string(round);
@@ -40,7 +40,7 @@ DevToolsDriver countedDriver(const support::ChromiumProcess& chromium) {
 
 TEST_F(DriverTest, CallersWhoAskAtOnceShareALook) {
   DevToolsDriver counted = countedDriver(chromium());
-  const TabID tab = open("data:text/html,<title>Shared</title>");
+  const TabID tab = open(page("<title>Shared</title>"));
   counted.snapshot(limits());
   // While it runs nothing can be held, so that each caller needs a look.
   std::thread busy([&] { counted.evaluate(tab, "new Promise(resolve => { window.end = resolve })", limits()); });
@@ -65,7 +65,7 @@ TEST_F(DriverTest, CallersWhoAskAtOnceShareALook) {
 
 TEST_F(DriverTest, AProgramWhosePageJobIsDoneNeedsNoLookToEnd) {
   DevToolsDriver counted = countedDriver(chromium());
-  const TabID tab = open("data:text/html,<title>Job</title>");
+  const TabID tab = open(page("<title>Job</title>"));
   const auto sentBy = [&](const std::function<void()>& calls) {
     const std::uint64_t before = counted.traffic().sent;
     calls();

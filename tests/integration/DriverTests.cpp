@@ -26,10 +26,10 @@ std::vector<TabID> tabIDs(const WindowState& window) {
 
 TEST_F(DriverTest, TabsStandInStripOrderWithTheActiveOneMarked) {
   const WindowID window =
-      driver().perform(MakeWindow{WindowMode::normal, "data:text/html,<title>One</title>"}, limits());
+      driver().perform(MakeWindow{WindowMode::normal, page("<title>One</title>")}, limits());
   const TabID one = findWindow(window)->tabs.at(0).id;
-  const TabID three = driver().perform(MakeTab{window, std::nullopt, "data:text/html,<title>Three</title>"}, limits());
-  const TabID two = driver().perform(MakeTab{window, 1, "data:text/html,<title>Two</title>"}, limits());
+  const TabID three = driver().perform(MakeTab{window, std::nullopt, page("<title>Three</title>")}, limits());
+  const TabID two = driver().perform(MakeTab{window, 1, page("<title>Two</title>")}, limits());
   EXPECT_THAT(tabIDs(*findWindow(window)), ElementsAre(one, two, three));
   EXPECT_EQ(findWindow(window)->activeTabIndex, 2U) << "a new tab becomes the active one";
 
@@ -68,7 +68,7 @@ TEST_F(DriverTest, WindowsStandFrontToBackAndRaisingMovesToTheFront) {
 TEST_F(DriverTest, TabsAndWindowsAreClosedOnceTheirPagesHaveLetGo) {
   const WindowID window = driver().perform(MakeWindow{WindowMode::normal, "about:blank"}, limits());
   for (const bool closesWindow : {false, true}) {
-    const TabID tab = driver().perform(MakeTab{window, std::nullopt, "data:text/html,<title>Slow</title>"}, limits());
+    const TabID tab = driver().perform(MakeTab{window, std::nullopt, page("<title>Slow</title>")}, limits());
     awaitLoaded(tab);
     evaluate(tab,
              "addEventListener('beforeunload', () => { const end = Date.now() + 300; while (Date.now() < end); })");
@@ -83,7 +83,7 @@ TEST_F(DriverTest, TabsAndWindowsAreClosedOnceTheirPagesHaveLetGo) {
 
 TEST_F(DriverTest, IncognitoWindowsAreSeenAndTheirTabsAnswer) {
   const WindowID window =
-      driver().perform(MakeWindow{WindowMode::incognito, "data:text/html,<title>Private</title>"}, limits());
+      driver().perform(MakeWindow{WindowMode::incognito, page("<title>Private</title>")}, limits());
   const WindowState state = *findWindow(window);
   EXPECT_EQ(state.mode, WindowMode::incognito);
   ASSERT_EQ(state.tabs.size(), 1U);
@@ -120,7 +120,7 @@ TEST_F(DriverTest, NavigationShowsInTheNextSnapshotAndTheHistoryLeadsBack) {
 }
 
 TEST_F(DriverTest, APageThatCannotBeLoadedShowsItsAddressAllTheWay) {
-  const TabID tab = open("data:text/html,<title>Here</title>");
+  const TabID tab = open(page("<title>Here</title>"));
   const std::string blocked = "http://127.0.0.1:1/";
   const std::stop_source run; // one and the same: it doesn't wait for where it has sent the page
   const CallLimits own{limits().deadline, run.get_token()};
@@ -136,7 +136,7 @@ TEST_F(DriverTest, APageThatCannotBeLoadedShowsItsAddressAllTheWay) {
 TEST_F(DriverTest, APageThatNeverArrivesIsLoadingUntilStopped) {
   support::PageServer server;
   server.neverAnswer("/slow");
-  const TabID tab = open("data:text/html,<title>Here</title>");
+  const TabID tab = open(page("<title>Here</title>"));
   driver().perform(Navigate{tab, server.url("/slow")}, limits());
   EXPECT_EQ(find(tab)->url, server.url("/slow"));
   EXPECT_TRUE(find(tab)->isLoading);
@@ -146,7 +146,7 @@ TEST_F(DriverTest, APageThatNeverArrivesIsLoadingUntilStopped) {
 }
 
 TEST_F(DriverTest, AddressesThatAreNoneAreRefusedAndJavaScriptOnesRun) {
-  const TabID tab = open("data:text/html,<title>Old</title>");
+  const TabID tab = open(page("<title>Old</title>"));
   EXPECT_EQ(faultOf([&] { driver().perform(Navigate{tab, "no address"}, limits()); }), DriverFault::refused);
   EXPECT_EQ(faultOf([&] { driver().perform(MakeTab{frontWindow(), {}, "page.html"}, limits()); }),
             DriverFault::refused);
@@ -181,7 +181,7 @@ TEST_F(DriverTest, GivenNamesLastAcrossConnections) {
 }
 
 TEST_F(DriverTest, ASnapshotIsHeldUntilTheBrowserReportsAChange) {
-  const TabID tab = open("data:text/html,<title>Quiet</title>");
+  const TabID tab = open(page("<title>Quiet</title>"));
   eventually([&] {
     const std::uint64_t before = driver().traffic().sent;
     snapshot();
@@ -194,7 +194,7 @@ TEST_F(DriverTest, ASnapshotIsHeldUntilTheBrowserReportsAChange) {
 }
 
 TEST_F(DriverTest, ALookAheadSparesTheNextCallItsOwn) {
-  const TabID tab = open("data:text/html,<title>Ahead</title>");
+  const TabID tab = open(page("<title>Ahead</title>"));
   eventually([&] {
     evaluate(tab, "document.title += '!'");
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
@@ -228,7 +228,7 @@ TEST_F(DriverTest, AServerThatNeverAnswersDoesNotHoldEvaluationsForEver) {
               driver().evaluate(tab, "1", {std::chrono::steady_clock::now() + std::chrono::milliseconds(200), {}});
             }),
             DriverFault::timedOut);
-  driver().perform(Navigate{tab, "data:text/html,<title>other</title>"}, limits());
+  driver().perform(Navigate{tab, page("<title>other</title>")}, limits());
   EXPECT_EQ(evaluate(tab, "location.protocol"), "data:");
   driver().perform(CloseTab{tab}, limits());
 }

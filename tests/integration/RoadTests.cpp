@@ -80,7 +80,7 @@ TEST_F(Road, NoPageCanTakeAwayWhatAJobNeedsAndOneThatFailsSaysWhy) {
 }
 
 TEST_F(Road, ASuccessThatCameToNothingGivesNotice) {
-  open("data:text/html,<a id=a href='%23'>a</a><input name=i value=v>");
+  open(page("<a id=a href='#'>a</a><input name=i value=v>"));
   std::vector<std::string> expected;
   const std::vector<std::tuple<std::string, host::ParameterTexts, std::string>> rows{
       {"ClickElement", {{"cssSelector", "#a\n"}}, ""},

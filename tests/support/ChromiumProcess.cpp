@@ -1,17 +1,30 @@
 #include "support/ChromiumProcess.h"
 
 #include "devtools/Discovery.h"
+#include "scripting/driver/RelayConnection.h"
 #include "support/SourceFolder.h"
+
+#include <boost/json/serialize.hpp>
 
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <fcntl.h>
+#include <fstream>
 #include <stdexcept>
+#include <string_view>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
+
+#ifndef TABWRIGHT_HELPER_ID
+#define TABWRIGHT_HELPER_ID std::getenv("HELPER_ID")
+#define TABWRIGHT_HELPER_CRX std::getenv("HELPER_CRX")
+#define TABWRIGHT_HELPER_VERSION "1.4.0"
+#define TABWRIGHT_RELAY std::getenv("HELPER_RELAY")
+#endif
 
 namespace tabwright::support {
 
@@ -44,7 +57,9 @@ ChromiumProcess::ChromiumProcess(Debugging debugging) {
                                      "--disable-component-update",
                                      "--disable-sync",
                                      "--user-data-dir=" + profileDirectory().string()};
-  if (debugging == Debugging::on)
+  if (debugging == Debugging::on && road() == Road::helper)
+    installHelper();
+  else if (debugging == Debugging::on)
     arguments.emplace_back("--remote-debugging-port=0");
   arguments.emplace_back("about:blank");
 
@@ -71,12 +86,40 @@ std::vector<platform::RunningBrowser> ChromiumProcess::find() const {
   return browsers;
 }
 
+ChromiumProcess::Road ChromiumProcess::road() {
+  const char* name = std::getenv("TABWRIGHT_TEST_ROAD");
+  return name != nullptr && std::string_view(name) == "helper" ? Road::helper : Road::port;
+}
+
+/// As a user's own profile is once the helper is installed in it, and the user has turned its switches on.
+void ChromiumProcess::installHelper() const {
+  const std::string id = TABWRIGHT_HELPER_ID;
+  const auto write = [&](const std::filesystem::path& path, const boost::json::value& content) {
+    std::filesystem::create_directories((profileDirectory() / path).parent_path());
+    std::ofstream(profileDirectory() / path) << boost::json::serialize(content);
+  };
+  write("External Extensions/" + id + ".json",
+        {{"external_crx", TABWRIGHT_HELPER_CRX}, {"external_version", TABWRIGHT_HELPER_VERSION}});
+  write("NativeMessagingHosts/com.tabwright.relay.json",
+        {{"name", "com.tabwright.relay"},
+         {"description", "Tabwright"},
+         {"path", TABWRIGHT_RELAY},
+         {"type", "stdio"},
+         {"allowed_origins", boost::json::array{"chrome-extension://" + id + "/"}}});
+  boost::json::object switches{{"incognito", true}, {"user_scripts_enabled", true}, {"newAllowFileAccess", true}};
+  write("Default/Preferences", {{"extensions", {{"settings", {{id, switches}}}}}});
+}
+
+bool ChromiumProcess::isReached() const {
+  if (road() == Road::port)
+    return devtools::Discovery().endpoint(profileDirectory(), process_, ::geteuid()).has_value();
+  return !scripting::findRelays(find().front()).empty();
+}
+
 void ChromiumProcess::waitUntilReady(Debugging debugging) {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
   while (std::chrono::steady_clock::now() < deadline) {
-    const bool isSeen = !find().empty();
-    if (isSeen && (debugging == Debugging::off ||
-                   devtools::Discovery().endpoint(profileDirectory(), process_, ::geteuid()).has_value()))
+    if (!find().empty() && (debugging == Debugging::off || isReached()))
       return;
     if (::waitpid(process_, nullptr, WNOHANG) == process_) {
       process_ = 0;

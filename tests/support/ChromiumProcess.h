@@ -18,8 +18,12 @@ namespace tabwright::support {
 class ChromiumProcess {
 public:
   enum class Debugging { on, off };
+  /// The road that the tests go by, which one variable of the environment decides (TABWRIGHT_TEST_ROAD=helper): the
+  /// browser has a debugging port, or an installed helper with all its switches on.
+  enum class Road { port, helper };
+  [[nodiscard]] static Road road();
 
-  /// Starts it. With debugging on, waits until it listens; with debugging off, until its process is seen. Throws
+  /// Starts it. With debugging on, waits until it listens, or, on the helper's road, until its relay does; with debugging off, until its process is seen. Throws
   /// std::runtime_error when that takes more than a minute.
   explicit ChromiumProcess(Debugging debugging = Debugging::on);
   ~ChromiumProcess();
@@ -34,6 +38,8 @@ public:
   void kill();
 
 private:
+  void installHelper() const;
+  [[nodiscard]] bool isReached() const;
   void waitUntilReady(Debugging debugging);
 
   testsupport::ScratchFolder profile_; // goes once the browser has ended

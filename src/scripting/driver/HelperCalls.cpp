@@ -26,6 +26,10 @@ boost::json::value valueOfHelper(boost::json::value answer, const boost::json::o
     throw platform::failure(DriverFault::noSuchTab, subject("tab"));
   if (fault == "noSuchWindow")
     throw platform::failure(DriverFault::noSuchWindow, subject("window"));
+  if (fault == "tabClosed")
+    throw platform::failure(DriverFault::tabClosed, subject("tab"));
+  if (fault == "tabCrashed")
+    throw platform::failure(DriverFault::tabCrashed, subject("tab"));
   const auto detail = fields.require<std::string>("detail");
   if (fault == "scriptsNotAllowed")
     throw platform::failure(DriverFault::scriptsNotAllowed, detail);
