@@ -11,6 +11,9 @@
 // that has one may ask for what is new since: that costs a busy browser with a thousand tabs next to nothing.
 "use strict";
 
+// Only the manifest of the connected helper allows this; the other's callers come by the debugging protocol.
+if (chrome.runtime.connectNative) importScripts("relay.js");
+
 const unsetWindow = chrome.windows.WINDOW_ID_NONE;
 const windowTypes = ["normal", "popup", "panel", "app", "devtools"];
 
@@ -193,8 +196,9 @@ async function newsSince({ instance: known, changes: count, tabs: named }) {
   };
 }
 
-// The protocol's target of each tab.
+// The protocol's target of each tab; none where the protocol isn't the caller's road.
 async function targetsOfTabs() {
+  if (!chrome.debugger) return new Map();
   const pages = (await chrome.debugger.getTargets()).filter(({ tabId, type }) => tabId !== undefined && type === "page");
   return new Map(pages.map(({ tabId, id }) => [tabId, id]));
 }
