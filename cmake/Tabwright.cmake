@@ -143,6 +143,21 @@ function(tabwright_library name)
   target_link_libraries(tabwright_${name} ${scope} ${arg_DEPENDS} ${arg_LIBRARIES} Threads::Threads)
 endfunction()
 
+# tabwright_link_statically(TARGET)
+# For a program that must be there at once: loading libraries is the half of a warm start.
+include(CheckLinkerFlag)
+function(tabwright_link_statically target)
+  if(TABWRIGHT_SANITIZE OR TABWRIGHT_SANITIZE_THREADS)
+    return()
+  endif()
+  check_linker_flag(CXX "-static" TABWRIGHT_LINKS_STATICALLY)
+  if(TABWRIGHT_LINKS_STATICALLY)
+    target_link_options(${target} PRIVATE -static -Wl,--gc-sections)
+  else()
+    target_link_options(${target} PRIVATE -static-libstdc++ -static-libgcc -Wl,--as-needed -Wl,--gc-sections)
+  endif()
+endfunction()
+
 # tabwright_resources(TARGET NAMESPACE file...)
 # Embeds resource files: each becomes `inline constexpr std::string_view` in the generated header
 # "<TARGET>Resources.h", named after the file (letters and digits, other characters as underscores).

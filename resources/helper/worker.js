@@ -12,6 +12,9 @@
 // that has one may ask for what is new since: that costs a busy browser with a thousand tabs next to nothing.
 "use strict";
 
+// Only the manifest of the connected helper allows this; the other's callers come by the debugging protocol.
+if (chrome.runtime.connectNative) importScripts("relay.js");
+
 const unsetWindow = chrome.windows.WINDOW_ID_NONE;
 const windowTypes = ["normal", "popup", "panel", "app", "devtools"];
 

@@ -2,7 +2,7 @@
 #include "client/CallerSide.h"
 
 #include "client/StandardStreams.h"
-#include "client/UTF8.h"
+#include "session/UTF8.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -77,7 +77,7 @@ FileContent readContent(const std::string& file) {
   if (!isStandardInput)
     ::close(descriptor);
   // JSON can carry no other bytes.
-  if (!result.refused && !isUTF8(result.content))
+  if (!result.refused && !session::isUTF8(result.content))
     return {.content = {}, .refused = "read", .errorNumber = EILSEQ};
   return result;
 }

@@ -5,8 +5,8 @@
 
 #include "client/CallerSide.h"
 #include "client/HostProtocol.h"
-#include "client/UTF8.h"
 #include "client/WaitingLine.h"
+#include "session/UTF8.h"
 
 #include <boost/json/array.hpp>
 #include <boost/json/object.hpp>
@@ -117,7 +117,7 @@ json::object runRequest(const std::vector<std::string>& words) {
       {"version", TABWRIGHT_VERSION},
       {"arguments", json::array(words.begin(), words.end())},
       // JSON can't carry a path that is no UTF-8.
-      {"directory", ::getcwd(directory, sizeof directory) && isUTF8(directory) ? directory : "/"},
+      {"directory", ::getcwd(directory, sizeof directory) && session::isUTF8(directory) ? directory : "/"},
       {"terminal", {{"input", terminal.isInput}, {"output", terminal.isOutput}, {"width", terminal.width}}},
   };
   return {{"jsonrpc", "2.0"}, {"id", requestID}, {"method", protocol::run}, {"params", std::move(parameters)}};
@@ -132,7 +132,7 @@ json::value answerTo(const std::string& method, const json::object& params) {
   if (method == protocol::ask) {
     const std::optional<std::string> answer = askAtTerminal(textOf(params, "question"));
     // A line that can't be sent counts as none.
-    if (answer && isUTF8(*answer))
+    if (answer && session::isUTF8(*answer))
       return {{"answer", *answer}};
     return {{"answer", nullptr}};
   }

@@ -10,8 +10,8 @@
 #include "client/RunWords.h"
 #include "client/RuntimeFolder.h"
 #include "client/StandardStreams.h"
-#include "client/UTF8.h"
 #include "client/WaitingLine.h"
+#include "session/UTF8.h"
 
 #include <boost/json/object.hpp>
 #include <boost/json/serialize.hpp>
@@ -68,10 +68,10 @@ bool isForHost(const std::vector<std::string>& words) {
   if (name == words.size() || words[name].starts_with("-")) // a question about “run” itself, or a mistake
     return false;
   char folder[PATH_MAX];
-  if (!::getcwd(folder, sizeof folder) || !isUTF8(folder)) // which the message to the host couldn't name
+  if (!::getcwd(folder, sizeof folder) || !session::isUTF8(folder)) // which the message to the host couldn't name
     return false;
   for (const std::string& word : words) {
-    if (word == runWords::noHost.word || !isUTF8(word) || namesOwnDescriptor(word))
+    if (word == runWords::noHost.word || !session::isUTF8(word) || namesOwnDescriptor(word))
       return false;
   }
   return true;

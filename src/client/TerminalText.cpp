@@ -2,7 +2,7 @@
 // change.
 #include "client/TerminalText.h"
 
-#include "client/UTF8.h"
+#include "session/UTF8.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -31,7 +31,7 @@ std::string terminalText(std::string_view text) {
   std::string result;
   result.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
-    const UTF8Character character = characterAt(text, at);
+    const session::UTF8Character character = session::characterAt(text, at);
     if (character.length == 0) {
       // One byte at a time, as the next one may begin a character.
       result += "\uFFFD";

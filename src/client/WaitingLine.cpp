@@ -6,7 +6,7 @@
 #include "client/CallerSide.h"
 #include "client/StandardStreams.h"
 #include "client/TerminalText.h"
-#include "client/UTF8.h"
+#include "session/UTF8.h"
 
 #include <algorithm>
 #include <unistd.h>
@@ -22,7 +22,7 @@ std::string shortened(const std::string& what, std::size_t width) {
   std::string line;
   std::size_t cells = 0;
   for (std::size_t at = 0; at < what.size();) {
-    const UTF8Character character = characterAt(what, at);
+    const session::UTF8Character character = session::characterAt(what, at);
     cells += character.point < 0x300 ? 1 : 2;
     if (cells + 1 > width)
       return line + "…";

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace tabwright::client {
+namespace tabwright::session {
 
 /// A character of a text in UTF-8.
 struct UTF8Character {
@@ -18,4 +18,4 @@ struct UTF8Character {
 /// True for well-formed text: only that can be sent as JSON (RFC 8259). Empty text is well-formed.
 [[nodiscard]] bool isUTF8(std::string_view text);
 
-} // namespace tabwright::client
+} // namespace tabwright::session

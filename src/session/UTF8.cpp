@@ -1,6 +1,6 @@
-#include "client/UTF8.h"
+#include "session/UTF8.h"
 
-namespace tabwright::client {
+namespace tabwright::session {
 
 UTF8Character characterAt(std::string_view text, std::size_t index) {
   const auto first = static_cast<unsigned char>(text[index]);
@@ -37,4 +37,4 @@ bool isUTF8(std::string_view text) {
   return true;
 }
 
-} // namespace tabwright::client
+} // namespace tabwright::session
