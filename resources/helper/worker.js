@@ -34,6 +34,13 @@ const instance = crypto.randomUUID();
 let reshaped = 0;
 const touched = new Map();
 const made = new Map();
+// tab -> the address that it is on its way to. The browser itself tells of none while it makes an error page, nor at
+// once where a page sends itself elsewhere.
+const destinations = new Map();
+// tab -> those that wait for a script in its page, which never ends when the browser keeps the page for a way back.
+const leaving = new Map();
+// tab -> the answer of its page to a question behind the last script.
+const probes = new Map();
 // Of more tabs the whole snapshot is the cheaper answer.
 const mostTouched = 20;
 // A page may ask the user whether to leave it, who may take any time to answer.
@@ -141,6 +148,26 @@ for (const event of [
   event.addListener(changed);
 }
 chrome.tabs.onUpdated.addListener(tabChanged);
+chrome.tabs.onRemoved.addListener((id) => {
+  destinations.delete(id);
+  probes.delete(id);
+});
+// Only the connected helper may listen to these; other callers hear of navigations by themselves.
+const ofWholePages = (listen) => (details) => details.frameId === 0 && listen(details);
+chrome.webNavigation?.onBeforeNavigate.addListener(ofWholePages(({ tabId, url }) => {
+  destinations.set(tabId, url);
+  touch(tabId);
+}));
+chrome.webNavigation?.onCommitted.addListener(ofWholePages(({ tabId }) => {
+  destinations.delete(tabId);
+  leaving.get(tabId)?.forEach((leave) => leave());
+  touch(tabId);
+}));
+// Also when the error page is there.
+chrome.webNavigation?.onErrorOccurred.addListener(ofWholePages(({ tabId }) => {
+  destinations.delete(tabId);
+  touch(tabId);
+}));
 chrome.tabs.onActivated.addListener(({ tabId }) => touch(tabId));
 chrome.tabs.onCreated.addListener((tab) => {
   touch(tab.id);
@@ -150,13 +177,14 @@ chrome.tabs.onCreated.addListener((tab) => {
 // ------------------------------------------------------------------------------------------------------- the snapshot
 
 function describeTab(tab) {
+  const destination = tab.pendingUrl || destinations.get(tab.id);
   return {
     id: tab.id,
     title: tab.title ?? "",
-    url: tab.pendingUrl || tab.url || "",
+    url: destination || tab.url || "",
     active: tab.active,
     loading: tab.status === "loading",
-    arriving: Boolean(tab.pendingUrl),
+    arriving: Boolean(destination),
     // It still shows the empty document that every tab begins with.
     opening: Boolean(tab.pendingUrl) && (!tab.url || tab.url === "about:blank"),
   };
@@ -261,6 +289,8 @@ const switches = () => `chrome://extensions/?id=${chrome.runtime.id}`;
 
 // A document that takes longer to parse counts as there.
 const patienceWithParsing = 1000;
+// By then the browser has told of whatever a script has brought about in a page that isn't busy.
+const patienceWithProbes = 50;
 // Between two looks at a tab of which nothing is reported.
 const lookAgain = 250;
 
@@ -271,7 +301,7 @@ async function arrived(id, patience) {
   const end = Date.now() + patience;
   for (;;) {
     const tab = await chrome.tabs.get(id);
-    if (!tab.pendingUrl) return tab;
+    if (!tab.pendingUrl && !destinations.has(id)) return tab;
     if (Date.now() >= end) return undefined;
     await nextChangeOf(id, Math.min(lookAgain, end - Date.now()));
   }
@@ -283,12 +313,15 @@ function nextChangeOf(id, longest) {
     const finish = () => {
       clearTimeout(timer);
       chrome.tabs.onUpdated.removeListener(note);
+      chrome.webNavigation?.onErrorOccurred.removeListener(noteEnd);
       chrome.tabs.onRemoved.removeListener(note);
       resolve();
     };
     const note = (other) => other === id && finish();
+    const noteEnd = ({ tabId }) => note(tabId);
     const timer = setTimeout(finish, longest);
     chrome.tabs.onUpdated.addListener(note);
+    chrome.webNavigation?.onErrorOccurred.addListener(noteEnd);
     chrome.tabs.onRemoved.addListener(note);
   });
 }
@@ -300,28 +333,71 @@ function requireScripts() {
 
 // The value of code in the page's own world: {value}, or {kept: why} where the browser lets nobody in.
 async function run(tab, code) {
+  const outcome = await runNow(tab, code);
+  // Before its answer the browser has told of all that the code has brought about, be it a task later.
+  if (!outcome.kept) probes.set(tab.id, Promise.race([script(tab.id, taskLater, "now").catch(() => undefined), after(patienceWithProbes)]));
+  return outcome;
+}
+
+// Forms are sent, and timers of pages run, in tasks of their own; of a page in the background only after a while.
+const taskLater = `new Promise((done) => {
+  const { port1, port2 } = new MessageChannel();
+  port1.onmessage = () => setTimeout(done, 0);
+  port2.postMessage(0);
+})`;
+
+// With the code of whoever calls, at once, or when the document is parsed to its end.
+function script(tab, code, at) {
+  return chrome.userScripts.execute({
+    target: { tabId: tab },
+    world: "MAIN",
+    injectImmediately: at === "now",
+    js: [{ code }],
+  });
+}
+
+// Waits for what earlier scripts in the tabs have brought about; a page that is busy is not waited for.
+async function settle(tabs) {
+  const all = tabs.map((tab) => probes.get(tab)).filter(Boolean);
+  tabs.forEach((tab) => probes.delete(tab));
+  if (all.length > 0) await Promise.race([Promise.all(all), after(patienceWithParsing)]);
+}
+
+// Resolves when another document takes the place of the tab's; `forget` ends the wait.
+function departure(tab) {
+  let leave;
+  const left = new Promise((resolve) => {
+    leave = resolve;
+  });
+  const waiting = leaving.get(tab) ?? new Set();
+  leaving.set(tab, waiting.add(leave));
+  const forget = () => {
+    waiting.delete(leave);
+    if (waiting.size === 0) leaving.delete(tab);
+  };
+  return { left, forget };
+}
+
+async function runNow(tab, code) {
   // Such a page never answers.
   if (/^view-source:/.test(tab.url ?? "")) return { kept: "the source of a page is shown to nobody." };
-  const script = (text, at) =>
-    chrome.userScripts.execute({
-      target: { tabId: tab.id },
-      world: "MAIN",
-      injectImmediately: at === "now",
-      js: [{ code: text }],
-    });
+  const page = departure(tab.id);
   try {
     // The browser holds a script back until the document is parsed, which may be never.
-    if (tab.status === "loading") await Promise.race([script("0", "parsed"), after(patienceWithParsing)]);
-    const [outcome] = await script(code, "now");
+    if (tab.status === "loading") await Promise.race([script(tab.id, "0", "parsed"), after(patienceWithParsing)]);
+    const [outcome] = (await Promise.race([script(tab.id, code, "now"), page.left])) ?? [];
     return { value: outcome?.result ?? null };
   } catch (error) {
     const detail = error?.message ?? String(error);
-    if (/Cannot access|cannot be scripted|error page/i.test(detail)) return { kept: `${detail.replace(/\.?$/, ".")}` };
+    if (/error page/i.test(detail)) return { kept: detail, unloaded: tab.url };
+    if (/Cannot access|cannot be scripted/i.test(detail)) return { kept: `${detail.replace(/\.?$/, ".")}` };
     if (!/was removed|No frame with id|was closed/i.test(detail)) throw error;
     const now = await chrome.tabs.get(tab.id).catch(() => undefined);
     if (!now) throw new Fault("tabClosed", "");
     if (now.status === "unloaded") throw new Fault("tabCrashed", "");
     return { value: null }; // the page went to another address meanwhile
+  } finally {
+    page.forget();
   }
 }
 
@@ -426,12 +502,13 @@ const commands = {
 
   // True when none is left. Pages may ask before they go.
   async closeAllWindows() {
-    for (const window of await chrome.windows.getAll()) await chrome.windows.remove(window.id).catch(() => undefined);
-    const end = Date.now() + patienceWithClosings;
-    for (;;) {
-      if ((await chrome.windows.getAll()).length === 0) return true;
-      if (Date.now() >= end) return false;
-      await after(20);
+    try {
+      for (const window of await chrome.windows.getAll()) await chrome.windows.remove(window.id).catch(() => undefined);
+      for (const end = Date.now() + patienceWithClosings; Date.now() < end; await after(20))
+        if ((await chrome.windows.getAll()).length === 0) return true;
+      return false;
+    } catch {
+      return true; // it is ending already
     }
   },
 
@@ -458,15 +535,23 @@ const commands = {
   },
 
   // {value}; {late: true} for a page that hasn't come within `patience`; {kept: why} where the browser lets nobody in.
-  async evaluate({ tab, code, patience }) {
+  async evaluate({ tab, code, patience, settles }) {
     requireScripts();
+    if (settles) await settle([tab]);
     const state = await arrived(tab, patience);
     if (!state) return { late: true };
     if (state.discarded) throw new Error("the tab’s page is not loaded");
+    if (state.status === "unloaded") throw new Fault("tabCrashed", "");
     return run(state, code);
   },
 
+  // Why the code can't be read, as text; null where it can.
+  syntaxFault: ({ code }) =>
+    emptyDocument(0, `try { new Function(${JSON.stringify(code)}); null } catch (error) { String(error) }`),
+
   evaluateInEmptyDocument: ({ tab, code }) => emptyDocument(tab, code),
+
+  settle: ({ tabs }) => settle(tabs),
 
   // Done when the navigation has begun.
   async navigate({ tab, url }) {
@@ -491,7 +576,12 @@ const commands = {
 
   async stopLoading({ tab }) {
     requireScripts();
-    await run({ ...(await chrome.tabs.get(tab)), status: "complete" }, "window.stop()");
+    await runNow({ ...(await chrome.tabs.get(tab)), status: "complete" }, "window.stop()");
+    // A page stops what it has asked for itself.
+    for (let attempt = 0; (await chrome.tabs.get(tab)).pendingUrl; attempt += 1) {
+      if (attempt === 10) throw new Error("a page that has not come yet can be stopped only by the debugging port");
+      await after(20);
+    }
   },
 
   async setGivenName({ window, name }) {

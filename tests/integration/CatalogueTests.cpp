@@ -123,17 +123,19 @@ TEST_P(Catalogue, PagesUnderAStrictPolicyAndPagesWithoutABodyAreDrivenToo) {
 }
 
 TEST_P(Catalogue, AnOpenDialogAndACrashedTabAreToldAtOnce) {
-  const TabID asking = openPage("<title>D</title><button onclick=\"alert('Sure?')\">b</button>");
-  EXPECT_THAT(failureText([&] { return run("ClickElement", {{"cssSelector", "button"}}); }), HasSubstr("Sure?"));
-  EXPECT_THAT(failureText([&] { return run("ClickElement", {{"cssSelector", "button"}}); }), HasSubstr("dialog"));
-  if (!isSafari()) { // whose dictionary asks the page in front for the version
-    EXPECT_GE(run("GetListOfTabs").as_array().size(), 1U) << "the rest of the browser still answers";
+  if (!isHelperRoad()) { // which nothing tells of a dialog
+    const TabID asking = openPage("<title>D</title><button onclick=\"alert('Sure?')\">b</button>");
+    EXPECT_THAT(failureText([&] { return run("ClickElement", {{"cssSelector", "button"}}); }), HasSubstr("Sure?"));
+    EXPECT_THAT(failureText([&] { return run("ClickElement", {{"cssSelector", "button"}}); }), HasSubstr("dialog"));
+    if (!isSafari()) { // whose dictionary asks the page in front for the version
+      EXPECT_GE(run("GetListOfTabs").as_array().size(), 1U) << "the rest of the browser still answers";
+    }
+    driver().perform(CloseTab{asking}, limits());
   }
-  driver().perform(CloseTab{asking}, limits());
 
   const TabID frail = open(page("<title>frail</title>"));
   evaluate(frail, "1");
-  driver().perform(Navigate{frail, "chrome://crash"}, limits());
+  crash(frail);
   EXPECT_THAT(failureText([&] { return run("ClickElement", {{"cssSelector", "b"}}); }), HasSubstr("crash"));
 }
 

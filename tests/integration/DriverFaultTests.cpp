@@ -20,6 +20,7 @@ using Debugging = support::ChromiumProcess::Debugging;
 // to fail "at once" would otherwise give timedOut.
 
 TEST_F(DriverTest, ADialogFailsTheCallThatOpensItAndThoseAfterUntilItIsClosed) {
+  TABWRIGHT_NEEDS_PORT();
   const TabID tab = open(page("<title>asks</title>"));
   const auto beside = devtools::Session::attach(connect(), pageTitled("asks"), devtools::Session::Kind::page, limits());
   beside->evaluate("1", limits());
@@ -46,6 +47,7 @@ TEST_F(DriverTest, ADialogFailsTheCallThatOpensItAndThoseAfterUntilItIsClosed) {
 }
 
 TEST_F(DriverTest, ADialogFromBeforeEndsAtTheDeadline) {
+  TABWRIGHT_NEEDS_PORT();
   const TabID tab = open(page("x"));
   EXPECT_EQ(faultOf([&] { evaluate(tab, "confirm('?')"); }), DriverFault::dialogOpen);
   const std::unique_ptr<DevToolsDriver> other = makeDriver(chromium());
@@ -59,7 +61,7 @@ TEST_F(DriverTest, ACrashFailsAtOnceAndReloadingHeals) {
   auto waiting =
       std::async(std::launch::async, [&] { return faultOf([&] { evaluate(tab, "new Promise(() => {})"); }); });
   evaluate(tab, "1");
-  driver().perform(Navigate{tab, "chrome://crash"}, limits());
+  crash(tab);
   EXPECT_EQ(waiting.get(), DriverFault::tabCrashed);
   EXPECT_EQ(faultOf([&] { evaluate(tab, "1"); }), DriverFault::tabCrashed);
   EXPECT_EQ(faultOf([&] { makeDriver(chromium())->evaluate(tab, "1", limits()); }), DriverFault::tabCrashed)
@@ -69,6 +71,7 @@ TEST_F(DriverTest, ACrashFailsAtOnceAndReloadingHeals) {
 }
 
 TEST_F(DriverTest, APageThatIsBusyForEverIsWaitedForABoundedTime) {
+  TABWRIGHT_NEEDS_PORT();
   const TabID tab = open(page("<title>idle</title>"));
   const auto time = std::make_shared<testsupport::SteppedDeadlines>();
   const auto begin = [&](const std::string& javascript) {
@@ -120,6 +123,7 @@ TEST_F(DriverTest, ClosingATabFailsItsCallsAtOnce) {
 }
 
 TEST_F(DriverTest, AHelperWhoseWorkerWasStoppedIsWokenAndRemembers) {
+  TABWRIGHT_NEEDS_PORT();
   const WindowID window = driver().perform(MakeWindow{WindowMode::normal, "about:blank"}, limits());
   driver().perform(SetGivenName{window, "kept"}, limits());
   const TabID tab = findWindow(window)->tabs.at(0).id;
@@ -137,6 +141,7 @@ TEST_F(DriverTest, AHelperWhoseWorkerWasStoppedIsWokenAndRemembers) {
 }
 
 TEST_F(DriverTest, ADamagedOrForeignEndpointFileIsNotTrusted) {
+  TABWRIGHT_NEEDS_PORT();
   const std::filesystem::path file = chromium().profileDirectory() / "DevToolsActivePort";
   std::ifstream in(file);
   const std::string right{std::istreambuf_iterator<char>(in), {}};

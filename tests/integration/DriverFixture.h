@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <csignal>
 #include <functional>
 #include <memory>
 #include <source_location>
@@ -31,6 +32,11 @@ inline std::unique_ptr<DevToolsDriver> makeDriver(const support::ChromiumProcess
 inline bool isHelperRoad() {
   return support::ChromiumProcess::road() == support::ChromiumProcess::Road::helper;
 }
+
+/// For tests of what only the protocol can do, or tell.
+#define TABWRIGHT_NEEDS_PORT()                                                                                         \
+  if (isHelperRoad())                                                                                                  \
+  GTEST_SKIP() << "only a debugging port does this"
 
 /// The fault of a call that fails; a failed expectation where it doesn't.
 inline DriverFault faultOf(const std::function<void()>& call) {
@@ -149,6 +155,21 @@ protected:
     }
     ADD_FAILURE() << "no page is titled " << title;
     return {};
+  }
+
+  /// Ends the process of the tab's page. On the helper's road nothing tells which one that is: all end, and the other
+  /// pages are loaded again.
+  void crash(TabID tab) {
+    if (!isHelperRoad())
+      return static_cast<void>(driver().perform(Navigate{tab, "chrome://crash"}, limits()));
+    for (const pid_t renderer : chromium().pageProcesses())
+      ::kill(renderer, SIGKILL);
+    for (const WindowState& window : snapshot()->windows) {
+      for (const TabState& other : window.tabs) {
+        if (other.id != tab)
+          driver().perform(Reload{other.id}, limits());
+      }
+    }
   }
 
 private:

@@ -33,6 +33,7 @@ fs::path copyHelper(const fs::path& directory, const std::string& version) {
 } // namespace
 
 TEST(HelperVersions, AnOlderHelperIsReplacedAndANewerOneIsKept) {
+  TABWRIGHT_NEEDS_PORT();
   const support::ChromiumProcess chromium;
   const fs::path newer = copyHelper(chromium.profileDirectory() / "newer", "99.1");
   const fs::path older = copyHelper(chromium.profileDirectory() / "older", "0.9.9");
@@ -52,6 +53,7 @@ TEST(HelperVersions, AnOlderHelperIsReplacedAndANewerOneIsKept) {
 }
 
 TEST(WithoutHelper, TheProtocolAloneDoesForTheCommonCommands) {
+  TABWRIGHT_NEEDS_PORT();
   const support::ChromiumProcess chromium;
   const std::unique_ptr<DevToolsDriver> driver = makeDriverWith(chromium, "/nonexistent");
   const auto window = [&](WindowID id) -> std::optional<WindowState> {
@@ -86,6 +88,7 @@ TEST(WithoutHelper, TheProtocolAloneDoesForTheCommonCommands) {
 }
 
 TEST_F(DriverTest, AWindowOfDeveloperToolsIsListedWithoutTabsAndCanBeClosed) {
+  TABWRIGHT_NEEDS_PORT();
   const TabID tab = open(page("<title>inspected</title>"));
   const auto connection = connect();
   const boost::json::value opened =

@@ -25,8 +25,7 @@ std::vector<TabID> tabIDs(const WindowState& window) {
 } // namespace
 
 TEST_F(DriverTest, TabsStandInStripOrderWithTheActiveOneMarked) {
-  const WindowID window =
-      driver().perform(MakeWindow{WindowMode::normal, page("<title>One</title>")}, limits());
+  const WindowID window = driver().perform(MakeWindow{WindowMode::normal, page("<title>One</title>")}, limits());
   const TabID one = findWindow(window)->tabs.at(0).id;
   const TabID three = driver().perform(MakeTab{window, std::nullopt, page("<title>Three</title>")}, limits());
   const TabID two = driver().perform(MakeTab{window, 1, page("<title>Two</title>")}, limits());
@@ -82,8 +81,7 @@ TEST_F(DriverTest, TabsAndWindowsAreClosedOnceTheirPagesHaveLetGo) {
 }
 
 TEST_F(DriverTest, IncognitoWindowsAreSeenAndTheirTabsAnswer) {
-  const WindowID window =
-      driver().perform(MakeWindow{WindowMode::incognito, page("<title>Private</title>")}, limits());
+  const WindowID window = driver().perform(MakeWindow{WindowMode::incognito, page("<title>Private</title>")}, limits());
   const WindowState state = *findWindow(window);
   EXPECT_EQ(state.mode, WindowMode::incognito);
   ASSERT_EQ(state.tabs.size(), 1U);
@@ -140,6 +138,10 @@ TEST_F(DriverTest, APageThatNeverArrivesIsLoadingUntilStopped) {
   driver().perform(Navigate{tab, server.url("/slow")}, limits());
   EXPECT_EQ(find(tab)->url, server.url("/slow"));
   EXPECT_TRUE(find(tab)->isLoading);
+  if (isHelperRoad()) { // which stops only what the page has asked for itself
+    EXPECT_EQ(faultOf([&] { driver().perform(StopLoading{tab}, limits()); }), DriverFault::refused);
+    return;
+  }
   driver().perform(StopLoading{tab}, limits());
   eventually([&] { return !find(tab)->isLoading; });
   EXPECT_EQ(evaluate(tab, "document.title"), "Here");
@@ -229,7 +231,7 @@ TEST_F(DriverTest, AServerThatNeverAnswersDoesNotHoldEvaluationsForEver) {
             }),
             DriverFault::timedOut);
   driver().perform(Navigate{tab, page("<title>other</title>")}, limits());
-  EXPECT_EQ(evaluate(tab, "location.protocol"), "data:");
+  EXPECT_EQ(evaluate(tab, "document.title"), "other");
   driver().perform(CloseTab{tab}, limits());
 }
 

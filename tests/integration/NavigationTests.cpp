@@ -23,6 +23,9 @@ TEST_F(NavigationRoad, TheNextActionBeginsWithThePageThatTheLastOneLedTo) {
   };
   kinds.prepare(run);
   for (const support::NavigationKind& kind : kinds.all()) {
+    // No helper gets into a page of the browser's own, so nothing of it can be read.
+    if (isHelperRoad() && kind.leads == support::NavigationKind::Leads::toAnErrorPage)
+      continue;
     for (const auto first : {support::NavigationKinds::Reads::page, support::NavigationKinds::Reads::listOfTabs}) {
       const support::NavigationKinds::Outcome outcome = kinds.navigateAndRead(kind, first, run);
       EXPECT_FALSE(outcome.isStale) << kind.name << ": not the page that it led to";

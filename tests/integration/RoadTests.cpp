@@ -26,6 +26,8 @@ TEST_F(Road, APageThatGoesAwayDuringItsJobIsTold) {
 TEST_F(Road, ABrowserThatDiesDuringARunEndsIt) {
   support::ChromiumProcess doomed;
   answering = makeDriver(doomed);
+  const TabID tab = answering->snapshot(limits())->windows.at(0).tabs.at(0).id;
+  answering->perform(Navigate{tab, page("idle")}, limits());
   const std::string failure = testsupport::failureName([&] {
     std::jthread killer([&] {
       eventually([&] { return answering->snapshot(limits())->windows.at(0).tabs.at(0).title == "busy"; });
@@ -102,7 +104,7 @@ TEST_F(Road, ASuccessThatCameToNothingGivesNotice) {
 }
 
 TEST_F(Road, AFailureOfTheActionsOwnTellsTheCause) {
-  const TabID tab = open("about:blank");
+  const TabID tab = open(page("empty"));
   const auto waiting = [&](const char* selector) {
     return outcomeOf([&] {
       return perform("WaitForElement", {{"targetContext", "chromium"}, {"cssSelector", selector}, {"timeout", "2"}});
@@ -112,8 +114,8 @@ TEST_F(Road, AFailureOfTheActionsOwnTellsTheCause) {
   EXPECT_EQ(waiting("#none"),
             "pageElementNotFound: Nothing was found: no element that can be seen matched “#none” in time.");
   driver().perform(Navigate{tab, "http://127.0.0.1:2/"}, limits());
-  EXPECT_EQ(waiting("#none"),
-            "pageElementNotFound: The page http://127.0.0.1:2/ could not be loaded: ERR_CONNECTION_REFUSED.");
+  EXPECT_THAT(waiting("#none"),
+              testing::StartsWith("pageElementNotFound: The page http://127.0.0.1:2/ could not be loaded"));
 }
 
 } // namespace

@@ -1,10 +1,12 @@
 #include "support/ChromiumProcess.h"
 
+#include "ConnectedHelper.h"
 #include "devtools/Discovery.h"
 #include "scripting/driver/RelayConnection.h"
 #include "support/SourceFolder.h"
 
 #include <boost/json/serialize.hpp>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <chrono>
@@ -18,13 +20,6 @@
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
-
-#ifndef TABWRIGHT_HELPER_ID
-#define TABWRIGHT_HELPER_ID std::getenv("HELPER_ID")
-#define TABWRIGHT_HELPER_CRX std::getenv("HELPER_CRX")
-#define TABWRIGHT_HELPER_VERSION "1.4.0"
-#define TABWRIGHT_RELAY std::getenv("HELPER_RELAY")
-#endif
 
 namespace tabwright::support {
 
@@ -93,21 +88,36 @@ ChromiumProcess::Road ChromiumProcess::road() {
 
 /// As a user's own profile is once the helper is installed in it, and the user has turned its switches on.
 void ChromiumProcess::installHelper() const {
-  const std::string id = TABWRIGHT_HELPER_ID;
+  namespace facts = connectedhelper;
+  const std::filesystem::path programs = TABWRIGHT_PROGRAMS;
+  const std::string id(facts::identity);
   const auto write = [&](const std::filesystem::path& path, const boost::json::value& content) {
     std::filesystem::create_directories((profileDirectory() / path).parent_path());
     std::ofstream(profileDirectory() / path) << boost::json::serialize(content);
   };
   write("External Extensions/" + id + ".json",
-        {{"external_crx", TABWRIGHT_HELPER_CRX}, {"external_version", TABWRIGHT_HELPER_VERSION}});
-  write("NativeMessagingHosts/com.tabwright.relay.json",
-        {{"name", "com.tabwright.relay"},
+        {{"external_crx", (programs / facts::packageFile).string()}, {"external_version", facts::version}});
+  write(fmt::format("NativeMessagingHosts/{}.json", facts::relayName),
+        {{"name", facts::relayName},
          {"description", "Tabwright"},
-         {"path", TABWRIGHT_RELAY},
+         {"path", (programs / facts::relayProgram).string()},
          {"type", "stdio"},
          {"allowed_origins", boost::json::array{"chrome-extension://" + id + "/"}}});
   boost::json::object switches{{"incognito", true}, {"user_scripts_enabled", true}, {"newAllowFileAccess", true}};
   write("Default/Preferences", {{"extensions", {{"settings", {{id, switches}}}}}});
+}
+
+std::vector<pid_t> ChromiumProcess::pageProcesses() const {
+  std::vector<pid_t> pages;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    std::ifstream in(entry.path() / "cmdline");
+    const std::string words{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    const bool isOurs = words.find(profileDirectory().string()) != std::string::npos;
+    if (isOurs && words.find("--type=renderer") != std::string::npos &&
+        words.find("--extension-process") == std::string::npos)
+      pages.push_back(std::stoi(entry.path().filename()));
+  }
+  return pages;
 }
 
 bool ChromiumProcess::isReached() const {

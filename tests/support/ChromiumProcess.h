@@ -23,8 +23,8 @@ public:
   enum class Road { port, helper };
   [[nodiscard]] static Road road();
 
-  /// Starts it. With debugging on, waits until it listens, or, on the helper's road, until its relay does; with debugging off, until its process is seen. Throws
-  /// std::runtime_error when that takes more than a minute.
+  /// Starts it. With debugging on, waits until it listens, or, on the helper's road, until its relay does; with
+  /// debugging off, until its process is seen. Throws std::runtime_error when that takes more than a minute.
   explicit ChromiumProcess(Debugging debugging = Debugging::on);
   ~ChromiumProcess();
   ChromiumProcess(const ChromiumProcess&) = delete;
@@ -34,6 +34,8 @@ public:
   [[nodiscard]] const std::filesystem::path& profileDirectory() const { return profile_.path(); }
   /// This browser as the process file system tells of it; nothing once it has ended.
   [[nodiscard]] std::vector<platform::RunningBrowser> find() const;
+  /// The processes of its pages, without those of extensions.
+  [[nodiscard]] std::vector<pid_t> pageProcesses() const;
   /// Ends it at once, as a crash would, and waits for that.
   void kill();
 

@@ -17,8 +17,8 @@ namespace tabwright::scripting {
 using platform::CallLimits; ///< until when a browser may be waited for
 
 // The commands that a browser carries out, one struct each. A new one is a struct here, an alternative below, and a
-// handler where it is carried out: in both views or on both roads for what these do in their own ways, in BrowserLink for
-// what is made of others. The compiler names the places.
+// handler where it is carried out: in both views or on both roads for what these do in their own ways, in BrowserLink
+// for what is made of others. The compiler names the places.
 
 /// Opens a tab at the end of the window's strip, or at a 0-based index, showing `url` (absolute, or refused; empty: the
 /// new tab page), and makes it the window's active tab. Does not raise the window. Its number is the tab's id.

@@ -1,6 +1,6 @@
 // Commands are of three kinds: those of the view, those of the road, and those made of others. Each is a Disturbance
-// while it lasts, so that no snapshot taken meanwhile is held for later. The page is asked last: a question about a page
-// job is answered from the result that came along when the job was planted, where there is one.
+// while it lasts, so that no snapshot taken meanwhile is held for later. The page is asked last: a question about a
+// page job is answered from the result that came along when the job was planted, where there is one.
 #include "scripting/driver/BrowserLink.h"
 
 #include "platform/AsciiCase.h"

@@ -212,9 +212,10 @@ std::shared_ptr<BrowserLink> DevToolsDriver::tryLink(const platform::RunningBrow
       throw;
     driverLog.debug("The port of process {} is left out: {}", browser.process, failure.errorDescription());
   }
-  // The browser starts a relay that was killed again, in a moment.
+  // The browser starts a relay that was killed again, in a moment; one that has just been started listens in another.
   const CallLimits patience = limits.within(patienceWithRelays);
-  while (!byHelper && !byPort && hadRelay(browser) && !patience.hasPassed()) {
+  while (!byHelper && !byPort && !patience.hasPassed() &&
+         (hadRelay(browser) || !parts_.findRelays(browser).empty())) {
     devtools::pause(relayPause, "the browser’s helper is coming back", limits);
     byHelper = tryRelays(browser, limits);
   }
@@ -231,8 +232,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::tryRelays(const platform::RunningBr
     try {
       const std::shared_ptr<BrowserLink> link = linkTo(browser, relay.relay, [&] {
         const auto findPort = [this, browser](const CallLimits& within) { return tryPort(browser, within); };
-        return std::make_shared<BrowserLink>(browser,
-                                             std::make_unique<HelperRoad>(browser, relay, findPort, limits),
+        return std::make_shared<BrowserLink>(browser, std::make_unique<HelperRoad>(browser, relay, findPort, limits),
                                              parts_.looksAhead, limits);
       });
       if (!chosen || lastFocus(*link, limits) > lastFocus(*chosen, limits))

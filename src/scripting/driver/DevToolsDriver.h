@@ -46,10 +46,10 @@ struct DevToolsDriverParts {
 /// of one kind it takes the first found that has an installed helper or accepts remote debugging. A browser with both
 /// is reached by its helper, and by the port for what the helper can't do; a helper that may run no scripts leaves all
 /// to the port. Of several profiles with helpers in one browser the one last focused counts. All calls of a run, which
-/// share their notices, go to one browser. Which one is meant is asked again by the next run where several were found, and a while after. If
-/// that one and others have windows whose order nobody outside knows, they are all asked for their last focus, and the
-/// latest counts. A browser with a port alone is given the helper on the way. A call without a deadline of its own ends after 30
-/// seconds.
+/// share their notices, go to one browser. Which one is meant is asked again by the next run where several were found,
+/// and a while after. If that one and others have windows whose order nobody outside knows, they are all asked for
+/// their last focus, and the latest counts. A browser with a port alone is given the helper on the way. A call without
+/// a deadline of its own ends after 30 seconds.
 ///
 /// Safe to use from any thread. Calls that connect take turns; all others run side by side.
 class DevToolsDriver final : public BrowserDriver {

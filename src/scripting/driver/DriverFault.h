@@ -8,21 +8,21 @@ namespace tabwright::scripting {
 
 /// Why a browser could not do what was asked.
 enum class DriverFault {
-  notRunning,      ///< no such browser runs. detail: its name
-  notAccepting,    ///< it runs, but doesn't accept remote debugging. detail: its name
+  notRunning,        ///< no such browser runs. detail: its name
+  notAccepting,      ///< it runs, but doesn't accept remote debugging. detail: its name
   scriptsNotAllowed, ///< it is reached by its helper, which may run no scripts in pages. detail: the switch's page
-  unreachable,     ///< what its profile tells of its debugging port can't be used. detail: why, as a clause
-  lost,            ///< it ended, or the connection broke, during the call or before. detail: why, as a clause
-  notAnswering,    ///< it answered nothing at all for a while. detail: for how long
-  noSuchTab,       ///< detail: the id
-  noSuchWindow,    ///< detail: the id
-  tabClosed,       ///< the tab was closed during the call
-  tabCrashed,      ///< the page's process has crashed
-  dialogOpen,      ///< the page shows a dialog and answers nothing until it is closed. detail: its text
-  timedOut,        ///< the deadline passed
-  stopped,         ///< a stop was requested
-  refused,         ///< the browser refused. detail: why
-  malformedAnswer, ///< it answered in a shape that isn't known. detail: the place and the complaint
+  unreachable,       ///< what its profile tells of its debugging port can't be used. detail: why, as a clause
+  lost,              ///< it ended, or the connection broke, during the call or before. detail: why, as a clause
+  notAnswering,      ///< it answered nothing at all for a while. detail: for how long
+  noSuchTab,         ///< detail: the id
+  noSuchWindow,      ///< detail: the id
+  tabClosed,         ///< the tab was closed during the call
+  tabCrashed,        ///< the page's process has crashed
+  dialogOpen,        ///< the page shows a dialog and answers nothing until it is closed. detail: its text
+  timedOut,          ///< the deadline passed
+  stopped,           ///< a stop was requested
+  refused,           ///< the browser refused. detail: why
+  malformedAnswer,   ///< it answered in a shape that isn't known. detail: the place and the complaint
 };
 /// Sentences that say what to do, in the voice of this project; the scripting layer gives them AppleScript's numbers.
 /// `detail` is empty for faults that have none.

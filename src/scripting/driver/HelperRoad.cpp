@@ -1,6 +1,6 @@
 // The helper waits for a page that is on its way before it evaluates in it, since only it hears of that at once; how
-// long, and what is made of a page that doesn't come, is decided here. After that nothing more of the page is asked for:
-// the browser tells of a navigation that the code has begun before it answers.
+// long, and what is made of a page that doesn't come, is decided here. After that nothing more of the page is asked
+// for: the browser tells of a navigation that the code has begun before it answers.
 #include "scripting/driver/HelperRoad.h"
 
 #include "devtools/DevToolsFault.h"
@@ -29,6 +29,8 @@ namespace {
 
 const platform::Logger roadLog("HelperRoad");
 
+// After it the browser has reported whatever a script has brought about; the helper waits for as long (worker.js).
+constexpr auto patienceWithReports = 50ms;
 // For all pages together that one look waits for.
 constexpr auto patienceOfLooks = 3s;
 // A document that takes longer to parse counts as there.
@@ -73,7 +75,8 @@ HelperDescription describeHelper(HelperCalls& helper, const CallLimits& limits) 
 HelperRoad::HelperRoad(const platform::RunningBrowser& browser, const RelayPlace& relay, FindPort findPort,
                        const CallLimits& limits)
     : browser_(browser), findPort_(std::move(findPort)), listener_(std::make_shared<Listener>()),
-      helper_(RelayConnection::open(relay, browser, [listener = listener_] { listener->call(); }, limits)),
+      helper_(RelayConnection::open(
+          relay, browser, [listener = listener_] { listener->call(); }, limits)),
       description_(describeHelper(*helper_, limits)) {}
 
 HelperRoad::~HelperRoad() = default;
@@ -92,10 +95,15 @@ std::unique_ptr<BrowserView> HelperRoad::makeView(std::function<void()> onChange
 
 // -------------------------------------------------------------------------------------------------------------- pages
 
-void HelperRoad::noteVisit(TabID tab, const CallLimits& limits) {
+bool HelperRoad::noteVisit(TabID tab, const CallLimits& limits) {
   const platform::MutexLock lock(mutex_);
-  std::erase_if(visited_, [&](const Visit& visit) { return visit.tab == tab; });
-  visited_.push_back({tab, limits.stop});
+  bool isOther = false;
+  std::erase_if(visited_, [&](const Visit& visit) {
+    isOther = isOther || (visit.tab == tab && !isSameRun(visit.run, limits.stop));
+    return visit.tab == tab;
+  });
+  visited_.push_back({tab, limits.stop, std::chrono::steady_clock::now()});
+  return isOther;
 }
 
 bool HelperRoad::settleOthers(const CallLimits& limits) {
@@ -105,8 +113,19 @@ bool HelperRoad::settleOthers(const CallLimits& limits) {
     // Taken out before the waits, so that each is waited for once, whoever looks next.
     std::vector<Visit> own;
     for (Visit& visit : visited_)
-      (limits.stop.stop_possible() && visit.run == limits.stop ? own : others).push_back(std::move(visit));
+      (isSameRun(visit.run, limits.stop) ? own : others).push_back(std::move(visit));
     visited_ = std::move(own);
+  }
+  if (others.empty())
+    return false;
+  boost::json::array fresh;
+  for (const Visit& visit : others) {
+    if (std::chrono::steady_clock::now() - visit.at < patienceWithReports)
+      fresh.push_back(visit.tab);
+  }
+  if (!fresh.empty()) {
+    helper_->perform("settle", {{"tabs", fresh}}, Repeat::allowed, limits);
+    seen_->noteChange(); // what the browser has told by now is to be seen
   }
   const CallLimits arrival = limits.within(patienceOfLooks);
   const CallLimits parsing = limits.within(patienceWithParsing);
@@ -120,10 +139,12 @@ bool HelperRoad::settleOthers(const CallLimits& limits) {
 std::optional<devtools::Evaluation> HelperRoad::evaluate(TabID tab, const std::string& code, const CallLimits& limits,
                                                          std::optional<std::chrono::seconds> longest) {
   const auto patience = visits_.patienceWith(tab, limits).deadline - limits.now();
-  noteVisit(tab, limits);
-  boost::json::object parameters{{"tab", tab}, {"code", code}, {"patience", millisecondsOf(patience)}};
+  const bool settles = noteVisit(tab, limits);
+  const boost::json::object parameters{
+      {"tab", tab}, {"code", code}, {"patience", millisecondsOf(patience)}, {"settles", settles}};
   const CallLimits bounded = longest ? limits.within(patience + *longest) : limits;
-  boost::json::value answer = helper_->perform("evaluate", parameters, Repeat::never, bounded);
+  const boost::json::value answer = helper_->perform("evaluate", parameters, Repeat::never, bounded);
+  noteVisit(tab, limits); // from now on counts what it has brought about
   const JSONReader outcome(answer, "helper");
   if (outcome.find<bool>("late").value_or(false)) {
     visits_.giveUp(tab, limits);
@@ -132,7 +153,10 @@ std::optional<devtools::Evaluation> HelperRoad::evaluate(TabID tab, const std::s
   if (const auto reason = outcome.find<std::string>("kept")) {
     if (const std::shared_ptr<BrowserLink> port = findPort_(limits))
       return port->evaluateInPage(tab, code, limits, longest);
-    if (longest) // a page job would say only that it found nothing
+    if (const auto address = outcome.find<std::string>("unloaded"))
+      platform::giveNotice(limits,
+                           {{"Page", "notLoaded", {}}, fmt::format("The page {} could not be loaded.", *address)});
+    else if (longest) // a page job would say only that it found nothing
       platform::giveNotice(limits, {{"Page", "kept", {}},
                                     fmt::format("The browser keeps this page to itself, so it counts as empty: {} Its "
                                                 "debugging port reaches all pages.",
@@ -141,7 +165,14 @@ std::optional<devtools::Evaluation> HelperRoad::evaluate(TabID tab, const std::s
         .value = helper_->perform("evaluateInEmptyDocument", parameters, Repeat::never, bounded), .exception = {}};
   }
   const boost::json::value* value = outcome.object().if_contains("value");
-  return devtools::Evaluation{.value = value != nullptr ? *value : boost::json::value(), .exception = {}};
+  devtools::Evaluation evaluation{.value = value != nullptr ? *value : boost::json::value(), .exception = {}};
+  // The browser says nothing of an exception. A page job catches all but those of its own text.
+  if (longest && evaluation.value.is_null()) {
+    const boost::json::value fault = helper_->perform("syntaxFault", {{"code", code}}, Repeat::allowed, bounded);
+    if (fault.is_string())
+      evaluation.exception = std::string(fault.get_string());
+  }
+  return evaluation;
 }
 
 // ----------------------------------------------------------------------------------------------------------- commands
@@ -172,7 +203,14 @@ void HelperRoad::carryOut(const Reload& command, const CallLimits& limits) {
 }
 
 void HelperRoad::carryOut(const StopLoading& command, const CallLimits& limits) {
-  helper_->perform("stopLoading", {{"tab", command.tab}}, Repeat::allowed, limits);
+  try {
+    helper_->perform("stopLoading", {{"tab", command.tab}}, Repeat::allowed, limits);
+  } catch (const DriverFailure& failure) {
+    const std::shared_ptr<BrowserLink> port = failure.kind() == DriverFault::refused ? findPort_(limits) : nullptr;
+    if (!port)
+      throw;
+    port->perform(command, limits);
+  }
 }
 
 /// A page in a window gets its keys from the display.
@@ -214,7 +252,8 @@ void HelperRoad::carryOut(const Quit& /*command*/, const CallLimits& callLimits)
     if (failure.kind() != DevToolsFault::lost) // it may end before it answers
       throw;
   }
-  platform::ProcessExit exit = platform::waitForExit(browser_.process, isEmpty ? limits.within(patienceWithEnd) : limits);
+  platform::ProcessExit exit =
+      platform::waitForExit(browser_.process, isEmpty ? limits.within(patienceWithEnd) : limits);
   if (exit == platform::ProcessExit::timedOut && isEmpty && !limits.hasPassed()) {
     roadLog.debug("Process {} goes on without windows and is told to end.", browser_.process);
     ::kill(browser_.process, SIGTERM);

@@ -19,11 +19,11 @@ class BrowserLink;
 /// What the helper tells of itself and of the browser's profile that it is in.
 struct HelperDescription {
   std::string helperVersion;
-  std::string browserVersion; ///< such as "156.0.8078.108"
-  bool mayRunScripts = false; ///< the switch “Allow User Scripts”
+  std::string browserVersion;      ///< such as "156.0.8078.108"
+  bool mayRunScripts = false;      ///< the switch “Allow User Scripts”
   bool seesPrivateWindows = false; ///< the switch “Allow in Incognito”
-  bool readsFiles = false; ///< the switch “Allow access to file URLs”
-  std::string profile; ///< made up by the helper, and kept in the profile for good
+  bool readsFiles = false;         ///< the switch “Allow access to file URLs”
+  std::string profile;             ///< made up by the helper, and kept in the profile for good
 };
 
 /// Asks the helper. Throws DriverFailure, DevToolsFailure, and JSONMismatch for an answer in another shape.
@@ -34,8 +34,8 @@ struct HelperDescription {
 /// JavaScript runs in the page's own world. Its value comes as the browser makes JSON of it; an exception gives null,
 /// without its text. Nothing tells of a dialog that is open: calls to such a page end by their deadline. Some pages the
 /// browser keeps to itself (its own settings, the shop of extensions, pages of `data:`): there the debugging port
-/// answers, where the browser has one too; else an empty document of the helper's does, and a page job's run gets notice
-/// of that. Keys and the browser's own controls are the port's alone.
+/// answers, where the browser has one too; else an empty document of the helper's does, and a page job's run gets
+/// notice of that. Keys and the browser's own controls are the port's alone.
 class HelperRoad final : public BrowserRoad {
 public:
   /// The link to the same browser by its debugging port; null where it has none.
@@ -77,8 +77,8 @@ private:
   void carryOut(const ShowControls& command, const CallLimits& limits);
   void carryOut(const Quit& command, const CallLimits& limits);
 
-  /// A run has done something to a tab's page that may make it leave.
-  void noteVisit(TabID tab, const CallLimits& limits);
+  /// A run is doing something to a tab's page that may make it leave. True when the last one to do so was another.
+  bool noteVisit(TabID tab, const CallLimits& limits);
   /// The port's link; throws DriverFailure `refused` with the sentence where there is none.
   std::shared_ptr<BrowserLink> requirePort(const char* without, const CallLimits& limits);
 
@@ -94,6 +94,7 @@ private:
   struct Visit {
     TabID tab;
     std::stop_token run;
+    std::chrono::steady_clock::time_point at;
   };
   platform::Mutex mutex_;
   std::vector<Visit> visited_ GUARDED_BY(mutex_); // at most one to each tab, the last

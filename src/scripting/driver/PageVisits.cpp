@@ -24,11 +24,6 @@ constexpr std::chrono::seconds patienceOfLooks(3);
 constexpr std::chrono::milliseconds patienceAfterGivingUp(50);
 constexpr std::size_t mostGivenUp = 64;
 
-/// Stop tokens without a state are all equal, and tell nothing about who calls.
-bool isSameRun(const std::stop_token& left, const std::stop_token& right) {
-  return left.stop_possible() && left == right;
-}
-
 } // namespace
 
 void PageVisits::note(const std::shared_ptr<Session>& page, const std::stop_token& run) {

@@ -13,6 +13,11 @@
 
 namespace tabwright::scripting {
 
+/// True for calls of one run. Stop tokens without a state are all equal, and tell nothing about who calls.
+[[nodiscard]] inline bool isSameRun(const std::stop_token& left, const std::stop_token& right) {
+  return left.stop_possible() && left == right;
+}
+
 /// The pages that runs have evaluated code in or sent elsewhere, so that the runs after them begin with what has come
 /// of it. A run is known by its stop token; a call that can't be stopped is a run of its own.
 ///
