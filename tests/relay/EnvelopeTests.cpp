@@ -1,7 +1,6 @@
 // What passes between a client and the helper is what was sent, however its bytes are cut.
-#include "relay/Envelope.h"
-
 #include "RelayEnds.h"
+#include "relay/Envelope.h"
 
 namespace tabwright::relay {
 namespace {
@@ -82,8 +81,8 @@ TEST(Envelope, IsRubbishInAnyOtherForm) {
        {"", "{}", R"({"client":)", R"({"client":1})", R"({"client":,"message":1})", R"({"client":1,"message":})",
         R"({"client":1,"message":1)", R"({"client":01,"message":1})", R"({"client":-1,"message":1})",
         R"({"client":+1,"message":1})", R"({"client":1.0,"message":1})", R"({"client":9007199254740992,"message":1})",
-        R"({"client":99999999999999999999,"message":1})", R"({"client": 1,"message":1})",
-        R"({"message":1,"client":1})", R"({"client":"1","message":1})", R"( {"client":1,"message":1})"})
+        R"({"client":99999999999999999999,"message":1})", R"({"client": 1,"message":1})", R"({"message":1,"client":1})",
+        R"({"client":"1","message":1})", R"( {"client":1,"message":1})"})
     EXPECT_THROW(static_cast<void>(readEnvelope(text)), Malformed) << text;
 }
 

@@ -2,9 +2,8 @@
 
 #include "relay/Frames.h"
 
-#include <gtest/gtest.h>
-
 #include <boost/json.hpp>
+#include <gtest/gtest.h>
 
 #include <cstring>
 #include <optional>

@@ -1,7 +1,6 @@
 // The loop between a browser that is two pipes and clients at a real socket.
-#include "relay/RelayLoop.h"
-
 #include "RelayEnds.h"
+#include "relay/RelayLoop.h"
 #include "support/ScratchFolder.h"
 
 #include <csignal>
@@ -20,7 +19,6 @@ using testsupport::joined;
 using testsupport::MiB;
 
 constexpr int nobody = 65'534;
-
 
 struct Pipe {
   Pipe(int relaysEnd, bool isRead) {

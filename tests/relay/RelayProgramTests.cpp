@@ -4,8 +4,8 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
 #include <fcntl.h>
+#include <filesystem>
 #include <set>
 #include <spawn.h>
 #include <sys/stat.h>

@@ -62,6 +62,23 @@ def installed_it_answers_at_once_and_at_each_start():
                 no_socket_left()
 
 
+def without_its_files_it_is_gone():
+    with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as scratch:
+        profile = pathlib.Path(scratch) / "profile"
+        with browser("about:blank", profile=profile) as started:
+            started.socket()
+            extension = wait_for("the helper’s folder", lambda: next(profile.glob(f"*/Extensions/{build.identity}"), None))
+            started.kill(signal.SIGTERM)
+        for file in [*profile.glob("External Extensions/*"), *profile.glob("NativeMessagingHosts/*")]:
+            file.unlink()
+        started = Browser(build, profile)
+        try:
+            wait_for("its removal", lambda: not extension.exists())
+            assert not sockets()
+        finally:
+            started.kill()
+
+
 def a_relay_that_is_killed_is_back():
     with browser() as started:
         for _ in range(2):
@@ -204,6 +221,7 @@ def other_extensions_do_not_reach_it():
 
 cases = [
     installed_it_answers_at_once_and_at_each_start,
+    without_its_files_it_is_gone,
     a_relay_that_is_killed_is_back,
     what_nobody_understands_is_answered_and_harms_nobody,
     clients_at_once_get_their_own_answers_and_all_news,
