@@ -444,6 +444,7 @@ async function bringToFront(id) {
 }
 
 const commands = {
+  __proto__: null, // names come from outside
   snapshot,
 
   async makeTab({ window, index, url }) {

@@ -36,7 +36,7 @@ void FrameReader::feed(std::string_view bytes, const std::function<void(std::str
       if (!head_.take(bytes))
         return;
       length_ = head_.finish();
-      content_.reserve(length_);
+      content_.reserve(std::min(length_, longestFrameForBrowser)); // what is announced may never come
       isInContent_ = true;
     }
     const std::size_t count = std::min(bytes.size(), length_ - content_.size());

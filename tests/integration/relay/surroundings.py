@@ -28,7 +28,7 @@ class Build:
     """What the build has made, and what the installed package would have in other folders."""
 
     def __init__(self, folder, header):
-        self.folder = pathlib.Path(folder)
+        self.folder = pathlib.Path(folder).resolve()
         facts = dict(re.findall(r'string_view (\w+)\{"(.*)"\}', pathlib.Path(header).read_text()))
         self.identity = facts["identity"]
         self.version = facts["version"]
