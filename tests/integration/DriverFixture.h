@@ -164,7 +164,8 @@ protected:
       return static_cast<void>(driver().perform(Navigate{tab, "chrome://crash"}, limits()));
     for (const pid_t renderer : chromium().pageProcesses())
       ::kill(renderer, SIGKILL);
-    for (const WindowState& window : snapshot()->windows) {
+    const std::shared_ptr<const BrowserSnapshot> seen = snapshot();
+    for (const WindowState& window : seen->windows) {
       for (const TabState& other : window.tabs) {
         if (other.id != tab)
           driver().perform(Reload{other.id}, limits());
