@@ -143,6 +143,12 @@ def install(build, profile):
            "allowed_origins": [f"chrome-extension://{build.identity}/"]})  # fmt: skip
 
 
+def turn_switches_on(build, profile):
+    """Scripts, private windows, files: as the user does it on the extension's page, before the first start."""
+    switches = {"user_scripts_enabled": True, "incognito": True, "newAllowFileAccess": True}
+    write(pathlib.Path(profile) / "Default/Preferences", {"extensions": {"settings": {build.identity: switches}}})
+
+
 def write(file, content):
     file.parent.mkdir(parents=True, exist_ok=True)
     file.write_text(json.dumps(content))

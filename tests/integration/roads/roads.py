@@ -5,6 +5,8 @@ Usage: scripts/apart.sh python3 roads.py TABWRIGHT [PART OF A CASE'S NAME]
 
 roads.yaml holds what is done and what comes of it. One headless browser serves all cases. What a case did there is seen
 without the program's help, in the DevTools port's list of pages.
+
+With TABWRIGHT_TEST_ROAD=helper that browser also has the installed helper, which is how the program reaches it then.
 """
 import contextlib
 import http.server
@@ -27,6 +29,10 @@ import yaml
 
 program = sys.argv[1]
 folder = pathlib.Path(__file__).resolve().parent
+sys.path.insert(0, str(folder.parent / "relay"))
+import surroundings  # noqa: E402
+
+by_helper = os.environ.get("TABWRIGHT_TEST_ROAD") == "helper"
 checkout = folder.parents[2]
 effect_seconds = 10  # for an effect to show
 case_seconds = 60
@@ -158,15 +164,33 @@ class Browser:
     """The browser, as its DevTools port shows it. One page, the front one, stays for all cases."""
 
     def __init__(self):
-        line = "browser chromium --headless about:blank -- --disable-background-networking --disable-component-update"
-        started = shell(f"{program} {line} --disable-sync --disable-quic")
-        if started.returncode:
-            sys.exit(started.stderr)
-        profile = pathlib.Path(json.loads(started.stdout)["profile"])
+        profile = self.start_with_helper() if by_helper else self.start()
         self.port = (profile / "DevToolsActivePort").read_text().split()[0]
         blank = self.pages()[0]["id"]
         self.front = self.open_tab(f"{site}/front")
         self.ask("close/" + blank)
+
+    def start(self):
+        line = "browser chromium --headless about:blank -- --disable-background-networking --disable-component-update"
+        started = shell(f"{program} {line} --disable-sync --disable-quic")
+        if started.returncode:
+            sys.exit(started.stderr)
+        return pathlib.Path(json.loads(started.stdout)["profile"])
+
+    def start_with_helper(self):
+        """A profile as its user leaves it who has turned all switches of the helper on."""
+        programs = pathlib.Path(program).resolve().parent
+        build = surroundings.Build(programs, programs.parents[1] / "generated/ConnectedHelper.h")
+        profile = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "profile"
+        surroundings.install(build, profile)
+        surroundings.turn_switches_on(build, profile)
+        self.process = surroundings.Browser(build, profile, "--remote-debugging-port=0", "about:blank")
+        self.process.socket()
+        surroundings.wait_for("the debugging port", (profile / "DevToolsActivePort").exists)
+        told = shell(f"{program} --log-level debug run GetListOfTabs --no-host").stderr
+        if "is reached by its helper" not in told:
+            sys.exit(f"The helper isn’t the road: {told}")
+        return profile
 
     def ask(self, path, method="GET"):
         request = urllib.request.Request(f"http://127.0.0.1:{self.port}/json/{path}", method=method)
@@ -390,7 +414,8 @@ def cases(table):
             yield f"{next(iter(row.items()))}, {road}, refused", lambda case: refuse(row, road)
     yield "FocusTab, command, number", choose
     yield "CloseTab, command, each", close_each
-    yield "browser, command, runs already", start_again
+    if not by_helper:  # else its profile isn't the program's own
+        yield "browser, command, runs already", start_again
     for name, row in table["examples"].items():
         yield f"example {name}", lambda case: run_example(name, row)
 
