@@ -73,11 +73,25 @@ inline constexpr std::array<BrowserFacts, 6> browserTable{{
      browserfacts::vivaldiExecutables, browserfacts::vivaldiPrograms, browserfacts::vivaldiProfiles, "Vivaldi-stable"},
 }};
 
-/// The row of an id (in lower case) or a short name; null for others. Case counts. The row lives as long as the
-/// process.
+/// A browser's id or name, and one of its profiles behind a slash: "org.chromium.chromium/work". Views into the text.
+struct ProfiledName {
+  std::string_view browser;
+  std::string_view profile; ///< empty: whichever the user is in
+};
+
+[[nodiscard]] constexpr ProfiledName splitProfile(std::string_view text) {
+  const std::size_t slash = text.find('/');
+  if (slash == std::string_view::npos)
+    return {text, {}};
+  return {text.substr(0, slash), text.substr(slash + 1)};
+}
+
+/// The row of an id (in lower case) or a short name, with a profile or without; null for others. Case counts. The row
+/// lives as long as the process.
 [[nodiscard]] constexpr const BrowserFacts* findBrowser(std::string_view idOrShortName) {
+  const std::string_view wanted = splitProfile(idOrShortName).browser;
   for (const BrowserFacts& facts : browserTable) {
-    if (facts.id == idOrShortName || facts.shortName == idOrShortName)
+    if (facts.id == wanted || facts.shortName == wanted)
       return &facts;
   }
   return nullptr;

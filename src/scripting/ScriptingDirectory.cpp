@@ -3,6 +3,7 @@
 // table of browsers, then what runs on the desktop.
 #include "scripting/ScriptingDirectory.h"
 
+#include "platform/AsciiCase.h"
 #include "scripting/PlainApplication.h"
 #include "scripting/chromium/ChromiumApplication.h"
 #include "scripting/chromium/ChromiumTerminology.h"
@@ -24,7 +25,8 @@ namespace {
 
 const BrowserFacts* findFacts(std::string_view BrowserFacts::* column, std::string_view text) {
   const auto row = std::ranges::find_if(
-      platform::browserTable, [&](const BrowserFacts& facts) { return sameIgnoringCase(facts.*column, text); });
+      platform::browserTable,
+      [&](const BrowserFacts& facts) { return sameIgnoringCase(facts.*column, platform::splitProfile(text).browser); });
   return row == platform::browserTable.end() ? nullptr : &*row;
 }
 
@@ -92,7 +94,8 @@ std::shared_ptr<ScriptableApplication> ScriptingDirectory::findByID(std::string_
       return application;
   }
   const BrowserFacts* facts = findFacts(&BrowserFacts::id, bundleIdentifier);
-  return facts ? browser(*facts) : running(&DesktopProcess::bundleIdentifier, bundleIdentifier);
+  return facts ? browser(*facts, platform::splitProfile(bundleIdentifier).profile)
+               : running(&DesktopProcess::bundleIdentifier, bundleIdentifier);
 }
 
 std::shared_ptr<ScriptableApplication> ScriptingDirectory::findByName(std::string_view name) {
@@ -101,7 +104,7 @@ std::shared_ptr<ScriptableApplication> ScriptingDirectory::findByName(std::strin
       return application;
   }
   const BrowserFacts* facts = findFacts(&BrowserFacts::name, name);
-  return facts ? browser(*facts) : running(&DesktopProcess::name, name);
+  return facts ? browser(*facts, platform::splitProfile(name).profile) : running(&DesktopProcess::name, name);
 }
 
 /// The application of a process that has this name; null when none runs.
@@ -114,13 +117,15 @@ std::shared_ptr<ScriptableApplication> ScriptingDirectory::running(NameOf member
       [desktop = services_.desktop, text = std::string(text), member] { activateProcess(*desktop, member, text); });
 }
 
-std::shared_ptr<ScriptableApplication> ScriptingDirectory::browser(const BrowserFacts& facts) {
+std::shared_ptr<ScriptableApplication> ScriptingDirectory::browser(const BrowserFacts& facts,
+                                                                   std::string_view profileName) {
+  const std::string profile = platform::lowercased(profileName);
   const platform::MutexLock lock(mutex_);
   // Made under the lock, so that two scripts that speak to a browser first share one driver and its connection.
-  std::shared_ptr<ScriptableApplication>& application = browsers_[facts.id];
+  std::shared_ptr<ScriptableApplication>& application = browsers_[{facts.id, profile}];
   if (application)
     return application;
-  std::shared_ptr<BrowserDriver> driver = services_.makeDriver ? services_.makeDriver(facts) : nullptr;
+  std::shared_ptr<BrowserDriver> driver = services_.makeDriver ? services_.makeDriver(facts, profile) : nullptr;
   if (!driver)
     return nullptr;
   // The hooks may refer to `facts`: rows of the table live as long as the program.

@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace tabwright::scripting {
 
@@ -18,7 +19,8 @@ namespace tabwright::scripting {
 struct ScriptingServices {
   /// A driver for a browser; null when the browser isn't installed, or there is no way to it. Asked again until there
   /// is one, then kept.
-  std::function<std::shared_ptr<BrowserDriver>(const platform::BrowserFacts&)> makeDriver;
+  /// With the name of a profile it is the driver of that one; empty: of whichever the user is in.
+  std::function<std::shared_ptr<BrowserDriver>(const platform::BrowserFacts&, const std::string& profile)> makeDriver;
   /// Starts a browser that `activate` finds not running; throws when it can't. Empty: such an `activate` is error −600.
   std::function<void(const platform::BrowserFacts&)> launch;
   std::shared_ptr<Desktop> desktop; ///< required
@@ -31,7 +33,8 @@ struct ScriptingServices {
 /// The applications that scripts can speak to: the supported browsers, System Events, this program, and whatever else
 /// runs on the desktop. Ids and names are found in any case. Dictionaries are known for all browsers, installed or not;
 /// a running application without one that is asked for by its id is given the Chromium family's, since the runtime
-/// library speaks to its target in these words, be it only in handlers that are never called. Safe from several
+/// library speaks to its target in these words, be it only in handlers that are never called. A browser's profile is an
+/// application of its own, by the browser's id or name with a slash and the profile's name behind it. Safe from several
 /// threads.
 ///
 ///     ScriptingDirectory directory({.makeDriver = makeDriver, .desktop = desktop});
@@ -57,14 +60,15 @@ private:
   using NameOf = std::string DesktopProcess::*;
   [[nodiscard]] std::shared_ptr<applescript::ScriptableApplication> running(NameOf member, std::string_view text) const;
   /// A browser's application, made by the first call that gets a driver. Null without one.
-  std::shared_ptr<applescript::ScriptableApplication> browser(const platform::BrowserFacts& facts);
+  std::shared_ptr<applescript::ScriptableApplication> browser(const platform::BrowserFacts& facts,
+                                                              std::string_view profile);
 
   ScriptingServices services_;
   std::shared_ptr<applescript::ScriptableApplication> systemEvents_;
   std::shared_ptr<applescript::ScriptableApplication> self_;
   platform::Mutex mutex_;
-  std::map<std::string_view, std::shared_ptr<applescript::ScriptableApplication>>
-      browsers_ GUARDED_BY(mutex_); ///< by id, once made
+  std::map<std::pair<std::string_view, std::string>, std::shared_ptr<applescript::ScriptableApplication>>
+      browsers_ GUARDED_BY(mutex_); ///< by id and profile, once made
 };
 
 } // namespace tabwright::scripting

@@ -4,6 +4,7 @@
 #include "targets/TargetContextManager.h"
 
 #include "platform/AsciiCase.h"
+#include "platform/BrowserTable.h"
 #include "platform/CaseFolding.h"
 #include "platform/InstalledApplications.h"
 #include "platform/Whitespace.h"
@@ -100,6 +101,7 @@ std::optional<RunningApplication> TargetContextManager::findApplication(std::str
     const auto front = first(&RunningApplication::isFrontmost);
     return front != applications.end() ? std::optional(std::move(*front)) : std::nullopt;
   }
+  id = platform::splitProfile(id).browser; // profiles of one browser are one application
   auto found = first([&](const RunningApplication& each) { return platform::lowercased(each.bundleIdentifier) == id; });
   const auto isCalledSo = [&](const RunningApplication& each) {
     return platform::equalIgnoringCase(platform::shortName(each.bundleIdentifier), id) ||

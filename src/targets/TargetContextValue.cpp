@@ -3,6 +3,7 @@
 #include "targets/TargetContextValue.h"
 
 #include "platform/AsciiCase.h"
+#include "platform/BrowserTable.h"
 #include "targets/ApplicationTarget.h"
 #include "targets/SupportedBrowsers.h"
 
@@ -14,8 +15,9 @@ namespace tabwright::intents {
 namespace {
 
 // A bundle identifier stands in programs between quotes, so it holds nothing that could end them.
-bool isBundleIdentifier(std::string_view id) {
-  return !id.empty() && std::ranges::all_of(id, [](char c) {
+bool isBundleIdentifier(std::string_view text) {
+  const auto [id, profile] = platform::splitProfile(text);
+  return (id.size() == text.size() || targets::isProfileName(profile)) && !id.empty() && std::ranges::all_of(id, [](char c) {
     return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '_';
   });
 }

@@ -36,6 +36,8 @@ public:
   [[nodiscard]] virtual std::string_view name() const = 0;
   /// False once the connection is lost, and for ever then.
   [[nodiscard]] virtual bool isOpen() const = 0;
+  /// By what the helper calls the profile that it is in; empty where the road leads to all profiles of the browser.
+  [[nodiscard]] virtual std::string profileMark() const { return {}; }
   /// False where the user has switched scripts in pages off for the road.
   [[nodiscard]] virtual bool runsScripts() const { return true; }
   /// The messages so far, for benchmarks.

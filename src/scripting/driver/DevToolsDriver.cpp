@@ -9,6 +9,8 @@
 #include "scripting/driver/HelperRoad.h"
 #include "scripting/driver/ProtocolRoad.h"
 
+#include <fmt/core.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -193,6 +195,8 @@ std::shared_ptr<BrowserLink> DevToolsDriver::connect(const CallLimits& limits) {
   }
   if (!chosen && unreachable)
     throw platform::failure(DriverFault::unreachable, unreachable->detail());
+  if (!chosen && !parts_.profile.empty())
+    throw platform::failure(DriverFault::profileNotReached, fmt::format("{}/{}", facts_.name, parts_.profile));
   if (!chosen)
     throw platform::failure(DriverFault::notAccepting, std::string(facts_.name));
   return chosen;
@@ -205,7 +209,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::tryLink(const platform::RunningBrow
   // What goes wrong with the port counts only where there is nothing else.
   std::shared_ptr<BrowserLink> byPort;
   try {
-    if (!isWhole)
+    if (!isWhole && isMeant(browser, ""))
       byPort = tryPort(browser, limits);
   } catch (const DevToolsFailure& failure) {
     if (!byHelper)
@@ -225,6 +229,10 @@ std::shared_ptr<BrowserLink> DevToolsDriver::tryLink(const platform::RunningBrow
   return link;
 }
 
+bool DevToolsDriver::isMeant(const platform::RunningBrowser& browser, const std::string& mark) const {
+  return parts_.profile.empty() || (parts_.isProfile && parts_.isProfile(browser, mark, parts_.profile));
+}
+
 std::shared_ptr<BrowserLink> DevToolsDriver::tryRelays(const platform::RunningBrowser& browser,
                                                        const CallLimits& limits) {
   std::shared_ptr<BrowserLink> chosen;
@@ -235,6 +243,8 @@ std::shared_ptr<BrowserLink> DevToolsDriver::tryRelays(const platform::RunningBr
         return std::make_shared<BrowserLink>(browser, std::make_unique<HelperRoad>(browser, relay, findPort, limits),
                                              parts_.looksAhead, limits);
       });
+      if (!isMeant(browser, link->road().profileMark()))
+        continue;
       if (!chosen || lastFocus(*link, limits) > lastFocus(*chosen, limits))
         chosen = link;
     } catch (const DevToolsFailure& failure) {

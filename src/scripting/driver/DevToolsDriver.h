@@ -15,6 +15,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <string>
 #include <sys/types.h>
 #include <vector>
 
@@ -34,6 +35,11 @@ struct DevToolsDriverParts {
   /// After this long the next run looks for browsers again; and a pause between calls without a run this long ends what
   /// belongs together.
   std::chrono::nanoseconds pauseBetweenRuns = std::chrono::seconds(1);
+  /// The only profile that counts; empty: any.
+  std::string profile{};
+  /// True when the profile that a helper calls by this mark is called by that name; with an empty mark, when the
+  /// browser as a whole is. Called only with a profile.
+  std::function<bool(const platform::RunningBrowser&, const std::string& mark, const std::string& name)> isProfile{};
   LooksAhead looksAhead = LooksAhead::yes; ///< see BrowserLink; without it only calls make traffic
 };
 
@@ -92,6 +98,8 @@ private:
   /// The open link to this browser through that relay (0: by its port); made by `open` where there is none.
   std::shared_ptr<BrowserLink> linkTo(const platform::RunningBrowser& browser, pid_t relay,
                                       const std::function<std::shared_ptr<BrowserLink>()>& open);
+  /// True when the profile with this mark (empty: the browser as a whole) is the one asked for, or none is asked for.
+  [[nodiscard]] bool isMeant(const platform::RunningBrowser& browser, const std::string& mark) const;
   /// True when the browser has been reached by its helper before.
   bool hadRelay(const platform::RunningBrowser& browser);
   /// Calls `call` with the link; DevToolsFailure and JSONMismatch come out as DriverFailure. `subject` is the tab's id,

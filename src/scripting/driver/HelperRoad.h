@@ -48,6 +48,7 @@ public:
 
   [[nodiscard]] std::string_view name() const override { return "helper"; }
   [[nodiscard]] bool isOpen() const override { return helper_->isOpen(); }
+  [[nodiscard]] std::string profileMark() const override { return description_.profile; }
   [[nodiscard]] bool runsScripts() const override { return description_.mayRunScripts; }
   [[nodiscard]] devtools::Traffic traffic() const override;
   /// As it was when we connected.
