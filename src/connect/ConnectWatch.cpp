@@ -28,19 +28,27 @@ std::vector<std::string> ConnectWatch::observe(const std::vector<ConnectionState
   std::erase_if(last_, [](const ConnectionState& state) { return !isConnectable(state); });
   isConnected_ = std::ranges::any_of(last_, &ConnectionState::isConnected);
   for (const ConnectionState& state : last_) {
-    const std::string_view browser = state.directory.facts->name;
     for (const ProfileState& profile : state.profiles) {
       if (!profile.helper)
         continue;
-      if (helpers_.insert(profile.helper->profile).second)
-        say(news, fmt::format("{}: the helper is there, in {}.", browser, nameOf(profile)));
+      const std::string name = nameOf(profile, *state.directory.facts);
+      say(news, fmt::format("The helper is in {}.", name));
       if (profile.helper->mayRunScripts)
-        say(news, fmt::format("{}: scripts may run in {}.", browser, nameOf(profile)));
+        say(news, fmt::format("It may run scripts in the pages of {}.", name));
     }
+    // A browser that is just starting, or ending, may be too busy to answer once.
+    const bool isPersistent = complained_.contains(state.directory.path);
+    if (state.complaint.empty())
+      complained_.erase(state.directory.path);
+    else
+      complained_.insert(state.directory.path);
     for (const Advice& advice : adviceFor(state, parts_)) {
-      // The last words of all, once the browser can be driven: it is no step on the way there.
-      if (advice.kind != Kind::allowPrivate || state.isConnected())
-        say(news, fmt::format("{}: {}", browser, advice.sentence));
+      if (advice.kind == Kind::mendHelper && !isPersistent)
+        continue;
+      // These are no steps on the way to a browser that can be driven, so they come last.
+      const bool isExtra = advice.kind == Kind::allowPrivate || advice.kind == Kind::allowFiles;
+      if (!isExtra || state.isConnected())
+        say(news, advice.sentence);
     }
   }
   return news;

@@ -4,6 +4,7 @@
 #include "connect/ConnectionState.h"
 #include "connect/HelperParts.h"
 
+#include <filesystem>
 #include <set>
 #include <string>
 #include <vector>
@@ -37,7 +38,7 @@ private:
 
   const HelperParts parts_;
   std::set<std::string> said_;
-  std::set<std::string> helpers_; ///< by the profiles' marks
+  std::set<std::filesystem::path> complained_; ///< the directories whose helper could not be spoken to last time
   std::vector<ConnectionState> last_;
   bool isConnected_ = false;
 };

@@ -4,6 +4,7 @@
 #include "connect/HelperParts.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tabwright::connect {
@@ -19,6 +20,7 @@ struct Advice {
     loadByHand,   ///< the user has removed the helper in that profile
     allowScripts, ///< a switch is off without which no script runs in a page
     allowPrivate, ///< a switch is off without which private windows are invisible
+    allowFiles,   ///< a switch is off without which pages of files are out of reach
     mendHelper,   ///< the helper is there, but can't be spoken to
   };
   Kind kind;
@@ -32,8 +34,7 @@ struct Advice {
 /// The name of a kind for programs, which stays however sentences are worded.
 [[nodiscard]] std::string_view nameOf(Advice::Kind kind);
 
-/// A profile as users know it, `the profile “Work”`; `a profile` where it isn’t
-/// known.
-[[nodiscard]] std::string nameOf(const ProfileState& profile);
+/// A profile as users know it: `the profile “Work” of Chromium`; `a profile of Chromium` where it isn’t known.
+[[nodiscard]] std::string nameOf(const ProfileState& profile, const platform::BrowserFacts& browser);
 
 } // namespace tabwright::connect

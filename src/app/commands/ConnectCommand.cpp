@@ -74,16 +74,18 @@ void awaitHelper(const std::vector<UserDataDirectory>& directories, const connec
   connect::ConnectWatch watch(parts);
   bool isTold = false;
   while (true) {
-    for (const std::string& sentence : watch.observe(connect::lookAtConnections(directories, parts, {.stop = stop})))
+    const auto states = connect::lookAtConnections(directories, parts, {.stop = stop});
+    // A look that was interrupted tells nothing.
+    if (stop.stop_requested())
+      throw Interrupted();
+    for (const std::string& sentence : watch.observe(states))
       say(sentence);
     if (watch.isConnected())
       return;
-    if (stop.stop_requested())
-      throw Interrupted();
     if (limits.hasPassed())
       throw watch.failureAfter(patience);
     if (!isTold)
-      say(fmt::format("Waiting for that, {} seconds at most. Ctrl-C ends the wait, and what is installed stays.",
+      say(fmt::format("Waiting for it, {} seconds at most. Ctrl-C ends the wait, and what is installed stays.",
                       patience));
     isTold = true;
     platform::sleepWithin(limits, lookPause);
@@ -106,7 +108,7 @@ ExitCode connect(const ConnectCommand& command) {
   if (!command.isWaiting) {
     for (const connect::ConnectionState& state : connect::lookAtConnections(installed, parts, {})) {
       for (const connect::Advice& advice : connect::adviceFor(state, parts))
-        say(fmt::format("{}: {}", state.directory.facts->name, advice.sentence));
+        say(advice.sentence);
     }
     return ExitCode::done;
   }
