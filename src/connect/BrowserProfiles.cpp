@@ -68,15 +68,15 @@ std::vector<BrowserProfile> readProfiles(const fs::path& userData, const std::st
   return profiles;
 }
 
-std::string findProfileOfHelper(const fs::path& userData, const std::vector<BrowserProfile>& profiles,
-                                const std::string& helper, const std::string& mark) {
-  for (const BrowserProfile& profile : profiles) {
-    std::error_code error;
-    const fs::path storage = userData / profile.directory / "Local Extension Settings" / helper;
-    for (fs::directory_iterator file(storage, error), last; !error && file != last; file.increment(error)) {
+std::string findProfileOfHelper(const fs::path& userData, const std::string& helper, const std::string& mark) {
+  std::error_code error;
+  for (fs::directory_iterator profile(userData, error), last; !error && profile != last; profile.increment(error)) {
+    std::error_code none; // in most folders there are no such files
+    const fs::path storage = profile->path() / "Local Extension Settings" / helper;
+    for (fs::directory_iterator file(storage, none); !none && file != last; file.increment(none)) {
       const std::optional<std::string> content = contentOf(file->path());
       if (content && !mark.empty() && content->find(mark) != std::string::npos)
-        return profile.directory;
+        return profile->path().filename().string();
     }
   }
   return {};

@@ -20,9 +20,9 @@ struct BrowserProfile {
                                                        const std::string& helper);
 
 /// The folder of the profile in whose storage the helper keeps `mark`, the name that it gave the profile; empty where
-/// none has it. A mark may reach the disk a moment after the helper has told it.
-[[nodiscard]] std::string findProfileOfHelper(const std::filesystem::path& userData,
-                                              const std::vector<BrowserProfile>& profiles, const std::string& helper,
+/// none has it. A mark may reach the disk a moment after the helper has told it, and a new profile is in the browser's
+/// list later still.
+[[nodiscard]] std::string findProfileOfHelper(const std::filesystem::path& userData, const std::string& helper,
                                               const std::string& mark);
 
 } // namespace tabwright::connect

@@ -19,24 +19,22 @@ using platform::RunningBrowser;
 constexpr std::chrono::seconds helperPatience = 2s;
 
 std::optional<RunningBrowser> browserWith(const fs::path& directory, const std::vector<RunningBrowser>& running) {
-  const auto found = std::ranges::find_if(running, [&](const RunningBrowser& browser) {
+  // One browser alone has a directory, and is the first of those that are seen with it: a process that it starts is its
+  // copy for a moment.
+  for (auto browser = running.rbegin(); browser != running.rend(); ++browser) {
     std::error_code ignored;
-    return browser.profileDirectory == directory || fs::equivalent(browser.profileDirectory, directory, ignored);
-  });
-  return found == running.end() ? std::nullopt : std::optional(*found);
+    if (browser->profileDirectory == directory || fs::equivalent(browser->profileDirectory, directory, ignored))
+      return *browser;
+  }
+  return std::nullopt;
 }
 
 void place(ConnectionState& state, const HelperParts& parts, scripting::HelperDescription helper) {
-  std::vector<BrowserProfile> known;
-  for (const ProfileState& each : state.profiles)
-    known.push_back(each.profile);
-  const std::string directory = findProfileOfHelper(state.directory.path, known, parts.identity, helper.profile);
-  const auto profile = std::ranges::find_if(state.profiles, [&](const ProfileState& each) {
-    // The only one there is needs no search.
-    return each.profile.directory == directory || (directory.empty() && state.profiles.size() == 1);
-  });
-  if (profile == state.profiles.end())
-    state.profiles.push_back({.profile = {}, .helper = std::move(helper)});
+  const std::string directory = findProfileOfHelper(state.directory.path, parts.identity, helper.profile);
+  const auto profile = std::ranges::find(
+      state.profiles, directory, [](const ProfileState& each) -> const std::string& { return each.profile.directory; });
+  if (profile == state.profiles.end() || directory.empty())
+    state.profiles.push_back({.profile = {.directory = directory, .name = directory}, .helper = std::move(helper)});
   else
     profile->helper = std::move(helper);
 }

@@ -83,9 +83,9 @@ TEST_F(UserData, NamesProfilesAndTellsWhereTheHelperWasRemoved) {
 
   ScratchFolder::write(chromium.path / "Profile 1/Local Extension Settings" / parts.identity / "000003.log",
                        std::string("\0\1profile\"uuid-1\"", 17));
-  EXPECT_EQ(findProfileOfHelper(chromium.path, profiles, parts.identity, "uuid-1"), "Profile 1");
-  EXPECT_EQ(findProfileOfHelper(chromium.path, profiles, parts.identity, "uuid-2"), "");
-  EXPECT_EQ(findProfileOfHelper(chromium.path, profiles, parts.identity, ""), "");
+  EXPECT_EQ(findProfileOfHelper(chromium.path, parts.identity, "uuid-1"), "Profile 1");
+  EXPECT_EQ(findProfileOfHelper(chromium.path, parts.identity, "uuid-2"), "");
+  EXPECT_EQ(findProfileOfHelper(chromium.path, parts.identity, ""), "");
 
   for (const char* damaged : {"{", "[]", R"({"profile":{"info_cache":[]}})", R"({"profile":7})"}) {
     ScratchFolder::write(chromium.path / "Local State", damaged);

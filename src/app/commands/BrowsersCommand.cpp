@@ -17,6 +17,7 @@
 #include <filesystem>
 #include <iostream>
 #include <optional>
+#include <ranges>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -86,7 +87,8 @@ std::vector<Listed> listAll(const connect::HelperParts& parts) {
   for (ConnectionState& state :
        connect::lookAtConnections(connect::findUserDataDirectories(nullptr, places), parts, {}))
     all.push_back({.state = std::move(state), .port = {}});
-  for (const platform::RunningBrowser& browser : places.running) {
+  // The first of those with one directory is the browser; others are processes that it is about to start.
+  for (const platform::RunningBrowser& browser : std::views::reverse(places.running)) {
     const bool isListed = std::ranges::any_of(
         all, [&](const Listed& each) { return each.state.browser && each.state.browser->process == browser.process; });
     if (isListed)
