@@ -43,7 +43,7 @@ struct World {
   }
 
   std::shared_ptr<testsupport::ModelBrowser> browser = std::make_shared<testsupport::ModelBrowser>();
-  scripting::ScriptingDirectory directory{{.makeDriver = [this](const platform::BrowserFacts&) { return browser; },
+  scripting::ScriptingDirectory directory{{.makeDriver = [this](const platform::BrowserFacts&, const std::string&) { return browser; },
                                            .launch = {},
                                            .desktop = std::make_shared<testsupport::ModelDesktop>(),
                                            .activateSelf = {}}};

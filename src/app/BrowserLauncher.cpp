@@ -239,7 +239,7 @@ LaunchedBrowser launchBrowser(const BrowserLaunch& launch, const std::filesystem
   platform::ensurePrivateFolder(launch.profileDirectory);
 
   const std::optional<RunningBrowser> before = findRunning(launch);
-  if (before && reachOf(*before, patienceWithRunning).kind == BrowserReach::Kind::silent)
+  if (before && portReachOf(*before, patienceWithRunning).kind == BrowserReach::Kind::silent)
     throw NoBrowser(fmt::format("{} already runs with the profile {}, but answers nothing: it is frozen, or very busy. "
                                 "Look at its windows, or end it (process {}) and start it again.",
                                 launch.facts->name, launch.profileDirectory.string(), before->process));

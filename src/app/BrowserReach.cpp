@@ -2,6 +2,10 @@
 
 #include "devtools/Discovery.h"
 #include "devtools/PortLook.h"
+#include "platform/CallLimits.h"
+#include "platform/Failure.h"
+#include "scripting/driver/HelperRoad.h"
+#include "scripting/driver/RelayConnection.h"
 
 #include <fmt/core.h>
 
@@ -11,7 +15,7 @@
 
 namespace tabwright::app {
 
-BrowserReach reachOf(const platform::RunningBrowser& browser, std::chrono::milliseconds patience) {
+BrowserReach portReachOf(const platform::RunningBrowser& browser, std::chrono::milliseconds patience) {
   using devtools::DiscoveryFault;
   using Kind = BrowserReach::Kind;
   const auto endpoint = devtools::Discovery().endpoint(browser.profileDirectory, browser.process, browser.owner);
@@ -30,6 +34,23 @@ BrowserReach reachOf(const platform::RunningBrowser& browser, std::chrono::milli
     return {.kind = Kind::broken, .detail = fmt::format("port {} answers no HTTP", endpoint->port)};
   }
   return {.kind = Kind::drivable, .detail = {}};
+}
+
+BrowserReach reachOf(const platform::RunningBrowser& browser, std::chrono::milliseconds patience) {
+  BrowserReach port = portReachOf(browser, patience);
+  if (port.kind == BrowserReach::Kind::drivable)
+    return port;
+  for (const scripting::RelayPlace& relay : scripting::findRelays(browser)) {
+    try {
+      const platform::CallLimits limits = platform::CallLimits{}.within(patience);
+      const auto helper = scripting::RelayConnection::open(relay, browser, [] {}, limits);
+      if (scripting::describeHelper(*helper, limits).mayRunScripts)
+        return {.kind = BrowserReach::Kind::drivable, .detail = {}};
+      port = {.kind = BrowserReach::Kind::scriptsForbidden, .detail = {}};
+    } catch (const platform::Failure&) { // a helper that can't be spoken to is no road
+    }
+  }
+  return port;
 }
 
 BrowserReaches reachOfRunning(std::chrono::milliseconds patience) {
@@ -54,6 +75,11 @@ std::string sentenceOf(const platform::BrowserFacts& facts, const BrowserReach& 
   switch (reach.kind) {
   case BrowserReach::Kind::drivable:
     return fmt::format("{} is running and can be driven.", facts.name);
+  case BrowserReach::Kind::scriptsForbidden:
+    return fmt::format(
+        "{} is running, and Tabwright’s helper is in it, but may not run scripts: “tabwright connect {}” "
+        "says what to click.",
+        facts.name, facts.shortName);
   case BrowserReach::Kind::silent:
     return fmt::format("{} is running, but answers nothing: it is frozen, or very busy. Look at its windows, or end it "
                        "and start it again.",
@@ -64,9 +90,10 @@ std::string sentenceOf(const platform::BrowserFacts& facts, const BrowserReach& 
   case BrowserReach::Kind::debuggingOff:
     break;
   }
-  return fmt::format("{} is running, but not with remote debugging: open chrome://inspect/#remote-debugging in it and "
-                     "switch it on.",
-                     facts.name);
+  return fmt::format(
+      "{} is running, but can’t be driven yet: “tabwright connect {}” installs Tabwright’s helper in it. "
+      "Or open chrome://inspect/#remote-debugging in it and switch remote debugging on.",
+      facts.name, facts.shortName);
 }
 
 } // namespace tabwright::app

@@ -12,20 +12,23 @@ namespace tabwright::app {
 /// least value counts.
 struct BrowserReach {
   enum class Kind {
-    drivable,     ///< remote debugging is on, and it answers
-    silent,       ///< it is on, but nothing is answered: the browser is frozen, or very busy
-    broken,       ///< it says that it is on, but what it says is wrong
-    debuggingOff, ///< remote debugging is off
+    drivable,         ///< remote debugging is on, and it answers; or the helper in it does
+    scriptsForbidden, ///< the helper in it answers, but may not run scripts in pages
+    silent,           ///< remote debugging is on, but nothing is answered: the browser is frozen, or very busy
+    broken,           ///< it says that remote debugging is on, but what it says is wrong
+    debuggingOff,     ///< remote debugging is off, and no helper is reached
   };
   Kind kind = Kind::debuggingOff;
   std::string detail; ///< of what is broken
 };
 
-/// Reads the browser's own files and asks at its port. Opens no session, so the browser asks its user nothing. Blocks,
-/// for the question at the port no longer than `patience`; a browser that can't be reached is an answer, no failure.
-/// From any thread.
+/// By its debugging port alone: reads the browser's own files and asks at its port. Opens no session, so the browser
+/// asks its user nothing. Blocks, for the question at the port no longer than `patience`; a browser that can't be
+/// reached is an answer, no failure. From any thread.
 ///
-///     if (reachOf(browser, std::chrono::milliseconds(800)).kind == BrowserReach::Kind::drivable) …
+///     if (portReachOf(browser, std::chrono::milliseconds(800)).kind == BrowserReach::Kind::drivable) …
+[[nodiscard]] BrowserReach portReachOf(const platform::RunningBrowser& browser, std::chrono::milliseconds patience);
+/// By its port, else by the helper in one of its profiles, who have `patience` each. Likewise otherwise.
 [[nodiscard]] BrowserReach reachOf(const platform::RunningBrowser& browser, std::chrono::milliseconds patience);
 
 /// By the row of the browser; of several that run of one kind the one that is reached best counts.

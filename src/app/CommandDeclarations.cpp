@@ -128,10 +128,12 @@ void declareWorkflow(CLI::App& program, Choices& choices) {
   workflow->callback([&choices] { choices.chosen = [&choices] { return app::workflow(choices.workflow); }; });
 }
 
+constexpr const char* knownBrowsers = "chromium, chrome, edge, brave or vivaldi";
+
 void declareBrowser(CLI::App& program, Choices& choices) {
   CLI::App* browser =
       program.add_subcommand("browser", "Start a browser to drive, with a profile of its own and remote debugging on");
-  operand(*browser, operands::browser, choices.browser.browser, "chromium, chrome, edge, brave or vivaldi")->required();
+  operand(*browser, operands::browser, choices.browser.browser, knownBrowsers)->required();
   operand(*browser, "ADDRESS", choices.browser.address, "A page to open");
   browser->add_flag("--headless", choices.browser.isHeadless, "Without a window");
   browser->add_flag("--json", choices.isJson, "Print what was started as JSON");
@@ -141,6 +143,30 @@ void declareBrowser(CLI::App& program, Choices& choices) {
     choices.browser.output = choices.output();
     choices.chosen = [&choices] { return app::browser(choices.browser); };
   });
+}
+
+void declareConnection(CLI::App& program, Choices& choices) {
+  CLI::App* connect = program.add_subcommand(
+      "connect", "Install Tabwright’s helper in your own browsers, and say what to click in them");
+  operand(*connect, operands::browser, choices.connect.browser, knownBrowsers);
+  CLI::Option* wait =
+      connect->add_option("--wait", choices.connect.patience, "Wait so long for the helper, instead of 300 seconds")
+          ->type_name("SECONDS")
+          ->check(CLI::Range(1, 86400));
+  flag(*connect, "--no-wait", choices.connect.isWaiting, false, "Only install, and say what is to be done")
+      ->excludes(wait);
+  connect->footer("It may be run again at any time. “tabwright disconnect” removes what it has installed.");
+  connect->callback([&choices] { choices.chosen = [&choices] { return app::connect(choices.connect); }; });
+
+  CLI::App* disconnect =
+      program.add_subcommand("disconnect", "Remove Tabwright’s helper from your own browsers, without a trace");
+  operand(*disconnect, operands::browser, choices.disconnect.browser, knownBrowsers);
+  disconnect->callback([&choices] { choices.chosen = [&choices] { return app::disconnect(choices.disconnect); }; });
+
+  CLI::App* browsers = program.add_subcommand(
+      "browsers", "List your browsers and their profiles, how each can be reached, and what is to be done");
+  browsers->add_flag("--json", choices.isJson, "Print what was found as JSON");
+  browsers->callback([&choices] { choices.chosen = [&choices] { return app::browsers(choices.output()); }; });
 }
 
 void declareWindows(CLI::App& program, Choices& choices) {
@@ -203,6 +229,7 @@ void declareCommands(CLI::App& program, Choices& choices) {
   declareWorkflow(program, choices);
   declareMarkdown(program, choices);
   declareBrowser(program, choices);
+  declareConnection(program, choices);
   declareWindows(program, choices);
   declareUpdate(program, choices);
   declareAgents(program, choices);

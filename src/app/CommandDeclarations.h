@@ -16,7 +16,7 @@ namespace tabwright::app {
 struct Choices {
   /// As written: "debug", "info" or "error" are known; empty for none on standard error.
   std::string logLevel;
-  /// The flag --json of `actions` and `browser`; `run` keeps its own among its words.
+  /// The flag --json of `actions`, `browser`, `browsers` and `update`; `run` keeps its own among its words.
   bool isJson = false;
 
   /// One member per command; only that of the command that was chosen is filled.
@@ -27,6 +27,8 @@ struct Choices {
   MarkdownCommand markdown;
   WorkflowCommand workflow;
   BrowserCommand browser;
+  ConnectCommand connect;
+  DisconnectCommand disconnect;
   UpdateCommand update;
   std::string manualAction;
   std::string shell;

@@ -4,11 +4,14 @@
 // function.
 #include "app/Composition.h"
 
+#include "ConnectedHelper.h"
 #include "app/AutomationElements.h"
 #include "app/BrowserLauncher.h"
 #include "app/HelperFiles.h"
+#include "connect/BrowserProfiles.h"
 #include "crashreport/LoggingCrashReporter.h"
 #include "engine/JavaScriptCoreSyntaxValidator.h"
+#include "platform/AsciiCase.h"
 #include "platform/Logger.h"
 #include "platform/Mutex.h"
 #include "platform/linux/AtspiAccessibility.h"
@@ -34,6 +37,7 @@
 #include "targets/MachineProbe.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
@@ -60,22 +64,41 @@ std::vector<targets::RunningApplication> runningApplications(scripting::Desktop&
   return applications;
 }
 
-/// One driver per browser, made when it is first asked for.
+/// True when the profile is called so: by the name that its user gave it, or by its folder; for the browser as a whole,
+/// when that folder is the user data directory.
+bool isProfile(const platform::RunningBrowser& browser, const std::string& mark, const std::string& name) {
+  const std::filesystem::path& userData = browser.profileDirectory;
+  if (mark.empty())
+    return platform::equalIgnoringCase(userData.filename().string(), name);
+  const std::string helper(connectedhelper::identity);
+  const std::vector<connect::BrowserProfile> profiles = connect::readProfiles(userData, helper);
+  const std::string folder = connect::findProfileOfHelper(userData, profiles, helper, mark);
+  return std::ranges::any_of(profiles, [&](const connect::BrowserProfile& profile) {
+    return profile.directory == folder && (platform::equalIgnoringCase(profile.name, name) ||
+                                           platform::equalIgnoringCase(profile.directory, name));
+  });
+}
+
+/// One driver per browser and profile, made when it is first asked for.
 class Drivers {
 public:
   explicit Drivers(std::shared_ptr<scripting::Desktop> desktop) : recentBrowsers_(std::move(desktop)) {}
 
-  std::shared_ptr<scripting::DevToolsDriver> driver(const BrowserFacts& facts) {
+  /// The driver of one profile, or of whichever the user is in.
+  std::shared_ptr<scripting::DevToolsDriver> driver(const BrowserFacts& facts, const std::string& profile = {}) {
     if (facts.family != platform::BrowserFamily::chromium)
       return nullptr;
     const platform::MutexLock lock(mutex_);
     // One that isn't there is looked for again at each call: a browser may be installed or started at any time. The
     // lock is held for the search, so that two callers never get two drivers.
-    std::shared_ptr<scripting::DevToolsDriver>& driver = drivers_[facts.id];
+    std::shared_ptr<scripting::DevToolsDriver>& driver = drivers_[{facts.id, profile}];
     if (!driver && isHere(facts)) {
       const auto findRunning = [browsers = recentBrowsers_, &facts] { return browsers.find(facts); };
       driver = std::make_shared<scripting::DevToolsDriver>(
-          facts, scripting::DevToolsDriverParts{.helperDirectory = ensureHelperFiles(), .findRunning = findRunning});
+          facts, scripting::DevToolsDriverParts{.helperDirectory = ensureHelperFiles(),
+                                                .findRunning = findRunning,
+                                                .profile = profile,
+                                                .isProfile = isProfile});
     }
     return driver;
   }
@@ -83,7 +106,7 @@ public:
 private:
   const scripting::RecentBrowsers recentBrowsers_;
   platform::Mutex mutex_;
-  std::map<std::string_view, std::shared_ptr<scripting::DevToolsDriver>> drivers_ GUARDED_BY(mutex_);
+  std::map<std::pair<std::string_view, std::string>, std::shared_ptr<scripting::DevToolsDriver>> drivers_ GUARDED_BY(mutex_);
 };
 
 /// Browsers show their controls because they are told to over the protocol.
@@ -173,7 +196,9 @@ struct Composition::Parts {
                                                                                .elements = elements});
   Drivers drivers{desktop};
   scripting::ScriptingDirectory directory{{
-      .makeDriver = [this](const BrowserFacts& facts) { return drivers.driver(facts); },
+      .makeDriver = [this](const BrowserFacts& facts, const std::string& profile) {
+        return drivers.driver(facts, profile);
+      },
       .launch = launchForScript,
       .desktop = desktop,
       .activateSelf = lifecycle.activateSelf,

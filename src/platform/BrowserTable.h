@@ -23,6 +23,9 @@ struct BrowserFacts {
   std::span<const std::string_view> programs;           ///< ends of /proc/PID/exe, see `findBrowserOfProgram`
   std::span<const std::string_view> profileDirectories; ///< default user data directories, below the home directory
   std::string_view windowClass;                         ///< class of WM_CLASS, compared ignoring case
+  /// Folders from which the browser takes extensions for all users, the usual one first.
+  std::span<const std::string_view> extensionFolders;
+  std::string_view messagingFolder; ///< of the programs that extensions may start, for all users; empty: not known
 };
 
 /// The lists of the rows: a span needs an array that lives as long as the table. Beside a browser's own package stand
@@ -41,16 +44,20 @@ inline constexpr std::string_view chromiumPrograms[]{"chromium", "chromium-brows
                                                      "chromium-browser/chrome", "chrome-linux/chrome"};
 inline constexpr std::string_view chromiumProfiles[]{
     ".config/chromium", ".var/app/org.chromium.Chromium/config/chromium", "snap/chromium/common/chromium"};
+inline constexpr std::string_view chromiumExtensions[]{"/usr/share/chromium/extensions"};
 inline constexpr std::string_view chromeEntries[]{"google-chrome", "com.google.Chrome"};
 inline constexpr std::string_view chromeExecutables[]{"google-chrome", "google-chrome-stable"};
 inline constexpr std::string_view chromePrograms[]{"chrome"};
 inline constexpr std::string_view chromeProfiles[]{".config/google-chrome",
                                                    ".var/app/com.google.Chrome/config/google-chrome"};
+inline constexpr std::string_view chromeExtensions[]{"/usr/share/google-chrome/extensions",
+                                                     "/opt/google/chrome/extensions"};
 inline constexpr std::string_view edgeEntries[]{"microsoft-edge", "com.microsoft.Edge"};
 inline constexpr std::string_view edgeExecutables[]{"microsoft-edge", "microsoft-edge-stable"};
 inline constexpr std::string_view edgePrograms[]{"msedge"};
 inline constexpr std::string_view edgeProfiles[]{".config/microsoft-edge",
                                                  ".var/app/com.microsoft.Edge/config/microsoft-edge"};
+inline constexpr std::string_view edgeExtensions[]{"/usr/share/microsoft-edge/extensions"};
 inline constexpr std::string_view vivaldiEntries[]{"vivaldi-stable", "com.vivaldi.Vivaldi", "vivaldi"};
 inline constexpr std::string_view vivaldiExecutables[]{"vivaldi", "vivaldi-stable"};
 inline constexpr std::string_view vivaldiPrograms[]{"vivaldi-bin", "vivaldi"};
@@ -60,17 +67,38 @@ inline constexpr std::string_view vivaldiProfiles[]{".config/vivaldi", ".var/app
 /// The supported browsers, in the order in which they are offered. Safari has no face on this platform. Rows are told
 /// apart by their addresses, which are the same everywhere in the program.
 inline constexpr std::array<BrowserFacts, 6> browserTable{{
-    {"com.brave.browser", "Brave Browser", "brave", BrowserFamily::chromium, browserfacts::braveEntries,
-     browserfacts::braveExecutables, browserfacts::bravePrograms, browserfacts::braveProfiles, "Brave-browser"},
+    {"com.brave.browser",
+     "Brave Browser",
+     "brave",
+     BrowserFamily::chromium,
+     browserfacts::braveEntries,
+     browserfacts::braveExecutables,
+     browserfacts::bravePrograms,
+     browserfacts::braveProfiles,
+     "Brave-browser",
+     {},
+     ""},
     {"org.chromium.chromium", "Chromium", "chromium", BrowserFamily::chromium, browserfacts::chromiumEntries,
-     browserfacts::chromiumExecutables, browserfacts::chromiumPrograms, browserfacts::chromiumProfiles, "Chromium"},
+     browserfacts::chromiumExecutables, browserfacts::chromiumPrograms, browserfacts::chromiumProfiles, "Chromium",
+     browserfacts::chromiumExtensions, "/etc/chromium/native-messaging-hosts"},
     {"com.google.chrome", "Google Chrome", "chrome", BrowserFamily::chromium, browserfacts::chromeEntries,
-     browserfacts::chromeExecutables, browserfacts::chromePrograms, browserfacts::chromeProfiles, "Google-chrome"},
+     browserfacts::chromeExecutables, browserfacts::chromePrograms, browserfacts::chromeProfiles, "Google-chrome",
+     browserfacts::chromeExtensions, "/etc/opt/chrome/native-messaging-hosts"},
     {"com.microsoft.edgemac", "Microsoft Edge", "edge", BrowserFamily::chromium, browserfacts::edgeEntries,
-     browserfacts::edgeExecutables, browserfacts::edgePrograms, browserfacts::edgeProfiles, "Microsoft-edge"},
-    {"com.apple.safari", "Safari", "safari", BrowserFamily::safari, {}, {}, {}, {}, ""},
-    {"com.vivaldi.vivaldi", "Vivaldi", "vivaldi", BrowserFamily::chromium, browserfacts::vivaldiEntries,
-     browserfacts::vivaldiExecutables, browserfacts::vivaldiPrograms, browserfacts::vivaldiProfiles, "Vivaldi-stable"},
+     browserfacts::edgeExecutables, browserfacts::edgePrograms, browserfacts::edgeProfiles, "Microsoft-edge",
+     browserfacts::edgeExtensions, "/etc/opt/edge/native-messaging-hosts"},
+    {"com.apple.safari", "Safari", "safari", BrowserFamily::safari, {}, {}, {}, {}, "", {}, ""},
+    {"com.vivaldi.vivaldi",
+     "Vivaldi",
+     "vivaldi",
+     BrowserFamily::chromium,
+     browserfacts::vivaldiEntries,
+     browserfacts::vivaldiExecutables,
+     browserfacts::vivaldiPrograms,
+     browserfacts::vivaldiProfiles,
+     "Vivaldi-stable",
+     {},
+     ""},
 }};
 
 /// A browser's id or name, and one of its profiles behind a slash: "org.chromium.chromium/work". Views into the text.

@@ -24,9 +24,9 @@ using platform::BrowserFacts;
 namespace {
 
 const BrowserFacts* findFacts(std::string_view BrowserFacts::* column, std::string_view text) {
-  const auto row = std::ranges::find_if(
-      platform::browserTable,
-      [&](const BrowserFacts& facts) { return sameIgnoringCase(facts.*column, platform::splitProfile(text).browser); });
+  const auto row = std::ranges::find_if(platform::browserTable, [&](const BrowserFacts& facts) {
+    return sameIgnoringCase(facts.*column, platform::splitProfile(text).browser);
+  });
   return row == platform::browserTable.end() ? nullptr : &*row;
 }
 

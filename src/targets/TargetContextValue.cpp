@@ -17,9 +17,10 @@ namespace {
 // A bundle identifier stands in programs between quotes, so it holds nothing that could end them.
 bool isBundleIdentifier(std::string_view text) {
   const auto [id, profile] = platform::splitProfile(text);
-  return (id.size() == text.size() || targets::isProfileName(profile)) && !id.empty() && std::ranges::all_of(id, [](char c) {
-    return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '_';
-  });
+  return (id.size() == text.size() || targets::isProfileName(profile)) && !id.empty() &&
+         std::ranges::all_of(id, [](char c) {
+           return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '_';
+         });
 }
 
 std::string expected() {

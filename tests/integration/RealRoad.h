@@ -93,7 +93,7 @@ private:
   testsupport::Environment environment_{
       {{"XDG_DATA_HOME", scripts_.path()}, {"XDG_RUNTIME_DIR", std::nullopt}}}; // which would be preferred
   std::shared_ptr<testsupport::ModelDesktop> desktop_ = std::make_shared<testsupport::ModelDesktop>();
-  ScriptingDirectory directory_{{.makeDriver = [this](const platform::BrowserFacts&) { return answering; },
+  ScriptingDirectory directory_{{.makeDriver = [this](const platform::BrowserFacts&, const std::string&) { return answering; },
                                  .launch = {},
                                  .desktop = desktop_,
                                  .activateSelf = {}}};

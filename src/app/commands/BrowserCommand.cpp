@@ -2,44 +2,22 @@
 // nobody knows, and windows without a desktop. Programs that read the output get JSON without asking for it, as no
 // terminal is there.
 #include "app/BrowserLauncher.h"
+#include "app/BrowserName.h"
 #include "app/Interruptible.h"
 #include "app/commands/Commands.h"
-#include "host/NearestNames.h"
-#include "intents/UsageError.h"
-#include "platform/AsciiCase.h"
 
 #include <boost/json/object.hpp>
 #include <boost/json/serialize.hpp>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <iostream>
 #include <string>
 #include <unistd.h>
-#include <vector>
 
 namespace tabwright::app {
-namespace {
-
-using platform::BrowserFacts;
-
-const BrowserFacts& requireBrowser(const std::string& wanted) {
-  const BrowserFacts* facts = platform::findBrowser(platform::lowercased(wanted));
-  // Safari has a row in the table, but no program here.
-  if (facts && !facts->executables.empty())
-    return *facts;
-  std::vector<std::string> names;
-  for (const BrowserFacts& row : platform::browserTable) {
-    if (!row.executables.empty())
-      names.emplace_back(row.shortName);
-  }
-  throw intents::UsageError(fmt::format("There is no browser “{}” to start. Choose one of: {}.{}", wanted,
-                                        fmt::join(names, ", "), host::didYouMean(wanted, names, "")));
-}
-
-} // namespace
 
 ExitCode browser(const BrowserCommand& command) {
-  const BrowserFacts& facts = requireBrowser(command.browser);
+  const platform::BrowserFacts& facts = requireBrowser(command.browser, "to start");
   if (!command.isHeadless)
     requireDesktop(facts);
   BrowserLaunch launch = launchWithOwnProfile(facts);

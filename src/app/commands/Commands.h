@@ -90,6 +90,27 @@ struct BrowserCommand {
 /// only opens the address.
 ExitCode browser(const BrowserCommand& command);
 
+struct ConnectCommand {
+  std::optional<std::string> browser; ///< as in BrowserCommand; none: all that are installed
+  bool isWaiting = true;
+  int patience = 300; ///< seconds to wait for the helper at most
+};
+/// `tabwright connect`: installs the helper for this user in the browsers that the user has, tells each step that is
+/// the user's to do, and waits until one of the browsers can be driven through it. What is installed stays, however the
+/// wait ends. Running it again changes nothing that is as it should be. Throws ConnectFault.
+ExitCode connect(const ConnectCommand& command);
+
+struct DisconnectCommand {
+  std::optional<std::string> browser; ///< none: all, and every folder that the helper was ever installed in
+};
+/// `tabwright disconnect`: removes what `connect` has written, and ends the relays. Goes on where one browser fails,
+/// and throws that failure in the end. Nothing to remove is no failure.
+ExitCode disconnect(const DisconnectCommand& command);
+
+/// `tabwright browsers`: lists the browsers with their profiles, the roads by which they are reached, the helper's
+/// switches, and what is to be done.
+ExitCode browsers(OutputForm output);
+
 /// `tabwright open`: shows the program's windows, in the process that has them already or in a new one. Returns at
 /// once.
 ExitCode open();

@@ -21,7 +21,8 @@ struct Row {
 };
 /// The commands that a newcomer needs first.
 constexpr Row firstCommands[]{
-    {"tabwright browser chromium", "starts a browser to drive"},
+    {"tabwright connect", "makes your own browser one that can be driven"},
+    {"tabwright browser chromium", "starts another one to drive"},
     {"tabwright run GetListOfTabs", "runs an action: this one lists the tabs"},
     {"tabwright actions [NAME]", "lists the actions, or shows one in full"},
     {"tabwright applescript FILE", "runs an AppleScript of yours"},

@@ -196,9 +196,13 @@ bool isLockedBy(const fs::path& profile, pid_t process) {
 fs::path defaultProfile(const RunningBrowser& browser, const ProcessFiles& process) {
   const std::vector<std::string> environment = splitAtNulls(readAll(process, "environ").value_or(""));
   std::string home = variable(environment, "HOME");
-  if (home.empty())
+  std::string configuration = variable(environment, "XDG_CONFIG_HOME");
+  if (home.empty()) {
     home = homeOf(browser.owner);
-  const std::string configuration = variable(environment, "XDG_CONFIG_HOME");
+    // What was written over is most likely as it is here.
+    if (const char* own = std::getenv("XDG_CONFIG_HOME"); own && *own == '/' && browser.owner == ::geteuid())
+      configuration = own;
+  }
 
   std::vector<fs::path> candidates;
   for (const std::string_view directory : browser.facts->profileDirectories) {

@@ -30,6 +30,7 @@ ScriptError inTheLanguage(const DriverFailure& failure) {
   const std::string sentence = withoutSigns(failure.errorDescription());
   switch (failure.kind()) {
   case DriverFault::notRunning:
+  case DriverFault::profileNotReached:
     return errors::of(errorNumber::applicationNotRunning, sentence);
   case DriverFault::notAccepting:
   case DriverFault::scriptsNotAllowed:

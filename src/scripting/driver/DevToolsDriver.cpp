@@ -218,8 +218,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::tryLink(const platform::RunningBrow
   }
   // The browser starts a relay that was killed again, in a moment; one that has just been started listens in another.
   const CallLimits patience = limits.within(patienceWithRelays);
-  while (!byHelper && !byPort && !patience.hasPassed() &&
-         (hadRelay(browser) || !parts_.findRelays(browser).empty())) {
+  while (!byHelper && !byPort && !patience.hasPassed() && (hadRelay(browser) || !parts_.findRelays(browser).empty())) {
     devtools::pause(relayPause, "the browser’s helper is coming back", limits);
     byHelper = tryRelays(browser, limits);
   }

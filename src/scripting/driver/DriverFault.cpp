@@ -14,7 +14,7 @@ using platform::FailureClass;
 
 // Sentences are formats of fmt. `name` is the browser's, where the detail is one; `because` the detail behind a colon,
 // where there is any; `command` starts a browser that can be driven.
-constexpr platform::FailureTable<DriverFault, 15> table{
+constexpr platform::FailureTable<DriverFault, 16> table{
     "DriverFault",
     {
         {notRunning, "notRunning",
@@ -28,6 +28,10 @@ constexpr platform::FailureTable<DriverFault, 15> table{
         {scriptsNotAllowed, "scriptsNotAllowed",
          "The browser doesn’t allow JavaScript from Apple Events: “Allow User Scripts” is off in it. Switch it on at "
          "{detail}.",
+         FailureClass::unreachable},
+        {profileNotReached, "profileNotReached",
+         "There is no profile {detail} that can be reached. “tabwright browsers” lists the profiles, and how each can "
+         "be reached.",
          FailureClass::unreachable},
         {DriverFault::unreachable, "unreachable",
          "The browser can’t be reached at its debugging port: {detail}. End it and start it again, or start another "

@@ -11,6 +11,7 @@ enum class DriverFault {
   notRunning,        ///< no such browser runs. detail: its name
   notAccepting,      ///< it runs, but doesn't accept remote debugging. detail: its name
   scriptsNotAllowed, ///< it is reached by its helper, which may run no scripts in pages. detail: the switch's page
+  profileNotReached, ///< none of its profiles that can be reached is called so. detail: browser and profile
   unreachable,       ///< what its profile tells of its debugging port can't be used. detail: why, as a clause
   lost,              ///< it ended, or the connection broke, during the call or before. detail: why, as a clause
   notAnswering,      ///< it answered nothing at all for a while. detail: for how long
