@@ -74,8 +74,8 @@ bool isProfile(const platform::RunningBrowser& browser, const std::string& mark,
   const std::vector<connect::BrowserProfile> profiles = connect::readProfiles(userData, helper);
   const std::string folder = connect::findProfileOfHelper(userData, profiles, helper, mark);
   return std::ranges::any_of(profiles, [&](const connect::BrowserProfile& profile) {
-    return profile.directory == folder && (platform::equalIgnoringCase(profile.name, name) ||
-                                           platform::equalIgnoringCase(profile.directory, name));
+    return profile.directory == folder &&
+           (platform::equalIgnoringCase(profile.name, name) || platform::equalIgnoringCase(profile.directory, name));
   });
 }
 
@@ -106,7 +106,8 @@ public:
 private:
   const scripting::RecentBrowsers recentBrowsers_;
   platform::Mutex mutex_;
-  std::map<std::pair<std::string_view, std::string>, std::shared_ptr<scripting::DevToolsDriver>> drivers_ GUARDED_BY(mutex_);
+  std::map<std::pair<std::string_view, std::string>, std::shared_ptr<scripting::DevToolsDriver>>
+      drivers_ GUARDED_BY(mutex_);
 };
 
 /// Browsers show their controls because they are told to over the protocol.
@@ -196,9 +197,8 @@ struct Composition::Parts {
                                                                                .elements = elements});
   Drivers drivers{desktop};
   scripting::ScriptingDirectory directory{{
-      .makeDriver = [this](const BrowserFacts& facts, const std::string& profile) {
-        return drivers.driver(facts, profile);
-      },
+      .makeDriver = [this](const BrowserFacts& facts,
+                           const std::string& profile) { return drivers.driver(facts, profile); },
       .launch = launchForScript,
       .desktop = desktop,
       .activateSelf = lifecycle.activateSelf,

@@ -93,10 +93,11 @@ private:
   testsupport::Environment environment_{
       {{"XDG_DATA_HOME", scripts_.path()}, {"XDG_RUNTIME_DIR", std::nullopt}}}; // which would be preferred
   std::shared_ptr<testsupport::ModelDesktop> desktop_ = std::make_shared<testsupport::ModelDesktop>();
-  ScriptingDirectory directory_{{.makeDriver = [this](const platform::BrowserFacts&, const std::string&) { return answering; },
-                                 .launch = {},
-                                 .desktop = desktop_,
-                                 .activateSelf = {}}};
+  ScriptingDirectory directory_{
+      {.makeDriver = [this](const platform::BrowserFacts&, const std::string&) { return answering; },
+       .launch = {},
+       .desktop = desktop_,
+       .activateSelf = {}}};
   FoundationBridge bridge_;
   InterpreterScriptTasks tasks_{std::make_shared<applescript::Interpreter>(applescript::Surroundings{
       .directory = &directory_, .objectiveC = &bridge_, .sleep = {}, .now = {}, .random = {}, .log = {}})};

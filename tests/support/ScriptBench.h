@@ -58,7 +58,8 @@ struct ScriptBench {
 private:
   scripting::ScriptingServices services() {
     scripting::ScriptingServices services;
-    services.makeDriver = [this](const platform::BrowserFacts& facts, const std::string& /*profile*/) -> std::shared_ptr<scripting::BrowserDriver> {
+    services.makeDriver = [this](const platform::BrowserFacts& facts,
+                                 const std::string& /*profile*/) -> std::shared_ptr<scripting::BrowserDriver> {
       const bool isInstalled = facts.shortName == "chromium" || facts.shortName == "safari";
       return isInstalled ? browser : nullptr;
     };
