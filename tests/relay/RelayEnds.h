@@ -93,7 +93,7 @@ inline FrameEnd connectedTo(const std::string& path) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
   path.copy(address.sun_path, sizeof address.sun_path - 1);
-  if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+  if (socket < 0 || ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
     throw std::runtime_error("connecting to " + path + ": " + std::strerror(errno));
   return {socket, socket};
 }
