@@ -131,6 +131,7 @@ TEST_F(CommandLine, saysWhenItsOutputCannotBeWritten) {
       {{"completion", "bash"}, ""},
       {{"manual"}, ""},
       {{"update"}, ""},
+      {{"browsers"}, ""},
       {{"--help"}, ""},
       {{"mcp"},
        R"({"jsonrpc": "2.0", "id": 1, "method": "ping"})"
@@ -150,6 +151,31 @@ TEST_F(CommandLine, saysWhenItsOutputCannotBeWritten) {
   EXPECT_EQ(left.errors, "");
 }
 
+TEST_F(CommandLine, connectsBrowsersAndLeavesNoTraceOfIt) {
+  const std::filesystem::path programs = home / "bin";
+  const std::map<std::string, std::string> nothingInstalled{{"PATH", programs}, {"XDG_DATA_DIRS", "/nonexistent"}};
+  EXPECT_EQ(tabwright({"connect", "vivaldi"}, "", nothingInstalled).exitCode, 3);
+  EXPECT_THAT(tabwright({"connect", "vivaldi"}, "", nothingInstalled).errors, HasSubstr("Vivaldi is not installed"));
+  EXPECT_EQ(tabwright({"connect", "netscape"}).exitCode, 2);
+  EXPECT_EQ(tabwright({"connect", "--wait", "0"}).exitCode, 2);
+  EXPECT_EQ(tabwright({"connect", "--wait", "9", "--no-wait"}).exitCode, 2);
+
+  testsupport::ScratchFolder::write(programs / "vivaldi", "#!/bin/sh\n");
+  std::filesystem::permissions(programs / "vivaldi", std::filesystem::perms::owner_all);
+  const CommandOutcome connected = tabwright({"connect", "Vivaldi", "--no-wait"}, "", nothingInstalled);
+  EXPECT_EQ(connected.exitCode, 0) << connected.errors;
+  EXPECT_THAT(connected.output,
+              ::testing::AllOf(HasSubstr("Vivaldi: the helper is installed in " + (home / ".config/vivaldi").string()),
+                               HasSubstr("\nStart Vivaldi: ")));
+  EXPECT_THAT(tabwright({"browsers"}, "", nothingInstalled).output, HasSubstr(R"("helperFiles":"present")"));
+  // The browser may be gone by then.
+  std::filesystem::remove(programs / "vivaldi");
+  EXPECT_THAT(tabwright({"disconnect", "vivaldi"}, "", nothingInstalled).output, StartsWith("Vivaldi: removed "));
+  EXPECT_FALSE(std::filesystem::exists(home / ".config"));
+  EXPECT_THAT(tabwright({"disconnect", "vivaldi"}, "", nothingInstalled).output,
+              HasSubstr("nothing of Tabwright’s to remove"));
+}
+
 TEST_F(CommandLine, tellsANewcomerWhereToBegin) {
   const CommandOutcome outcome = tabwright({});
   EXPECT_EQ(outcome.exitCode, 0);
@@ -159,8 +185,9 @@ TEST_F(CommandLine, tellsANewcomerWhereToBegin) {
 }
 
 TEST_F(CommandLine, showsHelpThatFitsATerminalAndCanBeCopied) {
-  for (const std::string command : {"", "run", "script", "actions", "applescript", "workflow", "markdown", "browser",
-                                    "update", "mcp", "completion", "manual", "help"}) {
+  for (const std::string command :
+       {"", "run", "script", "actions", "applescript", "workflow", "markdown", "browser", "connect", "disconnect",
+        "browsers", "update", "mcp", "completion", "manual", "help"}) {
     const std::string help = tabwright({"help", command}).output;
     EXPECT_THAT(help, HasSubstr("\nUsage: tabwright " + command));
     std::istringstream lines(help);
