@@ -71,11 +71,12 @@ bool isProfile(const platform::RunningBrowser& browser, const std::string& mark,
   if (mark.empty())
     return platform::equalIgnoringCase(userData.filename().string(), name);
   const std::string helper(connectedhelper::identity);
+  const std::string folder = connect::findProfileOfHelper(userData, helper, mark);
   const std::vector<connect::BrowserProfile> profiles = connect::readProfiles(userData, helper);
-  const std::string folder = connect::findProfileOfHelper(userData, profiles, helper, mark);
-  return std::ranges::any_of(profiles, [&](const connect::BrowserProfile& profile) {
-    return profile.directory == folder &&
-           (platform::equalIgnoringCase(profile.name, name) || platform::equalIgnoringCase(profile.directory, name));
+  return std::ranges::any_of(profiles, [&](const connect::BrowserProfile& each) {
+    const bool isCalledSo =
+        platform::equalIgnoringCase(each.name, name) || platform::equalIgnoringCase(each.directory, name);
+    return each.directory == folder && isCalledSo;
   });
 }
 

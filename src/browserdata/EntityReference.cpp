@@ -12,7 +12,7 @@ namespace {
 
 bool isReference(std::string_view text) {
   return std::ranges::all_of(
-      text, [](unsigned char c) { return c > ' ' && c != 0x7F && c != '"' && c != '\\' && c != '{' && c != '}'; });
+      text, [](unsigned char c) { return c >= ' ' && c != 0x7F && c != '"' && c != '\\' && c != '{' && c != '}'; });
 }
 
 } // namespace

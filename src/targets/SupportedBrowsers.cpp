@@ -50,7 +50,8 @@ std::optional<TargetContext> findTargetContext(std::string_view text) {
 
 bool isProfileName(std::string_view text) {
   return !text.empty() && text.size() <= 100 && std::ranges::none_of(text, [](char c) {
-    return static_cast<unsigned char>(c) < ' ' || c == '\x7f' || c == '"' || c == '\\' || c == ':' || c == '/';
+    return static_cast<unsigned char>(c) < ' ' || c == '\x7f' || c == '"' || c == '\\' || c == ':' || c == '/' ||
+           c == '{' || c == '}';
   });
 }
 

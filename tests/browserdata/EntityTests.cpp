@@ -83,7 +83,10 @@ TEST(BrowserTabEntity, IsReadFromItsReferenceAlone) {
   }
   EXPECT_EQ(TabTraits::fromText("safari:17:3").id(), "17:3");
   EXPECT_EQ(WindowTraits::fromJson(boost::json::value("chromium:5")).fullID, "org.chromium.chromium:5");
-  for (const std::string_view text : {"8", "chromium:", ":8", "frontmost:8", "netscape:8", "chromium", "\"chromium:8"})
+  EXPECT_EQ(TabTraits::fromText("chromium/Profile 1:8").fullID, "org.chromium.chromium/profile 1:8")
+      << "of one profile";
+  for (const std::string_view text : {"8", "chromium:", "chromium/:8", "chromium/a/b:8", ":8", "frontmost:8",
+                                      "netscape:8", "chromium", "\"chromium:8"})
     EXPECT_NE(failureText([&] { return TabTraits::fromText(text); }).find("or its reference"), std::string::npos)
         << text;
 }

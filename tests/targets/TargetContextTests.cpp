@@ -52,6 +52,17 @@ TEST(TargetContext, IsReadFromWhateverAUserCallsIt) {
   EXPECT_EQ(Traits::fromText("google chrome").id, "com.google.chrome");
 }
 
+TEST(TargetContext, MayNameAProfile) {
+  const TargetContext work = Traits::fromText("chromium/Work");
+  EXPECT_EQ(work, (TargetContext{"org.chromium.chromium/work", "Chromium/Work"}));
+  EXPECT_EQ(Traits::fromJson(Traits::toJson(work)), work);
+  EXPECT_EQ(Traits::fromText("Google Chrome/Profile 1").id, "com.google.chrome/profile 1");
+  EXPECT_EQ(findTargetContext(shortNameOf(work))->id, work.id);
+  for (const std::string_view text : {"chromium/", "chromium/a/b", "chromium/a\"b", "chromium/a:8", "frontmost/Work",
+                                      R"({"id":"org.chromium.chromium/a\"b"})", R"({"id":"org.example.reader/"})"})
+    EXPECT_NE(failureText([&] { return Traits::fromText(text); }), "") << text;
+}
+
 TEST(TargetContext, CrossesAsAnObjectBothWays) {
   for (const TargetContext& context : {chromium, TargetContext{chromium.id, "Chromium Nightly"},
                                        TargetContext{"org.example.reader", "Reader"}, engine::frontmostTargetContext()})
