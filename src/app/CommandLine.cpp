@@ -35,7 +35,7 @@ ReportForm reportForm(const Choices& choices) {
 
 bool installLog(const Choices& choices) {
   platform::LogSinks sinks{.file = platform::defaultLogFile(),
-                           .fileLevel = platform::LogLevel::info,
+                           .fileLevel = platform::defaultFileLevel(),
                            .onLoss = [form = reportForm(choices)](const std::string& sentence) {
                              std::cerr << noticeReport({{"Log", "lost", {}}, sentence}, form);
                            }};

@@ -67,7 +67,7 @@ int sendReports(std::string_view address) {
     return static_cast<int>(ExitCode::wrongUse);
   }
   ::alarm(static_cast<unsigned>(longestLife.count())); // whatever hangs then, such as a disk, ends with this
-  platform::installLogSinks({.file = platform::defaultLogFile(), .fileLevel = platform::LogLevel::info});
+  platform::installLogSinks({.file = platform::defaultLogFile(), .fileLevel = platform::defaultFileLevel()});
   const auto options = ErrorReports::optionsFor(address);
   if (!options)
     return static_cast<int>(ExitCode::wrongUse);

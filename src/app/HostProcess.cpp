@@ -167,7 +167,7 @@ int runHost(const std::string& socketPath, std::string_view reportAddress) {
     std::cerr << "tabwright-host: “" << handover::command << "” is how “tabwright run” starts the background host.\n";
     return static_cast<int>(ExitCode::wrongUse);
   }
-  platform::installLogSinks({.file = platform::defaultLogFile(), .fileLevel = platform::LogLevel::info});
+  platform::installLogSinks({.file = platform::defaultLogFile(), .fileLevel = platform::defaultFileLevel()});
   Host(doorAt(socketPath), reportAddress).run();
   return static_cast<int>(ExitCode::done);
 }

@@ -185,7 +185,7 @@ int runDesktop(int argumentCount, char** arguments) {
   });
   if (instance.isSecond())
     return 0;
-  platform::installLogSinks({.file = platform::defaultLogFile(), .fileLevel = platform::LogLevel::info});
+  platform::installLogSinks({.file = platform::defaultLogFile(), .fileLevel = platform::defaultFileLevel()});
   takeAppearance();
   Desktop desktop;
   activate = [&desktop] { desktop.show(); };

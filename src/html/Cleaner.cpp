@@ -18,6 +18,9 @@ public:
   void add(const Node& node, const AllowList& list, Element& parent) {
     if (node.isText())
       return tree_.insertText(node.wholeText(), node.text(), parent);
+    // They tell of a drawing to those who don't see it, and are no part of it.
+    if (node.name() == "svg title" || node.name() == "svg desc" || node.name() == "svg metadata")
+      return;
     Element* inside = &parent;
     if (list.allowsTag(node.name())) {
       allowed_.clear();

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <utility>
@@ -18,6 +19,8 @@
 namespace tabwright::platform {
 namespace {
 
+/// As other programs of the desktop are told apart: by their application's id.
+constexpr std::string_view subsystem = "com.tabwright.tabwright";
 // A log must not fill a disk, however long a host runs: at most four megabytes are kept.
 constexpr std::size_t bytesPerFile = 1'000'000;
 constexpr std::size_t oldFiles = 3;
@@ -61,6 +64,11 @@ std::filesystem::path defaultLogFile() {
   return stateHome() / "tabwright" / "tabwright.log";
 }
 
+LogLevel defaultFileLevel() {
+  const char* wanted = std::getenv("TABWRIGHT_LOG_LEVEL");
+  return wanted ? logLevelNamed(wanted).value_or(LogLevel::info) : LogLevel::info;
+}
+
 std::optional<LogLevel> logLevelNamed(std::string_view name) {
   if (name == "debug")
     return LogLevel::debug;
@@ -97,7 +105,7 @@ void installLogSinks(const LogSinks& sinks) {
   // Debug lines are many and wait in the buffer; those that matter have left the process when it dies.
   logger->flush_on(spdlog::level::info);
   setLogReceiver(lowest, [logger](LogLevel level, std::string_view category, std::string_view text) {
-    logger->log(spdlogLevel(level), "[{}] {}", category, text);
+    logger->log(spdlogLevel(level), "[{}:{}] {}", subsystem, category, text);
   });
 }
 

@@ -12,7 +12,7 @@ namespace tabwright::platform {
 /// program goes on. A level includes those behind it.
 enum class LogLevel { debug, info, error };
 
-/// Writes lines of one subsystem and category, as `[time] [level] [category] text`, to the sink that the program has
+/// Writes lines of one subsystem and category, to the sink that the program has
 /// set up: by default nowhere. Cheap when the level is off: the arguments are not formatted then.
 ///
 ///     const Logger log("Scriptacular"); // in the source's unnamed namespace

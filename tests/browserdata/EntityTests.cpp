@@ -67,9 +67,11 @@ TEST(BrowserTabEntity, HasNeitherForASelectionOfWhiteSpace) {
 
 TEST(BrowserTabEntity, KeepsTheRichTextOfASelectionThatIsNoMarkdown) {
   BrowserTabData record = tabRecord();
-  record.pageSelectionHTML = "<table><tr><td>" + std::string(20'000, 'x');
-  for (int row = 0; row < 20'000; ++row)
-    record.pageSelectionHTML += "<tr><td>y";
+  record.pageSelectionHTML.clear();
+  for (int count = 0; count < 500; ++count)
+    record.pageSelectionHTML += "<blockquote>";
+  for (int count = 0; count < 20'000; ++count)
+    record.pageSelectionHTML += "x<b>y</b>";
   const BrowserTabEntity tab(record, safari);
   EXPECT_EQ(tab.selectionMD, "ERROR: Unable to convert HTML");
   EXPECT_TRUE(tab.selectionRTFD);

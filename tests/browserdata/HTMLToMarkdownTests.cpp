@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -120,6 +121,20 @@ TEST(HTMLToMarkdown, TakesOutWhatIsNoText) {
 TEST(HTMLToMarkdown, UsesTheSeparatorsItIsGiven) {
   EXPECT_EQ((HTMLToMarkdown{"<p>a</p>\n<ul><li>b<ul><li>c</ul></ul>", "\r\n", "\r\n\r\n"}.convert()),
             "a\r\n\r\n\r\n- b\r\n    - c\r\n\r\n");
+}
+
+TEST(HTMLToMarkdown, PadsNoTableOutOfProportionAndLosesNothingOfIt) {
+  std::string page = "<table><tr><td>" + std::string(20'000, 'x');
+  for (int row = 0; row < 20'000; ++row)
+    page += "<tr><td>y";
+  const std::string markdown = converted(page);
+  EXPECT_LT(markdown.size(), 400'000U);
+  EXPECT_EQ(std::ranges::count(markdown, 'x'), 20'000);
+  EXPECT_EQ(std::ranges::count(markdown, 'y'), 20'000);
+}
+
+TEST(HTMLToMarkdown, LeavesOutWhatOnlyTellsOfADrawing) {
+  EXPECT_EQ(converted("a<svg><title>T</title><desc>D</desc><text>shown</text></svg>"), "ashown");
 }
 
 TEST(HTMLToMarkdown, RefusesWhatWouldGrowOutOfProportion) {

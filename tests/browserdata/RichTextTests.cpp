@@ -98,9 +98,11 @@ TEST(RichText, LeavesOutWhatBrowsersDoNotShow) {
   for (const std::string_view page :
        {"<head><title>no</title></head>yes", "yes<script>no</script><style>no</style>", "<p hidden>no<b>no</b></p>yes",
         "yes<template><p>no</template>", "yes<noscript>no</noscript>", "yes<dialog>no</dialog>", "<!-- no -->yes",
-        "yes<table><tr hidden><td>no</table>"})
+        "yes<table><tr hidden><td>no</table>", "yes<p style='color: red; DISPLAY : None !important'>no</p>",
+        "yes<svg><title>no</title></svg>"})
     EXPECT_EQ(runsOf(page), "yes") << page;
   EXPECT_EQ(runsOf("<dialog open>yes</dialog>"), "yes");
+  EXPECT_EQ(runsOf("<span style='display: none; display: inline'>yes</span>"), "yes");
   EXPECT_EQ(runsOf(""), "");
 }
 

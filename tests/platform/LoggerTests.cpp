@@ -60,7 +60,7 @@ TEST_F(LoggerTest, AddsLinesToAFileOfTheStateHome) {
   log.info("{} loud", "{}");
   setLogReceiver(LogLevel::error, {});
   EXPECT_THAT(folder.content(file),
-              testing::ContainsRegex("^\\[[-0-9: .]+\\] \\[info\\] \\[Category\\] \\{\\} loud\n$"));
+              testing::ContainsRegex("^\\[[-0-9: .]+\\] \\[info\\] \\[com.tabwright.tabwright:Category\\] \\{\\} loud\n$"));
 }
 
 TEST_F(LoggerTest, TellsOnceThatItsFileCannotBeWritten) {

@@ -21,11 +21,25 @@ struct Cell {
 };
 using Row = std::vector<Cell>;
 
+constexpr std::size_t mostPadding = std::size_t{4} << 20; // blanks of one table
+
 /// Rows that stand together: those of a section, or one that stands for itself.
 struct Section {
   bool isHead = false;
   std::vector<Row> rows;
 };
+
+/// The blanks that it takes to make all cells of a column as wide as its widest.
+std::size_t paddingOf(const std::vector<Section>& sections, const std::vector<std::size_t>& widths) {
+  std::size_t blanks = 0;
+  for (const Section& section : sections) {
+    for (const Row& row : section.rows) {
+      for (std::size_t column = 0; column < row.size(); ++column)
+        blanks += widths[column] - row[column].width;
+    }
+  }
+  return blanks;
+}
 
 // Texts in a table's structure are left out: they are white space, since the parser moves any other out of it.
 template <class Visit>
@@ -89,12 +103,17 @@ void MarkdownWalk::addTable(const html::Node& table, const MarkdownPlace& place)
     sections.push_back(std::move(section));
   });
 
+  // One cell of a long text makes a column wide for all rows; where that would be out of all proportion no cell is
+  // padded, and nothing of the text is lost.
+  const bool isPadded = paddingOf(sections, widths) <= mostPadding;
   pieces_.add(paragraph_);
   for (const Section& section : sections) {
     for (const Row& row : section.rows) {
       pieces_.add("|");
-      for (std::size_t column = 0; column < row.size(); ++column)
-        pieces_.add(" " + row[column].text + std::string(widths[column] - row[column].width, ' ') + " |");
+      for (std::size_t column = 0; column < row.size(); ++column) {
+        const std::size_t padding = isPadded ? widths[column] - row[column].width : 0;
+        pieces_.add(" " + row[column].text + std::string(padding, ' ') + " |");
+      }
       pieces_.add(line_);
     }
     // Markdown's line below the header, as wide as the columns.

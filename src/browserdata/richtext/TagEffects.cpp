@@ -2,6 +2,9 @@
 // as far as rich text has a word for it. Tags that only flow are left out.
 #include "browserdata/richtext/TagEffects.h"
 
+#include "platform/AsciiCase.h"
+#include "platform/Whitespace.h"
+
 #include <algorithm>
 #include <array>
 
@@ -91,6 +94,9 @@ constexpr std::array effects = std::to_array<TagEffect>({
     {.tag = "sub", .styles = lowered},
     {.tag = "summary", .role = block, .styles = bold},
     {.tag = "sup", .styles = raised},
+    {.tag = "svg desc", .role = hidden},
+    {.tag = "svg metadata", .role = hidden},
+    {.tag = "svg title", .role = hidden},
     {.tag = "table", .role = table, .isSpaced = true},
     {.tag = "tbody", .role = block},
     {.tag = "td", .role = block},
@@ -113,6 +119,24 @@ static_assert(std::ranges::adjacent_find(effects, std::ranges::greater_equal{}, 
 
 constexpr TagEffect flowingText{};
 
+/// True for declarations (CSS Syntax, attribute `style`) with `display: none` among them, the last of its name.
+bool isHiddenByStyle(std::string_view declarations) {
+  bool isHidden = false;
+  while (!declarations.empty()) {
+    const std::size_t end = std::min(declarations.find(';'), declarations.size());
+    const std::string_view declaration = declarations.substr(0, end);
+    declarations.remove_prefix(std::min(end + 1, declarations.size()));
+    const std::size_t colon = declaration.find(':');
+    if (colon == std::string_view::npos ||
+        !platform::equalIgnoringCase(platform::trimmingWhitespaceAndNewlines(declaration.substr(0, colon)), "display"))
+      continue;
+    std::string_view value = platform::trimmingWhitespaceAndNewlines(declaration.substr(colon + 1));
+    value = platform::trimmingWhitespaceAndNewlines(value.substr(0, value.find('!'))); // "!important"
+    isHidden = platform::equalIgnoringCase(value, "none");
+  }
+  return isHidden;
+}
+
 } // namespace
 
 const TagEffect& tagEffect(std::string_view tag) {
@@ -121,7 +145,9 @@ const TagEffect& tagEffect(std::string_view tag) {
 }
 
 bool isHidden(const TagEffect& effect, html::Node element) {
-  return effect.role == hidden || element.attribute("hidden") || (effect.tag == "dialog" && !element.attribute("open"));
+  return effect.role == hidden || element.attribute("hidden") ||
+         (effect.tag == "dialog" && !element.attribute("open")) ||
+         isHiddenByStyle(element.attribute("style").value_or(""));
 }
 
 } // namespace tabwright::browserdata
