@@ -25,6 +25,8 @@ std::string conditionOf(const platform::BrowserFacts& facts, const app::BrowserR
   switch (reach.kind) {
   case app::BrowserReach::Kind::drivable:
     return shell::windowText("linux.browser.drivable", {facts.name});
+  case app::BrowserReach::Kind::scriptsForbidden:
+    return shell::windowText("linux.browser.scriptsForbidden", {facts.name, std::string(facts.shortName)});
   case app::BrowserReach::Kind::silent:
     return shell::windowText("linux.browser.silent", {facts.name});
   case app::BrowserReach::Kind::broken:
@@ -32,7 +34,7 @@ std::string conditionOf(const platform::BrowserFacts& facts, const app::BrowserR
   case app::BrowserReach::Kind::debuggingOff:
     break;
   }
-  return shell::windowText("linux.browser.debuggingOff", {facts.name});
+  return shell::windowText("linux.browser.debuggingOff", {facts.name, std::string(facts.shortName)});
 }
 
 } // namespace
