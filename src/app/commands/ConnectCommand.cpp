@@ -46,6 +46,7 @@ std::string sentenceOf(const UserDataDirectory& directory, connect::HelperFiles 
   if (written.empty())
     return fmt::format("{}: the helper was installed in {} already.", name, directory.path.string());
   std::vector<std::string> paths;
+  paths.reserve(written.size());
   for (const std::filesystem::path& path : written)
     paths.push_back(path.lexically_relative(directory.path).string());
   return fmt::format("{}: the helper is installed in {} ({}).", name, directory.path.string(), fmt::join(paths, ", "));
