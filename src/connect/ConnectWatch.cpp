@@ -45,6 +45,9 @@ std::vector<std::string> ConnectWatch::observe(const std::vector<ConnectionState
     for (const Advice& advice : adviceFor(state, parts_)) {
       if (advice.kind == Kind::mendHelper && !isPersistent)
         continue;
+      // One that has just started has it in a moment; else the failure in the end says it.
+      if (advice.kind == Kind::look)
+        continue;
       // These are no steps on the way to a browser that can be driven, so they come last.
       const bool isExtra = advice.kind == Kind::allowPrivate || advice.kind == Kind::allowFiles;
       if (!isExtra || state.isConnected())

@@ -69,6 +69,12 @@ std::vector<Advice> adviceFor(const ConnectionState& state, const HelperParts& p
     return advice;
   if (!state.browser)
     advice.push_back({Kind::start, fmt::format("Start {}: it takes Tabwright’s helper in then.", facts.name)});
+  else if (state.hasSeenFiles)
+    advice.push_back(
+        {Kind::look, fmt::format("{} was started since Tabwright’s helper was installed, but the helper is "
+                                 "not there yet. Look at chrome://extensions whether it is on, and at "
+                                 "chrome://policy whether extensions are forbidden.",
+                                 facts.name)});
   else
     advice.push_back(
         {Kind::restart, fmt::format("Close all windows of {} and start it again: it takes Tabwright’s helper "
@@ -89,6 +95,8 @@ std::string_view nameOf(Kind kind) {
     return "start";
   case Kind::restart:
     return "restart";
+  case Kind::look:
+    return "look";
   case Kind::loadByHand:
     return "loadByHand";
   case Kind::allowScripts:

@@ -17,6 +17,7 @@ struct Advice {
     renew,        ///< its files are not those of this copy of the program
     start,        ///< the browser does not run
     restart,      ///< it runs, and takes the helper in at its next start
+    look,         ///< it has started since the helper was installed, but the helper isn't there
     loadByHand,   ///< the user has removed the helper in that profile
     allowScripts, ///< a switch is off without which no script runs in a page
     allowPrivate, ///< a switch is off without which private windows are invisible

@@ -1,6 +1,7 @@
 #include "connect/ConnectionState.h"
 
 #include "platform/Failure.h"
+#include "platform/linux/ProcessAge.h"
 #include "scripting/driver/RelayConnection.h"
 
 #include <algorithm>
@@ -29,14 +30,18 @@ std::optional<RunningBrowser> browserWith(const fs::path& directory, const std::
   return std::nullopt;
 }
 
-void place(ConnectionState& state, const HelperParts& parts, scripting::HelperDescription helper) {
+void place(ConnectionState& state, const HelperParts& parts, scripting::HelperDescription helper,
+           const scripting::RelayPlace& relay) {
   const std::string directory = findProfileOfHelper(state.directory.path, parts.identity, helper.profile);
   const auto profile = std::ranges::find(
       state.profiles, directory, [](const ProfileState& each) -> const std::string& { return each.profile.directory; });
-  if (profile == state.profiles.end() || directory.empty())
-    state.profiles.push_back({.profile = {.directory = directory, .name = directory}, .helper = std::move(helper)});
-  else
-    profile->helper = std::move(helper);
+  if (profile == state.profiles.end() || directory.empty()) {
+    state.profiles.push_back(
+        {.profile = {.directory = directory, .name = directory}, .helper = std::move(helper), .relay = relay});
+    return;
+  }
+  profile->helper = std::move(helper);
+  profile->relay = relay;
 }
 
 } // namespace
@@ -58,16 +63,20 @@ std::vector<ConnectionState> lookAtConnections(const std::vector<UserDataDirecto
     ConnectionState state{.directory = directory,
                           .files = helperFilesIn(directory, parts),
                           .browser = browserWith(directory.path, running),
+                          .hasSeenFiles = false,
                           .profiles = {},
                           .complaint = {}};
     for (BrowserProfile& profile : readProfiles(directory.path, parts.identity))
-      state.profiles.push_back({.profile = std::move(profile), .helper = {}});
+      state.profiles.push_back({.profile = std::move(profile), .helper = {}, .relay = {}});
     if (state.browser) {
+      const auto age = platform::ageOfProcess(state.browser->process);
+      const auto installedAt = helperInstalledAt(directory, parts);
+      state.hasSeenFiles = age && installedAt && std::chrono::system_clock::now() - *age > *installedAt;
       for (const scripting::RelayPlace& relay : scripting::findRelays(*state.browser)) {
         try {
           const platform::CallLimits each = limits.within(helperPatience);
           const auto helper = scripting::RelayConnection::open(relay, *state.browser, [] {}, each);
-          place(state, parts, scripting::describeHelper(*helper, each));
+          place(state, parts, scripting::describeHelper(*helper, each), relay);
         } catch (const platform::Failure& failure) {
           state.complaint = failure.errorDescription();
         }
@@ -76,6 +85,20 @@ std::vector<ConnectionState> lookAtConnections(const std::vector<UserDataDirecto
     states.push_back(std::move(state));
   }
   return states;
+}
+
+bool openPage(const ConnectionState& state, const ProfileState& profile, const std::string& address,
+              const platform::CallLimits& limits) {
+  if (!state.browser || !profile.helper)
+    return false;
+  try {
+    const platform::CallLimits near = limits.within(helperPatience);
+    const auto helper = scripting::RelayConnection::open(profile.relay, *state.browser, [] {}, near);
+    helper->perform("makeTab", {{"url", address}}, scripting::HelperCalls::Repeat::never, near);
+    return true;
+  } catch (const platform::Failure&) { // whoever reads the address opens it otherwise
+    return false;
+  }
 }
 
 bool endRelays(const fs::path& directory) {

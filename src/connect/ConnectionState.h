@@ -7,6 +7,7 @@
 #include "platform/CallLimits.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/driver/HelperRoad.h"
+#include "scripting/driver/RelayConnection.h"
 
 #include <optional>
 #include <string>
@@ -19,6 +20,7 @@ struct ProfileState {
   /// Without folder and name where the helper is reached, but which profile it is in isn't known yet.
   BrowserProfile profile;
   std::optional<scripting::HelperDescription> helper;
+  scripting::RelayPlace relay; ///< of the helper that is reached
 };
 
 /// A user data directory as it is at the moment.
@@ -26,6 +28,8 @@ struct ConnectionState {
   UserDataDirectory directory;
   HelperFiles files = HelperFiles::absent;
   std::optional<platform::RunningBrowser> browser; ///< that runs with it
+  /// It was started after the helper's files were there, so it has taken the helper in, unless something forbids that.
+  bool hasSeenFiles = false;
   std::vector<ProfileState> profiles;
   std::string complaint; ///< a helper is there that can't be spoken to: why, without a full stop; else empty
 
@@ -41,6 +45,11 @@ struct ConnectionState {
 [[nodiscard]] std::vector<ConnectionState> lookAtConnections(const std::vector<UserDataDirectory>& directories,
                                                              const HelperParts& parts,
                                                              const platform::CallLimits& limits);
+
+/// Opens a page in a new tab of the profile, by its helper, in two seconds at most. False where there is no helper, or
+/// it can't: a browser may be without windows.
+[[nodiscard]] bool openPage(const ConnectionState& state, const ProfileState& profile, const std::string& address,
+                            const platform::CallLimits& limits);
 
 /// Ends the relays of the browser that runs with a directory, so that its helper is no longer reached. Where the
 /// relay's file is gone, the browser starts no other. False when no browser runs with it.

@@ -15,6 +15,7 @@
 #include <iterator>
 #include <span>
 #include <string_view>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -46,16 +47,26 @@ bool holds(const fs::path& file, const std::string& content) {
   return stream && std::string(std::istreambuf_iterator<char>(stream), {}) == content;
 }
 
+fs::path inSystem(const fs::path& root, std::string_view folder, const std::string& name) {
+  return root / fs::path(folder).relative_path() / name;
+}
+
 bool isInstalledForAll(const platform::BrowserFacts& facts, const std::array<HelperFile, 2>& files,
                        const fs::path& root) {
   const auto& [relay, extension] = files;
-  const auto inSystem = [&](std::string_view folder, const std::string& name) {
-    return root / fs::path(folder).relative_path() / name;
-  };
-  return !facts.messagingFolder.empty() && holds(inSystem(facts.messagingFolder, relay.name), relay.content) &&
+  return !facts.messagingFolder.empty() && holds(inSystem(root, facts.messagingFolder, relay.name), relay.content) &&
          std::ranges::any_of(facts.extensionFolders, [&](std::string_view folder) {
-           return holds(inSystem(folder, extension.name), extension.content);
+           return holds(inSystem(root, folder, extension.name), extension.content);
          });
+}
+
+/// The last change of a file's place: a package's files keep the times of its making otherwise.
+std::optional<std::chrono::system_clock::time_point> cameAt(const fs::path& file) {
+  struct stat status{};
+  if (::stat(file.c_str(), &status) != 0)
+    return std::nullopt;
+  return std::chrono::system_clock::time_point(std::chrono::seconds(status.st_ctim.tv_sec) +
+                                               std::chrono::microseconds(status.st_ctim.tv_nsec / 1000));
 }
 
 /// The folders from the first missing one down to `folder`.
@@ -85,6 +96,18 @@ HelperFiles helperFilesIn(const UserDataDirectory& directory, const HelperParts&
   if (isAny)
     return HelperFiles::other;
   return isInstalledForAll(*directory.facts, files, root) ? HelperFiles::forAllUsers : HelperFiles::absent;
+}
+
+std::optional<std::chrono::system_clock::time_point> helperInstalledAt(const UserDataDirectory& directory,
+                                                                       const HelperParts& parts, const fs::path& root) {
+  const HelperFile extension = filesOf(parts)[1];
+  if (const auto time = cameAt(directory.path / extension.folder / extension.name))
+    return time;
+  for (const std::string_view folder : directory.facts->extensionFolders) {
+    if (const auto time = cameAt(inSystem(root, folder, extension.name)))
+      return time;
+  }
+  return std::nullopt;
 }
 
 std::vector<fs::path> installHelper(const UserDataDirectory& directory, const HelperParts& parts, ConnectRecord& record,

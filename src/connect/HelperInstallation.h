@@ -4,7 +4,9 @@
 #include "connect/HelperParts.h"
 #include "connect/UserDataDirectory.h"
 
+#include <chrono>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,6 +25,12 @@ enum class HelperFiles {
 /// `root` is where the system's folders begin, for tests.
 [[nodiscard]] HelperFiles helperFilesIn(const UserDataDirectory& directory, const HelperParts& parts,
                                         const std::filesystem::path& root = "/");
+
+/// The time at which the file that names the extension came to its place, for a directory whose files are `present` or
+/// `forAllUsers`; a browser that was started later has seen it. Nothing where there is none.
+[[nodiscard]] std::optional<std::chrono::system_clock::time_point>
+helperInstalledAt(const UserDataDirectory& directory, const HelperParts& parts,
+                  const std::filesystem::path& root = "/");
 
 /// Writes the user's files, and makes the folders for them, which are noted in `record` before. Where all is as it
 /// should be nothing is touched, nor where the files for all users are. Yields the files that were written. Throws

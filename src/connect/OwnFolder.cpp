@@ -131,7 +131,10 @@ bool OwnFolder::remove(const std::string& name) const {
   const bool wasThere = ::unlinkat(folder, name.c_str(), 0) == 0;
   if (!wasThere && errno != ENOENT)
     throw refusal("remove", path_ / name, errno);
+  // A descriptor of the listing's own, which closes it.
   const int copy = ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (copy < 0)
+    return wasThere;
   const std::unique_ptr<DIR, decltype([](DIR* open) { ::closedir(open); })> listing(::fdopendir(copy));
   if (!listing) {
     ::close(copy);

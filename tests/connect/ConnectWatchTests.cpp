@@ -25,7 +25,8 @@ protected:
   ConnectionState state{.directory = chromium,
                         .files = HelperFiles::present,
                         .browser = std::nullopt,
-                        .profiles = {{.profile = {.directory = "Default", .name = "Ann"}, .helper = {}}},
+                        .hasSeenFiles = false,
+                        .profiles = {{.profile = {.directory = "Default", .name = "Ann"}, .helper = {}, .relay = {}}},
                         .complaint = {}};
   ConnectWatch watch{parts};
 };
@@ -40,6 +41,8 @@ TEST_F(Watching, TellsEachStepOnceUntilTheBrowserCanBeDriven) {
   EXPECT_THAT(watch.observe({state}), ElementsAre(StartsWith("Start Chromium")));
 
   state.browser.emplace();
+  state.hasSeenFiles = true;
+  EXPECT_THAT(watch.observe({state}), IsEmpty()); // it is just starting
   scripting::HelperDescription& helper = state.profiles[0].helper.emplace();
   EXPECT_THAT(
       watch.observe({state}),
@@ -79,6 +82,9 @@ TEST_F(Watching, AdvisesByTheState) {
   EXPECT_THAT(kinds(), ElementsAre("restart"));
   state.files = HelperFiles::forAllUsers;
   EXPECT_THAT(kinds(), ElementsAre("restart"));
+  state.hasSeenFiles = true;
+  EXPECT_THAT(kinds(), ElementsAre("look"));
+  state.hasSeenFiles = false;
   state.files = HelperFiles::absent;
   EXPECT_THAT(kinds(), ElementsAre("install"));
   state.files = HelperFiles::other;
@@ -87,7 +93,7 @@ TEST_F(Watching, AdvisesByTheState) {
   state.files = HelperFiles::present;
   state.profiles[0].profile.isHelperRemoved = true;
   EXPECT_THAT(kinds(), ElementsAre("loadByHand")); // starting anew wouldn't help
-  state.profiles.push_back({.profile = {.directory = "Profile 1", .name = "Work"}, .helper = {}});
+  state.profiles.push_back({.profile = {.directory = "Profile 1", .name = "Work"}, .helper = {}, .relay = {}});
   EXPECT_THAT(kinds(), ElementsAre("loadByHand", "restart"));
 
   scripting::HelperDescription& helper = state.profiles[1].helper.emplace();

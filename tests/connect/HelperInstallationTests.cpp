@@ -38,6 +38,11 @@ TEST_F(Installing, WritesWhatTheBrowserReadsAndNothingTheSecondTime) {
   EXPECT_EQ(fs::status(extensionFile.parent_path()).permissions(), fs::perms::owner_all);
   EXPECT_EQ(helperFilesIn(chromium, parts, system), HelperFiles::present);
 
+  EXPECT_EQ(helperInstalledAt({.facts = chromium.facts, .path = home}, parts, system), std::nullopt);
+  const auto installedAt = helperInstalledAt(chromium, parts, system);
+  EXPECT_LT(*installedAt, std::chrono::system_clock::now() + std::chrono::minutes(1));
+  EXPECT_GT(*installedAt, std::chrono::system_clock::now() - std::chrono::minutes(10));
+
   const auto before = fs::last_write_time(extensionFile);
   const auto tree = this->tree(home);
   EXPECT_THAT(install(), IsEmpty());
@@ -180,6 +185,7 @@ TEST_F(Installing, WritesNothingWhereTheHelperIsThereForAllUsers) {
   EXPECT_EQ(helperFilesIn(chromium, parts, system), HelperFiles::absent); // without its relay
   ScratchFolder::write(system / "etc/chromium/native-messaging-hosts" / relayFile.filename(), relay);
   EXPECT_EQ(helperFilesIn(chromium, parts, system), HelperFiles::forAllUsers);
+  EXPECT_TRUE(helperInstalledAt(chromium, parts, system).has_value());
   EXPECT_THAT(install(), IsEmpty());
   EXPECT_THAT(tree(chromium.path), IsEmpty());
 

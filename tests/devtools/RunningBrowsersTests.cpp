@@ -1,6 +1,7 @@
 #include "platform/linux/BrowserExecutable.h"
 #include "platform/linux/ProcessExit.h"
 #include "platform/linux/RunningBrowsers.h"
+#include "support/Environment.h"
 #include "support/ProcessTree.h"
 
 #include <gmock/gmock.h>
@@ -124,6 +125,13 @@ TEST_F(RunningBrowsersTest, TheDefaultProfileIsBelowTheProcessesOwnHome) {
   fs::remove_all(tree_.root() / "10");
   fs::create_directories(tree_.root() / "config/chromium");
   add(11, {"chromium"}, 100, {"HOME=" + home.string(), "XDG_CONFIG_HOME=" + (tree_.root() / "config").string()});
+  EXPECT_EQ(find().at(0).profileDirectory, tree_.root() / "config/chromium");
+
+  // A browser that has written over its environment has ours, as far as anybody can tell.
+  fs::remove_all(tree_.root() / "11");
+  const testsupport::Environment ours(
+      {{"HOME", (tree_.root() / "none").string()}, {"XDG_CONFIG_HOME", (tree_.root() / "config").string()}});
+  add(12, {"chromium"}, 100, {});
   EXPECT_EQ(find().at(0).profileDirectory, tree_.root() / "config/chromium");
 }
 

@@ -95,6 +95,7 @@ std::vector<Listed> listAll(const connect::HelperParts& parts) {
       continue;
     all.push_back({.state = {.directory = {.facts = browser.facts, .path = browser.profileDirectory},
                              .browser = browser,
+                             .hasSeenFiles = false,
                              .profiles = {},
                              .complaint = {}},
                    .port = {},

@@ -96,8 +96,9 @@ struct ConnectCommand {
   int patience = 300; ///< seconds to wait for the helper at most
 };
 /// `tabwright connect`: installs the helper for this user in the browsers that the user has, tells each step that is
-/// the user's to do, and waits until one of the browsers can be driven through it. What is installed stays, however the
-/// wait ends. Running it again changes nothing that is as it should be. Throws ConnectFault.
+/// the user's to do, and waits until one of the browsers can be driven through it. At a terminal the page with the
+/// switch is opened, too. What is installed stays, however the wait ends. Running it again changes nothing that is as
+/// it should be. Throws ConnectFault.
 ExitCode connect(const ConnectCommand& command);
 
 struct DisconnectCommand {

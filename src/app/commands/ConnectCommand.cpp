@@ -18,6 +18,8 @@
 #include <filesystem>
 #include <iostream>
 #include <optional>
+#include <set>
+#include <stop_token>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -44,6 +46,7 @@ std::string sentenceOf(const UserDataDirectory& directory, connect::HelperFiles 
   if (written.empty())
     return fmt::format("{}: the helper was installed in {} already.", name, directory.path.string());
   std::vector<std::string> paths;
+  paths.reserve(written.size());
   for (const std::filesystem::path& path : written)
     paths.push_back(path.lexically_relative(directory.path).string());
   return fmt::format("{}: the helper is installed in {} ({}).", name, directory.path.string(), fmt::join(paths, ", "));
@@ -68,10 +71,25 @@ std::vector<UserDataDirectory> install(const std::vector<UserDataDirectory>& dir
   return installed;
 }
 
+/// Opens the page with the switch in each profile where it is off, once. Only for a person at a terminal.
+void openSwitches(const std::vector<connect::ConnectionState>& states, const connect::HelperParts& parts,
+                  std::set<std::string>& opened, const std::stop_token& stop) {
+  if (::isatty(STDOUT_FILENO) != 1)
+    return;
+  for (const connect::ConnectionState& state : states) {
+    for (const connect::ProfileState& profile : state.profiles) {
+      if (profile.helper && !profile.helper->mayRunScripts && opened.insert(profile.helper->profile).second &&
+          connect::openPage(state, profile, parts.settingsPage(), {.stop = stop}))
+        say("That page is open in the browser now.");
+    }
+  }
+}
+
 void awaitHelper(const std::vector<UserDataDirectory>& directories, const connect::HelperParts& parts, int patience,
                  const std::stop_token& stop) {
   const platform::CallLimits limits = platform::CallLimits{.stop = stop}.within(std::chrono::seconds(patience));
   connect::ConnectWatch watch(parts);
+  std::set<std::string> opened; // by the profiles' marks
   bool isTold = false;
   while (true) {
     const auto states = connect::lookAtConnections(directories, parts, {.stop = stop});
@@ -84,6 +102,7 @@ void awaitHelper(const std::vector<UserDataDirectory>& directories, const connec
       return;
     if (limits.hasPassed())
       throw watch.failureAfter(patience);
+    openSwitches(states, parts, opened, stop);
     if (!isTold)
       say(fmt::format("Waiting for it, {} seconds at most. Ctrl-C ends the wait, and what is installed stays.",
                       patience));

@@ -41,7 +41,7 @@ std::vector<UserDataDirectory> candidates(const platform::BrowserFacts* wanted, 
   return directories;
 }
 
-/// True when something was removed.
+/// True when there was something to tell.
 bool disconnectOne(const UserDataDirectory& directory, const connect::HelperParts& parts,
                    connect::ConnectRecord& record) {
   const std::string_view name = directory.facts->name;
@@ -52,7 +52,7 @@ bool disconnectOne(const UserDataDirectory& directory, const connect::HelperPart
     std::cout << fmt::format("{}: the helper is installed for all users, and stays. To be without it, open {} in each "
                              "of your profiles and remove it there.\n",
                              name, parts.settingsPage());
-    return !removed.empty();
+    return true;
   }
   if (!removed.empty() && connect::endRelays(directory.path))
     std::cout << fmt::format("{}: its helper is cut off now, and leaves when {} is next started.\n", name, name);
@@ -65,11 +65,11 @@ ExitCode disconnect(const DisconnectCommand& command) {
   const platform::BrowserFacts* wanted = command.browser ? &requireBrowser(*command.browser, "to disconnect") : nullptr;
   const connect::HelperParts parts = connect::findHelperParts(std::filesystem::read_symlink("/proc/self/exe"));
   connect::ConnectRecord record(connect::ConnectRecord::usualFile());
-  bool isAnyRemoved = false;
+  bool isAnyTold = false;
   std::exception_ptr failed;
   for (const UserDataDirectory& directory : candidates(wanted, record)) {
     try {
-      isAnyRemoved |= disconnectOne(directory, parts, record);
+      isAnyTold |= disconnectOne(directory, parts, record);
     } catch (const platform::Failure& failure) {
       if (failed)
         std::cerr << fmt::format("tabwright: {}\n", failure.errorDescription());
@@ -79,7 +79,7 @@ ExitCode disconnect(const DisconnectCommand& command) {
   }
   if (failed)
     std::rethrow_exception(failed);
-  if (!isAnyRemoved)
+  if (!isAnyTold)
     std::cout << "There was nothing of Tabwright’s to remove.\n";
   return ExitCode::done;
 }
