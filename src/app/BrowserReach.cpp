@@ -6,6 +6,7 @@
 #include "platform/Failure.h"
 #include "scripting/driver/HelperRoad.h"
 #include "scripting/driver/RelayConnection.h"
+#include "shell/WindowText.h"
 
 #include <fmt/core.h>
 
@@ -71,29 +72,24 @@ BrowserReaches reachOfRunning(std::chrono::milliseconds patience) {
   return best;
 }
 
-std::string sentenceOf(const platform::BrowserFacts& facts, const BrowserReach& reach) {
+std::string sentenceOf(const platform::BrowserFacts& facts, const BrowserReach& reach,
+                       const platform::StringCatalogue& texts) {
+  const auto text = [&](std::string_view key, std::string_view detail) {
+    return texts.localizedFormat(key, {facts.name, detail}, shell::windowTable);
+  };
   switch (reach.kind) {
   case BrowserReach::Kind::drivable:
-    return fmt::format("{} is running and can be driven.", facts.name);
+    return text("linux.browser.drivable", {});
   case BrowserReach::Kind::scriptsForbidden:
-    return fmt::format(
-        "{} is running, and Tabwright’s helper is in it, but may not run scripts: “tabwright connect {}” "
-        "says what to click.",
-        facts.name, facts.shortName);
+    return text("linux.browser.scriptsForbidden", facts.shortName);
   case BrowserReach::Kind::silent:
-    return fmt::format("{} is running, but answers nothing: it is frozen, or very busy. Look at its windows, or end it "
-                       "and start it again.",
-                       facts.name);
+    return text("linux.browser.silent", {});
   case BrowserReach::Kind::broken:
-    return fmt::format("{} is running, but can’t be reached at its debugging port: {}. End it and start it again.",
-                       facts.name, reach.detail);
+    return text("linux.browser.broken", reach.detail);
   case BrowserReach::Kind::debuggingOff:
     break;
   }
-  return fmt::format(
-      "{} is running, but can’t be driven yet: “tabwright connect {}” installs Tabwright’s helper in it. "
-      "Or open chrome://inspect/#remote-debugging in it and switch remote debugging on.",
-      facts.name, facts.shortName);
+  return text("linux.browser.debuggingOff", facts.shortName);
 }
 
 } // namespace tabwright::app

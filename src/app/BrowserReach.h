@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/StringCatalogue.h"
 #include "platform/linux/RunningBrowsers.h"
 
 #include <chrono>
@@ -37,7 +38,8 @@ using BrowserReaches = std::map<const platform::BrowserFacts*, BrowserReach>;
 /// All browsers that run, asked at the same time.
 [[nodiscard]] BrowserReaches reachOfRunning(std::chrono::milliseconds patience);
 
-/// A sentence for the user: how the browser is, and what to do about it.
-[[nodiscard]] std::string sentenceOf(const platform::BrowserFacts& facts, const BrowserReach& reach);
+/// A sentence for the user: how the browser is, and what to do about it; in the language of `texts`.
+[[nodiscard]] std::string sentenceOf(const platform::BrowserFacts& facts, const BrowserReach& reach,
+                                     const platform::StringCatalogue& texts);
 
 } // namespace tabwright::app

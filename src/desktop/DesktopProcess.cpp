@@ -145,9 +145,9 @@ private:
               inBackground([this] { return lookAtSystem(composition_.targets(), composition_.accessibility()); },
                            std::move(done));
             },
-        .startBrowser =
-            [this](const std::string& id, std::function<void(std::string)> done) {
-              inBackground([id] { return desktop::startBrowser(id); }, std::move(done));
+        .mend =
+            [this](const std::string& id, views::Mending mending, std::function<void(std::string)> done) {
+              inBackground([id, mending] { return desktop::mend(id, mending); }, std::move(done));
             },
         .runningBrowsers = [this] { return namesOfRunningBrowsers(composition_.targets()); },
         .checkForUpdates = [this] { main_.updateManager().checkForUpdatesOnDemand(); },

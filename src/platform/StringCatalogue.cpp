@@ -99,6 +99,11 @@ const StringCatalogue& StringCatalogue::shared() {
   return catalogue;
 }
 
+const StringCatalogue& StringCatalogue::english() {
+  static const StringCatalogue& catalogue = *new StringCatalogue(embeddedStringCatalogues(), {});
+  return catalogue;
+}
+
 std::vector<std::string> languagesOfEnvironment() {
   std::string language = firstSetVariable();
   // Behind a dot stands the encoding, behind an at sign a variant such as “euro”.
@@ -115,9 +120,14 @@ std::string localized(std::string_view key, std::string_view table) {
   return StringCatalogue::shared().localized(key, table);
 }
 
-// A pass over the format: what is filled in is never read as a placeholder itself.
 std::string localizedFormat(std::string_view key, std::initializer_list<std::string_view> arguments,
                             std::string_view table) {
+  return StringCatalogue::shared().localizedFormat(key, arguments, table);
+}
+
+// A pass over the format: what is filled in is never read as a placeholder itself.
+std::string StringCatalogue::localizedFormat(std::string_view key, std::initializer_list<std::string_view> arguments,
+                                             std::string_view table) const {
   const std::string format = localized(key, table);
   std::string text;
   std::size_t next = 0;

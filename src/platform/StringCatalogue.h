@@ -37,8 +37,15 @@ public:
   /// The text of `key`, or the key itself. Never fails: a broken catalogue counts as empty and is logged once.
   [[nodiscard]] std::string localized(std::string_view key, std::string_view table = defaultStringTable) const;
 
+  /// The localized text of `key` with each "%@" replaced, in order, by the next of `arguments`, and each "%1$@",
+  /// "%2$@"… by the argument of that number. "%%" is a percent sign. A placeholder without an argument stays as it is.
+  [[nodiscard]] std::string localizedFormat(std::string_view key, std::initializer_list<std::string_view> arguments,
+                                            std::string_view table = defaultStringTable) const;
+
   /// The embedded catalogues in the language of the process's environment.
   [[nodiscard]] static const StringCatalogue& shared();
+  /// The same in English, which commands speak.
+  [[nodiscard]] static const StringCatalogue& english();
 
 private:
   /// A source, and its texts once it was asked for.
@@ -54,8 +61,7 @@ private:
 /// `StringCatalogue::shared().localized(key, table)`.
 [[nodiscard]] std::string localized(std::string_view key, std::string_view table = defaultStringTable);
 
-/// The localized text of `key` with each "%@" replaced, in order, by the next of `arguments`, and each "%1$@", "%2$@"…
-/// by the argument of that number. "%%" is a percent sign. A placeholder without an argument stays as it is.
+/// `StringCatalogue::shared().localizedFormat(key, arguments, table)`.
 [[nodiscard]] std::string localizedFormat(std::string_view key, std::initializer_list<std::string_view> arguments,
                                           std::string_view table = defaultStringTable);
 

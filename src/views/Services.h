@@ -10,11 +10,20 @@
 
 namespace tabwright::views {
 
+/// The one thing that would mend a browser, where there is one.
+enum class Mending {
+  none,
+  start,       ///< start it with the profile that this program keeps for it
+  install,     ///< install the helper in it
+  openSwitches ///< open the page in it that has the helper's switches
+};
+
 /// A browser as it stands on this system, in words for the user.
 struct BrowserCondition {
-  std::string name;          ///< such as "Chromium"
-  std::string sentence;      ///< how well it can be driven, and what to do about it
-  bool canBeStarted = false; ///< true where starting it anew would make it one that can be driven
+  std::string name;                 ///< such as "Chromium"
+  std::string sentence;             ///< how well it can be driven, and what to do about it
+  std::vector<std::string> details; ///< by each road to it: scripts in pages, private windows
+  Mending mending = Mending::none;
   std::string id;
 };
 
@@ -38,8 +47,8 @@ struct Services {
   std::function<bool()> isRequestingPermissions;
   /// Looks at browsers and desktop; takes up to some seconds.
   std::function<void(std::function<void(SystemCondition)> done)> look;
-  /// Starts a browser that takes commands; `done` gets a sentence, empty when all went well.
-  std::function<void(const std::string& id, std::function<void(std::string)> done)> startBrowser;
+  /// Mends a browser; `done` gets a sentence: what is left to do, or what went wrong. Empty when nothing is.
+  std::function<void(const std::string& id, Mending mending, std::function<void(std::string)> done)> mend;
   /// The names of the browsers that run now, joined as the user's language does it: "A, B, and C".
   std::function<std::string()> runningBrowsers;
   /// Checks for newer versions and shows the outcome.

@@ -42,7 +42,7 @@ std::string statusOfBrowsers() {
     const auto found = reaches.find(&facts);
     if (found == reaches.end())
       continue;
-    status += platform::wrapped(sentenceOf(facts, found->second), 0);
+    status += platform::wrapped(sentenceOf(facts, found->second, platform::StringCatalogue::english()), 0);
     isAnyDrivable = isAnyDrivable || found->second.kind == BrowserReach::Kind::drivable;
   }
   return status + (isAnyDrivable ? "" : "Or start one with a profile of its own: tabwright browser chromium\n");

@@ -91,6 +91,21 @@ private:
   std::map<std::string, Row> rows_;
 };
 
+/// The key of the button's text; null for nothing to mend.
+const char* labelOf(Mending mending) {
+  switch (mending) {
+  case Mending::none:
+    return nullptr;
+  case Mending::start:
+    return "linux.browsers.start";
+  case Mending::install:
+    return "linux.browsers.install";
+  case Mending::openSwitches:
+    break;
+  }
+  return "linux.browsers.openSwitches";
+}
+
 /// The state of the browsers of this system, with a button for each that can be mended.
 class ConditionRows final : public QWidget {
 public:
@@ -112,30 +127,33 @@ private:
       item->widget()->deleteLater();
       delete item;
     }
+    if (!outcome_.empty())
+      layout_->addWidget(new MarkdownView("**" + outcome_ + "**"));
     for (const BrowserCondition& browser : condition.browsers) {
       layout_->addWidget(new MarkdownView(browser.sentence));
-      if (browser.canBeStarted)
-        addButton(*layout_, label("linux.browsers.start", {browser.name}), Prominence::plain,
-                  [this, id = browser.id] { start(id); });
+      for (const std::string& detail : browser.details)
+        layout_->addWidget(new MarkdownView("- " + detail));
+      if (const char* key = labelOf(browser.mending))
+        addButton(*layout_, label(key, {browser.name}), Prominence::plain,
+                  [this, id = browser.id, mending = browser.mending] { mend(id, mending); });
     }
     addButton(*layout_, label("linux.browsers.refresh"), Prominence::plain, [this] { look(); });
   }
 
-  void start(const std::string& id) {
+  void mend(const std::string& id, Mending mending) {
     setEnabled(false);
-    services_.startBrowser(id, [self = QPointer<ConditionRows>(this)](const std::string& complaint) {
+    services_.mend(id, mending, [self = QPointer<ConditionRows>(this)](const std::string& outcome) {
       if (!self)
         return;
       self->setEnabled(true);
-      if (complaint.empty())
-        self->look();
-      else
-        self->layout_->insertWidget(0, new MarkdownView(complaint));
+      self->outcome_ = outcome;
+      self->look();
     });
   }
 
   const Services& services_;
   QVBoxLayout* const layout_;
+  std::string outcome_; ///< of the last mending, as a sentence
 };
 
 } // namespace
