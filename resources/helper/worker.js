@@ -417,8 +417,10 @@ async function emptyDocument(id, code) {
 // ------------------------------------------------------------------------------------------------------- the commands
 
 // An address that is not absolute would be taken as a path within this extension.
-function requireAddress(url) {
+async function requireAddress(url) {
   if (!URL.canParse(url)) throw new Error(`“${url}” is not an address`);
+  if (/^file:/i.test(url) && !(await chrome.extension.isAllowedFileSchemeAccess()))
+    throw new Error(`files are out of reach until “Allow access to file URLs” is switched on at ${switches()}`);
   return url;
 }
 
@@ -450,16 +452,19 @@ const commands = {
   async makeTab({ window, index, url }) {
     const properties = { windowId: window, active: true };
     if (index !== undefined && index !== null) properties.index = index;
-    if (url) properties.url = requireAddress(url);
+    if (url) properties.url = await requireAddress(url);
     const tab = await chrome.tabs.create(properties);
     return tab.id;
   },
 
   async makeWindow({ incognito, url }) {
+    // It would come, and be seen by nobody here.
+    if (incognito && !(await chrome.extension.isAllowedIncognitoAccess()))
+      throw new Error(`private windows are invisible until “Allow in Incognito” is switched on at ${switches()}`);
     const properties = { incognito, focused: true };
-    if (url) properties.url = requireAddress(url);
+    if (url) properties.url = await requireAddress(url);
     const window = await chrome.windows.create(properties);
-    if (!window) throw new Error(`its private windows are invisible: switch on “Allow in Incognito” at ${switches()}`);
+    if (!window) throw new Error("it shows no window");
     await settleInFront(window.id);
     return window.id;
   },
@@ -556,7 +561,7 @@ const commands = {
 
   // Done when the navigation has begun.
   async navigate({ tab, url }) {
-    await chrome.tabs.update(tab, { url: requireAddress(url) });
+    await chrome.tabs.update(tab, { url: await requireAddress(url) });
   },
 
   // By the page's own history: the browser's way back leaves out pages on which the user has done nothing.

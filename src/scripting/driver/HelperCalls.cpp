@@ -30,7 +30,9 @@ boost::json::value valueOfHelper(boost::json::value answer, const boost::json::o
     throw platform::failure(DriverFault::tabClosed, subject("tab"));
   if (fault == "tabCrashed")
     throw platform::failure(DriverFault::tabCrashed, subject("tab"));
-  const auto detail = fields.require<std::string>("detail");
+  auto detail = fields.require<std::string>("detail");
+  while (detail.ends_with('.')) // the sentence around it has its own
+    detail.pop_back();
   if (fault == "scriptsNotAllowed")
     throw platform::failure(DriverFault::scriptsNotAllowed, detail);
   throw platform::failure(DriverFault::refused, detail);
