@@ -155,6 +155,7 @@ const isHiddenByAttribute = (element) => attribute(element, "aria-hidden") === "
 // The children as they are shown: those of a shadow root, of a slot what was put there.
 function shownChildren(element) {
   if (element.shadowRoot) {
+    isTextStyled = true;
     return element.shadowRoot.childNodes;
   }
   if (element.tagName === "SLOT") {
@@ -164,9 +165,34 @@ function shownChildren(element) {
   return element.childNodes;
 }
 
+// False while no style of the page puts text around an element, as asking that of each element is what names cost most.
+let isTextStyled = true;
+
+// A sheet of another origin may do anything.
+function hasStyledText(rules) {
+  for (const rule of rules) {
+    if (rule.style?.content || (rule.cssRules && hasStyledText(rule.cssRules)) || rule.styleSheet) {
+      return true;
+    }
+  }
+  return false;
+}
+
+function lookForStyledText() {
+  try {
+    const page = window.document;
+    isTextStyled = [...page.styleSheets, ...page.adoptedStyleSheets].some((sheet) => hasStyledText(sheet.cssRules));
+  } catch {
+    isTextStyled = true;
+  }
+}
+
 // The text that a style puts before or behind an element's content: the quoted parts, or what stands for them behind a
 // slash.
 function styledText(element, place) {
+  if (!isTextStyled) {
+    return "";
+  }
   const content = getComputedStyle(element, place).content;
   if (content === "none" || content === "normal" || content === "") {
     return "";

@@ -17,7 +17,8 @@ function labelOf(item) {
   return item.name === "" ? role : `${role} ${quoted(item.name)}`;
 }
 
-function lineOf(item) {
+// In brief a link's target is left out: it is what lists of links are mostly made of.
+function lineOf(item, isBrief) {
   if (item.role === "text") {
     return quoted(item.name);
   }
@@ -31,7 +32,7 @@ function lineOf(item) {
   if (item.options && item.options.length > 0) {
     line += ` of ${item.options.map(quoted).join(" ")}${item.more > 0 ? ` and ${item.more} more` : ""}`;
   }
-  if (item.url) {
+  if (item.url && !isBrief) {
     line += ` ${item.url}`;
   }
   if (item.states.length > 0) {
@@ -68,9 +69,13 @@ function changedLines(before, lines) {
   return { added, removed };
 }
 
-// The outline of the page, or of what is below `options.root`: two texts, the outline and its elements as JSON.
+// The outline of the page, or of what is below the element that `options.below` names: JSON with the text and the elements.
 function pageOutline(options) {
   const registry = referenceRegistry();
+  const root = options.below === "" ? null : namedElement(options.below);
+  if (options.below !== "" && !root) {
+    throw new ElementFailure("notFound", options.below, "", []);
+  }
   // What comes behind this many characters is counted, not told.
   const limit = Math.max(options.length, options.isChangesOnly ? 200000 : 0);
   const items = [];
@@ -83,7 +88,7 @@ function pageOutline(options) {
     // The link that a heading is needs no name of its own.
     const above = items.at(-1);
     item.isNamedAbove = above?.role === "heading" && above.depth === item.depth - 1 && above.name === item.name;
-    const line = (options.isInteractiveOnly ? "" : " ".repeat(Math.min(item.depth, 20))) + lineOf(item);
+    const line = (options.isInteractiveOnly ? "" : " ".repeat(Math.min(item.depth, 20))) + lineOf(item, options.isInteractiveOnly);
     if (length + line.length > limit && lines.length > 0) {
       walk.counts.items += 1;
       walk.counts.actedOn += item.isActedOn ? 1 : 0;
@@ -94,15 +99,15 @@ function pageOutline(options) {
     lines.push(line);
     return true;
   });
-  if (options.root) {
-    walk.visit(options.root);
+  if (root) {
+    walk.visit(root);
   } else if (window.document.body) {
     walk.visit(window.document.body);
   }
   walk.flushText();
 
   const head = `page ${quoted(plainText(window.document.title))} ${plainText(window.location.href, 300)}`;
-  const key = `${options.isInteractiveOnly} ${options.rootText ?? ""}`;
+  const key = `${options.isInteractiveOnly} ${options.below}`;
   const before = registry.outlines.get(key);
   registry.outlines.set(key, lines.map((line) => line.trimStart()));
   const told = [head];

@@ -44,6 +44,7 @@ function shortAddress(element) {
 // answers false, the rest is counted only.
 class OutlineWalk {
   constructor(options, take) {
+    lookForStyledText();
     this.isInteractiveOnly = options.isInteractiveOnly === true;
     this.take = take;
     this.isCounting = false;
@@ -274,6 +275,7 @@ class OutlineWalk {
     this.emit({ role: "frame", name: nameOf(element, "frame"), url: shortAddress(element), states: [], element,
       isNotSeen: !inner, notSeen: "another origin" });
     if (inner && inner.body) {
+      isTextStyled = true;
       this.below(inner.body);
     }
   }
