@@ -115,7 +115,7 @@ function namedElement(asked, waits = false) {
   if (reference) {
     return elementReferred(asked, reference[1], Number(reference[2]), waits);
   }
-  const label = formOfLabel.exec(asked.trim());
+  const label = formOfLabel.exec(asked);
   if (label) {
     const name = label[2].replace(new RegExp("\\\\(.)", "g"), "$1");
     return elementLabelled(asked, label[1] ?? "", name, waits);

@@ -30,7 +30,8 @@ function lineOf(item, isBrief) {
     line += ` =${quoted(item.value)}`;
   }
   if (item.options && item.options.length > 0) {
-    line += ` of ${item.options.map(quoted).join(" ")}${item.more > 0 ? ` and ${item.more} more` : ""}`;
+    line += ` of ${item.options.map(quoted).join(" ")}`;
+    line += item.more > 0 ? ` and ${item.more} more` : "";
   }
   if (item.url && !isBrief) {
     line += ` ${item.url}`;
@@ -39,7 +40,7 @@ function lineOf(item, isBrief) {
     line += ` ${item.states.join(" ")}`;
   }
   if (item.isNotSeen) {
-    line += ` (not seen${item.notSeen ? `: ${item.notSeen}` : ""})`;
+    line += item.notSeen ? ` (not seen: ${item.notSeen})` : " (not seen)";
   }
   return item.reference ? `${line} ${item.reference}` : line;
 }

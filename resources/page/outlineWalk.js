@@ -18,6 +18,7 @@ const flowing = new Set(
 const captions = new Set(["CAPTION", "FIGCAPTION", "LEGEND"]);
 
 const limitOfText = 300;
+const childNodesOf = Object.getOwnPropertyDescriptor(Node.prototype, "childNodes").get;
 
 // An element's address as short as it can be told on this page.
 function shortAddress(element) {
@@ -72,7 +73,7 @@ class OutlineWalk {
       return;
     }
     if (this.isCounting) {
-      this.counts.items += 1;
+      this.counts.items += text.trim() === "" ? 0 : 1;
       return;
     }
     const name = plainText(text, limitOfText);
@@ -117,24 +118,22 @@ class OutlineWalk {
     if (withoutContent.has(element.tagName) && element.tagName !== "AUDIO" && element.tagName !== "VIDEO") {
       return;
     }
-    const shown = isHiddenByAttribute(element) ? 0 : shownness(element);
-    if (shown === 0) {
-      return;
-    }
     try {
+      const shown = isHiddenByAttribute(element) ? 0 : shownness(element);
       if (shown === 1) {
-        this.invisible(element);
-      } else {
+        this.elementsIn(shownChildren(element));
+      } else if (shown === 2) {
         this.shown(element);
       }
-    } catch (error) {
+    } catch {
       // A form whose fields are named like the functions of every element hides these.
       this.counts.unread += 1;
+      this.elementsIn(childNodesOf.call(element));
     }
   }
 
-  invisible(element) {
-    for (const child of shownChildren(element)) {
+  elementsIn(nodes) {
+    for (const child of nodes) {
       if (child.nodeType === 1) {
         this.visit(child);
       }
@@ -234,9 +233,13 @@ class OutlineWalk {
 
   // A row of nothing but texts is one line.
   row(element) {
-    if (this.isInteractiveOnly || this.isCounting || element.querySelector("a, button, input, select, textarea, table, [role], [tabindex], iframe")) {
+    if (this.isInteractiveOnly || element.querySelector("a, button, input, select, textarea, table, [role], [tabindex], iframe")) {
       this.children(element);
       this.flushText();
+      return;
+    }
+    if (this.isCounting) {
+      this.emitUnlessOnly({});
       return;
     }
     const cells = [];

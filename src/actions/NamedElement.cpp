@@ -6,6 +6,7 @@
 #include "intents/UsageError.h"
 #include "platform/JSONFailure.h"
 #include "platform/JSONText.h"
+#include "platform/Whitespace.h"
 
 #include <boost/json/object.hpp>
 #include <fmt/core.h>
@@ -46,14 +47,19 @@ bool isObject(std::string_view text) {
 } // namespace
 
 bool namesElement(std::string_view selector) {
-  return isReference(selector) || isRoleAndName(selector) || isObject(selector);
+  // Through a pipe comes a line feed behind it.
+  const std::string_view text = platform::trimmingWhitespaceAndNewlines(selector);
+  return isReference(text) || isRoleAndName(text) || isObject(text);
 }
 
 std::string elementText(const std::string& selector) {
-  if (!isObject(selector))
+  if (!namesElement(selector))
     return selector;
+  const std::string_view text = platform::trimmingWhitespaceAndNewlines(selector);
+  if (!isObject(text))
+    return std::string(text);
   try {
-    const boost::json::value json = platform::parseJSON(selector);
+    const boost::json::value json = platform::parseJSON(text);
     if (const boost::json::value* reference = json.as_object().if_contains("reference");
         reference && reference->is_string())
       return std::string(reference->get_string());
@@ -64,7 +70,7 @@ std::string elementText(const std::string& selector) {
                             "its reference alone, such as kqz12.");
 }
 
-std::string withNamedElements(std::initializer_list<std::string_view> selectors, std::string javascript,
+std::string withNamedElements(const std::vector<std::string>& selectors, std::string javascript,
                               MissingElement missing) {
   if (std::ranges::none_of(selectors, namesElement))
     return javascript;

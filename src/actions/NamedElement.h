@@ -1,8 +1,8 @@
 #pragma once
 
-#include <initializer_list>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tabwright::actions {
 
@@ -20,7 +20,7 @@ enum class MissingElement { fails, isWaitedFor };
 
 /// `javascript`, the lines of a page job, made to know the elements that `selectors` name: behind it the library's
 /// functions find them as they find what a selector matches. Jobs with nothing but selectors stay as they are.
-[[nodiscard]] std::string withNamedElements(std::initializer_list<std::string_view> selectors, std::string javascript,
+[[nodiscard]] std::string withNamedElements(const std::vector<std::string>& selectors, std::string javascript,
                                             MissingElement missing = MissingElement::fails);
 
 } // namespace tabwright::actions

@@ -6,6 +6,7 @@
 #include "host/FailureWords.h"
 #include "host/FilesInResult.h"
 #include "host/mcp/BoundedResult.h"
+#include "intents/EntityDeclaration.h"
 
 #include <boost/json/array.hpp>
 #include <boost/json/serialize.hpp>
