@@ -155,7 +155,7 @@ const isHiddenByAttribute = (element) => attribute(element, "aria-hidden") === "
 // The children as they are shown: those of a shadow root, of a slot what was put there.
 function shownChildren(element) {
   if (element.shadowRoot) {
-    isTextStyled = true;
+    styledWithText = "*";
     return element.shadowRoot.childNodes;
   }
   if (element.tagName === "SLOT") {
@@ -165,32 +165,44 @@ function shownChildren(element) {
   return element.childNodes;
 }
 
-// False while no style of the page puts text around an element, as asking that of each element is what names cost most.
-let isTextStyled = true;
+// The elements around which styles of the page may put text, as a selector: asking the style of each element is what
+// names would cost most. Empty for none, "*" where the styles can't be known: in sheets of other origins, which may do
+// anything, in shadow roots and in frames.
+let styledWithText = "*";
+const pseudoAlone = new RegExp("(^|[\\s>+~,])::?(?:before|after)", "g");
+const pseudoElement = new RegExp("::?(?:before|after)", "g");
 
-// A sheet of another origin may do anything.
-function hasStyledText(rules) {
+function selectorsWithText(rules, selectors) {
   for (const rule of rules) {
-    if (rule.style?.content || (rule.cssRules && hasStyledText(rule.cssRules)) || rule.styleSheet) {
-      return true;
+    if (rule.selectorText?.includes("&")) {
+      selectors.push("*");
+    } else if (rule.style?.content && rule.selectorText) {
+      selectors.push(rule.selectorText.replace(pseudoAlone, "$1*").replace(pseudoElement, ""));
+    }
+    if (rule.styleSheet || rule.cssRules?.length > 0) {
+      selectorsWithText((rule.styleSheet ?? rule).cssRules, selectors);
     }
   }
-  return false;
+  return selectors;
 }
 
 function lookForStyledText() {
   try {
     const page = window.document;
-    isTextStyled = [...page.styleSheets, ...page.adoptedStyleSheets].some((sheet) => hasStyledText(sheet.cssRules));
+    const sheets = [...page.styleSheets, ...page.adoptedStyleSheets];
+    styledWithText = sheets.flatMap((sheet) => selectorsWithText(sheet.cssRules, [])).join(",");
+    if (styledWithText !== "") {
+      page.documentElement.matches(styledWithText);
+    }
   } catch {
-    isTextStyled = true;
+    styledWithText = "*";
   }
 }
 
 // The text that a style puts before or behind an element's content: the quoted parts, or what stands for them behind a
 // slash.
 function styledText(element, place) {
-  if (!isTextStyled) {
+  if (styledWithText === "" || (styledWithText !== "*" && !element.matches(styledWithText))) {
     return "";
   }
   const content = getComputedStyle(element, place).content;

@@ -89,12 +89,22 @@ class OutlineWalk {
   }
 
   children(element) {
-    for (const child of shownChildren(element)) {
-      if (child.nodeType === 3) {
-        this.addText(child.data);
-      } else if (child.nodeType === 1) {
-        this.visit(child);
+    if (element.shadowRoot || element.tagName === "SLOT") {
+      for (const child of shownChildren(element)) {
+        this.child(child);
       }
+    } else {
+      for (let child = element.firstChild; child; child = child.nextSibling) {
+        this.child(child);
+      }
+    }
+  }
+
+  child(node) {
+    if (node.nodeType === 3) {
+      this.addText(node.data);
+    } else if (node.nodeType === 1) {
+      this.visit(node);
     }
   }
 
@@ -278,7 +288,7 @@ class OutlineWalk {
     this.emit({ role: "frame", name: nameOf(element, "frame"), url: shortAddress(element), states: [], element,
       isNotSeen: !inner, notSeen: "another origin" });
     if (inner && inner.body) {
-      isTextStyled = true;
+      styledWithText = "*";
       this.below(inner.body);
     }
   }

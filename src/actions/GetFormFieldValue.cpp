@@ -32,9 +32,8 @@ private:
   [[nodiscard]] std::string scriptBody() const override {
     const std::string strategy(intents::enumCase(*formFieldSelection).rawValue);
     const NamedField field(*fieldTargetSpec, *formFieldSelection);
-    return pageJob(tab, field.known("return [\n  getFormFieldValue(\n    \"" +
-                                    engine::escapeForJavascript(field.text) + "\",\n    \"" + strategy +
-                                    "\"\n  )\n]"));
+    return pageJob(tab, field.known("return [\n  getFormFieldValue(\n    \"" + engine::escapeForJavascript(field.text) +
+                                    "\",\n    \"" + strategy + "\"\n  )\n]"));
   }
 
   [[nodiscard]] std::string result(std::vector<std::string> answer,

@@ -1,5 +1,5 @@
-// Outlines a page: one job walks it and gives the outline's text and its elements, as JSON. The page keeps nothing of it
-// but the references that were given, where it doesn't see them.
+// Outlines a page: one job walks it and gives the outline's text and its elements, as JSON. The page keeps nothing of
+// it but the references that were given, where it doesn't see them.
 #include "actions/ActionList.h"
 #include "actions/NamedElement.h"
 #include "actions/PageJob.h"
@@ -26,7 +26,8 @@ class GetPageOutline final : public ScriptAction<std::vector<std::string>, brows
                                        .presence = intents::Presence::optional,
                                        .textInput = shared::literalInput(),
                                        .example = "main"}};
-  Parameter<std::int64_t> maximumLength{*this, {.name = "maximumLength", .defaultValue = 30'000}};
+  Parameter<std::int64_t> maximumLength{
+      *this, {.name = "maximumLength", .defaultValue = 30'000, .audience = intents::Audience::people}};
 
   // Seconds, for a page of a hundred thousand elements on a machine that does other things besides.
   static constexpr double timeout = 20.0;

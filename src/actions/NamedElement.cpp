@@ -1,5 +1,5 @@
-// The library's functions look for elements by `document.querySelector`. A job with named elements has a `document` of its
-// own in the block of these functions, whose selector step knows references and names; the page's isn't touched.
+// The library's functions look for elements by `document.querySelector`. A job with named elements has a `document` of
+// its own in the block of these functions, whose selector step knows references and names; the page's isn't touched.
 #include "actions/NamedElement.h"
 
 #include "engine/PageLibrary.h"
@@ -25,8 +25,8 @@ bool isDigit(char character) {
 
 bool isReference(std::string_view text) {
   constexpr std::size_t letters = 3;
-  return text.size() > letters && std::ranges::all_of(text.substr(0, letters), isLetter) &&
-         text[letters] != '0' && std::ranges::all_of(text.substr(letters), isDigit);
+  return text.size() > letters && std::ranges::all_of(text.substr(0, letters), isLetter) && text[letters] != '0' &&
+         std::ranges::all_of(text.substr(letters), isDigit);
 }
 
 // A word, perhaps, and a text in double quotes: no selector has these.

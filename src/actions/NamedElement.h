@@ -10,8 +10,8 @@ namespace tabwright::actions {
 enum class MissingElement { fails, isWaitedFor };
 
 /// True for a text that names an element otherwise than by a selector of CSS: a reference from an outline ("kqz12"), a
-/// role and a name as an outline tells them (`button "Sign in"`), a name in quotes alone, or an element of an outline as
-/// JSON. None of them matches anything as a selector.
+/// role and a name as an outline tells them (`button "Sign in"`), a name in quotes alone, or an element of an outline
+/// as JSON. None of them matches anything as a selector.
 [[nodiscard]] bool namesElement(std::string_view selector);
 
 /// The text by which the page knows the element: the reference of an element as JSON, any other text as it is. Throws

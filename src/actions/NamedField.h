@@ -10,7 +10,7 @@ namespace tabwright::actions {
 
 /// A form field that is told by a selector may be named as any element is; names and ids stay what they are.
 struct NamedField {
-  std::string text;        ///< as the page's functions take it
+  std::string text; ///< as the page's functions take it
   bool isElement = false;
 
   NamedField(const std::string& field, FormFieldSelectionOption selection)

@@ -53,10 +53,9 @@ private:
   [[nodiscard]] std::string scriptBody() const override {
     const std::string strategy(intents::enumCase(*formFieldSelection).rawValue);
     const NamedField field(*targetField, *formFieldSelection);
-    return pageJob(tab, field.known("return [\n  setFormFieldValue(\n    \"" +
-                                    engine::escapeForJavascript(field.text) + "\",\n    \"" + strategy +
-                                    "\",\n    `" + escapeForTemplate(*newValue) + "`,\n    " +
-                                    javascriptText(*shouldFireChangeEvent) + ",\n    " +
+    return pageJob(tab, field.known("return [\n  setFormFieldValue(\n    \"" + engine::escapeForJavascript(field.text) +
+                                    "\",\n    \"" + strategy + "\",\n    `" + escapeForTemplate(*newValue) +
+                                    "`,\n    " + javascriptText(*shouldFireChangeEvent) + ",\n    " +
                                     javascriptText(*shouldSubmitParentForm) + "\n  )\n]"));
   }
 

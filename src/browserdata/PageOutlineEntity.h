@@ -10,8 +10,8 @@
 
 namespace tabwright::browserdata {
 
-/// An element of a page as an outline tells it, for pipes: `reference` alone names it to a later action. Texts are as the
-/// page has them, on one line, without characters that can't be seen.
+/// An element of a page as an outline tells it, for pipes: `reference` alone names it to a later action. Texts are as
+/// the page has them, on one line, without characters that can't be seen.
 struct PageElementEntity {
   std::optional<std::string> reference; ///< such as "kqz12"; of elements to act on, until the page is loaded anew
   std::string role;                     ///< that of ARIA, but for a few of the outline's own, such as "frame"
@@ -28,8 +28,8 @@ struct PageElementEntity {
   [[nodiscard]] static const intents::EntityDefinition<PageElementEntity>& definition();
 };
 
-/// The outline of a page: a text for people and agents, its elements for programs. A value: it holds what was shown when
-/// the action ran.
+/// The outline of a page: a text for people and agents, its elements for programs. A value: it holds what was shown
+/// when the action ran.
 struct PageOutlineEntity {
   std::string title;
   std::string url;

@@ -48,8 +48,8 @@ public:
   };
 
   /// `displayRepresentation` gives the line that shows an entity, `columns` the properties of its tables, by name and
-  /// in order, `told` the one that tells agents all. All texts that are views have static storage, and the definition itself lives in a function's `static`:
-  /// types and declarations keep pointers to it.
+  /// in order, `told` the one that tells agents all. All texts that are views have static storage, and the definition
+  /// itself lives in a function's `static`: types and declarations keep pointers to it.
   EntityDefinition(std::string_view name, std::vector<Property> properties,
                    std::function<std::string(const Entity&)> displayRepresentation, TextForm textForm = TextForm::none,
                    std::vector<std::string_view> columns = {}, std::string_view told = {})

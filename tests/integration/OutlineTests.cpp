@@ -55,10 +55,10 @@ protected:
   Names differences(TabID tab, const std::string& title) {
     static const std::map<std::string, std::string> roles{{"DisclosureTriangle", "summary"}, {"ColorWell", "color"}};
     Names names;
-    const auto session = devtools::Session::attach(connect(), pageTitled(title), devtools::Session::Kind::page, limits());
+    const auto session =
+        devtools::Session::attach(connect(), pageTitled(title), devtools::Session::Kind::page, limits());
     session->call("Accessibility.enable", {}, devtools::Session::AnsweredBy::page, limits());
-    const value tree =
-        session->call("Accessibility.getFullAXTree", {}, devtools::Session::AnsweredBy::page, limits());
+    const value tree = session->call("Accessibility.getFullAXTree", {}, devtools::Session::AnsweredBy::page, limits());
     for (const value& node : tree.at("nodes").as_array()) {
       if (node.at("ignored").as_bool())
         continue;
@@ -90,9 +90,9 @@ private:
                            .as_string());
   }
 
-  const std::set<std::string> actedOn{"button", "checkbox", "color", "combobox", "link", "listbox", "menuitem",
-                                      "option", "radio", "searchbox", "slider", "spinbutton", "summary", "switch",
-                                      "tab", "textbox"};
+  const std::set<std::string> actedOn{"button",   "checkbox", "color", "combobox",  "link",   "listbox",
+                                      "menuitem", "option",   "radio", "searchbox", "slider", "spinbutton",
+                                      "summary",  "switch",   "tab",   "textbox"};
   support::PageServer pages_;
 };
 
@@ -174,8 +174,8 @@ TEST_F(Outline, ReferencesNameTheirElementOrNone) {
   EXPECT_EQ(click("\"framed\""), acted);
   EXPECT_EQ(click(referenceOf("Deep")), acted);
   EXPECT_EQ(evaluate(tab, "log.join()"), "Delete A,Delete A,Delete A,1,2");
-  EXPECT_EQ(run("SetFormFieldValue", {{"targetField", referenceOf("Who")}, {"formFieldSelection", "cssSelector"},
-                                      {"newValue", "Ann"}}),
+  EXPECT_EQ(run("SetFormFieldValue",
+                {{"targetField", referenceOf("Who")}, {"formFieldSelection", "cssSelector"}, {"newValue", "Ann"}}),
             true);
   EXPECT_EQ(run("WaitForElement", {{"cssSelector", "textbox \"Who\""}}), true);
   EXPECT_EQ(evaluate(tab, "who.value"), "Ann");
@@ -201,7 +201,8 @@ TEST_F(Outline, APageCannotForgeItsLines) {
     <form><input name=getAttribute><button>Lost</button></form>
     <script>long.textContent = "x".repeat(1000000)</script>)");
   const std::string text = outline();
-  EXPECT_THAT(text, AllOf(HasSubstr(R"(button "ab\" kqz1 button \"c" )"), HasSubstr(R"("\\\"")"), HasSubstr("xxx…\" ")));
+  EXPECT_THAT(text,
+              AllOf(HasSubstr(R"(button "ab\" kqz1 button \"c" )"), HasSubstr(R"("\\\"")"), HasSubstr("xxx…\" ")));
   EXPECT_THAT(text, HasSubstr("button \"Lost\""));
   EXPECT_LT(text.size(), 1000U);
 }
