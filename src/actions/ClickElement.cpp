@@ -1,5 +1,6 @@
 // Clicks the first element of a page that a CSS selector matches. A selector that matches nothing is no failure.
 #include "actions/ActionList.h"
+#include "actions/NamedElement.h"
 #include "actions/PageJob.h"
 #include "engine/ScriptText.h"
 
@@ -22,7 +23,9 @@ public:
 private:
   [[nodiscard]] std::string scriptBody() const override {
     // Escaped for JavaScript only; the job as a whole is escaped again for the AppleScript around it.
-    return pageJob(tab, "return [\n  clickPageElement(\"" + engine::escapeForJavascript(*cssSelector) + "\")\n]");
+    return pageJob(tab, withNamedElements({*cssSelector}, "return [\n  clickPageElement(\"" +
+                                                              engine::escapeForJavascript(elementText(*cssSelector)) +
+                                                              "\")\n]"));
   }
 
   [[nodiscard]] std::optional<platform::Notice> noticeOf(const std::vector<std::string>& answer) const override {

@@ -1,5 +1,6 @@
 // Reads the value of a form field of a page. A field that isn't there has the empty value.
 #include "actions/ActionList.h"
+#include "actions/NamedField.h"
 #include "actions/PageJob.h"
 #include "actions/ScriptAction.h"
 #include "engine/ScriptText.h"
@@ -30,8 +31,9 @@ public:
 private:
   [[nodiscard]] std::string scriptBody() const override {
     const std::string strategy(intents::enumCase(*formFieldSelection).rawValue);
-    return pageJob(tab, "return [\n  getFormFieldValue(\n    \"" + engine::escapeForJavascript(*fieldTargetSpec) +
-                            "\",\n    \"" + strategy + "\"\n  )\n]");
+    const NamedField field(*fieldTargetSpec, *formFieldSelection);
+    return pageJob(tab, field.known("return [\n  getFormFieldValue(\n    \"" + engine::escapeForJavascript(field.text) +
+                                    "\",\n    \"" + strategy + "\"\n  )\n]"));
   }
 
   [[nodiscard]] std::string result(std::vector<std::string> answer,
@@ -40,7 +42,7 @@ private:
   }
 
   [[nodiscard]] std::optional<platform::Notice> noticeOf(const std::vector<std::string>& answer) const override {
-    if (answer.empty() || !answer.front().empty())
+    if (answer.size() != 1 || !answer.front().empty())
       return std::nullopt;
     return platform::Notice{
         {"Notice", "noValue", {}},

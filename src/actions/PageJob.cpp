@@ -4,12 +4,22 @@
 #include "actions/PageJob.h"
 
 #include "engine/AppleScriptSnippets.h"
+#include "engine/errors/ElementError.h"
 #include "engine/errors/JavascriptError.h"
 #include "platform/AsciiCase.h"
 
 #include <fmt/core.h>
 
 namespace tabwright::actions {
+
+namespace {
+
+// Such an answer becomes a failure that says it all.
+bool tellsNothing(const std::vector<std::string>& list) {
+  return list.empty() || engine::ElementFailure::inAnswer(list).has_value();
+}
+
+} // namespace
 
 std::string pageJob(const TabTarget& tab, std::string_view javascript, double timeout) {
   using engine::AppleScriptSnippets;
@@ -25,6 +35,8 @@ std::string pageJob(const TabTarget& tab, std::string_view javascript, double ti
 const std::string& answerOf(const std::vector<std::string>& list) {
   if (list.empty())
     throw platform::failure(engine::JavascriptError::unableToParseJS);
+  if (const auto failure = engine::ElementFailure::inAnswer(list))
+    throw engine::ElementFailure(*failure);
   return list.front();
 }
 
@@ -33,14 +45,14 @@ bool succeeded(const std::vector<std::string>& list) {
 }
 
 std::optional<platform::Notice> noticeOfException(const std::vector<std::string>& list, std::string_view undone) {
-  if (list.empty() || succeeded(list) || platform::equalIgnoringCase(list.front(), "false"))
+  if (tellsNothing(list) || succeeded(list) || platform::equalIgnoringCase(list.front(), "false"))
     return std::nullopt;
   return platform::Notice{{"Notice", "pageException", {}}, fmt::format("{}. The page said: {}", undone, list.front())};
 }
 
 std::optional<platform::Notice> noticeOfNothing(const std::vector<std::string>& list, std::string_view undone,
                                                 const Reason& reason) {
-  if (list.empty() || succeeded(list))
+  if (tellsNothing(list) || succeeded(list))
     return std::nullopt;
   if (std::optional<platform::Notice> exception = noticeOfException(list, undone))
     return exception;

@@ -26,7 +26,7 @@ inline constexpr double pageJobInterval = 0.2;
 }
 
 /// The text form of the value that the one page function of a job returned. Throws `JavascriptError::unableToParseJS`
-/// when the page gave nothing.
+/// when the page gave nothing, and `ElementFailure` when the job couldn't tell which element was meant.
 [[nodiscard]] const std::string& answerOf(const std::vector<std::string>& list);
 
 /// True when the page function reported success: its text is "true", in any case. Throws as `answerOf` does.

@@ -1,6 +1,7 @@
 // Scrolls a page so that the first element that a CSS selector matches is in the middle. A selector that matches
 // nothing is no failure.
 #include "actions/ActionList.h"
+#include "actions/NamedElement.h"
 #include "actions/PageJob.h"
 #include "engine/ScriptText.h"
 
@@ -23,7 +24,9 @@ public:
 
 private:
   [[nodiscard]] std::string scriptBody() const override {
-    return pageJob(tab, "return [\n  scrollToPageElement(\"" + engine::escapeForJavascript(*cssSelector) + "\")\n]");
+    return pageJob(tab, withNamedElements({*cssSelector}, "return [\n  scrollToPageElement(\"" +
+                                                              engine::escapeForJavascript(elementText(*cssSelector)) +
+                                                              "\")\n]"));
   }
 
   [[nodiscard]] std::optional<platform::Notice> noticeOf(const std::vector<std::string>& answer) const override {

@@ -1,6 +1,7 @@
 // Sets a form field of a page. The value travels as a template literal, which may go over several lines; `${` is left
 // as it is and means to the page what it means in any template literal.
 #include "actions/ActionList.h"
+#include "actions/NamedField.h"
 #include "actions/PageJob.h"
 #include "engine/ScriptText.h"
 
@@ -51,10 +52,11 @@ public:
 private:
   [[nodiscard]] std::string scriptBody() const override {
     const std::string strategy(intents::enumCase(*formFieldSelection).rawValue);
-    return pageJob(tab, "return [\n  setFormFieldValue(\n    \"" + engine::escapeForJavascript(*targetField) +
-                            "\",\n    \"" + strategy + "\",\n    `" + escapeForTemplate(*newValue) + "`,\n    " +
-                            javascriptText(*shouldFireChangeEvent) + ",\n    " +
-                            javascriptText(*shouldSubmitParentForm) + "\n  )\n]");
+    const NamedField field(*targetField, *formFieldSelection);
+    return pageJob(tab, field.known("return [\n  setFormFieldValue(\n    \"" + engine::escapeForJavascript(field.text) +
+                                    "\",\n    \"" + strategy + "\",\n    `" + escapeForTemplate(*newValue) +
+                                    "`,\n    " + javascriptText(*shouldFireChangeEvent) + ",\n    " +
+                                    javascriptText(*shouldSubmitParentForm) + "\n  )\n]"));
   }
 
   [[nodiscard]] std::optional<platform::Notice> noticeOf(const std::vector<std::string>& answer) const override {

@@ -1,10 +1,12 @@
 // Sets several form fields of a page from a JSON document: field names and their values. The document, normalised,
 // stands in the job as the JavaScript literal that it is.
 #include "actions/ActionList.h"
+#include "actions/NamedElement.h"
 #include "actions/PageJob.h"
 #include "actions/enums/SetFormFieldsOptions.h"
 #include "intents/IntentFile.h"
 #include "platform/JSONFailure.h"
+#include "platform/JSONText.h"
 #include "platform/NormalisedJSON.h"
 
 namespace tabwright::actions {
@@ -45,11 +47,26 @@ private:
     }
   }
 
+  [[nodiscard]] static std::vector<std::string> namesIn(const std::string& fields) {
+    std::vector<std::string> names;
+    const boost::json::value json = platform::parseJSON(fields);
+    if (const boost::json::object* object = json.if_object()) {
+      for (const auto& [name, value] : *object)
+        names.emplace_back(name);
+    }
+    return names;
+  }
+
   [[nodiscard]] std::string scriptBody() const override {
     const std::string strategy(intents::enumCase(*formFieldsSelection).rawValue);
-    return pageJob(tab, "return [\n  setFormFields(\n    " + document() + ",\n    \"" + strategy + "\",\n    " +
-                            javascriptText(*shouldFireChangeEvent) + ",\n    " +
-                            javascriptText(*shouldSubmitParentForm) + "\n  )\n]");
+    const std::string fields = document();
+    std::string javascript = "return [\n  setFormFields(\n    " + fields + ",\n    \"" + strategy + "\",\n    " +
+                             javascriptText(*shouldFireChangeEvent) + ",\n    " +
+                             javascriptText(*shouldSubmitParentForm) + "\n  )\n]";
+    // Selectors may be references and names, as those of single fields.
+    if (*formFieldsSelection == Selection::cssSelector)
+      javascript = withNamedElements(namesIn(fields), std::move(javascript));
+    return pageJob(tab, javascript);
   }
 
   [[nodiscard]] std::optional<platform::Notice> noticeOf(const std::vector<std::string>& answer) const override {

@@ -1,6 +1,7 @@
 // Waits until a page has an element that a CSS selector matches, and shows it. One number of seconds bounds the waiting
 // in the page and the polling from the script.
 #include "actions/ActionList.h"
+#include "actions/NamedElement.h"
 #include "actions/PageJob.h"
 #include "actions/ScriptAction.h"
 #include "actions/enums/WaitForElementOptions.h"
@@ -33,8 +34,11 @@ private:
     // The raw value is the number as the page takes it.
     const std::string seconds(intents::enumCase(*timeout).rawValue);
     return pageJob(tab,
-                   "return [\n  await waitForPageElement(\"" + engine::escapeForJavascript(*cssSelector) + "\", " +
-                       seconds + ")\n]",
+                   withNamedElements({*cssSelector},
+                                     "return [\n  await waitForPageElement(\"" +
+                                         engine::escapeForJavascript(elementText(*cssSelector)) + "\", " + seconds +
+                                         ")\n]",
+                                     MissingElement::isWaitedFor),
                    secondsOf(*timeout));
   }
 

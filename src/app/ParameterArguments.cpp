@@ -40,6 +40,32 @@ std::optional<std::string> fileIn(const std::string& value) {
   return std::nullopt;
 }
 
+/// The parameters that tell an element, and the choice by which one does so by a selector, if there is any.
+constexpr struct {
+  std::string_view parameter;
+  std::string_view choice;
+} elementParameters[]{{"cssSelector", ""},
+                      {"belowElement", ""},
+                      {"fieldTargetSpec", "formFieldSelection"},
+                      {"targetField", "formFieldSelection"}};
+
+// Puts an element into the parameters as the action has it. Its place among them is where it can be read from a file.
+void giveElement(const intents::Intent& action, std::string element, ParameterArguments& result) {
+  for (const auto& [parameter, choice] : elementParameters) {
+    if (!action.findParameter(parameter))
+      continue;
+    if (std::optional<std::string> file = fileIn(element))
+      result.files.push_back({.parameter = result.parameters.size(), .file = std::move(*file)});
+    result.parameters.emplace_back(parameter, std::move(element));
+    if (!choice.empty())
+      result.parameters.emplace_back(choice, "cssSelector");
+    return;
+  }
+  throw UsageError(fmt::format("{} works on no element, so --element says nothing to it. “tabwright actions {}” lists "
+                               "its parameters.",
+                               action.name(), action.name()));
+}
+
 } // namespace
 
 ParameterArguments parseArguments(const intents::Intent& action, const std::vector<std::string>& words) {
@@ -67,8 +93,9 @@ ParameterArguments parseArguments(const intents::Intent& action, const std::vect
                       word, action.name(), action.name()));
     const std::size_t equals = word.find('=');
     std::string name = word.substr(2, equals == std::string::npos ? std::string::npos : equals - 2);
-    // The one word of the command's own that takes a value, in either way of writing.
+    // The words of the command's own that take a value, in either way of writing.
     const bool isForFiles = word.substr(0, equals) == runWords::saveFiles.word;
+    const bool isElement = word.substr(0, equals) == runWords::element.word;
     const intents::ParameterBase* parameter = action.findParameter(name);
     std::optional<std::string> value;
     if (equals != std::string::npos)
@@ -78,10 +105,14 @@ ParameterArguments parseArguments(const intents::Intent& action, const std::vect
     else if (index + 1 < words.size())
       value = words[++index];
     // An unknown name goes on without a value: the reader of parameters names those nearest to it.
-    else if (parameter || isForFiles)
+    else if (parameter || isForFiles || isElement)
       throw UsageError(fmt::format("--{} needs a value behind it.", name));
     if (isForFiles) {
       result.filesFolder = value;
+      continue;
+    }
+    if (isElement) {
+      giveElement(action, std::move(*value), result);
       continue;
     }
     if (std::optional<std::string> file = value && isReadFromFiles(parameter) ? fileIn(*value) : std::nullopt)

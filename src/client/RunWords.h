@@ -24,7 +24,10 @@ inline constexpr RunWord noHost{"--no-host", "", "Run it in a process of its own
 inline constexpr RunWord saveFiles{"--save-files", "FOLDER",
                                    "Write the files of a result there, such as a selection’s rich text, and print "
                                    "their paths"};
-inline constexpr std::array all{json, each, noHost, saveFiles};
+inline constexpr RunWord element{"--element", "ELEMENT",
+                                 "The element of the page to work on: a reference from GetPageOutline, a role and a "
+                                 "“name”, or - for an element on standard input"};
+inline constexpr std::array all{json, each, noHost, saveFiles, element};
 } // namespace runWords
 
 /// The place of the action's name among the words behind "run", that is, behind the command's own that precede it. The

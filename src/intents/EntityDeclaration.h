@@ -39,7 +39,12 @@ struct EntityDeclaration {
   TextForm textForm = TextForm::none;
   std::vector<std::string_view> columns; ///< the properties that a table of such entities shows, in this order
 
-  /// One line that shows an entity to a user, from its JSON. Throws `ValueError` when it is none.
+  /// A property, a text from a page, that tells people and agents all there is; the rest is for programs. Empty for
+  /// none.
+  std::string_view told;
+
+  /// One line that shows an entity to a user, or the lines of the property that tells all, from its JSON. Throws
+  /// `ValueError` when it is none.
   std::function<std::string(const boost::json::value&)> displayRepresentation;
 
   /// The property of that name, exactly as it is spelt; null for none.

@@ -48,16 +48,17 @@ public:
   };
 
   /// `displayRepresentation` gives the line that shows an entity, `columns` the properties of its tables, by name and
-  /// in order. All texts that are views have static storage, and the definition itself lives in a function's `static`:
-  /// types and declarations keep pointers to it.
+  /// in order, `told` the one that tells agents all. All texts that are views have static storage, and the definition
+  /// itself lives in a function's `static`: types and declarations keep pointers to it.
   EntityDefinition(std::string_view name, std::vector<Property> properties,
                    std::function<std::string(const Entity&)> displayRepresentation, TextForm textForm = TextForm::none,
-                   std::vector<std::string_view> columns = {})
+                   std::vector<std::string_view> columns = {}, std::string_view told = {})
       : properties_(std::move(properties)) {
     const std::string prefix = "entity." + std::string(name);
     declaration_.name = name;
     declaration_.textForm = textForm;
     declaration_.columns = std::move(columns);
+    declaration_.told = told;
     declaration_.typeCaption = {prefix + ".typeDisplayRepresentation", std::string(tables::general)};
     for (const Property& property : properties_) {
       declaration_.properties.push_back(property.declaration_);

@@ -5,6 +5,7 @@
 
 #include <boost/json/array.hpp>
 #include <boost/json/serialize.hpp>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -56,6 +57,32 @@ protected:
 
   testsupport::ActionBench bench;
 };
+
+TEST_F(PageActions, CarryTheirKnowledgeOfOutlinesOnlyForWhatIsNoSelector) {
+  const auto knows = [&](const std::string& selector) {
+    perform("ClickElement", {{"cssSelector", selector}});
+    return bench.scripts.at(0).find("documentOfNamedElements(false)") != std::string::npos;
+  };
+  for (const char* selector : {"kqz12", "kqz12\n", "button \"Sign in\"", "\"Sign in\"", R"({"reference":"kqz12"})"})
+    EXPECT_TRUE(knows(selector)) << selector;
+  for (const char* selector : {"a", "h1", "abc", "kqz0", "abcd1", "a[href=\"x\"]", "div \"x", "Button \"x\""})
+    EXPECT_FALSE(knows(selector)) << selector;
+  EXPECT_THAT(failureText([&] { perform("ClickElement", {{"cssSelector", R"({"role":"button"})"}}); }),
+              testing::HasSubstr("The element has no reference"));
+  EXPECT_THAT(failureText([&] { perform("ClickElement", {{"cssSelector", "{"}}); }), testing::HasSubstr("element"));
+}
+
+TEST_F(PageActions, TellElementsThatAJobCouldNotName) {
+  const auto failed = [&](const char* kind) {
+    bench.payload = std::string(R"(["element failure",")") + kind + R"(","kqz1","button \"A\"","button \"B\" kqz2"])";
+    return failureText([&] { perform("ClickElement", {{"cssSelector", "kqz1"}}); });
+  };
+  EXPECT_EQ(failed("gone"), "“kqz1”, button \"A\", is no longer on the page. The nearest: button \"B\" kqz2.");
+  EXPECT_EQ(failed("changed"), "“kqz1” was button \"A\" and is button \"B\" kqz2 now, so it was left alone. "
+                               "GetPageOutline names it anew.");
+  // A page's own list of as many texts is none.
+  EXPECT_EQ(failed("other"), "no failure");
+}
 
 TEST_F(PageActions, AskForWhatIsMissingBeforeTheyCount) {
   const struct {

@@ -57,6 +57,18 @@ TEST_F(ParameterArgumentsOfClickElement, readsATabFromAFile) {
   EXPECT_THAT(refusal({"--targetTab", "@" + file.string()}), HasSubstr("No such file or directory"));
 }
 
+TEST_F(ParameterArgumentsOfClickElement, takesAnElementForTheParameterThatTellsIt) {
+  EXPECT_THAT(read({"--element", "button \"Send\""}).parameters, ElementsAre(Pair("cssSelector", "button \"Send\"")));
+  const Composition composition;
+  const auto of = [&](const char* action) {
+    return readArguments(composition.catalogue().declaration(action), {"--element=kqz12"}).parameters;
+  };
+  EXPECT_THAT(of("SetFormFieldValue"),
+              ElementsAre(Pair("targetField", "kqz12"), Pair("formFieldSelection", "cssSelector")));
+  EXPECT_THROW(of("CloseTab"), intents::UsageError);
+  EXPECT_EQ(refusal({"--element"}), "--element needs a value behind it.");
+}
+
 TEST_F(ParameterArgumentsOfClickElement, keepsItsOwnSwitchesApart) {
   const ParameterArguments arguments = read({"--json", "--cssSelector", "a", "--save-files", "x y", "--help"});
   EXPECT_EQ(arguments.filesFolder, "x y");

@@ -114,6 +114,9 @@ def told_by(action, answer):
     if kind == "null":
         return None
     text = answer["content"][0]["text"]
+    if text.startswith("From a web page: "):
+        # What tells all of an entity, behind the line that marks it.
+        return {"text": text.split("\n", 1)[1]}
     return text if kind == "string" else json.loads(text)
 
 
