@@ -4,7 +4,7 @@
 // From it come {client, text, more}: pieces of a client's message, which is JSON once they are joined, and
 // {client, gone} when a client has left. To it go {client, message}, in this order of the properties, since it reads no
 // further than that; client 0 is everyone. A request {id, name, parameters} is answered with {id, value} or
-// {id, fault, detail}; each change that the browser reports goes to everyone as {changes}.
+// {id, fault, detail}; each change that the browser reports goes to everyone as {changes}, and so does {settled}.
 //
 // A worker with an open port is never stopped. Where the relay ends another one is started, after a pause that grows
 // while none stays.
@@ -95,6 +95,11 @@ async function outcomeOf(text) {
 globalThis.tabwrightChanged = (changes) => {
   if (relay.port) post(relay.port, 0, { changes });
   else connectByEvent();
+};
+
+// Called when the browser has told of all that a script has brought about, with the number that its answer had.
+globalThis.tabwrightSettled = (settled) => {
+  if (relay.port) post(relay.port, 0, { settled });
 };
 
 // Listening to these is what lets the browser start the worker for them.

@@ -41,6 +41,9 @@ const destinations = new Map();
 const leaving = new Map();
 // tab -> the answer of its page to a question behind the last script.
 const probes = new Map();
+let lastProbe = 0;
+// Tabs whose pages were there when they were last looked at, until the browser reports anything of them.
+const calm = new Set();
 // Of more tabs the whole snapshot is the cheaper answer.
 const mostTouched = 20;
 // A page may ask the user whether to leave it, who may take any time to answer.
@@ -89,6 +92,7 @@ function report() {
 }
 
 function changed() {
+  calm.clear();
   changes += 1;
   reshaped = changes;
   touched.clear();
@@ -97,6 +101,7 @@ function changed() {
 }
 
 function touch(id) {
+  calm.delete(id);
   changes += 1;
   touched.set(id, changes);
   report();
@@ -334,9 +339,14 @@ function requireScripts() {
 // The value of code in the page's own world: {value}, or {kept: why} where the browser lets nobody in.
 async function run(tab, code) {
   const outcome = await runNow(tab, code);
-  // Before its answer the browser has told of all that the code has brought about, be it a task later.
-  if (!outcome.kept) probes.set(tab.id, Promise.race([script(tab.id, taskLater, "now").catch(() => undefined), after(patienceWithProbes)]));
-  return outcome;
+  // Before its answer the browser has told of all that the code has brought about, be it a task later. Callers who may
+  // be told of that leave a function, which is called with the number of the probe.
+  if (outcome.kept) return outcome;
+  const number = ++lastProbe;
+  const answer = script(tab.id, taskLater, "now").catch(() => undefined);
+  const probe = Promise.race([answer, after(patienceWithProbes)]).then(() => globalThis.tabwrightSettled?.(number));
+  probes.set(tab.id, probe);
+  return { ...outcome, probe: number };
 }
 
 // Forms are sent, and timers of pages run, in tasks of their own; of a page in the background only after a while.
@@ -389,12 +399,13 @@ async function runNow(tab, code) {
     return { value: outcome?.result ?? null };
   } catch (error) {
     const detail = error?.message ?? String(error);
-    if (/error page/i.test(detail)) return { kept: detail, unloaded: tab.url };
-    if (/Cannot access|cannot be scripted/i.test(detail)) return { kept: `${detail.replace(/\.?$/, ".")}` };
-    if (!/was removed|No frame with id|was closed/i.test(detail)) throw error;
+    calm.delete(tab.id);
     const now = await chrome.tabs.get(tab.id).catch(() => undefined);
     if (!now) throw new Fault("tabClosed", "");
     if (now.status === "unloaded") throw new Fault("tabCrashed", "");
+    if (/error page/i.test(detail)) return { kept: detail, unloaded: now.url };
+    if (/Cannot access|cannot be scripted/i.test(detail)) return { kept: `${detail.replace(/\.?$/, ".")}` };
+    if (!/was removed|No frame with id|was closed/i.test(detail)) throw error;
     return { value: null }; // the page went to another address meanwhile
   } finally {
     page.forget();
@@ -544,10 +555,12 @@ const commands = {
   async evaluate({ tab, code, patience, settles }) {
     requireScripts();
     if (settles) await settle([tab]);
+    if (calm.has(tab)) return run({ id: tab, status: "complete" }, code);
     const state = await arrived(tab, patience);
     if (!state) return { late: true };
     if (state.discarded) throw new Error("the tab’s page is not loaded");
     if (state.status === "unloaded") throw new Fault("tabCrashed", "");
+    if (state.status === "complete" && !/^view-source:/.test(state.url ?? "")) calm.add(tab);
     return run(state, code);
   },
 

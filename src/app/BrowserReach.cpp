@@ -44,7 +44,7 @@ BrowserReach reachOf(const platform::RunningBrowser& browser, std::chrono::milli
   for (const scripting::RelayPlace& relay : scripting::findRelays(browser)) {
     try {
       const platform::CallLimits limits = platform::CallLimits{}.within(patience);
-      const auto helper = scripting::RelayConnection::open(relay, browser, [] {}, limits);
+      const auto helper = scripting::RelayConnection::open(relay, browser, {}, limits);
       if (scripting::describeHelper(*helper, limits).mayRunScripts)
         return {.kind = BrowserReach::Kind::drivable, .detail = {}};
       port = {.kind = BrowserReach::Kind::scriptsForbidden, .detail = {}};

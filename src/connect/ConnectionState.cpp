@@ -75,7 +75,7 @@ std::vector<ConnectionState> lookAtConnections(const std::vector<UserDataDirecto
       for (const scripting::RelayPlace& relay : scripting::findRelays(*state.browser)) {
         try {
           const platform::CallLimits each = limits.within(helperPatience);
-          const auto helper = scripting::RelayConnection::open(relay, *state.browser, [] {}, each);
+          const auto helper = scripting::RelayConnection::open(relay, *state.browser, {}, each);
           place(state, parts, scripting::describeHelper(*helper, each), relay);
         } catch (const platform::Failure& failure) {
           state.complaint = failure.errorDescription();
@@ -93,7 +93,7 @@ bool openPage(const ConnectionState& state, const ProfileState& profile, const s
     return false;
   try {
     const platform::CallLimits near = limits.within(helperPatience);
-    const auto helper = scripting::RelayConnection::open(profile.relay, *state.browser, [] {}, near);
+    const auto helper = scripting::RelayConnection::open(profile.relay, *state.browser, {}, near);
     helper->perform("makeTab", {{"url", address}}, scripting::HelperCalls::Repeat::never, near);
     return true;
   } catch (const platform::Failure&) { // whoever reads the address opens it otherwise

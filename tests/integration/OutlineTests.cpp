@@ -97,6 +97,7 @@ private:
 };
 
 TEST_F(Outline, NamesElementsAsTheBrowserItselfDoes) {
+  TABWRIGHT_NEEDS_PORT();
   const TabID tab = openPage(testsupport::sourceText("tests/integration/outline/names.html"));
   // Options of a closed list are told in the line of the list.
   EXPECT_EQ(differences(tab, "Demanding"), (Names{{"option France", 1}, {"option Germany", 1}, {"option opt", 1}}));

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <set>
 #include <utility>
 
 namespace tabwright::scripting {
@@ -29,8 +30,7 @@ namespace {
 
 const platform::Logger roadLog("HelperRoad");
 
-// After it the browser has reported whatever a script has brought about; the helper waits for as long (worker.js).
-constexpr auto patienceWithReports = 50ms;
+constexpr std::size_t mostEarly = 64;
 // For all pages together that one look waits for.
 constexpr auto patienceOfLooks = 3s;
 // A document that takes longer to parse counts as there.
@@ -49,15 +49,28 @@ std::int64_t millisecondsOf(std::chrono::steady_clock::duration duration) {
 
 } // namespace
 
-/// What is called for each change, from the moment that there is a view.
-struct HelperRoad::Listener {
+/// The function to call for each change, from the moment that there is a view; and the tabs that runs have been in.
+struct HelperRoad::Heard {
   platform::Mutex mutex;
   std::function<void()> onChange GUARDED_BY(mutex);
+  std::vector<Visit> visits GUARDED_BY(mutex);    // at most one to each tab, the last
+  std::set<std::int64_t> early GUARDED_BY(mutex); // probes that were answered before the evaluation was
 
-  void call() {
+  void changed() {
     const platform::MutexLock lock(mutex);
     if (onChange)
       onChange();
+  }
+
+  void settled(std::int64_t probe) {
+    const platform::MutexLock lock(mutex);
+    const auto visit = std::ranges::find(visits, probe, &Visit::probe);
+    if (visit != visits.end())
+      visit->probe = 0;
+    else
+      early.insert(probe);
+    if (early.size() > mostEarly)
+      early.erase(early.begin());
   }
 };
 
@@ -74,9 +87,11 @@ HelperDescription describeHelper(HelperCalls& helper, const CallLimits& limits) 
 
 HelperRoad::HelperRoad(const platform::RunningBrowser& browser, const RelayPlace& relay, FindPort findPort,
                        const CallLimits& limits)
-    : browser_(browser), findPort_(std::move(findPort)), listener_(std::make_shared<Listener>()),
-      helper_(RelayConnection::open(
-          relay, browser, [listener = listener_] { listener->call(); }, limits)),
+    : browser_(browser), findPort_(std::move(findPort)), heard_(std::make_shared<Heard>()),
+      helper_(RelayConnection::open(relay, browser,
+                                    {.changed = [heard = heard_] { heard->changed(); },
+                                     .settled = [heard = heard_](std::int64_t probe) { heard->settled(probe); }},
+                                    limits)),
       description_(describeHelper(*helper_, limits)) {}
 
 HelperRoad::~HelperRoad() = default;
@@ -87,8 +102,8 @@ devtools::Traffic HelperRoad::traffic() const {
 
 std::unique_ptr<BrowserView> HelperRoad::makeView(std::function<void()> onChange, const CallLimits& /*limits*/) {
   {
-    const platform::MutexLock lock(listener_->mutex);
-    listener_->onChange = std::move(onChange);
+    const platform::MutexLock lock(heard_->mutex);
+    heard_->onChange = std::move(onChange);
   }
   return std::make_unique<HelperView>(helper_, description_.browserVersion);
 }
@@ -96,37 +111,41 @@ std::unique_ptr<BrowserView> HelperRoad::makeView(std::function<void()> onChange
 // -------------------------------------------------------------------------------------------------------------- pages
 
 bool HelperRoad::noteVisit(TabID tab, const CallLimits& limits) {
-  const platform::MutexLock lock(mutex_);
-  bool isOther = false;
-  std::erase_if(visited_, [&](const Visit& visit) {
-    isOther = isOther || (visit.tab == tab && !isSameRun(visit.run, limits.stop));
+  const platform::MutexLock lock(heard_->mutex);
+  bool isUnknown = false;
+  std::erase_if(heard_->visits, [&](const Visit& visit) {
+    isUnknown = isUnknown || (visit.tab == tab && visit.probe != 0 && !isSameRun(visit.run, limits.stop));
     return visit.tab == tab;
   });
-  visited_.push_back({tab, limits.stop, std::chrono::steady_clock::now()});
-  return isOther;
+  heard_->visits.push_back({.tab = tab, .run = limits.stop});
+  return isUnknown;
 }
 
+void HelperRoad::noteProbe(TabID tab, std::int64_t probe) {
+  const platform::MutexLock lock(heard_->mutex);
+  const auto visit = std::ranges::find(heard_->visits, tab, &Visit::tab);
+  if (heard_->early.erase(probe) == 0 && visit != heard_->visits.end())
+    visit->probe = probe;
+}
+
+/// Changes come on the connection before the answer that is waited for, so what was seen before them isn't held.
 bool HelperRoad::settleOthers(const CallLimits& limits) {
   std::vector<Visit> others;
   {
-    const platform::MutexLock lock(mutex_);
+    const platform::MutexLock lock(heard_->mutex);
     // Taken out before the waits, so that each is waited for once, whoever looks next.
     std::vector<Visit> own;
-    for (Visit& visit : visited_)
+    for (Visit& visit : heard_->visits)
       (isSameRun(visit.run, limits.stop) ? own : others).push_back(std::move(visit));
-    visited_ = std::move(own);
+    heard_->visits = std::move(own);
   }
-  if (others.empty())
-    return false;
-  boost::json::array fresh;
+  boost::json::array unknown;
   for (const Visit& visit : others) {
-    if (std::chrono::steady_clock::now() - visit.at < patienceWithReports)
-      fresh.push_back(visit.tab);
+    if (visit.probe != 0)
+      unknown.push_back(visit.tab);
   }
-  if (!fresh.empty()) {
-    helper_->perform("settle", {{"tabs", fresh}}, Repeat::allowed, limits);
-    seen_->noteChange(); // what the browser has told by now is to be seen
-  }
+  if (!unknown.empty())
+    helper_->perform("settle", {{"tabs", unknown}}, Repeat::allowed, limits);
   const CallLimits arrival = limits.within(patienceOfLooks);
   const CallLimits parsing = limits.within(patienceWithParsing);
   for (const Visit& visit : others) {
@@ -144,8 +163,9 @@ std::optional<devtools::Evaluation> HelperRoad::evaluate(TabID tab, const std::s
       {"tab", tab}, {"code", code}, {"patience", millisecondsOf(patience)}, {"settles", settles}};
   const CallLimits bounded = longest ? limits.within(patience + *longest) : limits;
   const boost::json::value answer = helper_->perform("evaluate", parameters, Repeat::never, bounded);
-  noteVisit(tab, limits); // from now on counts what it has brought about
   const JSONReader outcome(answer, "helper");
+  if (const auto probe = outcome.find<std::int64_t>("probe"))
+    noteProbe(tab, *probe);
   if (outcome.find<bool>("late").value_or(false)) {
     visits_.giveUp(tab, limits);
     return std::nullopt;

@@ -78,27 +78,28 @@ private:
   void carryOut(const ShowControls& command, const CallLimits& limits);
   void carryOut(const Quit& command, const CallLimits& limits);
 
-  /// A run is doing something to a tab's page that may make it leave. True when the last one to do so was another.
+  /// A run is doing something to a tab's page that may make it leave. True when the last one to do so was another, and
+  /// what has come of that isn't known yet.
   bool noteVisit(TabID tab, const CallLimits& limits);
+  /// An evaluation of the run's has ended, and a probe of that number is on its way behind it.
+  void noteProbe(TabID tab, std::int64_t probe);
   /// The port's link; throws DriverFailure `refused` with the sentence where there is none.
   std::shared_ptr<BrowserLink> requirePort(const char* without, const CallLimits& limits);
 
   const platform::RunningBrowser browser_;
   const FindPort findPort_;
-  /// Set by the view, called on the connection's thread.
-  struct Listener;
-  const std::shared_ptr<Listener> listener_;
+  struct Visit {
+    TabID tab;
+    std::stop_token run;
+    std::int64_t probe = 0; // 0 where none is under way
+  };
+  /// Shared with the connection's thread, which may call it while this goes.
+  struct Heard;
+  const std::shared_ptr<Heard> heard_;
   const std::shared_ptr<RelayConnection> helper_;
   const HelperDescription description_;
   SeenBrowser* seen_ = nullptr;
   PageVisits visits_; // for the runs that have waited in vain
-  struct Visit {
-    TabID tab;
-    std::stop_token run;
-    std::chrono::steady_clock::time_point at;
-  };
-  platform::Mutex mutex_;
-  std::vector<Visit> visited_ GUARDED_BY(mutex_); // at most one to each tab, the last
 };
 
 } // namespace tabwright::scripting

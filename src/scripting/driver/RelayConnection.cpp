@@ -88,6 +88,15 @@ private:
   int number_;
 };
 
+/// The number behind the beginning of a message; nothing where it begins otherwise.
+std::optional<std::int64_t> numberBehind(std::string_view message, std::string_view head) {
+  std::int64_t number = 0;
+  if (!message.starts_with(head) ||
+      std::from_chars(message.data() + head.size(), message.data() + message.size(), number).ec != std::errc())
+    return std::nullopt;
+  return number;
+}
+
 bool readWhole(int socket, char* into, std::size_t size) {
   while (size > 0) {
     const ssize_t count = ::recv(socket, into, size, 0);
@@ -120,8 +129,7 @@ std::vector<RelayPlace> findRelays(const platform::RunningBrowser& browser) {
 }
 
 std::shared_ptr<RelayConnection> RelayConnection::open(const RelayPlace& place, const platform::RunningBrowser& browser,
-                                                       std::function<void()> onChange,
-                                                       const platform::CallLimits& limits) {
+                                                       RelayListener listener, const platform::CallLimits& limits) {
   const auto unreachable = [&](const std::string& reason) {
     return platform::failure(DevToolsFault::unreachable, fmt::format("{}: {}", place.socket.string(), reason));
   };
@@ -141,13 +149,13 @@ std::shared_ptr<RelayConnection> RelayConnection::open(const RelayPlace& place, 
     throw unreachable(reasonOf(errno));
   if (peer.uid != browser.owner || parentOf(peer.pid) != browser.process)
     throw unreachable("somebody else than the browser’s own relay listens there");
-  std::shared_ptr<RelayConnection> connection(new RelayConnection(socket.release(), std::move(onChange)));
+  std::shared_ptr<RelayConnection> connection(new RelayConnection(socket.release(), std::move(listener)));
   connection->requireAnswer(platform::boundedBy(limits, patienceWithCalls));
   return connection;
 }
 
-RelayConnection::RelayConnection(int socket, std::function<void()> onChange)
-    : socket_(socket), onChange_(std::move(onChange)), reader_([this] { read(); }) {}
+RelayConnection::RelayConnection(int socket, RelayListener listener)
+    : socket_(socket), listener_(std::move(listener)), reader_([this] { read(); }) {}
 
 RelayConnection::~RelayConnection() {
   ::shutdown(socket_, SHUT_RDWR); // wakes the reader
@@ -267,17 +275,17 @@ void RelayConnection::read() {
 
 void RelayConnection::take(std::string_view message) {
   if (message.starts_with(R"({"changes":)"))
-    return onChange_();
+    return listener_.changed ? listener_.changed() : void();
+  if (const auto probe = numberBehind(message, R"({"settled":)"))
+    return listener_.settled ? listener_.settled(*probe) : void();
   // The number comes first, so that a value that can't be read fails its own call alone.
-  constexpr std::string_view head = R"({"id":)";
-  std::int64_t id = 0;
-  if (!message.starts_with(head) ||
-      std::from_chars(message.data() + head.size(), message.data() + message.size(), id).ec != std::errc())
-    throw platform::failure(DevToolsFault::refused, "it has no number");
+  const auto id = numberBehind(message, R"({"id":)");
+  if (!id) // of a later helper
+    return relayLog.debug("The helper told something that isn't known here: {}", message.substr(0, 100));
   std::shared_ptr<PendingCall> call;
   {
     const platform::MutexLock lock(mutex_);
-    if (const auto found = calls_.find(id); found != calls_.end()) {
+    if (const auto found = calls_.find(*id); found != calls_.end()) {
       call = found->second.lock();
       calls_.erase(found);
     }
@@ -305,7 +313,8 @@ void RelayConnection::end(const std::string& reason) {
     if (const std::shared_ptr<PendingCall> call = weak.lock())
       call->fail(DevToolsFault::lost, reason);
   }
-  onChange_(); // who waits for a change learns that none will come
+  if (listener_.changed)
+    listener_.changed(); // who waits for a change learns that none will come
 }
 
 } // namespace tabwright::scripting

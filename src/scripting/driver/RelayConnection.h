@@ -33,10 +33,18 @@ struct RelayPlace {
 /// Connects to nothing, throws nothing: a socket may be left over by a relay that has ended meanwhile.
 [[nodiscard]] std::vector<RelayPlace> findRelays(const platform::RunningBrowser& browser);
 
+/// Told of what a helper reports by itself, on the connection's thread. Neither may block; an empty one isn't called.
+struct RelayListener {
+  std::function<void()> changed{}; ///< the browser's windows or tabs have changed, or the relay has ended
+  /// The browser has told of all that an evaluation has brought about, whose answer had this number.
+  std::function<void(std::int64_t probe)> settled{};
+};
+
 /// The helper in one profile of a browser, reached through the relay that the browser has started for it: no debugging
 /// port, no consent. Over a Unix socket go frames of four bytes of length, in the machine's order, and JSON.
 ///
-///     const auto helper = RelayConnection::open(findRelays(browser).at(0), browser, [&] { changes.add(); }, limits);
+///     const auto helper =
+///         RelayConnection::open(findRelays(browser).at(0), browser, {.changed = [&] { changes.add(); }}, limits);
 ///     helper->perform("snapshot", {}, HelperCalls::Repeat::allowed, limits);
 ///
 /// When the relay ends, every call under way and every later one fails with `lost`. When the helper answers nothing at
@@ -45,11 +53,10 @@ struct RelayPlace {
 /// Safe to use from any thread. Has a thread of its own that reads.
 class RelayConnection final : public HelperCalls {
 public:
-  /// Connects. `onChange` is called on the connection's thread whenever the browser's windows or tabs have changed; it
-  /// must not block, and may be called until this is destroyed. Throws DevToolsFailure: `unreachable` when nobody
+  /// Connects. The listener may be called until this is destroyed. Throws DevToolsFailure: `unreachable` when nobody
   /// listens, or somebody else than a child of that browser.
   static std::shared_ptr<RelayConnection> open(const RelayPlace& place, const platform::RunningBrowser& browser,
-                                               std::function<void()> onChange, const platform::CallLimits& limits);
+                                               RelayListener listener, const platform::CallLimits& limits);
   /// Ends the thread; calls under way fail with `lost`.
   ~RelayConnection() override;
   RelayConnection(const RelayConnection&) = delete;
@@ -68,7 +75,7 @@ public:
   [[nodiscard]] std::uint64_t received() const { return received_; }
 
 private:
-  RelayConnection(int socket, std::function<void()> onChange);
+  RelayConnection(int socket, RelayListener listener);
 
   std::shared_ptr<devtools::PendingCall> send(std::string_view command, const boost::json::object& parameters,
                                               const platform::CallLimits& limits);
@@ -81,7 +88,7 @@ private:
   void end(const std::string& reason);
 
   const int socket_;
-  const std::function<void()> onChange_;
+  const RelayListener listener_;
   std::atomic<bool> isOpen_ = true;
   std::atomic<std::uint64_t> sent_ = 0;
   std::atomic<std::uint64_t> received_ = 0;
