@@ -86,17 +86,17 @@ public:
   explicit Drivers(std::shared_ptr<scripting::Desktop> desktop) : recentBrowsers_(std::move(desktop)) {}
 
   /// The driver of one profile, or of whichever the user is in.
-  std::shared_ptr<scripting::DevToolsDriver> driver(const BrowserFacts& facts, const std::string& profile = {}) {
+  std::shared_ptr<scripting::ChromiumDriver> driver(const BrowserFacts& facts, const std::string& profile = {}) {
     if (facts.family != platform::BrowserFamily::chromium)
       return nullptr;
     const platform::MutexLock lock(mutex_);
     // One that isn't there is looked for again at each call: a browser may be installed or started at any time. The
     // lock is held for the search, so that two callers never get two drivers.
-    std::shared_ptr<scripting::DevToolsDriver>& driver = drivers_[{facts.id, profile}];
+    std::shared_ptr<scripting::ChromiumDriver>& driver = drivers_[{facts.id, profile}];
     if (!driver && isHere(facts)) {
       const auto findRunning = [browsers = recentBrowsers_, &facts] { return browsers.find(facts); };
-      driver = std::make_shared<scripting::DevToolsDriver>(
-          facts, scripting::DevToolsDriverParts{.helperDirectory = ensureHelperFiles(),
+      driver = std::make_shared<scripting::ChromiumDriver>(
+          facts, scripting::ChromiumDriverParts{.helperDirectory = ensureHelperFiles(),
                                                 .findRunning = findRunning,
                                                 .profile = profile,
                                                 .isProfile = isProfile});
@@ -107,7 +107,7 @@ public:
 private:
   const scripting::RecentBrowsers recentBrowsers_;
   platform::Mutex mutex_;
-  std::map<std::pair<std::string_view, std::string>, std::shared_ptr<scripting::DevToolsDriver>>
+  std::map<std::pair<std::string_view, std::string>, std::shared_ptr<scripting::ChromiumDriver>>
       drivers_ GUARDED_BY(mutex_);
 };
 
@@ -284,7 +284,7 @@ platform::Accessibility& Composition::accessibility() {
   return parts_->accessibility;
 }
 
-std::shared_ptr<scripting::DevToolsDriver> Composition::driver(const BrowserFacts& facts) {
+std::shared_ptr<scripting::ChromiumDriver> Composition::driver(const BrowserFacts& facts) {
   return parts_->drivers.driver(facts);
 }
 

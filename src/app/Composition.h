@@ -6,7 +6,7 @@
 #include "host/Catalogue.h"
 #include "platform/Accessibility.h"
 #include "platform/BrowserTable.h"
-#include "scripting/driver/DevToolsDriver.h"
+#include "scripting/driver/ChromiumDriver.h"
 #include "shell/BrowserPermissions.h"
 #include "shell/UserDefaultsManager.h"
 #include "targets/TargetContextManager.h"
@@ -57,7 +57,7 @@ public:
 
   /// The driver of a browser of the Chromium family, the same at each call; null when that browser is not installed and
   /// doesn't run.
-  [[nodiscard]] std::shared_ptr<scripting::DevToolsDriver> driver(const platform::BrowserFacts& facts);
+  [[nodiscard]] std::shared_ptr<scripting::ChromiumDriver> driver(const platform::BrowserFacts& facts);
 
 private:
   struct Parts;

@@ -50,7 +50,7 @@ TEST_F(DriverTest, ADialogFromBeforeEndsAtTheDeadline) {
   TABWRIGHT_NEEDS_PORT();
   const TabID tab = open(page("x"));
   EXPECT_EQ(faultOf([&] { evaluate(tab, "confirm('?')"); }), DriverFault::dialogOpen);
-  const std::unique_ptr<DevToolsDriver> other = makeDriver(chromium());
+  const std::unique_ptr<ChromiumDriver> other = makeDriver(chromium());
   other->snapshot(limits());
   EXPECT_EQ(faultOf([&] { other->evaluate(tab, "1", {std::chrono::steady_clock::now() + 300ms, {}}); }),
             DriverFault::timedOut);
@@ -80,7 +80,7 @@ TEST_F(DriverTest, APageThatIsBusyForEverIsWaitedForABoundedTime) {
     });
   };
   auto planting = begin(testsupport::generatedJob("document.title = 'busy'; for (;;);"));
-  const std::unique_ptr<DevToolsDriver> beside = makeDriver(chromium());
+  const std::unique_ptr<ChromiumDriver> beside = makeDriver(chromium());
   eventually([&] { return find(tab, *beside)->title == "busy"; });
   EXPECT_TRUE(time->pass(10s)) << "code that keeps its page busy";
   EXPECT_EQ(planting.get(), DriverFault::timedOut);
@@ -155,7 +155,7 @@ TEST_F(DriverTest, ADamagedOrForeignEndpointFileIsNotTrusted) {
                                                                       {"1" + path, notAccepting},
                                                                       {foreignPort + path, unreachable}}) {
     std::ofstream(file, std::ios::trunc) << text;
-    const std::unique_ptr<DevToolsDriver> fresh = makeDriver(chromium());
+    const std::unique_ptr<ChromiumDriver> fresh = makeDriver(chromium());
     EXPECT_TRUE(fresh->isRunning());
     EXPECT_EQ(faultOf([&] { fresh->snapshot(limits()); }), fault) << text;
   }
@@ -165,9 +165,9 @@ TEST_F(DriverTest, ADamagedOrForeignEndpointFileIsNotTrusted) {
 
 TEST(BrowserLifetime, AKilledBrowserFailsCallsAtOnceAndTheNextOneIsFound) {
   auto chromium = std::make_unique<support::ChromiumProcess>();
-  DevToolsDriverParts parts{support::helperDirectory(), [&] { return chromium->find(); }};
+  ChromiumDriverParts parts{support::helperDirectory(), [&] { return chromium->find(); }};
   parts.looksAhead = LooksAhead::no; // what is sent is counted
-  DevToolsDriver driver(chromiumFacts(), std::move(parts));
+  ChromiumDriver driver(chromiumFacts(), std::move(parts));
   const TabID tab = driver.snapshot({})->windows.at(0).tabs.at(0).id;
   driver.evaluate(tab, "1", {});
   const std::uint64_t sent = driver.traffic().sent;
@@ -186,7 +186,7 @@ TEST(BrowserLifetime, AKilledBrowserFailsCallsAtOnceAndTheNextOneIsFound) {
 
 TEST(BrowserLifetime, AFrozenBrowserDoesNothingOfWhatWasGivenUpWhenItGoesOn) {
   const support::ChromiumProcess chromium;
-  const std::unique_ptr<DevToolsDriver> driver = makeDriver(chromium);
+  const std::unique_ptr<ChromiumDriver> driver = makeDriver(chromium);
   const auto soon = [] { return CallLimits{std::chrono::steady_clock::now() + 300ms, {}}; };
   const TabID tab = driver->snapshot({})->windows.at(0).tabs.at(0).id;
   driver->evaluate(tab, "clicks = 0", {});
@@ -203,7 +203,7 @@ TEST(BrowserLifetime, SeveralProcessesLoadTheHelperAtOnce) {
   std::vector<std::future<std::size_t>> looks;
   for (int index = 0; index < 6; ++index) {
     looks.push_back(std::async(std::launch::async, [&] {
-      const std::unique_ptr<DevToolsDriver> driver = makeDriver(chromium);
+      const std::unique_ptr<ChromiumDriver> driver = makeDriver(chromium);
       std::size_t windows = 0;
       for (int round = 0; round < 5; ++round)
         windows += driver->snapshot({})->windows.size();
@@ -216,7 +216,7 @@ TEST(BrowserLifetime, SeveralProcessesLoadTheHelperAtOnce) {
 
 TEST(BrowserLifetime, QuittingWaitsForTheEnd) {
   const support::ChromiumProcess chromium;
-  const std::unique_ptr<DevToolsDriver> driver = makeDriver(chromium);
+  const std::unique_ptr<ChromiumDriver> driver = makeDriver(chromium);
   driver->perform(Quit{}, {});
   EXPECT_FALSE(driver->isRunning());
   EXPECT_TRUE(chromium.find().empty());
@@ -237,7 +237,7 @@ TEST(BrowserLifetime, OneWithoutRemoteDebuggingSaysHowToSwitchItOn) {
 
   // Another one beside it that accepts is taken instead, whatever the order of their starts.
   const support::ChromiumProcess accepting;
-  DevToolsDriver driver(chromiumFacts(), {support::helperDirectory(), [&] {
+  ChromiumDriver driver(chromiumFacts(), {support::helperDirectory(), [&] {
                                             std::vector<platform::RunningBrowser> both = silent.find();
                                             both.push_back(accepting.find().at(0));
                                             return both;

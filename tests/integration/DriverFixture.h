@@ -1,7 +1,7 @@
 #pragma once
 
 #include "devtools/Targets.h"
-#include "scripting/driver/DevToolsDriver.h"
+#include "scripting/driver/ChromiumDriver.h"
 #include "support/ChromiumProcess.h"
 #include "support/PageServer.h"
 
@@ -23,9 +23,9 @@ inline const platform::BrowserFacts& chromiumFacts() {
 }
 
 /// A driver of one particular browser process.
-inline std::unique_ptr<DevToolsDriver> makeDriver(const support::ChromiumProcess& chromium) {
-  return std::make_unique<DevToolsDriver>(
-      chromiumFacts(), DevToolsDriverParts{support::helperDirectory(), [&chromium] { return chromium.find(); }});
+inline std::unique_ptr<ChromiumDriver> makeDriver(const support::ChromiumProcess& chromium) {
+  return std::make_unique<ChromiumDriver>(
+      chromiumFacts(), ChromiumDriverParts{support::helperDirectory(), [&chromium] { return chromium.find(); }});
 }
 
 /// True for tests that go by the helper's road, where nothing is reached by the protocol.
@@ -78,7 +78,7 @@ protected:
     }
   }
 
-  DevToolsDriver& driver() {
+  ChromiumDriver& driver() {
     if (!driver_)
       driver_ = makeDriver(chromium());
     return *driver_;
@@ -174,7 +174,7 @@ protected:
   }
 
 private:
-  std::unique_ptr<DevToolsDriver> driver_;
+  std::unique_ptr<ChromiumDriver> driver_;
   std::vector<TabID> opened_;
 };
 

@@ -13,9 +13,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::unique_ptr<DevToolsDriver> makeDriverWith(const support::ChromiumProcess& chromium, const fs::path& helper) {
-  return std::make_unique<DevToolsDriver>(chromiumFacts(),
-                                          DevToolsDriverParts{helper, [&chromium] { return chromium.find(); }});
+std::unique_ptr<ChromiumDriver> makeDriverWith(const support::ChromiumProcess& chromium, const fs::path& helper) {
+  return std::make_unique<ChromiumDriver>(chromiumFacts(),
+                                          ChromiumDriverParts{helper, [&chromium] { return chromium.find(); }});
 }
 
 /// A copy of the helper that claims another version and says so in the names it gives.
@@ -55,7 +55,7 @@ TEST(HelperVersions, AnOlderHelperIsReplacedAndANewerOneIsKept) {
 TEST(WithoutHelper, TheProtocolAloneDoesForTheCommonCommands) {
   TABWRIGHT_NEEDS_PORT();
   const support::ChromiumProcess chromium;
-  const std::unique_ptr<DevToolsDriver> driver = makeDriverWith(chromium, "/nonexistent");
+  const std::unique_ptr<ChromiumDriver> driver = makeDriverWith(chromium, "/nonexistent");
   const auto window = [&](WindowID id) -> std::optional<WindowState> {
     const auto snapshot = driver->snapshot({});
     const auto found = std::ranges::find(snapshot->windows, id, &WindowState::id);

@@ -29,7 +29,7 @@ TEST_F(DriverTest, SeesWhatAPageHasJustMadeOfItself) {
 namespace {
 
 /// A driver whose messages can be counted: it sends nothing by itself.
-DevToolsDriver countedDriver(const support::ChromiumProcess& chromium) {
+ChromiumDriver countedDriver(const support::ChromiumProcess& chromium) {
   return {chromiumFacts(),
           {.helperDirectory = support::helperDirectory(),
            .findRunning = [&chromium] { return chromium.find(); },
@@ -39,7 +39,7 @@ DevToolsDriver countedDriver(const support::ChromiumProcess& chromium) {
 } // namespace
 
 TEST_F(DriverTest, CallersWhoAskAtOnceShareALook) {
-  DevToolsDriver counted = countedDriver(chromium());
+  ChromiumDriver counted = countedDriver(chromium());
   const TabID tab = open(page("<title>Shared</title>"));
   counted.snapshot(limits());
   // While it runs nothing can be held, so that each caller needs a look.
@@ -64,7 +64,7 @@ TEST_F(DriverTest, CallersWhoAskAtOnceShareALook) {
 }
 
 TEST_F(DriverTest, AProgramWhosePageJobIsDoneNeedsNoLookToEnd) {
-  DevToolsDriver counted = countedDriver(chromium());
+  ChromiumDriver counted = countedDriver(chromium());
   const TabID tab = open(page("<title>Job</title>"));
   const auto sentBy = [&](const std::function<void()>& calls) {
     const std::uint64_t before = counted.traffic().sent;
@@ -85,7 +85,7 @@ TEST_F(DriverTest, AProgramWhosePageJobIsDoneNeedsNoLookToEnd) {
 }
 
 TEST_F(DriverTest, ChangesOneByOneAddUpToWhatIsThere) {
-  const auto texts = [](DevToolsDriver& driver) {
+  const auto texts = [](ChromiumDriver& driver) {
     std::string all;
     const auto seen = driver.snapshot(limits());
     for (const WindowState& window : seen->windows) {

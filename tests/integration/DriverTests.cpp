@@ -175,7 +175,7 @@ TEST_F(DriverTest, GivenNamesLastAcrossConnections) {
   driver().perform(SetGivenName{window, "Über “uns”\n"}, limits());
   EXPECT_EQ(findWindow(window)->givenName, "Über “uns”\n");
 
-  const std::unique_ptr<DevToolsDriver> other = makeDriver(chromium());
+  const std::unique_ptr<ChromiumDriver> other = makeDriver(chromium());
   EXPECT_EQ(other->snapshot(limits())->windows.front().givenName, "Über “uns”\n");
   other->perform(SetGivenName{window, ""}, limits());
   eventually([&] { return findWindow(window)->givenName.empty(); }); // the change of another process is reported
@@ -190,7 +190,7 @@ TEST_F(DriverTest, ASnapshotIsHeldUntilTheBrowserReportsAChange) {
     snapshot();
     return driver().traffic().sent == before;
   });
-  const std::unique_ptr<DevToolsDriver> other = makeDriver(chromium());
+  const std::unique_ptr<ChromiumDriver> other = makeDriver(chromium());
   other->perform(CloseTab{tab}, limits());
   eventually([&] { return !find(tab); });
 }
@@ -244,15 +244,15 @@ TEST_F(DriverTest, FollowsTheUserToAnotherBrowserAfterAPauseOrInTheNextRunOnly) 
       order.push_back(browser);
   };
   const auto driverWith = [&](std::chrono::nanoseconds pause) {
-    return std::make_unique<DevToolsDriver>(chromiumFacts(),
-                                            DevToolsDriverParts{.helperDirectory = support::helperDirectory(),
+    return std::make_unique<ChromiumDriver>(chromiumFacts(),
+                                            ChromiumDriverParts{.helperDirectory = support::helperDirectory(),
                                                                 .findRunning = [&order] { return order; },
                                                                 .pauseBetweenRuns = pause});
   };
   const auto patient = driverWith(std::chrono::hours(1));
   const auto keen = driverWith(std::chrono::nanoseconds(0));
   // Windows of two browsers may have the same number, so a mark in the page tells them apart.
-  const auto markOf = [](DevToolsDriver& driver, const std::shared_ptr<platform::Notices>& run = nullptr) {
+  const auto markOf = [](ChromiumDriver& driver, const std::shared_ptr<platform::Notices>& run = nullptr) {
     CallLimits ofRun = limits();
     ofRun.notices = run;
     const TabID tab = driver.snapshot(ofRun)->windows.at(0).tabs.at(0).id;

@@ -104,6 +104,7 @@ TEST_F(Outline, NamesElementsAsTheBrowserItselfDoes) {
 }
 
 TEST_F(Outline, NamesLinksOfRealPagesAsTheBrowserItselfDoes) {
+  TABWRIGHT_NEEDS_PORT();
   for (const char* const page : {"zlib1g-dev/examples/zlib_how.html", "libffi8/html/Index.html",
                                  "python3/python-policy.html", "fish/cmds/math.html"}) {
     const std::string path = std::string("/usr/share/doc/") + page;

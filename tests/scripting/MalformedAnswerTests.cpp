@@ -1,6 +1,6 @@
 // A browser that answers one question in a shape that the protocol doesn't have: the driver says where.
 #include "platform/BrowserTable.h"
-#include "scripting/driver/DevToolsDriver.h"
+#include "scripting/driver/ChromiumDriver.h"
 #include "support/FailureText.h"
 #include "support/ScratchFolder.h"
 #include "support/ScriptedBrowser.h"
@@ -68,7 +68,7 @@ std::string failureWith(const std::vector<Answer>& answers) {
   folder.write(folder / "DevToolsActivePort", fmt::format("{}\n{}", browser.endpoint().port, browser.endpoint().path));
   const platform::RunningBrowser process{
       .process = ::getpid(), .owner = ::geteuid(), .profileDirectory = folder.path(), .isPlacedByWindows = true};
-  DevToolsDriver driver(*platform::findBrowser("chromium"), {.helperDirectory = folder.path(),
+  ChromiumDriver driver(*platform::findBrowser("chromium"), {.helperDirectory = folder.path(),
                                                              .findRunning = [&] { return std::vector{process}; },
                                                              .looksAhead = LooksAhead::no});
   const CallLimits limits{std::chrono::steady_clock::now() + std::chrono::seconds(60), {}};

@@ -14,7 +14,7 @@ namespace tabwright::support {
 /// process however that ends.
 ///
 ///     ChromiumProcess chromium;                       // returns when it accepts remote debugging
-///     DevToolsDriver driver(facts, {helperDirectory(), chromium.finder()});
+///     ChromiumDriver driver(facts, {helperDirectory(), chromium.finder()});
 class ChromiumProcess {
 public:
   enum class Debugging { on, off };

@@ -23,8 +23,8 @@ namespace tabwright::scripting {
 
 class BrowserLink;
 
-/// The facts of the machine that a DevToolsDriver needs.
-struct DevToolsDriverParts {
+/// The facts of the machine that a ChromiumDriver needs.
+struct ChromiumDriverParts {
   std::filesystem::path helperDirectory; ///< the unpacked helper, absolute; the browser loads it from there
   /// The browsers of the driver's kind that run now, the preferred one first. Called from any thread.
   std::function<std::vector<platform::RunningBrowser>()> findRunning;
@@ -46,7 +46,7 @@ struct DevToolsDriverParts {
 /// A browser of the Chromium family, reached by the helper that is installed in it, or over the DevTools protocol.
 ///
 ///     const platform::BrowserFacts& facts = *platform::findBrowser("chromium");
-///     DevToolsDriver driver(facts, {helperDirectory, [&] { return platform::RunningBrowsers().find(facts); }});
+///     ChromiumDriver driver(facts, {helperDirectory, [&] { return platform::RunningBrowsers().find(facts); }});
 ///
 /// Connects on the first call, and again on the first call after its browser has ended. Among several running browsers
 /// of one kind it takes the first found that has an installed helper or accepts remote debugging. A browser with both
@@ -58,12 +58,12 @@ struct DevToolsDriverParts {
 /// a deadline of its own ends after 30 seconds.
 ///
 /// Safe to use from any thread. Calls that connect take turns; all others run side by side.
-class DevToolsDriver final : public BrowserDriver {
+class ChromiumDriver final : public BrowserDriver {
 public:
   /// `facts` is a row of the table, and outlives the driver.
-  DevToolsDriver(const platform::BrowserFacts& facts, DevToolsDriverParts parts);
+  ChromiumDriver(const platform::BrowserFacts& facts, ChromiumDriverParts parts);
   /// Ends the connections; the browsers go on.
-  ~DevToolsDriver() override;
+  ~ChromiumDriver() override;
 
   /// True with a connection, and for any process of the browser's kind. Reads the process table else.
   [[nodiscard]] bool isRunning() override;
@@ -108,7 +108,7 @@ private:
   auto withLink(const CallLimits& limits, const std::string& subject, Call&& call);
 
   const platform::BrowserFacts& facts_;
-  const DevToolsDriverParts parts_;
+  const ChromiumDriverParts parts_;
   devtools::Turn connecting_;
   platform::Mutex mutex_;
   std::shared_ptr<BrowserLink> link_ GUARDED_BY(mutex_);

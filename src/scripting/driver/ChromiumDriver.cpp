@@ -2,7 +2,7 @@
 // way into the driver's own faults: here and nowhere else. The link is the one that the run's first call went to. For
 // that first call all running browsers are looked for again where the user may have gone on to another; the first one
 // whose place the desktop knows wins, and those whose place nobody outside knows are asked for their last focus.
-#include "scripting/driver/DevToolsDriver.h"
+#include "scripting/driver/ChromiumDriver.h"
 
 #include "platform/Logger.h"
 #include "scripting/driver/BrowserLink.h"
@@ -26,7 +26,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const platform::Logger driverLog("DevToolsDriver");
+const platform::Logger driverLog("ChromiumDriver");
 
 /// `subject` is the id of the call's tab as text, empty without one: the protocol's failures don't name it.
 DriverFailure translated(const DevToolsFailure& failure, const std::string& subject) {
@@ -91,14 +91,14 @@ double lastFocus(BrowserLink& link, const CallLimits& limits) {
 
 } // namespace
 
-DevToolsDriver::DevToolsDriver(const platform::BrowserFacts& facts, DevToolsDriverParts parts)
+ChromiumDriver::ChromiumDriver(const platform::BrowserFacts& facts, ChromiumDriverParts parts)
     : facts_(facts), parts_(std::move(parts)) {}
 
-DevToolsDriver::~DevToolsDriver() = default;
+ChromiumDriver::~ChromiumDriver() = default;
 
 // ---------------------------------------------------------------------------------------------------------- the link
 
-std::shared_ptr<BrowserLink> DevToolsDriver::currentLink() {
+std::shared_ptr<BrowserLink> ChromiumDriver::currentLink() {
   const platform::MutexLock lock(mutex_);
   if (link_ && !link_->isOpen())
     link_.reset();
@@ -106,7 +106,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::currentLink() {
 }
 
 /// The one that the run's earlier calls went to; null for its first call, and when that browser has ended.
-std::shared_ptr<BrowserLink> DevToolsDriver::linkOfRun(const CallLimits& limits) {
+std::shared_ptr<BrowserLink> ChromiumDriver::linkOfRun(const CallLimits& limits) {
   const platform::MutexLock lock(mutex_);
   // Runs that have ended took their notices with them.
   std::erase_if(runs_, [](const Run& run) { return run.notices.expired() || !run.link->isOpen(); });
@@ -114,7 +114,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::linkOfRun(const CallLimits& limits)
   return run != runs_.end() ? run->link : nullptr;
 }
 
-void DevToolsDriver::keepForRun(const CallLimits& limits, const std::shared_ptr<BrowserLink>& link) {
+void ChromiumDriver::keepForRun(const CallLimits& limits, const std::shared_ptr<BrowserLink>& link) {
   const platform::MutexLock lock(mutex_);
   if (limits.notices)
     runs_.push_back({limits.notices, link});
@@ -122,14 +122,14 @@ void DevToolsDriver::keepForRun(const CallLimits& limits, const std::shared_ptr<
 
 /// True when the user may have gone on to another browser: between runs where there are others, or where others may
 /// have been started; and after a pause for calls of which it isn't known what run they belong to.
-bool DevToolsDriver::beginsAnew(bool isNewRun) {
+bool ChromiumDriver::beginsAnew(bool isNewRun) {
   const platform::MutexLock lock(mutex_);
   const auto now = std::chrono::steady_clock::now();
   const auto before = std::exchange(called_, now);
   return isNewRun ? foundSeveral_ || now - chosen_ >= parts_.pauseBetweenRuns : now - before >= parts_.pauseBetweenRuns;
 }
 
-std::shared_ptr<BrowserLink> DevToolsDriver::requireLink(const CallLimits& limits) {
+std::shared_ptr<BrowserLink> ChromiumDriver::requireLink(const CallLimits& limits) {
   if (std::shared_ptr<BrowserLink> known = linkOfRun(limits))
     return known;
   std::shared_ptr<BrowserLink> link = chooseLink(limits);
@@ -137,7 +137,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::requireLink(const CallLimits& limit
   return link;
 }
 
-std::shared_ptr<BrowserLink> DevToolsDriver::chooseLink(const CallLimits& callLimits) {
+std::shared_ptr<BrowserLink> ChromiumDriver::chooseLink(const CallLimits& callLimits) {
   const bool looksAgain = beginsAnew(callLimits.notices != nullptr);
   if (std::shared_ptr<BrowserLink> link = currentLink(); link && !looksAgain)
     return link;
@@ -161,7 +161,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::chooseLink(const CallLimits& callLi
   return link;
 }
 
-std::shared_ptr<BrowserLink> DevToolsDriver::connect(const CallLimits& limits) {
+std::shared_ptr<BrowserLink> ChromiumDriver::connect(const CallLimits& limits) {
   const std::vector<platform::RunningBrowser> browsers = parts_.findRunning();
   {
     const platform::MutexLock lock(mutex_);
@@ -202,7 +202,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::connect(const CallLimits& limits) {
   return chosen;
 }
 
-std::shared_ptr<BrowserLink> DevToolsDriver::tryLink(const platform::RunningBrowser& browser,
+std::shared_ptr<BrowserLink> ChromiumDriver::tryLink(const platform::RunningBrowser& browser,
                                                      const CallLimits& limits) {
   std::shared_ptr<BrowserLink> byHelper = tryRelays(browser, limits);
   const bool isWhole = byHelper && byHelper->road().runsScripts();
@@ -228,11 +228,11 @@ std::shared_ptr<BrowserLink> DevToolsDriver::tryLink(const platform::RunningBrow
   return link;
 }
 
-bool DevToolsDriver::isMeant(const platform::RunningBrowser& browser, const std::string& mark) const {
+bool ChromiumDriver::isMeant(const platform::RunningBrowser& browser, const std::string& mark) const {
   return parts_.profile.empty() || (parts_.isProfile && parts_.isProfile(browser, mark, parts_.profile));
 }
 
-std::shared_ptr<BrowserLink> DevToolsDriver::tryRelays(const platform::RunningBrowser& browser,
+std::shared_ptr<BrowserLink> ChromiumDriver::tryRelays(const platform::RunningBrowser& browser,
                                                        const CallLimits& limits) {
   std::shared_ptr<BrowserLink> chosen;
   for (const RelayPlace& relay : parts_.findRelays(browser)) {
@@ -257,7 +257,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::tryRelays(const platform::RunningBr
 }
 
 /// Throws DevToolsFailure; `unreachable` when the browser says that it takes connections, but what it says is wrong.
-std::shared_ptr<BrowserLink> DevToolsDriver::tryPort(const platform::RunningBrowser& browser,
+std::shared_ptr<BrowserLink> ChromiumDriver::tryPort(const platform::RunningBrowser& browser,
                                                      const CallLimits& limits) {
   const auto open = [&]() -> std::shared_ptr<BrowserLink> {
     const auto endpoint = parts_.discovery.endpoint(browser.profileDirectory, browser.process, browser.owner);
@@ -281,7 +281,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::tryPort(const platform::RunningBrow
   return linkTo(browser, 0, open);
 }
 
-std::shared_ptr<BrowserLink> DevToolsDriver::linkTo(const platform::RunningBrowser& browser, pid_t relay,
+std::shared_ptr<BrowserLink> ChromiumDriver::linkTo(const platform::RunningBrowser& browser, pid_t relay,
                                                     const std::function<std::shared_ptr<BrowserLink>()>& open) {
   // Process numbers are given again; the time of the start tells the next one apart.
   const auto isIt = [&](const KnownLink& known) {
@@ -301,7 +301,7 @@ std::shared_ptr<BrowserLink> DevToolsDriver::linkTo(const platform::RunningBrows
   return link;
 }
 
-bool DevToolsDriver::hadRelay(const platform::RunningBrowser& browser) {
+bool ChromiumDriver::hadRelay(const platform::RunningBrowser& browser) {
   const platform::MutexLock lock(mutex_);
   return std::ranges::any_of(links_, [&](const KnownLink& known) {
     return known.browser == browser.process && known.startTime == browser.startTime && known.relay != 0;
@@ -309,7 +309,7 @@ bool DevToolsDriver::hadRelay(const platform::RunningBrowser& browser) {
 }
 
 template <class Call>
-auto DevToolsDriver::withLink(const CallLimits& limits, const std::string& subject, Call&& call) {
+auto ChromiumDriver::withLink(const CallLimits& limits, const std::string& subject, Call&& call) {
   try {
     return call(*requireLink(limits));
   } catch (const DevToolsFailure& failure) {
@@ -319,7 +319,7 @@ auto DevToolsDriver::withLink(const CallLimits& limits, const std::string& subje
   }
 }
 
-bool DevToolsDriver::isRunning() {
+bool ChromiumDriver::isRunning() {
   try {
     return currentLink() != nullptr || !parts_.findRunning().empty();
   } catch (const std::exception& error) {
@@ -328,23 +328,23 @@ bool DevToolsDriver::isRunning() {
   }
 }
 
-devtools::Traffic DevToolsDriver::traffic() {
+devtools::Traffic ChromiumDriver::traffic() {
   const std::shared_ptr<BrowserLink> link = currentLink();
   return link ? link->traffic() : devtools::Traffic{};
 }
 
 // ---------------------------------------------------------------------------------------------------------- the calls
 
-std::shared_ptr<const BrowserSnapshot> DevToolsDriver::snapshot(const CallLimits& limits) {
+std::shared_ptr<const BrowserSnapshot> ChromiumDriver::snapshot(const CallLimits& limits) {
   return withLink(limits, "", [&](BrowserLink& link) { return link.snapshot(limits); });
 }
 
-boost::json::value DevToolsDriver::evaluate(TabID tab, const std::string& javascript, const CallLimits& limits) {
+boost::json::value ChromiumDriver::evaluate(TabID tab, const std::string& javascript, const CallLimits& limits) {
   return withLink(limits, std::to_string(tab),
                   [&](BrowserLink& link) { return link.evaluate(tab, javascript, limits); });
 }
 
-std::int64_t DevToolsDriver::perform(const BrowserCommand& command, const CallLimits& limits) {
+std::int64_t ChromiumDriver::perform(const BrowserCommand& command, const CallLimits& limits) {
   return withLink(limits, tabNamedBy(command), [&](BrowserLink& link) {
     try {
       return link.perform(command, limits);
