@@ -6,6 +6,7 @@
 #include "browserdata/pagetext/MarkdownEscapes.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace tabwright::browserdata {
@@ -62,46 +63,69 @@ public:
   }
 
 private:
+  // GitHub's parser looks through tildes at what is beside a mark, others count them as punctuation: a mark is chosen
+  // so that both read it.
+  enum class Tildes : bool { areSeen, areSeenThrough };
+
   // From “_” to “*” to none, never back: so the rounds end.
   [[nodiscard]] std::string_view markOf(std::size_t begin, std::size_t end) const {
     std::string_view mark = marks_[begin];
-    const char32_t before = characterBefore(begin);
-    const char32_t first = characterBehind(begin);
-    const char32_t last = characterBefore(end);
-    const char32_t behind = characterBehind(end);
-    if (mark == "_" && !(isSpaceOrPunctuation(before) && isSpaceOrPunctuation(behind)))
+    const char32_t before = characterBefore(begin, Tildes::areSeenThrough);
+    const char32_t first = characterBehind(begin, Tildes::areSeen);
+    const char32_t last = characterBefore(end, Tildes::areSeen);
+    const char32_t behind = characterBehind(end, Tildes::areSeenThrough);
+    const bool isAfterBreak = isSpaceOrPunctuation(before);
+    const bool isBeforeBreak = isSpaceOrPunctuation(behind);
+    if (mark == "_" && !(isAfterBreak && isBeforeBreak))
       mark = "*";
-    const bool opens = !isSpaceOrEnd(first) && (isSurelyOfAWord(first) || isSpaceOrPunctuation(before));
-    const bool closes = !isSpaceOrEnd(last) && (isSurelyOfAWord(last) || isSpaceOrPunctuation(behind));
-    // Together with others of its kind a single asterisk would be read otherwise.
-    const bool isMerged = mark == "*" && (before == '*' || first == '*' || last == '*' || behind == '*');
+    const bool opens = !isSpaceOrEnd(first) && (isSurelyOfAWord(first) || isAfterBreak) &&
+                       !isSpaceOrEnd(characterBehind(begin, Tildes::areSeenThrough));
+    const bool closes = !isSpaceOrEnd(last) && (isSurelyOfAWord(last) || isBeforeBreak) &&
+                        !isSpaceOrEnd(characterBefore(end, Tildes::areSeenThrough));
+    // Together with others of its kind a mark would be read otherwise; “_” can't be beside one, as it has none in
+    // words.
+    const std::array<char32_t, 4> beside{characterBefore(begin, Tildes::areSeen), first, last,
+                                         characterBehind(end, Tildes::areSeen)};
+    const bool isMerged = !mark.empty() && std::ranges::find(beside, mark.front()) != beside.end();
     return opens && closes && !isMerged ? mark : std::string_view();
   }
 
-  [[nodiscard]] char32_t characterBefore(std::size_t index) const {
+  [[nodiscard]] char32_t characterBefore(std::size_t index, Tildes tildes) const {
     while (index-- > 0) {
-      const InlinePiece& piece = pieces_[index];
-      if (isEmphasis(piece) && marks_[index].empty())
+      if (isPassedOver(index, tildes))
         continue;
-      return edge(index, lastCharacter(piece.text), ")>");
+      std::string_view text = pieces_[index].text;
+      while (tildes == Tildes::areSeenThrough && text.ends_with('~'))
+        text.remove_suffix(1);
+      return edge(index, lastCharacter(text), ")>");
     }
     return 0;
   }
-  [[nodiscard]] char32_t characterBehind(std::size_t index) const {
+  [[nodiscard]] char32_t characterBehind(std::size_t index, Tildes tildes) const {
     for (++index; index < pieces_.size(); ++index) {
-      const InlinePiece& piece = pieces_[index];
-      if (isEmphasis(piece) && marks_[index].empty())
+      if (isPassedOver(index, tildes))
         continue;
-      return edge(index, firstCharacter(piece.text), "!<");
+      std::string_view text = pieces_[index].text;
+      while (tildes == Tildes::areSeenThrough && text.starts_with('~'))
+        text.remove_prefix(1);
+      return edge(index, firstCharacter(text), "!<");
     }
     return 0;
   }
+  [[nodiscard]] bool isPassedOver(std::size_t index, Tildes tildes) const {
+    const InlinePiece& piece = pieces_[index];
+    if (isEmphasis(piece))
+      return marks_[index].empty() || (tildes == Tildes::areSeenThrough && piece.mark == InlineMark::deletion);
+    return tildes == Tildes::areSeenThrough && piece.kind == Kind::text && !piece.text.empty() &&
+           piece.text.find_first_not_of('~') == std::string::npos;
+  }
+
   // The character at an edge of what is written for a piece: of its text, of an image, of markup.
   [[nodiscard]] char32_t edge(std::size_t index, char32_t ofText, std::string_view ofImageAndMarkup) const {
     const InlinePiece& piece = pieces_[index];
     switch (piece.kind) {
     case Kind::text:
-      return ofText;
+      return ofText == '*' || ofText == '_' ? U'\\' : ofText; // there it is escaped
     case Kind::code:
       return '`';
     case Kind::lineBreak:
@@ -167,7 +191,10 @@ private:
       return count;
     };
     for (const InlinePiece& piece : pieces_) {
-      counts_.backticks += piece.kind == Kind::code ? 2 : 0;
+      // Also an escaped one ends the code that one before it begins.
+      counts_.backticks += piece.kind == Kind::code ? 2 : runs(piece.title, '`');
+      if (piece.kind == Kind::image)
+        counts_.backticks += runs(piece.text, '`');
       if (piece.kind != Kind::text && !isEmphasis(piece))
         continue;
       counts_.backticks += runs(piece.text, '`');
@@ -226,18 +253,31 @@ private:
   void writeBreak() {
     while (out_.ends_with(' '))
       out_.pop_back();
-    out_ += place_ == InlinePlace::cell ? "<br>" : place_ == InlinePlace::heading ? " " : "\\\n";
+    out_ += place_ == InlinePlace::cell ? "<br>" : place_ == InlinePlace::heading ? " " : paragraphBreak();
     isFirstLine_ = false;
   }
 
+  // A backslash would become a part of an address that GitHub links.
+  [[nodiscard]] std::string_view paragraphBreak() const {
+    const std::size_t word = out_.find_last_of(" \n");
+    return mayBeLinked(std::string_view(out_).substr(word == std::string::npos ? 0 : word + 1)) ? "  \n" : "\\\n";
+  }
+
   void writeText(std::string_view text) {
-    const bool isAtBegin = index_ == 0 || pieces_[index_ - 1].kind == Kind::lineBreak;
+    const bool isBehindBreak = index_ > 0 && pieces_[index_ - 1].kind == Kind::lineBreak;
+    const bool isAtBegin = index_ == 0 || isBehindBreak;
     if (isAtBegin)
       text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-    const bool isAtEnd = index_ + 1 == pieces_.size() || pieces_[index_ + 1].kind == Kind::lineBreak;
+    const bool isBeforeBreak = index_ + 1 < pieces_.size() && pieces_[index_ + 1].kind == Kind::lineBreak;
+    const bool isAtEnd = index_ + 1 == pieces_.size() || isBeforeBreak;
+    if (isAtEnd)
+      text = text.substr(0, text.find_last_not_of(' ') + 1);
+    const char32_t before = isAtBegin ? U'\0' : lastCharacter(out_);
+    const char32_t breakMark = isInCell() ? U'<' : place_ == InlinePlace::heading ? U'\0' : U'\\';
+    const char32_t after = isBeforeBreak ? breakMark : isAtEnd ? U'\0' : beginOf(pieces_[index_ + 1]);
     const EscapeContext context{.counts = counts_,
-                                .before = isAtBegin ? 0 : lastCharacter(out_),
-                                .after = isAtEnd ? 0 : beginOf(pieces_[index_ + 1]),
+                                .before = isBehindBreak && isInCell() ? U'>' : before,
+                                .after = after,
                                 .isBeforeLink = !isAtEnd && isLink(pieces_[index_ + 1], Kind::open),
                                 .isInBrackets = link_ != nullptr,
                                 .isInCell = isInCell(),

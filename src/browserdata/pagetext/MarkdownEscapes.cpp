@@ -58,11 +58,9 @@ private:
   void appendWord(std::string& out, std::size_t begin, std::size_t end) const {
     const std::string_view word = text_.substr(begin, end - begin);
     std::string plain = escapedPart(begin, end);
-    const bool mayBeLinked =
-        !context_.isInBrackets && (word.contains("://") || word.contains("www.") || word.contains("WWW."));
-    const bool touchesMark =
-        (end == text_.size() && !isSpaceOrEnd(context_.after)) || (begin == 0 && !isSpaceOrEnd(context_.before));
-    if (!mayBeLinked || (plain == word && !touchesMark)) {
+    const bool touchesMark = (end == text_.size() && !context_.endsLine && !isSpaceOrEnd(context_.after)) ||
+                             (begin == 0 && !isSpaceOrEnd(context_.before));
+    if (context_.isInBrackets || !mayBeLinked(word) || (plain == word && !touchesMark)) {
       out += plain;
       return;
     }
@@ -112,9 +110,10 @@ private:
     case ']':
       return context_.isInBrackets || next(at) == '(' || next(at) == '[';
     case '<': {
+      // A tag, or an address of mail, which begins with almost anything.
       const char32_t after = next(at);
       return (after < 0x80 && std::isalpha(static_cast<int>(after)) != 0) || after == '/' || after == '!' ||
-             after == '?';
+             after == '?' || text_.substr(at, text_.find(' ', at) - at).contains('@');
     }
     case '|':
       return context_.isInCell;
@@ -203,9 +202,17 @@ std::size_t placeOfBlock(std::string_view text, bool isWhole, bool isFirstLine) 
 
 std::string escapedText(std::string_view text, const EscapeContext& context) {
   std::string out = TextEscaping(text, context).escaped();
-  if (context.beginsLine)
-    if (const std::size_t place = placeOfBlock(out, context.endsLine, context.isFirstLine); place < out.size())
-      out.insert(place, 1, '\\');
+  if (!context.beginsLine)
+    return out;
+  std::size_t place = placeOfBlock(out, context.endsLine, context.isFirstLine);
+  if (place >= out.size())
+    return out;
+  // What is left of a run could be a mark itself.
+  const char mark = out[place];
+  do {
+    out.insert(place, 1, '\\');
+    place += 2;
+  } while (place < out.size() && out[place] == mark && std::string_view("*_~`").contains(mark));
   return out;
 }
 
@@ -264,6 +271,10 @@ std::string codeSpan(std::string_view code, bool isInCell) {
   const bool needsBlanks = code.starts_with('`') || code.ends_with('`');
   const char* const blank = needsBlanks ? " " : "";
   return fence + blank + content + blank + fence;
+}
+
+bool mayBeLinked(std::string_view word) {
+  return word.contains("://") || word.contains("www.") || word.contains("WWW.");
 }
 
 std::size_t longestRunOfBackticks(std::string_view text) {

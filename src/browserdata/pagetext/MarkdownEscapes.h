@@ -40,6 +40,9 @@ struct EscapeContext {
 /// Code between as many backticks as it needs.
 [[nodiscard]] std::string codeSpan(std::string_view code, bool isInCell);
 
+/// True for a word that holds an address which GitHub links by itself.
+[[nodiscard]] bool mayBeLinked(std::string_view word);
+
 /// The greatest number of backticks that stand side by side.
 [[nodiscard]] std::size_t longestRunOfBackticks(std::string_view text);
 

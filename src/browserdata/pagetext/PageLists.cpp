@@ -33,7 +33,7 @@ struct PageTextWalk::ListState {
 
 void PageTextWalk::addList(const html::Node& list) {
   if (isInLine())
-    return addItemsInLine(list);
+    return addBlockOf(list);
   endBlock();
   ListState state{.isOrdered = list.name() == "ol"};
   state.number = state.isOrdered ? numberOf(list.attribute("start").value_or("1")) : 1;
@@ -86,18 +86,6 @@ void PageTextWalk::addItem(const html::Node& item, ListState& state) {
   state.hasGap = hasGap;
   state.hasItems = true;
   state.number += state.number < greatestNumber ? 1 : 0;
-}
-
-void PageTextWalk::addItemsInLine(const html::Node& list) {
-  for (const html::Node child : list.children()) {
-    if (!showsAnything(child))
-      continue;
-    endBlock();
-    if (child.name() == "li")
-      line_.addText("- ");
-    add(child);
-    endBlock();
-  }
 }
 
 } // namespace tabwright::browserdata

@@ -48,7 +48,6 @@ private:
   void addList(const html::Node& list);
   struct ListState;
   void addItem(const html::Node& item, ListState& state);
-  void addItemsInLine(const html::Node& list);
 
   void addTable(const html::Node& table);
   void addRowsInLine(const html::Node& table);
