@@ -388,7 +388,7 @@ private:
 
 TEST(PageTextRoundTrip, KeepsTextLinksAndCodeOfPagesMadeByChance) {
   int failures = 0;
-  for (unsigned seed = 21'914; seed <= 21'914 && failures < 5; ++seed) {
+  for (unsigned seed = 1; seed <= 2'000 && failures < 5; ++seed) {
     const std::string html = ChancePage(seed).made();
     const std::string loss = lossOf(html);
     failures += loss.empty() ? 0 : 1;

@@ -246,12 +246,15 @@ void PageTextWalk::addDefinition(const html::Node& definition) {
   if (isInLine())
     return addBlockOf(definition);
   endBlock();
-  blocks_.joinNext(paragraphEnd_ == blocks_.size());
+  if (itemBegin_ != blocks_.size())
+    blocks_.joinNext(paragraphEnd_ == blocks_.size());
+  const std::size_t outerBegin = std::exchange(itemBegin_, blocks_.size());
   blocks_.openItem(isMarkdown() ? "- " : "  ");
   ++itemDepth_;
   addBlockOf(definition);
   --itemDepth_;
   blocks_.close();
+  itemBegin_ = outerBegin;
   blocks_.joinNext(false);
 }
 
