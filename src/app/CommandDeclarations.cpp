@@ -108,8 +108,17 @@ void declareAppleScript(CLI::App& program, Choices& choices) {
 void declareMarkdown(CLI::App& program, Choices& choices) {
   CLI::App* markdown = program.add_subcommand("markdown", "Convert HTML to Markdown, or to rich text");
   operand(*markdown, operands::file, choices.markdown.file, "The page; without it, or with “-”, standard input");
-  flag(*markdown, "--rtf", choices.markdown.form, MarkdownCommand::Form::richText,
-       "Convert to Rich Text Format, for word processors");
+  CLI::Option* const richText = flag(*markdown, "--rtf", choices.markdown.form, MarkdownCommand::Form::richText,
+                                     "Convert to Rich Text Format, for word processors");
+  CLI::Option* const gitHub =
+      flag(*markdown, "--gfm", choices.markdown.form, MarkdownCommand::Form::gitHubMarkdown,
+           "Convert to GitHub Flavored Markdown that reads as the page does: code, tables and links kept, text escaped")
+          ->excludes(richText);
+  markdown->add_option("--base", choices.markdown.base, "With --gfm: the page’s address, to make its links absolute")
+      ->type_name("URL")
+      ->needs(gitHub);
+  markdown->add_flag("--main", choices.markdown.isMainAlone, "With --gfm: the page’s main content alone")
+      ->needs(gitHub);
   markdown->callback([&choices] { choices.chosen = [&choices] { return app::markdown(choices.markdown); }; });
 }
 

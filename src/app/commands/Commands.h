@@ -57,12 +57,19 @@ struct AppleScriptCommand {
 ExitCode appleScript(const AppleScriptCommand& command);
 
 struct MarkdownCommand {
-  enum class Form { markdown, richText };
+  enum class Form {
+    markdown,
+    gitHubMarkdown, ///< as `GetPageText` gives it
+    richText
+  };
   std::string file = "-"; ///< "-" for standard input
   Form form = Form::markdown;
+  std::string base;         ///< of `gitHubMarkdown`: the page's address, or empty
+  bool isMainAlone = false; ///< of `gitHubMarkdown`: without what frames the page's content
 };
 /// `tabwright markdown`: prints a page's HTML as Markdown or as Rich Text Format, as the details of a tab give its
-/// selection.
+/// selection, or as GitHub Flavored Markdown. A page whose main content can't be told is printed whole, and standard
+/// error says so.
 ExitCode markdown(const MarkdownCommand& command);
 
 struct WorkflowCommand {
