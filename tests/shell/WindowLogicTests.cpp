@@ -4,6 +4,7 @@
 #include "shell/Links.h"
 #include "shell/PageLinks.h"
 #include "shell/UsageLine.h"
+#include "shell/WindowText.h"
 #include "support/Environment.h"
 
 #include <gmock/gmock.h>
@@ -92,7 +93,12 @@ struct Bundle {
 TEST(BundledResource, IsDecoded) {
   const auto sections = decodeResource<std::vector<ExternalLinkSection>>("ActionsLibraryLinks.json");
   ASSERT_FALSE(sections.empty());
+  // Labels are keys of the windows' texts, so a page in German has German titles.
+  const auto isText = [](const std::string& key) { return windowText(key) != key; };
   for (const ExternalLinkSection& section : sections) {
+    EXPECT_TRUE(isText(section.label)) << section.label;
+    for (const ExternalLink& link : section.links)
+      EXPECT_TRUE(isText(link.label)) << link.label;
     for (const ExternalLink& link : section.links)
       EXPECT_EQ(ResourceBundle::main().read(link.url).lack, ResourceBundle::Lack::none) << link.url;
   }

@@ -51,9 +51,10 @@ QWidget* makeDocsPage(const Services& services) {
               [&services, url = link.url] { services.application.openAddress(shell::refLinkTarget(url)); });
   }
   for (const auto& links : shell::decodeResource<std::vector<shell::ExternalLinkSection>>("ActionsLibraryLinks.json")) {
-    QLayout& section = addSection(*page.layout, label("docs.section", {links.label}));
+    QLayout& section = addSection(*page.layout, label("docs.section", {shell::windowText(links.label)}));
     for (const shell::ExternalLink& link : links.links)
-      addLink(section, text(link.label), [widget = page.widget, link] { showDocument(*widget, link.label, link.url); });
+      addLink(section, label(link.label),
+              [widget = page.widget, link] { showDocument(*widget, shell::windowText(link.label), link.url); });
   }
   return scrolling(page.widget);
 }
