@@ -99,7 +99,40 @@ using automation::NamedKey;
 
 namespace {
 
-constexpr std::string_view expected = "the name of a key, such as Escape, Page Up or F5";
+/// The words of a text, in small letters.
+std::vector<std::string> wordsOf(std::string_view text) {
+  std::vector<std::string> words{""};
+  for (const char character : platform::lowercased(text)) {
+    if (character == ' ')
+      words.emplace_back();
+    else
+      words.back() += character;
+  }
+  std::erase(words, "");
+  return words;
+}
+
+/// A noun phrase that names the keys that share a word with what came, such as “Cursor Down” for “Down Arrow”; a few
+/// others where there are none.
+std::string expectedInsteadOf(std::string_view came) {
+  constexpr std::size_t mostNamed = 3;
+  const std::vector<std::string> wanted = wordsOf(came);
+  std::vector<std::string_view> near;
+  for (const automation::NamedKeySection& section : automation::namedKeySections()) {
+    for (const automation::NamedKeyRow& row : section.items) {
+      const std::string_view name = row.otherName.empty() ? row.name : row.otherName;
+      const auto isWanted = [&](const std::string& word) { return std::ranges::find(wanted, word) != wanted.end(); };
+      if (near.size() < mostNamed && std::ranges::any_of(wordsOf(name), isWanted))
+        near.push_back(name);
+    }
+  }
+  if (near.empty())
+    near = {"Escape", "Page Up", "F5"};
+  std::string names(near.front());
+  for (std::size_t index = 1; index < near.size(); ++index)
+    names += fmt::format("{}{}", index + 1 == near.size() ? " or " : ", ", near[index]);
+  return "the name of a key, such as " + names;
+}
 
 } // namespace
 
@@ -113,7 +146,7 @@ NamedKey ValueTraits<NamedKey>::fromJson(const boost::json::value& json) {
   else if (json.is_object())
     key = NamedKey::find(std::to_string(NamedKey::definition().fromJson(json).id));
   if (!key)
-    throw ValueError::unsuitable(json, expected);
+    throw ValueError::unsuitable(json, expectedInsteadOf(json.is_string() ? std::string_view(json.get_string()) : ""));
   return std::move(*key);
 }
 
@@ -121,8 +154,8 @@ NamedKey ValueTraits<NamedKey>::fromText(std::string_view text) {
   if (auto key = NamedKey::find(text))
     return std::move(*key);
   if (!text.starts_with('{'))
-    throw ValueError::unsuitable(text, expected);
-  return fromJson(detail::parseValue(text, expected));
+    throw ValueError::unsuitable(text, expectedInsteadOf(text));
+  return fromJson(detail::parseValue(text, expectedInsteadOf("")));
 }
 
 } // namespace tabwright::intents

@@ -30,14 +30,17 @@ std::string quotedList(std::string_view wanted, const std::vector<std::string>& 
   std::ranges::sort(ranked);
   // Each title once: several menus may have an item of the same.
   std::vector<std::string> named;
+  bool areOthers = false;
   for (const auto& [common, index] : ranked) {
-    if (named.size() == mostNamed)
-      break;
     std::string title = fmt::format("“{}”", titles[index]);
-    if (std::ranges::find(named, title) == named.end())
-      named.push_back(std::move(title));
+    if (std::ranges::find(named, title) != named.end())
+      continue;
+    areOthers = named.size() == mostNamed;
+    if (areOthers)
+      break;
+    named.push_back(std::move(title));
   }
-  return fmt::format("{}{}", fmt::join(named, ", "), titles.size() > named.size() ? " and others" : "");
+  return fmt::format("{}{}", fmt::join(named, ", "), areOthers ? " and others" : "");
 }
 
 void collect(const MenuTree& tree, std::vector<std::string>& titles) {

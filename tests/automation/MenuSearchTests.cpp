@@ -129,6 +129,7 @@ TEST_P(MenuSearch, FindsTitlesInTheOrderOfTheMenus) {
   }
   EXPECT_EQ(told(byTitle(" \t")), "menuItemNotFound");
   EXPECT_THAT(told(byTitle("Deepness")), StartsWith("menuItemNotFound: None of the 2"));
+  EXPECT_THAT(told(byPath("Window > Nothing")), testing::EndsWith("It has “Same”, “Quit”.")) << "each title once";
   EXPECT_THAT(told(byTitle("Deepness")), HasSubstr("The nearest are “Deep”, “Deeper”, “Deepest”, “File”"));
 }
 

@@ -3,6 +3,7 @@
 #include "support/FailureText.h"
 
 #include <boost/json/parse.hpp>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -23,6 +24,15 @@ TEST(NamedKey, IsFoundByNameAndCode) {
   for (const char* text : {"", "Escape key", "-1", "5", R"({"name": "Escape"})", R"({"id": 5})"})
     EXPECT_EQ(testsupport::failureName([&] { return ValueTraits<NamedKey>::fromText(text); }), "ValueError.unsuitable")
         << text;
+}
+
+TEST(NamedKey, IsHintedAtByAWordOfIts) {
+  const auto complaint = [](const char* text) {
+    return testsupport::failureText([&] { return ValueTraits<NamedKey>::fromText(text); });
+  };
+  EXPECT_THAT(complaint("Down Arrow"), testing::EndsWith("such as Page Down or Cursor Down."));
+  EXPECT_THAT(complaint("escape key"), testing::EndsWith("such as Escape."));
+  EXPECT_THAT(complaint("Nonsense"), testing::EndsWith("such as Escape, Page Up or F5."));
 }
 
 TEST(NamedKey, IsListedInTheOrderOfTheTable) {
