@@ -75,6 +75,8 @@ TEST_F(LimitTests, StepsAreBoundedAndNoTryOutlivesThat) {
   limits.steps = 10000;
   EXPECT_EQ(errorOf("repeat\ntry\nrepeat\nend repeat\nend try\nend repeat"), errorNumber::userCancelled);
   EXPECT_EQ(errorOf("repeat 1000 times\nend repeat"), 0);
+  limits.steps = 100; // fewer than are counted at a time
+  EXPECT_EQ(errorOf("try\nerror \"x\"\nend try"), 0);
 }
 
 TEST_F(LimitTests, DepthIsBoundedAlsoOnASmallStack) {

@@ -272,8 +272,10 @@ private:
       const auto& timeout = static_cast<Timeout&>(statement);
       return visitAll(timeout.seconds, timeout.body);
     }
-    case Kind::transaction:
-      return visit(static_cast<Transaction&>(statement).body);
+    case Kind::transaction: {
+      auto& transaction = static_cast<Transaction&>(statement);
+      return visitAll(transaction.session, transaction.body);
+    }
     case Kind::usingTerms:
       return visit(static_cast<UsingTerms&>(statement).body);
     case Kind::declare:

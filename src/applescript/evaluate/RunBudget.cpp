@@ -16,8 +16,11 @@ void RunBudget::checkpoint() {
   constexpr std::size_t stepsBetweenCheckpoints = 256;
   std::size_t chunk = stepsBetweenCheckpoints;
   // The last chunk is shorter, so that the limit is met at the step.
-  if (limit_ != 0)
-    chunk = std::clamp<std::size_t>(limit_ - std::min(limit_, taken_), 1, chunk);
+  if (limit_ != 0) {
+    const std::size_t left = limit_ - std::min(limit_, taken_);
+    isUsedUp_ = left == 0;
+    chunk = std::clamp<std::size_t>(left, 1, chunk);
+  }
   untilCheckpoint_ = chunk;
   require();
   taken_ += chunk;

@@ -18,9 +18,8 @@ public:
     if (--untilCheckpoint_ == 0)
       checkpoint();
   }
-  /// The run has been stopped, or its steps are used up. They are counted by chunks of at most 256, ahead of being
-  /// taken, so it says so throughout the last chunk.
-  [[nodiscard]] bool isSpent() const { return stop_.stop_requested() || (limit_ != 0 && taken_ >= limit_); }
+  /// The run has been stopped, or has tried to take a step more than its limit.
+  [[nodiscard]] bool isSpent() const { return stop_.stop_requested() || isUsedUp_; }
   /// Throws −128 when the run has to end: before and after whatever takes long.
   void require() const;
   [[nodiscard]] const std::stop_token& stop() const { return stop_; }
@@ -32,7 +31,9 @@ private:
   std::size_t limit_;
   // The first step is a checkpoint, for a run that has been stopped before it begins.
   std::size_t untilCheckpoint_ = 1;
+  // Counted by chunks of at most 256, ahead of being taken.
   std::size_t taken_ = 0;
+  bool isUsedUp_ = false;
   std::stop_token stop_;
 };
 

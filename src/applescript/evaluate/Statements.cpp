@@ -166,8 +166,12 @@ Flow dispatch(Evaluator& run, const Statement& statement) {
     return executeConsidering(run, static_cast<const Considering&>(statement));
   case Kind::timeout:
     return executeTimeout(run, static_cast<const Timeout&>(statement));
-  case Kind::transaction:
-    return run.execute(static_cast<const Transaction&>(statement).body);
+  case Kind::transaction: {
+    const auto& transaction = static_cast<const Transaction&>(statement);
+    if (transaction.session)
+      run.evaluate(*transaction.session); // for what it does and how it fails
+    return run.execute(transaction.body);
+  }
   case Kind::usingTerms:
     return run.execute(static_cast<const UsingTerms&>(statement).body);
   case Kind::script: {

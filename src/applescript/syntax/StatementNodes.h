@@ -160,7 +160,7 @@ struct Timeout final : StatementOf<Statement::Kind::timeout> {
   Block body;
 };
 
-/// `with transaction`: read and kept for the printer; the run takes its body as if it stood alone.
+/// `with transaction`: the run evaluates the session, then takes the body as if it stood alone.
 struct Transaction final : StatementOf<Statement::Kind::transaction> {
   ExpressionPointer session; ///< null where not written
   Block body;
