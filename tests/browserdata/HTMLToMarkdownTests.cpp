@@ -83,6 +83,13 @@ TEST(HTMLToMarkdown, ConvertsListsWithTheirLevels) {
       {"<ul><li>a<li><ul><li>b</ul></ul>", "\n- a\n\n    - b\n\n"},
       {"<ul><li><ol><li>a</ol></ul>", "\n\n1. a\n\n"},
       {"<ul><li></li></ul>", "\n- \n\n"},
+      // A second paragraph ends the lists around it, so an indented marker behind it would be code.
+      {"<ul><li><p>a</p><ul><li>b</ul></ul>", "\n- a\n\n    - b\n\n"},
+      {"<ul><li><p>a</p><p>b</p><ul><li>c<ol><li>d</ol></ul><li>e<ul><li>f</ul></ul>",
+       "\n- a\n\nb\n\n- c\n    1. d\n- e\n    - f\n\n"},
+      {"<ul><li>a<ul><li><p>b</p><p>c</p><li>d</ul></ul>", "\n- a\n    - b\n\nc\n\n- d\n\n"},
+      {"<ul><li>a<blockquote>q</blockquote><ul><li>b</ul></ul>", "\n- a\n> q\n\n- b\n\n"},
+      {"<ul><li>a<br>b<ul><li>c</ul></ul>", "\n- a  \nb\n    - c\n\n"},
       {"<blockquote><ul><li>a<ul><li>b</ul></ul></blockquote>", "\n> \n> - > > a> \n> \t- > > b> \n> \n\n"},
   });
 }

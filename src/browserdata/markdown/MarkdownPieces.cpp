@@ -56,12 +56,17 @@ void MarkdownPieces::trim(std::size_t begin) {
   back.length = offsetOf(backText) + backText.size() - back.offset;
 }
 
-std::string MarkdownPieces::take(std::size_t begin) {
-  std::string joined;
+std::string MarkdownPieces::joined(std::size_t begin) const {
+  std::string text;
   for (std::size_t index = begin; index < pieces_.size(); ++index)
-    joined += textOf(pieces_[index]);
+    text += textOf(pieces_[index]);
+  return text;
+}
+
+std::string MarkdownPieces::take(std::size_t begin) {
+  std::string text = joined(begin);
   pieces_.resize(begin);
-  return joined;
+  return text;
 }
 
 } // namespace tabwright::browserdata

@@ -38,8 +38,17 @@ public:
   /// Removes the blank pieces at both ends of those from `begin` on, and the white space at both ends of what remains.
   void trim(std::size_t begin);
 
+  /// Bytes that may still be added.
+  [[nodiscard]] std::size_t room() const { return limit_ - text_.size(); }
+
   /// Takes the pieces from `begin` on away and joins them.
   [[nodiscard]] std::string take(std::size_t begin);
+
+  /// The number of pieces; a place from which on more will be added.
+  [[nodiscard]] std::size_t size() const { return pieces_.size(); }
+
+  /// Joins the pieces from `begin` on and leaves them there. Those that a trim has removed may be missing in front.
+  [[nodiscard]] std::string joined(std::size_t begin) const;
 
 private:
   /// A place in `text_`, in bytes.

@@ -182,14 +182,31 @@ void MarkdownWalk::addList(const html::Node& list, const MarkdownPlace& place) {
   });
 }
 
+// A block that follows a blank line stands at the line's start, as does a quote, so it ends all lists around it. A
+// marker that were indented behind it would read as code: the lists go on as if their level were the outermost.
+std::size_t MarkdownWalk::tabsBeforeMarker(int level) {
+  bool isBehindBlock = false;
+  if (level > 0) {
+    // Each piece is looked at once, since the marker moves on.
+    const std::string text = pieces_.joined(std::min(behindMarker_, pieces_.size()));
+    const std::string_view shown = platform::trimmingWhitespaceAndNewlines(text);
+    isBehindBlock = shown.find(paragraph_) != std::string_view::npos ||
+                    shown.find(std::string(line_) + "> ") != std::string_view::npos;
+  }
+  levelsEnded_ = isBehindBlock ? level : std::min(levelsEnded_, level);
+  return static_cast<std::size_t>(level - levelsEnded_);
+}
+
 // An item that begins with a list has no marker, and its list goes under the item before it, if there is one
 // (`isUnderItem`). Returns that for the item after this.
 bool MarkdownWalk::addItem(const html::Node& item, const MarkdownPlace& place, bool isUnderItem) {
   const auto isList = [](const html::Node& node) { return node.name() == "ol" || node.name() == "ul"; };
   const bool hasMarker = item.children().empty() || !isList(item.children().front());
   // Every number is 1, as Markdown counts for itself.
-  if (hasMarker)
-    pieces_.add(std::string(static_cast<std::size_t>(place.level), '\t') + (place.parent == "ol" ? "1. " : "- "));
+  if (hasMarker) {
+    pieces_.add(std::string(tabsBeforeMarker(place.level), '\t') + (place.parent == "ol" ? "1. " : "- "));
+    behindMarker_ = pieces_.size();
+  }
   MarkdownPlace inside = place.inside(item);
   inside.level += hasMarker || isUnderItem ? 1 : 0;
   bool hasList = false;

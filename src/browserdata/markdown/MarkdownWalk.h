@@ -43,6 +43,8 @@ private:
   /// Its items only, each with its mark.
   void addList(const html::Node& list, const MarkdownPlace& place);
   bool addItem(const html::Node& item, const MarkdownPlace& place, bool isUnderItem);
+  /// The indentation of the next marker, of a list at that level.
+  [[nodiscard]] std::size_t tabsBeforeMarker(int level);
   void addLink(const html::Node& link, const MarkdownPlace& place);
   void addImage(const html::Node& image, const MarkdownPlace& place);
   void addAbbreviation(const html::Node& abbreviation, const MarkdownPlace& place);
@@ -55,6 +57,8 @@ private:
   MarkdownPieces& pieces_;
   std::string_view line_;
   std::string_view paragraph_;
+  std::size_t behindMarker_ = 0; ///< the place in the pieces behind the last marker
+  int levelsEnded_ = 0;          ///< how many levels of lists a block has ended, around the last marker
 };
 
 } // namespace tabwright::browserdata
