@@ -64,7 +64,8 @@ class GetPageText final : public ScriptAction<std::vector<std::string>, std::str
   Parameter<bool> mainContent{*this, {.name = "mainContent", .defaultValue = false}};
   Parameter<Format> format{*this, {.name = "format", .defaultValue = Format::markdown}};
   Parameter<std::int64_t> startAt{*this, {.name = "startAt", .defaultValue = 0}};
-  Parameter<std::int64_t> maximumLength{*this, {.name = "maximumLength", .defaultValue = 30'000}};
+  Parameter<std::int64_t> maximumLength{
+      *this, {.name = "maximumLength", .defaultValue = 30'000, .audience = intents::Audience::people}};
 
 public:
   explicit GetPageText(const ActionServices& services)

@@ -186,8 +186,13 @@ private:
   void count() {
     const auto runs = [](std::string_view text, char mark) {
       std::size_t count = 0;
-      for (std::size_t at = 0; at < text.size(); ++at)
-        count += text[at] == mark && (at == 0 || text[at - 1] != mark) ? 1 : 0;
+      for (std::size_t at = text.find(mark); at < text.size(); at = text.find(mark, at)) {
+        const std::size_t end = std::min(text.find_first_not_of(mark, at), text.size());
+        // Between blanks it neither begins nor ends emphasis.
+        const bool standsAlone = at > 0 && text[at - 1] == ' ' && end < text.size() && text[end] == ' ';
+        count += standsAlone && mark != '`' ? 0 : 1;
+        at = end;
+      }
       return count;
     };
     for (const InlinePiece& piece : pieces_) {
