@@ -188,8 +188,8 @@ private:
       std::size_t count = 0;
       for (std::size_t at = text.find(mark); at < text.size(); at = text.find(mark, at)) {
         const std::size_t end = std::min(text.find_first_not_of(mark, at), text.size());
-        // Between blanks it neither begins nor ends emphasis.
-        const bool standsAlone = at > 0 && text[at - 1] == ' ' && end < text.size() && text[end] == ' ';
+        // Between blanks, which stay inside of a text, it neither begins nor ends emphasis.
+        const bool standsAlone = at > 1 && text[at - 1] == ' ' && end + 1 < text.size() && text[end] == ' ';
         count += standsAlone && mark != '`' ? 0 : 1;
         at = end;
       }
