@@ -107,7 +107,9 @@ def told_by(action, answer):
     kind = catalogue[action]["outputSchema"]["type"]
     if kind == "null":
         return None
-    text = answer["content"][0]["text"]
+    # What a page has written is marked by a text before it.
+    texts = [part["text"] for part in answer["content"] if part["type"] == "text"]
+    text = texts[1] if texts[0].startswith("From a web page:") else texts[0]
     return text if kind == "string" else json.loads(text)
 
 
