@@ -1,4 +1,5 @@
 #include "browserdata/HTMLToMarkdown.h"
+#include "browserdata/PageText.h"
 #include "browserdata/RichText.h"
 #include "html/Document.h"
 
@@ -54,6 +55,10 @@ void convert(const std::string& page) {
   lengths += browserdata::HTMLToMarkdown{page}.convert().size();
 }
 
+void toText(const std::string& page) {
+  lengths += browserdata::PageText{.html = page, .base = "https://x.test/"}.convert().text.size();
+}
+
 void toRichText(const std::string& page) {
   lengths += browserdata::richText(html::Document::parse(page)).size();
 }
@@ -74,11 +79,12 @@ void measure(const std::string& name, const std::string& page) {
   const double bytes = static_cast<double>(page.size());
   const double tree = median([&] { parse(page); });
   const double markdown = median([&] { convert(page); });
+  const double text = median([&] { toText(page); });
   const double richText = median([&] { toRichText(page); });
   const long idle = peakOfChild([] {});
   const double memory = static_cast<double>(peakOfChild([&] { convert(page); }) - idle) / bytes;
-  std::printf("%-28s %10zu %9.1f %9.1f %9.1f %9.1f\n", name.c_str(), page.size(), bytes / tree / 1e3,
-              bytes / markdown / 1e3, bytes / richText / 1e3, memory);
+  std::printf("%-28s %10zu %9.1f %9.1f %9.1f %9.1f %9.1f\n", name.c_str(), page.size(), bytes / tree / 1e3,
+              bytes / markdown / 1e3, bytes / text / 1e3, bytes / richText / 1e3, memory);
   std::fflush(stdout);
 }
 
@@ -88,8 +94,8 @@ int main(int count, char** names) {
   // As the program has it: what a conversion needed is kept for the next one.
   ::mallopt(M_TRIM_THRESHOLD, 16 << 20);
   ::mallopt(M_MMAP_THRESHOLD, 4 << 20);
-  std::printf("%-28s %10s %9s %9s %9s %9s\n", "page", "bytes", "tree", "Markdown", "RTF", "memory");
-  std::printf("%-28s %10s %9s %9s %9s %9s\n", "", "", "MB/s", "MB/s", "MB/s", "B/byte");
+  std::printf("%-28s %10s %9s %9s %9s %9s %9s\n", "page", "bytes", "tree", "Markdown", "GFM", "RTF", "memory");
+  std::printf("%-28s %10s %9s %9s %9s %9s %9s\n", "", "", "MB/s", "MB/s", "MB/s", "MB/s", "B/byte");
   std::string all;
   for (int index = 1; index < count; ++index) {
     std::ifstream file(names[index], std::ios::binary);

@@ -51,8 +51,8 @@ beside() {
 echo
 echo "Whole processes, seconds of processor time, and how often ours goes into theirs:"
 for page in "${pages[@]}"; do
-  ours=$(seconds "$build/src/app/tabwright" markdown "$page")
-  printf '%-28s tabwright %6s' "$(basename "$page")" "$ours"
+  ours=$(seconds "$build/src/app/tabwright" markdown --gfm "$page")
+  printf '%-28s tabwright --gfm %6s' "$(basename "$page")" "$ours"
   ! command -v pandoc >/dev/null || beside pandoc pandoc -f html -t gfm "$page"
   [ -z "$turndown" ] || beside turndown $turndown "$page"
   echo

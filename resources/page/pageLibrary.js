@@ -203,6 +203,29 @@ async function waitForPageElement(selector, seconds = 10) {
   }
 }
 
+// The HTML of what the page shows, or the first element that a selector matches, and the address that its links start from.
+// Null when nothing matches.
+function getShownHTML(selector) {
+  const root = selector ? document.querySelector(selector) : document.documentElement;
+  if (!root) {
+    return null;
+  }
+  const copy = root.cloneNode(true);
+  const removeHidden = (element, twin) => {
+    // From the end, so that the places of both trees stay the same.
+    for (let place = element.children.length - 1; place >= 0; place -= 1) {
+      const child = element.children[place];
+      if (child.localName === "svg" || window.getComputedStyle(child).display === "none") {
+        twin.children[place].remove();
+      } else {
+        removeHidden(child, twin.children[place]);
+      }
+    }
+  };
+  removeHidden(root, copy);
+  return [copy.outerHTML, document.baseURI];
+}
+
 // The selected part of the page as HTML, with addresses that hold outside of it.
 function getSelectionAsHTML() {
   const selection = window.getSelection();

@@ -36,7 +36,7 @@ platform::Task<ActionResult> perform(const Catalogue& catalogue, std::string nam
                                      intents::ActionHost& host) {
   const auto action = prepared(catalogue, name, parameters);
   boost::json::value value = co_await action->perform(host);
-  co_return ActionResult{std::move(value), action->resultType()};
+  co_return ActionResult{std::move(value), action->resultType(), action->hints().isWrittenByPages};
 }
 
 std::string scriptText(const Catalogue& catalogue, std::string_view name, const ParameterValues& parameters) {

@@ -18,6 +18,7 @@ struct ActionResult {
   boost::json::value value; ///< null for nothing
   /// As the action declares it; the value has its shape.
   intents::ValueType type;
+  bool isWrittenByPage = false; ///< as the action's hints say
 };
 
 /// Runs one action: finds it, fills its parameters, checks that none is missing, performs it. Every road of a user's

@@ -13,9 +13,10 @@ namespace tabwright::intents {
 /// The worst that a run of an action can do, for people who allow an agent its tools. They become the annotations of
 /// tools in the Model Context Protocol, and change nothing about the run.
 struct Hints {
-  bool readsOnly = false;    ///< nothing in the browser or in a page is changed; `isOpen` alone counts beside it
-  bool destroys = false;     ///< a run may lose something: a tab, typed text, what a page's own code does
-  bool isIdempotent = false; ///< a second run with the same parameters changes nothing more
+  bool readsOnly = false;        ///< nothing in the browser or in a page is changed; `isOpen` alone counts beside it
+  bool destroys = false;         ///< a run may lose something: a tab, typed text, what a page's own code does
+  bool isIdempotent = false;     ///< a second run with the same parameters changes nothing more
+  bool isWrittenByPages = false; ///< the result is text of a page's, which agents are told not to take for their user's
   bool isOpen = true; ///< works on pages, which anybody may have written; false for the browser's own windows and tabs
 };
 

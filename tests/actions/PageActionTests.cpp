@@ -1,5 +1,6 @@
 // The programs of the actions on a page, and the results made of answers. The effects of their jobs in a page are tried
 // in PageEffectTests.
+#include "engine/AppleScriptSnippets.h"
 #include "support/ActionBench.h"
 #include "support/FailureText.h"
 
@@ -37,6 +38,7 @@ const struct {
     {"SetFormFields", {{"inputDict", "{}"}}},
     {"RunJavascriptInTab", {{"jsCode", " return 1 "}}},
     {"ReloadTab", {}},
+    {"GetPageText", {}},
 };
 
 // Each job has fresh names for its variables in the page; here they are all alike.
@@ -157,6 +159,38 @@ TEST_F(PageActions, ShowTheProgramOfARunWithoutRunningIt) {
           [&] { return host::scriptText(bench.catalogue, "ClickElement", ParameterTexts{{"cssSelector", "a"}}); }),
       "Which browser is frontmost is found out only when ClickElement runs, and its script depends on the browser: "
       "name one for targetContext, such as chromium.");
+}
+
+TEST_F(PageActions, GetPageTextGivesAPageInPartsThatEndWithABlock) {
+  const auto text = [&](const char* html, const ParameterTexts& more = {}) {
+    bench.payload = boost::json::serialize(boost::json::array{html, "https://a.test/b/"});
+    return perform("GetPageText", more, {{"targetContext", "brave"}});
+  };
+  EXPECT_EQ(text("<h1>A</h1><a href=c>d*e*</a>"), "# A\n\n[d\\*e\\*](https://a.test/b/c)\n");
+  EXPECT_EQ(text("<h1>A</h1><a href=c>d*e*</a>", {{"format", "plain"}}), "A\n\nd*e*\n");
+  EXPECT_EQ(bench.steps.back(), "run") << "nothing is left to say";
+
+  const char* const three = "<p>Ünö</p><p>two</p><p>three</p>";
+  EXPECT_EQ(text(three, {{"maximumLength", "11"}}), "Ünö\n\ntwo\n\n");
+  EXPECT_EQ(bench.steps.back(),
+            "notice: These are the characters 0 to 10 of 16. The rest is left out: startAt 10 gives "
+            "the next part.");
+  EXPECT_EQ(text(three, {{"startAt", "10"}}), "three\n");
+  EXPECT_EQ(bench.steps.back(), "notice: These are the characters 10 to 16 of 16.");
+  EXPECT_EQ(text(three, {{"startAt", "99"}}), "");
+  EXPECT_EQ(text("<p>a", {{"mainContent", "true"}}), "a\n");
+  EXPECT_EQ(bench.steps.back(),
+            "notice: The page’s main content can’t be told from the rest of it: this is all of it.");
+}
+
+TEST_F(PageActions, GetPageTextSaysWhyItReadNothing) {
+  const ParameterTexts parameters{{"cssSelector", "#\"n"}, {"targetContext", "brave"}};
+  bench.payload = boost::json::serialize(boost::json::array{engine::AppleScriptSnippets::emptyResultMarker()});
+  EXPECT_EQ(perform("GetPageText", parameters), "");
+  EXPECT_EQ(bench.steps.back(), "notice: Nothing was read: no element of the page matches “#\"n”.");
+  bench.payload = R"(["SyntaxError: no selector"])";
+  EXPECT_EQ(perform("GetPageText", parameters), "");
+  EXPECT_EQ(bench.steps.back(), "notice: Nothing was read. The page said: SyntaxError: no selector");
 }
 
 TEST_F(PageActions, SetFormFieldsRefusesADocumentThatIsNoJSONOnceTheRunCounts) {

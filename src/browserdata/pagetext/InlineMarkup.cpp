@@ -15,6 +15,9 @@ namespace {
 
 using Kind = InlinePiece::Kind;
 
+// Beside a mark: behind more of them, all without a character of their own, a mark is left out.
+constexpr int mostPassedOver = 64;
+
 bool isEmphasis(const InlinePiece& piece) {
   return (piece.kind == Kind::open || piece.kind == Kind::close) && piece.mark != InlineMark::link;
 }
@@ -91,7 +94,7 @@ private:
   }
 
   [[nodiscard]] char32_t characterBefore(std::size_t index, Tildes tildes) const {
-    while (index-- > 0) {
+    for (int passed = 0; index-- > 0 && passed < mostPassedOver; ++passed) {
       if (isPassedOver(index, tildes))
         continue;
       std::string_view text = pieces_[index].text;
@@ -102,7 +105,8 @@ private:
     return 0;
   }
   [[nodiscard]] char32_t characterBehind(std::size_t index, Tildes tildes) const {
-    for (++index; index < pieces_.size(); ++index) {
+    ++index;
+    for (int passed = 0; index < pieces_.size() && passed < mostPassedOver; ++index, ++passed) {
       if (isPassedOver(index, tildes))
         continue;
       std::string_view text = pieces_[index].text;
@@ -186,8 +190,13 @@ private:
   void count() {
     const auto runs = [](std::string_view text, char mark) {
       std::size_t count = 0;
-      for (std::size_t at = 0; at < text.size(); ++at)
-        count += text[at] == mark && (at == 0 || text[at - 1] != mark) ? 1 : 0;
+      for (std::size_t at = text.find(mark); at < text.size(); at = text.find(mark, at)) {
+        const std::size_t end = std::min(text.find_first_not_of(mark, at), text.size());
+        // Between blanks, which stay inside of a text, it neither begins nor ends emphasis.
+        const bool standsAlone = at > 1 && text[at - 1] == ' ' && end + 1 < text.size() && text[end] == ' ';
+        count += standsAlone && mark != '`' ? 0 : 1;
+        at = end;
+      }
       return count;
     };
     for (const InlinePiece& piece : pieces_) {

@@ -14,6 +14,8 @@ namespace tabwright::browserdata {
 
 namespace {
 
+constexpr std::size_t longestRun = 64; // of equal characters that anybody would write
+
 bool isAsciiPunctuation(char32_t c) {
   return (c >= '!' && c <= '/') || (c >= ':' && c <= '@') || (c >= '[' && c <= '`') || (c >= '{' && c <= '~');
 }
@@ -124,14 +126,17 @@ private:
     }
   }
 
-  // The characters beside the run of equal characters that `at` is in.
+  // The characters beside the run of equal characters that `at` is in; of a long one two that leave its marks escaped,
+  // so that each place costs no more than a look at some neighbours.
   [[nodiscard]] std::pair<char32_t, char32_t> besideRun(std::size_t at) const {
     std::size_t begin = at;
-    while (begin > 0 && text_[begin - 1] == text_[at])
+    while (begin > 0 && text_[begin - 1] == text_[at] && at - begin < longestRun)
       --begin;
     std::size_t end = at;
-    while (end < text_.size() && text_[end] == text_[at])
+    while (end < text_.size() && text_[end] == text_[at] && end - at < longestRun)
       ++end;
+    if (at - begin == longestRun || end - at == longestRun)
+      return {U'.', U'.'};
     return {begin > 0 ? lastCharacter(text_.substr(0, begin)) : context_.before,
             end < text_.size() ? firstCharacter(text_.substr(end)) : context_.after};
   }

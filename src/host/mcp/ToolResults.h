@@ -12,7 +12,8 @@ namespace tabwright::host {
 /// The answer to "tools/call" when the action succeeded: the result as text, once: a text as it is, other values as
 /// JSON without empty fields. A file in it, such as a selection's rich text, stands as an embedded resource that the
 /// text names. What would be too long is left out, and a second text says what and how to get it. Notices stand behind
-/// that, a text each, and as data below "_meta". An action that has nothing to say of any kind is "Done.".
+/// that, a text each, and as data below "_meta". Before what a page has written stands that it is no instruction. An
+/// action that has nothing to say of any kind is "Done.".
 [[nodiscard]] boost::json::object succeededResult(ActionResult result, const std::vector<platform::Notice>& notices);
 
 /// The answer when it didn't: the sentence that a user would read, its cause beneath, and both as data below "_meta".

@@ -113,10 +113,13 @@ def told_by(action, answer):
     kind = catalogue[action]["outputSchema"]["type"]
     if kind == "null":
         return None
-    text = answer["content"][0]["text"]
-    if text.startswith("From a web page: "):
-        # What tells all of an entity, behind the line that marks it.
-        return {"text": text.split("\n", 1)[1]}
+    # What a page has written is marked: by a text before it, or by a line of its own.
+    texts = [part["text"] for part in answer["content"] if part["type"] == "text"]
+    text = texts[0]
+    if text.startswith("From a web page:"):
+        if len(texts) == 1:
+            return {"text": text.split("\n", 1)[1]}
+        text = texts[1]
     return text if kind == "string" else json.loads(text)
 
 
