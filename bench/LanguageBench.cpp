@@ -43,10 +43,11 @@ struct World {
   }
 
   std::shared_ptr<testsupport::ModelBrowser> browser = std::make_shared<testsupport::ModelBrowser>();
-  scripting::ScriptingDirectory directory{{.makeDriver = [this](const platform::BrowserFacts&, const std::string&) { return browser; },
-                                           .launch = {},
-                                           .desktop = std::make_shared<testsupport::ModelDesktop>(),
-                                           .activateSelf = {}}};
+  scripting::ScriptingDirectory directory{
+      {.makeDriver = [this](const platform::BrowserFacts&, const std::string&) { return browser; },
+       .launch = {},
+       .desktop = std::make_shared<testsupport::ModelDesktop>(),
+       .activateSelf = {}}};
   scripting::FoundationBridge bridge;
   applescript::Interpreter interpreter{{.directory = &directory,
                                         .objectiveC = &bridge,

@@ -55,7 +55,7 @@ PageText::Result PageText::convert() const {
   if (part == Part::mainContent)
     chosen = mainContent(page.root());
   PageTextWalk walk(form, chosen ? WalkSkips::boilerplate : WalkSkips::nothing, std::move(pageBase),
-                roomAnyway + roomPerByte * html.size());
+                    roomAnyway + roomPerByte * html.size());
   walk.add(chosen.value_or(page.root()));
   return {walk.take(), chosen ? Part::mainContent : Part::whole};
 }

@@ -15,8 +15,8 @@ namespace tabwright::desktop {
 /// The names of the browsers that run now, joined as the user's language does it: "A, B, and C".
 [[nodiscard]] std::string namesOfRunningBrowsers(const targets::TargetContextManager& targets);
 
-/// Mends a browser. Yields a sentence for the user: what is left to do, or what went wrong; empty when nothing is. Blocks
-/// for as long as a browser takes to start.
+/// Mends a browser. Yields a sentence for the user: what is left to do, or what went wrong; empty when nothing is.
+/// Blocks for as long as a browser takes to start.
 [[nodiscard]] std::string mend(const std::string& id, views::Mending mending);
 
 } // namespace tabwright::desktop

@@ -10,7 +10,8 @@
 
 namespace tabwright::platform {
 
-/// The places that the program's log goes to. A line is `[time] [level] [subsystem:category] text`. Nothing set: nowhere.
+/// The places that the program's log goes to. A line is `[time] [level] [subsystem:category] text`. Nothing set:
+/// nowhere.
 ///
 ///     installLogSinks({.file = defaultLogFile(), .standardErrorLevel = LogLevel::error});
 struct LogSinks {
@@ -27,8 +28,8 @@ struct LogSinks {
 /// `tabwright/tabwright.log` in the XDG state home.
 [[nodiscard]] std::filesystem::path defaultLogFile();
 
-/// The level of the environment variable TABWRIGHT_LOG_LEVEL; `info` without one, or for a name that is none. At `debug`
-/// the log holds programs and what pages gave.
+/// The level of the environment variable TABWRIGHT_LOG_LEVEL; `info` without one, or for a name that is none. At
+/// `debug` the log holds programs and what pages gave.
 [[nodiscard]] LogLevel defaultFileLevel();
 
 /// The level of the name "debug", "info" or "error"; nothing for others.

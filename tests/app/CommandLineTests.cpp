@@ -176,6 +176,18 @@ TEST_F(CommandLine, connectsBrowsersAndLeavesNoTraceOfIt) {
               HasSubstr("nothing of Tabwright’s to remove"));
 }
 
+TEST_F(CommandLine, convertsAPageForPipes) {
+  const CommandOutcome whole =
+      tabwright({"markdown", "--gfm", "--base", "https://a.test/b/", "--main"}, "<nav>n</nav><p><a href=c>d*</a> e*");
+  EXPECT_EQ(whole.output, "n\n\n[d\\*](https://a.test/b/c) e\\*\n");
+  EXPECT_EQ(whole.errors, "The page’s main content can’t be told from the rest of it: this is the whole page.\n");
+  const CommandOutcome main = tabwright({"markdown", "--gfm", "--main"}, "<nav>n</nav><main>" + std::string(200, 'm'));
+  EXPECT_EQ(main.output, std::string(200, 'm') + "\n");
+  EXPECT_EQ(main.errors, "");
+  for (const char* wrong : {"--base=x", "--main", "--rtf"})
+    EXPECT_EQ(tabwright({"markdown", wrong, std::string_view(wrong) == "--rtf" ? "--gfm" : "-"}).exitCode, 2) << wrong;
+}
+
 TEST_F(CommandLine, tellsANewcomerWhereToBegin) {
   const CommandOutcome outcome = tabwright({});
   EXPECT_EQ(outcome.exitCode, 0);

@@ -92,7 +92,7 @@ TEST(PageText, CodeKeepsItsLines) {
   expectMarkdown({
       {"<pre><code class='x language-c++'>a\n\n  *b*\t<i>c</i>&lt;\n\n</code></pre>", "```c++\na\n\n  *b*\tc<\n```"},
       {"<pre>````\n```</pre>", "`````\n````\n```\n`````"},
-      {"<pre>a<br>b<div>c</div>d</pre><pre> </pre>", "```\na\nb\nc\nd\n```"},
+      {"<pre>a<br>b<div>c</div>d<button>Copy</button></pre><pre> </pre>", "```\na\nb\nc\nd\n```"},
   });
 }
 

@@ -40,9 +40,9 @@ TEST_F(PageLibrary, IsOneLineOfTwelveFunctionsThatAScriptsCleanUpLeavesAlone) {
   EXPECT_EQ(text.find('\n'), std::string::npos);
   EXPECT_EQ(text.find("//"), std::string::npos);
   EXPECT_EQ(preparedBody(text), text + "\n");
-  for (const char* name :
-       {"getAllLinks", "getAllImages", "cssSelectorFor", "getFormFieldValue", "setFormFieldValue", "setFormFields",
-        "clickLinkLabelled", "clickPageElement", "scrollToPageElement", "waitForPageElement", "getSelectionAsHTML", "getShownHTML"})
+  for (const char* name : {"getAllLinks", "getAllImages", "cssSelectorFor", "getFormFieldValue", "setFormFieldValue",
+                           "setFormFields", "clickLinkLabelled", "clickPageElement", "scrollToPageElement",
+                           "waitForPageElement", "getSelectionAsHTML", "getShownHTML"})
     EXPECT_EQ(value(std::string("typeof ") + name), "\"function\"") << name;
 }
 

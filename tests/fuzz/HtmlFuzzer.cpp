@@ -1,5 +1,6 @@
 #include "browserdata/CustomSoupWhitelist.h"
 #include "browserdata/HTMLToMarkdown.h"
+#include "browserdata/PageText.h"
 #include "browserdata/RichText.h"
 #include "html/Cleaner.h"
 
@@ -67,6 +68,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   requireAllowed(clean.root());
   try {
     require(browserdata::HTMLToMarkdown{std::string(text)}.convert().size() <= (std::size_t{16} << 20) + 64 * size);
+  } catch (const platform::Failure&) {
+  }
+  try {
+    for (const auto part : {browserdata::PageText::Part::whole, browserdata::PageText::Part::mainContent})
+      require(browserdata::PageText{.html = text, .base = "https://x.test/", .part = part}.convert().text.size() <=
+              (std::size_t{16} << 20) + 64 * size);
   } catch (const platform::Failure&) {
   }
   requireWellFormed(browserdata::richText(page));

@@ -93,7 +93,10 @@ TEST_F(Road, ASuccessThatCameToNothingGivesNotice) {
       {"SetFormFieldValue", {{"targetField", "none"}, {"newValue", ""}}, "notSet"},
       {"SetFormFields", {{"inputDict", R"({"i": "v", "none": ""})"}}, "notSet"},
       {"GetFormFieldValue", {{"fieldTargetSpec", "i"}}, ""},
-      {"GetFormFieldValue", {{"fieldTargetSpec", "none"}}, "noValue"}};
+      {"GetFormFieldValue", {{"fieldTargetSpec", "none"}}, "noValue"},
+      {"GetPageText", {{"cssSelector", "#a"}}, ""},
+      {"GetPageText", {{"cssSelector", "#none"}}, "noSuchElement"},
+      {"GetPageText", {{"cssSelector", "["}}, "pageException"}};
   for (auto [action, parameters, notice] : rows) {
     parameters.emplace_back("targetContext", "chromium");
     perform(action, parameters);
@@ -101,6 +104,16 @@ TEST_F(Road, ASuccessThatCameToNothingGivesNotice) {
       expected.push_back(notice);
   }
   EXPECT_EQ(noticed(), expected);
+}
+
+TEST_F(Road, APagesTextIsWhatItShows) {
+  support::PageServer pages;
+  pages.serve("/a/page", "<base href='../b/'><style>.menu, #gone { display: none } i { visibility: visible }</style>"
+                         "<div class=menu>m<p>n</div><p>a<span id=gone>x</span> <a href=c>b</a><script>1</script>"
+                         "<p style='display: contents'>d<details><summary>e</summary>f</details><svg><text>g</svg>");
+  awaitLoaded(open(pages.url("/a/page")));
+  EXPECT_EQ(perform("GetPageText", {{"targetContext", "chromium"}}),
+            boost::json::value("a [b](" + pages.url("/b/c") + ")\n\nd\n\n**e**\n\nf\n"));
 }
 
 TEST_F(Road, AFailureOfTheActionsOwnTellsTheCause) {

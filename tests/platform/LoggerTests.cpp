@@ -59,8 +59,9 @@ TEST_F(LoggerTest, AddsLinesToAFileOfTheStateHome) {
   log.debug("quiet");
   log.info("{} loud", "{}");
   setLogReceiver(LogLevel::error, {});
-  EXPECT_THAT(folder.content(file),
-              testing::ContainsRegex("^\\[[-0-9: .]+\\] \\[info\\] \\[com.tabwright.tabwright:Category\\] \\{\\} loud\n$"));
+  EXPECT_THAT(
+      folder.content(file),
+      testing::ContainsRegex("^\\[[-0-9: .]+\\] \\[info\\] \\[com.tabwright.tabwright:Category\\] \\{\\} loud\n$"));
 }
 
 TEST_F(LoggerTest, TellsOnceThatItsFileCannotBeWritten) {

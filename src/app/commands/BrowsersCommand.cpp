@@ -89,8 +89,11 @@ std::vector<Listed> listAll(const connect::HelperParts& parts) {
     all.push_back({.state = std::move(state), .port = {}});
   // The first of those with one directory is the browser; others are processes that it is about to start.
   for (const platform::RunningBrowser& browser : std::views::reverse(places.running)) {
-    const bool isListed = std::ranges::any_of(
-        all, [&](const Listed& each) { return each.state.browser && each.state.browser->process == browser.process; });
+    const bool isListed = std::ranges::any_of(all, [&](const Listed& each) {
+      // By its directory too: another process of one that is just starting or ending may have been seen before.
+      return each.state.directory.path == browser.profileDirectory ||
+             (each.state.browser && each.state.browser->process == browser.process);
+    });
     if (isListed)
       continue;
     all.push_back({.state = {.directory = {.facts = browser.facts, .path = browser.profileDirectory},

@@ -17,7 +17,8 @@ void appendLines(std::string& text, const html::Node& node) {
     return;
   }
   const ElementRule rule = ruleOf(node);
-  if (rule == ElementRule::leftOut || isHidden(node))
+  // A button is there to copy the code.
+  if (rule == ElementRule::leftOut || isHidden(node) || node.name() == "button")
     return;
   if (rule == ElementRule::lineBreak) {
     text += '\n';

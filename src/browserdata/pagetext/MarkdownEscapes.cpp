@@ -68,9 +68,8 @@ private:
     }
     for (std::size_t at = 0; at < plain.size(); ++at) {
       const std::string_view rest = std::string_view(plain).substr(at);
-      if (rest.starts_with("://"))
-        out += '\\';
-      else if (rest.starts_with(".") && at >= 3 && (plain[at - 1] == 'w' || plain[at - 1] == 'W'))
+      const bool isBehindW = at >= 3 && (plain[at - 1] == 'w' || plain[at - 1] == 'W');
+      if (rest.starts_with("://") || (isBehindW && rest.starts_with('.')))
         out += '\\';
       out += plain[at];
     }

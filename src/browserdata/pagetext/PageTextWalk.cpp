@@ -126,8 +126,8 @@ void PageTextWalk::addText(const html::Node& text) {
 
 void PageTextWalk::addMarked(const html::Node& element, InlineMark mark) {
   // All of a heading is strong already, and code has no marks in it.
-  const bool isMarked =
-      codeDepth_ == 0 && !(mark == InlineMark::strong && place_ == InlinePlace::heading) && line_.open(mark);
+  const bool isTaken = codeDepth_ > 0 || (mark == InlineMark::strong && place_ == InlinePlace::heading);
+  const bool isMarked = !isTaken && line_.open(mark);
   addChildren(element);
   if (isMarked)
     line_.close(mark);
