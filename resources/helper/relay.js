@@ -54,7 +54,7 @@ function connectLater(reason) {
   if (Date.now() - relay.lastAttempt > longestPause) relay.pause = shortestPause; // it had been there
   const pause = relay.pause;
   relay.pause = Math.min(pause * 2, longestPause);
-  // Where none is installed only the browser's next event is reason to look again, and not each of them.
+  // With none installed only the browser's next event is reason to look again, and not each of them.
   if (/not found/.test(reason)) relay.pause = longestPause;
   else relay.timer = setTimeout(connect, pause);
 }

@@ -243,7 +243,7 @@ function valueInName(element, role) {
   }
 }
 
-// What an element is made of, as a text; `seen` are the elements that have had their turn. A name ends at its limit,
+// The text of an element's role and content; `seen` are the elements that have had their turn. A name ends at its limit,
 // so a megabyte of text costs no more than a line.
 function textOfContent(element, seen, isHiddenToo) {
   const only = element.firstChild;

@@ -77,7 +77,7 @@ function pageOutline(options) {
   if (options.below !== "" && !root) {
     throw new ElementFailure("notFound", options.below, "", []);
   }
-  // What comes behind this many characters is counted, not told.
+  // Text behind this many characters is counted, not told.
   const limit = Math.max(options.length, options.isChangesOnly ? 200000 : 0);
   const items = [];
   const lines = [];

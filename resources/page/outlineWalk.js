@@ -115,7 +115,7 @@ class OutlineWalk {
     this.depth -= 1;
   }
 
-  // What an item whose name tells its content may hold beside that: elements to act on.
+  // The things that an item whose name tells its content may hold beside that: elements to act on.
   quietly(element) {
     if (element.firstElementChild || element.shadowRoot) {
       this.isQuiet += 1;
@@ -171,7 +171,7 @@ class OutlineWalk {
     } else if (element.tagName === "BR" || element.tagName === "WBR") {
       this.addText(" ");
     } else if (element.control || captions.has(element.tagName)) {
-      // What it labels has it for a name.
+      // The element that it labels has it for a name.
       this.isQuiet += 1;
       this.children(element);
       this.isQuiet -= 1;

@@ -29,7 +29,7 @@ public:
 
   /// One of the browsers could be driven in full when they were last observed.
   [[nodiscard]] bool isConnected() const { return isConnected_; }
-  /// Where the wait has ended in vain: the failure that says what is still to be done, ConnectFault `noScripts` or
+  /// After a wait that has ended in vain: the failure that says what is still to be done, ConnectFault `noScripts` or
   /// `notSeen`. `seconds` is the time that was waited.
   [[nodiscard]] ConnectFailure failureAfter(int seconds) const;
 

@@ -8,7 +8,7 @@
 
 namespace tabwright::connect {
 
-/// What a browser is packed in. From a sandbox it can't start a program of the system's, such as the relay.
+/// The package that a browser comes in. From a sandbox it can't start a program of the system's, such as the relay.
 enum class Sandbox { none, flatpak, snap };
 
 /// A folder in which a browser keeps all of its profiles.

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-/// How messages of several clients share the one pipe to the helper in the browser.
+/// The form in which messages of several clients share the one pipe to the helper in the browser.
 ///
 ///     helper to relay     {"client":N,"message":X}              X goes to client N, or to all for 0
 ///     relay to helper     {"client":N,"text":"…","more":B}      a piece of a message of client N, as JSON text
@@ -20,7 +20,8 @@ namespace tabwright::relay {
 using ClientNumber = std::uint64_t;
 inline constexpr ClientNumber everyone = 0;
 
-/// Where an envelope goes, and the place of its message in it: [begin, end), at least headSize bytes behind the front.
+/// The client that an envelope goes to, and the place of its message in it: [begin, end), at least headSize bytes
+/// behind the front.
 struct Addressed {
   ClientNumber client = everyone;
   std::size_t begin = 0;

@@ -17,7 +17,8 @@ inline constexpr std::size_t longestFrame = std::size_t{256} << 20;
 /// The browser takes no longer content than this, and ends the relay for it.
 inline constexpr std::size_t longestFrameForBrowser = std::size_t{1} << 20;
 
-/// What was received is not what was agreed. The sentence says how, without naming the sender and without a full stop.
+/// Something was received that was not agreed. The sentence says how, without naming the sender and without a full
+/// stop.
 struct Malformed final : std::runtime_error {
   using std::runtime_error::runtime_error;
 };

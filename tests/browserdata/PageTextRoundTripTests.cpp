@@ -73,7 +73,7 @@ struct Content {
   }
 };
 
-// What the page shows, by the tree alone.
+// The page as it is shown, by the tree alone.
 class PageReading {
 public:
   Content content;
@@ -134,7 +134,7 @@ private:
   }
 };
 
-// What the Markdown says, read by GitHub's rules.
+// The Markdown's content, read by GitHub's rules.
 class MarkdownReading {
 public:
   Content content;

@@ -1,4 +1,4 @@
-// What users are told, step by step, by states as they follow each other.
+// The sentences that users are told, step by step, by states as they follow each other.
 #include "ConnectFixture.h"
 #include "connect/ConnectWatch.h"
 #include "connect/ConnectionAdvice.h"

@@ -156,7 +156,7 @@ bool consistsOf(std::string_view text, std::string_view characters) {
   return !text.empty() && text.find_first_not_of(characters) == std::string_view::npos;
 }
 
-// Where a block would begin, the place of the character that must be escaped; else `npos`. `isWhole` says that the text
+// The place of the character that must be escaped at the begin of a block; else `npos`. `isWhole` says that the text
 // is all of its line.
 std::size_t placeOfBlock(std::string_view text, bool isWhole, bool isFirstLine) {
   constexpr std::size_t none = std::string_view::npos;
@@ -211,7 +211,7 @@ std::string escapedText(std::string_view text, const EscapeContext& context) {
   std::size_t place = placeOfBlock(out, context.endsLine, context.isFirstLine);
   if (place >= out.size())
     return out;
-  // What is left of a run could be a mark itself.
+  // The rest of a run could be a mark itself.
   const char mark = out[place];
   do {
     out.insert(place, 1, '\\');

@@ -46,7 +46,7 @@ public:
   /// The view of the browser's windows and tabs; called once, before all that follows. `onChange` is called from any
   /// thread, and only by a view that reports changes.
   virtual std::unique_ptr<BrowserView> makeView(std::function<void()> onChange, const CallLimits& limits) = 0;
-  /// Where tabs are found; it outlives the road's use.
+  /// The place where tabs are found; it outlives the road's use.
   virtual void use(SeenBrowser& seen) = 0;
 
   /// Waits for an answer where there was none lately: commands are given only to a browser that answers, since one that

@@ -206,7 +206,7 @@ std::shared_ptr<BrowserLink> ChromiumDriver::tryLink(const platform::RunningBrow
                                                      const CallLimits& limits) {
   std::shared_ptr<BrowserLink> byHelper = tryRelays(browser, limits);
   const bool isWhole = byHelper && byHelper->road().runsScripts();
-  // What goes wrong with the port counts only where there is nothing else.
+  // A failure of the port counts only where there is nothing else.
   std::shared_ptr<BrowserLink> byPort;
   try {
     if (!isWhole && isMeant(browser, ""))

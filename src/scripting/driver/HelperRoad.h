@@ -16,7 +16,7 @@ namespace tabwright::scripting {
 
 class BrowserLink;
 
-/// What the helper tells of itself and of the browser's profile that it is in.
+/// The helper's own account of itself and of the browser's profile that it is in.
 struct HelperDescription {
   std::string helperVersion;
   std::string browserVersion;      ///< such as "156.0.8078.108"
