@@ -199,7 +199,7 @@ fs::path defaultProfile(const RunningBrowser& browser, const ProcessFiles& proce
   std::string configuration = variable(environment, "XDG_CONFIG_HOME");
   if (home.empty()) {
     home = homeOf(browser.owner);
-    // A browser that was written over is most likely as it is here.
+    // The value that was written over is most likely the one of this process.
     if (const char* own = std::getenv("XDG_CONFIG_HOME"); own && *own == '/' && browser.owner == ::geteuid())
       configuration = own;
   }
