@@ -1,13 +1,13 @@
 #include "platform/linux/ProcessAge.h"
 
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/ProcessStat.h"
 
 #include <fmt/core.h>
 
 #include <cstdint>
 #include <ctime>
 #include <fcntl.h>
-#include <sstream>
 #include <unistd.h>
 
 namespace tabwright::platform {
@@ -22,23 +22,18 @@ std::string fileOf(pid_t process, const char* name) {
 } // namespace
 
 std::optional<std::chrono::milliseconds> ageOfProcess(pid_t process) {
-  const std::string text = fileOf(process, "stat");
-  // The command's name may hold blanks and parentheses itself; behind it stand the fields from the third on.
-  const std::size_t end = text.rfind(')');
-  if (end == std::string::npos)
-    return std::nullopt;
-  std::istringstream fields(text.substr(end + 1));
-  std::string field;
-  constexpr int startTime = 22; // proc(5)
-  for (int number = 3; number < startTime; ++number)
-    fields >> field;
-  std::int64_t start = 0;
-  if (!(fields >> start))
+  const std::optional<std::int64_t> start = fieldOfStat(fileOf(process, "stat"), StatField::startTime);
+  if (!start)
     return std::nullopt;
   timespec now{};
   clock_gettime(CLOCK_BOOTTIME, &now);
   const std::int64_t sinceBoot = now.tv_sec * 1000 + now.tv_nsec / 1'000'000;
-  return std::chrono::milliseconds(sinceBoot - start * 1000 / sysconf(_SC_CLK_TCK));
+  return std::chrono::milliseconds(sinceBoot - *start * 1000 / sysconf(_SC_CLK_TCK));
+}
+
+std::optional<pid_t> parentOfProcess(pid_t process) {
+  const std::optional<std::int64_t> parent = fieldOfStat(fileOf(process, "stat"), StatField::parent);
+  return parent ? std::optional(static_cast<pid_t>(*parent)) : std::nullopt;
 }
 
 std::string describeProcess(pid_t process) {

@@ -7,6 +7,7 @@
 
 #include "platform/FileFailure.h"
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/ProcessStat.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -77,24 +78,10 @@ std::string programOf(int directory, const std::string& process) {
   return target;
 }
 
-/// Field 22 of stat, counted behind the command's name, which may hold blanks and parentheses itself.
 std::optional<std::uint64_t> startTime(const ProcessFiles& process) {
   const std::optional<std::string> text = readAll(process, "stat");
-  if (!text)
-    return std::nullopt;
-  std::size_t place = text->rfind(')');
-  if (place == std::string::npos)
-    return std::nullopt;
-  place += 2;
-  for (int field = 3; field < 22; ++field) {
-    place = text->find(' ', place);
-    if (place == std::string::npos)
-      return std::nullopt;
-    ++place;
-  }
-  std::uint64_t ticks = 0;
-  const auto [end, error] = std::from_chars(text->data() + place, text->data() + text->size(), ticks);
-  return error == std::errc{} ? std::optional(ticks) : std::nullopt;
+  const std::optional<std::int64_t> ticks = text ? fieldOfStat(*text, StatField::startTime) : std::nullopt;
+  return ticks ? std::optional(static_cast<std::uint64_t>(*ticks)) : std::nullopt;
 }
 
 /// The arguments of a command line. Chromium rewrites those of its helper processes, and on a desktop its own, into one

@@ -9,6 +9,7 @@
 #include "platform/JSONReader.h"
 #include "platform/JSONText.h"
 #include "platform/Logger.h"
+#include "platform/linux/ProcessAge.h"
 #include "session/TrustedFolder.h"
 
 #include <boost/json/serialize.hpp>
@@ -19,11 +20,10 @@
 #include <charconv>
 #include <chrono>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <sys/un.h>
 #include <system_error>
 #include <unistd.h>
@@ -43,21 +43,9 @@ const platform::Logger relayLog("RelayConnection");
 constexpr auto patienceWithCalls = 30s;
 /// The time that the helper may answer nothing at all while calls wait for it.
 constexpr auto longestSilence = 5s;
+constexpr timeval connectPatience{.tv_sec = 5, .tv_usec = 0};
 constexpr auto writingPause = 50ms;
 constexpr std::size_t largestMessage = std::size_t{512} << 20; // bytes, either way
-
-/// The parent of a process; 0 for one that is gone.
-pid_t parentOf(pid_t process) {
-  // proc(5): "PID (NAME) STATE PPID …", where the name may hold anything.
-  std::ifstream in(fmt::format("/proc/{}/stat", process));
-  const std::string line{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  const std::size_t name = line.rfind(')');
-  if (name == std::string::npos || line.size() < name + 4)
-    return 0;
-  pid_t parent = 0;
-  std::from_chars(line.data() + name + 4, line.data() + line.size(), parent);
-  return parent;
-}
 
 /// The folders in which the relays of a user's browsers may have put their sockets.
 std::vector<std::filesystem::path> relayFolders(uid_t owner) {
@@ -70,23 +58,6 @@ std::vector<std::filesystem::path> relayFolders(uid_t owner) {
 std::string reasonOf(int number) {
   return std::generic_category().message(number);
 }
-
-/// Owns a descriptor until it is released.
-class Descriptor {
-public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    if (number_ >= 0)
-      ::close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  [[nodiscard]] int number() const { return number_; }
-  int release() { return std::exchange(number_, -1); }
-
-private:
-  int number_;
-};
 
 /// The number behind the beginning of a message; nothing where it begins otherwise.
 std::optional<std::int64_t> numberBehind(std::string_view message, std::string_view head) {
@@ -120,7 +91,8 @@ std::vector<RelayPlace> findRelays(const platform::RunningBrowser& browser) {
       const std::string name = it->path().filename().string();
       RelayPlace place{.socket = it->path()};
       const auto [end, failed] = std::from_chars(name.data(), name.data() + name.size(), place.relay);
-      if (failed == std::errc() && std::string_view(end) == ".sock" && parentOf(place.relay) == browser.process)
+      if (failed == std::errc() && std::string_view(end) == ".sock" &&
+          platform::parentOfProcess(place.relay) == browser.process)
         relays.push_back(std::move(place));
     }
   }
@@ -133,34 +105,35 @@ std::shared_ptr<RelayConnection> RelayConnection::open(const RelayPlace& place, 
   const auto unreachable = [&](const std::string& reason) {
     return platform::failure(DevToolsFault::unreachable, fmt::format("{}: {}", place.socket.string(), reason));
   };
-  Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-  if (socket.number() < 0)
+  platform::FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  if (!socket.isOpen())
     throw unreachable(reasonOf(errno));
   sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
   const std::string path = place.socket.string();
   if (path.size() >= sizeof(address.sun_path))
     throw unreachable("its path is too long for a socket");
   std::memcpy(address.sun_path, path.c_str(), path.size());
+  // Connecting counts as sending: a relay that has been stopped takes nobody in.
+  ::setsockopt(socket.number(), SOL_SOCKET, SO_SNDTIMEO, &connectPatience, sizeof(connectPatience));
   if (::connect(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0)
     throw unreachable(reasonOf(errno));
   ucred peer{};
   socklen_t size = sizeof(peer);
   if (::getsockopt(socket.number(), SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0)
     throw unreachable(reasonOf(errno));
-  if (peer.uid != browser.owner || parentOf(peer.pid) != browser.process)
+  if (peer.uid != browser.owner || platform::parentOfProcess(peer.pid) != browser.process)
     throw unreachable("somebody else than the browser’s own relay listens there");
-  std::shared_ptr<RelayConnection> connection(new RelayConnection(socket.release(), std::move(listener)));
+  std::shared_ptr<RelayConnection> connection(new RelayConnection(std::move(socket), std::move(listener)));
   connection->requireAnswer(platform::boundedBy(limits, patienceWithCalls));
   return connection;
 }
 
-RelayConnection::RelayConnection(int socket, RelayListener listener)
-    : socket_(socket), listener_(std::move(listener)), reader_([this] { read(); }) {}
+RelayConnection::RelayConnection(platform::FileDescriptor socket, RelayListener listener)
+    : socket_(std::move(socket)), listener_(std::move(listener)), reader_([this] { read(); }) {}
 
 RelayConnection::~RelayConnection() {
-  ::shutdown(socket_, SHUT_RDWR); // wakes the reader
+  ::shutdown(socket_.number(), SHUT_RDWR); // wakes the reader
   reader_.join();
-  ::close(socket_);
 }
 
 // ---------------------------------------------------------------------------------------------------------- the calls
@@ -226,7 +199,7 @@ void RelayConnection::write(std::string_view message, const platform::CallLimits
   const platform::MutexLock lock(writing_);
   std::string_view rest = frame;
   while (!rest.empty()) {
-    const ssize_t count = ::send(socket_, rest.data(), rest.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+    const ssize_t count = ::send(socket_.number(), rest.data(), rest.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
     if (count >= 0) {
       rest.remove_prefix(static_cast<std::size_t>(count));
       continue;
@@ -234,17 +207,17 @@ void RelayConnection::write(std::string_view message, const platform::CallLimits
     if (errno == EINTR)
       continue;
     if (errno != EAGAIN) {
-      ::shutdown(socket_, SHUT_RDWR);
+      ::shutdown(socket_.number(), SHUT_RDWR);
       throw platform::failure(DevToolsFault::lost, reasonOf(errno));
     }
     if (limits.hasPassed() || limits.stop.stop_requested()) {
       // The rest of a frame that has begun can't be left out: the relay would take the next one for it.
       if (rest.size() < frame.size())
-        ::shutdown(socket_, SHUT_RDWR);
+        ::shutdown(socket_.number(), SHUT_RDWR);
       throw platform::failure(limits.stop.stop_requested() ? DevToolsFault::stopped : DevToolsFault::timedOut,
                               "the relay takes no messages");
     }
-    pollfd ready{.fd = socket_, .events = POLLOUT, .revents = 0};
+    pollfd ready{.fd = socket_.number(), .events = POLLOUT, .revents = 0};
     ::poll(&ready, 1, static_cast<int>(std::chrono::milliseconds(writingPause).count()));
   }
   ++sent_;
@@ -257,12 +230,12 @@ void RelayConnection::read() {
   try {
     for (;;) {
       std::uint32_t length = 0;
-      if (!readWhole(socket_, reinterpret_cast<char*>(&length), sizeof(length)))
+      if (!readWhole(socket_.number(), reinterpret_cast<char*>(&length), sizeof(length)))
         return end("the browser has ended, or its helper was switched off");
       if (length > largestMessage)
         return end("the helper sent a message that is too large");
       message.resize(length);
-      if (!readWhole(socket_, message.data(), message.size()))
+      if (!readWhole(socket_.number(), message.data(), message.size()))
         return end("the browser ended in the middle of a message");
       ++received_;
       heardAt_ = std::chrono::steady_clock::now();
@@ -308,7 +281,7 @@ void RelayConnection::end(const std::string& reason) {
     lossReason_ = reason;
     calls.swap(calls_);
   }
-  ::shutdown(socket_, SHUT_RDWR); // the relay may still be there
+  ::shutdown(socket_.number(), SHUT_RDWR); // the relay may still be there
   for (const auto& [id, weak] : calls) {
     if (const std::shared_ptr<PendingCall> call = weak.lock())
       call->fail(DevToolsFault::lost, reason);

@@ -3,6 +3,7 @@
 #include "devtools/PendingCall.h"
 #include "platform/CallLimits.h"
 #include "platform/Mutex.h"
+#include "platform/linux/FileDescriptor.h"
 #include "platform/linux/RunningBrowsers.h"
 #include "scripting/driver/HelperCalls.h"
 
@@ -75,7 +76,7 @@ public:
   [[nodiscard]] std::uint64_t received() const { return received_; }
 
 private:
-  RelayConnection(int socket, RelayListener listener);
+  RelayConnection(platform::FileDescriptor socket, RelayListener listener);
 
   std::shared_ptr<devtools::PendingCall> send(std::string_view command, const boost::json::object& parameters,
                                               const platform::CallLimits& limits);
@@ -87,7 +88,7 @@ private:
   void take(std::string_view message);
   void end(const std::string& reason);
 
-  const int socket_;
+  const platform::FileDescriptor socket_;
   const RelayListener listener_;
   std::atomic<bool> isOpen_ = true;
   std::atomic<std::uint64_t> sent_ = 0;
