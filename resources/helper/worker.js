@@ -280,8 +280,8 @@ function orderWindows(windows) {
 }
 
 // ---------------------------------------------------------------------------------------------------------- the pages
-// For callers without the protocol. The browser tells of a navigation that a script has begun before it answers the
-// script, so a page that is on its way is known by its tab.
+// For callers without the protocol. A script is sent to a page that is there, and a probe behind it: before that is
+// answered the browser has told of whatever the script has brought about.
 
 class Fault extends Error {
   constructor(fault, detail) {
@@ -339,9 +339,8 @@ function requireScripts() {
 // The value of code in the page's own world: {value}, or {kept: why} where the browser lets nobody in.
 async function run(tab, code) {
   const outcome = await runNow(tab, code);
-  // Before its answer the browser has told of all that the code has brought about, be it a task later. Callers who may
-  // be told of that leave a function, which is called with the number of the probe.
   if (outcome.kept) return outcome;
+  // Callers who may be told when the probe was answered leave a function, which is called with its number.
   const number = ++lastProbe;
   const answer = script(tab.id, taskLater, "now").catch(() => undefined);
   const probe = Promise.race([answer, after(patienceWithProbes)]).then(() => globalThis.tabwrightSettled?.(number));
@@ -440,7 +439,7 @@ async function requireAddress(url) {
 async function settleInFront(id) {
   for (let attempt = 0; attempt < 25; attempt += 1) {
     if ((await chrome.windows.get(id, { windowTypes })).focused) break;
-    await new Promise((resolve) => setTimeout(resolve, 20));
+    await after(20);
   }
   await isReady;
   tookFocus(id);

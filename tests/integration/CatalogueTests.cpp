@@ -137,6 +137,8 @@ TEST_P(Catalogue, AnOpenDialogAndACrashedTabAreToldAtOnce) {
   evaluate(frail, "1");
   crash(frail);
   EXPECT_THAT(failureText([&] { return run("ClickElement", {{"cssSelector", "b"}}); }), HasSubstr("crash"));
+  run("ReloadTab");
+  EXPECT_EQ(evaluate(frail, "document.title"), "frail") << "what its page can't do for itself";
 }
 
 INSTANTIATE_TEST_SUITE_P(Families, Catalogue, ::testing::Values("chromium", "safari"),

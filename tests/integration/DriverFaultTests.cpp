@@ -56,6 +56,17 @@ TEST_F(DriverTest, ADialogFromBeforeEndsAtTheDeadline) {
             DriverFault::timedOut);
 }
 
+TEST_F(DriverTest, WithoutAPortADialogEndsCallsAtTheirDeadline) {
+  if (!isHelperRoad())
+    GTEST_SKIP() << "a port tells of the dialog at once";
+  const TabID tab = open(page("x"));
+  for (const char* code : {"confirm('?')", "1"})
+    EXPECT_EQ(faultOf([&] { driver().evaluate(tab, code, {std::chrono::steady_clock::now() + 300ms, {}}); }),
+              DriverFault::timedOut)
+        << code;
+  EXPECT_TRUE(find(tab)) << "the rest of the browser still answers";
+}
+
 TEST_F(DriverTest, ACrashFailsAtOnceAndReloadingHeals) {
   const TabID tab = open(page("<title>frail</title>"));
   auto waiting =

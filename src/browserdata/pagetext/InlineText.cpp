@@ -118,30 +118,17 @@ Pieces settled(Pieces pieces) {
 
 } // namespace
 
-void InlineText::addText(std::string_view collapsed) {
+void InlineText::add(InlinePiece::Kind kind, std::string_view collapsed) {
   if (endsInBlank_ && collapsed.starts_with(' '))
     collapsed.remove_prefix(1);
   if (collapsed.empty())
     return;
   endsInBlank_ = collapsed.ends_with(' ');
   hasContent_ |= !platform::isBlank(collapsed);
-  if (!pieces_.empty() && pieces_.back().kind == Kind::text)
+  if (!pieces_.empty() && pieces_.back().kind == kind)
     pieces_.back().text += collapsed;
   else
-    pieces_.push_back({.text = std::string(collapsed)});
-}
-
-void InlineText::addCode(std::string_view collapsed) {
-  if (endsInBlank_ && collapsed.starts_with(' '))
-    collapsed.remove_prefix(1);
-  if (collapsed.empty())
-    return;
-  endsInBlank_ = collapsed.ends_with(' ');
-  hasContent_ |= !platform::isBlank(collapsed);
-  if (!pieces_.empty() && pieces_.back().kind == Kind::code)
-    pieces_.back().text += collapsed;
-  else
-    pieces_.push_back({.kind = Kind::code, .text = std::string(collapsed)});
+    pieces_.push_back({.kind = kind, .text = std::string(collapsed)});
 }
 
 void InlineText::addLineBreak() {

@@ -42,9 +42,9 @@ struct InlinePiece {
 class InlineText {
 public:
   /// Adds text whose runs of white space are one blank each; a blank behind a blank, or at the beginning, is dropped.
-  void addText(std::string_view collapsed);
+  void addText(std::string_view collapsed) { add(InlinePiece::Kind::text, collapsed); }
   /// The same of code, which grows together with code directly before it.
-  void addCode(std::string_view collapsed);
+  void addCode(std::string_view collapsed) { add(InlinePiece::Kind::code, collapsed); }
   void addLineBreak();
   /// An image; `address` is written as it is but for what would end it.
   void addImage(std::string_view alternative, std::string address, std::string_view title);
@@ -69,6 +69,8 @@ public:
   [[nodiscard]] std::string take(InlinePlace place, TextForm form);
 
 private:
+  void add(InlinePiece::Kind kind, std::string_view collapsed);
+
   struct OpenMark {
     InlineMark mark;
     std::string address;

@@ -2,6 +2,7 @@
 
 #include "devtools/Connection.h"
 #include "devtools/Session.h"
+#include "platform/linux/ProcessExit.h"
 #include "scripting/driver/BrowserCommand.h"
 #include "scripting/driver/BrowserView.h"
 
@@ -70,5 +71,8 @@ public:
   /// Closes a window of developer tools. False where the window is none, or the road has no way to.
   virtual bool closeDeveloperTools(WindowID window, const CallLimits& limits) = 0;
 };
+
+/// Throws DriverFailure, `timedOut` or `stopped`, for a browser that was told to end and hasn't.
+void requireEnded(platform::ProcessExit exit);
 
 } // namespace tabwright::scripting

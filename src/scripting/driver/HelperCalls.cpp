@@ -1,7 +1,9 @@
-// A fault of the helper's is one of the driver's own by its name; all others are refusals, in the helper's words. The
-// helper says which kind of thing is missing; the id is the one that it was called with.
+// A fault of the helper's is one of the driver's own by its name; all others are refusals, in the helper's words. What
+// becomes of a page during a call is told as the protocol tells it. The helper says which kind of thing is missing; the
+// id is the one that it was called with.
 #include "scripting/driver/HelperCalls.h"
 
+#include "devtools/DevToolsFault.h"
 #include "platform/JSONReader.h"
 #include "scripting/driver/DriverFault.h"
 
@@ -27,9 +29,9 @@ boost::json::value valueOfHelper(boost::json::value answer, const boost::json::o
   if (fault == "noSuchWindow")
     throw platform::failure(DriverFault::noSuchWindow, subject("window"));
   if (fault == "tabClosed")
-    throw platform::failure(DriverFault::tabClosed, subject("tab"));
+    throw platform::failure(devtools::DevToolsFault::targetGone);
   if (fault == "tabCrashed")
-    throw platform::failure(DriverFault::tabCrashed, subject("tab"));
+    throw platform::failure(devtools::DevToolsFault::targetCrashed);
   auto detail = fields.require<std::string>("detail");
   while (detail.ends_with('.')) // the sentence around it has its own
     detail.pop_back();

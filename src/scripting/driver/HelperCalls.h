@@ -31,7 +31,7 @@ public:
 };
 
 /// The value in the helper's answer to a command with these parameters. Throws DriverFailure for a fault that it tells,
-/// and JSONMismatch for an answer in another shape.
+/// DevToolsFailure for a page that was closed or has crashed, and JSONMismatch for an answer in another shape.
 [[nodiscard]] boost::json::value valueOfHelper(boost::json::value answer, const boost::json::object& parameters);
 
 } // namespace tabwright::scripting

@@ -1,12 +1,12 @@
 // The helper waits for a page that is on its way before it evaluates in it, since only it hears of that at once; how
-// long, and what is made of a page that doesn't come, is decided here. After that nothing more of the page is asked
-// for: the browser tells of a navigation that the code has begun before it answers.
+// long, and what is made of a page that doesn't come, is decided here. Behind each evaluation it sends a probe, and
+// tells when that was answered: then all navigations have been told of that the code has begun, and the next run need
+// not ask.
 #include "scripting/driver/HelperRoad.h"
 
 #include "devtools/DevToolsFault.h"
 #include "platform/JSONReader.h"
 #include "platform/Logger.h"
-#include "platform/linux/ProcessExit.h"
 #include "scripting/driver/BrowserLink.h"
 #include "scripting/driver/HelperView.h"
 #include "scripting/driver/SeenBrowser.h"
@@ -41,10 +41,6 @@ constexpr auto patienceWithEnd = 2s;
 /// "156.0.8078.108" of "Chromium 156.0.8078.108".
 std::string versionOf(const std::string& browser) {
   return browser.substr(browser.rfind(' ') + 1);
-}
-
-std::int64_t millisecondsOf(std::chrono::steady_clock::duration duration) {
-  return std::max<std::int64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(duration).count(), 0);
 }
 
 } // namespace
@@ -157,11 +153,10 @@ bool HelperRoad::settleOthers(const CallLimits& limits) {
 
 std::optional<devtools::Evaluation> HelperRoad::evaluate(TabID tab, const std::string& code, const CallLimits& limits,
                                                          std::optional<std::chrono::seconds> longest) {
-  const auto patience = visits_.patienceWith(tab, limits).deadline - limits.now();
+  const std::int64_t patience = patienceWith(tab, limits);
   const bool settles = noteVisit(tab, limits);
-  const boost::json::object parameters{
-      {"tab", tab}, {"code", code}, {"patience", millisecondsOf(patience)}, {"settles", settles}};
-  const CallLimits bounded = longest ? limits.within(patience + *longest) : limits;
+  const boost::json::object parameters{{"tab", tab}, {"code", code}, {"patience", patience}, {"settles", settles}};
+  const CallLimits bounded = longest ? limits.within(std::chrono::milliseconds(patience) + *longest) : limits;
   const boost::json::value answer = helper_->perform("evaluate", parameters, Repeat::never, bounded);
   const JSONReader outcome(answer, "helper");
   if (const auto probe = outcome.find<std::int64_t>("probe"))
@@ -207,18 +202,17 @@ void HelperRoad::carryOut(const Navigate& command, const CallLimits& limits) {
 }
 
 void HelperRoad::carryOut(const GoInHistory& command, const CallLimits& limits) {
-  const auto patience = visits_.patienceWith(command.tab, limits).deadline - limits.now();
   helper_->perform("goInHistory",
                    {{"tab", command.tab},
                     {"step", command.direction == History::back ? -1 : 1},
-                    {"patience", millisecondsOf(patience)}},
+                    {"patience", patienceWith(command.tab, limits)}},
                    Repeat::never, limits);
   noteVisit(command.tab, limits);
 }
 
 void HelperRoad::carryOut(const Reload& command, const CallLimits& limits) {
-  const auto patience = visits_.patienceWith(command.tab, limits).deadline - limits.now();
-  helper_->perform("reload", {{"tab", command.tab}, {"patience", millisecondsOf(patience)}}, Repeat::never, limits);
+  helper_->perform("reload", {{"tab", command.tab}, {"patience", patienceWith(command.tab, limits)}}, Repeat::never,
+                   limits);
   noteVisit(command.tab, limits);
 }
 
@@ -279,14 +273,12 @@ void HelperRoad::carryOut(const Quit& /*command*/, const CallLimits& callLimits)
     ::kill(browser_.process, SIGTERM);
     exit = platform::waitForExit(browser_.process, limits);
   }
-  switch (exit) {
-  case platform::ProcessExit::ended:
-    return;
-  case platform::ProcessExit::timedOut:
-    throw platform::failure(DriverFault::timedOut);
-  case platform::ProcessExit::stopped:
-    throw platform::failure(DriverFault::stopped);
-  }
+  requireEnded(exit);
+}
+
+std::int64_t HelperRoad::patienceWith(TabID tab, const CallLimits& limits) {
+  const auto patience = visits_.patienceWith(tab, limits).deadline - limits.now();
+  return std::max<std::int64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(patience).count(), 0);
 }
 
 std::shared_ptr<BrowserLink> HelperRoad::requirePort(const char* without, const CallLimits& limits) {

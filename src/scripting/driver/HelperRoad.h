@@ -51,8 +51,6 @@ public:
   [[nodiscard]] std::string profileMark() const override { return description_.profile; }
   [[nodiscard]] bool runsScripts() const override { return description_.mayRunScripts; }
   [[nodiscard]] devtools::Traffic traffic() const override;
-  /// As it was when we connected.
-  [[nodiscard]] const HelperDescription& description() const { return description_; }
 
   std::unique_ptr<BrowserView> makeView(std::function<void()> onChange, const CallLimits& limits) override;
   void use(SeenBrowser& seen) override { seen_ = &seen; }
@@ -83,6 +81,8 @@ private:
   bool noteVisit(TabID tab, const CallLimits& limits);
   /// An evaluation of the run's has ended, and a probe of that number is on its way behind it.
   void noteProbe(TabID tab, std::int64_t probe);
+  /// The time, in milliseconds, that the helper may wait for the tab's page to come.
+  std::int64_t patienceWith(TabID tab, const CallLimits& limits);
   /// The port's link; throws DriverFailure `refused` with the sentence where there is none.
   std::shared_ptr<BrowserLink> requirePort(const char* without, const CallLimits& limits);
 
@@ -97,7 +97,7 @@ private:
   struct Heard;
   const std::shared_ptr<Heard> heard_;
   const std::shared_ptr<RelayConnection> helper_;
-  const HelperDescription description_;
+  const HelperDescription description_; // as it was when we connected
   SeenBrowser* seen_ = nullptr;
   PageVisits visits_; // for the runs that have waited in vain
 };

@@ -4,7 +4,6 @@
 #include "scripting/driver/ProtocolRoad.h"
 
 #include "platform/Logger.h"
-#include "platform/linux/ProcessExit.h"
 #include "scripting/driver/HelperView.h"
 #include "scripting/driver/HelperWorker.h"
 #include "scripting/driver/KeyEvents.h"
@@ -139,14 +138,7 @@ void ProtocolRoad::carryOut(const Quit& /*command*/, const CallLimits& callLimit
     if (failure.kind() != DevToolsFault::lost) // it may end before it answers
       throw;
   }
-  switch (platform::waitForExit(browser_.process, limits)) {
-  case platform::ProcessExit::ended:
-    return;
-  case platform::ProcessExit::timedOut:
-    throw platform::failure(DriverFault::timedOut);
-  case platform::ProcessExit::stopped:
-    throw platform::failure(DriverFault::stopped);
-  }
+  requireEnded(platform::waitForExit(browser_.process, limits));
 }
 
 } // namespace tabwright::scripting

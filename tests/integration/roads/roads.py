@@ -385,6 +385,16 @@ def start_again(case):
         return f"the pages are {browser.seen(None)}"
 
 
+def read_kept_page(_):
+    """A page that no helper gets into: the debugging port answers for it."""
+    browser.ask("new?chrome://version", "PUT")
+    wanted = ["About Version"]
+    line = command("RunJavascriptInTab", ours | {"jsCode": "return document.title"})
+    gave = []
+    if not eventually(lambda: gave.append(shell(line)) or gave[-1].stdout.strip() == json.dumps(wanted)):
+        return f"{line}\n  gave {gave[-1]}\n  and not {wanted}"
+
+
 def run_example(name, row):
     """An example, as the manual runs it. Gives the complaint, if there is one."""
     row = filled(row, "")
@@ -420,7 +430,9 @@ def cases(table):
             yield f"{next(iter(row.items()))}, {road}, refused", lambda case: refuse(row, road)
     yield "FocusTab, command, number", choose
     yield "CloseTab, command, each", close_each
-    if not by_helper:  # else its profile isn't the program's own
+    if by_helper:
+        yield "RunJavascriptInTab, command, a page kept by the browser", read_kept_page
+    else:  # whose profile is the program's own
         yield "browser, command, runs already", start_again
     for name, row in table["examples"].items():
         yield f"example {name}", lambda case: run_example(name, row)
